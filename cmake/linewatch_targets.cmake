@@ -1,0 +1,32 @@
+# One target a folder of src/, so that the linker keeps the arrows between them: a folder that uses another without
+# naming it here fails to link.
+
+add_library(linewatch_options INTERFACE)
+target_compile_options(linewatch_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_include_directories(linewatch_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+if(LINEWATCH_SANITIZE)
+  target_compile_options(linewatch_options INTERFACE -fsanitize=${LINEWATCH_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  target_link_options(linewatch_options INTERFACE -fsanitize=${LINEWATCH_SANITIZE})
+endif()
+
+# linewatch_library(folder [DEPENDS folder...] [LINK library...])
+function(linewatch_library folder)
+  cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  add_library(linewatch::${name} ALIAS ${name})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME linewatch_${name})
+  target_link_libraries(${name} ${scope} linewatch_options ${arg_LINK})
+  foreach(dependency ${arg_DEPENDS})
+    target_link_libraries(${name} ${scope} linewatch::${dependency})
+  endforeach()
+endfunction()

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace linewatch {
+
+/// What may stand where the system asks for "any object": it can be compared, hashed and described.
+///
+/// By default an object equals only itself. Whoever overrides `isEqual` overrides `hash` as well: equal
+/// objects hash equally.
+class Object {
+ public:
+  virtual ~Object() = default;
+
+  virtual bool isEqual(const Object& other) const { return this == &other; }
+  virtual std::size_t hash() const { return std::hash<const Object*>{}(this); }
+  /// For logs only; nothing parses it.
+  virtual std::string description() const;
+
+  friend bool operator==(const Object& a, const Object& b) { return a.isEqual(b); }
+
+ protected:
+  Object() = default;
+  Object(const Object&) = default;
+  Object& operator=(const Object&) = default;
+};
+
+/// Equal by value; two absent objects are equal, an absent and a present one are not.
+template <class A, class B>
+bool bothAbsentOrEqual(const std::shared_ptr<A>& a, const std::shared_ptr<B>& b) {
+  if (a == b) return true;
+  return a && b && a->isEqual(*b);
+}
+
+/// The object's hash; an absent one hashes to 0.
+template <class A>
+std::size_t hashOrZero(const std::shared_ptr<A>& object) {
+  return object ? object->hash() : 0;
+}
+
+/// The name of an object's class without its namespace, e.g. "RVTransitItem".
+std::string classNameOf(const Object& object);
+
+}  // namespace linewatch
