@@ -1,0 +1,41 @@
+#include "platform/artwork_image_source.h"
+
+#include <functional>
+
+namespace linewatch {
+
+SizedTransitArtwork::SizedTransitArtwork(SharedArtwork artworkDataSource, std::int64_t shieldSize,
+                                         std::shared_ptr<ArtworkDataSourceCache> artworkCache)
+    : artworkDataSource_(std::move(artworkDataSource)),
+      shieldSize_(shieldSize),
+      artworkCache_(std::move(artworkCache)),
+      hash_((artworkDataSource_ ? linewatch::hash(*artworkDataSource_) : 0) ^
+            std::hash<std::int64_t>{}(shieldSize_)) {}
+
+bool SizedTransitArtwork::isEqual(const Object& other) const {
+  if (this == &other) return true;
+  const auto* sized = dynamic_cast<const SizedTransitArtwork*>(&other);
+  if (sized == nullptr || hash_ != sized->hash_) return false;
+  if (shieldSize_ != sized->shieldSize_ || artworkCache_ != sized->artworkCache_) return false;
+  if (artworkDataSource_ == sized->artworkDataSource_) return true;
+  return artworkDataSource_ && sized->artworkDataSource_ && *artworkDataSource_ == *sized->artworkDataSource_;
+}
+
+std::string SizedTransitArtwork::description() const {
+  const auto* shield = artworkDataSource_ && artworkDataSource_->shieldDataSource
+                           ? &*artworkDataSource_->shieldDataSource
+                           : nullptr;
+  return "<" + classNameOf(*this) + " " + (shield ? shield->shieldText.value_or("") : "") + " size " +
+         std::to_string(shieldSize_) + ">";
+}
+
+bool NamedImage::isEqual(const Object& other) const {
+  const auto* image = dynamic_cast<const NamedImage*>(&other);
+  return image != nullptr && image->name_ == name_;
+}
+
+std::size_t NamedImage::hash() const { return std::hash<std::string>{}(name_); }
+
+std::string NamedImage::description() const { return "<" + classNameOf(*this) + " " + name_ + ">"; }
+
+}  // namespace linewatch

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/artwork.h"
+#include "platform/object.h"
+#include "platform/value.h"
+
+namespace linewatch {
+
+class ArtworkDataSourceCache;
+
+/// Something that can be drawn as a row's artwork.
+class ArtworkImageSource : public Object {
+ public:
+  /// True when `secureArchive` can stand for the source in a comparison.
+  virtual bool supportsSecureArchiving() const { return false; }
+  /// The source archived with secure coding; absent when it could not be.
+  virtual std::optional<Bytes> secureArchive() const { return std::nullopt; }
+};
+
+/// A line's or system's artwork at a shield size, drawn through an artwork cache.
+///
+/// Two are equal when description (by value), size and cache are. The description may be absent: nothing is
+/// drawn then.
+class SizedTransitArtwork final : public ArtworkImageSource {
+ public:
+  SizedTransitArtwork(SharedArtwork artworkDataSource, std::int64_t shieldSize,
+                      std::shared_ptr<ArtworkDataSourceCache> artworkCache);
+
+  const SharedArtwork& artworkDataSource() const { return artworkDataSource_; }
+  /// A size step; one step smaller is the value minus 1.
+  std::int64_t shieldSize() const { return shieldSize_; }
+  const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
+
+  bool isEqual(const Object& other) const override;
+  std::size_t hash() const override { return hash_; }
+  std::string description() const override;
+
+ private:
+  SharedArtwork artworkDataSource_;
+  std::int64_t shieldSize_;
+  std::shared_ptr<ArtworkDataSourceCache> artworkCache_;
+  std::size_t hash_;
+};
+
+/// An image of the widget's own assets, by name.
+class NamedImage final : public ArtworkImageSource {
+ public:
+  explicit NamedImage(std::string name) : name_(std::move(name)) {}
+
+  const std::string& name() const { return name_; }
+
+  bool isEqual(const Object& other) const override;
+  std::size_t hash() const override;
+  std::string description() const override;
+
+ private:
+  std::string name_;
+};
+
+}  // namespace linewatch

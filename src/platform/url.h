@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace linewatch {
+
+/// An address, as text.
+struct URL {
+  std::string absoluteString;
+
+  bool operator==(const URL&) const = default;
+};
+
+}  // namespace linewatch

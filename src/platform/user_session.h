@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "platform/url.h"
+#include "platform/value.h"
+
+namespace linewatch {
+
+/// What the analytics logger is told about the session that an event belongs to.
+struct UserSessionSnapshot {
+  std::string sessionIdentifier;
+};
+
+/// The session that the widget shares with the companion application. Main thread.
+class UserSession {
+ public:
+  virtual ~UserSession() = default;
+
+  /// Makes the session's identifier known to the companion application if `share`, anew if `reset`.
+  virtual void sessionEntity(bool share, bool reset) = 0;
+  /// The URL that carries the shared session along.
+  virtual URL sharedSessionPunchOutURL(const std::string& absoluteString) = 0;
+  /// The user info that carries the shared session along.
+  virtual Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) = 0;
+  virtual UserSessionSnapshot snapshot() = 0;
+};
+
+/// Builds URLs of the companion application. Main thread.
+class MapURLBuilder {
+ public:
+  virtual ~MapURLBuilder() = default;
+  /// The URL that shows the user's favourites of the given type on a map of the given type.
+  virtual URL urlForFavorites(int favoritesType, int mapType) = 0;
+};
+
+}  // namespace linewatch
