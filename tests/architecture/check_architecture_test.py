@@ -1,0 +1,48 @@
+#!/usr/bin/env python3
+"""The check itself: small trees with one fault each, and the same trees without it."""
+
+import os
+import tempfile
+import unittest
+
+import check_architecture
+
+HEADERS = ["list/a.h", "platform/ui/view.h", "shared/a.h", "widget/a.h", "desktop/a.h", "simulation/a.h"]
+
+# file, its content, a piece of the fault that must be found; None: none may be.
+ROWS = [
+    ("src/list/b.cpp", '#include "platform/ui/view.h"\n#include <vector>\n#include <mutex>\n', None),
+    ("src/list/b.cpp", '#include "widget/a.h"\n', "stands to its left"),
+    ("src/platform/b.h", '\n  #  include "list/a.h"\n', "stands to its left"),
+    ("src/desktop/b.cpp", '#include "simulation/a.h"\n', "never know each other"),
+    ("src/simulation/b.cpp", '#include "desktop/a.h"\n', "stands to its left"),
+    ("src/app/b.cpp", '#include "simulation/a.h"\n#include "desktop/a.h"\n#include <QString>\n', None),
+    ("src/list/b.cpp", '#include "a.h"\n', "is no file of src/"),
+    ("src/list/b.cpp", "#include <QString>\n", "not the standard library"),
+    ("src/simulation/b.cpp", "#include <unicode/ucnv.h>\n", "not the standard library"),
+    ("src/simulation/b.cpp", "#include <nlohmann/json.hpp>\n", None),
+    ("src/activity/b.cpp", "#include <bzlib.h>\n", None),
+    ("src/widget/b.cpp", "#include <thread>\n", "no threads of its own"),
+    ("src/misc/b.h", "", "has no place among the folders"),
+    ("docs/b.md", "fine\nas the sp" + "ec says", '2: "the sp' + 'ec" leans on'),
+    ("tests/b.cpp", "// see Part" + " 4.2", "leans on a document"),
+    ("resources/b.bin", "\0Part" + " 4.2", None),
+]
+
+
+class CheckArchitecture(unittest.TestCase):
+    def test_rows(self):
+        for path, content, expected in ROWS:
+            with self.subTest(path=path, content=content), tempfile.TemporaryDirectory() as root:
+                for name in ["src/" + header for header in HEADERS] + [path]:
+                    os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
+                    with open(os.path.join(root, name), "w", encoding="utf-8") as file:
+                        file.write(content if name == path else "")
+                found = [f"{name}:{number}: {what}" for name, number, what in check_architecture.faults(root)]
+                self.assertEqual(len(found), 0 if expected is None else 1, found)
+                if expected is not None:
+                    self.assertIn(expected, found[0])
+
+
+if __name__ == "__main__":
+    unittest.main()
