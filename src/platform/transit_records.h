@@ -21,7 +21,7 @@ struct TransitIncidentFields {
   TransitIncidentEntities affectedEntities;
 };
 
-class TransitIncidentRecord final : public TransitIncident {
+class TransitIncidentRecord : public TransitIncident {
  public:
   explicit TransitIncidentRecord(TransitIncidentFields fields) : fields_(std::move(fields)) {}
 
@@ -41,7 +41,7 @@ class TransitIncidentRecord final : public TransitIncident {
   std::optional<Date> lastUpdated() const override { return fields_.lastUpdated; }
   const TransitIncidentEntities& affectedEntities() const override { return fields_.affectedEntities; }
 
- private:
+ protected:
   TransitIncidentFields fields_;
 };
 

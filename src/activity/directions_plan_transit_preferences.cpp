@@ -1,0 +1,18 @@
+#include "activity/directions_plan_transit_preferences.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<DirectionsPlanTransitPreferences>;
+
+bool DirectionsPlanTransitPreferences::readFrom(MessageReader& reader) {
+  return DirectionsPlanTransitPreferencesReadFrom(*this, reader);
+}
+
+bool DirectionsPlanTransitPreferencesReadFrom(DirectionsPlanTransitPreferences& preferences,
+                                              MessageReader& reader) {
+  return fields::read(reader, preferences);
+}
+
+}  // namespace linewatch

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/codable_message.h"
+#include "platform/message_field.h"
+
+namespace linewatch {
+
+#include "platform/message_fields_begin.inc"
+
+/// Which kinds of transit a directions plan avoids.
+class DirectionsPlanTransitPreferences : public FieldedMessage<DirectionsPlanTransitPreferences> {
+ public:
+  static constexpr std::uint32_t kLastFieldNumber = 4;
+
+  bool readFrom(MessageReader& reader) override;
+
+  SCALAR_FIELD(1, bool, avoidBusRoutes, AvoidBusRoutes)
+  SCALAR_FIELD(2, bool, avoidMetroLightRailRoutes, AvoidMetroLightRailRoutes)
+  SCALAR_FIELD(3, bool, avoidRailRoutes, AvoidRailRoutes)
+  SCALAR_FIELD(4, bool, avoidFerryRoutes, AvoidFerryRoutes)
+};
+
+#include "platform/message_fields_end.inc"
+
+/// Reads the fields of `preferences` until the data ends; false when it is not whole.
+bool DirectionsPlanTransitPreferencesReadFrom(DirectionsPlanTransitPreferences& preferences,
+                                              MessageReader& reader);
+
+}  // namespace linewatch

@@ -1,0 +1,9 @@
+#include "platform/dropped_pin.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<DroppedPin>;
+
+}  // namespace linewatch

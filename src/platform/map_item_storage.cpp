@@ -1,0 +1,9 @@
+#include "platform/map_item_storage.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<MapItemStorage>;
+
+}  // namespace linewatch

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/codable_message.h"
+#include "platform/message_field.h"
+
+namespace linewatch {
+
+#include "platform/message_fields_begin.inc"
+
+/// A place on the map, as it is stored.
+class MapItemStorage final : public FieldedMessage<MapItemStorage> {
+ public:
+  static constexpr std::uint32_t kLastFieldNumber = 5;
+
+  /// Names the place to the map service.
+  SCALAR_FIELD(1, std::uint64_t, muid, Muid)
+  STRING_FIELD(2, name, Name)
+  /// Degrees.
+  SCALAR_FIELD(3, double, latitude, Latitude)
+  SCALAR_FIELD(4, double, longitude, Longitude)
+  /// In one line.
+  STRING_FIELD(5, address, Address)
+};
+
+#include "platform/message_fields_end.inc"
+
+}  // namespace linewatch

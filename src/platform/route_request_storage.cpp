@@ -1,0 +1,9 @@
+#include "platform/route_request_storage.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<RouteRequestStorage>;
+
+}  // namespace linewatch

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+#include "platform/codable_message.h"
+#include "platform/map_item_storage.h"
+#include "platform/message_field.h"
+
+namespace linewatch {
+
+#include "platform/message_fields_begin.inc"
+
+/// A request for routes, as it is stored.
+class RouteRequestStorage final : public FieldedMessage<RouteRequestStorage> {
+ public:
+  static constexpr std::uint32_t kLastFieldNumber = 2;
+
+  /// From the origin to the destination.
+  REPEATED_MESSAGE_FIELD(1, MapItemStorage, waypoints, Waypoints)
+  SCALAR_FIELD(2, std::int32_t, transportType, TransportType)
+};
+
+#include "platform/message_fields_end.inc"
+
+}  // namespace linewatch

@@ -1,0 +1,9 @@
+#include "platform/search_category_storage.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<SearchCategoryStorage>;
+
+}  // namespace linewatch

@@ -1,0 +1,50 @@
+#include "platform/transit_storage_incident.h"
+
+#include "platform/transit_record_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<TransitStorageIncident>;
+
+namespace {
+
+constexpr std::string_view kDataKey = "data";
+
+TransitIncidentEntities storedEntities(const TransitIncidentEntities& entities) {
+  TransitIncidentEntities stored;
+  stored.reserve(entities.size());
+  for (const auto& entity : entities)
+    stored.push_back(std::make_shared<const TransitStorageIncidentEntity>(*entity));
+  return stored;
+}
+
+}  // namespace
+
+TransitStorageIncidentEntity::TransitStorageIncidentEntity(const TransitIncidentEntity& entity)
+    : fields_{entity.muid(), entity.hasNextStopIDs(), entity.nextStopIDs()} {}
+
+TransitStorageIncident::TransitStorageIncident(const TransitIncident& incident)
+    : TransitIncidentRecord({.muid = incident.muid(),
+                             .isBlockingIncident = incident.isBlockingIncident(),
+                             .startDate = incident.startDate(),
+                             .endDate = incident.endDate(),
+                             .title = incident.title(),
+                             .summary = incident.summary(),
+                             .fullDescription = incident.fullDescription(),
+                             .messageForRoutePlanning = incident.messageForRoutePlanning(),
+                             .messageForRouteStepping = incident.messageForRouteStepping(),
+                             .messageForNonRoutable = incident.messageForNonRoutable(),
+                             .infoURL = incident.infoURL(),
+                             .iconType = incident.iconType(),
+                             .creationDate = incident.creationDate(),
+                             .lastUpdated = incident.lastUpdated(),
+                             .affectedEntities = storedEntities(incident.affectedEntities())}) {}
+
+void TransitStorageIncident::encodeWithCoder(KeyedCoder& coder) const { coder.encodeBytes(kDataKey, data()); }
+
+std::shared_ptr<const Archivable> TransitStorageIncident::makeWithDecoder(KeyedDecoder& decoder) {
+  const auto bytes = decoder.decodeBytes(kDataKey);
+  return bytes ? messageWithData<TransitStorageIncident>(*bytes) : nullptr;
+}
+
+}  // namespace linewatch

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/codable_message.h"
+#include "platform/keyed_archiver.h"
+#include "platform/transit_records.h"
+
+namespace linewatch {
+
+struct RecordFields;
+
+/// A stored line: a line's fields and those of its item. The incidents are `TransitStorageIncident`s.
+struct TransitStorageLineFields : TransitLineFields {
+  TransitIncidents incidents;
+  bool hasIncidentComponent = false;
+  bool isIncidentsTTLExpired = false;
+  std::optional<std::vector<SharedArtwork>> labelItems;
+  OptionalText attribution;
+  std::optional<MapRegion> mapRegion;
+  OptionalText encyclopedicInfo;
+  bool hasEncyclopedicInfo = false;
+};
+
+/// A snapshot of a line and its incidents that can be stored: it answers as the item did when it was made. A
+/// message, and an object of keyed archives.
+class TransitStorageLineItem final : public FieldedMessage<TransitStorageLineItem>,
+                                     public TransitLineItem,
+                                     public Archivable {
+ public:
+  using Fields = TransitStorageLineFields;
+  static constexpr std::string_view kArchiveClassName = "TransitStorageLineItem";
+
+  TransitStorageLineItem() = default;
+  explicit TransitStorageLineItem(const TransitLineItem& item);
+
+  std::uint64_t muid() const override { return fields_.muid; }
+  std::optional<MapItemIdentifier> identifier() const override { return fields_.identifier; }
+  const std::string& name() const override { return fields_.name; }
+  const std::shared_ptr<const TransitSystem>& system() const override { return fields_.system; }
+  std::int64_t departureTimeDisplayStyle() const override { return fields_.departureTimeDisplayStyle; }
+  bool departuresAreVehicleSpecific() const override { return fields_.departuresAreVehicleSpecific; }
+  const SharedArtwork& artwork() const override { return fields_.artwork; }
+  const SharedArtwork& modeArtwork() const override { return fields_.modeArtwork; }
+  const SharedArtwork& alternateArtwork() const override { return fields_.alternateArtwork; }
+  bool hasLineColorString() const override { return !fields_.lineColorString.empty(); }
+  const std::string& lineColorString() const override { return fields_.lineColorString; }
+  bool showVehicleNumber() const override { return fields_.showVehicleNumber; }
+  const std::string& operatingHours() const override { return fields_.operatingHours; }
+  const TransitIncidents& incidents() const override { return fields_.incidents; }
+  bool hasIncidentComponent() const override { return fields_.hasIncidentComponent; }
+  bool isIncidentsTTLExpired() const override { return fields_.isIncidentsTTLExpired; }
+  std::optional<std::vector<SharedArtwork>> labelItems() const override { return fields_.labelItems; }
+  OptionalText attribution() const override { return fields_.attribution; }
+  std::optional<MapRegion> mapRegion() const override { return fields_.mapRegion; }
+  OptionalText encyclopedicInfo() const override { return fields_.encyclopedicInfo; }
+  bool hasEncyclopedicInfo() const override { return fields_.hasEncyclopedicInfo; }
+
+  std::string_view archiveClassName() const override { return kArchiveClassName; }
+  void encodeWithCoder(KeyedCoder& coder) const override;
+  /// Null when the archived bytes do not read as a line.
+  static std::shared_ptr<const Archivable> makeWithDecoder(KeyedDecoder& decoder);
+
+ private:
+  friend struct RecordFields;
+  Fields fields_;
+};
+
+extern template class FieldedMessage<TransitStorageLineItem>;
+
+}  // namespace linewatch

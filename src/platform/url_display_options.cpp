@@ -1,0 +1,9 @@
+#include "platform/url_display_options.h"
+
+#include "platform/message_fields.h"
+
+namespace linewatch {
+
+template class FieldedMessage<UrlDisplayOptions>;
+
+}  // namespace linewatch

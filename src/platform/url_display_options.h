@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/codable_message.h"
+#include "platform/message_field.h"
+
+namespace linewatch {
+
+#include "platform/message_fields_begin.inc"
+
+/// How the companion application is to show the map: the options that a map URL can carry as well.
+class UrlDisplayOptions final : public FieldedMessage<UrlDisplayOptions> {
+ public:
+  static constexpr std::uint32_t kLastFieldNumber = 6;
+
+  /// Which map; 3 is the transit map.
+  SCALAR_FIELD(1, std::int32_t, mapType, MapType)
+  SCALAR_FIELD(2, bool, showsTraffic, ShowsTraffic)
+  /// Degrees.
+  SCALAR_FIELD(3, double, centerLatitude, CenterLatitude)
+  SCALAR_FIELD(4, double, centerLongitude, CenterLongitude)
+  /// The height of the visible map in degrees.
+  SCALAR_FIELD(5, double, latitudeSpan, LatitudeSpan)
+  /// What is up, in degrees clockwise from north.
+  SCALAR_FIELD(6, double, heading, Heading)
+};
+
+#include "platform/message_fields_end.inc"
+
+}  // namespace linewatch
