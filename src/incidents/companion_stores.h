@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/favorites.h"
+#include "platform/preferences_store.h"
+
+namespace linewatch {
+
+/// The companion application's favourites: the same container on every call, made on the first. Any thread.
+std::shared_ptr<FavoritesContainer> defaultContainer();
+
+/// A new store object on the preferences that the companion application shares with the widget.
+std::shared_ptr<PreferencesStore> _rova_groupUserDefaults();
+
+}  // namespace linewatch
