@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+#include "platform/analytics_service.h"
+#include "platform/date.h"
+#include "platform/extension_context.h"
+#include "platform/transit_line.h"
+#include "platform/ui/index_path.h"
+#include "platform/ui/view_controller.h"
+
+namespace linewatch {
+
+/// For each incident that a list shows, by the incident's `muid`, the line under which it is shown.
+using IncidentsToLineMapping = std::unordered_map<std::uint64_t, SharedLineItem>;
+
+/// Records what the widget showed and what the user did with it: one session, and one event, each time the
+/// widget is shown. Without a running session most calls are dropped; nothing is reported back. Main thread.
+class RVTransitIncidentsAnalyticsDelegate {
+ public:
+  /// The controller, known weakly, tells the current display mode; once it is gone the mode counts as
+  /// compact.
+  explicit RVTransitIncidentsAnalyticsDelegate(
+      std::weak_ptr<ui::ViewController> transitIncidentsViewController);
+
+  /// The widget's view has appeared. A running session goes on with its start date; the record starts afresh.
+  void startSessionIfNeeded();
+  void recordWidgetChangeDisplayMode(WidgetDisplayMode mode);
+  /// A list has been built: the favourite lines, the incidents it shows in row order, and the line of each.
+  void recordInfoForLines(const TransitLineItems& lines, const TransitIncidents& incidentDisplayed,
+                          const IncidentsToLineMapping& incidentsToLineMapping);
+  /// A row has been opened successfully: ends the session.
+  void recordOpenItemAtIndexPath(const ui::IndexPath& indexPath);
+  /// The widget's view has disappeared: ends the session.
+  void recordCloseSessionSwiping();
+
+  /// None while no session runs.
+  const std::optional<Date>& sessionStartDate() const { return sessionStartDate_; }
+  /// The record of the current session; null before the first start and after a close.
+  std::shared_ptr<const WidgetAnalyticsRecord> analyticsData() const { return analyticsData_; }
+
+ private:
+  enum class EndState : std::int64_t { itemOpened = 1, disappeared = 2 };
+
+  void _closeSessionWithEndState(EndState endState);
+  static std::int64_t _messageTypeForIncidentCount(std::size_t count);
+  bool isExpanded() const;
+
+  std::weak_ptr<ui::ViewController> transitIncidentsViewController_;
+  std::optional<Date> sessionStartDate_;
+  std::shared_ptr<WidgetAnalyticsRecord> analyticsData_;
+};
+
+}  // namespace linewatch
