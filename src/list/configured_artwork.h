@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "platform/artwork_image_source.h"
+#include "platform/object.h"
+
+namespace linewatch {
+
+/// Full opacity, and the faint one of rows that stand for no single line: single-precision 0.2.
+inline constexpr double kFullAlpha = 1.0;
+inline constexpr double kFaintAlpha = static_cast<double>(0.2F);
+
+/// An artwork and the opacity at which it is drawn. Immutable.
+class RVConfiguredArtwork : public Object {
+ public:
+  /// `artworkSource` may be null; `alpha` goes from 0 to 1.
+  RVConfiguredArtwork(std::shared_ptr<const ArtworkImageSource> artworkSource, double alpha);
+
+  const std::shared_ptr<const ArtworkImageSource>& artworkSource() const { return artworkSource_; }
+  double alpha() const { return alpha_; }
+
+  bool isEqual(const Object& other) const override;
+  /// Sources that are not equal by themselves are still equal when their secure archives are the same bytes.
+  bool isEqualToConfiguredArtwork(const RVConfiguredArtwork& other) const;
+  std::size_t hash() const override;
+  std::string description() const override;
+
+ private:
+  std::shared_ptr<const ArtworkImageSource> artworkSource_;
+  double alpha_;
+};
+
+}  // namespace linewatch

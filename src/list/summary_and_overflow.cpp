@@ -1,0 +1,101 @@
+#include <unordered_set>
+#include <utility>
+
+#include "list/localized_text.h"
+#include "list/row_artwork.h"
+#include "list/transit_artwork_equality.h"
+#include "list/transit_incidents_data_source_builder.h"
+#include "platform/companion_application.h"
+#include "platform/keyed_archiver.h"
+#include "platform/platform.h"
+#include "platform/transit_storage_incident.h"
+#include "shared/rova_map.h"
+
+namespace linewatch {
+
+namespace {
+
+struct ArtworkIdentity {
+  bool operator()(const TransitArtworkDataSource* a, const TransitArtworkDataSource* b) const {
+    return TransitArtworkDataSourceIsEqual(a, b);
+  }
+  std::size_t operator()(const TransitArtworkDataSource* artwork) const { return hash(*artwork); }
+};
+using ArtworkSet = std::unordered_set<const TransitArtworkDataSource*, ArtworkIdentity, ArtworkIdentity>;
+
+/// Gathers artworks, each distinct one once, in the order in which they first come.
+class DistinctArtworks {
+ public:
+  void add(const SharedArtwork& artwork) {
+    // Lines often come in runs that share one description.
+    if (!artwork || (!artworks_.empty() && artwork == artworks_.back())) return;
+    if (seen_.insert(artwork.get()).second) artworks_.push_back(artwork);
+  }
+  TransitArtworks take() { return std::move(artworks_); }
+
+ private:
+  TransitArtworks artworks_;
+  ArtworkSet seen_;
+};
+
+TransitArtworks artworksOfRows(const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
+  DistinctArtworks artworks;
+  for (const SharedTransitItem& item : items) {
+    const auto entry = itemToLinesMap.find(item);
+    if (entry == itemToLinesMap.end()) continue;
+    for (const SharedLineItem& line : entry->second) artworks.add(artworkStandingForLine(*line));
+  }
+  return artworks.take();
+}
+
+std::size_t countLines(const TransitIncidents& incidents,
+                       const IncidentsToLineMapping& incidentsToLineMapping) {
+  std::unordered_set<std::uint64_t> muids;
+  for (const SharedIncident& incident : incidents) {
+    const auto line = incidentsToLineMapping.find(incident->muid());
+    if (line != incidentsToLineMapping.end()) muids.insert(line->second->muid());
+  }
+  return muids.size();
+}
+
+}  // namespace
+
+std::shared_ptr<const RVTransitSummaryItem> RVTransitIncidentsDataSourceBuilder::_summaryItemForIncidents(
+    const TransitIncidents& incidents, const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
+  return std::make_shared<const RVTransitSummaryItem>(
+      kestrowText("LineWatch_Summary_advisory_count", {std::uint64_t{incidents.size()}}),
+      artworksOfRows(items, itemToLinesMap), _activityDataForIncidents(incidents));
+}
+
+std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_activityDataForIncidents(
+    const TransitIncidents& incidents) {
+  auto storageIncidents = RovaMap(incidents, [](const SharedIncident& incident, std::size_t) {
+    return std::optional(ArchivedObject{std::make_shared<const TransitStorageIncident>(*incident)});
+  });
+  auto bytes =
+      platform().keyedArchiver().archivedData({std::move(storageIncidents)}, /*requiringSecureCoding=*/false);
+  if (!bytes) return nullptr;
+  return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.IncidentList",
+                                  Dictionary{{"incidentListKey", *std::move(bytes)}});
+}
+
+SharedTransitItem RVTransitIncidentsDataSourceBuilder::_incidentsOverflowItemForIncidents(
+    const TransitIncidents& incidents, const IncidentsToLineMapping& incidentsToLineMapping) {
+  return std::make_shared<const RVTransitItem>(
+      _advisoriesOverflowTitleForIncidentCount(incidents.size()),
+      _advisoriesOverflowSecondaryTextForLineItemsCount(countLines(incidents, incidentsToLineMapping)),
+      imageArtwork("advisories-v2", kFaintAlpha), /*displayArtwork=*/true,
+      _activityDataForIncidents(incidents));
+}
+
+std::string RVTransitIncidentsDataSourceBuilder::_advisoriesOverflowTitleForIncidentCount(
+    std::uint64_t count) {
+  return kestrowText("LineWatch_advisory_overflow_title", {count});
+}
+
+std::string RVTransitIncidentsDataSourceBuilder::_advisoriesOverflowSecondaryTextForLineItemsCount(
+    std::uint64_t count) {
+  return kestrowText("LineWatch_AdvisoriesOverflow_SecondaryText", {count});
+}
+
+}  // namespace linewatch

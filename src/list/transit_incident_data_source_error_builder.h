@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "list/transit_item_data_source_builder.h"
+#include "platform/error.h"
+
+namespace linewatch {
+
+/// Makes the list of a failed fetch: one row that says that nothing could be loaded, and why as far as the
+/// device can tell when the list is first asked for. The error itself is kept but not consulted.
+class RVTransitIncidentDataSourceErrorBuilder final : public RVTransitItemDataSourceBuilder {
+ public:
+  explicit RVTransitIncidentDataSourceErrorBuilder(Error error) : error_(std::move(error)) {}
+
+  std::shared_ptr<const RVTransitListItem> listItem() override;
+
+  const Error& error() const { return error_; }
+  void setError(Error error) { error_ = std::move(error); }
+
+ private:
+  static SharedTransitItem _buildErrorItem();
+  static std::string _errorMessage();
+
+  std::shared_ptr<const RVTransitListItem> listItem_;
+  Error error_;
+};
+
+}  // namespace linewatch

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "activity/openable.h"
+#include "list/configured_artwork.h"
+#include "platform/object.h"
+
+namespace linewatch {
+
+/// One row of the list: an incident, good service, the incidents that do not fit, no favourites, or an error.
+/// Immutable.
+class RVTransitItem : public Object {
+ public:
+  /// Texts, artwork and openable may each be absent; a row without an openable opens nothing.
+  /// `displayArtwork` tells whether the row shows an artwork at all.
+  RVTransitItem(std::optional<std::string> primaryText, std::optional<std::string> secondaryText,
+                std::shared_ptr<const RVConfiguredArtwork> artwork, bool displayArtwork,
+                std::shared_ptr<const RVOpenable> openable);
+
+  const std::optional<std::string>& primaryText() const { return primaryText_; }
+  const std::optional<std::string>& secondaryText() const { return secondaryText_; }
+  const std::shared_ptr<const RVConfiguredArtwork>& artwork() const { return artwork_; }
+  bool displayArtwork() const { return displayArtwork_; }
+  const std::shared_ptr<const RVOpenable>& openable() const { return openable_; }
+
+  /// A new item with the same values.
+  std::shared_ptr<const RVTransitItem> copy() const;
+
+  /// Only two objects of exactly this class can be equal.
+  bool isEqual(const Object& other) const override;
+  bool isEqualToTransitItem(const RVTransitItem& other) const;
+  std::size_t hash() const override;
+  std::string description() const override;
+
+ private:
+  std::optional<std::string> primaryText_;
+  std::optional<std::string> secondaryText_;
+  std::shared_ptr<const RVConfiguredArtwork> artwork_;
+  bool displayArtwork_;
+  std::shared_ptr<const RVOpenable> openable_;
+};
+
+using SharedTransitItem = std::shared_ptr<const RVTransitItem>;
+
+}  // namespace linewatch

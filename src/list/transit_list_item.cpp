@@ -1,0 +1,55 @@
+#include "list/transit_list_item.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace linewatch {
+
+namespace {
+
+/// The summary row as an object, whatever its kind; null when there is none.
+const Object* objectOf(const SummaryItem& summary) {
+  struct {
+    const Object* operator()(std::monostate) const { return nullptr; }
+    const Object* operator()(const SharedTransitItem& item) const { return item.get(); }
+    const Object* operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
+      return item.get();
+    }
+  } visitor;
+  return std::visit(visitor, summary);
+}
+
+bool sameRow(const Object* a, const Object* b) { return a == b || (a && b && a->isEqual(*b)); }
+
+}  // namespace
+
+RVTransitListItem::RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems)
+    : summaryItem_(std::move(summaryItem)), expandedItems_(std::move(expandedItems)) {}
+
+bool RVTransitListItem::isEqual(const Object& other) const {
+  if (this == &other) return true;
+  const auto* list = dynamic_cast<const RVTransitListItem*>(&other);
+  return list != nullptr && isEqualToListItem(*list);
+}
+
+bool RVTransitListItem::isEqualToListItem(const RVTransitListItem& other) const {
+  return sameRow(objectOf(summaryItem_), objectOf(other.summaryItem_)) &&
+         std::ranges::equal(expandedItems_, other.expandedItems_,
+                            [](const auto& a, const auto& b) { return bothAbsentOrEqual(a, b); });
+}
+
+std::size_t RVTransitListItem::hash() const {
+  const Object* summary = objectOf(summaryItem_);
+  return (summary ? summary->hash() : 0) ^ expandedItems_.size();
+}
+
+std::string RVTransitListItem::description() const {
+  const Object* summary = objectOf(summaryItem_);
+  std::string text =
+      "<" + classNameOf(*this) + " | summary: " + (summary ? summary->description() : "(null)");
+  for (const SharedTransitItem& item : expandedItems_)
+    text += " | " + (item ? item->description() : "(null)");
+  return text + ">";
+}
+
+}  // namespace linewatch
