@@ -1,0 +1,80 @@
+#include "simulation/simulated_platform.h"
+
+#include <utility>
+
+#include "platform/companion_application.h"
+
+namespace linewatch::simulation {
+
+std::shared_ptr<SimulatedPlatform> SimulatedPlatform::make(World world) {
+  auto preferences = std::make_shared<PreferencesStorage>();
+  preferences->suite(kCompanionAppGroupSuite) = world.preferences;
+  auto backstage = std::make_shared<Backstage>(std::move(world), Seconds(0), std::make_shared<Transcript>());
+  return std::shared_ptr<SimulatedPlatform>(
+      new SimulatedPlatform(std::move(backstage), std::move(preferences)));
+}
+
+std::shared_ptr<SimulatedPlatform> SimulatedPlatform::restarted(SimulatedPlatform& previous) {
+  previous.mainLoop().discardAll();
+  auto backstage = std::make_shared<Backstage>(previous.world(), previous.mainLoop().elapsed(),
+                                               previous.backstage_->transcript);
+  return std::shared_ptr<SimulatedPlatform>(
+      new SimulatedPlatform(std::move(backstage), previous.preferences_));
+}
+
+SimulatedPlatform::SimulatedPlatform(SharedBackstage backstage,
+                                     std::shared_ptr<PreferencesStorage> preferences)
+    : backstage_(std::move(backstage)),
+      preferences_(std::move(preferences)),
+      log_(backstage_),
+      randomSource_(backstage_),
+      localization_(backstage_),
+      keyedArchiver_(backstage_),
+      transitService_(backstage_),
+      userSession_(backstage_),
+      systemController_(backstage_),
+      device_(backstage_),
+      usageRecorder_(backstage_),
+      analyticsLogger_(backstage_),
+      extensionContext_(std::make_shared<SimulatedExtensionContext>(backstage_)) {}
+
+// What waits in the loop may hold the loop's own backstage.
+SimulatedPlatform::~SimulatedPlatform() { mainLoop().discardAll(); }
+
+void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
+  World& world = backstage_->world;
+  const Dictionary before = world.preferences;
+  const Date start = world.start;
+  change(world);
+  world.start = start;
+  backstage_->worldChanged();
+  for (const auto& [key, value] : world.preferences) {
+    const auto old = before.find(key);
+    if (old == before.end() || old->second != value) {
+      preferences_->suite(kCompanionAppGroupSuite).insert_or_assign(key, value);
+    }
+  }
+}
+
+std::shared_ptr<SimulatedExtensionContext> SimulatedPlatform::extensionContext() const {
+  return world().host.hosted ? extensionContext_ : nullptr;
+}
+
+std::shared_ptr<SimulatedViewController> SimulatedPlatform::makeViewController() const {
+  return std::make_shared<SimulatedViewController>(extensionContext());
+}
+
+std::shared_ptr<PreferencesStore> SimulatedPlatform::makePreferencesStore(std::string_view suite) {
+  return std::make_shared<SimulatedPreferencesStore>(backstage_, preferences_, std::string(suite));
+}
+
+std::shared_ptr<RemoteFavoritesPersister> SimulatedPlatform::makeRemoteFavoritesPersister() {
+  return std::make_shared<SimulatedFavoritesPersister>(backstage_);
+}
+
+std::shared_ptr<FavoritesContainer> SimulatedPlatform::makeFavoritesContainer(
+    std::shared_ptr<RemoteFavoritesPersister> persister) {
+  return std::make_shared<SimulatedFavoritesContainer>(backstage_, std::move(persister));
+}
+
+}  // namespace linewatch::simulation

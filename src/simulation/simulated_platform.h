@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/platform.h"
+#include "simulation/backstage.h"
+#include "simulation/simulated_analytics.h"
+#include "simulation/simulated_companion.h"
+#include "simulation/simulated_device.h"
+#include "simulation/simulated_favorites.h"
+#include "simulation/simulated_host.h"
+#include "simulation/simulated_keyed_archiver.h"
+#include "simulation/simulated_log.h"
+#include "simulation/simulated_preferences.h"
+#include "simulation/simulated_random_source.h"
+#include "simulation/simulated_texts.h"
+#include "simulation/simulated_transit_service.h"
+
+namespace linewatch::simulation {
+
+/// A whole platform in memory and virtual time: made from a scripted world, it answers every role from it and
+/// keeps a transcript of all that crosses the border. The same world and the same calls give the same
+/// transcript, on every machine.
+class SimulatedPlatform final : public Platform {
+ public:
+  static std::shared_ptr<SimulatedPlatform> make(World world = {});
+  /// The platform of a new process in the same world: the preferences are those of `previous`, the transcript
+  /// and the clock go on, and everything else starts afresh. What `previous` has still to run never runs.
+  static std::shared_ptr<SimulatedPlatform> restarted(SimulatedPlatform& previous);
+  ~SimulatedPlatform() override;
+
+  const World& world() const { return backstage_->world; }
+  /// Changes the world while the platform runs. Preferences that the change sets are put into the companion
+  /// application's suite at once; the start of the clock stays.
+  void changeWorld(const std::function<void(World&)>& change);
+
+  Transcript& transcript() { return *backstage_->transcript; }
+  /// What the preferences stores hold.
+  PreferencesStorage& preferences() { return *preferences_; }
+
+  // Short for the main loop's.
+  void advance(Seconds seconds) { mainLoop().advance(seconds); }
+  void advance(double seconds) { advance(Seconds(seconds)); }
+  void runUntilIdle() { mainLoop().runUntilIdle(); }
+
+  /// Null when the world's host shows no widget.
+  std::shared_ptr<SimulatedExtensionContext> extensionContext() const;
+  /// A controller that has the extension context.
+  std::shared_ptr<SimulatedViewController> makeViewController() const;
+
+  SimulatedLog& log() override { return log_; }
+  VirtualMainLoop& mainLoop() override { return backstage_->mainLoop; }
+  SimulatedRandomSource& randomSource() override { return randomSource_; }
+  SimulatedLocalization& localization() override { return localization_; }
+  SimulatedIncidentStringProvider& incidentStringProvider() override { return incidentStringProvider_; }
+  SimulatedKeyedArchiver& keyedArchiver() override { return keyedArchiver_; }
+  SimulatedTransitService& transitService() override { return transitService_; }
+  SimulatedUserSession& userSession() override { return userSession_; }
+  SimulatedMapURLBuilder& mapURLBuilder() override { return mapURLBuilder_; }
+  SimulatedSystemController& systemController() override { return systemController_; }
+  SimulatedDevice& device() override { return device_; }
+  SimulatedUsageRecorder& usageRecorder() override { return usageRecorder_; }
+  SimulatedAnalyticsEventFactory& analyticsEventFactory() override { return analyticsEventFactory_; }
+  SimulatedAnalyticsLogger& analyticsLogger() override { return analyticsLogger_; }
+
+  std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override;
+  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override;
+  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
+      std::shared_ptr<RemoteFavoritesPersister> persister) override;
+
+ private:
+  SimulatedPlatform(SharedBackstage backstage, std::shared_ptr<PreferencesStorage> preferences);
+
+  SharedBackstage backstage_;
+  std::shared_ptr<PreferencesStorage> preferences_;
+  SimulatedLog log_;
+  SimulatedRandomSource randomSource_;
+  SimulatedLocalization localization_;
+  SimulatedIncidentStringProvider incidentStringProvider_;
+  SimulatedKeyedArchiver keyedArchiver_;
+  SimulatedTransitService transitService_;
+  SimulatedUserSession userSession_;
+  SimulatedMapURLBuilder mapURLBuilder_;
+  SimulatedSystemController systemController_;
+  SimulatedDevice device_;
+  SimulatedUsageRecorder usageRecorder_;
+  SimulatedAnalyticsEventFactory analyticsEventFactory_;
+  SimulatedAnalyticsLogger analyticsLogger_;
+  std::shared_ptr<SimulatedExtensionContext> extensionContext_;
+};
+
+}  // namespace linewatch::simulation
