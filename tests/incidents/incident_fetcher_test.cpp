@@ -1,0 +1,179 @@
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "incidents/companion_stores.h"
+#include "incidents/debug_transit_incident.h"
+#include "incidents/transit_incident_fetcher.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+using simulation::SimulatedPlatform;
+using simulation::World;
+using simulation::WorldFavorite;
+using testing::ElementsAre;
+
+class IncidentFetcher : public testing::Test {
+ protected:
+  static World city() {
+    World world;
+    world.lines["A"] = {.muid = 1, .name = "12"};
+    world.lines["B"] = {.muid = 2, .name = "B", .identifier = false};
+    world.lines["C"] = {.muid = 3, .name = "C", .incidents = {"strike"}};
+    world.incidents["strike"] = {.muid = 11, .title = "Strike"};
+    return world;
+  }
+  static WorldFavorite line(std::optional<std::string> key) {
+    return {WorldFavorite::Kind::line, std::move(key), {}};
+  }
+
+  std::shared_ptr<RVResult> fetch(World world) {
+    platform_ = SimulatedPlatform::make(std::move(world));
+    installPlatform(platform_);
+    std::shared_ptr<RVResult> result;
+    const auto request =
+        RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+            [&](const std::shared_ptr<RVResult>& given) {
+              EXPECT_TRUE(platform_->mainLoop().isMainThread());
+              EXPECT_EQ(result, nullptr) << "called once";
+              result = given;
+            });
+    EXPECT_EQ(result, nullptr) << "never before the call has returned";
+    platform_->advance(10);
+    EXPECT_EQ(request->result(), result);
+    return result;
+  }
+  void TearDown() override { installPlatform(nullptr); }
+
+  std::shared_ptr<SimulatedPlatform> platform_;
+};
+
+TEST_F(IncidentFetcher, LooksUpTheFavouritesThatAreLines) {
+  World world = city();
+  world.favorites = {
+      line("C"), {WorldFavorite::Kind::place, {}, "Home"}, line(std::nullopt), line("B"), line("A")};
+  const auto result = fetch(world);
+  ASSERT_NE(result->successObject(), nullptr);
+  EXPECT_FALSE(result->error());
+  ASSERT_EQ(result->successObject()->size(), 2U);
+  EXPECT_EQ(result->successObject()->front()->name(), "C");
+  EXPECT_THAT(
+      platform_->transcript().logTexts("debug"),
+      ElementsAre("Received 5 favorites from container.",
+                  "Issuing favorite lines lookup request for Muids: [3, 1].", "Received 2 line items."));
+}
+
+TEST_F(IncidentFetcher, WithoutFavouriteLinesAnswersAnEmptyListAndAsksNobody) {
+  World world = city();
+  world.favorites = {{WorldFavorite::Kind::place, {}, "Home"}, line(std::nullopt)};
+  const auto result = fetch(world);
+  ASSERT_NE(result->successObject(), nullptr);
+  EXPECT_TRUE(result->successObject()->empty());
+  EXPECT_EQ(platform_->transcript().countOf("lookup"), 0U);
+  EXPECT_TRUE(platform_->transcript().hasLogText("0 Favorite lines, returning early."));
+}
+
+TEST_F(IncidentFetcher, PassesTheServicesAnswerThrough) {
+  World world = city();
+  world.favorites = {line("A")};
+  world.service.answer = simulation::WorldService::Answer::error;
+  const auto failed = fetch(world);
+  EXPECT_EQ(failed->error(), world.service.error);
+  EXPECT_EQ(failed->successObject(), nullptr);
+
+  world.service.answer = simulation::WorldService::Answer::nothing;
+  const auto neither = fetch(world);
+  EXPECT_FALSE(neither->error());
+  EXPECT_EQ(neither->successObject(), nullptr);
+  EXPECT_TRUE(platform_->transcript().hasLogText("Received 0 line items."));
+}
+
+TEST_F(IncidentFetcher, InjectsFakeIncidentsWhereTheSwitchesAndTheDrawsSaySo) {
+  struct Row {
+    const char* name;
+    std::vector<std::uint32_t> draws;
+    bool inject, randomNumber;
+    std::size_t incidents;
+    bool isWrapped;
+  };
+  for (const Row& row : {
+           Row{"off", {1}, false, true, 0, false},
+           Row{"spared by the draw", {3}, true, false, 0, false},
+           Row{"one", {4}, true, false, 1, true},
+           Row{"a random number", {1, 5}, true, true, 2, true},
+           Row{"a random number of none", {2, 3}, true, true, 0, true},
+       }) {
+    World world = city();
+    world.favorites = {line("A"), line("C")};
+    world.random = row.draws;
+    world.preferences.insert_or_assign("Rova.LineWatch.internal.injectFakeIncidents", row.inject);
+    world.preferences.insert_or_assign("Rova.LineWatch.internal.randomNumberIncidents", row.randomNumber);
+    const auto result = fetch(world);
+    const auto& items = *result->successObject();
+    ASSERT_EQ(items.size(), 2U) << row.name;
+    EXPECT_EQ(items[0]->incidents().size(), row.incidents) << row.name;
+    EXPECT_EQ(dynamic_cast<const DebugTransitLineItem*>(items[0].get()) != nullptr, row.isWrapped)
+        << row.name;
+    EXPECT_EQ(items[1]->incidents().front()->muid(), 11U) << "a line with incidents keeps them";
+    for (const auto& fake : items[0]->incidents()) {
+      const Date then = platform_->mainLoop().now() - Seconds(9.5);
+      EXPECT_EQ(fake->muid(), 2U);
+      EXPECT_EQ(fake->summary(), "12 · Possible delays due to strike");
+      EXPECT_NEAR((*fake->startDate() - (then - Seconds(86400))).count(), 0, 1e-3);
+      EXPECT_NEAR((*fake->endDate() - (then + Seconds(86400))).count(), 0, 1e-3);
+      EXPECT_EQ(fake->affectedEntities().front()->muid(), 1U);
+    }
+  }
+}
+
+TEST_F(IncidentFetcher, OneContainerAPlatformAndANewStoreACall) {
+  installPlatform(SimulatedPlatform::make());
+  const auto container = defaultContainer();
+  EXPECT_EQ(container, defaultContainer());
+  EXPECT_NE(_rova_groupUserDefaults(), _rova_groupUserDefaults());
+  _rova_groupUserDefaults()->setObject(Value(true), "key");
+  EXPECT_TRUE(_rova_groupUserDefaults()->boolForKey("key"));
+  installPlatform(SimulatedPlatform::make());
+  EXPECT_NE(container, defaultContainer());
+}
+
+TEST(FetcherRequest, CallsEveryHandlerOnceInOrder) {
+  std::vector<int> calls;
+  detail::RVTransitIncidentFetcherRequest request([&](const auto&) { calls.push_back(1); });
+  request.addHandler(nullptr);
+  request.addHandler([&](const auto& result) {
+    calls.push_back(2);
+    request.addHandler([&](const auto& again) {
+      EXPECT_EQ(again, result);
+      calls.push_back(3);
+    });
+  });
+  request.addHandler([&](const auto&) { calls.push_back(4); });
+  EXPECT_TRUE(calls.empty());
+  request.setResultAndInvokeCompletionHandlers(std::make_shared<RVResult>(nullptr, std::nullopt));
+  EXPECT_THAT(calls, ElementsAre(1, 2, 3, 4));
+  request.addHandler([&](const auto&) { calls.push_back(5); });
+  EXPECT_EQ(calls.back(), 5);
+  EXPECT_EQ(request.handlers().size(), 3U);
+}
+
+TEST(FetcherRequest, LosesAndRepeatsNoHandlerThatRacesTheResult) {
+  for (int round = 0; round < 200; ++round) {
+    detail::RVTransitIncidentFetcherRequest request(nullptr);
+    std::atomic<int> calls = 0;
+    std::thread adder([&] {
+      for (int i = 0; i < 20; ++i) request.addHandler([&](const auto&) { ++calls; });
+    });
+    request.setResultAndInvokeCompletionHandlers(std::make_shared<RVResult>(nullptr, std::nullopt));
+    adder.join();
+    EXPECT_EQ(calls, 20);
+  }
+}
+
+}  // namespace
+}  // namespace linewatch
