@@ -32,7 +32,8 @@ std::vector<RVTransitIncidentFetcherRequest::Handler> RVTransitIncidentFetcherRe
   return handlers_;
 }
 
-void RVTransitIncidentFetcherRequest::setResultAndInvokeCompletionHandlers(std::shared_ptr<RVResult> result) {
+void RVTransitIncidentFetcherRequest::setResultAndInvokeCompletionHandlers(
+    const std::shared_ptr<RVResult>& result) {
   std::vector<Handler> snapshot;
   {
     const std::lock_guard lock(mutex_);

@@ -37,7 +37,7 @@ class RVTransitIncidentFetcherRequest final : public linewatch::RVTransitInciden
 
   /// Ends the fetch: keeps the result and then calls every handler, outside the lock so that a handler may
   /// add others.
-  void setResultAndInvokeCompletionHandlers(std::shared_ptr<RVResult> result);
+  void setResultAndInvokeCompletionHandlers(const std::shared_ptr<RVResult>& result);
 
  private:
   mutable std::mutex mutex_;

@@ -367,6 +367,7 @@ void mergeField(const Held& from, Held& into) {
     list.insert(list.end(), added.begin(), added.end());
   } else if (!peek(from)) {
     return;
+    // NOLINTNEXTLINE(bugprone-branch-clone): what is taken over as it is, for two reasons.
   } else if constexpr (Plain<typename Holder<Held>::Value>) {
     into = from;
   } else if (!peek(into)) {
