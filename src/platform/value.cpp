@@ -74,6 +74,13 @@ std::size_t Value::hash() const {
 
 std::string Value::description() const { return std::visit(Describe{}, storage_); }
 
+Value noValue() { return Value(std::shared_ptr<const Object>()); }
+
+bool isNoValue(const Value& value) {
+  const auto* object = value.get<std::shared_ptr<const Object>>();
+  return object != nullptr && *object == nullptr;
+}
+
 std::size_t hash(const Dictionary& dictionary) {
   std::size_t seed = dictionary.size();
   for (const auto& [key, value] : dictionary)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -63,6 +64,15 @@ class Value {
  private:
   Storage storage_;
 };
+
+/// Stands where there is no value: an object that is absent.
+Value noValue();
+bool isNoValue(const Value& value);
+/// The value, or the one that stands for none.
+template <class T>
+Value valueOrNone(const std::optional<T>& value) {
+  return value ? Value(*value) : noValue();
+}
 
 std::size_t hash(const Dictionary& dictionary);
 std::string description(const Dictionary& dictionary);

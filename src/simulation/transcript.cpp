@@ -14,13 +14,6 @@ std::string textOf(const TranscriptEvent& event) { return event.field("text").de
 
 }  // namespace
 
-Value noValue() { return Value(std::shared_ptr<const Object>()); }
-
-bool isNoValue(const Value& value) {
-  const auto* object = value.get<std::shared_ptr<const Object>>();
-  return object != nullptr && *object == nullptr;
-}
-
 Value TranscriptEvent::field(const std::string& key) const {
   const auto entry = fields.find(key);
   return entry == fields.end() ? noValue() : entry->second;

@@ -10,9 +10,8 @@
 
 namespace linewatch::simulation {
 
-/// Stands where an event's field has no value: a value of no kind, an object that is absent.
-Value noValue();
-bool isNoValue(const Value& value);
+using linewatch::isNoValue;
+using linewatch::noValue;
 
 /// One thing that crossed the border between the widget and the world around it.
 struct TranscriptEvent {

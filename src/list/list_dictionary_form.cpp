@@ -1,0 +1,122 @@
+#include "list/list_dictionary_form.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+
+#include "activity/openable_url.h"
+#include "activity/user_activity_data.h"
+#include "platform/artwork_image_source.h"
+#include "platform/message_fields.h"
+#include "platform/transit_record_fields.h"
+
+namespace linewatch {
+
+namespace {
+
+/// The part's fields that are set; the first one always, so that the part can be seen to be there.
+template <class Part>
+Dictionary formOfPart(const Part& part) {
+  Dictionary form = fields::dictionary(part);
+  const auto& first = std::get<0>(FieldTable<Part>::fields);
+  form.emplace(first.name, first.in(part));
+  return form;
+}
+
+template <class Part>
+void addPart(Dictionary& form, const std::optional<Part>& part) {
+  if (part) form.merge(formOfPart(*part));
+}
+
+Value formOf(const SharedArtwork& artwork) { return artwork ? Value(dictionaryForm(*artwork)) : noValue(); }
+
+Dictionary formOf(const ArtworkImageSource* source) {
+  if (const auto* sized = dynamic_cast<const SizedTransitArtwork*>(source)) {
+    return {{"shield", formOf(sized->artworkDataSource())}, {"size", sized->shieldSize()}};
+  }
+  if (const auto* image = dynamic_cast<const NamedImage*>(source)) return {{"image", image->name()}};
+  return {{"image", source ? Value(source->description()) : noValue()}};
+}
+
+Value formOf(const std::shared_ptr<const RVConfiguredArtwork>& artwork) {
+  if (!artwork) return noValue();
+  Dictionary form = formOf(artwork->artworkSource().get());
+  form.emplace("alpha", artwork->alpha());
+  return form;
+}
+
+Value formOf(const RVOpenable* openable) {
+  if (const auto* url = dynamic_cast<const OpenableURL*>(openable)) {
+    return Dictionary{{"url", url->url().absoluteString}};
+  }
+  if (const auto* activity = dynamic_cast<const RVUserActivityData*>(openable)) {
+    return Dictionary{{"activityType", valueOrNone(activity->activityType())},
+                      {"userInfo", valueOrNone(activity->userInfo())}};
+  }
+  return openable ? Value(openable->description()) : noValue();
+}
+
+Value formOf(const std::optional<TransitArtworks>& artworks) {
+  if (!artworks) return noValue();
+  Array forms;
+  for (const SharedArtwork& artwork : *artworks) forms.push_back(formOf(artwork));
+  return forms;
+}
+
+}  // namespace
+
+Dictionary dictionaryForm(const RVTransitListItem& list) {
+  Array expandedItems;
+  for (const SharedTransitItem& item : list.expandedItems()) {
+    expandedItems.push_back(item ? Value(dictionaryForm(*item)) : noValue());
+  }
+  return {{"summaryItem", dictionaryForm(list.summaryItem())}, {"expandedItems", std::move(expandedItems)}};
+}
+
+Dictionary dictionaryForm(const RVTransitItem& item) {
+  return {{"kind", "item"},
+          {"primaryText", valueOrNone(item.primaryText())},
+          {"secondaryText", valueOrNone(item.secondaryText())},
+          {"displayArtwork", item.displayArtwork()},
+          {"artwork", formOf(item.artwork())},
+          {"openable", formOf(item.openable().get())}};
+}
+
+Dictionary dictionaryForm(const RVTransitSummaryItem& item) {
+  return {{"kind", "summary"},
+          {"primaryText", valueOrNone(item.primaryText())},
+          {"artworks", formOf(item.artworks())},
+          {"openable", formOf(item.userActivityData().get())}};
+}
+
+Value dictionaryForm(const SummaryItem& item) {
+  struct {
+    Value operator()(std::monostate) const { return noValue(); }
+    Value operator()(const SharedTransitItem& row) const {
+      return row ? Value(dictionaryForm(*row)) : noValue();
+    }
+    Value operator()(const std::shared_ptr<const RVTransitSummaryItem>& row) const {
+      return row ? Value(dictionaryForm(*row)) : noValue();
+    }
+  } visitor;
+  return std::visit(visitor, item);
+}
+
+Dictionary dictionaryForm(const TransitArtworkDataSource& artwork) {
+  Dictionary form = fields::dictionary(artwork);
+  form.erase("shieldDataSource");
+  form.erase("iconDataSource");
+  addPart(form, artwork.shieldDataSource);
+  addPart(form, artwork.iconDataSource);
+  if (const auto& fallback = artwork.iconFallbackShieldDataSource) {
+    form.insert_or_assign("iconFallbackShieldDataSource", formOfPart(*fallback));
+  }
+  if (auto width = form.extract("intrinsicWidth")) {
+    width.key() = "width";
+    form.insert(std::move(width));
+  }
+  return form;
+}
+
+}  // namespace linewatch
