@@ -35,3 +35,19 @@ function(linewatch_library folder)
     target_link_libraries(${name} ${scope} linewatch::${dependency})
   endforeach()
 endfunction()
+
+# linewatch_module(folder [DEPENDS folder...] [LINK library...]): a folder that the program loads when it first needs
+# it; linewatch/<last part of the folder>.so.
+function(linewatch_module folder)
+  cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
+  string(REPLACE "/" "_" name ${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+  add_library(${name} MODULE ${sources})
+  get_filename_component(output ${folder} NAME)
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output} PREFIX ""
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/linewatch)
+  target_link_libraries(${name} PRIVATE linewatch_options ${arg_LINK})
+  foreach(dependency ${arg_DEPENDS})
+    target_link_libraries(${name} PRIVATE linewatch::${dependency})
+  endforeach()
+endfunction()

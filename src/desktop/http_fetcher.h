@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "desktop/outcome.h"
+#include "platform/date.h"
+#include "platform/value.h"
+
+namespace linewatch::desktop {
+
+/// One GET. What the held copy came with makes it conditional; empty texts leave the condition out.
+struct HttpRequest {
+  std::string url;
+  std::string etag;
+  std::string lastModified;
+  /// For the whole exchange, so that a server that trickles or never ends cannot hold it open.
+  Seconds timeout{20};
+  /// Of the body when unpacked.
+  std::size_t maximumBytes = std::size_t{64} << 20U;
+};
+
+struct HttpResponse {
+  /// True: the held copy still stands, and there is no body.
+  bool notModified = false;
+  Bytes body;
+  /// To be sent with the next request; empty when the server gives none.
+  std::string etag;
+  std::string lastModified;
+};
+
+/// Fetches over http and https; gzip is asked for and unpacked, redirects are followed unless they leave
+/// https.
+class HttpFetcher {
+ public:
+  virtual ~HttpFetcher() = default;
+  /// Blocks until the answer is there. Any thread, several at a time. The error of a failure names the URL
+  /// and says why: no such host, status 404, timed out, larger than allowed.
+  virtual Outcome<HttpResponse> fetch(const HttpRequest& request) = 0;
+};
+
+/// True for what `fetch` can fetch, by its scheme.
+bool isHttpURL(const std::string& location);
+
+/// The fetcher over Qt Network, loaded on first use.
+Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher();
+
+}  // namespace linewatch::desktop

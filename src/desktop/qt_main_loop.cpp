@@ -1,0 +1,173 @@
+#include "desktop/qt_main_loop.h"
+
+#include <QMetaObject>
+#include <QSocketNotifier>
+#include <QThread>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include <sys/timerfd.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Beyond this a timer is as good as never due; it keeps the kernel's arithmetic far from its limits.
+constexpr Seconds kLongestInterval{100.0 * 365 * 86400};
+constexpr Seconds kShortestRepeat{0.001};
+
+Seconds orderly(Seconds interval, bool repeats) {
+  const Seconds shortest = repeats ? kShortestRepeat : Seconds(0);
+  // Written so that a NaN is the shortest.
+  return interval > shortest ? std::min(interval, kLongestInterval) : shortest;
+}
+
+timespec toTimespec(Seconds time) {
+  const double whole = std::floor(time.count());
+  const double nanoseconds = std::ceil((time.count() - whole) * 1e9);
+  return nanoseconds >= 1e9 ? timespec{static_cast<time_t>(whole) + 1, 0}
+                            : timespec{static_cast<time_t>(whole), static_cast<long>(nanoseconds)};
+}
+
+}  // namespace
+
+/// The scheduled timers by their turn, and the kernel's timer that wakes the loop for the first.
+struct QtMainLoop::Timers {
+  Timers() : descriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {}
+  ~Timers() { close(descriptor); }
+  Timers(const Timers&) = delete;
+  Timers& operator=(const Timers&) = delete;
+
+  void arm() const {
+    itimerspec setting{};
+    if (!byTurn.empty()) setting.it_value = toTimespec(std::max(byTurn.begin()->first.first, Seconds(1e-9)));
+    timerfd_settime(descriptor, TFD_TIMER_ABSTIME, &setting, nullptr);
+  }
+
+  int descriptor;
+  std::map<Turn, std::shared_ptr<class QtTimer>> byTurn;
+  std::uint64_t scheduledCount = 0;
+};
+
+class QtTimer final : public Timer, public std::enable_shared_from_this<QtTimer> {
+ public:
+  QtTimer(std::weak_ptr<QtMainLoop::Timers> timers, Seconds due, std::optional<Seconds> repeatsEvery,
+          std::function<void()> action)
+      : timers_(std::move(timers)), due_(due), repeatsEvery_(repeatsEvery), action_(std::move(action)) {}
+
+  void setTolerance(Seconds tolerance) override {
+    tolerance_ = tolerance > Seconds(0) ? tolerance : Seconds(0);
+    if (isValid()) enqueue();
+  }
+  bool isValid() const override { return turn_.has_value() && !timers_.expired(); }
+  void invalidate() override {
+    dequeue();
+    repeatsEvery_.reset();
+    action_ = nullptr;
+  }
+
+  void enqueue() {
+    dequeue();
+    const auto timers = timers_.lock();
+    if (!timers) return;
+    turn_ = {wakeUp(), timers->scheduledCount++};
+    timers->byTurn.emplace(*turn_, shared_from_this());
+    timers->arm();
+  }
+
+  void fire(Seconds now) {
+    const std::function<void()> action = action_;
+    if (repeatsEvery_) {
+      skipTo(now);
+      enqueue();
+    } else {
+      invalidate();
+    }
+    if (action) action();
+  }
+
+ private:
+  Seconds wakeUp() const {
+    const Seconds shared{std::ceil(due_.count())};
+    return shared - due_ <= tolerance_ ? shared : due_;
+  }
+  // A loop that was held up fires a repeating timer once, not once for every turn missed.
+  void skipTo(Seconds now) {
+    const double missed = std::floor((now - due_) / *repeatsEvery_);
+    due_ += *repeatsEvery_ * (std::max(missed, 0.0) + 1);
+  }
+  void dequeue() {
+    if (!turn_) return;
+    if (const auto timers = timers_.lock()) {
+      const auto keepAlive = shared_from_this();
+      timers->byTurn.erase(*turn_);
+      timers->arm();
+    }
+    turn_.reset();
+  }
+
+  std::weak_ptr<QtMainLoop::Timers> timers_;
+  Seconds due_;
+  std::optional<Seconds> repeatsEvery_;
+  Seconds tolerance_{0};
+  std::function<void()> action_;
+  std::optional<QtMainLoop::Turn> turn_;
+};
+
+QtMainLoop::QtMainLoop(std::optional<Date> startsAt)
+    : startsAt_(startsAt), madeAt_(uptime()), timers_(std::make_shared<Timers>()) {}
+
+QtMainLoop::~QtMainLoop() = default;
+
+Seconds QtMainLoop::uptime() {
+  timespec time{};
+  clock_gettime(CLOCK_BOOTTIME, &time);
+  return Seconds(static_cast<double>(time.tv_sec)) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+Date QtMainLoop::now() const {
+  if (startsAt_) return *startsAt_ + (uptime() - madeAt_);
+  return std::chrono::time_point_cast<Seconds>(std::chrono::system_clock::now());
+}
+
+bool QtMainLoop::isMainThread() const { return QThread::currentThread() == receiver_.thread(); }
+
+void QtMainLoop::dispatchAsync(std::function<void()> action) {
+  QMetaObject::invokeMethod(&receiver_, std::move(action), Qt::QueuedConnection);
+}
+
+std::shared_ptr<Timer> QtMainLoop::scheduleTimer(Seconds interval, bool repeats,
+                                                 std::function<void()> action) {
+  if (!notifier_) {
+    notifier_ = std::make_unique<QSocketNotifier>(timers_->descriptor, QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, &receiver_, [this] { fireDueTimers(); });
+  }
+  const Seconds orderlyInterval = orderly(interval, repeats);
+  auto timer =
+      std::make_shared<QtTimer>(timers_, uptime() + orderlyInterval,
+                                repeats ? std::optional(orderlyInterval) : std::nullopt, std::move(action));
+  timer->enqueue();
+  return timer;
+}
+
+void QtMainLoop::fireDueTimers() {
+  std::uint64_t expirations = 0;
+  [[maybe_unused]] const auto size = read(timers_->descriptor, &expirations, sizeof expirations);
+  const Seconds now = uptime();
+  // What an action schedules waits for the next turn, so that actions cannot keep the loop from its other
+  // work.
+  const std::uint64_t scheduledBefore = timers_->scheduledCount;
+  const std::shared_ptr<Timers> timers = timers_;
+  for (auto next = timers->byTurn.begin(); next != timers->byTurn.end() && next->first.first <= now;
+       next = timers->byTurn.begin()) {
+    if (next->first.second >= scheduledBefore) break;
+    const std::shared_ptr<QtTimer> timer = next->second;
+    timer->fire(now);
+  }
+  timers->arm();
+}
+
+}  // namespace linewatch::desktop

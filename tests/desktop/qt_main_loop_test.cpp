@@ -1,0 +1,124 @@
+#include "desktop/qt_main_loop.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <cmath>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::ElementsAre;
+
+class QtMainLoopTest : public testing::Test {
+ protected:
+  /// Runs Qt's loop until `quit_` is called.
+  void run() { loop_.exec(); }
+  std::function<void()> noting(int number) {
+    return [this, number] { noted_.push_back(number); };
+  }
+  std::function<void()> quitting() {
+    return [this] { loop_.quit(); };
+  }
+
+  static QCoreApplication& application() {
+    static int argc = 0;
+    static QCoreApplication application(argc, nullptr);
+    return application;
+  }
+  QCoreApplication& application_ = application();
+  QEventLoop loop_;
+  QtMainLoop mainLoop_;
+  std::vector<int> noted_;
+};
+
+TEST_F(QtMainLoopTest, RunsWhatIsDispatchedLaterInOrderOnItsThread) {
+  std::thread other([this] {
+    EXPECT_FALSE(mainLoop_.isMainThread());
+    for (int number : {1, 2, 3}) mainLoop_.dispatchAsync(noting(number));
+    mainLoop_.dispatchAsync([this] {
+      EXPECT_TRUE(mainLoop_.isMainThread());
+      mainLoop_.dispatchAsync(quitting());
+      noted_.push_back(4);
+    });
+  });
+  other.join();
+  EXPECT_TRUE(noted_.empty());
+  run();
+  EXPECT_THAT(noted_, ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(QtMainLoopTest, FiresTimersByTheirTimeAndNeverEarly) {
+  const Date start = mainLoop_.now();
+  Date fired;
+  mainLoop_.scheduleTimer(Seconds(0.03), false, [&] {
+    fired = mainLoop_.now();
+    loop_.quit();
+  });
+  mainLoop_.scheduleTimer(Seconds(0.02), false, noting(2));
+  const auto first = mainLoop_.scheduleTimer(Seconds(0.01), false, noting(1));
+  const auto stopped = mainLoop_.scheduleTimer(Seconds(0.005), true, noting(7));
+  stopped->invalidate();
+  EXPECT_FALSE(stopped->isValid());
+  EXPECT_TRUE(first->isValid());
+  run();
+  EXPECT_THAT(noted_, ElementsAre(1, 2));
+  EXPECT_FALSE(first->isValid());
+  EXPECT_GE((fired - start).count(), 0.03 - 1e-6);
+}
+
+TEST_F(QtMainLoopTest, RepeatsUntilInvalidatedByItsOwnAction) {
+  std::shared_ptr<Timer> timer;
+  timer = mainLoop_.scheduleTimer(Seconds(0.002), true, [&] {
+    noted_.push_back(static_cast<int>(noted_.size()));
+    if (noted_.size() < 3) return;
+    timer->invalidate();
+    mainLoop_.scheduleTimer(Seconds(0.01), false, quitting());
+  });
+  run();
+  EXPECT_THAT(noted_, ElementsAre(0, 1, 2));
+}
+
+TEST_F(QtMainLoopTest, LetsTimersThatTolerateDelayFireTogether) {
+  std::vector<Date> fired;
+  const auto note = [&] {
+    fired.push_back(mainLoop_.now());
+    if (fired.size() == 2) loop_.quit();
+  };
+  mainLoop_.scheduleTimer(Seconds(0.001), false, note)->setTolerance(Seconds(5));
+  mainLoop_.scheduleTimer(Seconds(0.002), false, note)->setTolerance(Seconds(5));
+  run();
+  ASSERT_EQ(fired.size(), 2U);
+  // On one whole second; on neighbouring ones when a second ended between the two calls.
+  const double apart = (fired[1] - fired[0]).count();
+  EXPECT_LT(std::abs(apart - std::round(apart)), 0.2);
+}
+
+TEST_F(QtMainLoopTest, TakesOddIntervals) {
+  mainLoop_.scheduleTimer(Seconds(std::numeric_limits<double>::quiet_NaN()), false, noting(1));
+  mainLoop_.scheduleTimer(Seconds(-3), false, noting(2));
+  mainLoop_.scheduleTimer(Seconds(std::numeric_limits<double>::infinity()), false, noting(3));
+  mainLoop_.scheduleTimer(Seconds(0), false, quitting());
+  run();
+  EXPECT_THAT(noted_, ElementsAre(1, 2));
+}
+
+TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
+  std::shared_ptr<Timer> timer;
+  {
+    QtMainLoop shortLived(Date(Seconds(1000)));
+    EXPECT_GE(shortLived.now(), Date(Seconds(1000)));
+    EXPECT_LT(shortLived.now(), Date(Seconds(1060)));
+    timer = shortLived.scheduleTimer(Seconds(0.001), true, [] { FAIL(); });
+  }
+  EXPECT_FALSE(timer->isValid());
+  timer->setTolerance(Seconds(1));
+  timer->invalidate();
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
