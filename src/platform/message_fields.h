@@ -308,7 +308,7 @@ template <bool isDeep, class Held>
 void copyField(const Held& from, Held& to) {
   if constexpr (List<Held>::value) {
     const auto* elements = List<Held>::peek(from);
-    if (!elements || elements->empty()) return;
+    if (!elements || (elements->empty() && !isDeep)) return;
     auto& copies = List<Held>::present(to);
     copies.clear();
     for (const auto& element : *elements) {
@@ -545,7 +545,8 @@ void FieldedMessage<Message>::writeTo(MessageWriter& writer) const {
 
 template <class Message>
 void FieldedMessage<Message>::copyTo(CodableMessage& other) const {
-  if (auto* same = dynamic_cast<Message*>(&other)) fields::copyShallow(self(), *same);
+  auto* same = dynamic_cast<Message*>(&other);
+  if (same != nullptr && same != this) fields::copyShallow(self(), *same);
 }
 
 template <class Message>
