@@ -1,0 +1,179 @@
+#include "app/command_line.h"
+
+#include <chrono>
+#include <regex>
+
+#include <CLI/CLI.hpp>
+
+namespace linewatch::app {
+
+namespace {
+
+constexpr const char* kAbout =
+    "Tells whether the transit lines saved as favourites run normally or have incidents.\n"
+    "Without any configuration it shows a made-up city.";
+constexpr const char* kFooter =
+    "Exit status: 0 done; 1 the incidents could not be loaded; 2 wrong usage or unreadable input.";
+
+void addCommonOptions(CLI::App& app, CommonOptions& options) {
+  constexpr const char* kGroup = "Common options";
+  app.add_option("--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL")->group(kGroup);
+  app.add_option("--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL")
+      ->group(kGroup);
+  app.add_option("--favorite", options.favorites, "A favourite for this run, by its route id; may come again")
+      ->type_name("ROUTE_ID")
+      ->expected(1)
+      ->take_all()
+      ->group(kGroup);
+  app.add_option_function<std::string>(
+         "--now",
+         [&options](const std::string& text) {
+           options.now = parseTime(text);
+           if (!options.now)
+             throw CLI::ValidationError("--now", "no time like 2026-11-24T08:00:00Z: " + text);
+         },
+         "The time to take for now")
+      ->type_name("TIME")
+      ->group(kGroup);
+  app.add_option("--max-rows", options.maxRows, "Rows of the expanded list; 0: no limit")
+      ->type_name("N")
+      ->group(kGroup);
+  app.add_option("--locale", options.locale, "Language and region, e.g. de-CH")
+      ->type_name("TAG")
+      ->group(kGroup);
+  app.add_option("--state-dir", options.stateDir, "Folder of all saved state, in place of the XDG folders")
+      ->type_name("DIR")
+      ->group(kGroup);
+  app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error")->group(kGroup);
+}
+
+/// The subcommands, each with the command that it fills in.
+struct Grammar {
+  explicit Grammar(CLI::App& app) {
+    addShow(app);
+    addFavorites(app);
+    addLines(app);
+    addFeed(app);
+    addOpen(app);
+  }
+
+  Command command = ShowCommand{};
+
+ private:
+  /// A subcommand that, when it is used, is the command that `fields` became.
+  template <class T>
+  CLI::App* addAction(CLI::App& app, const std::string& name, const std::string& about, T& fields,
+                      typename T::Action action) {
+    return app.add_subcommand(name, about)->callback([this, &fields, action] {
+      fields.action = action;
+      command = fields;
+    });
+  }
+
+  void addShow(CLI::App& app) {
+    CLI::App* const sub = app.add_subcommand("show", "Print the list once");
+    sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
+    sub->add_flag("--json", show_.json, "Print the list as a JSON object");
+    sub->callback([this] { command = show_; });
+  }
+  void addFavorites(CLI::App& app) {
+    using enum FavoritesCommand::Action;
+    CLI::App* const sub = app.add_subcommand("favorites", "List, add or remove favourite lines");
+    sub->require_subcommand(0, 1)->fallthrough();
+    // A subcommand's callback runs after its parent's, so the list is what is left when there is none.
+    sub->preparse_callback([this](std::size_t) { command = favorites_; });
+    addAction(*sub, "list", "List the favourites", favorites_, list);
+    struct Row {
+      const char *name, *about;
+      FavoritesCommand::Action action;
+    };
+    for (const auto& [name, about, action] : {Row{"add", "Add lines, by name or route id", add},
+                                              Row{"remove", "Remove lines, by name or route id", remove}}) {
+      addAction(*sub, name, about, favorites_, action)
+          ->add_option("LINE", favorites_.lines, "A route id, FEED:ROUTE_ID, or a name that one line has")
+          ->required();
+    }
+  }
+  void addLines(CLI::App& app) {
+    CLI::App* const sub = app.add_subcommand("lines", "Find lines by name, number or agency");
+    sub->add_option("QUERY", lines_.query, "Words to look for; none: all lines");
+    sub->callback([this] { command = lines_; });
+  }
+  void addFeed(CLI::App& app) {
+    using enum FeedCommand::Action;
+    CLI::App* const sub = app.add_subcommand("feed", "List, add or remove feeds");
+    sub->require_subcommand(0, 1)->fallthrough();
+    sub->preparse_callback([this](std::size_t) { command = feed_; });
+    addAction(*sub, "list", "List the feeds", feed_, list);
+    CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
+    adding->add_option("NAME", feed_.name, "What to call it")->required();
+    adding->add_option("--gtfs", feed_.gtfs, "Its timetable: a GTFS folder, zip or URL")->required();
+    adding->add_option("--alerts", feed_.alerts, "Its service alerts: a file or URL")->required();
+    addAction(*sub, "remove", "Remove a feed and what is kept of it", feed_, remove)
+        ->add_option("NAME", feed_.name, "What it is called")
+        ->required();
+  }
+  void addOpen(CLI::App& app) {
+    CLI::App* const sub = app.add_subcommand("open", "Print what a row hands to the companion application");
+    sub->add_option("FILE", open_.file, "An activity record, compressed or not, or an incident list")
+        ->required();
+    sub->callback([this] { command = open_; });
+  }
+
+  ShowCommand show_;
+  FavoritesCommand favorites_;
+  LinesCommand lines_;
+  FeedCommand feed_;
+  OpenCommand open_;
+};
+
+Answer answerTo(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) {
+    std::ostringstream out;
+    app.exit(error, out, out);
+    return {0, out.str()};
+  }
+  return {2, "linewatch: " + std::string(error.what()) + " (linewatch --help says more)\n"};
+}
+
+std::optional<int> number(const std::ssub_match& digits) {
+  return digits.matched ? std::optional(std::stoi(digits.str())) : std::nullopt;
+}
+
+}  // namespace
+
+std::variant<CommandLine, Answer> parseCommandLine(int argc, const char* const* argv) {
+  CLI::App app(kAbout, "linewatch");
+  app.footer(kFooter);
+  app.set_version_flag("--version", "linewatch 0.1.0");
+  app.require_subcommand(0, 1);
+  app.fallthrough();
+  CommonOptions options;
+  addCommonOptions(app, options);
+  Grammar grammar(app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return answerTo(app, error);
+  }
+  return CommandLine{std::move(options), std::move(grammar.command)};
+}
+
+std::optional<Date> parseTime(const std::string& text) {
+  static const std::regex kTime(
+      R"((\d{4})-(\d\d)-(\d\d)[T ](\d\d):(\d\d)(?::(\d\d)(?:\.\d+)?)?(?:Z|([+-])(\d\d):?(\d\d)))");
+  std::smatch parts;
+  if (!std::regex_match(text, parts, kTime)) return std::nullopt;
+  const auto part = [&](std::size_t index) { return number(parts[index]).value_or(0); };
+  const std::chrono::year_month_day day{std::chrono::year(part(1)),
+                                        std::chrono::month(static_cast<unsigned>(part(2))),
+                                        std::chrono::day(static_cast<unsigned>(part(3)))};
+  if (!day.ok() || part(4) > 23 || part(5) > 59 || part(6) > 60 || part(8) > 23 || part(9) > 59)
+    return std::nullopt;
+  const auto local = std::chrono::sys_days(day) + std::chrono::hours(part(4)) +
+                     std::chrono::minutes(part(5)) + std::chrono::seconds(part(6));
+  const auto offset = std::chrono::hours(part(8)) + std::chrono::minutes(part(9));
+  return Date(parts[7] == "-" ? local + offset : local - offset);
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/date.h"
+
+namespace linewatch::app {
+
+/// What every command takes.
+struct CommonOptions {
+  /// A run without saved state: a timetable and its alerts from a file or URL, and the favourites by route
+  /// id.
+  std::optional<std::string> gtfs;
+  std::optional<std::string> alerts;
+  std::vector<std::string> favorites;
+  /// The time to take for now.
+  std::optional<Date> now;
+  /// Rows of the expanded list; 0: no limit.
+  std::uint64_t maxRows = 0;
+  std::optional<std::string> locale;
+  std::optional<std::string> stateDir;
+  bool verbose = false;
+};
+
+struct ShowCommand {
+  bool expanded = false;
+  bool json = false;
+};
+
+struct FavoritesCommand {
+  enum class Action { list, add, remove };
+  Action action = Action::list;
+  std::vector<std::string> lines;
+};
+
+struct LinesCommand {
+  /// Words; none: all lines.
+  std::vector<std::string> query;
+};
+
+struct FeedCommand {
+  enum class Action { list, add, remove };
+  Action action = Action::list;
+  std::string name;
+  std::string gtfs;
+  std::string alerts;
+};
+
+struct OpenCommand {
+  std::string file;
+};
+
+using Command = std::variant<ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, OpenCommand>;
+
+struct CommandLine {
+  CommonOptions common;
+  Command command;
+};
+
+/// What to print instead of running anything: help and version on standard output, wrong usage (status 2) on
+/// standard error.
+struct Answer {
+  int status = 0;
+  std::string text;
+};
+
+std::variant<CommandLine, Answer> parseCommandLine(int argc, const char* const* argv);
+
+/// A time as ISO 8601 writes it, with Z or an offset ("2026-11-24T08:00:00Z", "2026-11-24T09:00+01:00"), or
+/// none.
+std::optional<Date> parseTime(const std::string& text);
+
+}  // namespace linewatch::app

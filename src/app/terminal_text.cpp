@@ -1,0 +1,268 @@
+#include "app/terminal_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <variant>
+#include <vector>
+
+#include <sys/ioctl.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unistd.h>
+
+namespace linewatch::app {
+
+namespace {
+
+constexpr std::string_view kReset = "\x1b[0m";
+constexpr std::string_view kBold = "\x1b[1m";
+constexpr std::string_view kFaint = "\x1b[2m";
+constexpr std::size_t kNarrowestText = 20;
+
+struct RGB {
+  unsigned red, green, blue;
+};
+
+std::optional<RGB> parsedColor(const std::optional<std::string>& digits) {
+  unsigned value = 0;
+  if (!digits || digits->size() != 6) return std::nullopt;
+  const auto [end, error] = std::from_chars(digits->data(), digits->data() + 6, value, 16);
+  if (error != std::errc() || end != digits->data() + 6) return std::nullopt;
+  return RGB{value >> 16U, (value >> 8U) & 0xFFU, value & 0xFFU};
+}
+
+// The nearest entry of the 6 x 6 x 6 cube that terminals with 256 colours have from entry 16 on.
+unsigned paletteEntry(RGB color) {
+  const auto step = [](unsigned channel) { return (channel * 5 + 127) / 255; };
+  return 16 + 36 * step(color.red) + 6 * step(color.green) + step(color.blue);
+}
+
+std::string colorCode(int ground, RGB color, TerminalStyle::Colors colors) {
+  const std::string start = "\x1b[" + std::to_string(ground);
+  if (colors == TerminalStyle::Colors::palette)
+    return start + ";5;" + std::to_string(paletteEntry(color)) + "m";
+  return start + ";2;" + std::to_string(color.red) + ";" + std::to_string(color.green) + ";" +
+         std::to_string(color.blue) + "m";
+}
+
+std::string painted(std::string_view code, std::string_view text, const TerminalStyle& style) {
+  if (style.colors == TerminalStyle::Colors::none) return std::string(text);
+  return std::string(code).append(text).append(kReset);
+}
+
+/// What stands before a row.
+struct Mark {
+  std::string text;
+  std::size_t width = 0;
+};
+
+Mark markOfImage(const std::string& name, const TerminalStyle& style) {
+  struct Row {
+    std::string_view name, text, code;
+  };
+  static constexpr Row kRows[] = {{"good-v2", "✓", "\x1b[32m"},
+                                  {"good-alt-v2", "✓", "\x1b[32m"},
+                                  {"advisories-v2", "!", "\x1b[33m"},
+                                  {"WidgetGenericTransit", "•", "\x1b[33m"}};
+  for (const Row& row : kRows) {
+    if (row.name == name) return {painted(row.code, row.text, style), 1};
+  }
+  return {};
+}
+
+const std::string& labelOf(const TransitArtworkDataSource& artwork) {
+  static const std::string kNone;
+  const auto& shield =
+      artwork.shieldDataSource ? artwork.shieldDataSource : artwork.iconFallbackShieldDataSource;
+  if (shield && shield->shieldText) return *shield->shieldText;
+  return artwork.accessibilityText ? *artwork.accessibilityText : kNone;
+}
+
+Mark markOfItem(const RVTransitItem& item, const TerminalStyle& style) {
+  if (!item.displayArtwork() || !item.artwork() || !item.artwork()->artworkSource()) return {};
+  const ArtworkImageSource* const source = item.artwork()->artworkSource().get();
+  if (const auto* image = dynamic_cast<const NamedImage*>(source)) return markOfImage(image->name(), style);
+  const auto* artwork = dynamic_cast<const SizedTransitArtwork*>(source);
+  if (!artwork || !artwork->artworkDataSource()) return {};
+  return {terminalShield(*artwork->artworkDataSource(), style),
+          terminalShieldWidth(*artwork->artworkDataSource())};
+}
+
+std::vector<std::string_view> words(std::string_view text) {
+  std::vector<std::string_view> all;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    if (end > start) all.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return all;
+}
+
+std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
+  if (columns == 0) return {std::string(text)};
+  std::vector<std::string> lines(1);
+  std::size_t width = 0;
+  for (const std::string_view word : words(text)) {
+    const std::size_t wordWidth = terminalWidth(word);
+    if (width > 0 && width + 1 + wordWidth > columns) {
+      lines.emplace_back();
+      width = 0;
+    }
+    if (width > 0) lines.back() += ' ';
+    width += (width > 0 ? 1 : 0) + wordWidth;
+    lines.back() += word;
+  }
+  return lines;
+}
+
+/// Writes rows of a mark and two texts, the texts in one column.
+class RowWriter {
+ public:
+  RowWriter(const TerminalStyle& style, std::size_t markWidth)
+      : style_(style), indent_(markWidth == 0 ? 0 : markWidth + 2) {}
+
+  void write(const Mark& mark, const std::optional<std::string>& primary,
+             const std::optional<std::string>& secondary) {
+    pending_ = mark;
+    writeLines(primary, kBold);
+    writeLines(secondary, "");
+  }
+  std::string take() { return std::move(text_); }
+
+ private:
+  void writeLines(const std::optional<std::string>& text, std::string_view code) {
+    if (!text || text->empty()) return;
+    for (const std::string& line : wrapped(*text, textColumns())) {
+      text_ += pending_.text;
+      text_.append(indent_ - std::min(indent_, pending_.width), ' ');
+      text_ += code.empty() ? line : painted(code, line, style_);
+      text_ += '\n';
+      pending_ = {};
+    }
+  }
+  std::size_t textColumns() const {
+    return style_.columns == 0 ? 0
+                               : std::max(kNarrowestText, style_.columns - std::min(style_.columns, indent_));
+  }
+
+  const TerminalStyle& style_;
+  std::size_t indent_;
+  Mark pending_;
+  std::string text_;
+};
+
+std::string rowsText(const TransitItems& items, const TerminalStyle& style) {
+  std::vector<Mark> marks;
+  std::size_t markWidth = 0;
+  for (const SharedTransitItem& item : items) {
+    marks.push_back(markOfItem(*item, style));
+    markWidth = std::max(markWidth, marks.back().width);
+  }
+  RowWriter writer(style, markWidth);
+  for (std::size_t row = 0; row < items.size(); ++row) {
+    writer.write(marks[row], items[row]->primaryText(), items[row]->secondaryText());
+  }
+  return writer.take();
+}
+
+std::string shieldRow(const TransitArtworks& artworks, const TerminalStyle& style) {
+  std::string row;
+  std::size_t width = 0;
+  for (const SharedArtwork& artwork : artworks) {
+    const std::size_t shieldWidth = terminalShieldWidth(*artwork);
+    if (shieldWidth == 0) continue;
+    if (width > 0) row += style.columns > 0 && width + 1 + shieldWidth > style.columns ? '\n' : ' ';
+    width = row.ends_with('\n') ? shieldWidth : width + 1 + shieldWidth;
+    row += terminalShield(*artwork, style);
+  }
+  return row.empty() ? row : row + '\n';
+}
+
+struct SummaryText {
+  const TerminalStyle& style;
+
+  std::string operator()(std::monostate) const { return {}; }
+  std::string operator()(const SharedTransitItem& item) const { return rowsText({item}, style); }
+  std::string operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
+    RowWriter writer(style, 0);
+    writer.write({}, item->primaryText(), std::nullopt);
+    return writer.take() + (item->artworks() ? shieldRow(*item->artworks(), style) : "");
+  }
+};
+
+bool isWide(UChar32 character) {
+  const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+  return width == U_EA_WIDE || width == U_EA_FULLWIDTH;
+}
+
+bool isUnseen(UChar32 character) {
+  const int category = u_charType(character);
+  return category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR;
+}
+
+std::string_view environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
+TerminalStyle::Colors colorsOfTerminal() {
+  if (!environment("NO_COLOR").empty()) return TerminalStyle::Colors::none;
+  const std::string_view terminal = environment("TERM");
+  if (terminal.empty() || terminal == "dumb") return TerminalStyle::Colors::none;
+  const std::string_view depth = environment("COLORTERM");
+  return depth == "truecolor" || depth == "24bit" ? TerminalStyle::Colors::full
+                                                  : TerminalStyle::Colors::palette;
+}
+
+}  // namespace
+
+TerminalStyle TerminalStyle::ofStandardOutput() {
+  if (isatty(STDOUT_FILENO) == 0) return {};
+  winsize size{};
+  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+  return {.colors = colorsOfTerminal(), .columns = known ? size.ws_col : std::size_t{0}};
+}
+
+std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
+  // A list that does not expand shows its one row in either mode.
+  if (expanded && !list.expandedItems().empty()) return rowsText(list.expandedItems(), style);
+  return std::visit(SummaryText{style}, list.summaryItem());
+}
+
+std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style) {
+  const std::string& label = labelOf(artwork);
+  if (label.empty()) return {};
+  const auto fill =
+      artwork.shieldDataSource ? parsedColor(artwork.shieldDataSource->shieldColorString) : std::nullopt;
+  if (style.colors == TerminalStyle::Colors::none || !fill) return "[" + label + "]";
+  const bool light = fill->red * 299 + fill->green * 587 + fill->blue * 114 > 128000;
+  const RGB readable = light ? RGB{0, 0, 0} : RGB{255, 255, 255};
+  const RGB ink = parsedColor(artwork.shieldDataSource->textColorString).value_or(readable);
+  return painted(colorCode(48, *fill, style.colors) + colorCode(38, ink, style.colors), " " + label + " ",
+                 style);
+}
+
+std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork) {
+  const std::string& label = labelOf(artwork);
+  return label.empty() ? 0 : terminalWidth(label) + 2;
+}
+
+std::size_t terminalWidth(std::string_view text) {
+  const auto characters =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+  std::size_t width = 0;
+  for (std::int32_t place = 0; place < characters.length(); place = characters.moveIndex32(place, 1)) {
+    const UChar32 character = characters.char32At(place);
+    if (!isUnseen(character)) width += isWide(character) ? 2 : 1;
+  }
+  return width;
+}
+
+std::string terminalFaint(const std::string& text, const TerminalStyle& style) {
+  return painted(kFaint, text, style);
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,77 @@
+#include "app/command_line.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace linewatch::app {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::variant<CommandLine, Answer> parse(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "linewatch");
+  return parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+}
+
+template <class T>
+T commandOf(std::vector<const char*> arguments) {
+  return std::get<T>(std::get<CommandLine>(parse(std::move(arguments))).command);
+}
+
+TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
+  for (const auto& arguments :
+       {std::vector<const char*>{"--gtfs", "g", "--favorite", "1", "--favorite", "2", "show", "--json"},
+        std::vector<const char*>{"show", "--favorite", "1", "--json", "--gtfs", "g", "--favorite", "2"}}) {
+    const auto line = std::get<CommandLine>(parse(arguments));
+    EXPECT_EQ(line.common.gtfs, "g");
+    EXPECT_THAT(line.common.favorites, ElementsAre("1", "2"));
+    EXPECT_TRUE(std::get<ShowCommand>(line.command).json);
+  }
+}
+
+TEST(CommandLineTest, KnowsItsCommands) {
+  EXPECT_FALSE(commandOf<ShowCommand>({}).expanded);
+  EXPECT_EQ(commandOf<FavoritesCommand>({"favorites"}).action, FavoritesCommand::Action::list);
+  const auto added = commandOf<FavoritesCommand>({"favorites", "add", "M1", "7"});
+  EXPECT_EQ(added.action, FavoritesCommand::Action::add);
+  EXPECT_THAT(added.lines, ElementsAre("M1", "7"));
+  EXPECT_EQ(commandOf<FavoritesCommand>({"favorites", "remove", "M1"}).action,
+            FavoritesCommand::Action::remove);
+  EXPECT_THAT(commandOf<LinesCommand>({"lines", "central", "bus"}).query, ElementsAre("central", "bus"));
+  const auto feed = commandOf<FeedCommand>({"feed", "add", "metro", "--gtfs", "g.zip", "--alerts", "a.pb"});
+  EXPECT_EQ(feed.name, "metro");
+  EXPECT_EQ(feed.gtfs, "g.zip");
+  EXPECT_EQ(commandOf<FeedCommand>({"feed"}).action, FeedCommand::Action::list);
+  EXPECT_EQ(commandOf<OpenCommand>({"open", "file"}).file, "file");
+}
+
+TEST(CommandLineTest, AnswersWrongUsageInOneLine) {
+  for (const auto& [arguments, words] : std::vector<std::pair<std::vector<const char*>, const char*>>{
+           {{"shwo"}, "shwo"},
+           {{"show", "--colour"}, "--colour"},
+           {{"feed", "add", "metro", "--gtfs", "g"}, "--alerts"},
+           {{"favorites", "add"}, "LINE"},
+           {{"--max-rows", "many", "show"}, "many"},
+           {{"--now", "yesterday", "show"}, "yesterday"}}) {
+    const auto answer = std::get<Answer>(parse(arguments));
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_THAT(answer.text, HasSubstr(words));
+    EXPECT_EQ(answer.text.find('\n'), answer.text.size() - 1);
+  }
+  const auto help = std::get<Answer>(parse({"--help"}));
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.text, HasSubstr("favorites"));
+}
+
+TEST(CommandLineTest, ReadsTimes) {
+  EXPECT_EQ(parseTime("2026-11-24T08:00:00Z"), Date(Seconds(1795507200)));
+  EXPECT_EQ(parseTime("2026-11-24T09:30+01:30"), Date(Seconds(1795507200)));
+  for (const char* text :
+       {"", "2026-11-24", "2026-02-30T00:00:00Z", "2026-11-24T24:00:00Z", "2026-11-24T08:00:00"}) {
+    EXPECT_EQ(parseTime(text), std::nullopt) << text;
+  }
+}
+
+}  // namespace
+}  // namespace linewatch::app
