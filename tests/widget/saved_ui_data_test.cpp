@@ -1,0 +1,276 @@
+#include "widget/saved_ui_data.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/companion_application.h"
+#include "platform/transit_storage_line_item.h"
+#include "simulation/simulated_platform.h"
+#include "simulation/world_records.h"
+
+namespace linewatch {
+namespace {
+
+using simulation::SimulatedPlatform;
+using simulation::World;
+using State = RVTransitIncidentViewControllerState;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// An archivable object of any class name and parts.
+class AnyRecord : public Archivable {
+ public:
+  using Parts = std::vector<std::pair<std::string, ArchivedObject>>;
+  AnyRecord(std::string name, Parts parts, bool isSecure = true)
+      : name_(std::move(name)), parts_(std::move(parts)), isSecure_(isSecure) {}
+
+  std::string_view archiveClassName() const override { return name_; }
+  bool supportsSecureCoding() const override { return isSecure_; }
+  void encodeWithCoder(KeyedCoder& coder) const override {
+    for (const auto& [key, object] : parts_) coder.encodeObject(key, object);
+  }
+
+ private:
+  std::string name_;
+  Parts parts_;
+  bool isSecure_;
+};
+
+class SavedUIData : public testing::Test {
+ protected:
+  SavedUIData() { installPlatform(platform_); }
+  ~SavedUIData() override { installPlatform(nullptr); }
+
+  static World city() {
+    World world;
+    world.incidents["strike"] = {.muid = 11, .title = "Strike", .start = Seconds(-60), .end = Seconds(60)};
+    for (const char* name : {"A", "B", "C"}) {
+      auto& line = world.lines[name] = {.muid = world.lines.size() + 1, .name = name};
+      line.incidents = {"strike"};
+    }
+    return world;
+  }
+  static std::shared_ptr<const TransitLineItems> threeLines() {
+    return std::make_shared<const TransitLineItems>(simulation::WorldRecords(city()).allLines());
+  }
+
+  void save(std::shared_ptr<RVResult> result, bool expanded) {
+    saveUIData(std::make_shared<const State>(std::move(result), expanded));
+  }
+  /// Loads in a process that comes after this one.
+  std::shared_ptr<const State> loadInNextProcess() {
+    platform_ = SimulatedPlatform::restarted(*platform_);
+    installPlatform(platform_);
+    platform_->transcript().clear();
+    return loadSavedUIData();
+  }
+
+  Dictionary& stored() { return platform_->preferences().suite(kCompanionAppGroupSuite); }
+  void store(Value value) { stored().insert_or_assign(std::string(kSavedUIDataKey), std::move(value)); }
+  bool isStored() { return stored().contains(std::string(kSavedUIDataKey)); }
+  void storeArchive(std::string className, AnyRecord::Parts parts) {
+    const auto root = std::make_shared<const AnyRecord>(std::move(className), std::move(parts));
+    store(platform_->keyedArchiver().archivedData({root}, true).value());
+  }
+  static ArchivedList storageLines() {
+    ArchivedList list;
+    const auto lines = threeLines();
+    for (const auto& line : *lines) {
+      list.push_back({std::make_shared<const TransitStorageLineItem>(*line)});
+    }
+    return list;
+  }
+
+  std::shared_ptr<SimulatedPlatform> platform_ = SimulatedPlatform::make();
+};
+
+TEST_F(SavedUIData, ComesBackInTheNextProcess) {
+  save(std::make_shared<RVResult>(threeLines()), true);
+  EXPECT_THAT(platform_->transcript().names(), ElementsAre("preferencesSet"));
+  EXPECT_TRUE(platform_->transcript().hasLogText(
+      "Saving view model to GroupSetting (key: Rova.LineWatch.savedUIData) : "
+      "<RVTransitIncidentViewControllerState | result: 3 line items | expanded: YES>"));
+
+  const auto state = loadInNextProcess();
+  ASSERT_NE(state, nullptr);
+  EXPECT_TRUE(state->expanded());
+  EXPECT_FALSE(state->lineItemsResult()->error());
+  const auto& lines = *state->lineItemsResult()->successObject();
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[2]->name(), "C");
+  EXPECT_NE(dynamic_cast<const TransitStorageLineItem*>(lines[2].get()), nullptr);
+  ASSERT_EQ(lines[2]->incidents().size(), 1U);
+  EXPECT_EQ(lines[2]->incidents()[0]->title(), "Strike");
+  EXPECT_EQ(lines[2]->incidents()[0]->endDate(), World().start + Seconds(60));
+  EXPECT_THAT(platform_->transcript().logTexts(),
+              ElementsAre("View model loaded from GroupSettings (key: Rova.LineWatch.savedUIData): "
+                          "<RVTransitIncidentViewControllerState | result: 3 line items | expanded: YES>"));
+}
+
+TEST_F(SavedUIData, KeepsWhatTheResultIsReadAs) {
+  const Error error{"Transit", 7, {{"tries", 3}}};
+  struct Row {
+    const char* name;
+    std::shared_ptr<RVResult> result;
+    std::optional<std::size_t> lines;
+    std::optional<Error> error;
+  };
+  for (const Row& row : {
+           Row{"an empty list", std::make_shared<RVResult>(std::make_shared<TransitLineItems>()), 0, {}},
+           Row{"an error", std::make_shared<RVResult>(error), {}, error},
+           Row{"both: the success", std::make_shared<RVResult>(threeLines(), error), 3, {}},
+           Row{"neither: no state", std::make_shared<RVResult>(nullptr, std::nullopt), {}, {}},
+           Row{"no result: no state", nullptr, {}, {}},
+       }) {
+    save(row.result, false);
+    const auto state = loadInNextProcess();
+    EXPECT_TRUE(isStored()) << row.name;
+    ASSERT_EQ(state != nullptr, row.lines || row.error) << row.name;
+    if (!state) continue;
+    EXPECT_FALSE(state->expanded()) << row.name;
+    EXPECT_EQ(state->lineItemsResult()->error(), row.error) << row.name;
+    const auto& lines = state->lineItemsResult()->successObject();
+    ASSERT_EQ(lines != nullptr, row.lines.has_value()) << row.name;
+    if (lines) {
+      EXPECT_EQ(lines->size(), row.lines) << row.name;
+    }
+  }
+}
+
+TEST_F(SavedUIData, WritesOnlyTheKeysOfItsKindOfResult) {
+  struct Keys : KeyedCoder {
+    void encodeObject(std::string_view key, const ArchivedObject&) override { keys.emplace_back(key); }
+    void encodeBool(std::string_view key, bool) override { keys.emplace_back(key); }
+    void encodeBytes(std::string_view key, const Bytes&) override { keys.emplace_back(key); }
+    std::vector<std::string> keys;
+  };
+  const auto keysOf = [](std::shared_ptr<RVResult> result) {
+    Keys keys;
+    State(std::move(result), true).encodeWithCoder(keys);
+    return keys.keys;
+  };
+  EXPECT_THAT(keysOf(std::make_shared<RVResult>(threeLines())),
+              ElementsAre("lineItemResultSuccess", "expanded"));
+  EXPECT_THAT(keysOf(std::make_shared<RVResult>(Error{"Transit", 7, {}})),
+              ElementsAre("lineItemResultError", "expanded"));
+  EXPECT_THAT(keysOf(nullptr), ElementsAre("expanded"));
+}
+
+TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
+  enum class Then { loads, givesNone, isRemoved };
+  struct Row {
+    const char* name;
+    const char* className;
+    AnyRecord::Parts parts;
+    Then then;
+  };
+  const ArchivedObject stranger{std::make_shared<const AnyRecord>("Stranger", AnyRecord::Parts{})};
+  const ArchivedObject line = storageLines().front();
+  const ArchivedObject damagedLine{
+      std::make_shared<const AnyRecord>("TransitStorageLineItem", AnyRecord::Parts{})};
+  const ArchivedObject error{Error{"Transit", 7, {}}};
+  constexpr const char* kState = "RVTransitIncidentViewControllerState";
+  for (const Row& row : {
+           Row{"today's name", kState, {{"lineItemResultSuccess", {storageLines()}}}, Then::loads},
+           Row{"the former name", "RVTransitListItemData", {{"lineItemResultError", error}}, Then::loads},
+           Row{"another class", "Stranger", {{"lineItemResultError", error}}, Then::isRemoved},
+           Row{"neither result", kState, {}, Then::givesNone},
+           Row{"a line instead of a list", kState, {{"lineItemResultSuccess", line}}, Then::givesNone},
+           Row{"a text instead of a list",
+               kState,
+               {{"lineItemResultSuccess", {Value("x")}}},
+               Then::givesNone},
+           Row{"a success that is no list, and an error",
+               kState,
+               {{"lineItemResultSuccess", line}, {"lineItemResultError", error}},
+               Then::givesNone},
+           Row{"a text instead of an error",
+               kState,
+               {{"lineItemResultError", {Value("x")}}},
+               Then::givesNone},
+           Row{"a stranger in the list",
+               kState,
+               {{"lineItemResultSuccess", {ArchivedList{line, stranger}}}},
+               Then::isRemoved},
+           Row{"an error in the list",
+               kState,
+               {{"lineItemResultSuccess", {ArchivedList{error}}}},
+               Then::isRemoved},
+           Row{"a line instead of an error", kState, {{"lineItemResultError", line}}, Then::isRemoved},
+           Row{"a damaged line",
+               kState,
+               {{"lineItemResultSuccess", {ArchivedList{damagedLine}}}},
+               Then::isRemoved},
+       }) {
+    storeArchive(row.className, row.parts);
+    const auto state = loadInNextProcess();
+    EXPECT_EQ(state != nullptr, row.then == Then::loads) << row.name;
+    EXPECT_EQ(isStored(), row.then != Then::isRemoved) << row.name;
+    const auto lines = platform_->transcript().logTexts();
+    ASSERT_EQ(lines.size(), 1U) << row.name;
+    EXPECT_TRUE(lines[0].starts_with(row.then == Then::isRemoved ? "Error parsing ViewModel data loaded from "
+                                                                   "GroupSettings, removing it (key: "
+                                                                 : "View model loaded from GroupSettings"))
+        << row.name;
+    if (row.then == Then::givesNone) {
+      EXPECT_TRUE(lines[0].ends_with(": (null)")) << row.name;
+    }
+    if (row.then == Then::isRemoved) {
+      EXPECT_THAT(platform_->transcript().names(), ElementsAre("preferencesRemoved")) << row.name;
+    }
+  }
+}
+
+TEST_F(SavedUIData, WhatIsNoArchiveStaysStored) {
+  EXPECT_EQ(loadInNextProcess(), nullptr);
+  EXPECT_THAT(platform_->transcript().logTexts(),
+              ElementsAre("No view model found in GroupSettings (key: Rova.LineWatch.savedUIData)"));
+  for (const Value& garbage : {Value(Bytes{}), Value(Bytes(1000, 0x42)), Value("text"), Value(7)}) {
+    store(garbage);
+    EXPECT_EQ(loadInNextProcess(), nullptr);
+    EXPECT_TRUE(isStored());
+    EXPECT_THAT(
+        platform_->transcript().logTexts(),
+        ElementsAre("View model loaded from GroupSettings (key: Rova.LineWatch.savedUIData): (null)"));
+  }
+}
+
+TEST_F(SavedUIData, EveryDamageToAnArchiveIsSurvived) {
+  save(std::make_shared<RVResult>(threeLines()), true);
+  const Bytes whole = *stored().at(std::string(kSavedUIDataKey)).get<Bytes>();
+  platform_->log().setEnabled(LogLevel::debug, false);
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    store(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+    EXPECT_EQ(loadSavedUIData(), nullptr) << "cut to " << length;
+  }
+  for (std::size_t place = 0; place < whole.size(); ++place) {
+    for (const int change : {0x01, 0x80, 0xFF}) {
+      Bytes damaged = whole;
+      damaged[place] = static_cast<std::uint8_t>(damaged[place] ^ change);
+      store(damaged);
+      const auto state = loadSavedUIData();
+      EXPECT_TRUE(state == nullptr || state->lineItemsResult() != nullptr);
+    }
+  }
+}
+
+TEST_F(SavedUIData, TheOldStateStaysWhenTheNewOneCannotBeArchived) {
+  save(std::make_shared<RVResult>(threeLines()), true);
+  platform_->changeWorld([](World& world) { world.archives = false; });
+  save(std::make_shared<RVResult>(Error{"Transit", 7, {}}), false);
+  EXPECT_THAT(platform_->transcript().logTexts().back(),
+              "Unable to cache view model to disk because it couldnt be converted to Blob: "
+              "<RVTransitIncidentViewControllerState | result: Transit 7 | expanded: NO>");
+  EXPECT_EQ(platform_->transcript().countOf("preferencesSet"), 1U);
+  const auto state = loadInNextProcess();
+  ASSERT_NE(state, nullptr);
+  EXPECT_NE(state->lineItemsResult()->successObject(), nullptr);
+}
+
+}  // namespace
+}  // namespace linewatch
