@@ -1,0 +1,171 @@
+#include "desktop/feeds/gtfs_reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "desktop/feeds/colors.h"
+#include "desktop/feeds/csv_table.h"
+#include "desktop/feeds/feed_text.h"
+#include "desktop/feeds/utf8.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+using Contents = LineIndex::Contents;
+/// Why a table cannot be used.
+using Complaint = std::optional<std::string>;
+
+// Far beyond what any country publishes in one feed.
+constexpr std::size_t kMostRows = 200'000;
+
+Complaint tooManyRows() { return "there are more than 200000 rows"; }
+
+bool isTagCharacter(char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
+         byte == '-';
+}
+
+/// "mul" stands for several languages: that is to say, none for the whole feed.
+std::string languageTag(std::string_view text) {
+  std::string tag(text);
+  std::replace(tag.begin(), tag.end(), '_', '-');
+  const bool isTag =
+      tag.size() >= 2 && tag.size() <= 35 && std::all_of(tag.begin(), tag.end(), isTagCharacter);
+  return isTag && tag != "mul" ? tag : std::string();
+}
+
+std::optional<std::int32_t> number(std::string_view text) {
+  std::int32_t value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, trouble] = std::from_chars(text.data(), end, value);
+  return trouble == std::errc() && stop == end ? std::optional(value) : std::nullopt;
+}
+
+Complaint readAgencies(CsvTable& table, Contents& contents) {
+  const auto id = table.column("agency_id");
+  const auto name = table.column("agency_name");
+  const auto language = table.column("agency_lang");
+  while (table.next()) {
+    if (contents.agencies.size() == kMostRows) return tooManyRows();
+    contents.agencies.push_back({.id = std::string(table.value(id)),
+                                 .name = singleLine(table.value(name)),
+                                 .language = languageTag(table.value(language))});
+  }
+  return std::nullopt;
+}
+
+/// The feed's own word on its language comes first, the agencies' second.
+Complaint readLanguage(CsvTable& table, Contents& contents) {
+  const auto language = table.column("feed_lang");
+  if (table.next()) contents.language = languageTag(table.value(language));
+  return std::nullopt;
+}
+
+/// Places of agencies by id. Routes of a feed with a single agency need not name it.
+class AgencyPlaces {
+ public:
+  explicit AgencyPlaces(const std::vector<FeedAgency>& agencies) {
+    for (std::uint32_t place = 0; place < agencies.size(); ++place)
+      places_.emplace(agencies[place].id, place);
+    if (agencies.size() == 1) places_.emplace("", 0);
+  }
+
+  std::optional<std::uint32_t> operator[](std::string_view id) const {
+    const auto place = places_.find(id);
+    return place == places_.end() ? std::nullopt : std::optional(place->second);
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::uint32_t> places_;
+};
+
+struct RouteColumns {
+  explicit RouteColumns(const CsvTable& table)
+      : id(table.column("route_id")),
+        agency(table.column("agency_id")),
+        shortName(table.column("route_short_name")),
+        longName(table.column("route_long_name")),
+        type(table.column("route_type")),
+        color(table.column("route_color")),
+        textColor(table.column("route_text_color")) {}
+
+  CsvTable::Column id, agency, shortName, longName, type, color, textColor;
+};
+
+FeedRoute routeOfRow(const CsvTable& table, const RouteColumns& columns, const AgencyPlaces& agencies) {
+  return {.id = std::string(table.value(columns.id)),
+          .shortName = singleLine(table.value(columns.shortName)),
+          .longName = singleLine(table.value(columns.longName)),
+          .agency = agencies[table.value(columns.agency)],
+          .type = number(table.value(columns.type)),
+          .color = normalizedColor(table.value(columns.color)),
+          .textColor = normalizedColor(table.value(columns.textColor))};
+}
+
+Complaint readRoutes(CsvTable& table, Contents& contents) {
+  const RouteColumns columns(table);
+  if (!table.has(columns.id)) return "there is no column route_id";
+  const AgencyPlaces agencies(contents.agencies);
+  std::unordered_set<std::string> known;
+  while (table.next()) {
+    if (contents.routes.size() == kMostRows) return tooManyRows();
+    const std::string_view id = table.value(columns.id);
+    if (id.empty() || !known.emplace(id).second) continue;
+    contents.routes.push_back(routeOfRow(table, columns, agencies));
+  }
+  return std::nullopt;
+}
+
+struct TableReading {
+  std::string_view file;
+  bool required;
+  Complaint (*read)(CsvTable&, Contents&);
+};
+
+// Routes name agencies, so that they come after them.
+constexpr TableReading kTables[] = {
+    {"agency.txt", false, readAgencies},
+    {"feed_info.txt", false, readLanguage},
+    {"routes.txt", true, readRoutes},
+};
+
+std::optional<Error> readTable(const TableReading& reading, const std::string& text, Contents& contents) {
+  CsvTable table(text);
+  const Complaint complaint = table.fault() ? std::nullopt : reading.read(table, contents);
+  if (!table.fault() && !complaint) return std::nullopt;
+  const std::size_t line = table.fault() ? table.fault()->line : table.line();
+  return failure("feed " + contents.feedName, std::string(reading.file) + " line " + std::to_string(line),
+                 table.fault() ? table.fault()->why : *complaint);
+}
+
+std::optional<Error> readFrom(GtfsSource& source, const TableReading& reading, Contents& contents) {
+  Outcome<std::optional<std::string>> bytes = source.file(reading.file);
+  if (!bytes) return within("feed " + contents.feedName, bytes.error());
+  if (*bytes) return readTable(reading, withValidUtf8(std::move(**bytes)), contents);
+  if (!reading.required) return std::nullopt;
+  return failure("feed " + contents.feedName, reading.file, "the feed has no such file");
+}
+
+const std::string& languageOfAgencies(const Contents& contents) {
+  for (const FeedAgency& agency : contents.agencies) {
+    if (!agency.language.empty()) return agency.language;
+  }
+  return contents.language;
+}
+
+}  // namespace
+
+Outcome<Contents> readGtfs(GtfsSource& source, std::string feedName) {
+  Contents contents{.feedName = std::move(feedName), .language = {}, .agencies = {}, .routes = {}};
+  for (const TableReading& reading : kTables) {
+    if (std::optional<Error> error = readFrom(source, reading, contents)) return *std::move(error);
+  }
+  if (contents.language.empty()) contents.language = languageOfAgencies(contents);
+  return contents;
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace linewatch::desktop {
+
+inline constexpr std::int32_t kReplacementCharacter = 0xFFFD;
+
+/// Takes the first character off a text that is not empty; U+FFFD for a piece that is no UTF-8.
+std::int32_t takeCharacter(std::string_view& text);
+void appendCharacter(std::string& text, std::int32_t character);
+
+bool isValidUtf8(std::string_view text);
+/// The text with every piece that is no UTF-8 replaced by U+FFFD.
+std::string withValidUtf8(std::string text);
+
+}  // namespace linewatch::desktop
