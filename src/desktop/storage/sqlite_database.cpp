@@ -1,0 +1,141 @@
+#include "desktop/storage/sqlite_database.h"
+
+#include <type_traits>
+#include <utility>
+
+#include <sqlite3.h>
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr int kPrimaryCodeMask = 0xFF;
+
+struct Finalize {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+/// In words for the user; null where SQLite's own words are the best there are.
+const char* reasonFor(int result) {
+  switch (result & kPrimaryCodeMask) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "another program is using it";
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return "it may only be read";
+    case SQLITE_CANTOPEN:
+      return "it cannot be opened, or a file beside it cannot be made";
+    case SQLITE_FULL:
+      return "the disk is full";
+    case SQLITE_NOTADB:
+      return "it is damaged, or is no database";
+    case SQLITE_CORRUPT:
+      return "it is damaged";
+    default:
+      return nullptr;
+  }
+}
+
+int bind(sqlite3_stmt* statement, int place, const SqliteParameter& parameter) {
+  return std::visit(
+      [&](const auto& value) {
+        using Contents = std::decay_t<decltype(value)>;
+        if constexpr (std::is_same_v<Contents, std::int64_t>) {
+          return sqlite3_bind_int64(statement, place, value);
+        } else if constexpr (std::is_same_v<Contents, double>) {
+          return sqlite3_bind_double(statement, place, value);
+        } else if constexpr (std::is_same_v<Contents, std::string_view>) {
+          // A null pointer would bind no text at all instead of an empty one.
+          const char* text = value.data() != nullptr ? value.data() : "";
+          return sqlite3_bind_text64(statement, place, text, value.size(), SQLITE_STATIC, SQLITE_UTF8);
+        } else if constexpr (std::is_same_v<Contents, std::span<const std::uint8_t>>) {
+          const void* bytes = value.data() != nullptr ? static_cast<const void*>(value.data()) : "";
+          return sqlite3_bind_blob64(statement, place, bytes, value.size(), SQLITE_STATIC);
+        } else {
+          return sqlite3_bind_null(statement, place);
+        }
+      },
+      parameter);
+}
+
+}  // namespace
+
+bool isDamage(const Error& error) {
+  const auto primary = error.code & kPrimaryCodeMask;
+  return error.domain == kSqliteErrorDomain && (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB);
+}
+
+bool SqliteRow::isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
+std::int64_t SqliteRow::integer(int column) const { return sqlite3_column_int64(statement_, column); }
+double SqliteRow::real(int column) const { return sqlite3_column_double(statement_, column); }
+
+std::string SqliteRow::text(int column) const {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+  return text != nullptr ? std::string(text, size) : std::string();
+}
+
+std::optional<std::string> SqliteRow::optionalText(int column) const {
+  return isNull(column) ? std::nullopt : std::optional(text(column));
+}
+
+Bytes SqliteRow::bytes(int column) const {
+  const auto* bytes = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement_, column));
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+  return bytes != nullptr ? Bytes(bytes, bytes + size) : Bytes();
+}
+
+void SqliteDatabase::Close::operator()(sqlite3* connection) const { sqlite3_close(connection); }
+
+Outcome<SqliteDatabase> SqliteDatabase::open(std::string_view name, const std::filesystem::path& file,
+                                             Mode mode, std::chrono::milliseconds busyTimeout) {
+  const int creation = mode == Mode::createIfAbsent ? SQLITE_OPEN_CREATE : 0;
+  sqlite3* connection = nullptr;
+  const int result = sqlite3_open_v2(
+      file.c_str(), &connection,
+      SQLITE_OPEN_READWRITE | creation | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  SqliteDatabase database(std::string(name) + ": " + file.string(), connection);
+  if (result != SQLITE_OK) return database.errorFor(result);
+  sqlite3_busy_timeout(connection, static_cast<int>(busyTimeout.count()));
+  return database;
+}
+
+std::optional<Error> SqliteDatabase::run(std::string_view statement,
+                                         std::initializer_list<SqliteParameter> parameters,
+                                         const RowHandler& onRow) {
+  sqlite3_stmt* prepared = nullptr;
+  int result = sqlite3_prepare_v2(connection_.get(), statement.data(), static_cast<int>(statement.size()),
+                                  &prepared, nullptr);
+  const Statement owned(prepared);
+  int place = 0;
+  for (const SqliteParameter& parameter : parameters) {
+    if (result == SQLITE_OK) result = bind(prepared, ++place, parameter);
+  }
+  if (result != SQLITE_OK) return errorFor(result);
+  while ((result = sqlite3_step(prepared)) == SQLITE_ROW) {
+    if (onRow) onRow(SqliteRow(prepared));
+  }
+  return result == SQLITE_DONE ? std::nullopt : std::optional(errorFor(result));
+}
+
+std::optional<Error> SqliteDatabase::runScript(std::string_view statements) {
+  const int result =
+      sqlite3_exec(connection_.get(), std::string(statements).c_str(), nullptr, nullptr, nullptr);
+  return result == SQLITE_OK ? std::nullopt : std::optional(errorFor(result));
+}
+
+std::int64_t SqliteDatabase::changedRowCount() const { return sqlite3_changes64(connection_.get()); }
+std::int64_t SqliteDatabase::lastRowId() const { return sqlite3_last_insert_rowid(connection_.get()); }
+
+Error SqliteDatabase::errorFor(int result) const {
+  const char* reason = reasonFor(result);
+  if (reason == nullptr) reason = connection_ ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(result);
+  Error error = failure(place_, "", reason);
+  error.domain = kSqliteErrorDomain;
+  error.code = result;
+  return error;
+}
+
+}  // namespace linewatch::desktop

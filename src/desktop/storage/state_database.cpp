@@ -1,0 +1,85 @@
+#include "desktop/storage/state_database.h"
+
+#include <array>
+
+namespace linewatch::desktop {
+
+namespace {
+
+// A step that has been released is never changed: a change of the tables is a new step after it.
+constexpr std::array<std::string_view, 1> kStateMigrations = {R"sql(
+  CREATE TABLE favorite (
+    position INTEGER PRIMARY KEY,
+    kind TEXT NOT NULL,
+    feed TEXT NOT NULL,     -- a line's; empty for the other kinds
+    subject TEXT NOT NULL,  -- a line's route id, else a name
+    UNIQUE (kind, feed, subject)
+  ) STRICT;
+  CREATE TABLE feed (
+    position INTEGER PRIMARY KEY,
+    name TEXT NOT NULL UNIQUE,
+    gtfs TEXT NOT NULL,
+    alerts TEXT NOT NULL
+  ) STRICT;
+  CREATE TABLE preference (
+    suite TEXT NOT NULL,
+    key TEXT NOT NULL,
+    value BLOB NOT NULL,    -- CBOR
+    PRIMARY KEY (suite, key)
+  ) STRICT;
+  CREATE TABLE widget_session (
+    id INTEGER PRIMARY KEY,
+    user_session TEXT NOT NULL,
+    interaction_type INTEGER NOT NULL,
+    end_state INTEGER NOT NULL,
+    was_locked INTEGER NOT NULL,
+    start REAL NOT NULL,    -- seconds since 1970
+    duration REAL NOT NULL, -- seconds
+    initially_expanded INTEGER,
+    ever_expanded INTEGER,
+    transit_message_type INTEGER,
+    tapped_item_index INTEGER
+  ) STRICT;
+  CREATE TABLE shown_incident (
+    widget_session INTEGER NOT NULL REFERENCES widget_session (id),
+    position INTEGER NOT NULL,
+    line_muid TEXT NOT NULL,
+    title TEXT NOT NULL,
+    PRIMARY KEY (widget_session, position)
+  ) STRICT;
+  CREATE TABLE user_action (
+    id INTEGER PRIMARY KEY,
+    time REAL NOT NULL,     -- seconds since 1970
+    action TEXT NOT NULL,
+    target INTEGER NOT NULL,
+    value TEXT
+  ) STRICT;
+)sql"};
+
+constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
+  CREATE TABLE document (
+    feed TEXT NOT NULL,
+    kind TEXT NOT NULL,
+    location TEXT NOT NULL,
+    fetched REAL NOT NULL,  -- seconds since 1970
+    etag TEXT,
+    last_modified TEXT,
+    bytes BLOB NOT NULL,
+    PRIMARY KEY (feed, kind)
+  ) STRICT;
+)sql"};
+
+constexpr DatabaseSchema kStateSchema{"state database", 0x4C575354, kStateMigrations};  // "LWST"
+constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations};      // "LWFC"
+
+}  // namespace
+
+SharedDatabase makeStateDatabase(const StateDirectories& folders, Log& log, StoredDatabase::Options options) {
+  return std::make_shared<StoredDatabase>(folders.data / "linewatch.sqlite", kStateSchema, log, options);
+}
+
+SharedDatabase makeCacheDatabase(const StateDirectories& folders, Log& log, StoredDatabase::Options options) {
+  return std::make_shared<StoredDatabase>(folders.cache / "feeds.sqlite", kCacheSchema, log, options);
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,41 @@
+#include "desktop/storage/state_directories.h"
+
+#include <string>
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr const char* kFolderName = "linewatch";
+
+std::filesystem::path absoluteOrNone(const char* value) {
+  std::filesystem::path path = value != nullptr ? value : "";
+  return path.is_absolute() ? path : std::filesystem::path();
+}
+
+/// Empty when neither the variable nor HOME says where.
+std::filesystem::path folderFor(const StateDirectories::Environment& environment, const char* variable,
+                                const char* placeInHome) {
+  const auto base = absoluteOrNone(environment(variable));
+  if (!base.empty()) return base / kFolderName;
+  const auto home = absoluteOrNone(environment("HOME"));
+  return home.empty() ? home : home / placeInHome / kFolderName;
+}
+
+}  // namespace
+
+StateDirectories StateDirectories::under(const std::filesystem::path& folder) {
+  const auto absolute = std::filesystem::absolute(folder);
+  return {absolute, absolute / "cache"};
+}
+
+Outcome<StateDirectories> StateDirectories::fromEnvironment(const Environment& environment) {
+  StateDirectories folders{folderFor(environment, "XDG_DATA_HOME", ".local/share"),
+                           folderFor(environment, "XDG_CACHE_HOME", ".cache")};
+  if (folders.data.empty() || folders.cache.empty()) {
+    return failure("state folder", "", "HOME is not set to an absolute path, and --state-dir is not given");
+  }
+  return folders;
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+
+#include "desktop/outcome.h"
+
+namespace linewatch::desktop {
+
+/// The folders in which LineWatch keeps things. Nothing here makes them: who first writes does.
+struct StateDirectories {
+  /// What the user would miss: favourites, feeds and preferences.
+  std::filesystem::path data;
+  /// What can be fetched again.
+  std::filesystem::path cache;
+
+  /// The value of an environment variable; null when it is not set.
+  using Environment = std::function<const char*(const char* name)>;
+
+  /// Everything in one folder of the user's choosing.
+  static StateDirectories under(const std::filesystem::path& folder);
+  /// The user's own folders by the XDG base directory rules: XDG_DATA_HOME and XDG_CACHE_HOME when they are
+  /// absolute, else the usual places in HOME. Fails when neither is known.
+  static Outcome<StateDirectories> fromEnvironment(const Environment& environment);
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,217 @@
+#include "desktop/storage/stored_database.h"
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace linewatch::desktop {
+
+namespace {
+
+/// SQLite keeps what it needs to undo a write in a file of this ending beside the database.
+constexpr const char* kJournalSuffix = "-journal";
+
+/// Holds the advisory lock on a file as long as it lives. Not the kind of lock that SQLite itself takes.
+class FileLock {
+ public:
+  explicit FileLock(const std::filesystem::path& file)
+      : descriptor_(::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ >= 0) ::flock(descriptor_, LOCK_EX);
+  }
+  ~FileLock() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+  }
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+ private:
+  int descriptor_;
+};
+
+/// False where a folder on the way may not be looked into: then it is not known.
+bool isKnownAbsent(const std::filesystem::path& file) {
+  struct stat status {};
+  return ::stat(file.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+std::filesystem::path unusedNameBeside(const std::filesystem::path& file) {
+  std::error_code ignored;
+  for (int number = 1;; ++number) {
+    std::filesystem::path name = file;
+    name += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
+    if (!std::filesystem::exists(name, ignored)) return name;
+  }
+}
+
+std::filesystem::path withSuffix(std::filesystem::path file, const char* suffix) { return file += suffix; }
+
+}  // namespace
+
+StoredDatabase::StoredDatabase(std::filesystem::path file, const DatabaseSchema& schema, Log& log,
+                               Options options)
+    : file_(std::move(file)), schema_(schema), log_(log), options_(options) {}
+
+std::optional<Error> StoredDatabase::read(const Operation& operation) {
+  const std::lock_guard lock(mutex_);
+  return attempt([&]() -> std::optional<Error> {
+    if (auto error = openForReading()) return error;
+    return connection_ ? operation(*connection_) : std::nullopt;
+  });
+}
+
+std::optional<Error> StoredDatabase::write(const Operation& operation) {
+  const std::lock_guard lock(mutex_);
+  return attempt([&]() -> std::optional<Error> {
+    if (auto error = openForWriting()) return error;
+    return inTransaction(operation);
+  });
+}
+
+void StoredDatabase::report(const Error& error) {
+  const std::lock_guard lock(mutex_);
+  const auto sentence = error.info.find(kLocalizedDescriptionKey);
+  reportLocked(sentence != error.info.end() ? sentence->second.description() : error.description());
+}
+
+std::optional<Error> StoredDatabase::attempt(const std::function<std::optional<Error>()>& action) {
+  forgetReplacedFile();
+  auto error = action();
+  if (!error || !isDamage(*error)) return error;
+  if (auto obstacle = setAside(*error)) return obstacle;
+  return action();
+}
+
+std::optional<Error> StoredDatabase::openForReading() {
+  if (connection_ || isKnownAbsent(file_)) return std::nullopt;
+  if (auto error = connect(SqliteDatabase::Mode::mustExist)) return error;
+  const auto version = readVersion();
+  if (version && *version == static_cast<std::int64_t>(schema_.migrations.size())) return std::nullopt;
+  const bool isOlder = version && *version > 0;
+  auto error = isOlder ? migrate() : version ? std::nullopt : std::optional(version.error());
+  if (!isOlder || error) connection_.reset();
+  return error;
+}
+
+std::optional<Error> StoredDatabase::openForWriting() {
+  if (connection_) return std::nullopt;
+  std::error_code obstacle;
+  std::filesystem::create_directories(file_.parent_path(), obstacle);
+  if (obstacle)
+    return failure(schema_.name, file_.parent_path().string(),
+                   "the folder cannot be made: " + obstacle.message());
+  if (auto error = connect(SqliteDatabase::Mode::createIfAbsent)) return error;
+  auto error = migrate();
+  if (error) connection_.reset();
+  return error;
+}
+
+std::optional<Error> StoredDatabase::connect(SqliteDatabase::Mode mode) {
+  auto opened = SqliteDatabase::open(schema_.name, file_, mode, options_.busyTimeout);
+  if (!opened) return opened.error();
+  connection_.emplace(std::move(*opened));
+  connectedFile_ = identityOf(file_);
+  if (!options_.maximumPageCount) return std::nullopt;
+  return connection_->run("PRAGMA max_page_count = " + std::to_string(*options_.maximumPageCount));
+}
+
+Outcome<std::int64_t> StoredDatabase::readVersion() {
+  std::int64_t version = 0;
+  std::int64_t applicationId = 0;
+  bool isEmpty = true;
+  auto error =
+      connection_->run("PRAGMA user_version", {}, [&](const SqliteRow& row) { version = row.integer(0); });
+  if (!error) {
+    error = connection_->run("PRAGMA application_id", {},
+                             [&](const SqliteRow& row) { applicationId = row.integer(0); });
+  }
+  if (!error && applicationId == 0) {
+    error = connection_->run("SELECT 1 FROM sqlite_schema LIMIT 1", {},
+                             [&](const SqliteRow&) { isEmpty = false; });
+  }
+  if (error) return *error;
+  if (applicationId == 0 && version == 0 && isEmpty) return std::int64_t{0};
+  if (applicationId != schema_.applicationId)
+    return refusal("another program's database stands in its place");
+  if (version > static_cast<std::int64_t>(schema_.migrations.size())) {
+    return refusal("a newer version of LineWatch has written it");
+  }
+  return version;
+}
+
+std::optional<Error> StoredDatabase::migrate() {
+  const auto version = readVersion();
+  if (!version) return version.error();
+  if (*version == static_cast<std::int64_t>(schema_.migrations.size())) return std::nullopt;
+  return inTransaction([this](SqliteDatabase& database) { return migrateWithin(database); });
+}
+
+std::optional<Error> StoredDatabase::migrateWithin(SqliteDatabase& database) {
+  // Another program may have done it in the meantime.
+  const auto version = readVersion();
+  if (!version) return version.error();
+  for (const std::string_view step : schema_.migrations.subspan(static_cast<std::size_t>(*version))) {
+    if (auto error = database.runScript(step)) return error;
+  }
+  return database.runScript("PRAGMA application_id = " + std::to_string(schema_.applicationId) +
+                            "; PRAGMA user_version = " + std::to_string(schema_.migrations.size()));
+}
+
+std::optional<Error> StoredDatabase::inTransaction(const Operation& operation) {
+  auto error = connection_->run("BEGIN IMMEDIATE");
+  if (error) return error;
+  error = operation(*connection_);
+  if (!error) error = connection_->run("COMMIT");
+  // SQLite has undone some failures by itself, and then has nothing to roll back.
+  if (error) static_cast<void>(connection_->run("ROLLBACK"));
+  return error;
+}
+
+std::optional<Error> StoredDatabase::setAside(const Error& damage) {
+  connection_.reset();
+  const auto moved = moveAside();
+  if (!moved) return moved.error();
+  if (!moved->empty()) {
+    reportLocked(damage.info.at(kLocalizedDescriptionKey).description() + "; set aside as " +
+                 moved->string());
+  }
+  return std::nullopt;
+}
+
+/// Empty when another program was faster.
+Outcome<std::filesystem::path> StoredDatabase::moveAside() {
+  // Two programs that find the same damage must not set the new file aside as well.
+  const FileLock lock(file_);
+  if (identityOf(file_) != connectedFile_) return std::filesystem::path();
+  const std::filesystem::path aside = unusedNameBeside(file_);
+  std::error_code obstacle;
+  std::filesystem::rename(file_, aside, obstacle);
+  if (obstacle) return refusal("it is damaged and cannot be set aside: " + obstacle.message());
+  // A journal that stayed would be undone in the new file.
+  std::filesystem::rename(withSuffix(file_, kJournalSuffix), withSuffix(aside, kJournalSuffix), obstacle);
+  return aside;
+}
+
+std::optional<StoredDatabase::FileIdentity> StoredDatabase::identityOf(const std::filesystem::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+Error StoredDatabase::refusal(std::string_view why) const {
+  return failure(schema_.name, file_.string(), why);
+}
+
+void StoredDatabase::forgetReplacedFile() {
+  if (connection_ && identityOf(file_) != connectedFile_) connection_.reset();
+}
+
+void StoredDatabase::reportLocked(const std::string& sentence) {
+  if (reported_.insert(sentence).second) log_.write({LogLevel::error, kLogCategory, "%@", {sentence}});
+}
+
+}  // namespace linewatch::desktop

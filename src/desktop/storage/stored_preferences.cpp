@@ -1,0 +1,45 @@
+#include "desktop/storage/stored_preferences.h"
+
+#include "desktop/storage/cbor.h"
+
+namespace linewatch::desktop {
+
+std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
+  std::optional<Bytes> bytes;
+  reportIf(database_->read([&](SqliteDatabase& database) {
+    bytes.reset();
+    return database.run("SELECT value FROM preference WHERE suite = ? AND key = ?", {suite_, key},
+                        [&](const SqliteRow& row) { bytes = row.bytes(0); });
+  }));
+  if (!bytes) return std::nullopt;
+  auto value = cbor::valueIn(*bytes);
+  if (!value) reportIf(failureAt(key, "the stored value is malformed"));
+  return value;
+}
+
+void StoredPreferences::setObject(Value value, std::string_view key) {
+  const auto bytes = cbor::bytesOf(value);
+  if (!bytes) return reportIf(failureAt(key, "the value cannot be written"));
+  reportIf(database_->write([&](SqliteDatabase& database) {
+    return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
+                        {suite_, key, *bytes});
+  }));
+}
+
+void StoredPreferences::removeObject(std::string_view key) {
+  // Where there is no database, nothing has to be made to hold nothing.
+  if (!objectForKey(key)) return;
+  reportIf(database_->write([&](SqliteDatabase& database) {
+    return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite_, key});
+  }));
+}
+
+void StoredPreferences::reportIf(const std::optional<Error>& error) const {
+  if (error) database_->report(*error);
+}
+
+Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {
+  return failure("preferences", suite_ + " " + std::string(key), why);
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "desktop/storage/state_database.h"
+#include "platform/preferences_store.h"
+
+namespace linewatch::desktop {
+
+/// A store on one suite of the state database. It keeps nothing itself: every object on the suite, in every
+/// process, sees the same values.
+class StoredPreferences final : public PreferencesStore {
+ public:
+  StoredPreferences(SharedDatabase database, std::string suite)
+      : database_(std::move(database)), suite_(std::move(suite)) {}
+
+  std::optional<Value> objectForKey(std::string_view key) const override;
+  void setObject(Value value, std::string_view key) override;
+  void removeObject(std::string_view key) override;
+
+ private:
+  void reportIf(const std::optional<Error>& error) const;
+  Error failureAt(std::string_view key, std::string_view why) const;
+
+  SharedDatabase database_;
+  std::string suite_;
+};
+
+}  // namespace linewatch::desktop
