@@ -1,0 +1,406 @@
+#include "desktop/feeds/alerts_message.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <protozero/pbf_message.hpp>
+
+// The bytes, as protocol buffer fields "number name: type". Every other field is skipped, whatever is in it.
+//
+//   message     1 header: Header                    2 entity: Entity, repeated
+//   Header      1 version: text                     2 incrementality: 0 all, 1 a difference    3 timestamp:
+//   seconds Entity      1 id: text                          2 is_deleted: bool                         5
+//   alert: Alert Alert       1 active_period: Period, repeated   2 communication_period: Period, repeated
+//               3 impact_period: Period, repeated   5 informed_entity: Selector, repeated
+//               6 cause, 7 effect: enumerations     8 url, 10 header_text, 11 description_text,
+//                                                   12 tts_header_text, 13 tts_description_text: Texts
+//   Period      1 start, 2 end: seconds
+//   Selector    1 agency_id: text    2 route_id: text    3 route_type: int32    4 trip: Trip    5 stop_id:
+//   text Trip        1 trip_id: text      5 route_id: text    7 modified_trip: message Texts       1
+//   translation: Translation, repeated Translation 1 text: text         2 language: text
+//
+// A message that comes twice where one is meant is one message, as everywhere in this encoding.
+
+namespace linewatch::desktop {
+
+namespace {
+
+using Number = protozero::pbf_tag_type;
+
+enum class MessageField : Number { header = 1, entity = 2 };
+enum class HeaderField : Number { version = 1, incrementality = 2, timestamp = 3 };
+enum class EntityField : Number { id = 1, isDeleted = 2, alert = 5 };
+enum class AlertField : Number {
+  activePeriod = 1,
+  communicationPeriod = 2,
+  impactPeriod = 3,
+  informedEntity = 5,
+  cause = 6,
+  effect = 7,
+  url = 8,
+  headerText = 10,
+  descriptionText = 11,
+  spokenHeaderText = 12,
+  spokenDescriptionText = 13,
+};
+enum class PeriodField : Number { start = 1, end = 2 };
+enum class SelectorField : Number { agencyId = 1, routeId = 2, routeType = 3, trip = 4, stopId = 5 };
+enum class TripField : Number { tripId = 1, routeId = 5, modifiedTrip = 7 };
+enum class TextsField : Number { translation = 1 };
+enum class TranslationField : Number { text = 1, language = 2 };
+
+// Entities, texts, periods and selectors together: a hundred times the largest feeds, and well within memory
+// although each may take fifty times its bytes.
+constexpr std::size_t kMostParts = 2'000'000;
+
+struct Fault : protozero::exception {
+  explicit Fault(std::string sentence) : why(std::move(sentence)) {}
+  const char* what() const noexcept override { return why.c_str(); }
+  std::string why;
+};
+
+/// The fields of one message in turn, each read as what it should be.
+template <class Field>
+class Fields : public protozero::pbf_message<Field> {
+ public:
+  explicit Fields(std::string_view bytes)
+      : protozero::pbf_message<Field>(protozero::data_view(bytes.data(), bytes.size())) {}
+
+  std::string_view bytes() {
+    expect(protozero::pbf_wire_type::length_delimited, "bytes");
+    const protozero::data_view view = this->get_view();
+    return {view.data(), view.size()};
+  }
+  std::uint64_t number() {
+    expect(protozero::pbf_wire_type::varint, "a number");
+    return this->get_uint64();
+  }
+  std::int32_t integer() {
+    expect(protozero::pbf_wire_type::varint, "a number");
+    return this->get_int32();
+  }
+
+ private:
+  void expect(protozero::pbf_wire_type type, const char* name) const {
+    if (this->has_wire_type(type)) return;
+    throw Fault("field " + std::to_string(static_cast<Number>(this->tag())) + " is not " + name);
+  }
+};
+
+template <class Enumeration>
+Enumeration enumerator(std::int32_t value, std::size_t count, Enumeration unknown) {
+  return value >= 1 && static_cast<std::size_t>(value) <= count ? static_cast<Enumeration>(value) : unknown;
+}
+
+const char* reason(const protozero::exception& fault) {
+  if (dynamic_cast<const Fault*>(&fault)) return fault.what();
+  if (dynamic_cast<const protozero::end_of_buffer_exception*>(&fault))
+    return "it ends in the middle of a field";
+  if (dynamic_cast<const protozero::unknown_pbf_wire_type_exception*>(&fault))
+    return "a field of no known form";
+  if (dynamic_cast<const protozero::invalid_tag_exception*>(&fault)) return "a field number that cannot be";
+  return "a number that cannot be";
+}
+
+std::string_view guessAtContent(std::string_view payload) {
+  if (payload.empty()) return "the payload is empty";
+  if (payload.front() == '<') return "a page of markup, not a GTFS-Realtime message";
+  if (payload.front() == '{' || payload.front() == '[') return "JSON text, not a GTFS-Realtime message";
+  if (payload.substr(0, 2) == "\x1F\x8B") return "compressed data, not a GTFS-Realtime message";
+  return {};
+}
+
+AlertPeriod readPeriod(std::string_view bytes, AlertPeriod::Use use) {
+  AlertPeriod period{.use = use};
+  for (Fields<PeriodField> fields(bytes); fields.next();) {
+    switch (fields.tag()) {
+      case PeriodField::start:
+        period.start = fields.number();
+        break;
+      case PeriodField::end:
+        period.end = fields.number();
+        break;
+      default:
+        fields.skip();
+    }
+  }
+  return period;
+}
+
+enum class Place { none, header, entity };
+
+struct Trip {
+  std::string_view routeId;
+  bool isNamed = false;
+  bool isStated = false;
+};
+
+void readTrip(std::string_view bytes, Trip& trip) {
+  for (Fields<TripField> fields(bytes); fields.next();) {
+    trip.isStated = true;
+    switch (fields.tag()) {
+      case TripField::tripId:
+      case TripField::modifiedTrip:
+        trip.isNamed |= !fields.bytes().empty();
+        break;
+      case TripField::routeId:
+        trip.routeId = fields.bytes();
+        break;
+      default:
+        fields.skip();
+    }
+  }
+}
+
+AlertSelector readSelector(std::string_view bytes) {
+  AlertSelector selector;
+  Trip trip;
+  for (Fields<SelectorField> fields(bytes); fields.next();) {
+    switch (fields.tag()) {
+      case SelectorField::agencyId:
+        selector.agencyId = fields.bytes();
+        break;
+      case SelectorField::routeId:
+        selector.routeId = fields.bytes();
+        break;
+      case SelectorField::routeType:
+        selector.routeType = fields.integer();
+        break;
+      case SelectorField::trip:
+        readTrip(fields.bytes(), trip);
+        break;
+      case SelectorField::stopId:
+        selector.namesStop = !fields.bytes().empty();
+        break;
+      default:
+        fields.skip();
+    }
+  }
+  selector.tripRouteId = trip.routeId;
+  // What describes a trip but tells no route is about that trip, wherever it runs.
+  const bool tellsRoute = !selector.routeId.empty() || !trip.routeId.empty();
+  selector.namesTrip = trip.isNamed || (trip.isStated && !tellsRoute);
+  return selector;
+}
+
+}  // namespace
+
+/// Fills a message in, and knows at any time where in the payload it is.
+class AlertsDecoder {
+ public:
+  static Outcome<SharedAlertsMessage> read(std::string_view feedName, std::string payload) {
+    AlertsDecoder decoder(std::move(payload));
+    const std::string feed = "feed " + std::string(feedName);
+    const auto failed = [&](const std::string& place, const char* why) {
+      const std::string_view guess = guessAtContent(decoder.message_->payload_);
+      return guess.empty() ? failure(feed, place, why) : failure(feed, "", guess);
+    };
+    try {
+      decoder.readMessage();
+    } catch (const protozero::exception& fault) {
+      return failed(decoder.place(), reason(fault));
+    }
+    if (!decoder.sawHeader_) return failed("", "no header, so no GTFS-Realtime message");
+    return SharedAlertsMessage(std::move(decoder.message_));
+  }
+
+ private:
+  explicit AlertsDecoder(std::string payload) : message_(new AlertsMessage(std::move(payload))) {}
+
+  std::string place() const {
+    const std::string byte = "byte " + std::to_string(offset_);
+    if (part_ == Place::header) return "header at " + byte;
+    return part_ == Place::entity ? "entity " + std::to_string(entityNumber_) + " at " + byte : byte;
+  }
+
+  // Where the message that is being read starts; a fault between two of them is told from the end of the
+  // last.
+  std::string_view enter(Place part, std::string_view bytes) {
+    part_ = part;
+    offset_ = static_cast<std::size_t>(bytes.data() - message_->payload_.data());
+    return bytes;
+  }
+
+  void readMessage() {
+    for (Fields<MessageField> fields(message_->payload_); fields.next(); leave(fields.length())) {
+      switch (fields.tag()) {
+        case MessageField::header:
+          readHeader(enter(Place::header, fields.bytes()));
+          break;
+        case MessageField::entity:
+          ++entityNumber_;
+          readEntity(enter(Place::entity, fields.bytes()));
+          break;
+        default:
+          fields.skip();
+      }
+    }
+  }
+  void leave(std::size_t rest) {
+    part_ = Place::none;
+    offset_ = message_->payload_.size() - rest;
+  }
+
+  void readHeader(std::string_view bytes) {
+    sawHeader_ = true;
+    for (Fields<HeaderField> fields(bytes); fields.next();) {
+      switch (fields.tag()) {
+        case HeaderField::version:
+          message_->version_ = fields.bytes();
+          break;
+        case HeaderField::incrementality:
+          message_->isDifference_ = fields.integer() == 1;
+          break;
+        case HeaderField::timestamp:
+          message_->timestamp_ = fields.number();
+          break;
+        default:
+          fields.skip();
+      }
+    }
+  }
+
+  void readEntity(std::string_view bytes) {
+    AlertsMessage::Entity entity{.bytes = bytes,
+                                 .translations = startOf(message_->translations_),
+                                 .periods = startOf(message_->periods_),
+                                 .selectors = startOf(message_->selectors_)};
+    for (Fields<EntityField> fields(bytes); fields.next();) {
+      switch (fields.tag()) {
+        case EntityField::id:
+          entity.id = fields.bytes();
+          break;
+        case EntityField::isDeleted:
+          entity.isDeleted = fields.number() != 0;
+          break;
+        case EntityField::alert:
+          entity.hasAlert = true;
+          readAlert(fields.bytes(), entity);
+          break;
+        default:
+          fields.skip();
+      }
+    }
+    if (!entity.hasAlert && !entity.isDeleted) return;
+    finish(entity);
+    count(message_->entities_.emplace_back(entity));
+  }
+
+  void readAlert(std::string_view bytes, AlertsMessage::Entity& entity) {
+    for (Fields<AlertField> fields(bytes); fields.next();) {
+      switch (fields.tag()) {
+        case AlertField::activePeriod:
+          addPeriod(olderPeriods_, fields.bytes(), AlertPeriod::Use::show);
+          break;
+        case AlertField::communicationPeriod:
+          addPeriod(message_->periods_, fields.bytes(), AlertPeriod::Use::show);
+          break;
+        case AlertField::impactPeriod:
+          addPeriod(message_->periods_, fields.bytes(), AlertPeriod::Use::affect);
+          break;
+        case AlertField::informedEntity:
+          count(message_->selectors_.emplace_back(readSelector(fields.bytes())));
+          break;
+        case AlertField::cause:
+          entity.cause = enumerator(fields.integer(), kAlertCauses, AlertCause::unknownCause);
+          break;
+        case AlertField::effect:
+          entity.effect = enumerator(fields.integer(), kAlertEffects, AlertEffect::unknownEffect);
+          break;
+        case AlertField::url:
+          readTexts(fields.bytes(), AlertText::url);
+          break;
+        case AlertField::headerText:
+          readTexts(fields.bytes(), AlertText::header);
+          break;
+        case AlertField::descriptionText:
+          readTexts(fields.bytes(), AlertText::description);
+          break;
+        case AlertField::spokenHeaderText:
+          readTexts(fields.bytes(), AlertText::spokenHeader);
+          break;
+        case AlertField::spokenDescriptionText:
+          readTexts(fields.bytes(), AlertText::spokenDescription);
+          break;
+        default:
+          fields.skip();
+      }
+    }
+  }
+
+  void addPeriod(std::vector<AlertPeriod>& periods, std::string_view bytes, AlertPeriod::Use use) {
+    count(periods.emplace_back(readPeriod(bytes, use)));
+  }
+
+  void readTexts(std::string_view bytes, AlertText kind) {
+    for (Fields<TextsField> fields(bytes); fields.next();) {
+      if (fields.tag() != TextsField::translation) {
+        fields.skip();
+        continue;
+      }
+      AlertTranslation& translation = message_->translations_.emplace_back();
+      translation.kind = kind;
+      readTranslation(fields.bytes(), translation);
+      count(translation);
+    }
+  }
+
+  static void readTranslation(std::string_view bytes, AlertTranslation& translation) {
+    for (Fields<TranslationField> fields(bytes); fields.next();) {
+      switch (fields.tag()) {
+        case TranslationField::text:
+          translation.text = fields.bytes();
+          break;
+        case TranslationField::language:
+          translation.language = fields.bytes();
+          break;
+        default:
+          fields.skip();
+      }
+    }
+  }
+
+  // The older field says when to show an alert that has none of the newer ones.
+  void finish(AlertsMessage::Entity& entity) {
+    std::vector<AlertPeriod>& periods = message_->periods_;
+    if (periods.size() == entity.periods.first) {
+      periods.insert(periods.end(), olderPeriods_.begin(), olderPeriods_.end());
+    }
+    olderPeriods_.clear();
+    close(entity.periods, periods.size());
+    close(entity.selectors, message_->selectors_.size());
+    close(entity.translations, message_->translations_.size());
+    const auto texts = message_->translations_.begin() + entity.translations.first;
+    const auto end = message_->translations_.end();
+    const auto byKind = [](const AlertTranslation& a, const AlertTranslation& b) { return a.kind < b.kind; };
+    if (!std::is_sorted(texts, end, byKind)) std::stable_sort(texts, end, byKind);
+  }
+
+  template <class Parts>
+  static AlertsMessage::Range startOf(const Parts& parts) {
+    return {static_cast<std::uint32_t>(parts.size()), 0};
+  }
+  static void close(AlertsMessage::Range& range, std::size_t end) {
+    range.count = static_cast<std::uint32_t>(end) - range.first;
+  }
+
+  template <class Part>
+  void count(const Part& /*added*/) {
+    if (++parts_ > kMostParts)
+      throw Fault("more than " + std::to_string(kMostParts) + " entities, texts and selectors");
+  }
+
+  std::unique_ptr<AlertsMessage> message_;
+  std::vector<AlertPeriod> olderPeriods_;
+  bool sawHeader_ = false;
+  Place part_ = Place::none;
+  std::size_t entityNumber_ = 0;
+  std::size_t offset_ = 0;
+  std::size_t parts_ = 0;
+};
+
+Outcome<SharedAlertsMessage> readAlertsMessage(std::string_view feedName, std::string payload) {
+  return AlertsDecoder::read(feedName, std::move(payload));
+}
+
+}  // namespace linewatch::desktop

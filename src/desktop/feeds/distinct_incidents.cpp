@@ -1,0 +1,128 @@
+#include "desktop/feeds/distinct_incidents.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
+
+namespace linewatch::desktop {
+
+namespace {
+
+using Entity = AlertsMessage::Entity;
+
+class Mixer {
+ public:
+  void add(std::size_t value) { state_ ^= value + 0x9E3779B97F4A7C15U + (state_ << 6U) + (state_ >> 2U); }
+  void add(std::string_view text) { add(std::hash<std::string_view>()(text)); }
+  std::size_t result() const { return state_; }
+
+ private:
+  std::size_t state_ = 0;
+};
+
+/// Hash and equality of what two entities must agree in to be one incident.
+struct SameContent {
+  const AlertsMessage* message;
+
+  std::size_t operator()(std::uint32_t place) const {
+    const Entity& entity = message->entities()[place];
+    Mixer mixer;
+    mixer.add(static_cast<std::size_t>(entity.effect));
+    for (const AlertPeriod& period : message->periods(entity)) {
+      mixer.add(period.start);
+      mixer.add(period.end);
+    }
+    for (const AlertTranslation& translation : message->translations(entity)) {
+      mixer.add(translation.text);
+      mixer.add(translation.language);
+    }
+    return mixer.result();
+  }
+  bool operator()(std::uint32_t a, std::uint32_t b) const {
+    const Entity& one = message->entities()[a];
+    const Entity& other = message->entities()[b];
+    return one.effect == other.effect && std::ranges::equal(message->periods(one), message->periods(other)) &&
+           std::ranges::equal(message->translations(one), message->translations(other));
+  }
+};
+
+class Collector {
+ public:
+  explicit Collector(const AlertsMessage& message)
+      : message_(message),
+        byContent_(message.entities().size(), SameContent{&message}, SameContent{&message}),
+        byId_(message.entities().size()) {}
+
+  std::vector<DistinctIncident> collect() && {
+    incidents_.reserve(message_.entities().size());
+    for (std::uint32_t place = 0; place < message_.entities().size(); ++place) {
+      const Entity& entity = message_.entities()[place];
+      if (entity.hasAlert && !entity.isDeleted) add(place);
+    }
+    return std::move(incidents_);
+  }
+
+ private:
+  void add(std::uint32_t place) {
+    const auto next = static_cast<std::uint32_t>(incidents_.size());
+    const auto [content, isNewContent] = byContent_.emplace(place, next);
+    if (!isNewContent) {
+      incidents_[content->second].repetitions.push_back(place);
+      return;
+    }
+    DistinctIncident incident{.entity = place};
+    if (const std::string_view id = message_.entities()[place].id; !id.empty()) {
+      const auto [known, isNewId] = byId_.emplace(id, Known{next, 0});
+      if (!isNewId && addsLanguages(incidents_[known->second.incident], place)) {
+        incidents_[known->second.incident].otherLanguages.push_back(place);
+        content->second = known->second.incident;
+        return;
+      }
+      if (!isNewId) incident.sameIdBefore = ++known->second.others;
+    }
+    incidents_.push_back(std::move(incident));
+  }
+
+  // Some feeds give one message as an entity a language. More entities than there are languages are none of
+  // that.
+  bool addsLanguages(const DistinctIncident& incident, std::uint32_t place) const {
+    constexpr std::size_t kMostLanguages = 64;
+    const Entity& known = message_.entities()[incident.entity];
+    const Entity& other = message_.entities()[place];
+    return incident.otherLanguages.size() < kMostLanguages && known.effect == other.effect &&
+           std::ranges::equal(message_.periods(known), message_.periods(other)) &&
+           speaksAnew(incident, place);
+  }
+  bool speaksAnew(const DistinctIncident& incident, std::uint32_t place) const {
+    std::vector<std::uint32_t> others = incident.otherLanguages;
+    others.push_back(incident.entity);
+    const auto languages = message_.translations(message_.entities()[place]);
+    return !languages.empty() && std::ranges::all_of(languages, [&](const AlertTranslation& translation) {
+      return !translation.language.empty() && std::ranges::none_of(others, [&](std::uint32_t other) {
+        const auto spoken = message_.translations(message_.entities()[other]);
+        return std::ranges::any_of(spoken, [&](const AlertTranslation& before) {
+          return before.language.empty() || before.language == translation.language;
+        });
+      });
+    });
+  }
+
+  struct Known {
+    std::uint32_t incident;
+    std::uint32_t others;
+  };
+
+  const AlertsMessage& message_;
+  std::vector<DistinctIncident> incidents_;
+  std::unordered_map<std::uint32_t, std::uint32_t, SameContent, SameContent> byContent_;
+  std::unordered_map<std::string_view, Known> byId_;
+};
+
+}  // namespace
+
+std::vector<DistinctIncident> distinctIncidents(const AlertsMessage& message) {
+  return Collector(message).collect();
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "desktop/feeds/alerts_message.h"
+#include "desktop/feeds/distinct_incidents.h"
+#include "desktop/feeds/line_index.h"
+
+namespace linewatch::desktop {
+
+/// What became of the selectors of a feed's alerts.
+struct SelectorCounts {
+  /// They fit a line or more.
+  std::size_t fitting = 0;
+  /// They are about single stops or trips.
+  std::size_t notAboutLines = 0;
+  /// They name nothing that the lines know: the lines and the alerts may not belong together.
+  std::size_t unknown = 0;
+  /// Incidents that say of nothing what they are about.
+  std::size_t incidentsWithoutSelector = 0;
+
+  bool operator==(const SelectorCounts&) const = default;
+};
+
+/// Which incidents a line has. Built in time proportional to lines and selectors, whatever the number of
+/// lines that a selector fits. Immutable; read on any thread.
+class IncidentTable {
+ public:
+  IncidentTable(SharedAlertsMessage message, SharedLineIndex lines);
+
+  const AlertsMessage& message() const { return *message_; }
+  const LineIndex& lines() const { return *lines_; }
+  const std::vector<DistinctIncident>& incidents() const { return incidents_; }
+  const SelectorCounts& counts() const { return counts_; }
+
+  /// Places in `incidents()`, ascending: each incident once, in the feed's order.
+  std::vector<std::uint32_t> incidentsOfRoute(std::size_t route) const;
+
+ private:
+  // An agency as selectors name it: whether by its id, and the text.
+  struct AgencyKey {
+    bool byId = false;
+    std::string_view text;
+    auto operator<=>(const AgencyKey&) const = default;
+  };
+  // What selectors without a route are about: the lines of an agency, of a type, or of both.
+  struct GroupKey {
+    std::optional<AgencyKey> agency;
+    std::optional<std::int32_t> type;
+    auto operator<=>(const GroupKey&) const = default;
+  };
+  struct Group {
+    std::vector<std::uint32_t> incidents;
+    std::size_t selectors = 0;
+    bool hasLines = false;
+  };
+  enum class Fit { lines, noLine, unknown };
+
+  void indexAgencies();
+  void addSelectors(std::uint32_t incident, std::uint32_t entity);
+  Fit addSelector(std::uint32_t incident, const AlertSelector& selector, AlertEffect effect);
+  Fit addToRoute(std::uint32_t incident, const AlertSelector& selector, std::string_view routeId);
+  Fit addToGroup(std::uint32_t incident, const AlertSelector& selector);
+  void countGroups();
+
+  std::optional<AgencyKey> agencyNamed(std::string_view text) const;
+  bool mayBelongTo(const FeedRoute& route, std::string_view agency) const;
+  template <class Operation>
+  void forGroupsOf(std::size_t route, Operation operation) const;
+
+  SharedAlertsMessage message_;
+  SharedLineIndex lines_;
+  std::vector<DistinctIncident> incidents_;
+  std::map<std::string_view, bool> agencyTexts_;  // true for an id, false for a name alone
+  std::vector<std::vector<std::uint32_t>> ofRoutes_;
+  std::map<GroupKey, Group> groups_;
+  SelectorCounts counts_;
+};
+
+using SharedIncidentTable = std::shared_ptr<const IncidentTable>;
+
+}  // namespace linewatch::desktop

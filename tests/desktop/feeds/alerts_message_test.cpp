@@ -1,0 +1,231 @@
+#include "desktop/feeds/alerts_message.h"
+
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/feeds/alerts_sketch.h"
+#include "desktop/feeds/held_alerts.h"
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+FeedSketch everything() {
+  return {.alerts = {{.id = "works",
+                      .selectors = {{.agency = "A", .route = "R", .type = 3, .stop = "S", .direction = 1},
+                                    {.trip = TripSketch{.tripId = "T", .routeId = "R"}},
+                                    {.trip = TripSketch{.routeId = "R"}}},
+                      .header = {{"Works", "en"}, {"Bauarbeiten", "de"}},
+                      .description = {{"Buses run instead.", "en"}},
+                      .url = {{"https://example.org/", ""}},
+                      .cause = 10,
+                      .effect = 4,
+                      .active = {{10, 20}, {0, 30}}},
+                     {.id = "gone", .isDeleted = true}},
+          .timestamp = 1234};
+}
+
+std::vector<std::string> ids(const AlertsMessage& message) {
+  std::vector<std::string> all;
+  for (const auto& entity : message.entities()) all.emplace_back(entity.id);
+  return all;
+}
+
+TEST(AlertsMessage, HoldsWhatTheBytesSay) {
+  const SharedAlertsMessage message = messageOf(everything());
+  EXPECT_EQ(message->version(), "2.0");
+  EXPECT_EQ(message->timestamp(), 1234U);
+  EXPECT_FALSE(message->isDifference());
+  ASSERT_THAT(ids(*message), ElementsAre("works", "gone"));
+  EXPECT_TRUE(message->entities()[1].isDeleted);
+
+  const AlertsMessage::Entity& works = message->entities()[0];
+  EXPECT_EQ(works.cause, AlertCause::construction);
+  EXPECT_EQ(works.effect, AlertEffect::detour);
+  EXPECT_THAT(message->periods(works),
+              ElementsAre(AlertPeriod{.start = 10, .end = 20}, AlertPeriod{.end = 30}));
+  EXPECT_THAT(
+      message->selectors(works),
+      ElementsAre(AlertSelector{.agencyId = "A", .routeId = "R", .routeType = 3, .namesStop = true},
+                  AlertSelector{.tripRouteId = "R", .namesTrip = true}, AlertSelector{.tripRouteId = "R"}));
+  using Text = AlertTranslation;
+  EXPECT_THAT(
+      message->translations(works),
+      ElementsAre(Text{AlertText::header, "Works", "en"}, Text{AlertText::header, "Bauarbeiten", "de"},
+                  Text{AlertText::description, "Buses run instead.", "en"},
+                  Text{AlertText::url, "https://example.org/", ""}));
+}
+
+TEST(AlertsMessage, NewerPeriodsReplaceTheActiveOnes) {
+  struct Row {
+    AlertSketch alert;
+    std::vector<AlertPeriod> expected;
+  };
+  using Use = AlertPeriod::Use;
+  for (const Row& row : {
+           Row{{.active = {{1, 2}}}, {{Use::show, 1, 2}}},
+           Row{{.active = {{1, 2}}, .communication = {{3, 4}}}, {{Use::show, 3, 4}}},
+           Row{{.active = {{1, 2}}, .impact = {{5, 6}}}, {{Use::affect, 5, 6}}},
+           Row{{.active = {{1, 2}}, .communication = {{3, 4}}, .impact = {{5, 6}}},
+               {{Use::show, 3, 4}, {Use::affect, 5, 6}}},
+       }) {
+    const SharedAlertsMessage message = messageOf({.alerts = {row.alert}});
+    EXPECT_THAT(message->periods(message->entities()[0]), testing::ElementsAreArray(row.expected));
+  }
+}
+
+TEST(AlertsMessage, UnknownNumbersAndFieldsHideNothing) {
+  std::string bytes = bytesOf(FeedSketch{.alerts = {{.id = "a", .cause = 99, .effect = -1}, {.id = "b"}}});
+  protozero::pbf_writer(bytes).add_string(1000, "an extension");
+  const auto message = readAlertsMessage("Metro", bytes);
+  ASSERT_TRUE(message) << sentenceOf(message);
+  ASSERT_THAT(ids(**message), ElementsAre("a", "b"));
+  for (const AlertsMessage::Entity& entity : (*message)->entities()) {
+    EXPECT_EQ(entity.cause, AlertCause::unknownCause);
+    EXPECT_EQ(entity.effect, AlertEffect::unknownEffect);
+  }
+}
+
+TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
+  AlertSketch one{.id = "a", .header = {{"Works", "en"}}};
+  AlertSketch two{.header = {{"Bauarbeiten", "de"}}, .description = {{"More.", "en"}}};
+  std::string entity = bytesOf(one);
+  const std::string rest = bytesOf(two);
+  entity += rest.substr(2);  // all but the second empty id
+  std::string bytes = bytesOf(FeedSketch{});
+  protozero::pbf_writer(bytes).add_message(2, entity);
+  const auto message = readAlertsMessage("Metro", bytes);
+  ASSERT_TRUE(message) << sentenceOf(message);
+  ASSERT_THAT(ids(**message), ElementsAre("a"));
+  EXPECT_EQ((*message)->translations((*message)->entities()[0]).size(), 3U);
+}
+
+TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesFeedPlaceAndReason) {
+  const std::string good = bytesOf(everything());
+  const std::string twoAlerts = bytesOf(FeedSketch{.alerts = {{.id = "a"}}});
+  struct Row {
+    std::string payload;
+    std::string sentence;
+  };
+  for (const Row& row : {
+           Row{"", "feed Metro: the payload is empty"},
+           Row{"<!DOCTYPE html>", "feed Metro: a page of markup, not a GTFS-Realtime message"},
+           Row{"{\"entity\": []}", "feed Metro: JSON text, not a GTFS-Realtime message"},
+           Row{"not valid pb data", "feed Metro: byte 0: a field of no known form"},
+           Row{good.substr(10), "feed Metro: no header"},
+           Row{good.substr(0, 20), "feed Metro: byte 10: it ends in the middle of a field"},
+           Row{twoAlerts + std::string("\x12\x03\x0A\x05X", 5), "feed Metro: entity 2 at byte"},
+           Row{twoAlerts + std::string("\x12\x02\x08\x05", 4), "field 1 is not bytes"},
+           Row{std::string("\x08\x01", 2), "field 1 is not bytes"},
+           Row{std::string("\x0A\x02\x1A\x00", 4), "feed Metro: header at byte 2: field 3 is not a number"},
+       }) {
+    EXPECT_THAT(sentenceOf(readAlertsMessage("Metro", row.payload)), HasSubstr(row.sentence));
+  }
+}
+
+TEST(AlertsMessage, AHeaderAloneIsGoodService) {
+  const auto message = readAlertsMessage("Metro", bytesOf(FeedSketch{}));
+  ASSERT_TRUE(message);
+  EXPECT_THAT((*message)->entities(), IsEmpty());
+}
+
+TEST(AlertsMessage, EveryTruncationIsAnErrorUnlessItEndsBetweenEntities) {
+  const FeedSketch feed = everything();
+  const std::string bytes = bytesOf(feed);
+  std::vector<std::size_t> ends = {bytesOf(FeedSketch{.timestamp = feed.timestamp}).size()};
+  for (const AlertSketch& alert : feed.alerts) {
+    std::string entity;
+    protozero::pbf_writer(entity).add_message(2, bytesOf(alert));
+    ends.push_back(ends.back() + entity.size());
+  }
+  ASSERT_EQ(ends.back(), bytes.size());
+  for (std::size_t size = 0; size < bytes.size(); ++size) {
+    const bool isWhole = std::find(ends.begin(), ends.end(), size) != ends.end();
+    EXPECT_EQ(readAlertsMessage("Metro", bytes.substr(0, size)).succeeded(), isWhole) << size;
+  }
+}
+
+TEST(AlertsMessage, DamagedBytesNeverDoMoreThanFail) {
+  std::mt19937 random(7);
+  const std::string good = bytesOf(everything());
+  int failures = 0;
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes = good;
+    for (unsigned change = 0; change <= random() % 3; ++change) {
+      bytes[random() % bytes.size()] = static_cast<char>(random());
+    }
+    const auto message = readAlertsMessage("Metro", bytes);
+    if (message) continue;
+    ++failures;
+    EXPECT_THAT(sentenceOf(message), HasSubstr("feed Metro: "));
+  }
+  EXPECT_GT(failures, 0);
+}
+
+class HeldAlerts : public testing::Test {
+ protected:
+  void receive(const FeedSketch& feed) {
+    const auto updated = updatedAlerts("Metro", held_, bytesOf(feed));
+    ASSERT_TRUE(updated) << sentenceOf(updated);
+    held_ = *updated;
+  }
+  std::string texts() const {
+    std::string all;
+    for (const AlertsMessage::Entity& entity : held_->entities()) {
+      if (!all.empty()) all += ' ';
+      all.append(entity.id);
+      for (const AlertTranslation& text : held_->translations(entity)) all.append("=").append(text.text);
+    }
+    return all;
+  }
+
+  SharedAlertsMessage held_;
+};
+
+AlertSketch alert(std::string id, std::string header) {
+  return {.id = std::move(id), .header = {{std::move(header), ""}}};
+}
+
+TEST_F(HeldAlerts, AWholeFeedReplacesAndADifferenceChanges) {
+  receive({.alerts = {alert("a", "1"), alert("b", "2"), alert("c", "3")}, .timestamp = 100});
+  receive({.alerts = {alert("d", "4"),
+                      alert("b", "5"),
+                      {.id = "a", .isDeleted = true},
+                      {.id = "x", .isDeleted = true}},
+           .timestamp = 101,
+           .isDifference = true});
+  EXPECT_EQ(texts(), "b=5 c=3 d=4");
+  EXPECT_EQ(held_->timestamp(), 101U);
+  receive({.alerts = {alert("a", "6")}, .timestamp = 0, .isDifference = true});
+  EXPECT_EQ(texts(), "b=5 c=3 d=4 a=6");
+  EXPECT_EQ(held_->timestamp(), 101U);
+  receive({.alerts = {alert("z", "9")}, .timestamp = 102});
+  EXPECT_EQ(texts(), "z=9");
+}
+
+TEST_F(HeldAlerts, ADifferenceOfNothingAndOfAnIdThatStandsTwice) {
+  receive({.alerts = {alert("a", "1"), alert("a", "2")}, .isDifference = true});
+  EXPECT_EQ(texts(), "a=1 a=2");
+  receive({.alerts = {alert("a", "3")}, .isDifference = true});
+  EXPECT_EQ(texts(), "a=3");
+}
+
+TEST_F(HeldAlerts, OlderPayloadsAreIgnoredAndBrokenOnesChangeNothing) {
+  receive({.alerts = {alert("a", "1")}, .timestamp = 100});
+  receive({.alerts = {alert("a", "older")}, .timestamp = 99});
+  receive({.alerts = {{.id = "a", .isDeleted = true}}, .timestamp = 99, .isDifference = true});
+  EXPECT_EQ(texts(), "a=1");
+  receive({.alerts = {alert("a", "2")}, .timestamp = 100});
+  EXPECT_EQ(texts(), "a=2");
+  EXPECT_FALSE(updatedAlerts("Metro", held_, "no feed"));
+  receive({.alerts = {alert("a", "undated")}, .timestamp = 0});
+  EXPECT_EQ(texts(), "a=undated");
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
