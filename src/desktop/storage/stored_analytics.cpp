@@ -1,0 +1,132 @@
+#include "desktop/storage/stored_analytics.h"
+
+#include <map>
+#include <memory>
+
+namespace linewatch::desktop {
+
+namespace {
+
+double secondsOf(Date date) { return date.time_since_epoch().count(); }
+
+template <class T>
+SqliteParameter integerOrNothing(const std::optional<T>& value) {
+  return value ? SqliteParameter(static_cast<std::int64_t>(*value)) : SqliteParameter();
+}
+
+std::optional<std::int64_t> optionalInteger(const SqliteRow& row, int column) {
+  return row.isNull(column) ? std::nullopt : std::optional(row.integer(column));
+}
+
+std::optional<bool> optionalBool(const SqliteRow& row, int column) {
+  return row.isNull(column) ? std::nullopt : std::optional(row.integer(column) != 0);
+}
+
+std::optional<Error> insertSession(SqliteDatabase& database, const WidgetInteractionEvent& event,
+                                   const WidgetAnalyticsRecord& record, const UserSessionSnapshot& session) {
+  return database.run(
+      "INSERT INTO widget_session (user_session, interaction_type, end_state, was_locked, start, duration, "
+      "initially_expanded, ever_expanded, transit_message_type, tapped_item_index) "
+      "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {session.sessionIdentifier, event.interactionType, event.endState, std::int64_t{event.wasLocked},
+       secondsOf(event.startDate), event.duration.count(), integerOrNothing(record.initiallyExpanded),
+       integerOrNothing(record.everExpanded), integerOrNothing(record.transitMessageType),
+       integerOrNothing(record.tappedItemIndex)});
+}
+
+std::optional<Error> insertIncidents(SqliteDatabase& database, const WidgetAnalyticsRecord& record,
+                                     std::int64_t session) {
+  std::int64_t position = 0;
+  for (const IncidentAnalyticsItem& item : record.transitIncidents) {
+    auto error = database.run(
+        "INSERT INTO shown_incident (widget_session, position, line_muid, title) VALUES (?, ?, ?, ?)",
+        {session, position++, item.transitLineMuid, item.transitIncidentTitle});
+    if (error) return error;
+  }
+  return std::nullopt;
+}
+
+std::optional<Error> dropOldSessions(SqliteDatabase& database, std::int64_t newest) {
+  const std::int64_t last = newest - kKeptAnalyticsCount;
+  auto error = database.run("DELETE FROM shown_incident WHERE widget_session <= ?", {last});
+  return error ? error : database.run("DELETE FROM widget_session WHERE id <= ?", {last});
+}
+
+std::optional<Error> insertEvent(SqliteDatabase& database, const WidgetInteractionEvent& event,
+                                 const UserSessionSnapshot& session) {
+  const WidgetAnalyticsRecord record = event.record ? *event.record : WidgetAnalyticsRecord{};
+  auto error = insertSession(database, event, record, session);
+  const std::int64_t id = database.lastRowId();
+  if (!error) error = insertIncidents(database, record, id);
+  return error ? error : dropOldSessions(database, id);
+}
+
+using IncidentsOfSessions = std::map<std::int64_t, std::vector<IncidentAnalyticsItem>>;
+
+StoredWidgetSession sessionIn(const SqliteRow& row, IncidentsOfSessions& incidents) {
+  auto record = std::make_shared<WidgetAnalyticsRecord>();
+  record->transitIncidents = std::move(incidents[row.integer(0)]);
+  record->initiallyExpanded = optionalBool(row, 7);
+  record->everExpanded = optionalBool(row, 8);
+  record->transitMessageType = optionalInteger(row, 9);
+  record->tappedItemIndex = optionalInteger(row, 10);
+  return {{row.text(1)},
+          {row.integer(2), row.integer(3), std::move(record), row.integer(4) != 0, Date(Seconds(row.real(5))),
+           Seconds(row.real(6))}};
+}
+
+}  // namespace
+
+void StoredAnalyticsLogger::captureEvent(const WidgetInteractionEvent& event,
+                                         const UserSessionSnapshot& session) {
+  if (!isOn_()) return;
+  const auto error =
+      database_->write([&](SqliteDatabase& database) { return insertEvent(database, event, session); });
+  if (error) database_->report(*error);
+}
+
+void StoredUsageRecorder::captureUserAction(std::string_view action, std::int64_t target,
+                                            const std::optional<std::string>& eventValue) {
+  if (!isOn_()) return;
+  const auto error = database_->write([&](SqliteDatabase& database) {
+    auto failed = database.run("INSERT INTO user_action (time, action, target, value) VALUES (?, ?, ?, ?)",
+                               {secondsOf(now_()), action, target, parameterOf(eventValue)});
+    if (failed) return failed;
+    return database.run("DELETE FROM user_action WHERE id <= ?",
+                        {database.lastRowId() - kKeptAnalyticsCount});
+  });
+  if (error) database_->report(*error);
+}
+
+Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database) {
+  std::vector<StoredWidgetSession> sessions;
+  const auto error = database.read([&](SqliteDatabase& open) {
+    sessions.clear();
+    IncidentsOfSessions incidents;
+    auto failed = open.run("SELECT widget_session, line_muid, title FROM shown_incident ORDER BY position",
+                           {}, [&](const SqliteRow& row) {
+                             incidents[row.integer(0)].push_back({row.text(1), row.text(2)});
+                           });
+    if (failed) return failed;
+    return open.run(
+        "SELECT id, user_session, interaction_type, end_state, was_locked, start, duration, "
+        "initially_expanded, "
+        "ever_expanded, transit_message_type, tapped_item_index FROM widget_session ORDER BY id",
+        {}, [&](const SqliteRow& row) { sessions.push_back(sessionIn(row, incidents)); });
+  });
+  return error ? Outcome<std::vector<StoredWidgetSession>>(*error) : std::move(sessions);
+}
+
+Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& database) {
+  std::vector<StoredUserAction> actions;
+  const auto error = database.read([&](SqliteDatabase& open) {
+    actions.clear();
+    return open.run(
+        "SELECT time, action, target, value FROM user_action ORDER BY id", {}, [&](const SqliteRow& row) {
+          actions.push_back({Date(Seconds(row.real(0))), row.text(1), row.integer(2), row.optionalText(3)});
+        });
+  });
+  return error ? Outcome<std::vector<StoredUserAction>>(*error) : std::move(actions);
+}
+
+}  // namespace linewatch::desktop

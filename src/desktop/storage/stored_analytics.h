@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "desktop/outcome.h"
+#include "desktop/storage/state_database.h"
+#include "platform/analytics_service.h"
+
+namespace linewatch::desktop {
+
+/// How many sessions, and how many actions, the state database keeps; the oldest go first.
+inline constexpr std::int64_t kKeptAnalyticsCount = 10'000;
+
+/// Says whether the user lets the widget record what is done with it. Asked before each record.
+using AnalyticsSwitch = std::function<bool()>;
+
+/// Makes events of what it is given.
+class PlainEventFactory final : public AnalyticsEventFactory {
+ public:
+  WidgetInteractionEvent widgetInteractionEvent(std::int64_t interactionType, std::int64_t endState,
+                                                std::shared_ptr<const WidgetAnalyticsRecord> record,
+                                                bool wasLocked, Date startDate, Seconds duration) override {
+    return {interactionType, endState, std::move(record), wasLocked, startDate, duration};
+  }
+};
+
+/// Keeps the sessions of the widget in the state database. They never leave the machine.
+class StoredAnalyticsLogger final : public AnalyticsLogger {
+ public:
+  StoredAnalyticsLogger(SharedDatabase database, AnalyticsSwitch isOn)
+      : database_(std::move(database)), isOn_(std::move(isOn)) {}
+
+  void captureEvent(const WidgetInteractionEvent& event, const UserSessionSnapshot& session) override;
+
+ private:
+  SharedDatabase database_;
+  AnalyticsSwitch isOn_;
+};
+
+/// Keeps the user's actions in the state database, with the time at which they were done.
+class StoredUsageRecorder final : public UsageRecorder {
+ public:
+  StoredUsageRecorder(SharedDatabase database, AnalyticsSwitch isOn, std::function<Date()> now)
+      : database_(std::move(database)), isOn_(std::move(isOn)), now_(std::move(now)) {}
+
+  void captureUserAction(std::string_view action, std::int64_t target,
+                         const std::optional<std::string>& eventValue) override;
+
+ private:
+  SharedDatabase database_;
+  AnalyticsSwitch isOn_;
+  std::function<Date()> now_;
+};
+
+/// A session of the widget as it was kept.
+struct StoredWidgetSession {
+  UserSessionSnapshot userSession;
+  /// Its record is never null.
+  WidgetInteractionEvent event;
+};
+
+/// An action of the user as it was kept.
+struct StoredUserAction {
+  Date time;
+  std::string action;
+  std::int64_t target = 0;
+  std::optional<std::string> value;
+
+  bool operator==(const StoredUserAction&) const = default;
+};
+
+/// All that is kept, oldest first.
+Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database);
+Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& database);
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,100 @@
+#include "desktop/storage/stored_favorites.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace linewatch::desktop {
+
+namespace {
+
+struct NamedKind {
+  std::string_view name;
+  FavoriteKind kind;
+};
+constexpr std::array kKinds = {NamedKind{"line", FavoriteKind::line}, NamedKind{"place", FavoriteKind::place},
+                               NamedKind{"route", FavoriteKind::route},
+                               NamedKind{"region", FavoriteKind::region}};
+
+std::string_view nameOf(FavoriteKind kind) { return std::ranges::find(kKinds, kind, &NamedKind::kind)->name; }
+
+std::optional<FavoriteKind> kindNamed(std::string_view name) {
+  const auto* const known = std::ranges::find(kKinds, name, &NamedKind::name);
+  return known == kKinds.end() ? std::nullopt : std::optional(known->kind);
+}
+
+}  // namespace
+
+Outcome<std::vector<StoredFavorite>> StoredFavorites::list() const {
+  std::vector<StoredFavorite> favorites;
+  std::vector<std::string> unknownKinds;
+  const auto error = database_->read([&](SqliteDatabase& database) {
+    favorites.clear();
+    unknownKinds.clear();
+    return database.run("SELECT kind, feed, subject FROM favorite ORDER BY position", {},
+                        [&](const SqliteRow& row) {
+                          const std::string name = row.text(0);
+                          if (const auto kind = kindNamed(name)) {
+                            favorites.push_back({*kind, row.text(1), row.text(2)});
+                          } else {
+                            unknownKinds.push_back(name);
+                          }
+                        });
+  });
+  if (error) return *error;
+  for (const auto& name : unknownKinds) {
+    database_->report(failure("favorites", name, "a favourite of this kind is not known and is left out"));
+  }
+  return favorites;
+}
+
+Outcome<bool> StoredFavorites::add(const StoredFavorite& favorite) {
+  bool isNew = false;
+  const auto error = database_->write([&](SqliteDatabase& database) {
+    auto failed = database.run("INSERT OR IGNORE INTO favorite (kind, feed, subject) VALUES (?, ?, ?)",
+                               {nameOf(favorite.kind), favorite.feed, favorite.subject});
+    isNew = database.changedRowCount() > 0;
+    return failed;
+  });
+  return error ? Outcome<bool>(*error) : isNew;
+}
+
+Outcome<bool> StoredFavorites::remove(const StoredFavorite& favorite) {
+  const auto known = list();
+  if (!known) return known.error();
+  if (std::ranges::find(*known, favorite) == known->end()) return false;
+  const auto error = database_->write([&](SqliteDatabase& database) {
+    return database.run("DELETE FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
+                        {nameOf(favorite.kind), favorite.feed, favorite.subject});
+  });
+  return error ? Outcome<bool>(*error) : true;
+}
+
+Favorites StoredFavoritesPersister::readFavorites() {
+  const auto stored = StoredFavorites(database_).list();
+  if (!stored) {
+    database_->report(stored.error());
+    return {};
+  }
+  Favorites favorites;
+  favorites.reserve(stored->size());
+  for (const StoredFavorite& favorite : *stored) favorites.push_back(favoriteOf(favorite));
+  return favorites;
+}
+
+Favorite StoredFavoritesPersister::favoriteOf(const StoredFavorite& stored) const {
+  switch (stored.kind) {
+    case FavoriteKind::place:
+      return FavoritePlace{stored.subject};
+    case FavoriteKind::route:
+      return FavoriteRoute{stored.subject};
+    case FavoriteKind::region:
+      return FavoriteRegion{stored.subject};
+    case FavoriteKind::line:
+      break;
+  }
+  return FavoriteTransitLine{resolve_(stored.feed, stored.subject)};
+}
+
+}  // namespace linewatch::desktop

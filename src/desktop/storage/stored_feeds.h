@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "desktop/outcome.h"
+#include "desktop/storage/state_database.h"
+
+namespace linewatch::desktop {
+
+/// A feed that the user has set up.
+struct StoredFeed {
+  std::string name;
+  /// The schedule: a folder, a zip file or a URL.
+  std::string gtfs;
+  /// The service alerts: a file or a URL; empty for a feed without.
+  std::string alerts;
+
+  bool operator==(const StoredFeed&) const = default;
+};
+
+/// The feeds in the state database, in the order in which they were added. Any thread.
+class StoredFeeds {
+ public:
+  explicit StoredFeeds(SharedDatabase database) : database_(std::move(database)) {}
+
+  Outcome<std::vector<StoredFeed>> list() const;
+  /// Adds the feed; false when there is one of that name, which stays as it is.
+  Outcome<bool> add(const StoredFeed& feed);
+  /// False when there was none. Favourites of the feed stay: it may come back.
+  Outcome<bool> remove(std::string_view name);
+
+ private:
+  SharedDatabase database_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,179 @@
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/recording_log.h"
+#include "desktop/storage/feed_cache.h"
+#include "desktop/storage/stored_analytics.h"
+#include "desktop/storage/stored_favorites.h"
+#include "desktop/storage/stored_feeds.h"
+#include "desktop/storage/stored_preferences.h"
+#include "desktop/temporary_folder.h"
+#include "platform/transit_records.h"
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class StoredRecordsTest : public testing::Test {
+ protected:
+  /// As another program would see it.
+  SharedDatabase openState() { return makeStateDatabase(StateDirectories::under(folder_.path()), log_); }
+  SharedDatabase openCache() { return makeCacheDatabase(StateDirectories::under(folder_.path()), log_); }
+
+  TemporaryFolder folder_;
+  RecordingLog log_;
+};
+
+const StoredFavorite kRed{FavoriteKind::line, "metro", "red"};
+const StoredFavorite kBlue{FavoriteKind::line, "metro", "blue"};
+const StoredFavorite kOtherRed{FavoriteKind::line, "bus", "red"};
+const StoredFavorite kHome{FavoriteKind::place, "", "Home"};
+
+TEST_F(StoredRecordsTest, ReadingWritesNothing) {
+  EXPECT_THAT(*StoredFavorites(openState()).list(), IsEmpty());
+  EXPECT_THAT(*StoredFeeds(openState()).list(), IsEmpty());
+  EXPECT_FALSE(StoredPreferences(openState(), "s").objectForKey("k"));
+  EXPECT_FALSE(FeedCache(openCache()).find("f", "gtfs", "l"));
+  EXPECT_FALSE(*StoredFavorites(openState()).remove(kRed));
+  EXPECT_FALSE(*StoredFeeds(openState()).remove("metro"));
+  StoredPreferences(openState(), "s").removeObject("k");
+  EXPECT_THAT(namesIn(folder_.path()), IsEmpty());
+  EXPECT_THAT(log_.lines(), IsEmpty());
+}
+
+TEST_F(StoredRecordsTest, FavoritesKeepTheUsersOrder) {
+  StoredFavorites favorites(openState());
+  for (const auto& favorite : {kRed, kHome, kBlue, kOtherRed}) EXPECT_TRUE(*favorites.add(favorite));
+  EXPECT_FALSE(*favorites.add(kHome));
+  EXPECT_TRUE(*favorites.remove(kRed));
+  EXPECT_FALSE(*favorites.remove(kRed));
+  EXPECT_TRUE(*favorites.add(kRed));
+  EXPECT_THAT(*StoredFavorites(openState()).list(), ElementsAre(kHome, kBlue, kOtherRed, kRed));
+}
+
+TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
+  StoredFavorites favorites(openState());
+  for (const auto& favorite : {kRed, kHome, kBlue}) ASSERT_TRUE(favorites.add(favorite));
+  ASSERT_FALSE(openState()->write([](SqliteDatabase& database) {
+    return database.run("INSERT INTO favorite (kind, feed, subject) VALUES ('boat', '', 'Ferry')");
+  }));
+  const auto red = std::make_shared<const TransitLineRecord>(TransitLineFields{}, TransitIncidents{});
+  StoredFavoritesPersister persister(openState(),
+                                     [&](const std::string& feed, const std::string& route) -> SharedLine {
+                                       EXPECT_EQ(feed, "metro");
+                                       return route == "red" ? red : nullptr;
+                                     });
+  const Favorites read = persister.readFavorites();
+  ASSERT_EQ(read.size(), 3U);
+  EXPECT_EQ(std::get<FavoriteTransitLine>(read[0]).transitLine, red);
+  EXPECT_EQ(std::get<FavoritePlace>(read[1]).name, "Home");
+  EXPECT_EQ(std::get<FavoriteTransitLine>(read[2]).transitLine, nullptr);
+  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("favorites: boat: ")));
+}
+
+TEST_F(StoredRecordsTest, FeedsAreKeptByName) {
+  const StoredFeed metro{"metro", "https://example.org/gtfs.zip", "https://example.org/alerts.pb"};
+  const StoredFeed bus{"bus", "/home/ann/bus", ""};
+  StoredFeeds feeds(openState());
+  EXPECT_TRUE(*feeds.add(metro));
+  EXPECT_TRUE(*feeds.add(bus));
+  EXPECT_FALSE(*feeds.add({"metro", "elsewhere", ""}));
+  EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(metro, bus));
+  EXPECT_TRUE(*feeds.remove("metro"));
+  EXPECT_FALSE(*feeds.remove("metro"));
+  EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(bus));
+}
+
+TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
+  const CachedDocument first{"https://a", Date(Seconds(1.5)), "\"e1\"", std::nullopt, {1, 0, 2}};
+  const CachedDocument second{"https://a", Date(Seconds(9)), std::nullopt, "Tue", {}};
+  FeedCache cache(openCache());
+  cache.store("metro", "gtfs", first);
+  cache.store("metro", "alerts", second);
+  cache.store("bus", "gtfs", second);
+  EXPECT_EQ(FeedCache(openCache()).find("metro", "gtfs", "https://a"), first);
+  EXPECT_EQ(cache.find("metro", "alerts", "https://a"), second);
+  EXPECT_FALSE(cache.find("metro", "gtfs", "https://b"));
+
+  cache.confirm("metro", "gtfs", Date(Seconds(77)));
+  EXPECT_EQ(cache.find("metro", "gtfs", "https://a")->fetched, Date(Seconds(77)));
+  cache.store("metro", "gtfs", second);
+  EXPECT_EQ(cache.find("metro", "gtfs", "https://a"), second);
+  cache.remove("metro");
+  EXPECT_FALSE(cache.find("metro", "gtfs", "https://a"));
+  EXPECT_EQ(cache.find("bus", "gtfs", "https://a"), second);
+  EXPECT_THAT(namesIn(folder_.path()), ElementsAre("cache"));
+}
+
+TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReported) {
+  StoredPreferences preferences(openState(), "suite");
+  preferences.setObject(Value("x"), "key");
+  ASSERT_FALSE(openState()->write(
+      [](SqliteDatabase& database) { return database.run("UPDATE preference SET value = x'80'"); }));
+  EXPECT_FALSE(preferences.objectForKey("key"));
+  EXPECT_THAT(log_.lines(), ElementsAre("preferences: suite key: the stored value is malformed"));
+}
+
+WidgetInteractionEvent eventWith(std::shared_ptr<const WidgetAnalyticsRecord> record, Date start = {}) {
+  return PlainEventFactory().widgetInteractionEvent(2, 1, std::move(record), true, start, Seconds(4.5));
+}
+
+TEST_F(StoredRecordsTest, AnalyticsKeepEveryFieldAndTellAbsentFromZero) {
+  auto record = std::make_shared<WidgetAnalyticsRecord>();
+  record->initiallyExpanded = false;
+  record->transitMessageType = 4;
+  record->tappedItemIndex = 0;
+  record->transitIncidents = {{"18446744073709551615", "Strike"}, {"2", ""}};
+  bool isOn = true;
+  StoredAnalyticsLogger logger(openState(), [&] { return isOn; });
+  logger.captureEvent(eventWith(record, Date(Seconds(1000.25))), {"session"});
+  logger.captureEvent(eventWith(nullptr), {"other"});
+  StoredUsageRecorder recorder(
+      openState(), [&] { return isOn; }, [] { return Date(Seconds(7)); });
+  recorder.captureUserAction("SHOW_MORE", 706, std::nullopt);
+  recorder.captureUserAction("TAP", -1, "");
+
+  isOn = false;
+  logger.captureEvent(eventWith(record), {"unwanted"});
+  recorder.captureUserAction("UNWANTED", 1, std::nullopt);
+
+  const auto database = openState();
+  const auto sessions = storedWidgetSessions(*database);
+  ASSERT_TRUE(sessions);
+  ASSERT_EQ(sessions->size(), 2U);
+  const auto& [user, event] = sessions->front();
+  EXPECT_EQ(user.sessionIdentifier, "session");
+  EXPECT_EQ(event.interactionType, 2);
+  EXPECT_EQ(event.endState, 1);
+  EXPECT_EQ(*event.record, *record);
+  EXPECT_TRUE(event.wasLocked);
+  EXPECT_EQ(event.startDate, Date(Seconds(1000.25)));
+  EXPECT_EQ(event.duration, Seconds(4.5));
+  EXPECT_EQ(*sessions->back().event.record, WidgetAnalyticsRecord{});
+  EXPECT_THAT(*storedUserActions(*database),
+              ElementsAre(StoredUserAction{Date(Seconds(7)), "SHOW_MORE", 706, std::nullopt},
+                          StoredUserAction{Date(Seconds(7)), "TAP", -1, ""}));
+}
+
+TEST_F(StoredRecordsTest, AnalyticsDropTheOldest) {
+  const auto database = openState();
+  ASSERT_FALSE(database->write([](SqliteDatabase& open) {
+    return open.runScript(
+        "INSERT INTO widget_session VALUES (1, 'oldest', 2, 1, 0, 0, 0, NULL, NULL, NULL, NULL), "
+        "(10000, 'newest', 2, 1, 0, 0, 0, NULL, NULL, NULL, NULL); INSERT INTO shown_incident VALUES (1, 0, "
+        "'1', 't')");
+  }));
+  StoredAnalyticsLogger(database, [] { return true; }).captureEvent(eventWith(nullptr), {"new"});
+  const auto sessions = storedWidgetSessions(*database);
+  ASSERT_EQ(sessions->size(), 2U);
+  EXPECT_EQ(sessions->front().userSession.sessionIdentifier, "newest");
+  EXPECT_EQ(sessions->back().userSession.sessionIdentifier, "new");
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
