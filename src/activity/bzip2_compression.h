@@ -6,8 +6,7 @@
 
 namespace linewatch {
 
-/// The bytes as one bzip2 stream; none when they cannot be compressed (libbz2 fails, or more than 4 GiB).
-/// Any thread.
+/// The bytes as one bzip2 stream, made by the platform's compressor; none when they cannot be compressed.
 std::optional<Bytes> bzip2CompressedData(const Bytes& data);
 
 }  // namespace linewatch

@@ -1,26 +1,17 @@
 #include "list/configured_artwork.h"
 
-#include <cmath>
-#include <cstdint>
 #include <utility>
+
+#include "platform/number_hash.h"
 
 namespace linewatch {
 
 namespace {
 
-constexpr std::uint64_t kHashFactor = 0x9E3779B1;
-constexpr double kTwoTo64 = 18446744073709551616.0;
-
-std::uint64_t unsignedOrZero(double value) { return value > 0 ? static_cast<std::uint64_t>(value) : 0; }
-
-std::uint64_t hashOfAlpha(double alpha) {
-  const double a = std::fabs(alpha);
-  const double i = std::floor(a + 0.5);
-  return unsignedOrZero(std::fmod(i, kTwoTo64)) * kHashFactor + unsignedOrZero((a - i) * kTwoTo64);
-}
-
 bool sameArchives(const ArtworkImageSource& a, const ArtworkImageSource& b) {
-  return a.supportsSecureArchiving() && b.supportsSecureArchiving() && a.secureArchive() == b.secureArchive();
+  if (!a.supportsSecureArchiving() || !b.supportsSecureArchiving()) return false;
+  const auto archive = a.secureArchive();
+  return archive && archive == b.secureArchive();
 }
 
 bool sameSources(const std::shared_ptr<const ArtworkImageSource>& a,
@@ -44,7 +35,7 @@ bool RVConfiguredArtwork::isEqualToConfiguredArtwork(const RVConfiguredArtwork& 
   return alpha_ == other.alpha_ && sameSources(artworkSource_, other.artworkSource_);
 }
 
-std::size_t RVConfiguredArtwork::hash() const { return hashOfAlpha(alpha_) ^ hashOrZero(artworkSource_); }
+std::size_t RVConfiguredArtwork::hash() const { return hashOfNumber(alpha_) ^ hashOrZero(artworkSource_); }
 
 std::string RVConfiguredArtwork::description() const {
   return "<" + classNameOf(*this) + " " + (artworkSource_ ? artworkSource_->description() : "(null)") +

@@ -6,11 +6,13 @@
 #include <typeinfo>
 #include <utility>
 
+#include "platform/number_hash.h"
+
 namespace linewatch {
 
 namespace {
 
-constexpr std::size_t kHashOfTrue = 2654435761;
+const std::size_t kHashOfTrue = hashOfNumber(std::uint64_t{1});
 
 std::size_t hashOfText(const std::optional<std::string>& text) {
   return text ? std::hash<std::string>{}(*text) : 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -18,6 +17,7 @@
 #include "platform/date.h"
 #include "platform/message_enumeration.h"
 #include "platform/message_field.h"
+#include "platform/number_hash.h"
 
 /// The operations of every message and nested record, each one function over the table of fields
 /// (`message_field.h`). For source files that define messages; who only uses a message includes its header.
@@ -426,34 +426,19 @@ bool equal(const Record& a, const Record& b) {
       tableOf<Record>());
 }
 
-/// Spreads a number over the word, modulo 2^64.
-inline std::uint64_t spread(std::uint64_t value) { return value * 2654435761U; }
-
-/// By the rounded amount and what the rounding left over, so that a number and its opposite hash alike, and
-/// whole numbers hash as integers do. Numbers that are not finite hash to 0.
-inline std::uint64_t hashOfDouble(double value) {
-  constexpr double kTwoTo64 = 18446744073709551616.0;
-  const double amount = std::fabs(value);
-  if (!std::isfinite(amount)) return 0;
-  const double rounded = std::floor(amount + 0.5);
-  const double left = (amount - rounded) * kTwoTo64;
-  return spread(static_cast<std::uint64_t>(std::fmod(rounded, kTwoTo64))) +
-         (left > 0 ? static_cast<std::uint64_t>(left) : 0);
-}
-
 template <class Value>
 std::size_t hashOfValue(const Value& value) {
   if constexpr (Varint<Value>) {
-    return spread(varintOf(value));
+    return hashOfNumber(varintOf(value));
   } else if constexpr (std::same_as<Value, double>) {
-    return hashOfDouble(value);
+    return hashOfNumber(value);
   } else if constexpr (std::same_as<Value, Date>) {
-    return hashOfDouble(value.time_since_epoch().count());
+    return hashOfNumber(value.time_since_epoch().count());
   } else if constexpr (std::same_as<Value, std::string>) {
     return std::hash<std::string>{}(value);
   } else if constexpr (std::same_as<Value, PackedNumbers>) {
     std::size_t all = value.size();
-    for (const std::uint64_t element : value) all = all * 31 + spread(element);
+    for (const std::uint64_t element : value) all = all * 31 + hashOfNumber(element);
     return all;
   } else if constexpr (Message<Value>) {
     return value.hash();

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/compressor.h"
+
 namespace linewatch {
 
 namespace {
@@ -14,6 +16,11 @@ std::shared_ptr<Platform>& installed() {
 }
 
 }  // namespace
+
+Compressor& Platform::compressor() {
+  static LibraryCompressor compressor;
+  return compressor;
+}
 
 std::shared_ptr<void> Platform::onceOfType(std::type_index type,
                                            const std::function<std::shared_ptr<void>()>& make) {

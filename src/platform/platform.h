@@ -12,6 +12,7 @@ namespace linewatch {
 
 class AnalyticsEventFactory;
 class AnalyticsLogger;
+class Compressor;
 class Device;
 class FavoritesContainer;
 class IncidentStringProvider;
@@ -48,6 +49,9 @@ class Platform {
   virtual UsageRecorder& usageRecorder() = 0;
   virtual AnalyticsEventFactory& analyticsEventFactory() = 0;
   virtual AnalyticsLogger& analyticsLogger() = 0;
+
+  /// The library's, unless a platform has one of its own.
+  virtual Compressor& compressor();
 
   /// A new store object on the named suite.
   virtual std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) = 0;

@@ -36,6 +36,7 @@ SimulatedPlatform::SimulatedPlatform(SharedBackstage backstage,
       device_(backstage_),
       usageRecorder_(backstage_),
       analyticsLogger_(backstage_),
+      compressor_(backstage_),
       extensionContext_(std::make_shared<SimulatedExtensionContext>(backstage_)) {}
 
 // What waits in the loop may hold the loop's own backstage.

@@ -7,6 +7,7 @@
 #include "simulation/backstage.h"
 #include "simulation/simulated_analytics.h"
 #include "simulation/simulated_companion.h"
+#include "simulation/simulated_compressor.h"
 #include "simulation/simulated_device.h"
 #include "simulation/simulated_favorites.h"
 #include "simulation/simulated_host.h"
@@ -63,6 +64,7 @@ class SimulatedPlatform final : public Platform {
   SimulatedUsageRecorder& usageRecorder() override { return usageRecorder_; }
   SimulatedAnalyticsEventFactory& analyticsEventFactory() override { return analyticsEventFactory_; }
   SimulatedAnalyticsLogger& analyticsLogger() override { return analyticsLogger_; }
+  SimulatedCompressor& compressor() override { return compressor_; }
 
   std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override;
   std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override;
@@ -87,6 +89,7 @@ class SimulatedPlatform final : public Platform {
   SimulatedUsageRecorder usageRecorder_;
   SimulatedAnalyticsEventFactory analyticsEventFactory_;
   SimulatedAnalyticsLogger analyticsLogger_;
+  SimulatedCompressor compressor_;
   std::shared_ptr<SimulatedExtensionContext> extensionContext_;
 };
 

@@ -142,7 +142,7 @@ struct World {
   bool acceptsActivities = true;
   /// False: the archiver gives nothing.
   bool archives = true;
-  /// False: the device has no memory to spare for compressing.
+  /// False: nothing can be compressed.
   bool compresses = true;
   WorldBundle bundle = WorldBundle::plugin;
 
