@@ -1,0 +1,244 @@
+// What a row opens, and how: user activities, URLs, and the bytes that they carry.
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "activity/bzip2_compression.h"
+#include "activity/containing_application.h"
+#include "activity/openable_url.h"
+#include "activity/rova_activity.h"
+#include "activity/user_activity_data.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+using simulation::SimulatedPlatform;
+using simulation::World;
+using simulation::WorldBundle;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Outcome {
+  int calls = 0;
+  bool success = false;
+  std::optional<Error> error;
+};
+
+class Opening : public testing::Test {
+ protected:
+  void install(World world = {}) {
+    platform_ = SimulatedPlatform::make(std::move(world));
+    installPlatform(platform_);
+  }
+  void SetUp() override { install(); }
+  void TearDown() override { installPlatform(nullptr); }
+
+  OpenHandler handler() {
+    return [this](bool success, std::optional<Error> error) {
+      outcome_ = {outcome_.calls + 1, success, std::move(error)};
+    };
+  }
+  void open(const RVOpenable& openable, const std::shared_ptr<Object>& context = nullptr) {
+    outcome_ = {};
+    openable.openInContext(context, handler());
+  }
+
+  std::shared_ptr<SimulatedPlatform> platform_;
+  Outcome outcome_;
+};
+
+TEST_F(Opening, ActivitiesAreEqualByTypeAndUserInfo) {
+  const Dictionary one = {{"bs", Bytes{1, 2}}}, same = {{"bs", Bytes{1, 2}}}, other = {{"bs", Bytes{1, 3}}};
+  struct Row {
+    std::optional<std::string> type;
+    std::optional<Dictionary> userInfo;
+    bool isEqual;
+  };
+  const auto data = RVUserActivityData::make("T", one);
+  for (const Row& row :
+       {Row{"T", same, true}, Row{"T", other, false}, Row{"T", std::nullopt, false}, Row{"U", same, false},
+        Row{std::nullopt, same, false}, Row{"T", Dictionary{}, false}}) {
+    const auto second = RVUserActivityData::make(row.type, row.userInfo);
+    EXPECT_EQ(data->isEqual(*second), row.isEqual);
+    EXPECT_EQ(second->isEqual(*data), row.isEqual);
+    if (row.isEqual) {
+      EXPECT_EQ(data->hash(), second->hash());
+    }
+  }
+  const auto empty = RVUserActivityData::make(std::nullopt, std::nullopt);
+  EXPECT_TRUE(empty->isEqual(*RVUserActivityData::make(std::nullopt, std::nullopt)));
+  EXPECT_EQ(empty->hash(), 0U);
+  EXPECT_FALSE(data->isEqual(OpenableURL(URL{"T"})));
+}
+
+TEST_F(Opening, AnActivityGoesToTheApplicationThatContainsTheWidget) {
+  const auto data = RVUserActivityData::make("org.linewatch.T", Dictionary{{"key", "value"}});
+  EXPECT_THAT(platform_->transcript().names(), ElementsAre("shareSession"));
+  for (int times = 1; times <= 2; ++times) {
+    open(*data);
+    EXPECT_EQ(outcome_.calls, 0) << "reported later";
+    platform_->runUntilIdle();
+    EXPECT_EQ(outcome_.calls, 1);
+    EXPECT_TRUE(outcome_.success);
+    EXPECT_FALSE(outcome_.error);
+  }
+  const auto opened = platform_->transcript().eventsNamed("openUserActivity");
+  ASSERT_EQ(opened.size(), 2U);
+  EXPECT_EQ(opened[0].fields, (Dictionary{{"type", "org.linewatch.T"},
+                                          {"userInfo", Dictionary{{"key", "value"}}},
+                                          {"application", "org.linewatch.Rova"},
+                                          {"promptToUnlock", true}}));
+  EXPECT_THAT(platform_->transcript().logTexts(), IsEmpty());
+  data->openInContext(nullptr, nullptr);
+  platform_->runUntilIdle();
+}
+
+TEST_F(Opening, TheSystemsFailureArrivesUnchanged) {
+  World world;
+  world.opens = false;
+  install(world);
+  open(*RVUserActivityData::make("T", std::nullopt));
+  platform_->runUntilIdle();
+  EXPECT_EQ(outcome_.calls, 1);
+  EXPECT_FALSE(outcome_.success);
+  EXPECT_EQ(outcome_.error->domain, simulation::kSimulatedOpeningErrorDomain);
+}
+
+TEST_F(Opening, WhatCannotBecomeAnActivityReportsItself) {
+  World world;
+  world.acceptsActivities = false;
+  install(world);
+  const auto data = RVUserActivityData::make("T", Dictionary{});
+  open(*data);
+  EXPECT_EQ(outcome_.calls, 1);
+  EXPECT_FALSE(outcome_.success);
+  EXPECT_EQ(outcome_.error,
+            (Error{"RVUserActivityErrorDomain",
+                   0,
+                   {{"RVUserActivityErrorMissingActivityKey", Value(std::shared_ptr<const Object>(data))}}}));
+  data->openInContext(nullptr, nullptr);
+
+  install();
+  open(*RVUserActivityData::make(std::nullopt, Dictionary{}));
+  EXPECT_EQ(outcome_.error->domain, "RVUserActivityErrorDomain");
+  platform_->runUntilIdle();
+  EXPECT_EQ(platform_->transcript().countOf("openUserActivity"), 0U);
+  EXPECT_THAT(platform_->transcript().logTexts(), IsEmpty());
+}
+
+TEST_F(Opening, TheContainingApplicationFollowsTheProcessesRecord) {
+  struct Row {
+    WorldBundle bundle;
+    std::optional<std::string> application;
+    bool fails;
+  };
+  for (const Row& row :
+       {Row{WorldBundle::plugin, "org.linewatch.Rova", false},
+        Row{WorldBundle::application, "org.linewatch.Rova", false},
+        Row{WorldBundle::other, std::nullopt, false}, Row{WorldBundle::none, std::nullopt, true}}) {
+    World world;
+    world.bundle = row.bundle;
+    install(world);
+    std::optional<Error> error;
+    const auto application = _rova_containingApplicationProxy(&error);
+    EXPECT_EQ(application ? std::optional(application->bundleIdentifier) : std::nullopt, row.application);
+    EXPECT_EQ(error.has_value(), row.fails);
+    EXPECT_EQ(_rova_containingApplicationProxy().has_value(), row.application.has_value());
+
+    open(*RVUserActivityData::make("T", Dictionary{}));
+    EXPECT_EQ(outcome_.calls, row.fails ? 1 : 0);
+    platform_->runUntilIdle();
+    EXPECT_EQ(outcome_.success, !row.fails);
+    EXPECT_EQ(platform_->transcript().countOf("openUserActivity"), row.fails ? 0U : 1U)
+        << "without an application the system chooses one";
+    if (row.fails) {
+      EXPECT_EQ(outcome_.error, error);
+      EXPECT_EQ(*error, (Error{"RovaActivityErrorDomain",
+                               0,
+                               {{"debugDescription", "no appliction proxy object for current process"}}}));
+    }
+  }
+}
+
+TEST_F(Opening, AURLGoesThroughTheHostOfTheWidget) {
+  const OpenableURL url(URL{"rova://?t=r"});
+  for (const bool opens : {true, false}) {
+    World world;
+    world.opens = opens;
+    install(world);
+    const auto controller = platform_->makeViewController();
+    open(url, controller);
+    EXPECT_EQ(outcome_.calls, 0);
+    platform_->runUntilIdle();
+    EXPECT_EQ(outcome_.calls, 1);
+    EXPECT_EQ(outcome_.success, opens);
+    EXPECT_FALSE(outcome_.error);
+    EXPECT_THAT(platform_->transcript().names(), ElementsAre("shareSession", "openURL"));
+    EXPECT_EQ(platform_->transcript().eventsNamed("openURL")[0].field("url"), Value("rova://?t=r"));
+    url.openInContext(controller, nullptr);
+    platform_->runUntilIdle();
+  }
+  EXPECT_TRUE(url.isEqual(OpenableURL(URL{"rova://?t=r"})));
+  EXPECT_EQ(url.hash(), OpenableURL(URL{"rova://?t=r"}).hash());
+  EXPECT_FALSE(url.isEqual(OpenableURL(URL{"rova://?t=R"})));
+}
+
+TEST_F(Opening, AURLOpensNothingWithoutTheWidgetsController) {
+  const OpenableURL url(URL{"rova://?t=r"});
+  open(url);
+  open(url, std::make_shared<RovaActivity>());
+  EXPECT_THAT(platform_->transcript().names(), IsEmpty());
+  World world;
+  world.host.hosted = false;
+  install(world);
+  open(url, platform_->makeViewController());
+  platform_->runUntilIdle();
+  EXPECT_EQ(outcome_.calls, 0);
+  EXPECT_EQ(platform_->transcript().countOf("openURL"), 0U);
+}
+
+/// The bytes as the bunzip2 program unpacks them.
+Bytes unpacked(const Bytes& packed) {
+  const std::string folder = testing::TempDir(), file = folder + "linewatch_opening_test.bz2";
+  std::ofstream(file, std::ios::binary)
+      .write(reinterpret_cast<const char*>(packed.data()), static_cast<std::streamsize>(packed.size()));
+  const std::string result = folder + "linewatch_opening_test";
+  EXPECT_EQ(std::system((std::string(BUNZIP2) + " -c " + file + " > " + result).c_str()), 0);
+  std::ifstream in(result, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  std::remove(file.c_str());
+  std::remove(result.c_str());
+  return {text.begin(), text.end()};
+}
+
+TEST_F(Opening, CompressedRecordsUnpackToTheirBytes) {
+  RovaActivity activity;
+  activity.setSearchString("Hauptbahnhof");
+  std::string longText;
+  for (int i = 0; i < 60000; ++i) longText += std::to_string(i * 7919);
+  RovaActivity large;
+  large.setSearchString(longText);
+  for (const Bytes& bytes : {Bytes(), activity.data(), large.data()}) {
+    const auto packed = bzip2CompressedData(bytes);
+    ASSERT_TRUE(packed);
+    EXPECT_TRUE(unpacked(*packed) == bytes) << bytes.size();
+  }
+}
+
+TEST_F(Opening, WhatCannotBeCompressedGivesNothing) {
+  World world;
+  world.compresses = false;
+  install(world);
+  EXPECT_FALSE(bzip2CompressedData({1, 2, 3}));
+}
+
+}  // namespace
+}  // namespace linewatch
