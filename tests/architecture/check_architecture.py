@@ -25,8 +25,7 @@ LIBRARIES = {
     "app": None,
     "desktop": None,
     "simulation": re.compile(r"nlohmann/.*"),
-    "activity": re.compile(r"bzlib\.h"),
-    "platform": re.compile(r"cxxabi\.h"),  # the compilers' own, for the names of classes
+    "platform": re.compile(r"bzlib\.h|cxxabi\.h"),  # the second is the compilers' own, for the names of classes
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
