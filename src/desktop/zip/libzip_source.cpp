@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <zip.h>
+
+#include "desktop/zip_source.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// A feed has a few dozen tables.
+constexpr zip_int64_t kMostEntries = 10'000;
+constexpr std::size_t kBlock = std::size_t{64} << 10U;
+
+struct ZipCloser {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+};
+
+using Archive = std::unique_ptr<zip_t, ZipCloser>;
+using ArchivedFile = std::unique_ptr<zip_file_t, ZipCloser>;
+using ArchiveBytes = std::unique_ptr<zip_source_t, ZipCloser>;
+
+class ZipError {
+ public:
+  ZipError() { zip_error_init(&error_); }
+  ZipError(const ZipError&) = delete;
+  ZipError& operator=(const ZipError&) = delete;
+  ~ZipError() { zip_error_fini(&error_); }
+
+  zip_error_t* get() { return &error_; }
+  std::string text() { return zip_error_strerror(&error_); }
+
+ private:
+  zip_error_t error_{};
+};
+
+/// What the user would do by hand with a second folder that some tools add.
+bool isOfTheFeed(std::string_view entry) { return !entry.starts_with("__MACOSX/") && !entry.ends_with('/'); }
+
+/// The folder in which all the feed's entries are, with its slash; empty for the top.
+std::string commonFolder(zip_t* archive) {
+  std::optional<std::string> common;
+  for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
+    const char* const name = zip_get_name(archive, static_cast<zip_uint64_t>(i), 0);
+    if (name == nullptr || !isOfTheFeed(name)) continue;
+    const std::string_view entry = name;
+    if (!common) common = entry;
+    const auto parting = std::mismatch(common->begin(), common->end(), entry.begin(), entry.end()).first;
+    common->resize(static_cast<std::size_t>(parting - common->begin()));
+    common->resize(common->rfind('/') + 1);
+  }
+  return common.value_or("");
+}
+
+class ZipSource final : public GtfsSource {
+ public:
+  ZipSource(ZipArchive input, Archive archive)
+      : input_(std::move(input)), archive_(std::move(archive)), folder_(commonFolder(archive_.get())) {}
+
+  Outcome<std::optional<std::string>> file(std::string_view name) override;
+
+ private:
+  Outcome<std::optional<std::string>> unpacked(zip_uint64_t entry, std::string_view name);
+  Error broken(std::string_view name, std::string_view why) const { return failure(input_.name, name, why); }
+
+  /// Its bytes, if any, are the archive's until the end: a vector that moves keeps their place.
+  ZipArchive input_;
+  Archive archive_;
+  std::string folder_;
+};
+
+Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
+  const std::string path = folder_ + std::string(name);
+  const zip_int64_t entry = zip_name_locate(archive_.get(), path.c_str(), 0);
+  if (entry < 0) return std::optional<std::string>();
+  zip_stat_t facts;
+  if (zip_stat_index(archive_.get(), static_cast<zip_uint64_t>(entry), 0, &facts) != 0) {
+    return broken(name, zip_strerror(archive_.get()));
+  }
+  if ((facts.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && facts.encryption_method != ZIP_EM_NONE) {
+    return broken(name, "it is encrypted");
+  }
+  if ((facts.valid & ZIP_STAT_SIZE) != 0 && facts.size > kLargestGtfsTable) {
+    return broken(name, "it unpacks to more than 64 MiB");
+  }
+  return unpacked(static_cast<zip_uint64_t>(entry), name);
+}
+
+/// The size that the archive states is not believed: reading goes on to the end, where the check sum is
+/// compared.
+Outcome<std::optional<std::string>> ZipSource::unpacked(zip_uint64_t entry, std::string_view name) {
+  const ArchivedFile file(zip_fopen_index(archive_.get(), entry, 0));
+  if (!file) return broken(name, zip_strerror(archive_.get()));
+  std::string bytes;
+  for (;;) {
+    const std::size_t size = bytes.size();
+    if (size > kLargestGtfsTable) return broken(name, "it unpacks to more than 64 MiB");
+    bytes.resize(size + kBlock);
+    const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, kBlock);
+    if (count < 0) return broken(name, zip_file_strerror(file.get()));
+    bytes.resize(size + static_cast<std::size_t>(count));
+    if (count == 0) return std::optional(std::move(bytes));
+  }
+}
+
+ArchiveBytes packedBytes(const ZipArchive& archive, ZipError& error) {
+  return ArchiveBytes(
+      archive.bytes ? zip_source_buffer_create(archive.bytes->data(), archive.bytes->size(), 0, error.get())
+                    : zip_source_file_create(archive.name.c_str(), 0, -1, error.get()));
+}
+
+Outcome<std::unique_ptr<GtfsSource>> opened(ZipArchive input) {
+  ZipError error;
+  ArchiveBytes packed = packedBytes(input, error);
+  Archive archive(packed ? zip_open_from_source(packed.get(), ZIP_RDONLY, error.get()) : nullptr);
+  if (!archive) return failure(input.name, "", error.text());
+  (void)packed.release();  // the archive's now
+  const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
+  if (entries == 0) return failure(input.name, "", "it holds no files");
+  if (entries > kMostEntries) return failure(input.name, "", "it holds more than 10000 files");
+  return std::unique_ptr<GtfsSource>(std::make_unique<ZipSource>(std::move(input), std::move(archive)));
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) void linewatch_openZip(
+    ZipArchive archive, Outcome<std::unique_ptr<GtfsSource>>& source) {
+  source = opened(std::move(archive));
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,36 @@
+#include "desktop/zip_source.h"
+
+#include <system_error>
+#include <utility>
+
+#include "desktop/module.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+Outcome<std::unique_ptr<GtfsSource>> open(ZipArchive archive) {
+  const Outcome<void*> entry = moduleEntry("zip", "linewatch_openZip");
+  if (!entry) return entry.error();
+  Outcome<std::unique_ptr<GtfsSource>> source{nullptr};
+  reinterpret_cast<ZipOpening> (*entry)(std::move(archive), source);
+  return source;
+}
+
+}  // namespace
+
+Outcome<std::unique_ptr<GtfsSource>> openZip(const std::filesystem::path& archive) {
+  std::error_code trouble;
+  const std::filesystem::file_status status = std::filesystem::status(archive, trouble);
+  // A pipe or a device could keep its reader waiting for ever.
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    return failure(archive.string(), "", "it is not a file");
+  }
+  return open({archive.string(), std::nullopt});
+}
+
+Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes, std::string name) {
+  return open({std::move(name), std::move(bytes)});
+}
+
+}  // namespace linewatch::desktop
