@@ -21,7 +21,7 @@ ROWS = [
     ("src/list/b.cpp", "#include <QString>\n", "not the standard library"),
     ("src/simulation/b.cpp", "#include <unicode/ucnv.h>\n", "not the standard library"),
     ("src/simulation/b.cpp", "#include <nlohmann/json.hpp>\n", None),
-    ("src/activity/b.cpp", "#include <bzlib.h>\n", None),
+    ("src/platform/b.cpp", "#include <bzlib.h>\n", None),
     ("src/widget/b.cpp", "#include <thread>\n", "no threads of its own"),
     ("src/misc/b.h", "", "has no place among the folders"),
     ("docs/b.md", "fine\nas the sp" + "ec says", '2: "the sp' + 'ec" leans on'),
