@@ -2,35 +2,13 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
-#include <variant>
 
 #include "platform/error.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 
-/// What an operation gives: a T, or the error that kept it from one.
-template <class T>
-class [[nodiscard]] Outcome {
- public:
-  Outcome(T value) : contents_(std::move(value)) {}
-  Outcome(Error error) : contents_(std::move(error)) {}
-
-  bool succeeded() const { return contents_.index() == 0; }
-  explicit operator bool() const { return succeeded(); }
-
-  /// Only after a success.
-  T& operator*() { return std::get<0>(contents_); }
-  const T& operator*() const { return std::get<0>(contents_); }
-  T* operator->() { return &std::get<0>(contents_); }
-  const T* operator->() const { return &std::get<0>(contents_); }
-
-  /// Only after a failure.
-  const Error& error() const { return std::get<1>(contents_); }
-
- private:
-  std::variant<T, Error> contents_;
-};
+using linewatch::Outcome;
 
 /// The domain of the desktop platform's own errors.
 inline constexpr std::string_view kDesktopErrorDomain = "LineWatchDesktop";
