@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace linewatch::desktop {
+
+/// The text as a search compares it: case, accents and the forms of one letter make no difference ("Łódź",
+/// "LODZ" and "lodz" are one). UTF-8.
+std::string folded(std::string_view text);
+
+/// The runs of letters, digits and their marks, as pieces of the text, in its order.
+std::vector<std::string_view> wordsOf(std::string_view text);
+
+/// The number of code points.
+std::size_t lengthInCharacters(std::string_view text);
+
+/// Orders folded texts as people count: runs of digits by their number, so that "9" comes before "10".
+bool naturallyBefore(std::string_view a, std::string_view b);
+
+}  // namespace linewatch::desktop

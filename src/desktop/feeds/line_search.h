@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "desktop/feeds/line_index.h"
+#include "desktop/outcome.h"
+
+namespace linewatch::desktop {
+
+/// One line of one of several feeds.
+struct FoundLine {
+  SharedLineIndex index;
+  std::size_t route = 0;
+
+  const FeedRoute& entry() const { return index->routes()[route]; }
+  const std::string& name() const { return index->nameOfRoute(route); }
+  bool operator==(const FoundLine&) const = default;
+};
+
+/// The lines that the query fits: each of its words starts a word of the line's names or of its agency's, in
+/// any order, case and accent. Lines of that very name come first, then lines whose name starts so, both in
+/// natural order; then the rest as the feeds have them. An empty query fits every line.
+std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
+
+/// The one line that a user names: by its route id, by feed and route id ("Metro:12"), or by a name that no
+/// other line has ("12", "Metro:Red Line"). The error of a name that fits several lines, or none, says which
+/// ones may be meant.
+Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name);
+
+}  // namespace linewatch::desktop
