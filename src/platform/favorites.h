@@ -45,8 +45,8 @@ class FavoritesContainer {
  public:
   virtual ~FavoritesContainer() = default;
 
-  /// Calls `operation` exactly once with all favourites, later than this call returns and possibly on another
-  /// thread.
+  /// Calls `operation` exactly once with all favourites: not within this call, but possibly on another thread
+  /// while this call still returns.
   virtual void readContents(std::function<void(const Favorites&)> operation) = 0;
 };
 

@@ -41,7 +41,7 @@ class LimitedBuilder final : public nlohmann::json_sax<Json> {
   /// Null beyond the limit.
   template <class T>
   Json* add(T&& value) {
-    if (++count_ > kMaximumValueCount) return nullptr;
+    if (++count_ > kMaximumItemCount) return nullptr;
     if (open_.empty()) return &(root_ = std::forward<T>(value));
     Json& parent = *open_.back();
     if (parent.is_object()) return &(parent[std::move(key_)] = std::forward<T>(value));
@@ -119,6 +119,13 @@ std::optional<Value> dictionaryOf(const Json& json) {
   return Value(std::move(dictionary));
 }
 
+std::size_t itemCountOf(const Json& json) {
+  std::size_t count = 1;
+  if (!json.is_structured()) return count;
+  for (const Json& part : json) count += itemCountOf(part);
+  return count;
+}
+
 }  // namespace
 
 Json tagged(Kind kind) { return Json::array({static_cast<std::uint64_t>(kind)}); }
@@ -184,9 +191,11 @@ std::optional<Json> read(std::span<const std::uint8_t> bytes) {
   return builder.takeRoot();
 }
 
+bool canBeRead(const Json& json) { return itemCountOf(json) <= kMaximumItemCount; }
+
 std::optional<Bytes> bytesOf(const Value& value) {
   const auto json = jsonOf(value);
-  return json ? std::optional(Json::to_cbor(*json)) : std::nullopt;
+  return json && canBeRead(*json) ? std::optional(Json::to_cbor(*json)) : std::nullopt;
 }
 
 std::optional<Value> valueIn(std::span<const std::uint8_t> bytes) {

@@ -29,10 +29,10 @@ using Json = nlohmann::json;
 /// not be UTF-8. Equal values give identical bytes.
 enum class Kind : std::uint8_t { unsignedInteger = 0, array, error, list, object };
 
-/// A value nests at most this deep, and so many values an archive holds at most; CBOR that goes beyond is not
-/// read, however it came to be.
+/// How deep a value may nest.
 inline constexpr int kMaximumDepth = 200;
-inline constexpr std::size_t kMaximumValueCount = 4'000'000;
+/// How many CBOR items there may be in all. A few bytes can stand for an item that fills a hundred of memory.
+inline constexpr std::size_t kMaximumItemCount = 1'000'000;
 
 /// An array that starts with its kind.
 Json tagged(Kind kind);
@@ -48,7 +48,10 @@ std::optional<Value> valueOf(const Json& json);
 /// limits.
 std::optional<Json> read(std::span<const std::uint8_t> bytes);
 
-/// A plain value as bytes and back; absent as above.
+/// Whether there are not too many items in it to be read again.
+bool canBeRead(const Json& json);
+
+/// A plain value as bytes and back; absent as above, or when there are too many items in it.
 std::optional<Bytes> bytesOf(const Value& value);
 std::optional<Value> valueIn(std::span<const std::uint8_t> bytes);
 

@@ -17,7 +17,7 @@ constexpr std::array<std::uint8_t, 3> kMark = {0xD9, 0xD9, 0xF7};
 
 std::optional<Bytes> CborKeyedArchiver::archivedData(const ArchivedObject& root, bool requiringSecureCoding) {
   const auto json = cbor::archived(root, requiringSecureCoding);
-  if (!json) return std::nullopt;
+  if (!json || !cbor::canBeRead(*json)) return std::nullopt;
   Bytes bytes(kMark.begin(), kMark.end());
   cbor::Json::to_cbor(*json, bytes);
   return bytes;

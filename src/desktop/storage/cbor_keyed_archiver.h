@@ -19,8 +19,8 @@ enum class ArchiveErrorCode : std::int64_t {
 ///
 ///     archive   D9 D9 F7 (CBOR's own mark, tag 55799), then the root as one CBOR item
 ///
-/// What the items look like stands in cbor.h. An object and its parts nest at most 200 deep; what nests
-/// deeper, and what holds an object that is not archivable, cannot be archived.
+/// What the items look like, and how deep and how many there may be, stands in cbor.h. What goes beyond, and
+/// what holds an object that is not archivable, cannot be archived.
 class CborKeyedArchiver final : public KeyedArchiver {
  public:
   std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) override;

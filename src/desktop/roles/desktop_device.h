@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "platform/device.h"
+
+namespace linewatch::desktop {
+
+/// A desktop computer: whoever can see the widget has unlocked it, and it has none of the capabilities that
+/// only some hand-held devices have.
+class DesktopDevice final : public Device {
+ public:
+  /// `diagnose` says how the connection is at the moment; without one nothing is known.
+  explicit DesktopDevice(std::function<ConnectionFailureDiagnosis()> diagnose)
+      : diagnose_(std::move(diagnose)) {}
+
+  ConnectionFailureDiagnosis diagnoseConnectionFailure() override {
+    return diagnose_ ? diagnose_() : ConnectionFailureDiagnosis::unknown;
+  }
+  bool hasCapability(std::string_view) override { return false; }
+  int lockState() override { return 0; }
+
+ private:
+  std::function<ConnectionFailureDiagnosis()> diagnose_;
+};
+
+}  // namespace linewatch::desktop

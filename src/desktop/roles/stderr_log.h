@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdio>
+
+#include "platform/log.h"
+
+namespace linewatch::desktop {
+
+/// Writes each line as "linewatch: TEXT" to standard error: errors always, with private arguments left out;
+/// when verbose, lines of every level with all their arguments. What controls a terminal is replaced, so that
+/// a feed's text cannot.
+class StderrLog final : public Log {
+ public:
+  explicit StderrLog(bool isVerbose, std::FILE* stream = stderr) : isVerbose_(isVerbose), stream_(stream) {}
+
+  void write(const LogMessage& message) override;
+  bool isEnabled(LogLevel level) const override { return isVerbose_ || level == LogLevel::error; }
+
+ private:
+  bool isVerbose_;
+  std::FILE* stream_;
+};
+
+}  // namespace linewatch::desktop

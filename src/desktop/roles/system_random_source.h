@@ -1,0 +1,18 @@
+#pragma once
+
+#include <random>
+
+#include "platform/random_source.h"
+
+namespace linewatch::desktop {
+
+/// The system's own random numbers.
+class SystemRandomSource final : public RandomSource {
+ public:
+  std::uint32_t next() override { return device_(); }
+
+ private:
+  std::random_device device_;
+};
+
+}  // namespace linewatch::desktop
