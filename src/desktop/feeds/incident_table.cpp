@@ -47,7 +47,7 @@ void IncidentTable::indexAgencies() {
 void IncidentTable::addSelectors(std::uint32_t incident, std::uint32_t entity) {
   const AlertsMessage::Entity& alert = message_->entities()[entity];
   const auto selectors = message_->selectors(alert);
-  if (selectors.empty()) ++counts_.incidentsWithoutSelector;
+  if (selectors.empty()) ++counts_.alertsWithoutSelector;
   for (const AlertSelector& selector : selectors) {
     switch (addSelector(incident, selector, alert.effect)) {
       case Fit::lines:
@@ -129,8 +129,8 @@ void IncidentTable::forGroupsOf(std::size_t route, Operation operation) const {
   std::vector<std::optional<AgencyKey>> agencies{std::nullopt};
   if (entry.agency) {
     const FeedAgency& owner = lines_->agencies()[*entry.agency];
-    if (!owner.id.empty()) agencies.push_back(AgencyKey{.byId = true, .text = owner.id});
-    if (!owner.name.empty()) agencies.push_back(AgencyKey{.byId = false, .text = owner.name});
+    if (!owner.id.empty()) agencies.emplace_back(AgencyKey{.byId = true, .text = owner.id});
+    if (!owner.name.empty()) agencies.emplace_back(AgencyKey{.byId = false, .text = owner.name});
   }
   std::vector<std::optional<std::int32_t>> types{std::nullopt};
   if (entry.type) {
@@ -150,9 +150,8 @@ std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route) co
     const std::vector<std::uint32_t>& ofGroup = groups_.find(key)->second.incidents;
     all.insert(all.end(), ofGroup.begin(), ofGroup.end());
   });
-  std::ranges::sort(all);
-  const auto repeated = std::ranges::unique(all);
-  all.erase(repeated.begin(), repeated.end());
+  std::sort(all.begin(), all.end());
+  all.erase(std::unique(all.begin(), all.end()), all.end());
   return all;
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "desktop/feeds/alerts_message.h"
@@ -22,8 +23,8 @@ struct SelectorCounts {
   std::size_t notAboutLines = 0;
   /// They name nothing that the lines know: the lines and the alerts may not belong together.
   std::size_t unknown = 0;
-  /// Incidents that say of nothing what they are about.
-  std::size_t incidentsWithoutSelector = 0;
+  /// Alerts that do not say what they are about.
+  std::size_t alertsWithoutSelector = 0;
 
   bool operator==(const SelectorCounts&) const = default;
 };
@@ -47,13 +48,17 @@ class IncidentTable {
   struct AgencyKey {
     bool byId = false;
     std::string_view text;
-    auto operator<=>(const AgencyKey&) const = default;
+    bool operator<(const AgencyKey& other) const {
+      return std::tie(byId, text) < std::tie(other.byId, other.text);
+    }
   };
   // What selectors without a route are about: the lines of an agency, of a type, or of both.
   struct GroupKey {
     std::optional<AgencyKey> agency;
     std::optional<std::int32_t> type;
-    auto operator<=>(const GroupKey&) const = default;
+    bool operator<(const GroupKey& other) const {
+      return std::tie(agency, type) < std::tie(other.agency, other.type);
+    }
   };
   struct Group {
     std::vector<std::uint32_t> incidents;

@@ -1,5 +1,7 @@
 #include "desktop/feeds/utf8.h"
 
+#include <algorithm>
+
 #include <unicode/utf8.h>
 
 namespace linewatch::desktop {
@@ -31,6 +33,11 @@ void appendCharacter(std::string& text, std::int32_t character) {
   std::size_t length = 0;
   U8_APPEND_UNSAFE(bytes, length, character);
   text.append(bytes, length);
+}
+
+std::size_t countCharacters(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char byte) { return U8_IS_TRAIL(byte) == 0; }));
 }
 
 bool isValidUtf8(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +12,8 @@ inline constexpr std::int32_t kReplacementCharacter = 0xFFFD;
 /// Takes the first character off a text that is not empty; U+FFFD for a piece that is no UTF-8.
 std::int32_t takeCharacter(std::string_view& text);
 void appendCharacter(std::string& text, std::int32_t character);
+/// The number of characters of valid UTF-8.
+std::size_t countCharacters(std::string_view text);
 
 bool isValidUtf8(std::string_view text);
 /// The text with every piece that is no UTF-8 replaced by U+FFFD.

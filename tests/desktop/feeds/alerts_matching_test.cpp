@@ -122,7 +122,7 @@ TEST(IncidentTable, CountsSelectorsThatResolveToNothing) {
                                                       {.trip = TripSketch{.tripId = "t"}}}},
                                        {.id = "2"}});
   EXPECT_EQ(table.counts(),
-            (SelectorCounts{.fitting = 2, .notAboutLines = 2, .unknown = 5, .incidentsWithoutSelector = 1}));
+            (SelectorCounts{.fitting = 2, .notAboutLines = 2, .unknown = 5, .alertsWithoutSelector = 1}));
 }
 
 std::vector<std::string> distinctIds(const IncidentTable& table) {

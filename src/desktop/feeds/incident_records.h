@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "desktop/feeds/feed_texts.h"
+#include "desktop/feeds/incident_table.h"
+#include "platform/date.h"
+#include "platform/transit_incident.h"
+
+namespace linewatch::desktop {
+
+/// How the user reads incidents.
+struct IncidentLanguage {
+  /// Language tags, the best first.
+  std::vector<std::string> languages;
+  FeedTexts texts = FeedTexts::english();
+};
+
+/// Makes the records of the incidents of a table, each when a line that has it is asked for and once for all
+/// of them.
+class IncidentRecords {
+ public:
+  /// `now` chooses among the periods of an incident.
+  IncidentRecords(SharedIncidentTable table, IncidentLanguage language, Date now);
+
+  TransitIncidents ofRoute(std::size_t route);
+
+ private:
+  SharedIncident record(std::uint32_t place);
+  SharedIncident make(const DistinctIncident& incident) const;
+  std::uint64_t muidOf(const DistinctIncident& incident) const;
+  std::vector<AlertTranslation> translations(const DistinctIncident& incident, AlertText kind) const;
+  std::string bestText(const DistinctIncident& incident, AlertText kind) const;
+  OptionalText bestAddress(const DistinctIncident& incident) const;
+
+  SharedIncidentTable table_;
+  IncidentLanguage language_;
+  Date now_;
+  std::unordered_map<std::uint32_t, SharedIncident> made_;
+};
+
+}  // namespace linewatch::desktop

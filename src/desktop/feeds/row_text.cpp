@@ -1,0 +1,133 @@
+#include "desktop/feeds/row_text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <unordered_set>
+
+#include <unicode/uchar.h>
+
+#include "desktop/feeds/sentences.h"
+#include "desktop/feeds/utf8.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// In code points. A row has as many lines as it needs, so that only what nobody meant to be read is cut.
+constexpr std::size_t kEnough = 80;        // a further sentence follows only a shorter text ...
+constexpr std::size_t kComfortable = 200;  // ... and only if the whole stays below this
+constexpr std::size_t kLongest = 400;
+
+std::string onOneLine(std::string_view text) {
+  std::string line;
+  for (const std::string& sentence : sentencesOf(text)) {
+    if (!line.empty()) line += ' ';
+    line += sentence;
+  }
+  return line;
+}
+
+std::string cutAtWord(std::string text) {
+  if (countCharacters(text) <= kLongest) return text;
+  std::string_view rest = text;
+  for (std::size_t taken = 0; taken + 1 < kLongest; ++taken) takeCharacter(rest);
+  const std::size_t end = text.size() - rest.size();
+  const std::size_t word = text.rfind(' ', end);
+  text.resize(word != std::string::npos && word > end / 2 ? word : end);
+  while (!text.empty() && std::string_view(" ,;:-").find(text.back()) != std::string_view::npos)
+    text.pop_back();
+  return text + "\xE2\x80\xA6";
+}
+
+std::string withoutLooseEnd(std::string text) {
+  for (;;) {
+    const std::size_t before = text.size();
+    while (!text.empty() && std::string_view(" -:;,|/").find(text.back()) != std::string_view::npos)
+      text.pop_back();
+    for (const std::string_view dash : {"\xE2\x80\x93", "\xE2\x80\x94"}) {
+      if (text.ends_with(dash)) text.resize(text.size() - dash.size());
+    }
+    if (text.size() == before) return text;
+  }
+}
+
+/// The words alone, to compare what two texts say: " route 5 detour ".
+std::string wordsOf(std::string_view text) {
+  std::string words = " ";
+  while (!text.empty()) {
+    const std::int32_t character = takeCharacter(text);
+    if (u_isalnum(character) || u_charType(character) == U_NON_SPACING_MARK) {
+      appendCharacter(words, u_foldCase(character, U_FOLD_CASE_DEFAULT));
+    } else if (words.back() != ' ') {
+      words += ' ';
+    }
+  }
+  if (words.back() != ' ') words += ' ';
+  return words;
+}
+
+// "Route 5 detour - Use stop 12" below the title "Route 5 detour" says "Use stop 12".
+std::string_view withoutTitle(std::string_view sentence, std::string_view title) {
+  if (title.empty() || !sentence.starts_with(title)) return sentence;
+  std::string_view rest = sentence.substr(title.size());
+  const std::size_t text = rest.find_first_not_of(" :,|-");
+  const bool isSetOff = rest.find_first_of(":,|-") < text;
+  for (const std::string_view dash : {" \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
+    if (rest.starts_with(dash)) return rest.substr(dash.size());
+  }
+  return isSetOff && text != std::string_view::npos ? rest.substr(text) : sentence;
+}
+
+bool namesAddress(std::string_view sentence) {
+  return sentence.find("://") != std::string_view::npos || sentence.find("www.") != std::string_view::npos;
+}
+
+/// Collects sentences as long as they are news and the text is short.
+class SecondaryText {
+ public:
+  explicit SecondaryText(std::string_view title) : title_(title), known_(wordsOf(title)) {}
+
+  bool isEnough() const { return countCharacters(text_) >= kEnough; }
+
+  void offer(std::string_view written) {
+    const std::string_view sentence = withoutTitle(written, title_);
+    const std::string words = wordsOf(sentence);
+    const bool isNews = words.size() > 1 && known_.find(words) == std::string::npos;
+    if (!isNews || namesAddress(sentence) || !said_.insert(words).second) return;
+    if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > kComfortable) {
+      isFull_ = true;
+      return;
+    }
+    if (!text_.empty()) text_ += endsSentence(text_) ? " " : ". ";
+    text_ += withoutLooseEnd(std::string(sentence));
+  }
+  bool isFull() const { return isFull_ || isEnough(); }
+  std::string finish() && { return cutAtWord(std::move(text_)); }
+
+ private:
+  std::string_view title_;
+  std::string known_;
+  std::unordered_set<std::string> said_;
+  std::string text_;
+  bool isFull_ = false;
+};
+
+}  // namespace
+
+std::string rowTitle(std::string_view header) { return cutAtWord(withoutLooseEnd(onOneLine(header))); }
+
+std::string rowSecondaryText(std::string_view description, std::string_view title) {
+  SecondaryText text(title);
+  for (const std::string& sentence : sentencesOf(description)) {
+    if (text.isFull()) break;
+    text.offer(sentence);
+  }
+  return std::move(text).finish();
+}
+
+bool titleSays(std::string_view title, std::string_view text) {
+  return wordsOf(title).find(wordsOf(text)) != std::string::npos;
+}
+
+}  // namespace linewatch::desktop

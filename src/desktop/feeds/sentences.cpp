@@ -1,0 +1,215 @@
+#include "desktop/feeds/sentences.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+#include <unicode/uchar.h>
+
+#include "desktop/feeds/utf8.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// What agencies cut short, in the languages of their texts; in byte order and without the full stop.
+constexpr std::string_view kAbbreviations[] = {
+    "abs",   "approx", "apr",  "aug", "av",   "ave",  "bd",  "bhf",  "bldg", "blvd", "bru", "brux",
+    "bzw",   "ca",     "col",  "ctr", "dec",  "dept", "dez", "di",   "dir",  "do",   "dr",  "dra",
+    "ed",    "eng",    "esc",  "est", "estr", "evtl", "feb", "fr",   "fri",  "gen",  "ggf", "hbf",
+    "hr",    "hrs",    "hwy",  "imp", "incl", "inkl", "jan", "jr",   "jul",  "jun",  "ln",  "lt",
+    "mar",   "max",    "mi",   "min", "mo",   "mon",  "mr",  "mrs",  "ms",   "mt",   "nov", "nr",
+    "oct",   "okt",    "pkwy", "pl",  "pla",  "prof", "rd",  "resp", "rte",  "sa",   "sat", "sep",
+    "sept",  "so",     "sq",   "sr",  "st",   "sta",  "ste", "str",  "sun",  "tel",  "thu", "thur",
+    "thurs", "tue",    "tues", "urb", "usw",  "vgl",  "vs",  "wed",  "zzgl",
+};
+// Months as "27. Oktober" has them behind the day.
+constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
+                                                     "jul", "aug", "sep", "okt", "nov", "dez", "dec"};
+
+constexpr std::size_t kShortestWrappedLine = 60;
+constexpr std::size_t kLongestWrappedLine = 90;
+
+std::string folded(std::string_view text) {
+  std::string result;
+  while (!text.empty()) appendCharacter(result, u_foldCase(takeCharacter(text), U_FOLD_CASE_DEFAULT));
+  return result;
+}
+
+bool isTerminator(std::int32_t character) {
+  return character == '.' || character == '!' || character == '?' || character == 0x2026;
+}
+// Of scripts that set no space behind it.
+bool isFullWidthTerminator(std::int32_t character) {
+  return character == 0x3002 || character == 0xFF01 || character == 0xFF1F;
+}
+bool isCloser(std::int32_t character) {
+  constexpr std::u32string_view kClosers = U")]}\"'»”’";
+  return kClosers.find(static_cast<char32_t>(character)) != std::u32string_view::npos;
+}
+
+/// The word that ends the text, up to a space or an opening bracket.
+std::string_view lastWord(std::string_view text) {
+  const std::size_t before = text.find_last_of(" \n([/\"");
+  return before == std::string_view::npos ? text : text.substr(before + 1);
+}
+
+bool isDayBeforeMonth(std::string_view word, std::string_view next) {
+  if (word.size() > 2 || !std::ranges::all_of(word, [](char byte) { return byte >= '0' && byte <= '9'; }))
+    return false;
+  const std::string month = folded(next.substr(0, 8));
+  return std::ranges::any_of(kMonthsAfterOrdinals,
+                             [&](std::string_view name) { return month.starts_with(name); });
+}
+
+// `word` stands before the full stop, `next` behind it and the space.
+bool mayGoOn(std::string_view word, std::string_view next) {
+  const bool isInitial = countCharacters(word) == 1 && !(word.front() >= '0' && word.front() <= '9');
+  const bool isDotted = word.find('.') != std::string_view::npos;  // "a.m", "z.B"
+  return isInitial || isDotted || std::ranges::binary_search(kAbbreviations, folded(word)) ||
+         isDayBeforeMonth(word, next);
+}
+
+bool startsLowerCase(std::string_view text) { return !text.empty() && u_islower(takeCharacter(text)) != 0; }
+
+bool endsWithAny(std::string_view text, std::string_view bytes) {
+  return !text.empty() && bytes.find(text.back()) != std::string_view::npos;
+}
+
+/// Cuts a line into its sentences.
+class SentenceCutter {
+ public:
+  SentenceCutter(std::string_view line, std::vector<std::string>& sentences)
+      : line_(line), sentences_(sentences) {}
+
+  void cut() {
+    while (place_ < line_.size()) {
+      const std::size_t stop = place_;
+      const std::int32_t character = takeAt(place_);
+      if (isFullWidthTerminator(character)) {
+        finish(place_);
+      } else if (isTerminator(character)) {
+        consider(stop, character);
+      }
+    }
+    finish(line_.size());
+  }
+
+ private:
+  // The character at a place, which moves behind it.
+  std::int32_t takeAt(std::size_t& place) const {
+    std::string_view rest = line_.substr(place);
+    const std::int32_t character = takeCharacter(rest);
+    place = line_.size() - rest.size();
+    return character;
+  }
+
+  void consider(std::size_t stop, std::int32_t terminator) {
+    bool isSingle = true;
+    for (std::size_t after = place_; after < line_.size(); place_ = after) {
+      const std::int32_t next = takeAt(after);
+      if (!isTerminator(next) && !isCloser(next)) break;
+      isSingle = false;
+    }
+    if (place_ >= line_.size() || line_[place_] != ' ') return;
+    const std::string_view next = line_.substr(place_ + 1);
+    const std::string_view word = lastWord(line_.substr(start_, stop - start_));
+    if (startsLowerCase(next) || (terminator == '.' && isSingle && mayGoOn(word, next))) return;
+    finish(place_);
+  }
+
+  void finish(std::size_t end) {
+    const std::string_view sentence = line_.substr(start_, end - start_);
+    if (!sentence.empty()) sentences_.emplace_back(sentence);
+    start_ = std::min(line_.find_first_not_of(' ', end), line_.size());
+    place_ = std::max(place_, start_);
+  }
+
+  std::string_view line_;
+  std::vector<std::string>& sentences_;
+  std::size_t start_ = 0;
+  std::size_t place_ = 0;
+};
+
+/// Puts lines that belong together on one line.
+class LineJoiner {
+ public:
+  explicit LineJoiner(std::vector<std::string>& sentences) : sentences_(sentences) {}
+
+  void add(std::string_view line, bool startsParagraph) {
+    const bool isItem = removeBullet(line);
+    if (line.empty()) return;
+    const char* joint = current_.empty() ? "" : jointBefore(line, startsParagraph, isItem);
+    if (!joint) flush();
+    if (joint) current_ += joint;
+    current_ += line;
+    lastLineLength_ = countCharacters(line);
+  }
+  void flush() {
+    SentenceCutter(current_, sentences_).cut();
+    current_.clear();
+    isInList_ = false;
+  }
+
+ private:
+  static bool removeBullet(std::string_view& line) {
+    for (const std::string_view bullet : {"\xE2\x80\xA2 ", "- ", "\xE2\x80\x93 ", "* ", "\xC2\xB7 "}) {
+      if (!line.starts_with(bullet)) continue;
+      line.remove_prefix(bullet.size());
+      return true;
+    }
+    return false;
+  }
+
+  // What to put between; null when the line starts anew.
+  const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
+    if (endsWithAny(current_, ":")) {
+      if (startsParagraph && line.ends_with(':')) return nullptr;
+      isInList_ = isInList_ || !startsParagraph || isItem;
+      return " ";
+    }
+    if (startsParagraph) return nullptr;
+    if (isInList_ || isItem)
+      return endsSentence(current_) ? nullptr : endsWithAny(current_, ",;") ? " " : ", ";
+    if (startsLowerCase(line)) return " ";
+    const bool isWrapped = lastLineLength_ >= kShortestWrappedLine && lastLineLength_ <= kLongestWrappedLine;
+    return isWrapped && !endsSentence(current_) ? " " : nullptr;
+  }
+
+  std::vector<std::string>& sentences_;
+  std::string current_;
+  bool isInList_ = false;
+  std::size_t lastLineLength_ = 0;
+};
+
+}  // namespace
+
+std::vector<std::string> sentencesOf(std::string_view plainText) {
+  std::vector<std::string> sentences;
+  LineJoiner joiner(sentences);
+  bool startsParagraph = false;
+  while (!plainText.empty()) {
+    const std::size_t end = std::min(plainText.find('\n'), plainText.size());
+    const std::string_view line = plainText.substr(0, end);
+    joiner.add(line, startsParagraph);
+    startsParagraph = line.empty();
+    plainText.remove_prefix(std::min(end + 1, plainText.size()));
+  }
+  joiner.flush();
+  return sentences;
+}
+
+bool endsSentence(std::string_view text) {
+  constexpr std::size_t kMostClosers = 16;  // bytes
+  text.remove_prefix(text.size() - std::min(text.size(), kMostClosers));
+  bool ends = false;
+  while (!text.empty()) {
+    const std::int32_t character = takeCharacter(text);
+    const bool isEnd = isTerminator(character) || isFullWidthTerminator(character);
+    ends = isEnd || (ends && isCloser(character));
+  }
+  return ends;
+}
+
+}  // namespace linewatch::desktop

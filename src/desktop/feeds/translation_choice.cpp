@@ -1,0 +1,63 @@
+#include "desktop/feeds/translation_choice.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <tuple>
+#include <utility>
+
+namespace linewatch::desktop {
+
+namespace {
+
+char tagByte(char byte) {
+  if (byte == '_') return '-';
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+/// The next part of a tag, which loses it.
+std::string_view takeSubtag(std::string_view& tag) {
+  const std::size_t end = std::min(tag.find_first_of("-_"), tag.size());
+  const std::string_view subtag = tag.substr(0, end);
+  tag.remove_prefix(std::min(end + 1, tag.size()));
+  return subtag;
+}
+
+bool isSameSubtag(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, {}, tagByte, tagByte);
+}
+
+/// 0 for another language; else the more, the more parts are the same, and a tag that says nothing else is
+/// better.
+int fit(std::string_view wanted, std::string_view tag) {
+  int same = 0;
+  while (!wanted.empty() && !tag.empty()) {
+    if (!isSameSubtag(takeSubtag(wanted), takeSubtag(tag))) return 2 * same;
+    ++same;
+  }
+  return same == 0 ? 0 : 2 * same + (tag.empty() ? 1 : 0);
+}
+
+/// Smaller is better.
+using Rank = std::tuple<int, std::size_t, int>;
+
+Rank rankOf(std::string_view tag, std::span<const std::string> userLanguages, std::string_view feedLanguage) {
+  for (std::size_t place = 0; place < userLanguages.size(); ++place) {
+    if (const int common = fit(userLanguages[place], tag); common > 0) return {0, place, -common};
+  }
+  if (const int common = fit(feedLanguage, tag); common > 0) return {1, 0, -common};
+  return {tag.empty() ? 2 : 3, 0, 0};
+}
+
+}  // namespace
+
+std::vector<AlertTranslation> translationsByFit(std::vector<AlertTranslation> translations,
+                                                std::span<const std::string> userLanguages,
+                                                std::string_view feedLanguage) {
+  if (translations.size() < 2) return translations;
+  std::ranges::stable_sort(translations, {}, [&](const AlertTranslation& translation) {
+    return rankOf(translation.language, userLanguages, feedLanguage);
+  });
+  return translations;
+}
+
+}  // namespace linewatch::desktop
