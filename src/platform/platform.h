@@ -29,6 +29,13 @@ class TransitService;
 class UsageRecorder;
 class UserSession;
 
+namespace ui {
+class ImageSource;
+class InterfaceSettings;
+class NotificationCenter;
+class TextEngine;
+}  // namespace ui
+
 /// The world around the system: one object a role. Each role's header says what it promises. The objects live
 /// as long as the platform.
 class Platform {
@@ -49,6 +56,10 @@ class Platform {
   virtual UsageRecorder& usageRecorder() = 0;
   virtual AnalyticsEventFactory& analyticsEventFactory() = 0;
   virtual AnalyticsLogger& analyticsLogger() = 0;
+  virtual ui::TextEngine& textEngine() = 0;
+  virtual ui::ImageSource& imageSource() = 0;
+  virtual ui::InterfaceSettings& interfaceSettings() = 0;
+  virtual ui::NotificationCenter& notificationCenter() = 0;
 
   /// The library's, unless a platform has one of its own.
   virtual Compressor& compressor();

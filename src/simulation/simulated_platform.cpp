@@ -37,6 +37,8 @@ SimulatedPlatform::SimulatedPlatform(SharedBackstage backstage,
       usageRecorder_(backstage_),
       analyticsLogger_(backstage_),
       compressor_(backstage_),
+      imageSource_(backstage_),
+      interfaceSettings_(backstage_),
       extensionContext_(std::make_shared<SimulatedExtensionContext>(backstage_)) {}
 
 // What waits in the loop may hold the loop's own backstage.
@@ -46,6 +48,7 @@ void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
   World& world = backstage_->world;
   const Dictionary before = world.preferences;
   const Date start = world.start;
+  const std::string textSize = world.textSize;
   change(world);
   world.start = start;
   backstage_->worldChanged();
@@ -55,6 +58,7 @@ void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
       preferences_->suite(kCompanionAppGroupSuite).insert_or_assign(key, value);
     }
   }
+  if (world.textSize != textSize) notificationCenter_.post(ui::kTextSizeDidChangeNotification);
 }
 
 std::shared_ptr<SimulatedExtensionContext> SimulatedPlatform::extensionContext() const {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/platform.h"
+#include "platform/ui/notification_center.h"
 #include "simulation/backstage.h"
 #include "simulation/simulated_analytics.h"
 #include "simulation/simulated_companion.h"
@@ -11,10 +12,12 @@
 #include "simulation/simulated_device.h"
 #include "simulation/simulated_favorites.h"
 #include "simulation/simulated_host.h"
+#include "simulation/simulated_interface.h"
 #include "simulation/simulated_keyed_archiver.h"
 #include "simulation/simulated_log.h"
 #include "simulation/simulated_preferences.h"
 #include "simulation/simulated_random_source.h"
+#include "simulation/simulated_text_engine.h"
 #include "simulation/simulated_texts.h"
 #include "simulation/simulated_transit_service.h"
 
@@ -33,7 +36,7 @@ class SimulatedPlatform final : public Platform {
 
   const World& world() const { return backstage_->world; }
   /// Changes the world while the platform runs. Preferences that the change sets are put into the companion
-  /// application's suite at once; the start of the clock stays.
+  /// application's suite at once, another text size is announced; the start of the clock stays.
   void changeWorld(const std::function<void(World&)>& change);
 
   Transcript& transcript() { return *backstage_->transcript; }
@@ -65,6 +68,10 @@ class SimulatedPlatform final : public Platform {
   SimulatedAnalyticsEventFactory& analyticsEventFactory() override { return analyticsEventFactory_; }
   SimulatedAnalyticsLogger& analyticsLogger() override { return analyticsLogger_; }
   SimulatedCompressor& compressor() override { return compressor_; }
+  SimulatedTextEngine& textEngine() override { return textEngine_; }
+  SimulatedImageSource& imageSource() override { return imageSource_; }
+  SimulatedInterfaceSettings& interfaceSettings() override { return interfaceSettings_; }
+  ui::NotificationCenter& notificationCenter() override { return notificationCenter_; }
 
   std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override;
   std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override;
@@ -90,6 +97,10 @@ class SimulatedPlatform final : public Platform {
   SimulatedAnalyticsEventFactory analyticsEventFactory_;
   SimulatedAnalyticsLogger analyticsLogger_;
   SimulatedCompressor compressor_;
+  SimulatedTextEngine textEngine_;
+  SimulatedImageSource imageSource_;
+  SimulatedInterfaceSettings interfaceSettings_;
+  ui::NotificationCenter notificationCenter_;
   std::shared_ptr<SimulatedExtensionContext> extensionContext_;
 };
 

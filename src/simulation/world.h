@@ -13,12 +13,13 @@
 #include "platform/error.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
+#include "platform/ui/geometry.h"
 #include "platform/value.h"
 #include "simulation/keyed_table.h"
 
 namespace linewatch::simulation {
 
-enum class LayoutDirection { leftToRight, rightToLeft };
+using ui::LayoutDirection;
 
 /// The host that shows the widget.
 struct WorldHost {
@@ -148,6 +149,8 @@ struct World {
 
   /// Keys of texts that no string table holds: a look-up gives its fallback.
   std::set<std::string, std::less<>> missingTexts;
+  /// Names that there is no image of.
+  std::set<std::string, std::less<>> missingImages;
 };
 
 }  // namespace linewatch::simulation

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <variant>
+
+namespace linewatch::ui {
+
+enum class Appearance { light, dark };
+
+/// Red, green, blue and opacity from 0 to 1, not premultiplied.
+struct RGBA {
+  double red = 0;
+  double green = 0;
+  double blue = 0;
+  double alpha = 1;
+
+  bool operator==(const RGBA&) const = default;
+};
+
+/// Colours named by what they are for.
+enum class SemanticColor : std::uint8_t {
+  clear,
+  label,
+  secondaryLabel,
+  tertiaryLabel,
+  separator,
+  background,
+  highlightedBackground,
+  systemGray
+};
+
+/// A colour of its own or one by purpose, which becomes a colour only when it is drawn.
+class Color {
+ public:
+  // Both are colours already; naming the class would say nothing.
+  Color(SemanticColor color) : value_(color) {}
+  Color(const RGBA& color) : value_(color) {}
+
+  RGBA resolved(Appearance appearance) const;
+
+  bool operator==(const Color&) const = default;
+
+ private:
+  std::variant<SemanticColor, RGBA> value_;
+};
+
+}  // namespace linewatch::ui

@@ -1,0 +1,136 @@
+#include "platform/ui/label.h"
+
+#include <utility>
+
+#include "platform/platform.h"
+#include "platform/ui/visual_effect_view.h"
+
+namespace linewatch::ui {
+
+namespace {
+
+// Frames on the pixel grid miss sums of lengths by rounding.
+constexpr double kTolerance = 1e-6;
+// A line of which less than this can be seen is not drawn.
+constexpr double kReadableShare = 0.6;
+
+}  // namespace
+
+Label::Label() : font_(TextStyle::body) {}
+
+void Label::setText(const std::optional<std::string>& text) {
+  if (text.value_or("") == text_.text()) return;
+  TextAttributes attributes;
+  if (!text_.isEmpty()) attributes = text_.runs().front().attributes;
+  text_ = AttributedText(text.value_or(""), attributes);
+  contentDidChange();
+}
+
+void Label::setAttributedText(AttributedText text) {
+  if (text == text_) return;
+  text_ = std::move(text);
+  contentDidChange();
+}
+
+void Label::setFont(const Font& font) {
+  if (font == font_) return;
+  font_ = font;
+  contentDidChange();
+}
+
+void Label::setTextColor(const Color& color) {
+  if (color == textColor_) return;
+  textColor_ = color;
+  setNeedsDisplay();
+}
+
+void Label::setNumberOfLines(std::size_t lines) {
+  if (std::exchange(numberOfLines_, lines) != lines) contentDidChange();
+}
+
+void Label::setLineBreakMode(LineBreakMode mode) {
+  if (std::exchange(lineBreakMode_, mode) != mode) contentDidChange();
+}
+
+void Label::setTextAlignment(TextAlignment alignment) {
+  if (std::exchange(alignment_, alignment) != alignment) setNeedsDisplay();
+}
+
+void Label::contentDidChange() {
+  shaped_.reset();
+  measured_.reset();
+  displayed_.reset();
+  invalidateIntrinsicContentSize();
+  setNeedsDisplay();
+}
+
+double Label::capHeight() const { return platform().textEngine().metrics(font_).capHeight; }
+
+const ShapedText& Label::shaped() {
+  if (!shaped_) shaped_ = platform().textEngine().shape(text_, font_);
+  return *shaped_;
+}
+
+TextLayoutRequest Label::requestFor(double width) const {
+  TextLayoutRequest request;
+  request.width = width;
+  request.maximumNumberOfLines = numberOfLines_;
+  request.lineBreakMode = lineBreakMode_;
+  request.alignment = alignment_;
+  request.direction = layoutDirection();
+  request.scale = displayScale();
+  return request;
+}
+
+const std::shared_ptr<const TextLayout>& Label::layOut(std::optional<Laid>& laid,
+                                                       const TextLayoutRequest& request) {
+  if (!laid || laid->request != request) laid = Laid{request, shaped().layOut(request)};
+  return laid->layout;
+}
+
+std::optional<double> Label::intrinsicWidth() {
+  return text_.isEmpty() ? 0 : ceiledToPixel(shaped().naturalWidth(), displayScale());
+}
+
+std::optional<double> Label::intrinsicHeight(double width) {
+  if (text_.isEmpty()) measured_.reset();
+  return text_.isEmpty() ? 0 : layOut(measured_, requestFor(width))->size.height;
+}
+
+std::optional<double> Label::firstBaselineFromTop() {
+  return measured_ ? measured_->layout->firstBaseline() : 0;
+}
+
+double Label::lastBaselineFromBottom() {
+  return measured_ ? measured_->layout->size.height - measured_->layout->lastBaseline() : 0;
+}
+
+// The height matters only where the text measured does not fit.
+std::shared_ptr<const TextLayout> Label::displayedLayout() {
+  if (text_.isEmpty() || bounds().isEmpty()) return std::make_shared<const TextLayout>();
+  const TextLayoutRequest request = requestFor(frame().width);
+  if (measured_ && measured_->request == request &&
+      measured_->layout->size.height <= frame().height + kTolerance) {
+    return measured_->layout;
+  }
+  TextLayoutRequest limited = request;
+  limited.maximumHeight = frame().height + kTolerance;
+  const auto& layout = layOut(displayed_, limited);
+  const bool readable = frame().height >= kReadableShare * layout->size.height;
+  return readable ? layout : std::make_shared<const TextLayout>();
+}
+
+Color Label::effectiveTextColor() const {
+  for (const View* view = superview(); view != nullptr; view = view->superview()) {
+    if (const auto* effect = dynamic_cast<const VisualEffectView*>(view))
+      return effect->contentColor(textColor_);
+  }
+  return textColor_;
+}
+
+void Label::draw(Canvas& canvas) {
+  const auto layout = displayedLayout();
+  if (!layout->lines.empty()) canvas.drawText(*layout, {}, effectiveTextColor());
+}
+
+}  // namespace linewatch::ui

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/ui/constraint_system.h"
+#include "platform/ui/view.h"
+
+namespace linewatch::ui {
+
+/// Solves the constraints of one layout root and gives its views their frames. Made when the root is first
+/// laid out and again after its tree has changed; every other change is taken into the systems of the two
+/// axes.
+///
+/// Horizontal lengths count from the leading edge, so that a right-to-left layout is the same layout,
+/// mirrored when the frames are given.
+class LayoutEngine {
+ public:
+  explicit LayoutEngine(View& root);
+  ~LayoutEngine();
+  LayoutEngine(const LayoutEngine&) = delete;
+  LayoutEngine& operator=(const LayoutEngine&) = delete;
+
+  /// Whether the engine was made for the root's present direction and scale.
+  bool fitsEnvironment() const {
+    return direction_ == root_.layoutDirection() && scale_ == root_.displayScale();
+  }
+  /// A constraint was activated, deactivated or has another constant.
+  void constraintDidChange(const SharedConstraint& constraint);
+  /// Solves for the root's size and gives the frames.
+  void layOut();
+  Size fittingSize(const Size& target, LayoutPriority horizontal, LayoutPriority vertical);
+  /// Something that the fitting size depends on has changed.
+  void forgetFittingSize() { fitting_.reset(); }
+
+ private:
+  using Variable = ConstraintSystem::Variable;
+  using RowId = std::optional<ConstraintSystem::Id>;
+
+  struct ItemAxis {
+    /// Not used for the root, whose position is 0.
+    Variable position = 0;
+    Variable size = 0;
+    RowId framePosition, frameSize, hugging, resistance;
+  };
+
+  struct Item {
+    LayoutItem* item = nullptr;
+    /// Null for a guide.
+    View* view = nullptr;
+    ItemAxis axes[2];
+    std::optional<double> measuredWidth;
+    std::optional<double> firstBaselineFromTop;
+    double lastBaselineFromBottom = 0;
+    bool isRoot = false;
+  };
+
+  /// An active constraint; its row is absent while it is left out of the layout.
+  struct Entry {
+    SharedConstraint constraint;
+    LinearConstraint linear;
+    RowId row;
+    bool queued = false;
+  };
+
+  struct Edges {
+    double low = 0;
+    double high = 0;
+  };
+
+  struct Fitting {
+    Size target;
+    LayoutPriority horizontal;
+    LayoutPriority vertical;
+    Size result;
+  };
+
+  void collect(View& view, std::vector<SharedConstraint>& constraints);
+  std::uint32_t ensureItem(LayoutItem& item);
+  ConstraintSystem& system(Axis axis) { return systems_[static_cast<std::size_t>(axis)]; }
+  static ItemAxis& axisOf(Item& item, Axis axis) { return item.axes[static_cast<std::size_t>(axis)]; }
+
+  void addEntry(const SharedConstraint& constraint);
+  void updateEntry(Entry& entry);
+  void removeEntry(std::uint32_t slot);
+  void processQueue();
+  std::optional<LinearConstraint> linearFor(const LayoutConstraint& constraint);
+  LayoutItem& itemFor(LayoutItem& item, LayoutAttribute attribute) const;
+  void addAttribute(LinearConstraint& linear, Item& item, LayoutAttribute attribute, double factor);
+
+  void solve(const Size& rootSize, LayoutPriority horizontal, LayoutPriority vertical);
+  void setRow(RowId& row, Axis axis, const LinearConstraint& linear);
+  void setContentRows(Item& item, Axis axis, std::optional<double> length);
+  void setFrameRows(Item& item);
+  void updateWidths();
+  void measureHeights();
+  void readBaselines(Item& item);
+  void updateBaselineConstraints();
+  void logLeftOut(Axis axis);
+
+  Edges edges(const Item& item, Axis axis) const;
+  Rect frameInRoot(const Item& item) const;
+  void giveFrames(View& view, const Point& origin);
+
+  View& root_;
+  LayoutDirection direction_;
+  double scale_;
+  ConstraintSystem systems_[2];
+  std::vector<Item> items_;
+  std::vector<Entry> entries_;
+  std::vector<std::uint32_t> freeEntries_;
+  std::vector<std::uint32_t> queue_;
+  std::vector<std::uint32_t> baselineEntries_;
+  std::optional<LayoutPriority> rootPriority_[2];
+  std::optional<Fitting> fitting_;
+};
+
+}  // namespace linewatch::ui

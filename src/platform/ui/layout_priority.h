@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+namespace linewatch::ui {
+
+enum class Axis : std::uint8_t { horizontal, vertical };
+
+enum class Relation : std::uint8_t { lessThanOrEqual, equal, greaterThanOrEqual };
+
+/// How much a constraint matters, from 1 to 1000. A constraint below kRequiredPriority gives way where it
+/// must; a higher one is served before any lower one.
+using LayoutPriority = double;
+
+inline constexpr LayoutPriority kRequiredPriority = 1000;
+/// How strongly content resists being made smaller than it is, unless a view says otherwise.
+inline constexpr LayoutPriority kHighPriority = 750;
+/// How strongly content resists being made larger.
+inline constexpr LayoutPriority kLowPriority = 250;
+/// Pulls a size towards nothing where it is asked how small it can be.
+inline constexpr LayoutPriority kFittingSizePriority = 50;
+
+}  // namespace linewatch::ui

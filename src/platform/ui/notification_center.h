@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/object.h"
+
+namespace linewatch::ui {
+
+/// The user has chosen another text size.
+inline constexpr std::string_view kTextSizeDidChangeNotification = "TextSizeDidChange";
+
+/// Tells whoever wants to know that something happened. Observers are held weakly: one that goes away is
+/// forgotten. Main thread.
+class NotificationCenter {
+ public:
+  /// Calls `handler` whenever `name` is posted, as long as the observer lives. Observers are called in the
+  /// order in which they were added.
+  void addObserver(const std::shared_ptr<Object>& observer, std::string_view name,
+                   std::function<void()> handler);
+  /// Ends all observations of the observer; during a posting too.
+  void removeObserver(const Object& observer);
+  /// Calls the observers of `name` before it returns. One added meanwhile is not called.
+  void post(std::string_view name);
+
+ private:
+  struct Observation {
+    const Object* identity;
+    std::weak_ptr<Object> observer;
+    std::string name;
+    std::function<void()> handler;
+    bool ended = false;
+  };
+
+  std::vector<std::shared_ptr<Observation>> observations_;
+};
+
+}  // namespace linewatch::ui

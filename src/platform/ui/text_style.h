@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace linewatch::ui {
+
+/// What a piece of text is for; decides its size.
+enum class TextStyle : std::uint8_t {
+  largeTitle,
+  title1,
+  title2,
+  title3,
+  headline,
+  body,
+  callout,
+  subheadline,
+  footnote,
+  caption1,
+  caption2
+};
+
+/// How large the user wants text, smallest first. The last five are for accessibility.
+enum class TextSizeCategory : std::uint8_t { XS, S, M, L, XL, XXL, XXXL, AX1, AX2, AX3, AX4, AX5 };
+
+inline constexpr TextSizeCategory kDefaultTextSizeCategory = TextSizeCategory::L;
+inline constexpr std::array<std::string_view, 12> kTextSizeCategoryNames = {
+    "XS", "S", "M", "L", "XL", "XXL", "XXXL", "AX1", "AX2", "AX3", "AX4", "AX5"};
+
+std::string_view nameOf(TextSizeCategory category);
+/// Absent when no category has the name.
+std::optional<TextSizeCategory> textSizeCategoryNamed(std::string_view name);
+
+/// The size of the style's text in points.
+double pointSize(TextStyle style, TextSizeCategory category);
+/// How many times larger than at the default category the style's text is.
+double scaleFactor(TextStyle style, TextSizeCategory category);
+
+}  // namespace linewatch::ui
