@@ -1,0 +1,239 @@
+// How the time of building a list grows with the incidents that the lines list, beside the least that any
+// build must do: look each listed incident up by its identifier.
+//
+// Every figure is the time of one listing: an incident on a line. The records that rows carry are made once a
+// line, and their cost depends on what a line is like; the platform here makes no bytes of them, and what
+// remains is measured by itself, so that `overhead` is the rest of the build by itself in multiples of the
+// look-ups.
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "activity/rova_activity.h"
+#include "list/transit_item_data_source_builder.h"
+#include "platform/platform.h"
+#include "platform/transit_records.h"
+#include "platform/transit_storage_incident.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+using simulation::SimulatedPlatform;
+
+class QuietSession final : public UserSession {
+ public:
+  void sessionEntity(bool, bool) override {}
+  URL sharedSessionPunchOutURL(const std::string& absoluteString) override { return {absoluteString}; }
+  Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override { return userInfo; }
+  UserSessionSnapshot snapshot() override { return {}; }
+};
+
+/// Counts what is to be compressed and gives a few bytes that tell one record from another.
+class CountingCompressor final : public Compressor {
+ public:
+  std::optional<Bytes> bzip2(const Bytes& data) override {
+    ++count;
+    const std::size_t length = std::min<std::size_t>(data.size(), 64);
+    return Bytes(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(length));
+  }
+  std::size_t count = 0;
+};
+
+class QuietArchiver final : public KeyedArchiver {
+ public:
+  std::optional<Bytes> archivedData(const ArchivedObject&, bool) override { return Bytes{1}; }
+  std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes&) override { return nullptr; }
+};
+
+/// A simulated platform that keeps no transcript of the session and makes no bytes.
+class QuietPlatform final : public Platform {
+ public:
+  Log& log() override { return real_->log(); }
+  MainLoop& mainLoop() override { return real_->mainLoop(); }
+  RandomSource& randomSource() override { return real_->randomSource(); }
+  Localization& localization() override { return real_->localization(); }
+  IncidentStringProvider& incidentStringProvider() override { return real_->incidentStringProvider(); }
+  KeyedArchiver& keyedArchiver() override { return archiver_; }
+  TransitService& transitService() override { return real_->transitService(); }
+  UserSession& userSession() override { return session_; }
+  MapURLBuilder& mapURLBuilder() override { return real_->mapURLBuilder(); }
+  SystemController& systemController() override { return real_->systemController(); }
+  Device& device() override { return real_->device(); }
+  UsageRecorder& usageRecorder() override { return real_->usageRecorder(); }
+  AnalyticsEventFactory& analyticsEventFactory() override { return real_->analyticsEventFactory(); }
+  AnalyticsLogger& analyticsLogger() override { return real_->analyticsLogger(); }
+  CountingCompressor& compressor() override { return compressor_; }
+  std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override {
+    return real_->makePreferencesStore(suite);
+  }
+  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
+    return real_->makeRemoteFavoritesPersister();
+  }
+  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
+      std::shared_ptr<RemoteFavoritesPersister> persister) override {
+    return real_->makeFavoritesContainer(std::move(persister));
+  }
+
+ private:
+  std::shared_ptr<SimulatedPlatform> real_ = SimulatedPlatform::make();
+  QuietSession session_;
+  QuietArchiver archiver_;
+  CountingCompressor compressor_;
+};
+
+SharedIncident incident(std::uint64_t muid, std::string title) {
+  return std::make_shared<const TransitIncidentRecord>(TransitIncidentFields{
+      .muid = muid, .title = std::move(title), .summary = "Expect longer journeys until the evening"});
+}
+
+struct City {
+  std::shared_ptr<const TransitLineItems> lines;
+  std::size_t listings = 0, rows = 0, linesWithRows = 0;
+};
+
+City cityOf(std::vector<TransitIncidents> incidentsOfLines, std::size_t rows, std::size_t linesWithRows) {
+  City city{nullptr, 0, rows, linesWithRows};
+  auto lines = std::make_shared<TransitLineItems>();
+  for (TransitIncidents& incidents : incidentsOfLines) {
+    city.listings += incidents.size();
+    const std::uint64_t number = lines->size() + 1;
+    const auto artwork = std::make_shared<const TransitArtworkDataSource>(TransitArtworkDataSource{
+        .shieldDataSource = ShieldDataSource{.shieldText = std::to_string(number % 100)}});
+    lines->push_back(std::make_shared<const TransitLineRecord>(
+        TransitLineFields{
+            .muid = number, .name = "Line " + std::to_string(number), .alternateArtwork = artwork},
+        std::move(incidents)));
+  }
+  city.lines = std::move(lines);
+  return city;
+}
+
+/// As many lines as incidents on each, no incident on two lines.
+City disjointIncidents(std::size_t listings) {
+  const auto side = static_cast<std::size_t>(std::lround(std::sqrt(static_cast<double>(listings))));
+  std::vector<TransitIncidents> lines(side);
+  std::uint64_t muid = 0;
+  for (TransitIncidents& line : lines) {
+    for (std::size_t i = 0; i < side; ++i, ++muid)
+      line.push_back(incident(muid * 0x9E3779B97F4A7C15, "Delays near stop " + std::to_string(muid)));
+  }
+  return cityOf(std::move(lines), side * side, side);
+}
+
+/// One incident that every line lists.
+City oneIncidentOnEveryLine(std::size_t listings) {
+  return cityOf(std::vector<TransitIncidents>(listings, {incident(1, "Strike")}), 1, 1);
+}
+
+/// One line whose incidents all read the same.
+City equalRows(std::size_t listings) {
+  TransitIncidents incidents;
+  for (std::uint64_t muid = 0; muid < listings; ++muid)
+    incidents.push_back(incident(muid * 0x9E3779B97F4A7C15, "Delays"));
+  return cityOf({std::move(incidents)}, listings, 1);
+}
+
+std::size_t rowsOf(const RVTransitListItem& list) {
+  const auto isIncident = [](const SharedTransitItem& item) {
+    return dynamic_cast<const RVUserActivityData*>(item->openable().get()) != nullptr;
+  };
+  return std::holds_alternative<SharedTransitItem>(list.summaryItem())
+             ? 1
+             : static_cast<std::size_t>(std::ranges::count_if(list.expandedItems(), isIncident));
+}
+
+std::shared_ptr<const RVTransitListItem> build(const City& city) {
+  return RVTransitDataSourceBuilderForResult(RVResult(city.lines), 0, nullptr, nullptr)->listItem();
+}
+
+/// The records that the rows and the summary of the city carry.
+void makeRecords(const City& city) {
+  for (std::size_t i = 0; i < city.linesWithRows; ++i) {
+    RovaActivity activity;
+    activity.setLineItem(std::make_shared<TransitStorageLineItem>(*(*city.lines)[i]));
+    benchmark::DoNotOptimize(activity.data());
+  }
+  if (city.rows < 2) return;
+  ArchivedList list;
+  list.reserve(city.rows);
+  for (const SharedLineItem& line : *city.lines)
+    for (const SharedIncident& each : line->incidents())
+      list.push_back({std::make_shared<const TransitStorageIncident>(*each)});
+  benchmark::DoNotOptimize(list.data());
+}
+
+class LookUps {
+ public:
+  explicit LookUps(const City& city) {
+    for (const SharedLineItem& line : *city.lines)
+      for (const SharedIncident& each : line->incidents()) table_.emplace(each->muid(), line.get());
+  }
+  std::size_t all(const City& city) const {
+    std::size_t found = 0;
+    for (const SharedLineItem& line : *city.lines)
+      for (const SharedIncident& each : line->incidents()) found += table_.count(each->muid());
+    return found;
+  }
+
+ private:
+  std::unordered_map<std::uint64_t, const TransitLineItem*> table_;
+};
+
+/// Adds the time that `work` takes to `total`.
+template <class Work>
+void time(double& total, Work work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void buildList(benchmark::State& state, City (*makeCity)(std::size_t)) {
+  const auto world = std::make_shared<QuietPlatform>();
+  installPlatform(world);
+  const City city = makeCity(static_cast<std::size_t>(state.range(0)));
+  const LookUps lookUps(city);
+  double building = 0, records = 0, lookingUp = 0, builds = 0;
+  for (auto _ : state) {
+    std::shared_ptr<const RVTransitListItem> list;
+    world->compressor().count = 0;
+    double build1 = 0;
+    time(build1, [&] { list = build(city); });
+    building += build1;
+    state.SetIterationTime(build1);
+    if (rowsOf(*list) != city.rows) state.SkipWithError("wrong rows");
+    if (world->compressor().count != city.linesWithRows)
+      state.SkipWithError("a line's record was made again");
+    list = nullptr;
+    time(records, [&] { makeRecords(city); });
+    time(lookingUp, [&] {
+      if (lookUps.all(city) != city.listings) state.SkipWithError("wrong look-ups");
+    });
+    ++builds;
+  }
+  const double nanoseconds = 1e9 / (builds * static_cast<double>(city.listings));
+  state.counters["build_ns"] = building * nanoseconds;
+  state.counters["records_ns"] = records * nanoseconds;
+  state.counters["lookup_ns"] = lookingUp * nanoseconds;
+  state.counters["overhead"] = (building - records) / lookingUp;
+  installPlatform(nullptr);
+}
+
+BENCHMARK_CAPTURE(buildList, disjoint, disjointIncidents)
+    ->RangeMultiplier(10)
+    ->Range(100, 1000000)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(buildList, shared, oneIncidentOnEveryLine)
+    ->RangeMultiplier(10)
+    ->Range(100, 1000000)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(buildList, equal, equalRows)->RangeMultiplier(10)->Range(100, 1000000)->UseManualTime();
+
+}  // namespace
+}  // namespace linewatch
