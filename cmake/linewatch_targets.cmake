@@ -51,3 +51,13 @@ function(linewatch_module folder)
     target_link_libraries(${name} PRIVATE linewatch::${dependency})
   endforeach()
 endfunction()
+
+# linewatch_embed_string_tables(target folder): compiles the folder's string tables into the target.
+function(linewatch_embed_string_tables target folder)
+  file(GLOB tables CONFIGURE_DEPENDS ${folder}/*.json)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/embed_string_tables.cmake)
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_string_tables.cpp)
+  add_custom_command(OUTPUT ${output} DEPENDS ${tables} ${script}
+    COMMAND ${CMAKE_COMMAND} -DSTRINGS=${folder} -DOUTPUT=${output} -P ${script})
+  target_sources(${target} PRIVATE ${output})
+endfunction()

@@ -14,7 +14,7 @@ std::filesystem::path absoluteOrNone(const char* value) {
 }
 
 /// Empty when neither the variable nor HOME says where.
-std::filesystem::path folderFor(const StateDirectories::Environment& environment, const char* variable,
+std::filesystem::path folderFor(const Environment& environment, const char* variable,
                                 const char* placeInHome) {
   const auto base = absoluteOrNone(environment(variable));
   if (!base.empty()) return base / kFolderName;

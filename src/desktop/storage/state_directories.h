@@ -1,8 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 
+#include "desktop/environment.h"
 #include "desktop/outcome.h"
 
 namespace linewatch::desktop {
@@ -13,9 +13,6 @@ struct StateDirectories {
   std::filesystem::path data;
   /// What can be fetched again.
   std::filesystem::path cache;
-
-  /// The value of an environment variable; null when it is not set.
-  using Environment = std::function<const char*(const char* name)>;
 
   /// Everything in one folder of the user's choosing.
   static StateDirectories under(const std::filesystem::path& folder);

@@ -8,7 +8,7 @@
 namespace linewatch::desktop {
 namespace {
 
-StateDirectories::Environment environmentOf(const std::map<std::string, std::string>& variables) {
+Environment environmentOf(const std::map<std::string, std::string>& variables) {
   return [&variables](const char* name) {
     const auto variable = variables.find(name);
     return variable == variables.end() ? nullptr : variable->second.c_str();

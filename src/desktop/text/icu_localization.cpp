@@ -1,0 +1,131 @@
+#include "desktop/text/icu_localization.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include <unicode/formattedvalue.h>
+#include <unicode/listformatter.h>
+#include <unicode/locid.h>
+#include <unicode/msgfmt.h>
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr std::string_view kFeedTable = "feed";
+/// What stands between two texts where the locale has no way of its own.
+constexpr std::string_view kPlainDelimiter = ", ";
+
+std::string_view nameOf(StringTable table) { return table == StringTable::kestrow ? "kestrow" : "widget"; }
+
+icu::UnicodeString unicode(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  text.toUTF8String(result);
+  return result;
+}
+
+icu::Formattable formattable(const FormatArgument& argument) {
+  const auto* count = std::get_if<std::uint64_t>(&argument);
+  if (count == nullptr) return {unicode(std::get<std::string>(argument))};
+  // As digits: a Formattable's own integers are signed.
+  UErrorCode error = U_ZERO_ERROR;
+  return {icu::StringPiece(std::to_string(*count)), error};
+}
+
+/// What stands between the first two of three elements; absent when ICU does not say.
+std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
+  const std::array<icu::UnicodeString, 3> elements = {u"a", u"b", u"c"};
+  UErrorCode error = U_ZERO_ERROR;
+  const icu::FormattedList list = formatter.formatStringsToValue(elements.data(), 3, error);
+  icu::ConstrainedFieldPosition position;
+  position.constrainField(UFIELD_CATEGORY_LIST, ULISTFMT_ELEMENT_FIELD);
+  if (!list.nextPosition(position, error)) return std::nullopt;
+  const std::int32_t start = position.getLimit();
+  if (!list.nextPosition(position, error) || U_FAILURE(error)) return std::nullopt;
+  return utf8(list.toTempString(error).tempSubStringBetween(start, position.getStart()));
+}
+
+}  // namespace
+
+/// What of ICU is made when it is first needed.
+struct IcuLocalization::Formats {
+  icu::Locale locale;
+  std::optional<std::string> listDelimiter;
+};
+
+IcuLocalization::IcuLocalization(const UserLocale& locale, std::span<const TableText> texts)
+    : texts_(texts), languages_(locale.fallbacks()), formats_(std::make_unique<Formats>()) {
+  std::erase_if(languages_, [this](const std::string& language) {
+    return std::ranges::find(texts_, language, &TableText::language) == texts_.end();
+  });
+  UErrorCode error = U_ZERO_ERROR;
+  const auto users = icu::Locale::forLanguageTag(locale.tag(), error);
+  const std::string fallback(kFallbackLanguage);
+  formats_->locale = languages_.empty() ? icu::Locale(fallback.c_str(), users.getCountry()) : users;
+  languages_.push_back(fallback);
+}
+
+IcuLocalization::~IcuLocalization() = default;
+
+std::string IcuLocalization::localizedString(std::string_view key, std::string_view fallback,
+                                             StringTable table) {
+  return lookUp(nameOf(table), key, fallback);
+}
+
+std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kFeedTable, key, fallback);
+}
+
+std::string IcuLocalization::format(const std::string& formatText,
+                                    std::span<const FormatArgument> arguments) {
+  UErrorCode error = U_ZERO_ERROR;
+  const icu::MessageFormat message(unicode(formatText), formats_->locale, error);
+  if (U_FAILURE(error)) return formatText;
+  std::vector<icu::Formattable> values;
+  values.reserve(arguments.size());
+  std::ranges::transform(arguments, std::back_inserter(values), formattable);
+  icu::UnicodeString text;
+  icu::FieldPosition ignored(icu::FieldPosition::DONT_CARE);
+  message.format(values.data(), static_cast<std::int32_t>(values.size()), text, ignored, error);
+  return U_SUCCESS(error) ? utf8(text) : formatText;
+}
+
+std::string IcuLocalization::joinCommaDelimited(std::span<const std::string> texts) {
+  std::string all;
+  for (const std::string& text : texts) {
+    if (&text != &texts.front()) all += listDelimiter();
+    all += text;
+  }
+  return all;
+}
+
+std::string IcuLocalization::lookUp(std::string_view table, std::string_view key,
+                                    std::string_view fallback) const {
+  for (const std::string& language : languages_) {
+    const auto text = std::ranges::find_if(texts_, [&](const TableText& candidate) {
+      return candidate.key == key && candidate.table == table && candidate.language == language;
+    });
+    if (text != texts_.end()) return std::string(text->text);
+  }
+  return std::string(fallback);
+}
+
+const std::string& IcuLocalization::listDelimiter() {
+  if (!formats_->listDelimiter) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::ListFormatter> formatter(
+        icu::ListFormatter::createInstance(formats_->locale, error));
+    const auto delimiter = U_SUCCESS(error) ? delimiterOf(*formatter) : std::nullopt;
+    formats_->listDelimiter = delimiter.value_or(std::string(kPlainDelimiter));
+  }
+  return *formats_->listDelimiter;
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "desktop/environment.h"
+#include "desktop/outcome.h"
+
+namespace linewatch::desktop {
+
+/// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
+class UserLocale {
+ public:
+  /// Fails when the text names no language. Takes what people and systems write: "de", "de-CH",
+  /// "de_CH.UTF-8".
+  static Outcome<UserLocale> parse(std::string_view text);
+  /// What LC_ALL, else LC_MESSAGES, else LANG says; English when none does, or says "C" or nothing sensible.
+  static UserLocale fromEnvironment(const Environment& environment);
+
+  const std::string& tag() const { return tag_; }
+  /// "de" of "de-CH".
+  std::string language() const;
+  /// The tag and what it falls back to, the closest first: "de-CH", "de".
+  std::vector<std::string> fallbacks() const;
+  /// Whether it is written from right to left.
+  bool isRightToLeft() const;
+
+ private:
+  explicit UserLocale(std::string tag) : tag_(std::move(tag)) {}
+
+  std::string tag_;
+};
+
+}  // namespace linewatch::desktop
