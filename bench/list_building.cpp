@@ -20,6 +20,7 @@
 #include "platform/platform.h"
 #include "platform/transit_records.h"
 #include "platform/transit_storage_incident.h"
+#include "shared/rova_map.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {
@@ -161,12 +162,12 @@ void makeRecords(const City& city) {
     benchmark::DoNotOptimize(activity.data());
   }
   if (city.rows < 2) return;
-  ArchivedList list;
-  list.reserve(city.rows);
-  for (const SharedLineItem& line : *city.lines)
-    for (const SharedIncident& each : line->incidents())
-      list.push_back({std::make_shared<const TransitStorageIncident>(*each)});
-  benchmark::DoNotOptimize(list.data());
+  for (const SharedLineItem& line : *city.lines) {
+    auto list = RovaMap(line->incidents(), [](const SharedIncident& each, std::size_t) {
+      return std::optional(ArchivedObject{std::make_shared<const TransitStorageIncident>(*each)});
+    });
+    benchmark::DoNotOptimize(list.data());
+  }
 }
 
 class LookUps {

@@ -38,6 +38,11 @@ RVUserActivityData::RVUserActivityData(std::optional<std::string> activityType,
   if (userInfo) userInfo_ = session.sharedSessionPunchOutUserInfo(*std::move(userInfo));
 }
 
+std::shared_ptr<const RVUserActivityData> RVUserActivityData::makeAgain() const {
+  platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false);
+  return std::static_pointer_cast<const RVUserActivityData>(shared_from_this());
+}
+
 void RVUserActivityData::openInContext(const std::shared_ptr<Object>&, OpenHandler completionHandler) const {
   const auto activity = makeActivity(*this);
   if (!activity) {

@@ -15,8 +15,9 @@
 
 namespace linewatch {
 
-/// For each incident that a list shows, by the incident's `muid`, the line under which it is shown.
-using IncidentsToLineMapping = std::unordered_map<std::uint64_t, SharedLineItem>;
+/// For each incident that a list shows, by the incident's `muid`, the line under which it is shown. The lines
+/// are known as long as the list is being built.
+using IncidentsToLineMapping = std::unordered_map<std::uint64_t, const TransitLineItem*>;
 
 /// Records what the widget showed and what the user did with it: one session, and one event, each time the
 /// widget is shown. Without a running session most calls are dropped; nothing is reported back. Main thread.

@@ -23,7 +23,9 @@ bool sameSources(const std::shared_ptr<const ArtworkImageSource>& a,
 
 RVConfiguredArtwork::RVConfiguredArtwork(std::shared_ptr<const ArtworkImageSource> artworkSource,
                                          double alpha)
-    : artworkSource_(std::move(artworkSource)), alpha_(alpha) {}
+    : artworkSource_(std::move(artworkSource)),
+      alpha_(alpha),
+      hash_(hashOfNumber(alpha_) ^ hashOrZero(artworkSource_)) {}
 
 bool RVConfiguredArtwork::isEqual(const Object& other) const {
   if (this == &other) return true;
@@ -34,8 +36,6 @@ bool RVConfiguredArtwork::isEqual(const Object& other) const {
 bool RVConfiguredArtwork::isEqualToConfiguredArtwork(const RVConfiguredArtwork& other) const {
   return alpha_ == other.alpha_ && sameSources(artworkSource_, other.artworkSource_);
 }
-
-std::size_t RVConfiguredArtwork::hash() const { return hashOfNumber(alpha_) ^ hashOrZero(artworkSource_); }
 
 std::string RVConfiguredArtwork::description() const {
   return "<" + classNameOf(*this) + " " + (artworkSource_ ? artworkSource_->description() : "(null)") +

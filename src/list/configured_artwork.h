@@ -24,12 +24,13 @@ class RVConfiguredArtwork : public Object {
   bool isEqual(const Object& other) const override;
   /// Sources that are not equal by themselves are still equal when their secure archives are the same bytes.
   bool isEqualToConfiguredArtwork(const RVConfiguredArtwork& other) const;
-  std::size_t hash() const override;
+  std::size_t hash() const override { return hash_; }
   std::string description() const override;
 
  private:
   std::shared_ptr<const ArtworkImageSource> artworkSource_;
   double alpha_;
+  std::size_t hash_;
 };
 
 }  // namespace linewatch

@@ -38,22 +38,27 @@ class DistinctArtworks {
   ArtworkSet seen_;
 };
 
-TransitArtworks artworksOfRows(const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
+/// In the order of the rows, and of the lines that list each. Rows that share an entry add nothing after the
+/// first.
+TransitArtworks artworksOfRows(const ItemToLinesMap& itemToLinesMap, std::size_t rowCount) {
   DistinctArtworks artworks;
-  for (const SharedTransitItem& item : items) {
-    const auto entry = itemToLinesMap.find(item);
-    if (entry == itemToLinesMap.end()) continue;
-    for (const SharedLineItem& line : entry->second) artworks.add(artworkStandingForLine(*line));
+  std::vector<bool> isDone(itemToLinesMap.entryCount());
+  for (std::size_t row = 0; row < rowCount; ++row) {
+    const std::size_t entry = itemToLinesMap.entryOfRow(row);
+    if (isDone[entry]) continue;
+    isDone[entry] = true;
+    itemToLinesMap.forEachLine(
+        entry, [&](const TransitLineItem& line) { artworks.add(artworkStandingForLine(line)); });
   }
   return artworks.take();
 }
 
-std::size_t countLines(const TransitIncidents& incidents,
-                       const IncidentsToLineMapping& incidentsToLineMapping) {
+std::size_t countLines(std::span<const TransitLineItem* const> lines) {
   std::unordered_set<std::uint64_t> muids;
-  for (const SharedIncident& incident : incidents) {
-    const auto line = incidentsToLineMapping.find(incident->muid());
-    if (line != incidentsToLineMapping.end()) muids.insert(line->second->muid());
+  const TransitLineItem* last = nullptr;
+  for (const TransitLineItem* line : lines) {
+    if (line != last) muids.insert(line->muid());
+    last = line;
   }
   return muids.size();
 }
@@ -61,10 +66,10 @@ std::size_t countLines(const TransitIncidents& incidents,
 }  // namespace
 
 std::shared_ptr<const RVTransitSummaryItem> RVTransitIncidentsDataSourceBuilder::_summaryItemForIncidents(
-    const TransitIncidents& incidents, const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
+    const TransitIncidents& incidents, const ItemToLinesMap& itemToLinesMap) {
   return std::make_shared<const RVTransitSummaryItem>(
       kestrowText("LineWatch_Summary_advisory_count", {std::uint64_t{incidents.size()}}),
-      artworksOfRows(items, itemToLinesMap), _activityDataForIncidents(incidents));
+      artworksOfRows(itemToLinesMap, incidents.size()), _activityDataForIncidents(incidents));
 }
 
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_activityDataForIncidents(
@@ -80,10 +85,10 @@ std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_incidentsOverflowItemForIncidents(
-    const TransitIncidents& incidents, const IncidentsToLineMapping& incidentsToLineMapping) {
+    const TransitIncidents& incidents, std::span<const TransitLineItem* const> linesOfIncidents) {
   return std::make_shared<const RVTransitItem>(
       _advisoriesOverflowTitleForIncidentCount(incidents.size()),
-      _advisoriesOverflowSecondaryTextForLineItemsCount(countLines(incidents, incidentsToLineMapping)),
+      _advisoriesOverflowSecondaryTextForLineItemsCount(countLines(linesOfIncidents)),
       imageArtwork("advisories-v2", kFaintAlpha), /*displayArtwork=*/true,
       _activityDataForIncidents(incidents));
 }

@@ -27,33 +27,48 @@ std::shared_ptr<const RVTransitListItem> makeList(SummaryItem summary, TransitIt
   return std::make_shared<const RVTransitListItem>(std::move(summary), std::move(expandedItems));
 }
 
-std::optional<Bytes> activityBytesOfLine(const TransitLineItem& line) {
+std::shared_ptr<const RVUserActivityData> activityDataOfLine(const TransitLineItem& line) {
   auto options = std::make_shared<UrlDisplayOptions>();
   options->setMapType(kMapType);
   RovaActivity activity;
   activity.setLineItem(std::make_shared<TransitStorageLineItem>(line));
   activity.setDisplayOptions(std::move(options));
-  return bzip2CompressedData(activity.data());
+  auto bytes = bzip2CompressedData(activity.data());
+  if (!bytes) return nullptr;
+  Dictionary userInfo;
+  userInfo.emplace("bs", *std::move(bytes));
+  return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident",
+                                  std::move(userInfo));
 }
 
 }  // namespace
 
 struct RVTransitIncidentsDataSourceBuilder::Rows {
-  /// Where an incident's row is, and the list of its lines in `itemToLines`, which other insertions do not
-  /// move.
-  struct Place {
-    std::size_t row;
-    TransitLineItems* lines;
-  };
-
-  /// The incidents with a row, and their rows; index by index they belong together.
+  /// The incidents with a row, and their rows; index by index they belong together, and with the two below.
   TransitIncidents incidents;
   TransitItems items;
-  std::unordered_map<std::uint64_t, Place> placeByMuid;
-  IncidentsToLineMapping incidentToLine;
+  std::vector<std::uint64_t> muids;
+  /// The line under which the row was made.
+  LinesOfRow firstLines;
+
+  HashIndex rowByMuid;
   ItemToLinesMap itemToLines;
   /// The lines that made no new row, a line that only shares others' rows included.
-  TransitLineItems unaffectedLines;
+  std::size_t unaffectedLineCount = 0;
+
+  std::optional<std::uint32_t> rowOfMuid(std::uint64_t muid) const {
+    return rowByMuid.find(muid, [&](std::uint32_t row) { return muids[row] == muid; });
+  }
+  void add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line) {
+    const std::uint64_t muid = incident->muid();
+    rowByMuid.findOrEnter(muid, static_cast<std::uint32_t>(items.size()),
+                          [](std::uint32_t) { return false; });
+    muids.push_back(muid);
+    itemToLines.addRow(item, line);
+    firstLines.push_back(&line);
+    incidents.push_back(incident);
+    items.push_back(std::move(item));
+  }
 };
 
 RVTransitIncidentsDataSourceBuilder::RVTransitIncidentsDataSourceBuilder(
@@ -79,22 +94,22 @@ std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::_b
   if (lineItems_->empty()) return noFavoritesList();
   Rows rows = collectRows();
   _updateItemsAffectingSeveralLines(rows.items, rows.itemToLines);
-  record(rows.incidents, rows.incidentToLine);
+  record(rows);
   if (rows.items.empty()) return makeList(_allClearItem());
   if (rows.items.size() == 1) {
     const SharedTransitItem row = rows.items.front();
-    if (rows.unaffectedLines.empty()) return makeList(row);
-    return makeList(row, {row, _clearServiceItemForLines(rows.unaffectedLines)});
+    if (rows.unaffectedLineCount == 0) return makeList(row);
+    return makeList(row, {row, _clearServiceItemForLines(rows.unaffectedLineCount)});
   }
-  auto summary = _summaryItemForIncidents(rows.incidents, rows.items, rows.itemToLines);
-  return makeList(std::move(summary), expandedItems(rows));
+  auto summary = _summaryItemForIncidents(rows.incidents, rows.itemToLines);
+  return makeList(std::move(summary), expandedItems(std::move(rows)));
 }
 
 std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::noFavoritesList() {
   auto row = std::make_shared<const RVTransitItem>(
       kestrowText("LineWatch_NoFavorite_Title"), kestrowText("LineWatch_NoFavorite_SecondaryText"), nullptr,
       /*displayArtwork=*/false, std::make_shared<const OpenableURL>(URL{"rova://?t=r"}));
-  record({}, {});
+  record({});
   return makeList(std::move(row));
 }
 
@@ -103,46 +118,44 @@ RVTransitIncidentsDataSourceBuilder::Rows RVTransitIncidentsDataSourceBuilder::c
   for (const SharedLineItem& line : *lineItems_) {
     bool madeNewRow = false;
     for (std::size_t index = 0; index < line->incidents().size(); ++index) {
-      if (addRowOrLine(line, index, rows)) madeNewRow = true;
+      if (addRowOrLine(*line, index, rows)) madeNewRow = true;
     }
-    if (!madeNewRow) rows.unaffectedLines.push_back(line);
+    if (!madeNewRow) ++rows.unaffectedLineCount;
   }
   currentLine_ = {};
   return rows;
 }
 
 /// Gives the incident a row, or adds the line to the row that it has. True when a row was made.
-bool RVTransitIncidentsDataSourceBuilder::addRowOrLine(const SharedLineItem& line, std::size_t index,
+bool RVTransitIncidentsDataSourceBuilder::addRowOrLine(const TransitLineItem& line, std::size_t index,
                                                        Rows& rows) {
-  const SharedIncident& incident = line->incidents()[index];
+  const SharedIncident& incident = line.incidents()[index];
   if (!incidentFilter()->shouldDisplayIncident(*incident)) return false;
-  const std::uint64_t muid = incident->muid();
-  if (const auto place = rows.placeByMuid.find(muid); place != rows.placeByMuid.end()) {
-    place->second.lines->push_back(line);
+  if (const auto row = rows.rowOfMuid(incident->muid())) {
+    rows.itemToLines.addLine(*row, line);
     return false;
   }
-  SharedTransitItem item = _itemForIncidentAtIndex(index, *line);
+  SharedTransitItem item = _itemForIncidentAtIndex(index, line);
   if (!item) return false;
-  TransitLineItems& lines = rows.itemToLines[item];
-  lines.push_back(line);
-  rows.placeByMuid.emplace(muid, Rows::Place{rows.items.size(), &lines});
-  rows.incidentToLine.emplace(muid, line);
-  rows.incidents.push_back(incident);
-  rows.items.push_back(std::move(item));
+  rows.add(incident, std::move(item), line);
   return true;
 }
 
-TransitItems RVTransitIncidentsDataSourceBuilder::expandedItems(const Rows& rows) const {
-  TransitItems items = rows.items;
-  const bool endsWithGoodService = !rows.unaffectedLines.empty();
-  if (endsWithGoodService) items.push_back(_clearServiceItemForLines(rows.unaffectedLines));
+TransitItems RVTransitIncidentsDataSourceBuilder::expandedItems(Rows rows) const {
+  const bool endsWithGoodService = rows.unaffectedLineCount > 0;
+  TransitItems items = std::move(rows.items);
+  if (endsWithGoodService) items.push_back(_clearServiceItemForLines(rows.unaffectedLineCount));
   applyRowLimit(items, endsWithGoodService, rows);
   return items;
 }
 
-void RVTransitIncidentsDataSourceBuilder::record(const TransitIncidents& incidents,
-                                                 const IncidentsToLineMapping& incidentToLine) {
-  if (analytics_) analytics_->recordInfoForLines(*lineItems_, incidents, incidentToLine);
+void RVTransitIncidentsDataSourceBuilder::record(const Rows& rows) const {
+  if (!analytics_) return;
+  IncidentsToLineMapping incidentToLine;
+  incidentToLine.reserve(rows.incidents.size());
+  for (std::size_t row = 0; row < rows.incidents.size(); ++row)
+    incidentToLine.emplace(rows.muids[row], rows.firstLines[row]);
+  analytics_->recordInfoForLines(*lineItems_, rows.incidents, incidentToLine);
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_itemForIncidentAtIndex(std::size_t index,
@@ -158,21 +171,23 @@ SharedTransitItem RVTransitIncidentsDataSourceBuilder::_itemForIncidentAtIndex(s
                                                _userActivityDataForLineItem(line));
 }
 
-const RVTransitIncidentsDataSourceBuilder::LineProducts& RVTransitIncidentsDataSourceBuilder::productsOfLine(
+RVTransitIncidentsDataSourceBuilder::LineProducts& RVTransitIncidentsDataSourceBuilder::productsOfLine(
     const TransitLineItem& line) {
   if (currentLine_.line != &line) {
-    currentLine_ = {&line, lineArtwork(artworkStandingForLine(line), artworkCache_),
-                    activityBytesOfLine(line)};
+    currentLine_ = {&line, lineArtwork(artworkStandingForLine(line), artworkCache_), std::nullopt};
   }
   return currentLine_;
 }
 
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_userActivityDataForLineItem(
     const TransitLineItem& line) {
-  const auto& bytes = productsOfLine(line).activityBytes;
-  if (!bytes) return nullptr;
-  return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident",
-                                  Dictionary{{"bs", *bytes}});
+  auto& data = productsOfLine(line).activityData;
+  if (!data) {
+    data = activityDataOfLine(line);
+  } else if (*data) {
+    return (*data)->makeAgain();
+  }
+  return *data;
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_allClearItem() const {
@@ -186,16 +201,14 @@ std::string RVTransitIncidentsDataSourceBuilder::_allClearSecondaryText() const 
   return kestrowText("LineWatch_GoodService_SecondaryText_Plural", {std::uint64_t{lineItems_->size()}});
 }
 
-SharedTransitItem RVTransitIncidentsDataSourceBuilder::_clearServiceItemForLines(
-    const TransitLineItems& lines) {
+SharedTransitItem RVTransitIncidentsDataSourceBuilder::_clearServiceItemForLines(std::size_t lineCount) {
   return std::make_shared<const RVTransitItem>(
-      kestrowText("LineWatch_GoodService_Title"), _clearServiceSecondaryTextForLines(lines),
+      kestrowText("LineWatch_GoodService_Title"), _clearServiceSecondaryTextForLines(lineCount),
       imageArtwork("good-alt-v2", kFaintAlpha), /*displayArtwork=*/true, _urlForFavorites());
 }
 
-std::string RVTransitIncidentsDataSourceBuilder::_clearServiceSecondaryTextForLines(
-    const TransitLineItems& lines) {
-  return widgetText("LineWatch_GoodService_Overflow_SecondaryText", {std::uint64_t{lines.size()}});
+std::string RVTransitIncidentsDataSourceBuilder::_clearServiceSecondaryTextForLines(std::size_t lineCount) {
+  return widgetText("LineWatch_GoodService_Overflow_SecondaryText", {std::uint64_t{lineCount}});
 }
 
 std::shared_ptr<const RVOpenable> RVTransitIncidentsDataSourceBuilder::_urlForFavorites() {
@@ -220,7 +233,7 @@ void RVTransitIncidentsDataSourceBuilder::applyRowLimit(TransitItems& items, boo
   const TransitIncidents overflow(rows.incidents.end() - static_cast<std::ptrdiff_t>(incidentCount),
                                   rows.incidents.end());
   items.insert(items.begin() + static_cast<std::ptrdiff_t>(position),
-               _incidentsOverflowItemForIncidents(overflow, rows.incidentToLine));
+               _incidentsOverflowItemForIncidents(overflow, std::span(rows.firstLines).last(incidentCount)));
 }
 
 }  // namespace linewatch

@@ -4,27 +4,16 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "activity/user_activity_data.h"
+#include "list/item_to_lines_map.h"
 #include "list/transit_incident_filter.h"
 #include "list/transit_item_data_source_builder.h"
-#include "platform/value.h"
 
 namespace linewatch {
-
-/// Equality and hash of rows for look-up tables: by value.
-struct TransitItemIdentity {
-  bool operator()(const SharedTransitItem& a, const SharedTransitItem& b) const { return a->isEqual(*b); }
-  std::size_t operator()(const SharedTransitItem& item) const { return item->hash(); }
-};
-
-/// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
-/// entry.
-using ItemToLinesMap =
-    std::unordered_map<SharedTransitItem, TransitLineItems, TransitItemIdentity, TransitItemIdentity>;
 
 /// Makes the list of a user's lines: a row for each incident in force, the lines that share one named in it,
 /// a row for the lines that run well, and a row for what goes beyond the row limit. Time and memory grow in
@@ -57,47 +46,48 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
  private:
   /// What one build gathers while it walks the lines.
   struct Rows;
-  /// What every row of one line shares: its artwork, and the bytes that open it (none when they cannot be
-  /// made).
+  /// What every row of one line shares: its artwork, and what opens it (absent until it is first asked for,
+  /// null when it cannot be made).
   struct LineProducts {
     const TransitLineItem* line = nullptr;
     std::shared_ptr<const RVConfiguredArtwork> artwork;
-    std::optional<Bytes> activityBytes;
+    std::optional<std::shared_ptr<const RVUserActivityData>> activityData;
   };
 
   std::shared_ptr<const RVTransitListItem> _buildTransitListItem();
   std::shared_ptr<const RVTransitListItem> noFavoritesList();
   Rows collectRows();
-  bool addRowOrLine(const SharedLineItem& line, std::size_t index, Rows& rows);
-  TransitItems expandedItems(const Rows& rows) const;
-  void record(const TransitIncidents& incidents, const IncidentsToLineMapping& incidentToLine);
+  bool addRowOrLine(const TransitLineItem& line, std::size_t index, Rows& rows);
+  TransitItems expandedItems(Rows rows) const;
+  void record(const Rows& rows) const;
 
   SharedTransitItem _itemForIncidentAtIndex(std::size_t index, const TransitLineItem& line);
-  const LineProducts& productsOfLine(const TransitLineItem& line);
+  /// The products of the line whose rows are being made; made with its first row.
+  LineProducts& productsOfLine(const TransitLineItem& line);
   std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(const TransitLineItem& line);
 
   SharedTransitItem _allClearItem() const;
   std::string _allClearSecondaryText() const;
-  static SharedTransitItem _clearServiceItemForLines(const TransitLineItems& lines);
-  static std::string _clearServiceSecondaryTextForLines(const TransitLineItems& lines);
+  static SharedTransitItem _clearServiceItemForLines(std::size_t lineCount);
+  static std::string _clearServiceSecondaryTextForLines(std::size_t lineCount);
   static std::shared_ptr<const RVOpenable> _urlForFavorites();
 
   void applyRowLimit(TransitItems& items, bool endsWithGoodService, const Rows& rows) const;
 
   // Incidents that several lines share.
   void _updateItemsAffectingSeveralLines(TransitItems& items, ItemToLinesMap& itemToLinesMap) const;
-  SharedTransitItem itemNamingLines(const RVTransitItem& item, const TransitLineItems& lines) const;
-  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(const TransitLineItems& lines) const;
-  static std::optional<std::string> _prependLineNames(const TransitLineItems& lines,
+  SharedTransitItem itemNamingLines(const RVTransitItem& item, const LinesOfRow& lines) const;
+  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(const LinesOfRow& lines) const;
+  static std::optional<std::string> _prependLineNames(const LinesOfRow& lines,
                                                       const std::optional<std::string>& text);
 
   // Rows that stand for several incidents.
   static std::shared_ptr<const RVTransitSummaryItem> _summaryItemForIncidents(
-      const TransitIncidents& incidents, const TransitItems& items, const ItemToLinesMap& itemToLinesMap);
+      const TransitIncidents& incidents, const ItemToLinesMap& itemToLinesMap);
   static std::shared_ptr<const RVUserActivityData> _activityDataForIncidents(
       const TransitIncidents& incidents);
   static SharedTransitItem _incidentsOverflowItemForIncidents(
-      const TransitIncidents& incidents, const IncidentsToLineMapping& incidentsToLineMapping);
+      const TransitIncidents& incidents, std::span<const TransitLineItem* const> linesOfIncidents);
   static std::string _advisoriesOverflowTitleForIncidentCount(std::uint64_t count);
   static std::string _advisoriesOverflowSecondaryTextForLineItemsCount(std::uint64_t count);
 

@@ -39,7 +39,7 @@ class AnalyticsSession : public testing::Test {
     for (std::uint64_t i = 1; i <= count; ++i) {
       incidents.push_back(std::make_shared<const TransitIncidentRecord>(
           TransitIncidentFields{.muid = i, .title = "I" + std::to_string(i)}));
-      mapping.emplace(i, line);
+      mapping.emplace(i, line.get());
     }
     analytics_->recordInfoForLines(hasLines ? TransitLineItems{line} : TransitLineItems{}, incidents,
                                    mapping);

@@ -1,0 +1,41 @@
+#include "shared/hash_index.h"
+
+#include <random>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace linewatch {
+namespace {
+
+TEST(HashIndex, FindsWhatATableFinds) {
+  const std::uint64_t seed = std::random_device{}();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937_64 random(seed);
+  // Hashes that all collide, that differ in their upper half alone, that count up, and that are good.
+  for (const std::uint64_t factor : {0ULL, 1ULL << 32, 1ULL, 0x9E3779B97F4A7C15ULL}) {
+    HashIndex index;
+    std::vector<std::uint64_t> keys;
+    std::unordered_map<std::uint64_t, std::uint32_t> table;
+    const auto equals = [&](std::uint64_t key) {
+      return [&keys, key](std::uint32_t place) { return keys[place] == key; };
+    };
+    EXPECT_FALSE(index.find(0, equals(0)));
+    for (int i = 0; i < 2000; ++i) {
+      const std::uint64_t key = random() % 1000;
+      const auto place = static_cast<std::uint32_t>(keys.size());
+      const auto found = index.find(key * factor, equals(key));
+      const auto entered = index.findOrEnter(key * factor, place, equals(key));
+      const auto [known, isNew] = table.emplace(key, place);
+      if (isNew) keys.push_back(key);
+      EXPECT_EQ(found.has_value(), !isNew);
+      EXPECT_EQ(entered, found);
+      EXPECT_EQ(index.find(key * factor, equals(key)), known->second);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace linewatch
