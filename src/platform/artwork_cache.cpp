@@ -22,7 +22,15 @@ Picture TransitArtworkManager::image(const TransitArtworkDataSource& artwork, co
   Picture picture = iconFirst ? icon(artwork, size) : shield(artwork.shieldDataSource, artwork, size);
   if (!picture) picture = shield(artwork.iconFallbackShieldDataSource, artwork, size);
   if (!picture) picture = iconFirst ? shield(artwork.shieldDataSource, artwork, size) : icon(artwork, size);
-  return picture;
+  return picture ? picture : blank(artwork, size);
+}
+
+Picture TransitArtworkManager::blank(const TransitArtworkDataSource& artwork, const ArtworkSize& size) const {
+  if (artwork.shieldDataSource || artwork.iconDataSource || artwork.iconFallbackShieldDataSource)
+    return nullptr;
+  return artwork.artworkSourceType == kArtworkSourceIcon
+             ? iconManager_->image({}, artwork.intrinsicWidth, size)
+             : shieldManager_->image({}, artwork.intrinsicWidth, size);
 }
 
 void TransitArtworkManager::purge() {

@@ -57,7 +57,8 @@ class TransitArtworkManager {
       : shieldManager_(std::move(shieldManager)), iconManager_(std::move(iconManager)) {}
 
   /// What the source type names; where that is missing or unknown to the managers, the icon's fallback
-  /// shield, then whatever else the description has. Null when nothing of it can be drawn.
+  /// shield, then whatever else the description has. A description with none of these is one of an empty
+  /// shield or icon. Null when nothing of it can be drawn.
   std::shared_ptr<const ui::Image> image(const TransitArtworkDataSource& artwork,
                                          const ArtworkSize& size) const;
   void purge();
@@ -68,6 +69,8 @@ class TransitArtworkManager {
   std::shared_ptr<const ui::Image> shield(const std::optional<ShieldDataSource>& shield,
                                           const TransitArtworkDataSource& artwork,
                                           const ArtworkSize& size) const;
+  std::shared_ptr<const ui::Image> blank(const TransitArtworkDataSource& artwork,
+                                         const ArtworkSize& size) const;
 
   std::shared_ptr<ShieldManager> shieldManager_;
   std::shared_ptr<IconManager> iconManager_;

@@ -2,6 +2,10 @@
 
 #include <functional>
 
+#include "platform/artwork_cache.h"
+#include "platform/platform.h"
+#include "platform/ui/image.h"
+
 namespace linewatch {
 
 SizedTransitArtwork::SizedTransitArtwork(SharedArtwork artworkDataSource, std::int64_t shieldSize,
@@ -11,6 +15,11 @@ SizedTransitArtwork::SizedTransitArtwork(SharedArtwork artworkDataSource, std::i
       artworkCache_(std::move(artworkCache)),
       hash_((artworkDataSource_ ? linewatch::hash(*artworkDataSource_) : 0) ^
             std::hash<std::int64_t>{}(shieldSize_)) {}
+
+std::shared_ptr<const ui::Image> SizedTransitArtwork::image(double scale) const {
+  if (!artworkDataSource_ || !artworkCache_) return nullptr;
+  return artworkCache_->image(*artworkDataSource_, {shieldSize_, scale});
+}
 
 bool SizedTransitArtwork::isEqual(const Object& other) const {
   if (this == &other) return true;
@@ -27,6 +36,10 @@ std::string SizedTransitArtwork::description() const {
                            : nullptr;
   return "<" + classNameOf(*this) + " " + (shield ? shield->shieldText.value_or("") : "") + " size " +
          std::to_string(shieldSize_) + ">";
+}
+
+std::shared_ptr<const ui::Image> NamedImage::image(double /*scale*/) const {
+  return platform().imageSource().imageNamed(name_);
 }
 
 bool NamedImage::isEqual(const Object& other) const {

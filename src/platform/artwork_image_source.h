@@ -13,6 +13,9 @@
 namespace linewatch {
 
 class ArtworkDataSourceCache;
+namespace ui {
+class Image;
+}
 
 /// Something that can be drawn as a row's artwork.
 class ArtworkImageSource : public Object {
@@ -21,6 +24,8 @@ class ArtworkImageSource : public Object {
   virtual bool supportsSecureArchiving() const { return false; }
   /// The source archived with secure coding; absent when it could not be.
   virtual std::optional<Bytes> secureArchive() const { return std::nullopt; }
+  /// The source drawn for a display of `scale` pixels a point; null when there is nothing to draw.
+  virtual std::shared_ptr<const ui::Image> image(double /*scale*/) const { return nullptr; }
 };
 
 /// A line's or system's artwork at a shield size, drawn through an artwork cache.
@@ -37,6 +42,8 @@ class SizedTransitArtwork final : public ArtworkImageSource {
   std::int64_t shieldSize() const { return shieldSize_; }
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
 
+  /// Null without a description or a cache.
+  std::shared_ptr<const ui::Image> image(double scale) const override;
   bool isEqual(const Object& other) const override;
   std::size_t hash() const override { return hash_; }
   std::string description() const override;
@@ -55,6 +62,8 @@ class NamedImage final : public ArtworkImageSource {
 
   const std::string& name() const { return name_; }
 
+  /// Null when the widget has no such image.
+  std::shared_ptr<const ui::Image> image(double scale) const override;
   bool isEqual(const Object& other) const override;
   std::size_t hash() const override;
   std::string description() const override;

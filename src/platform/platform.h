@@ -15,6 +15,7 @@ class AnalyticsLogger;
 class Compressor;
 class Device;
 class FavoritesContainer;
+class IconManager;
 class IncidentStringProvider;
 class KeyedArchiver;
 class Localization;
@@ -24,6 +25,7 @@ class MapURLBuilder;
 class PreferencesStore;
 class RandomSource;
 class RemoteFavoritesPersister;
+class ShieldManager;
 class SystemController;
 class TransitService;
 class UsageRecorder;
@@ -70,6 +72,10 @@ class Platform {
   virtual std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() = 0;
   virtual std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
       std::shared_ptr<RemoteFavoritesPersister> persister) = 0;
+
+  /// New managers that draw icons and shields; neither keeps an atlas of what it drew.
+  virtual std::shared_ptr<IconManager> makeIconManager() = 0;
+  virtual std::shared_ptr<ShieldManager> makeShieldManager() = 0;
 
   /// The one T of this platform, made by `make` when it is first asked for. Any thread.
   template <class T>

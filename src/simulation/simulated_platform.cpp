@@ -82,4 +82,12 @@ std::shared_ptr<FavoritesContainer> SimulatedPlatform::makeFavoritesContainer(
   return std::make_shared<SimulatedFavoritesContainer>(backstage_, std::move(persister));
 }
 
+std::shared_ptr<IconManager> SimulatedPlatform::makeIconManager() {
+  return std::make_shared<SimulatedIconManager>();
+}
+
+std::shared_ptr<ShieldManager> SimulatedPlatform::makeShieldManager() {
+  return std::make_shared<SimulatedShieldManager>(backstage_);
+}
+
 }  // namespace linewatch::simulation

@@ -7,6 +7,7 @@
 #include "platform/ui/notification_center.h"
 #include "simulation/backstage.h"
 #include "simulation/simulated_analytics.h"
+#include "simulation/simulated_artwork.h"
 #include "simulation/simulated_companion.h"
 #include "simulation/simulated_compressor.h"
 #include "simulation/simulated_device.h"
@@ -77,6 +78,8 @@ class SimulatedPlatform final : public Platform {
   std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override;
   std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
       std::shared_ptr<RemoteFavoritesPersister> persister) override;
+  std::shared_ptr<IconManager> makeIconManager() override;
+  std::shared_ptr<ShieldManager> makeShieldManager() override;
 
  private:
   SimulatedPlatform(SharedBackstage backstage, std::shared_ptr<PreferencesStorage> preferences);
