@@ -1,0 +1,125 @@
+#include "desktop/drawing/picture.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+#include <cmath>
+#include <functional>
+#include <string>
+
+#include "desktop/drawing/qt_canvas.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr double kLongestSide = 16384;
+constexpr double kMostPixels = 128e6;
+// Qt makes zlib's level of it by dividing by 11. Flat areas and text become hardly smaller above level 1,
+// which takes a third of the time.
+constexpr int kPngCompression = 11;
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+};
+
+std::optional<PixelSize> pixelsOf(const PictureStyle& style) {
+  const double width = std::ceil(style.size.width * style.scale - 1e-6);
+  const double height = std::ceil(style.size.height * style.scale - 1e-6);
+  const auto isPossible = [](double side) { return side >= 1 && side <= kLongestSide; };
+  if (!isPossible(width) || !isPossible(height) || width * height > kMostPixels) return std::nullopt;
+  return PixelSize{static_cast<int>(width), static_cast<int>(height)};
+}
+
+void layOut(ui::View& view, const PictureStyle& style) {
+  view.setDisplayScale(style.scale);
+  view.setFrame({0, 0, style.size.width, style.size.height});
+  view.layoutIfNeeded();
+}
+
+void draw(ui::View& view, const PictureStyle& style, QPainter& painter, CanvasKind kind) {
+  QtCanvas canvas(painter, style.appearance, style.scale, kind);
+  canvas.fillRect({0, 0, style.size.width, style.size.height}, ui::SemanticColor::background);
+  view.render(canvas);
+}
+
+bool writePng(ui::View& view, const PictureStyle& style, QIODevice& device) {
+  const std::optional<QImage> image = imageOf(view, style);
+  QImageWriter writer(&device, "png");
+  writer.setCompression(kPngCompression);
+  return image && writer.write(*image);
+}
+
+bool writeSvg(ui::View& view, const PictureStyle& style, QIODevice& device) {
+  QSvgGenerator generator;
+  generator.setOutputDevice(&device);
+  // At this resolution Qt's units of length are pixels, which are what SVG calls points here.
+  generator.setResolution(96);
+  generator.setViewBox(QRectF(0, 0, style.size.width, style.size.height));
+  generator.setSize(QSizeF(style.size.width, style.size.height).toSize());
+  generator.setTitle(QStringLiteral("LineWatch"));
+  layOut(view, style);
+  QPainter painter;
+  if (!painter.begin(&generator)) return false;
+  draw(view, style, painter, CanvasKind::outlines);
+  return painter.end();
+}
+
+bool writePdf(ui::View& view, const PictureStyle& style, QIODevice& device) {
+  constexpr int kPointsAnInch = 72;
+  QPdfWriter writer(&device);
+  writer.setTitle(QStringLiteral("LineWatch"));
+  writer.setPageSize(
+      QPageSize(QSizeF(style.size.width, style.size.height), QPageSize::Point, {}, QPageSize::ExactMatch));
+  writer.setPageMargins({});
+  layOut(view, style);
+  QPainter painter;
+  if (!painter.begin(&writer)) return false;
+  const double unitsAPoint = static_cast<double>(writer.resolution()) / kPointsAnInch;
+  painter.scale(unitsAPoint, unitsAPoint);
+  draw(view, style, painter, CanvasKind::full);
+  return painter.end();
+}
+
+using Writing = bool (*)(ui::View&, const PictureStyle&, QIODevice&);
+
+Writing writingFor(const std::filesystem::path& file) {
+  const std::string extension = file.extension().string();
+  if (extension == ".png") return writePng;
+  if (extension == ".svg") return writeSvg;
+  return extension == ".pdf" ? writePdf : nullptr;
+}
+
+}  // namespace
+
+std::optional<QImage> imageOf(ui::View& view, const PictureStyle& style) {
+  const std::optional<PixelSize> pixels = pixelsOf(style);
+  if (!pixels) return std::nullopt;
+  layOut(view, style);
+  QImage image(pixels->width, pixels->height, QImage::Format_RGB32);
+  image.fill(qtColor(ui::SemanticColor::background, style.appearance));
+  QPainter painter(&image);
+  painter.scale(style.scale, style.scale);
+  draw(view, style, painter, CanvasKind::full);
+  return image;
+}
+
+std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
+                                 const std::filesystem::path& file) {
+  constexpr std::string_view kWhat = "cannot write the picture";
+  const Writing write = writingFor(file);
+  if (write == nullptr) return failure(kWhat, file.string(), "the name must end in .png, .svg or .pdf");
+  if (!pixelsOf(style)) return failure(kWhat, file.string(), "no picture can have this size");
+  QSaveFile to(QString::fromStdString(file.string()));
+  if (!to.open(QIODevice::WriteOnly) || !write(view, style, to) || !to.commit()) {
+    return failure(kWhat, file.string(), to.errorString().toStdString());
+  }
+  return std::nullopt;
+}
+
+}  // namespace linewatch::desktop

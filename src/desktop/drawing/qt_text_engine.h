@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/ui/text_engine.h"
+
+class QFont;
+
+namespace linewatch::desktop {
+
+/// The text engine over Qt's, which shapes every script that an installed font has. Needs a QGuiApplication,
+/// but no display. Text beyond UnicodeText::kLongest is left over.
+class QtTextEngine final : public ui::TextEngine {
+ public:
+  ui::FontMetrics metrics(const ui::Font& font) override;
+  std::shared_ptr<const ui::ShapedText> shape(const ui::AttributedText& text, const ui::Font& font) override;
+};
+
+/// A text in one font that the text styles need not have.
+std::shared_ptr<const ui::ShapedText> shapedText(const ui::AttributedText& text, const QFont& font);
+
+}  // namespace linewatch::desktop

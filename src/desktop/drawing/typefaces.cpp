@@ -1,0 +1,41 @@
+#include "desktop/drawing/typefaces.h"
+
+#include <QFontMetricsF>
+#include <QStringList>
+#include <cmath>
+
+namespace linewatch::desktop {
+
+namespace {
+
+// The first that is installed; the system's own choice where none is, and for characters that they lack.
+const QStringList& families() {
+  static const QStringList names = {"Inter", "Noto Sans", "DejaVu Sans"};
+  return names;
+}
+
+QFont::Weight weightOf(const ui::Font& font) {
+  const bool headline = font.style() == ui::TextStyle::headline;
+  if (font.traits().bold) return headline ? QFont::Bold : QFont::DemiBold;
+  return headline ? QFont::DemiBold : QFont::Normal;
+}
+
+}  // namespace
+
+QFont qtFont(double pointSize, QFont::Weight weight, bool italic) {
+  QFont font(families());
+  font.setPixelSize(static_cast<int>(std::lround(pointSize)));
+  font.setWeight(weight);
+  font.setItalic(italic);
+  font.setHintingPreference(QFont::PreferNoHinting);
+  return font;
+}
+
+QFont qtFont(const ui::Font& font) { return qtFont(font.pointSize(), weightOf(font), font.traits().italic); }
+
+ui::FontMetrics metricsOf(const QFont& font) {
+  const QFontMetricsF metrics(font);
+  return {metrics.ascent(), metrics.descent(), metrics.leading(), metrics.capHeight()};
+}
+
+}  // namespace linewatch::desktop

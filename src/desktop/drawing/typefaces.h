@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QFont>
+
+#include "platform/ui/font.h"
+#include "platform/ui/text_engine.h"
+
+namespace linewatch::desktop {
+
+/// The typeface of everything that is drawn, in points and without hints, so that a text is as wide at every
+/// scale.
+QFont qtFont(double pointSize, QFont::Weight weight, bool italic = false);
+QFont qtFont(const ui::Font& font);
+
+ui::FontMetrics metricsOf(const QFont& font);
+
+}  // namespace linewatch::desktop
