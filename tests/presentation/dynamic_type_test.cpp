@@ -1,0 +1,248 @@
+#include <cmath>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/ui/layout_guide.h"
+#include "presentation/dynamic_type_wizard.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+ui::Font headline() { return ui::Font::preferred(ui::TextStyle::headline); }
+double factor(ui::TextSizeCategory category) { return ui::scaleFactor(ui::TextStyle::headline, category); }
+const FontProvider kHeadline = headline;
+const FontProvider kNoFont = [] { return std::optional<ui::Font>(); };
+
+class DynamicType : public ::testing::Test {
+ protected:
+  DynamicType() { installPlatform(platform_); }
+  ~DynamicType() override { installPlatform(nullptr); }
+
+  void setTextSize(const std::string& name) {
+    platform_->changeWorld([&](auto& world) { world.textSize = name; });
+  }
+
+  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
+};
+
+/// Notes what it sees when it is told.
+class Witness : public Object {
+ public:
+  explicit Witness(std::vector<std::string>& notes, std::string name = "")
+      : notes_(notes), name_(std::move(name)) {}
+
+  void first() { notes_.push_back(name_ + "first"); }
+  void second() { notes_.push_back(name_ + "second"); }
+  void look() {
+    notes_.push_back("font " + std::string(nameOf(label->font().category())) + ", constant " +
+                     std::to_string(std::lround(constraint->constant())) + ", spacing " +
+                     std::to_string(std::lround(stack->spacing())));
+  }
+  void endOther() { DynamicTypeWizard::unregisterObject(other.lock()); }
+
+  std::shared_ptr<ui::Label> label;
+  ui::SharedConstraint constraint;
+  std::shared_ptr<ui::StackView> stack;
+  std::weak_ptr<Object> other;
+
+ private:
+  std::vector<std::string>& notes_;
+  std::string name_;
+};
+
+TEST_F(DynamicType, AValueScalesWithItsFont) {
+  setTextSize("AX3");
+  DynamicTypeValue value(21, nullptr);
+  EXPECT_EQ(value.scaledValue(), 21);
+  value.setFontProvider(kNoFont);
+  EXPECT_EQ(value.scaledValue(), 21);
+  value.setFontProvider(kHeadline);
+  EXPECT_EQ(value.scaledValue(), 21 * factor(ui::TextSizeCategory::AX3));
+  value.setUnscaledValue(-2);
+  EXPECT_EQ(value.scaledValue(), -2 * factor(ui::TextSizeCategory::AX3));
+}
+
+TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
+  auto label = std::make_shared<ui::Label>();
+  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  stack->setDisplayScale(3);
+  auto view = std::make_shared<ui::View>();
+  view->setDisplayScale(1);
+  auto constraint = view->heightAnchor().constraintEqualToConstant(0);
+  auto guide = std::make_shared<ui::LayoutGuide>();
+  auto homeless = guide->heightAnchor().constraintEqualToConstant(0);
+
+  setTextSize("XL");
+  DynamicTypeWizard::autorefreshLabel(label, kHeadline);
+  DynamicTypeWizard::autoscaleStackView(stack, 21, kHeadline);
+  EXPECT_EQ(DynamicTypeWizard::autoscaledConstraint(constraint, 21, kHeadline), constraint);
+  DynamicTypeWizard::autoscaledConstraint(homeless, 21, kHeadline);
+  const auto expectAt = [&](ui::TextSizeCategory category) {
+    const double scaled = 21 * factor(category);
+    EXPECT_EQ(label->font(), headline());
+    EXPECT_EQ(stack->spacing(), ui::snappedToPixel(scaled, 3));
+    EXPECT_EQ(constraint->constant(), ui::snappedToPixel(scaled, 1));
+    EXPECT_EQ(homeless->constant(), ui::snappedToPixel(scaled, 2)) << "the main display's grid";
+  };
+  expectAt(ui::TextSizeCategory::XL);
+  setTextSize("AX5");
+  expectAt(ui::TextSizeCategory::AX5);
+  view->addLayoutGuide(guide);
+  setTextSize("XS");
+  EXPECT_EQ(homeless->constant(), ui::snappedToPixel(21 * factor(ui::TextSizeCategory::XS), 1))
+      << "that of the guide's view";
+}
+
+TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) {
+  auto label = std::make_shared<ui::Label>();
+  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  ui::View view;
+  auto constraint = view.heightAnchor().constraintEqualToConstant(5);
+  stack->setSpacing(6);
+  EXPECT_EQ(DynamicTypeWizard::autoscaledConstraint(constraint, 21, nullptr), constraint);
+  DynamicTypeWizard::autoscaleStackView(stack, 21, nullptr);
+  DynamicTypeWizard::updateUnscaledConstantValue(21, kHeadline, constraint);
+  setTextSize("AX1");
+  EXPECT_EQ(constraint->constant(), 5);
+  EXPECT_EQ(stack->spacing(), 6);
+
+  const auto footnote = [] { return ui::Font::preferred(ui::TextStyle::footnote); };
+  DynamicTypeWizard::autorefreshLabel(label, footnote);
+  DynamicTypeWizard::autorefreshLabel(label, nullptr);
+  DynamicTypeWizard::autoscaledConstraint(constraint, 10, kHeadline);
+  DynamicTypeWizard::autoscaledConstraint(constraint, 20, kNoFont);
+  EXPECT_EQ(constraint->constant(), 20);
+  setTextSize("AX2");
+  EXPECT_EQ(label->font(), footnote()) << "what is registered stays";
+  EXPECT_EQ(constraint->constant(), 20);
+  DynamicTypeWizard::updateUnscaledConstantValue(40, kHeadline, constraint);
+  EXPECT_EQ(constraint->constant(), view.snappedToPixel(40 * factor(ui::TextSizeCategory::AX2)));
+  DynamicTypeWizard::updateUnscaledConstantValue(41, nullptr, constraint);
+  setTextSize("L");
+  EXPECT_EQ(constraint->constant(), 41);
+}
+
+TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
+  std::vector<std::string> notes;
+  auto witness = std::make_shared<Witness>(notes);
+  ui::View view;
+  witness->label = std::make_shared<ui::Label>();
+  witness->stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  witness->constraint = view.heightAnchor().constraintEqualToConstant(0);
+  // Registered the other way round than it is to happen.
+  DynamicTypeWizard::makeObject(witness, &Witness::second, 2);
+  DynamicTypeWizard::makeObject(witness, &Witness::look, 1);
+  DynamicTypeWizard::makeObject(witness, &Witness::look, 0);
+  DynamicTypeWizard::makeObject(witness, &Witness::first, 3);
+  DynamicTypeWizard::makeObject(witness, static_cast<void (Witness::*)()>(nullptr), 0);
+  DynamicTypeWizard::autoscaleStackView(witness->stack, 100, kHeadline);
+  DynamicTypeWizard::autoscaledConstraint(witness->constraint, 100, kHeadline);
+  DynamicTypeWizard::autorefreshLabel(witness->label, kHeadline);
+  EXPECT_TRUE(notes.empty()) << "nothing is run when it is registered";
+
+  setTextSize("AX5");
+  const auto grown = std::to_string(std::lround(100 * factor(ui::TextSizeCategory::AX5)));
+  EXPECT_EQ(notes,
+            (std::vector<std::string>{"font AX5, constant 100, spacing 100",
+                                      "font AX5, constant " + grown + ", spacing " + grown, "second"}));
+
+  notes.clear();
+  DynamicTypeWizard::makeObject(witness, &Witness::first, 2);
+  DynamicTypeWizard::makeObject(witness, &Witness::first, 0);
+  DynamicTypeWizard::unregisterObject(witness->label);
+  setTextSize("AX4");
+  EXPECT_EQ(notes.size(), 3U);
+  EXPECT_EQ(notes.front(), "first") << "the later operation replaces the earlier one";
+  EXPECT_EQ(notes.back(), "first");
+  EXPECT_EQ(witness->label->font(), headline()) << "a label keeps its font's registration";
+
+  notes.clear();
+  DynamicTypeWizard::unregisterObject(witness);
+  setTextSize("L");
+  EXPECT_TRUE(notes.empty());
+  EXPECT_EQ(witness->stack->spacing(), 100) << "so does everything else";
+}
+
+TEST_F(DynamicType, LeavesOutWhatIsTakenOutWhileItTells) {
+  std::vector<std::string> notes;
+  auto ending = std::make_shared<Witness>(notes), ended = std::make_shared<Witness>(notes);
+  ending->other = ended;
+  DynamicTypeWizard::makeObject(ending, &Witness::endOther, 0);
+  DynamicTypeWizard::makeObject(ended, &Witness::first, 0);
+  DynamicTypeWizard::makeObject(ended, &Witness::second, 1);
+  setTextSize("S");
+  EXPECT_TRUE(notes.empty());
+  MakeObjectsPerformSelectorWithMap(nullptr);
+}
+
+TEST_F(DynamicType, KeepsNothingAlive) {
+  std::vector<std::string> notes;
+  int fontsAsked = 0;
+  const FontProvider counting = [&] {
+    ++fontsAsked;
+    return std::optional(headline());
+  };
+  auto label = std::make_shared<ui::Label>();
+  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto view = std::make_shared<ui::View>();
+  auto constraint = view->heightAnchor().constraintEqualToConstant(0);
+  auto witness = std::make_shared<Witness>(notes);
+  DynamicTypeWizard::autorefreshLabel(label, counting);
+  DynamicTypeWizard::autoscaleStackView(stack, 21, counting);
+  DynamicTypeWizard::autoscaledConstraint(constraint, 21, counting);
+  DynamicTypeWizard::makeObject(witness, &Witness::first, 1);
+  view.reset();
+  setTextSize("XL");
+  EXPECT_EQ(fontsAsked, 6) << "once a registration and a change, also where a constraint's view has gone";
+  const std::vector<std::weak_ptr<Object>> registered = {label, stack, constraint, witness};
+  label.reset();
+  stack.reset();
+  constraint.reset();
+  witness.reset();
+  for (const auto& object : registered) EXPECT_TRUE(object.expired());
+  notes.clear();
+  setTextSize("XXL");
+  EXPECT_EQ(fontsAsked, 6);
+  EXPECT_TRUE(notes.empty());
+}
+
+TEST_F(DynamicType, StartsAfreshWithEachPlatform) {
+  auto label = std::make_shared<ui::Label>();
+  DynamicTypeWizard::autorefreshLabel(label, kHeadline);
+  auto other = simulation::SimulatedPlatform::make();
+  installPlatform(other);
+  other->changeWorld([](auto& world) { world.textSize = "AX5"; });
+  EXPECT_EQ(label->font().category(), ui::TextSizeCategory::L);
+  DynamicTypeWizard::autorefreshLabel(label, kHeadline);
+  other->changeWorld([](auto& world) { world.textSize = "AX1"; });
+  EXPECT_EQ(label->font().category(), ui::TextSizeCategory::AX1);
+}
+
+TEST(WeakKeyTable, SweepsDeadEntriesAndTellsANewObjectAtAnOldAddress) {
+  WeakKeyTable<int, int> table;
+  std::vector<std::shared_ptr<int>> kept;
+  for (int i = 0; i < 10'000; ++i) {
+    auto key = std::make_shared<int>(i);
+    EXPECT_EQ(table.find(key.get()), nullptr);
+    table.set(key, i);
+    if (i % 1000 == 0) kept.push_back(key);
+  }
+  EXPECT_LT(table.capacityInUse(), 100U);
+  ASSERT_EQ(table.keys(), kept) << "in the order in which they came";
+  for (const auto& key : kept) EXPECT_EQ(*table.find(key.get()), *key);
+  table.set(kept[0], 42);
+  EXPECT_EQ(*table.find(kept[0].get()), 42);
+  table.remove(kept[1].get());
+  table.remove(kept[1].get());
+  EXPECT_EQ(table.find(kept[1].get()), nullptr);
+  EXPECT_EQ(table.keys().size(), kept.size() - 1);
+  table.set(nullptr, 1);
+  EXPECT_EQ(table.find(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace linewatch
