@@ -1,0 +1,108 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ui/label.h"
+#include "platform/ui/layout_guide.h"
+#include "platform/ui/stack_view.h"
+#include "platform/ui/table_view_cell.h"
+#include "presentation/dynamic_type_value.h"
+#include "presentation/visual_effect_wrapping_view.h"
+
+namespace linewatch {
+
+/// The rectangle of a part of a cell, in the cell's coordinates. The name is that of the cell's field.
+struct NamedRect {
+  std::string_view name;
+  ui::Rect rect;
+
+  bool operator==(const NamedRect&) const = default;
+};
+
+/// What the cells have in common: a row of a height that is handed down, with a block of text that is centred
+/// in it, 16 points from its sides, and begins with a primary label. The block's top lies above the label's
+/// first baseline by about the height of its capitals. All follows the text size. Main thread.
+class FixedHeightCell : public ui::TableViewCell {
+ public:
+  /// Points; 110 until it is set.
+  double rowHeight() const { return rowHeightConstraint_->constant(); }
+  void setRowHeight(double rowHeight) { rowHeightConstraint_->setConstant(rowHeight); }
+
+  const std::shared_ptr<ui::Label>& primaryLabel() const { return primaryLabel_; }
+
+  /// The font of the primary label at the text size of the moment.
+  virtual ui::Font _primaryFont() const = 0;
+  /// The parts that are shown, where the last layout has put them.
+  std::vector<NamedRect> namedRects() const;
+
+ protected:
+  /// Only cells can make one, so that every cell is made by `makeCell`.
+  class Key {
+    friend FixedHeightCell;
+    Key() = default;
+  };
+  using Constraints = std::vector<ui::SharedConstraint>;
+
+  FixedHeightCell(Key, ui::TableViewCellStyle style, std::string reuseIdentifier);
+
+  /// A complete cell of the class.
+  template <class Cell>
+  static std::shared_ptr<Cell> makeCell(ui::TableViewCellStyle style, std::string reuseIdentifier) {
+    auto cell = std::make_shared<Cell>(Key(), style, std::move(reuseIdentifier));
+    const std::shared_ptr<FixedHeightCell> base = cell;
+    base->self_ = base;
+    base->_createSubviews();
+    ui::LayoutConstraint::activate(base->_initialConstraints());
+    base->keepBaselineOffsetFitting();
+    return cell;
+  }
+
+  virtual void _createSubviews() = 0;
+  /// Those that are active from the start.
+  virtual Constraints _initialConstraints() = 0;
+  /// The distance from the block's top to where `primaryLabelToContentGuideConstraint` puts the first
+  /// baseline.
+  virtual double firstBaselineOffset() const = 0;
+  virtual void addNamedRects(std::vector<NamedRect>& rects) const = 0;
+  void _updatePrimaryLabelToContentGuideConstaint();
+
+  /// A font of this very cell, asked of it each time, for as long as it lives.
+  template <class Cell>
+  FontProvider fontProvider(ui::Font (Cell::*font)() const) const {
+    return [weakSelf = self_, font]() -> std::optional<ui::Font> {
+      const auto self = weakSelf.lock();
+      if (!self) return std::nullopt;
+      return (static_cast<const Cell&>(*self).*font)();
+    };
+  }
+  FontProvider primaryFontProvider() const { return fontProvider(&FixedHeightCell::_primaryFont); }
+
+  /// The guide, the stack with its spacing still 0, and the primary label as the stack's first view.
+  void createCommonSubviews();
+  /// A wrapper at the stack's end that shows a label in the provider's font.
+  std::shared_ptr<VisualEffectWrappingView> addWrappedLabel(const std::shared_ptr<ui::Label>& label,
+                                                            ui::VibrancyEffect effect,
+                                                            FontProvider fontProvider);
+  /// The row's height, and the guide in the row.
+  Constraints commonConstraints();
+
+  void addRect(std::vector<NamedRect>& rects, std::string_view name, const ui::View& view) const;
+  void addRect(std::vector<NamedRect>& rects, std::string_view name, ui::LayoutGuide& guide) const;
+
+  std::shared_ptr<ui::StackView> stackView_;
+  std::shared_ptr<ui::LayoutGuide> contentGuide_;
+  std::shared_ptr<VisualEffectWrappingView> vibrancyViewForPrimaryLabel_;
+  ui::SharedConstraint rowHeightConstraint_;
+  ui::SharedConstraint primaryLabelToContentGuideConstraint_;
+  std::shared_ptr<ui::Label> primaryLabel_;
+
+ private:
+  void keepBaselineOffsetFitting();
+
+  std::weak_ptr<FixedHeightCell> self_;
+};
+
+}  // namespace linewatch

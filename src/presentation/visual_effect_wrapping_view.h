@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/ui/label.h"
+#include "platform/ui/visual_effect_view.h"
+
+namespace linewatch {
+
+/// Shows a label through an effect. Its baselines are the label's.
+class VisualEffectWrappingView final : public ui::VisualEffectView {
+ public:
+  using VisualEffectView::VisualEffectView;
+
+  const std::shared_ptr<ui::Label>& label() const { return label_; }
+  /// The label fills this view. Null for none.
+  void setLabel(std::shared_ptr<ui::Label> label);
+
+  View& viewForFirstBaselineLayout() override;
+  View& viewForLastBaselineLayout() override;
+
+ private:
+  std::shared_ptr<ui::Label> label_;
+};
+
+}  // namespace linewatch

@@ -1,0 +1,58 @@
+#include "presentation/label_extras.h"
+
+#include <gtest/gtest.h>
+
+#include "presentation/height_constrained_view.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+TEST(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
+  ui::Label label;
+  EXPECT_EQ(_rova_lineSpacing(label), 0);
+  _rova_setLineSpacing(label, 4);
+  label.setText("no style yet");
+  EXPECT_EQ(_rova_lineSpacing(label), 0) << "an empty label cannot carry one";
+
+  ui::AttributedText text("first ",
+                          {.color = ui::SemanticColor::systemGray, .paragraphStyle = ui::ParagraphStyle{3}});
+  text.append("second", {.paragraphStyle = ui::ParagraphStyle{7}});
+  label.setAttributedText(text);
+  EXPECT_EQ(_rova_lineSpacing(label), 3);
+  _rova_setLineSpacing(label, 3);
+  EXPECT_EQ(label.attributedText(), text) << "the same value changes nothing";
+  _rova_setLineSpacing(label, 5);
+  EXPECT_EQ(label.text(), "first second");
+  ASSERT_FALSE(label.attributedText().runs().empty());
+  for (const auto& run : label.attributedText().runs()) {
+    EXPECT_EQ(run.attributes.paragraphStyle.value().lineSpacing, 5);
+  }
+  EXPECT_EQ(label.attributedText().runs().front().attributes.color, ui::Color(ui::SemanticColor::systemGray));
+}
+
+TEST(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
+  installPlatform(simulation::SimulatedPlatform::make());
+  const ui::Font font(ui::TextStyle::title2);
+  const auto label = multiLineLabelWithFont(font);
+  EXPECT_EQ(label->font(), font);
+  EXPECT_EQ(label->frame(), ui::Rect());
+  EXPECT_TRUE(label->isLaidOutByConstraints());
+  label->setText("a b c d e f");
+  EXPECT_NEAR(label->intrinsicHeight(font.pointSize()).value(), 6 * font.pointSize(), 1);
+  installPlatform(nullptr);
+}
+
+TEST(HeightConstrainedView, HasOneConstraintThatIsSomebodyElsesToActivate) {
+  HeightConstrainedView view;
+  const auto constraint = view.heightConstraint();
+  EXPECT_EQ(view.heightConstraint(), constraint);
+  EXPECT_FALSE(constraint->isActive());
+  EXPECT_EQ(constraint->firstItem(), &view);
+  EXPECT_EQ(constraint->firstAttribute(), ui::LayoutAttribute::height);
+  EXPECT_EQ(constraint->secondItem(), nullptr);
+  EXPECT_EQ(constraint->constant(), 0);
+}
+
+}  // namespace
+}  // namespace linewatch
