@@ -33,7 +33,7 @@ icu::UnicodeString decomposed(std::string_view text) {
   UErrorCode trouble = U_ZERO_ERROR;
   const auto* const fold = icu::Normalizer2::getNFKCCasefoldInstance(trouble);
   const auto* const part = icu::Normalizer2::getNFDInstance(trouble);
-  const icu::UnicodeString whole =
+  icu::UnicodeString whole =
       icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
   if (U_FAILURE(trouble)) return whole;
   return part->normalize(fold->normalize(whole, trouble), trouble);

@@ -1,5 +1,6 @@
 #include "desktop/feeds/line_index.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace linewatch::desktop {
@@ -24,12 +25,6 @@ class StableHash {
   std::uint64_t state_ = 0xCBF29CE484222325U;
 };
 
-template <class Key>
-std::optional<std::size_t> found(const std::unordered_map<Key, std::size_t>& places, const Key& key) {
-  const auto place = places.find(key);
-  return place == places.end() ? std::nullopt : std::optional(place->second);
-}
-
 }  // namespace
 
 std::uint64_t stableMuid(std::string_view feedName, std::string_view id) {
@@ -43,20 +38,23 @@ std::uint64_t stableMuid(std::string_view feedName, std::string_view id) {
 
 LineIndex::LineIndex(Contents contents) : contents_(std::move(contents)) {
   muids_.reserve(routes().size());
-  for (std::size_t route = 0; route < routes().size(); ++route) {
-    const std::string& id = routes()[route].id;
-    muids_.push_back(stableMuid(feedName(), id));
-    routesById_.emplace(id, route);
-    routesByMuid_.emplace(muids_.back(), route);
+  routesByMuid_.reserve(routes().size());
+  for (const FeedRoute& route : routes()) {
+    muids_.push_back(stableMuid(feedName(), route.id));
+    routesByMuid_.emplace_back(muids_.back(), static_cast<std::uint32_t>(routesByMuid_.size()));
   }
+  std::sort(routesByMuid_.begin(), routesByMuid_.end());
 }
 
 std::optional<std::size_t> LineIndex::routeWithId(std::string_view id) const {
-  return found(routesById_, id);
+  const std::optional<std::size_t> route = routeWithMuid(stableMuid(feedName(), id));
+  return route && routes()[*route].id == id ? route : std::nullopt;
 }
 
 std::optional<std::size_t> LineIndex::routeWithMuid(std::uint64_t muid) const {
-  return found(routesByMuid_, muid);
+  const auto place = std::lower_bound(routesByMuid_.begin(), routesByMuid_.end(), std::pair(muid, 0U));
+  return place != routesByMuid_.end() && place->first == muid ? std::optional<std::size_t>(place->second)
+                                                              : std::nullopt;
 }
 
 const std::string& LineIndex::nameOfRoute(std::size_t route) const {

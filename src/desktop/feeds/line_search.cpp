@@ -67,7 +67,7 @@ bool comesBefore(const Candidate& a, const Candidate& b) {
 }
 
 /// "12 (Airport – Harbour)"
-std::string withLongName(std::string text, const FoundLine& line) {
+std::string withLongName(const std::string& text, const FoundLine& line) {
   const std::string& longName = line.entry().longName;
   return longName.empty() || longName == text ? text : text + " (" + longName + ")";
 }

@@ -91,7 +91,7 @@ std::string abbreviationOfLine(std::string_view name) {
   if (std::optional<std::string> ends = initialsOfEnds(name)) return *ends;
   std::vector<std::string_view> words = wordsOf(name);
   std::erase_if(words, isWordForLine);
-  const std::string telling = joined(words);
+  std::string telling = joined(words);
   if (!telling.empty() && isShort(telling)) return telling;
   const auto number = std::find_if(words.begin(), words.end(), hasDigit);
   if (number != words.end() && isShort(*number)) return std::string(*number);
