@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <unicode/messagepattern.h>
 
+#include "desktop/feeds/feed_texts.h"
+
 namespace linewatch::desktop {
 namespace {
 
@@ -148,6 +150,25 @@ TEST(IcuLocalization, NamesStandBeforeTheText) {
   EXPECT_EQ(formatted("en", "LineWatch_N_Lines_Prepended_Incident_Text", {"A, B", "C", "x"}),
             "A, B, and C: x");
   EXPECT_EQ(formatted("de", "LineWatch_N_Lines_Names_Concatenated", {"A, B", "C"}), "A, B und C");
+}
+
+TEST(IcuLocalization, ATextThatIsNoValidFormatIsGivenUnchanged) {
+  IcuLocalization texts = localizationFor("en");
+  const FormatArgument arguments[] = {std::uint64_t{3}};
+  for (const char* format :
+       {"{", "{0", "{0, plural, one {#}", "{0, nonsense}", "{-1}", "{0, plural, one {x}}"}) {
+    EXPECT_EQ(texts.format(format, arguments), format);
+  }
+  EXPECT_EQ(texts.format("{0} of {1}", arguments), "3 of {1}");
+  EXPECT_EQ(texts.format("", {}), "");
+}
+
+TEST(StringTables, FeedWordsAreThoseThatStandInForMissingOnes) {
+  const IcuLocalization texts = localizationFor("en");
+  const auto lookUp = [&](std::string_view key, std::string_view) {
+    return texts.feedString(key, "missing");
+  };
+  EXPECT_EQ(FeedTexts::lookedUp(lookUp), FeedTexts::english());
 }
 
 constexpr TableText kTexts[] = {{"en", "kestrow", "only English", "hello"},

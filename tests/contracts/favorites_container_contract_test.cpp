@@ -1,0 +1,126 @@
+#include <mutex>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "contracts/subject.h"
+#include "desktop/roles/background_favorites.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Makes containers, and lets what they have still to do be done.
+class Containers {
+ public:
+  virtual ~Containers() = default;
+  virtual std::shared_ptr<FavoritesContainer> make(std::shared_ptr<RemoteFavoritesPersister> persister) = 0;
+  virtual void finishReading() = 0;
+};
+
+class SimulatedContainers final : public Containers {
+ public:
+  std::shared_ptr<FavoritesContainer> make(std::shared_ptr<RemoteFavoritesPersister> persister) override {
+    return platform_->makeFavoritesContainer(std::move(persister));
+  }
+  void finishReading() override { platform_->runUntilIdle(); }
+
+ private:
+  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
+};
+
+class DesktopContainers final : public Containers {
+ public:
+  std::shared_ptr<FavoritesContainer> make(std::shared_ptr<RemoteFavoritesPersister> persister) override {
+    return std::make_shared<desktop::BackgroundFavoritesContainer>(queue_, std::move(persister));
+  }
+  void finishReading() override {
+    queue_->finish();
+    queue_ = std::make_shared<desktop::BackgroundQueue>();
+  }
+
+ private:
+  std::shared_ptr<desktop::BackgroundQueue> queue_ = std::make_shared<desktop::BackgroundQueue>();
+};
+
+/// Gives what another persister gives, and counts.
+class CountingPersister final : public RemoteFavoritesPersister {
+ public:
+  explicit CountingPersister(Favorites favorites) : favorites_(std::move(favorites)) {}
+  Favorites readFavorites() override {
+    ++count;
+    return favorites_;
+  }
+  int count = 0;
+
+ private:
+  Favorites favorites_;
+};
+
+class FavoritesContainerContract : public testing::TestWithParam<Subject<Containers>> {
+ protected:
+  std::shared_ptr<Containers> containers_ = GetParam().make();
+};
+
+TEST_P(FavoritesContainerContract, CallsEachOperationOnceWithAllFavoritesInOrder) {
+  const auto persister = std::make_shared<CountingPersister>(
+      Favorites{FavoritePlace{"Home"}, FavoriteTransitLine{}, FavoriteRegion{"Alps"}, FavoriteRoute{"Way"}});
+  const auto container = containers_->make(persister);
+  std::vector<std::string> calls;
+  for (const char* name : {"first", "second"}) {
+    container->readContents([&calls, name](const Favorites& favorites) {
+      ASSERT_EQ(favorites.size(), 4U);
+      calls.push_back(name + std::get<FavoritePlace>(favorites[0]).name +
+                      std::get<FavoriteRegion>(favorites[2]).name);
+      EXPECT_EQ(std::get<FavoriteTransitLine>(favorites[1]).transitLine, nullptr);
+    });
+  }
+  containers_->finishReading();
+  EXPECT_THAT(calls, ElementsAre("firstHomeAlps", "secondHomeAlps"));
+  EXPECT_EQ(persister->count, 2);
+  containers_->finishReading();
+  EXPECT_EQ(calls.size(), 2U);
+}
+
+TEST_P(FavoritesContainerContract, NeverCallsWithinTheCall) {
+  const auto container = containers_->make(std::make_shared<CountingPersister>(Favorites{}));
+  // Were the operation run within the call, this lock would be taken twice by one thread.
+  std::mutex held;
+  bool isCalled = false;
+  {
+    const std::lock_guard lock(held);
+    container->readContents([&](const Favorites& favorites) {
+      const std::lock_guard inner(held);
+      EXPECT_THAT(favorites, IsEmpty());
+      isCalled = true;
+    });
+    EXPECT_FALSE(isCalled);
+  }
+  containers_->finishReading();
+  EXPECT_TRUE(isCalled);
+}
+
+TEST_P(FavoritesContainerContract, AnOperationKeepsWhatItHoldsUntilItHasRun) {
+  auto container = containers_->make(std::make_shared<CountingPersister>(Favorites{}));
+  auto held = std::make_shared<int>(1);
+  const std::weak_ptr<int> watched = held;
+  bool isCalled = false;
+  container->readContents([&isCalled, held = std::move(held)](const Favorites&) { isCalled = *held == 1; });
+  // The container may go before it has read.
+  container.reset();
+  containers_->finishReading();
+  EXPECT_TRUE(isCalled);
+  EXPECT_TRUE(watched.expired());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Platforms, FavoritesContainerContract,
+    testing::Values(Subject<Containers>{"Simulation", [] { return std::make_shared<SimulatedContainers>(); }},
+                    Subject<Containers>{"Desktop", [] { return std::make_shared<DesktopContainers>(); }}),
+    nameOfSubject<Containers>);
+
+}  // namespace
+}  // namespace linewatch

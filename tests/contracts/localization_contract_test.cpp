@@ -1,0 +1,70 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "contracts/subject.h"
+#include "desktop/text/icu_localization.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* kUnknownKey = "LineWatch_No_Such_Text";
+
+class LocalizationContract : public testing::TestWithParam<Subject<Localization>> {
+ protected:
+  std::string text(std::string_view key, StringTable table) {
+    return texts_->localizedString(key, kLocalizedStringNotFound, table);
+  }
+  std::string joined(const std::vector<std::string>& names) { return texts_->joinCommaDelimited(names); }
+
+  std::shared_ptr<Localization> texts_ = GetParam().make();
+};
+
+TEST_P(LocalizationContract, AnUnknownKeyGivesTheFallbackWhichNoFormattingChanges) {
+  for (const StringTable table : {StringTable::kestrow, StringTable::widget}) {
+    EXPECT_EQ(text(kUnknownKey, table), kLocalizedStringNotFound);
+    EXPECT_EQ(texts_->localizedString(kUnknownKey, "other", table), "other");
+  }
+  const FormatArgument arguments[] = {std::uint64_t{3}, "text"};
+  EXPECT_EQ(texts_->format(std::string(kLocalizedStringNotFound), arguments), kLocalizedStringNotFound);
+}
+
+TEST_P(LocalizationContract, AFormattedTextHoldsItsArguments) {
+  const FormatArgument count[] = {std::uint64_t{42}};
+  EXPECT_THAT(texts_->format(text("LineWatch_Summary_advisory_count", StringTable::kestrow), count),
+              HasSubstr("42"));
+  const FormatArgument texts[] = {"Red {0}", "it's", "late"};
+  const std::string row =
+      texts_->format(text("LineWatch_2_Lines_Prepended_Incident_Text", StringTable::widget), texts);
+  for (const char* part : {"Red {0}", "it's", "late"}) EXPECT_THAT(row, HasSubstr(part));
+}
+
+TEST_P(LocalizationContract, AListIsJoinedWithCommas) {
+  EXPECT_EQ(joined({}), "");
+  EXPECT_EQ(joined({"A"}), "A");
+  EXPECT_EQ(joined({"A", "B"}), "A, B");
+  EXPECT_EQ(joined({"A, B", "{0}", "C"}), "A, B, {0}, C");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Platforms, LocalizationContract,
+    testing::Values(
+        Subject<Localization>{"Simulation",
+                              [] {
+                                simulation::World world;
+                                world.missingTexts.insert(kUnknownKey);
+                                const auto platform = simulation::SimulatedPlatform::make(world);
+                                return std::shared_ptr<Localization>(platform, &platform->localization());
+                              }},
+        Subject<Localization>{
+            "DesktopInEnglish",
+            [] { return std::make_shared<desktop::IcuLocalization>(*desktop::UserLocale::parse("en")); }},
+        Subject<Localization>{
+            "DesktopInGerman",
+            [] { return std::make_shared<desktop::IcuLocalization>(*desktop::UserLocale::parse("de")); }}),
+    nameOfSubject<Localization>);
+
+}  // namespace
+}  // namespace linewatch
