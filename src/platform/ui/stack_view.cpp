@@ -11,18 +11,21 @@ void StackView::addArrangedSubview(const std::shared_ptr<View>& view) {
 
 void StackView::insertArrangedSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
-  std::erase(arranged_, view);
-  arranged_.insert(arranged_.begin() + static_cast<std::ptrdiff_t>(std::min(index, arranged_.size())), view);
-  view->setLaidOutByConstraints(true);
-  addSubview(view);
+  // The one given may be among the arranged ones.
+  const std::shared_ptr<View> added = view;
+  std::erase(arranged_, added);
+  arranged_.insert(arranged_.begin() + static_cast<std::ptrdiff_t>(std::min(index, arranged_.size())), added);
+  added->setLaidOutByConstraints(true);
+  addSubview(added);
   forgetLinks();
   rearrange();
 }
 
 void StackView::removeArrangedSubview(const std::shared_ptr<View>& view) {
-  if (std::erase(arranged_, view) == 0) return;
+  const std::shared_ptr<View> removed = view;
+  if (std::erase(arranged_, removed) == 0) return;
   forgetLinks();
-  view->removeFromSuperview();
+  removed->removeFromSuperview();
   rearrange();
 }
 

@@ -46,12 +46,14 @@ void View::addSubview(const std::shared_ptr<View>& view) { insertSubview(view, s
 
 void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
-  view->removeFromSuperview();
-  if (!view->ownLayoutRoot_) view->engine_.reset();
-  subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(index, subviews_.size())), view);
-  view->superview_ = this;
-  view->markForLayout();
-  if (!view->ownLayoutRoot_) structureDidChange();
+  // The one given may be among the subviews' own.
+  const std::shared_ptr<View> added = view;
+  added->removeFromSuperview();
+  if (!added->ownLayoutRoot_) added->engine_.reset();
+  subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(index, subviews_.size())), added);
+  added->superview_ = this;
+  added->markForLayout();
+  if (!added->ownLayoutRoot_) structureDidChange();
   setNeedsDisplay();
 }
 
