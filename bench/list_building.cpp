@@ -7,8 +7,8 @@
 // look-ups.
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -16,78 +16,14 @@
 #include <benchmark/benchmark.h>
 
 #include "activity/rova_activity.h"
+#include "list/quiet_platform.h"
 #include "list/transit_item_data_source_builder.h"
-#include "platform/platform.h"
 #include "platform/transit_records.h"
 #include "platform/transit_storage_incident.h"
 #include "shared/rova_map.h"
-#include "simulation/simulated_platform.h"
 
 namespace linewatch {
 namespace {
-
-using simulation::SimulatedPlatform;
-
-class QuietSession final : public UserSession {
- public:
-  void sessionEntity(bool, bool) override {}
-  URL sharedSessionPunchOutURL(const std::string& absoluteString) override { return {absoluteString}; }
-  Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override { return userInfo; }
-  UserSessionSnapshot snapshot() override { return {}; }
-};
-
-/// Counts what is to be compressed and gives a few bytes that tell one record from another.
-class CountingCompressor final : public Compressor {
- public:
-  std::optional<Bytes> bzip2(const Bytes& data) override {
-    ++count;
-    const std::size_t length = std::min<std::size_t>(data.size(), 64);
-    return Bytes(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(length));
-  }
-  std::size_t count = 0;
-};
-
-class QuietArchiver final : public KeyedArchiver {
- public:
-  std::optional<Bytes> archivedData(const ArchivedObject&, bool) override { return Bytes{1}; }
-  std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes&) override { return nullptr; }
-};
-
-/// A simulated platform that keeps no transcript of the session and makes no bytes.
-class QuietPlatform final : public Platform {
- public:
-  Log& log() override { return real_->log(); }
-  MainLoop& mainLoop() override { return real_->mainLoop(); }
-  RandomSource& randomSource() override { return real_->randomSource(); }
-  Localization& localization() override { return real_->localization(); }
-  IncidentStringProvider& incidentStringProvider() override { return real_->incidentStringProvider(); }
-  KeyedArchiver& keyedArchiver() override { return archiver_; }
-  TransitService& transitService() override { return real_->transitService(); }
-  UserSession& userSession() override { return session_; }
-  MapURLBuilder& mapURLBuilder() override { return real_->mapURLBuilder(); }
-  SystemController& systemController() override { return real_->systemController(); }
-  Device& device() override { return real_->device(); }
-  UsageRecorder& usageRecorder() override { return real_->usageRecorder(); }
-  AnalyticsEventFactory& analyticsEventFactory() override { return real_->analyticsEventFactory(); }
-  AnalyticsLogger& analyticsLogger() override { return real_->analyticsLogger(); }
-  CountingCompressor& compressor() override { return compressor_; }
-  std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override {
-    return real_->makePreferencesStore(suite);
-  }
-  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
-    return real_->makeRemoteFavoritesPersister();
-  }
-  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
-      std::shared_ptr<RemoteFavoritesPersister> persister) override {
-    return real_->makeFavoritesContainer(std::move(persister));
-  }
-
- private:
-  std::shared_ptr<SimulatedPlatform> real_ = SimulatedPlatform::make();
-  QuietSession session_;
-  QuietArchiver archiver_;
-  CountingCompressor compressor_;
-};
 
 SharedIncident incident(std::uint64_t muid, std::string title) {
   return std::make_shared<const TransitIncidentRecord>(TransitIncidentFields{
@@ -187,12 +123,19 @@ class LookUps {
   std::unordered_map<std::uint64_t, const TransitLineItem*> table_;
 };
 
+/// Of this thread, in seconds: others on the machine do not count.
+double processorTime() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
 /// Adds the time that `work` takes to `total`.
 template <class Work>
 void time(double& total, Work work) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = processorTime();
   work();
-  total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  total += processorTime() - start;
 }
 
 void buildList(benchmark::State& state, City (*makeCity)(std::size_t)) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "activity/openable_url.h"
+#include "list/quiet_platform.h"
 #include "list/transit_item_data_source_builder.h"
 #include "platform/transit_records.h"
 #include "simulation/simulated_platform.h"
@@ -317,6 +318,38 @@ TEST_F(ListBuilder, AnalyticsHearOfEveryShownIncidentBeforeTheLimit) {
   build({});
   EXPECT_EQ(analytics_->analyticsData()->transitMessageType, 1);
   EXPECT_EQ(analytics_->analyticsData()->transitIncidents.size(), 3U);
+}
+
+TEST_F(ListBuilder, ALinesRecordIsMadeOnceABuildHoweverManyRowsItHas) {
+  const auto quiet = std::make_shared<QuietPlatform>();
+  installPlatform(quiet);
+  const auto shared = incident(1, "I1");
+  const std::vector<LineSketch> sketches = {{"A", {shared, incident(2, "I2"), incident(3, "I3")}},
+                                            {"B", {shared, incident(4, "I4")}},
+                                            {"C", {shared}},
+                                            {"D", {}}};
+  for (std::size_t builds = 1; builds <= 2; ++builds) {
+    const auto list = build(sketches);
+    EXPECT_EQ(list->expandedItems().size(), 5U);
+    EXPECT_EQ(quiet->compressor().count, 2 * builds) << "C and D have no row of their own";
+    EXPECT_EQ(list->expandedItems()[0]->openable(), list->expandedItems()[2]->openable());
+  }
+}
+
+TEST_F(ListBuilder, EachRowSharesTheSession) {
+  build({{"A", {incident(1, "I1"), incident(2, "I2"), incident(3, "I3")}}});
+  EXPECT_EQ(platform_->transcript().countOf("shareSession"), 4U) << "three rows and the summary";
+}
+
+TEST_F(ListBuilder, ARowOpensNothingWhenItsRecordCannotBeCompressed) {
+  World world;
+  world.compresses = false;
+  install(world);
+  const auto list = build({{"A", {incident(1, "I1"), incident(2, "I2")}}});
+  EXPECT_EQ(list->expandedItems()[0]->openable(), nullptr);
+  EXPECT_EQ(list->expandedItems()[1]->openable(), nullptr);
+  EXPECT_NE(summaryOf(*list).userActivityData(), nullptr);
+  EXPECT_EQ(platform_->compressor().callCount(), 1U) << "tried once a line";
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+// Any bytes read as a record, or fail; what has been read is whole: it writes, and reads again as an equal
+// record that writes the same bytes.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "activity/rova_activity.h"
+
+namespace {
+
+using namespace linewatch;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+/// Doubles that are no numbers are not equal to themselves: the bytes are compared, not the records.
+void checkWhole(const RovaActivity& read) {
+  const Bytes written = read.data();
+  const auto again = messageWithData<RovaActivity>(written);
+  require(again != nullptr);
+  require(again->data() == written);
+  require(again->hash() == read.hash());
+  require(read.deepCopy()->data() == written);
+  require(description(again->dictionaryRepresentation()) == description(read.dictionaryRepresentation()));
+
+  RovaActivity merged, copied;
+  merged.mergeFrom(read);
+  read.copyTo(copied);
+  require(merged.data() == written);
+  require(copied.data() == written);
+  merged.mergeFrom(*again);
+  require(messageWithData<RovaActivity>(merged.data()) != nullptr);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  MessageReader reader(data, size);
+  RovaActivity activity;
+  if (activity.readFrom(reader)) checkWhole(activity);
+  return 0;
+}
