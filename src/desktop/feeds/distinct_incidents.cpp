@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory_resource>
 #include <string_view>
 #include <unordered_map>
 
@@ -51,8 +52,8 @@ class Collector {
  public:
   explicit Collector(const AlertsMessage& message)
       : message_(message),
-        byContent_(message.entities().size(), SameContent{&message}, SameContent{&message}),
-        byId_(message.entities().size()) {}
+        byContent_(message.entities().size(), SameContent{&message}, SameContent{&message}, &memory_),
+        byId_(message.entities().size(), &memory_) {}
 
   std::vector<DistinctIncident> collect() && {
     incidents_.reserve(message_.entities().size());
@@ -115,8 +116,9 @@ class Collector {
 
   const AlertsMessage& message_;
   std::vector<DistinctIncident> incidents_;
-  std::unordered_map<std::uint32_t, std::uint32_t, SameContent, SameContent> byContent_;
-  std::unordered_map<std::string_view, Known> byId_;
+  std::pmr::monotonic_buffer_resource memory_;
+  std::pmr::unordered_map<std::uint32_t, std::uint32_t, SameContent, SameContent> byContent_;
+  std::pmr::unordered_map<std::string_view, Known> byId_;
 };
 
 }  // namespace

@@ -106,6 +106,8 @@ std::optional<CharacterReference> characterReference(std::string_view text) {
   return CharacterReference{*character, end + 1};
 }
 
+constexpr char kSpecial[] = {'<', '&', kMarkupLineBreak, kMarkupBlockBreak, kMarkupParagraphBreak, '\0'};
+
 bool isBreak(char byte) {
   return byte == kMarkupLineBreak || byte == kMarkupBlockBreak || byte == kMarkupParagraphBreak;
 }
@@ -117,12 +119,12 @@ class MarkupReader {
       : markup_(markup), tagEnds_(markup, ">"), commentEnds_(markup, "-->") {}
 
   std::string read() {
+    text_.reserve(markup_.size());
     while (place_ < markup_.size()) {
-      const char byte = markup_[place_];
-      if (byte == '<' && (skipComment() || readTag())) continue;
-      if (byte == '&' && readReference()) continue;
-      ++place_;
-      add(isBreak(byte) && !isSecondPass_ ? '\n' : byte);
+      const std::size_t special = std::min(markup_.find_first_of(kSpecial, place_), markup_.size());
+      if (!isHidden_) text_.append(markup_, place_, special - place_);
+      place_ = special;
+      if (place_ < markup_.size()) readSpecial(markup_[place_]);
     }
     return std::move(text_);
   }
@@ -134,6 +136,12 @@ class MarkupReader {
   }
 
  private:
+  void readSpecial(char byte) {
+    if (byte == '<' && (skipComment() || readTag())) return;
+    if (byte == '&' && readReference()) return;
+    ++place_;
+    add(isBreak(byte) && !isSecondPass_ ? '\n' : byte);
+  }
   void add(char byte) {
     if (!isHidden_) text_.push_back(byte);
   }
@@ -204,6 +212,7 @@ class MarkupReader {
 }  // namespace
 
 std::string textOfMarkup(std::string_view markup) {
+  if (markup.find_first_of(kSpecial) == std::string_view::npos) return std::string(markup);
   MarkupReader reader(markup);
   std::string text = reader.read();
   return reader.uncoveredMarkup() ? MarkupReader(text).again().read() : text;

@@ -43,6 +43,7 @@ bool isDropped(std::int32_t character) {
 /// Writes text with its white space folded.
 class FoldedWriter {
  public:
+  explicit FoldedWriter(std::size_t expectedSize) { text_.reserve(expectedSize); }
   void space() { hasSpace_ = true; }
   void lineFeed() { ++lineFeeds_; }
   void markupLineBreak() { ++markupLineBreaks_; }
@@ -50,6 +51,10 @@ class FoldedWriter {
   void character(std::int32_t character) {
     writeGap();
     appendCharacter(text_, character);
+  }
+  void characters(std::string_view run) {
+    writeGap();
+    text_ += run;
   }
   std::string finish() && { return std::move(text_); }
 
@@ -97,12 +102,34 @@ void write(FoldedWriter& writer, std::int32_t character) {
   u_isUWhiteSpace(character) ? writer.space() : writer.character(character);
 }
 
+// The length of what the text starts with and what stays as it is: visible ASCII, and letters of two bytes.
+std::size_t plainRun(std::string_view text) {
+  const auto byteAt = [text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const unsigned char byte = byteAt(end);
+    if (byte > ' ' && byte < 0x7F) {
+      ++end;
+    } else if (byte >= 0xC3 && byte <= 0xDF && end + 1 < text.size() && (byteAt(end + 1) & 0xC0U) == 0x80U) {
+      end += 2;
+    } else {
+      break;
+    }
+  }
+  return end;
+}
+
 }  // namespace
 
 std::string plainText(std::string_view written) {
   const std::string text = textOfMarkup(written);
-  FoldedWriter writer;
+  FoldedWriter writer(text.size());
   for (std::string_view rest = text; !rest.empty();) {
+    if (const std::size_t run = plainRun(rest); run > 0) {
+      writer.characters(rest.substr(0, run));
+      rest.remove_prefix(run);
+      continue;
+    }
     const std::int32_t character = takeCharacter(rest);
     const bool isHalfOfLineEnd = character == '\r' && rest.starts_with('\n');
     if (!isHalfOfLineEnd) write(writer, character == '\r' ? '\n' : character);

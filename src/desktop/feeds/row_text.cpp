@@ -21,10 +21,11 @@ constexpr std::size_t kLongest = 400;
 
 std::string onOneLine(std::string_view text) {
   std::string line;
-  for (const std::string& sentence : sentencesOf(text)) {
+  forEachSentence(text, [&line](std::string_view sentence) {
     if (!line.empty()) line += ' ';
     line += sentence;
-  }
+    return true;
+  });
   return line;
 }
 
@@ -52,10 +53,19 @@ std::string withoutLooseEnd(std::string text) {
   }
 }
 
+bool isAsciiAlphanumeric(char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9');
+}
+
 /// The words alone, to compare what two texts say: " route 5 detour ".
 std::string wordsOf(std::string_view text) {
   std::string words = " ";
   while (!text.empty()) {
+    if (const char byte = text.front(); isAsciiAlphanumeric(byte)) {
+      words += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+      text.remove_prefix(1);
+      continue;
+    }
     const std::int32_t character = takeCharacter(text);
     if (u_isalnum(character) || u_charType(character) == U_NON_SPACING_MARK) {
       appendCharacter(words, u_foldCase(character, U_FOLD_CASE_DEFAULT));
@@ -119,10 +129,10 @@ std::string rowTitle(std::string_view header) { return cutAtWord(withoutLooseEnd
 
 std::string rowSecondaryText(std::string_view description, std::string_view title) {
   SecondaryText text(title);
-  for (const std::string& sentence : sentencesOf(description)) {
-    if (text.isFull()) break;
+  forEachSentence(description, [&text](std::string_view sentence) {
     text.offer(sentence);
-  }
+    return !text.isFull();
+  });
   return std::move(text).finish();
 }
 

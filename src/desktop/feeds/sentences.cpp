@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <string>
 
 #include <unicode/uchar.h>
 
@@ -12,6 +13,8 @@
 namespace linewatch::desktop {
 
 namespace {
+
+using TakeSentence = std::function<bool(std::string_view)>;
 
 // What agencies cut short, in the languages of their texts; in byte order and without the full stop.
 constexpr std::string_view kAbbreviations[] = {
@@ -80,11 +83,11 @@ bool endsWithAny(std::string_view text, std::string_view bytes) {
 /// Cuts a line into its sentences.
 class SentenceCutter {
  public:
-  SentenceCutter(std::string_view line, std::vector<std::string>& sentences)
-      : line_(line), sentences_(sentences) {}
+  SentenceCutter(std::string_view line, const TakeSentence& take) : line_(line), take_(take) {}
 
-  void cut() {
-    while (place_ < line_.size()) {
+  /// False when no more are wanted.
+  bool cut() {
+    while (wantsMore_ && (place_ = nextCandidate()) < line_.size()) {
       const std::size_t stop = place_;
       const std::int32_t character = takeAt(place_);
       if (isFullWidthTerminator(character)) {
@@ -94,9 +97,19 @@ class SentenceCutter {
       }
     }
     finish(line_.size());
+    return wantsMore_;
   }
 
  private:
+  // Where the next byte is that may belong to a terminator.
+  std::size_t nextCandidate() const {
+    const auto mayEnd = [](char byte) {
+      return byte == '.' || byte == '!' || byte == '?' || static_cast<unsigned char>(byte) >= 0xE2;
+    };
+    const auto* const found = std::find_if(line_.begin() + place_, line_.end(), mayEnd);
+    return static_cast<std::size_t>(found - line_.begin());
+  }
+
   // The character at a place, which moves behind it.
   std::int32_t takeAt(std::size_t& place) const {
     std::string_view rest = line_.substr(place);
@@ -121,13 +134,14 @@ class SentenceCutter {
 
   void finish(std::size_t end) {
     const std::string_view sentence = line_.substr(start_, end - start_);
-    if (!sentence.empty()) sentences_.emplace_back(sentence);
+    if (!sentence.empty() && wantsMore_) wantsMore_ = take_(sentence);
     start_ = std::min(line_.find_first_not_of(' ', end), line_.size());
     place_ = std::max(place_, start_);
   }
 
   std::string_view line_;
-  std::vector<std::string>& sentences_;
+  const TakeSentence& take_;
+  bool wantsMore_ = true;
   std::size_t start_ = 0;
   std::size_t place_ = 0;
 };
@@ -135,7 +149,7 @@ class SentenceCutter {
 /// Puts lines that belong together on one line.
 class LineJoiner {
  public:
-  explicit LineJoiner(std::vector<std::string>& sentences) : sentences_(sentences) {}
+  explicit LineJoiner(const TakeSentence& take) : take_(take) {}
 
   void add(std::string_view line, bool startsParagraph) {
     const bool isItem = removeBullet(line);
@@ -147,10 +161,12 @@ class LineJoiner {
     lastLineLength_ = countCharacters(line);
   }
   void flush() {
-    SentenceCutter(current_, sentences_).cut();
+    wantsMore_ = wantsMore_ && SentenceCutter(current_, take_).cut();
     current_.clear();
     isInList_ = false;
   }
+
+  bool wantsMore() const { return wantsMore_; }
 
  private:
   static bool removeBullet(std::string_view& line) {
@@ -177,7 +193,8 @@ class LineJoiner {
     return isWrapped && !endsSentence(current_) ? " " : nullptr;
   }
 
-  std::vector<std::string>& sentences_;
+  const TakeSentence& take_;
+  bool wantsMore_ = true;
   std::string current_;
   bool isInList_ = false;
   std::size_t lastLineLength_ = 0;
@@ -185,11 +202,10 @@ class LineJoiner {
 
 }  // namespace
 
-std::vector<std::string> sentencesOf(std::string_view plainText) {
-  std::vector<std::string> sentences;
-  LineJoiner joiner(sentences);
+void forEachSentence(std::string_view plainText, const std::function<bool(std::string_view)>& take) {
+  LineJoiner joiner(take);
   bool startsParagraph = false;
-  while (!plainText.empty()) {
+  while (!plainText.empty() && joiner.wantsMore()) {
     const std::size_t end = std::min(plainText.find('\n'), plainText.size());
     const std::string_view line = plainText.substr(0, end);
     joiner.add(line, startsParagraph);
@@ -197,7 +213,6 @@ std::vector<std::string> sentencesOf(std::string_view plainText) {
     plainText.remove_prefix(std::min(end + 1, plainText.size()));
   }
   joiner.flush();
-  return sentences;
 }
 
 bool endsSentence(std::string_view text) {

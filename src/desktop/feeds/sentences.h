@@ -1,15 +1,14 @@
 #pragma once
 
-#include <string>
+#include <functional>
 #include <string_view>
-#include <vector>
 
 namespace linewatch::desktop {
 
-/// The sentences of plain text, each on one line. A list that a colon announces is one sentence: "Stops: A,
-/// B". Lines that were only wrapped go together. Where a full stop may also end an abbreviation, the sentence
-/// goes on: too long reads better than cut.
-std::vector<std::string> sentencesOf(std::string_view plainText);
+/// Gives `take` the sentences of plain text, each on one line, until it returns false. A list that a colon
+/// announces is one sentence: "Stops: A, B". Lines that were only wrapped go together. Where a full stop may
+/// also end an abbreviation, the sentence goes on: too long reads better than cut.
+void forEachSentence(std::string_view plainText, const std::function<bool(std::string_view)>& take);
 
 /// True when the text ends as a sentence does, perhaps inside brackets or quotation marks.
 bool endsSentence(std::string_view text);

@@ -102,6 +102,15 @@ TEST(WebAddress, IsOnlyWhatMayBeOpened) {
   }
 }
 
+std::vector<std::string> sentencesOf(std::string_view text) {
+  std::vector<std::string> all;
+  forEachSentence(text, [&all](std::string_view sentence) {
+    all.emplace_back(sentence);
+    return true;
+  });
+  return all;
+}
+
 TEST(Sentences, EndWhereASentenceEnds) {
   EXPECT_THAT(sentencesOf("No trains. Use bus 5! Why? (A fault.) Sorry…"),
               ElementsAre("No trains.", "Use bus 5!", "Why?", "(A fault.)", "Sorry…"));
