@@ -40,7 +40,10 @@ void TableView::reloadData() {
 }
 
 // The heights of other sections' rows are asked for again as well: they are as good as before.
-void TableView::reloadSection(std::size_t /*section*/, RowAnimation /*animation*/) { reloadData(); }
+void TableView::reloadSection(std::size_t section, RowAnimation animation) {
+  reloadData();
+  if (reloadHandler_) reloadHandler_(section, animation);
+}
 
 void TableView::loadRowsIfNeeded() {
   if (std::exchange(rowsLoaded_, true)) return;

@@ -87,6 +87,10 @@ class TableView : public View {
   /// business.
   void reloadData();
   void reloadSection(std::size_t section, RowAnimation animation);
+  /// Told of every section that is reloaded. For the window.
+  void setReloadHandler(std::function<void(std::size_t section, RowAnimation animation)> handler) {
+    reloadHandler_ = std::move(handler);
+  }
   /// In the table's content, which begins at the first row; empty for a row that there is none of.
   Rect rectForRow(const IndexPath& indexPath);
   std::optional<IndexPath> indexPathForRowAtPoint(const Point& point);
@@ -151,6 +155,7 @@ class TableView : public View {
 
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;
+  std::function<void(std::size_t, RowAnimation)> reloadHandler_;
   std::map<std::string, CellFactory> factories_;
   std::size_t cellsMade_ = 0;
 
