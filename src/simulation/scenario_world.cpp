@@ -1,6 +1,5 @@
 #include "simulation/scenario_world.h"
 
-#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -11,6 +10,7 @@
 #include "platform/json_text.h"
 #include "platform/message_field.h"
 #include "platform/transit_record_fields.h"
+#include "platform/ui/text_style.h"
 
 namespace linewatch::simulation {
 
@@ -210,7 +210,8 @@ struct Keys<World> {
                                            key("archives", &World::archives),
                                            key("compresses", &World::compresses),
                                            key("bundle", &World::bundle),
-                                           key("missingTexts", &World::missingTexts)};
+                                           key("missingTexts", &World::missingTexts),
+                                           key("missingImages", &World::missingImages)};
 };
 
 /// The number of a diagnosis.
@@ -270,9 +271,7 @@ class References {
 }  // namespace
 
 const char* textSizeCategory(const std::string& category) {
-  static constexpr std::array kCategories = {"XS",   "S",   "M",   "L",   "XL",  "XXL",
-                                             "XXXL", "AX1", "AX2", "AX3", "AX4", "AX5"};
-  return std::ranges::find(kCategories, category) != kCategories.end()
+  return ui::textSizeCategoryNamed(category)
              ? nullptr
              : "must be one of \"XS\", \"S\", \"M\", \"L\", \"XL\", \"XXL\", \"XXXL\" and \"AX1\" to \"AX5\"";
 }

@@ -13,6 +13,12 @@ namespace {
 
 using SharedState = std::shared_ptr<const RVTransitIncidentViewControllerState>;
 
+// Whole, so that a line of the log can be searched for.
+// clang-format off
+constexpr std::string_view kParsingFailed =
+    "Error parsing ViewModel data loaded from GroupSettings, removing it (key: %{private}@): %{private}@ - error: %{private}@";
+// clang-format on
+
 Value logged(const SharedState& state) { return std::shared_ptr<const Object>(state); }
 
 }  // namespace
@@ -38,10 +44,7 @@ SharedState loadSavedUIData() {
   const auto* data = value->get<Bytes>();
   auto state = data ? RVTransitIncidentViewControllerState::unarchiveFromData(*data, error) : nullptr;
   if (error) {
-    logDebug(
-        "Error parsing ViewModel data loaded from GroupSettings, removing it (key: %{private}@): "
-        "%{private}@ - error: %{private}@",
-        {kSavedUIDataKey, logged(state), error->description()});
+    logDebug(kParsingFailed, {kSavedUIDataKey, logged(state), error->description()});
     _rova_groupUserDefaults()->removeObject(kSavedUIDataKey);
     return nullptr;
   }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/value.h"
+
+namespace linewatch {
+class RVTransitIncidentsViewController;
+}
+
+namespace linewatch::simulation {
+
+/// What the controller shows: its list, and every row as it is laid out, those out of sight too.
+///
+///     visible, expanded
+///     rowHeight, artworkColumnWidth     points
+///     maxNumberOfRows                   none for no limit
+///     list                              the list's form, or none
+///     rows                              [{"cell": "item" | "summary" | "plain", "separator", "highlights",
+///     "item",
+///                                         "views": {NAME: [x, y, width, height]…}}…], the views' rectangles
+///                                         in
+///                                       points from the row's top left corner
+///
+/// The view of the controller is loaded. It looks afterwards as it did before.
+Dictionary snapshotOf(RVTransitIncidentsViewController& controller);
+
+}  // namespace linewatch::simulation

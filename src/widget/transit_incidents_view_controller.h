@@ -1,0 +1,117 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "analytics/transit_incidents_analytics_delegate.h"
+#include "incidents/transit_incident_fetcher_request.h"
+#include "incidents/transit_incident_updater.h"
+#include "platform/extension_context.h"
+#include "platform/ui/table_view.h"
+#include "platform/ui/view_controller.h"
+#include "platform/widget_providing.h"
+#include "presentation/transit_incident_data_source.h"
+#include "widget/transit_incident_view_controller_state.h"
+
+namespace linewatch {
+
+class ArtworkDataSourceCache;
+
+/// The controller of the widget: what a host makes, shows and asks for updates. Main thread.
+///
+/// It fetches the favourite lines with their incidents, one fetch at a time, and shows them in a table that
+/// fills its view; keeps the list current while it is visible; shows the last list at once the next time;
+/// opens the row that is tapped; and records what was shown and done.
+class RVTransitIncidentsViewController final
+    : public ui::ViewController,
+      public WidgetProviding,
+      public RVTransitIncidentUpdaterObserver,
+      public RVTransitIncidentDataSourceDelegate,
+      public std::enable_shared_from_this<RVTransitIncidentsViewController> {
+ public:
+  /// Without a context the controller is not hosted: it shows the list, with no limit to the rows. `viewSize`
+  /// is the view's until the host gives it another.
+  static std::shared_ptr<RVTransitIncidentsViewController> make(std::shared_ptr<ExtensionContext> context,
+                                                                const Size& viewSize);
+  ~RVTransitIncidentsViewController() override;
+
+  std::shared_ptr<ExtensionContext> extensionContext() const override { return extensionContext_; }
+
+  // The host's calls.
+
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewDidAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+  void viewDidDisappear(bool animated) override;
+  void viewWillTransitionToSize(const Size& size) override;
+  void didReceiveMemoryWarning() override;
+  void widgetPerformUpdateWithCompletionHandler(
+      std::function<void(WidgetUpdateResult result)> completionHandler) override;
+  void widgetActiveDisplayModeDidChange(WidgetDisplayMode activeDisplayMode,
+                                        const Size& withMaximumSize) override;
+
+  // What the updater and the data source report.
+
+  void transitIncidentUpdaterDateExpired(RVTransitIncidentUpdater& updater, Date date) override;
+  void transitIncidentUpdaterNeedsRefresh(RVTransitIncidentUpdater& updater) override;
+  void dataSourceDidUpdateContent(RVTransitIncidentDataSource& dataSource) override;
+  void dataSourceDidSelectOpenableItem(RVTransitIncidentDataSource& dataSource,
+                                       const std::shared_ptr<const RVOpenable>& item,
+                                       const ui::IndexPath& atIndexPath) override;
+
+  /// From the moment the view will appear until it will disappear.
+  bool isVisible() const { return visible_; }
+  /// Both null until the view is loaded.
+  const std::shared_ptr<ui::TableView>& tableView() const { return tableView_; }
+  const std::shared_ptr<RVTransitIncidentDataSource>& dataSource() const { return dataSource_; }
+  /// Null but while the widget is visible and holds the line items of a fetch.
+  const std::shared_ptr<RVTransitIncidentUpdater>& updater() const { return updater_; }
+  /// The fetch in flight, or null.
+  const std::shared_ptr<RVTransitIncidentFetcherRequest>& request() const { return request_; }
+  /// What the last fetch gave; null until one has ended. A saved list never stands here.
+  const std::shared_ptr<RVResult>& transitLineItemResult() const { return transitLineItemResult_; }
+  const std::shared_ptr<RVTransitIncidentsAnalyticsDelegate>& analyticsDelegate() const {
+    return analyticsDelegate_;
+  }
+  /// Made when it is first asked for.
+  const std::shared_ptr<ArtworkDataSourceCache>& artworkCache();
+
+ protected:
+  std::shared_ptr<ui::View> loadView() override;
+
+ private:
+  using UpdateHandler = std::function<void(WidgetUpdateResult result)>;
+
+  RVTransitIncidentsViewController(std::shared_ptr<ExtensionContext> context, const Size& viewSize);
+
+  void _createSubviews();
+  void _fetchUpdatesWithCompletitionHandler(UpdateHandler completionHandler);
+  void setTransitLineItemResult(const std::shared_ptr<RVResult>& result);
+  void _createUpdaterForTransitLineItemsIfVisible();
+  void setUpdater(std::shared_ptr<RVTransitIncidentUpdater> updater);
+  void _contentSizeCategoryDidChange();
+  std::uint64_t _maxNumberOfRowsFromAvailableWidgetSize() const;
+  double _availablWidth();
+  std::shared_ptr<const RVTransitIncidentViewControllerState> _loadSavedUIData() const;
+  void _saveUIData() const;
+
+  /// Zero when the controller is not hosted.
+  Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const;
+  WidgetDisplayMode activeDisplayMode() const;
+  void tellHostLargestAvailableDisplayMode(const RVTransitIncidentDataSource& dataSource);
+
+  std::shared_ptr<ExtensionContext> extensionContext_;
+  Size viewSize_;
+  bool visible_ = false;
+  std::shared_ptr<ui::TableView> tableView_;
+  std::shared_ptr<RVTransitIncidentDataSource> dataSource_;
+  std::shared_ptr<RVTransitIncidentUpdater> updater_;
+  std::shared_ptr<ArtworkDataSourceCache> artworkCache_;
+  std::shared_ptr<RVTransitIncidentFetcherRequest> request_;
+  std::shared_ptr<RVResult> transitLineItemResult_;
+  std::shared_ptr<RVTransitIncidentsAnalyticsDelegate> analyticsDelegate_;
+};
+
+}  // namespace linewatch

@@ -1,0 +1,403 @@
+#include "widget/transit_incidents_view_controller.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "list/transit_item_data_source_builder.h"
+#include "simulation/scenario_host.h"
+
+namespace linewatch {
+namespace {
+
+using simulation::ScenarioHost;
+using simulation::World;
+using testing::ElementsAre;
+using testing::IsEmpty;
+namespace step = simulation::step;
+using Answer = simulation::WorldService::Answer;
+using Names = std::vector<std::string>;
+
+World cityWithAStrike() {
+  World world;
+  world.incidents["strike"] = {.muid = 11, .title = "Strike", .start = Seconds(-60), .end = Seconds(600)};
+  world.incidents["works"] = {.muid = 12, .title = "Works"};
+  world.lines["A"] = {.muid = 1, .name = "A", .incidents = {"strike"}};
+  world.lines["B"] = {.muid = 2, .name = "B", .incidents = {"works"}};
+  world.favorites = {{.line = "A"}, {.line = "B"}};
+  return world;
+}
+
+class ViewController : public testing::Test {
+ protected:
+  void start(World world = cityWithAStrike()) {
+    host_ = nullptr;
+    host_ = std::make_unique<ScenarioHost>(std::move(world));
+    perform(step::Load{});
+  }
+  void startVisible(World world = cityWithAStrike()) {
+    start(std::move(world));
+    perform(step::Appear{});
+    advance(1);
+  }
+  void perform(const simulation::Step& step) { EXPECT_EQ(host_->perform(step), std::nullopt); }
+  void advance(double seconds) { perform(step::Advance{Seconds(seconds)}); }
+  void set(std::function<void(World&)> change) { perform(step::Set{std::move(change)}); }
+  void clear() { host_->platform().transcript().clear(); }
+  /// What crossed the border since the last clear, without the log.
+  Names events() const { return host_->transcript().names(); }
+  std::size_t count(std::string_view event) const { return host_->transcript().countOf(event); }
+  Names updateResults() const {
+    Names results;
+    for (const auto& event : host_->transcript().eventsNamed("updateResult")) {
+      results.push_back(event.field("id").description() + " " + event.field("result").description());
+    }
+    return results;
+  }
+  RVTransitIncidentsViewController& controller() { return *host_->controller(); }
+
+  std::unique_ptr<ScenarioHost> host_;
+};
+
+TEST_F(ViewController, AppearsDisappearsAndAnswersInOrder) {
+  start();
+  EXPECT_THAT(events(), IsEmpty()) << "loading asks the host for nothing";
+  EXPECT_FALSE(controller().isVisible());
+  perform(step::Appear{.did = false});
+  EXPECT_TRUE(controller().isVisible());
+  EXPECT_THAT(events(), ElementsAre("largestAvailableDisplayMode"));
+  EXPECT_EQ(controller().analyticsDelegate()->sessionStartDate(), std::nullopt);
+  perform(step::Appear{.will = false});
+  EXPECT_NE(controller().analyticsDelegate()->sessionStartDate(), std::nullopt);
+  clear();
+  advance(0.6);
+  EXPECT_THAT(events(),
+              ElementsAre("lookup", "timer", "timer", "shareSession", "shareSession", "shareSession",
+                          "largestAvailableDisplayMode", "reload", "preferredContentSize"));
+  clear();
+  perform(step::Disappear{.did = false});
+  EXPECT_THAT(events(), ElementsAre("preferencesSet"));
+  EXPECT_FALSE(controller().isVisible());
+  EXPECT_EQ(controller().updater(), nullptr);
+  perform(step::Disappear{.will = false});
+  EXPECT_THAT(events(), ElementsAre("preferencesSet", "analytics"));
+  advance(86400);
+  EXPECT_EQ(count("timerFired"), 0U) << "nothing goes on out of sight";
+}
+
+TEST_F(ViewController, OneFetchServesAllWhoAsk) {
+  start();
+  perform(step::Appear{});
+  perform(step::Update{"first"});
+  advance(0.3);
+  perform(step::Update{"second"});
+  perform(step::Appear{});
+  EXPECT_NE(controller().request(), nullptr);
+  advance(0.3);
+  EXPECT_EQ(count("lookup"), 1U);
+  EXPECT_THAT(updateResults(), ElementsAre("first 0", "second 0"));
+  const Names names = events();
+  EXPECT_LT(std::ranges::find(names, "preferredContentSize"), std::ranges::find(names, "updateResult"))
+      << "the result is applied before anybody is answered";
+  EXPECT_EQ(controller().request(), nullptr);
+  perform(step::Update{"later"});
+  advance(1);
+  EXPECT_EQ(count("lookup"), 2U);
+  EXPECT_THAT(updateResults(), ElementsAre("first 0", "second 0", "later 0"))
+      << "new data, though the list is the same";
+}
+
+TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
+  struct Row {
+    const char* name;
+    Answer answer;
+    const char* result;
+    bool hasUpdater, hasList;
+  };
+  for (const Row& row :
+       {Row{"lines", Answer::lines, "u 0", true, true}, Row{"an error", Answer::error, "u 2", false, true},
+        Row{"neither", Answer::nothing, "u 0", false, false}}) {
+    startVisible();
+    EXPECT_NE(controller().updater(), nullptr);
+    set([&](World& world) { world.service.answer = row.answer; });
+    perform(step::Update{"u"});
+    advance(1);
+    EXPECT_THAT(updateResults(), ElementsAre(row.result)) << row.name;
+    EXPECT_EQ(controller().updater() != nullptr, row.hasUpdater) << row.name;
+    EXPECT_EQ(controller().dataSource()->listItem() != nullptr, row.hasList) << row.name;
+    clear();
+    advance(3600);
+    EXPECT_EQ(count("lookup") > 0, row.hasUpdater) << row.name << ": refreshes by itself";
+  }
+}
+
+TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
+  startVisible();
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  clear();
+  advance(600);
+  EXPECT_EQ(count("lookup"), 0U) << "an incident's end needs no fetch";
+  const auto updater = controller().updater();
+  advance(1200);
+  EXPECT_EQ(count("lookup"), 1U) << "the refresh does";
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U) << "works and good service";
+  EXPECT_NE(controller().updater(), updater) << "a new one for each result";
+
+  perform(step::Disappear{});
+  clear();
+  controller().transitIncidentUpdaterDateExpired(*updater, World().start);
+  controller().transitIncidentUpdaterNeedsRefresh(*updater);
+  advance(10);
+  EXPECT_THAT(events(), IsEmpty()) << "what comes late is ignored";
+  perform(step::Appear{});
+  EXPECT_NE(controller().updater(), nullptr) << "from the last result, before the fetch has ended";
+}
+
+TEST_F(ViewController, AnEmptyListOfFavouritesIsRefreshedToo) {
+  World world = cityWithAStrike();
+  world.favorites = {};
+  startVisible(std::move(world));
+  EXPECT_NE(controller().updater(), nullptr);
+  set([](World& changed) { changed.favorites = {{.line = "A"}}; });
+  advance(1801);
+  EXPECT_EQ(count("lookup"), 1U);
+}
+
+TEST_F(ViewController, AResultThatComesOutOfSightIsShownTheNextTime) {
+  start();
+  perform(step::Appear{});
+  perform(step::Disappear{});
+  advance(1);
+  EXPECT_NE(controller().transitLineItemResult(), nullptr);
+  EXPECT_EQ(controller().updater(), nullptr);
+  EXPECT_EQ(count("reload"), 1U);
+}
+
+TEST_F(ViewController, NothingKeepsItAlive) {
+  struct Row {
+    const char* name;
+    std::vector<simulation::Step> steps;
+  };
+  for (const Row& row : {
+           Row{"loaded", {}},
+           Row{"in mid-fetch", {step::Appear{}, step::Update{"u"}, step::Advance{Seconds(0.1)}}},
+           Row{"visible", {step::Appear{}, step::Advance{Seconds(1)}}},
+           Row{"tapped", {step::Appear{}, step::Advance{Seconds(1)}, step::Tap{0}}},
+           Row{"gone", {step::Appear{}, step::Advance{Seconds(1)}, step::Disappear{}}},
+       }) {
+    start();
+    for (const auto& each : row.steps) perform(each);
+    const std::weak_ptr<RVTransitIncidentsViewController> controller = host_->controller();
+    const std::weak_ptr<RVTransitIncidentUpdater> updater = host_->controller()->updater();
+    const std::weak_ptr<RVTransitIncidentDataSource> dataSource = host_->controller()->dataSource();
+    perform(step::Release{});
+    EXPECT_TRUE(controller.expired()) << row.name;
+    EXPECT_TRUE(updater.expired()) << row.name;
+    EXPECT_TRUE(dataSource.expired()) << row.name;
+    clear();
+    advance(7200);
+    EXPECT_EQ(count("timerFired"), 0U) << row.name;
+    EXPECT_EQ(count("updateResult"), row.name == std::string("in mid-fetch") ? 1U : 0U) << row.name;
+  }
+}
+
+TEST_F(ViewController, AControllerThatIsGoneStillAnswersTheHost) {
+  for (const bool fails : {false, true}) {
+    World world = cityWithAStrike();
+    if (fails) world.service.answer = Answer::error;
+    start(std::move(world));
+    perform(step::Update{"asked first"});
+    perform(step::Update{"joined"});
+    perform(step::Release{});
+    advance(1);
+    EXPECT_THAT(updateResults(),
+                fails ? ElementsAre("asked first 2", "joined 2") : ElementsAre("asked first 0", "joined 0"));
+    EXPECT_EQ(count("reload"), 0U);
+  }
+}
+
+TEST_F(ViewController, TheRowLimitFollowsTheSizesOfTheHost) {
+  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  struct Row {
+    double compact, expanded;
+    std::uint64_t limit;
+  };
+  for (const Row& row : {
+           Row{110, 440, 4},
+           Row{110, 300, 2},
+           Row{110, 110, 1},
+           Row{110, 100, kNoRowLimit},
+           Row{110, 0, kNoRowLimit},
+           Row{110, -440, kNoRowLimit},
+           Row{0, 440, kNoRowLimit},
+           Row{-110, 440, kNoRowLimit},
+           Row{kNan, 440, kNoRowLimit},
+           Row{110, kNan, kNoRowLimit},
+           Row{110, kInfinity, kNoRowLimit},
+           Row{1e-300, 1e300, kNoRowLimit},
+           Row{1, 1e15, 1000000000000000},
+       }) {
+    World world;
+    world.host.compact.height = row.compact;
+    world.host.expanded.height = row.expanded;
+    start(std::move(world));
+    EXPECT_EQ(controller().dataSource()->maxNumberOfRows(), row.limit) << row.compact << " " << row.expanded;
+    perform(step::Appear{});
+    if (!std::isnan(row.compact)) {
+      EXPECT_EQ(controller().dataSource()->rowHeight(), row.compact);
+    }
+  }
+}
+
+TEST_F(ViewController, WithoutAHostShowsTheListAllTheSame) {
+  World world = cityWithAStrike();
+  world.host.hosted = false;
+  world.host.bounds = {500, 300};
+  startVisible(std::move(world));
+  EXPECT_EQ(controller().dataSource()->availableWidth(), 500);
+  EXPECT_EQ(controller().dataSource()->maxNumberOfRows(), kNoRowLimit);
+  EXPECT_EQ(controller().dataSource()->rowHeight(), 0);
+  EXPECT_EQ(count("largestAvailableDisplayMode"), 0U);
+  EXPECT_EQ(count("reload"), 2U) << "the new height, and the list";
+  EXPECT_EQ(controller().preferredContentSize(), (Size{0, 0}));
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  EXPECT_FALSE(controller().dataSource()->isExpanded()) << "there is nobody to say so";
+}
+
+TEST_F(ViewController, FollowsTheHostsModeNotWhatItIsTold) {
+  startVisible();
+  clear();
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  EXPECT_THAT(events(),
+              ElementsAre("usage", "largestAvailableDisplayMode", "reload", "preferredContentSize"));
+  EXPECT_EQ(controller().preferredContentSize(), (Size{359, 220}));
+  clear();
+  controller().widgetActiveDisplayModeDidChange(WidgetDisplayMode::compact, {});
+  EXPECT_THAT(events(), ElementsAre("usage")) << "recorded as told, but the host still shows it expanded";
+  EXPECT_TRUE(controller().dataSource()->isExpanded());
+}
+
+TEST_F(ViewController, TheHostLearnsWhetherThereIsMoreToShow) {
+  const auto modeOf = [this] {
+    return host_->transcript().eventsNamed("largestAvailableDisplayMode").back().field("mode");
+  };
+  startVisible();
+  EXPECT_EQ(modeOf(), Value("expanded"));
+  set([](World& world) { world.service.answer = Answer::error; });
+  perform(step::Update{"u"});
+  advance(1);
+  EXPECT_EQ(modeOf(), Value("compact"));
+  set([](World& world) { world.service.answer = Answer::nothing; });
+  perform(step::Update{"u"});
+  advance(1);
+  EXPECT_EQ(modeOf(), Value("compact"));
+  EXPECT_EQ(controller().preferredContentSize(), (Size{359, 0}));
+}
+
+TEST_F(ViewController, ANewWidthMovesTheRowsOnlyWhenTheyLookDifferent) {
+  World world = cityWithAStrike();
+  world.lines["B"].incidents = {};
+  world.lines["A"].alternateArtwork.emplace().shieldDataSource = ShieldDataSource{.shieldText = "A"};
+  world.lines["A"].alternateArtwork->intrinsicWidth = 100;
+  startVisible(std::move(world));
+  clear();
+  perform(step::Resize{400, 110});
+  EXPECT_THAT(events(), IsEmpty());
+  EXPECT_EQ(controller().dataSource()->availableWidth(), 400);
+  EXPECT_EQ(controller().tableView()->frame().width, 400);
+  perform(step::Resize{300, 110});
+  EXPECT_THAT(events(), ElementsAre("largestAvailableDisplayMode", "reload", "preferredContentSize"));
+}
+
+TEST_F(ViewController, FollowsTheTextSizeWhileItIsVisible) {
+  startVisible();
+  const auto grow = [this](const char* category) {
+    perform(step::Set{[](World& world) { world.host.compact.height += 10; }});
+    perform(step::TextSize{category});
+  };
+  grow("XL");
+  EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
+  EXPECT_EQ(controller().dataSource()->maxNumberOfRows(), 3U);
+  perform(step::Disappear{});
+  grow("AX1");
+  EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
+  perform(step::Appear{});
+  EXPECT_EQ(controller().dataSource()->rowHeight(), 130) << "caught up on";
+}
+
+TEST_F(ViewController, OpensTheTappedRowAndRecordsOnlyASuccess) {
+  startVisible();
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  set([](World& world) { world.opens = false; });
+  clear();
+  perform(step::Tap{1});
+  advance(1);
+  EXPECT_THAT(events(), ElementsAre("openUserActivity"));
+  set([](World& world) { world.opens = true; });
+  perform(step::Tap{1});
+  EXPECT_EQ(count("analytics"), 0U) << "the outcome comes later";
+  advance(1);
+  EXPECT_THAT(events(), ElementsAre("openUserActivity", "openUserActivity", "usage", "analytics"));
+  clear();
+  perform(step::Disappear{});
+  EXPECT_THAT(events(), ElementsAre("preferencesSet")) << "the session has ended with the tap";
+  EXPECT_EQ(host_->perform(step::Tap{9}), "there is no row 9 to tap");
+}
+
+TEST_F(ViewController, PurgesTheArtworkWhenMemoryIsShort) {
+  start();
+  clear();
+  perform(step::MemoryWarning{});
+  EXPECT_THAT(events(), ElementsAre("cachePurged"));
+}
+
+TEST_F(ViewController, ShowsTheLastListBeforeItFetches) {
+  startVisible();
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  perform(step::Disappear{});
+  perform(step::Restart{});
+  perform(step::Load{});
+  EXPECT_TRUE(controller().dataSource()->isExpanded());
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  EXPECT_EQ(controller().transitLineItemResult(), nullptr);
+  clear();
+  perform(step::Appear{});
+  EXPECT_EQ(controller().updater(), nullptr) << "none for a list of old";
+  perform(step::Disappear{});
+  EXPECT_EQ(count("preferencesSet"), 1U);
+  perform(step::Restart{});
+  perform(step::Load{});
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U)
+      << "what was restored is what is saved again";
+}
+
+TEST_F(ViewController, AKilledProcessLeavesTheStateBefore) {
+  startVisible();
+  perform(step::Disappear{});
+  perform(step::Appear{});
+  set([](World& world) { world.lines["B"].incidents = {}; });
+  advance(1);
+  perform(step::Restart{});
+  perform(step::Load{});
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  perform(step::Appear{});
+  advance(1);
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U)
+      << "the strike and good service";
+}
+
+TEST_F(ViewController, FetchingOnAnotherThreadEndsTheProcess) {
+  start();
+  host_->platform().mainLoop().runElsewhere([this] {
+    EXPECT_DEATH(controller().widgetPerformUpdateWithCompletionHandler(nullptr), "another thread");
+  });
+  advance(0);
+}
+
+}  // namespace
+}  // namespace linewatch
