@@ -46,6 +46,7 @@ bool CsvReader::next() {
     readRow();
     const bool blank = withoutTrailingBlanks(text_.substr(start, position_ - start)).empty();
     skipLineEnd();
+    if (!blank && ++rows_ > kMostRows) stop(rowLine_, "there are more than 200000 rows");
     if (!blank && !fault_) return true;
   }
   values_.clear();

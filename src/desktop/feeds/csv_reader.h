@@ -21,6 +21,8 @@ class CsvReader {
  public:
   static constexpr std::size_t kLongestValue = std::size_t{64} << 10U;
   static constexpr std::size_t kMostValues = 512;
+  /// Far more lines than any country publishes in one feed.
+  static constexpr std::size_t kMostRows = 200'000;
 
   struct Fault {
     /// From 1.
@@ -56,6 +58,7 @@ class CsvReader {
   std::size_t position_ = 0;
   std::size_t line_ = 1;
   std::size_t rowLine_ = 1;
+  std::size_t rows_ = 0;
   std::vector<std::string_view> values_;
   /// The values of the row that are no piece of the text, for they had doubled quotes. Their addresses stay.
   std::deque<std::string> unescaped_;

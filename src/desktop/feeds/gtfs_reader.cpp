@@ -16,13 +16,6 @@ namespace linewatch::desktop {
 namespace {
 
 using Contents = LineIndex::Contents;
-/// Why a table cannot be used.
-using Complaint = std::optional<std::string>;
-
-// Far beyond what any country publishes in one feed.
-constexpr std::size_t kMostRows = 200'000;
-
-Complaint tooManyRows() { return "there are more than 200000 rows"; }
 
 bool isTagCharacter(char byte) {
   return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
@@ -45,24 +38,21 @@ std::optional<std::int32_t> number(std::string_view text) {
   return trouble == std::errc() && stop == end ? std::optional(value) : std::nullopt;
 }
 
-Complaint readAgencies(CsvTable& table, Contents& contents) {
+void readAgencies(CsvTable& table, Contents& contents) {
   const auto id = table.column("agency_id");
   const auto name = table.column("agency_name");
   const auto language = table.column("agency_lang");
   while (table.next()) {
-    if (contents.agencies.size() == kMostRows) return tooManyRows();
     contents.agencies.push_back({.id = std::string(table.value(id)),
                                  .name = singleLine(table.value(name)),
                                  .language = languageTag(table.value(language))});
   }
-  return std::nullopt;
 }
 
 /// The feed's own word on its language comes first, the agencies' second.
-Complaint readLanguage(CsvTable& table, Contents& contents) {
+void readLanguage(CsvTable& table, Contents& contents) {
   const auto language = table.column("feed_lang");
   if (table.next()) contents.language = languageTag(table.value(language));
-  return std::nullopt;
 }
 
 /// Places of agencies by id. Routes of a feed with a single agency need not name it.
@@ -106,48 +96,51 @@ FeedRoute routeOfRow(const CsvTable& table, const RouteColumns& columns, const A
           .textColor = normalizedColor(table.value(columns.textColor))};
 }
 
-Complaint readRoutes(CsvTable& table, Contents& contents) {
+void readRoutes(CsvTable& table, Contents& contents) {
   const RouteColumns columns(table);
-  if (!table.has(columns.id)) return "there is no column route_id";
   const AgencyPlaces agencies(contents.agencies);
   std::unordered_set<std::string> known;
   while (table.next()) {
-    if (contents.routes.size() == kMostRows) return tooManyRows();
     const std::string_view id = table.value(columns.id);
     if (id.empty() || !known.emplace(id).second) continue;
     contents.routes.push_back(routeOfRow(table, columns, agencies));
   }
-  return std::nullopt;
 }
 
 struct TableReading {
   std::string_view file;
-  bool required;
-  Complaint (*read)(CsvTable&, Contents&);
+  /// The column without which the table says nothing; none for a table that a feed can do without.
+  std::optional<std::string_view> neededColumn;
+  void (*read)(CsvTable&, Contents&);
 };
 
 // Routes name agencies, so that they come after them.
 constexpr TableReading kTables[] = {
-    {"agency.txt", false, readAgencies},
-    {"feed_info.txt", false, readLanguage},
-    {"routes.txt", true, readRoutes},
+    {"agency.txt", std::nullopt, readAgencies},
+    {"feed_info.txt", std::nullopt, readLanguage},
+    {"routes.txt", "route_id", readRoutes},
 };
 
-std::optional<Error> readTable(const TableReading& reading, const std::string& text, Contents& contents) {
-  CsvTable table(text);
-  const Complaint complaint = table.fault() ? std::nullopt : reading.read(table, contents);
-  if (!table.fault() && !complaint) return std::nullopt;
-  const std::size_t line = table.fault() ? table.fault()->line : table.line();
-  return failure("feed " + contents.feedName, std::string(reading.file) + " line " + std::to_string(line),
-                 table.fault() ? table.fault()->why : *complaint);
+std::optional<CsvReader::Fault> readTable(const TableReading& reading, CsvTable& table, Contents& contents) {
+  if (table.fault()) return table.fault();
+  if (reading.neededColumn && !table.has(table.column(*reading.neededColumn))) {
+    return CsvReader::Fault{table.line(), "there is no column " + std::string(*reading.neededColumn)};
+  }
+  reading.read(table, contents);
+  return table.fault();
 }
 
 std::optional<Error> readFrom(GtfsSource& source, const TableReading& reading, Contents& contents) {
+  const std::string feed = "feed " + contents.feedName;
   Outcome<std::optional<std::string>> bytes = source.file(reading.file);
-  if (!bytes) return within("feed " + contents.feedName, bytes.error());
-  if (*bytes) return readTable(reading, withValidUtf8(std::move(**bytes)), contents);
-  if (!reading.required) return std::nullopt;
-  return failure("feed " + contents.feedName, reading.file, "the feed has no such file");
+  if (!bytes) return within(feed, bytes.error());
+  if (!*bytes && reading.neededColumn) return failure(feed, reading.file, "the feed has no such file");
+  if (!*bytes) return std::nullopt;
+  const std::string text = withValidUtf8(std::move(**bytes));
+  CsvTable table(text);
+  const std::optional<CsvReader::Fault> fault = readTable(reading, table, contents);
+  if (!fault) return std::nullopt;
+  return failure(feed, std::string(reading.file) + " line " + std::to_string(fault->line), fault->why);
 }
 
 const std::string& languageOfAgencies(const Contents& contents) {

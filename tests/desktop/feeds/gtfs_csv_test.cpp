@@ -73,6 +73,17 @@ TEST(CsvReader, RefusesWhatNoFeedMeans) {
   }
 }
 
+TEST(CsvReader, EndsWhereNoFeedGoesOn) {
+  std::string text;
+  for (std::size_t row = 0; row <= CsvReader::kMostRows; ++row) text += "a\n";
+  CsvReader reader(text);
+  while (reader.next()) {
+  }
+  ASSERT_TRUE(reader.fault());
+  EXPECT_EQ(reader.fault()->why, "there are more than 200000 rows");
+  EXPECT_EQ(reader.fault()->line, CsvReader::kMostRows + 1);
+}
+
 std::string randomValue(std::mt19937& random) {
   constexpr std::string_view kPieces[] = {"a",    "7", "\"", ",", "\n",   "\r",
                                           "\r\n", " ", "\t", "é", "\"\"", "線"};

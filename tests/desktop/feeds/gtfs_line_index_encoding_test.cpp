@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/feeds/line_index_encoding.h"
-#include "desktop/feeds/memory_source.h"
+#include "desktop/sentence.h"
 
 namespace linewatch::desktop {
 namespace {

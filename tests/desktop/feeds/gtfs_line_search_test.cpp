@@ -3,7 +3,7 @@
 
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/line_search.h"
-#include "desktop/feeds/memory_source.h"
+#include "desktop/sentence.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -22,9 +22,4 @@ class MemorySource final : public GtfsSource {
   std::map<std::string, std::string, std::less<>> files_;
 };
 
-/// The sentence of an error, as a user gets to read it.
-inline std::string sentence(const Error& error) {
-  return *error.info.at(kLocalizedDescriptionKey).get<std::string>();
-}
-
 }  // namespace linewatch::desktop

@@ -10,16 +10,14 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
+#include "desktop/sentence.h"
+
 namespace linewatch::desktop {
 namespace {
 
 using testing::HasSubstr;
 
 using Files = std::vector<std::pair<std::string, std::string>>;
-
-std::string sentence(const Error& error) {
-  return *error.info.at(kLocalizedDescriptionKey).get<std::string>();
-}
 
 struct Packing {
   zip_int32_t method = ZIP_CM_DEFLATE;
