@@ -1,10 +1,16 @@
 #include "list/item_to_lines_map.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace linewatch {
 
-void ItemToLinesMap::addRow(const SharedTransitItem& item, const TransitLineItem& line) {
+void ItemToLinesMap::reserve(std::size_t rowCount) {
+  entries_.reserve(rowCount);
+  entryOfRow_.reserve(rowCount);
+}
+
+void ItemToLinesMap::addRow(const RVTransitItem& item, const TransitLineItem& line) {
   const std::uint32_t entry = enter(item, static_cast<std::uint32_t>(entryOfRow_.size()));
   append(entries_[entry], line);
   entryOfRow_.push_back(entry);
@@ -17,7 +23,8 @@ LinesOfRow ItemToLinesMap::linesOfEntry(std::size_t entry) const {
   return lines;
 }
 
-void ItemToLinesMap::replaceItem(std::size_t entry, const SharedTransitItem& item) {
+void ItemToLinesMap::replaceItem(std::size_t entry, SharedTransitItem former, const RVTransitItem& item) {
+  formerItems_.push_back(std::move(former));
   const Entry replaced = entries_[entry];
   entries_[entry] = {replaced.item, replaced.firstRow};
   const std::uint32_t place = enter(item, replaced.firstRow);
@@ -39,12 +46,12 @@ void ItemToLinesMap::append(Entry& entry, const TransitLineItem& line) {
   entry.lastLine = added;
 }
 
-std::uint32_t ItemToLinesMap::enter(const SharedTransitItem& item, std::uint32_t row) {
+std::uint32_t ItemToLinesMap::enter(const RVTransitItem& item, std::uint32_t row) {
   const auto added = static_cast<std::uint32_t>(entries_.size());
   const auto known = entryByItem_.findOrEnter(
-      item->hash(), added, [&](std::uint32_t entry) { return entries_[entry].item->isEqual(*item); });
+      item.hash(), added, [&](std::uint32_t entry) { return entries_[entry].item->isEqual(item); });
   if (known) return *known;
-  entries_.push_back({item, row});
+  entries_.push_back({&item, row});
   return added;
 }
 

@@ -17,12 +17,14 @@ using LinesOfRow = std::vector<const TransitLineItem*>;
 /// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
 /// entry: the map is by value, and the rows' positions are short cuts into it.
 ///
-/// A line more costs a few bytes and no memory of its own, as one incident may be listed by every line. Holds
-/// the lines by address.
+/// A line more costs a few bytes and no memory of its own, as one incident may be listed by every line. Rows
+/// and lines are known by address: who adds them keeps them.
 class ItemToLinesMap {
  public:
+  /// Makes room for as many rows.
+  void reserve(std::size_t rowCount);
   /// Adds the next row, made under `line`.
-  void addRow(const SharedTransitItem& item, const TransitLineItem& line);
+  void addRow(const RVTransitItem& item, const TransitLineItem& line);
   /// Adds a line to those of the row's entry.
   void addLine(std::size_t row, const TransitLineItem& line) { append(entries_[entryOfRow_[row]], line); }
 
@@ -39,13 +41,13 @@ class ItemToLinesMap {
     for (std::uint32_t next = found.secondLine; next != kNone; next = furtherLines_[next].next)
       visit(*furtherLines_[next].line);
   }
-  const SharedTransitItem& itemOfEntry(std::size_t entry) const { return entries_[entry].item; }
+  const RVTransitItem& itemOfEntry(std::size_t entry) const { return *entries_[entry].item; }
   /// The position of the first row that is equal to the entry's item.
   std::size_t firstRowOfEntry(std::size_t entry) const { return entries_[entry].firstRow; }
 
   /// Takes the entry out and enters `item` with the same lines, in place of an entry that is there under it.
-  /// The entry's first row becomes a row of `item`.
-  void replaceItem(std::size_t entry, const SharedTransitItem& item);
+  /// The entry's first row becomes a row of `item`; the item that it was before, `former`, is kept.
+  void replaceItem(std::size_t entry, SharedTransitItem former, const RVTransitItem& item);
 
  private:
   static constexpr std::uint32_t kNone = ~std::uint32_t{0};
@@ -56,7 +58,7 @@ class ItemToLinesMap {
     std::uint32_t next;
   };
   struct Entry {
-    SharedTransitItem item;
+    const RVTransitItem* item;
     std::uint32_t firstRow;
     std::uint32_t lineCount = 0;
     const TransitLineItem* firstLine = nullptr;
@@ -66,11 +68,12 @@ class ItemToLinesMap {
 
   void append(Entry& entry, const TransitLineItem& line);
   /// The item's entry, made without lines when there is none.
-  std::uint32_t enter(const SharedTransitItem& item, std::uint32_t row);
+  std::uint32_t enter(const RVTransitItem& item, std::uint32_t row);
 
   std::vector<Entry> entries_;
   std::vector<FurtherLine> furtherLines_;
   std::vector<std::uint32_t> entryOfRow_;
+  TransitItems formerItems_;
   HashIndex entryByItem_;
 };
 

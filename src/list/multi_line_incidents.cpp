@@ -65,10 +65,10 @@ void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
   const std::size_t entryCount = itemToLinesMap.entryCount();
   for (std::size_t entry = 0; entry < entryCount; ++entry) {
     if (itemToLinesMap.lineCount(entry) < 2) continue;
-    SharedTransitItem item =
-        itemNamingLines(*itemToLinesMap.itemOfEntry(entry), itemToLinesMap.linesOfEntry(entry));
-    items[itemToLinesMap.firstRowOfEntry(entry)] = item;
-    itemToLinesMap.replaceItem(entry, item);
+    SharedTransitItem& row = items[itemToLinesMap.firstRowOfEntry(entry)];
+    SharedTransitItem former = std::exchange(
+        row, itemNamingLines(itemToLinesMap.itemOfEntry(entry), itemToLinesMap.linesOfEntry(entry)));
+    itemToLinesMap.replaceItem(entry, std::move(former), *row);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "list/transit_incidents_data_source_builder.h"
 
+#include <numeric>
 #include <utility>
 
 #include "activity/bzip2_compression.h"
@@ -56,6 +57,14 @@ struct RVTransitIncidentsDataSourceBuilder::Rows {
   /// The lines that made no new row, a line that only shares others' rows included.
   std::size_t unaffectedLineCount = 0;
 
+  /// Makes room for as many rows; what is not used is never touched.
+  void reserve(std::size_t rowCount) {
+    incidents.reserve(rowCount);
+    items.reserve(rowCount);
+    muids.reserve(rowCount);
+    firstLines.reserve(rowCount);
+    itemToLines.reserve(rowCount);
+  }
   std::optional<std::uint32_t> rowOfMuid(std::uint64_t muid) const {
     return rowByMuid.find(muid, [&](std::uint32_t row) { return muids[row] == muid; });
   }
@@ -64,7 +73,7 @@ struct RVTransitIncidentsDataSourceBuilder::Rows {
     rowByMuid.findOrEnter(muid, static_cast<std::uint32_t>(items.size()),
                           [](std::uint32_t) { return false; });
     muids.push_back(muid);
-    itemToLines.addRow(item, line);
+    itemToLines.addRow(*item, line);
     firstLines.push_back(&line);
     incidents.push_back(incident);
     items.push_back(std::move(item));
@@ -115,6 +124,9 @@ std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::no
 
 RVTransitIncidentsDataSourceBuilder::Rows RVTransitIncidentsDataSourceBuilder::collectRows() {
   Rows rows;
+  rows.reserve(std::accumulate(
+      lineItems_->begin(), lineItems_->end(), std::size_t{0},
+      [](std::size_t count, const SharedLineItem& line) { return count + line->incidents().size(); }));
   for (const SharedLineItem& line : *lineItems_) {
     bool madeNewRow = false;
     for (std::size_t index = 0; index < line->incidents().size(); ++index) {
