@@ -18,7 +18,26 @@ void append(std::vector<std::uint32_t>& incidents, std::uint32_t incident) {
   if (incidents.empty() || incidents.back() != incident) incidents.push_back(incident);
 }
 
+std::string counted(std::size_t count, const char* one, const char* many) {
+  return std::to_string(count) + (count == 1 ? one : many);
+}
+
 }  // namespace
+
+std::string complaintOf(std::string_view feedName, const SelectorCounts& counts) {
+  std::string complaint;
+  const std::size_t all = counts.fitting + counts.notAboutLines + counts.unknown;
+  if (counts.unknown > 0) {
+    complaint += std::to_string(counts.unknown) + " of " + counted(all, " selector", " selectors") +
+                 " resolved to nothing";
+  }
+  if (counts.alertsWithoutSelector > 0) {
+    if (!complaint.empty()) complaint += ", ";
+    complaint += counted(counts.alertsWithoutSelector, " alert", " alerts") + " without a selector";
+  }
+  if (complaint.empty()) return {};
+  return "feed " + std::string(feedName) + ": alerts: " + complaint;
+}
 
 IncidentTable::IncidentTable(SharedAlertsMessage message, SharedLineIndex lines)
     : message_(std::move(message)),

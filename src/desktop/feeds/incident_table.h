@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
@@ -28,6 +29,10 @@ struct SelectorCounts {
 
   bool operator==(const SelectorCounts&) const = default;
 };
+
+/// What the log is to say of the counts; empty when every alert could be understood. Stops and trips alone
+/// are no fault.
+std::string complaintOf(std::string_view feedName, const SelectorCounts& counts);
 
 /// Which incidents a line has. Built in time proportional to lines and selectors, whatever the number of
 /// lines that a selector fits. Immutable; read on any thread.

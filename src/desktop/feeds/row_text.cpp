@@ -38,7 +38,7 @@ std::string cutAtWord(std::string text) {
   text.resize(word != std::string::npos && word > end / 2 ? word : end);
   while (!text.empty() && std::string_view(" ,;:-").find(text.back()) != std::string_view::npos)
     text.pop_back();
-  return text + "\xE2\x80\xA6";
+  return text.append(kEllipsis);
 }
 
 std::string withoutLooseEnd(std::string text) {

@@ -5,6 +5,9 @@
 
 namespace linewatch::desktop {
 
+/// What ends a text that was cut.
+inline constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
+
 /// A header, as plain text, on one line.
 std::string rowTitle(std::string_view header);
 

@@ -186,11 +186,15 @@ class LineJoiner {
       return " ";
     }
     if (startsParagraph) return nullptr;
-    if (isInList_ || isItem)
-      return endsSentence(current_) ? nullptr : endsWithAny(current_, ",;") ? " " : ", ";
+    if (isInList_ || isItem) return jointInList();
     if (startsLowerCase(line)) return " ";
     const bool isWrapped = lastLineLength_ >= kShortestWrappedLine && lastLineLength_ <= kLongestWrappedLine;
     return isWrapped && !endsSentence(current_) ? " " : nullptr;
+  }
+
+  const char* jointInList() const {
+    if (endsSentence(current_)) return nullptr;
+    return endsWithAny(current_, ",;") ? " " : ", ";
   }
 
   const TakeSentence& take_;

@@ -123,6 +123,9 @@ TEST(IncidentTable, CountsSelectorsThatResolveToNothing) {
                                        {.id = "2"}});
   EXPECT_EQ(table.counts(),
             (SelectorCounts{.fitting = 2, .notAboutLines = 2, .unknown = 5, .alertsWithoutSelector = 1}));
+  EXPECT_EQ(complaintOf("Metro", table.counts()),
+            "feed Metro: alerts: 5 of 9 selectors resolved to nothing, 1 alert without a selector");
+  EXPECT_EQ(complaintOf("Metro", {.fitting = 2, .notAboutLines = 2}), "");
 }
 
 std::vector<std::string> distinctIds(const IncidentTable& table) {

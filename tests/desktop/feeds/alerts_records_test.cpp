@@ -64,6 +64,16 @@ TEST(IncidentRecords, SayWhatTheFeedSays) {
   EXPECT_EQ(incident->creationDate(), std::nullopt);
 }
 
+TEST(IncidentRecords, DetailsHaveWhatTheRowCouldNotTake) {
+  std::string header;
+  for (int word = 0; word < 150; ++word) header += "word ";
+  header += "end";
+  const auto incident = recordOf({.header = {{header, ""}}, .description = {{"More.", ""}}});
+  EXPECT_THAT(incident->title().value(), testing::EndsWith("word…"));
+  EXPECT_EQ(incident->fullDescription(), header + "\n\nMore.");
+  EXPECT_EQ(recordOf({.header = {{"Works…", ""}}})->fullDescription(), std::nullopt);
+}
+
 TEST(IncidentRecords, OnlyNoServiceBlocks) {
   for (std::int32_t effect = 0; effect <= 11; ++effect) {
     EXPECT_EQ(recordOf({.id = "1", .effect = effect})->isBlockingIncident(), effect == 1) << effect;
