@@ -15,9 +15,7 @@ const QStringList& families() {
 }
 
 QFont::Weight weightOf(const ui::Font& font) {
-  const bool headline = font.style() == ui::TextStyle::headline;
-  if (font.traits().bold) return headline ? QFont::Bold : QFont::DemiBold;
-  return headline ? QFont::DemiBold : QFont::Normal;
+  return font.traits().bold || font.style() == ui::TextStyle::headline ? QFont::DemiBold : QFont::Normal;
 }
 
 }  // namespace

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktop/drawing/shield_outline.h"
+#include "platform/artwork_cache.h"
+#include "platform/ui/image.h"
+#include "platform/ui/text_engine.h"
+
+namespace linewatch::desktop {
+
+/// A line's shield: its text on its colour in the shape of its mode. Where the colour is close to the
+/// background it has an outline.
+class LineShield final : public ui::Image {
+ public:
+  /// The text of a shield at size step 3 has this many points; one more or less a step.
+  static constexpr double kTextSizeAtStep3 = 15;
+  /// The text is not empty. `widthAtStep3` as in ShieldManager.
+  LineShield(const ShieldDataSource& shield, const std::string& text, std::optional<double> widthAtStep3,
+             const ArtworkSize& size);
+
+  ui::Size size() const override { return size_; }
+  /// In its own size, in the middle of the rectangle.
+  void draw(ui::Canvas& canvas, const ui::Rect& rect) const override;
+
+ private:
+  void drawShape(ui::Canvas& canvas, const ui::Rect& rect) const;
+
+  const ShieldForm& form_;
+  std::string fill_;
+  std::string textColor_;
+  std::shared_ptr<const ui::TextLayout> text_;
+  double capHeight_ = 0;
+  ui::Size size_;
+};
+
+/// Draws shields with this platform's text. Needs a QGuiApplication.
+class LineShieldManager final : public ShieldManager {
+ public:
+  std::shared_ptr<const ui::Image> image(const ShieldDataSource& shield, std::optional<double> widthAtStep3,
+                                         const ArtworkSize& size) override;
+};
+
+/// The height of shields and icons at a size step, in points.
+double artworkHeight(const ArtworkSize& size);
+
+}  // namespace linewatch::desktop

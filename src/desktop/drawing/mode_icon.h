@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+
+#include "desktop/drawing/drawing_source.h"
+#include "platform/artwork_cache.h"
+
+namespace linewatch::desktop {
+
+/// Draws a mode of transport's icon as high as a shield of the same size step.
+class ModeIconManager final : public IconManager {
+ public:
+  explicit ModeIconManager(std::shared_ptr<DrawingSource> drawings) : drawings_(std::move(drawings)) {}
+
+  /// Null for a mode that has no icon.
+  std::shared_ptr<const ui::Image> image(const IconDataSource& icon, std::optional<double> widthAtStep3,
+                                         const ArtworkSize& size) override;
+
+ private:
+  std::shared_ptr<DrawingSource> drawings_;
+};
+
+}  // namespace linewatch::desktop
