@@ -12,6 +12,8 @@ namespace linewatch::ui {
 
 /// first = multiplier × second + constant, or ≤ or ≥ of it; without a second item: first = constant.
 ///
+/// Widths may be related to heights; they come first, so that the height follows the width.
+///
 /// Both items must be in one view tree when the constraint is activated. Their nearest common view then keeps
 /// it; it becomes inactive when an item leaves that view. Required constraints that contradict each other:
 /// the one made later gives way and is logged, once. A constraint whose constant is not a finite number is

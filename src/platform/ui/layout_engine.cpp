@@ -53,8 +53,8 @@ LayoutEngine::~LayoutEngine() {
 }
 
 void LayoutEngine::collect(View& view, std::vector<SharedConstraint>& constraints) {
-  if (view.isLaidOutByConstraints()) ensureItem(view);
   if (&view != &root_ && view.isLayoutRoot()) return;
+  if (view.isLaidOutByConstraints()) ensureItem(view);
   constraints.insert(constraints.end(), view.constraints_.begin(), view.constraints_.end());
   for (const auto& subview : view.subviews_) collect(*subview, constraints);
 }
@@ -100,16 +100,14 @@ void LayoutEngine::addEntry(const SharedConstraint& constraint) {
   constraint->engineSlot_ = slot;
   entries_[slot] = {constraint, {}, std::nullopt, true};
   queue_.push_back(slot);
-  if (isBaseline(constraint->first_.attribute) || isBaseline(constraint->second_.attribute)) {
-    baselineEntries_.push_back(slot);
-  }
+  if (dependsOnWidths(*constraint)) dependentEntries_.push_back(slot);
 }
 
 void LayoutEngine::removeEntry(std::uint32_t slot) {
   Entry& entry = entries_[slot];
-  if (entry.row) system(ui::axisOf(entry.constraint->first_.attribute)).remove(*entry.row);
+  if (entry.row) system(axisOf(*entry.constraint)).remove(*entry.row);
   entry.constraint->engineSlot_ = kNoSlot;
-  std::erase(baselineEntries_, slot);
+  std::erase(dependentEntries_, slot);
   entry = {};
   freeEntries_.push_back(slot);
 }
@@ -128,7 +126,7 @@ void LayoutEngine::processQueue() {
 }
 
 void LayoutEngine::updateEntry(Entry& entry) {
-  ConstraintSystem& target = system(ui::axisOf(entry.constraint->first_.attribute));
+  ConstraintSystem& target = system(axisOf(*entry.constraint));
   const auto linear = linearFor(*entry.constraint);
   if (entry.row && linear && sameTerms(*linear, entry.linear)) {
     entry.linear.constant = linear->constant;
@@ -156,13 +154,27 @@ std::optional<LinearConstraint> LayoutEngine::linearFor(const LayoutConstraint& 
   linear.priority = constraint.priority_;
   linear.order = constraint.order_;
   linear.constant = -sanitizedLength(constraint.constant_);
+  const Axis axis = axisOf(constraint);
   LayoutItem& first = itemFor(*constraint.firstItem(), constraint.first_.attribute);
-  addAttribute(linear, items_[ensureItem(first)], constraint.first_.attribute, 1);
+  addAttribute(linear, axis, items_[ensureItem(first)], constraint.first_.attribute, 1);
   if (constraint.hasSecondItem()) {
     LayoutItem& second = itemFor(*constraint.secondItem(), constraint.second_.attribute);
-    addAttribute(linear, items_[ensureItem(second)], constraint.second_.attribute, -factor);
+    addAttribute(linear, axis, items_[ensureItem(second)], constraint.second_.attribute, -factor);
   }
   return linear;
+}
+
+Axis LayoutEngine::axisOf(const LayoutConstraint& constraint) {
+  const bool mixed = constraint.hasSecondItem() && ui::axisOf(constraint.second_.attribute) == Axis::vertical;
+  return mixed ? Axis::vertical : ui::axisOf(constraint.first_.attribute);
+}
+
+// Whether the constraint's row has to be made again when widths and texts have changed.
+bool LayoutEngine::dependsOnWidths(const LayoutConstraint& constraint) {
+  const LayoutAttribute first = constraint.first_.attribute;
+  const LayoutAttribute second = constraint.second_.attribute;
+  return isBaseline(first) || isBaseline(second) ||
+         (constraint.hasSecondItem() && ui::axisOf(first) != ui::axisOf(second));
 }
 
 // The item itself or, for a baseline, the view inside whose baseline it is.
@@ -178,8 +190,14 @@ LayoutItem& LayoutEngine::itemFor(LayoutItem& item, LayoutAttribute attribute) c
   return usable ? *view : item;
 }
 
-void LayoutEngine::addAttribute(LinearConstraint& linear, Item& item, LayoutAttribute attribute,
+// In a constraint between heights a width is a number: it has been solved by then.
+void LayoutEngine::addAttribute(LinearConstraint& linear, Axis axis, Item& item, LayoutAttribute attribute,
                                 double factor) {
+  if (ui::axisOf(attribute) != axis) {
+    const Edges width = edges(item, Axis::horizontal);
+    linear.constant += factor * (width.high - width.low);
+    return;
+  }
   struct Shares {
     double position, size;
   };
@@ -192,7 +210,7 @@ void LayoutEngine::addAttribute(LinearConstraint& linear, Item& item, LayoutAttr
     if (!item.firstBaselineFromTop) shares.size = 1;
   }
   if (attribute == LayoutAttribute::lastBaseline) linear.constant -= factor * item.lastBaselineFromBottom;
-  const ItemAxis& part = axisOf(item, ui::axisOf(attribute));
+  const ItemAxis& part = axisOf(item, axis);
   if (shares.position != 0 && !item.isRoot) linear.addTerm(part.position, factor * shares.position);
   if (shares.size != 0) linear.addTerm(part.size, factor * shares.size);
 }
@@ -211,7 +229,7 @@ Size LayoutEngine::fittingSize(const Size& target, LayoutPriority horizontal, La
   }
   solve(target, std::min(horizontal, kFramePriority), std::min(vertical, kFramePriority));
   const Edges width = edges(items_.front(), Axis::horizontal);
-  const double height = systems_[1].value(items_.front().axes[1].size);
+  const double height = sanitizedLength(systems_[1].value(items_.front().axes[1].size));
   const Size result{width.high - width.low, std::max(0.0, ceiledToPixel(height, scale_))};
   fitting_ = Fitting{target, horizontal, vertical, result};
   return result;
@@ -238,7 +256,7 @@ void LayoutEngine::solve(const Size& rootSize, LayoutPriority horizontal, Layout
   updateWidths();
   if (systems_[0].solve()) logLeftOut(Axis::horizontal);
   measureHeights();
-  updateBaselineConstraints();
+  updateDependentConstraints();
   if (systems_[1].solve()) logLeftOut(Axis::vertical);
 }
 
@@ -324,14 +342,14 @@ void LayoutEngine::readBaselines(Item& item) {
   item.lastBaselineFromBottom = sanitizedLength(item.view->lastBaselineFromBottom());
 }
 
-void LayoutEngine::updateBaselineConstraints() {
-  for (const std::uint32_t slot : baselineEntries_) updateEntry(entries_[slot]);
+void LayoutEngine::updateDependentConstraints() {
+  for (const std::uint32_t slot : dependentEntries_) updateEntry(entries_[slot]);
 }
 
 void LayoutEngine::logLeftOut(Axis axis) {
   for (const ConstraintSystem::Id id : system(axis).leftOut()) {
     for (const Entry& entry : entries_) {
-      if (entry.row != id || ui::axisOf(entry.constraint->first_.attribute) != axis) continue;
+      if (entry.row != id || axisOf(*entry.constraint) != axis) continue;
       if (std::exchange(entry.constraint->faultLogged_, true)) continue;
       logError("A required constraint contradicts earlier ones and gives way: %@",
                {entry.constraint->description()});
@@ -344,8 +362,8 @@ void LayoutEngine::logLeftOut(Axis axis) {
 LayoutEngine::Edges LayoutEngine::edges(const Item& item, Axis axis) const {
   const auto index = static_cast<std::size_t>(axis);
   const ConstraintSystem& solved = systems_[index];
-  const double low = item.isRoot ? 0 : solved.value(item.axes[index].position);
-  const double high = low + std::max(0.0, solved.value(item.axes[index].size));
+  const double low = item.isRoot ? 0 : sanitizedLength(solved.value(item.axes[index].position));
+  const double high = low + std::max(0.0, sanitizedLength(solved.value(item.axes[index].size)));
   return {snappedToPixel(low, scale_), snappedToPixel(high, scale_)};
 }
 
@@ -365,10 +383,12 @@ void LayoutEngine::giveFrames(View& view, const Point& origin) {
     }
   }
   for (const auto& subview : view.subviews_) {
+    // A layout root's slot is one of its own engine.
+    if (subview->isLayoutRoot()) continue;
     if (subview->engineSlot_ != kNoSlot && subview->isLaidOutByConstraints()) {
       subview->setFrameFromLayout(frameInRoot(items_[subview->engineSlot_]).movedBy(back));
     }
-    if (!subview->isLayoutRoot()) giveFrames(*subview, origin + subview->frame().origin());
+    giveFrames(*subview, origin + subview->frame().origin());
   }
 }
 

@@ -88,7 +88,10 @@ class LayoutEngine {
   void processQueue();
   std::optional<LinearConstraint> linearFor(const LayoutConstraint& constraint);
   LayoutItem& itemFor(LayoutItem& item, LayoutAttribute attribute) const;
-  void addAttribute(LinearConstraint& linear, Item& item, LayoutAttribute attribute, double factor);
+  void addAttribute(LinearConstraint& linear, Axis axis, Item& item, LayoutAttribute attribute,
+                    double factor);
+  static Axis axisOf(const LayoutConstraint& constraint);
+  static bool dependsOnWidths(const LayoutConstraint& constraint);
 
   void solve(const Size& rootSize, LayoutPriority horizontal, LayoutPriority vertical);
   void setRow(RowId& row, Axis axis, const LinearConstraint& linear);
@@ -97,7 +100,7 @@ class LayoutEngine {
   void updateWidths();
   void measureHeights();
   void readBaselines(Item& item);
-  void updateBaselineConstraints();
+  void updateDependentConstraints();
   void logLeftOut(Axis axis);
 
   Edges edges(const Item& item, Axis axis) const;
@@ -112,7 +115,7 @@ class LayoutEngine {
   std::vector<Entry> entries_;
   std::vector<std::uint32_t> freeEntries_;
   std::vector<std::uint32_t> queue_;
-  std::vector<std::uint32_t> baselineEntries_;
+  std::vector<std::uint32_t> dependentEntries_;
   std::optional<LayoutPriority> rootPriority_[2];
   std::optional<Fitting> fitting_;
 };

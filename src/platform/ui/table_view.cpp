@@ -48,7 +48,8 @@ void TableView::reloadSection(std::size_t section, RowAnimation animation) {
 void TableView::loadRowsIfNeeded() {
   if (std::exchange(rowsLoaded_, true)) return;
   makeAllIdle();
-  highlight(std::nullopt);
+  highlighted_.reset();
+  pressed_.reset();
   sectionStarts_.assign(1, 0);
   const auto source = dataSource_.lock();
   const std::size_t sections = source ? source->numberOfSectionsInTableView(*this) : 0;
@@ -117,8 +118,6 @@ std::shared_ptr<TableViewCell> TableView::dequeueReusableCell(const std::string&
     if (chosen == idle.end()) chosen = std::prev(idle.end());
     const std::shared_ptr<TableViewCell> cell = chosen->cell;
     idle.erase(chosen);
-    cell->setHighlighted(false);
-    cell->setSelected(selected_ == indexPath);
     cell->prepareForReuse();
     return cell;
   }
@@ -216,7 +215,9 @@ std::shared_ptr<TableViewCell> TableView::cellFor(std::size_t row, std::vector<S
   if (kept != before.end()) return std::exchange(kept->cell, nullptr);
   const auto source = dataSource_.lock();
   const auto cell = source ? source->tableViewCellForRowAtIndexPath(*this, indexPathOf(row)) : nullptr;
-  if (cell && cell->superview() != this) insertSubview(cell, 0);
+  if (!cell) return nullptr;
+  showStateOf(*cell, indexPathOf(row));
+  if (cell->superview() != this) insertSubview(cell, 0);
   return cell;
 }
 
@@ -290,6 +291,11 @@ void TableView::drawOverlay(Canvas& canvas) {
 }
 
 // ---- Selection ----
+
+void TableView::showStateOf(TableViewCell& cell, const IndexPath& indexPath) const {
+  cell.setHighlighted(highlighted_ == indexPath);
+  cell.setSelected(selected_ == indexPath);
+}
 
 void TableView::setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value) {
   if (const auto cell = cellForRow(indexPath)) (*cell.*set)(value);

@@ -83,8 +83,7 @@ class TableView : public View {
 
   std::size_t numberOfSections();
   std::size_t numberOfRowsInSection(std::size_t section);
-  /// Asks the data source anew, at the next layout or question. The animation is the platform's window's
-  /// business.
+  /// Asks the data source anew, at the next layout or question. A press on a row ends.
   void reloadData();
   void reloadSection(std::size_t section, RowAnimation animation);
   /// Told of every section that is reloaded. For the window.
@@ -151,6 +150,7 @@ class TableView : public View {
   void removeIdleCells();
   void clampContentOffset();
   void highlight(std::optional<IndexPath> indexPath);
+  void showStateOf(TableViewCell& cell, const IndexPath& indexPath) const;
   void setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value);
 
   std::weak_ptr<TableViewDataSource> dataSource_;

@@ -74,6 +74,7 @@ class View : public LayoutItem {
   // ---- Layout ----
 
   bool isLaidOutByConstraints() const { return laidOutByConstraints_; }
+  /// A layout root has the frame that it was given all the same.
   void setLaidOutByConstraints(bool byConstraints);
   /// Where the superview's size changes: whether a frame grows with it.
   void setResizesWithSuperview(bool width, bool height);

@@ -449,6 +449,158 @@ TEST_F(LayoutTest, StacksLeaveHiddenViewsOut) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
+/// A tree that is changed in every way there is, sensible or not.
+class HostileTree {
+ public:
+  explicit HostileTree(unsigned seed) : random_(seed) {
+    for (int i = 0; i < 8; ++i) {
+      std::shared_ptr<View> view = std::make_shared<View>();
+      if (i % 3 == 1) view = std::make_shared<Label>();
+      if (i % 4 == 2) view = std::make_shared<StackView>(i % 8 == 2 ? Axis::vertical : Axis::horizontal);
+      view->setLaidOutByConstraints(i % 4 != 0);
+      views_.push_back(view);
+      root.addSubview(view);
+    }
+  }
+
+  void change() {
+    View& view = anyView();
+    switch (number(0, 11)) {
+      case 0:
+        root.setFrame({0, 0, length(), length()});
+        break;
+      case 1:
+        anyView().addSubview(shared(view));
+        break;
+      case 2:
+        view.setHidden(!view.isHidden());
+        break;
+      case 3:
+        view.setLayoutDirection(number(0, 1) == 0 ? LayoutDirection::leftToRight
+                                                  : LayoutDirection::rightToLeft);
+        break;
+      case 4:
+        if (auto* stack = dynamic_cast<StackView*>(&view)) stack->addArrangedSubview(shared(anyView()));
+        break;
+      case 5:
+        if (auto* stack = dynamic_cast<StackView*>(&view)) stack->setSpacing(length());
+        view.setFrame({length(), length(), length(), length()});
+        break;
+      case 6:
+        if (auto* label = dynamic_cast<Label*>(&view)) label->setText(std::string(random_() % 50, 'x'));
+        break;
+      case 7:
+        if (!constraints_.empty()) anyConstraint().setActive(number(0, 1) == 0);
+        break;
+      case 8:
+        if (!constraints_.empty()) anyConstraint().setConstant(length());
+        break;
+      default:
+        add(view, anyView());
+    }
+  }
+
+  void expectSensible() {
+    EXPECT_FALSE(root.needsLayout());
+    for (const auto& view : views_) {
+      const Rect& frame = view->frame();
+      EXPECT_TRUE(std::isfinite(frame.x) && std::isfinite(frame.y));
+      EXPECT_TRUE(frame.width >= 0 && frame.width < kInfinity && frame.height >= 0 &&
+                  frame.height < kInfinity);
+    }
+  }
+
+  View root{{0, 0, 300, 300}};
+
+ private:
+  int number(int low, int high) { return std::uniform_int_distribution(low, high)(random_); }
+  View& anyView() { return *views_[random_() % views_.size()]; }
+  LayoutConstraint& anyConstraint() { return *constraints_[random_() % constraints_.size()]; }
+  std::shared_ptr<View> shared(View& view) {
+    for (const auto& each : views_) {
+      if (each.get() == &view) return each;
+    }
+    return nullptr;
+  }
+  double length() {
+    constexpr double kOdd[] = {kNaN, kInfinity, -kInfinity, 1e300, -1e9, 0, 1e-12};
+    return number(0, 9) == 0 ? kOdd[random_() % std::size(kOdd)] : number(-100, 300);
+  }
+
+  void add(View& one, View& other) {
+    constexpr double kFactors[] = {1, 0.5, -1, 3, 0, 1e-9, 1e7, kNaN};
+    const auto dimension = [&](View& view) {
+      return number(0, 1) == 0 ? view.widthAnchor() : view.heightAnchor();
+    };
+    const YAnchor ys[] = {other.topAnchor(), other.centerYAnchor(), other.firstBaselineAnchor(),
+                          other.lastBaselineAnchor()};
+    switch (number(0, 3)) {
+      case 0:
+        constraints_.push_back(
+            one.leadingAnchor().constraintGreaterThanOrEqualTo(other.centerXAnchor(), length()));
+        break;
+      case 1:
+        constraints_.push_back(one.bottomAnchor().constraintLessThanOrEqualTo(ys[random_() % 4], length()));
+        break;
+      case 2:
+        constraints_.push_back(one.firstBaselineAnchor().constraintEqualTo(ys[random_() % 4], length()));
+        break;
+      default:
+        constraints_.push_back(
+            dimension(one).constraintEqualTo(dimension(other), kFactors[random_() % 8], length()));
+    }
+    constraints_.back()->setPriority(number(0, 1) == 0 ? kRequiredPriority : number(1, 999));
+    constraints_.back()->setActive(true);
+  }
+
+  std::mt19937 random_;
+  std::vector<std::shared_ptr<View>> views_;
+  std::vector<SharedConstraint> constraints_;
+};
+
+TEST_F(LayoutTest, TreesWithAnyConstraintsComeToRest) {
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    HostileTree tree(seed);
+    for (int step = 0; step < 60; ++step) {
+      tree.change();
+      tree.root.layoutIfNeeded();
+      tree.expectSensible();
+      if (HasFailure()) return;
+    }
+  }
+}
+
+TEST_F(LayoutTest, ALayoutRootInsideAnotherIsApartFromIt) {
+  View root({0, 0, 400, 400});
+  const auto row = std::make_shared<SampleRow>();
+  row->primary->setText("Central Station");
+  row->setLaidOutByConstraints(true);
+  root.addSubview(row);
+  const auto crossing = row->leadingAnchor().constraintEqualTo(root.leadingAnchor(), 50);
+  crossing->setActive(true);
+  EXPECT_FALSE(crossing->isActive());
+  root.layoutIfNeeded();
+  EXPECT_EQ(row->frame(), (Rect{0, 0, 359, 110}));
+  EXPECT_EQ(inCell(*row->image, *row).maxX(), 343);
+  row->removeFromSuperview();
+  row->primary->setText("Harbour");
+  row->layoutIfNeeded();
+  root.layoutIfNeeded();
+}
+
+TEST_F(LayoutTest, AHeightMayFollowAWidth) {
+  View root({0, 0, 200, 300});
+  const auto view = addView(root);
+  LayoutConstraint::activate({view->widthAnchor().constraintEqualTo(root.widthAnchor()),
+                              view->heightAnchor().constraintEqualTo(view->widthAnchor(), 0.5, 10)});
+  root.layoutIfNeeded();
+  EXPECT_EQ(view->frame().height, 110);
+  root.setFrame({0, 0, 100, 300});
+  root.layoutIfNeeded();
+  EXPECT_EQ(view->frame().height, 60);
+}
+
 TEST_F(LayoutTest, FrameLayoutFollowsTheSuperview) {
   View root({0, 0, 100, 50});
   const auto child = std::make_shared<View>(Rect{10, 5, 80, 40});

@@ -161,6 +161,22 @@ TEST_F(TableViewTest, ACellThatGrowsMovesTheRowsBelow) {
   EXPECT_EQ(table_->indexPathForRowAtPoint({5, 371}), std::nullopt);
 }
 
+TEST_F(TableViewTest, TheSelectionStaysWithItsRowAndReloadsAreTold) {
+  std::vector<std::size_t> reloaded;
+  table_->setReloadHandler(
+      [&](std::size_t section, RowAnimation /*animation*/) { reloaded.push_back(section); });
+  show({100});
+  EXPECT_THAT(reloaded, ElementsAre(0));
+  EXPECT_TRUE(table_->tapRow({0, 2}));
+  for (const double offset : {2000.0, 0.0}) {
+    table_->setContentOffset(offset);
+    root_.layoutIfNeeded();
+    for (const IndexPath& path : table_->indexPathsForVisibleRows()) {
+      EXPECT_EQ(table_->cellForRow(path)->isSelected(), path.row == 2);
+    }
+  }
+}
+
 TEST_F(TableViewTest, SectionsFollowEachOther) {
   show({2, 0, 3});
   EXPECT_THAT(table_->indexPathsForVisibleRows(),
@@ -210,6 +226,12 @@ TEST_F(TableViewTest, APointerHighlightsAndSelects) {
   EXPECT_THAT(rows_->tapped, ElementsAre(IndexPath{0, 0}));
   table_->deselectRow({0, 0}, true);
   EXPECT_FALSE(cell->isSelected());
+
+  pointer.handle(root_, PointerPhase::pressed, {50, 40});
+  show({4});
+  pointer.handle(root_, PointerPhase::released, {50, 40});
+  EXPECT_THAT(rows_->tapped, SizeIs(1)) << "what was pressed may not be there any more";
+  EXPECT_FALSE(table_->cellForRow({0, 0})->isHighlighted());
 
   EXPECT_FALSE(pointer.handle(root_, PointerPhase::pressed, {50, 150})) << "row 1 opens nothing";
   EXPECT_FALSE(table_->tapRow({0, 1}));
