@@ -6,6 +6,7 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include "desktop/feeds/feed_text.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {
@@ -92,6 +93,13 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
     inWord = continues;
   }
   return words;
+}
+
+std::string comparableName(std::string_view name) {
+  const std::string plain = folded(name);
+  std::string text;
+  for (const std::string_view word : wordsOf(plain)) text.append(text.empty() ? "" : " ").append(word);
+  return text.empty() ? singleLine(plain) : text;
 }
 
 std::size_t lengthInCharacters(std::string_view text) {

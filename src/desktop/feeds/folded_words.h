@@ -14,6 +14,10 @@ std::string folded(std::string_view text);
 /// The runs of letters, digits and their marks, as pieces of the text, in its order.
 std::vector<std::string_view> wordsOf(std::string_view text);
 
+/// A name as a search compares it: its folded words, whatever stands between them. A name of signs alone is
+/// compared as it is.
+std::string comparableName(std::string_view name);
+
 /// The number of code points.
 std::size_t lengthInCharacters(std::string_view text);
 

@@ -1,37 +1,26 @@
 #include "desktop/feeds/line_search.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <utility>
 
-#include "desktop/feeds/feed_text.h"
 #include "desktop/feeds/folded_words.h"
 
 namespace linewatch::desktop {
 
 namespace {
 
-/// A name as it is compared: its words, whatever stands between them. A name of signs alone is compared as it
-/// is.
-std::string comparable(std::string_view name) {
-  const std::string plain = folded(name);
-  std::string text;
-  for (const std::string_view word : wordsOf(plain)) text.append(text.empty() ? "" : " ").append(word);
-  return text.empty() ? singleLine(plain) : text;
-}
-
 enum class Fit { name, startOfName, words, none };
 
 class Query {
  public:
-  explicit Query(std::string_view text) : text_(comparable(text)), words_(wordsOf(text_)) {}
+  explicit Query(std::string_view text) : text_(comparableName(text)), words_(wordsOf(text_)) {}
   Query(const Query&) = delete;
   Query& operator=(const Query&) = delete;
 
-  Fit fitOf(const LineIndex& index, std::size_t route, const std::string& comparableName) const {
-    if (comparableName == text_) return Fit::name;
-    if (comparableName.starts_with(text_)) return Fit::startOfName;
+  Fit fitOf(const LineIndex& index, std::size_t route, const std::string& name) const {
+    if (name == text_) return Fit::name;
+    if (name.starts_with(text_)) return Fit::startOfName;
     return !words_.empty() && everyWordStartsOneOf(textsOf(index, route)) ? Fit::words : Fit::none;
   }
 
@@ -66,116 +55,6 @@ bool comesBefore(const Candidate& a, const Candidate& b) {
   return a.fit != Fit::words && naturallyBefore(a.comparableName, b.comparableName);
 }
 
-/// "12 (Airport – Harbour)"
-std::string withLongName(const std::string& text, const FoundLine& line) {
-  const std::string& longName = line.entry().longName;
-  return longName.empty() || longName == text ? text : text + " (" + longName + ")";
-}
-
-std::string byName(const FoundLine& line) { return withLongName(line.name(), line); }
-
-std::string byId(const FoundLine& line) {
-  return withLongName(line.index->feedName() + ":" + line.entry().id, line);
-}
-
-constexpr std::size_t kMostSuggestions = 5;
-
-template <class Describe>
-std::string listed(std::span<const FoundLine> lines, Describe describe) {
-  std::string text;
-  for (const FoundLine& line : lines.first(std::min(lines.size(), kMostSuggestions))) {
-    text.append(text.empty() ? "" : ", ").append(describe(line));
-  }
-  return lines.size() > kMostSuggestions ? text + " …" : text;
-}
-
-template <class Predicate>
-std::vector<FoundLine> linesWhere(std::span<const SharedLineIndex> indexes, Predicate fits) {
-  std::vector<FoundLine> lines;
-  for (const SharedLineIndex& index : indexes) {
-    for (std::size_t route = 0; route < index->routes().size(); ++route) {
-      if (fits(*index, route)) lines.push_back({index, route});
-    }
-  }
-  return lines;
-}
-
-std::vector<FoundLine> linesWithId(std::span<const SharedLineIndex> indexes, std::string_view id) {
-  std::vector<FoundLine> lines;
-  for (const SharedLineIndex& index : indexes) {
-    if (const auto route = index->routeWithId(id)) lines.push_back({index, *route});
-  }
-  return lines;
-}
-
-std::vector<FoundLine> linesNamed(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesWhere(indexes, [name](const LineIndex& index, std::size_t route) {
-    return index.nameOfRoute(route) == name;
-  });
-  if (!lines.empty()) return lines;
-  const std::string wanted = comparable(name);
-  return linesWhere(indexes, [&wanted](const LineIndex& index, std::size_t route) {
-    return comparable(index.nameOfRoute(route)) == wanted;
-  });
-}
-
-std::vector<FoundLine> linesCalled(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesWithId(indexes, name);
-  return lines.empty() ? linesNamed(indexes, name) : lines;
-}
-
-/// The lines of "feed:line". Feed names and route ids may both hold colons.
-std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines;
-  for (const SharedLineIndex& index : indexes) {
-    const std::string prefix = index->feedName() + ":";
-    if (!name.starts_with(prefix)) continue;
-    std::ranges::move(linesCalled(std::span(&index, 1), name.substr(prefix.size())),
-                      std::back_inserter(lines));
-  }
-  return lines;
-}
-
-/// In how many places two texts differ: the characters to add, drop or change on the way from one to the
-/// other.
-std::size_t differences(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
-/// The lines that the name may be a slip for: those that a search finds, else those that are one slip in four
-/// characters away.
-std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  const std::string wanted = comparable(name);
-  if (wanted.empty()) return {};
-  std::vector<FoundLine> lines = searchLines(indexes, name);
-  if (!lines.empty()) return lines;
-  const std::size_t slips = wanted.size() / 4 + 1;
-  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
-    const std::string like = comparable(index.nameOfRoute(route));
-    return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
-           like.size() > slips && differences(wanted, like) <= slips;
-  });
-}
-
-Error severalLines(const std::string& what, std::span<const FoundLine> lines) {
-  return failure(what, "", "several lines have this name; name one as " + listed(lines, byId));
-}
-
-Error noLine(const std::string& what, std::span<const FoundLine> lines) {
-  if (lines.empty()) return failure(what, "", "no feed has such a line");
-  return failure(what, "", "no feed has such a line; did you mean " + listed(lines, byName) + "?");
-}
-
 }  // namespace
 
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query) {
@@ -183,7 +62,7 @@ std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std
   std::vector<Candidate> candidates;
   for (const SharedLineIndex& index : indexes) {
     for (std::size_t route = 0; route < index->routes().size(); ++route) {
-      std::string name = comparable(index->nameOfRoute(route));
+      std::string name = comparableName(index->nameOfRoute(route));
       const Fit fit = wanted.fitOf(*index, route, name);
       if (fit != Fit::none) candidates.push_back({fit, std::move(name), {index, route}});
     }
@@ -193,14 +72,6 @@ std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std
   lines.reserve(candidates.size());
   for (Candidate& candidate : candidates) lines.push_back(std::move(candidate.line));
   return lines;
-}
-
-Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesCalled(indexes, name);
-  if (lines.empty()) lines = linesCalledWithFeed(indexes, name);
-  if (lines.size() == 1) return lines.front();
-  const std::string what = "line \"" + std::string(name) + "\"";
-  return lines.empty() ? noLine(what, linesLike(indexes, name)) : severalLines(what, lines);
 }
 
 }  // namespace linewatch::desktop
