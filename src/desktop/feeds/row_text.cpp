@@ -15,8 +15,8 @@ namespace linewatch::desktop {
 namespace {
 
 // In code points. A row has as many lines as it needs, so that only what nobody meant to be read is cut.
-constexpr std::size_t kEnough = 80;        // a further sentence follows only a shorter text ...
-constexpr std::size_t kComfortable = 200;  // ... and only if the whole stays below this
+constexpr std::size_t kEnough = 60;        // a further sentence follows only a shorter text ...
+constexpr std::size_t kComfortable = 160;  // ... and only if the whole stays below this
 constexpr std::size_t kLongest = 400;
 
 std::string onOneLine(std::string_view text) {
