@@ -32,7 +32,7 @@ DrawingSource::DrawingSource(std::shared_ptr<Log> log) : log_(std::move(log)) { 
 std::shared_ptr<const ui::Image> DrawingSource::imageNamed(std::string_view name) {
   const auto known = images_.find(name);
   if (known != images_.end()) return known->second;
-  const auto image = imageIn(name);
+  auto image = imageIn(name);
   if (!image)
     log_->write({LogLevel::error, kLogCategory, "There is no image named %@", {Value(std::string(name))}});
   images_.emplace(name, image);

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <algorithm>
+#include <cmath>
 
 #include "desktop/drawing/svg_drawing.h"
 #include "desktop/drawing/text_glyphs.h"
@@ -43,8 +44,8 @@ QPainterPath qtPath(const ui::Path& path) {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance) {
   const ui::RGBA rgba = color.resolved(appearance);
-  const auto channel = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
-  return QColor::fromRgbF(channel(rgba.red), channel(rgba.green), channel(rgba.blue), channel(rgba.alpha));
+  const auto channel = [](double value) { return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255)); };
+  return {channel(rgba.red), channel(rgba.green), channel(rgba.blue), channel(rgba.alpha)};
 }
 
 QtCanvas::QtCanvas(QPainter& painter, ui::Appearance appearance, double scale, CanvasKind kind)

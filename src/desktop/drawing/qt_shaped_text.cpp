@@ -103,7 +103,7 @@ QtShapedText::SharedLayout QtShapedText::inLines(std::size_t paragraph, const ui
   if (request.lineBreakMode != ui::LineBreakMode::wordWrapping)
     return inOneLine(paragraph, request.direction);
   if (inOneLine_[paragraph]) {
-    const SharedLayout whole = inOneLine(paragraph, request.direction);
+    SharedLayout whole = inOneLine(paragraph, request.direction);
     if (whole->lineAt(0).naturalTextWidth() <= request.width) return whole;
   }
   const Paragraph& part = text_.paragraphs()[paragraph];
@@ -185,6 +185,7 @@ std::shared_ptr<const ui::TextLayout> QtShapedText::layOut(const ui::TextLayoutR
     return layOut(request, lines.size() - 1);
   }
   std::vector<TextGlyphs::Line> glyphs;
+  glyphs.reserve(lines.size());
   for (const Line& line : lines) glyphs.push_back(glyphsOf(line));
   layout->glyphs = std::make_shared<const TextGlyphs>(std::move(glyphs));
   return layout;

@@ -14,7 +14,7 @@ void appendGlyphs(std::vector<ColoredGlyphs>& to, const QTextLine& line,
     QList<QPointF> positions = run.positions();
     for (QPointF& position : positions) position -= beginOfBaseline;
     run.setPositions(positions);
-    to.push_back({std::move(run), range.color});
+    to.push_back({run, range.color});
   }
 }
 
