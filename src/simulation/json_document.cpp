@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -59,7 +60,7 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
       array->push_back(std::move(value));
     } else {
       std::get<JsonObject>(open_.back().value.contents)
-          .emplace_back(std::move(open_.back().key), std::move(value));
+          .push_back({std::move(open_.back().key), std::move(value)});
     }
     return true;
   }

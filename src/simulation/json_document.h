@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -12,9 +11,10 @@
 namespace linewatch::simulation {
 
 struct Json;
+struct JsonEntry;
 using JsonArray = std::vector<Json>;
 /// The entries in the order in which they are written; no key stands twice.
-using JsonObject = std::vector<std::pair<std::string, Json>>;
+using JsonObject = std::vector<JsonEntry>;
 
 /// A JSON value as it is written. Whole numbers are unsigned, or signed when they are below 0; what is
 /// written with a point or an exponent, or is larger than 64 bits hold, is a double.
@@ -27,6 +27,11 @@ struct Json {
   const T* get() const {
     return std::get_if<T>(&contents);
   }
+};
+
+struct JsonEntry {
+  std::string key;
+  Json value;
 };
 
 /// The domain of errors about what is given to the simulation. Their info has a sentence for the user.

@@ -137,12 +137,12 @@ Step StepReader::read(const Place& place, const JsonObject& object) {
 
 const StepReader::Kind* StepReader::kindOf(const Place& place, const JsonObject& object) {
   const Place kindPlace(place, kKindKey);
-  const auto entry = std::ranges::find(object, kKindKey, &JsonObject::value_type::first);
+  const auto entry = std::ranges::find(object, kKindKey, &JsonEntry::key);
   if (entry == object.end()) {
     faults_.add(kindPlace, "is missing");
     return nullptr;
   }
-  const auto* name = entry->second.get<std::string>();
+  const auto* name = entry->value.get<std::string>();
   const auto kind =
       std::ranges::find_if(kKinds, [&](const Kind& known) { return name && known.name == *name; });
   if (kind != kKinds.end()) return &*kind;
@@ -224,9 +224,9 @@ Outcome<Scenario> readScenario(std::string_view text) {
   Scenario scenario;
   if (const JsonObject* object = objectIn(faults, root, *document)) {
     readWorld(faults, root, *object, kStepsKey, scenario.world);
-    const auto steps = std::ranges::find(*object, kStepsKey, &JsonObject::value_type::first);
+    const auto steps = std::ranges::find(*object, kStepsKey, &JsonEntry::key);
     if (steps != object->end()) {
-      scenario.steps = readSteps(faults, Place(root, kStepsKey), steps->second, scenario.world);
+      scenario.steps = readSteps(faults, Place(root, kStepsKey), steps->value, scenario.world);
     }
   }
   if (!faults.isEmpty()) return faults.error();

@@ -142,7 +142,7 @@ const JsonObject* objectIn(Faults& faults, const Place& place, const Json& json)
 }
 
 bool hasKey(const JsonObject& object, std::string_view name) {
-  return std::ranges::any_of(object, [&](const auto& entry) { return entry.first == name; });
+  return std::ranges::any_of(object, [&](const auto& entry) { return entry.key == name; });
 }
 
 }  // namespace linewatch::simulation
