@@ -27,8 +27,13 @@ void StoredPreferences::setObject(Value value, std::string_view key) {
 }
 
 void StoredPreferences::removeObject(std::string_view key) {
-  // Where there is no database, nothing has to be made to hold nothing.
-  if (!objectForKey(key)) return;
+  // Where there is nothing to remove, no database has to be made.
+  bool isThere = false;
+  reportIf(database_->read([&](SqliteDatabase& database) {
+    return database.run("SELECT 1 FROM preference WHERE suite = ? AND key = ?", {suite_, key},
+                        [&](const SqliteRow&) { isThere = true; });
+  }));
+  if (!isThere) return;
   reportIf(database_->write([&](SqliteDatabase& database) {
     return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite_, key});
   }));

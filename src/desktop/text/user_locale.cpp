@@ -40,7 +40,7 @@ std::optional<std::string> canonicalTag(const std::string& tag) {
 
 Outcome<UserLocale> UserLocale::parse(std::string_view text) {
   if (auto tag = canonicalTag(tagOfPosixName(text))) return UserLocale(std::move(*tag));
-  return failure("locale", text, "it names no language; it should look like \"en\" or \"de-CH\"");
+  return failure("locale", text, "it names no language, as en or de-CH do");
 }
 
 UserLocale UserLocale::fromEnvironment(const Environment& environment) {

@@ -110,13 +110,16 @@ TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("cache"));
 }
 
-TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReported) {
+TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved) {
   StoredPreferences preferences(openState(), "suite");
   preferences.setObject(Value("x"), "key");
   ASSERT_FALSE(openState()->write(
       [](SqliteDatabase& database) { return database.run("UPDATE preference SET value = x'80'"); }));
   EXPECT_FALSE(preferences.objectForKey("key"));
   EXPECT_THAT(log_.lines(), ElementsAre("preferences: suite key: the stored value is malformed"));
+  preferences.removeObject("key");
+  EXPECT_FALSE(StoredPreferences(openState(), "suite").objectForKey("key"));
+  EXPECT_EQ(log_.lines().size(), 1U);
 }
 
 WidgetInteractionEvent eventWith(std::shared_ptr<const WidgetAnalyticsRecord> record, Date start = {}) {
