@@ -351,7 +351,7 @@ TEST(ListBuilderAtRandom, BuildsWhatThePlainStatementSays) {
   const std::uint64_t seed = std::random_device{}();
   SCOPED_TRACE("seed " + std::to_string(seed));
   RandomCity city(seed);
-  for (int round = 0; round < 800 && !testing::Test::HasFailure(); ++round) {
+  for (int round = 0; round < 400 && !testing::Test::HasFailure(); ++round) {
     const auto lines = std::make_shared<const TransitLineItems>(city.lines());
     const std::uint64_t limit = city.oneOf(6);
     const auto list =
