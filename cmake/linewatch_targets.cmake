@@ -5,14 +5,13 @@
 add_library(linewatch_options INTERFACE)
 target_compile_options(linewatch_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wno-missing-field-initializers -Wnon-virtual-dtor -Woverloaded-virtual -Werror
-  # GCC 12 takes an optimized `"literal" + std::string()` for overlapping copies.
-  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+  # GCC 12 takes an optimized `"literal" + std::string()` for overlapping copies, and sees uninitialized members in
+  # optionals and variants that hold none.
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-maybe-uninitialized>)
 target_include_directories(linewatch_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(LINEWATCH_SANITIZE)
   target_compile_options(linewatch_options INTERFACE -fsanitize=${LINEWATCH_SANITIZE} -fno-omit-frame-pointer
-    -fno-sanitize-recover=all
-    # GCC sees uninitialized optionals where the sanitizers' own checks stand in its way.
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    -fno-sanitize-recover=all)
   target_link_options(linewatch_options INTERFACE -fsanitize=${LINEWATCH_SANITIZE})
 endif()
 
@@ -21,6 +20,7 @@ function(linewatch_library folder)
   cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
   string(REPLACE "/" "_" name ${folder})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   if(sources)
     add_library(${name} STATIC ${sources})
     set(scope PUBLIC)

@@ -15,6 +15,16 @@ constexpr const char* kAbout =
 constexpr const char* kFooter =
     "Exit status: 0 done; 1 the incidents could not be loaded; 2 wrong usage or unreadable input.";
 
+void addPreference(const std::string& text, CommonOptions& options) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos || equals == 0)
+    throw CLI::ValidationError("--preference", "no KEY=VALUE: " + text);
+  const std::string value = text.substr(equals + 1);
+  const bool isTruth = value == "true" || value == "false";
+  options.preferences.insert_or_assign(text.substr(0, equals),
+                                       isTruth ? Value(value == "true") : Value(value));
+}
+
 void addCommonOptions(CLI::App& app, CommonOptions& options) {
   constexpr const char* kGroup = "Common options";
   app.add_option("--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL")->group(kGroup);
@@ -43,6 +53,16 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
       ->group(kGroup);
   app.add_option("--state-dir", options.stateDir, "Folder of all saved state, in place of the XDG folders")
       ->type_name("DIR")
+      ->group(kGroup);
+  app.add_option_function<std::vector<std::string>>(
+         "--preference",
+         [&options](const std::vector<std::string>& texts) {
+           for (const std::string& text : texts) addPreference(text, options);
+         },
+         "A preference for this run, e.g. Rova.LineWatch.internal.injectFakeIncidents=true; may come again")
+      ->type_name("KEY=VALUE")
+      ->expected(1)
+      ->take_all()
       ->group(kGroup);
   app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error")->group(kGroup);
 }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "platform/date.h"
+#include "platform/value.h"
 
 namespace linewatch::app {
 
@@ -24,6 +27,8 @@ struct CommonOptions {
   std::optional<std::string> locale;
   std::optional<std::string> stateDir;
   bool verbose = false;
+  /// Values in front of the saved preferences, for this run.
+  std::map<std::string, Value, std::less<>> preferences;
 };
 
 struct ShowCommand {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+#include "app/command_line.h"
+#include "app/session.h"
+#include "app/terminal_text.h"
+
+namespace linewatch::app {
+
+/// What a command gives: text for standard output, a line for standard error when it has one, and the exit
+/// status.
+struct Report {
+  std::string output;
+  std::string complaint;
+  int status = 0;
+};
+
+/// Wrong usage or unreadable input.
+Report refused(const Error& error);
+
+/// How old what was shown is, as a last line for people; empty when nothing is known of it.
+std::string dataNote(Session& session, const TerminalStyle& style);
+
+Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
+            const TerminalStyle& style);
+Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
+Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
+Report feed(Session& session, const FeedCommand& command);
+Report open(Session& session, const OpenCommand& command);
+
+}  // namespace linewatch::app

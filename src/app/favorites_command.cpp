@@ -1,0 +1,102 @@
+#include "app/commands.h"
+#include "app/line_table.h"
+#include "desktop/feeds/line_search.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using desktop::FoundLine;
+using desktop::Outcome;
+using desktop::StoredFavorite;
+
+Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<std::string>& names) {
+  const auto indexes = session.platform().feeds().lines();
+  if (!indexes) return indexes.error();
+  std::vector<FoundLine> found;
+  for (const std::string& name : names) {
+    auto line = desktop::findLine(*indexes, name);
+    if (!line) return line.error();
+    found.push_back(std::move(*line));
+  }
+  return found;
+}
+
+StoredFavorite favoriteOf(const FoundLine& line) {
+  return {desktop::FavoriteKind::line, line.index->feedName(), line.entry().id};
+}
+
+/// A favourite whose line its feed does not have, or whose feed is gone, can still be named for removal.
+std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored, const std::string& name) {
+  for (const StoredFavorite& favorite : stored) {
+    if (favorite.subject == name || favorite.feed + ":" + favorite.subject == name) return favorite;
+  }
+  return std::nullopt;
+}
+
+Report list(Session& session, const TerminalStyle& style) {
+  const auto stored = session.platform().favoriteLines();
+  if (!stored) return refused(stored.error());
+  std::vector<FoundLine> known;
+  std::string unknown;
+  for (const StoredFavorite& favorite : *stored) {
+    const auto index = session.platform().feeds().linesOf(favorite.feed);
+    const auto route = index ? (*index)->routeWithId(favorite.subject) : std::nullopt;
+    if (route) known.push_back({*index, *route});
+    if (!route) unknown += "unknown line  " + favorite.feed + ":" + favorite.subject + "\n";
+  }
+  if (stored->empty())
+    return {.output = "No favourites yet: linewatch favorites add LINE\n", .complaint = {}};
+  return {.output = lineTable(known, style) + unknown, .complaint = {}};
+}
+
+Report add(Session& session, const std::vector<std::string>& names) {
+  // All are looked up first: a mistake in one adds none.
+  const auto found = linesNamed(session, names);
+  if (!found) return refused(found.error());
+  Report report;
+  for (const FoundLine& line : *found) {
+    const auto added = session.platform().changeFavorite(favoriteOf(line), true);
+    if (!added) return refused(added.error());
+    report.output += (*added ? "Added " : "Already a favourite: ") + line.name() + "\n";
+  }
+  return report;
+}
+
+Report remove(Session& session, const std::vector<std::string>& names) {
+  const auto stored = session.platform().favoriteLines();
+  if (!stored) return refused(stored.error());
+  Report report;
+  std::vector<std::pair<StoredFavorite, std::string>> chosen;
+  for (const std::string& name : names) {
+    if (const auto favorite = storedAs(*stored, name)) {
+      chosen.emplace_back(*favorite, name);
+      continue;
+    }
+    const auto found = linesNamed(session, {name});
+    if (!found) return refused(found.error());
+    chosen.emplace_back(favoriteOf(found->front()), found->front().name());
+  }
+  for (const auto& [favorite, name] : chosen) {
+    const auto removed = session.platform().changeFavorite(favorite, false);
+    if (!removed) return refused(removed.error());
+    report.output += (*removed ? "Removed " : "Not a favourite: ") + name + "\n";
+  }
+  return report;
+}
+
+}  // namespace
+
+Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style) {
+  switch (command.action) {
+    case FavoritesCommand::Action::list:
+      return list(session, style);
+    case FavoritesCommand::Action::add:
+      return add(session, command.lines);
+    case FavoritesCommand::Action::remove:
+      return remove(session, command.lines);
+  }
+  return {};
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,82 @@
+#include <filesystem>
+
+#include "app/commands.h"
+#include "desktop/http_fetcher.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using desktop::failure;
+using desktop::StoredFeed;
+
+// A feed is used from wherever the program runs later.
+std::string lasting(const std::string& location) {
+  if (desktop::isHttpURL(location)) return location;
+  std::error_code error;
+  const auto path = std::filesystem::absolute(location, error);
+  return error ? location : path.lexically_normal().string();
+}
+
+std::optional<Error> faultOfName(const std::string& name) {
+  if (!name.empty() && name.find(':') == std::string::npos) return std::nullopt;
+  return failure("feed \"" + name + "\"", "", "a name is not empty and has no colon");
+}
+
+std::string countOfLines(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
+Report list(Session& session) {
+  const auto feeds = session.platform().storedFeeds().list();
+  if (!feeds) return refused(feeds.error());
+  if (feeds->empty()) {
+    return {
+        .output = "No feeds yet, so the sample city is shown: linewatch feed add NAME --gtfs G --alerts A\n",
+        .complaint = {}};
+  }
+  Report report;
+  for (const StoredFeed& feed : *feeds) {
+    report.output += feed.name + "\n  timetable  " + feed.gtfs + "\n  alerts     " + feed.alerts + "\n";
+  }
+  return report;
+}
+
+Report add(Session& session, const FeedCommand& command) {
+  if (const auto fault = faultOfName(command.name)) return refused(*fault);
+  const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
+  // What cannot be read is better not added: the user is here to mend it.
+  const auto lines = session.platform().documents().lineIndexOf(feed);
+  if (!lines) return refused(lines.error());
+  const auto alerts = session.platform().documents().alertsOf(feed, nullptr);
+  if (!alerts) return refused(alerts.error());
+  const auto added = session.platform().storedFeeds().add(feed);
+  if (!added) return refused(added.error());
+  if (!*added) return refused(failure("feed " + feed.name, "", "there is one of that name; remove it first"));
+  return {.output = "Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n",
+          .complaint = {}};
+}
+
+Report remove(Session& session, const std::string& name) {
+  const auto removed = session.platform().storedFeeds().remove(name);
+  if (!removed) return refused(removed.error());
+  if (!*removed) return refused(failure("feed " + name, "", "there is no feed of that name"));
+  session.platform().feedCache().remove(name);
+  return {.output = "Removed " + name + "; its favourites are kept in case it comes back\n", .complaint = {}};
+}
+
+}  // namespace
+
+Report feed(Session& session, const FeedCommand& command) {
+  switch (command.action) {
+    case FeedCommand::Action::list:
+      return list(session);
+    case FeedCommand::Action::add:
+      return add(session, command);
+    case FeedCommand::Action::remove:
+      return remove(session, command.name);
+  }
+  return {};
+}
+
+}  // namespace linewatch::app

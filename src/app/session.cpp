@@ -1,0 +1,75 @@
+#include "app/session.h"
+
+#include <QEventLoop>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "incidents/transit_incident_fetcher.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using desktop::DesktopPlatform;
+using desktop::DesktopSettings;
+using desktop::failure;
+using desktop::Outcome;
+
+std::filesystem::path sampleCity() {
+  std::error_code error;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return program.parent_path().parent_path() / "share" / "linewatch" / "city";
+}
+
+Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
+  DesktopSettings settings{.sampleCity = sampleCity(),
+                           .now = options.now,
+                           .locale = options.locale,
+                           .verbose = options.verbose,
+                           .preferences = options.preferences};
+  if (options.stateDir) settings.stateFolder = *options.stateDir;
+  if (!options.gtfs && !options.alerts && options.favorites.empty()) return settings;
+  if (!options.gtfs) return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
+  if (!options.alerts)
+    return failure("--alerts is missing", "", "without alerts nothing is known of the lines");
+  settings.given = {*options.gtfs, *options.alerts, options.favorites};
+  return settings;
+}
+
+}  // namespace
+
+Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options) {
+  Outcome<DesktopSettings> settings = settingsFrom(options);
+  if (!settings) return settings.error();
+  auto platform = DesktopPlatform::make(std::move(*settings));
+  if (!platform) return platform.error();
+  return std::unique_ptr<Session>(new Session(std::move(*platform)));
+}
+
+Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::move(platform)) {
+  installPlatform(platform_);
+}
+
+Session::~Session() { installPlatform(nullptr); }
+
+std::shared_ptr<const RVResult> Session::fetch() {
+  std::shared_ptr<const RVResult> fetched;
+  QEventLoop loop;
+  const auto request =
+      RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+          [&](const std::shared_ptr<RVResult>& result) {
+            fetched = result;
+            loop.quit();
+          });
+  loop.exec();
+  return fetched;
+}
+
+std::string sentenceOf(const Error& error) {
+  const auto sentence = error.info.find(kLocalizedDescriptionKey);
+  const auto* const text = sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
+  return text ? *text : error.description();
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "app/command_line.h"
+#include "desktop/desktop_platform.h"
+#include "incidents/result.h"
+
+namespace linewatch::app {
+
+/// A run of the program: the desktop platform, installed for as long as the session lives.
+class Session {
+ public:
+  static desktop::Outcome<std::unique_ptr<Session>> open(const CommonOptions& options);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  desktop::DesktopPlatform& platform() { return *platform_; }
+  /// Fetches the favourites with their incidents, as the widget does, and waits for the result.
+  std::shared_ptr<const RVResult> fetch();
+
+ private:
+  explicit Session(std::shared_ptr<desktop::DesktopPlatform> platform);
+
+  std::shared_ptr<desktop::DesktopPlatform> platform_;
+};
+
+/// The sentence that an error has for the user.
+std::string sentenceOf(const Error& error);
+
+}  // namespace linewatch::app

@@ -1,0 +1,55 @@
+#include "app/commands.h"
+#include "list/list_dictionary_form.h"
+#include "list/transit_item_data_source_builder.h"
+#include "platform/json_text.h"
+
+namespace linewatch::app {
+
+namespace {
+
+std::shared_ptr<const RVTransitListItem> listOf(const RVResult& result, std::uint64_t maxRows) {
+  const auto builder = RVTransitDataSourceBuilderForResult(result, maxRows, nullptr, nullptr);
+  return builder ? builder->listItem() : nullptr;
+}
+
+std::string unknownFavorites(Session& session) {
+  std::string names;
+  const auto favorites = session.platform().favoriteLines();
+  if (!favorites) return names;
+  for (const desktop::StoredFavorite& favorite : *favorites) {
+    const auto lines = session.platform().feeds().linesOf(favorite.feed);
+    if (lines && (*lines)->routeWithId(favorite.subject)) continue;
+    names += (names.empty() ? "" : ", ") + favorite.subject;
+  }
+  return names;
+}
+
+// What is shown is right as far as it goes; the user must still hear that it is not all that was asked for.
+void noteUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
+  const std::string names = unknownFavorites(session);
+  if (names.empty()) return;
+  report.complaint = "unknown favourites, left out: " + names;
+  if (options.gtfs) report.status = 2;
+}
+
+}  // namespace
+
+Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
+            const TerminalStyle& style) {
+  const auto result = session.fetch();
+  const auto list = listOf(*result, options.maxRows);
+  Report report;
+  if (result->error()) {
+    report = {.output = {}, .complaint = sentenceOf(*result->error()), .status = 1};
+  } else {
+    noteUnknownFavorites(session, options, report);
+  }
+  if (list) {
+    report.output =
+        command.json ? jsonText(dictionaryForm(*list)) + "\n" : terminalText(*list, command.expanded, style);
+  }
+  if (!command.json && report.status != 1) report.output += dataNote(session, style);
+  return report;
+}
+
+}  // namespace linewatch::app

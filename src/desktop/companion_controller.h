@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/companion_application.h"
+#include "platform/system_controller.h"
+
+namespace linewatch::desktop {
+
+/// Hands activities to whatever stands for the companion application on this desktop.
+class CompanionController final : public SystemController {
+ public:
+  using Opener = std::function<void(const UserActivity&, OpenHandler)>;
+
+  /// Without an opener there is no companion application: activities can be made, and opening one fails.
+  explicit CompanionController(Opener opener) : opener_(std::move(opener)) {}
+
+  /// Every type that stands under the companion application's prefix.
+  std::optional<UserActivity> makeUserActivity(const std::string& activityType) override;
+  /// The widget as a plug-in of the companion application.
+  std::optional<BundleRecord> bundleRecordOfCurrentProcess() override;
+  /// A desktop that shows the widget is unlocked, so nobody is prompted.
+  void openUserActivity(const UserActivity& activity, const std::optional<ApplicationRecord>& application,
+                        bool promptToUnlock, OpenHandler handler) override;
+
+ private:
+  Opener opener_;
+};
+
+}  // namespace linewatch::desktop

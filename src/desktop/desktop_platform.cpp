@@ -1,0 +1,229 @@
+#include "desktop/desktop_platform.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "desktop/feeds/desktop_incident_string_provider.h"
+#include "desktop/given_favorites.h"
+#include "desktop/roles/background_favorites.h"
+#include "desktop/roles/background_queue.h"
+#include "desktop/roles/companion_session.h"
+#include "desktop/roles/system_random_source.h"
+#include "desktop/storage/cbor_keyed_archiver.h"
+#include "desktop/storage/feed_cache.h"
+#include "desktop/storage/stored_analytics.h"
+#include "desktop/storage/stored_preferences.h"
+#include "desktop/text/icu_localization.h"
+#include "desktop/text/user_locale.h"
+#include "platform/companion_application.h"
+#include "platform/log.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// In the preferences suite of the program itself: the user has changed the sample city's favourites.
+constexpr std::string_view kProgramSuite = "org.linewatch.program";
+constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
+// In the companion application's suite: false keeps all analytics off.
+constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
+
+const char* environmentVariable(const char* name) { return std::getenv(name); }
+
+Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
+  if (settings.stateFolder) return StateDirectories::under(*settings.stateFolder);
+  return StateDirectories::fromEnvironment(environmentVariable);
+}
+
+StoredFeed sampleFeed(const std::filesystem::path& city) {
+  return {std::string(kSampleFeedName), (city / "gtfs").string(), (city / "alerts.pb").string()};
+}
+
+Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path& city) {
+  std::ifstream file(city / "favorites.txt");
+  if (!file) return failure("the sample city", (city / "favorites.txt").string(), "cannot be read");
+  std::vector<StoredFavorite> favorites;
+  for (std::string routeId; std::getline(file, routeId);) {
+    if (!routeId.empty()) favorites.push_back({FavoriteKind::line, std::string(kSampleFeedName), routeId});
+  }
+  return favorites;
+}
+
+}  // namespace
+
+/// The roles that take nothing of the platform's but what is made before them.
+struct DesktopPlatform::Roles {
+  Roles(DesktopPlatform& platform, const UserLocale& locale, std::vector<StoredFeed> chosenFeeds)
+      : localization(locale),
+        feeds(std::make_shared<TransitFeeds>(std::move(chosenFeeds), platform.documents_,
+                                             IncidentLanguage{locale.fallbacks(), feedTexts()})),
+        transitService(feeds, platform.mainLoop_),
+        favoritesQueue(std::make_shared<BackgroundQueue>()),
+        usageRecorder(platform.state_, platform.analyticsSwitch(),
+                      [&platform] { return platform.mainLoop_.now(); }),
+        analyticsLogger(platform.state_, platform.analyticsSwitch()) {}
+  ~Roles() { favoritesQueue->finish(); }
+
+  FeedTexts feedTexts() const {
+    return FeedTexts::lookedUp([this](std::string_view key, std::string_view english) {
+      return localization.feedString(key, english);
+    });
+  }
+
+  SystemRandomSource randomSource;
+  IcuLocalization localization;
+  DesktopIncidentStringProvider incidentStringProvider;
+  CborKeyedArchiver keyedArchiver;
+  std::shared_ptr<TransitFeeds> feeds;
+  FeedTransitService transitService;
+  CompanionSession userSession;
+  CompanionURLBuilder mapURLBuilder;
+  std::shared_ptr<BackgroundQueue> favoritesQueue;
+  StoredUsageRecorder usageRecorder;
+  PlainEventFactory analyticsEventFactory;
+  StoredAnalyticsLogger analyticsLogger;
+};
+
+Outcome<std::shared_ptr<DesktopPlatform>> DesktopPlatform::make(DesktopSettings settings) {
+  std::shared_ptr<DesktopPlatform> platform(new DesktopPlatform(std::move(settings)));
+  if (auto error = platform->open()) return *error;
+  return platform;
+}
+
+DesktopPlatform::DesktopPlatform(DesktopSettings settings)
+    : settings_(std::move(settings)),
+      log_(settings_.verbose),
+      mainLoop_(settings_.now),
+      systemController_(settings_.openActivity),
+      device_(settings_.diagnose),
+      givenPreferences_(std::make_shared<OverlaidPreferences::Values>(settings_.preferences)) {}
+
+DesktopPlatform::~DesktopPlatform() = default;
+
+std::optional<Error> DesktopPlatform::open() {
+  const auto directories = directoriesFor(settings_);
+  if (!directories && !settings_.given) return directories.error();
+  if (directories && !settings_.given) {
+    state_ = makeStateDatabase(*directories, log_);
+    feedCache_ = std::make_shared<FeedCache>(makeCacheDatabase(*directories, log_));
+  }
+  auto feeds = chosenFeeds();
+  if (!feeds) return feeds.error();
+  documents_ = std::make_shared<FeedDocuments>(showsSampleCity_ ? nullptr : feedCache_,
+                                               [this] { return mainLoop_.now(); });
+  const auto locale = chosenLocale();
+  if (!locale) return locale.error();
+  roles_ = std::make_unique<Roles>(*this, *locale, std::move(*feeds));
+  return std::nullopt;
+}
+
+Outcome<UserLocale> DesktopPlatform::chosenLocale() const {
+  if (settings_.locale) return UserLocale::parse(*settings_.locale);
+  return UserLocale::fromEnvironment(environmentVariable);
+}
+
+Outcome<std::vector<StoredFeed>> DesktopPlatform::chosenFeeds() {
+  if (const auto& given = settings_.given) {
+    return std::vector<StoredFeed>{{std::string(kGivenFeedName), given->gtfs, given->alerts}};
+  }
+  auto stored = storedFeeds().list();
+  if (!stored || !stored->empty()) return stored;
+  showsSampleCity_ = true;
+  return std::vector<StoredFeed>{sampleFeed(settings_.sampleCity)};
+}
+
+Outcome<std::vector<StoredFavorite>> DesktopPlatform::favoriteLines() const {
+  if (const auto& given = settings_.given) {
+    std::vector<StoredFavorite> favorites;
+    for (const std::string& routeId : given->favorites) {
+      favorites.push_back({FavoriteKind::line, std::string(kGivenFeedName), routeId});
+    }
+    return favorites;
+  }
+  if (showsSampleFavorites()) return sampleFavorites(settings_.sampleCity);
+  auto stored = StoredFavorites(state_).list();
+  if (!stored) return stored;
+  std::erase_if(*stored, [this](const StoredFavorite& favorite) {
+    return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != showsSampleCity_;
+  });
+  return stored;
+}
+
+bool DesktopPlatform::showsSampleFavorites() const {
+  return showsSampleCity_ &&
+         !StoredPreferences(state_, std::string(kProgramSuite)).boolForKey(kSampleFavoritesChangedKey);
+}
+
+Outcome<bool> DesktopPlatform::changeFavorite(const StoredFavorite& favorite, bool isAdded) {
+  if (!state_) return failure("favourites", "", "a run without saved state keeps none");
+  StoredFavorites stored(state_);
+  if (showsSampleFavorites()) {
+    const auto sample = sampleFavorites(settings_.sampleCity);
+    if (!sample) return sample.error();
+    for (const StoredFavorite& each : *sample) {
+      if (const auto added = stored.add(each); !added) return added.error();
+    }
+    StoredPreferences(state_, std::string(kProgramSuite)).setObject(true, kSampleFavoritesChangedKey);
+  }
+  return isAdded ? stored.add(favorite) : stored.remove(favorite);
+}
+
+AnalyticsSwitch DesktopPlatform::analyticsSwitch() const {
+  return [this] {
+    if (!state_) return false;
+    const StoredPreferences preferences(state_, std::string(kCompanionAppGroupSuite));
+    return !preferences.objectForKey(kAnalyticsKey) || preferences.boolForKey(kAnalyticsKey);
+  };
+}
+
+TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
+RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
+Localization& DesktopPlatform::localization() { return roles_->localization; }
+IncidentStringProvider& DesktopPlatform::incidentStringProvider() { return roles_->incidentStringProvider; }
+KeyedArchiver& DesktopPlatform::keyedArchiver() { return roles_->keyedArchiver; }
+TransitService& DesktopPlatform::transitService() { return roles_->transitService; }
+UserSession& DesktopPlatform::userSession() { return roles_->userSession; }
+MapURLBuilder& DesktopPlatform::mapURLBuilder() { return roles_->mapURLBuilder; }
+UsageRecorder& DesktopPlatform::usageRecorder() { return roles_->usageRecorder; }
+AnalyticsEventFactory& DesktopPlatform::analyticsEventFactory() { return roles_->analyticsEventFactory; }
+AnalyticsLogger& DesktopPlatform::analyticsLogger() { return roles_->analyticsLogger; }
+
+DesktopScreen& DesktopPlatform::screen() {
+  if (!settings_.screen) {
+    logError("a screen is needed in a run without one");
+    std::abort();
+  }
+  return *settings_.screen;
+}
+
+ui::TextEngine& DesktopPlatform::textEngine() { return screen().textEngine(); }
+ui::ImageSource& DesktopPlatform::imageSource() { return screen().imageSource(); }
+ui::InterfaceSettings& DesktopPlatform::interfaceSettings() { return screen().interfaceSettings(); }
+std::shared_ptr<IconManager> DesktopPlatform::makeIconManager() { return screen().makeIconManager(); }
+std::shared_ptr<ShieldManager> DesktopPlatform::makeShieldManager() { return screen().makeShieldManager(); }
+
+std::shared_ptr<PreferencesStore> DesktopPlatform::makePreferencesStore(std::string_view suite) {
+  auto store = state_ ? std::make_shared<StoredPreferences>(state_, std::string(suite)) : nullptr;
+  return std::make_shared<OverlaidPreferences>(givenPreferences_, std::move(store));
+}
+
+std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPersister() {
+  if (state_ && !showsSampleFavorites())
+    return std::make_shared<StoredFavoritesPersister>(state_, favoriteLine);
+  auto lines = favoriteLines();
+  if (!lines) {
+    logError("%@", {lines.error().description()});
+    return std::make_shared<GivenFavorites>(std::vector<StoredFavorite>());
+  }
+  return std::make_shared<GivenFavorites>(std::move(*lines));
+}
+
+std::shared_ptr<FavoritesContainer> DesktopPlatform::makeFavoritesContainer(
+    std::shared_ptr<RemoteFavoritesPersister> persister) {
+  return std::make_shared<BackgroundFavoritesContainer>(roles_->favoritesQueue, std::move(persister));
+}
+
+}  // namespace linewatch::desktop

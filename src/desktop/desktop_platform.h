@@ -1,0 +1,131 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/companion_controller.h"
+#include "desktop/desktop_screen.h"
+#include "desktop/feed_transit_service.h"
+#include "desktop/overlaid_preferences.h"
+#include "desktop/qt_main_loop.h"
+#include "desktop/roles/desktop_device.h"
+#include "desktop/roles/stderr_log.h"
+#include "desktop/storage/state_database.h"
+#include "desktop/storage/state_directories.h"
+#include "desktop/storage/stored_analytics.h"
+#include "desktop/storage/stored_favorites.h"
+#include "desktop/storage/stored_feeds.h"
+#include "desktop/text/user_locale.h"
+#include "desktop/transit_feeds.h"
+#include "platform/platform.h"
+#include "platform/ui/notification_center.h"
+
+namespace linewatch::desktop {
+
+/// What a run of the program is told.
+struct DesktopSettings {
+  /// A run without saved state on one feed.
+  struct GivenFeed {
+    std::string gtfs;
+    std::string alerts;
+    /// Route ids.
+    std::vector<std::string> favorites;
+  };
+
+  std::optional<GivenFeed> given;
+  /// The folder of all saved state; absent: the user's own folders.
+  std::optional<std::filesystem::path> stateFolder;
+  /// Where the sample city lies, which is shown until a feed is added.
+  std::filesystem::path sampleCity;
+  std::optional<Date> now;
+  /// A language tag; absent: as the environment says.
+  std::optional<std::string> locale;
+  bool verbose = false;
+  /// Values in front of the companion application's preferences, for this run.
+  OverlaidPreferences::Values preferences;
+  CompanionController::Opener openActivity;
+  std::function<ConnectionFailureDiagnosis()> diagnose;
+  /// Null for a run that shows no views and so never asks for the roles of a screen.
+  std::shared_ptr<DesktopScreen> screen;
+};
+
+/// The names of the feeds that are not the user's own.
+inline constexpr std::string_view kSampleFeedName = "sample";
+inline constexpr std::string_view kGivenFeedName = "given";
+
+/// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
+/// QCoreApplication.
+class DesktopPlatform final : public Platform {
+ public:
+  /// Fails when the locale is none, or the saved state cannot be read.
+  static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
+  ~DesktopPlatform() override;
+
+  TransitFeeds& feeds();
+  /// The user's favourites: saved, given, or the sample city's.
+  Outcome<std::vector<StoredFavorite>> favoriteLines() const;
+  /// Adds or removes; false when that changes nothing. Not in a run without saved state.
+  Outcome<bool> changeFavorite(const StoredFavorite& favorite, bool isAdded);
+  /// The user's own feeds. Not in a run without saved state.
+  StoredFeeds storedFeeds() const { return StoredFeeds(state_); }
+  FeedCache& feedCache() { return *feedCache_; }
+  /// True until the user has added a feed.
+  bool showsSampleCity() const { return showsSampleCity_; }
+  FeedDocuments& documents() { return *documents_; }
+
+  Log& log() override { return log_; }
+  QtMainLoop& mainLoop() override { return mainLoop_; }
+  RandomSource& randomSource() override;
+  Localization& localization() override;
+  IncidentStringProvider& incidentStringProvider() override;
+  KeyedArchiver& keyedArchiver() override;
+  TransitService& transitService() override;
+  UserSession& userSession() override;
+  MapURLBuilder& mapURLBuilder() override;
+  SystemController& systemController() override { return systemController_; }
+  Device& device() override { return device_; }
+  UsageRecorder& usageRecorder() override;
+  AnalyticsEventFactory& analyticsEventFactory() override;
+  AnalyticsLogger& analyticsLogger() override;
+  ui::TextEngine& textEngine() override;
+  ui::ImageSource& imageSource() override;
+  ui::InterfaceSettings& interfaceSettings() override;
+  ui::NotificationCenter& notificationCenter() override { return notificationCenter_; }
+
+  std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override;
+  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override;
+  std::shared_ptr<IconManager> makeIconManager() override;
+  std::shared_ptr<ShieldManager> makeShieldManager() override;
+  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
+      std::shared_ptr<RemoteFavoritesPersister> persister) override;
+
+ private:
+  struct Roles;
+  explicit DesktopPlatform(DesktopSettings settings);
+  std::optional<Error> open();
+  Outcome<UserLocale> chosenLocale() const;
+  Outcome<std::vector<StoredFeed>> chosenFeeds();
+  bool showsSampleFavorites() const;
+  DesktopScreen& screen();
+  AnalyticsSwitch analyticsSwitch() const;
+
+  DesktopSettings settings_;
+  StderrLog log_;
+  QtMainLoop mainLoop_;
+  ui::NotificationCenter notificationCenter_;
+  CompanionController systemController_;
+  DesktopDevice device_;
+  std::shared_ptr<OverlaidPreferences::Values> givenPreferences_;
+  /// Null in a run without saved state.
+  SharedDatabase state_;
+  std::shared_ptr<FeedCache> feedCache_;
+  bool showsSampleCity_ = false;
+  std::shared_ptr<FeedDocuments> documents_;
+  std::unique_ptr<Roles> roles_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,236 @@
+#include "desktop/feed_documents.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include "desktop/feeds/folder_source.h"
+#include "desktop/feeds/gtfs_reader.h"
+#include "desktop/feeds/held_alerts.h"
+#include "desktop/feeds/line_index_encoding.h"
+#include "desktop/zip_source.h"
+#include "platform/log.h"
+
+namespace linewatch::desktop {
+
+/// One of the two documents of a feed, and how the cache treats it.
+struct FeedDocuments::Kind {
+  const char* name;
+  std::string StoredFeed::*location;
+  /// For how long a kept document is taken without asking, and for how long when asking fails.
+  Seconds fresh;
+  Seconds usable;
+  std::size_t maximumBytes;
+
+  static const Kind kTimetable;
+  static const Kind kAlerts;
+};
+
+namespace {
+
+namespace fs = std::filesystem;
+constexpr Seconds kForever{1e12};
+constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
+
+std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
+
+std::string sentenceOf(const Error& error) {
+  const auto sentence = error.info.find(kLocalizedDescriptionKey);
+  const auto* const text = sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
+  return text ? *text : error.description();
+}
+
+/// The error of reading what lies at the location, which itself knows only of the feed.
+Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
+  const std::string start = feedCalled(feed) + ": ";
+  std::string sentence = sentenceOf(error);
+  if (sentence.starts_with(start)) sentence.erase(0, start.size());
+  return failure(feedCalled(feed), location, sentence);
+}
+
+fs::path localPath(const std::string& location) {
+  constexpr std::string_view kScheme = "file://";
+  return location.starts_with(kScheme) ? location.substr(kScheme.size()) : location;
+}
+
+Outcome<std::string> contentsOf(const StoredFeed& feed, const fs::path& file, std::size_t maximumBytes) {
+  const auto reason = [] { return std::generic_category().message(errno); };
+  std::ifstream stream(file, std::ios::binary);
+  std::error_code error;
+  if (fs::is_directory(file, error))
+    return failure(feedCalled(feed), file.string(), "is a folder, not a file");
+  if (!stream) return failure(feedCalled(feed), file.string(), reason());
+  if (fs::file_size(file, error) > maximumBytes && !error) {
+    return failure(feedCalled(feed), file.string(), "larger than any feed of alerts");
+  }
+  std::string contents{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (stream.bad()) return failure(feedCalled(feed), file.string(), reason());
+  return contents;
+}
+
+Outcome<std::unique_ptr<GtfsSource>> openTimetable(const StoredFeed& feed) {
+  const fs::path path = localPath(feed.gtfs);
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (fs::is_directory(status)) return std::unique_ptr<GtfsSource>(std::make_unique<FolderSource>(path));
+  if (!fs::exists(status)) return failure(feedCalled(feed), path.string(), "no such file or folder");
+  return openZip(path);
+}
+
+// Changes whenever the files do.
+std::string fingerprint(const std::string& location) {
+  std::string print;
+  const fs::path path = localPath(location);
+  for (const fs::path& file : {path, path / "agency.txt", path / "feed_info.txt", path / "routes.txt"}) {
+    std::error_code error;
+    const auto time = fs::last_write_time(file, error);
+    if (error) continue;
+    const auto size = fs::is_regular_file(file, error) ? fs::file_size(file, error) : 0;
+    print += std::to_string(time.time_since_epoch().count()) + ":" + std::to_string(size) + ";";
+  }
+  return print;
+}
+
+SharedLineIndex indexOf(LineIndex::Contents contents) {
+  return std::make_shared<const LineIndex>(std::move(contents));
+}
+
+std::optional<std::string> nonEmpty(std::string text) {
+  return text.empty() ? std::nullopt : std::optional(std::move(text));
+}
+
+std::string asText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+Bytes asBytes(const std::string& text) { return {text.begin(), text.end()}; }
+
+}  // namespace
+
+const FeedDocuments::Kind FeedDocuments::Kind::kTimetable = {"gtfs", &StoredFeed::gtfs, Seconds(86400),
+                                                             kForever, 512 * kMebibyte};
+const FeedDocuments::Kind FeedDocuments::Kind::kAlerts = {"alerts", &StoredFeed::alerts, Seconds(15),
+                                                          Seconds(900), 64 * kMebibyte};
+
+FeedDocuments::FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
+                             FetcherSource fetcherSource)
+    : cache_(std::move(cache)), now_(std::move(now)), fetcherSource_(std::move(fetcherSource)) {}
+
+Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
+  return isHttpURL(feed.gtfs) ? fetchTimetable(feed) : readLocalTimetable(feed);
+}
+
+Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
+                                                     const SharedAlertsMessage& held) {
+  if (feed.alerts.empty())
+    return failure(feedCalled(feed), "", "it has no alerts, so nothing is known of its lines");
+  if (isHttpURL(feed.alerts)) return fetchAlerts(feed, held);
+  Outcome<std::string> payload = contentsOf(feed, localPath(feed.alerts), Kind::kAlerts.maximumBytes);
+  if (!payload) return payload.error();
+  auto updated = updatedAlerts(feed.name, held, std::move(*payload));
+  if (!updated) return located(updated.error(), feed, feed.alerts);
+  return updated;
+}
+
+std::optional<CachedDocument> FeedDocuments::find(const StoredFeed& feed, const Kind& kind) const {
+  return cache_ ? cache_->find(feed.name, kind.name, feed.*kind.location) : std::nullopt;
+}
+
+Outcome<SharedLineIndex> FeedDocuments::readLocalTimetable(const StoredFeed& feed) {
+  const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
+  const std::string print = cache_ ? fingerprint(feed.gtfs) : "";
+  if (kept && kept->etag == print) {
+    if (auto contents = decodeLineIndex(kept->bytes)) return indexOf(std::move(*contents));
+  }
+  auto source = openTimetable(feed);
+  if (!source) return source.error();
+  auto contents = readGtfs(**source, feed.name);
+  if (!contents) return contents.error();
+  const SharedLineIndex index = indexOf(std::move(*contents));
+  keepIndex(feed, *index, {.location = feed.gtfs, .fetched = now_(), .etag = print});
+  return index;
+}
+
+Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
+  Outcome<Fetched> fetched = fetch(feed, Kind::kTimetable);
+  if (!fetched) return fetched.error();
+  if (!fetched->isNew) {
+    auto contents = decodeLineIndex(fetched->document.bytes);
+    if (contents) return indexOf(std::move(*contents));
+    // Another version kept it in another form: have the whole timetable again.
+    fetched = fetchAnew(feed, Kind::kTimetable, std::nullopt);
+    if (!fetched) return fetched.error();
+  }
+  auto source = openZip(std::move(fetched->document.bytes), feed.gtfs);
+  if (!source) return source.error();
+  auto contents = readGtfs(**source, feed.name);
+  if (!contents) return contents.error();
+  const SharedLineIndex index = indexOf(std::move(*contents));
+  keepIndex(feed, *index, std::move(fetched->document));
+  return index;
+}
+
+void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
+  if (!cache_) return;
+  document.bytes = encodeLineIndex(index.contents());
+  cache_->store(feed.name, Kind::kTimetable.name, document);
+}
+
+Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
+                                                        const SharedAlertsMessage& held) {
+  SharedAlertsMessage before = held;
+  if (const auto kept = find(feed, Kind::kAlerts); kept && !before) {
+    // What can no longer be read is as good as nothing kept.
+    if (auto message = updatedAlerts(feed.name, nullptr, asText(kept->bytes))) before = *message;
+  }
+  Outcome<Fetched> fetched = fetch(feed, Kind::kAlerts);
+  if (!fetched) return fetched.error();
+  if (!fetched->isNew)
+    return before ? before : updatedAlerts(feed.name, nullptr, asText(fetched->document.bytes));
+  auto updated = updatedAlerts(feed.name, before, asText(fetched->document.bytes));
+  if (!updated) return located(updated.error(), feed, feed.alerts);
+  if (cache_) {
+    fetched->document.bytes = asBytes((*updated)->payload());
+    cache_->store(feed.name, Kind::kAlerts.name, fetched->document);
+  }
+  return updated;
+}
+
+Outcome<FeedDocuments::Fetched> FeedDocuments::fetch(const StoredFeed& feed, const Kind& kind) {
+  std::optional<CachedDocument> kept = find(feed, kind);
+  // A document from the future says that the clock was set back: its age is not known.
+  const Seconds age = kept && kept->fetched <= now_() ? now_() - kept->fetched : kForever;
+  if (age < kind.fresh) return Fetched{std::move(*kept)};
+  Outcome<Fetched> fetched = fetchAnew(feed, kind, kept);
+  if (fetched || age >= kind.usable) return fetched;
+  logError("%@; going on with what was fetched %.0f s ago", {fetched.error().description(), age.count()});
+  return Fetched{std::move(*kept)};
+}
+
+Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed, const Kind& kind,
+                                                         const std::optional<CachedDocument>& kept) {
+  const std::string& location = feed.*kind.location;
+  auto fetcher = fetcherSource_();
+  if (!fetcher) return fetcher.error();
+  HttpRequest request{.url = location, .maximumBytes = kind.maximumBytes};
+  if (kept) {
+    request.etag = kept->etag.value_or("");
+    request.lastModified = kept->lastModified.value_or("");
+  }
+  auto response = (*fetcher)->fetch(request);
+  if (!response) return failure(feedCalled(feed), "", sentenceOf(response.error()));
+  if (!response->notModified) {
+    return Fetched{{.location = location,
+                    .fetched = now_(),
+                    .etag = nonEmpty(std::move(response->etag)),
+                    .lastModified = nonEmpty(std::move(response->lastModified)),
+                    .bytes = std::move(response->body)},
+                   true};
+  }
+  if (!kept)
+    return failure(feedCalled(feed), location, "says that nothing changed, but was not asked whether");
+  if (cache_) cache_->confirm(feed.name, kind.name, now_());
+  return Fetched{*kept};
+}
+
+}  // namespace linewatch::desktop

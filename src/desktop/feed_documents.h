@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "desktop/feeds/alerts_message.h"
+#include "desktop/feeds/line_index.h"
+#include "desktop/http_fetcher.h"
+#include "desktop/outcome.h"
+#include "desktop/storage/feed_cache.h"
+#include "desktop/storage/stored_feeds.h"
+#include "platform/date.h"
+
+namespace linewatch::desktop {
+
+/// Gets what feeds consist of from where they lie: folders, files, zips and servers.
+///
+/// What a server gave is kept in the cache and asked for with conditions the next time, alerts not again
+/// within 15 seconds and timetables not within a day. When the server cannot be reached, a kept timetable
+/// goes on to serve, and kept alerts do for 15 minutes: after that nobody knows whether the lines run well.
+/// Of a timetable the cache holds the line index, which is read in its place as long as the files are those
+/// it was made from. Any thread.
+class FeedDocuments {
+ public:
+  using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
+
+  /// A null `cache` keeps nothing. `fetcherSource` is asked when something is first fetched.
+  FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
+                FetcherSource fetcherSource = loadHttpFetcher);
+
+  Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
+  /// The alerts that hold now; `held` is what this gave the last time, or null.
+  Outcome<SharedAlertsMessage> alertsOf(const StoredFeed& feed, const SharedAlertsMessage& held);
+
+ private:
+  struct Kind;
+  /// What a server answered: a document, new or as it was kept.
+  struct Fetched {
+    CachedDocument document;
+    bool isNew = false;
+  };
+
+  std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
+  Outcome<Fetched> fetch(const StoredFeed& feed, const Kind& kind);
+  Outcome<Fetched> fetchAnew(const StoredFeed& feed, const Kind& kind,
+                             const std::optional<CachedDocument>& kept);
+  Outcome<SharedLineIndex> readLocalTimetable(const StoredFeed& feed);
+  Outcome<SharedLineIndex> fetchTimetable(const StoredFeed& feed);
+  Outcome<SharedAlertsMessage> fetchAlerts(const StoredFeed& feed, const SharedAlertsMessage& held);
+  void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
+
+  std::shared_ptr<FeedCache> cache_;
+  std::function<Date()> now_;
+  FetcherSource fetcherSource_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/preferences_store.h"
+
+namespace linewatch::desktop {
+
+/// Values given for one run, in front of a store. What is set goes to the store and takes the place of what
+/// was given; without a store it is kept for the run.
+class OverlaidPreferences final : public PreferencesStore {
+ public:
+  using Values = std::map<std::string, Value, std::less<>>;
+
+  /// `store` may be null. Objects that share `given` see the same values.
+  OverlaidPreferences(std::shared_ptr<Values> given, std::shared_ptr<PreferencesStore> store)
+      : given_(std::move(given)), store_(std::move(store)) {}
+
+  std::optional<Value> objectForKey(std::string_view key) const override {
+    if (const auto value = given_->find(key); value != given_->end()) return value->second;
+    return store_ ? store_->objectForKey(key) : std::nullopt;
+  }
+  void setObject(Value value, std::string_view key) override {
+    if (store_) {
+      forget(key);
+      store_->setObject(std::move(value), key);
+    } else {
+      given_->insert_or_assign(std::string(key), std::move(value));
+    }
+  }
+  void removeObject(std::string_view key) override {
+    forget(key);
+    if (store_) store_->removeObject(key);
+  }
+
+ private:
+  void forget(std::string_view key) {
+    if (const auto value = given_->find(key); value != given_->end()) given_->erase(value);
+  }
+
+  std::shared_ptr<Values> given_;
+  std::shared_ptr<PreferencesStore> store_;
+};
+
+}  // namespace linewatch::desktop

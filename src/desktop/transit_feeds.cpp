@@ -1,0 +1,119 @@
+#include "desktop/transit_feeds.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "platform/log.h"
+#include "platform/transit_records.h"
+
+namespace linewatch::desktop {
+
+TransitFeeds::TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,
+                           IncidentLanguage language)
+    : feeds_(std::move(feeds)),
+      documents_(std::move(documents)),
+      language_(std::move(language)),
+      loaded_(feeds_.size()) {}
+
+Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {
+  const auto feed = std::ranges::find(feeds_, feedName, &StoredFeed::name);
+  if (feed == feeds_.end())
+    return failure("feed " + std::string(feedName), "", "there is no feed of that name");
+  const std::lock_guard lock(mutex_);
+  return linesLocked(static_cast<std::size_t>(feed - feeds_.begin()));
+}
+
+Outcome<std::vector<SharedLineIndex>> TransitFeeds::lines() {
+  const std::lock_guard lock(mutex_);
+  std::vector<SharedLineIndex> all;
+  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
+    auto lines = linesLocked(feed);
+    if (!lines) return lines.error();
+    all.push_back(std::move(*lines));
+  }
+  return all;
+}
+
+Outcome<SharedLineIndex> TransitFeeds::linesLocked(std::size_t feed) {
+  LoadedFeed& loaded = loaded_[feed];
+  if (!loaded.lines) {
+    auto lines = documents_->lineIndexOf(feeds_[feed]);
+    if (!lines) return lines.error();
+    loaded.lines = std::move(*lines);
+    loaded.records = std::make_unique<LineRecords>(loaded.lines);
+  }
+  return loaded.lines;
+}
+
+Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
+  const std::lock_guard lock(mutex_);
+  for (LoadedFeed& feed : loaded_) feed.readByLastLookUp = false;
+  const auto places = find(identifiers);
+  if (!places) return places.error();
+  std::map<std::size_t, IncidentRecords> incidents;
+  TransitLineItems items;
+  for (const Place& place : *places) {
+    if (auto error = loadIncidents(place.feed)) return *error;
+    LoadedFeed& feed = loaded_[place.feed];
+    IncidentRecords& records =
+        incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
+    items.push_back(std::make_shared<const TransitLineRecord>(feed.records->lineFieldsOfRoute(place.route),
+                                                              records.ofRoute(place.route)));
+  }
+  return items;
+}
+
+Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
+  std::vector<Place> places;
+  for (const MapItemIdentifier& identifier : identifiers) {
+    bool found = false;
+    for (std::size_t feed = 0; feed < feeds_.size() && !found; ++feed) {
+      const auto lines = linesLocked(feed);
+      if (!lines) return lines.error();
+      const auto route = (*lines)->routeWithMuid(identifier.muid);
+      if (route) places.push_back({feed, *route});
+      found = route.has_value();
+    }
+    if (!found) logDebug("no feed has a line %lu; it is left out", {identifier.muid});
+  }
+  return places;
+}
+
+std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
+  LoadedFeed& loaded = loaded_[feed];
+  if (loaded.readByLastLookUp) return std::nullopt;
+  auto alerts = documents_->alertsOf(feeds_[feed], loaded.alerts);
+  if (!alerts) return alerts.error();
+  if (loaded.alerts != *alerts || !loaded.incidents) {
+    loaded.alerts = std::move(*alerts);
+    loaded.incidents = std::make_shared<const IncidentTable>(loaded.alerts, loaded.lines);
+    const SelectorCounts& counts = loaded.incidents->counts();
+    logDebug(
+        "feed %@: %lu incidents; of the selectors %lu fit lines, %lu are about single stops or trips, %lu "
+        "fit "
+        "nothing",
+        {feeds_[feed].name, static_cast<std::uint64_t>(loaded.incidents->incidents().size()),
+         static_cast<std::uint64_t>(counts.fitting), static_cast<std::uint64_t>(counts.notAboutLines),
+         static_cast<std::uint64_t>(counts.unknown)});
+  }
+  loaded.readByLastLookUp = true;
+  return std::nullopt;
+}
+
+std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
+  const std::lock_guard lock(mutex_);
+  std::vector<AlertsState> states;
+  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
+    const LoadedFeed& loaded = loaded_[feed];
+    if (!loaded.readByLastLookUp) continue;
+    const std::uint64_t written = loaded.alerts->timestamp();
+    states.push_back(
+        {.feed = feeds_[feed].name,
+         .written = written == 0 ? std::nullopt : std::optional(Date(Seconds(static_cast<double>(written)))),
+         .selectors = loaded.incidents->counts()});
+  }
+  return states;
+}
+
+}  // namespace linewatch::desktop

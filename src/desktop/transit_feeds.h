@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/feed_documents.h"
+#include "desktop/feeds/incident_records.h"
+#include "desktop/feeds/incident_table.h"
+#include "desktop/feeds/line_index.h"
+#include "desktop/feeds/line_records.h"
+#include "desktop/outcome.h"
+#include "platform/transit_line.h"
+
+namespace linewatch::desktop {
+
+/// The lines of all feeds with their incidents. Each feed's lines are loaded when they are first asked for
+/// and kept; its alerts are asked for at every look-up. Any thread; look-ups wait for each other.
+class TransitFeeds {
+ public:
+  /// What is known of a feed's alerts.
+  struct AlertsState {
+    std::string feed;
+    /// When the feed says that it was written; absent when it does not say.
+    std::optional<Date> written;
+    SelectorCounts selectors;
+  };
+
+  TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,
+               IncidentLanguage language);
+
+  const std::vector<StoredFeed>& feeds() const { return feeds_; }
+
+  /// The lines of the feed with that name.
+  Outcome<SharedLineIndex> linesOf(std::string_view feedName);
+  /// The lines of every feed, in the order of the feeds, or the first error.
+  Outcome<std::vector<SharedLineIndex>> lines();
+
+  /// The lines asked with the incidents that they have at `now`, in the order asked; those that no feed has
+  /// are left out. An error when the alerts of one of them, or the lines of any feed, cannot be had: what is
+  /// not known must not pass for good service.
+  Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now);
+
+  /// Of the feeds that the last look-up read, in their order.
+  std::vector<AlertsState> alertsStates() const;
+
+ private:
+  struct LoadedFeed {
+    SharedLineIndex lines;
+    SharedAlertsMessage alerts;
+    SharedIncidentTable incidents;
+    std::unique_ptr<LineRecords> records;
+    bool readByLastLookUp = false;
+  };
+  struct Place {
+    std::size_t feed;
+    std::size_t route;
+  };
+
+  Outcome<SharedLineIndex> linesLocked(std::size_t feed);
+  Outcome<std::vector<Place>> find(std::span<const MapItemIdentifier> identifiers);
+  std::optional<Error> loadIncidents(std::size_t feed);
+
+  const std::vector<StoredFeed> feeds_;
+  const std::shared_ptr<FeedDocuments> documents_;
+  const IncidentLanguage language_;
+
+  mutable std::mutex mutex_;
+  std::vector<LoadedFeed> loaded_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,144 @@
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/program_run.h"
+
+namespace linewatch::app {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+// An alerts feed by hand: a header, and entities that each say something of one route.
+std::string field(int number, const std::string& bytes) {
+  return std::string(1, static_cast<char>(number << 3 | 2)) + static_cast<char>(bytes.size()) + bytes;
+}
+std::string text(const std::string& words) { return field(1, field(1, words)); }
+std::string alert(const std::string& id, const std::string& route, const std::string& header) {
+  return field(2, field(1, id) + field(5, field(5, field(2, route)) + field(10, text(header))));
+}
+std::string alerts(const std::string& entities) { return field(1, field(1, "2.0")) + entities; }
+
+constexpr const char* kRoutes =
+    "route_id,route_short_name,route_long_name,route_type,route_color\n"
+    "r1,1,Harbour – Hills,3,0055AA\nr2,2,Zoo – Central,0,AA0000\n";
+
+class ProgramTest : public testing::Test {
+ protected:
+  std::vector<std::string> given(const std::vector<std::string>& more) const {
+    std::vector<std::string> words{"--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+  }
+  std::vector<std::string> saved(const std::vector<std::string>& more) const {
+    std::vector<std::string> words{"--state-dir", folder_ / "state"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+  }
+  void SetUp() override {
+    folder_.write("gtfs/routes.txt", kRoutes);
+    folder_.write("alerts.pb", alerts(alert("a", "r1", "Strike")));
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(ProgramTest, ShowsTheSampleCityWithoutAnyConfigurationAndKeepsNothing) {
+  const auto run = runProgram(saved({"show", "--expanded"}));
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(run.output, AllOf(HasSubstr("[M1]"), HasSubstr("Good Service"), HasSubstr("made-up city")));
+  EXPECT_THAT(run.errors, IsEmpty());
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "state"));
+}
+
+TEST_F(ProgramTest, ShowsAGivenFeed) {
+  const auto run = runProgram(given({"--favorite", "r2", "--favorite", "r1", "show", "--expanded"}));
+  EXPECT_EQ(run.output,
+            "[1]  Strike\n✓    Good Service\n     No advisories for 1 other line\nAlerts of unknown age\n")
+      << run.errors;
+  const auto json = runProgram(given({"--favorite", "r1", "show", "--json"}));
+  EXPECT_THAT(json.output,
+              AllOf(StartsWith("{\""), HasSubstr("\"primaryText\": \"Strike\""), EndsWith("}\n")));
+  const auto german = runProgram(given({"--locale", "de-CH", "--favorite", "r2", "show"}));
+  EXPECT_THAT(german.output, Not(HasSubstr("Good")));
+}
+
+TEST_F(ProgramTest, SaysWhatCannotBeLoadedAndStillShowsTheErrorRow) {
+  struct Row {
+    const char *name, *file, *contents, *words;
+  };
+  for (const Row& row :
+       {Row{"cut short", "alerts.pb", "\x0a\x05", "alerts.pb"}, Row{"empty", "alerts.pb", "", "alerts.pb"},
+        Row{"no routes", "gtfs/routes.txt", "", "routes.txt"}}) {
+    SCOPED_TRACE(row.name);
+    SetUp();
+    folder_.write(row.file, row.contents);
+    const auto run = runProgram(given({"--favorite", "r1", "show"}));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.output, HasSubstr("Can’t Load"));
+    EXPECT_THAT(run.errors, AllOf(StartsWith("linewatch: feed given: "), HasSubstr(row.words)));
+    EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1);
+  }
+}
+
+TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
+  for (const auto& [arguments, words] : std::vector<std::pair<std::vector<std::string>, const char*>>{
+           {given({"--favorite", "nope", "show"}), "nope"},
+           {{"--gtfs", "g", "show"}, "--alerts"},
+           {{"--locale", "???", "show"}, "???"},
+           {saved({"favorites", "add", "nope"}), "nope"},
+           {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}), "/nowhere"},
+           {saved({"feed", "remove", "x"}), "x"},
+           {saved({"open", "/nowhere"}), "/nowhere"}}) {
+    const auto run = runProgram(arguments);
+    EXPECT_EQ(run.status, 2) << words;
+    EXPECT_THAT(run.errors, AllOf(StartsWith("linewatch: "), HasSubstr(words)));
+    EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << run.errors;
+  }
+}
+
+TEST_F(ProgramTest, KeepsFeedsAndFavourites) {
+  const auto added = runProgram(
+      saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
+  EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
+  EXPECT_THAT(runProgram(saved({"feed"})).output, HasSubstr(folder_ / "alerts.pb"));
+  EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
+              AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
+  EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
+  EXPECT_EQ(runProgram(saved({"favorites", "add", "2"})).output, "Already a favourite: 2\n");
+  EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Strike"));
+  EXPECT_EQ(runProgram(saved({"favorites", "remove", "r1"})).output, "Removed r1\n");
+  EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Good Service"));
+  EXPECT_EQ(runProgram(saved({"feed", "remove", "town"})).status, 0);
+  EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
+}
+
+TEST_F(ProgramTest, ChangesTheSampleCitysFavouritesFromWhatTheyAre) {
+  EXPECT_EQ(runProgram(saved({"favorites", "remove", "M1"})).output, "Removed M1\n");
+  const auto list = runProgram(saved({"favorites"}));
+  EXPECT_THAT(list.output, AllOf(HasSubstr("[7]"), Not(HasSubstr("[M1]")))) << list.errors;
+}
+
+TEST_F(ProgramTest, FakeIncidentsCanBeSwitchedOnFromOutside) {
+  folder_.write("alerts.pb", alerts(""));
+  const auto shown = [&](const std::string& value) {
+    const auto run = runProgram(given({"--favorite", "r1", "--preference",
+                                       "Rova.LineWatch.internal.injectFakeIncidents=" + value, "show"}));
+    EXPECT_EQ(run.status, 0) << run.errors;
+    return run.output;
+  };
+  EXPECT_THAT(shown("false"), HasSubstr("Good Service"));
+  // Chance decides whether a line gets one; sixty-four times in a row it does not decide against it.
+  bool isFaked = false;
+  for (int attempt = 0; attempt < 64 && !isFaked; ++attempt) isFaked = shown("true").starts_with("[1]");
+  EXPECT_TRUE(isFaked);
+}
+
+}  // namespace
+}  // namespace linewatch::app
