@@ -35,4 +35,19 @@ std::size_t hash(const TransitArtworkDataSource& artwork) {
   return seed;
 }
 
+std::size_t hashOfAllFields(const TransitArtworkDataSource& artwork) {
+  std::size_t seed = hash(artwork);
+  for (const auto* shield : {&artwork.shieldDataSource, &artwork.iconFallbackShieldDataSource}) {
+    if (*shield) mix(seed, (*shield)->textColorString);
+  }
+  if (const auto& icon = artwork.iconDataSource) {
+    mix(seed, icon->cartoID);
+    mix(seed, icon->iconAttributeKey);
+    mix(seed, icon->iconAttributeValue);
+  }
+  mix(seed, artwork.hasRoutingIncidentBadge);
+  mix(seed, artwork.intrinsicWidth);
+  return seed;
+}
+
 }  // namespace linewatch

@@ -50,7 +50,10 @@ struct TransitArtworkDataSource {
   bool operator==(const TransitArtworkDataSource&) const = default;
 };
 
+/// Of the fields that identify an artwork.
 std::size_t hash(const TransitArtworkDataSource& artwork);
+/// Of all fields, for tables in which look-alikes of the same artwork may be many.
+std::size_t hashOfAllFields(const TransitArtworkDataSource& artwork);
 
 /// Values of `artworkSourceType`.
 inline constexpr std::int64_t kArtworkSourceShield = 1;

@@ -1,6 +1,6 @@
 #include "platform/artwork_cache.h"
 
-#include <functional>
+#include <algorithm>
 
 namespace linewatch {
 
@@ -38,18 +38,12 @@ void TransitArtworkManager::purge() {
   iconManager_->purge();
 }
 
-std::size_t ArtworkDataSourceCache::Hash::operator()(const Key& key) const {
-  return hash(key.artwork) ^ (std::hash<std::int64_t>{}(key.size.step) << 1) ^
-         std::hash<double>{}(key.size.scale);
-}
-
 Picture ArtworkDataSourceCache::image(const TransitArtworkDataSource& artwork, const ArtworkSize& size) {
-  Key key{artwork, size};
-  const auto known = images_.find(key);
-  if (known != images_.end()) return known->second;
-  Picture picture = manager_->image(artwork, size);
-  images_.emplace(std::move(key), picture);
-  return picture;
+  std::vector<Drawn>& drawn = images_[artwork];
+  const auto known =
+      std::find_if(drawn.begin(), drawn.end(), [&](const Drawn& each) { return each.size == size; });
+  if (known != drawn.end()) return known->image;
+  return drawn.emplace_back(Drawn{size, manager_->image(artwork, size)}).image;
 }
 
 void ArtworkDataSourceCache::purge() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "platform/artwork.h"
 
@@ -88,18 +89,17 @@ class ArtworkDataSourceCache {
   void purge();
 
  private:
-  struct Key {
-    TransitArtworkDataSource artwork;
+  struct Drawn {
     ArtworkSize size;
-
-    bool operator==(const Key&) const = default;
+    std::shared_ptr<const ui::Image> image;
   };
   struct Hash {
-    std::size_t operator()(const Key& key) const;
+    std::size_t operator()(const TransitArtworkDataSource& artwork) const { return hashOfAllFields(artwork); }
   };
 
   std::shared_ptr<TransitArtworkManager> manager_;
-  std::unordered_map<Key, std::shared_ptr<const ui::Image>, Hash> images_;
+  /// What an artwork was drawn at: few sizes.
+  std::unordered_map<TransitArtworkDataSource, std::vector<Drawn>, Hash> images_;
 };
 
 }  // namespace linewatch

@@ -13,7 +13,7 @@ SizedTransitArtwork::SizedTransitArtwork(SharedArtwork artworkDataSource, std::i
     : artworkDataSource_(std::move(artworkDataSource)),
       shieldSize_(shieldSize),
       artworkCache_(std::move(artworkCache)),
-      hash_((artworkDataSource_ ? linewatch::hash(*artworkDataSource_) : 0) ^
+      hash_((artworkDataSource_ ? hashOfAllFields(*artworkDataSource_) : 0) ^
             std::hash<std::int64_t>{}(shieldSize_)) {}
 
 std::shared_ptr<const ui::Image> SizedTransitArtwork::image(double scale) const {

@@ -1,9 +1,12 @@
 #include "presentation/artwork_width_calculator.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
+#include "platform/artwork_cache.h"
 #include "platform/platform.h"
 #include "platform/ui/image.h"
 #include "platform/ui/interface_settings.h"
@@ -25,70 +28,81 @@ ArtworkWidthCalculatorSizeParameter sanitized(ArtworkWidthCalculatorSizeParamete
   return parameter;
 }
 
-SharedSizedArtwork oneSizeSmaller(const SizedTransitArtwork& artwork) {
-  return std::make_shared<const SizedTransitArtwork>(artwork.artworkDataSource(), artwork.shieldSize() - 1,
-                                                     artwork.artworkCache());
-}
+/// Of artworks of any size.
+struct SameButForSize {
+  std::size_t operator()(const SharedSizedArtwork& artwork) const {
+    return artwork->artworkDataSource() ? hashOfAllFields(*artwork->artworkDataSource()) : 0;
+  }
+  bool operator()(const SharedSizedArtwork& a, const SharedSizedArtwork& b) const {
+    if (a->artworkCache() != b->artworkCache()) return false;
+    const SharedArtwork &x = a->artworkDataSource(), &y = b->artworkDataSource();
+    return x == y || (x && y && *x == *y);
+  }
+};
 
-/// Widths of artworks, each drawn once.
-class DrawnWidths {
+/// The widths of one artwork, drawn once at each size that is asked for.
+class WidthsBySize {
  public:
-  explicit DrawnWidths(double displayScale) : displayScale_(displayScale) {}
-
-  double of(const SharedSizedArtwork& artwork) {
-    const auto [entry, isNew] = widths_.try_emplace(artwork, 0.0);
-    if (isNew) {
-      if (const auto image = artwork->image(displayScale_)) entry->second = image->size().width;
-    }
-    return entry->second;
+  double at(std::int64_t size, const SizedTransitArtwork& artwork, double displayScale) {
+    const auto known =
+        std::find_if(widths_.begin(), widths_.end(), [size](const auto& each) { return each.first == size; });
+    if (known != widths_.end()) return known->second;
+    return widths_.emplace_back(size, drawnWidth(size, artwork, displayScale)).second;
   }
 
  private:
-  double displayScale_;
-  SizedArtworkMap<double> widths_;
+  static double drawnWidth(std::int64_t size, const SizedTransitArtwork& artwork, double displayScale) {
+    if (!artwork.artworkDataSource() || !artwork.artworkCache()) return 0;
+    const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), {size, displayScale});
+    return image ? image->size().width : 0;
+  }
+
+  std::vector<std::pair<std::int64_t, double>> widths_;
 };
 
 /// Fits one artwork after the other.
 class Fitting {
  public:
   Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, double displayScale)
-      : parameter_(parameter), widths_(displayScale) {}
+      : parameter_(parameter), displayScale_(displayScale) {}
 
   void fit(const SharedSizedArtwork& artwork) {
-    if (const auto [place, isNew] = fitted_.insert({artwork, nullptr}); isNew)
-      place->second = fittingSize(artwork);
+    if (!seen_.insert(artwork).second) return;
+    const std::int64_t size = fittingSize(*artwork, widths_[artwork]);
+    if (size == artwork->shieldSize()) return;
+    smallerArtworks_[artwork] = std::make_shared<const SizedTransitArtwork>(artwork->artworkDataSource(),
+                                                                            size, artwork->artworkCache());
   }
 
   /// The widest artwork that fits, with its insets; absent when none does.
   std::optional<double> widest() const { return widest_; }
-  SmallerArtworks smallerArtworks() && {
-    std::erase_if(fitted_, [](const auto& entry) { return entry.first == entry.second; });
-    return std::move(fitted_);
-  }
+  SmallerArtworks smallerArtworks() && { return std::move(smallerArtworks_); }
 
  private:
-  SharedSizedArtwork fittingSize(SharedSizedArtwork artwork) {
-    double width = widthInColumn(artwork);
+  std::int64_t fittingSize(const SizedTransitArtwork& artwork, WidthsBySize& widths) {
+    std::int64_t size = artwork.shieldSize();
+    double width = widthInColumn(widths.at(size, artwork, displayScale_));
     while (!fits(width)) {
-      if (artwork->shieldSize() < kSmallestShrinkableSize) return artwork;
-      artwork = oneSizeSmaller(*artwork);
-      width = widthInColumn(artwork);
+      if (size < kSmallestShrinkableSize) return size;
+      --size;
+      width = widthInColumn(widths.at(size, artwork, displayScale_));
     }
     if (!widest_ || width > *widest_) widest_ = width;
-    return artwork;
+    return size;
   }
 
-  double widthInColumn(const SharedSizedArtwork& artwork) {
-    return widths_.of(artwork) + parameter_.artworkInsets.left + parameter_.artworkInsets.right;
+  double widthInColumn(double width) const {
+    return width + parameter_.artworkInsets.left + parameter_.artworkInsets.right;
   }
   bool fits(double width) const {
     return width <= parameter_.defaultArtworkViewWidth || width <= parameter_.maxArtworkViewWidth;
   }
 
   const ArtworkWidthCalculatorSizeParameter& parameter_;
-  DrawnWidths widths_;
-  /// What is shown in the place of each distinct artwork; itself where it fits as it is.
-  SmallerArtworks fitted_;
+  double displayScale_;
+  std::unordered_set<SharedSizedArtwork, SizedArtworkHash, SizedArtworkEqual> seen_;
+  std::unordered_map<SharedSizedArtwork, WidthsBySize, SameButForSize, SameButForSize> widths_;
+  SmallerArtworks smallerArtworks_;
   std::optional<double> widest_;
 };
 

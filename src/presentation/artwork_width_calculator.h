@@ -29,10 +29,9 @@ struct SizedArtworkHash {
 struct SizedArtworkEqual {
   bool operator()(const SharedSizedArtwork& a, const SharedSizedArtwork& b) const { return a->isEqual(*b); }
 };
-template <class T>
-using SizedArtworkMap = std::unordered_map<SharedSizedArtwork, T, SizedArtworkHash, SizedArtworkEqual>;
 /// From artworks to the smaller ones that are shown in their place.
-using SmallerArtworks = SizedArtworkMap<SharedSizedArtwork>;
+using SmallerArtworks =
+    std::unordered_map<SharedSizedArtwork, SharedSizedArtwork, SizedArtworkHash, SizedArtworkEqual>;
 
 /// Fits artworks into one column. The column is as wide as the widest artwork with its insets, within the
 /// limits of the size parameter. An artwork wider than the largest column is shown one shield size smaller,

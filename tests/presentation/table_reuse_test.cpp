@@ -94,7 +94,7 @@ TEST_F(TableOfCells, MakesNoMoreCellsThanFitPlusAFewForTenThousandRows) {
   }
   expectRowsInSight();
   // Heights are estimates until a row was in sight, so that the end moves away at first.
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < 80; ++i) {
     table_->setContentOffset(1e9);
     table_->layoutIfNeeded();
   }

@@ -168,6 +168,28 @@ TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
   EXPECT_TRUE(empty.isBalanced());
 }
 
+TEST_F(ItemCell, DrawsItsTextsThroughTheirEffectsAndAHighlightBehindThem) {
+  show(item("Delays", "Expect to wait"));
+  const auto drawn = [&](ui::Appearance appearance) {
+    simulation::RecordingCanvas canvas({kWidth, 110}, appearance);
+    cell_->render(canvas);
+    return canvas.drawn();
+  };
+  for (const auto appearance : {ui::Appearance::light, ui::Appearance::dark}) {
+    const auto plain = drawn(appearance);
+    ASSERT_EQ(plain.size(), 3U) << "two lines and an artwork";
+    EXPECT_EQ(plain[0].color, ui::colorOf(ui::VibrancyEffect::primary).resolved(appearance));
+    EXPECT_EQ(plain[1].color, ui::colorOf(ui::VibrancyEffect::secondary).resolved(appearance));
+    EXPECT_EQ(plain[2].alpha, 0.5);
+  }
+  cell_->setHighlighted(true);
+  const auto highlighted = drawn(ui::Appearance::light);
+  ASSERT_EQ(highlighted.size(), 4U);
+  EXPECT_EQ(highlighted[0].rect, (ui::Rect{0, 0, kWidth, 110}));
+  cell_->setHighlighted(false);
+  EXPECT_EQ(drawn(ui::Appearance::light).size(), 3U);
+}
+
 TEST_F(ItemCell, TheArtworkKeepsEightPointsFromTheRowsEdges) {
   show(item("Delays", "Wait", true, sizedArtwork(60, cache_, 3 + 8 * 6)), 89, 110);
   const ui::Rect artwork = rect("artworkImageView");
