@@ -30,7 +30,7 @@ class CountingShieldManager final : public ShieldManager {
   std::map<double, std::size_t> scales;
 };
 
-/// A cache whose drawings are counted; it keeps none, so that whoever asks twice is found out.
+/// Caches whose drawings are counted.
 struct CountedArtworks {
   std::shared_ptr<CountingShieldManager> shields = std::make_shared<CountingShieldManager>();
 

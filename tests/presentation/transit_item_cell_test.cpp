@@ -10,8 +10,7 @@
 namespace linewatch {
 namespace {
 
-constexpr double kHeadline = 17, kSubheadline = 15;
-const ui::Font kHeadlineFont(ui::TextStyle::headline), kSubheadlineFont(ui::TextStyle::subheadline);
+constexpr double kHeadline = 17;
 
 class ItemCell : public Row {
  protected:
@@ -106,7 +105,7 @@ TEST_F(ItemCell, TextsWrapInTheWidthBesideTheArtwork) {
 TEST_F(ItemCell, FollowsTheTextSize) {
   show(item("Delays", "Expect to wait"), 89, 200);
   EXPECT_EQ(cell_->primaryLabel()->font(), ui::Font(ui::TextStyle::headline, {.bold = true}));
-  EXPECT_EQ(cell_->secondaryLabel()->font(), kSubheadlineFont);
+  EXPECT_EQ(cell_->secondaryLabel()->font(), ui::Font(ui::TextStyle::subheadline));
   setTextSize("AX1");
   layOut(*cell_);
   const auto category = ui::TextSizeCategory::AX1;
