@@ -1,6 +1,7 @@
 #include "platform/ui/constraint_system.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <span>
 
 namespace linewatch::ui {
@@ -13,8 +14,8 @@ constexpr std::size_t kPivotsOfATableau = 20000;
 }  // namespace
 
 ConstraintSystem::Variable ConstraintSystem::addVariable() {
-  ++variables_;
-  return solver_.addVariable();
+  variables_.push_back(solver_.addVariable());
+  return static_cast<Variable>(variables_.size() - 1);
 }
 
 ConstraintSystem::Id ConstraintSystem::add(const LinearConstraint& constraint) {
@@ -91,14 +92,16 @@ bool ConstraintSystem::applyAdditions() {
 
 bool ConstraintSystem::enter(Slot& slot) {
   const LinearConstraint& constraint = slot.constraint;
-  slot.handle = solver_.add(std::span(constraint.terms).first(constraint.termCount), constraint.constant,
+  auto terms = constraint.terms;
+  for (std::size_t i = 0; i < constraint.termCount; ++i) terms[i].variable = variables_[terms[i].variable];
+  slot.handle = solver_.add(std::span(terms).first(constraint.termCount), constraint.constant,
                             constraint.relation, constraint.priority);
   return slot.handle.has_value();
 }
 
 void ConstraintSystem::solveAnew() {
   solver_.clear();
-  for (std::uint32_t i = 0; i < variables_; ++i) solver_.addVariable();
+  for (CassowarySolver::Variable& variable : variables_) variable = solver_.addVariable();
   std::vector<Id> order;
   for (Id id = 0; id < slots_.size(); ++id) {
     if (slots_[id].used) order.push_back(id);

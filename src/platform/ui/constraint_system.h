@@ -19,9 +19,8 @@ struct LinearConstraint {
   /// Who gives way: of required constraints that contradict each other the one with the higher order.
   std::uint64_t order = 0;
 
-  void addTerm(CassowarySolver::Variable variable, double coefficient) {
-    terms[termCount++] = {variable, coefficient};
-  }
+  /// `variable` is one of the system's.
+  void addTerm(std::uint32_t variable, double coefficient) { terms[termCount++] = {variable, coefficient}; }
 };
 
 /// The constraints of one axis of a layout, changed in batches: nothing is solved before `solve`, so that
@@ -32,7 +31,7 @@ struct LinearConstraint {
 /// how they came about. As long as something is left out, every change solves the whole system anew.
 class ConstraintSystem {
  public:
-  using Variable = CassowarySolver::Variable;
+  using Variable = std::uint32_t;
   using Id = std::uint32_t;
 
   Variable addVariable();
@@ -43,7 +42,7 @@ class ConstraintSystem {
 
   /// Solves what has changed; false when nothing had.
   bool solve();
-  double value(Variable variable) const { return solver_.value(variable); }
+  double value(Variable variable) const { return solver_.value(variables_[variable]); }
   /// The required constraints that have to give way, after `solve`.
   const std::vector<Id>& leftOut() const { return leftOut_; }
 
@@ -62,7 +61,8 @@ class ConstraintSystem {
   void solveAnew();
 
   CassowarySolver solver_;
-  std::uint32_t variables_ = 0;
+  /// The solver's name of each variable; another one whenever the system is solved anew.
+  std::vector<CassowarySolver::Variable> variables_;
   std::vector<Slot> slots_;
   std::vector<Id> freeSlots_;
   std::vector<CassowarySolver::Handle> removed_;

@@ -59,7 +59,7 @@ View& StackView::viewForLastBaselineLayout() {
   return shown.empty() ? *this : *shown.back();
 }
 
-void StackView::subviewHiddenDidChange(View& subview) {
+void StackView::shownSubviewsDidChange(View& subview) {
   const bool isArranged = std::any_of(arranged_.begin(), arranged_.end(),
                                       [&](const auto& view) { return view.get() == &subview; });
   if (isArranged) rearrange();
@@ -68,7 +68,7 @@ void StackView::subviewHiddenDidChange(View& subview) {
 std::vector<View*> StackView::shownViews() const {
   std::vector<View*> shown;
   for (const auto& view : arranged_) {
-    if (!view->isHidden()) shown.push_back(view.get());
+    if (!view->isHidden() && view->superview() == this) shown.push_back(view.get());
   }
   return shown;
 }

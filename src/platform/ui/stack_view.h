@@ -12,7 +12,8 @@ namespace linewatch::ui {
 enum class StackAlignment : std::uint8_t { fill, leading, center, trailing };
 
 /// Puts views one after the other with a spacing, by constraints of its own; they fill the stack along its
-/// axis. A hidden arranged view takes no place. Alignment is across the axis; leading is the top in a
+/// axis. An arranged view takes no place
+/// while it is hidden or elsewhere. Alignment is across the axis; leading is the top in a
 /// horizontal stack.
 class StackView : public View {
  public:
@@ -39,7 +40,7 @@ class StackView : public View {
   View& viewForLastBaselineLayout() override;
 
  protected:
-  void subviewHiddenDidChange(View& subview) override;
+  void shownSubviewsDidChange(View& subview) override;
 
  private:
   /// A constraint along the axis; an absent view stands for the stack's own edge.

@@ -198,6 +198,8 @@ void TableView::layOutRows() {
     }
     for (double y = heights_.offsetOf(row); row < heights_.count() && y < end; ++row) {
       const auto cell = cellFor(row, before);
+      // The data source may have asked for a reload meanwhile.
+      if (row >= heights_.count()) break;
       if (cell) heights_.setHeight(row, heightOf(*cell));
       const double height = heights_.heightOf(row);
       if (cell) cell->setFrame({0, y - contentOffset_, frame().width, height});

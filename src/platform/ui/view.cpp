@@ -60,9 +60,11 @@ void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
 void View::removeFromSuperview() {
   if (superview_ == nullptr) return;
   View& former = *superview_;
-  if (!ownLayoutRoot_) former.structureDidChange();
   former.dropConstraintsWith(*this);
   superview_ = nullptr;
+  // While this view is still there: the engine knows it.
+  if (!ownLayoutRoot_) former.structureDidChange();
+  former.shownSubviewsDidChange(*this);
   setNeedsDisplay();
   former.setNeedsDisplay();
   // The last use of this view, which its superview may have been the last to hold.
@@ -78,7 +80,6 @@ void View::addLayoutGuide(const std::shared_ptr<LayoutGuide>& guide) {
 
 void View::removeLayoutGuide(const std::shared_ptr<LayoutGuide>& guide) {
   if (!guide || guide->owningView_ != this) return;
-  structureDidChange();
   for (View* view = this; view != nullptr; view = view->superview_) {
     const auto constraints = view->constraints_;
     for (const auto& constraint : constraints) {
@@ -88,6 +89,7 @@ void View::removeLayoutGuide(const std::shared_ptr<LayoutGuide>& guide) {
     }
   }
   guide->owningView_ = nullptr;
+  structureDidChange();
   std::erase(guides_, guide);
 }
 
@@ -239,7 +241,6 @@ void View::constraintDidChange(LayoutConstraint& constraint) {
   root.setNeedsLayout();
 }
 
-// Frames are the engine's to remember which item is which: it goes while all of them are there.
 void View::structureDidChange() {
   View& root = layoutRoot();
   root.engine_.reset();
@@ -308,7 +309,7 @@ Size View::systemLayoutSizeFittingSize(const Size& target, LayoutPriority horizo
 
 void View::setHidden(bool hidden) {
   if (std::exchange(hidden_, hidden) == hidden) return;
-  if (superview_ != nullptr) superview_->subviewHiddenDidChange(*this);
+  if (superview_ != nullptr) superview_->shownSubviewsDidChange(*this);
   setNeedsDisplay();
 }
 

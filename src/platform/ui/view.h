@@ -150,7 +150,8 @@ class View : public LayoutItem {
  protected:
   /// Makes the view a layout root inside other views, for good.
   void becomeLayoutRoot();
-  virtual void subviewHiddenDidChange(View& /*subview*/) {}
+  /// The subview was hidden or shown, or is no longer one.
+  virtual void shownSubviewsDidChange(View& /*subview*/) {}
   /// Something inside was marked for layout.
   virtual void descendantDidNeedLayout() {}
   /// In front of the subviews.

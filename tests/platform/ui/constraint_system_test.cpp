@@ -246,6 +246,23 @@ TEST(ConstraintSystem, WhoGivesWayDoesNotDependOnWhoCameFirst) {
   EXPECT_FALSE(system.solve()) << "nothing has changed";
 }
 
+TEST(ConstraintSystem, VariablesMayComeLate) {
+  ConstraintSystem system;
+  const auto first = system.addVariable();
+  system.add(sizeIs(first, 10, kRequiredPriority, Relation::equal, 1));
+  system.solve();
+  for (int i = 0; i < 3; ++i) {
+    const auto late = system.addVariable();
+    system.add(sizeIs(late, 20 + i, kRequiredPriority, Relation::equal, 2));
+    const Id contradiction = system.add(sizeIs(first, 11, kRequiredPriority, Relation::equal, 3));
+    system.solve();
+    EXPECT_EQ(system.leftOut(), std::vector<Id>{contradiction});
+    EXPECT_NEAR(system.value(first), 10, 1e-6);
+    EXPECT_NEAR(system.value(late), 20 + i, 1e-6);
+    system.remove(contradiction);
+  }
+}
+
 TEST(ConstraintSystem, ConstraintsThatFollowFromOthersMayMoveTogether) {
   ConstraintSystem system;
   const auto size = system.addVariable();

@@ -443,6 +443,8 @@ TEST_F(LayoutTest, StacksLeaveHiddenViewsOut) {
     views[0]->setHidden(false);
     stack->setSpacing(8);
     EXPECT_THAT(places(), ElementsAre(0, 18, 36));
+    views[0]->removeFromSuperview();
+    EXPECT_EQ(places()[2], 18) << "one that goes by itself leaves no gap";
     stack->removeArrangedSubview(views[0]);
     EXPECT_EQ(places()[2], 18);
   }
