@@ -75,6 +75,8 @@ struct Grammar {
     addLines(app);
     addFeed(app);
     addOpen(app);
+    addRender(app);
+    addSimulate(app);
   }
 
   Command command = ShowCommand{};
@@ -140,11 +142,46 @@ struct Grammar {
     sub->callback([this] { command = open_; });
   }
 
+  void addRender(CLI::App& app) {
+    CLI::App* const sub = app.add_subcommand("render", "Draw the widget into a picture");
+    sub->add_option("-o,--output", render_.output, "The file: .png, .svg or .pdf")
+        ->type_name("FILE")
+        ->required();
+    sub->add_flag("--expanded", render_.expanded, "Every row, not just the one of the compact widget");
+    sub->add_option("--scale", render_.scale, "Pixels a point, 0.5 to 8")
+        ->type_name("N")
+        ->check(CLI::Range(0.5, 8.0));
+    sub->add_option_function<std::string>(
+           "--text-size",
+           [this](const std::string& name) {
+             const auto category = ui::textSizeCategoryNamed(name);
+             if (!category)
+               throw CLI::ValidationError("--text-size", "none of XS to XXXL, AX1 to AX5: " + name);
+             render_.textSize = *category;
+           },
+           "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5")
+        ->type_name("SIZE");
+    sub->add_flag("--dark", render_.dark, "On a dark background");
+    sub->add_option("--width", render_.width, "Points, 100 to 2000")
+        ->type_name("N")
+        ->check(CLI::Range(100.0, 2000.0));
+    sub->callback([this] { command = render_; });
+  }
+  void addSimulate(CLI::App& app) {
+    CLI::App* const sub =
+        app.add_subcommand("simulate", "Run a scenario in virtual time and print its transcript");
+    sub->add_option("SCENARIO", simulate_.scenario, "A world and the steps of a host, in JSON")->required();
+    sub->add_option("-o,--output", simulate_.output, "Write the transcript to a file")->type_name("FILE");
+    sub->callback([this] { command = simulate_; });
+  }
+
   ShowCommand show_;
   FavoritesCommand favorites_;
   LinesCommand lines_;
   FeedCommand feed_;
   OpenCommand open_;
+  RenderCommand render_;
+  SimulateCommand simulate_;
 };
 
 Answer answerTo(const CLI::App& app, const CLI::ParseError& error) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/date.h"
+#include "platform/ui/text_style.h"
 #include "platform/value.h"
 
 namespace linewatch::app {
@@ -59,7 +60,26 @@ struct OpenCommand {
   std::string file;
 };
 
-using Command = std::variant<ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, OpenCommand>;
+struct SimulateCommand {
+  std::string scenario;
+  /// Where the transcript goes; empty: standard output.
+  std::string output;
+};
+
+/// Draws the widget into a file.
+struct RenderCommand {
+  std::string output;
+  bool expanded = false;
+  /// Pixels a point.
+  double scale = 2;
+  ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
+  bool dark = false;
+  /// Points.
+  double width = 359;
+};
+
+using Command = std::variant<ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, OpenCommand,
+                             SimulateCommand, RenderCommand>;
 
 struct CommandLine {
   CommonOptions common;

@@ -22,11 +22,16 @@ Report refused(const Error& error);
 /// How old what was shown is, as a last line for people; empty when nothing is known of it.
 std::string dataNote(Session& session, const TerminalStyle& style);
 
+/// Prints what a command gave; the exit status.
+int finish(const Report& report);
+
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command);
 Report open(Session& session, const OpenCommand& command);
+/// Needs no session: the scenario brings a platform of its own.
+Report simulate(const SimulateCommand& command);
 
 }  // namespace linewatch::app

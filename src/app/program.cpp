@@ -1,14 +1,20 @@
 #include "app/program.h"
 
 #include <QCoreApplication>
+#include <cerrno>
 #include <cstdio>
+#include <system_error>
+
+#include <unistd.h>
 
 #include "app/commands.h"
+#include "desktop/installation.h"
 
 namespace linewatch::app {
 
 namespace {
 
+/// Runs a command that needs a session.
 struct Dispatch {
   Session& session;
   const CommonOptions& options;
@@ -19,9 +25,27 @@ struct Dispatch {
   Report operator()(const LinesCommand& command) const { return lines(session, command, style); }
   Report operator()(const FeedCommand& command) const { return feed(session, command); }
   Report operator()(const OpenCommand& command) const { return open(session, command); }
+  // Those without a session are done before.
+  template <class Other>
+  Report operator()(const Other&) const {
+    return {};
+  }
 };
 
-Report reportOf(const CommandLine& line, const TerminalStyle& style) {
+/// Goes on as the program that can draw, which takes too long to load for those that do not. Gives the error
+/// if that cannot be started.
+Report handOver(char** argv) {
+  const std::string path = desktop::installedParts() / "linewatch-screen";
+  execv(path.c_str(), argv);
+  return refused(desktop::failure(path, "", std::generic_category().message(errno)));
+}
+
+Report reportOf(const CommandLine& line, const TerminalStyle& style, char** argv) {
+  if (std::holds_alternative<RenderCommand>(line.command)) return handOver(argv);
+  if (const auto* const command = std::get_if<SimulateCommand>(&line.command)) return simulate(*command);
+  // Qt takes its own options out of what it is given.
+  int qtArgc = 1;
+  const QCoreApplication application(qtArgc, argv);
   auto session = Session::open(line.common);
   if (!session) return refused(session.error());
   return std::visit(Dispatch{**session, line.common, style}, line.command);
@@ -33,16 +57,7 @@ void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data()
 
 Report refused(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 2}; }
 
-int run(int argc, char** argv) {
-  const auto parsed = parseCommandLine(argc, argv);
-  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
-    write(answer->text, answer->status == 0 ? stdout : stderr);
-    return answer->status;
-  }
-  // Qt takes its own options out of these.
-  int qtArgc = 1;
-  const QCoreApplication application(qtArgc, argv);
-  const Report report = reportOf(std::get<CommandLine>(parsed), TerminalStyle::ofStandardOutput());
+int finish(const Report& report) {
   write(report.output, stdout);
   if (std::fflush(stdout) != 0) {
     write("linewatch: cannot write to standard output\n", stderr);
@@ -50,6 +65,15 @@ int run(int argc, char** argv) {
   }
   if (!report.complaint.empty()) write("linewatch: " + report.complaint + "\n", stderr);
   return report.status;
+}
+
+int run(int argc, char** argv) {
+  const auto parsed = parseCommandLine(argc, argv);
+  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
+    write(answer->text, answer->status == 0 ? stdout : stderr);
+    return answer->status;
+  }
+  return finish(reportOf(std::get<CommandLine>(parsed), TerminalStyle::ofStandardOutput(), argv));
 }
 
 }  // namespace linewatch::app

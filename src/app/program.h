@@ -2,7 +2,7 @@
 
 namespace linewatch::app {
 
-/// Runs the program under a QCoreApplication and gives its exit status.
+/// Runs the program and gives its exit status. Commands that draw go on in another program.
 int run(int argc, char** argv);
 
 }  // namespace linewatch::app

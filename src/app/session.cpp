@@ -1,10 +1,10 @@
 #include "app/session.h"
 
 #include <QEventLoop>
-#include <filesystem>
-#include <system_error>
+#include <cstdlib>
 #include <utility>
 
+#include "desktop/installation.h"
 #include "incidents/transit_incident_fetcher.h"
 
 namespace linewatch::app {
@@ -16,14 +16,8 @@ using desktop::DesktopSettings;
 using desktop::failure;
 using desktop::Outcome;
 
-std::filesystem::path sampleCity() {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path().parent_path() / "share" / "linewatch" / "city";
-}
-
 Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
-  DesktopSettings settings{.sampleCity = sampleCity(),
+  DesktopSettings settings{.sampleCity = desktop::installedSampleCity(),
                            .now = options.now,
                            .locale = options.locale,
                            .verbose = options.verbose,
@@ -39,9 +33,10 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
 
 }  // namespace
 
-Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options) {
+Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, const Adjustment& adjust) {
   Outcome<DesktopSettings> settings = settingsFrom(options);
   if (!settings) return settings.error();
+  if (adjust) adjust(*settings);
   auto platform = DesktopPlatform::make(std::move(*settings));
   if (!platform) return platform.error();
   return std::unique_ptr<Session>(new Session(std::move(*platform)));
@@ -64,6 +59,12 @@ std::shared_ptr<const RVResult> Session::fetch() {
           });
   loop.exec();
   return fetched;
+}
+
+Outcome<desktop::UserLocale> localeOf(const CommonOptions& options) {
+  if (options.locale) return desktop::UserLocale::parse(*options.locale);
+  return desktop::UserLocale::fromEnvironment(
+      [](const char* name) -> const char* { return std::getenv(name); });
 }
 
 std::string sentenceOf(const Error& error) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -12,7 +13,11 @@ namespace linewatch::app {
 /// A run of the program: the desktop platform, installed for as long as the session lives.
 class Session {
  public:
-  static desktop::Outcome<std::unique_ptr<Session>> open(const CommonOptions& options);
+  using Adjustment = std::function<void(desktop::DesktopSettings&)>;
+
+  /// `adjust`, which may be empty, adds what the command needs of the platform.
+  static desktop::Outcome<std::unique_ptr<Session>> open(const CommonOptions& options,
+                                                         const Adjustment& adjust = {});
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -26,6 +31,9 @@ class Session {
 
   std::shared_ptr<desktop::DesktopPlatform> platform_;
 };
+
+/// The user's language and region: the option's, else the environment's.
+desktop::Outcome<desktop::UserLocale> localeOf(const CommonOptions& options);
 
 /// The sentence that an error has for the user.
 std::string sentenceOf(const Error& error);

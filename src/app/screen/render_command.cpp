@@ -1,0 +1,69 @@
+#include "app/screen/render_command.h"
+
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <algorithm>
+
+#include "app/screen/still_host.h"
+#include "desktop/drawing/drawing_screen.h"
+#include "desktop/drawing/offscreen_application.h"
+#include "desktop/drawing/picture.h"
+#include "widget/transit_incidents_view_controller.h"
+
+namespace linewatch::app {
+
+namespace {
+
+desktop::ScreenSettings screenSettings(const RenderCommand& command, const desktop::UserLocale& locale) {
+  desktop::ScreenSettings settings;
+  settings.category = command.textSize;
+  settings.direction =
+      locale.isRightToLeft() ? ui::LayoutDirection::rightToLeft : ui::LayoutDirection::leftToRight;
+  settings.scale = command.scale;
+  return settings;
+}
+
+/// Shows the widget until its first fetch has ended.
+void showUntilFetched(RVTransitIncidentsViewController& controller) {
+  QEventLoop loop;
+  controller.viewWillAppear(false);
+  // Joins the fetch that appearing starts.
+  controller.widgetPerformUpdateWithCompletionHandler([&](WidgetUpdateResult) { loop.quit(); });
+  loop.exec();
+}
+
+Report draw(RVTransitIncidentsViewController& controller, const RenderCommand& command) {
+  const auto& result = controller.transitLineItemResult();
+  Report report;
+  if (result && result->error())
+    report = {.output = {}, .complaint = sentenceOf(*result->error()), .status = 1};
+  const desktop::PictureStyle style{
+      .size = controller.preferredContentSize(),
+      .scale = command.scale,
+      .appearance = command.dark ? ui::Appearance::dark : ui::Appearance::light};
+  if (const auto error = desktop::savePicture(controller.view(), style, command.output))
+    return refused(*error);
+  return report;
+}
+
+}  // namespace
+
+Report render(const CommonOptions& options, const RenderCommand& command) {
+  const auto locale = localeOf(options);
+  if (!locale) return refused(locale.error());
+  const auto application = desktop::makeOffscreenApplication();
+  const auto screen = std::make_shared<desktop::DrawingScreen>(screenSettings(command, *locale));
+  auto session =
+      Session::open(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
+  if (!session) return refused(session.error());
+  const WidgetDisplayMode mode = command.expanded ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
+  const auto host = std::make_shared<StillHost>(command.width, mode, options.maxRows);
+  const auto controller =
+      RVTransitIncidentsViewController::make(host, {command.width, StillHost::kRowHeight});
+  showUntilFetched(*controller);
+  // Only a list that has rows for it can be told to expand.
+  controller->widgetActiveDisplayModeDidChange(mode, host->maximumSizeForDisplayMode(mode));
+  return draw(*controller, command);
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,33 @@
+#include "desktop/drawing/drawing_screen.h"
+
+#include "desktop/drawing/line_shield.h"
+#include "desktop/drawing/mode_icon.h"
+#include "platform/log.h"
+#include "platform/platform.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// The platform that the screen becomes part of has the log, and is made after the screen.
+class InstalledLog final : public Log {
+ public:
+  void write(const LogMessage& message) override { platform().log().write(message); }
+  bool isEnabled(LogLevel level) const override { return platform().log().isEnabled(level); }
+};
+
+}  // namespace
+
+DrawingScreen::DrawingScreen(ScreenSettings settings)
+    : settings_(std::move(settings)),
+      drawings_(std::make_shared<DrawingSource>(std::make_shared<InstalledLog>())) {}
+
+std::shared_ptr<IconManager> DrawingScreen::makeIconManager() {
+  return std::make_shared<ModeIconManager>(drawings_);
+}
+
+std::shared_ptr<ShieldManager> DrawingScreen::makeShieldManager() {
+  return std::make_shared<LineShieldManager>();
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+
+#include "desktop/desktop_screen.h"
+#include "desktop/drawing/drawing_source.h"
+#include "desktop/drawing/qt_text_engine.h"
+#include "platform/ui/color.h"
+#include "platform/ui/geometry.h"
+#include "platform/ui/interface_settings.h"
+#include "platform/ui/text_style.h"
+
+namespace linewatch::desktop {
+
+/// What the user and the display ask of the views, as a value that its owner changes.
+class ScreenSettings final : public ui::InterfaceSettings {
+ public:
+  ui::TextSizeCategory textSizeCategory() const override { return category; }
+  ui::LayoutDirection layoutDirection() const override { return direction; }
+  double displayScale() const override { return scale; }
+
+  ui::TextSizeCategory category = ui::kDefaultTextSizeCategory;
+  ui::LayoutDirection direction = ui::LayoutDirection::leftToRight;
+  /// Pixels a point.
+  double scale = 1;
+};
+
+/// Views drawn with Qt. Needs a QGuiApplication.
+class DrawingScreen final : public DesktopScreen {
+ public:
+  explicit DrawingScreen(ScreenSettings settings);
+
+  /// Who changes the text size posts kTextSizeDidChangeNotification.
+  ScreenSettings& settings() { return settings_; }
+
+  ui::TextEngine& textEngine() override { return textEngine_; }
+  ui::ImageSource& imageSource() override { return *drawings_; }
+  ui::InterfaceSettings& interfaceSettings() override { return settings_; }
+  std::shared_ptr<IconManager> makeIconManager() override;
+  std::shared_ptr<ShieldManager> makeShieldManager() override;
+
+ private:
+  ScreenSettings settings_;
+  QtTextEngine textEngine_;
+  std::shared_ptr<DrawingSource> drawings_;
+};
+
+}  // namespace linewatch::desktop
