@@ -44,7 +44,9 @@ QPainterPath qtPath(const ui::Path& path) {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance) {
   const ui::RGBA rgba = color.resolved(appearance);
-  const auto channel = [](double value) { return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255)); };
+  const auto channel = [](double value) {
+    return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255));
+  };
   return {channel(rgba.red), channel(rgba.green), channel(rgba.blue), channel(rgba.alpha)};
 }
 
