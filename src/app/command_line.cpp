@@ -70,6 +70,7 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
 /// The subcommands, each with the command that it fills in.
 struct Grammar {
   explicit Grammar(CLI::App& app) {
+    addPanel(app);
     addShow(app);
     addFavorites(app);
     addLines(app);
@@ -79,7 +80,7 @@ struct Grammar {
     addSimulate(app);
   }
 
-  Command command = ShowCommand{};
+  Command command = PanelCommand{};
 
  private:
   /// A subcommand that, when it is used, is the command that `fields` became.
@@ -92,6 +93,13 @@ struct Grammar {
     });
   }
 
+  void addPanel(CLI::App& app) {
+    CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
+    sub->add_option("--companion", panel_.companion,
+                    "A command to call with what a row opens, in place of the program's own windows")
+        ->type_name("COMMAND");
+    sub->callback([this] { command = panel_; });
+  }
   void addShow(CLI::App& app) {
     CLI::App* const sub = app.add_subcommand("show", "Print the list once");
     sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
@@ -175,6 +183,7 @@ struct Grammar {
     sub->callback([this] { command = simulate_; });
   }
 
+  PanelCommand panel_;
   ShowCommand show_;
   FavoritesCommand favorites_;
   LinesCommand lines_;

@@ -78,8 +78,14 @@ struct RenderCommand {
   double width = 359;
 };
 
-using Command = std::variant<ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, OpenCommand,
-                             SimulateCommand, RenderCommand>;
+/// Shows the panel.
+struct PanelCommand {
+  /// What is called in place of the program's own windows; empty: nothing.
+  std::string companion;
+};
+
+using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,
+                             OpenCommand, SimulateCommand, RenderCommand>;
 
 struct CommandLine {
   CommonOptions common;

@@ -3,16 +3,20 @@
 #include <QCoreApplication>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <system_error>
 
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "desktop/display.h"
 #include "desktop/installation.h"
 
 namespace linewatch::app {
 
 namespace {
+
+const char* variableOf(const char* name) { return std::getenv(name); }
 
 /// Runs a command that needs a session.
 struct Dispatch {
@@ -21,6 +25,11 @@ struct Dispatch {
   const TerminalStyle& style;
 
   Report operator()(const ShowCommand& command) const { return show(session, command, options, style); }
+  Report operator()(const PanelCommand&) const {
+    Report report = show(session, {}, options, style);
+    if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
+    return report;
+  }
   Report operator()(const FavoritesCommand& command) const { return favorites(session, command, style); }
   Report operator()(const LinesCommand& command) const { return lines(session, command, style); }
   Report operator()(const FeedCommand& command) const { return feed(session, command); }
@@ -41,7 +50,9 @@ Report handOver(char** argv) {
 }
 
 Report reportOf(const CommandLine& line, const TerminalStyle& style, char** argv) {
-  if (std::holds_alternative<RenderCommand>(line.command)) return handOver(argv);
+  const bool draws = std::holds_alternative<RenderCommand>(line.command) ||
+                     (std::holds_alternative<PanelCommand>(line.command) && desktop::hasDisplay(variableOf));
+  if (draws) return handOver(argv);
   if (const auto* const command = std::get_if<SimulateCommand>(&line.command)) return simulate(*command);
   // Qt takes its own options out of what it is given.
   int qtArgc = 1;

@@ -31,7 +31,9 @@ TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
 }
 
 TEST(CommandLineTest, KnowsItsCommands) {
-  EXPECT_FALSE(commandOf<ShowCommand>({}).expanded);
+  EXPECT_EQ(commandOf<PanelCommand>({}).companion, "");
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--companion", "viewer -x"}).companion, "viewer -x");
+  EXPECT_FALSE(commandOf<ShowCommand>({"show"}).expanded);
   EXPECT_EQ(commandOf<FavoritesCommand>({"favorites"}).action, FavoritesCommand::Action::list);
   const auto added = commandOf<FavoritesCommand>({"favorites", "add", "M1", "7"});
   EXPECT_EQ(added.action, FavoritesCommand::Action::add);

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/commands.h"
+#include "app/screen/panel_command.h"
 #include "app/screen/render_command.h"
 
 namespace linewatch::app {
@@ -13,6 +14,7 @@ struct Dispatch {
   const CommonOptions& options;
 
   Report operator()(const RenderCommand& command) const { return render(options, command); }
+  Report operator()(const PanelCommand& command) const { return panel(options, command); }
   template <class Other>
   Report operator()(const Other&) const {
     return refused(desktop::failure("linewatch-screen", "", "draws and does nothing else: use linewatch"));

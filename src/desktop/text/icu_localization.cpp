@@ -16,6 +16,7 @@ namespace linewatch::desktop {
 namespace {
 
 constexpr std::string_view kFeedTable = "feed";
+constexpr std::string_view kWindowTable = "window";
 /// What stands between two texts where the locale has no way of its own.
 constexpr std::string_view kPlainDelimiter = ", ";
 
@@ -81,6 +82,10 @@ std::string IcuLocalization::localizedString(std::string_view key, std::string_v
 
 std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {
   return lookUp(kFeedTable, key, fallback);
+}
+
+std::string IcuLocalization::windowString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kWindowTable, key, fallback);
 }
 
 std::string IcuLocalization::format(const std::string& formatText,

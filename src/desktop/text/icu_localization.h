@@ -28,6 +28,8 @@ class IcuLocalization final : public Localization {
 
   /// The same of the table of words for what a feed says. Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;
+  /// The same of the table of words of the program's windows. Any thread.
+  std::string windowString(std::string_view key, std::string_view fallback) const;
 
  private:
   struct Formats;

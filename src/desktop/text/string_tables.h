@@ -9,7 +9,7 @@ namespace linewatch::desktop {
 struct TableText {
   /// "en", "de" …
   std::string_view language;
-  /// "kestrow", "widget" or "feed".
+  /// "kestrow", "widget", "feed" or "window".
   std::string_view table;
   std::string_view key;
   /// An ICU MessageFormat pattern where the text takes arguments; else shown as it is.

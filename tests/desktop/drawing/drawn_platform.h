@@ -18,6 +18,8 @@ class DrawnPlatform final : public Platform {
   explicit DrawnPlatform(simulation::World world = {})
       : simulated_(simulation::SimulatedPlatform::make(std::move(world))) {}
 
+  simulation::SimulatedPlatform& simulated() { return *simulated_; }
+
   Log& log() override { return simulated_->log(); }
   MainLoop& mainLoop() override { return simulated_->mainLoop(); }
   RandomSource& randomSource() override { return simulated_->randomSource(); }

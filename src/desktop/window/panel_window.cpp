@@ -1,0 +1,386 @@
+#include "desktop/window/panel_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QBoxLayout>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QPointer>
+#include <QScreen>
+#include <QStyle>
+#include <QToolButton>
+#include <QVariantAnimation>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "desktop/drawing/qt_canvas.h"
+#include "desktop/drawing/typefaces.h"
+#include "desktop/window/window_colors.h"
+#include "platform/main_loop.h"
+#include "platform/platform.h"
+#include "platform/ui/interface_settings.h"
+#include "widget/saved_ui_data.h"
+#include "widget/transit_incidents_view_controller.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Points.
+constexpr int kMargin = 10;
+constexpr int kHeaderHeight = 40;
+constexpr int kCardRadius = 14;
+constexpr int kLeastWidth = 280;
+constexpr int kMostWidth = 640;
+constexpr int kHeaderInset = 16;
+constexpr double kTitleSize = 13;
+constexpr double kNoteSize = 11;
+// What a window's frame and a desktop's bars may take that the screen does not tell.
+constexpr int kFrameAllowance = 48;
+
+constexpr int kResizeMilliseconds = 220;
+constexpr Seconds kFirstRetry{60};
+constexpr Seconds kLastRetry{1800};
+constexpr double kRetryTolerance = 0.1;
+
+/// Twice as long with each failure.
+Seconds retryInterval(int failures) { return std::min(kLastRetry, kFirstRetry * std::exp2(failures - 1)); }
+
+ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
+
+QString qt(const std::optional<std::string>& text) { return QString::fromStdString(text.value_or("")); }
+
+struct WordsOfItem {
+  RowWords operator()(std::monostate) const { return {}; }
+  RowWords operator()(const SharedTransitItem& item) const {
+    return {qt(item->primaryText()), qt(item->secondaryText()), item->openable() != nullptr};
+  }
+  RowWords operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
+    return {qt(item->primaryText()), {}, item->userActivityData() != nullptr};
+  }
+};
+
+}  // namespace
+
+PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows)
+    : texts_(std::move(texts)), services_(std::move(services)), maxRows_(maxRows) {
+  setWindowTitle((*texts_)("Title"));
+  resize(static_cast<int>(kCompactSize.width) + 2 * kMargin, height());
+  setMinimumWidth(kLeastWidth);
+  setMaximumWidth(kMostWidth);
+  loadWidget();
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(0);
+  header_ = makeHeader();
+  layout->addWidget(header_);
+  rows_ = new RowSurface(controller_->sharedView(), controller_->tableView(),
+                         [this](std::size_t row) { return wordsOf(row); });
+  rows_->setCornerRadius(kCardRadius);
+  rows_->setAccessibleName((*texts_)("Rows"));
+  layout->addWidget(rows_);
+  makeActions();
+  resizing_ = new QVariantAnimation(this);
+  resizing_->setEasingCurve(QEasingCurve::InOutCubic);
+  connect(resizing_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& height) { setRowsHeight(height.toDouble(), false); });
+  setRowsHeight(heightForRows(), false);
+  showPalette();
+  showOffer();
+  rows_->setFocus();
+}
+
+PanelWindow::~PanelWindow() {
+  hide();
+  controller_->setPreferredContentSizeHandler(nullptr);
+  host_->setAvailabilityHandler(nullptr);
+  // Of the controller's view, so it goes first.
+  delete rows_;
+}
+
+// ---- What the window is made of ----
+
+QWidget* PanelWindow::makeHeader() {
+  auto* const header = new QWidget;
+  header->setFixedHeight(kHeaderHeight);
+  auto* const layout = new QHBoxLayout(header);
+  layout->setContentsMargins(kHeaderInset, 0, kMargin, 0);
+  title_ = new QLabel((*texts_)("Title"));
+  title_->setFont(qtFont(kTitleSize, QFont::DemiBold));
+  note_ = new QLabel;
+  note_->setFont(qtFont(kNoteSize, QFont::Normal));
+  note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  toggle_ = new QToolButton;
+  toggle_->setFont(qtFont(kTitleSize, QFont::Medium));
+  toggle_->setAutoRaise(true);
+  toggle_->setFocusPolicy(Qt::StrongFocus);
+  connect(toggle_, &QToolButton::clicked, this, [this] { setExpanded(!isExpanded()); });
+  menuButton_ = new QToolButton;
+  menuButton_->setText(QStringLiteral("⋯"));
+  menuButton_->setFont(qtFont(kTitleSize, QFont::DemiBold));
+  menuButton_->setAutoRaise(true);
+  menuButton_->setFocusPolicy(Qt::StrongFocus);
+  menuButton_->setPopupMode(QToolButton::InstantPopup);
+  // The arrow beside the text would say the same again.
+  menuButton_->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
+  menuButton_->setAccessibleName((*texts_)("Menu"));
+  menuButton_->setToolTip((*texts_)("Menu"));
+  layout->addWidget(title_);
+  layout->addWidget(note_, 1);
+  layout->addWidget(toggle_);
+  layout->addWidget(menuButton_);
+  return header;
+}
+
+QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySequence>& shortcuts,
+                                    std::function<void()> action) {
+  auto* const entry = new QAction((*texts_)(text), this);
+  entry->setShortcuts(shortcuts);
+  connect(entry, &QAction::triggered, this, std::move(action));
+  addAction(entry);
+  return entry;
+}
+
+void PanelWindow::makeActions() {
+  addMenuAction("Update", {Qt::Key_F5, Qt::CTRL | Qt::Key_R}, [this] { requestUpdate(); });
+  addMenuAction("Favorites", {Qt::CTRL | Qt::Key_F}, services_.showFavorites);
+  addMenuAction("LargerText", {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
+                [this] { changeTextSize(1); });
+  addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
+  addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
+  auto* const menu = new QMenu(this);
+  menu->addActions(actions());
+  menu->insertSeparator(actions()[2]);
+  menu->insertSeparator(actions().back());
+  menuButton_->setMenu(menu);
+}
+
+void PanelWindow::loadWidget() {
+  host_ = std::make_shared<PanelHost>(limitsFor(textSizeNow()), services_.openURL);
+  controller_ =
+      RVTransitIncidentsViewController::make(host_, {host_->limits().width, host_->limits().compactHeight});
+  controller_->view();
+  controller_->setPreferredContentSizeHandler([this](const Size&) { contentDidChange(); });
+  wantsExpanded_ = controller_->dataSource()->isExpanded();
+  if (wantsExpanded_) host_->setActiveDisplayMode(WidgetDisplayMode::expanded);
+  host_->setLargestAvailableDisplayMode(wantsExpanded_ ? WidgetDisplayMode::expanded
+                                                       : WidgetDisplayMode::compact);
+  host_->setAvailabilityHandler([this] { availabilityDidChange(); });
+}
+
+RowWords PanelWindow::wordsOf(std::size_t row) const {
+  return std::visit(WordsOfItem{}, controller_->dataSource()->_itemAtIndexPath({0, row}));
+}
+
+void PanelWindow::showPalette() {
+  const QPalette palette = cardPalette(this->palette());
+  const ui::Appearance appearance = appearanceOf(this->palette());
+  header_->setPalette(palette);
+  QPalette faint = palette;
+  faint.setColor(QPalette::WindowText, qtColor(ui::SemanticColor::secondaryLabel, appearance));
+  note_->setPalette(faint);
+  update();
+}
+
+void PanelWindow::paintEvent(QPaintEvent*) {
+  const ui::Appearance appearance = appearanceOf(palette());
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(qtColor(ui::SemanticColor::separator, appearance), 1));
+  painter.setBrush(qtColor(ui::SemanticColor::background, appearance));
+  const QRectF card = QRectF(rect()).adjusted(kMargin, kMargin, -kMargin, -kMargin);
+  painter.drawRoundedRect(card.adjusted(-0.5, -0.5, 0.5, 0.5), kCardRadius, kCardRadius);
+}
+
+// ---- Coming and going ----
+
+void PanelWindow::showEvent(QShowEvent*) { appearOrDisappear(); }
+void PanelWindow::hideEvent(QHideEvent*) { appearOrDisappear(); }
+
+void PanelWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::WindowStateChange) appearOrDisappear();
+  if (event->type() == QEvent::PaletteChange && header_) showPalette();
+  if (event->type() == QEvent::ActivationChange && note_) showNote();
+  QWidget::changeEvent(event);
+}
+
+void PanelWindow::appearOrDisappear() {
+  const bool isShown = isVisible() && !isMinimized();
+  if (std::exchange(isShown_, isShown) == isShown) return;
+  if (isShown) {
+    host_->setLimits(limitsFor(textSizeNow()));
+    controller_->viewWillAppear(true);
+    controller_->viewDidAppear(true);
+    setRowsHeight(heightForRows(), false);
+    // Joins the fetch that appearing has started.
+    requestUpdate();
+  } else {
+    scheduleRetry(false);
+    controller_->viewWillDisappear(true);
+    controller_->viewDidDisappear(true);
+  }
+}
+
+// ---- Updates ----
+
+void PanelWindow::requestUpdate() {
+  isUpdating_ = true;
+  showNote();
+  controller_->widgetPerformUpdateWithCompletionHandler(
+      [panel = QPointer<PanelWindow>(this)](WidgetUpdateResult result) {
+        if (panel) panel->updateDidEnd(result == WidgetUpdateResult::failed);
+      });
+}
+
+void PanelWindow::updateDidEnd(bool failed) {
+  isUpdating_ = false;
+  showNote();
+  failures_ = failed ? failures_ + 1 : 0;
+  scheduleRetry(failed && isShown_);
+}
+
+/// While incidents cannot be loaded the widget does not ask again by itself.
+void PanelWindow::scheduleRetry(bool isNeeded) {
+  if (retry_) retry_->invalidate();
+  retry_ = nullptr;
+  if (!isNeeded) return;
+  const Seconds interval = retryInterval(failures_);
+  retry_ = platform().mainLoop().scheduleTimer(interval, /*repeats=*/false, [this] { requestUpdate(); });
+  retry_->setTolerance(interval * kRetryTolerance);
+}
+
+void PanelWindow::connectionDidReturn() {
+  if (isShown_) requestUpdate();
+}
+
+void PanelWindow::showNote() {
+  note_->setText(isUpdating_ ? (*texts_)("Updating") : services_.dataNote());
+  note_->setToolTip(note_->text());
+}
+
+// ---- Modes and sizes ----
+
+double PanelWindow::roomForRows() const {
+  return screen()->availableGeometry().height() - 2 * kMargin - kHeaderHeight - kFrameAllowance;
+}
+
+/// Rows grow with the text but do not shrink with it.
+PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize) const {
+  const double scale = std::max(1.0, ui::scaleFactor(ui::TextStyle::body, textSize));
+  const double rowHeight = std::round(kCompactSize.height * scale);
+  const double rows = maxRows_ > 0 ? static_cast<double>(maxRows_) : std::floor(roomForRows() / rowHeight);
+  return {static_cast<double>(width() - 2 * kMargin), rowHeight, rowHeight * std::max(1.0, rows)};
+}
+
+bool PanelWindow::isExpanded() const { return host_->activeDisplayMode() == WidgetDisplayMode::expanded; }
+
+void PanelWindow::setExpanded(bool expanded) {
+  wantsExpanded_ = expanded;
+  showOffer();
+}
+
+/// The widget is in the middle of something when it says so.
+void PanelWindow::availabilityDidChange() {
+  if (std::exchange(offerIsPending_, true)) return;
+  QMetaObject::invokeMethod(
+      this, [this] { showOffer(); }, Qt::QueuedConnection);
+}
+
+/// What the user wants holds again as soon as the widget can do it.
+void PanelWindow::showOffer() {
+  offerIsPending_ = false;
+  const bool offersMore = host_->largestAvailableDisplayMode() == WidgetDisplayMode::expanded;
+  setMode(offersMore && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact);
+  toggle_->setText((*texts_)(isExpanded() ? "ShowLess" : "ShowMore"));
+  if (!offersMore && toggle_->hasFocus()) rows_->setFocus(Qt::TabFocusReason);
+  toggle_->setVisible(offersMore);
+}
+
+void PanelWindow::setMode(WidgetDisplayMode mode) {
+  if (mode == host_->activeDisplayMode()) return;
+  host_->setActiveDisplayMode(mode);
+  controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
+}
+
+void PanelWindow::contentDidChange() {
+  setRowsHeight(heightForRows(), isShown_);
+  if (isShown_) saveState();
+}
+
+/// As high as the rows, as far as the screen has room; never less than one row. The widget names its
+/// preferred size only when its list changes: not for the list that it was last closed with, nor always for
+/// another text size.
+double PanelWindow::heightForRows() const {
+  const auto& dataSource = controller_->dataSource();
+  const Size preferred = dataSource->preferredContentSizeForExpanded(
+      dataSource->isExpanded(), host_->maximumSizeForDisplayMode(host_->activeDisplayMode()));
+  return std::max(host_->limits().compactHeight, std::min(preferred.height, roomForRows()));
+}
+
+void PanelWindow::setRowsHeight(double height, bool animated) {
+  const int milliseconds =
+      style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0 ? kResizeMilliseconds : 0;
+  if (animated && milliseconds > 0) {
+    resizing_->stop();
+    resizing_->setDuration(milliseconds);
+    resizing_->setStartValue(static_cast<double>(rows_->height()));
+    resizing_->setEndValue(height);
+    return resizing_->start();
+  }
+  rows_->setFixedHeight(static_cast<int>(std::lround(height)));
+  setFixedHeight(rows_->height() + kHeaderHeight + 2 * kMargin);
+}
+
+void PanelWindow::resizeEvent(QResizeEvent* event) {
+  if (event->size().width() == event->oldSize().width()) return;
+  host_->setLimits(limitsFor(textSizeNow()));
+  controller_->viewWillTransitionToSize({host_->limits().width, static_cast<double>(rows_->height())});
+}
+
+/// The widget saves its state when it disappears; what ends the program from outside does not let it. The
+/// list on screen is saved as soon as it has been fetched.
+void PanelWindow::saveState() {
+  const auto& dataSource = controller_->dataSource();
+  const auto result = dataSource->transitLineItemResult();
+  if (!controller_->transitLineItemResult()) return;
+  if (result == savedResult_ && dataSource->isExpanded() == savedExpanded_) return;
+  savedResult_ = result;
+  savedExpanded_ = dataSource->isExpanded();
+  saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, savedExpanded_));
+}
+
+// ---- Text size ----
+
+void PanelWindow::changeTextSize(int steps) {
+  const int last = static_cast<int>(ui::kTextSizeCategoryNames.size()) - 1;
+  const int size = static_cast<int>(textSizeNow()) + steps;
+  setTextSize(static_cast<ui::TextSizeCategory>(std::clamp(size, 0, last)));
+}
+
+void PanelWindow::setTextSize(ui::TextSizeCategory category) {
+  if (category == textSizeNow()) return;
+  host_->setLimits(limitsFor(category));
+  services_.setTextSize(category);
+  controller_->view().environmentDidChange();
+  // The widget reloads its rows only for another list, but each row has its height from when it was made.
+  controller_->tableView()->reloadData();
+  setRowsHeight(heightForRows(), isShown_);
+}
+
+// ---- Input ----
+
+void PanelWindow::contextMenuEvent(QContextMenuEvent* event) {
+  menuButton_->menu()->popup(event->globalPos());
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
+  close();
+}
+
+}  // namespace linewatch::desktop

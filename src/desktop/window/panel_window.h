@@ -1,0 +1,121 @@
+#pragma once
+
+#include <QWidget>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "desktop/window/panel_host.h"
+#include "desktop/window/row_surface.h"
+#include "desktop/window/window_texts.h"
+#include "platform/ui/text_style.h"
+
+class QAction;
+class QLabel;
+class QToolButton;
+class QVariantAnimation;
+
+namespace linewatch {
+class RVResult;
+class RVTransitIncidentsViewController;
+class Timer;
+}  // namespace linewatch
+
+namespace linewatch::desktop {
+
+/// What the panel needs of the program around it.
+struct PanelServices {
+  PanelHost::OpenURL openURL;
+  std::function<void()> showFavorites;
+  /// Makes the size that of all text and posts the change.
+  std::function<void(ui::TextSizeCategory)> setTextSize;
+  /// A few words on the data that is shown; may be empty.
+  std::function<QString()> dataNote;
+};
+
+/// The panel: a window with a card that holds the widget below a header. It is the widget's host and does
+/// nothing of the widget's work. Needs an installed platform; while the window lives it must not change.
+/// Main thread.
+class PanelWindow final : public QWidget {
+ public:
+  /// Points, of the compact widget at the usual text size.
+  static constexpr Size kCompactSize{359, 110};
+
+  /// `maxRows` limits the rows of the expanded widget, 0: as many as the screen has room for.
+  PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows = 0);
+  ~PanelWindow() override;
+
+  /// Asks the widget for an update.
+  void requestUpdate();
+  /// To be called when the network is back.
+  void connectionDidReturn();
+  /// Changes the mode as the user asks; refused when the widget has nothing more to show.
+  void setExpanded(bool expanded);
+  bool isExpanded() const;
+
+  RVTransitIncidentsViewController& controller() { return *controller_; }
+  RowSurface& rows() { return *rows_; }
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QWidget* makeHeader();
+  void makeActions();
+  QAction* addMenuAction(std::string_view text, const QList<QKeySequence>& shortcuts,
+                         std::function<void()> action);
+  void loadWidget();
+  void showPalette();
+
+  /// At the window's width.
+  PanelHost::Limits limitsFor(ui::TextSizeCategory textSize) const;
+  double roomForRows() const;
+  double heightForRows() const;
+  RowWords wordsOf(std::size_t row) const;
+
+  void appearOrDisappear();
+  void availabilityDidChange();
+  void showOffer();
+  void setMode(WidgetDisplayMode mode);
+  void contentDidChange();
+  void setRowsHeight(double height, bool animated);
+  void updateDidEnd(bool failed);
+  void scheduleRetry(bool isNeeded);
+  void showNote();
+  void saveState();
+  void changeTextSize(int steps);
+  void setTextSize(ui::TextSizeCategory category);
+
+  SharedWindowTexts texts_;
+  PanelServices services_;
+  std::uint64_t maxRows_;
+  std::shared_ptr<PanelHost> host_;
+  std::shared_ptr<RVTransitIncidentsViewController> controller_;
+
+  QLabel* title_ = nullptr;
+  QLabel* note_ = nullptr;
+  QToolButton* toggle_ = nullptr;
+  QToolButton* menuButton_ = nullptr;
+  QWidget* header_ = nullptr;
+  RowSurface* rows_ = nullptr;
+  QVariantAnimation* resizing_ = nullptr;
+  /// Of an update that failed; null when none is due.
+  std::shared_ptr<Timer> retry_;
+
+  bool isShown_ = false;
+  bool wantsExpanded_ = false;
+  bool offerIsPending_ = false;
+  bool isUpdating_ = false;
+  int failures_ = 0;
+  std::shared_ptr<const RVResult> savedResult_;
+  bool savedExpanded_ = false;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,40 @@
+#include "desktop/window/window_texts.h"
+
+#include <QDateTime>
+#include <cmath>
+#include <span>
+#include <string>
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr std::string_view kPrefix = "LineWatch_Window_";
+
+QDateTime localTime(Date date) {
+  return QDateTime::fromMSecsSinceEpoch(
+      static_cast<qint64>(std::floor(date.time_since_epoch().count() * 1000)));
+}
+
+}  // namespace
+
+WindowTexts::WindowTexts(const UserLocale& locale)
+    : localization_(std::make_unique<IcuLocalization>(locale)),
+      locale_(QString::fromStdString(locale.tag())) {}
+
+QString WindowTexts::operator()(std::string_view name,
+                                std::initializer_list<FormatArgument> arguments) const {
+  const std::string text =
+      localization_->windowString(std::string(kPrefix).append(name), kLocalizedStringNotFound);
+  if (arguments.size() == 0) return QString::fromStdString(text);
+  return QString::fromStdString(localization_->format(text, {arguments.begin(), arguments.size()}));
+}
+
+QString WindowTexts::dateAndTime(Date date, Date now) const {
+  const QDateTime time = localTime(date);
+  const QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
+  if (time.date() == localTime(now).date()) return timeOfDay;
+  return locale_.toString(time.date(), QLocale::LongFormat) + QStringLiteral(", ") + timeOfDay;
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+
+#include "desktop/text/icu_localization.h"
+#include "desktop/text/user_locale.h"
+#include "platform/date.h"
+#include "platform/localization.h"
+
+namespace linewatch::desktop {
+
+/// The words of the windows, in the user's language. Main thread.
+class WindowTexts {
+ public:
+  explicit WindowTexts(const UserLocale& locale);
+
+  /// The text whose key is "LineWatch_Window_" and `name`, with its arguments filled in.
+  QString operator()(std::string_view name, std::initializer_list<FormatArgument> arguments = {}) const;
+  /// The date and the time in the machine's time zone; of a date today the time alone.
+  QString dateAndTime(Date date, Date now) const;
+
+ private:
+  /// Formatting makes what it needs when it is first needed.
+  std::unique_ptr<IcuLocalization> localization_;
+  QLocale locale_;
+};
+
+using SharedWindowTexts = std::shared_ptr<const WindowTexts>;
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QToolButton>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/drawing/drawn_platform.h"
+#include "desktop/window/panel_window.h"
+#include "desktop/window/windows.h"
+#include "widget/transit_incidents_view_controller.h"
+
+namespace linewatch::desktop {
+
+/// A panel in a simulated city, drawn for real; time passes only when it is told to.
+class PanelTest : public testing::Test {
+ protected:
+  static simulation::World cityWithAStrike() {
+    simulation::World world;
+    world.incidents["strike"] = {.muid = 11, .title = "Strike", .secondaryText = "Few trains"};
+    world.incidents["works"] = {.muid = 12, .title = "Works", .secondaryText = "Longer walks"};
+    world.lines["A"] = {.muid = 1, .name = "A", .incidents = {"strike"}};
+    world.lines["B"] = {.muid = 2, .name = "B", .incidents = {"works"}};
+    world.lines["C"] = {.muid = 3, .name = "C"};
+    world.favorites = {{.line = "A"}, {.line = "B"}, {.line = "C"}};
+    return world;
+  }
+  static simulation::World cityOf(std::size_t lines) {
+    simulation::World world;
+    for (std::size_t i = 0; i < lines; ++i) {
+      const std::string name = "L" + std::to_string(i);
+      world.incidents[name] = {.muid = 100 + i, .title = "Incident on " + name};
+      world.lines[name] = {.muid = 1 + i, .name = name, .incidents = {name}};
+      world.favorites.push_back({.line = name});
+    }
+    return world;
+  }
+
+  ~PanelTest() override {
+    panel_ = nullptr;
+    installPlatform(nullptr);
+  }
+
+  void start(simulation::World world = cityWithAStrike(), std::uint64_t maxRows = 4) {
+    needApplication();
+    platform_ = std::make_shared<DrawnPlatform>(std::move(world));
+    installPlatform(platform_);
+    maxRows_ = maxRows;
+    makePanel();
+  }
+  void startShown(simulation::World world = cityWithAStrike(), std::uint64_t maxRows = 4) {
+    start(std::move(world), maxRows);
+    show();
+  }
+  void makePanel() {
+    panel_ = nullptr;
+    const auto texts = std::make_shared<const WindowTexts>(*UserLocale::parse("en"));
+    panel_ = std::make_unique<PanelWindow>(texts, services(), maxRows_);
+  }
+  /// Shows the panel until its first fetch has ended.
+  void show() {
+    panel_->show();
+    advance(1);
+  }
+  void advance(double seconds) {
+    platform_->simulated().advance(seconds);
+    settle();
+  }
+  void change(const std::function<void(simulation::World&)>& change) {
+    platform_->simulated().changeWorld(change);
+  }
+  std::size_t count(std::string_view event) { return platform_->simulated().transcript().countOf(event); }
+  QToolButton& toggle() { return *panel_->findChildren<QToolButton*>().front(); }
+  RowSurface& rows() { return panel_->rows(); }
+  QPointF middleOf(std::size_t row) { return QRectF(rows().rectOf(row)).center(); }
+
+  std::shared_ptr<DrawnPlatform> platform_;
+  std::unique_ptr<PanelWindow> panel_;
+  std::uint64_t maxRows_ = 4;
+  std::vector<std::string> openedURLs_;
+  int favoritesShown_ = 0;
+
+ private:
+  PanelServices services() {
+    PanelServices services;
+    services.openURL = [this](const URL& url, const std::function<void(bool)>& completion) {
+      openedURLs_.push_back(url.absoluteString);
+      completion(true);
+    };
+    services.showFavorites = [this] { ++favoritesShown_; };
+    services.setTextSize = [this](ui::TextSizeCategory category) {
+      change([&](simulation::World& world) { world.textSize = std::string(ui::nameOf(category)); });
+    };
+    services.dataNote = [] { return QStringLiteral("A note"); };
+    return services;
+  }
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,185 @@
+#include "desktop/window/panel_window.h"
+
+#include <QLabel>
+
+#include "desktop/window/panel_test.h"
+#include "desktop/window/window_colors.h"
+#include "platform/companion_application.h"
+#include "platform/preferences_store.h"
+#include "widget/saved_ui_data.h"
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+bool isSaved(Platform& platform) {
+  const auto store = platform.makePreferencesStore(kCompanionAppGroupSuite);
+  return store->objectForKey(kSavedUIDataKey).has_value();
+}
+
+TEST_F(PanelTest, ComesAndGoesWithItsWindow) {
+  start();
+  EXPECT_FALSE(panel_->controller().isVisible());
+  show();
+  EXPECT_TRUE(panel_->controller().isVisible());
+  EXPECT_EQ(count("lookup"), 1U) << "the panel joins the fetch that appearing starts";
+  EXPECT_EQ(rows().wordsOf(0).name, "LineWatch_Summary_advisory_count(2)");
+  panel_->setWindowState(Qt::WindowMinimized);
+  settle();
+  EXPECT_FALSE(panel_->controller().isVisible());
+  EXPECT_EQ(count("analytics"), 1U);
+  panel_->setWindowState(Qt::WindowNoState);
+  settle();
+  EXPECT_TRUE(panel_->controller().isVisible());
+  panel_->close();
+  EXPECT_FALSE(panel_->controller().isVisible());
+  EXPECT_EQ(count("analytics"), 2U);
+}
+
+TEST_F(PanelTest, ShowsTheLastListAtOnceAlsoAfterItWasKilled) {
+  startShown();
+  panel_->setExpanded(true);
+  settle();
+  const int height = panel_->height();
+  // A process that is killed does nothing at its end: only what is saved by now is there the next time.
+  ASSERT_TRUE(isSaved(*platform_));
+  const auto saved = *platform_->makePreferencesStore(kCompanionAppGroupSuite)->objectForKey(kSavedUIDataKey);
+  panel_ = nullptr;
+  platform_->makePreferencesStore(kCompanionAppGroupSuite)->setObject(saved, kSavedUIDataKey);
+  makePanel();
+  EXPECT_EQ(rows().rowCount(), 3U);
+  EXPECT_TRUE(panel_->isExpanded());
+  EXPECT_EQ(panel_->height(), height);
+  EXPECT_FALSE(toggle().isHidden());
+  EXPECT_EQ(toggle().text(), "Show Less");
+}
+
+TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
+  startShown();
+  ASSERT_FALSE(toggle().isHidden());
+  EXPECT_EQ(toggle().text(), "Show More");
+  const int compact = rows().height();
+  EXPECT_EQ(compact, 110);
+  toggle().click();
+  settle();
+  EXPECT_EQ(rows().rowCount(), 3U);
+  EXPECT_EQ(rows().height(), 330);
+  EXPECT_EQ(toggle().text(), "Show Less");
+  toggle().click();
+  settle();
+  EXPECT_EQ(rows().height(), compact);
+  EXPECT_EQ(count("usage"), 2U);
+}
+
+TEST_F(PanelTest, OffersNothingWhenThereIsNoMore) {
+  auto world = cityWithAStrike();
+  world.favorites = {{.line = "C"}};
+  startShown(world);
+  EXPECT_TRUE(toggle().isHidden());
+  panel_->setExpanded(true);
+  settle();
+  EXPECT_FALSE(panel_->isExpanded());
+  EXPECT_EQ(rows().height(), 110);
+}
+
+TEST_F(PanelTest, ExpandsAgainWhenAnErrorHasPassed) {
+  startShown();
+  panel_->setExpanded(true);
+  settle();
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::error; });
+  panel_->requestUpdate();
+  advance(1);
+  EXPECT_EQ(rows().height(), 110);
+  EXPECT_FALSE(panel_->isExpanded());
+  EXPECT_TRUE(toggle().isHidden());
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
+  panel_->connectionDidReturn();
+  advance(1);
+  EXPECT_TRUE(panel_->isExpanded());
+  EXPECT_EQ(rows().rowCount(), 3U);
+}
+
+TEST_F(PanelTest, AsksAgainByItselfWhileNothingCanBeLoaded) {
+  auto world = cityWithAStrike();
+  world.service.answer = simulation::WorldService::Answer::error;
+  startShown(world);
+  EXPECT_EQ(count("lookup"), 1U);
+  advance(70);
+  EXPECT_EQ(count("lookup"), 2U);
+  advance(70);
+  EXPECT_EQ(count("lookup"), 2U) << "later each time";
+  advance(70);
+  EXPECT_EQ(count("lookup"), 3U);
+  change([](auto& changed) { changed.service.answer = simulation::WorldService::Answer::lines; });
+  advance(1000);
+  EXPECT_EQ(count("lookup"), 4U) << "not again once it was loaded";
+  panel_->hide();
+  panel_->connectionDidReturn();
+  advance(10000);
+  EXPECT_EQ(count("lookup"), 4U) << "nothing goes on out of sight";
+}
+
+TEST_F(PanelTest, KeysOfTheWindow) {
+  startShown();
+  const auto trigger = [this](const QKeySequence& keys) {
+    for (QAction* action : panel_->actions()) {
+      if (action->shortcuts().contains(keys)) action->trigger();
+    }
+    settle();
+  };
+  trigger(Qt::Key_F5);
+  EXPECT_EQ(panel_->findChildren<QLabel*>().back()->text(), "Updating…");
+  advance(1);
+  EXPECT_EQ(count("lookup"), 2U);
+  EXPECT_EQ(panel_->findChildren<QLabel*>().back()->text(), "A note");
+  trigger(Qt::CTRL | Qt::Key_F);
+  EXPECT_EQ(favoritesShown_, 1);
+  for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
+  EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
+  EXPECT_GT(rows().height(), 200) << "rows grow with their text";
+  trigger(Qt::CTRL | Qt::Key_0);
+  EXPECT_EQ(rows().height(), 110);
+  trigger(Qt::CTRL | Qt::Key_Minus);
+  EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::M);
+  EXPECT_EQ(rows().height(), 110) << "but do not shrink with it";
+  press(*panel_, Qt::Key_Escape);
+  EXPECT_FALSE(panel_->isVisible());
+}
+
+TEST_F(PanelTest, TellsTheWidgetOfItsWidth) {
+  startShown();
+  panel_->resize(500, panel_->height());
+  settle();
+  EXPECT_EQ(panel_->controller().dataSource()->availableWidth(), 480);
+  EXPECT_EQ(rows().rectOf(0).width(), 480);
+}
+
+TEST_F(PanelTest, FollowsTheDesktopsColours) {
+  startShown();
+  const auto middle = [this] {
+    return panel_->grab().toImage().pixelColor(panel_->width() / 2, 14).lightness();
+  };
+  EXPECT_GT(middle(), 200);
+  QPalette dark(QColor(40, 40, 40));
+  panel_->setPalette(dark);
+  settle();
+  EXPECT_EQ(appearanceOf(panel_->palette()), ui::Appearance::dark);
+  EXPECT_LT(middle(), 60);
+}
+
+TEST_F(PanelTest, ALongListScrollsWithinTheScreen) {
+  startShown(cityOf(40), 100);
+  panel_->setExpanded(true);
+  settle();
+  EXPECT_EQ(rows().rowCount(), 40U);
+  EXPECT_LE(panel_->height(), panel_->screen()->availableGeometry().height());
+  EXPECT_EQ(rows().rowAt({10, 10}), 0U);
+  press(rows(), Qt::Key_End);
+  EXPECT_EQ(rows().currentRow(), 39U);
+  EXPECT_EQ(rows().rowAt({10, rows().height() - 10}), 39U);
+}
+
+}  // namespace
+}  // namespace linewatch::desktop

@@ -1,0 +1,147 @@
+#include "desktop/window/row_surface.h"
+
+#include <QAccessible>
+#include <QPointingDevice>
+#include <QTouchEvent>
+#include <QWheelEvent>
+
+#include "desktop/window/panel_test.h"
+
+namespace linewatch::desktop {
+namespace {
+
+class RowSurfaceTest : public PanelTest {
+ protected:
+  void startExpanded(simulation::World world = cityWithAStrike(), std::uint64_t maxRows = 4) {
+    startShown(std::move(world), maxRows);
+    panel_->setExpanded(true);
+    settle();
+  }
+  std::size_t opened() { return count("openUserActivity"); }
+  double scrolledTo() { return panel_->controller().tableView()->contentOffset(); }
+
+  void touch(QEvent::Type type, const QPointF& point) {
+    static const QPointingDevice screen("screen", 1, QInputDevice::DeviceType::TouchScreen,
+                                        QPointingDevice::PointerType::Finger,
+                                        QInputDevice::Capability::Position, 1, 0);
+    const auto state = type == QEvent::TouchBegin    ? QEventPoint::Pressed
+                       : type == QEvent::TouchUpdate ? QEventPoint::Updated
+                                                     : QEventPoint::Released;
+    QTouchEvent event(type, &screen, Qt::NoModifier, {QEventPoint(1, state, point, point)});
+    QApplication::sendEvent(&rows(), &event);
+  }
+};
+
+TEST_F(RowSurfaceTest, AClickOpensTheRowThatItBeganAndEndedOn) {
+  startExpanded();
+  click(rows(), middleOf(0));
+  EXPECT_EQ(opened(), 1U);
+  mouse(rows(), QEvent::MouseButtonPress, middleOf(0));
+  mouse(rows(), QEvent::MouseMove, middleOf(1));
+  mouse(rows(), QEvent::MouseButtonRelease, middleOf(1));
+  EXPECT_EQ(opened(), 1U) << "it was dragged away";
+  click(rows(), middleOf(2));
+  EXPECT_EQ(openedURLs_.size(), 1U);
+}
+
+TEST_F(RowSurfaceTest, KeysMoveAmongTheRowsAndOpenThem) {
+  startExpanded();
+  EXPECT_EQ(rows().currentRow(), 0U);
+  press(rows(), Qt::Key_Down);
+  press(rows(), Qt::Key_Down);
+  press(rows(), Qt::Key_Down);
+  EXPECT_EQ(rows().currentRow(), 2U) << "the last row";
+  press(rows(), Qt::Key_Up);
+  press(rows(), Qt::Key_Return);
+  press(rows(), Qt::Key_Space);
+  EXPECT_EQ(opened(), 2U);
+  press(rows(), Qt::Key_Home);
+  EXPECT_EQ(rows().currentRow(), 0U);
+  panel_->setExpanded(false);
+  settle();
+  EXPECT_EQ(rows().currentRow(), 0U);
+}
+
+TEST_F(RowSurfaceTest, HoverAndPressCanBeSeen) {
+  startExpanded();
+  const QPoint spot(rows().width() / 2, rows().rectOf(0).top() + 4);
+  const auto color = [&] { return rows().grab().toImage().pixelColor(spot); };
+  const QColor idle = color();
+  mouse(rows(), QEvent::MouseMove, spot);
+  const QColor hovered = color();
+  EXPECT_NE(hovered, idle);
+  mouse(rows(), QEvent::MouseButtonPress, spot);
+  EXPECT_NE(color(), hovered);
+  mouse(rows(), QEvent::MouseButtonRelease, spot);
+  EXPECT_EQ(color(), hovered);
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&rows(), &leave);
+  EXPECT_EQ(color(), idle);
+}
+
+TEST_F(RowSurfaceTest, TheWheelScrolls) {
+  startExpanded(cityOf(40), 100);
+  const QPointF point(20, 20);
+  QWheelEvent down(point, rows().mapToGlobal(point), {}, {0, -240}, Qt::NoButton, Qt::NoModifier,
+                   Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&rows(), &down);
+  EXPECT_EQ(scrolledTo(), 110);
+  QWheelEvent up(point, rows().mapToGlobal(point), {0, 30}, {0, 240}, Qt::NoButton, Qt::NoModifier,
+                 Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&rows(), &up);
+  EXPECT_EQ(scrolledTo(), 80) << "pixels where the device knows them";
+}
+
+TEST_F(RowSurfaceTest, AFingerTapsOrScrolls) {
+  startExpanded(cityOf(40), 100);
+  touch(QEvent::TouchBegin, {50, 300});
+  touch(QEvent::TouchEnd, {50, 301});
+  EXPECT_EQ(opened(), 1U);
+  touch(QEvent::TouchBegin, {50, 300});
+  touch(QEvent::TouchUpdate, {50, 200});
+  touch(QEvent::TouchUpdate, {50, 150});
+  touch(QEvent::TouchEnd, {50, 150});
+  EXPECT_EQ(scrolledTo(), 150);
+  EXPECT_EQ(opened(), 1U);
+}
+
+TEST_F(RowSurfaceTest, RowsHaveNamesStatesAndActionsForAssistiveTechnology) {
+  startExpanded();
+  QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&rows());
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(list->role(), QAccessible::List);
+  EXPECT_EQ(list->text(QAccessible::Name), "Advisories");
+  ASSERT_EQ(list->childCount(), 3);
+  QAccessibleInterface* const row = list->child(0);
+  EXPECT_EQ(row->role(), QAccessible::ListItem);
+  EXPECT_EQ(row->text(QAccessible::Name), "Strike");
+  EXPECT_EQ(row->text(QAccessible::Description), "Few trains");
+  EXPECT_EQ(row->parent(), list);
+  EXPECT_EQ(list->indexOfChild(list->child(2)), 2);
+  EXPECT_EQ(list->child(1)->rect().top() - row->rect().top(), 110);
+  EXPECT_EQ(list->childAt(row->rect().center().x(), row->rect().center().y()), row);
+  auto* const actions = row->actionInterface();
+  ASSERT_NE(actions, nullptr);
+  EXPECT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+  actions->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(opened(), 1U);
+  list->child(1)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+  EXPECT_EQ(rows().currentRow(), 1U);
+}
+
+TEST_F(RowSurfaceTest, ARowThatIsGoneIsInvalidForAssistiveTechnology) {
+  startExpanded();
+  QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&rows());
+  QAccessibleInterface* const last = list->child(2);
+  ASSERT_TRUE(last->isValid());
+  panel_->setExpanded(false);
+  settle();
+  EXPECT_EQ(list->childCount(), 1);
+  EXPECT_FALSE(last->isValid());
+  EXPECT_TRUE(last->text(QAccessible::Name).isEmpty());
+  EXPECT_EQ(list->child(2), nullptr);
+  EXPECT_EQ(list->child(0)->text(QAccessible::Name), "LineWatch_Summary_advisory_count(2)");
+}
+
+}  // namespace
+}  // namespace linewatch::desktop

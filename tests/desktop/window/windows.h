@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QProxyStyle>
+#include <QWidget>
+
+namespace linewatch::desktop {
+
+/// Sizes change at once.
+class StillStyle final : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+/// Makes the process's application, without a display, when it is first called.
+inline void needApplication() {
+  static char name[] = "test", option[] = "-platform", value[] = "offscreen";
+  static char* arguments[] = {name, option, value, nullptr};
+  static int count = 3;
+  static QApplication* const application = [] {
+    auto* const made = new QApplication(count, arguments);
+    QApplication::setStyle(new StillStyle);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return made;
+  }();
+  (void)application;
+}
+
+/// Runs what has been put off.
+inline void settle() {
+  for (int i = 0; i < 3; ++i) {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+  }
+}
+
+inline void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QKeyEvent down(QEvent::KeyPress, key, modifiers);
+  QApplication::sendEvent(&widget, &down);
+  QKeyEvent up(QEvent::KeyRelease, key, modifiers);
+  QApplication::sendEvent(&widget, &up);
+  settle();
+}
+
+inline void mouse(QWidget& widget, QEvent::Type type, const QPointF& point) {
+  const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+  const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+  QMouseEvent event(type, point, widget.mapToGlobal(point), button, held, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+inline void click(QWidget& widget, const QPointF& point) {
+  mouse(widget, QEvent::MouseButtonPress, point);
+  mouse(widget, QEvent::MouseButtonRelease, point);
+  settle();
+}
+
+}  // namespace linewatch::desktop
