@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 
 #include <sys/timerfd.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace linewatch::desktop {

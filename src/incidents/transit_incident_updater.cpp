@@ -42,7 +42,7 @@ Array textsOf(const RVTransitIncidentUpdater::Dates& dates) {
 
 std::shared_ptr<RVTransitIncidentUpdater> RVTransitIncidentUpdater::make(TransitLineItems lineItems,
                                                                          Seconds refreshInterval) {
-  const std::shared_ptr<RVTransitIncidentUpdater> updater(
+  std::shared_ptr<RVTransitIncidentUpdater> updater(
       new RVTransitIncidentUpdater(std::move(lineItems), refreshInterval));
   updater->start();
   return updater;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <tuple>
 #include <utility>
@@ -147,6 +148,7 @@ const StepReader::Kind* StepReader::kindOf(const Place& place, const JsonObject&
       std::ranges::find_if(kKinds, [&](const Kind& known) { return name && known.name == *name; });
   if (kind != kKinds.end()) return &*kind;
   std::vector<std::string_view> names;
+  names.reserve(std::size(kKinds));
   for (const Kind& known : kKinds) names.push_back(known.name);
   noteUnknownName(faults_, kindPlace, std::move(names));
   return nullptr;

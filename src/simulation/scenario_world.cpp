@@ -273,7 +273,7 @@ class References {
 const char* textSizeCategory(const std::string& category) {
   return ui::textSizeCategoryNamed(category)
              ? nullptr
-             : "must be one of \"XS\", \"S\", \"M\", \"L\", \"XL\", \"XXL\", \"XXXL\" and \"AX1\" to \"AX5\"";
+             : R"(must be one of "XS", "S", "M", "L", "XL", "XXL", "XXXL" and "AX1" to "AX5")";
 }
 
 void readWorld(Faults& faults, const Place& place, const JsonObject& object, std::string_view except,

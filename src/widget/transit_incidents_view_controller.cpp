@@ -38,7 +38,7 @@ WidgetUpdateResult updateResultOf(const RVResult& result) {
 
 std::shared_ptr<RVTransitIncidentsViewController> RVTransitIncidentsViewController::make(
     std::shared_ptr<ExtensionContext> context, const Size& viewSize) {
-  const std::shared_ptr<RVTransitIncidentsViewController> controller(
+  std::shared_ptr<RVTransitIncidentsViewController> controller(
       new RVTransitIncidentsViewController(std::move(context), viewSize));
   controller->analyticsDelegate_ = std::make_shared<RVTransitIncidentsAnalyticsDelegate>(controller);
   return controller;

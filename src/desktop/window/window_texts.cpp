@@ -32,7 +32,7 @@ QString WindowTexts::operator()(std::string_view name,
 
 QString WindowTexts::dateAndTime(Date date, Date now) const {
   const QDateTime time = localTime(date);
-  const QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
+  QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
   if (time.date() == localTime(now).date()) return timeOfDay;
   return locale_.toString(time.date(), QLocale::LongFormat) + QStringLiteral(", ") + timeOfDay;
 }

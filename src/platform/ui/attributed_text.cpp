@@ -4,8 +4,8 @@
 
 namespace linewatch::ui {
 
-AttributedText::AttributedText(std::string text, TextAttributes attributes) : text_(std::move(text)) {
-  if (!text_.empty()) runs_.push_back({0, std::move(attributes)});
+AttributedText::AttributedText(std::string text, const TextAttributes& attributes) : text_(std::move(text)) {
+  if (!text_.empty()) runs_.push_back({0, attributes});
 }
 
 std::size_t AttributedText::endOf(std::size_t run) const {

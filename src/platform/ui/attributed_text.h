@@ -39,7 +39,7 @@ class AttributedText {
   };
 
   AttributedText() = default;
-  explicit AttributedText(std::string text, TextAttributes attributes = {});
+  explicit AttributedText(std::string text, const TextAttributes& attributes = {});
 
   const std::string& text() const { return text_; }
   bool isEmpty() const { return text_.empty(); }

@@ -116,7 +116,7 @@ std::shared_ptr<TableViewCell> TableView::dequeueReusableCell(const std::string&
     auto chosen = std::find_if(idle.begin(), idle.end(),
                                [&](const IdleCell& each) { return each.lastShown == indexPath; });
     if (chosen == idle.end()) chosen = std::prev(idle.end());
-    const std::shared_ptr<TableViewCell> cell = chosen->cell;
+    std::shared_ptr<TableViewCell> cell = chosen->cell;
     idle.erase(chosen);
     cell->prepareForReuse();
     return cell;
@@ -216,7 +216,7 @@ std::shared_ptr<TableViewCell> TableView::cellFor(std::size_t row, std::vector<S
                                  [&](const ShownRow& each) { return each.cell && each.row == row; });
   if (kept != before.end()) return std::exchange(kept->cell, nullptr);
   const auto source = dataSource_.lock();
-  const auto cell = source ? source->tableViewCellForRowAtIndexPath(*this, indexPathOf(row)) : nullptr;
+  auto cell = source ? source->tableViewCellForRowAtIndexPath(*this, indexPathOf(row)) : nullptr;
   if (!cell) return nullptr;
   showStateOf(*cell, indexPathOf(row));
   if (cell->superview() != this) insertSubview(cell, 0);
@@ -299,7 +299,7 @@ void TableView::showStateOf(TableViewCell& cell, const IndexPath& indexPath) con
   cell.setSelected(selected_ == indexPath);
 }
 
-void TableView::setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value) {
+void TableView::setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value) const {
   if (const auto cell = cellForRow(indexPath)) (*cell.*set)(value);
 }
 

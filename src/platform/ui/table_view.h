@@ -151,7 +151,7 @@ class TableView : public View {
   void clampContentOffset();
   void highlight(std::optional<IndexPath> indexPath);
   void showStateOf(TableViewCell& cell, const IndexPath& indexPath) const;
-  void setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value);
+  void setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value) const;
 
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;

@@ -47,6 +47,7 @@ void View::addSubview(const std::shared_ptr<View>& view) { insertSubview(view, s
 void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
   // The one given may be among the subviews' own.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive while its holder lets go.
   const std::shared_ptr<View> added = view;
   added->removeFromSuperview();
   if (!added->ownLayoutRoot_) added->engine_.reset();
@@ -282,6 +283,7 @@ void View::layoutTree() {
   if (std::exchange(needsLayout_, false)) layoutSubviews();
   if (!std::exchange(descendantNeedsLayout_, false)) return;
   // By index: a layout may add and remove views.
+  // NOLINTNEXTLINE(modernize-loop-convert): a range would not outlive that.
   for (std::size_t i = 0; i < subviews_.size(); ++i) {
     const std::shared_ptr<View> subview = subviews_[i];
     if (subview->needsLayout()) subview->layoutTree();
@@ -353,6 +355,8 @@ void View::invalidate() {
 
 View* View::hitTest(const Point& point) {
   if (hidden_ || !(alpha_ > 0) || !bounds().contains(point)) return nullptr;
+  // Clang 14 cannot compile std::views::reverse of this standard library.
+  // NOLINTNEXTLINE(modernize-loop-convert)
   for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
     if (View* hit = (*subview)->hitTest(point - (*subview)->frame_.origin())) return hit;
   }

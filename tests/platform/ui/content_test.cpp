@@ -33,7 +33,8 @@ class ContentTest : public UiTest {
 
   static std::vector<std::string> linesOf(Label& label) {
     std::vector<std::string> lines;
-    for (const TextLine& line : label.displayedLayout()->lines) {
+    const auto layout = label.displayedLayout();
+    for (const TextLine& line : layout->lines) {
       lines.push_back(label.text().substr(line.begin, line.end - line.begin) + (line.truncated ? "..." : ""));
     }
     return lines;
