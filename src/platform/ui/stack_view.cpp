@@ -12,7 +12,7 @@ void StackView::addArrangedSubview(const std::shared_ptr<View>& view) {
 void StackView::insertArrangedSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
   // The one given may be among the arranged ones.
-  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive while its holder lets go.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
   const std::shared_ptr<View> added = view;
   std::erase(arranged_, added);
   arranged_.insert(arranged_.begin() + static_cast<std::ptrdiff_t>(std::min(index, arranged_.size())), added);
@@ -23,7 +23,7 @@ void StackView::insertArrangedSubview(const std::shared_ptr<View>& view, std::si
 }
 
 void StackView::removeArrangedSubview(const std::shared_ptr<View>& view) {
-  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive while its holder lets go.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
   const std::shared_ptr<View> removed = view;
   if (std::erase(arranged_, removed) == 0) return;
   forgetLinks();

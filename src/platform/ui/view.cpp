@@ -47,7 +47,7 @@ void View::addSubview(const std::shared_ptr<View>& view) { insertSubview(view, s
 void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
   // The one given may be among the subviews' own.
-  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive while its holder lets go.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
   const std::shared_ptr<View> added = view;
   added->removeFromSuperview();
   if (!added->ownLayoutRoot_) added->engine_.reset();
