@@ -77,7 +77,7 @@ LineShield::LineShield(const ShieldDataSource& shield, const std::string& text,
   std::optional<double> width;
   if (widthAtStep3 && *widthAtStep3 > 0)
     width = std::min(*widthAtStep3, ui::kLongestLength) * points / kTextSizeAtStep3;
-  text_ = shapedText(ui::AttributedText(text), shieldFont(size))
+  text_ = shapedText(ui::AttributedText(text), Typeface(shieldFont(size)))
               ->layOut({.width = width ? std::max(points, *width - 2 * padding) : kLongestText * points,
                         .lineBreakMode = ui::LineBreakMode::truncatingTail,
                         .alignment = ui::TextAlignment::left,

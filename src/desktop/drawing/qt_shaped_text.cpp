@@ -4,8 +4,6 @@
 #include <QTextOption>
 #include <algorithm>
 
-#include "desktop/drawing/typefaces.h"
-
 namespace linewatch::desktop {
 
 namespace {
@@ -30,8 +28,8 @@ double widthForQt(double width) { return std::min(width, ui::kLongestLength) + k
 
 }  // namespace
 
-QtShapedText::QtShapedText(const ui::AttributedText& text, const QFont& font)
-    : text_(text.text()), font_(font) {
+QtShapedText::QtShapedText(const ui::AttributedText& text, const Typeface& typeface)
+    : text_(text.text()), typeface_(typeface) {
   for (const ui::AttributedText::Run& run : text.runs()) {
     std::optional<QFont> own;
     if (run.attributes.font) own = qtFont(*run.attributes.font);
@@ -39,6 +37,7 @@ QtShapedText::QtShapedText(const ui::AttributedText& text, const QFont& font)
   }
   if (const auto style = text.paragraphStyle()) lineSpacing_ = style->lineSpacing;
   inOneLine_.resize(text_.paragraphs().size());
+  wrapped_.resize(text_.paragraphs().size());
 }
 
 // A paragraph reads as its first letter does; one without letters as the interface does.
@@ -69,8 +68,8 @@ QtShapedText::SharedLayout QtShapedText::laidOut(const Paragraph& part, const QS
                                                  bool rightToLeft, double width,
                                                  std::size_t maximumNumberOfLines,
                                                  QTextOption::WrapMode wrapMode) const {
-  const auto layout =
-      std::make_shared<QTextLayout>(text_.string().mid(part.begin, part.end - part.begin) + suffix, font_);
+  const auto layout = std::make_shared<QTextLayout>(
+      text_.string().mid(part.begin, part.end - part.begin) + suffix, typeface_.font);
   QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
   option.setTextDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
   option.setWrapMode(wrapMode);
@@ -107,8 +106,14 @@ QtShapedText::SharedLayout QtShapedText::inLines(std::size_t paragraph, const ui
     if (whole->lineAt(0).naturalTextWidth() <= request.width) return whole;
   }
   const Paragraph& part = text_.paragraphs()[paragraph];
-  return laidOut(part, {}, isRightToLeft(part, request.direction), request.width, limit,
-                 QTextOption::WrapAtWordBoundaryOrAnywhere);
+  const bool rightToLeft = isRightToLeft(part, request.direction);
+  Wrapped& known = wrapped_[paragraph];
+  if (!known.layout || known.width != request.width || known.rightToLeft != rightToLeft ||
+      !known.holdsFor(limit)) {
+    known = {laidOut(part, {}, rightToLeft, request.width, limit, QTextOption::WrapAtWordBoundaryOrAnywhere),
+             request.width, rightToLeft, limit};
+  }
+  return known.layout;
 }
 
 double QtShapedText::naturalWidth() const {
@@ -166,7 +171,7 @@ QtShapedText::Line QtShapedText::truncated(const Line& line, double width) const
 }
 
 std::size_t QtShapedText::lineLimitOf(const ui::TextLayoutRequest& request) const {
-  return ui::lineLimit(metricsOf(font_), lineSpacing_, request);
+  return ui::lineLimit(typeface_.metrics, lineSpacing_, request);
 }
 
 std::shared_ptr<const ui::TextLayout> QtShapedText::layOut(const ui::TextLayoutRequest& request) const {

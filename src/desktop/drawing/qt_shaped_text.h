@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "desktop/drawing/text_glyphs.h"
+#include "desktop/drawing/typefaces.h"
 #include "desktop/drawing/unicode_text.h"
 #include "platform/ui/text_engine.h"
 
@@ -15,7 +16,7 @@ namespace linewatch::desktop {
 /// A text with its fonts, which lays itself out with one QTextLayout a paragraph.
 class QtShapedText final : public ui::ShapedText {
  public:
-  QtShapedText(const ui::AttributedText& text, const QFont& font);
+  QtShapedText(const ui::AttributedText& text, const Typeface& typeface);
 
   double naturalWidth() const override;
   std::shared_ptr<const ui::TextLayout> layOut(const ui::TextLayoutRequest& request) const override;
@@ -42,6 +43,19 @@ class QtShapedText final : public ui::ShapedText {
     bool truncated = false;
   };
 
+  struct Wrapped {
+    SharedLayout layout;
+    double width = 0;
+    bool rightToLeft = false;
+    std::size_t limit = 0;
+
+    /// Whether a layout in at most `wanted` lines would be the same.
+    bool holdsFor(std::size_t wanted) const {
+      const auto lines = static_cast<std::size_t>(layout->lineCount());
+      return wanted == limit || (lines < limit && lines <= wanted);
+    }
+  };
+
   bool isRightToLeft(const Paragraph& paragraph, ui::LayoutDirection otherwise) const;
   /// Units of the text, with `suffix` behind them, in at most so many lines.
   SharedLayout laidOut(const Paragraph& part, const QString& suffix, bool rightToLeft, double width,
@@ -61,10 +75,11 @@ class QtShapedText final : public ui::ShapedText {
 
   UnicodeText text_;
   std::vector<Run> runs_;
-  QFont font_;
+  Typeface typeface_;
   double lineSpacing_ = 0;
-  /// Each paragraph in one line, as far as they were asked for: a text that fits is shaped only once.
+  /// Each paragraph as it was last laid out in one line and in lines: a label asks more than once.
   mutable std::vector<SharedLayout> inOneLine_;
+  mutable std::vector<Wrapped> wrapped_;
 };
 
 }  // namespace linewatch::desktop

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "platform/ui/text_engine.h"
+#include <map>
+#include <tuple>
 
-class QFont;
+#include "desktop/drawing/typefaces.h"
+#include "platform/ui/text_engine.h"
 
 namespace linewatch::desktop {
 
@@ -12,9 +14,16 @@ class QtTextEngine final : public ui::TextEngine {
  public:
   ui::FontMetrics metrics(const ui::Font& font) override;
   std::shared_ptr<const ui::ShapedText> shape(const ui::AttributedText& text, const ui::Font& font) override;
+
+ private:
+  using Key = std::tuple<ui::TextStyle, bool, bool, ui::TextSizeCategory>;
+
+  const Typeface& typeface(const ui::Font& font);
+
+  std::map<Key, Typeface> typefaces_;
 };
 
 /// A text in one font that the text styles need not have.
-std::shared_ptr<const ui::ShapedText> shapedText(const ui::AttributedText& text, const QFont& font);
+std::shared_ptr<const ui::ShapedText> shapedText(const ui::AttributedText& text, const Typeface& typeface);
 
 }  // namespace linewatch::desktop

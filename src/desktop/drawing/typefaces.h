@@ -14,4 +14,12 @@ QFont qtFont(const ui::Font& font);
 
 ui::FontMetrics metricsOf(const QFont& font);
 
+/// A font that Qt need not look up again.
+struct Typeface {
+  QFont font;
+  ui::FontMetrics metrics;
+
+  explicit Typeface(const QFont& of) : font(of), metrics(metricsOf(of)) {}
+};
+
 }  // namespace linewatch::desktop
