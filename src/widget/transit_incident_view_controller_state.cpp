@@ -104,7 +104,7 @@ SharedState RVTransitIncidentViewControllerState::unarchiveFromData(const Bytes&
   }
   const auto root = unarchiver->decodeTopLevelObject(allowed, error);
   unarchiver->finishDecoding();
-  return stateIn(root);
+  return error ? nullptr : stateIn(root);
 }
 
 std::string RVTransitIncidentViewControllerState::description() const {

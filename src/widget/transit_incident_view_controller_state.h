@@ -36,8 +36,8 @@ class RVTransitIncidentViewControllerState final : public Object, public Archiva
   /// Null when the parts hold no result.
   static std::shared_ptr<const RVTransitIncidentViewControllerState> makeWithDecoder(KeyedDecoder& decoder);
 
-  /// The state in the archive. Null when the bytes are no archive or hold no state; `error` is set only when
-  /// something in an archive could not be decoded.
+  /// The state in the archive. Null when the bytes are no archive or hold no state, and when something in an
+  /// archive could not be decoded; only then `error` is set.
   static std::shared_ptr<const RVTransitIncidentViewControllerState> unarchiveFromData(
       const Bytes& data, std::optional<Error>& error);
 

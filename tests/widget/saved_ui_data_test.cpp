@@ -20,6 +20,7 @@ using simulation::SimulatedPlatform;
 using simulation::World;
 using State = RVTransitIncidentViewControllerState;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// An archivable object of any class name and parts.
@@ -206,6 +207,10 @@ TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
                kState,
                {{"lineItemResultSuccess", {ArchivedList{damagedLine}}}},
                Then::isRemoved},
+           Row{"a good list, and a text instead of a flag",
+               kState,
+               {{"lineItemResultSuccess", {storageLines()}}, {"expanded", {Value("x")}}},
+               Then::isRemoved},
        }) {
     storeArchive(row.className, row.parts);
     const auto state = loadInNextProcess();
@@ -221,6 +226,7 @@ TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
       EXPECT_TRUE(lines[0].ends_with(": (null)")) << row.name;
     }
     if (row.then == Then::isRemoved) {
+      EXPECT_THAT(lines[0], HasSubstr(": (null) - error: KeyedArchiveErrorDomain ")) << row.name;
       EXPECT_THAT(platform_->transcript().names(), ElementsAre("preferencesRemoved")) << row.name;
     }
   }
