@@ -43,9 +43,10 @@ class RVTransitIncidentUpdater : public std::enable_shared_from_this<RVTransitIn
   }
   std::shared_ptr<RVTransitIncidentUpdaterObserver> observer() const { return observer_.lock(); }
 
-  /// The dates that have not been reported yet. They are read off the incidents once, when the updater is
-  /// made. Dates behind one that is already past when its turn comes stay and are never reported.
-  const Dates& updateDates() const { return dates_; }
+  /// The dates that have not been reported yet, as they are at this moment. They are read off the incidents
+  /// once, when the updater is made. Dates behind one that is already past when its turn comes stay and are
+  /// never reported.
+  Dates updateDates() const { return dates_; }
   const TransitLineItems& lineItems() const { return lineItems_; }
   Seconds refreshInterval() const { return refreshInterval_; }
 

@@ -148,10 +148,12 @@ TEST_F(IncidentUpdater, ArmsTheNextTimerBeforeTheObserverHears) {
   const auto stopper = std::make_shared<Stopper>();
   const auto updater = makeUpdater({{{-1, 30}, {-1, 60}}});
   updater->setObserver(stopper);
+  const auto& before = updater->updateDates();
   platform_->advance(4000);
   EXPECT_EQ(stopper->timers, 3U) << "refresh, first date, second date";
   EXPECT_THAT(stopper->heard, ElementsAre("expired 30 at 30")) << "nothing after it was invalidated";
   EXPECT_THAT(datesOf(*updater), ElementsAre("60"));
+  EXPECT_EQ(before.size(), 2U) << "dates once asked for stay as they were";
 }
 
 TEST_F(IncidentUpdater, LivesInTheLoopUntilItIsInvalidated) {
