@@ -193,8 +193,16 @@ struct Keys<World> {
                                            key("layoutDirection", &World::layoutDirection),
                                            key("scale", &World::scale).checked(positive),
                                            key("textSize", &World::textSize).checked(textSizeCategory),
-                                           key("seed", &World::seed),
-                                           key("random", &World::random),
+                                           key<World>(
+                                               "seed", [](World& world) -> auto& {
+                                                 ++world.seedCount;
+                                                 return world.seed;
+                                               }),
+                                           key<World>(
+                                               "random", [](World& world) -> auto& {
+                                                 ++world.randomCount;
+                                                 return world.random;
+                                               }),
                                            key("host", &World::host),
                                            key("preferences", &World::preferences),
                                            key("favorites", &World::favorites),

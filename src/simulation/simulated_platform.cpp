@@ -46,18 +46,14 @@ SimulatedPlatform::~SimulatedPlatform() { mainLoop().discardAll(); }
 
 void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
   World& world = backstage_->world;
-  const Dictionary before = world.preferences;
+  Dictionary& stored = preferences_->suite(kCompanionAppGroupSuite);
   const Date start = world.start;
   const std::string textSize = world.textSize;
+  world.preferences = stored;
   change(world);
+  stored = world.preferences;
   world.start = start;
   backstage_->worldChanged();
-  for (const auto& [key, value] : world.preferences) {
-    const auto old = before.find(key);
-    if (old == before.end() || old->second != value) {
-      preferences_->suite(kCompanionAppGroupSuite).insert_or_assign(key, value);
-    }
-  }
   if (world.textSize != textSize) notificationCenter_.post(ui::kTextSizeDidChangeNotification);
 }
 

@@ -36,8 +36,9 @@ class SimulatedPlatform final : public Platform {
   ~SimulatedPlatform() override;
 
   const World& world() const { return backstage_->world; }
-  /// Changes the world while the platform runs. Preferences that the change sets are put into the companion
-  /// application's suite at once, another text size is announced; the start of the clock stays.
+  /// Changes the world while the platform runs. The change finds the preferences as the companion
+  /// application's suite holds them by then, and what it makes of them is stored at once; another text size
+  /// is announced; the start of the clock stays.
   void changeWorld(const std::function<void(World&)>& change);
 
   Transcript& transcript() { return *backstage_->transcript; }

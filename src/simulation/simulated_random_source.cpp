@@ -9,12 +9,14 @@ std::uint32_t SimulatedRandomSource::next() {
 
 void SimulatedRandomSource::followWorld() {
   const World& world = backstage_->world;
-  if (list_ != world.random) {
+  if (list_ != world.random || listCount_ != world.randomCount) {
     list_ = world.random;
+    listCount_ = world.randomCount;
     drawn_ = 0;
   }
-  if (seed_ != world.seed) {
+  if (seed_ != world.seed || seedCount_ != world.seedCount) {
     seed_ = world.seed;
+    seedCount_ = world.seedCount;
     generator_.seed(seed_);
   }
 }

@@ -11,7 +11,7 @@ namespace linewatch::simulation {
 
 /// Gives the numbers of the world's list in order, then those of a 32-bit Mersenne Twister (`std::mt19937`,
 /// whose numbers the C++ standard fixes) started with the world's seed. A list or seed that the world is
-/// given while it runs is started from its beginning.
+/// given while it runs is started from its beginning, also when it is the same as before.
 class SimulatedRandomSource final : public RandomSource {
  public:
   explicit SimulatedRandomSource(SharedBackstage backstage)
@@ -24,6 +24,7 @@ class SimulatedRandomSource final : public RandomSource {
 
   SharedBackstage backstage_;
   std::vector<std::uint32_t> list_;
+  std::uint32_t listCount_ = 0, seedCount_ = 0;
   std::size_t drawn_ = 0;
   std::uint32_t seed_;
   std::mt19937 generator_;

@@ -122,9 +122,12 @@ struct World {
   /// Drawn first, in this order; then the generator that `seed` starts takes over.
   std::vector<std::uint32_t> random;
   std::uint32_t seed = 1;
+  /// How often a scenario has given each of them: one that is given again starts again, even if it is the
+  /// same.
+  std::uint32_t randomCount = 0, seedCount = 0;
 
   WorldHost host;
-  /// What the store of the companion application's suite holds at the start.
+  /// What the store of the companion application's suite holds at the start, and when the world is changed.
   Dictionary preferences;
   std::vector<WorldFavorite> favorites;
   KeyedTable<WorldSystem> systems;

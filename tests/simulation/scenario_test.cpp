@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/companion_application.h"
+#include "simulation/simulated_platform.h"
 #include "simulation/transcript_lines.h"
 #include "simulation/world_records.h"
 
@@ -134,6 +136,36 @@ TEST(Scenario, ASetMergesObjectsAndReplacesEverythingElse) {
   EXPECT_EQ(world.incidents.find("i")->end, std::nullopt);
   EXPECT_THAT(world.random, ElementsAre(3U));
   EXPECT_EQ(Value(world.preferences), Value(Dictionary{{"a", Dictionary{{"x", 3}, {"y", 2}}}, {"b", 1}}));
+}
+
+TEST(Scenario, WhatIsSetAgainStartsAgain) {
+  const Scenario scenario = scenarioOf(R"({
+    "random": [5, 6], "seed": 9, "preferences": {"a": {"x": 1}},
+    "steps": [{"do": "set", "random": [5, 6]}, {"do": "set", "seed": 9},
+              {"do": "set", "preferences": {"a": {"x": 1}}}, {"do": "set", "locale": "de"}]})");
+  const auto platform = SimulatedPlatform::make(scenario.world);
+  const auto set = [&](std::size_t step) {
+    platform->changeWorld(std::get<step::Set>(scenario.steps[step]).change);
+  };
+  RandomSource& random = platform->randomSource();
+  EXPECT_EQ(random.next(), 5U);
+  set(0);
+  EXPECT_EQ(random.next(), 5U);
+  EXPECT_EQ(random.next(), 6U);
+  const std::uint32_t first = random.next(), second = random.next();
+  set(1);
+  EXPECT_EQ(random.next(), first);
+
+  const auto store = platform->makePreferencesStore(kCompanionAppGroupSuite);
+  store->setObject(Dictionary{{"x", 2}, {"y", 3}}, "a");
+  store->setObject("stays", "b");
+  set(2);
+  EXPECT_EQ(store->objectForKey("a"), Value(Dictionary{{"x", 1}, {"y", 3}})) << "merged with what is stored";
+  store->removeObject("a");
+  set(3);
+  EXPECT_EQ(store->objectForKey("a"), std::nullopt);
+  EXPECT_EQ(store->objectForKey("b"), Value("stays"));
+  EXPECT_EQ(random.next(), second) << "another change starts nothing again";
 }
 
 TEST(Scenario, NamesThePlaceOfTheFirstFault) {
