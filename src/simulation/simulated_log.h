@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/log.h"
 #include "simulation/backstage.h"
@@ -20,10 +22,16 @@ class SimulatedLog final : public Log {
 
   void write(const LogMessage& message) override {
     if (!isEnabled(message.level)) return;
+    if (listener_) listener_(message);
     backstage_->transcript->record("log", {{"level", message.level == LogLevel::error ? "error" : "debug"},
                                            {"text", withoutAddresses(message.text(false))}});
   }
   bool isEnabled(LogLevel level) const override { return !disabled_.contains(level); }
+
+  /// Told of every line before it is recorded, with its arguments apart.
+  void setListener(std::function<void(const LogMessage& message)> listener) {
+    listener_ = std::move(listener);
+  }
 
   /// Every level is enabled at first.
   void setEnabled(LogLevel level, bool enabled) {
@@ -36,6 +44,7 @@ class SimulatedLog final : public Log {
 
  private:
   SharedBackstage backstage_;
+  std::function<void(const LogMessage&)> listener_;
   std::set<LogLevel> disabled_;
 };
 

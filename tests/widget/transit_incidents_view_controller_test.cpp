@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "list/transit_item_data_source_builder.h"
+#include "platform/companion_application.h"
+#include "platform/log.h"
 #include "simulation/scenario_host.h"
 
 namespace linewatch {
@@ -389,6 +391,45 @@ TEST_F(ViewController, AKilledProcessLeavesTheStateBefore) {
   advance(1);
   EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U)
       << "the strike and good service";
+}
+
+TEST_F(ViewController, LeavesUserDataOutOfCollectedLogs) {
+  Names lines;
+  host_ = std::make_unique<ScenarioHost>(cityWithAStrike());
+  host_->platform().log().setListener([&](const LogMessage& message) {
+    EXPECT_EQ(message.category, "LineWatch");
+    EXPECT_EQ(message.level, LogLevel::debug);
+    lines.push_back(message.text(/*redacted=*/true));
+  });
+  perform(step::Load{});
+  perform(step::Appear{});
+  advance(601);
+  set([](World& world) { world.service.answer = Answer::error; });
+  perform(step::Update{"u"});
+  advance(1);
+  perform(step::Disappear{});
+  perform(step::Load{});
+  set([](World& world) { world.archives = false; });
+  perform(step::Disappear{});
+  auto& saved = host_->platform().preferences().suite(kCompanionAppGroupSuite).begin()->second;
+  Bytes damaged = *saved.get<Bytes>();
+  damaged.pop_back();
+  saved = std::move(damaged);
+  perform(step::Load{});
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          "No view model found in GroupSettings (key: <private>)", "Received 2 favorites from container.",
+          "Issuing favorite lines lookup request for Muids: <private>.", "Received 2 line items.",
+          "Incident updater calculated update dates for incidents: <private>",
+          "Scheduling incident updater  auto refresh update with interval 1800.00",
+          "Incident updater next update date was reached: <private>.", "Received 2 favorites from container.",
+          "Issuing favorite lines lookup request for Muids: <private>.", "Received error: <private>.",
+          "Saving view model to GroupSetting (key: <private>) : <private>",
+          "View model loaded from GroupSettings (key: <private>): <private>",
+          "Unable to cache view model to disk because it couldnt be converted to Blob: <private>",
+          "Error parsing ViewModel data loaded from GroupSettings, removing it (key: <private>): <private> - "
+          "error: <private>"));
 }
 
 TEST_F(ViewController, FetchingOnAnotherThreadEndsTheProcess) {
