@@ -34,7 +34,7 @@ bool deviceIsLocked() {
 IncidentAnalyticsItem analyticsItem(const TransitIncident& incident, const IncidentsToLineMapping& lines) {
   const auto line = lines.find(incident.muid());
   return {std::to_string(line == lines.end() ? std::uint64_t{0} : line->second->muid()),
-          platform().incidentStringProvider().cellTitleForIncident(incident).value_or("")};
+          platform().incidentStringProvider().cellTitleForIncident(incident)};
 }
 
 }  // namespace

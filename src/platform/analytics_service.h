@@ -17,7 +17,8 @@ namespace linewatch {
 struct IncidentAnalyticsItem {
   /// The line's identifier in decimal digits.
   std::string transitLineMuid;
-  std::string transitIncidentTitle;
+  /// Absent when the incident has no title.
+  std::optional<std::string> transitIncidentTitle;
 
   bool operator==(const IncidentAnalyticsItem&) const = default;
 };

@@ -16,8 +16,9 @@ void addIfSet(Dictionary& fields, const char* name, const std::optional<T>& valu
 Dictionary dictionaryOf(const WidgetAnalyticsRecord& record) {
   Array incidents;
   for (const IncidentAnalyticsItem& item : record.transitIncidents) {
-    incidents.emplace_back(Dictionary{{"transitLineMuid", item.transitLineMuid},
-                                      {"transitIncidentTitle", item.transitIncidentTitle}});
+    Dictionary incident{{"transitLineMuid", item.transitLineMuid}};
+    addIfSet(incident, "transitIncidentTitle", item.transitIncidentTitle);
+    incidents.emplace_back(std::move(incident));
   }
   Dictionary fields{{"transitIncidents", std::move(incidents)}};
   addIfSet(fields, "initiallyExpanded", record.initiallyExpanded);

@@ -85,6 +85,16 @@ TEST_F(AnalyticsSession, OneShowingIsOneEvent) {
   EXPECT_THAT(actions(), IsEmpty());
 }
 
+TEST_F(AnalyticsSession, AnIncidentWithoutATitleHasNoneInTheRecord) {
+  analytics_->startSessionIfNeeded();
+  const auto untitled = std::make_shared<const TransitIncidentRecord>(
+      TransitIncidentFields{.muid = 1, .summary = "Few trains"});
+  analytics_->recordInfoForLines({nullptr}, {untitled}, {});
+  analytics_->recordCloseSessionSwiping();
+  EXPECT_EQ(events().at(0).field("record").get<Dictionary>()->at("transitIncidents"),
+            Value(Array{Dictionary{{"transitLineMuid", "0"}}}));
+}
+
 TEST_F(AnalyticsSession, WithoutASessionOnlyAnOpenLeavesATrace) {
   analytics_->recordWidgetChangeDisplayMode(WidgetDisplayMode::expanded);
   record(1);

@@ -44,7 +44,7 @@ constexpr std::array<std::string_view, 1> kStateMigrations = {R"sql(
     widget_session INTEGER NOT NULL REFERENCES widget_session (id),
     position INTEGER NOT NULL,
     line_muid TEXT NOT NULL,
-    title TEXT NOT NULL,
+    title TEXT,
     PRIMARY KEY (widget_session, position)
   ) STRICT;
   CREATE TABLE user_action (

@@ -40,7 +40,7 @@ std::optional<Error> insertIncidents(SqliteDatabase& database, const WidgetAnaly
   for (const IncidentAnalyticsItem& item : record.transitIncidents) {
     auto error = database.run(
         "INSERT INTO shown_incident (widget_session, position, line_muid, title) VALUES (?, ?, ?, ?)",
-        {session, position++, item.transitLineMuid, item.transitIncidentTitle});
+        {session, position++, item.transitLineMuid, parameterOf(item.transitIncidentTitle)});
     if (error) return error;
   }
   return std::nullopt;
@@ -105,7 +105,7 @@ Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& d
     IncidentsOfSessions incidents;
     auto failed = open.run("SELECT widget_session, line_muid, title FROM shown_incident ORDER BY position",
                            {}, [&](const SqliteRow& row) {
-                             incidents[row.integer(0)].push_back({row.text(1), row.text(2)});
+                             incidents[row.integer(0)].push_back({row.text(1), row.optionalText(2)});
                            });
     if (failed) return failed;
     return open.run(

@@ -131,7 +131,7 @@ TEST_F(StoredRecordsTest, AnalyticsKeepEveryFieldAndTellAbsentFromZero) {
   record->initiallyExpanded = false;
   record->transitMessageType = 4;
   record->tappedItemIndex = 0;
-  record->transitIncidents = {{"18446744073709551615", "Strike"}, {"2", ""}};
+  record->transitIncidents = {{"18446744073709551615", "Strike"}, {"2", ""}, {"3", std::nullopt}};
   bool isOn = true;
   StoredAnalyticsLogger logger(openState(), [&] { return isOn; });
   logger.captureEvent(eventWith(record, Date(Seconds(1000.25))), {"session"});
