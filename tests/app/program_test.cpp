@@ -69,6 +69,12 @@ TEST_F(ProgramTest, ShowsAGivenFeed) {
   EXPECT_THAT(german.output, Not(HasSubstr("Good")));
 }
 
+TEST_F(ProgramTest, DrawsAlsoWhatTheWidgetStartsWith) {
+  const auto run = runProgram(given({"render", "-o", folder_ / "none.svg"}));
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "none.svg"));
+}
+
 TEST_F(ProgramTest, SaysWhatCannotBeLoadedAndStillShowsTheErrorRow) {
   struct Row {
     const char *name, *file, *contents, *words;

@@ -32,13 +32,20 @@ void showUntilFetched(RVTransitIncidentsViewController& controller) {
   loop.exec();
 }
 
-Report draw(RVTransitIncidentsViewController& controller, const RenderCommand& command) {
+/// The widget names its preferred size only when its list changes: not for one without favourites, which is
+/// what it starts with.
+Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maximum) {
+  const auto& dataSource = *controller.dataSource();
+  return dataSource.preferredContentSizeForExpanded(dataSource.isExpanded(), maximum);
+}
+
+Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
   const auto& result = controller.transitLineItemResult();
   Report report;
   if (result && result->error())
     report = {.output = {}, .complaint = sentenceOf(*result->error()), .status = 1};
   const desktop::PictureStyle style{
-      .size = controller.preferredContentSize(),
+      .size = size,
       .scale = command.scale,
       .appearance = command.dark ? ui::Appearance::dark : ui::Appearance::light};
   if (const auto error = desktop::savePicture(controller.view(), style, command.output))
@@ -62,8 +69,9 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
       RVTransitIncidentsViewController::make(host, {command.width, StillHost::kRowHeight});
   showUntilFetched(*controller);
   // Only a list that has rows for it can be told to expand.
-  controller->widgetActiveDisplayModeDidChange(mode, host->maximumSizeForDisplayMode(mode));
-  return draw(*controller, command);
+  const Size maximum = host->maximumSizeForDisplayMode(mode);
+  controller->widgetActiveDisplayModeDidChange(mode, maximum);
+  return draw(*controller, sizeOf(*controller, maximum), command);
 }
 
 }  // namespace linewatch::app
