@@ -2,17 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <span>
-#include <system_error>
 
 #include <bzlib.h>
 #include <nlohmann/json.hpp>
 
 #include "activity/rova_activity.h"
+#include "desktop/file_contents.h"
 #include "platform/json_text.h"
 #include "platform/keyed_archiver.h"
 #include "platform/transit_storage_incident.h"
@@ -77,19 +74,12 @@ std::optional<Array> incidentForms(const Bytes& bytes, KeyedArchiver& archiver) 
   return forms;
 }
 
-Outcome<Bytes> contentsOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return failure(file, "", std::generic_category().message(errno));
-  Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (stream.bad()) return failure(file, "", std::generic_category().message(errno));
-  return bytes;
-}
-
 }  // namespace
 
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver) {
-  Outcome<Bytes> bytes = contentsOf(file);
-  if (!bytes) return bytes.error();
+  const Outcome<std::string> contents = desktop::contentsOf(file);
+  if (!contents) return contents.error();
+  Outcome<Bytes> bytes = Bytes(contents->begin(), contents->end());
   Value form{Dictionary()};
   if (std::ranges::equal(kBzip2Magic, std::span(*bytes).first(std::min<std::size_t>(3, bytes->size())))) {
     bytes = unpacked(file, std::move(*bytes));

@@ -70,7 +70,7 @@ Report refused(const Error& error) { return {.output = {}, .complaint = sentence
 
 int finish(const Report& report) {
   write(report.output, stdout);
-  if (std::fflush(stdout) != 0) {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     write("linewatch: cannot write to standard output\n", stderr);
     return 2;
   }

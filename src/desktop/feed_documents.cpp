@@ -1,9 +1,6 @@
 #include "desktop/feed_documents.h"
 
-#include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -11,6 +8,7 @@
 #include "desktop/feeds/gtfs_reader.h"
 #include "desktop/feeds/held_alerts.h"
 #include "desktop/feeds/line_index_encoding.h"
+#include "desktop/file_contents.h"
 #include "desktop/zip_source.h"
 #include "platform/log.h"
 
@@ -54,21 +52,6 @@ Error located(const Error& error, const StoredFeed& feed, const std::string& loc
 fs::path localPath(const std::string& location) {
   constexpr std::string_view kScheme = "file://";
   return location.starts_with(kScheme) ? location.substr(kScheme.size()) : location;
-}
-
-Outcome<std::string> contentsOf(const StoredFeed& feed, const fs::path& file, std::size_t maximumBytes) {
-  const auto reason = [] { return std::generic_category().message(errno); };
-  std::ifstream stream(file, std::ios::binary);
-  std::error_code error;
-  if (fs::is_directory(file, error))
-    return failure(feedCalled(feed), file.string(), "is a folder, not a file");
-  if (!stream) return failure(feedCalled(feed), file.string(), reason());
-  if (fs::file_size(file, error) > maximumBytes && !error) {
-    return failure(feedCalled(feed), file.string(), "larger than any feed of alerts");
-  }
-  std::string contents{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (stream.bad()) return failure(feedCalled(feed), file.string(), reason());
-  return contents;
 }
 
 Outcome<std::unique_ptr<GtfsSource>> openTimetable(const StoredFeed& feed) {
@@ -125,8 +108,8 @@ Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
   if (feed.alerts.empty())
     return failure(feedCalled(feed), "", "it has no alerts, so nothing is known of its lines");
   if (isHttpURL(feed.alerts)) return fetchAlerts(feed, held);
-  Outcome<std::string> payload = contentsOf(feed, localPath(feed.alerts), Kind::kAlerts.maximumBytes);
-  if (!payload) return payload.error();
+  Outcome<std::string> payload = contentsOf(localPath(feed.alerts), Kind::kAlerts.maximumBytes);
+  if (!payload) return within(feedCalled(feed), payload.error());
   auto updated = updatedAlerts(feed.name, held, std::move(*payload));
   if (!updated) return located(updated.error(), feed, feed.alerts);
   return updated;

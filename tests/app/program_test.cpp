@@ -1,7 +1,9 @@
+#include <cstdlib>
 #include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include "app/program_run.h"
 
@@ -101,11 +103,25 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {saved({"favorites", "add", "nope"}), "nope"},
            {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}), "/nowhere"},
            {saved({"feed", "remove", "x"}), "x"},
-           {saved({"open", "/nowhere"}), "/nowhere"}}) {
+           {saved({"open", "/nowhere"}), "/nowhere"},
+           {saved({"open", folder_ / "gtfs"}), "gtfs: Is a directory"},
+           {{"simulate", folder_ / "gtfs"}, "gtfs: Is a directory"},
+           {{"simulate", "/dev/zero"}, "/dev/zero: larger than"}}) {
     const auto run = runProgram(arguments);
     EXPECT_EQ(run.status, 2) << words;
     EXPECT_THAT(run.errors, AllOf(StartsWith("linewatch: "), HasSubstr(words)));
     EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << run.errors;
+  }
+}
+
+TEST_F(ProgramTest, NoticesWhenWhatItPrintsIsLost) {
+  std::string steps = R"({"do": "load"})";
+  for (const std::size_t pages : {0, 50}) {
+    for (std::size_t i = 0; i < pages; ++i) steps += R"(, {"do": "snapshot"})";
+    const std::string scenario = folder_.write("scenario.json", R"({"steps": [)" + steps + "]}");
+    const int status =
+        std::system((std::string(LINEWATCH_PROGRAM) + " simulate " + scenario + " >/dev/full 2>&1").c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 2) << pages;
   }
 }
 
