@@ -64,8 +64,10 @@ SharedLineIndex linesOf(const AlertsMessage& message) {
 
 void checkRecords(const SharedAlertsMessage& message) {
   const SharedLineIndex lines = linesOf(*message);
-  IncidentRecords records(std::make_shared<const IncidentTable>(message, lines),
-                          {.languages = {"en-GB", "fr"}}, Date(Seconds(1'700'000'000)));
+  IncidentRecords records(
+      std::make_shared<const IncidentTable>(message, lines),
+      std::make_shared<const IncidentLanguage>(IncidentLanguage{.languages = {"en-GB", "fr"}}),
+      Date(Seconds(1'700'000'000)));
   for (std::size_t line = 0; line < lines->routes().size(); ++line) {
     for (const SharedIncident& incident : records.ofRoute(line)) {
       require(incident->title() && !incident->title()->empty());

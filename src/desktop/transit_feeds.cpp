@@ -13,7 +13,7 @@ TransitFeeds::TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDo
                            IncidentLanguage language)
     : feeds_(std::move(feeds)),
       documents_(std::move(documents)),
-      language_(std::move(language)),
+      language_(std::make_shared<const IncidentLanguage>(std::move(language))),
       loaded_(feeds_.size()) {}
 
 Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {

@@ -68,7 +68,7 @@ class TransitFeeds {
 
   const std::vector<StoredFeed> feeds_;
   const std::shared_ptr<FeedDocuments> documents_;
-  const IncidentLanguage language_;
+  const SharedIncidentLanguage language_;
 
   mutable std::mutex mutex_;
   std::vector<LoadedFeed> loaded_;

@@ -205,7 +205,14 @@ class AlertsDecoder {
   }
 
  private:
-  explicit AlertsDecoder(std::string payload) : message_(new AlertsMessage(std::move(payload))) {}
+  // As many parts as an ordinary feed of this size has; memory that is not used costs nothing.
+  explicit AlertsDecoder(std::string payload) : message_(new AlertsMessage(std::move(payload))) {
+    const std::size_t size = message_->payload_.size();
+    message_->entities_.reserve(size / 512);
+    message_->translations_.reserve(size / 96);
+    message_->periods_.reserve(size / 256);
+    message_->selectors_.reserve(size / 192);
+  }
 
   std::string place() const {
     const std::string byte = "byte " + std::to_string(offset_);

@@ -13,7 +13,8 @@
 
 namespace linewatch::desktop {
 
-enum class AlertText : std::uint8_t { header, description, url, spokenHeader, spokenDescription };
+/// In the order in which feeds are written.
+enum class AlertText : std::uint8_t { url, header, description, spokenHeader, spokenDescription };
 
 /// One text of an alert in one language, as the feed has it: perhaps not even UTF-8.
 struct AlertTranslation {

@@ -27,7 +27,7 @@ std::string effectAndCauseBelow(std::string_view title, const AlertsMessage::Ent
 
 }  // namespace
 
-IncidentRecords::IncidentRecords(SharedIncidentTable table, IncidentLanguage language, Date now)
+IncidentRecords::IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now)
     : table_(std::move(table)), language_(std::move(language)), now_(now) {}
 
 TransitIncidents IncidentRecords::ofRoute(std::size_t route) {
@@ -45,7 +45,7 @@ SharedIncident IncidentRecords::record(std::uint32_t place) {
 SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   const AlertsMessage& message = table_->message();
   const AlertsMessage::Entity& entity = message.entities()[incident.entity];
-  const FeedTexts& words = language_.texts;
+  const FeedTexts& words = language_->texts;
   const ShownPeriod period = periodToShow(message.periods(entity), now_);
   const std::string header = bestText(incident, AlertText::header);
   std::string description = bestText(incident, AlertText::description);
@@ -90,7 +90,7 @@ std::vector<AlertTranslation> IncidentRecords::translations(const DistinctIncide
   };
   add(incident.entity);
   for (const std::uint32_t place : incident.otherLanguages) add(place);
-  return translationsByFit(std::move(all), language_.languages, table_->lines().language());
+  return translationsByFit(std::move(all), language_->languages, table_->lines().language());
 }
 
 std::string IncidentRecords::bestText(const DistinctIncident& incident, AlertText kind) const {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -21,12 +22,14 @@ struct IncidentLanguage {
   FeedTexts texts = FeedTexts::english();
 };
 
+using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
+
 /// Makes the records of the incidents of a table, each when a line that has it is asked for and once for all
 /// of them.
 class IncidentRecords {
  public:
   /// `now` chooses among the periods of an incident.
-  IncidentRecords(SharedIncidentTable table, IncidentLanguage language, Date now);
+  IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now);
 
   TransitIncidents ofRoute(std::size_t route);
 
@@ -39,7 +42,7 @@ class IncidentRecords {
   OptionalText bestAddress(const DistinctIncident& incident) const;
 
   SharedIncidentTable table_;
-  IncidentLanguage language_;
+  SharedIncidentLanguage language_;
   Date now_;
   std::unordered_map<std::uint32_t, SharedIncident> made_;
 };

@@ -13,11 +13,6 @@ bool typeCovers(std::int32_t selected, const std::optional<std::int32_t>& type) 
   return type && (*type == selected || basicRouteType(*type) == selected);
 }
 
-// Selectors of one incident come one after another, so that the same line may only be the last.
-void append(std::vector<std::uint32_t>& incidents, std::uint32_t incident) {
-  if (incidents.empty() || incidents.back() != incident) incidents.push_back(incident);
-}
-
 std::string counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + (count == 1 ? one : many);
 }
@@ -43,7 +38,7 @@ IncidentTable::IncidentTable(SharedAlertsMessage message, SharedLineIndex lines)
     : message_(std::move(message)),
       lines_(std::move(lines)),
       incidents_(distinctIncidents(*message_)),
-      ofRoutes_(lines_->routes().size()) {
+      lastOfRoutes_(lines_->routes().size(), kNone) {
   indexAgencies();
   for (std::uint32_t incident = 0; incident < incidents_.size(); ++incident) {
     const DistinctIncident& entry = incidents_[incident];
@@ -97,7 +92,9 @@ IncidentTable::Fit IncidentTable::addToRoute(std::uint32_t incident, const Alert
   const FeedRoute& route = lines_->routes()[*place];
   if (!mayBelongTo(route, selector.agencyId)) return Fit::unknown;
   if (selector.routeType && route.type && !typeCovers(*selector.routeType, route.type)) return Fit::unknown;
-  append(ofRoutes_[*place], incident);
+  std::uint32_t& last = lastOfRoutes_[*place];
+  listings_.push_back({.incident = incident, .before = last});
+  last = static_cast<std::uint32_t>(listings_.size() - 1);
   return Fit::lines;
 }
 
@@ -109,7 +106,7 @@ IncidentTable::Fit IncidentTable::addToGroup(std::uint32_t incident, const Alert
   }
   if (!key.agency && !key.type) return Fit::unknown;
   Group& group = groups_[key];
-  append(group.incidents, incident);
+  group.incidents.push_back(incident);
   ++group.selectors;
   return Fit::lines;
 }
@@ -164,7 +161,10 @@ void IncidentTable::forGroupsOf(std::size_t route, Operation operation) const {
 }
 
 std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route) const {
-  std::vector<std::uint32_t> all = ofRoutes_[route];
+  std::vector<std::uint32_t> all;
+  for (std::uint32_t place = lastOfRoutes_[route]; place != kNone; place = listings_[place].before) {
+    all.push_back(listings_[place].incident);
+  }
   forGroupsOf(route, [&](const GroupKey& key) {
     const std::vector<std::uint32_t>& ofGroup = groups_.find(key)->second.incidents;
     all.insert(all.end(), ofGroup.begin(), ofGroup.end());

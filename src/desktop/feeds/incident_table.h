@@ -70,6 +70,12 @@ class IncidentTable {
     std::size_t selectors = 0;
     bool hasLines = false;
   };
+  // An incident of a route, and the place of the route's incident before it.
+  struct Listing {
+    std::uint32_t incident;
+    std::uint32_t before;
+  };
+  static constexpr std::uint32_t kNone = ~std::uint32_t{0};
   enum class Fit { lines, noLine, unknown };
 
   void indexAgencies();
@@ -88,7 +94,9 @@ class IncidentTable {
   SharedLineIndex lines_;
   std::vector<DistinctIncident> incidents_;
   std::map<std::string_view, bool> agencyTexts_;  // true for an id, false for a name alone
-  std::vector<std::vector<std::uint32_t>> ofRoutes_;
+  // One list for all routes, as most have few incidents or none: each entry leads to the one before it.
+  std::vector<Listing> listings_;
+  std::vector<std::uint32_t> lastOfRoutes_;
   std::map<GroupKey, Group> groups_;
   SelectorCounts counts_;
 };

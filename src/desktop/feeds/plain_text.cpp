@@ -102,15 +102,20 @@ void write(FoldedWriter& writer, std::int32_t character) {
   u_isUWhiteSpace(character) ? writer.space() : writer.character(character);
 }
 
-// The length of what the text starts with and what stays as it is: visible ASCII, and letters of two bytes.
+// The length of what the text starts with and what stays as it is: visible ASCII and letters of two bytes,
+// with single spaces between them.
 std::size_t plainRun(std::string_view text) {
   const auto byteAt = [text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
+  const auto isVisibleAscii = [](unsigned char byte) { return byte > ' ' && byte < 0x7F; };
   std::size_t end = 0;
   while (end < text.size()) {
     const unsigned char byte = byteAt(end);
-    if (byte > ' ' && byte < 0x7F) {
+    const bool hasNext = end + 1 < text.size();
+    if (isVisibleAscii(byte)) {
       ++end;
-    } else if (byte >= 0xC3 && byte <= 0xDF && end + 1 < text.size() && (byteAt(end + 1) & 0xC0U) == 0x80U) {
+    } else if (byte >= 0xC3 && byte <= 0xDF && hasNext && (byteAt(end + 1) & 0xC0U) == 0x80U) {
+      end += 2;
+    } else if (byte == ' ' && end > 0 && hasNext && isVisibleAscii(byteAt(end + 1))) {
       end += 2;
     } else {
       break;

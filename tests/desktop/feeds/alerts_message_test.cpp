@@ -56,9 +56,9 @@ TEST(AlertsMessage, HoldsWhatTheBytesSay) {
   using Text = AlertTranslation;
   EXPECT_THAT(
       message->translations(works),
-      ElementsAre(Text{AlertText::header, "Works", "en"}, Text{AlertText::header, "Bauarbeiten", "de"},
-                  Text{AlertText::description, "Buses run instead.", "en"},
-                  Text{AlertText::url, "https://example.org/", ""}));
+      ElementsAre(Text{AlertText::url, "https://example.org/", ""}, Text{AlertText::header, "Works", "en"},
+                  Text{AlertText::header, "Bauarbeiten", "de"},
+                  Text{AlertText::description, "Buses run instead.", "en"}));
 }
 
 TEST(AlertsMessage, NewerPeriodsReplaceTheActiveOnes) {

@@ -65,7 +65,7 @@ void describe(std::string& all, const peer::Alert& alert) {
     add(all, "trip's route ", selector.trip().route_id());
     add(all, "stop ", selector.stop_id().empty() ? 0 : 1);
   }
-  for (const peer::TranslatedString* texts : {&alert.header_text(), &alert.description_text(), &alert.url(),
+  for (const peer::TranslatedString* texts : {&alert.url(), &alert.header_text(), &alert.description_text(),
                                               &alert.tts_header_text(), &alert.tts_description_text()}) {
     for (const auto& text : texts->translation()) add(all, "text ", text.text() + "@" + text.language());
   }

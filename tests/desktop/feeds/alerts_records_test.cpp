@@ -29,7 +29,7 @@ SharedLineIndex threeLines() {
 IncidentRecords recordsOf(const FeedSketch& feed, std::vector<std::string> languages = {"en"},
                           double now = 0) {
   return {std::make_shared<const IncidentTable>(messageOf(feed), threeLines()),
-          {.languages = std::move(languages)},
+          std::make_shared<const IncidentLanguage>(IncidentLanguage{.languages = std::move(languages)}),
           Date(Seconds(now))};
 }
 

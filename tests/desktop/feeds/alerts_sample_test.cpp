@@ -1,4 +1,5 @@
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -30,7 +31,8 @@ class SampleAlerts : public testing::Test {
   }
 
   std::vector<std::string> titles(const char* route, const char* language) const {
-    IncidentRecords records(table_, {.languages = {language}}, Date());
+    IncidentRecords records(
+        table_, std::make_shared<const IncidentLanguage>(IncidentLanguage{.languages = {language}}), Date());
     std::vector<std::string> all;
     for (const SharedIncident& incident : records.ofRoute(lines_->routeWithId(route).value())) {
       all.push_back(incident->title().value_or("-"));
