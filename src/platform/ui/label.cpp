@@ -1,5 +1,6 @@
 #include "platform/ui/label.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/platform.h"
@@ -106,19 +107,25 @@ double Label::lastBaselineFromBottom() {
 }
 
 // The height matters only where the text measured does not fit.
-std::shared_ptr<const TextLayout> Label::displayedLayout() {
-  if (text_.isEmpty() || bounds().isEmpty()) return std::make_shared<const TextLayout>();
-  const TextLayoutRequest request = requestFor(frame().width);
+std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
+  if (text_.isEmpty() || !(size.width > 0 && size.height > 0)) return std::make_shared<const TextLayout>();
+  const TextLayoutRequest request = requestFor(size.width);
   if (measured_ && measured_->request == request &&
-      measured_->layout->size.height <= frame().height + kTolerance) {
+      measured_->layout->size.height <= size.height + kTolerance) {
     return measured_->layout;
   }
   TextLayoutRequest limited = request;
-  limited.maximumHeight = frame().height + kTolerance;
+  limited.maximumHeight = size.height + kTolerance;
   const auto& layout = layOut(displayed_, limited);
-  const bool readable = frame().height >= kReadableShare * layout->size.height;
+  const bool readable = size.height >= kReadableShare * layout->size.height;
   return readable ? layout : std::make_shared<const TextLayout>();
 }
+
+double Label::contentHeightWithin(const Size& size) {
+  return std::min(size.height, layoutWithin(size)->size.height);
+}
+
+std::shared_ptr<const TextLayout> Label::displayedLayout() { return layoutWithin(frame().size()); }
 
 Color Label::effectiveTextColor() const {
   for (const View* view = superview(); view != nullptr; view = view->superview()) {

@@ -43,6 +43,7 @@ class Label : public View {
 
   std::optional<double> intrinsicWidth() override;
   std::optional<double> intrinsicHeight(double width) override;
+  double contentHeightWithin(const Size& size) override;
   /// Both are those of the text at the width last measured; an empty label's baselines are its edges.
   std::optional<double> firstBaselineFromTop() override;
   double lastBaselineFromBottom() override;
@@ -58,6 +59,7 @@ class Label : public View {
   TextLayoutRequest requestFor(double width) const;
   const std::shared_ptr<const TextLayout>& layOut(std::optional<Laid>& laid,
                                                   const TextLayoutRequest& request);
+  std::shared_ptr<const TextLayout> layoutWithin(const Size& size);
   const ShapedText& shaped();
   void contentDidChange();
   Color effectiveTextColor() const;

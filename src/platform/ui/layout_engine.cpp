@@ -23,6 +23,12 @@ bool isBaseline(LayoutAttribute attribute) {
   return attribute == LayoutAttribute::firstBaseline || attribute == LayoutAttribute::lastBaseline;
 }
 
+bool isShownIn(const View& root, const View& view) {
+  const View* each = &view;
+  while (each != nullptr && each != &root && !each->isHidden()) each = each->superview();
+  return each == &root;
+}
+
 bool sameTerms(const LinearConstraint& a, const LinearConstraint& b) {
   if (a.termCount != b.termCount || a.priority != b.priority || a.relation != b.relation) return false;
   for (std::size_t i = 0; i < a.termCount; ++i) {
@@ -257,7 +263,9 @@ void LayoutEngine::solve(const Size& rootSize, LayoutPriority horizontal, Layout
   if (systems_[0].solve()) logLeftOut(Axis::horizontal);
   measureHeights();
   updateDependentConstraints();
-  if (systems_[1].solve()) logLeftOut(Axis::vertical);
+  const bool changed = systems_[1].solve();
+  if (shortenTexts()) systems_[1].solve();
+  if (changed) logLeftOut(Axis::vertical);
 }
 
 void LayoutEngine::setRow(RowId& row, Axis axis, const LinearConstraint& linear) {
@@ -282,16 +290,18 @@ void LayoutEngine::updateWidths() {
 void LayoutEngine::setContentRows(Item& item, Axis axis, std::optional<double> length) {
   ItemAxis& part = axisOf(item, axis);
   if (!length) {
-    for (RowId* row : {&part.hugging, &part.resistance}) {
+    for (RowId* row : {&part.hugging, &part.resistance, &part.notNegative}) {
       if (*row) system(axis).remove(**row);
       row->reset();
     }
     return;
   }
   LinearConstraint linear;
-  linear.constant = -std::max(0.0, sanitizedLength(*length));
   linear.addTerm(part.size, 1);
   linear.relation = Relation::greaterThanOrEqual;
+  linear.priority = kFramePriority;
+  setRow(part.notNegative, axis, linear);
+  linear.constant = -std::max(0.0, sanitizedLength(*length));
   linear.priority = std::min(item.view->contentCompressionResistancePriority(axis), kFramePriority);
   setRow(part.resistance, axis, linear);
   linear.relation = Relation::lessThanOrEqual;
@@ -324,22 +334,67 @@ void LayoutEngine::setFrameRows(Item& item) {
 
 void LayoutEngine::measureHeights() {
   for (std::size_t i = 1; i < items_.size(); ++i) {
-    View* view = items_[i].view;
-    if (view == nullptr) continue;
-    const Edges horizontal = edges(items_[i], Axis::horizontal);
-    const double width = horizontal.high - horizontal.low;
-    if (!view->contentChanged_ && items_[i].measuredWidth == width) continue;
-    items_[i].measuredWidth = width;
-    setContentRows(items_[i], Axis::vertical, view->intrinsicHeight(width));
-    readBaselines(items_[i]);
-    view->contentChanged_ = false;
+    if (items_[i].view == nullptr) continue;
+    measureHeight(items_[i]);
+    keepInRoot(items_[i]);
   }
+}
+
+void LayoutEngine::measureHeight(Item& item) {
+  const Edges horizontal = edges(item, Axis::horizontal);
+  const double width = horizontal.high - horizontal.low;
+  if (!item.view->contentChanged_ && item.measuredWidth == width) return;
+  item.measuredWidth = width;
+  setContentRows(item, Axis::vertical, item.view->intrinsicHeight(width));
+  readBaselines(item);
+  item.view->contentChanged_ = false;
 }
 
 void LayoutEngine::readBaselines(Item& item) {
   item.firstBaselineFromTop = item.view->firstBaselineFromTop();
   if (item.firstBaselineFromTop) item.firstBaselineFromTop = sanitizedLength(*item.firstBaselineFromTop);
   item.lastBaselineFromBottom = sanitizedLength(item.view->lastBaselineFromBottom());
+}
+
+// A frame that was given may be anywhere, and what is hidden need not be at a place that anything determines.
+void LayoutEngine::keepInRoot(Item& item) {
+  const bool wanted =
+      item.firstBaselineFromTop && item.view->isLaidOutByConstraints() && isShownIn(root_, *item.view);
+  if (wanted == item.belowTop.has_value()) return;
+  if (!wanted) {
+    for (RowId* row : {&item.belowTop, &item.aboveBottom}) {
+      system(Axis::vertical).remove(**row);
+      row->reset();
+    }
+    return;
+  }
+  const ItemAxis& part = axisOf(item, Axis::vertical);
+  LinearConstraint linear;
+  linear.priority = kTextInsidePriority;
+  linear.relation = Relation::greaterThanOrEqual;
+  linear.addTerm(part.position, 1);
+  setRow(item.belowTop, Axis::vertical, linear);
+  linear.relation = Relation::lessThanOrEqual;
+  linear.addTerm(part.size, 1);
+  linear.addTerm(axisOf(items_.front(), Axis::vertical).size, -1);
+  setRow(item.aboveBottom, Axis::vertical, linear);
+}
+
+// What was made smaller than its content asks for only the lines that it then shows, so that a block of texts
+// is as high as what can be seen of it. The next layout starts from the whole content again.
+bool LayoutEngine::shortenTexts() {
+  bool shortened = false;
+  for (Item& item : items_) {
+    if (!item.belowTop || !axisOf(item, Axis::vertical).resistance) continue;
+    const Rect frame = frameInRoot(item);
+    const double whole = -systems_[1].constantOf(*axisOf(item, Axis::vertical).resistance);
+    if (frame.height >= whole) continue;
+    const double wanted = item.view->contentHeightWithin(frame.size());
+    setContentRows(item, Axis::vertical, wanted);
+    item.measuredWidth.reset();
+    shortened = true;
+  }
+  return shortened;
 }
 
 void LayoutEngine::updateDependentConstraints() {

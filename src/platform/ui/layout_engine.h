@@ -43,7 +43,7 @@ class LayoutEngine {
     /// Not used for the root, whose position is 0.
     Variable position = 0;
     Variable size = 0;
-    RowId framePosition, frameSize, hugging, resistance;
+    RowId framePosition, frameSize, hugging, resistance, notNegative;
   };
 
   struct Item {
@@ -54,6 +54,8 @@ class LayoutEngine {
     std::optional<double> measuredWidth;
     std::optional<double> firstBaselineFromTop;
     double lastBaselineFromBottom = 0;
+    /// Of a text that is shown: what keeps it below the root's top and above its bottom.
+    RowId belowTop, aboveBottom;
     bool isRoot = false;
   };
 
@@ -99,7 +101,10 @@ class LayoutEngine {
   void setFrameRows(Item& item);
   void updateWidths();
   void measureHeights();
+  void measureHeight(Item& item);
   void readBaselines(Item& item);
+  void keepInRoot(Item& item);
+  bool shortenTexts();
   void updateDependentConstraints();
   void logLeftOut(Axis axis);
 

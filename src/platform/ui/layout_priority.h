@@ -15,6 +15,9 @@ using LayoutPriority = double;
 inline constexpr LayoutPriority kRequiredPriority = 1000;
 /// How strongly content resists being made smaller than it is, unless a view says otherwise.
 inline constexpr LayoutPriority kHighPriority = 750;
+/// How strongly text stays between the top and the bottom of its layout root: it is rather cut short, by
+/// whole lines, than drawn across an edge.
+inline constexpr LayoutPriority kTextInsidePriority = 800;
 /// How strongly content resists being made larger.
 inline constexpr LayoutPriority kLowPriority = 250;
 /// Pulls a size towards nothing where it is asked how small it can be.

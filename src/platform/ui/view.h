@@ -86,6 +86,8 @@ class View : public LayoutItem {
   /// gave the view.
   virtual std::optional<double> intrinsicWidth() { return std::nullopt; }
   virtual std::optional<double> intrinsicHeight(double /*width*/) { return std::nullopt; }
+  /// How much of a size that is too small for the content the content fills: whole lines, of a text.
+  virtual double contentHeightWithin(const Size& size) { return size.height; }
   /// To be called whenever the answers may have changed, the baselines' too.
   void invalidateIntrinsicContentSize();
   /// The first baseline's distance below the top; absent: the view's bottom is its first baseline.

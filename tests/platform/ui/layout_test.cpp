@@ -57,18 +57,36 @@ TEST_F(LayoutTest, ARowOfTextAndImage) {
   EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 15.5, 327, 33}));
 }
 
-TEST_F(LayoutTest, TextThatIsTooTallGivesWayFromTheEnd) {
+TEST_F(LayoutTest, TextThatIsTooTallGivesWayFromTheEndByWholeLines) {
   SampleRow row;
   row.primary->setText("Replacement buses");
   row.secondary->setText(std::string(1000, 'x'));
   row.layOutAtWidth(359);
   EXPECT_EQ(inCell(*row.primary, row).height, 17.5) << "the first text is shown whole";
-  EXPECT_EQ(row.guide->layoutFrame().height, 110);
   const auto layout = row.secondary->displayedLayout();
-  ASSERT_FALSE(layout->lines.empty());
+  ASSERT_THAT(layout->lines, SizeIs(5));
   EXPECT_TRUE(layout->lines.back().truncated);
-  EXPECT_LE(layout->size.height, row.secondary->frame().height + 1e-6);
+  // The block is as high as the lines that are left, and no line crosses an edge of the row.
+  EXPECT_EQ(inCell(*row.secondary, row).height, layout->size.height);
+  EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 8.5, 327, 93}));
+  EXPECT_GE(inCell(*row.primary, row).y, 0);
+  EXPECT_LE(inCell(*row.secondary, row).maxY(), 110);
+
+  row.height->setConstant(200);
+  row.layOutAtWidth(359);
+  EXPECT_GT(row.secondary->displayedLayout()->lines.size(), 5U) << "what was left out comes back";
   EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(LayoutTest, WhereBothTextsAreTooTallTheFirstIsShown) {
+  SampleRow row;
+  row.primary->setText(std::string(1000, 'x'));
+  row.secondary->setText(std::string(1000, 'y'));
+  row.layOutAtWidth(359);
+  EXPECT_THAT(row.secondary->displayedLayout()->lines, IsEmpty());
+  EXPECT_EQ(row.primary->displayedLayout()->lines.size(), 6U);
+  EXPECT_GE(inCell(*row.primary, row).y, 0);
+  EXPECT_LE(inCell(*row.primary, row).maxY(), 110);
 }
 
 TEST_F(LayoutTest, RightToLeftIsTheMirrorImage) {
