@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "app/screen/still_host.h"
+#include "desktop/compact_size.h"
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/drawing/offscreen_application.h"
 #include "desktop/drawing/picture.h"
@@ -64,9 +65,10 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
       Session::open(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
   if (!session) return refused(session.error());
   const WidgetDisplayMode mode = command.expanded ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
-  const auto host = std::make_shared<StillHost>(command.width, mode, options.maxRows);
-  const auto controller =
-      RVTransitIncidentsViewController::make(host, {command.width, StillHost::kRowHeight});
+  const Size compact{command.width, desktop::compactHeightAt(command.textSize)};
+  const auto host = std::make_shared<StillHost>(
+      compact, desktop::tallestPicture(command.width, command.scale), mode, options.maxRows);
+  const auto controller = RVTransitIncidentsViewController::make(host, compact);
   showUntilFetched(*controller);
   // Only a list that has rows for it can be told to expand.
   const Size maximum = host->maximumSizeForDisplayMode(mode);

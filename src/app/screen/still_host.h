@@ -1,26 +1,27 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "platform/extension_context.h"
 
 namespace linewatch::app {
 
-/// A host that shows the widget once: as wide as it is told, every row of the same height, and as many rows
-/// as are allowed. It opens nothing.
+/// A host that shows the widget once: every row as high as the compact widget, and as many rows as there is
+/// room for. It opens nothing.
 class StillHost final : public ExtensionContext {
  public:
-  /// Points, of the compact widget and so of each row.
-  static constexpr double kRowHeight = 110;
-  /// What no limit comes to: more rows than anyone looks at, in a picture that can still be drawn.
-  static constexpr std::uint64_t kMostRows = 1000;
-
-  StillHost(double width, WidgetDisplayMode mode, std::uint64_t maxRows)
-      : width_(width), mode_(mode), maxRows_(maxRows == 0 || maxRows > kMostRows ? kMostRows : maxRows) {}
+  /// `compact` is the size of the compact widget, in points; `maxHeight` what the rows may not exceed;
+  /// `maxRows` 0 for as many as fit.
+  StillHost(const Size& compact, double maxHeight, WidgetDisplayMode mode, std::uint64_t maxRows)
+      : compact_(compact), mode_(mode) {
+    const auto fitting = std::max<std::uint64_t>(1, static_cast<std::uint64_t>(maxHeight / compact.height));
+    maxRows_ = maxRows == 0 ? fitting : std::min(maxRows, fitting);
+  }
 
   Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const override {
-    return {width_,
-            mode == WidgetDisplayMode::compact ? kRowHeight : kRowHeight * static_cast<double>(maxRows_)};
+    if (mode == WidgetDisplayMode::compact) return compact_;
+    return {compact_.width, compact_.height * static_cast<double>(maxRows_)};
   }
   WidgetDisplayMode activeDisplayMode() const override { return mode_; }
   void setLargestAvailableDisplayMode(WidgetDisplayMode) override {}
@@ -29,7 +30,7 @@ class StillHost final : public ExtensionContext {
   }
 
  private:
-  double width_;
+  Size compact_;
   WidgetDisplayMode mode_;
   std::uint64_t maxRows_;
 };

@@ -7,6 +7,7 @@
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QSvgGenerator>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <string>
@@ -96,6 +97,11 @@ Writing writingFor(const std::filesystem::path& file) {
 }
 
 }  // namespace
+
+double tallestPicture(double width, double scale) {
+  const double columns = std::max(1.0, std::ceil(width * scale));
+  return std::floor(std::min(kLongestSide, kMostPixels / columns)) / scale;
+}
 
 std::optional<QImage> imageOf(ui::View& view, const PictureStyle& style) {
   const std::optional<PixelSize> pixels = pixelsOf(style);

@@ -19,9 +19,12 @@ struct PictureStyle {
   ui::Appearance appearance = ui::Appearance::light;
 };
 
-/// The view on the appearance's background. Absent where the size is not positive or larger than pictures are
-/// (16,384 pixels a side, 128 million in all). The view keeps the size and the scale. Needs a
-/// QGuiApplication.
+/// How high a picture of a width can be, in points: it has at most 16,384 pixels a side, and 128 million in
+/// all.
+double tallestPicture(double width, double scale);
+
+/// The view on the appearance's background. Absent where the size is not positive or larger than pictures
+/// are. The view keeps the size and the scale. Needs a QGuiApplication.
 std::optional<QImage> imageOf(ui::View& view, const PictureStyle& style);
 
 /// Writes the view as PNG, SVG or PDF, as the file's extension says. SVG and PDF have no pixels but for

@@ -17,6 +17,7 @@
 #include <cmath>
 #include <utility>
 
+#include "desktop/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/window_colors.h"
@@ -269,10 +270,8 @@ double PanelWindow::roomForRows() const {
   return screen()->availableGeometry().height() - 2 * kMargin - kHeaderHeight - kFrameAllowance;
 }
 
-/// Rows grow with the text but do not shrink with it.
 PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize) const {
-  const double scale = std::max(1.0, ui::scaleFactor(ui::TextStyle::body, textSize));
-  const double rowHeight = std::round(kCompactSize.height * scale);
+  const double rowHeight = compactHeightAt(textSize);
   const double rows = maxRows_ > 0 ? static_cast<double>(maxRows_) : std::floor(roomForRows() / rowHeight);
   return {static_cast<double>(width() - 2 * kMargin), rowHeight, rowHeight * std::max(1.0, rows)};
 }

@@ -39,9 +39,6 @@ struct PanelServices {
 /// Main thread.
 class PanelWindow final : public QWidget {
  public:
-  /// Points, of the compact widget at the usual text size.
-  static constexpr Size kCompactSize{359, 110};
-
   /// `maxRows` limits the rows of the expanded widget, 0: as many as the screen has room for.
   PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows = 0);
   ~PanelWindow() override;
