@@ -14,9 +14,10 @@ namespace linewatch::desktop {
 
 namespace {
 
-// In code points. A row has as many lines as it needs, so that only what nobody meant to be read is cut.
+// In code points. A row shows four lines or so at the usual text size and ends them with an ellipsis; in the
+// text itself only what nobody meant to be read is cut.
 constexpr std::size_t kEnough = 60;        // a further sentence follows only a shorter text ...
-constexpr std::size_t kComfortable = 160;  // ... and only if the whole stays below this
+constexpr std::size_t kComfortable = 100;  // ... and only if a row has room for both
 constexpr std::size_t kLongest = 400;
 
 std::string onOneLine(std::string_view text) {
