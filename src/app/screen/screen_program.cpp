@@ -4,6 +4,7 @@
 
 #include "app/commands.h"
 #include "app/screen/panel_command.h"
+#include "app/screen/qt_messages.h"
 #include "app/screen/render_command.h"
 
 namespace linewatch::app {
@@ -30,6 +31,7 @@ int runOnScreen(int argc, char** argv) {
     return answer->status;
   }
   const auto& line = std::get<CommandLine>(parsed);
+  logQtMessages(line.common.verbose);
   return finish(std::visit(Dispatch{line.common}, line.command));
 }
 

@@ -1,0 +1,27 @@
+#include "app/screen/qt_messages.h"
+
+#include <QString>
+#include <atomic>
+
+#include "desktop/roles/stderr_log.h"
+
+namespace linewatch::app {
+
+namespace {
+
+// Messages come from every thread, and before there is a platform.
+std::atomic<bool> isVerboseAboutQt = false;
+
+void logQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  const LogLevel level = type == QtFatalMsg ? LogLevel::error : LogLevel::debug;
+  desktop::StderrLog(isVerboseAboutQt).write({level, kLogCategory, "Qt: %@", {Value(text.toStdString())}});
+}
+
+}  // namespace
+
+void logQtMessages(bool isVerbose) {
+  isVerboseAboutQt = isVerbose;
+  qInstallMessageHandler(logQtMessage);
+}
+
+}  // namespace linewatch::app
