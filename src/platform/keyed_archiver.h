@@ -33,8 +33,11 @@ class KeyedCoder {
   virtual void encodeBytes(std::string_view key, const Bytes& bytes) = 0;
 };
 
-/// Which kinds of object a decoding accepts: class names of archivable objects, and the two kinds below.
+/// Which kinds of object a decoding accepts: class names of archivable objects, and the three kinds below.
+/// What a list holds must be allowed as well.
 using AllowedClasses = std::set<std::string, std::less<>>;
+/// Any plain value, with all that it holds.
+inline constexpr std::string_view kArchivedValueClass = "value";
 inline constexpr std::string_view kArchivedArrayClass = "array";
 inline constexpr std::string_view kArchivedErrorClass = "error";
 

@@ -46,7 +46,7 @@ class Reader::ObjectDecoder final : public KeyedDecoder {
   }
 
   using Part = std::pair<std::string_view, std::size_t>;
-  static constexpr std::array kAllKinds = {kArchivedArrayClass, kArchivedErrorClass};
+  static constexpr std::array kAllKinds = {kArchivedValueClass, kArchivedArrayClass, kArchivedErrorClass};
 
   Reader& reader_;
   std::vector<Part> parts_;
@@ -217,6 +217,7 @@ std::optional<ArchivedObject> Reader::decode(std::size_t position, const Allowed
     case Kind::object:
       return decodeArchivable(contents, allowed);
     default:
+      if (!isAllowed(kArchivedValueClass, allowed)) return std::nullopt;
       return ArchivedObject{decodeValue(position)};
   }
 }

@@ -72,13 +72,17 @@ std::optional<ArchivedObject> ArchiveReader::decode(const Json& json, const Allo
     case Kind::array:
       break;
   }
-  return decodePlain(json);
+  return decodePlain(json, allowed);
 }
 
-std::optional<ArchivedObject> ArchiveReader::decodePlain(const Json& json) {
-  if (auto value = valueOf(json)) return ArchivedObject{std::move(*value)};
-  fail(ArchiveErrorCode::malformed, "an item is no value");
-  return std::nullopt;
+std::optional<ArchivedObject> ArchiveReader::decodePlain(const Json& json, const AllowedClasses& allowed) {
+  auto value = valueOf(json);
+  if (!value) {
+    fail(ArchiveErrorCode::malformed, "an item is no value");
+    return std::nullopt;
+  }
+  if (!isAllowed(kArchivedValueClass, allowed)) return std::nullopt;
+  return ArchivedObject{std::move(*value)};
 }
 
 std::optional<ArchivedObject> ArchiveReader::decodeError(const Json& json, const AllowedClasses& allowed) {

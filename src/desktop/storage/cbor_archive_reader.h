@@ -27,7 +27,7 @@ class ArchiveReader final : public KeyedUnarchiver {
 
   // Each of these gives none and keeps the failure when the JSON value is not what it should be.
   std::optional<ArchivedObject> decode(const Json& json, const AllowedClasses& allowed);
-  std::optional<ArchivedObject> decodePlain(const Json& json);
+  std::optional<ArchivedObject> decodePlain(const Json& json, const AllowedClasses& allowed);
   std::optional<ArchivedObject> decodeError(const Json& json, const AllowedClasses& allowed);
   std::optional<ArchivedObject> decodeList(const Json& json, const AllowedClasses& allowed);
   std::optional<ArchivedObject> decodeArchivable(const Json& json, const AllowedClasses& allowed);

@@ -23,7 +23,7 @@ class Parcel final : public Archivable {
   Bytes bytes_;
 };
 
-const AllowedClasses kAll = {"array", "error", "Parcel"};
+const AllowedClasses kAll = {"value", "array", "error", "Parcel"};
 
 ArchivedObject sampleRoot() {
   const Error error{"D", -7, {{"k", 1.5}}};
@@ -148,7 +148,7 @@ TEST(CborKeyedArchive, TextsNeedNotBeUtf8) {
   const auto bytes = CborKeyedArchiver().archivedData({Value(Dictionary{{odd, odd}})}, false);
   ASSERT_TRUE(bytes);
   std::optional<Error> error;
-  const auto root = CborKeyedArchiver().openForReading(*bytes)->decodeTopLevelObject({}, error);
+  const auto root = CborKeyedArchiver().openForReading(*bytes)->decodeTopLevelObject({"value"}, error);
   ASSERT_TRUE(root);
   EXPECT_EQ(std::get<Value>(root->contents), Value(Dictionary{{odd, odd}}));
 }
