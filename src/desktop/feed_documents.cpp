@@ -1,5 +1,6 @@
 #include "desktop/feed_documents.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -186,7 +187,8 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetch(const StoredFeed& feed, con
   if (age < kind.fresh) return Fetched{std::move(*kept)};
   Outcome<Fetched> fetched = fetchAnew(feed, kind, kept);
   if (fetched || age >= kind.usable) return fetched;
-  logError("%@; going on with what was fetched %.0f s ago", {fetched.error().description(), age.count()});
+  logError("%@; going on with what was fetched %lu s ago",
+           {sentenceOf(fetched.error()), static_cast<std::uint64_t>(age.count())});
   return Fetched{std::move(*kept)};
 }
 

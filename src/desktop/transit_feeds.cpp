@@ -9,6 +9,24 @@
 
 namespace linewatch::desktop {
 
+namespace {
+
+/// Where no alert can be matched with a line, the lines seem to run well although nobody knows: that is told
+/// to everyone.
+void report(const std::string& feedName, const IncidentTable& table) {
+  const SelectorCounts& counts = table.counts();
+  logDebug(
+      "feed %@: %lu incidents; of the selectors %lu fit lines, %lu are about single stops or trips, "
+      "%lu resolve to nothing; %lu alerts have none",
+      {feedName, table.incidents().size(), counts.fitting, counts.notAboutLines, counts.unknown,
+       counts.alertsWithoutSelector});
+  const bool saysNothing = counts.fitting == 0 && counts.notAboutLines == 0;
+  const std::string complaint = complaintOf(feedName, counts);
+  if (saysNothing && !complaint.empty()) logError("%@: no line can have any", {complaint});
+}
+
+}  // namespace
+
 TransitFeeds::TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,
                            IncidentLanguage language)
     : feeds_(std::move(feeds)),
@@ -75,7 +93,7 @@ Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const Map
       if (route) places.push_back({feed, *route});
       found = route.has_value();
     }
-    if (!found) logDebug("no feed has a line %lu; it is left out", {identifier.muid});
+    if (!found) logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
   }
   return places;
 }
@@ -88,14 +106,7 @@ std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
   if (loaded.alerts != *alerts || !loaded.incidents) {
     loaded.alerts = std::move(*alerts);
     loaded.incidents = std::make_shared<const IncidentTable>(loaded.alerts, loaded.lines);
-    const SelectorCounts& counts = loaded.incidents->counts();
-    logDebug(
-        "feed %@: %lu incidents; of the selectors %lu fit lines, %lu are about single stops or trips, %lu "
-        "fit "
-        "nothing",
-        {feeds_[feed].name, static_cast<std::uint64_t>(loaded.incidents->incidents().size()),
-         static_cast<std::uint64_t>(counts.fitting), static_cast<std::uint64_t>(counts.notAboutLines),
-         static_cast<std::uint64_t>(counts.unknown)});
+    report(feeds_[feed].name, *loaded.incidents);
   }
   loaded.readByLastLookUp = true;
   return std::nullopt;
@@ -108,10 +119,9 @@ std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
     const LoadedFeed& loaded = loaded_[feed];
     if (!loaded.readByLastLookUp) continue;
     const std::uint64_t written = loaded.alerts->timestamp();
-    states.push_back(
-        {.feed = feeds_[feed].name,
-         .written = written == 0 ? std::nullopt : std::optional(Date(Seconds(static_cast<double>(written)))),
-         .selectors = loaded.incidents->counts()});
+    states.push_back({.feed = feeds_[feed].name,
+                      .written = written == 0 ? std::nullopt
+                                              : std::optional(Date(Seconds(static_cast<double>(written))))});
   }
   return states;
 }

@@ -28,7 +28,6 @@ class TransitFeeds {
     std::string feed;
     /// When the feed says that it was written; absent when it does not say.
     std::optional<Date> written;
-    SelectorCounts selectors;
   };
 
   TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,

@@ -30,8 +30,8 @@ struct SelectorCounts {
   bool operator==(const SelectorCounts&) const = default;
 };
 
-/// What the log is to say of the counts; empty when every alert could be understood. Stops and trips alone
-/// are no fault.
+/// What is wrong with the counts; empty when every alert could be understood. Stops and trips alone are no
+/// fault.
 std::string complaintOf(std::string_view feedName, const SelectorCounts& counts);
 
 /// Which incidents a line has. Built in time proportional to lines and selectors, whatever the number of

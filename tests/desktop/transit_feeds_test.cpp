@@ -1,0 +1,226 @@
+#include "desktop/transit_feeds.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/feeds/alerts_sketch.h"
+#include "desktop/recording_log.h"
+#include "desktop/sentence.h"
+#include "desktop/temporary_folder.h"
+#include "simulation/simulated_platform.h"
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A server that answers as it is told to and notes what it was asked.
+class ScriptedServer final : public HttpFetcher {
+ public:
+  Outcome<HttpResponse> fetch(const HttpRequest& request) override {
+    requests.push_back(request);
+    return answer;
+  }
+
+  Outcome<HttpResponse> answer = HttpResponse{};
+  std::vector<HttpRequest> requests;
+};
+
+HttpResponse body(const FeedSketch& feed, std::string etag = {}) {
+  const std::string bytes = bytesOf(feed);
+  return {.body = Bytes(bytes.begin(), bytes.end()), .etag = std::move(etag)};
+}
+
+AlertSketch alertOf(std::string route, std::string header) {
+  return {.id = header, .selectors = {{.route = std::move(route)}}, .header = {{header, ""}}};
+}
+
+class TransitFeedsTest : public testing::Test {
+ protected:
+  void SetUp() override { installPlatform(platform_); }
+  void TearDown() override { installPlatform(nullptr); }
+
+  /// A feed in files, with the routes 1 and 2.
+  StoredFeed feed(const std::string& name, const FeedSketch& alerts) {
+    const auto folder = folder_.path() / name;
+    std::filesystem::create_directories(folder);
+    writeFile(folder / "routes.txt", "route_id,route_short_name\n1," + name + " one\n2," + name + " two\n");
+    writeFile(folder / "alerts.pb", bytesOf(alerts));
+    return {name, folder.string(), (folder / "alerts.pb").string()};
+  }
+
+  std::shared_ptr<FeedDocuments> documents(std::shared_ptr<FeedCache> cache = nullptr) {
+    return std::make_shared<FeedDocuments>(
+        std::move(cache), [this] { return now_; },
+        [this]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server_); });
+  }
+  std::shared_ptr<FeedCache> cache() {
+    return std::make_shared<FeedCache>(makeCacheDatabase(StateDirectories::under(folder_.path()), log_));
+  }
+
+  /// The lines with the titles of their incidents, or the sentence of the error.
+  std::vector<std::string> lines(TransitFeeds& feeds, const std::vector<MapItemIdentifier>& identifiers) {
+    const auto items = feeds.lineItems(identifiers, now_);
+    if (!items) return {sentence(items.error())};
+    std::vector<std::string> all;
+    for (const SharedLineItem& item : *items) {
+      std::string& line = all.emplace_back(item->name() + ":");
+      for (const SharedIncident& incident : item->incidents()) line += " " + incident->title().value_or("-");
+    }
+    return all;
+  }
+  /// The ids of a feed's alerts, or the sentence of the error.
+  static std::string ids(const Outcome<SharedAlertsMessage>& message) {
+    if (!message) return sentence(message.error());
+    std::string all;
+    for (const auto& entity : (*message)->entities()) all.append(entity.id).append(" ");
+    return all;
+  }
+
+  TemporaryFolder folder_;
+  RecordingLog log_;
+  Date now_{Seconds(1'700'000'000)};
+  std::shared_ptr<ScriptedServer> server_ = std::make_shared<ScriptedServer>();
+  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
+};
+
+MapItemIdentifier line(const char* feed, const char* route) { return {stableMuid(feed, route)}; }
+
+TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
+  TransitFeeds feeds({feed("bus", {.alerts = {alertOf("1", "Works"), alertOf("1", "Strike")}}),
+                      feed("rail", {.alerts = {alertOf("2", "Storm")}, .timestamp = 0})},
+                     documents(), {});
+  EXPECT_THAT(lines(feeds, {line("rail", "2"), {7}, line("bus", "1"), line("rail", "1"), line("rail", "2")}),
+              ElementsAre("rail two: Storm", "bus one: Works Strike", "rail one:", "rail two: Storm"));
+  const auto states = feeds.alertsStates();
+  ASSERT_EQ(states.size(), 2U);
+  EXPECT_EQ(states[0].written, Date(Seconds(1000)));
+  EXPECT_EQ(states[1].written, std::nullopt);
+
+  EXPECT_THAT(lines(feeds, {line("bus", "2")}), ElementsAre("bus two:"));
+  EXPECT_EQ(feeds.alertsStates().size(), 1U) << "the other feed was not read";
+  EXPECT_THAT(lines(feeds, {}), IsEmpty());
+}
+
+TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
+  const StoredFeed good = feed("good", {});
+  StoredFeed silent = feed("silent", {}), broken = feed("broken", {});
+  silent.alerts.clear();
+  writeFile(broken.alerts, "no feed");
+  TransitFeeds feeds({good, silent, broken}, documents(), {});
+  EXPECT_THAT(lines(feeds, {line("good", "1")}), ElementsAre("good one:"));
+  EXPECT_THAT(lines(feeds, {line("good", "1"), line("silent", "1")}),
+              ElementsAre("feed silent: it has no alerts, so nothing is known of its lines"));
+  EXPECT_THAT(lines(feeds, {line("broken", "1"), line("good", "1")}),
+              ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts + ": "), HasSubstr("byte 0"))));
+
+  TransitFeeds withoutLines({good, {"lost", (folder_.path() / "lost").string(), good.alerts}}, documents(),
+                            {});
+  EXPECT_THAT(lines(withoutLines, {line("good", "1")}), ElementsAre("good one:"));
+  EXPECT_THAT(lines(withoutLines, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
+  EXPECT_FALSE(withoutLines.lines());
+  EXPECT_FALSE(withoutLines.linesOf("nowhere"));
+}
+
+TEST_F(TransitFeedsTest, TellsEveryoneWhenNoAlertCanBeMatchedWithALine) {
+  const auto errors = [this](const FeedSketch& alerts) {
+    platform_->transcript().clear();
+    TransitFeeds feeds({feed("bus", alerts)}, documents(), {});
+    EXPECT_THAT(lines(feeds, {line("bus", "2")}), ElementsAre("bus two:"));
+    EXPECT_THAT(platform_->transcript().logTexts("debug"), ElementsAre(HasSubstr(" resolve to nothing")));
+    return platform_->transcript().logTexts("error");
+  };
+  const AlertSketch elsewhere = alertOf("nowhere", "Works"), aimless = {.id = "a", .header = {{"Storm", ""}}};
+  EXPECT_THAT(
+      errors({.alerts = {elsewhere, aimless}}),
+      ElementsAre("feed bus: alerts: 1 of 1 selector resolved to nothing, 1 alert without a selector: "
+                  "no line can have any"));
+  EXPECT_THAT(errors({.alerts = {elsewhere, aimless, alertOf("1", "Strike")}}), IsEmpty());
+  EXPECT_THAT(errors({.alerts = {elsewhere, {.id = "s", .selectors = {{.stop = "s"}}}}}), IsEmpty());
+  EXPECT_THAT(errors({}), IsEmpty());
+}
+
+TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
+  const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}, .timestamp = 500});
+  TransitFeeds feeds({bus}, documents(), {});
+  EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
+  writeFile(bus.alerts, bytesOf({.timestamp = 499}));
+  EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
+  writeFile(bus.alerts,
+            bytesOf({.alerts = {alertOf("1", "Strike")}, .timestamp = 501, .isDifference = true}));
+  EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works Strike"));
+  writeFile(bus.alerts, bytesOf({.timestamp = 502}));
+  EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one:"));
+}
+
+TEST_F(TransitFeedsTest, AsksAServerWithConditionsAndNotTooOften) {
+  const StoredFeed feed{"bus", "", "https://example.org/alerts"};
+  const auto feedDocuments = documents(cache());
+  SharedAlertsMessage held;
+  const auto after = [&](double seconds) {
+    now_ += Seconds(seconds);
+    const auto message = feedDocuments->alertsOf(feed, held);
+    if (message) held = *message;
+    return ids(message);
+  };
+  server_->answer = body({.alerts = {{.id = "a"}}}, "tag");
+  EXPECT_EQ(after(0), "a ");
+  EXPECT_EQ(server_->requests.back().etag, "");
+  server_->answer = body({.alerts = {{.id = "b"}}, .timestamp = 1001});
+  EXPECT_EQ(after(14), "a ") << "what is seconds old is not asked for again";
+  EXPECT_EQ(server_->requests.size(), 1U);
+  EXPECT_EQ(after(1), "b ");
+  EXPECT_EQ(server_->requests.back().etag, "tag");
+  server_->answer = body({.alerts = {{.id = "c"}}, .timestamp = 1002, .isDifference = true}, "tag 2");
+  EXPECT_EQ(after(20), "b c ");
+  server_->answer = HttpResponse{.notModified = true};
+  const SharedAlertsMessage before = held;
+  EXPECT_EQ(after(20), "b c ");
+  EXPECT_EQ(held, before);
+  EXPECT_EQ(server_->requests.back().etag, "tag 2");
+  EXPECT_EQ(after(14), "b c ");
+  EXPECT_EQ(server_->requests.size(), 4U) << "what was confirmed is as good as new";
+}
+
+TEST_F(TransitFeedsTest, KeptAlertsServeForAQuarterOfAnHourWithoutTheServer) {
+  const StoredFeed feed{"bus", "", "https://example.org/alerts"};
+  // Each time as another process, which holds nothing.
+  const auto after = [&](double seconds) {
+    now_ += Seconds(seconds);
+    return ids(documents(cache())->alertsOf(feed, nullptr));
+  };
+  server_->answer = body({.alerts = {{.id = "a"}}});
+  EXPECT_EQ(after(0), "a ");
+  server_->answer = failure("https://example.org/alerts", "", "timed out");
+  EXPECT_EQ(after(899), "a ");
+  EXPECT_THAT(
+      platform_->transcript().logTexts("error"),
+      ElementsAre("feed bus: https://example.org/alerts: timed out; going on with what was fetched 899 s "
+                  "ago"));
+  EXPECT_EQ(after(1), "feed bus: https://example.org/alerts: timed out");
+  EXPECT_EQ(after(-901), "feed bus: https://example.org/alerts: timed out") << "the clock was set back";
+  server_->answer = body({.alerts = {{.id = "b"}}, .timestamp = 999});
+  EXPECT_EQ(after(1), "a ") << "what is older than the alerts kept is ignored";
+  server_->answer = HttpResponse{.body = {'<'}};
+  EXPECT_THAT(after(20), AllOf(HasSubstr("feed bus: https://example.org/alerts: "), HasSubstr("markup")));
+}
+
+TEST_F(TransitFeedsTest, KeepsTheLinesOfATimetableUntilItsFilesChange) {
+  const StoredFeed bus = feed("bus", {});
+  const auto routes = folder_.path() / "bus" / "routes.txt";
+  const auto time = std::filesystem::last_write_time(routes);
+  const auto firstLine = [&] { return (*documents(cache())->lineIndexOf(bus))->nameOfRoute(0); };
+  EXPECT_EQ(firstLine(), "bus one");
+  writeFile(routes, "route_id,route_short_name\n1,bus ONE\n2,bus two\n");
+  std::filesystem::last_write_time(routes, time);
+  EXPECT_EQ(firstLine(), "bus one") << "nothing says that the file is another";
+  std::filesystem::last_write_time(routes, time + std::chrono::seconds(1));
+  EXPECT_EQ(firstLine(), "bus ONE");
+  EXPECT_THAT(log_.lines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
