@@ -313,7 +313,8 @@ void LayoutEngine::setFrameRows(Item& item) {
   Item& parent = items_[item.view->superview()->engineSlot_];
   const Rect& frame = item.view->frame();
   const bool mirrored = direction_ == LayoutDirection::rightToLeft;
-  const double leading = mirrored ? item.view->superview()->frame().width - frame.maxX() : frame.x;
+  const double parentWidth = parent.isRoot ? mirrorWidth() : item.view->superview()->frame().width;
+  const double leading = mirrored ? parentWidth - frame.maxX() : frame.x;
   const double positions[2] = {leading, frame.y};
   const double sizes[2] = {frame.width, frame.height};
   for (const Axis axis : kAxes) {
@@ -422,11 +423,13 @@ LayoutEngine::Edges LayoutEngine::edges(const Item& item, Axis axis) const {
   return {snappedToPixel(low, scale_), snappedToPixel(high, scale_)};
 }
 
+double LayoutEngine::mirrorWidth() const { return snappedToPixel(root_.frame().width, scale_); }
+
 Rect LayoutEngine::frameInRoot(const Item& item) const {
   const Edges x = edges(item, Axis::horizontal);
   const Edges y = edges(item, Axis::vertical);
   const bool mirrored = direction_ == LayoutDirection::rightToLeft;
-  return {mirrored ? root_.frame().width - x.high : x.low, y.low, x.high - x.low, y.high - y.low};
+  return {mirrored ? mirrorWidth() - x.high : x.low, y.low, x.high - x.low, y.high - y.low};
 }
 
 // `origin` is the view's, from the root's. Superviews come first: a frame counts from where they are.

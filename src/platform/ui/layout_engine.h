@@ -109,6 +109,8 @@ class LayoutEngine {
   void logLeftOut(Axis axis);
 
   Edges edges(const Item& item, Axis axis) const;
+  /// The width that is mirrored in: the root's, on the pixel grid, so that mirrored edges are on it too.
+  double mirrorWidth() const;
   Rect frameInRoot(const Item& item) const;
   void giveFrames(View& view, const Point& origin);
 

@@ -119,9 +119,12 @@ TEST_F(LayoutTest, EdgesAndBaselinesAreOnThePixelGrid) {
     row.firstBaseline->setConstant(row.snappedToPixel(11.9));
     row.gutterWidth->setConstant(61.37);
     row.stack->setSpacing(row.snappedToPixel(21));
-    row.layOutAtWidth(360);
-    for (const Rect& rect : rects(row)) {
-      EXPECT_TRUE(isOnGrid(rect.x) && isOnGrid(rect.y) && isOnGrid(rect.maxX()) && isOnGrid(rect.maxY()));
+    for (const auto direction : {LayoutDirection::rightToLeft, LayoutDirection::leftToRight}) {
+      row.setLayoutDirection(direction);
+      row.layOutAtWidth(360.3);
+      for (const Rect& rect : rects(row)) {
+        EXPECT_TRUE(isOnGrid(rect.x) && isOnGrid(rect.y) && isOnGrid(rect.maxX()) && isOnGrid(rect.maxY()));
+      }
     }
     const double first = inCell(*row.primary, row).y + row.primary->displayedLayout()->firstBaseline();
     const double last = inCell(*row.primary, row).y + row.primary->displayedLayout()->lastBaseline();
