@@ -167,6 +167,14 @@ TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
   EXPECT_TRUE(empty.isBalanced());
 }
 
+TEST_F(ItemCell, ShowsAnArtworkMadeForTheDisplayItIsOn) {
+  show(item("Delays", std::nullopt));
+  EXPECT_FALSE(counted_.shields->scales.contains(3));
+  cell_->setDisplayScale(3);
+  layOut(*cell_);
+  EXPECT_TRUE(counted_.shields->scales.contains(3));
+}
+
 TEST_F(ItemCell, DrawsItsTextsThroughTheirEffectsAndAHighlightBehindThem) {
   show(item("Delays", "Expect to wait"));
   const auto drawn = [&](ui::Appearance appearance) {

@@ -1,6 +1,7 @@
 #include <chrono>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -125,6 +126,25 @@ TEST_F(SummaryCell, CountsTheShieldsThatDoNotFit) {
   show(summary("6 lines affected", shields(5, 170)), exact + 45);
   EXPECT_EQ(shieldRow().shownItemCount(), 5U);
   EXPECT_EQ(shieldRow().shownText(), "");
+}
+
+TEST_F(SummaryCell, TheShieldsAreMadeAnewForAnotherDisplayOrDirection) {
+  show(summary("6 lines affected", shields(6, 170)));
+  EXPECT_FALSE(counted_.shields->scales.contains(3));
+  cell_->setDisplayScale(3);
+  layOut(*cell_);
+  EXPECT_TRUE(counted_.shields->scales.contains(3));
+
+  int texts = 0;
+  shieldRow().setTruncationText([&](std::uint64_t count) {
+    ++texts;
+    return missing(count);
+  });
+  layOut(*cell_);
+  const int before = std::exchange(texts, 0);
+  cell_->setLayoutDirection(ui::LayoutDirection::rightToLeft);
+  layOut(*cell_);
+  EXPECT_EQ(texts, before) << "the text has another direction too";
 }
 
 TEST_F(SummaryCell, ShowsAllShieldsWhereTheyFitWithoutTheText) {

@@ -6,7 +6,17 @@ namespace linewatch::ui {
 
 void ArtworkImageView::setImageSource(std::shared_ptr<const ArtworkImageSource> imageSource) {
   imageSource_ = std::move(imageSource);
-  setImage(imageSource_ ? imageSource_->image(displayScale()) : nullptr);
+  loadImage();
+}
+
+std::optional<double> ArtworkImageView::intrinsicWidth() {
+  if (imageScale_ != displayScale()) loadImage();
+  return ImageView::intrinsicWidth();
+}
+
+void ArtworkImageView::loadImage() {
+  imageScale_ = displayScale();
+  setImage(imageSource_ ? imageSource_->image(imageScale_) : nullptr);
 }
 
 }  // namespace linewatch::ui

@@ -84,12 +84,15 @@ void TransitInfoLabelView::setTextColor(const Color& color) {
 // ---- The row ----
 
 const TransitInfoLabelView::Row& TransitInfoLabelView::row() {
-  if (!row_) row_ = makeRow();
+  const bool isUsable = row_ && row_->scale == displayScale() && row_->direction == layoutDirection();
+  if (!isUsable) row_ = makeRow();
   return *row_;
 }
 
 TransitInfoLabelView::Row TransitInfoLabelView::makeRow() {
   Row row;
+  row.scale = displayScale();
+  row.direction = layoutDirection();
   if (items_.empty() || !cache_) return row;
   const double limit = std::min(maximumWidth_.value_or(kLongestRow), kLongestRow);
   addPieces(row, limit);

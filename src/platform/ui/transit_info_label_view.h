@@ -79,6 +79,9 @@ class TransitInfoLabelView final : public View {
     double width = 0;
     double height = 0;
     double baseline = 0;
+    /// What it was made for.
+    double scale = 0;
+    LayoutDirection direction = LayoutDirection::leftToRight;
   };
 
   const Row& row();
