@@ -131,6 +131,8 @@ TEST_F(TransitIncidentDataSource, ShowsTheSummaryWhenCompactAndARowAnItemWhenExp
   EXPECT_EQ(summary->rowHeight(), 110);
   EXPECT_EQ(summary->artworkCache(), dataSource_->artworkCache());
   EXPECT_EQ(dataSource_->preferredContentSizeForExpanded(true, {359, 50}), (Size{359, 110}));
+  EXPECT_EQ(dataSource_->_itemAtIndexPath({0, 7}), dataSource_->_itemAtIndexPath({0, 0}))
+      << "every row is the summary";
 
   dataSource_->setExpanded(true);
   table_->reloadData();
@@ -214,6 +216,23 @@ TEST_F(TransitIncidentDataSource, TellsOfEachChangeOnceAndOfNothingElse) {
        }) {
     EXPECT_EQ(updatesBy([&] { row.change(*dataSource_); }), row.updates) << row.name;
   }
+}
+
+TEST_F(TransitIncidentDataSource, AnalyticsHearOfResultsAndRebuildsAndOfNothingElse) {
+  make(resultOf(city()));
+  const auto controller = platform_->makeViewController();
+  const auto analytics = std::make_shared<RVTransitIncidentsAnalyticsDelegate>(controller);
+  analytics->startSessionIfNeeded();
+  const auto heardOf = [&] { return analytics->analyticsData()->transitIncidents.size(); };
+  dataSource_->updateTransitLineItemResult(dataSource_->transitLineItemResult(), analytics);
+  EXPECT_EQ(heardOf(), 0U) << "the very result that is held";
+  dataSource_->updateTransitLineItemResult(resultOf(city()), analytics);
+  EXPECT_EQ(heardOf(), 3U) << "also when the list comes out the same";
+  dataSource_->setRowHeight(64, 2);
+  EXPECT_EQ(heardOf(), 3U);
+  dataSource_->recalculateDataSourceItemsWithAnalytics(analytics);
+  EXPECT_EQ(heardOf(), 6U);
+  EXPECT_EQ(listener_->updates, 1) << "of the limit alone";
 }
 
 TEST_F(TransitIncidentDataSource, ARebuiltListFollowsTheTime) {

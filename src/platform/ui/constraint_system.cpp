@@ -100,6 +100,7 @@ bool ConstraintSystem::enter(Slot& slot) {
 }
 
 void ConstraintSystem::solveAnew() {
+  ++timesSolvedAnew_;
   solver_.clear();
   for (CassowarySolver::Variable& variable : variables_) variable = solver_.addVariable();
   std::vector<Id> order;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -45,6 +46,8 @@ class ConstraintSystem {
   double value(Variable variable) const { return solver_.value(variables_[variable]); }
   /// The required constraints that have to give way, after `solve`.
   const std::vector<Id>& leftOut() const { return leftOut_; }
+  /// How often everything was solved from nothing, not only what had changed.
+  std::size_t timesSolvedAnew() const { return timesSolvedAnew_; }
 
  private:
   struct Slot {
@@ -69,6 +72,7 @@ class ConstraintSystem {
   std::vector<Id> changed_;
   std::vector<Id> added_;
   std::vector<Id> leftOut_;
+  std::size_t timesSolvedAnew_ = 0;
   bool dirty_ = false;
 };
 

@@ -263,6 +263,49 @@ TEST(ConstraintSystem, VariablesMayComeLate) {
   }
 }
 
+/// Boxes side by side, each at least as wide as its content and as narrow as can be.
+struct Shelf {
+  explicit Shelf(std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      sizes.push_back(system.addVariable());
+      ends.push_back(system.addVariable());
+      LinearConstraint end;
+      end.addTerm(ends.back(), 1);
+      end.addTerm(sizes.back(), -1);
+      if (i > 0) end.addTerm(ends[i - 1], -1);
+      system.add(end);
+      contents.push_back(
+          system.add(sizeIs(sizes.back(), 10, kRequiredPriority, Relation::greaterThanOrEqual)));
+      system.add(sizeIs(sizes.back(), 0, kLowPriority));
+    }
+    system.solve();
+  }
+  double end() {
+    system.solve();
+    return system.value(ends.back());
+  }
+
+  ConstraintSystem system;
+  std::vector<ConstraintSystem::Variable> sizes, ends;
+  std::vector<Id> contents;
+};
+
+TEST(ConstraintSystem, SolvesOnlyWhatHasChanged) {
+  Shelf shelf(100);
+  EXPECT_NEAR(shelf.end(), 1000, 1e-6);
+  for (std::size_t i = 0; i < 100; ++i) {
+    shelf.system.setConstant(shelf.contents[i], -20);
+    EXPECT_NEAR(shelf.end(), 1010, 1e-6);
+    shelf.system.setConstant(shelf.contents[i], -10);
+    const Id widened =
+        shelf.system.add(sizeIs(shelf.sizes[i], 35, kRequiredPriority, Relation::greaterThanOrEqual));
+    EXPECT_NEAR(shelf.end(), 1025, 1e-6);
+    shelf.system.remove(widened);
+    EXPECT_NEAR(shelf.end(), 1000, 1e-6);
+  }
+  EXPECT_EQ(shelf.system.timesSolvedAnew(), 0U);
+}
+
 TEST(ConstraintSystem, ConstraintsThatFollowFromOthersMayMoveTogether) {
   ConstraintSystem system;
   const auto size = system.addVariable();

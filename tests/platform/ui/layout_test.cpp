@@ -273,6 +273,16 @@ TEST_F(LayoutTest, OnlyWhatChangedIsLaidOutAgain) {
   root.layoutIfNeeded();
   EXPECT_EQ(views[0]->frame().height, 10);
   EXPECT_EQ(views[1]->questions + views[1]->layouts, 0);
+  const auto asWideAsAll = views[1]->widthAnchor().constraintEqualTo(root.widthAnchor());
+  for (const double width : {100, 25}) {
+    reset();
+    widths[1]->setActive(width == 25);
+    asWideAsAll->setActive(width == 100);
+    root.layoutIfNeeded();
+    EXPECT_EQ(views[1]->frame().width, width);
+    EXPECT_EQ(views[1]->questions, 1);
+    EXPECT_EQ(views[0]->questions + views[0]->layouts, 0) << "one constraint takes another's place";
+  }
 }
 
 TEST_F(LayoutTest, ContradictionsGiveWayInTheOrderOfMakingAndAreLoggedOnce) {
