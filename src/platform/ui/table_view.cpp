@@ -189,8 +189,9 @@ void TableView::layOutRows() {
   for (int pass = 0; pass < 2; ++pass) {
     clampContentOffset();
     std::vector<ShownRow> before = std::exchange(shown_, {});
-    const double end = contentOffset_ + frame().height;
-    std::size_t row = heights_.rowAt(contentOffset_);
+    const double start = offsetOnGrid();
+    const double end = start + frame().height;
+    std::size_t row = heights_.rowAt(start);
     // Cells out of sight serve the rows that come into it.
     for (ShownRow& each : before) {
       if (each.row < row || (each.row > row && heights_.offsetOf(each.row) >= end))
@@ -202,7 +203,7 @@ void TableView::layOutRows() {
       if (row >= heights_.count()) break;
       if (cell) heights_.setHeight(row, heightOf(*cell));
       const double height = heights_.heightOf(row);
-      if (cell) cell->setFrame({0, y - contentOffset_, frame().width, height});
+      if (cell) cell->setFrame({0, y - start, frame().width, height});
       shown_.push_back({row, cell});
       y += height;
     }
@@ -230,10 +231,13 @@ double TableView::heightOf(TableViewCell& cell) {
 
 void TableView::placeFooter() {
   if (!footer_) return;
-  footer_->setFrame({0, heights_.total() - contentOffset_, frame().width, footer_->frame().height});
+  footer_->setFrame({0, heights_.total() - offsetOnGrid(), frame().width, footer_->frame().height});
 }
 
 // ---- Scrolling ----
+
+// Rows are on the pixel grid; how far they were scrolled in small steps need not be.
+double TableView::offsetOnGrid() const { return snappedToPixel(contentOffset_); }
 
 double TableView::contentHeight() {
   loadRowsIfNeeded();

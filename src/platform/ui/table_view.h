@@ -148,6 +148,7 @@ class TableView : public View {
   double heightOf(TableViewCell& cell);
   void placeFooter();
   void removeIdleCells();
+  double offsetOnGrid() const;
   void clampContentOffset();
   void highlight(std::optional<IndexPath> indexPath);
   void showStateOf(TableViewCell& cell, const IndexPath& indexPath) const;

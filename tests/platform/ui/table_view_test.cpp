@@ -1,5 +1,6 @@
 #include "platform/ui/table_view.h"
 
+#include <cmath>
 #include <map>
 #include <random>
 #include <set>
@@ -146,6 +147,18 @@ TEST_F(TableViewTest, RandomHeightsAndScrolling) {
     expectConsistent();
   }
   EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(TableViewTest, RowsStayOnThePixelGridHoweverFinelyTheyAreScrolled) {
+  show({10});
+  for (int i = 0; i < 10; ++i) {
+    table_->handleScroll(0.13);
+    root_.layoutIfNeeded();
+    const double pixels = 2 * table_->cellForRow({0, 0})->frame().y;
+    EXPECT_NEAR(pixels, std::round(pixels), 1e-9);
+    expectConsistent();
+  }
+  EXPECT_EQ(table_->cellForRow({0, 0})->frame().y, -1.5) << "small steps add up";
 }
 
 TEST_F(TableViewTest, ACellThatGrowsMovesTheRowsBelow) {
