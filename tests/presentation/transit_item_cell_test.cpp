@@ -30,6 +30,8 @@ class ItemCell : public Row {
 };
 
 TEST_F(ItemCell, TheTextEndsAtTheArtworkColumnOrWithoutOneAtTheTrailingEdge) {
+  show(nullptr);
+  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "the column is there before the first item";
   show(item("Delays", "Expect to wait"));
   const ui::Rect guide = rect("contentGuide");
   EXPECT_EQ(guide.x, 16);
