@@ -1,6 +1,7 @@
 #include "presentation/transit_incident_data_source.h"
 
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,10 @@ using testing::IsEmpty;
 
 class Listener : public RVTransitIncidentDataSourceDelegate {
  public:
-  void dataSourceDidUpdateContent(RVTransitIncidentDataSource&) override { ++updates; }
+  void dataSourceDidUpdateContent(RVTransitIncidentDataSource& dataSource) override {
+    ++updates;
+    columnWidth = dataSource.artworkColumnWidth();
+  }
   void dataSourceDidSelectOpenableItem(RVTransitIncidentDataSource&,
                                        const std::shared_ptr<const RVOpenable>& item,
                                        const ui::IndexPath& atIndexPath) override {
@@ -33,6 +37,7 @@ class Listener : public RVTransitIncidentDataSourceDelegate {
   }
 
   int updates = 0;
+  double columnWidth = 0;
   std::vector<std::shared_ptr<const RVOpenable>> opened;
   std::vector<std::size_t> rows;
 };
@@ -141,6 +146,11 @@ TEST_F(TransitIncidentDataSource, ShowsTheSummaryWhenCompactAndARowAnItemWhenExp
   ASSERT_NE(row, nullptr);
   EXPECT_EQ(row->transitItem(), dataSource_->shieldAdjustedExpandedItems()[1]);
   EXPECT_EQ(row->trailingArtworkColumnWidth(), dataSource_->artworkColumnWidth());
+  dataSource_->setRowHeight(64, kNoRowLimit);
+  table_->reloadData();
+  EXPECT_EQ(shownCell<RVTransitItemFixedHeightCell>(1)->rowHeight(), 64);
+  EXPECT_EQ(table_->rectForRow({0, 3}).y, 3 * 64);
+  dataSource_->setRowHeight(110, kNoRowLimit);
   EXPECT_EQ(dataSource_->preferredContentSizeForExpanded(false, {300, 50}), (Size{300, 440}));
 }
 
@@ -263,6 +273,8 @@ TEST_F(TransitIncidentDataSource, AWidthIsToldOfWhenItChangesWhatIsSeen) {
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(0); }), 1) << "the narrowest column";
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(-5); }), 0);
+  dataSource_->setAvailableWidth(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
 }
 
 TEST_F(TransitIncidentDataSource, TheColumnOfAPlainSummaryIsThatOfTheExpandedRowsToo) {
@@ -273,6 +285,13 @@ TEST_F(TransitIncidentDataSource, TheColumnOfAPlainSummaryIsThatOfTheExpandedRow
   dataSource_->setListItem(
       std::make_shared<const RVTransitListItem>(narrow, dataSource_->listItem()->expandedItems()));
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
+  EXPECT_EQ(listener_->columnWidth, 73) << "all is in place when it is told of";
+
+  // The rows' shields need 216 of the 250 points of one width, and are made smaller for the other.
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(464); }), 0);
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(359); }), 1) << "the rows alone look different";
+  dataSource_->setExpanded(false);
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(464); }), 0) << "which nobody sees now";
 }
 
 TEST_F(TransitIncidentDataSource, ATapReportsWhatTheRowOpens) {

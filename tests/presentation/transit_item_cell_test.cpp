@@ -133,6 +133,7 @@ class ItalicCell final : public RVTransitItemFixedHeightCell {
   ui::Font _secondaryFont() const override {
     return ui::Font::preferred(ui::TextStyle::title2, {.italic = true});
   }
+  double offset() const { return primaryLabelToContentGuideConstraint_->constant(); }
 };
 
 TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
@@ -141,6 +142,9 @@ TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
   setTextSize("XL");
   EXPECT_EQ(cell->primaryLabel()->font(), cell->_primaryFont());
   EXPECT_EQ(cell->secondaryLabel()->font(), cell->_secondaryFont());
+  const double capHeight = 0.7 * cell->_primaryFont().pointSize();
+  EXPECT_NE(cell->snappedToPixel(capHeight), capHeight);
+  EXPECT_EQ(cell->offset(), cell->_primaryFont().scaledValue(cell->snappedToPixel(capHeight)));
   const auto label = cell->primaryLabel();
   const std::weak_ptr<ItalicCell> gone = cell;
   cell.reset();

@@ -155,6 +155,13 @@ TEST_F(SummaryCell, TheShieldsAreMadeAnewForAnotherDisplayOrDirection) {
   EXPECT_EQ(texts, before) << "the text has another direction too";
 }
 
+TEST_F(SummaryCell, IsLaidOutBeforeItIsMeasured) {
+  cell_->setFrame({0, 0, kWidth, 110});
+  cell_->setItem(summary("3 lines affected", shields(3)));
+  cell_->systemLayoutSizeFittingSize({kWidth, 0}, ui::kRequiredPriority, ui::kFittingSizePriority);
+  EXPECT_EQ(shieldRow().maximumWidth(), kWidth - 32);
+}
+
 TEST_F(SummaryCell, ShowsAllShieldsWhereTheyFitWithoutTheText) {
   const double exact = 6 * 40 + 5 * 5 + 32;
   show(summary("6 lines affected", shields(6)), exact);
@@ -242,11 +249,13 @@ TEST_F(SummaryCell, IconsHaveASizeOfTheirOwnAndNothingIsShownWithoutACache) {
   TransitArtworkDataSource icon;
   icon.artworkSourceType = kArtworkSourceIcon;
   icon.iconDataSource = IconDataSource{};
-  shieldRow().setIconSize(7);
   show(summary("Text",
                TransitArtworks{std::make_shared<const TransitArtworkDataSource>(icon), shieldOfWidth(40)}));
+  ASSERT_EQ(drawn(Kind::image).size(), 2U);
+  EXPECT_EQ(drawn(Kind::image)[0].rect.size(), (ui::Size{20, 20}));
+  shieldRow().setIconSize(7);
+  layOut(*cell_);
   const auto images = drawn(Kind::image);
-  ASSERT_EQ(images.size(), 2U);
   EXPECT_EQ(images[0].rect.size(), (ui::Size{30, 30}));
   EXPECT_EQ(images[1].rect.size(), (ui::Size{40, 20}));
   EXPECT_EQ(images[0].rect.y + 15, images[1].rect.y + 10) << "on one middle line";
