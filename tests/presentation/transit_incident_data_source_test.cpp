@@ -277,6 +277,16 @@ TEST_F(TransitIncidentDataSource, AWidthIsToldOfWhenItChangesWhatIsSeen) {
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
 }
 
+TEST_F(TransitIncidentDataSource, AnotherColumnIsToldOfAlsoWhenEveryShieldStaysAsItIs) {
+  make(resultOf(quietCity(1000)));
+  const SummaryItem before = dataSource_->shieldAjustedSummaryItem();
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 141) << "the smallest size just fits";
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(320); }), 1);
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 73) << "here it is left out of account";
+  EXPECT_TRUE(*std::get<SharedTransitItem>(dataSource_->shieldAjustedSummaryItem()) ==
+              *std::get<SharedTransitItem>(before));
+}
+
 TEST_F(TransitIncidentDataSource, TheColumnOfAPlainSummaryIsThatOfTheExpandedRowsToo) {
   make(resultOf(quietCity()));
   const SummaryItem narrow = dataSource_->listItem()->summaryItem();
