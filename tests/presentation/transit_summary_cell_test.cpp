@@ -77,8 +77,8 @@ TEST_F(SummaryCell, ABlockThatIsTallerThanTheRowStaysInside) {
   cell_->setRowHeight(40);
   show(summary("3 lines affected", shields(3)));
   EXPECT_EQ(cell_->frame().height, 40);
-  EXPECT_EQ(rect("contentGuide").y, 0);
-  EXPECT_EQ(rect("contentGuide").maxY(), 40);
+  EXPECT_GE(rect("contentGuide").y, 0);
+  EXPECT_LE(rect("contentGuide").maxY(), 40);
 }
 
 TEST_F(SummaryCell, FollowsTheTextSizeWithoutScalingItsSpacing) {
