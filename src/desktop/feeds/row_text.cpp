@@ -17,7 +17,9 @@ namespace {
 // In code points. A row shows four lines or so at the usual text size and ends them with an ellipsis; in the
 // text itself only what nobody meant to be read is cut.
 constexpr std::size_t kEnough = 60;        // a further sentence follows only a shorter text ...
-constexpr std::size_t kComfortable = 100;  // ... and only if a row has room for both
+constexpr std::size_t kComfortable = 110;  // ... and only if a row has room for both ...
+constexpr std::size_t kTooLittle = 40;     // ... or for most, where a shorter text alone says next to nothing
+constexpr std::size_t kTolerable = 160;
 constexpr std::size_t kLongest = 400;
 
 std::string onOneLine(std::string_view text) {
@@ -106,7 +108,7 @@ class SecondaryText {
     const std::string words = wordsOf(sentence);
     const bool isNews = words.size() > 1 && known_.find(words) == std::string::npos;
     if (!isNews || namesAddress(sentence) || !said_.insert(words).second) return;
-    if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > kComfortable) {
+    if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > roomForBoth()) {
       isFull_ = true;
       return;
     }
@@ -117,6 +119,8 @@ class SecondaryText {
   std::string finish() && { return cutAtWord(std::move(text_)); }
 
  private:
+  std::size_t roomForBoth() const { return countCharacters(text_) < kTooLittle ? kTolerable : kComfortable; }
+
   std::string_view title_;
   std::string known_;
   std::unordered_set<std::string> said_;

@@ -179,9 +179,14 @@ TEST(RowText, SecondaryTextSaysSomethingNew) {
 
 TEST(RowText, TakesAsManySentencesAsReadWell) {
   const std::string thirty = "Thirty characters stand here. ";
-  const std::string ninety(90, 'x');
+  const std::string ninety(90, 'X');
   EXPECT_EQ(rowSecondaryText("One. Two. Three.", ""), "One. Two. Three.");
-  EXPECT_EQ(rowSecondaryText(thirty + ninety + ". More.", ""), thirty + ninety + ".");
+  EXPECT_EQ(rowSecondaryText(thirty + ninety + ". More.", ""), thirty + ninety + ".")
+      << "so little alone says next to nothing";
+  const std::string fifty = "The fifty characters that stand here are a sentence.";
+  const std::string both = fifty + " Another fifty characters stand here in a sentence.";
+  EXPECT_EQ(rowSecondaryText(both, ""), both);
+  EXPECT_EQ(rowSecondaryText(fifty + " " + ninety + ".", ""), fifty) << "a row has no room for both";
   EXPECT_EQ(rowSecondaryText("Short. " + std::string(250, 'Y') + ". Last.", ""), "Short.");
   EXPECT_EQ(rowSecondaryText(std::string(250, 'Y') + ".", ""), std::string(250, 'Y') + ".");
 
