@@ -7,6 +7,7 @@
 
 #include "activity/openable_url.h"
 #include "list/quiet_platform.h"
+#include "list/transit_incidents_data_source_builder.h"
 #include "list/transit_item_data_source_builder.h"
 #include "platform/transit_records.h"
 #include "simulation/simulated_platform.h"
@@ -134,6 +135,20 @@ TEST_F(ListBuilder, ShowsIncidentsInForceBothEndsIncluded) {
                      {dated(1, now, {}), dated(2, {}, now), dated(3, now + second, {}),
                       dated(4, {}, now - second), dated(5, now - second, now + second), dated(6, {}, {})}}}),
               ElementsAre("1 / -", "2 / -", "5 / -", "6 / -"));
+}
+
+TEST_F(ListBuilder, BuildsOnceWithTheFilterThatItHasThen) {
+  class Nothing final : public RVTransitIncidentFilter {
+    bool shouldDisplayIncident(const TransitIncident&) const override { return false; }
+  };
+  RVTransitIncidentsDataSourceBuilder builder(lines({{"A", {incident(1, "I1")}}}), 0, nullptr, nullptr);
+  EXPECT_EQ(builder.maxNumberOfItems(), ~std::uint64_t{0});
+  EXPECT_EQ(builder.incidentFilter(), builder.incidentFilter()) << "made on first use and kept";
+  builder.setIncidentFilter(std::make_shared<Nothing>());
+  const auto list = builder.listItem();
+  EXPECT_EQ(summaryText(*list), "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Singular");
+  builder.setIncidentFilter(nullptr);
+  EXPECT_EQ(builder.listItem(), list);
 }
 
 TEST_F(ListBuilder, OneRowExpandsOnlyBesideGoodService) {

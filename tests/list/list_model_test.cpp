@@ -57,6 +57,11 @@ TEST(ConfiguredArtwork, ComparesOpacityThenSourcesThenTheirArchives) {
   EXPECT_FALSE(RVConfiguredArtwork(one, 0.2).isEqual(RVConfiguredArtwork(one, kFaintAlpha)));
   EXPECT_EQ(kFaintAlpha, 0.20000000298023224);
   EXPECT_EQ(RVConfiguredArtwork(nullptr, kFullAlpha).hash(), 2654435761U);
+  EXPECT_EQ(RVConfiguredArtwork(nullptr, kFaintAlpha).hash(), 3689348869717491712U);
+  EXPECT_EQ(RVConfiguredArtwork(one, kFullAlpha).hash(), 2654435761U ^ one->hash());
+  // Rounded up nothing is left over, below a half all of it; the sign does not count.
+  EXPECT_EQ(RVConfiguredArtwork(nullptr, 0.75).hash(), 2654435761U);
+  EXPECT_EQ(RVConfiguredArtwork(nullptr, -1.25).hash(), 2654435761U + (std::size_t{1} << 62U));
 }
 
 class ListModel : public testing::Test {
@@ -97,6 +102,8 @@ TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
 
   const RVTransitItem bare("P", std::nullopt, nullptr, true, nullptr);
   EXPECT_EQ(bare.hash(), std::hash<std::string>{}("P") ^ 2654435761U);
+  EXPECT_EQ(RVTransitItem("P", "S", nullptr, false, url("u")).hash(),
+            std::hash<std::string>{}("P") ^ std::hash<std::string>{}("S") ^ url("u")->hash());
   const std::string text = bare.description();
   EXPECT_TRUE(text.starts_with("<RVTransitItem:0x")) << text;
   EXPECT_TRUE(text.ends_with(
@@ -118,6 +125,7 @@ TEST_F(ListModel, SummariesCompareTheirArtworksByWhatTheyDescribe) {
   const RVTransitSummaryItem same("2", shields({"A", "B"}), RVUserActivityData::make("T", Dictionary{}));
   EXPECT_TRUE(summary.isEqual(same));
   EXPECT_EQ(summary.hash(), same.hash());
+  EXPECT_EQ(summary.hash(), std::hash<std::string>{}("2") ^ 2U ^ data->hash());
   for (const RVTransitSummaryItem& other :
        {RVTransitSummaryItem("3", shields({"A", "B"}), data),
         RVTransitSummaryItem("2", shields({"B", "A"}), data), RVTransitSummaryItem("2", shields({"A"}), data),
@@ -141,6 +149,7 @@ TEST_F(ListModel, ListsAreEqualRowByRow) {
                                {item("a"), item("b")});
   EXPECT_TRUE(list.isEqual(same));
   EXPECT_EQ(list.hash(), same.hash());
+  EXPECT_EQ(list.hash(), summary->hash() ^ 2U);
   EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, {item("b"), item("a")})));
   EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, {item("a")})));
   EXPECT_FALSE(list.isEqual(RVTransitListItem({}, {item("a"), item("b")})));
