@@ -7,6 +7,7 @@
 #include "desktop/recording_log.h"
 #include "desktop/sentence.h"
 #include "desktop/temporary_folder.h"
+#include "platform/transit_storage_line_item.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch::desktop {
@@ -154,6 +155,25 @@ TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works Strike"));
   writeFile(bus.alerts, bytesOf({.timestamp = 502}));
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one:"));
+}
+
+TEST_F(TransitFeedsTest, ALineIsTheSameWhenOnlyTheFeedGrewYounger) {
+  FeedSketch alerts{.alerts = {alertOf("1", "Works")}, .timestamp = 500};
+  const StoredFeed bus = feed("bus", alerts);
+  TransitFeeds feeds({bus}, documents(), {});
+  const auto stored = [&] {
+    const std::vector<MapItemIdentifier> asked = {line("bus", "1")};
+    return TransitStorageLineItem(*feeds.lineItems(asked, now_)->at(0)).data();
+  };
+  const Bytes before = stored();
+  alerts.timestamp = 600;
+  writeFile(bus.alerts, bytesOf(alerts));
+  now_ += Seconds(60);
+  EXPECT_EQ(stored(), before);
+  EXPECT_EQ(feeds.alertsStates().at(0).written, Date(Seconds(600)));
+  alerts.alerts[0].effect = 1;
+  writeFile(bus.alerts, bytesOf(alerts));
+  EXPECT_NE(stored(), before);
 }
 
 TEST_F(TransitFeedsTest, AsksAServerWithConditionsAndNotTooOften) {

@@ -67,7 +67,8 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   fields.title = present(std::move(title));
   fields.fullDescription = present(std::move(description));
   fields.infoURL = bestAddress(incident);
-  if (message.timestamp() != 0) fields.lastUpdated = Date(Seconds(static_cast<double>(message.timestamp())));
+  // When the incident was last updated is not known: the header's date is of the feed and another each time,
+  // and would make an unchanged list count as a new one.
   return std::make_shared<const TransitIncidentRecord>(std::move(fields));
 }
 
