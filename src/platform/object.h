@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -45,3 +46,9 @@ std::size_t hashOrZero(const std::shared_ptr<A>& object) {
 std::string classNameOf(const Object& object);
 
 }  // namespace linewatch
+
+/// For the standard containers: objects by what they are, not where.
+template <std::derived_from<linewatch::Object> T>
+struct std::hash<T> {
+  std::size_t operator()(const T& object) const { return object.hash(); }
+};

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <unordered_set>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -189,6 +190,8 @@ TEST_F(Opening, AURLGoesThroughTheHostOfTheWidget) {
   EXPECT_TRUE(url.isEqual(OpenableURL(URL{"rova://?t=r"})));
   EXPECT_EQ(url.hash(), OpenableURL(URL{"rova://?t=r"}).hash());
   EXPECT_FALSE(url.isEqual(OpenableURL(URL{"rova://?t=R"})));
+  const std::unordered_set<OpenableURL> urls{url, OpenableURL(URL{"rova://?t=r"}), OpenableURL(URL{"x"})};
+  EXPECT_EQ(urls.size(), 2U);
 }
 
 TEST_F(Opening, AURLOpensNothingWithoutTheWidgetsController) {
