@@ -163,6 +163,9 @@ TEST_F(ViewController, AnEmptyListOfFavouritesIsRefreshedToo) {
   World world = cityWithAStrike();
   world.favorites = {};
   startVisible(std::move(world));
+  perform(step::Update{"u"});
+  advance(1);
+  EXPECT_THAT(updateResults(), ElementsAre("u 0"));
   EXPECT_NE(controller().updater(), nullptr);
   set([](World& changed) { changed.favorites = {{.line = "A"}}; });
   advance(1801);
