@@ -1,5 +1,6 @@
 #include "list/transit_item.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
@@ -66,6 +67,10 @@ std::string RVTransitItem::description() const {
   return "<" + classNameOf(*this) + ":" + addressOf(this) + " | text: " + primaryText_.value_or("(null)") +
          " | subtext: " + secondaryText_.value_or("(null)") + " | artwork: " + describe(artwork_) +
          " | showArtwork?: " + (displayArtwork_ ? "YES" : "NO") + " | openable: " + describe(openable_) + ">";
+}
+
+bool areEqual(const TransitItems& a, const TransitItems& b) {
+  return std::ranges::equal(a, b, [](const auto& x, const auto& y) { return bothAbsentOrEqual(x, y); });
 }
 
 }  // namespace linewatch

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "activity/openable.h"
 #include "list/configured_artwork.h"
@@ -45,5 +46,9 @@ class RVTransitItem : public Object {
 };
 
 using SharedTransitItem = std::shared_ptr<const RVTransitItem>;
+using TransitItems = std::vector<SharedTransitItem>;
+
+/// Whether the rows are equal by value, one by one.
+bool areEqual(const TransitItems& a, const TransitItems& b);
 
 }  // namespace linewatch

@@ -1,6 +1,5 @@
 #include "list/transit_list_item.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace linewatch {
@@ -19,9 +18,13 @@ const Object* objectOf(const SummaryItem& summary) {
   return std::visit(visitor, summary);
 }
 
-bool sameRow(const Object* a, const Object* b) { return a == b || (a && b && a->isEqual(*b)); }
-
 }  // namespace
+
+bool areEqual(const SummaryItem& a, const SummaryItem& b) {
+  const Object* one = objectOf(a);
+  const Object* other = objectOf(b);
+  return one == other || (one && other && one->isEqual(*other));
+}
 
 RVTransitListItem::RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems)
     : summaryItem_(std::move(summaryItem)), expandedItems_(std::move(expandedItems)) {}
@@ -33,9 +36,7 @@ bool RVTransitListItem::isEqual(const Object& other) const {
 }
 
 bool RVTransitListItem::isEqualToListItem(const RVTransitListItem& other) const {
-  return sameRow(objectOf(summaryItem_), objectOf(other.summaryItem_)) &&
-         std::ranges::equal(expandedItems_, other.expandedItems_,
-                            [](const auto& a, const auto& b) { return bothAbsentOrEqual(a, b); });
+  return areEqual(summaryItem_, other.summaryItem_) && areEqual(expandedItems_, other.expandedItems_);
 }
 
 std::size_t RVTransitListItem::hash() const {

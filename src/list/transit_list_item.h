@@ -14,7 +14,8 @@ namespace linewatch {
 /// The row of the compact list: none, a row that stands for itself, or one that stands for several incidents.
 using SummaryItem =
     std::variant<std::monostate, SharedTransitItem, std::shared_ptr<const RVTransitSummaryItem>>;
-using TransitItems = std::vector<SharedTransitItem>;
+
+bool areEqual(const SummaryItem& a, const SummaryItem& b);
 
 /// The whole list: its one row when compact, and its rows from top to bottom when expanded (none: it does not
 /// expand). Immutable; two are equal when all their rows are.

@@ -8,7 +8,7 @@ template class FieldedMessage<TransitStorageIncident>;
 
 namespace {
 
-constexpr std::string_view kDataKey = "data";
+constexpr std::string_view kIncidentDataKey = "data";
 
 TransitIncidentEntities storedEntities(const TransitIncidentEntities& entities) {
   TransitIncidentEntities stored;
@@ -40,10 +40,12 @@ TransitStorageIncident::TransitStorageIncident(const TransitIncident& incident)
                              .lastUpdated = incident.lastUpdated(),
                              .affectedEntities = storedEntities(incident.affectedEntities())}) {}
 
-void TransitStorageIncident::encodeWithCoder(KeyedCoder& coder) const { coder.encodeBytes(kDataKey, data()); }
+void TransitStorageIncident::encodeWithCoder(KeyedCoder& coder) const {
+  coder.encodeBytes(kIncidentDataKey, data());
+}
 
 std::shared_ptr<const Archivable> TransitStorageIncident::makeWithDecoder(KeyedDecoder& decoder) {
-  const auto bytes = decoder.decodeBytes(kDataKey);
+  const auto bytes = decoder.decodeBytes(kIncidentDataKey);
   return bytes ? messageWithData<TransitStorageIncident>(*bytes) : nullptr;
 }
 

@@ -8,7 +8,7 @@ template class FieldedMessage<TransitStorageLineItem>;
 
 namespace {
 
-constexpr std::string_view kDataKey = "data";
+constexpr std::string_view kLineItemDataKey = "data";
 
 TransitIncidents storedIncidents(const TransitIncidents& incidents) {
   TransitIncidents stored;
@@ -47,10 +47,12 @@ TransitStorageLineItem::TransitStorageLineItem(const TransitLineItem& item)
               item.encyclopedicInfo(),
               item.hasEncyclopedicInfo()} {}
 
-void TransitStorageLineItem::encodeWithCoder(KeyedCoder& coder) const { coder.encodeBytes(kDataKey, data()); }
+void TransitStorageLineItem::encodeWithCoder(KeyedCoder& coder) const {
+  coder.encodeBytes(kLineItemDataKey, data());
+}
 
 std::shared_ptr<const Archivable> TransitStorageLineItem::makeWithDecoder(KeyedDecoder& decoder) {
-  const auto bytes = decoder.decodeBytes(kDataKey);
+  const auto bytes = decoder.decodeBytes(kLineItemDataKey);
   return bytes ? messageWithData<TransitStorageLineItem>(*bytes) : nullptr;
 }
 

@@ -1,6 +1,5 @@
 #include "presentation/artwork_column_calculator.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -9,12 +8,6 @@
 namespace linewatch {
 
 namespace {
-
-bool areEqual(const TransitItems& a, const TransitItems& b) {
-  return std::equal(
-      a.begin(), a.end(), b.begin(), b.end(),
-      [](const SharedTransitItem& x, const SharedTransitItem& y) { return bothAbsentOrEqual(x, y); });
-}
 
 /// The item's artwork, if it is a line's or a system's; null otherwise.
 SharedSizedArtwork sizedArtworkOf(const SharedTransitItem& item) {

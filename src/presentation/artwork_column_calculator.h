@@ -8,7 +8,6 @@
 
 namespace linewatch {
 
-using TransitItems = std::vector<SharedTransitItem>;
 /// Given an item and the artwork that is to be shown in place of its own: the item with that artwork, or null
 /// to keep the item as it is.
 using DownSizingBlock =

@@ -8,7 +8,7 @@ namespace linewatch {
 
 namespace {
 
-constexpr double kInitialRowHeight = 110.0;
+constexpr double kInitialContentHeight = 110.0;
 constexpr double kSideInset = 16.0;
 /// Runs after the fonts and the spacings have changed.
 constexpr std::uint64_t kAfterFontsAndSpacings = 1;
@@ -42,7 +42,7 @@ std::shared_ptr<VisualEffectWrappingView> FixedHeightCell::addWrappedLabel(
 
 FixedHeightCell::Constraints FixedHeightCell::commonConstraints() {
   const ui::View& content = contentView();
-  rowHeightConstraint_ = content.heightAnchor().constraintEqualToConstant(kInitialRowHeight);
+  rowHeightConstraint_ = content.heightAnchor().constraintEqualToConstant(kInitialContentHeight);
   return {rowHeightConstraint_,
           contentGuide_->centerYAnchor().constraintEqualTo(content.centerYAnchor()),
           contentGuide_->leadingAnchor().constraintEqualTo(content.leadingAnchor(), kSideInset),

@@ -1,6 +1,5 @@
 #include "presentation/transit_incident_data_source.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 #include <variant>
@@ -32,22 +31,6 @@ constexpr const char* kPlainCellIdentifier = "TableViewCell";
 constexpr std::string_view kExpandingRefused =
     "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to expand datasource state.\nListItem: %@";
 // clang-format on
-
-bool areEqual(const TransitItems& a, const TransitItems& b) {
-  return std::ranges::equal(a, b, [](const auto& x, const auto& y) { return bothAbsentOrEqual(x, y); });
-}
-
-bool areEqual(const SummaryItem& a, const SummaryItem& b) {
-  return std::visit(
-      []<class A, class B>(const A& x, const B& y) {
-        if constexpr (std::is_same_v<A, B> && !std::is_same_v<A, std::monostate>) {
-          return bothAbsentOrEqual(x, y);
-        } else {
-          return std::is_same_v<A, B>;
-        }
-      },
-      a, b);
-}
 
 SharedTransitItem withArtwork(const SharedTransitItem& item, const SharedSizedArtwork& artwork) {
   return std::make_shared<const RVTransitItem>(

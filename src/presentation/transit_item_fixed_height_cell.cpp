@@ -10,7 +10,7 @@ namespace linewatch {
 namespace {
 
 /// From the primary text's last baseline to the secondary text's first, at the default text size.
-constexpr double kBaselineSpacing = 21.0;
+constexpr double kItemBaselineSpacing = 21.0;
 constexpr double kArtworkVerticalInset = 8.0;
 constexpr std::size_t kAnyNumberOfLines = 0;
 
@@ -40,7 +40,7 @@ ui::Font RVTransitItemFixedHeightCell::_secondaryFont() const {
 
 void RVTransitItemFixedHeightCell::_createSubviews() {
   createCommonSubviews();
-  DynamicTypeWizard::autoscaleStackView(stackView_, kBaselineSpacing, primaryFontProvider());
+  DynamicTypeWizard::autoscaleStackView(stackView_, kItemBaselineSpacing, primaryFontProvider());
   primaryLabel_->setNumberOfLines(kAnyNumberOfLines);
   secondaryLabel_->setNumberOfLines(kAnyNumberOfLines);
   vibrancyViewForSecondaryLabel_ =

@@ -11,7 +11,7 @@ namespace linewatch {
 namespace {
 
 /// From the text's baseline to that of the shields' row, at every text size.
-constexpr double kBaselineSpacing = 35.0;
+constexpr double kSummaryBaselineSpacing = 35.0;
 constexpr std::int64_t kShieldSize = 3;
 constexpr std::int64_t kIconSize = 3;
 constexpr double kSpaceBetweenShields = 5.0;
@@ -37,7 +37,7 @@ ui::Font RVTransitSummaryCell::_primaryFont() const { return ui::Font::preferred
 
 void RVTransitSummaryCell::_createSubviews() {
   createCommonSubviews();
-  stackView_->setSpacing(kBaselineSpacing);
+  stackView_->setSpacing(kSummaryBaselineSpacing);
   primaryLabel_->setNumberOfLines(1);
   artworksLabel_->setShieldSize(kShieldSize);
   artworksLabel_->setIconSize(kIconSize);

@@ -15,8 +15,8 @@
 namespace linewatch {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double kBoundless = std::numeric_limits<double>::infinity();
 const ui::EdgeInsets kInsets{0, 0, 0, 16};
 
 using Parameter = ArtworkWidthCalculatorSizeParameter;
@@ -94,19 +94,19 @@ TEST_F(ArtworkColumn, MakesUnusableParametersUsable) {
   EXPECT_EQ(sanitized(0, 10), Widths(0, 10));
   EXPECT_EQ(sanitized(-1, 20), Widths(50, 50));
   EXPECT_EQ(sanitized(-1, 60), Widths(50, 60));
-  EXPECT_EQ(sanitized(-kInfinity, -kInfinity), Widths(50, 50));
-  EXPECT_TRUE(std::isnan(sanitized(73, kNaN).second));
+  EXPECT_EQ(sanitized(-kBoundless, -kBoundless), Widths(50, 50));
+  EXPECT_TRUE(std::isnan(sanitized(73, kNotANumber).second));
 }
 
 TEST_F(ArtworkColumn, ComesToAnEndWithAnyNumbers) {
-  const auto wide = sizedArtwork(300, cache_), notANumber = sizedArtwork(kNaN, cache_, 3, "NaN");
-  EXPECT_EQ(columnWidth({wide}, {73, kNaN, kInsets}), 73) << "nothing fits into what is not a number";
+  const auto wide = sizedArtwork(300, cache_), notANumber = sizedArtwork(kNotANumber, cache_, 3, "NaN");
+  EXPECT_EQ(columnWidth({wide}, {73, kNotANumber, kInsets}), 73) << "nothing fits into what is not a number";
   EXPECT_EQ(sizeShown(wide), -4);
   EXPECT_EQ(columnWidth({wide, notANumber}, {73, 400, kInsets}), 316);
   EXPECT_EQ(sizeShown(notANumber), -4);
-  EXPECT_EQ(columnWidth({wide}, {73, kInfinity, kInsets}), 316);
+  EXPECT_EQ(columnWidth({wide}, {73, kBoundless, kInsets}), 316);
   EXPECT_EQ(columnWidth({sizedArtwork(-500, cache_)}), 73);
-  EXPECT_EQ(columnWidth({sizedArtwork(kInfinity, cache_)}), 73);
+  EXPECT_EQ(columnWidth({sizedArtwork(kBoundless, cache_)}), 73);
   const auto nothing = std::make_shared<const SizedTransitArtwork>(nullptr, 3, nullptr);
   EXPECT_EQ(columnWidth({nothing}), 73);
   EXPECT_TRUE(

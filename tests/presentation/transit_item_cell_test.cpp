@@ -10,7 +10,7 @@
 namespace linewatch {
 namespace {
 
-constexpr double kHeadline = 17;
+constexpr double kHeadlinePoints = 17;
 
 class ItemCell : public Row {
  protected:
@@ -99,7 +99,7 @@ TEST_F(ItemCell, TextsWrapInTheWidthBesideTheArtwork) {
   EXPECT_EQ(lines(), 3U);
   const double second = firstBaseline(*cell_, cell_->secondaryLabel());
   const ui::Rect primary = rect("primaryLabel");
-  EXPECT_NEAR(second, primary.maxY() - 0.2 * kHeadline + 21, 1) << "measured from the last line";
+  EXPECT_NEAR(second, primary.maxY() - 0.2 * kHeadlinePoints + 21, 1) << "measured from the last line";
   show(item(longText, "y", false));
   EXPECT_EQ(lines(), 2U);
 }

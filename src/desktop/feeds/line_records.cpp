@@ -12,17 +12,13 @@ namespace linewatch::desktop {
 
 namespace {
 
-std::optional<std::string> present(std::string text) {
-  return text.empty() ? std::nullopt : std::optional(std::move(text));
-}
-
 /// Without a colour of its own a shield is painted as the theme has it, text included.
 ShieldDataSource shield(TransitMode mode, std::string text, const std::string& color,
                         const std::string& textColor) {
   return {
       .shieldType = static_cast<std::int64_t>(mode),
       .shieldText = std::move(text),
-      .shieldColorString = present(color),
+      .shieldColorString = color.empty() ? std::nullopt : std::optional(color),
       .textColorString = color.empty() ? std::nullopt : std::optional(readableTextColor(textColor, color))};
 }
 

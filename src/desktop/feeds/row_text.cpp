@@ -61,7 +61,7 @@ bool isAsciiAlphanumeric(char byte) {
 }
 
 /// The words alone, to compare what two texts say: " route 5 detour ".
-std::string wordsOf(std::string_view text) {
+std::string comparableWords(std::string_view text) {
   std::string words = " ";
   while (!text.empty()) {
     if (const char byte = text.front(); isAsciiAlphanumeric(byte)) {
@@ -99,13 +99,13 @@ bool namesAddress(std::string_view sentence) {
 /// Collects sentences as long as they are news and the text is short.
 class SecondaryText {
  public:
-  explicit SecondaryText(std::string_view title) : title_(title), known_(wordsOf(title)) {}
+  explicit SecondaryText(std::string_view title) : title_(title), known_(comparableWords(title)) {}
 
   bool isEnough() const { return countCharacters(text_) >= kEnough; }
 
   void offer(std::string_view written) {
     const std::string_view sentence = withoutTitle(written, title_);
-    const std::string words = wordsOf(sentence);
+    const std::string words = comparableWords(sentence);
     const bool isNews = words.size() > 1 && known_.find(words) == std::string::npos;
     if (!isNews || namesAddress(sentence) || !said_.insert(words).second) return;
     if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > roomForBoth()) {
@@ -142,7 +142,7 @@ std::string rowSecondaryText(std::string_view description, std::string_view titl
 }
 
 bool titleSays(std::string_view title, std::string_view text) {
-  return wordsOf(title).find(wordsOf(text)) != std::string::npos;
+  return comparableWords(title).find(comparableWords(text)) != std::string::npos;
 }
 
 }  // namespace linewatch::desktop

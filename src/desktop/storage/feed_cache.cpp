@@ -4,8 +4,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-double secondsOf(Date date) { return date.time_since_epoch().count(); }
-
 CachedDocument documentIn(const SqliteRow& row) {
   return {row.text(0), Date(Seconds(row.real(1))), row.optionalText(2), row.optionalText(3), row.bytes(4)};
 }

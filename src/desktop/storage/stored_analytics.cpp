@@ -7,8 +7,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-double secondsOf(Date date) { return date.time_since_epoch().count(); }
-
 template <class T>
 SqliteParameter integerOrNothing(const std::optional<T>& value) {
   return value ? SqliteParameter(static_cast<std::int64_t>(*value)) : SqliteParameter();

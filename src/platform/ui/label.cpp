@@ -11,7 +11,7 @@ namespace linewatch::ui {
 namespace {
 
 // Frames on the pixel grid miss sums of lengths by rounding.
-constexpr double kTolerance = 1e-6;
+constexpr double kHeightTolerance = 1e-6;
 // A line of which less than this can be seen is not drawn.
 constexpr double kReadableShare = 0.6;
 
@@ -111,11 +111,11 @@ std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
   if (text_.isEmpty() || !(size.width > 0 && size.height > 0)) return std::make_shared<const TextLayout>();
   const TextLayoutRequest request = requestFor(size.width);
   if (measured_ && measured_->request == request &&
-      measured_->layout->size.height <= size.height + kTolerance) {
+      measured_->layout->size.height <= size.height + kHeightTolerance) {
     return measured_->layout;
   }
   TextLayoutRequest limited = request;
-  limited.maximumHeight = size.height + kTolerance;
+  limited.maximumHeight = size.height + kHeightTolerance;
   const auto& layout = layOut(displayed_, limited);
   const bool readable = size.height >= kReadableShare * layout->size.height;
   return readable ? layout : std::make_shared<const TextLayout>();

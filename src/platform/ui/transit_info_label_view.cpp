@@ -12,7 +12,7 @@ namespace {
 /// Points. No display shows a longer row, so that a row of very many items costs no more than this one.
 constexpr double kLongestRow = 4096;
 /// A width that is larger by no more than this still fits.
-constexpr double kTolerance = 1e-6;
+constexpr double kWidthTolerance = 1e-6;
 
 constexpr Size kNothing{0, 0};
 
@@ -113,7 +113,7 @@ void TransitInfoLabelView::addPieces(Row& row, double limit) {
     const Size size = image ? image->size() : kNothing;
     const double leading = row.pieces.empty() ? 0 : row.width + space_;
     const double trailing = leading + usable(size.width);
-    if (trailing > limit + kTolerance) return;
+    if (trailing > limit + kWidthTolerance) return;
     row.pieces.push_back({std::move(image), leading, {usable(size.width), usable(size.height)}});
     row.width = trailing;
   }
@@ -126,7 +126,7 @@ void TransitInfoLabelView::makeRoomForText(Row& row, double limit) {
     row.textLeading = row.pieces.empty() ? 0 : row.width + space_;
     const double room = limit - row.textLeading;
     row.textLayout = layOutText(row.text, kLongestLength);
-    if (row.textLayout->size.width <= room + kTolerance) break;
+    if (row.textLayout->size.width <= room + kWidthTolerance) break;
     if (row.pieces.empty()) {
       row.textLayout = layOutText(row.text, room);
       break;

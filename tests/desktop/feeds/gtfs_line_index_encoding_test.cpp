@@ -10,7 +10,7 @@
 namespace linewatch::desktop {
 namespace {
 
-LineIndex::Contents city() {
+LineIndex::Contents wideContents() {
   return {.feedName = "Falkenrive",
           .language = "de",
           .agencies = {{"FVT", "Falkenrive Verkehr · Transports", "de"}, {"", "", ""}},
@@ -19,7 +19,7 @@ LineIndex::Contents city() {
                      {std::string("\0", 1), "é", "", 0, std::nullopt, "ABCDEF", ""}}};
 }
 
-std::string faultOf(const Bytes& bytes) {
+std::string decodingFaultOf(const Bytes& bytes) {
   const Outcome<LineIndex::Contents> contents = decodeLineIndex(bytes);
   return contents ? "none" : sentence(contents.error());
 }
@@ -35,12 +35,12 @@ TEST(LineIndexEncoding, HasTheDocumentedLayout) {
 }
 
 TEST(LineIndexEncoding, KeepsEveryContents) {
-  EXPECT_EQ(*decodeLineIndex(encodeLineIndex(city())), city());
+  EXPECT_EQ(*decodeLineIndex(encodeLineIndex(wideContents())), wideContents());
   EXPECT_EQ(*decodeLineIndex(encodeLineIndex({})), LineIndex::Contents());
 }
 
 TEST(LineIndexEncoding, LeavesOutColorsThatAreNone) {
-  LineIndex::Contents contents = city();
+  LineIndex::Contents contents = wideContents();
   contents.routes[0].color = "ff0000";
   contents.routes[1].textColor = "white";
   const LineIndex::Contents kept = *decodeLineIndex(encodeLineIndex(contents));
@@ -49,22 +49,23 @@ TEST(LineIndexEncoding, LeavesOutColorsThatAreNone) {
 }
 
 TEST(LineIndexEncoding, RefusesOtherBytes) {
-  const Bytes good = encodeLineIndex(city());
+  const Bytes good = encodeLineIndex(wideContents());
   for (std::size_t size = 0; size < good.size(); ++size) {
-    EXPECT_NE(faultOf(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size))), "none") << size;
+    EXPECT_NE(decodingFaultOf(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size))), "none")
+        << size;
   }
   Bytes longer = good;
   longer.push_back(0);
-  EXPECT_THAT(faultOf(longer), testing::HasSubstr("there are bytes after the end"));
+  EXPECT_THAT(decodingFaultOf(longer), testing::HasSubstr("there are bytes after the end"));
   Bytes newer = good;
   newer[4] = 2;
-  EXPECT_EQ(faultOf(newer), "kept lines of a feed: byte 5: they are of another kind or version");
+  EXPECT_EQ(decodingFaultOf(newer), "kept lines of a feed: byte 5: they are of another kind or version");
 
   const Bytes head{'L', 'W', 'L', 'I', 1, 0, 0};
   const auto faultAfterHead = [&head](const Bytes& rest) {
     Bytes bytes = head;
     bytes.insert(bytes.end(), rest.begin(), rest.end());
-    return faultOf(bytes);
+    return decodingFaultOf(bytes);
   };
   EXPECT_EQ(faultAfterHead({0, 0}), "none");
   EXPECT_THAT(faultAfterHead({0x80, 0, 0}), testing::HasSubstr("a number is malformed"));
@@ -78,7 +79,7 @@ TEST(LineIndexEncoding, RefusesOtherBytes) {
 
 TEST(LineIndexEncoding, HasOneFormForEachContents) {
   std::mt19937 random(7);
-  const Bytes good = encodeLineIndex(city());
+  const Bytes good = encodeLineIndex(wideContents());
   for (int round = 0; round < 5000; ++round) {
     Bytes bytes = good;
     for (auto changes = 1 + random() % 3; changes > 0; --changes) {
