@@ -91,6 +91,19 @@ TEST_F(ViewController, AppearsDisappearsAndAnswersInOrder) {
   EXPECT_EQ(count("timerFired"), 0U) << "nothing goes on out of sight";
 }
 
+TEST_F(ViewController, FillsItsViewWithATable) {
+  World world;
+  world.host.compact = {300, 110};
+  world.host.expanded = {320, 440};
+  world.host.bounds = {500, 200};
+  start(std::move(world));
+  const ui::TableView& table = *controller().tableView();
+  EXPECT_EQ(table.frame(), controller().view().bounds());
+  EXPECT_EQ(table.superview(), &controller().view());
+  EXPECT_EQ(table.separatorEffect(), ui::VibrancyEffect::tertiary);
+  EXPECT_EQ(controller().dataSource()->availableWidth(), 300) << "the compact widget's, not the view's";
+}
+
 TEST_F(ViewController, OneFetchServesAllWhoAsk) {
   start();
   perform(step::Appear{});
