@@ -55,6 +55,9 @@ TEST_F(LayoutTest, ARowOfTextAndImage) {
   row.layOutAtWidth(359);
   EXPECT_EQ(row.frame().height, 64);
   EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 15.5, 327, 33}));
+  row.height->setConstant(64.1);
+  row.layOutAtWidth(359);
+  EXPECT_EQ(row.frame().height, 64.5) << "whole pixels, and none too few";
 }
 
 TEST_F(LayoutTest, TextThatIsTooTallGivesWayFromTheEndByWholeLines) {
@@ -225,6 +228,10 @@ TEST_F(LayoutTest, ManyChangesComeOutAsIfMadeAtOnce) {
 /// Counts what it is asked.
 class CountingView final : public View {
  public:
+  std::optional<double> intrinsicWidth() override {
+    ++questions;
+    return std::nullopt;
+  }
   std::optional<double> intrinsicHeight(double width) override {
     ++questions;
     return area / std::max(1.0, width);
@@ -648,6 +655,9 @@ TEST_F(LayoutTest, FrameLayoutFollowsTheSuperview) {
   root.layoutIfNeeded();
   EXPECT_EQ(child->frame(), (Rect{10, 5, 110, 40}));
   EXPECT_EQ(pinned->frame().origin(), (Point{123, 45}));
+  child->setFrame({4, 7, 110, 40});
+  root.layoutIfNeeded();
+  EXPECT_EQ(pinned->frame().origin(), (Point{117, 47}));
 }
 
 }  // namespace
