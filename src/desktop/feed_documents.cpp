@@ -145,12 +145,26 @@ Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
     fetched = fetchAnew(feed, Kind::kTimetable, std::nullopt);
     if (!fetched) return fetched.error();
   }
-  auto source = openZip(std::move(fetched->document.bytes), feed.gtfs);
+  auto index = readFetchedTimetable(feed, std::move(fetched->document));
+  if (index) return index;
+  // As where a network answers with a page of its own: the lines known before serve as if it had not
+  // answered.
+  const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
+  if (!kept) return index;
+  auto contents = decodeLineIndex(kept->bytes);
+  if (!contents) return index;
+  logError("%@; going on with the lines known before", {sentenceOf(index.error())});
+  return indexOf(std::move(*contents));
+}
+
+Outcome<SharedLineIndex> FeedDocuments::readFetchedTimetable(const StoredFeed& feed,
+                                                             CachedDocument document) {
+  auto source = openZip(std::move(document.bytes), feed.gtfs);
   if (!source) return source.error();
   auto contents = readGtfs(**source, feed.name);
   if (!contents) return contents.error();
   const SharedLineIndex index = indexOf(std::move(*contents));
-  keepIndex(feed, *index, std::move(fetched->document));
+  keepIndex(feed, *index, std::move(document));
   return index;
 }
 

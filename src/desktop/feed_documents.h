@@ -19,9 +19,9 @@ namespace linewatch::desktop {
 ///
 /// What a server gave is kept in the cache and asked for with conditions the next time, alerts not again
 /// within 15 seconds and timetables not within a day. When the server cannot be reached, a kept timetable
-/// goes on to serve, and kept alerts do for 15 minutes: after that nobody knows whether the lines run well.
-/// Of a timetable the cache holds the line index, which is read in its place as long as the files are those
-/// it was made from. Any thread.
+/// goes on to serve (also where what it gave cannot be read), and kept alerts do for 15 minutes: after that
+/// nobody knows whether the lines run well. Of a timetable the cache holds the line index, which is read in
+/// its place as long as the files are those it was made from. Any thread.
 class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
@@ -48,6 +48,7 @@ class FeedDocuments {
                              const std::optional<CachedDocument>& kept);
   Outcome<SharedLineIndex> readLocalTimetable(const StoredFeed& feed);
   Outcome<SharedLineIndex> fetchTimetable(const StoredFeed& feed);
+  Outcome<SharedLineIndex> readFetchedTimetable(const StoredFeed& feed, CachedDocument document);
   Outcome<SharedAlertsMessage> fetchAlerts(const StoredFeed& feed, const SharedAlertsMessage& held);
   void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/feeds/alerts_sketch.h"
+#include "desktop/feeds/line_index_encoding.h"
 #include "desktop/recording_log.h"
 #include "desktop/sentence.h"
 #include "desktop/temporary_folder.h"
@@ -226,6 +227,29 @@ TEST_F(TransitFeedsTest, KeptAlertsServeForAQuarterOfAnHourWithoutTheServer) {
   EXPECT_EQ(after(1), "a ") << "what is older than the alerts kept is ignored";
   server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_THAT(after(20), AllOf(HasSubstr("feed bus: https://example.org/alerts: "), HasSubstr("markup")));
+}
+
+TEST_F(TransitFeedsTest, KeptLinesServeWhenATimetableCannotBeHad) {
+  const StoredFeed feed{"bus", "https://example.org/gtfs.zip", ""};
+  const auto lineIds = [&] {
+    const auto index = documents(cache())->lineIndexOf(feed);
+    return index ? (*index)->nameOfRoute(0) : sentence(index.error());
+  };
+  server_->answer = HttpResponse{.body = {'<'}};
+  EXPECT_THAT(lineIds(), HasSubstr("https://example.org/gtfs.zip: "));
+  cache()->store("bus", "gtfs",
+                 {.location = feed.gtfs,
+                  .fetched = now_,
+                  .bytes = encodeLineIndex({.feedName = "bus", .routes = {FeedRoute{.id = "kept"}}})});
+  EXPECT_EQ(lineIds(), "kept");
+  EXPECT_EQ(server_->requests.size(), 1U) << "a timetable is asked for once a day";
+  now_ += Seconds(86400 * 30);
+  EXPECT_EQ(lineIds(), "kept");
+  EXPECT_THAT(platform_->transcript().logTexts("error"),
+              ElementsAre(AllOf(HasSubstr("https://example.org/gtfs.zip: "),
+                                HasSubstr("; going on with the lines known before"))));
+  server_->answer = failure("https://example.org/gtfs.zip", "", "timed out");
+  EXPECT_EQ(lineIds(), "kept");
 }
 
 TEST_F(TransitFeedsTest, KeepsTheLinesOfATimetableUntilItsFilesChange) {
