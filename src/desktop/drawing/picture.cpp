@@ -83,7 +83,7 @@ bool writePdf(ui::View& view, const PictureStyle& style, QIODevice& device) {
   if (!painter.begin(&writer)) return false;
   const double unitsAPoint = static_cast<double>(writer.resolution()) / kPointsAnInch;
   painter.scale(unitsAPoint, unitsAPoint);
-  draw(view, style, painter, CanvasKind::full);
+  draw(view, style, painter, CanvasKind::text);
   return painter.end();
 }
 

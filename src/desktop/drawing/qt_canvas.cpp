@@ -40,6 +40,24 @@ QPainterPath qtPath(const ui::Path& path) {
   return result;
 }
 
+// A point. What draws them larger than so blurs them.
+constexpr double kPixelsOfGlyphPictures = 4;
+
+/// Whether the font's glyphs are pictures rather than outlines, which Qt gives only to devices with pixels.
+bool hasPictures(const QRawFont& font) {
+  return !font.fontTable("CBLC").isEmpty() || !font.fontTable("sbix").isEmpty();
+}
+
+/// Room for pictures, of which the font tells no more than where they begin; from where the baseline begins.
+QRectF roomFor(const QGlyphRun& glyphs) {
+  const double size = glyphs.rawFont().pixelSize();
+  QRectF room;
+  for (const QPointF& position : glyphs.positions()) {
+    room |= QRectF(position.x(), position.y() - 1.25 * size, 1.5 * size, 1.75 * size);
+  }
+  return QRectF(room.toAlignedRect());
+}
+
 }  // namespace
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance) {
@@ -68,7 +86,7 @@ void QtCanvas::restore() {
 void QtCanvas::translate(const ui::Point& offset) { painter_.translate(qtPoint(offset)); }
 
 void QtCanvas::clip(const ui::Rect& rect) {
-  if (kind_ == CanvasKind::full) return painter_.setClipRect(qtRect(rect), Qt::IntersectClip);
+  if (kind_ != CanvasKind::outlines) return painter_.setClipRect(qtRect(rect), Qt::IntersectClip);
   const QRectF onDevice = painter_.transform().mapRect(qtRect(rect));
   std::optional<QRectF>& clip = clips_.back();
   clip = clip ? clip->intersected(onDevice) : onDevice;
@@ -119,6 +137,7 @@ void QtCanvas::drawText(const ui::TextLayout& layout, const ui::Point& origin, c
 }
 
 void QtCanvas::drawGlyphs(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color) {
+  if (kind_ != CanvasKind::full && hasPictures(glyphs.rawFont())) return drawAsImage(glyphs, origin);
   if (kind_ == CanvasKind::outlines) return drawOutlines(glyphs, origin, color);
   painter_.setPen(color);
   painter_.drawGlyphRun(origin, glyphs);
@@ -134,6 +153,20 @@ void QtCanvas::drawOutlines(const QGlyphRun& glyphs, const QPointF& origin, cons
     outline.addPath(font.pathForGlyph(indexes[i]).translated(origin + positions[i]));
   }
   fill(outline, color);
+}
+
+void QtCanvas::drawAsImage(const QGlyphRun& glyphs, const QPointF& origin) {
+  const QRectF box = roomFor(glyphs);
+  const std::optional<QRectF> window = visible();
+  if (window && !window->intersects(box.translated(origin))) return;
+  QImage image((box.size() * kPixelsOfGlyphPictures).toSize(), QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.scale(kPixelsOfGlyphPictures, kPixelsOfGlyphPictures);
+  painter.drawGlyphRun(-box.topLeft(), glyphs);
+  painter.end();
+  painter_.drawImage(box.translated(origin), image);
 }
 
 void QtCanvas::drawImage(const ui::Image& image, const ui::Rect& rect) {

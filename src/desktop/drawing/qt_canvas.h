@@ -13,11 +13,12 @@ QColor qtColor(const ui::Color& color, ui::Appearance appearance);
 
 /// What a canvas does with what its paint device cannot.
 enum class CanvasKind {
-  /// The device does everything.
+  /// The device has pixels and does everything.
   full,
+  /// The device draws glyphs as text: those that are pictures, as of emoji, are drawn as images.
+  text,
   /// The device knows neither clipping nor how a text is shaped: what is clipped is cut before it is drawn,
-  /// and
-  /// glyphs are drawn as outlines.
+  /// and glyphs are drawn as outlines, or as images where they are pictures.
   outlines
 };
 
@@ -49,6 +50,7 @@ class QtCanvas final : public ui::Canvas {
   std::optional<QRectF> visible() const;
   void drawGlyphs(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
   void drawOutlines(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
+  void drawAsImage(const QGlyphRun& glyphs, const QPointF& origin);
 
   QPainter& painter_;
   ui::Appearance appearance_;

@@ -10,7 +10,7 @@ namespace {
 
 // The first that is installed; the system's own choice where none is, and for characters that they lack.
 const QStringList& families() {
-  static const QStringList names = {"Inter", "Noto Sans", "DejaVu Sans"};
+  static const QStringList names = {"Inter", "Noto Sans", "Noto Color Emoji", "DejaVu Sans"};
   return names;
 }
 

@@ -111,6 +111,34 @@ TEST_F(Picture, IsTheSameInEveryFormat) {
   EXPECT_FALSE(pdf.contains("/Subtype /Image"));
 }
 
+TEST_F(Picture, HasEmojiInEveryFormat) {
+  const QImage without = *imageOf(*view_, kStyle);
+  add<ui::Label>({170, 38, 30, 22})->setText("🚧");
+  const QImage pixels = *imageOf(*view_, kStyle);
+  ASSERT_NE(pixels, without);
+  ASSERT_EQ(savePicture(*view_, kStyle, file("a.svg")), std::nullopt);
+  ASSERT_EQ(savePicture(*view_, kStyle, file("a.pdf")), std::nullopt);
+  QImage drawn(pixels.size(), pixels.format());
+  QPainter painter(&drawn);
+  QSvgRenderer(contentOf(file("a.svg"))).render(&painter);
+  painter.end();
+  const QRect place(340, 76, 60, 44);
+  EXPECT_LT(difference(drawn.copy(place), pixels.copy(place)),
+            0.5 * difference(without.copy(place), pixels.copy(place)));
+  EXPECT_TRUE(contentOf(file("a.pdf")).contains("/Subtype /Image"));
+}
+
+TEST_F(Picture, CanBeAsTallAsItIsSaidTo) {
+  for (const double scale : {0.5, 1.0, 2.0, 8.0}) {
+    for (const double width : {100.0, 359.0, 2000.0}) {
+      const double height = tallestPicture(width, scale);
+      EXPECT_TRUE(imageOf(*view_, {.size = {width, height}, .scale = scale})) << width << " at " << scale;
+      EXPECT_FALSE(imageOf(*view_, {.size = {width, height + 1}, .scale = scale}))
+          << width << " at " << scale;
+    }
+  }
+}
+
 TEST_F(Picture, OfNoPossibleSizeIsNone) {
   constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
   for (const ui::Size size : {ui::Size{0, 60}, ui::Size{200, -1}, ui::Size{kNotANumber, 60},
