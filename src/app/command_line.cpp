@@ -1,5 +1,6 @@
 #include "app/command_line.h"
 
+#include <charconv>
 #include <chrono>
 #include <regex>
 
@@ -65,6 +66,23 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
       ->take_all()
       ->group(kGroup);
   app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error")->group(kGroup);
+}
+
+struct NumberRange {
+  double least, most;
+  const char* text;
+};
+
+/// An option that takes the numbers of a range: not what is no number either.
+void addNumber(CLI::App& app, const std::string& name, double& number, const NumberRange& range,
+               const std::string& about) {
+  const auto check = [=](const std::string& text) {
+    double given = 0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), given).ptr;
+    const bool fits = end == text.data() + text.size() && given >= range.least && given <= range.most;
+    return fits ? std::string() : std::string("no number from ") + range.text + ": " + text;
+  };
+  app.add_option(name, number, about + ", " + range.text)->type_name("N")->check(check);
 }
 
 /// The subcommands, each with the command that it fills in.
@@ -156,9 +174,7 @@ struct Grammar {
         ->type_name("FILE")
         ->required();
     sub->add_flag("--expanded", render_.expanded, "Every row, not just the one of the compact widget");
-    sub->add_option("--scale", render_.scale, "Pixels a point, 0.5 to 8")
-        ->type_name("N")
-        ->check(CLI::Range(0.5, 8.0));
+    addNumber(*sub, "--scale", render_.scale, {0.5, 8, "0.5 to 8"}, "Pixels a point");
     sub->add_option_function<std::string>(
            "--text-size",
            [this](const std::string& name) {
@@ -170,9 +186,7 @@ struct Grammar {
            "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5")
         ->type_name("SIZE");
     sub->add_flag("--dark", render_.dark, "On a dark background");
-    sub->add_option("--width", render_.width, "Points, 100 to 2000")
-        ->type_name("N")
-        ->check(CLI::Range(100.0, 2000.0));
+    addNumber(*sub, "--width", render_.width, {100, 2000, "100 to 2000"}, "Points");
     sub->callback([this] { command = render_; });
   }
   void addSimulate(CLI::App& app) {

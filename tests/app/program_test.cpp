@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "app/alerts_by_hand.h"
 #include "app/program_run.h"
 
 namespace linewatch::app {
@@ -16,16 +17,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-// An alerts feed by hand: a header, and entities that each say something of one route.
-std::string field(int number, const std::string& bytes) {
-  return std::string(1, static_cast<char>(number << 3 | 2)) + static_cast<char>(bytes.size()) + bytes;
-}
-std::string text(const std::string& words) { return field(1, field(1, words)); }
-std::string alert(const std::string& id, const std::string& route, const std::string& header) {
-  return field(2, field(1, id) + field(5, field(5, field(2, route)) + field(10, text(header))));
-}
-std::string alerts(const std::string& entities) { return field(1, field(1, "2.0")) + entities; }
 
 constexpr const char* kRoutes =
     "route_id,route_short_name,route_long_name,route_type,route_color\n"
