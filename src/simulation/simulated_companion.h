@@ -1,24 +1,36 @@
 #pragma once
 
+#include <string>
+#include <utility>
+
 #include "platform/system_controller.h"
 #include "platform/user_session.h"
 #include "simulation/backstage.h"
 
 namespace linewatch::simulation {
 
-/// A session that carries nothing along: conversions give what they are given. Sharing is recorded as
-/// "shareSession".
+/// A session that carries nothing along, so that conversions give what they are given, unless it is marked.
+/// Sharing is recorded as "shareSession".
 class SimulatedUserSession final : public UserSession {
  public:
   explicit SimulatedUserSession(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
 
   void sessionEntity(bool share, bool reset) override;
-  URL sharedSessionPunchOutURL(const std::string& absoluteString) override { return {absoluteString}; }
-  Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override { return userInfo; }
+  URL sharedSessionPunchOutURL(const std::string& absoluteString) override {
+    return {absoluteString + (mark_.empty() ? "" : "#" + mark_)};
+  }
+  Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override {
+    if (!mark_.empty()) userInfo.emplace("session", mark_);
+    return userInfo;
+  }
   UserSessionSnapshot snapshot() override { return {"simulated session"}; }
+
+  /// From now on URLs carry the mark along as their fragment and user infos under "session"; none when empty.
+  void setMark(std::string mark) { mark_ = std::move(mark); }
 
  private:
   SharedBackstage backstage_;
+  std::string mark_;
 };
 
 /// Favourites are shown at "rova://favorites?type=FAVORITES_TYPE&map=MAP_TYPE".

@@ -194,6 +194,14 @@ TEST_F(Opening, AURLGoesThroughTheHostOfTheWidget) {
   EXPECT_EQ(urls.size(), 2U);
 }
 
+TEST_F(Opening, TheSessionIsCarriedAlong) {
+  platform_->userSession().setMark("s1");
+  const auto data = RVUserActivityData::make("T", Dictionary{{"key", "value"}});
+  EXPECT_EQ(data->userInfo(), (Dictionary{{"key", "value"}, {"session", "s1"}}));
+  OpenableURL(URL{"rova://?t=r"}).openInContext(platform_->makeViewController(), nullptr);
+  EXPECT_EQ(platform_->transcript().eventsNamed("openURL").at(0).field("url"), Value("rova://?t=r#s1"));
+}
+
 TEST_F(Opening, AURLOpensNothingWithoutTheWidgetsController) {
   const OpenableURL url(URL{"rova://?t=r"});
   open(url);

@@ -153,9 +153,12 @@ TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
 TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   startVisible();
   EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  const auto recorded = [this] { return *controller().analyticsDelegate()->analyticsData(); };
+  EXPECT_EQ(recorded().transitIncidents.size(), 2U);
   clear();
   advance(600);
   EXPECT_EQ(count("lookup"), 0U) << "an incident's end needs no fetch";
+  EXPECT_EQ(recorded().transitIncidents.size(), 4U) << "in its last moment the strike is shown still";
   const auto updater = controller().updater();
   advance(1200);
   EXPECT_EQ(count("lookup"), 1U) << "the refresh does";
@@ -288,12 +291,14 @@ TEST_F(ViewController, WithoutAHostShowsTheListAllTheSame) {
 }
 
 TEST_F(ViewController, FollowsTheHostsModeNotWhatItIsTold) {
-  startVisible();
+  World world = cityWithAStrike();
+  world.host.expanded.width = 400;
+  startVisible(std::move(world));
   clear();
   perform(step::DisplayMode{WidgetDisplayMode::expanded});
   EXPECT_THAT(events(),
               ElementsAre("usage", "largestAvailableDisplayMode", "reload", "preferredContentSize"));
-  EXPECT_EQ(controller().preferredContentSize(), (Size{359, 220}));
+  EXPECT_EQ(controller().preferredContentSize(), (Size{400, 220}));
   clear();
   controller().widgetActiveDisplayModeDidChange(WidgetDisplayMode::compact, {});
   EXPECT_THAT(events(), ElementsAre("usage")) << "recorded as told, but the host still shows it expanded";
