@@ -1,0 +1,35 @@
+// Any bytes as the saved state of the widget: it loads, is let be, or is removed, and what has loaded can be
+// saved.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/companion_application.h"
+#include "simulation/simulated_platform.h"
+#include "widget/saved_ui_data.h"
+
+namespace {
+
+using namespace linewatch;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto platform = simulation::SimulatedPlatform::make();
+  installPlatform(platform);
+  Dictionary& stored = platform->preferences().suite(kCompanionAppGroupSuite);
+  stored.insert_or_assign(std::string(kSavedUIDataKey), Bytes(data, data + size));
+  if (const auto state = loadSavedUIData()) {
+    require(state->lineItemsResult() != nullptr);
+    saveUIData(state);
+    const auto again = loadSavedUIData();
+    require(again != nullptr && again->expanded() == state->expanded());
+  }
+  return 0;
+}

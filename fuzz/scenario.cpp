@@ -1,0 +1,53 @@
+// Any text as a scenario. What can be read is run, but for what takes long; what cannot be says where on one
+// line.
+
+#include "simulation/scenario.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "simulation/scenario_run.h"
+
+namespace {
+
+using namespace linewatch;
+using namespace linewatch::simulation;
+
+void require(bool holds) {
+  if (!holds) std::abort();
+}
+
+void requireOneLine(const Error& error) {
+  const std::string sentence = error.info.at(kLocalizedDescriptionKey).description();
+  require(!sentence.empty() && sentence.find('\n') == std::string::npos);
+}
+
+Seconds lengthOf(const Scenario& scenario) {
+  Seconds length{0};
+  for (const Step& step : scenario.steps) {
+    if (const auto* advance = std::get_if<step::Advance>(&step)) length += advance->seconds;
+  }
+  return length;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const auto scenario = readScenario(text);
+  if (!scenario) {
+    requireOneLine(scenario.error());
+  } else if (lengthOf(*scenario) < Seconds(86400)) {
+    const auto lines = runScenario(text);
+    if (!lines) {
+      requireOneLine(lines.error());
+    } else {
+      for (const std::string& line : *lines) require(line.find('\n') == std::string::npos);
+    }
+  }
+  return 0;
+}
