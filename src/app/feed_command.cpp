@@ -27,7 +27,7 @@ std::string countOfLines(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
-Report list(Session& session) {
+Report listFeeds(Session& session) {
   const auto feeds = session.platform().storedFeeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
@@ -42,7 +42,7 @@ Report list(Session& session) {
   return report;
 }
 
-Report add(Session& session, const FeedCommand& command) {
+Report addFeed(Session& session, const FeedCommand& command) {
   if (const auto fault = faultOfName(command.name)) return refused(*fault);
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
   // What cannot be read is better not added: the user is here to mend it.
@@ -57,7 +57,7 @@ Report add(Session& session, const FeedCommand& command) {
           .complaint = {}};
 }
 
-Report remove(Session& session, const std::string& name) {
+Report removeFeed(Session& session, const std::string& name) {
   const auto removed = session.platform().storedFeeds().remove(name);
   if (!removed) return refused(removed.error());
   if (!*removed) return refused(failure("feed " + name, "", "there is no feed of that name"));
@@ -70,11 +70,11 @@ Report remove(Session& session, const std::string& name) {
 Report feed(Session& session, const FeedCommand& command) {
   switch (command.action) {
     case FeedCommand::Action::list:
-      return list(session);
+      return listFeeds(session);
     case FeedCommand::Action::add:
-      return add(session, command);
+      return addFeed(session, command);
     case FeedCommand::Action::remove:
-      return remove(session, command.name);
+      return removeFeed(session, command.name);
   }
   return {};
 }

@@ -32,7 +32,7 @@ std::string argumentText(const Placeholder& placeholder, const Value& argument) 
   return text;
 }
 
-void write(LogLevel level, std::string_view format, std::initializer_list<Value> arguments) {
+void writeMessage(LogLevel level, std::string_view format, std::initializer_list<Value> arguments) {
   Log& log = platform().log();
   if (log.isEnabled(level)) log.write({level, kLogCategory, format, arguments});
 }
@@ -56,11 +56,11 @@ std::string LogMessage::text(bool redacted) const {
 }
 
 void logDebug(std::string_view format, std::initializer_list<Value> arguments) {
-  write(LogLevel::debug, format, arguments);
+  writeMessage(LogLevel::debug, format, arguments);
 }
 
 void logError(std::string_view format, std::initializer_list<Value> arguments) {
-  write(LogLevel::error, format, arguments);
+  writeMessage(LogLevel::error, format, arguments);
 }
 
 }  // namespace linewatch

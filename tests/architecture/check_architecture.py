@@ -3,6 +3,8 @@
 
  - Includes in src/ point along the arrows only: no folder includes one to its left, the two platforms never include
    each other, and the system knows the standard library and libbz2, the simulation a JSON reader besides.
+ - A folder may be compiled as one unit: a function of an unnamed namespace shares its name with no other of its folder,
+   for the compiler would choose between them in silence.
  - Comments and texts explain themselves: none leans on a document outside the tree.
 
 usage: check_architecture.py ROOT
@@ -29,6 +31,8 @@ LIBRARIES = {
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
+# As clang-format leaves them: a definition at the start of a line, a namespace and its end too.
+FUNCTION = re.compile(r"(?!return\b|using\b|namespace\b|static_assert\b|TEST|INSTANTIATE)[A-Za-z_][\w:<>,*& ]*[ *&]([A-Za-z_]\w*)\(")
 # Put together from pieces, so that this file passes its own check.
 OUTSIDE_DOCUMENT = re.compile(r"\bspec" + r"ifications?\b|\bthe s" + r"pec\b|\bParts? +[0-9]+\.[0-9]+", re.IGNORECASE)
 
@@ -84,6 +88,32 @@ def include_faults(root, path, lines):
             yield number, fault
 
 
+def free_functions(lines):
+    """The functions that a file has at the start of a line: (number of the line, name, whether in an unnamed
+    namespace)."""
+    unnamed = False
+    for number, line in enumerate(lines, 1):
+        if line.startswith("namespace {"):
+            unnamed = True
+        elif line == "}  // namespace":
+            unnamed = False
+        elif match := FUNCTION.match(line):
+            yield number, match[1], unnamed
+
+
+def name_faults(files):
+    """Of the files of one folder, their lines by path."""
+    homes = {}
+    for path, lines in files.items():
+        for number, name, unnamed in free_functions(lines):
+            homes.setdefault(name, {}).setdefault(path, []).append((number, unnamed))
+    for name, places in homes.items():
+        for path, found in places.items():
+            others = [other for other in places if other != path]
+            if others and all(unnamed for _, unnamed in found):
+                yield path, found[0][0], f"{name} is a function of {os.path.basename(others[0])} too"
+
+
 def wording_faults(lines):
     for number, line in enumerate(lines, 1):
         match = OUTSIDE_DOCUMENT.search(line)
@@ -99,11 +129,16 @@ def read_lines(root, path):
 
 
 def faults(root):
+    folders = {}
     for path in tracked_files(root):
         lines = read_lines(root, path)
+        if path.startswith(("src/", "tests/")) and path.endswith((".h", ".cpp")):
+            folders.setdefault(os.path.dirname(path), {})[path] = lines
         if path.startswith("src/") and path.endswith((".h", ".cpp")):
             yield from ((path, number, what) for number, what in include_faults(root, path, lines))
         yield from ((path, number, what) for number, what in wording_faults(lines))
+    for files in folders.values():
+        yield from name_faults(files)
 
 
 def main():

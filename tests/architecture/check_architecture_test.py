@@ -7,6 +7,7 @@ import unittest
 
 import check_architecture
 
+ONE = "namespace {\n\nint one(int a) {\n  return a;\n}\n\n}  // namespace\n"
 HEADERS = ["list/a.h", "platform/ui/view.h", "shared/a.h", "widget/a.h", "desktop/a.h", "simulation/a.h"]
 
 # file, its content, a piece of the fault that must be found; None: none may be.
@@ -24,6 +25,8 @@ ROWS = [
     ("src/platform/b.cpp", "#include <bzlib.h>\n", None),
     ("src/widget/b.cpp", "#include <thread>\n", "no threads of its own"),
     ("src/misc/b.h", "", "has no place among the folders"),
+    ("src/list/b.cpp", "std::string two();\n" + ONE.replace("one", "three"), None),
+    ("src/list/b.cpp", "std::string one();\n" + ONE.replace("one", "three"), "a.cpp:3: one is a function of b.cpp too"),
     ("docs/b.md", "fine\nas the sp" + "ec says", '2: "the sp' + 'ec" leans on'),
     ("tests/b.cpp", "// see Part" + " 4.2", "leans on a document"),
     ("resources/b.bin", "\0Part" + " 4.2", None),
@@ -34,10 +37,10 @@ class CheckArchitecture(unittest.TestCase):
     def test_rows(self):
         for path, content, expected in ROWS:
             with self.subTest(path=path, content=content), tempfile.TemporaryDirectory() as root:
-                for name in ["src/" + header for header in HEADERS] + [path]:
+                for name in ["src/" + header for header in HEADERS] + ["src/list/a.cpp", path]:
                     os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
                     with open(os.path.join(root, name), "w", encoding="utf-8") as file:
-                        file.write(content if name == path else "")
+                        file.write(content if name == path else ONE if name.endswith(".cpp") else "")
                 found = [f"{name}:{number}: {what}" for name, number, what in check_architecture.faults(root)]
                 self.assertEqual(len(found), 0 if expected is None else 1, found)
                 if expected is not None:

@@ -80,7 +80,7 @@ class FoldedWriter {
   int fewest_ = 0;
 };
 
-void write(FoldedWriter& writer, std::int32_t character) {
+void writeShown(FoldedWriter& writer, std::int32_t character) {
   switch (character) {
     case '\n':
     case kNextLine:
@@ -137,7 +137,7 @@ std::string plainText(std::string_view written) {
     }
     const std::int32_t character = takeCharacter(rest);
     const bool isHalfOfLineEnd = character == '\r' && rest.starts_with('\n');
-    if (!isHalfOfLineEnd) write(writer, character == '\r' ? '\n' : character);
+    if (!isHalfOfLineEnd) writeShown(writer, character == '\r' ? '\n' : character);
   }
   return std::move(writer).finish();
 }

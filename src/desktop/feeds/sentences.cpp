@@ -34,7 +34,7 @@ constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär"
 constexpr std::size_t kShortestWrappedLine = 60;
 constexpr std::size_t kLongestWrappedLine = 90;
 
-std::string folded(std::string_view text) {
+std::string withoutCase(std::string_view text) {
   std::string result;
   while (!text.empty()) appendCharacter(result, u_foldCase(takeCharacter(text), U_FOLD_CASE_DEFAULT));
   return result;
@@ -61,7 +61,7 @@ std::string_view lastWord(std::string_view text) {
 bool isDayBeforeMonth(std::string_view word, std::string_view next) {
   if (word.size() > 2 || !std::ranges::all_of(word, [](char byte) { return byte >= '0' && byte <= '9'; }))
     return false;
-  const std::string month = folded(next.substr(0, 8));
+  const std::string month = withoutCase(next.substr(0, 8));
   return std::ranges::any_of(kMonthsAfterOrdinals,
                              [&](std::string_view name) { return month.starts_with(name); });
 }
@@ -70,7 +70,7 @@ bool isDayBeforeMonth(std::string_view word, std::string_view next) {
 bool mayGoOn(std::string_view word, std::string_view next) {
   const bool isInitial = countCharacters(word) == 1 && !(word.front() >= '0' && word.front() <= '9');
   const bool isDotted = word.find('.') != std::string_view::npos;  // "a.m", "z.B"
-  return isInitial || isDotted || std::ranges::binary_search(kAbbreviations, folded(word)) ||
+  return isInitial || isDotted || std::ranges::binary_search(kAbbreviations, withoutCase(word)) ||
          isDayBeforeMonth(word, next);
 }
 

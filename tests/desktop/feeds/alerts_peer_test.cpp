@@ -43,8 +43,8 @@ std::string described(const AlertsMessage& message) {
   return all;
 }
 
-void addPeriods(std::string& all, const char* name,
-                const google::protobuf::RepeatedPtrField<peer::TimeRange>& periods) {
+void addRandomPeriods(std::string& all, const char* name,
+                      const google::protobuf::RepeatedPtrField<peer::TimeRange>& periods) {
   for (const peer::TimeRange& period : periods) {
     add(all, name, period.start());
     add(all, "to ", period.end());
@@ -55,9 +55,9 @@ void describe(std::string& all, const peer::Alert& alert) {
   add(all, "effect ",
       static_cast<std::uint64_t>(alert.effect() >= 1 && alert.effect() <= 11 ? alert.effect() : 8));
   const bool hasNewer = !alert.communication_period().empty() || !alert.impact_period().empty();
-  if (!hasNewer) addPeriods(all, "show ", alert.active_period());
-  addPeriods(all, "show ", alert.communication_period());
-  addPeriods(all, "affect ", alert.impact_period());
+  if (!hasNewer) addRandomPeriods(all, "show ", alert.active_period());
+  addRandomPeriods(all, "show ", alert.communication_period());
+  addRandomPeriods(all, "affect ", alert.impact_period());
   for (const peer::EntitySelector& selector : alert.informed_entity()) {
     add(all, "agency ", selector.agency_id());
     add(all, "route ", selector.route_id());

@@ -11,14 +11,14 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-SharedLineIndex feed(std::string name, std::vector<FeedRoute> routes) {
+SharedLineIndex searchedFeed(std::string name, std::vector<FeedRoute> routes) {
   return std::make_shared<const LineIndex>(LineIndex::Contents{.feedName = std::move(name),
                                                                .language = "",
                                                                .agencies = {{"A", "Léman Transports", ""}},
                                                                .routes = std::move(routes)});
 }
 
-FeedRoute route(std::string id, std::string shortName, std::string longName) {
+FeedRoute searchedRoute(std::string id, std::string shortName, std::string longName) {
   return {.id = std::move(id), .shortName = std::move(shortName), .longName = std::move(longName)};
 }
 
@@ -37,12 +37,13 @@ class LineSearchTest : public testing::Test {
   }
 
   std::vector<SharedLineIndex> feeds_{
-      feed("Metro", {route("m:1", "100", "Zoo – Écluse"),
-                     route("m:2", "10", "Łódź Fabryczna - Pont-Neuf"),
-                     route("m:3", "1", "Straße der Freiheit"),
-                     {"m:4", "", "Red Line", 0, 1, "", ""},
-                     route("m:5", "2", "Route 10 replacement")}),
-      feed("Bus", {route("b1", "1", "Harbour"), route("b9", "9", "Hill"), route("m:3", "A+", "Airport")})};
+      searchedFeed("Metro", {searchedRoute("m:1", "100", "Zoo – Écluse"),
+                             searchedRoute("m:2", "10", "Łódź Fabryczna - Pont-Neuf"),
+                             searchedRoute("m:3", "1", "Straße der Freiheit"),
+                             {"m:4", "", "Red Line", 0, 1, "", ""},
+                             searchedRoute("m:5", "2", "Route 10 replacement")}),
+      searchedFeed("Bus", {searchedRoute("b1", "1", "Harbour"), searchedRoute("b9", "9", "Hill"),
+                           searchedRoute("m:3", "A+", "Airport")})};
 };
 
 TEST_F(LineSearchTest, PutsTheNameBeforeItsStartsBeforeTheRest) {
