@@ -17,21 +17,13 @@ struct Row {
   std::string id;
 };
 
-std::string longNameOf(const desktop::FoundLine& line) {
-  return line.entry().longName.empty() ? line.name() : line.entry().longName;
-}
-
-std::string agencyOf(const desktop::FoundLine& line) {
-  return line.entry().agency ? line.index->agencies()[*line.entry().agency].name : "";
-}
-
 std::vector<Row> rowsOf(const std::vector<desktop::FoundLine>& lines, const TerminalStyle& style) {
   std::map<const desktop::LineIndex*, desktop::LineRecords> records;  // looked up only, never walked
   std::vector<Row> rows;
   for (const desktop::FoundLine& line : lines) {
     auto& ofFeed = records.try_emplace(line.index.get(), line.index).first->second;
-    Row row{.name = longNameOf(line),
-            .agency = agencyOf(line),
+    Row row{.name = line.longName(),
+            .agency = line.agencyName(),
             .id = line.index->feedName() + ":" + line.entry().id};
     if (const SharedArtwork& artwork = ofFeed.lineFieldsOfRoute(line.route)->artwork) {
       row.shield = terminalShield(*artwork, style);

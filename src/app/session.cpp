@@ -67,10 +67,4 @@ Outcome<desktop::UserLocale> localeOf(const CommonOptions& options) {
       [](const char* name) -> const char* { return std::getenv(name); });
 }
 
-std::string sentenceOf(const Error& error) {
-  const auto sentence = error.info.find(kLocalizedDescriptionKey);
-  const auto* const text = sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
-  return text ? *text : error.description();
-}
-
 }  // namespace linewatch::app

@@ -10,6 +10,8 @@
 
 namespace linewatch::app {
 
+using desktop::sentenceOf;
+
 /// A run of the program: the desktop platform, installed for as long as the session lives.
 class Session {
  public:
@@ -34,8 +36,5 @@ class Session {
 
 /// The user's language and region: the option's, else the environment's.
 desktop::Outcome<desktop::UserLocale> localeOf(const CommonOptions& options);
-
-/// The sentence that an error has for the user.
-std::string sentenceOf(const Error& error);
 
 }  // namespace linewatch::app

@@ -8,9 +8,11 @@
 
 #include "desktop/feeds/desktop_incident_string_provider.h"
 #include "desktop/given_favorites.h"
+#include "desktop/http_fetcher.h"
 #include "desktop/roles/background_favorites.h"
 #include "desktop/roles/background_queue.h"
 #include "desktop/roles/companion_session.h"
+#include "desktop/roles/connection_diagnosis.h"
 #include "desktop/roles/system_random_source.h"
 #include "desktop/storage/cbor_keyed_archiver.h"
 #include "desktop/storage/feed_cache.h"
@@ -28,8 +30,6 @@ namespace {
 // In the preferences suite of the program itself: the user has changed the sample city's favourites.
 constexpr std::string_view kProgramSuite = "org.linewatch.program";
 constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
-// In the companion application's suite: false keeps all analytics off.
-constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 const char* environmentVariable(const char* name) { return std::getenv(name); }
 
@@ -51,6 +51,19 @@ Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path
   }
   return favorites;
 }
+
+/// The first change makes the sample city's favourites the user's own, which the widget, with one persister
+/// for all its life, must see.
+class FavoritesAsTheyAre final : public RemoteFavoritesPersister {
+ public:
+  explicit FavoritesAsTheyAre(std::function<std::shared_ptr<RemoteFavoritesPersister>()> persisterOfNow)
+      : persisterOfNow_(std::move(persisterOfNow)) {}
+
+  Favorites readFavorites() override { return persisterOfNow_()->readFavorites(); }
+
+ private:
+  std::function<std::shared_ptr<RemoteFavoritesPersister>()> persisterOfNow_;
+};
 
 }  // namespace
 
@@ -98,7 +111,7 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
       log_(settings_.verbose),
       mainLoop_(settings_.now),
       systemController_(settings_.openActivity),
-      device_(settings_.diagnose),
+      device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<OverlaidPreferences::Values>(settings_.preferences)) {}
 
 DesktopPlatform::~DesktopPlatform() = default;
@@ -171,12 +184,20 @@ Outcome<bool> DesktopPlatform::changeFavorite(const StoredFavorite& favorite, bo
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
 }
 
-AnalyticsSwitch DesktopPlatform::analyticsSwitch() const {
+AnalyticsSwitch DesktopPlatform::analyticsSwitch() {
   return [this] {
     if (!state_) return false;
-    const StoredPreferences preferences(state_, std::string(kCompanionAppGroupSuite));
-    return !preferences.objectForKey(kAnalyticsKey) || preferences.boolForKey(kAnalyticsKey);
+    const auto preferences = makePreferencesStore(kCompanionAppGroupSuite);
+    return !preferences->objectForKey(kAnalyticsKey) || preferences->boolForKey(kAnalyticsKey);
   };
+}
+
+/// No connection is to blame for what goes wrong with files.
+ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
+  const bool asksServers = std::ranges::any_of(roles_->feeds->feeds(), [](const StoredFeed& feed) {
+    return isHttpURL(feed.gtfs) || isHttpURL(feed.alerts);
+  });
+  return asksServers ? diagnoseConnection() : ConnectionFailureDiagnosis::unknown;
 }
 
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
@@ -211,6 +232,10 @@ std::shared_ptr<PreferencesStore> DesktopPlatform::makePreferencesStore(std::str
 }
 
 std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPersister() {
+  return std::make_shared<FavoritesAsTheyAre>([this] { return persisterOfNow(); });
+}
+
+std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::persisterOfNow() {
   if (state_ && !showsSampleFavorites())
     return std::make_shared<StoredFavoritesPersister>(state_, favoriteLine);
   auto lines = favoriteLines();

@@ -48,7 +48,6 @@ struct DesktopSettings {
   /// Values in front of the companion application's preferences, for this run.
   OverlaidPreferences::Values preferences;
   CompanionController::Opener openActivity;
-  std::function<ConnectionFailureDiagnosis()> diagnose;
   /// Null for a run that shows no views and so never asks for the roles of a screen.
   std::shared_ptr<DesktopScreen> screen;
 };
@@ -56,6 +55,9 @@ struct DesktopSettings {
 /// The names of the feeds that are not the user's own.
 inline constexpr std::string_view kSampleFeedName = "sample";
 inline constexpr std::string_view kGivenFeedName = "given";
+
+/// In the companion application's preferences: false keeps all analytics off.
+inline constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 /// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
 /// QCoreApplication.
@@ -72,6 +74,8 @@ class DesktopPlatform final : public Platform {
   Outcome<bool> changeFavorite(const StoredFavorite& favorite, bool isAdded);
   /// The user's own feeds. Not in a run without saved state.
   StoredFeeds storedFeeds() const { return StoredFeeds(state_); }
+  /// Where all of this is kept; null in a run without saved state.
+  const SharedDatabase& state() const { return state_; }
   FeedCache& feedCache() { return *feedCache_; }
   /// True until the user has added a feed.
   bool showsSampleCity() const { return showsSampleCity_; }
@@ -110,8 +114,11 @@ class DesktopPlatform final : public Platform {
   Outcome<UserLocale> chosenLocale() const;
   Outcome<std::vector<StoredFeed>> chosenFeeds();
   bool showsSampleFavorites() const;
+  /// Any thread, as long as the platform lives.
+  std::shared_ptr<RemoteFavoritesPersister> persisterOfNow();
   DesktopScreen& screen();
-  AnalyticsSwitch analyticsSwitch() const;
+  ConnectionFailureDiagnosis diagnose() const;
+  AnalyticsSwitch analyticsSwitch();
 
   DesktopSettings settings_;
   StderrLog log_;

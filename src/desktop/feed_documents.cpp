@@ -36,12 +36,6 @@ constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
 
 std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
 
-std::string sentenceOf(const Error& error) {
-  const auto sentence = error.info.find(kLocalizedDescriptionKey);
-  const auto* const text = sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
-  return text ? *text : error.description();
-}
-
 /// The error of reading what lies at the location, which itself knows only of the feed.
 Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
   const std::string start = feedCalled(feed) + ": ";

@@ -23,12 +23,17 @@ inline Error failure(std::string_view what, std::string_view where, std::string_
   return {std::string(kDesktopErrorDomain), 1, {{kLocalizedDescriptionKey, sentence}}};
 }
 
-/// The same failure as a part of something larger, which its sentence names first.
-inline Error within(std::string_view what, const Error& error) {
+/// The sentence that an error has for people.
+inline std::string sentenceOf(const Error& error) {
   const auto sentence = error.info.find(kLocalizedDescriptionKey);
   const std::string* const text =
       sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
-  return failure(what, "", text == nullptr ? error.description() : *text);
+  return text == nullptr ? error.description() : *text;
+}
+
+/// The same failure as a part of something larger, which its sentence names first.
+inline Error within(std::string_view what, const Error& error) {
+  return failure(what, "", sentenceOf(error));
 }
 
 }  // namespace linewatch::desktop

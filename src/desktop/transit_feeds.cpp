@@ -66,6 +66,14 @@ Outcome<SharedLineIndex> TransitFeeds::linesLocked(std::size_t feed) {
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
   const std::lock_guard lock(mutex_);
+  Outcome<TransitLineItems> items = lineItemsLocked(identifiers, now);
+  const std::lock_guard statesLock(statesMutex_);
+  states_ = statesLocked();
+  return items;
+}
+
+Outcome<TransitLineItems> TransitFeeds::lineItemsLocked(std::span<const MapItemIdentifier> identifiers,
+                                                        Date now) {
   for (LoadedFeed& feed : loaded_) feed.readByLastLookUp = false;
   const auto places = find(identifiers);
   if (!places) return places.error();
@@ -112,8 +120,38 @@ std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
   return std::nullopt;
 }
 
-std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
+TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const std::uint64_t> muids) {
   const std::lock_guard lock(mutex_);
+  LinesOfIncidents lines;
+  for (const std::uint64_t muid : muids) lines[muid];
+  for (LoadedFeed& feed : loaded_) {
+    if (feed.incidents) addLinesWithIncidents(feed, lines);
+  }
+  return lines;
+}
+
+void TransitFeeds::addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const {
+  const IncidentRecords records(feed.incidents, language_, Date{});
+  std::map<std::uint32_t, std::uint64_t> wanted;
+  for (std::uint32_t place = 0; place < feed.incidents->incidents().size(); ++place) {
+    const std::uint64_t muid = records.muidOf(place);
+    if (lines.contains(muid)) wanted.emplace(place, muid);
+  }
+  if (wanted.empty()) return;
+  for (std::size_t route = 0; route < feed.lines->routes().size(); ++route) {
+    for (const std::uint32_t place : feed.incidents->incidentsOfRoute(route)) {
+      const auto incident = wanted.find(place);
+      if (incident != wanted.end()) lines[incident->second].push_back(feed.records->lineFieldsOfRoute(route));
+    }
+  }
+}
+
+std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
+  const std::lock_guard lock(statesMutex_);
+  return states_;
+}
+
+std::vector<TransitFeeds::AlertsState> TransitFeeds::statesLocked() const {
   std::vector<AlertsState> states;
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
     const LoadedFeed& loaded = loaded_[feed];

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -45,7 +47,12 @@ class TransitFeeds {
   /// not known must not pass for good service.
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now);
 
-  /// Of the feeds that the last look-up read, in their order.
+  /// The lines, in the feeds' order, that the alerts read last say have each of the incidents, by `muid`.
+  /// Nothing is loaded for it: of feeds that were not read nothing is known.
+  using LinesOfIncidents = std::map<std::uint64_t, std::vector<std::shared_ptr<const TransitLineFields>>>;
+  LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids);
+
+  /// Of the feeds that the last look-up read, in their order. Waits for nothing.
   std::vector<AlertsState> alertsStates() const;
 
  private:
@@ -63,14 +70,22 @@ class TransitFeeds {
 
   Outcome<SharedLineIndex> linesLocked(std::size_t feed);
   Outcome<std::vector<Place>> find(std::span<const MapItemIdentifier> identifiers);
+  Outcome<TransitLineItems> lineItemsLocked(std::span<const MapItemIdentifier> identifiers, Date now);
   std::optional<Error> loadIncidents(std::size_t feed);
+  std::vector<AlertsState> statesLocked() const;
+  void addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const;
 
   const std::vector<StoredFeed> feeds_;
   const std::shared_ptr<FeedDocuments> documents_;
   const SharedIncidentLanguage language_;
 
-  mutable std::mutex mutex_;
+  std::mutex mutex_;
   std::vector<LoadedFeed> loaded_;
+
+  /// Look-ups go on for as long as a server takes; nobody is to wait for them who only asks how old what is
+  /// shown is.
+  mutable std::mutex statesMutex_;
+  std::vector<AlertsState> states_;
 };
 
 }  // namespace linewatch::desktop

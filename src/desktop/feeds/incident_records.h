@@ -32,6 +32,8 @@ class IncidentRecords {
   IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now);
 
   TransitIncidents ofRoute(std::size_t route);
+  /// The `muid` of the record of an incident of the table, by its place there.
+  std::uint64_t muidOf(std::size_t place) const { return muidOf(table_->incidents()[place]); }
 
  private:
   SharedIncident record(std::uint32_t place);

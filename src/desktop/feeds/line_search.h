@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,12 @@ struct FoundLine {
 
   const FeedRoute& entry() const { return index->routes()[route]; }
   const std::string& name() const { return index->nameOfRoute(route); }
+  /// What says more than a short name does, where there is such a name.
+  const std::string& longName() const { return entry().longName.empty() ? name() : entry().longName; }
+  /// Empty when the feed does not say.
+  std::string agencyName() const {
+    return entry().agency ? index->agencies()[*entry().agency].name : std::string();
+  }
   bool operator==(const FoundLine&) const = default;
 };
 

@@ -74,8 +74,7 @@ std::optional<Error> StoredDatabase::write(const Operation& operation) {
 
 void StoredDatabase::report(const Error& error) {
   const std::lock_guard lock(mutex_);
-  const auto sentence = error.info.find(kLocalizedDescriptionKey);
-  reportLocked(sentence != error.info.end() ? sentence->second.description() : error.description());
+  reportLocked(sentenceOf(error));
 }
 
 std::optional<Error> StoredDatabase::attempt(const std::function<std::optional<Error>()>& action) {
@@ -176,8 +175,7 @@ std::optional<Error> StoredDatabase::setAside(const Error& damage) {
   const auto moved = moveAside();
   if (!moved) return moved.error();
   if (!moved->empty()) {
-    reportLocked(damage.info.at(kLocalizedDescriptionKey).description() + "; set aside as " +
-                 moved->string());
+    reportLocked(sentenceOf(damage) + "; set aside as " + moved->string());
   }
   return std::nullopt;
 }

@@ -114,6 +114,7 @@ QWidget* PanelWindow::makeHeader() {
   title_->setFont(qtFont(kTitleSize, QFont::DemiBold));
   note_ = new QLabel;
   note_->setFont(qtFont(kNoteSize, QFont::Normal));
+  note_->setForegroundRole(kFaintRole);
   note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   toggle_ = new QToolButton;
   toggle_->setFont(qtFont(kTitleSize, QFont::Medium));
@@ -179,12 +180,7 @@ RowWords PanelWindow::wordsOf(std::size_t row) const {
 }
 
 void PanelWindow::showPalette() {
-  const QPalette palette = cardPalette(this->palette());
-  const ui::Appearance appearance = appearanceOf(this->palette());
-  header_->setPalette(palette);
-  QPalette faint = palette;
-  faint.setColor(QPalette::WindowText, qtColor(ui::SemanticColor::secondaryLabel, appearance));
-  note_->setPalette(faint);
+  header_->setPalette(cardPalette(palette()));
   update();
 }
 
@@ -243,6 +239,10 @@ void PanelWindow::updateDidEnd(bool failed) {
   showNote();
   failures_ = failed ? failures_ + 1 : 0;
   scheduleRetry(failed && isShown_);
+  if (!std::exchange(needsAnotherUpdate_, false)) return;
+  // The widget is not done with this one before it has told everyone of its end.
+  QMetaObject::invokeMethod(
+      this, [this] { requestUpdate(); }, Qt::QueuedConnection);
 }
 
 /// While incidents cannot be loaded the widget does not ask again by itself.
@@ -257,6 +257,12 @@ void PanelWindow::scheduleRetry(bool isNeeded) {
 
 void PanelWindow::connectionDidReturn() {
   if (isShown_) requestUpdate();
+}
+
+void PanelWindow::favoritesDidChange() {
+  if (!isShown_) return;
+  needsAnotherUpdate_ = isUpdating_;
+  if (!isUpdating_) requestUpdate();
 }
 
 void PanelWindow::showNote() {

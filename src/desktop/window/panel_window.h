@@ -47,6 +47,8 @@ class PanelWindow final : public QWidget {
   void requestUpdate();
   /// To be called when the network is back.
   void connectionDidReturn();
+  /// To be called after the favourites have been changed.
+  void favoritesDidChange();
   /// Changes the mode as the user asks; refused when the widget has nothing more to show.
   void setExpanded(bool expanded);
   bool isExpanded() const;
@@ -110,6 +112,8 @@ class PanelWindow final : public QWidget {
   bool wantsExpanded_ = false;
   bool offerIsPending_ = false;
   bool isUpdating_ = false;
+  /// Something has changed that the running update may not have seen.
+  bool needsAnotherUpdate_ = false;
   int failures_ = 0;
   std::shared_ptr<const RVResult> savedResult_;
   bool savedExpanded_ = false;

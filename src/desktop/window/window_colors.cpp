@@ -4,6 +4,16 @@
 
 namespace linewatch::desktop {
 
+namespace {
+
+// Each reads well on the card, by the usual measure of contrast (4.5 and more).
+constexpr ui::RGBA kLightAlarm{0.76, 0.09, 0.09};
+constexpr ui::RGBA kDarkAlarm{1, 0.52, 0.49};
+constexpr ui::RGBA kLightLink{0.04, 0.34, 0.82};
+constexpr ui::RGBA kDarkLink{0.54, 0.71, 0.97};
+
+}  // namespace
+
 ui::Appearance appearanceOf(const QPalette& palette) {
   const bool isDark =
       palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
@@ -12,12 +22,16 @@ ui::Appearance appearanceOf(const QPalette& palette) {
 
 QPalette cardPalette(const QPalette& desktop) {
   const ui::Appearance appearance = appearanceOf(desktop);
+  const bool isDark = appearance == ui::Appearance::dark;
   QPalette palette = desktop;
   const QColor label = qtColor(ui::SemanticColor::label, appearance);
   for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text})
     palette.setColor(role, label);
   for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base})
     palette.setColor(role, qtColor(ui::SemanticColor::background, appearance));
+  palette.setColor(kFaintRole, qtColor(ui::SemanticColor::secondaryLabel, appearance));
+  palette.setColor(kAlarmRole, qtColor(isDark ? kDarkAlarm : kLightAlarm, appearance));
+  palette.setColor(QPalette::Link, qtColor(isDark ? kDarkLink : kLightLink, appearance));
   return palette;
 }
 

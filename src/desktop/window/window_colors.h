@@ -7,6 +7,10 @@
 
 namespace linewatch::desktop {
 
+/// The roles in a card's palette of texts that stand back, and of those that nobody is to miss.
+inline constexpr QPalette::ColorRole kFaintRole = QPalette::PlaceholderText;
+inline constexpr QPalette::ColorRole kAlarmRole = QPalette::BrightText;
+
 /// Light or dark, as the desktop's palette is.
 ui::Appearance appearanceOf(const QPalette& palette);
 

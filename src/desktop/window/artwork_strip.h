@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QWidget>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/artwork_cache.h"
+
+namespace linewatch::desktop {
+
+/// Artworks side by side, in as many rows as the width makes necessary.
+class ArtworkStrip final : public QWidget {
+ public:
+  /// `step`: the artworks' size step. Those that nothing can be drawn of are left out.
+  ArtworkStrip(const std::vector<SharedArtwork>& artworks, std::int64_t step,
+               std::shared_ptr<ArtworkDataSourceCache> cache);
+
+  bool isEmpty() const { return artworks_.empty(); }
+  bool hasHeightForWidth() const override { return true; }
+  int heightForWidth(int width) const override;
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::shared_ptr<const ui::Image> imageOf(const SharedArtwork& artwork, double scale) const;
+  /// Where each artwork stands at that width, from left to right whatever the direction.
+  std::vector<QRectF> places(double width) const;
+
+  std::vector<SharedArtwork> artworks_;
+  std::vector<QSizeF> sizes_;
+  std::int64_t step_;
+  std::shared_ptr<ArtworkDataSourceCache> cache_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,66 @@
+#include "desktop/window/companion.h"
+
+#include <QUrl>
+#include <utility>
+
+#include "desktop/roles/companion_session.h"
+#include "platform/log.h"
+#include "platform/platform.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+/// "rova://?t=r" is for those who have no favourites yet; the session may come along in either.
+bool isAboutFavorites(const URL& url) {
+  const QUrl parsed(QString::fromStdString(url.absoluteString));
+  if (parsed.scheme() != QString::fromUtf8(kCompanionScheme.data(), kCompanionScheme.size())) return false;
+  return parsed.host().isEmpty() || parsed.host() == QLatin1String("favorites");
+}
+
+}  // namespace
+
+Companion::Companion(SharedWindowTexts texts, const QString& command, DetailsServices details,
+                     FavoritesServices favorites)
+    : texts_(std::move(texts)),
+      command_(command),
+      detailsServices_(std::move(details)),
+      favoritesServices_(std::move(favorites)) {}
+
+void Companion::openURL(const URL& url, const URLHandler& done) {
+  const auto error = open(url);
+  if (error) logError("%@", {sentenceOf(*error)});
+  if (done) done(!error);
+}
+
+void Companion::openActivity(const UserActivity& activity, const OpenHandler& done) {
+  const auto error = open(activity);
+  if (error) logError("%@", {sentenceOf(*error)});
+  if (done) done(!error, error);
+}
+
+std::optional<Error> Companion::open(const URL& url) {
+  if (command_.isSet()) return command_.open(url);
+  if (!isAboutFavorites(url)) return failure(url.absoluteString, "", "is no address that can be opened here");
+  showFavorites();
+  return std::nullopt;
+}
+
+std::optional<Error> Companion::open(const UserActivity& activity) {
+  if (command_.isSet()) return command_.open(activity);
+  auto bytes = bytesCarriedBy(activity);
+  if (!bytes) return bytes.error();
+  const auto what = handedOver(activity.activityType, std::move(*bytes), platform().keyedArchiver());
+  if (!what) return what.error();
+  if (!details_) details_ = std::make_unique<DetailsWindow>(texts_, detailsServices_);
+  details_->present(*what);
+  return std::nullopt;
+}
+
+void Companion::showFavorites() {
+  if (!favorites_ || !favorites_->isVisible())
+    favorites_ = std::make_unique<FavoritesWindow>(texts_, favoritesServices_);
+  favorites_->present();
+}
+
+}  // namespace linewatch::desktop

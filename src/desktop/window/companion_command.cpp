@@ -1,0 +1,66 @@
+#include "desktop/window/companion_command.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include "desktop/companion/handed_over.h"
+#include "desktop/roles/companion_session.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+Error commandFailure(const QString& command, const QString& why) {
+  return failure("the companion command", command.toStdString(), why.toStdString());
+}
+
+QString sessionOf(const UserActivity& activity) {
+  const auto session = activity.userInfo.find(std::string(kSessionKey));
+  const auto* const text = session == activity.userInfo.end() ? nullptr : session->second.get<std::string>();
+  return text ? QString::fromStdString(*text) : QString();
+}
+
+}  // namespace
+
+CompanionCommand::CompanionCommand(const QString& command) : words_(QProcess::splitCommand(command)) {}
+
+std::optional<Error> CompanionCommand::open(const URL& url) const {
+  return start(QString::fromStdString(url.absoluteString), nullptr);
+}
+
+std::optional<Error> CompanionCommand::open(const UserActivity& activity) {
+  const auto bytes = bytesCarriedBy(activity);
+  if (!bytes) return bytes.error();
+  QFile file(nextFile(activity));
+  const auto size = static_cast<qint64>(bytes->size());
+  const bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
+                         file.write(reinterpret_cast<const char*>(bytes->data()), size) == size &&
+                         file.flush();
+  if (!isWritten) return commandFailure(file.fileName(), file.errorString());
+  file.close();
+  return start(file.fileName(), &activity);
+}
+
+QString CompanionCommand::nextFile(const UserActivity& activity) {
+  if (!folder_) folder_ = std::make_unique<QTemporaryDir>();
+  const QString extension = QString::fromStdString(activity.activityType).section(QLatin1Char('.'), -1);
+  return folder_->filePath(QString::number(++fileCount_) + QLatin1Char('.') + extension);
+}
+
+std::optional<Error> CompanionCommand::start(const QString& argument, const UserActivity* activity) const {
+  QProcess process;
+  process.setProgram(words_.front());
+  process.setArguments(words_.mid(1) + QStringList{argument});
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  if (activity) {
+    environment.insert(QStringLiteral("LINEWATCH_ACTIVITY_TYPE"),
+                       QString::fromStdString(activity->activityType));
+    environment.insert(QStringLiteral("LINEWATCH_SESSION"), sessionOf(*activity));
+  }
+  process.setProcessEnvironment(environment);
+  if (process.startDetached()) return std::nullopt;
+  return commandFailure(words_.front(), process.errorString());
+}
+
+}  // namespace linewatch::desktop

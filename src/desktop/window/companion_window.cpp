@@ -1,0 +1,77 @@
+#include "desktop/window/companion_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "desktop/drawing/typefaces.h"
+#include "desktop/window/window_colors.h"
+#include "platform/platform.h"
+#include "platform/ui/interface_settings.h"
+#include "platform/ui/text_style.h"
+#include "presentation/memory_constrained_artwork_cache.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+double textScale() {
+  return ui::scaleFactor(ui::TextStyle::body, platform().interfaceSettings().textSizeCategory());
+}
+
+}  // namespace
+
+CompanionWindow::CompanionWindow(SharedWindowTexts texts)
+    : texts_(std::move(texts)), artworkCache_(memoryConstrainedImageViewCache()) {
+  // The panel ends the program when it is closed; these do not.
+  setAttribute(Qt::WA_QuitOnClose, false);
+  auto* const closing = new QAction(this);
+  closing->setShortcuts({Qt::CTRL | Qt::Key_W});
+  connect(closing, &QAction::triggered, this, [this] { close(); });
+  addAction(closing);
+  showPalette();
+}
+
+QFont CompanionWindow::font(double points, QFont::Weight weight) const {
+  return qtFont(points * textScale(), weight);
+}
+
+QLabel* CompanionWindow::makeLabel(const QString& text, const QFont& font, Tone tone) const {
+  auto* const label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setFont(font);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  if (tone == Tone::faint) label->setForegroundRole(kFaintRole);
+  if (tone == Tone::alarming) label->setForegroundRole(kAlarmRole);
+  return label;
+}
+
+std::int64_t CompanionWindow::artworkStep(std::int64_t usual) const {
+  // A step is an eighth of the size at step 3.
+  return std::max<std::int64_t>(usual, std::lround((1 + (double(usual) - 3) / 8) * textScale() * 8 - 5));
+}
+
+void CompanionWindow::bringUp() {
+  show();
+  raise();
+  activateWindow();
+}
+
+void CompanionWindow::showPalette() { setPalette(cardPalette(QApplication::palette())); }
+
+bool CompanionWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange) showPalette();
+  return QWidget::event(event);
+}
+
+void CompanionWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
+  close();
+}
+
+}  // namespace linewatch::desktop

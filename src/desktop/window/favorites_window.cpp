@@ -1,0 +1,201 @@
+#include "desktop/window/favorites_window.h"
+
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/window/line_delegate.h"
+#include "desktop/window/window_colors.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Points.
+constexpr int kFavoritesWidth = 420;
+constexpr int kFavoritesHeight = 560;
+constexpr int kFavoritesMargin = 16;
+constexpr double kSearchSize = 14;
+constexpr double kLineNameSize = 14;
+constexpr double kAgencySize = 12;
+constexpr double kHintSize = 13;
+constexpr std::int64_t kListedShieldStep = 3;
+
+QString sentenceIn(const Error& error) { return QString::fromStdString(sentenceOf(error)); }
+
+StoredFavorite favoriteOf(const FoundLine& line) {
+  return {FavoriteKind::line, line.index->feedName(), line.entry().id};
+}
+
+}  // namespace
+
+FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices services)
+    : CompanionWindow(std::move(texts)), services_(std::move(services)) {
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, kFavoritesMargin, 0, 0);
+  layout->setSpacing(kFavoritesMargin / 2);
+  search_ = new QLineEdit;
+  search_->setFont(font(kSearchSize));
+  search_->setPlaceholderText(this->texts()("Search"));
+  search_->setAccessibleName(this->texts()("Search"));
+  search_->setClearButtonEnabled(true);
+  search_->setStyleSheet(
+      QStringLiteral("QLineEdit { border: 1px solid palette(mid); border-radius: 8px; padding: 7px 8px; "
+                     "background: palette(base); }"
+                     "QLineEdit:focus { border: 2px solid palette(highlight); padding: 6px 7px; }"));
+  search_->installEventFilter(this);
+  connect(search_, &QLineEdit::textChanged, this, [this] { showLines(); });
+  hint_ = makeLabel({}, font(kHintSize), Tone::faint);
+  list_ = new QListWidget;
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->setMouseTracking(true);
+  list_->setSelectionMode(QAbstractItemView::NoSelection);
+  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->setUniformItemSizes(true);
+  list_->setItemDelegate(new LineDelegate(artworkCache(), artworkStep(kListedShieldStep),
+                                          font(kLineNameSize, QFont::Medium), font(kAgencySize), list_));
+  list_->setAccessibleName(this->texts()("FavoritesTitle"));
+  connect(list_, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemDidChange(item); });
+  for (QWidget* const part : {static_cast<QWidget*>(search_), static_cast<QWidget*>(hint_)}) {
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(kFavoritesMargin, 0, kFavoritesMargin, 0);
+    row->addWidget(part);
+    layout->addLayout(row);
+  }
+  layout->addWidget(list_, 1);
+  resize(kFavoritesWidth, kFavoritesHeight);
+}
+
+void FavoritesWindow::present() {
+  const auto stored = services_.favorites();
+  favorites_ = stored ? *stored : std::vector<StoredFavorite>();
+  setWindowTitle(texts()(favorites_.empty() ? "AddFavoritesTitle" : "FavoritesTitle"));
+  const QSignalBlocker blocker(search_);
+  search_->clear();
+  search_->setEnabled(static_cast<bool>(services_.change));
+  areLinesLoaded_ = false;
+  showLines();
+  if (!stored) showHint(sentenceIn(stored.error()));
+  bringUp();
+  search_->setFocus(Qt::OtherFocusReason);
+  services_.loadLines([window = QPointer<FavoritesWindow>(this)](const FavoritesServices::Lines& lines) {
+    if (window) window->linesDidLoad(lines);
+  });
+}
+
+void FavoritesWindow::linesDidLoad(const FavoritesServices::Lines& lines) {
+  areLinesLoaded_ = true;
+  records_.clear();
+  lines_ = lines ? *lines : std::vector<SharedLineIndex>();
+  showLines();
+  if (!lines) showHint(sentenceIn(lines.error()));
+}
+
+// ---- What is listed ----
+
+void FavoritesWindow::showLines() {
+  const QSignalBlocker blocker(list_);
+  list_->clear();
+  listed_.clear();
+  showHint({});
+  const QString query = search_->text().trimmed();
+  if (!areLinesLoaded_) return showHint(texts()("LoadingLines"));
+  if (query.isEmpty() && !favorites_.empty()) return showFavorites();
+  showFound(searchLines(lines_, query.toStdString()));
+}
+
+void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
+  for (const FoundLine& line : std::span(found).first(std::min(found.size(), kMostLines)))
+    addEntry(entryOf(line));
+  if (search_->text().trimmed().isEmpty()) {
+    showHint(texts()("NoFavorites"));
+  } else if (found.empty()) {
+    showHint(texts()("NoLineFits", {search_->text().trimmed().toStdString()}));
+  } else if (found.size() > kMostLines) {
+    showHint(texts()("MoreLines", {std::uint64_t{found.size() - kMostLines}}));
+  }
+}
+
+void FavoritesWindow::showFavorites() {
+  for (const StoredFavorite& favorite : favorites_) addEntry(entryOf(favorite));
+  if (!services_.change) showHint(texts()("FavoritesGiven"));
+}
+
+void FavoritesWindow::showHint(const QString& hint) {
+  hint_->setText(hint);
+  hint_->setVisible(!hint.isEmpty());
+}
+
+FavoritesWindow::Entry FavoritesWindow::entryOf(const FoundLine& line) {
+  LineRecords& records = records_.try_emplace(line.index.get(), line.index).first->second;
+  return {favoriteOf(line), QString::fromStdString(line.longName()),
+          QString::fromStdString(line.agencyName()), records.lineFieldsOfRoute(line.route)->artwork};
+}
+
+FavoritesWindow::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
+  const auto index = std::ranges::find(lines_, favorite.feed, &LineIndex::feedName);
+  const auto route = index == lines_.end() ? std::nullopt : (*index)->routeWithId(favorite.subject);
+  if (route) return entryOf(FoundLine{*index, *route});
+  return {favorite, texts()("UnknownLine", {favorite.subject}), QString::fromStdString(favorite.feed),
+          nullptr};
+}
+
+void FavoritesWindow::addEntry(const Entry& entry) {
+  auto* const item = new QListWidgetItem(entry.name, list_);
+  item->setData(LineDelegate::kAgencyRole, entry.agency);
+  item->setData(LineDelegate::kArtworkRole, QVariant::fromValue(entry.artwork));
+  const auto& shield = entry.artwork ? entry.artwork->shieldDataSource : std::nullopt;
+  const QString shieldText = shield ? QString::fromStdString(shield->shieldText.value_or("")) : QString();
+  QStringList words{shieldText, entry.name, entry.agency};
+  words.removeAll(QString());
+  item->setData(Qt::AccessibleTextRole, words.join(QStringLiteral(", ")));
+  const bool isFavorite = std::ranges::find(favorites_, entry.favorite) != favorites_.end();
+  item->setCheckState(isFavorite ? Qt::Checked : Qt::Unchecked);
+  item->setFlags(services_.change ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
+                                  : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+  listed_.push_back(entry.favorite);
+}
+
+// ---- Changes ----
+
+void FavoritesWindow::itemDidChange(QListWidgetItem* item) {
+  const StoredFavorite& favorite = listed_[static_cast<std::size_t>(list_->row(item))];
+  const bool isAdded = item->checkState() == Qt::Checked;
+  const auto changed = services_.change(favorite, isAdded);
+  if (!changed) {
+    const QSignalBlocker blocker(list_);
+    item->setCheckState(isAdded ? Qt::Unchecked : Qt::Checked);
+    return showHint(sentenceIn(changed.error()));
+  }
+  if (!*changed) return;
+  std::erase(favorites_, favorite);
+  if (isAdded) favorites_.push_back(favorite);
+  services_.didChange();
+}
+
+/// From the search to what it found.
+bool FavoritesWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return CompanionWindow::eventFilter(watched, event);
+  const int key = static_cast<const QKeyEvent*>(event)->key();
+  const bool goesOn = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (!goesOn || list_->count() == 0) return CompanionWindow::eventFilter(watched, event);
+  if (!list_->currentItem()) list_->setCurrentRow(0);
+  list_->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
+/// Esc clears a search before it closes the window.
+void FavoritesWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape || search_->text().isEmpty())
+    return CompanionWindow::keyPressEvent(event);
+  search_->clear();
+  search_->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace linewatch::desktop

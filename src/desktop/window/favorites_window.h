@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QPointer>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/feeds/line_records.h"
+#include "desktop/feeds/line_search.h"
+#include "desktop/outcome.h"
+#include "desktop/storage/stored_favorites.h"
+#include "desktop/window/companion_window.h"
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
+
+namespace linewatch::desktop {
+
+/// Where the favourites window has its lines from.
+struct FavoritesServices {
+  using Lines = Outcome<std::vector<SharedLineIndex>>;
+
+  std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
+  /// Adds or removes; false when that changes nothing. Empty when the favourites cannot be changed.
+  std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
+  /// Loads the lines of every feed and calls once, then or later, on the main thread.
+  std::function<void(std::function<void(const Lines&)>)> loadLines;
+  /// Called after each change.
+  std::function<void()> didChange;
+};
+
+/// Shows the favourite lines, or the lines that a search finds, and makes lines favourites or no longer.
+/// A line that was removed stays in the list until another search, so that it can be taken back.
+class FavoritesWindow final : public CompanionWindow {
+ public:
+  /// How many lines are listed at most.
+  static constexpr std::size_t kMostLines = 200;
+
+  FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);
+
+  /// Shows the favourites as they are now; when there are none, lines to choose from.
+  void present();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Entry {
+    StoredFavorite favorite;
+    QString name;
+    QString agency;
+    SharedArtwork artwork;
+  };
+
+  void linesDidLoad(const FavoritesServices::Lines& lines);
+  void showLines();
+  void showFound(const std::vector<FoundLine>& found);
+  void showFavorites();
+  void showHint(const QString& hint);
+  void addEntry(const Entry& entry);
+  Entry entryOf(const FoundLine& line);
+  Entry entryOf(const StoredFavorite& favorite);
+  void itemDidChange(QListWidgetItem* item);
+
+  FavoritesServices services_;
+  QLineEdit* search_ = nullptr;
+  QLabel* hint_ = nullptr;
+  QListWidget* list_ = nullptr;
+
+  std::vector<StoredFavorite> favorites_;
+  std::vector<SharedLineIndex> lines_;
+  bool areLinesLoaded_ = false;
+  std::map<const LineIndex*, LineRecords> records_;
+  std::vector<StoredFavorite> listed_;
+};
+
+}  // namespace linewatch::desktop
