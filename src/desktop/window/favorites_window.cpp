@@ -60,6 +60,7 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
   list_->setUniformItemSizes(true);
   list_->setItemDelegate(new LineDelegate(artworkCache(), artworkStep(kListedShieldStep),
                                           font(kLineNameSize, QFont::Medium), font(kAgencySize), list_));
+  list_->installEventFilter(this);
   list_->setAccessibleName(this->texts()("FavoritesTitle"));
   connect(list_, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemDidChange(item); });
   for (QWidget* const part : {static_cast<QWidget*>(search_), static_cast<QWidget*>(hint_)}) {
@@ -179,15 +180,25 @@ void FavoritesWindow::itemDidChange(QListWidgetItem* item) {
   services_.didChange();
 }
 
-/// From the search to what it found.
+/// Keys that the search and the list do nothing with by themselves.
 bool FavoritesWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return CompanionWindow::eventFilter(watched, event);
-  const int key = static_cast<const QKeyEvent*>(event)->key();
-  const bool goesOn = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (!goesOn || list_->count() == 0) return CompanionWindow::eventFilter(watched, event);
+  const bool isKey = event->type() == QEvent::KeyPress && list_->count() > 0;
+  const int key = isKey ? static_cast<const QKeyEvent*>(event)->key() : 0;
+  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (watched == search_ && (isEnter || key == Qt::Key_Down)) return goToList(), true;
+  if (watched == list_ && isEnter) return changeCurrentLine(), true;
+  return CompanionWindow::eventFilter(watched, event);
+}
+
+void FavoritesWindow::goToList() {
   if (!list_->currentItem()) list_->setCurrentRow(0);
   list_->setFocus(Qt::TabFocusReason);
-  return true;
+}
+
+void FavoritesWindow::changeCurrentLine() {
+  QListWidgetItem* const item = list_->currentItem();
+  if (!item || !(item->flags() & Qt::ItemIsUserCheckable)) return;
+  item->setCheckState(item->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
 }
 
 /// Esc clears a search before it closes the window.

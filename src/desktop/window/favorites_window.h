@@ -65,6 +65,8 @@ class FavoritesWindow final : public CompanionWindow {
   void addEntry(const Entry& entry);
   Entry entryOf(const FoundLine& line);
   Entry entryOf(const StoredFavorite& favorite);
+  void goToList();
+  void changeCurrentLine();
   void itemDidChange(QListWidgetItem* item);
 
   FavoritesServices services_;

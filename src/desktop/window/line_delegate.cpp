@@ -78,15 +78,12 @@ void paintMark(QPainter& painter, const QStyleOptionViewItem& option, const QRec
   painter.drawPath(sign);
 }
 
-bool isPress(const QKeyEvent& event) {
-  return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select || event.key() == Qt::Key_Return ||
-         event.key() == Qt::Key_Enter;
-}
-
 bool asksForChange(const QEvent& event) {
   if (event.type() == QEvent::MouseButtonRelease)
     return static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
-  return event.type() == QEvent::KeyPress && isPress(static_cast<const QKeyEvent&>(event));
+  if (event.type() != QEvent::KeyPress) return false;
+  const int key = static_cast<const QKeyEvent&>(event).key();
+  return key == Qt::Key_Space || key == Qt::Key_Select;
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace linewatch::desktop {
 
 /// Draws a line of a list: its shield, its name over its agency, and a mark that says whether it is chosen. A
-/// click anywhere on the row, or Space or Enter, changes the mark.
+/// click anywhere on the row, or Space, changes the mark.
 class LineDelegate final : public QStyledItemDelegate {
  public:
   /// Beside the name as text, of an item that may be checked.
