@@ -93,6 +93,7 @@ struct Grammar {
     addFavorites(app);
     addLines(app);
     addFeed(app);
+    addAnalytics(app);
     addOpen(app);
     addRender(app);
     addSimulate(app);
@@ -115,7 +116,8 @@ struct Grammar {
     CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
     sub->add_option("--companion", panel_.companion,
                     "A command to call with what a row opens, in place of the program's own windows")
-        ->type_name("COMMAND");
+        ->type_name("COMMAND")
+        ->envname("LINEWATCH_COMPANION");
     sub->callback([this] { command = panel_; });
   }
   void addShow(CLI::App& app) {
@@ -161,6 +163,21 @@ struct Grammar {
         ->add_option("NAME", feed_.name, "What it is called")
         ->required();
   }
+  void addAnalytics(CLI::App& app) {
+    using enum AnalyticsCommand::Action;
+    CLI::App* const sub = app.add_subcommand(
+        "analytics", "Print what the widget has recorded of its use, on this machine alone");
+    sub->require_subcommand(0, 1)->fallthrough();
+    sub->add_flag("--json", analytics_.json, "Print it as a JSON object");
+    sub->preparse_callback([this](std::size_t) { command = analytics_; });
+    sub->final_callback([this] {
+      if (auto* const chosen = std::get_if<AnalyticsCommand>(&command)) chosen->json = analytics_.json;
+    });
+    addAction(*sub, "list", "Print all of it, oldest first", analytics_, list);
+    addAction(*sub, "on", "Record, which is how it is at first", analytics_, on);
+    addAction(*sub, "off", "Record nothing more", analytics_, off);
+    addAction(*sub, "clear", "Forget all that was recorded", analytics_, clear);
+  }
   void addOpen(CLI::App& app) {
     CLI::App* const sub = app.add_subcommand("open", "Print what a row hands to the companion application");
     sub->add_option("FILE", open_.file, "An activity record, compressed or not, or an incident list")
@@ -202,6 +219,7 @@ struct Grammar {
   FavoritesCommand favorites_;
   LinesCommand lines_;
   FeedCommand feed_;
+  AnalyticsCommand analytics_;
   OpenCommand open_;
   RenderCommand render_;
   SimulateCommand simulate_;

@@ -56,6 +56,13 @@ struct FeedCommand {
   std::string alerts;
 };
 
+/// What the widget has recorded of its use.
+struct AnalyticsCommand {
+  enum class Action { list, on, off, clear };
+  Action action = Action::list;
+  bool json = false;
+};
+
 struct OpenCommand {
   std::string file;
 };
@@ -85,7 +92,7 @@ struct PanelCommand {
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,
-                             OpenCommand, SimulateCommand, RenderCommand>;
+                             AnalyticsCommand, OpenCommand, SimulateCommand, RenderCommand>;
 
 struct CommandLine {
   CommonOptions common;

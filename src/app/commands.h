@@ -30,6 +30,7 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command);
+Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session: the scenario brings a platform of its own.
 Report simulate(const SimulateCommand& command);

@@ -1,21 +1,7 @@
-#include <array>
-#include <ctime>
-
 #include "app/commands.h"
+#include "app/local_time.h"
 
 namespace linewatch::app {
-
-namespace {
-
-std::string localTime(Date date) {
-  const auto seconds = static_cast<std::time_t>(date.time_since_epoch().count());
-  std::tm parts{};
-  std::array<char, 32> text{};
-  if (!localtime_r(&seconds, &parts)) return {};
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &parts)};
-}
-
-}  // namespace
 
 std::string dataNote(Session& session, const TerminalStyle& style) {
   if (session.platform().showsSampleCity()) {

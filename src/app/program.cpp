@@ -33,6 +33,7 @@ struct Dispatch {
   Report operator()(const FavoritesCommand& command) const { return favorites(session, command, style); }
   Report operator()(const LinesCommand& command) const { return lines(session, command, style); }
   Report operator()(const FeedCommand& command) const { return feed(session, command); }
+  Report operator()(const AnalyticsCommand& command) const { return analytics(session, command); }
   Report operator()(const OpenCommand& command) const { return open(session, command); }
   // Those without a session are done before.
   template <class Other>

@@ -31,6 +31,9 @@ namespace {
 constexpr std::string_view kProgramSuite = "org.linewatch.program";
 constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
 
+// In the companion application's suite: false keeps all analytics off.
+constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
+
 const char* environmentVariable(const char* name) { return std::getenv(name); }
 
 Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
@@ -75,9 +78,10 @@ struct DesktopPlatform::Roles {
                                              IncidentLanguage{locale.fallbacks(), feedTexts()})),
         transitService(feeds, platform.mainLoop_),
         favoritesQueue(std::make_shared<BackgroundQueue>()),
-        usageRecorder(platform.state_, platform.analyticsSwitch(),
-                      [&platform] { return platform.mainLoop_.now(); }),
-        analyticsLogger(platform.state_, platform.analyticsSwitch()) {}
+        usageRecorder(
+            platform.state_, [&platform] { return platform.recordsAnalytics(); },
+            [&platform] { return platform.mainLoop_.now(); }),
+        analyticsLogger(platform.state_, [&platform] { return platform.recordsAnalytics(); }) {}
   ~Roles() { favoritesQueue->finish(); }
 
   FeedTexts feedTexts() const {
@@ -184,12 +188,18 @@ Outcome<bool> DesktopPlatform::changeFavorite(const StoredFavorite& favorite, bo
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
 }
 
-AnalyticsSwitch DesktopPlatform::analyticsSwitch() {
-  return [this] {
-    if (!state_) return false;
-    const auto preferences = makePreferencesStore(kCompanionAppGroupSuite);
-    return !preferences->objectForKey(kAnalyticsKey) || preferences->boolForKey(kAnalyticsKey);
-  };
+bool DesktopPlatform::recordsAnalytics() {
+  if (!state_) return false;
+  const auto preferences = makePreferencesStore(kCompanionAppGroupSuite);
+  return !preferences->objectForKey(kAnalyticsKey) || preferences->boolForKey(kAnalyticsKey);
+}
+
+std::optional<Error> DesktopPlatform::setRecordsAnalytics(bool isOn) {
+  if (!state_) return failure("analytics", "", "a run without saved state records none");
+  makePreferencesStore(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey);
+  // The store has told the log what went wrong.
+  if (recordsAnalytics() != isOn) return failure("analytics", "", "the switch could not be saved");
+  return std::nullopt;
 }
 
 /// No connection is to blame for what goes wrong with files.

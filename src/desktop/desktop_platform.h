@@ -56,9 +56,6 @@ struct DesktopSettings {
 inline constexpr std::string_view kSampleFeedName = "sample";
 inline constexpr std::string_view kGivenFeedName = "given";
 
-/// In the companion application's preferences: false keeps all analytics off.
-inline constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
-
 /// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
@@ -76,6 +73,11 @@ class DesktopPlatform final : public Platform {
   StoredFeeds storedFeeds() const { return StoredFeeds(state_); }
   /// Where all of this is kept; null in a run without saved state.
   const SharedDatabase& state() const { return state_; }
+  /// Whether analytics are recorded: they are until the user switches them off, or in a run without saved
+  /// state.
+  bool recordsAnalytics();
+  /// For this run and all later ones. Not in a run without saved state.
+  std::optional<Error> setRecordsAnalytics(bool isOn);
   FeedCache& feedCache() { return *feedCache_; }
   /// True until the user has added a feed.
   bool showsSampleCity() const { return showsSampleCity_; }
@@ -118,7 +120,6 @@ class DesktopPlatform final : public Platform {
   std::shared_ptr<RemoteFavoritesPersister> persisterOfNow();
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
-  AnalyticsSwitch analyticsSwitch();
 
   DesktopSettings settings_;
   StderrLog log_;

@@ -127,4 +127,10 @@ Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& databas
   return error ? Outcome<std::vector<StoredUserAction>>(*error) : std::move(actions);
 }
 
+std::optional<Error> clearAnalytics(StoredDatabase& database) {
+  return database.write([](SqliteDatabase& open) {
+    return open.runScript("DELETE FROM shown_incident; DELETE FROM widget_session; DELETE FROM user_action");
+  });
+}
+
 }  // namespace linewatch::desktop

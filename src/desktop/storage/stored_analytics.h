@@ -77,5 +77,7 @@ struct StoredUserAction {
 /// All that is kept, oldest first.
 Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database);
 Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& database);
+/// Forgets all of it.
+std::optional<Error> clearAnalytics(StoredDatabase& database);
 
 }  // namespace linewatch::desktop

@@ -21,6 +21,7 @@
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/window_colors.h"
+#include "platform/log.h"
 #include "platform/main_loop.h"
 #include "platform/platform.h"
 #include "platform/ui/interface_settings.h"
@@ -357,6 +358,7 @@ void PanelWindow::saveState() {
   savedResult_ = result;
   savedExpanded_ = dataSource->isExpanded();
   saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, savedExpanded_));
+  logDebug("The list on screen is kept for the next start");
 }
 
 // ---- Text size ----

@@ -1,0 +1,134 @@
+#include <array>
+#include <cmath>
+
+#include <nlohmann/json.hpp>
+
+#include "app/commands.h"
+#include "app/local_time.h"
+#include "desktop/storage/stored_analytics.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using desktop::StoredUserAction;
+using desktop::StoredWidgetSession;
+using nlohmann::ordered_json;
+
+constexpr std::int64_t kItemWasOpened = 1;
+
+struct Recorded {
+  std::vector<StoredWidgetSession> sessions;
+  std::vector<StoredUserAction> actions;
+};
+
+std::string messageInWords(const std::optional<std::int64_t>& type) {
+  constexpr std::array<const char*, 4> kWords = {"no favourites", "no incident", "one incident",
+                                                 "several incidents"};
+  if (!type || *type < 1 || *type > static_cast<std::int64_t>(kWords.size())) return "no list";
+  return kWords.at(static_cast<std::size_t>(*type - 1));
+}
+
+std::string textOf(const StoredWidgetSession& session) {
+  const WidgetInteractionEvent& event = session.event;
+  const WidgetAnalyticsRecord& record = *event.record;
+  std::string text = localTime(event.startDate) + "  shown for " +
+                     std::to_string(std::llround(event.duration.count())) +
+                     " s: " + messageInWords(record.transitMessageType);
+  if (record.everExpanded.value_or(false)) text += ", expanded";
+  if (event.endState == kItemWasOpened)
+    text += ", row " + std::to_string(record.tappedItemIndex.value_or(0)) + " opened";
+  text += "\n";
+  for (const IncidentAnalyticsItem& item : record.transitIncidents)
+    text +=
+        "    line " + item.transitLineMuid + ": " + item.transitIncidentTitle.value_or("(no title)") + "\n";
+  return text;
+}
+
+std::string textOf(const Recorded& recorded) {
+  std::string text;
+  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session);
+  for (const StoredUserAction& action : recorded.actions)
+    text += localTime(action.time) + "  " + action.action + (action.value ? " " + *action.value : "") + "\n";
+  return text;
+}
+
+template <class T>
+ordered_json orNull(const std::optional<T>& value) {
+  return value ? ordered_json(*value) : ordered_json(nullptr);
+}
+
+double secondsOf(Date date) { return date.time_since_epoch().count(); }
+
+ordered_json jsonOf(const StoredWidgetSession& session) {
+  const WidgetInteractionEvent& event = session.event;
+  const WidgetAnalyticsRecord& record = *event.record;
+  ordered_json incidents = ordered_json::array();
+  for (const IncidentAnalyticsItem& item : record.transitIncidents)
+    incidents.push_back({{"transitLineMuid", item.transitLineMuid},
+                         {"transitIncidentTitle", orNull(item.transitIncidentTitle)}});
+  return {{"userSession", session.userSession.sessionIdentifier},
+          {"interactionType", event.interactionType},
+          {"endState", event.endState},
+          {"wasLocked", event.wasLocked},
+          {"start", secondsOf(event.startDate)},
+          {"duration", event.duration.count()},
+          {"initiallyExpanded", orNull(record.initiallyExpanded)},
+          {"everExpanded", orNull(record.everExpanded)},
+          {"transitMessageType", orNull(record.transitMessageType)},
+          {"tappedItemIndex", orNull(record.tappedItemIndex)},
+          {"transitIncidents", std::move(incidents)}};
+}
+
+ordered_json jsonOf(const StoredUserAction& action) {
+  return {{"time", secondsOf(action.time)},
+          {"action", action.action},
+          {"target", action.target},
+          {"value", orNull(action.value)}};
+}
+
+std::string jsonTextOf(const Recorded& recorded) {
+  ordered_json form{{"sessions", ordered_json::array()}, {"actions", ordered_json::array()}};
+  for (const StoredWidgetSession& session : recorded.sessions) form["sessions"].push_back(jsonOf(session));
+  for (const StoredUserAction& action : recorded.actions) form["actions"].push_back(jsonOf(action));
+  return form.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+desktop::Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
+  auto sessions = desktop::storedWidgetSessions(state);
+  if (!sessions) return sessions.error();
+  auto actions = desktop::storedUserActions(state);
+  if (!actions) return actions.error();
+  return Recorded{std::move(*sessions), std::move(*actions)};
+}
+
+Report printAnalytics(Session& session, bool json) {
+  const auto recorded = recordedIn(*session.platform().state());
+  if (!recorded) return refused(recorded.error());
+  if (json) return {.output = jsonTextOf(*recorded), .complaint = {}};
+  std::string text = textOf(*recorded);
+  if (text.empty()) text = "Nothing has been recorded.\n";
+  text += session.platform().recordsAnalytics()
+              ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
+              : "Recording is off.\n";
+  return {.output = std::move(text), .complaint = {}};
+}
+
+}  // namespace
+
+Report analytics(Session& session, const AnalyticsCommand& command) {
+  using enum AnalyticsCommand::Action;
+  if (!session.platform().state())
+    return refused(desktop::failure("analytics", "", "a run without saved state records none"));
+  if (command.action == list) return printAnalytics(session, command.json);
+  if (command.action == clear) {
+    const auto error = desktop::clearAnalytics(*session.platform().state());
+    return error ? refused(*error) : Report{.output = "Forgotten.\n", .complaint = {}};
+  }
+  const bool isOn = command.action == on;
+  if (const auto error = session.platform().setRecordsAnalytics(isOn)) return refused(*error);
+  return {.output = isOn ? "Recording is on, and stays on this machine.\n" : "Recording is off.\n",
+          .complaint = {}};
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,84 @@
+#include "app/screen/panel.h"
+
+#include <QDesktopServices>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/window/network_watch.h"
+#include "platform/ui/notification_center.h"
+
+namespace linewatch::app {
+
+using desktop::TransitFeeds;
+
+Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
+             const std::string& command, std::uint64_t maxRows)
+    : session_(session),
+      screen_(screen),
+      texts_(std::make_shared<const desktop::WindowTexts>(locale)),
+      companion_(texts_, QString::fromStdString(command), detailsServices(), favoritesServices()),
+      window_(texts_, panelServices(), maxRows) {
+  desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
+}
+
+// What is still under way answers on the main thread, to nobody.
+Panel::~Panel() { queue_.finish(); }
+
+/// Does `work` on the queue and hands what it gave to `done` on the main thread.
+template <class Work, class Done>
+void Panel::inBackground(Work work, Done done) {
+  queue_.post([&mainLoop = platform().mainLoop(), work = std::move(work), done = std::move(done)] {
+    mainLoop.dispatchAsync([result = work(), done] { done(result); });
+  });
+}
+
+desktop::DetailsServices Panel::detailsServices() {
+  return {.findLines =
+              [this](std::vector<std::uint64_t> muids, desktop::DetailsServices::LinesFound found) {
+                inBackground([&feeds = platform().feeds(),
+                              muids = std::move(muids)] { return feeds.linesWithIncidents(muids); },
+                             std::move(found));
+              },
+          .openLink = [](const QUrl& url) { QDesktopServices::openUrl(url); }};
+}
+
+desktop::FavoritesServices Panel::favoritesServices() {
+  desktop::FavoritesServices services{
+      .favorites = [this] { return platform().favoriteLines(); },
+      .loadLines =
+          [this](std::function<void(const desktop::FavoritesServices::Lines&)> done) {
+            inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
+          },
+      .didChange = [this] { window_.favoritesDidChange(); }};
+  if (platform().state()) {
+    services.change = [this](const desktop::StoredFavorite& favorite, bool isAdded) {
+      return platform().changeFavorite(favorite, isAdded);
+    };
+  }
+  return services;
+}
+
+desktop::PanelServices Panel::panelServices() {
+  return {.openURL = [this](const URL& url,
+                            const std::function<void(bool)>& done) { companion_.openURL(url, done); },
+          .showFavorites = [this] { companion_.showFavorites(); },
+          .setTextSize =
+              [this](ui::TextSizeCategory category) {
+                screen_.settings().category = category;
+                platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+              },
+          .dataNote = [this] { return dataNote(); }};
+}
+
+/// How old what is shown is: as old as the oldest of it.
+QString Panel::dataNote() {
+  if (platform().showsSampleCity()) return (*texts_)("SampleCity");
+  const auto states = platform().feeds().alertsStates();
+  if (states.empty()) return {};
+  const auto& oldest = std::ranges::min(states, {}, &TransitFeeds::AlertsState::written);
+  if (!oldest.written) return (*texts_)("AlertsOfUnknownAge");
+  const QString when = texts_->dateAndTime(*oldest.written, platform().mainLoop().now());
+  return (*texts_)("AlertsWritten", {when.toStdString()});
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/session.h"
+#include "desktop/drawing/drawing_screen.h"
+#include "desktop/roles/background_queue.h"
+#include "desktop/window/companion.h"
+#include "desktop/window/panel_window.h"
+
+namespace linewatch::app {
+
+/// The panel, what a row of it opens, and what both of them need of the program. What has to wait for feeds
+/// is done on another thread. Main thread, under a QApplication; session and screen must outlive it.
+class Panel {
+ public:
+  /// `command`: the user's own companion; empty: none. `maxRows`: 0 for no limit.
+  Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
+        const std::string& command, std::uint64_t maxRows);
+  ~Panel();
+  Panel(const Panel&) = delete;
+  Panel& operator=(const Panel&) = delete;
+
+  desktop::PanelWindow& window() { return window_; }
+  desktop::Companion& companion() { return companion_; }
+
+ private:
+  desktop::DesktopPlatform& platform() { return session_.platform(); }
+  desktop::DetailsServices detailsServices();
+  desktop::FavoritesServices favoritesServices();
+  desktop::PanelServices panelServices();
+  QString dataNote();
+
+  template <class Work, class Done>
+  void inBackground(Work work, Done done);
+
+  Session& session_;
+  desktop::DrawingScreen& screen_;
+  desktop::BackgroundQueue queue_;
+  desktop::SharedWindowTexts texts_;
+  desktop::Companion companion_;
+  desktop::PanelWindow window_;
+};
+
+}  // namespace linewatch::app

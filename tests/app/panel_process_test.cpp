@@ -1,0 +1,128 @@
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <utility>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "app/program_run.h"
+
+namespace linewatch::app {
+namespace {
+
+using testing::HasSubstr;
+
+/// The panel in a process of its own, without a display, saying on standard error what it does.
+class PanelProcess {
+ public:
+  explicit PanelProcess(const std::string& stateFolder) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) std::abort();
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+    std::string words[] = {LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel"};
+    char* arguments[] = {words[0].data(), words[1].data(), words[2].data(),
+                         words[3].data(), words[4].data(), nullptr};
+    std::string variables[] = {"QT_QPA_PLATFORM=offscreen", "LANG=en_US.UTF-8", "HOME=" + stateFolder};
+    char* environment[] = {variables[0].data(), variables[1].data(), variables[2].data(), nullptr};
+    if (posix_spawn(&process_, LINEWATCH_PROGRAM, &actions, nullptr, arguments, environment) != 0)
+      std::abort();
+    posix_spawn_file_actions_destroy(&actions);
+    close(ends[1]);
+    said_ = fdopen(ends[0], "r");
+  }
+  ~PanelProcess() {
+    if (process_ > 0) end(SIGKILL);
+    std::fclose(said_);
+  }
+  PanelProcess(const PanelProcess&) = delete;
+  PanelProcess& operator=(const PanelProcess&) = delete;
+
+  /// Waits until a line with the words comes; false when the process has ended without it.
+  bool says(const std::string& words) {
+    char line[4096];
+    while (std::fgets(line, sizeof line, said_)) {
+      if (std::string(line).find(words) != std::string::npos) return true;
+    }
+    return false;
+  }
+  /// The status that it ended with, or 128 and the signal's number.
+  int end(int signal) {
+    kill(process_, signal);
+    int status = 0;
+    waitpid(std::exchange(process_, -1), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
+ private:
+  pid_t process_ = -1;
+  std::FILE* said_ = nullptr;
+};
+
+// Not before it lies in the file.
+constexpr const char* kSaves = "kept for the next start";
+constexpr const char* kLoads = "View model loaded";
+// Also when the other one's list is the same, so that there is nothing to save.
+constexpr const char* kFetches = "Received 7 line items";
+
+class PanelProcessTest : public testing::Test {
+ protected:
+  std::string analytics() { return runProgram({"--state-dir", folder_ / "state", "analytics"}).output; }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(PanelProcessTest, HasItsLastListAgainAfterItWasKilled) {
+  PanelProcess first(folder_ / "state");
+  ASSERT_TRUE(first.says(kSaves));
+  EXPECT_EQ(first.end(SIGKILL), 128 + SIGKILL);
+  PanelProcess second(folder_ / "state");
+  ASSERT_TRUE(second.says(kLoads));
+  EXPECT_EQ(second.end(SIGTERM), 0) << "in good order, as when the desktop session ends";
+  EXPECT_THAT(analytics(), HasSubstr("shown for"));
+}
+
+TEST_F(PanelProcessTest, TwoShareOneStateFolder) {
+  PanelProcess first(folder_ / "state");
+  PanelProcess second(folder_ / "state");
+  ASSERT_TRUE(first.says(kSaves));
+  ASSERT_TRUE(second.says(kFetches));
+  EXPECT_EQ(first.end(SIGINT), 0);
+  EXPECT_EQ(second.end(SIGTERM), 0);
+  EXPECT_TRUE(PanelProcess(folder_ / "state").says(kLoads));
+  const std::string recorded = analytics();
+  EXPECT_NE(recorded.find("shown for"), recorded.rfind("shown for")) << recorded;
+}
+
+TEST_F(PanelProcessTest, RecordsNothingOnceSwitchedOff) {
+  EXPECT_EQ(runProgram({"--state-dir", folder_ / "state", "analytics", "off"}).output, "Recording is off.\n");
+  PanelProcess panel(folder_ / "state");
+  ASSERT_TRUE(panel.says(kSaves));
+  EXPECT_EQ(panel.end(SIGTERM), 0);
+  EXPECT_EQ(analytics(), "Nothing has been recorded.\nRecording is off.\n");
+  EXPECT_THAT(runProgram({"--state-dir", folder_ / "state", "analytics", "on"}).output, HasSubstr("on"));
+  PanelProcess another(folder_ / "state");
+  ASSERT_TRUE(another.says(kLoads));
+  another.end(SIGTERM);
+  const auto run = runProgram({"--state-dir", folder_ / "state", "analytics", "--json"});
+  EXPECT_THAT(run.output, HasSubstr(R"("endState": 2)")) << run.errors;
+  EXPECT_EQ(runProgram({"--state-dir", folder_ / "state", "analytics", "clear"}).status, 0);
+  EXPECT_THAT(analytics(), HasSubstr("Nothing has been recorded.\n"));
+}
+
+TEST_F(PanelProcessTest, WithoutADisplayTheListIsPrinted) {
+  const auto run = runProgram({"--state-dir", folder_ / "state"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.output, HasSubstr("Advisories"));
+  EXPECT_EQ(run.errors, "linewatch: there is no display for the panel: this is its list\n");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "state"));
+}
+
+}  // namespace
+}  // namespace linewatch::app
