@@ -46,7 +46,10 @@ Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::mov
   installPlatform(platform_);
 }
 
-Session::~Session() { installPlatform(nullptr); }
+Session::~Session() {
+  platform_->finishBackgroundWork();
+  installPlatform(nullptr);
+}
 
 std::shared_ptr<const RVResult> Session::fetch() {
   std::shared_ptr<const RVResult> fetched;

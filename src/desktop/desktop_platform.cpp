@@ -210,6 +210,12 @@ ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
   return asksServers ? diagnoseConnection() : ConnectionFailureDiagnosis::unknown;
 }
 
+void DesktopPlatform::finishBackgroundWork() {
+  // Favourites that have been read are looked up next.
+  roles_->favoritesQueue->finish();
+  roles_->transitService.finish();
+}
+
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
 RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
 Localization& DesktopPlatform::localization() { return roles_->localization; }

@@ -64,6 +64,10 @@ class DesktopPlatform final : public Platform {
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 
+  /// Waits for what other threads do, and starts nothing more on them. They may need the platform installed,
+  /// so this comes before it is taken away.
+  void finishBackgroundWork();
+
   TransitFeeds& feeds();
   /// The user's favourites: saved, given, or the sample city's.
   Outcome<std::vector<StoredFavorite>> favoriteLines() const;

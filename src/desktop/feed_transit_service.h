@@ -20,6 +20,8 @@ class FeedTransitService final : public TransitService {
 
   std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
       std::vector<MapItemIdentifier> identifiers) override;
+  /// Waits for the look-ups under way, and takes no more.
+  void finish() { queue_->finish(); }
 
  private:
   std::shared_ptr<TransitFeeds> feeds_;
