@@ -127,8 +127,6 @@ AlertPeriod readPeriod(std::string_view bytes, AlertPeriod::Use use) {
   return period;
 }
 
-enum class Place { none, header, entity };
-
 struct Trip {
   std::string_view routeId;
   bool isNamed = false;
@@ -205,6 +203,8 @@ class AlertsDecoder {
   }
 
  private:
+  enum class Place { none, header, entity };
+
   // As many parts as an ordinary feed of this size has; memory that is not used costs nothing.
   explicit AlertsDecoder(std::string payload) : message_(new AlertsMessage(std::move(payload))) {
     const std::size_t size = message_->payload_.size();
