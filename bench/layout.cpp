@@ -47,7 +47,7 @@ void NewRow(benchmark::State& state) {
     SampleRow row;
     row.primary->setText("No trains between Central Station and Harbour");
     row.layOutAtWidth(359);
-    benchmark::DoNotOptimize(row);
+    if (!(row.primary->frame().height > 0)) state.SkipWithError("the row has no text");
   }
 }
 BENCHMARK(NewRow);
