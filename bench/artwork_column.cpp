@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "platform/artwork_cache.h"
 #include "presentation/artwork_column_calculator.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "simulation/simulated_platform.h"
@@ -21,8 +22,8 @@ constexpr std::int64_t kSmallestSize = -4;
 const ArtworkWidthCalculatorSizeParameter kParameter{73, 200, {0, 0, 0, 16}};
 
 /// Items whose artworks are all different in text, and in width where `distinctWidths`.
-TransitItems wideItems(std::int64_t count, bool distinctWidths) {
-  const auto cache = memoryConstrainedImageViewCache();
+TransitItems wideItems(const std::shared_ptr<ArtworkDataSourceCache>& cache, std::int64_t count,
+                       bool distinctWidths) {
   TransitItems items;
   for (std::int64_t i = 0; i < count; ++i) {
     TransitArtworkDataSource artwork;
@@ -51,9 +52,14 @@ bool isSmallest(const SharedTransitItem& item) {
 
 void fitEveryArtworkShrunk(benchmark::State& state) {
   installPlatform(simulation::SimulatedPlatform::make());
-  const TransitItems items = wideItems(state.range(0), state.range(1) != 0);
+  const auto cache = memoryConstrainedImageViewCache();
+  const TransitItems items = wideItems(cache, state.range(0), state.range(1) != 0);
   double width = 0;
   for (auto _ : state) {
+    // Every time all is drawn anew, or few rounds over many items would be compared with many over few.
+    state.PauseTiming();
+    cache->purge();
+    state.ResumeTiming();
     RVTransitItemArtworkColumnCalculator calculator;
     const TransitItems fitted = calculator.itemsFromItems(items, kParameter, &width, withArtwork);
     if (width != kParameter.defaultArtworkViewWidth || !isSmallest(fitted.front()) ||
@@ -74,7 +80,7 @@ BENCHMARK(fitEveryArtworkShrunk)
 /// The question that a table asks again and again.
 void fitTheSameAgain(benchmark::State& state) {
   installPlatform(simulation::SimulatedPlatform::make());
-  const TransitItems items = wideItems(state.range(0), true);
+  const TransitItems items = wideItems(memoryConstrainedImageViewCache(), state.range(0), true);
   RVTransitItemArtworkColumnCalculator calculator;
   calculator.itemsFromItems(items, kParameter, nullptr, withArtwork);
   for (auto _ : state)

@@ -1,9 +1,8 @@
 #include "presentation/artwork_width_calculator.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 
 #include "platform/artwork_cache.h"
@@ -28,47 +27,24 @@ ArtworkWidthCalculatorSizeParameter sanitized(ArtworkWidthCalculatorSizeParamete
   return parameter;
 }
 
-/// Of artworks of any size.
-struct SameButForSize {
-  std::size_t operator()(const SharedSizedArtwork& artwork) const {
-    return artwork->artworkDataSource() ? hashOfAllFields(*artwork->artworkDataSource()) : 0;
-  }
-  bool operator()(const SharedSizedArtwork& a, const SharedSizedArtwork& b) const {
-    if (a->artworkCache() != b->artworkCache()) return false;
-    const SharedArtwork &x = a->artworkDataSource(), &y = b->artworkDataSource();
-    return x == y || (x && y && *x == *y);
-  }
-};
-
-/// The widths of one artwork, drawn once at each size that is asked for.
-class WidthsBySize {
- public:
-  double at(std::int64_t size, const SizedTransitArtwork& artwork, double displayScale) {
-    const auto known =
-        std::find_if(widths_.begin(), widths_.end(), [size](const auto& each) { return each.first == size; });
-    if (known != widths_.end()) return known->second;
-    return widths_.emplace_back(size, drawnWidth(size, artwork, displayScale)).second;
-  }
-
- private:
-  static double drawnWidth(std::int64_t size, const SizedTransitArtwork& artwork, double displayScale) {
-    if (!artwork.artworkDataSource() || !artwork.artworkCache()) return 0;
-    const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), {size, displayScale});
-    return image ? image->size().width : 0;
-  }
-
-  std::vector<std::pair<std::int64_t, double>> widths_;
-};
+/// The cache draws each artwork once at each size, however often its width is asked for.
+double drawnWidth(const SizedTransitArtwork& artwork, std::int64_t size, double displayScale) {
+  if (!artwork.artworkDataSource() || !artwork.artworkCache()) return 0;
+  const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), {size, displayScale});
+  return image ? image->size().width : 0;
+}
 
 /// Fits one artwork after the other.
 class Fitting {
  public:
-  Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, double displayScale)
-      : parameter_(parameter), displayScale_(displayScale) {}
+  Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, double displayScale, std::size_t count)
+      : parameter_(parameter), displayScale_(displayScale) {
+    smallerArtworks_.reserve(count);
+  }
 
   void fit(const SharedSizedArtwork& artwork) {
-    if (!seen_.insert(artwork).second) return;
-    const std::int64_t size = fittingSize(*artwork, widths_[artwork]);
+    if (smallerArtworks_.contains(artwork)) return;
+    const std::int64_t size = fittingSize(*artwork);
     if (size == artwork->shieldSize()) return;
     smallerArtworks_[artwork] = std::make_shared<const SizedTransitArtwork>(artwork->artworkDataSource(),
                                                                             size, artwork->artworkCache());
@@ -79,13 +55,13 @@ class Fitting {
   SmallerArtworks smallerArtworks() && { return std::move(smallerArtworks_); }
 
  private:
-  std::int64_t fittingSize(const SizedTransitArtwork& artwork, WidthsBySize& widths) {
+  std::int64_t fittingSize(const SizedTransitArtwork& artwork) {
     std::int64_t size = artwork.shieldSize();
-    double width = widthInColumn(widths.at(size, artwork, displayScale_));
+    double width = widthInColumn(drawnWidth(artwork, size, displayScale_));
     while (!fits(width)) {
       if (size < kSmallestShrinkableSize) return size;
       --size;
-      width = widthInColumn(widths.at(size, artwork, displayScale_));
+      width = widthInColumn(drawnWidth(artwork, size, displayScale_));
     }
     if (!widest_ || width > *widest_) widest_ = width;
     return size;
@@ -100,8 +76,6 @@ class Fitting {
 
   const ArtworkWidthCalculatorSizeParameter& parameter_;
   double displayScale_;
-  std::unordered_set<SharedSizedArtwork, SizedArtworkHash, SizedArtworkEqual> seen_;
-  std::unordered_map<SharedSizedArtwork, WidthsBySize, SameButForSize, SameButForSize> widths_;
   SmallerArtworks smallerArtworks_;
   std::optional<double> widest_;
 };
@@ -117,7 +91,7 @@ TransitDirectionsListArtworkWidthCalculator::TransitDirectionsListArtworkWidthCa
 // small enough, and none shrinks further once it is.
 SmallerArtworks TransitDirectionsListArtworkWidthCalculator::calculateArtworkViewWidthAndArtworkSizes(
     double* artworkViewWidth) const {
-  Fitting fitting(sizeParameter_, platform().interfaceSettings().displayScale());
+  Fitting fitting(sizeParameter_, platform().interfaceSettings().displayScale(), artworks_.size());
   for (const SharedSizedArtwork& artwork : artworks_) fitting.fit(artwork);
 
   if (artworkViewWidth != nullptr) {
