@@ -107,6 +107,26 @@ TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
   EXPECT_THAT(lines(feeds, {}), IsEmpty());
 }
 
+TEST_F(TransitFeedsTest, TellsWhichLinesHaveAnIncident) {
+  const AlertSketch works{
+      .id = "works", .selectors = {{.route = "2"}, {.route = "1"}}, .header = {{"Works", ""}}};
+  TransitFeeds feeds({feed("bus", {.alerts = {alertOf("1", "Strike"), works}}),
+                      feed("rail", {.alerts = {alertOf("2", "Storm")}})},
+                     documents(), {});
+  const std::vector<std::uint64_t> muids{stableMuid("bus", "works"), stableMuid("rail", "Storm"), 7};
+  const auto namesOf = [&](std::uint64_t muid) {
+    std::string names;
+    const auto linesOf = feeds.linesWithIncidents(muids);
+    for (const auto& found : linesOf.at(muid)) names += found->name + ". ";
+    return names;
+  };
+  EXPECT_EQ(namesOf(muids[0]), "") << "nothing was read";
+  lines(feeds, {line("bus", "1")});
+  EXPECT_EQ(namesOf(muids[0]), "bus one. bus two. ");
+  EXPECT_EQ(namesOf(muids[1]), "") << "this feed was not";
+  EXPECT_EQ(namesOf(7), "");
+}
+
 TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
   const StoredFeed good = feed("good", {});
   StoredFeed silent = feed("silent", {}), broken = feed("broken", {});

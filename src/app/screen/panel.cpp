@@ -77,7 +77,8 @@ QString Panel::dataNote() {
   if (states.empty()) return {};
   const auto& oldest = std::ranges::min(states, {}, &TransitFeeds::AlertsState::written);
   if (!oldest.written) return (*texts_)("AlertsOfUnknownAge");
-  const QString when = texts_->dateAndTime(*oldest.written, platform().mainLoop().now());
+  const QString when =
+      texts_->dateAndTime(*oldest.written, platform().mainLoop().now(), QLocale::ShortFormat);
   return (*texts_)("AlertsWritten", {when.toStdString()});
 }
 

@@ -1,20 +1,55 @@
 #include "desktop/window/network_watch.h"
 
-#include <QNetworkInformation>
+#include <QSocketNotifier>
+#include <array>
 #include <memory>
 #include <utility>
 
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "desktop/roles/connection_diagnosis.h"
+
 namespace linewatch::desktop {
 
+namespace {
+
+/// The kernel's news of routes that came or went: what tells of a connection on every machine, whatever
+/// manages it there. Negative where the kernel tells nothing.
+int openRouteNews() {
+  const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
+  sockaddr_nl address{};
+  address.nl_family = AF_NETLINK;
+  address.nl_groups = RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+  if (descriptor < 0 || bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
+    return descriptor;
+  close(descriptor);
+  return -1;
+}
+
+/// What the news say matters less than that there were some, which may also be lost.
+void discardNews(int descriptor) {
+  std::array<char, 8192> news{};
+  while (recv(descriptor, news.data(), news.size(), 0) > 0) {
+  }
+}
+
+bool isConnected() { return diagnoseConnection() == ConnectionFailureDiagnosis::other; }
+
+}  // namespace
+
 void watchNetwork(QObject& owner, std::function<void()> returned) {
-  using Reachability = QNetworkInformation::Reachability;
-  if (!QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) return;
-  const QNetworkInformation* const information = QNetworkInformation::instance();
-  const auto isOnline = std::make_shared<bool>(information->reachability() == Reachability::Online);
-  QObject::connect(information, &QNetworkInformation::reachabilityChanged, &owner,
-                   [isOnline, returned = std::move(returned)](Reachability reachability) {
-                     const bool wasOnline = std::exchange(*isOnline, reachability == Reachability::Online);
-                     if (*isOnline && !wasOnline) returned();
+  const int descriptor = openRouteNews();
+  if (descriptor < 0) return;
+  auto* const notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &owner);
+  QObject::connect(notifier, &QObject::destroyed, [descriptor] { close(descriptor); });
+  QObject::connect(notifier, &QSocketNotifier::activated, &owner,
+                   [descriptor, wasConnected = isConnected(), returned = std::move(returned)]() mutable {
+                     discardNews(descriptor);
+                     const bool isBack = isConnected() && !std::exchange(wasConnected, isConnected());
+                     if (isBack) returned();
                    });
 }
 

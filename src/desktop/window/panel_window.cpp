@@ -257,6 +257,8 @@ void PanelWindow::scheduleRetry(bool isNeeded) {
 }
 
 void PanelWindow::connectionDidReturn() {
+  // Should it not be quite there yet, the next try is soon.
+  failures_ = 0;
   if (isShown_) requestUpdate();
 }
 

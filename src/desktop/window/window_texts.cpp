@@ -30,11 +30,11 @@ QString WindowTexts::operator()(std::string_view name,
   return QString::fromStdString(localization_->format(text, {arguments.begin(), arguments.size()}));
 }
 
-QString WindowTexts::dateAndTime(Date date, Date now) const {
+QString WindowTexts::dateAndTime(Date date, Date now, QLocale::FormatType format) const {
   const QDateTime time = localTime(date);
   QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
   if (time.date() == localTime(now).date()) return timeOfDay;
-  return locale_.toString(time.date(), QLocale::LongFormat) + QStringLiteral(", ") + timeOfDay;
+  return locale_.toString(time.date(), format) + QStringLiteral(", ") + timeOfDay;
 }
 
 }  // namespace linewatch::desktop

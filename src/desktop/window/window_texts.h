@@ -21,7 +21,7 @@ class WindowTexts {
   /// The text whose key is "LineWatch_Window_" and `name`, with its arguments filled in.
   QString operator()(std::string_view name, std::initializer_list<FormatArgument> arguments = {}) const;
   /// The date and the time in the machine's time zone; of a date today the time alone.
-  QString dateAndTime(Date date, Date now) const;
+  QString dateAndTime(Date date, Date now, QLocale::FormatType format = QLocale::LongFormat) const;
 
  private:
   /// Formatting makes what it needs when it is first needed.

@@ -1,0 +1,99 @@
+#include "app/screen/panel.h"
+
+#include <QApplication>
+#include <QListWidget>
+#include <QToolButton>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/storage/stored_analytics.h"
+#include "desktop/temporary_folder.h"
+#include "desktop/window/windows.h"
+
+namespace linewatch::app {
+namespace {
+
+using desktop::click;
+
+using testing::ElementsAre;
+using testing::Field;
+
+/// The whole program but for its process: the sample city, a state folder, threads and windows.
+class PanelRunTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    desktop::needApplication();
+    options_.stateDir = (folder_.path() / "state").string();
+    options_.locale = "en";
+    auto session = Session::open(options_, [this](desktop::DesktopSettings& settings) {
+      settings.screen = screen_;
+      settings.openActivity = [this](const UserActivity& activity, const OpenHandler& done) {
+        panel_->companion().openActivity(activity, done);
+      };
+    });
+    ASSERT_TRUE(session) << sentenceOf(session.error());
+    session_ = std::move(*session);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *desktop::UserLocale::parse("en"), "", 0);
+  }
+  ~PanelRunTest() override {
+    panel_ = nullptr;
+    session_ = nullptr;
+  }
+
+  /// Waits for what other threads answer.
+  template <class Condition>
+  static void waitUntil(Condition condition) {
+    while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    desktop::settle();
+  }
+  desktop::RowSurface& rows() { return panel_->window().rows(); }
+  std::string nameOf(std::size_t row) { return rows().wordsOf(row).name.toStdString(); }
+  void clickRow(std::size_t row) { click(rows(), QRectF(rows().rectOf(row)).center()); }
+  template <class Window>
+  static Window* window() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+      if (auto* const found = dynamic_cast<Window*>(widget); found && found->isVisible()) return found;
+    }
+    return nullptr;
+  }
+
+  desktop::TemporaryFolder folder_;
+  CommonOptions options_;
+  std::shared_ptr<desktop::DrawingScreen> screen_ =
+      std::make_shared<desktop::DrawingScreen>(desktop::ScreenSettings());
+  std::unique_ptr<Session> session_;
+  std::unique_ptr<Panel> panel_;
+};
+
+TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
+  panel_->window().show();
+  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  panel_->window().setExpanded(true);
+  desktop::settle();
+  ASSERT_EQ(rows().rowCount(), 5U);
+  EXPECT_EQ(nameOf(0), "Signal failure at Zentralbahnhof");
+  clickRow(0);
+  ASSERT_NE(window<desktop::DetailsWindow>(), nullptr);
+  EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1");
+
+  clickRow(4);
+  ASSERT_NE(window<desktop::FavoritesWindow>(), nullptr);
+  auto* const list = window<desktop::FavoritesWindow>()->findChild<QListWidget*>();
+  waitUntil([list] { return list->count() == 7; });
+  list->item(0)->setCheckState(Qt::Unchecked);
+  waitUntil([this] { return nameOf(0) == "Works on Pont-Neuf"; });
+  EXPECT_EQ(rows().rowCount(), 4U);
+
+  const auto actions = desktop::storedUserActions(*session_->platform().state());
+  ASSERT_TRUE(actions);
+  const auto action = [](const char* name) { return Field(&desktop::StoredUserAction::action, name); };
+  EXPECT_THAT(*actions,
+              ElementsAre(action("SHOW_MORE"), action("TAP_WIDGET_ITEM"), action("TAP_WIDGET_ITEM")));
+  const auto sessions = desktop::storedWidgetSessions(*session_->platform().state());
+  ASSERT_TRUE(sessions);
+  EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
+}
+
+}  // namespace
+}  // namespace linewatch::app
