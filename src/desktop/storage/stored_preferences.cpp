@@ -6,11 +6,16 @@ namespace linewatch::desktop {
 
 std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
   std::optional<Bytes> bytes;
+  bool isTooLarge = false;
   reportIf(database_->read([&](SqliteDatabase& database) {
     bytes.reset();
-    return database.run("SELECT value FROM preference WHERE suite = ? AND key = ?", {suite_, key},
-                        [&](const SqliteRow& row) { bytes = row.bytes(0); });
+    return database.run("SELECT length(value), value FROM preference WHERE suite = ? AND key = ?",
+                        {suite_, key}, [&](const SqliteRow& row) {
+                          isTooLarge = row.integer(0) > kLargestPreference;
+                          if (!isTooLarge) bytes = row.bytes(1);
+                        });
   }));
+  if (isTooLarge) reportIf(failureAt(key, "the stored value is larger than any preference"));
   if (!bytes) return std::nullopt;
   auto value = cbor::valueIn(*bytes);
   if (!value) reportIf(failureAt(key, "the stored value is malformed"));
@@ -20,6 +25,8 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
 void StoredPreferences::setObject(Value value, std::string_view key) {
   const auto bytes = cbor::bytesOf(value);
   if (!bytes) return reportIf(failureAt(key, "the value cannot be written"));
+  if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
+    return reportIf(failureAt(key, "the value is too large to be kept"));
   reportIf(database_->write([&](SqliteDatabase& database) {
     return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
                         {suite_, key, *bytes});

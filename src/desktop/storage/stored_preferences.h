@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -7,6 +8,9 @@
 #include "platform/preferences_store.h"
 
 namespace linewatch::desktop {
+
+/// Bytes, as it is kept: a larger value is neither kept nor read, so that nobody waits for it.
+inline constexpr std::int64_t kLargestPreference = std::int64_t{16} << 20;
 
 /// A store on one suite of the state database. It keeps nothing itself: every object on the suite, in every
 /// process, sees the same values.

@@ -122,6 +122,23 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
   EXPECT_EQ(log_.lines().size(), 1U);
 }
 
+TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
+  const auto tight =
+      makeStateDatabase(StateDirectories::under(folder_.path()), log_, {.maximumPageCount = 20});
+  StoredPreferences preferences(tight, "suite");
+  preferences.setObject(Value("old"), "key");
+  preferences.setObject(Value(std::string(200'000, 'x')), "key");
+  preferences.setObject(Value(std::string(kLargestPreference, 'x')), "key");
+  EXPECT_EQ(StoredPreferences(openState(), "suite").objectForKey("key"), Value("old"));
+  EXPECT_THAT(log_.lines(), ElementsAre(testing::EndsWith("the disk is full"),
+                                        "preferences: suite key: the value is too large to be kept"));
+  ASSERT_FALSE(openState()->write([](SqliteDatabase& database) {
+    return database.run("UPDATE preference SET value = zeroblob(?)", {kLargestPreference + 1});
+  }));
+  EXPECT_FALSE(StoredPreferences(openState(), "suite").objectForKey("key"));
+  EXPECT_EQ(log_.lines().back(), "preferences: suite key: the stored value is larger than any preference");
+}
+
 WidgetInteractionEvent eventWith(std::shared_ptr<const WidgetAnalyticsRecord> record, Date start = {}) {
   return PlainEventFactory().widgetInteractionEvent(2, 1, std::move(record), true, start, Seconds(4.5));
 }
