@@ -46,6 +46,9 @@ QLabel* CompanionWindow::makeLabel(const QString& text, const QFont& font, Tone 
   label->setWordWrap(true);
   label->setFont(font);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // A text that can be selected would stand where its own direction wants it, away from the others.
+  const Qt::Alignment side = QApplication::isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+  label->setAlignment(side | Qt::AlignAbsolute | Qt::AlignVCenter);
   if (tone == Tone::faint) label->setForegroundRole(kFaintRole);
   if (tone == Tone::alarming) label->setForegroundRole(kAlarmRole);
   return label;
