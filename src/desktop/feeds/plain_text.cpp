@@ -107,15 +107,17 @@ void writeShown(FoldedWriter& writer, std::int32_t character) {
 std::size_t plainRun(std::string_view text) {
   const auto byteAt = [text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
   const auto isVisibleAscii = [](unsigned char byte) { return byte > ' ' && byte < 0x7F; };
+  const auto isPair = [&](std::size_t place) {
+    if (place + 1 >= text.size()) return false;
+    const unsigned char byte = byteAt(place), next = byteAt(place + 1);
+    if (byte == ' ') return place > 0 && isVisibleAscii(next);
+    return byte >= 0xC3 && byte <= 0xDF && (next & 0xC0U) == 0x80U;
+  };
   std::size_t end = 0;
   while (end < text.size()) {
-    const unsigned char byte = byteAt(end);
-    const bool hasNext = end + 1 < text.size();
-    if (isVisibleAscii(byte)) {
+    if (isVisibleAscii(byteAt(end))) {
       ++end;
-    } else if (byte >= 0xC3 && byte <= 0xDF && hasNext && (byteAt(end + 1) & 0xC0U) == 0x80U) {
-      end += 2;
-    } else if (byte == ' ' && end > 0 && hasNext && isVisibleAscii(byteAt(end + 1))) {
+    } else if (isPair(end)) {
       end += 2;
     } else {
       break;
