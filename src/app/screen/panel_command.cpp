@@ -29,7 +29,7 @@ class EndOnSignals {
   EndOnSignals(const EndOnSignals&) = delete;
   EndOnSignals& operator=(const EndOnSignals&) = delete;
 
-  void watch(QApplication& application) {
+  void watch(QApplication& application) const {
     auto* const notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
       notifier->setEnabled(false);
@@ -41,7 +41,8 @@ class EndOnSignals {
   int descriptor_ = -1;
 };
 
-desktop::ScreenSettings screenSettings(const QApplication& application, const desktop::UserLocale& locale) {
+desktop::ScreenSettings settingsOfDisplay(const QApplication& application,
+                                          const desktop::UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.scale = application.devicePixelRatio();
   if (locale.isRightToLeft()) settings.direction = ui::LayoutDirection::rightToLeft;
@@ -60,7 +61,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   QApplication application(count, arguments);
   endOnSignals.watch(application);
   QApplication::setLayoutDirection(locale->isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-  const auto screen = std::make_shared<desktop::DrawingScreen>(screenSettings(application, *locale));
+  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, *locale));
   std::unique_ptr<Panel> shown;
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;

@@ -15,7 +15,7 @@ namespace linewatch::app {
 
 namespace {
 
-desktop::ScreenSettings screenSettings(const RenderCommand& command, const desktop::UserLocale& locale) {
+desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const desktop::UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.category = command.textSize;
   settings.direction =
@@ -60,7 +60,7 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
   const auto locale = localeOf(options);
   if (!locale) return refused(locale.error());
   const auto application = desktop::makeOffscreenApplication();
-  const auto screen = std::make_shared<desktop::DrawingScreen>(screenSettings(command, *locale));
+  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfPicture(command, *locale));
   auto session =
       Session::open(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
   if (!session) return refused(session.error());

@@ -44,6 +44,7 @@ std::string shieldTextOf(const SharedArtwork& artwork) {
 
 QString listOfNames(const std::vector<std::shared_ptr<const TransitLineFields>>& lines) {
   std::vector<std::string> names;
+  names.reserve(lines.size());
   for (const auto& line : lines) names.push_back(line->name);
   return QString::fromStdString(platform().localization().joinCommaDelimited(names));
 }
