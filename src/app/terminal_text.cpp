@@ -60,15 +60,15 @@ struct Mark {
 };
 
 Mark markOfImage(const std::string& name, const TerminalStyle& style) {
-  struct Row {
+  struct NamedMark {
     std::string_view name, text, code;
   };
-  static constexpr Row kRows[] = {{"good-v2", "✓", "\x1b[32m"},
-                                  {"good-alt-v2", "✓", "\x1b[32m"},
-                                  {"advisories-v2", "!", "\x1b[33m"},
-                                  {"WidgetGenericTransit", "•", "\x1b[33m"}};
-  for (const Row& row : kRows) {
-    if (row.name == name) return {painted(row.code, row.text, style), 1};
+  static constexpr NamedMark kMarks[] = {{"good-v2", "✓", "\x1b[32m"},
+                                         {"good-alt-v2", "✓", "\x1b[32m"},
+                                         {"advisories-v2", "!", "\x1b[33m"},
+                                         {"WidgetGenericTransit", "•", "\x1b[33m"}};
+  for (const NamedMark& mark : kMarks) {
+    if (mark.name == name) return {painted(mark.code, mark.text, style), 1};
   }
   return {};
 }
