@@ -58,8 +58,6 @@ ordered_json orNull(const std::optional<T>& value) {
   return value ? ordered_json(*value) : ordered_json(nullptr);
 }
 
-double secondsOf(Date date) { return date.time_since_epoch().count(); }
-
 ordered_json jsonOf(const StoredWidgetSession& session) {
   const WidgetInteractionEvent& event = session.event;
   const WidgetAnalyticsRecord& record = *event.record;

@@ -6,7 +6,7 @@
 namespace linewatch::app {
 
 std::string localTime(Date date) {
-  const auto seconds = static_cast<std::time_t>(date.time_since_epoch().count());
+  const auto seconds = static_cast<std::time_t>(secondsOf(date));
   std::tm parts{};
   std::array<char, 32> text{};
   if (!localtime_r(&seconds, &parts)) return {};

@@ -30,7 +30,6 @@ namespace {
 // In the preferences suite of the program itself: the user has changed the sample city's favourites.
 constexpr std::string_view kProgramSuite = "org.linewatch.program";
 constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
-
 // In the companion application's suite: false keeps all analytics off.
 constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 

@@ -26,7 +26,7 @@ std::string fractionText(std::chrono::milliseconds fraction) {
 
 std::string description(Date date) {
   using namespace std::chrono;
-  const double seconds = date.time_since_epoch().count();
+  const double seconds = secondsOf(date);
   if (!(std::fabs(seconds) < kFarthestTold)) return Value(seconds).description();
   const sys_time<milliseconds> time(milliseconds(std::llround(seconds * 1000)));
   const auto day = floor<days>(time);

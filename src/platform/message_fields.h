@@ -167,7 +167,7 @@ void writeValue(MessageWriter& writer, std::uint32_t number, const Value& value)
   } else if constexpr (std::same_as<Value, double>) {
     writer.writeDoubleField(number, value);
   } else if constexpr (std::same_as<Value, Date>) {
-    writer.writeDoubleField(number, value.time_since_epoch().count());
+    writer.writeDoubleField(number, secondsOf(value));
   } else if constexpr (std::same_as<Value, std::string>) {
     writer.writeStringField(number, value);
   } else {
@@ -433,7 +433,7 @@ std::size_t hashOfValue(const Value& value) {
   } else if constexpr (std::same_as<Value, double>) {
     return hashOfNumber(value);
   } else if constexpr (std::same_as<Value, Date>) {
-    return hashOfNumber(value.time_since_epoch().count());
+    return hashOfNumber(secondsOf(value));
   } else if constexpr (std::same_as<Value, std::string>) {
     return std::hash<std::string>{}(value);
   } else if constexpr (std::same_as<Value, PackedNumbers>) {
@@ -479,7 +479,7 @@ linewatch::Value dictionaryValue(const Value& value) {
   if constexpr (MessageEnumeration<Value>) {
     return enumerationAsString(value);
   } else if constexpr (std::same_as<Value, Date>) {
-    return value.time_since_epoch().count();
+    return secondsOf(value);
   } else if constexpr (std::same_as<Value, PackedNumbers>) {
     return Array(value.begin(), value.end());
   } else if constexpr (Plain<Value>) {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/window/network_watch.h"
+#include "desktop/network_watch.h"
 #include "platform/ui/notification_center.h"
 
 namespace linewatch::app {

@@ -36,7 +36,7 @@ std::tuple<int, double, double> rank(const Span& span, double now) {
 }  // namespace
 
 ShownPeriod periodToShow(std::span<const AlertPeriod> periods, Date now) {
-  const double time = now.time_since_epoch().count();
+  const double time = secondsOf(now);
   std::optional<Span> best;
   for (const AlertPeriod& period : periods) {
     if (period.use != AlertPeriod::Use::show) continue;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <utility>
 
 #include "platform/device.h"
 
@@ -18,5 +19,17 @@ struct NetworkFiles {
 /// no route that leads anywhere, airplane mode when besides every radio that could carry one is switched off.
 /// Takes no time to speak of and asks nobody outside of the machine.
 ConnectionFailureDiagnosis diagnoseConnection(const NetworkFiles& files = {});
+
+/// Tells the return of a connection from what is seen of it now and then.
+class ConnectionReturn {
+ public:
+  explicit ConnectionReturn(bool isConnected) : wasConnected_(isConnected) {}
+
+  /// Whether it is there and was not the last time.
+  bool isBack(bool isConnected) { return !std::exchange(wasConnected_, isConnected) && isConnected; }
+
+ private:
+  bool wasConnected_;
+};
 
 }  // namespace linewatch::desktop

@@ -13,7 +13,6 @@
 #include <variant>
 
 #include "desktop/outcome.h"
-#include "platform/date.h"
 #include "platform/value.h"
 
 struct sqlite3;
@@ -36,9 +35,6 @@ using SqliteParameter =
 inline SqliteParameter parameterOf(const std::optional<std::string>& text) {
   return text ? SqliteParameter(std::string_view(*text)) : SqliteParameter();
 }
-
-/// A date as it is stored.
-inline double secondsOf(Date date) { return date.time_since_epoch().count(); }
 
 /// The row that a statement stands at. Columns count from 0; a column of another type is converted as SQLite
 /// does. Valid within the row handler only.

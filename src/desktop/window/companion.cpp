@@ -52,6 +52,8 @@ std::optional<Error> Companion::open(const UserActivity& activity) {
   if (!bytes) return bytes.error();
   const auto what = handedOver(activity.activityType, std::move(*bytes), platform().keyedArchiver());
   if (!what) return what.error();
+  const auto* const record = std::get_if<std::shared_ptr<const RovaActivity>>(&*what);
+  if (record && !(*record)->lineItem()) return failure(activity.activityType, "", "its record has no line");
   if (!details_) details_ = std::make_unique<DetailsWindow>(texts_, detailsServices_);
   details_->present(*what);
   return std::nullopt;

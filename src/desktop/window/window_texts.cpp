@@ -12,8 +12,7 @@ namespace {
 constexpr std::string_view kPrefix = "LineWatch_Window_";
 
 QDateTime localTime(Date date) {
-  return QDateTime::fromMSecsSinceEpoch(
-      static_cast<qint64>(std::floor(date.time_since_epoch().count() * 1000)));
+  return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date) * 1000)));
 }
 
 }  // namespace

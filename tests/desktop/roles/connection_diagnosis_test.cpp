@@ -62,5 +62,15 @@ TEST_F(ConnectionDiagnosisTest, IsInAirplaneModeWhenEveryRadioIsOff) {
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
 }
 
+TEST(ConnectionReturnTest, IsToldOnceForEachTimeThatTheConnectionWasGone) {
+  ConnectionReturn connection(true);
+  EXPECT_FALSE(connection.isBack(true)) << "it never went";
+  EXPECT_FALSE(connection.isBack(false));
+  EXPECT_FALSE(connection.isBack(false));
+  EXPECT_TRUE(connection.isBack(true));
+  EXPECT_FALSE(connection.isBack(true));
+  EXPECT_TRUE(ConnectionReturn(false).isBack(true)) << "it was not there at first";
+}
+
 }  // namespace
 }  // namespace linewatch::desktop

@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+#include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
 #include "desktop/roles/companion_session.h"
 #include "desktop/temporary_folder.h"
@@ -15,6 +16,7 @@
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/link_button.h"
 #include "desktop/window/panel_test.h"
+#include "platform/url_display_options.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -211,8 +213,12 @@ TEST_F(CompanionTest, SaysWhatItCannotOpen) {
   Bytes bytes = *info.at("bs").get<Bytes>();
   bytes.resize(bytes.size() / 2);
   info.insert_or_assign("bs", bytes);
-  for (const Dictionary& given :
-       {info, Dictionary{}, Dictionary{{"bs", "text"}}, Dictionary{{"bs", Bytes{}}}}) {
+  auto options = std::make_shared<UrlDisplayOptions>();
+  options->setMapType(3);
+  RovaActivity withoutLine;
+  withoutLine.setDisplayOptions(std::move(options));
+  for (const Dictionary& given : {info, Dictionary{}, Dictionary{{"bs", "text"}}, Dictionary{{"bs", Bytes{}}},
+                                  Dictionary{{"bs", withoutLine.data()}}}) {
     std::optional<Error> failed;
     companion_->openActivity({*data.activityType(), given},
                              [&](bool, const std::optional<Error>& error) { failed = error; });

@@ -1,4 +1,4 @@
-#include "desktop/window/network_watch.h"
+#include "desktop/network_watch.h"
 
 #include <QSocketNotifier>
 #include <array>
@@ -45,12 +45,12 @@ void watchNetwork(QObject& owner, std::function<void()> returned) {
   if (descriptor < 0) return;
   auto* const notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &owner);
   QObject::connect(notifier, &QObject::destroyed, [descriptor] { close(descriptor); });
-  QObject::connect(notifier, &QSocketNotifier::activated, &owner,
-                   [descriptor, wasConnected = isConnected(), returned = std::move(returned)]() mutable {
-                     discardNews(descriptor);
-                     const bool isBack = isConnected() && !std::exchange(wasConnected, isConnected());
-                     if (isBack) returned();
-                   });
+  QObject::connect(
+      notifier, &QSocketNotifier::activated, &owner,
+      [descriptor, connection = ConnectionReturn(isConnected()), returned = std::move(returned)]() mutable {
+        discardNews(descriptor);
+        if (connection.isBack(isConnected())) returned();
+      });
 }
 
 }  // namespace linewatch::desktop

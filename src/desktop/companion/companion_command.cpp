@@ -1,4 +1,4 @@
-#include "desktop/window/companion_command.h"
+#include "desktop/companion/companion_command.h"
 
 #include <QFile>
 #include <QProcess>
