@@ -1,5 +1,6 @@
 #include "desktop/window/panel_window.h"
 
+#include <QAccessible>
 #include <QLabel>
 
 #include "desktop/window/panel_test.h"
@@ -71,6 +72,21 @@ TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
   settle();
   EXPECT_EQ(rows().height(), compact);
   EXPECT_EQ(count("usage"), 2U);
+}
+
+TEST_F(PanelTest, TheHeaderCanBeUsedWithoutSeeingIt) {
+  startShown();
+  QStringList named;
+  for (QToolButton* const button : panel_->findChildren<QToolButton*>()) {
+    if (!button->isVisible()) continue;
+    QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(button);
+    ASSERT_NE(accessible, nullptr);
+    named << accessible->text(QAccessible::Name);
+    EXPECT_TRUE(accessible->state().focusable) << named.last().toStdString();
+    ASSERT_NE(accessible->actionInterface(), nullptr);
+    EXPECT_FALSE(accessible->actionInterface()->actionNames().isEmpty()) << named.last().toStdString();
+  }
+  EXPECT_EQ(named, (QStringList{"Show More", "Menu"}));
 }
 
 TEST_F(PanelTest, OffersNothingWhenThereIsNoMore) {
