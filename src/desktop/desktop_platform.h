@@ -67,6 +67,8 @@ class DesktopPlatform final : public Platform {
   /// Waits for what other threads do, and starts nothing more on them. They may need the platform installed,
   /// so this comes before it is taken away.
   void finishBackgroundWork();
+  /// Ends what other threads fetch from servers, for whom nobody waits any longer.
+  void stopFetching() { documents_->stopFetching(); }
 
   TransitFeeds& feeds();
   /// The user's favourites: saved, given, or the sample city's.

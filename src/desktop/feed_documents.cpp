@@ -80,6 +80,11 @@ std::optional<std::string> nonEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
 
+void reportGoingOn(const Error& error, Seconds age) {
+  logError("%@; going on with what was fetched %lu s ago",
+           {sentenceOf(error), static_cast<std::uint64_t>(age.count())});
+}
+
 std::string asText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 Bytes asBytes(const std::string& text) { return {text.begin(), text.end()}; }
 
@@ -170,8 +175,9 @@ void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, Ca
 
 Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
                                                         const SharedAlertsMessage& held) {
+  const std::optional<CachedDocument> kept = find(feed, Kind::kAlerts);
   SharedAlertsMessage before = held;
-  if (const auto kept = find(feed, Kind::kAlerts); kept && !before) {
+  if (kept && !before) {
     // What can no longer be read is as good as nothing kept.
     if (auto message = updatedAlerts(feed.name, nullptr, asText(kept->bytes))) before = *message;
   }
@@ -180,7 +186,12 @@ Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
   if (!fetched->isNew)
     return before ? before : updatedAlerts(feed.name, nullptr, asText(fetched->document.bytes));
   auto updated = updatedAlerts(feed.name, before, asText(fetched->document.bytes));
-  if (!updated) return located(updated.error(), feed, feed.alerts);
+  if (!updated) {
+    const Error error = located(updated.error(), feed, feed.alerts);
+    if (!before || ageOf(kept) >= Kind::kAlerts.usable) return error;
+    reportGoingOn(error, ageOf(kept));
+    return before;
+  }
   if (cache_) {
     fetched->document.bytes = asBytes((*updated)->payload());
     cache_->store(feed.name, Kind::kAlerts.name, fetched->document);
@@ -190,14 +201,17 @@ Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
 
 Outcome<FeedDocuments::Fetched> FeedDocuments::fetch(const StoredFeed& feed, const Kind& kind) {
   std::optional<CachedDocument> kept = find(feed, kind);
-  // A document from the future says that the clock was set back: its age is not known.
-  const Seconds age = kept && kept->fetched <= now_() ? now_() - kept->fetched : kForever;
+  const Seconds age = ageOf(kept);
   if (age < kind.fresh) return Fetched{std::move(*kept)};
   Outcome<Fetched> fetched = fetchAnew(feed, kind, kept);
-  if (fetched || age >= kind.usable) return fetched;
-  logError("%@; going on with what was fetched %lu s ago",
-           {sentenceOf(fetched.error()), static_cast<std::uint64_t>(age.count())});
+  if (fetched || age >= kind.usable || stop_.stop_requested()) return fetched;
+  reportGoingOn(fetched.error(), age);
   return Fetched{std::move(*kept)};
+}
+
+/// A document from the future says that the clock was set back: its age is not known.
+Seconds FeedDocuments::ageOf(const std::optional<CachedDocument>& kept) const {
+  return kept && kept->fetched <= now_() ? now_() - kept->fetched : kForever;
 }
 
 Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed, const Kind& kind,
@@ -205,7 +219,7 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed,
   const std::string& location = feed.*kind.location;
   auto fetcher = fetcherSource_();
   if (!fetcher) return fetcher.error();
-  HttpRequest request{.url = location, .maximumBytes = kind.maximumBytes};
+  HttpRequest request{.url = location, .maximumBytes = kind.maximumBytes, .stop = stop_.get_token()};
   if (kept) {
     request.etag = kept->etag.value_or("");
     request.lastModified = kept->lastModified.value_or("");

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "desktop/feeds/alerts_message.h"
@@ -18,10 +19,10 @@ namespace linewatch::desktop {
 /// Gets what feeds consist of from where they lie: folders, files, zips and servers.
 ///
 /// What a server gave is kept in the cache and asked for with conditions the next time, alerts not again
-/// within 15 seconds and timetables not within a day. When the server cannot be reached, a kept timetable
-/// goes on to serve (also where what it gave cannot be read), and kept alerts do for 15 minutes: after that
-/// nobody knows whether the lines run well. Of a timetable the cache holds the line index, which is read in
-/// its place as long as the files are those it was made from. Any thread.
+/// within 15 seconds and timetables not within a day. When the server cannot be reached, or what it gives
+/// cannot be read, a kept timetable goes on to serve, and kept alerts do for 15 minutes: after that nobody
+/// knows whether the lines run well. Of a timetable the cache holds the line index, which is read in
+/// its place as long as the files are those it was made from. Any thread, several at a time.
 class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
@@ -33,6 +34,8 @@ class FeedDocuments {
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The alerts that hold now; `held` is what this gave the last time, or null.
   Outcome<SharedAlertsMessage> alertsOf(const StoredFeed& feed, const SharedAlertsMessage& held);
+  /// Ends what is being fetched, each with an error, and fetches nothing more.
+  void stopFetching() { stop_.request_stop(); }
 
  private:
   struct Kind;
@@ -42,6 +45,7 @@ class FeedDocuments {
     bool isNew = false;
   };
 
+  Seconds ageOf(const std::optional<CachedDocument>& kept) const;
   std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
   Outcome<Fetched> fetch(const StoredFeed& feed, const Kind& kind);
   Outcome<Fetched> fetchAnew(const StoredFeed& feed, const Kind& kind,
@@ -55,6 +59,7 @@ class FeedDocuments {
   std::shared_ptr<FeedCache> cache_;
   std::function<Date()> now_;
   FetcherSource fetcherSource_;
+  std::stop_source stop_;
 };
 
 }  // namespace linewatch::desktop

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <stop_token>
 #include <string>
 
 #include "desktop/outcome.h"
@@ -19,6 +20,8 @@ struct HttpRequest {
   Seconds timeout{20};
   /// Of the body when unpacked.
   std::size_t maximumBytes = std::size_t{64} << 20U;
+  /// Once a stop is requested, on any thread, the exchange ends with an error.
+  std::stop_token stop = {};
 };
 
 struct HttpResponse {

@@ -38,56 +38,42 @@ Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {
   const auto feed = std::ranges::find(feeds_, feedName, &StoredFeed::name);
   if (feed == feeds_.end())
     return failure("feed " + std::string(feedName), "", "there is no feed of that name");
-  const std::lock_guard lock(mutex_);
-  return linesLocked(static_cast<std::size_t>(feed - feeds_.begin()));
+  const std::lock_guard loading(loadingMutex_);
+  return load(static_cast<std::size_t>(feed - feeds_.begin()));
 }
 
 Outcome<std::vector<SharedLineIndex>> TransitFeeds::lines() {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard loading(loadingMutex_);
   std::vector<SharedLineIndex> all;
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
-    auto lines = linesLocked(feed);
+    auto lines = load(feed);
     if (!lines) return lines.error();
     all.push_back(std::move(*lines));
   }
   return all;
 }
 
-Outcome<SharedLineIndex> TransitFeeds::linesLocked(std::size_t feed) {
+Outcome<SharedLineIndex> TransitFeeds::load(std::size_t feed) {
   LoadedFeed& loaded = loaded_[feed];
-  if (!loaded.lines) {
-    auto lines = documents_->lineIndexOf(feeds_[feed]);
-    if (!lines) return lines.error();
-    loaded.lines = std::move(*lines);
-    loaded.records = std::make_unique<LineRecords>(loaded.lines);
-  }
+  if (loaded.lines) return loaded.lines;
+  auto lines = documents_->lineIndexOf(feeds_[feed]);
+  if (!lines) return lines.error();
+  auto records = std::make_unique<LineRecords>(*lines);
+  const std::lock_guard lock(mutex_);
+  loaded.lines = std::move(*lines);
+  loaded.records = std::move(records);
   return loaded.lines;
 }
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
-  const std::lock_guard lock(mutex_);
-  Outcome<TransitLineItems> items = lineItemsLocked(identifiers, now);
-  const std::lock_guard statesLock(statesMutex_);
-  states_ = statesLocked();
-  return items;
-}
-
-Outcome<TransitLineItems> TransitFeeds::lineItemsLocked(std::span<const MapItemIdentifier> identifiers,
-                                                        Date now) {
-  for (LoadedFeed& feed : loaded_) feed.readByLastLookUp = false;
+  const std::lock_guard loading(loadingMutex_);
+  std::set<std::size_t> read;
   const auto places = find(identifiers);
-  if (!places) return places.error();
-  std::map<std::size_t, IncidentRecords> incidents;
-  TransitLineItems items;
-  for (const Place& place : *places) {
-    if (auto error = loadIncidents(place.feed)) return *error;
-    LoadedFeed& feed = loaded_[place.feed];
-    IncidentRecords& records =
-        incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
-    items.push_back(std::make_shared<const TransitLineRecord>(feed.records->lineFieldsOfRoute(place.route),
-                                                              records.ofRoute(place.route)));
-  }
-  return items;
+  const std::optional<Error> error = places ? loadIncidents(*places, read) : places.error();
+  const std::lock_guard lock(mutex_);
+  states_ = statesLocked(read);
+  if (error) return *error;
+  return lineItemsLocked(*places, now);
 }
 
 Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
@@ -95,7 +81,7 @@ Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const Map
   for (const MapItemIdentifier& identifier : identifiers) {
     bool found = false;
     for (std::size_t feed = 0; feed < feeds_.size() && !found; ++feed) {
-      const auto lines = linesLocked(feed);
+      const auto lines = load(feed);
       if (!lines) return lines.error();
       const auto route = (*lines)->routeWithMuid(identifier.muid);
       if (route) places.push_back({feed, *route});
@@ -106,18 +92,40 @@ Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const Map
   return places;
 }
 
+std::optional<Error> TransitFeeds::loadIncidents(std::span<const Place> places, std::set<std::size_t>& read) {
+  for (const Place& place : places) {
+    if (read.contains(place.feed)) continue;
+    if (auto error = loadIncidents(place.feed)) return error;
+    read.insert(place.feed);
+  }
+  return std::nullopt;
+}
+
 std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
   LoadedFeed& loaded = loaded_[feed];
-  if (loaded.readByLastLookUp) return std::nullopt;
   auto alerts = documents_->alertsOf(feeds_[feed], loaded.alerts);
   if (!alerts) return alerts.error();
-  if (loaded.alerts != *alerts || !loaded.incidents) {
-    loaded.alerts = std::move(*alerts);
-    loaded.incidents = std::make_shared<const IncidentTable>(loaded.alerts, loaded.lines);
-    report(feeds_[feed].name, *loaded.incidents);
-  }
-  loaded.readByLastLookUp = true;
+  if (loaded.alerts == *alerts && loaded.incidents) return std::nullopt;
+  auto incidents = std::make_shared<const IncidentTable>(*alerts, loaded.lines);
+  report(feeds_[feed].name, *incidents);
+  const std::lock_guard lock(mutex_);
+  loaded.alerts = std::move(*alerts);
+  loaded.incidents = std::move(incidents);
   return std::nullopt;
+}
+
+TransitLineItems TransitFeeds::lineItemsLocked(std::span<const Place> places, Date now) {
+  std::map<std::size_t, IncidentRecords> incidents;
+  TransitLineItems items;
+  items.reserve(places.size());
+  for (const Place& place : places) {
+    const LoadedFeed& feed = loaded_[place.feed];
+    IncidentRecords& records =
+        incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
+    items.push_back(std::make_shared<const TransitLineRecord>(feed.records->lineFieldsOfRoute(place.route),
+                                                              records.ofRoute(place.route)));
+  }
+  return items;
 }
 
 TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const std::uint64_t> muids) {
@@ -147,16 +155,15 @@ void TransitFeeds::addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lin
 }
 
 std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
-  const std::lock_guard lock(statesMutex_);
+  const std::lock_guard lock(mutex_);
   return states_;
 }
 
-std::vector<TransitFeeds::AlertsState> TransitFeeds::statesLocked() const {
+std::vector<TransitFeeds::AlertsState> TransitFeeds::statesLocked(const std::set<std::size_t>& read) const {
   std::vector<AlertsState> states;
-  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
-    const LoadedFeed& loaded = loaded_[feed];
-    if (!loaded.readByLastLookUp) continue;
-    const std::uint64_t written = loaded.alerts->timestamp();
+  states.reserve(read.size());
+  for (const std::size_t feed : read) {
+    const std::uint64_t written = loaded_[feed].alerts->timestamp();
     states.push_back({.feed = feeds_[feed].name,
                       .written = written == 0 ? std::nullopt
                                               : std::optional(Date(Seconds(static_cast<double>(written))))});

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,7 +23,7 @@
 namespace linewatch::desktop {
 
 /// The lines of all feeds with their incidents. Each feed's lines are loaded when they are first asked for
-/// and kept; its alerts are asked for at every look-up. Any thread; look-ups wait for each other.
+/// and kept; its alerts are asked for at every look-up. Any thread; what loads waits for what is loading.
 class TransitFeeds {
  public:
   /// What is known of a feed's alerts.
@@ -48,7 +49,7 @@ class TransitFeeds {
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now);
 
   /// The lines, in the feeds' order, that the alerts read last say have each of the incidents, by `muid`.
-  /// Nothing is loaded for it: of feeds that were not read nothing is known.
+  /// Nothing is loaded for it, and no server waited for: of feeds that were not read nothing is known.
   using LinesOfIncidents = std::map<std::uint64_t, std::vector<std::shared_ptr<const TransitLineFields>>>;
   LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids);
 
@@ -61,30 +62,31 @@ class TransitFeeds {
     SharedAlertsMessage alerts;
     SharedIncidentTable incidents;
     std::unique_ptr<LineRecords> records;
-    bool readByLastLookUp = false;
   };
   struct Place {
     std::size_t feed;
     std::size_t route;
   };
 
-  Outcome<SharedLineIndex> linesLocked(std::size_t feed);
+  Outcome<SharedLineIndex> load(std::size_t feed);
   Outcome<std::vector<Place>> find(std::span<const MapItemIdentifier> identifiers);
-  Outcome<TransitLineItems> lineItemsLocked(std::span<const MapItemIdentifier> identifiers, Date now);
+  /// Of the places' feeds, each once; `read` gets those that could be had.
+  std::optional<Error> loadIncidents(std::span<const Place> places, std::set<std::size_t>& read);
   std::optional<Error> loadIncidents(std::size_t feed);
-  std::vector<AlertsState> statesLocked() const;
+  TransitLineItems lineItemsLocked(std::span<const Place> places, Date now);
+  std::vector<AlertsState> statesLocked(const std::set<std::size_t>& read) const;
   void addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const;
 
   const std::vector<StoredFeed> feeds_;
   const std::shared_ptr<FeedDocuments> documents_;
   const SharedIncidentLanguage language_;
 
-  std::mutex mutex_;
+  /// Held while feeds are loaded, which may take as long as a server does.
+  std::mutex loadingMutex_;
+  /// Guards the feeds, and is held for moments only. They are changed under both, so that whoever loads may
+  /// read without it; a feed's records, which readers fill, are used under it.
+  mutable std::mutex mutex_;
   std::vector<LoadedFeed> loaded_;
-
-  /// Look-ups go on for as long as a server takes; nobody is to wait for them who only asks how old what is
-  /// shown is.
-  mutable std::mutex statesMutex_;
   std::vector<AlertsState> states_;
 };
 

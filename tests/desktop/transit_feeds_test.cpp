@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "desktop/feeds/alerts_sketch.h"
-#include "desktop/feeds/line_index_encoding.h"
 #include "desktop/recording_log.h"
 #include "desktop/sentence.h"
 #include "desktop/temporary_folder.h"
@@ -245,9 +244,17 @@ TEST_F(TransitFeedsTest, KeptAlertsServeForAQuarterOfAnHourWithoutTheServer) {
   EXPECT_EQ(after(-901), "feed bus: https://example.org/alerts: timed out") << "the clock was set back";
   server_->answer = body({.alerts = {{.id = "b"}}, .timestamp = 999});
   EXPECT_EQ(after(1), "a ") << "what is older than the alerts kept is ignored";
+  // As where a network answers with a page of its own.
   server_->answer = HttpResponse{.body = {'<'}};
-  EXPECT_THAT(after(20), AllOf(HasSubstr("feed bus: https://example.org/alerts: "), HasSubstr("markup")));
+  EXPECT_EQ(after(20), "a ");
+  EXPECT_THAT(after(880), AllOf(HasSubstr("feed bus: https://example.org/alerts: "), HasSubstr("markup")));
 }
+
+// A zip with a routes.txt: "route_id\nM1\n".
+constexpr char kZip[] =
+    "PK\3\4\x14\0\0\0\0\0\0\0!\0:\xCF\x0F\xF2\x0C\0\0\0\x0C\0\0\0\n\0\0\0routes.txtroute_id\nM1\n"
+    "PK\1\2\x14\3\x14\0\0\0\0\0\0\0!\0:\xCF\x0F\xF2\x0C\0\0\0\x0C\0\0\0\n\0\0\0\0\0\0\0\0\0\0\0\x80\1\0\0\0\0"
+    "routes.txtPK\5\6\0\0\0\0\1\0\1\0008\0\0\0004\0\0\0\0\0";
 
 TEST_F(TransitFeedsTest, KeptLinesServeWhenATimetableCannotBeHad) {
   const StoredFeed feed{"bus", "https://example.org/gtfs.zip", ""};
@@ -257,19 +264,17 @@ TEST_F(TransitFeedsTest, KeptLinesServeWhenATimetableCannotBeHad) {
   };
   server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_THAT(lineIds(), HasSubstr("https://example.org/gtfs.zip: "));
-  cache()->store("bus", "gtfs",
-                 {.location = feed.gtfs,
-                  .fetched = now_,
-                  .bytes = encodeLineIndex({.feedName = "bus", .routes = {FeedRoute{.id = "kept"}}})});
-  EXPECT_EQ(lineIds(), "kept");
-  EXPECT_EQ(server_->requests.size(), 1U) << "a timetable is asked for once a day";
+  server_->answer = HttpResponse{.body = Bytes(std::begin(kZip), std::end(kZip) - 1)};
+  EXPECT_EQ(lineIds(), "M1");
+  EXPECT_EQ(lineIds(), "M1");
+  EXPECT_EQ(server_->requests.size(), 2U) << "a timetable is asked for once a day";
   now_ += Seconds(86400 * 30);
-  EXPECT_EQ(lineIds(), "kept");
+  EXPECT_EQ(lineIds(), "M1");
   EXPECT_THAT(platform_->transcript().logTexts("error"),
               ElementsAre(AllOf(HasSubstr("https://example.org/gtfs.zip: "),
                                 HasSubstr("; going on with the lines known before"))));
   server_->answer = failure("https://example.org/gtfs.zip", "", "timed out");
-  EXPECT_EQ(lineIds(), "kept");
+  EXPECT_EQ(lineIds(), "M1");
 }
 
 TEST_F(TransitFeedsTest, KeepsTheLinesOfATimetableUntilItsFilesChange) {

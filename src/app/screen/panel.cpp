@@ -22,7 +22,10 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
 }
 
 // What is still under way answers on the main thread, to nobody.
-Panel::~Panel() { queue_.finish(); }
+Panel::~Panel() {
+  platform().stopFetching();
+  queue_.finish();
+}
 
 /// Does `work` on the queue and hands what it gave to `done` on the main thread.
 template <class Work, class Done>

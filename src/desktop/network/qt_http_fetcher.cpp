@@ -4,6 +4,7 @@
 #include <QNetworkRequest>
 #include <QTimer>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "desktop/http_fetcher.h"
@@ -37,6 +38,7 @@ class Exchange {
 
   Outcome<HttpResponse> run() {
     deadline_.start(std::chrono::duration_cast<std::chrono::milliseconds>(request_.timeout));
+    const std::stop_callback stopping(request_.stop, [this] { stopFromAnyThread(); });
     if (!reply_.isFinished()) loop_.exec();
     take();
     if (whyGivenUp_) return failed(*whyGivenUp_);
@@ -57,6 +59,10 @@ class Exchange {
       return;
     }
     body_.insert(body_.end(), chunk.begin(), chunk.end());
+  }
+  void stopFromAnyThread() {
+    QMetaObject::invokeMethod(
+        &loop_, [this] { giveUp("no longer wanted"); }, Qt::QueuedConnection);
   }
   void giveUp(std::string why) {
     whyGivenUp_ = std::move(why);

@@ -14,6 +14,8 @@ namespace {
 /// does.
 class LimitedBuilder final : public nlohmann::json_sax<Json> {
  public:
+  explicit LimitedBuilder(std::size_t maximumItemCount) : maximumItemCount_(maximumItemCount) {}
+
   Json takeRoot() { return std::move(root_); }
 
   // A null stands for nothing here.
@@ -41,7 +43,7 @@ class LimitedBuilder final : public nlohmann::json_sax<Json> {
   /// Null beyond the limit.
   template <class T>
   Json* add(T&& value) {
-    if (++count_ > kMaximumItemCount) return nullptr;
+    if (++count_ > maximumItemCount_) return nullptr;
     if (open_.empty()) return &(root_ = std::forward<T>(value));
     Json& parent = *open_.back();
     if (parent.is_object()) return &(parent[std::move(key_)] = std::forward<T>(value));
@@ -62,6 +64,7 @@ class LimitedBuilder final : public nlohmann::json_sax<Json> {
   Json root_;
   std::vector<Json*> open_;
   string_t key_;
+  const std::size_t maximumItemCount_;
   std::size_t count_ = 0;
 };
 
@@ -185,13 +188,15 @@ std::optional<Value> valueOf(const Json& json) {
   }
 }
 
-std::optional<Json> read(std::span<const std::uint8_t> bytes) {
-  LimitedBuilder builder;
+std::optional<Json> read(std::span<const std::uint8_t> bytes, std::size_t maximumItemCount) {
+  LimitedBuilder builder(maximumItemCount);
   if (!Json::sax_parse(bytes.begin(), bytes.end(), &builder, Json::input_format_t::cbor)) return std::nullopt;
   return builder.takeRoot();
 }
 
-bool canBeRead(const Json& json) { return itemCountOf(json) <= kMaximumItemCount; }
+bool canBeRead(const Json& json, std::size_t maximumItemCount) {
+  return itemCountOf(json) <= maximumItemCount;
+}
 
 std::optional<Bytes> bytesOf(const Value& value) {
   const auto json = jsonOf(value);

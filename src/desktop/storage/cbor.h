@@ -46,10 +46,11 @@ std::optional<Value> valueOf(const Json& json);
 
 /// What the bytes hold; absent when they are not one whole CBOR item of the kinds above, or one beyond the
 /// limits.
-std::optional<Json> read(std::span<const std::uint8_t> bytes);
+std::optional<Json> read(std::span<const std::uint8_t> bytes,
+                         std::size_t maximumItemCount = kMaximumItemCount);
 
 /// Whether there are not too many items in it to be read again.
-bool canBeRead(const Json& json);
+bool canBeRead(const Json& json, std::size_t maximumItemCount = kMaximumItemCount);
 
 /// A plain value as bytes and back; absent as above, or when there are too many items in it.
 std::optional<Bytes> bytesOf(const Value& value);

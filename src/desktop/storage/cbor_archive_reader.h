@@ -15,7 +15,8 @@ namespace linewatch::desktop::cbor {
 class ArchiveReader final : public KeyedUnarchiver {
  public:
   /// `item` is the root's CBOR.
-  explicit ArchiveReader(std::span<const std::uint8_t> item) : root_(read(item)) {}
+  ArchiveReader(std::span<const std::uint8_t> item, std::size_t maximumItemCount)
+      : root_(read(item, maximumItemCount)) {}
 
   void setFactory(std::string className, ArchivableFactory factory) override;
   std::optional<ArchivedObject> decodeTopLevelObject(const AllowedClasses& allowed,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "platform/keyed_archiver.h"
 
 namespace linewatch::desktop {
@@ -23,9 +25,16 @@ enum class ArchiveErrorCode : std::int64_t {
 /// what holds an object that is not archivable, cannot be archived.
 class CborKeyedArchiver final : public KeyedArchiver {
  public:
+  CborKeyedArchiver();
+  /// `maximumItemCount`: of the CBOR items in an archive.
+  explicit CborKeyedArchiver(std::size_t maximumItemCount) : maximumItemCount_(maximumItemCount) {}
+
   std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) override;
   /// Null for bytes that do not start with the mark.
   std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes& bytes) override;
+
+ private:
+  std::size_t maximumItemCount_;
 };
 
 }  // namespace linewatch::desktop

@@ -101,6 +101,17 @@ TEST(HttpFetcher, SaysWhatItCouldNotFetchAndWhy) {
   EXPECT_THAT(whyNot(fetch({.url = "http://127.0.0.1:1/"})), HasSubstr("refused"));
 }
 
+TEST(HttpFetcher, EndsWhenItIsStopped) {
+  std::stop_source stop;
+  const LocalHttpServer server([&stop](const std::string&, const LocalHttpServer::Write& write) {
+    stop.request_stop();
+    while (write("x")) usleep(1000);
+  });
+  const HttpRequest request{.url = server.url(), .timeout = Seconds(600), .stop = stop.get_token()};
+  EXPECT_THAT(whyNot(fetch(request)), HasSubstr("no longer wanted"));
+  EXPECT_THAT(whyNot(fetch(request)), HasSubstr("no longer wanted")) << "stopped before it began";
+}
+
 TEST(HttpFetcher, FollowsRedirects) {
   const LocalHttpServer server([](const std::string& request, const LocalHttpServer::Write& write) {
     write(request.starts_with("GET /new ") ? httpAnswer("200 OK", "", "moved here")

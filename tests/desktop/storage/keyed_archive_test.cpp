@@ -136,11 +136,19 @@ TEST(CborKeyedArchive, HugeGarbageIsRefusedBeforeItFillsMemoryOrStack) {
 }
 
 TEST(CborKeyedArchive, WritesOnlyWhatItReads) {
-  const ArchivedList most(999'990, {Value(true)});
-  const auto bytes = CborKeyedArchiver().archivedData({most}, false);
+  constexpr std::size_t kMaximumItemCount = 100;
+  CborKeyedArchiver archiver(kMaximumItemCount);
+  // The list's own array, its kind and the array of its elements are items too.
+  const ArchivedObject most{ArchivedList(97, {Value(true)})}, tooMany{ArchivedList(98, {Value(true)})};
+  const auto bytes = archiver.archivedData(most, false);
   ASSERT_TRUE(bytes);
-  EXPECT_EQ(read(*bytes), Reading::root);
-  EXPECT_FALSE(CborKeyedArchiver().archivedData({ArchivedList(1'000'000, {Value(true)})}, false));
+  const auto decode = [&](const Bytes& archive) {
+    std::optional<Error> error;
+    return archiver.openForReading(archive)->decodeTopLevelObject(kAll, error).has_value();
+  };
+  EXPECT_TRUE(decode(*bytes));
+  EXPECT_FALSE(archiver.archivedData(tooMany, false));
+  EXPECT_FALSE(decode(CborKeyedArchiver().archivedData(tooMany, false).value()));
 }
 
 TEST(CborKeyedArchive, TextsNeedNotBeUtf8) {
