@@ -269,6 +269,7 @@ TEST_F(TransitFeedsTest, KeptLinesServeWhenATimetableCannotBeHad) {
   EXPECT_EQ(lineIds(), "M1");
   EXPECT_EQ(server_->requests.size(), 2U) << "a timetable is asked for once a day";
   now_ += Seconds(86400 * 30);
+  server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_EQ(lineIds(), "M1");
   EXPECT_THAT(platform_->transcript().logTexts("error"),
               ElementsAre(AllOf(HasSubstr("https://example.org/gtfs.zip: "),
