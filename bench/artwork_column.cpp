@@ -12,6 +12,7 @@
 #include "platform/artwork_cache.h"
 #include "presentation/artwork_column_calculator.h"
 #include "presentation/memory_constrained_artwork_cache.h"
+#include "settled_heap.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {
@@ -51,6 +52,7 @@ bool isSmallest(const SharedTransitItem& item) {
 }
 
 void fitEveryArtworkShrunk(benchmark::State& state) {
+  keepHeap();
   installPlatform(simulation::SimulatedPlatform::make());
   const auto cache = memoryConstrainedImageViewCache();
   const TransitItems items = wideItems(cache, state.range(0), state.range(1) != 0);
@@ -59,6 +61,7 @@ void fitEveryArtworkShrunk(benchmark::State& state) {
     // Every time all is drawn anew, or few rounds over many items would be compared with many over few.
     state.PauseTiming();
     cache->purge();
+    settleHeap();
     state.ResumeTiming();
     RVTransitItemArtworkColumnCalculator calculator;
     const TransitItems fitted = calculator.itemsFromItems(items, kParameter, &width, withArtwork);

@@ -4,6 +4,13 @@
 
 namespace linewatch {
 
+namespace {
+
+/// From the largest of a row to the smallest that an artwork shrinks to.
+constexpr std::size_t kSizeSteps = 8;
+
+}  // namespace
+
 using Picture = std::shared_ptr<const ui::Image>;
 
 Picture TransitArtworkManager::icon(const TransitArtworkDataSource& artwork, const ArtworkSize& size) const {
@@ -43,6 +50,8 @@ Picture ArtworkDataSourceCache::image(const TransitArtworkDataSource& artwork, c
   const auto known =
       std::find_if(drawn.begin(), drawn.end(), [&](const Drawn& each) { return each.size == size; });
   if (known != drawn.end()) return known->image;
+  // Whoever asks for a second size looks for one that fits, and goes on through the smaller ones.
+  if (drawn.size() == 1) drawn.reserve(kSizeSteps);
   return drawn.emplace_back(Drawn{size, manager_->image(artwork, size)}).image;
 }
 
