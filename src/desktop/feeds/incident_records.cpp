@@ -57,12 +57,12 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   std::string title = rowTitle(header);
   if (title.empty()) title = words.effect(entity.effect);
   if (title.empty()) title = words.incident;
+  std::string secondary = rowSecondaryText(description, title);
+  if (secondary.empty()) secondary = effectAndCauseBelow(title, entity, words);
   if (title.ends_with(kEllipsis) && !header.ends_with(kEllipsis)) {
     // The details have what the row could not take.
     description = description.empty() ? header : header + "\n\n" + description;
   }
-  std::string secondary = rowSecondaryText(description, title);
-  if (secondary.empty()) secondary = effectAndCauseBelow(title, entity, words);
   fields.summary = present(std::move(secondary));
   fields.title = present(std::move(title));
   fields.fullDescription = present(std::move(description));

@@ -7,6 +7,7 @@
 
 #include <unicode/uchar.h>
 
+#include "desktop/feeds/referrals.h"
 #include "desktop/feeds/sentences.h"
 #include "desktop/feeds/utf8.h"
 
@@ -25,7 +26,7 @@ constexpr std::size_t kLongest = 400;
 std::string onOneLine(std::string_view text) {
   std::string line;
   forEachSentence(text, [&line](std::string_view sentence) {
-    if (!line.empty()) line += ' ';
+    line += jointAfter(line);
     line += sentence;
     return true;
   });
@@ -83,17 +84,15 @@ std::string comparableWords(std::string_view text) {
 // "Route 5 detour - Use stop 12" below the title "Route 5 detour" says "Use stop 12".
 std::string_view withoutTitle(std::string_view sentence, std::string_view title) {
   if (title.empty() || !sentence.starts_with(title)) return sentence;
-  std::string_view rest = sentence.substr(title.size());
-  const std::size_t text = rest.find_first_not_of(" :,|-");
-  const bool isSetOff = rest.find_first_of(":,|-") < text;
-  for (const std::string_view dash : {" \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
-    if (rest.starts_with(dash)) return rest.substr(dash.size());
+  const std::string_view rest = sentence.substr(title.size());
+  for (const std::string_view mark : {": ", " : ", " | ", " - ", " \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
+    if (!rest.starts_with(mark)) continue;
+    const std::string_view text = rest.substr(mark.size());
+    // "Works 3 - 7 May" goes on where the title "Works 3" ends.
+    const bool isRange = !text.empty() && text.front() >= '0' && text.front() <= '9';
+    return text.empty() || isRange ? sentence : text;
   }
-  return isSetOff && text != std::string_view::npos ? rest.substr(text) : sentence;
-}
-
-bool namesAddress(std::string_view sentence) {
-  return sentence.find("://") != std::string_view::npos || sentence.find("www.") != std::string_view::npos;
+  return sentence;
 }
 
 /// Collects sentences as long as they are news and the text is short.
@@ -104,16 +103,16 @@ class SecondaryText {
   bool isEnough() const { return countCharacters(text_) >= kEnough; }
 
   void offer(std::string_view written) {
-    const std::string_view sentence = withoutTitle(written, title_);
+    const std::string sentence = withoutReferrals(withoutTitle(written, title_));
     const std::string words = comparableWords(sentence);
     const bool isNews = words.size() > 1 && known_.find(words) == std::string::npos;
-    if (!isNews || namesAddress(sentence) || !said_.insert(words).second) return;
+    if (!isNews || !said_.insert(words).second) return;
     if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > roomForBoth()) {
       isFull_ = true;
       return;
     }
-    if (!text_.empty()) text_ += endsSentence(text_) ? " " : ". ";
-    text_ += withoutLooseEnd(std::string(sentence));
+    text_ += jointAfter(text_);
+    text_ += withoutLooseEnd(sentence);
   }
   bool isFull() const { return isFull_ || isEnough(); }
   std::string finish() && { return cutAtWord(std::move(text_)); }

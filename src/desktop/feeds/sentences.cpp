@@ -18,14 +18,15 @@ using TakeSentence = std::function<bool(std::string_view)>;
 
 // What agencies cut short, in the languages of their texts; in byte order and without the full stop.
 constexpr std::string_view kAbbreviations[] = {
-    "abs",   "approx", "apr",  "aug", "av",   "ave",  "bd",  "bhf",  "bldg", "blvd", "bru", "brux",
-    "bzw",   "ca",     "col",  "ctr", "dec",  "dept", "dez", "di",   "dir",  "do",   "dr",  "dra",
-    "ed",    "eng",    "esc",  "est", "estr", "evtl", "feb", "fr",   "fri",  "gen",  "ggf", "hbf",
-    "hr",    "hrs",    "hwy",  "imp", "incl", "inkl", "jan", "jr",   "jul",  "jun",  "ln",  "lt",
-    "mar",   "max",    "mi",   "min", "mo",   "mon",  "mr",  "mrs",  "ms",   "mt",   "nov", "nr",
-    "oct",   "okt",    "pkwy", "pl",  "pla",  "prof", "rd",  "resp", "rte",  "sa",   "sat", "sep",
-    "sept",  "so",     "sq",   "sr",  "st",   "sta",  "ste", "str",  "sun",  "tel",  "thu", "thur",
-    "thurs", "tue",    "tues", "urb", "usw",  "vgl",  "vs",  "wed",  "zzgl",
+    "abs",   "approx", "apr",  "aug", "av",     "avda", "ave",  "bd",   "bf",   "bhf",  "bldg", "blvd",
+    "bru",   "brux",   "bzw",  "ca",  "col",    "cres", "ctr",  "dec",  "dept", "dez",  "di",   "dir",
+    "do",    "dr",     "dra",  "ed",  "eng",    "esc",  "est",  "estr", "evtl", "feb",  "fr",   "fri",
+    "ft",    "gen",    "ggf",  "gov", "hausnr", "hbf",  "hr",   "hrs",  "hwy",  "imp",  "incl", "inkl",
+    "jan",   "jct",    "jr",   "jul", "jun",    "ln",   "lt",   "mar",  "max",  "mi",   "min",  "mo",
+    "mon",   "mr",     "mrs",  "ms",  "mt",     "nov",  "nr",   "nám",  "oct",  "okt",  "pkwy", "pl",
+    "pla",   "prof",   "pt",   "pza", "pç",     "rd",   "resp", "rte",  "sa",   "sat",  "sep",  "sept",
+    "so",    "sq",     "sr",   "st",  "sta",    "ste",  "sto",  "str",  "sun",  "tel",  "thu",  "thur",
+    "thurs", "tue",    "tues", "ul",  "urb",    "usw",  "vgl",  "vs",   "wed",  "zzgl",
 };
 // Months as "27. Oktober" has them behind the day.
 constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
@@ -39,6 +40,8 @@ std::string withoutCase(std::string_view text) {
   while (!text.empty()) appendCharacter(result, u_foldCase(takeCharacter(text), U_FOLD_CASE_DEFAULT));
   return result;
 }
+
+bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
 
 bool isTerminator(std::int32_t character) {
   return character == '.' || character == '!' || character == '?' || character == 0x2026;
@@ -59,19 +62,26 @@ std::string_view lastWord(std::string_view text) {
 }
 
 bool isDayBeforeMonth(std::string_view word, std::string_view next) {
-  if (word.size() > 2 || !std::ranges::all_of(word, [](char byte) { return byte >= '0' && byte <= '9'; }))
-    return false;
+  if (word.size() > 2 || !std::ranges::all_of(word, isDigit)) return false;
   const std::string month = withoutCase(next.substr(0, 8));
   return std::ranges::any_of(kMonthsAfterOrdinals,
                              [&](std::string_view name) { return month.starts_with(name); });
 }
 
+// "stop No. 1234", "kl. 7": a short word with a number behind it.
+bool isNumbered(std::string_view word, std::string_view next) {
+  constexpr std::size_t kLongest = 4;
+  return !next.empty() && isDigit(next.front()) && countCharacters(word) <= kLongest &&
+         std::ranges::none_of(word, isDigit);
+}
+
 // `word` stands before the full stop, `next` behind it and the space.
 bool mayGoOn(std::string_view word, std::string_view next) {
-  const bool isInitial = countCharacters(word) == 1 && !(word.front() >= '0' && word.front() <= '9');
-  const bool isDotted = word.find('.') != std::string_view::npos;  // "a.m", "z.B"
-  return isInitial || isDotted || std::ranges::binary_search(kAbbreviations, withoutCase(word)) ||
-         isDayBeforeMonth(word, next);
+  const bool isInitial = countCharacters(word) == 1 && !isDigit(word.front());
+  const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
+  const bool isDotted = word.find('.') != std::string_view::npos && !isAddress;  // "a.m", "z.B"
+  return isInitial || isDotted || isNumbered(word, next) ||
+         std::ranges::binary_search(kAbbreviations, withoutCase(word)) || isDayBeforeMonth(word, next);
 }
 
 bool startsLowerCase(std::string_view text) { return !text.empty() && u_islower(takeCharacter(text)) != 0; }
@@ -219,16 +229,30 @@ void forEachSentence(std::string_view plainText, const std::function<bool(std::s
   joiner.flush();
 }
 
-bool endsSentence(std::string_view text) {
+namespace {
+
+/// The last character that is no closing bracket or quotation mark; 0 when there is none among the last few.
+std::int32_t lastCharacterInside(std::string_view text) {
   constexpr std::size_t kMostClosers = 16;  // bytes
   text.remove_prefix(text.size() - std::min(text.size(), kMostClosers));
-  bool ends = false;
+  std::int32_t last = 0;
   while (!text.empty()) {
     const std::int32_t character = takeCharacter(text);
-    const bool isEnd = isTerminator(character) || isFullWidthTerminator(character);
-    ends = isEnd || (ends && isCloser(character));
+    if (!isCloser(character)) last = character;
   }
-  return ends;
+  return last;
+}
+
+}  // namespace
+
+bool endsSentence(std::string_view text) {
+  const std::int32_t last = lastCharacterInside(text);
+  return isTerminator(last) || isFullWidthTerminator(last);
+}
+
+std::string_view jointAfter(std::string_view text) {
+  if (text.empty() || isFullWidthTerminator(lastCharacterInside(text))) return "";
+  return endsSentence(text) ? " " : ". ";
 }
 
 }  // namespace linewatch::desktop

@@ -13,4 +13,7 @@ void forEachSentence(std::string_view plainText, const std::function<bool(std::s
 /// True when the text ends as a sentence does, perhaps inside brackets or quotation marks.
 bool endsSentence(std::string_view text);
 
+/// What to put between the text and a sentence that follows on the same line; nothing after an empty text.
+std::string_view jointAfter(std::string_view text);
+
 }  // namespace linewatch::desktop

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <initializer_list>
+#include <string>
 #include <tuple>
 #include <utility>
 
@@ -26,9 +28,26 @@ bool isSameSubtag(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, tagByte, tagByte);
 }
 
+/// The tag with the script that Chinese is written in where it is spoken, unless it names one: "zh-TW" is
+/// "zh-Hant-TW".
+std::string withScript(std::string_view tag) {
+  std::string_view rest = tag;
+  if (!isSameSubtag(takeSubtag(rest), "zh")) return std::string(tag);
+  const std::string_view region = takeSubtag(rest);
+  const auto isOneOf = [region](std::initializer_list<std::string_view> regions) {
+    return std::ranges::any_of(regions,
+                               [region](std::string_view each) { return isSameSubtag(region, each); });
+  };
+  const char* const script = isOneOf({"TW", "HK", "MO"}) ? "Hant" : isOneOf({"CN", "SG"}) ? "Hans" : nullptr;
+  if (script == nullptr) return std::string(tag);
+  return std::string("zh-") + script + std::string(tag.substr(2));
+}
+
 /// 0 for another language; else the more, the more parts are the same, and a tag that says nothing else is
 /// better.
-int fit(std::string_view wanted, std::string_view tag) {
+int fit(std::string_view wantedTag, std::string_view givenTag) {
+  const std::string expandedWanted = withScript(wantedTag), expanded = withScript(givenTag);
+  std::string_view wanted = expandedWanted, tag = expanded;
   int same = 0;
   while (!wanted.empty() && !tag.empty()) {
     if (!isSameSubtag(takeSubtag(wanted), takeSubtag(tag))) return 2 * same;

@@ -119,6 +119,7 @@ TEST(Sentences, EndWhereASentenceEnds) {
   for (const char* whole : {
            "Closed until Mon. 4 Dec. and on Tue. Wed.",
            "Trains skip Montgomery St. Station and Main Ave. North.",
+           "Stop No. 1234 at Ft. Point is closed.",
            "Verkehrt z.B. Mo. bis Fr. ab Str. des 17. Juni, ca. Nr. 5.",
            "Ab 27. Oktober bis 3. Jan. geschlossen.",
            "From 5 p.m. Monday, J. F. Kennedy station is closed.",
@@ -147,6 +148,7 @@ TEST(Sentences, LinesGoTogetherWhereTheyBelongTogether) {
 
 TEST(RowText, TitleIsTheHeaderOnOneLine) {
   EXPECT_EQ(rowTitle("Route 5:\nMain St\nElm St"), "Route 5: Main St, Elm St");
+  EXPECT_EQ(rowTitle("Works begin at 12:51 PM\nTesting"), "Works begin at 12:51 PM. Testing");
   EXPECT_EQ(rowTitle("Works - "), "Works");
   EXPECT_EQ(rowTitle("Stop moved – :"), "Stop moved");
   EXPECT_EQ(rowTitle(""), "");
@@ -164,12 +166,25 @@ TEST(RowText, SecondaryTextSaysSomethingNew) {
            Row{"No service on line 5", "NO SERVICE ON LINE 5!", ""},
            Row{"Works", "Works. Works? Works", ""},
            Row{"Route 5 detour", "Route 5 detour - Use stop 12", "Use stop 12"},
+           Row{"Route 5 detour", "Route 5 detour: use stop 12", "use stop 12"},
            Row{"Route 5 detour", "Route 5 detour until Friday", "Route 5 detour until Friday"},
+           // What follows belongs to what the title says.
+           Row{"Line 5", "Line 5, 7 and 9 do not run.", "Line 5, 7 and 9 do not run."},
+           Row{"Line 5", "Line 5-7 do not run.", "Line 5-7 do not run."},
+           Row{"Works 3", "Works 3 - 7 May on line 5.", "Works 3 - 7 May on line 5."},
            Row{"Line 5", "Listen. Listen. Wait.", "Listen. Wait."},
            Row{"Line 5", "Stop closed\n\nUse stop B", "Stop closed. Use stop B"},
            Row{"Line 5", "Follow the way in the picture:", "Follow the way in the picture"},
            Row{"Line 5", "More at https://example.org/. Use bus 7.", "Use bus 7."},
            Row{"Line 5", "See www.example.org for more", ""},
+           Row{"Line 5", "For more on this detour, visit https://example.org.", ""},
+           Row{"Line 5", "Infos: www.example.org. Use bus 7.", "Use bus 7."},
+           Row{"Line 5", "Buses run instead until Friday, see https://example.org for stops.",
+               "Buses run instead until Friday"},
+           Row{"Line 5", "Buses run instead (map: https://example.org). Allow 20 minutes.",
+               "Buses run instead. Allow 20 minutes."},
+           Row{"Line 5", "Use the [stops nearby](https://example.org).", "Use the stops nearby."},
+           Row{"Line 5", "停電です。バスをご利用ください。", "停電です。バスをご利用ください。"},
            Row{"Line 5", "", ""},
            Row{"Line 5", "- - -", ""},
        }) {
@@ -212,6 +227,8 @@ TEST(Translations, ComeInTheOrderInWhichTheyFit) {
            Row{"the language with another country", {"de-CH"}, "en", {"en", "de-AT"}, "de-AT"},
            Row{"a longer tag", {"de"}, "", {"en", "de-AT"}, "de-AT"},
            Row{"more in common", {"zh-Hant-TW"}, "", {"zh", "zh-Hans", "zh-Hant"}, "zh-Hant"},
+           Row{"the script of the country", {"zh-TW"}, "", {"zh-Hans", "zh-Hant"}, "zh-Hant"},
+           Row{"the country of the script", {"zh-Hans"}, "", {"zh-HK", "zh-CN"}, "zh-CN"},
            Row{"spelt otherwise", {"pt_br"}, "", {"pt-PT", "PT-BR"}, "PT-BR"},
            Row{"no language of its first letters", {"de"}, "", {"den", "d", "fr"}, "den"},
            Row{"the better liked language", {"fr-CA", "en"}, "", {"en", "fr"}, "fr"},
