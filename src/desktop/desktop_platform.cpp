@@ -9,6 +9,7 @@
 #include "desktop/feeds/desktop_incident_string_provider.h"
 #include "desktop/given_favorites.h"
 #include "desktop/http_fetcher.h"
+#include "desktop/program_preferences.h"
 #include "desktop/roles/background_favorites.h"
 #include "desktop/roles/background_queue.h"
 #include "desktop/roles/companion_session.h"
@@ -27,8 +28,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// In the preferences suite of the program itself: the user has changed the sample city's favourites.
-constexpr std::string_view kProgramSuite = "org.linewatch.program";
+// In the program's own suite: the user has changed the sample city's favourites.
 constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
 // In the companion application's suite: false keeps all analytics off.
 constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
@@ -195,10 +195,9 @@ bool DesktopPlatform::recordsAnalytics() {
 
 std::optional<Error> DesktopPlatform::setRecordsAnalytics(bool isOn) {
   if (!state_) return failure("analytics", "", "a run without saved state records none");
-  makePreferencesStore(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey);
+  if (makePreferencesStore(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey)) return std::nullopt;
   // The store has told the log what went wrong.
-  if (recordsAnalytics() != isOn) return failure("analytics", "", "the switch could not be saved");
-  return std::nullopt;
+  return failure("analytics", "", "the switch could not be saved");
 }
 
 /// No connection is to blame for what goes wrong with files.

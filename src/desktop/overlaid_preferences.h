@@ -25,13 +25,13 @@ class OverlaidPreferences final : public PreferencesStore {
     if (const auto value = given_->find(key); value != given_->end()) return value->second;
     return store_ ? store_->objectForKey(key) : std::nullopt;
   }
-  void setObject(Value value, std::string_view key) override {
-    if (store_) {
-      forget(key);
-      store_->setObject(std::move(value), key);
-    } else {
+  bool setObject(Value value, std::string_view key) override {
+    if (!store_) {
       given_->insert_or_assign(std::string(key), std::move(value));
+      return true;
     }
+    forget(key);
+    return store_->setObject(std::move(value), key);
   }
   void removeObject(std::string_view key) override {
     forget(key);

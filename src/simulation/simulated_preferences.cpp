@@ -32,14 +32,15 @@ std::optional<Value> SimulatedPreferencesStore::objectForKey(std::string_view ke
   return entry == values.end() ? std::nullopt : std::optional(entry->second);
 }
 
-void SimulatedPreferencesStore::setObject(Value value, std::string_view key) {
+bool SimulatedPreferencesStore::setObject(Value value, std::string_view key) {
   if (!canBeWritten(value)) {
     const std::string text = "The value for the preferences key " + std::string(key) + " cannot be written.";
     backstage_->transcript->record("log", {{"level", "error"}, {"text", text}});
-    return;
+    return false;
   }
   storage_->suite(suite_).insert_or_assign(std::string(key), std::move(value));
   backstage_->transcript->record("preferencesSet", {{"key", key}});
+  return true;
 }
 
 void SimulatedPreferencesStore::removeObject(std::string_view key) {

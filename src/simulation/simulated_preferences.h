@@ -28,7 +28,7 @@ class SimulatedPreferencesStore final : public PreferencesStore {
       : backstage_(std::move(backstage)), storage_(std::move(storage)), suite_(std::move(suite)) {}
 
   std::optional<Value> objectForKey(std::string_view key) const override;
-  void setObject(Value value, std::string_view key) override;
+  bool setObject(Value value, std::string_view key) override;
   void removeObject(std::string_view key) override;
 
  private:

@@ -23,15 +23,16 @@ Value logged(const SharedState& state) { return std::shared_ptr<const Object>(st
 
 }  // namespace
 
-void saveUIData(const SharedState& state) {
+bool saveUIData(const SharedState& state) {
   auto data = platform().keyedArchiver().archivedData({state}, /*requiringSecureCoding=*/true);
   if (!data) {
-    return logDebug("Unable to cache view model to disk because it couldnt be converted to Blob: %{private}@",
-                    {logged(state)});
+    logDebug("Unable to cache view model to disk because it couldnt be converted to Blob: %{private}@",
+             {logged(state)});
+    return false;
   }
   logDebug("Saving view model to GroupSetting (key: %{private}@) : %{private}@",
            {kSavedUIDataKey, logged(state)});
-  _rova_groupUserDefaults()->setObject(*std::move(data), kSavedUIDataKey);
+  return _rova_groupUserDefaults()->setObject(*std::move(data), kSavedUIDataKey);
 }
 
 SharedState loadSavedUIData() {

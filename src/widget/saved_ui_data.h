@@ -10,8 +10,9 @@ namespace linewatch {
 /// The key of the saved state in the preferences that the widget shares with the companion application.
 inline constexpr std::string_view kSavedUIDataKey = "Rova.LineWatch.savedUIData";
 
-/// Replaces the saved state; the old one stays when this one cannot be archived. Main thread.
-void saveUIData(const std::shared_ptr<const RVTransitIncidentViewControllerState>& state);
+/// Replaces the saved state. False when this one could not be archived or written; then the old one stays.
+/// Main thread.
+bool saveUIData(const std::shared_ptr<const RVTransitIncidentViewControllerState>& state);
 
 /// The saved state; null when there is none, or none that can be read. What fails to decode is removed. Main
 /// thread.

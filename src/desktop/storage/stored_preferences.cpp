@@ -22,12 +22,12 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
   return value;
 }
 
-void StoredPreferences::setObject(Value value, std::string_view key) {
+bool StoredPreferences::setObject(Value value, std::string_view key) {
   const auto bytes = cbor::bytesOf(value);
-  if (!bytes) return reportIf(failureAt(key, "the value cannot be written"));
+  if (!bytes) return !reportIf(failureAt(key, "the value cannot be written"));
   if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
-    return reportIf(failureAt(key, "the value is too large to be kept"));
-  reportIf(database_->write([&](SqliteDatabase& database) {
+    return !reportIf(failureAt(key, "the value is too large to be kept"));
+  return !reportIf(database_->write([&](SqliteDatabase& database) {
     return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
                         {suite_, key, *bytes});
   }));
@@ -46,8 +46,9 @@ void StoredPreferences::removeObject(std::string_view key) {
   }));
 }
 
-void StoredPreferences::reportIf(const std::optional<Error>& error) const {
+bool StoredPreferences::reportIf(const std::optional<Error>& error) const {
   if (error) database_->report(*error);
+  return error.has_value();
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {

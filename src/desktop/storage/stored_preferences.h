@@ -20,11 +20,12 @@ class StoredPreferences final : public PreferencesStore {
       : database_(std::move(database)), suite_(std::move(suite)) {}
 
   std::optional<Value> objectForKey(std::string_view key) const override;
-  void setObject(Value value, std::string_view key) override;
+  bool setObject(Value value, std::string_view key) override;
   void removeObject(std::string_view key) override;
 
  private:
-  void reportIf(const std::optional<Error>& error) const;
+  /// Whether there is an error.
+  bool reportIf(const std::optional<Error>& error) const;
   Error failureAt(std::string_view key, std::string_view why) const;
 
   SharedDatabase database_;

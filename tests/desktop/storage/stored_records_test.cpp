@@ -126,9 +126,9 @@ TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
   const auto tight =
       makeStateDatabase(StateDirectories::under(folder_.path()), log_, {.maximumPageCount = 20});
   StoredPreferences preferences(tight, "suite");
-  preferences.setObject(Value("old"), "key");
-  preferences.setObject(Value(std::string(200'000, 'x')), "key");
-  preferences.setObject(Value(std::string(kLargestPreference, 'x')), "key");
+  EXPECT_TRUE(preferences.setObject(Value("old"), "key"));
+  EXPECT_FALSE(preferences.setObject(Value(std::string(200'000, 'x')), "key"));
+  EXPECT_FALSE(preferences.setObject(Value(std::string(kLargestPreference, 'x')), "key"));
   EXPECT_EQ(StoredPreferences(openState(), "suite").objectForKey("key"), Value("old"));
   EXPECT_THAT(log_.lines(), ElementsAre(testing::EndsWith("the disk is full"),
                                         "preferences: suite key: the value is too large to be kept"));

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace linewatch::desktop {
+
+/// The suite of preferences that are the program's own, and none of the widget's.
+inline constexpr std::string_view kProgramSuite = "org.linewatch.program";
+
+}  // namespace linewatch::desktop
