@@ -130,13 +130,18 @@ void RVTransitIncidentsViewController::_fetchUpdatesWithCompletitionHandler(Upda
           handler(updateResultOf(*result));
         });
   }
-  request_ = RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+  setRequest(RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
       [weakSelf = weak_from_this(),
        handler = std::move(completionHandler)](const std::shared_ptr<RVResult>& result) {
         if (const auto self = weakSelf.lock()) self->setTransitLineItemResult(result);
         if (handler) handler(updateResultOf(*result));
-        if (const auto self = weakSelf.lock()) self->request_ = nullptr;
-      });
+        if (const auto self = weakSelf.lock()) self->setRequest(nullptr);
+      }));
+}
+
+void RVTransitIncidentsViewController::setRequest(std::shared_ptr<RVTransitIncidentFetcherRequest> request) {
+  request_ = std::move(request);
+  if (requestHandler_) requestHandler_();
 }
 
 void RVTransitIncidentsViewController::setTransitLineItemResult(const std::shared_ptr<RVResult>& result) {

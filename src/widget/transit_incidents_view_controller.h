@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "analytics/transit_incidents_analytics_delegate.h"
 #include "incidents/transit_incident_fetcher_request.h"
@@ -70,6 +71,8 @@ class RVTransitIncidentsViewController final
   const std::shared_ptr<RVTransitIncidentUpdater>& updater() const { return updater_; }
   /// The fetch in flight, or null.
   const std::shared_ptr<RVTransitIncidentFetcherRequest>& request() const { return request_; }
+  /// The host's: told when a fetch has begun, whoever wanted it, and when it has ended and another may begin.
+  void setRequestHandler(std::function<void()> handler) { requestHandler_ = std::move(handler); }
   /// What the last fetch gave; null until one has ended. A saved list never stands here.
   const std::shared_ptr<RVResult>& transitLineItemResult() const { return transitLineItemResult_; }
   const std::shared_ptr<RVTransitIncidentsAnalyticsDelegate>& analyticsDelegate() const {
@@ -88,6 +91,7 @@ class RVTransitIncidentsViewController final
 
   void _createSubviews();
   void _fetchUpdatesWithCompletitionHandler(UpdateHandler completionHandler);
+  void setRequest(std::shared_ptr<RVTransitIncidentFetcherRequest> request);
   void setTransitLineItemResult(const std::shared_ptr<RVResult>& result);
   void _createUpdaterForTransitLineItemsIfVisible();
   void setUpdater(std::shared_ptr<RVTransitIncidentUpdater> updater);
@@ -110,6 +114,7 @@ class RVTransitIncidentsViewController final
   std::shared_ptr<RVTransitIncidentUpdater> updater_;
   std::shared_ptr<ArtworkDataSourceCache> artworkCache_;
   std::shared_ptr<RVTransitIncidentFetcherRequest> request_;
+  std::function<void()> requestHandler_;
   std::shared_ptr<RVResult> transitLineItemResult_;
   std::shared_ptr<RVTransitIncidentsAnalyticsDelegate> analyticsDelegate_;
 };

@@ -6,6 +6,7 @@
 #include "desktop/roles/companion_session.h"
 #include "platform/log.h"
 #include "platform/platform.h"
+#include "platform/ui/interface_settings.h"
 
 namespace linewatch::desktop {
 
@@ -60,8 +61,14 @@ std::optional<Error> Companion::open(const UserActivity& activity) {
 }
 
 void Companion::showFavorites() {
-  if (!favorites_ || !favorites_->isVisible())
+  const ui::TextSizeCategory textSize = platform().interfaceSettings().textSizeCategory();
+  const bool isOpen = favorites_ && favorites_->isVisible();
+  if (!isOpen || textSize != favoritesTextSize_) {
+    const QRect place = isOpen ? favorites_->geometry() : QRect();
     favorites_ = std::make_unique<FavoritesWindow>(texts_, favoritesServices_);
+    favoritesTextSize_ = textSize;
+    if (isOpen) favorites_->setGeometry(place);
+  }
   favorites_->present();
 }
 

@@ -9,6 +9,7 @@
 #include "desktop/window/favorites_window.h"
 #include "desktop/window/window_texts.h"
 #include "platform/system_controller.h"
+#include "platform/ui/text_style.h"
 #include "platform/url.h"
 
 namespace linewatch::desktop {
@@ -41,6 +42,7 @@ class Companion {
   /// Made when they are first needed, and again for another text size.
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;
+  ui::TextSizeCategory favoritesTextSize_ = ui::kDefaultTextSizeCategory;
 };
 
 }  // namespace linewatch::desktop

@@ -3,6 +3,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include "desktop/window/enter_key.h"
+
 namespace linewatch::desktop {
 
 LinkButton::LinkButton(const QString& text) {
@@ -10,6 +12,7 @@ LinkButton::LinkButton(const QString& text) {
   setCursor(Qt::PointingHandCursor);
   setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus);
+  clickOnEnter(*this);
 }
 
 /// The arrow says that the way leads out of the program; the mirrored one where lines run to the left.

@@ -8,11 +8,11 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
-#include <QPointer>
 #include <QScreen>
 #include <QStyle>
 #include <QToolButton>
 #include <QVariantAnimation>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -20,13 +20,16 @@
 #include "desktop/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
+#include "desktop/window/enter_key.h"
+#include "desktop/window/panel_preferences.h"
 #include "desktop/window/window_colors.h"
 #include "platform/log.h"
-#include "platform/main_loop.h"
 #include "platform/platform.h"
 #include "platform/ui/interface_settings.h"
+#include "platform/ui/notification_center.h"
 #include "widget/saved_ui_data.h"
 #include "widget/transit_incidents_view_controller.h"
+#include "widget/widget_display_mode.h"
 
 namespace linewatch::desktop {
 
@@ -41,16 +44,20 @@ constexpr int kMostWidth = 640;
 constexpr int kHeaderInset = 16;
 constexpr double kTitleSize = 13;
 constexpr double kNoteSize = 11;
+// How many times larger the header can be, for whatever size of text: the rows are what the room is for.
+constexpr double kMostHeaderScale = 1.6;
 // What a window's frame and a desktop's bars may take that the screen does not tell.
 constexpr int kFrameAllowance = 48;
 
 constexpr int kResizeMilliseconds = 220;
-constexpr Seconds kFirstRetry{60};
-constexpr Seconds kLastRetry{1800};
-constexpr double kRetryTolerance = 0.1;
 
-/// Twice as long with each failure.
-Seconds retryInterval(int failures) { return std::min(kLastRetry, kFirstRetry * std::exp2(failures - 1)); }
+double headerScale(ui::TextSizeCategory textSize) {
+  return std::clamp(ui::scaleFactor(ui::TextStyle::body, textSize), 1.0, kMostHeaderScale);
+}
+
+int headerHeight(ui::TextSizeCategory textSize) {
+  return static_cast<int>(std::lround(kHeaderHeight * headerScale(textSize)));
+}
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
@@ -69,11 +76,15 @@ struct WordsOfItem {
 }  // namespace
 
 PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows)
-    : texts_(std::move(texts)), services_(std::move(services)), maxRows_(maxRows) {
+    : texts_(std::move(texts)),
+      services_(std::move(services)),
+      maxRows_(maxRows),
+      updates_([this] { controller_->widgetPerformUpdateWithCompletionHandler(nullptr); }) {
   setWindowTitle((*texts_)("Title"));
   resize(static_cast<int>(kCompactSize.width) + 2 * kMargin, height());
   setMinimumWidth(kLeastWidth);
   setMaximumWidth(kMostWidth);
+  if (const auto textSize = keptTextSize()) services_.setTextSize(*textSize);
   loadWidget();
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -89,16 +100,18 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::u
   resizing_ = new QVariantAnimation(this);
   resizing_->setEasingCurve(QEasingCurve::InOutCubic);
   connect(resizing_, &QVariantAnimation::valueChanged, this,
-          [this](const QVariant& height) { setRowsHeight(height.toDouble(), false); });
+          [this](const QVariant& height) { applyRowsHeight(height.toDouble()); });
+  showHeaderAt(textSizeNow());
   setRowsHeight(heightForRows(), false);
   showPalette();
-  showOffer();
+  showOffer(false);
   rows_->setFocus();
 }
 
 PanelWindow::~PanelWindow() {
   hide();
   controller_->setPreferredContentSizeHandler(nullptr);
+  controller_->setRequestHandler(nullptr);
   host_->setAvailabilityHandler(nullptr);
   // Of the controller's view, so it goes first.
   delete rows_;
@@ -108,23 +121,18 @@ PanelWindow::~PanelWindow() {
 
 QWidget* PanelWindow::makeHeader() {
   auto* const header = new QWidget;
-  header->setFixedHeight(kHeaderHeight);
   auto* const layout = new QHBoxLayout(header);
   layout->setContentsMargins(kHeaderInset, 0, kMargin, 0);
   title_ = new QLabel((*texts_)("Title"));
-  title_->setFont(qtFont(kTitleSize, QFont::DemiBold));
   note_ = new QLabel;
-  note_->setFont(qtFont(kNoteSize, QFont::Normal));
   note_->setForegroundRole(kFaintRole);
   note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   toggle_ = new QToolButton;
-  toggle_->setFont(qtFont(kTitleSize, QFont::Medium));
   toggle_->setAutoRaise(true);
   toggle_->setFocusPolicy(Qt::StrongFocus);
   connect(toggle_, &QToolButton::clicked, this, [this] { setExpanded(!isExpanded()); });
   menuButton_ = new QToolButton;
   menuButton_->setText(QStringLiteral("⋯"));
-  menuButton_->setFont(qtFont(kTitleSize, QFont::DemiBold));
   menuButton_->setAutoRaise(true);
   menuButton_->setFocusPolicy(Qt::StrongFocus);
   menuButton_->setPopupMode(QToolButton::InstantPopup);
@@ -132,6 +140,7 @@ QWidget* PanelWindow::makeHeader() {
   menuButton_->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
   menuButton_->setAccessibleName((*texts_)("Menu"));
   menuButton_->setToolTip((*texts_)("Menu"));
+  for (QToolButton* const button : {toggle_, menuButton_}) clickOnEnter(*button);
   layout->addWidget(title_);
   layout->addWidget(note_, 1);
   layout->addWidget(toggle_);
@@ -139,10 +148,20 @@ QWidget* PanelWindow::makeHeader() {
   return header;
 }
 
+void PanelWindow::showHeaderAt(ui::TextSizeCategory textSize) {
+  const double scale = headerScale(textSize);
+  title_->setFont(qtFont(kTitleSize * scale, QFont::DemiBold));
+  note_->setFont(qtFont(kNoteSize * scale, QFont::Normal));
+  toggle_->setFont(qtFont(kTitleSize * scale, QFont::Medium));
+  menuButton_->setFont(qtFont(kTitleSize * scale, QFont::DemiBold));
+  header_->setFixedHeight(headerHeight(textSize));
+}
+
 QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySequence>& shortcuts,
                                     std::function<void()> action) {
   auto* const entry = new QAction((*texts_)(text), this);
   entry->setShortcuts(shortcuts);
+  entry->setAutoRepeat(false);
   connect(entry, &QAction::triggered, this, std::move(action));
   addAction(entry);
   return entry;
@@ -169,10 +188,11 @@ void PanelWindow::loadWidget() {
       RVTransitIncidentsViewController::make(host_, {host_->limits().width, host_->limits().compactHeight});
   controller_->view();
   controller_->setPreferredContentSizeHandler([this](const Size&) { contentDidChange(); });
-  wantsExpanded_ = controller_->dataSource()->isExpanded();
-  if (wantsExpanded_) host_->setActiveDisplayMode(WidgetDisplayMode::expanded);
-  host_->setLargestAvailableDisplayMode(wantsExpanded_ ? WidgetDisplayMode::expanded
-                                                       : WidgetDisplayMode::compact);
+  controller_->setRequestHandler([this] { requestDidChange(); });
+  const auto& dataSource = controller_->dataSource();
+  wantsExpanded_ = keptExpansion().value_or(dataSource->isExpanded());
+  if (dataSource->isExpanded()) host_->setActiveDisplayMode(WidgetDisplayMode::expanded);
+  host_->setLargestAvailableDisplayMode(widgetLargestAvailableDisplayMode(dataSource->listItem().get()));
   host_->setAvailabilityHandler([this] { availabilityDidChange(); });
 }
 
@@ -197,7 +217,12 @@ void PanelWindow::paintEvent(QPaintEvent*) {
 
 // ---- Coming and going ----
 
-void PanelWindow::showEvent(QShowEvent*) { appearOrDisappear(); }
+void PanelWindow::showEvent(QShowEvent*) {
+  if (!screenRoom_) connect(windowHandle(), &QWindow::screenChanged, this, [this] { screenDidChange(); });
+  screenDidChange();
+  appearOrDisappear();
+}
+
 void PanelWindow::hideEvent(QHideEvent*) { appearOrDisappear(); }
 
 void PanelWindow::changeEvent(QEvent* event) {
@@ -211,14 +236,13 @@ void PanelWindow::appearOrDisappear() {
   const bool isShown = isVisible() && !isMinimized();
   if (std::exchange(isShown_, isShown) == isShown) return;
   if (isShown) {
+    updates_.setInSight(true);
     host_->setLimits(limitsFor(textSizeNow()));
     controller_->viewWillAppear(true);
     controller_->viewDidAppear(true);
     setRowsHeight(heightForRows(), false);
-    // Joins the fetch that appearing has started.
-    requestUpdate();
   } else {
-    scheduleRetry(false);
+    updates_.setInSight(false);
     controller_->viewWillDisappear(true);
     controller_->viewDidDisappear(true);
   }
@@ -226,93 +250,91 @@ void PanelWindow::appearOrDisappear() {
 
 // ---- Updates ----
 
-void PanelWindow::requestUpdate() {
-  isUpdating_ = true;
+/// Whoever has asked for the fetch: the widget does so by itself too.
+void PanelWindow::requestDidChange() {
+  if (controller_->request()) {
+    updates_.fetchDidBegin();
+  } else {
+    if (isShown_) saveState();
+    updates_.fetchDidEnd(controller_->transitLineItemResult()->error().has_value());
+  }
   showNote();
-  controller_->widgetPerformUpdateWithCompletionHandler(
-      [panel = QPointer<PanelWindow>(this)](WidgetUpdateResult result) {
-        if (panel) panel->updateDidEnd(result == WidgetUpdateResult::failed);
-      });
 }
 
-void PanelWindow::updateDidEnd(bool failed) {
-  isUpdating_ = false;
-  showNote();
-  failures_ = failed ? failures_ + 1 : 0;
-  scheduleRetry(failed && isShown_);
-  if (!std::exchange(needsAnotherUpdate_, false)) return;
-  // The widget is not done with this one before it has told everyone of its end.
-  QMetaObject::invokeMethod(
-      this, [this] { requestUpdate(); }, Qt::QueuedConnection);
-}
-
-/// While incidents cannot be loaded the widget does not ask again by itself.
-void PanelWindow::scheduleRetry(bool isNeeded) {
-  if (retry_) retry_->invalidate();
-  retry_ = nullptr;
-  if (!isNeeded) return;
-  const Seconds interval = retryInterval(failures_);
-  retry_ = platform().mainLoop().scheduleTimer(interval, /*repeats=*/false, [this] { requestUpdate(); });
-  retry_->setTolerance(interval * kRetryTolerance);
-}
-
-void PanelWindow::connectionDidReturn() {
-  // Should it not be quite there yet, the next try is soon.
-  failures_ = 0;
-  if (isShown_) requestUpdate();
-}
-
-void PanelWindow::favoritesDidChange() {
-  if (!isShown_) return;
-  needsAnotherUpdate_ = isUpdating_;
-  if (!isUpdating_) requestUpdate();
-}
-
+/// How old the data is says nothing beside an error.
 void PanelWindow::showNote() {
-  note_->setText(isUpdating_ ? (*texts_)("Updating") : services_.dataNote());
-  note_->setToolTip(note_->text());
+  QString note;
+  if (controller_->request()) {
+    note = (*texts_)("Updating");
+  } else if (!controller_->dataSource()->transitLineItemResult()->error()) {
+    note = services_.dataNote();
+  }
+  note_->setText(note);
+  note_->setToolTip(note);
 }
 
 // ---- Modes and sizes ----
 
-double PanelWindow::roomForRows() const {
-  return screen()->availableGeometry().height() - 2 * kMargin - kHeaderHeight - kFrameAllowance;
+double PanelWindow::roomForRows(ui::TextSizeCategory textSize) const {
+  return screen()->availableGeometry().height() - 2 * kMargin - headerHeight(textSize) - kFrameAllowance;
 }
 
 PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize) const {
   const double rowHeight = compactHeightAt(textSize);
-  const double rows = maxRows_ > 0 ? static_cast<double>(maxRows_) : std::floor(roomForRows() / rowHeight);
+  const double rows =
+      maxRows_ > 0 ? static_cast<double>(maxRows_) : std::floor(roomForRows(textSize) / rowHeight);
   return {static_cast<double>(width() - 2 * kMargin), rowHeight, rowHeight * std::max(1.0, rows)};
+}
+
+void PanelWindow::screenDidChange() {
+  disconnect(screenRoom_);
+  screenRoom_ = connect(screen(), &QScreen::availableGeometryChanged, this, [this] { roomDidChange(); });
+  roomDidChange();
+}
+
+void PanelWindow::roomDidChange() {
+  if (!isShown_) return;
+  host_->setLimits(limitsFor(textSizeNow()));
+  // The widget asks for its limits only now and then; this is such an occasion.
+  platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  setRowsHeight(heightForRows(), false);
 }
 
 bool PanelWindow::isExpanded() const { return host_->activeDisplayMode() == WidgetDisplayMode::expanded; }
 
 void PanelWindow::setExpanded(bool expanded) {
   wantsExpanded_ = expanded;
-  showOffer();
+  keepExpansion(expanded);
+  showOffer(true);
 }
 
 /// The widget is in the middle of something when it says so.
 void PanelWindow::availabilityDidChange() {
   if (std::exchange(offerIsPending_, true)) return;
   QMetaObject::invokeMethod(
-      this, [this] { showOffer(); }, Qt::QueuedConnection);
+      this, [this] { showOffer(false); }, Qt::QueuedConnection);
 }
 
 /// What the user wants holds again as soon as the widget can do it.
-void PanelWindow::showOffer() {
+void PanelWindow::showOffer(bool isUsersChoice) {
   offerIsPending_ = false;
   const bool offersMore = host_->largestAvailableDisplayMode() == WidgetDisplayMode::expanded;
-  setMode(offersMore && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact);
+  setMode(offersMore && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact,
+          isUsersChoice);
   toggle_->setText((*texts_)(isExpanded() ? "ShowLess" : "ShowMore"));
   if (!offersMore && toggle_->hasFocus()) rows_->setFocus(Qt::TabFocusReason);
   toggle_->setVisible(offersMore);
 }
 
-void PanelWindow::setMode(WidgetDisplayMode mode) {
+/// A change that the widget hears of from its host is recorded as the user's.
+void PanelWindow::setMode(WidgetDisplayMode mode, bool isUsersChoice) {
   if (mode == host_->activeDisplayMode()) return;
   host_->setActiveDisplayMode(mode);
-  controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
+  if (isUsersChoice) {
+    controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
+  } else {
+    controller_->dataSource()->setExpanded(mode == WidgetDisplayMode::expanded);
+  }
 }
 
 void PanelWindow::contentDidChange() {
@@ -327,21 +349,22 @@ double PanelWindow::heightForRows() const {
   const auto& dataSource = controller_->dataSource();
   const Size preferred = dataSource->preferredContentSizeForExpanded(
       dataSource->isExpanded(), host_->maximumSizeForDisplayMode(host_->activeDisplayMode()));
-  return std::max(host_->limits().compactHeight, std::min(preferred.height, roomForRows()));
+  return std::max(host_->limits().compactHeight, std::min(preferred.height, roomForRows(textSizeNow())));
 }
 
 void PanelWindow::setRowsHeight(double height, bool animated) {
-  const int milliseconds =
-      style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0 ? kResizeMilliseconds : 0;
-  if (animated && milliseconds > 0) {
-    resizing_->stop();
-    resizing_->setDuration(milliseconds);
-    resizing_->setStartValue(static_cast<double>(rows_->height()));
-    resizing_->setEndValue(height);
-    return resizing_->start();
-  }
+  resizing_->stop();
+  const bool movesAtAll = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+  if (!animated || !movesAtAll) return applyRowsHeight(height);
+  resizing_->setDuration(kResizeMilliseconds);
+  resizing_->setStartValue(static_cast<double>(rows_->height()));
+  resizing_->setEndValue(height);
+  resizing_->start();
+}
+
+void PanelWindow::applyRowsHeight(double height) {
   rows_->setFixedHeight(static_cast<int>(std::lround(height)));
-  setFixedHeight(rows_->height() + kHeaderHeight + 2 * kMargin);
+  setFixedHeight(rows_->height() + header_->height() + 2 * kMargin);
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
@@ -351,15 +374,18 @@ void PanelWindow::resizeEvent(QResizeEvent* event) {
 }
 
 /// The widget saves its state when it disappears; what ends the program from outside does not let it. The
-/// list on screen is saved as soon as it has been fetched.
+/// list on screen is saved as soon as it has been fetched; what could not be saved is tried again after the
+/// next fetch or change of the mode.
 void PanelWindow::saveState() {
   const auto& dataSource = controller_->dataSource();
   const auto result = dataSource->transitLineItemResult();
   if (!controller_->transitLineItemResult()) return;
-  if (result == savedResult_ && dataSource->isExpanded() == savedExpanded_) return;
+  const bool isExpanded = dataSource->isExpanded();
+  if (result == savedResult_ && isExpanded == savedExpanded_) return;
+  if (!saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, isExpanded)))
+    return logError("The list on screen could not be kept for the next start; the one before it stays");
   savedResult_ = result;
-  savedExpanded_ = dataSource->isExpanded();
-  saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, savedExpanded_));
+  savedExpanded_ = isExpanded;
   logDebug("The list on screen is kept for the next start");
 }
 
@@ -373,6 +399,8 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
+  keepTextSize(category);
+  showHeaderAt(category);
   host_->setLimits(limitsFor(category));
   services_.setTextSize(category);
   controller_->view().environmentDidChange();

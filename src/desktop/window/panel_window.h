@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "desktop/window/panel_host.h"
+#include "desktop/window/panel_updates.h"
 #include "desktop/window/row_surface.h"
 #include "desktop/window/window_texts.h"
 #include "platform/ui/text_style.h"
@@ -19,7 +20,6 @@ class QVariantAnimation;
 namespace linewatch {
 class RVResult;
 class RVTransitIncidentsViewController;
-class Timer;
 }  // namespace linewatch
 
 namespace linewatch::desktop {
@@ -30,26 +30,26 @@ struct PanelServices {
   std::function<void()> showFavorites;
   /// Makes the size that of all text and posts the change.
   std::function<void(ui::TextSizeCategory)> setTextSize;
-  /// A few words on the data that is shown; may be empty.
+  /// A few words on the data that was loaded; may be empty.
   std::function<QString()> dataNote;
 };
 
-/// The panel: a window with a card that holds the widget below a header. It is the widget's host and does
-/// nothing of the widget's work. Needs an installed platform; while the window lives it must not change.
-/// Main thread.
+/// The panel: a window with a card that holds the widget below a header. It is the widget's host: it asks for
+/// news when the widget does not, and saves the widget's state when the widget cannot. Needs an installed
+/// platform; while the window lives it must not change. Main thread.
 class PanelWindow final : public QWidget {
  public:
   /// `maxRows` limits the rows of the expanded widget, 0: as many as the screen has room for.
   PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows = 0);
   ~PanelWindow() override;
 
-  /// Asks the widget for an update.
-  void requestUpdate();
+  /// Asks the widget for an update, as the user does.
+  void requestUpdate() { updates_.userDidAsk(); }
   /// To be called when the network is back.
-  void connectionDidReturn();
+  void connectionDidReturn() { updates_.connectionDidReturn(); }
   /// To be called after the favourites have been changed.
-  void favoritesDidChange();
-  /// Changes the mode as the user asks; refused when the widget has nothing more to show.
+  void favoritesDidChange() { updates_.favoritesDidChange(); }
+  /// Changes the mode as the user asks: at once, or when the widget has more to show.
   void setExpanded(bool expanded);
   bool isExpanded() const;
 
@@ -72,21 +72,24 @@ class PanelWindow final : public QWidget {
                          std::function<void()> action);
   void loadWidget();
   void showPalette();
+  void showHeaderAt(ui::TextSizeCategory textSize);
 
-  /// At the window's width.
+  /// At the window's width and on its screen.
   PanelHost::Limits limitsFor(ui::TextSizeCategory textSize) const;
-  double roomForRows() const;
+  double roomForRows(ui::TextSizeCategory textSize) const;
   double heightForRows() const;
   RowWords wordsOf(std::size_t row) const;
 
   void appearOrDisappear();
+  void screenDidChange();
+  void roomDidChange();
   void availabilityDidChange();
-  void showOffer();
-  void setMode(WidgetDisplayMode mode);
+  void showOffer(bool isUsersChoice);
+  void setMode(WidgetDisplayMode mode, bool isUsersChoice);
   void contentDidChange();
   void setRowsHeight(double height, bool animated);
-  void updateDidEnd(bool failed);
-  void scheduleRetry(bool isNeeded);
+  void applyRowsHeight(double height);
+  void requestDidChange();
   void showNote();
   void saveState();
   void changeTextSize(int steps);
@@ -105,16 +108,15 @@ class PanelWindow final : public QWidget {
   QWidget* header_ = nullptr;
   RowSurface* rows_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
-  /// Of an update that failed; null when none is due.
-  std::shared_ptr<Timer> retry_;
+  /// To the room on the screen that the window is on.
+  QMetaObject::Connection screenRoom_;
 
+  PanelUpdates updates_;
   bool isShown_ = false;
+  /// What the user wants, whether the widget has something for it or not.
   bool wantsExpanded_ = false;
   bool offerIsPending_ = false;
-  bool isUpdating_ = false;
-  /// Something has changed that the running update may not have seen.
-  bool needsAnotherUpdate_ = false;
-  int failures_ = 0;
+  /// What was saved last, and lies in the file.
   std::shared_ptr<const RVResult> savedResult_;
   bool savedExpanded_ = false;
 };

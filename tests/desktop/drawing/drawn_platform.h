@@ -8,6 +8,7 @@
 #include "desktop/drawing/mode_icon.h"
 #include "desktop/drawing/qt_text_engine.h"
 #include "desktop/recording_log.h"
+#include "platform/preferences_store.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch::desktop {
@@ -19,6 +20,8 @@ class DrawnPlatform final : public Platform {
       : simulated_(simulation::SimulatedPlatform::make(std::move(world))) {}
 
   simulation::SimulatedPlatform& simulated() { return *simulated_; }
+  /// Then no preference can be written.
+  bool diskIsFull = false;
 
   Log& log() override { return simulated_->log(); }
   MainLoop& mainLoop() override { return simulated_->mainLoop(); }
@@ -40,7 +43,9 @@ class DrawnPlatform final : public Platform {
   ui::NotificationCenter& notificationCenter() override { return simulated_->notificationCenter(); }
 
   std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override {
-    return simulated_->makePreferencesStore(suite);
+    auto store = simulated_->makePreferencesStore(suite);
+    if (diskIsFull) return std::make_shared<FullStore>(std::move(store));
+    return store;
   }
   std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
     return simulated_->makeRemoteFavoritesPersister();
@@ -57,6 +62,20 @@ class DrawnPlatform final : public Platform {
   }
 
  private:
+  class FullStore final : public PreferencesStore {
+   public:
+    explicit FullStore(std::shared_ptr<PreferencesStore> store) : store_(std::move(store)) {}
+
+    std::optional<Value> objectForKey(std::string_view key) const override {
+      return store_->objectForKey(key);
+    }
+    bool setObject(Value, std::string_view) override { return false; }
+    void removeObject(std::string_view) override {}
+
+   private:
+    std::shared_ptr<PreferencesStore> store_;
+  };
+
   std::shared_ptr<simulation::SimulatedPlatform> simulated_;
   QtTextEngine textEngine_;
   std::shared_ptr<DrawingSource> drawings_ =

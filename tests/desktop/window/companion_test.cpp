@@ -168,7 +168,7 @@ TEST_F(CompanionTest, ShowsTheLineOfARow) {
   EXPECT_THAT(labels, Contains("Few trains run.\n\nMore <b>buses</b> do."));
   EXPECT_TRUE(labels.filter("Until ").size() == 1) << labels.join("|").toStdString();
   for (const QLabel* label : details->findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
-  details->findChild<LinkButton*>()->click();
+  press(*details->findChild<LinkButton*>(), Qt::Key_Return);
   EXPECT_THAT(openedLinks_, ElementsAre("https://example.org/strike"));
 }
 
@@ -250,6 +250,18 @@ TEST_F(CompanionTest, ListsTheFavouritesAndTakesThemBack) {
   EXPECT_EQ(list.item(0)->checkState(), Qt::Checked);
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
   EXPECT_EQ(changes_, 2);
+}
+
+TEST_F(CompanionTest, AnOpenWindowIsShownAgainInTheTextSizeOfNow) {
+  startCompanion();
+  openFavorites();
+  const auto searchFont = [] { return window<FavoritesWindow>()->findChild<QLineEdit*>()->font(); };
+  const double usual = searchFont().pointSizeF();
+  window<FavoritesWindow>()->setGeometry(30, 40, 500, 600);
+  change([](simulation::World& world) { world.textSize = "AX3"; });
+  openFavorites();
+  EXPECT_GT(searchFont().pointSizeF(), usual * 1.5);
+  EXPECT_EQ(window<FavoritesWindow>()->geometry(), QRect(30, 40, 500, 600));
 }
 
 TEST_F(CompanionTest, FindsAndAddsLines) {

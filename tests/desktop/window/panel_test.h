@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QToolButton>
 #include <string>
 #include <vector>
@@ -72,6 +73,7 @@ class PanelTest : public testing::Test {
     platform_->simulated().changeWorld(change);
   }
   std::size_t count(std::string_view event) { return platform_->simulated().transcript().countOf(event); }
+  std::string note() { return panel_->findChildren<QLabel*>().back()->text().toStdString(); }
   QToolButton& toggle() { return *panel_->findChildren<QToolButton*>().front(); }
   RowSurface& rows() { return panel_->rows(); }
   QPointF middleOf(std::size_t row) { return QRectF(rows().rectOf(row)).center(); }

@@ -1,7 +1,10 @@
 #include "desktop/window/panel_window.h"
 
 #include <QAccessible>
-#include <QLabel>
+#include <QMenu>
+#include <QStyleFactory>
+#include <QTimer>
+#include <QVariantAnimation>
 
 #include "desktop/window/panel_test.h"
 #include "desktop/window/window_colors.h"
@@ -63,7 +66,7 @@ TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
   EXPECT_EQ(toggle().text(), "Show More");
   const int compact = rows().height();
   EXPECT_EQ(compact, 110);
-  toggle().click();
+  press(toggle(), Qt::Key_Return);
   settle();
   EXPECT_EQ(rows().rowCount(), 3U);
   EXPECT_EQ(rows().height(), 330);
@@ -87,6 +90,28 @@ TEST_F(PanelTest, TheHeaderCanBeUsedWithoutSeeingIt) {
     EXPECT_FALSE(accessible->actionInterface()->actionNames().isEmpty()) << named.last().toStdString();
   }
   EXPECT_EQ(named, (QStringList{"Show More", "Menu"}));
+  QToolButton* const menu = panel_->findChildren<QToolButton*>().back();
+  bool isOpen = false;
+  QTimer::singleShot(0, menu->menu(), [&] {
+    isOpen = menu->menu()->isVisible();
+    menu->menu()->close();
+  });
+  press(*menu, Qt::Key_Enter);
+  EXPECT_TRUE(isOpen);
+}
+
+TEST_F(PanelTest, AChangeAtOnceEndsOneThatMoves) {
+  startShown();
+  const std::unique_ptr<QStyle> moving(QStyleFactory::create("fusion"));
+  panel_->setStyle(moving.get());
+  panel_->setExpanded(true);
+  settle();
+  const auto& resizing = *panel_->findChild<QVariantAnimation*>();
+  EXPECT_EQ(resizing.state(), QAbstractAnimation::Running);
+  panel_->hide();
+  panel_->show();
+  EXPECT_EQ(resizing.state(), QAbstractAnimation::Stopped);
+  EXPECT_EQ(rows().height(), 330);
 }
 
 TEST_F(PanelTest, OffersNothingWhenThereIsNoMore) {
@@ -115,26 +140,46 @@ TEST_F(PanelTest, ExpandsAgainWhenAnErrorHasPassed) {
   advance(1);
   EXPECT_TRUE(panel_->isExpanded());
   EXPECT_EQ(rows().rowCount(), 3U);
+  EXPECT_EQ(count("usage"), 1U) << "the user has asked for more once, and never for less";
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::error; });
+  panel_->requestUpdate();
+  advance(1);
+  makePanel();
+  EXPECT_FALSE(panel_->isExpanded()) << "an error is all that was kept";
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
+  show();
+  EXPECT_TRUE(panel_->isExpanded());
 }
 
-TEST_F(PanelTest, AsksAgainByItselfWhileNothingCanBeLoaded) {
-  auto world = cityWithAStrike();
-  world.service.answer = simulation::WorldService::Answer::error;
-  startShown(world);
-  EXPECT_EQ(count("lookup"), 1U);
-  advance(70);
-  EXPECT_EQ(count("lookup"), 2U);
-  advance(70);
-  EXPECT_EQ(count("lookup"), 2U) << "later each time";
+TEST_F(PanelTest, RecoversWhenTheWidgetsOwnRefreshHasFailed) {
+  startShown();
+  EXPECT_EQ(note(), "A note");
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::error; });
+  while (count("lookup") < 2) advance(0.1);
+  EXPECT_EQ(note(), "Updating…");
+  advance(1);
+  EXPECT_EQ(note(), "") << "no age beside an error";
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
   advance(70);
   EXPECT_EQ(count("lookup"), 3U);
-  change([](auto& changed) { changed.service.answer = simulation::WorldService::Answer::lines; });
-  advance(1000);
-  EXPECT_EQ(count("lookup"), 4U) << "not again once it was loaded";
-  panel_->hide();
-  panel_->connectionDidReturn();
-  advance(10000);
-  EXPECT_EQ(count("lookup"), 4U) << "nothing goes on out of sight";
+  EXPECT_EQ(rows().wordsOf(0).name, "LineWatch_Summary_advisory_count(2)");
+  EXPECT_EQ(note(), "A note");
+  while (count("lookup") < 4) advance(0.1);
+  change([](auto& world) { world.favorites = {{.line = "C"}}; });
+  panel_->favoritesDidChange();
+  advance(2);
+  EXPECT_EQ(count("lookup"), 5U) << "the refresh may not have seen the change";
+}
+
+TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
+  start();
+  platform_->diskIsFull = true;
+  show();
+  EXPECT_FALSE(isSaved(*platform_));
+  platform_->diskIsFull = false;
+  panel_->requestUpdate();
+  advance(1);
+  EXPECT_TRUE(isSaved(*platform_)) << "though nothing new is on screen";
 }
 
 TEST_F(PanelTest, KeysOfTheWindow) {
@@ -146,15 +191,20 @@ TEST_F(PanelTest, KeysOfTheWindow) {
     settle();
   };
   trigger(Qt::Key_F5);
-  EXPECT_EQ(panel_->findChildren<QLabel*>().back()->text(), "Updating…");
+  EXPECT_EQ(note(), "Updating…");
   advance(1);
   EXPECT_EQ(count("lookup"), 2U);
-  EXPECT_EQ(panel_->findChildren<QLabel*>().back()->text(), "A note");
+  EXPECT_EQ(note(), "A note");
   trigger(Qt::CTRL | Qt::Key_F);
   EXPECT_EQ(favoritesShown_, 1);
   for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
   EXPECT_GT(rows().height(), 200) << "rows grow with their text";
+  EXPECT_EQ(panel_->height(), rows().height() + 64 + 20) << "the header too, but not as much";
+  change([](auto& world) { world.textSize = "L"; });
+  makePanel();
+  show();
+  EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5) << "it is kept";
   trigger(Qt::CTRL | Qt::Key_0);
   EXPECT_EQ(rows().height(), 110);
   trigger(Qt::CTRL | Qt::Key_Minus);

@@ -1,0 +1,41 @@
+#include "desktop/window/panel_preferences.h"
+
+#include <string>
+#include <string_view>
+
+#include "desktop/program_preferences.h"
+#include "platform/platform.h"
+#include "platform/preferences_store.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr std::string_view kTextSizeKey = "panelTextSize";
+constexpr std::string_view kExpandedKey = "panelExpanded";
+
+std::shared_ptr<PreferencesStore> programPreferences() {
+  return platform().makePreferencesStore(kProgramSuite);
+}
+
+}  // namespace
+
+std::optional<ui::TextSizeCategory> keptTextSize() {
+  const auto value = programPreferences()->objectForKey(kTextSizeKey);
+  const auto* const name = value ? value->get<std::string>() : nullptr;
+  return name ? ui::textSizeCategoryNamed(*name) : std::nullopt;
+}
+
+void keepTextSize(ui::TextSizeCategory category) {
+  programPreferences()->setObject(std::string(ui::nameOf(category)), kTextSizeKey);
+}
+
+std::optional<bool> keptExpansion() {
+  const auto preferences = programPreferences();
+  if (!preferences->objectForKey(kExpandedKey)) return std::nullopt;
+  return preferences->boolForKey(kExpandedKey);
+}
+
+void keepExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded, kExpandedKey); }
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/ui/text_style.h"
+
+namespace linewatch::desktop {
+
+// What the user has chosen in the panel, for its next start; absent before the first choice. Needs an
+// installed platform. Main thread.
+
+std::optional<ui::TextSizeCategory> keptTextSize();
+void keepTextSize(ui::TextSizeCategory category);
+
+/// Whether the widget is to be expanded as soon as it can be.
+std::optional<bool> keptExpansion();
+void keepExpansion(bool isExpanded);
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,97 @@
+#include "desktop/window/panel_updates.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "simulation/simulated_platform.h"
+
+namespace linewatch::desktop {
+namespace {
+
+/// Its fetches end when the test says so.
+class PanelUpdatesTest : public testing::Test {
+ protected:
+  PanelUpdatesTest() {
+    installPlatform(platform_);
+    updates_.setInSight(true);
+  }
+  ~PanelUpdatesTest() override { installPlatform(nullptr); }
+
+  void end(bool failed) { updates_.fetchDidEnd(failed); }
+  /// How often it asks within the time, each time in vain.
+  int failuresWithin(double seconds) {
+    const int before = asked_;
+    for (double passed = 0; passed < seconds; ++passed) {
+      const int askedBefore = asked_;
+      platform_->advance(1);
+      if (asked_ != askedBefore) end(/*failed=*/true);
+    }
+    return asked_ - before;
+  }
+
+  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make({});
+  int asked_ = 0;
+  PanelUpdates updates_{[this] {
+    ++asked_;
+    updates_.fetchDidBegin();
+  }};
+};
+
+TEST_F(PanelUpdatesTest, AFetchThatFailsCountsOnceHoweverManyWaitForIt) {
+  updates_.userDidAsk();
+  for (int i = 0; i < 8; ++i) updates_.userDidAsk();
+  EXPECT_EQ(asked_, 1);
+  end(true);
+  EXPECT_EQ(failuresWithin(70), 1);
+  EXPECT_EQ(failuresWithin(70), 0) << "later each time";
+  EXPECT_EQ(failuresWithin(12 * 3600), 27) << "but every half hour at least";
+  updates_.userDidAsk();
+  end(true);
+  EXPECT_EQ(failuresWithin(70), 1) << "soon again once the user has asked";
+  updates_.userDidAsk();
+  end(false);
+  EXPECT_EQ(failuresWithin(4000), 0);
+}
+
+TEST_F(PanelUpdatesTest, AConnectionThatReturnsMakesTheNextTrySoon) {
+  updates_.userDidAsk();
+  updates_.connectionDidReturn();
+  EXPECT_EQ(asked_, 1);
+  end(true);
+  EXPECT_EQ(failuresWithin(10), 1) << "what failed had begun without a connection";
+  EXPECT_EQ(failuresWithin(50), 0) << "once";
+  EXPECT_EQ(failuresWithin(20), 1);
+  updates_.connectionDidReturn();
+  EXPECT_EQ(asked_, 4);
+  end(true);
+  EXPECT_EQ(failuresWithin(10), 1) << "it was not quite there yet";
+}
+
+TEST_F(PanelUpdatesTest, WhatAFetchMayNotHaveSeenIsAskedForAfterIt) {
+  updates_.fetchDidBegin();
+  updates_.favoritesDidChange();
+  updates_.favoritesDidChange();
+  EXPECT_EQ(asked_, 0);
+  end(false);
+  EXPECT_EQ(asked_, 1);
+  end(false);
+  EXPECT_EQ(asked_, 1);
+  updates_.favoritesDidChange();
+  EXPECT_EQ(asked_, 2);
+}
+
+TEST_F(PanelUpdatesTest, NothingGoesOnOutOfSight) {
+  updates_.userDidAsk();
+  end(true);
+  updates_.setInSight(false);
+  EXPECT_EQ(failuresWithin(4000), 0);
+  updates_.connectionDidReturn();
+  updates_.favoritesDidChange();
+  updates_.fetchDidBegin();
+  updates_.favoritesDidChange();
+  end(true);
+  EXPECT_EQ(asked_, 1);
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
