@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktop/network_watch.h"
+#include "desktop/window/color_scheme.h"
 #include "platform/ui/notification_center.h"
 
 namespace linewatch::app {
@@ -19,6 +20,7 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
       companion_(texts_, QString::fromStdString(command), detailsServices(), favoritesServices()),
       window_(texts_, panelServices(), maxRows) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
+  desktop::followDesktopColorScheme(window_);
 }
 
 // What is still under way answers on the main thread, to nobody.

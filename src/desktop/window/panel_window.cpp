@@ -63,6 +63,22 @@ ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textS
 
 QString qt(const std::optional<std::string>& text) { return QString::fromStdString(text.value_or("")); }
 
+/// A label that gives way to what stands beside it, and then says that there is more.
+class YieldingLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    style()->drawItemText(&painter, rect(), static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), palette(),
+                          isEnabled(), shown, foregroundRole());
+  }
+};
+
 struct WordsOfItem {
   RowWords operator()(std::monostate) const { return {}; }
   RowWords operator()(const SharedTransitItem& item) const {
@@ -123,8 +139,8 @@ QWidget* PanelWindow::makeHeader() {
   auto* const header = new QWidget;
   auto* const layout = new QHBoxLayout(header);
   layout->setContentsMargins(kHeaderInset, 0, kMargin, 0);
-  title_ = new QLabel((*texts_)("Title"));
-  note_ = new QLabel;
+  title_ = new YieldingLabel((*texts_)("Title"));
+  note_ = new YieldingLabel;
   note_->setForegroundRole(kFaintRole);
   note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   toggle_ = new QToolButton;

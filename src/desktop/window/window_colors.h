@@ -14,6 +14,9 @@ inline constexpr QPalette::ColorRole kAlarmRole = QPalette::BrightText;
 /// Light or dark, as the desktop's palette is.
 ui::Appearance appearanceOf(const QPalette& palette);
 
+/// A palette for all windows of a desktop that has none like it.
+QPalette windowPalette(ui::Appearance appearance);
+
 /// The palette with the texts and the background of the widget in place of the desktop's.
 QPalette cardPalette(const QPalette& desktop);
 
