@@ -45,7 +45,7 @@ class DesktopProcess final : public Process {
     return std::make_shared<desktop::StoredPreferences>(database_, suite);
   }
   void restart() override {
-    database_ = desktop::makeStateDatabase(desktop::StateDirectories::under(folder_.path()), log_);
+    database_ = desktop::makeStateDatabase(*desktop::StateDirectories::under(folder_.path()), log_);
   }
   std::vector<std::string> errorsLogged() override { return log_.lines(); }
 

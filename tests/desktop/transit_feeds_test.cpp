@@ -59,7 +59,7 @@ class TransitFeedsTest : public testing::Test {
         [this]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server_); });
   }
   std::shared_ptr<FeedCache> cache() {
-    return std::make_shared<FeedCache>(makeCacheDatabase(StateDirectories::under(folder_.path()), log_));
+    return std::make_shared<FeedCache>(makeCacheDatabase(*StateDirectories::under(folder_.path()), log_));
   }
 
   /// The lines with the titles of their incidents, or the sentence of the error.

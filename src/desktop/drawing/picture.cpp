@@ -121,11 +121,18 @@ std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
   const Writing write = writingFor(file);
   if (write == nullptr) return failure(kWhat, file.string(), "the name must end in .png, .svg or .pdf");
   if (!pixelsOf(style)) return failure(kWhat, file.string(), "no picture can have this size");
+  // Made as a whole first: not everything that writes pictures notices that a disk is full.
+  QBuffer picture;
+  picture.open(QIODevice::WriteOnly);
+  if (!write(view, style, picture)) return failure(kWhat, file.string(), "it cannot be drawn");
   QSaveFile to(QString::fromStdString(file.string()));
-  if (!to.open(QIODevice::WriteOnly) || !write(view, style, to) || !to.commit()) {
-    return failure(kWhat, file.string(), to.errorString().toStdString());
-  }
-  return std::nullopt;
+  const bool isOpen = to.open(QIODevice::WriteOnly);
+  if (isOpen && to.write(picture.data()) == picture.size() && to.flush() && to.commit()) return std::nullopt;
+  // Qt gives no reason where only a part could be written.
+  return failure(kWhat, file.string(),
+                 to.error() == QFileDevice::NoError || to.error() == QFileDevice::UnspecifiedError
+                     ? "no room for all of it"
+                     : to.errorString().toStdString());
 }
 
 }  // namespace linewatch::desktop

@@ -1,6 +1,7 @@
 #include "desktop/storage/state_directories.h"
 
 #include <string>
+#include <system_error>
 
 namespace linewatch::desktop {
 
@@ -24,9 +25,12 @@ std::filesystem::path folderFor(const Environment& environment, const char* vari
 
 }  // namespace
 
-StateDirectories StateDirectories::under(const std::filesystem::path& folder) {
-  const auto absolute = std::filesystem::absolute(folder);
-  return {absolute, absolute / "cache"};
+Outcome<StateDirectories> StateDirectories::under(const std::filesystem::path& folder) {
+  if (folder.empty()) return failure("state folder", "", "its name is empty");
+  std::error_code error;
+  const auto absolute = std::filesystem::absolute(folder, error);
+  if (error) return failure("state folder", folder.string(), error.message());
+  return StateDirectories{absolute, absolute / "cache"};
 }
 
 Outcome<StateDirectories> StateDirectories::fromEnvironment(const Environment& environment) {

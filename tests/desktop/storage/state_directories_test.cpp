@@ -48,9 +48,10 @@ TEST(StateDirectories, FollowTheXdgRules) {
 
 TEST(StateDirectories, OneFolderHoldsAll) {
   const auto folders = StateDirectories::under("/somewhere");
-  EXPECT_EQ(folders.data, "/somewhere");
-  EXPECT_EQ(folders.cache, "/somewhere/cache");
-  EXPECT_TRUE(StateDirectories::under("relative").data.is_absolute());
+  EXPECT_EQ(folders->data, "/somewhere");
+  EXPECT_EQ(folders->cache, "/somewhere/cache");
+  EXPECT_TRUE(StateDirectories::under("relative")->data.is_absolute());
+  EXPECT_FALSE(StateDirectories::under(""));
 }
 
 }  // namespace

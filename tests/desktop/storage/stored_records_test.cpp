@@ -22,8 +22,8 @@ using testing::IsEmpty;
 class StoredRecordsTest : public testing::Test {
  protected:
   /// As another program would see it.
-  SharedDatabase openState() { return makeStateDatabase(StateDirectories::under(folder_.path()), log_); }
-  SharedDatabase openCache() { return makeCacheDatabase(StateDirectories::under(folder_.path()), log_); }
+  SharedDatabase openState() { return makeStateDatabase(*StateDirectories::under(folder_.path()), log_); }
+  SharedDatabase openCache() { return makeCacheDatabase(*StateDirectories::under(folder_.path()), log_); }
 
   TemporaryFolder folder_;
   RecordingLog log_;
@@ -124,7 +124,7 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
 
 TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
   const auto tight =
-      makeStateDatabase(StateDirectories::under(folder_.path()), log_, {.maximumPageCount = 20});
+      makeStateDatabase(*StateDirectories::under(folder_.path()), log_, {.maximumPageCount = 20});
   StoredPreferences preferences(tight, "suite");
   EXPECT_TRUE(preferences.setObject(Value("old"), "key"));
   EXPECT_FALSE(preferences.setObject(Value(std::string(200'000, 'x')), "key"));
