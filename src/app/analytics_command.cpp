@@ -100,13 +100,13 @@ desktop::Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
   return Recorded{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(Session& session, bool json) {
-  const auto recorded = recordedIn(*session.platform().state());
+Report printAnalytics(const desktop::SavedState& saved, bool json) {
+  const auto recorded = recordedIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return {.output = jsonTextOf(*recorded), .complaint = {}};
   std::string text = textOf(*recorded);
   if (text.empty()) text = "Nothing has been recorded.\n";
-  text += session.platform().recordsAnalytics()
+  text += saved.recordsAnalytics()
               ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
               : "Recording is off.\n";
   return {.output = std::move(text), .complaint = {}};
@@ -116,15 +116,15 @@ Report printAnalytics(Session& session, bool json) {
 
 Report analytics(Session& session, const AnalyticsCommand& command) {
   using enum AnalyticsCommand::Action;
-  if (!session.platform().state())
-    return refused(desktop::failure("analytics", "", "a run without saved state records none"));
-  if (command.action == list) return printAnalytics(session, command.json);
+  desktop::SavedState* const saved = session.platform().saved();
+  if (!saved) return refused(desktop::failure("analytics", "", "a run without saved state records none"));
+  if (command.action == list) return printAnalytics(*saved, command.json);
   if (command.action == clear) {
-    const auto error = desktop::clearAnalytics(*session.platform().state());
+    const auto error = desktop::clearAnalytics(*saved->database());
     return error ? refused(*error) : Report{.output = "Forgotten.\n", .complaint = {}};
   }
   const bool isOn = command.action == on;
-  if (const auto error = session.platform().setRecordsAnalytics(isOn)) return refused(*error);
+  if (const auto error = saved->setRecordsAnalytics(isOn)) return refused(*error);
   return {.output = isOn ? "Recording is on, and stays on this machine.\n" : "Recording is off.\n",
           .complaint = {}};
 }

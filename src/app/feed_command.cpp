@@ -8,6 +8,7 @@ namespace linewatch::app {
 namespace {
 
 using desktop::failure;
+using desktop::SavedState;
 using desktop::StoredFeed;
 
 // A feed is used from wherever the program runs later.
@@ -27,8 +28,8 @@ std::string countOfLines(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
-Report listFeeds(Session& session) {
-  const auto feeds = session.platform().storedFeeds().list();
+Report listFeeds(const SavedState& saved) {
+  const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
     return {
@@ -42,41 +43,43 @@ Report listFeeds(Session& session) {
   return report;
 }
 
-Report addFeed(Session& session, const FeedCommand& command) {
+Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
   if (const auto fault = faultOfName(command.name)) return refused(*fault);
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
   // What cannot be read is better not added: the user is here to mend it.
-  const auto lines = session.platform().documents().lineIndexOf(feed);
+  const auto lines = documents.lineIndexOf(feed);
   if (!lines) return refused(lines.error());
-  const auto alerts = session.platform().documents().alertsOf(feed, nullptr);
+  const auto alerts = documents.alertsOf(feed, nullptr);
   if (!alerts) return refused(alerts.error());
-  const auto added = session.platform().storedFeeds().add(feed);
+  const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
   if (!*added) return refused(failure("feed " + feed.name, "", "there is one of that name; remove it first"));
   return {.output = "Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n",
           .complaint = {}};
 }
 
-Report removeFeed(Session& session, const std::string& name) {
-  const auto removed = session.platform().storedFeeds().remove(name);
+Report removeFeed(const SavedState& saved, const std::string& name) {
+  const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
   if (!*removed) return refused(failure("feed " + name, "", "there is no feed of that name"));
-  session.platform().feedCache().remove(name);
+  saved.feedCache()->remove(name);
   return {.output = "Removed " + name + "; its favourites are kept in case it comes back\n", .complaint = {}};
 }
 
 }  // namespace
 
 Report feed(Session& session, const FeedCommand& command) {
+  const SavedState* const saved = session.platform().saved();
+  if (!saved) return refused(failure("feed", "", "a run without saved state keeps none"));
   switch (command.action) {
-    case FeedCommand::Action::list:
-      return listFeeds(session);
     case FeedCommand::Action::add:
-      return addFeed(session, command);
+      return addFeed(session.platform().documents(), *saved, command);
     case FeedCommand::Action::remove:
-      return removeFeed(session, command.name);
+      return removeFeed(*saved, command.name);
+    case FeedCommand::Action::list:
+      break;
   }
-  return {};
+  return listFeeds(*saved);
 }
 
 }  // namespace linewatch::app

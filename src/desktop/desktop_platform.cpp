@@ -16,12 +16,10 @@
 #include "desktop/roles/connection_diagnosis.h"
 #include "desktop/roles/system_random_source.h"
 #include "desktop/storage/cbor_keyed_archiver.h"
-#include "desktop/storage/feed_cache.h"
 #include "desktop/storage/stored_analytics.h"
 #include "desktop/storage/stored_preferences.h"
 #include "desktop/text/icu_localization.h"
 #include "desktop/text/user_locale.h"
-#include "platform/companion_application.h"
 #include "platform/log.h"
 
 namespace linewatch::desktop {
@@ -30,8 +28,6 @@ namespace {
 
 // In the program's own suite: the user has changed the sample city's favourites.
 constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
-// In the companion application's suite: false keeps all analytics off.
-constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 const char* environmentVariable(const char* name) { return std::getenv(name); }
 
@@ -67,6 +63,25 @@ class FavoritesAsTheyAre final : public RemoteFavoritesPersister {
   std::function<std::shared_ptr<RemoteFavoritesPersister>()> persisterOfNow_;
 };
 
+/// A run without saved state records nothing.
+class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
+ public:
+  void captureUserAction(std::string_view, std::int64_t, const std::optional<std::string>&) override {}
+  void captureEvent(const WidgetInteractionEvent&, const UserSessionSnapshot&) override {}
+};
+
+std::unique_ptr<UsageRecorder> makeUsageRecorder(const SavedState* saved, std::function<Date()> now) {
+  if (!saved) return std::make_unique<UnrecordedUse>();
+  return std::make_unique<StoredUsageRecorder>(
+      saved->database(), [saved] { return saved->recordsAnalytics(); }, std::move(now));
+}
+
+std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved) {
+  if (!saved) return std::make_unique<UnrecordedUse>();
+  return std::make_unique<StoredAnalyticsLogger>(saved->database(),
+                                                 [saved] { return saved->recordsAnalytics(); });
+}
+
 }  // namespace
 
 /// The roles that take nothing of the platform's but what is made before them.
@@ -78,9 +93,8 @@ struct DesktopPlatform::Roles {
         transitService(feeds, platform.mainLoop_),
         favoritesQueue(std::make_shared<BackgroundQueue>()),
         usageRecorder(
-            platform.state_, [&platform] { return platform.recordsAnalytics(); },
-            [&platform] { return platform.mainLoop_.now(); }),
-        analyticsLogger(platform.state_, [&platform] { return platform.recordsAnalytics(); }) {}
+            makeUsageRecorder(platform.saved_.get(), [&platform] { return platform.mainLoop_.now(); })),
+        analyticsLogger(makeAnalyticsLogger(platform.saved_.get())) {}
   ~Roles() { favoritesQueue->finish(); }
 
   FeedTexts feedTexts() const {
@@ -98,9 +112,9 @@ struct DesktopPlatform::Roles {
   CompanionSession userSession;
   CompanionURLBuilder mapURLBuilder;
   std::shared_ptr<BackgroundQueue> favoritesQueue;
-  StoredUsageRecorder usageRecorder;
+  std::unique_ptr<UsageRecorder> usageRecorder;
   PlainEventFactory analyticsEventFactory;
-  StoredAnalyticsLogger analyticsLogger;
+  std::unique_ptr<AnalyticsLogger> analyticsLogger;
 };
 
 Outcome<std::shared_ptr<DesktopPlatform>> DesktopPlatform::make(DesktopSettings settings) {
@@ -120,15 +134,14 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
 DesktopPlatform::~DesktopPlatform() = default;
 
 std::optional<Error> DesktopPlatform::open() {
-  const auto directories = directoriesFor(settings_);
-  if (!directories && !settings_.given) return directories.error();
-  if (directories && !settings_.given) {
-    state_ = makeStateDatabase(*directories, log_);
-    feedCache_ = std::make_shared<FeedCache>(makeCacheDatabase(*directories, log_));
+  if (!settings_.given) {
+    const auto directories = directoriesFor(settings_);
+    if (!directories) return directories.error();
+    saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_);
   }
   auto feeds = chosenFeeds();
   if (!feeds) return feeds.error();
-  documents_ = std::make_shared<FeedDocuments>(showsSampleCity_ ? nullptr : feedCache_,
+  documents_ = std::make_shared<FeedDocuments>(saved_ && !showsSampleCity_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });
   const auto locale = chosenLocale();
   if (!locale) return locale.error();
@@ -145,7 +158,7 @@ Outcome<std::vector<StoredFeed>> DesktopPlatform::chosenFeeds() {
   if (const auto& given = settings_.given) {
     return std::vector<StoredFeed>{{std::string(kGivenFeedName), given->gtfs, given->alerts}};
   }
-  auto stored = storedFeeds().list();
+  auto stored = saved_->feeds().list();
   if (!stored || !stored->empty()) return stored;
   showsSampleCity_ = true;
   return std::vector<StoredFeed>{sampleFeed(settings_.sampleCity)};
@@ -160,7 +173,7 @@ Outcome<std::vector<StoredFavorite>> DesktopPlatform::favoriteLines() const {
     return favorites;
   }
   if (showsSampleFavorites()) return sampleFavorites(settings_.sampleCity);
-  auto stored = StoredFavorites(state_).list();
+  auto stored = saved_->favorites().list();
   if (!stored) return stored;
   std::erase_if(*stored, [this](const StoredFavorite& favorite) {
     return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != showsSampleCity_;
@@ -169,35 +182,23 @@ Outcome<std::vector<StoredFavorite>> DesktopPlatform::favoriteLines() const {
 }
 
 bool DesktopPlatform::showsSampleFavorites() const {
-  return showsSampleCity_ &&
-         !StoredPreferences(state_, std::string(kProgramSuite)).boolForKey(kSampleFavoritesChangedKey);
+  return showsSampleCity_ && !StoredPreferences(saved_->database(), std::string(kProgramSuite))
+                                  .boolForKey(kSampleFavoritesChangedKey);
 }
 
 Outcome<bool> DesktopPlatform::changeFavorite(const StoredFavorite& favorite, bool isAdded) {
-  if (!state_) return failure("favourites", "", "a run without saved state keeps none");
-  StoredFavorites stored(state_);
+  if (!saved_) return failure("favourites", "", "a run without saved state keeps none");
+  StoredFavorites stored = saved_->favorites();
   if (showsSampleFavorites()) {
     const auto sample = sampleFavorites(settings_.sampleCity);
     if (!sample) return sample.error();
     for (const StoredFavorite& each : *sample) {
       if (const auto added = stored.add(each); !added) return added.error();
     }
-    StoredPreferences(state_, std::string(kProgramSuite)).setObject(true, kSampleFavoritesChangedKey);
+    StoredPreferences(saved_->database(), std::string(kProgramSuite))
+        .setObject(true, kSampleFavoritesChangedKey);
   }
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
-}
-
-bool DesktopPlatform::recordsAnalytics() {
-  if (!state_) return false;
-  const auto preferences = makePreferencesStore(kCompanionAppGroupSuite);
-  return !preferences->objectForKey(kAnalyticsKey) || preferences->boolForKey(kAnalyticsKey);
-}
-
-std::optional<Error> DesktopPlatform::setRecordsAnalytics(bool isOn) {
-  if (!state_) return failure("analytics", "", "a run without saved state records none");
-  if (makePreferencesStore(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey)) return std::nullopt;
-  // The store has told the log what went wrong.
-  return failure("analytics", "", "the switch could not be saved");
 }
 
 /// No connection is to blame for what goes wrong with files.
@@ -222,9 +223,9 @@ KeyedArchiver& DesktopPlatform::keyedArchiver() { return roles_->keyedArchiver; 
 TransitService& DesktopPlatform::transitService() { return roles_->transitService; }
 UserSession& DesktopPlatform::userSession() { return roles_->userSession; }
 MapURLBuilder& DesktopPlatform::mapURLBuilder() { return roles_->mapURLBuilder; }
-UsageRecorder& DesktopPlatform::usageRecorder() { return roles_->usageRecorder; }
+UsageRecorder& DesktopPlatform::usageRecorder() { return *roles_->usageRecorder; }
 AnalyticsEventFactory& DesktopPlatform::analyticsEventFactory() { return roles_->analyticsEventFactory; }
-AnalyticsLogger& DesktopPlatform::analyticsLogger() { return roles_->analyticsLogger; }
+AnalyticsLogger& DesktopPlatform::analyticsLogger() { return *roles_->analyticsLogger; }
 
 DesktopScreen& DesktopPlatform::screen() {
   if (!settings_.screen) {
@@ -241,8 +242,8 @@ std::shared_ptr<IconManager> DesktopPlatform::makeIconManager() { return screen(
 std::shared_ptr<ShieldManager> DesktopPlatform::makeShieldManager() { return screen().makeShieldManager(); }
 
 std::shared_ptr<PreferencesStore> DesktopPlatform::makePreferencesStore(std::string_view suite) {
-  auto store = state_ ? std::make_shared<StoredPreferences>(state_, std::string(suite)) : nullptr;
-  return std::make_shared<OverlaidPreferences>(givenPreferences_, std::move(store));
+  if (saved_) return saved_->preferences(suite);
+  return std::make_shared<OverlaidPreferences>(givenPreferences_, nullptr);
 }
 
 std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPersister() {
@@ -250,8 +251,8 @@ std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPe
 }
 
 std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::persisterOfNow() {
-  if (state_ && !showsSampleFavorites())
-    return std::make_shared<StoredFavoritesPersister>(state_, favoriteLine);
+  if (saved_ && !showsSampleFavorites())
+    return std::make_shared<StoredFavoritesPersister>(saved_->database(), favoriteLine);
   auto lines = favoriteLines();
   if (!lines) {
     logError("%@", {lines.error().description()});

@@ -14,11 +14,7 @@
 #include "desktop/qt_main_loop.h"
 #include "desktop/roles/desktop_device.h"
 #include "desktop/roles/stderr_log.h"
-#include "desktop/storage/state_database.h"
-#include "desktop/storage/state_directories.h"
-#include "desktop/storage/stored_analytics.h"
-#include "desktop/storage/stored_favorites.h"
-#include "desktop/storage/stored_feeds.h"
+#include "desktop/saved_state.h"
 #include "desktop/text/user_locale.h"
 #include "desktop/transit_feeds.h"
 #include "platform/platform.h"
@@ -52,10 +48,6 @@ struct DesktopSettings {
   std::shared_ptr<DesktopScreen> screen;
 };
 
-/// The names of the feeds that are not the user's own.
-inline constexpr std::string_view kSampleFeedName = "sample";
-inline constexpr std::string_view kGivenFeedName = "given";
-
 /// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
@@ -75,16 +67,8 @@ class DesktopPlatform final : public Platform {
   Outcome<std::vector<StoredFavorite>> favoriteLines() const;
   /// Adds or removes; false when that changes nothing. Not in a run without saved state.
   Outcome<bool> changeFavorite(const StoredFavorite& favorite, bool isAdded);
-  /// The user's own feeds. Not in a run without saved state.
-  StoredFeeds storedFeeds() const { return StoredFeeds(state_); }
-  /// Where all of this is kept; null in a run without saved state.
-  const SharedDatabase& state() const { return state_; }
-  /// Whether analytics are recorded: they are until the user switches them off, or in a run without saved
-  /// state.
-  bool recordsAnalytics();
-  /// For this run and all later ones. Not in a run without saved state.
-  std::optional<Error> setRecordsAnalytics(bool isOn);
-  FeedCache& feedCache() { return *feedCache_; }
+  /// What is kept on this machine; null in a run without saved state.
+  SavedState* saved() { return saved_.get(); }
   /// True until the user has added a feed.
   bool showsSampleCity() const { return showsSampleCity_; }
   FeedDocuments& documents() { return *documents_; }
@@ -135,8 +119,7 @@ class DesktopPlatform final : public Platform {
   DesktopDevice device_;
   std::shared_ptr<OverlaidPreferences::Values> givenPreferences_;
   /// Null in a run without saved state.
-  SharedDatabase state_;
-  std::shared_ptr<FeedCache> feedCache_;
+  std::unique_ptr<SavedState> saved_;
   bool showsSampleCity_ = false;
   std::shared_ptr<FeedDocuments> documents_;
   std::unique_ptr<Roles> roles_;

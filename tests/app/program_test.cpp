@@ -94,6 +94,7 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {saved({"favorites", "add", "nope"}), "nope"},
            {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}), "/nowhere"},
            {saved({"feed", "remove", "x"}), "x"},
+           {given({"feed"}), "feed: a run without saved state"},
            {saved({"open", "/nowhere"}), "/nowhere"},
            {saved({"open", folder_ / "gtfs"}), "gtfs: Is a directory"},
            {{"simulate", folder_ / "gtfs"}, "gtfs: Is a directory"},

@@ -55,7 +55,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
           },
       .didChange = [this] { window_.favoritesDidChange(); }};
-  if (platform().state()) {
+  if (platform().saved()) {
     services.change = [this](const desktop::StoredFavorite& favorite, bool isAdded) {
       return platform().changeFavorite(favorite, isAdded);
     };

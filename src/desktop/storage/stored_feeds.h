@@ -10,6 +10,11 @@
 
 namespace linewatch::desktop {
 
+/// The names of the feeds that are not the user's own, which no feed of the user's may have: the sample city,
+/// and the feed of a run without saved state.
+inline constexpr std::string_view kSampleFeedName = "sample";
+inline constexpr std::string_view kGivenFeedName = "given";
+
 /// A feed that the user has set up.
 struct StoredFeed {
   std::string name;

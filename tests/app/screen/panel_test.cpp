@@ -85,12 +85,12 @@ TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
   waitUntil([this] { return nameOf(0) == "Works on Pont-Neuf"; });
   EXPECT_EQ(rows().rowCount(), 4U);
 
-  const auto actions = desktop::storedUserActions(*session_->platform().state());
+  const auto actions = desktop::storedUserActions(*session_->platform().saved()->database());
   ASSERT_TRUE(actions);
   const auto action = [](const char* name) { return Field(&desktop::StoredUserAction::action, name); };
   EXPECT_THAT(*actions,
               ElementsAre(action("SHOW_MORE"), action("TAP_WIDGET_ITEM"), action("TAP_WIDGET_ITEM")));
-  const auto sessions = desktop::storedWidgetSessions(*session_->platform().state());
+  const auto sessions = desktop::storedWidgetSessions(*session_->platform().saved()->database());
   ASSERT_TRUE(sessions);
   EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
 }

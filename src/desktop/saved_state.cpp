@@ -1,0 +1,40 @@
+#include "desktop/saved_state.h"
+
+#include <string>
+#include <utility>
+
+#include "desktop/storage/stored_preferences.h"
+#include "platform/companion_application.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// In the companion application's suite: false keeps all analytics off.
+constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
+
+}  // namespace
+
+SavedState::SavedState(const StateDirectories& folders, Log& log,
+                       std::shared_ptr<OverlaidPreferences::Values> given)
+    : database_(makeStateDatabase(folders, log)),
+      feedCache_(std::make_shared<FeedCache>(makeCacheDatabase(folders, log))),
+      given_(std::move(given)) {}
+
+std::shared_ptr<PreferencesStore> SavedState::preferences(std::string_view suite) const {
+  return std::make_shared<OverlaidPreferences>(
+      given_, std::make_shared<StoredPreferences>(database_, std::string(suite)));
+}
+
+bool SavedState::recordsAnalytics() const {
+  const auto store = preferences(kCompanionAppGroupSuite);
+  return !store->objectForKey(kAnalyticsKey) || store->boolForKey(kAnalyticsKey);
+}
+
+std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
+  if (preferences(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey)) return std::nullopt;
+  // The store has told the log what went wrong.
+  return failure("analytics", "", "the switch could not be saved");
+}
+
+}  // namespace linewatch::desktop

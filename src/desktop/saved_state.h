@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "desktop/outcome.h"
+#include "desktop/overlaid_preferences.h"
+#include "desktop/storage/feed_cache.h"
+#include "desktop/storage/state_database.h"
+#include "desktop/storage/state_directories.h"
+#include "desktop/storage/stored_favorites.h"
+#include "desktop/storage/stored_feeds.h"
+
+namespace linewatch::desktop {
+
+/// What a run of the program reads from this machine and keeps on it. A run without saved state has none.
+class SavedState {
+ public:
+  /// Opens nothing yet; `log` must outlive this. `given` is what stands in front of the preferences for this
+  /// run.
+  SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<OverlaidPreferences::Values> given);
+
+  /// Any thread, as what is made of it below.
+  const SharedDatabase& database() const { return database_; }
+  const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
+  /// The user's own feeds.
+  StoredFeeds feeds() const { return StoredFeeds(database_); }
+  StoredFavorites favorites() const { return StoredFavorites(database_); }
+  /// Main thread, because of what is given in front.
+  std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;
+
+  /// Whether analytics are recorded, which they are until the user switches them off. Main thread.
+  bool recordsAnalytics() const;
+  /// For this run and all later ones. Main thread.
+  std::optional<Error> setRecordsAnalytics(bool isOn);
+
+ private:
+  SharedDatabase database_;
+  std::shared_ptr<FeedCache> feedCache_;
+  std::shared_ptr<OverlaidPreferences::Values> given_;
+};
+
+}  // namespace linewatch::desktop
