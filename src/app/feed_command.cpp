@@ -20,8 +20,12 @@ std::string lasting(const std::string& location) {
 }
 
 std::optional<Error> faultOfName(const std::string& name) {
-  if (!name.empty() && name.find(':') == std::string::npos) return std::nullopt;
-  return failure("feed \"" + name + "\"", "", "a name is not empty and has no colon");
+  const std::string feed = "feed \"" + name + "\"";
+  if (name.empty() || name.find(':') != std::string::npos)
+    return failure(feed, "", "a name is not empty and has no colon");
+  if (name == desktop::kSampleFeedName || name == desktop::kGivenFeedName)
+    return failure(feed, "", "the program uses this name itself; choose another one");
+  return std::nullopt;
 }
 
 std::string countOfLines(std::size_t count) {

@@ -94,6 +94,8 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {saved({"favorites", "add", "nope"}), "nope"},
            {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}), "/nowhere"},
            {saved({"feed", "remove", "x"}), "x"},
+           {saved({"feed", "add", "sample", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}),
+            "feed \"sample\": the program uses this name"},
            {given({"feed"}), "feed: a run without saved state"},
            {saved({"open", "/nowhere"}), "/nowhere"},
            {saved({"open", folder_ / "gtfs"}), "gtfs: Is a directory"},
