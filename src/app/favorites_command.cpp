@@ -22,10 +22,6 @@ Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<s
   return found;
 }
 
-StoredFavorite favoriteOf(const FoundLine& line) {
-  return {desktop::FavoriteKind::line, line.index->feedName(), line.entry().id};
-}
-
 /// A favourite whose line its feed does not have, or whose feed is gone, can still be named for removal.
 std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored, const std::string& name) {
   for (const StoredFavorite& favorite : stored) {
@@ -35,7 +31,7 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
 }
 
 Report list(Session& session, const TerminalStyle& style) {
-  const auto stored = session.platform().favoriteLines();
+  const auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
   std::vector<FoundLine> known;
   std::string unknown;
@@ -56,7 +52,7 @@ Report add(Session& session, const std::vector<std::string>& names) {
   if (!found) return refused(found.error());
   Report report;
   for (const FoundLine& line : *found) {
-    const auto added = session.platform().changeFavorite(favoriteOf(line), true);
+    const auto added = session.platform().favorites().change(favoriteOf(line), true);
     if (!added) return refused(added.error());
     report.output += (*added ? "Added " : "Already a favourite: ") + line.name() + "\n";
   }
@@ -64,7 +60,7 @@ Report add(Session& session, const std::vector<std::string>& names) {
 }
 
 Report remove(Session& session, const std::vector<std::string>& names) {
-  const auto stored = session.platform().favoriteLines();
+  const auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
   Report report;
   std::vector<std::pair<StoredFavorite, std::string>> chosen;
@@ -78,7 +74,7 @@ Report remove(Session& session, const std::vector<std::string>& names) {
     chosen.emplace_back(favoriteOf(found->front()), found->front().name());
   }
   for (const auto& [favorite, name] : chosen) {
-    const auto removed = session.platform().changeFavorite(favorite, false);
+    const auto removed = session.platform().favorites().change(favorite, false);
     if (!removed) return refused(removed.error());
     report.output += (*removed ? "Removed " : "Not a favourite: ") + name + "\n";
   }

@@ -14,7 +14,7 @@ std::shared_ptr<const RVTransitListItem> listOf(const RVResult& result, std::uin
 
 std::string unknownFavorites(Session& session) {
   std::string names;
-  const auto favorites = session.platform().favoriteLines();
+  const auto favorites = session.platform().favorites().lines();
   if (!favorites) return names;
   for (const desktop::StoredFavorite& favorite : *favorites) {
     const auto lines = session.platform().feeds().linesOf(favorite.feed);

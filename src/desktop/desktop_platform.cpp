@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <system_error>
 #include <utility>
 
 #include "desktop/feeds/desktop_incident_string_provider.h"
-#include "desktop/given_favorites.h"
 #include "desktop/http_fetcher.h"
-#include "desktop/program_preferences.h"
 #include "desktop/roles/background_favorites.h"
 #include "desktop/roles/background_queue.h"
 #include "desktop/roles/companion_session.h"
@@ -17,7 +14,6 @@
 #include "desktop/roles/system_random_source.h"
 #include "desktop/storage/cbor_keyed_archiver.h"
 #include "desktop/storage/stored_analytics.h"
-#include "desktop/storage/stored_preferences.h"
 #include "desktop/text/icu_localization.h"
 #include "desktop/text/user_locale.h"
 #include "platform/log.h"
@@ -25,9 +21,6 @@
 namespace linewatch::desktop {
 
 namespace {
-
-// In the program's own suite: the user has changed the sample city's favourites.
-constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
 
 const char* environmentVariable(const char* name) { return std::getenv(name); }
 
@@ -39,29 +32,6 @@ Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
 StoredFeed sampleFeed(const std::filesystem::path& city) {
   return {std::string(kSampleFeedName), (city / "gtfs").string(), (city / "alerts.pb").string()};
 }
-
-Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path& city) {
-  std::ifstream file(city / "favorites.txt");
-  if (!file) return failure("the sample city", (city / "favorites.txt").string(), "cannot be read");
-  std::vector<StoredFavorite> favorites;
-  for (std::string routeId; std::getline(file, routeId);) {
-    if (!routeId.empty()) favorites.push_back({FavoriteKind::line, std::string(kSampleFeedName), routeId});
-  }
-  return favorites;
-}
-
-/// The first change makes the sample city's favourites the user's own, which the widget, with one persister
-/// for all its life, must see.
-class FavoritesAsTheyAre final : public RemoteFavoritesPersister {
- public:
-  explicit FavoritesAsTheyAre(std::function<std::shared_ptr<RemoteFavoritesPersister>()> persisterOfNow)
-      : persisterOfNow_(std::move(persisterOfNow)) {}
-
-  Favorites readFavorites() override { return persisterOfNow_()->readFavorites(); }
-
- private:
-  std::function<std::shared_ptr<RemoteFavoritesPersister>()> persisterOfNow_;
-};
 
 /// A run without saved state records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
@@ -91,6 +61,7 @@ struct DesktopPlatform::Roles {
         feeds(std::make_shared<TransitFeeds>(std::move(chosenFeeds), platform.documents_,
                                              IncidentLanguage{locale.fallbacks(), feedTexts()})),
         transitService(feeds, platform.mainLoop_),
+        favorites(platform.chosenFavorites()),
         favoritesQueue(std::make_shared<BackgroundQueue>()),
         usageRecorder(
             makeUsageRecorder(platform.saved_.get(), [&platform] { return platform.mainLoop_.now(); })),
@@ -109,6 +80,7 @@ struct DesktopPlatform::Roles {
   CborKeyedArchiver keyedArchiver;
   std::shared_ptr<TransitFeeds> feeds;
   FeedTransitService transitService;
+  UserFavorites favorites;
   CompanionSession userSession;
   CompanionURLBuilder mapURLBuilder;
   std::shared_ptr<BackgroundQueue> favoritesQueue;
@@ -164,41 +136,9 @@ Outcome<std::vector<StoredFeed>> DesktopPlatform::chosenFeeds() {
   return std::vector<StoredFeed>{sampleFeed(settings_.sampleCity)};
 }
 
-Outcome<std::vector<StoredFavorite>> DesktopPlatform::favoriteLines() const {
-  if (const auto& given = settings_.given) {
-    std::vector<StoredFavorite> favorites;
-    for (const std::string& routeId : given->favorites) {
-      favorites.push_back({FavoriteKind::line, std::string(kGivenFeedName), routeId});
-    }
-    return favorites;
-  }
-  if (showsSampleFavorites()) return sampleFavorites(settings_.sampleCity);
-  auto stored = saved_->favorites().list();
-  if (!stored) return stored;
-  std::erase_if(*stored, [this](const StoredFavorite& favorite) {
-    return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != showsSampleCity_;
-  });
-  return stored;
-}
-
-bool DesktopPlatform::showsSampleFavorites() const {
-  return showsSampleCity_ && !StoredPreferences(saved_->database(), std::string(kProgramSuite))
-                                  .boolForKey(kSampleFavoritesChangedKey);
-}
-
-Outcome<bool> DesktopPlatform::changeFavorite(const StoredFavorite& favorite, bool isAdded) {
-  if (!saved_) return failure("favourites", "", "a run without saved state keeps none");
-  StoredFavorites stored = saved_->favorites();
-  if (showsSampleFavorites()) {
-    const auto sample = sampleFavorites(settings_.sampleCity);
-    if (!sample) return sample.error();
-    for (const StoredFavorite& each : *sample) {
-      if (const auto added = stored.add(each); !added) return added.error();
-    }
-    StoredPreferences(saved_->database(), std::string(kProgramSuite))
-        .setObject(true, kSampleFavoritesChangedKey);
-  }
-  return isAdded ? stored.add(favorite) : stored.remove(favorite);
+UserFavorites DesktopPlatform::chosenFavorites() const {
+  if (!saved_) return UserFavorites(settings_.given->favorites);
+  return {saved_->database(), showsSampleCity_ ? std::optional(settings_.sampleCity) : std::nullopt};
 }
 
 /// No connection is to blame for what goes wrong with files.
@@ -216,6 +156,7 @@ void DesktopPlatform::finishBackgroundWork() {
 }
 
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
+const UserFavorites& DesktopPlatform::favorites() const { return roles_->favorites; }
 RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
 Localization& DesktopPlatform::localization() { return roles_->localization; }
 IncidentStringProvider& DesktopPlatform::incidentStringProvider() { return roles_->incidentStringProvider; }
@@ -247,18 +188,7 @@ std::shared_ptr<PreferencesStore> DesktopPlatform::makePreferencesStore(std::str
 }
 
 std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPersister() {
-  return std::make_shared<FavoritesAsTheyAre>([this] { return persisterOfNow(); });
-}
-
-std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::persisterOfNow() {
-  if (saved_ && !showsSampleFavorites())
-    return std::make_shared<StoredFavoritesPersister>(saved_->database(), favoriteLine);
-  auto lines = favoriteLines();
-  if (!lines) {
-    logError("%@", {lines.error().description()});
-    return std::make_shared<GivenFavorites>(std::vector<StoredFavorite>());
-  }
-  return std::make_shared<GivenFavorites>(std::move(*lines));
+  return std::make_shared<UserFavoritesPersister>(roles_->favorites);
 }
 
 std::shared_ptr<FavoritesContainer> DesktopPlatform::makeFavoritesContainer(

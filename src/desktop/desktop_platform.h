@@ -17,6 +17,7 @@
 #include "desktop/saved_state.h"
 #include "desktop/text/user_locale.h"
 #include "desktop/transit_feeds.h"
+#include "desktop/user_favorites.h"
 #include "platform/platform.h"
 #include "platform/ui/notification_center.h"
 
@@ -63,10 +64,7 @@ class DesktopPlatform final : public Platform {
   void stopFetching() { documents_->stopFetching(); }
 
   TransitFeeds& feeds();
-  /// The user's favourites: saved, given, or the sample city's.
-  Outcome<std::vector<StoredFavorite>> favoriteLines() const;
-  /// Adds or removes; false when that changes nothing. Not in a run without saved state.
-  Outcome<bool> changeFavorite(const StoredFavorite& favorite, bool isAdded);
+  const UserFavorites& favorites() const;
   /// What is kept on this machine; null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
   /// True until the user has added a feed.
@@ -105,9 +103,7 @@ class DesktopPlatform final : public Platform {
   std::optional<Error> open();
   Outcome<UserLocale> chosenLocale() const;
   Outcome<std::vector<StoredFeed>> chosenFeeds();
-  bool showsSampleFavorites() const;
-  /// Any thread, as long as the platform lives.
-  std::shared_ptr<RemoteFavoritesPersister> persisterOfNow();
+  UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
 

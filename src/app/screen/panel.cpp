@@ -49,7 +49,7 @@ desktop::DetailsServices Panel::detailsServices() {
 
 desktop::FavoritesServices Panel::favoritesServices() {
   desktop::FavoritesServices services{
-      .favorites = [this] { return platform().favoriteLines(); },
+      .favorites = [this] { return platform().favorites().lines(); },
       .loadLines =
           [this](std::function<void(const desktop::FavoritesServices::Lines&)> done) {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
@@ -57,7 +57,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
       .didChange = [this] { window_.favoritesDidChange(); }};
   if (platform().saved()) {
     services.change = [this](const desktop::StoredFavorite& favorite, bool isAdded) {
-      return platform().changeFavorite(favorite, isAdded);
+      return platform().favorites().change(favorite, isAdded);
     };
   }
   return services;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/user_favorites.h"
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/window_colors.h"
 
@@ -27,10 +28,6 @@ constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
 
 QString sentenceIn(const Error& error) { return QString::fromStdString(sentenceOf(error)); }
-
-StoredFavorite favoriteOf(const FoundLine& line) {
-  return {FavoriteKind::line, line.index->feedName(), line.entry().id};
-}
 
 }  // namespace
 

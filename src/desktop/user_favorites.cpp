@@ -1,0 +1,117 @@
+#include "desktop/user_favorites.h"
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <string_view>
+
+#include "desktop/program_preferences.h"
+#include "desktop/storage/stored_feeds.h"
+#include "desktop/storage/stored_preferences.h"
+#include "platform/log.h"
+#include "platform/transit_records.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// In the program's own suite: the user has changed the sample city's favourites.
+constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
+
+Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path& city) {
+  std::ifstream file(city / "favorites.txt");
+  if (!file) return failure("the sample city", (city / "favorites.txt").string(), "cannot be read");
+  std::vector<StoredFavorite> favorites;
+  for (std::string routeId; std::getline(file, routeId);) {
+    if (!routeId.empty()) favorites.push_back({FavoriteKind::line, std::string(kSampleFeedName), routeId});
+  }
+  return favorites;
+}
+
+StoredPreferences programPreferences(const SharedDatabase& state) {
+  return {state, std::string(kProgramSuite)};
+}
+
+/// Enough to look the line up, without having loaded the feed. Whether the feed still has it is for the
+/// transit service to say, which also tells when the feed cannot be read.
+SharedLine lineToLookUp(const std::string& feed, const std::string& routeId) {
+  const std::uint64_t muid = stableMuid(feed, routeId);
+  return std::make_shared<const TransitLineRecord>(
+      TransitLineFields{.muid = muid, .identifier = MapItemIdentifier{muid}, .name = routeId},
+      TransitIncidents{});
+}
+
+}  // namespace
+
+StoredFavorite favoriteOf(const FoundLine& line) {
+  return {FavoriteKind::line, line.index->feedName(), line.entry().id};
+}
+
+UserFavorites::UserFavorites(const std::vector<std::string>& givenRouteIds) {
+  Given given;
+  given.lines.reserve(givenRouteIds.size());
+  for (const std::string& routeId : givenRouteIds) {
+    given.lines.push_back({FavoriteKind::line, std::string(kGivenFeedName), routeId});
+  }
+  source_ = std::move(given);
+}
+
+UserFavorites::UserFavorites(SharedDatabase state, std::optional<std::filesystem::path> sampleCity)
+    : source_(Saved{std::move(state), std::move(sampleCity)}) {}
+
+Outcome<std::vector<StoredFavorite>> UserFavorites::lines() const {
+  if (const auto* const given = std::get_if<Given>(&source_)) return given->lines;
+  return std::get<Saved>(source_).lines();
+}
+
+Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded) const {
+  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorite, isAdded);
+  return failure("favourites", "", "a run without saved state keeps none");
+}
+
+Favorites UserFavorites::read() const {
+  const auto* const saved = std::get_if<Saved>(&source_);
+  if (saved && !saved->areOfSampleCity())
+    return StoredFavoritesPersister(saved->state, lineToLookUp).readFavorites();
+  const auto known = lines();
+  if (!known) {
+    logError("%@", {known.error().description()});
+    return {};
+  }
+  Favorites favorites;
+  favorites.reserve(known->size());
+  for (const StoredFavorite& line : *known) {
+    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line.feed, line.subject)});
+  }
+  return favorites;
+}
+
+bool UserFavorites::Saved::areOfSampleCity() const {
+  return sampleCity && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey);
+}
+
+Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
+  if (areOfSampleCity()) return sampleFavorites(*sampleCity);
+  auto stored = StoredFavorites(state).list();
+  if (!stored) return stored;
+  std::erase_if(*stored, [this](const StoredFavorite& favorite) {
+    return favorite.kind != FavoriteKind::line ||
+           (favorite.feed == kSampleFeedName) != sampleCity.has_value();
+  });
+  return stored;
+}
+
+Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
+  StoredFavorites stored(state);
+  if (areOfSampleCity()) {
+    const auto sample = sampleFavorites(*sampleCity);
+    if (!sample) return sample.error();
+    for (const StoredFavorite& each : *sample) {
+      if (const auto added = stored.add(each); !added) return added.error();
+    }
+    programPreferences(state).setObject(true, kSampleFavoritesChangedKey);
+  }
+  return isAdded ? stored.add(favorite) : stored.remove(favorite);
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "desktop/feeds/line_search.h"
+#include "desktop/outcome.h"
+#include "desktop/storage/state_database.h"
+#include "desktop/storage/stored_favorites.h"
+#include "platform/favorites.h"
+
+namespace linewatch::desktop {
+
+/// The line as a favourite names it.
+StoredFavorite favoriteOf(const FoundLine& line);
+
+/// The user's favourites: given for one run, or saved; as long as the sample city is shown, its own until the
+/// user changes them. Any thread.
+class UserFavorites {
+ public:
+  /// Of the given feed, by route id; kept nowhere.
+  explicit UserFavorites(const std::vector<std::string>& givenRouteIds);
+  /// `sampleCity`: its folder while it is shown, else absent.
+  UserFavorites(SharedDatabase state, std::optional<std::filesystem::path> sampleCity);
+
+  /// The lines of the feeds that are shown, in the user's order, whether or not their feed has them.
+  Outcome<std::vector<StoredFavorite>> lines() const;
+  /// Adds or removes; false when that changes nothing. Given favourites cannot be changed.
+  Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
+  /// As the widget takes them, of every kind. What cannot be read is left out and logged.
+  Favorites read() const;
+
+ private:
+  struct Given {
+    std::vector<StoredFavorite> lines;
+  };
+  struct Saved {
+    SharedDatabase state;
+    std::optional<std::filesystem::path> sampleCity;
+
+    bool areOfSampleCity() const;
+    Outcome<std::vector<StoredFavorite>> lines() const;
+    Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
+  };
+
+  std::variant<Given, Saved> source_;
+};
+
+/// Reads the favourites as they are at each time: the first change makes the sample city's the user's own,
+/// which the widget, with one persister for all its life, must see.
+class UserFavoritesPersister final : public RemoteFavoritesPersister {
+ public:
+  explicit UserFavoritesPersister(UserFavorites favorites) : favorites_(std::move(favorites)) {}
+
+  Favorites readFavorites() override { return favorites_.read(); }
+
+ private:
+  UserFavorites favorites_;
+};
+
+}  // namespace linewatch::desktop
