@@ -103,13 +103,13 @@ desktop::Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
 Report printAnalytics(const desktop::SavedState& saved, bool json) {
   const auto recorded = recordedIn(*saved.database());
   if (!recorded) return refused(recorded.error());
-  if (json) return {.output = jsonTextOf(*recorded), .complaint = {}};
+  if (json) return Report::of(jsonTextOf(*recorded));
   std::string text = textOf(*recorded);
   if (text.empty()) text = "Nothing has been recorded.\n";
   text += saved.recordsAnalytics()
               ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
               : "Recording is off.\n";
-  return {.output = std::move(text), .complaint = {}};
+  return Report::of(std::move(text));
 }
 
 }  // namespace
@@ -121,12 +121,11 @@ Report analytics(Session& session, const AnalyticsCommand& command) {
   if (command.action == list) return printAnalytics(*saved, command.json);
   if (command.action == clear) {
     const auto error = desktop::clearAnalytics(*saved->database());
-    return error ? refused(*error) : Report{.output = "Forgotten.\n", .complaint = {}};
+    return error ? refused(*error) : Report::of("Forgotten.\n");
   }
   const bool isOn = command.action == on;
   if (const auto error = saved->setRecordsAnalytics(isOn)) return refused(*error);
-  return {.output = isOn ? "Recording is on, and stays on this machine.\n" : "Recording is off.\n",
-          .complaint = {}};
+  return Report::of(isOn ? "Recording is on, and stays on this machine.\n" : "Recording is off.\n");
 }
 
 }  // namespace linewatch::app

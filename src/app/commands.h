@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "app/command_line.h"
 #include "app/session.h"
@@ -14,16 +16,20 @@ struct Report {
   std::string output;
   std::string complaint;
   int status = 0;
+
+  static Report of(std::string text) { return {.output = std::move(text), .complaint = {}}; }
 };
 
+/// The incidents could not be loaded.
+Report notLoaded(const Error& error);
 /// Wrong usage or unreadable input.
 Report refused(const Error& error);
 
 /// How old what was shown is, as a last line for people; empty when nothing is known of it.
 std::string dataNote(Session& session, const TerminalStyle& style);
 
-/// Prints what a command gave; the exit status.
-int finish(const Report& report);
+/// Runs what the command line asks for and prints what comes of it; the exit status.
+int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);

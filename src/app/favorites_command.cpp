@@ -1,4 +1,5 @@
 #include "app/commands.h"
+#include "app/favorite_lines.h"
 #include "app/line_table.h"
 #include "desktop/feeds/line_search.h"
 
@@ -31,19 +32,16 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
 }
 
 Report list(Session& session, const TerminalStyle& style) {
-  const auto stored = session.platform().favorites().lines();
-  if (!stored) return refused(stored.error());
+  const auto favorites = favoriteLines(session);
+  if (!favorites) return refused(favorites.error());
+  if (favorites->empty()) return Report::of("No favourites yet: linewatch favorites add LINE\n");
   std::vector<FoundLine> known;
   std::string unknown;
-  for (const StoredFavorite& favorite : *stored) {
-    const auto index = session.platform().feeds().linesOf(favorite.feed);
-    const auto route = index ? (*index)->routeWithId(favorite.subject) : std::nullopt;
-    if (route) known.push_back({*index, *route});
-    if (!route) unknown += "unknown line  " + favorite.feed + ":" + favorite.subject + "\n";
+  for (const auto& [favorite, line] : *favorites) {
+    if (line) known.push_back(*line);
+    if (!line) unknown += "unknown line  " + favorite.feed + ":" + favorite.subject + "\n";
   }
-  if (stored->empty())
-    return {.output = "No favourites yet: linewatch favorites add LINE\n", .complaint = {}};
-  return {.output = lineTable(known, style) + unknown, .complaint = {}};
+  return Report::of(lineTable(known, style) + unknown);
 }
 
 Report add(Session& session, const std::vector<std::string>& names) {
@@ -85,14 +83,14 @@ Report remove(Session& session, const std::vector<std::string>& names) {
 
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style) {
   switch (command.action) {
-    case FavoritesCommand::Action::list:
-      return list(session, style);
     case FavoritesCommand::Action::add:
       return add(session, command.lines);
     case FavoritesCommand::Action::remove:
       return remove(session, command.lines);
+    case FavoritesCommand::Action::list:
+      break;
   }
-  return {};
+  return list(session, style);
 }
 
 }  // namespace linewatch::app

@@ -36,9 +36,8 @@ Report listFeeds(const SavedState& saved) {
   const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
-    return {
-        .output = "No feeds yet, so the sample city is shown: linewatch feed add NAME --gtfs G --alerts A\n",
-        .complaint = {}};
+    return Report::of(
+        "No feeds yet, so the sample city is shown: linewatch feed add NAME --gtfs G --alerts A\n");
   }
   Report report;
   for (const StoredFeed& feed : *feeds) {
@@ -58,8 +57,7 @@ Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const
   const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
   if (!*added) return refused(failure("feed " + feed.name, "", "there is one of that name; remove it first"));
-  return {.output = "Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n",
-          .complaint = {}};
+  return Report::of("Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n");
 }
 
 Report removeFeed(const SavedState& saved, const std::string& name) {
@@ -67,7 +65,7 @@ Report removeFeed(const SavedState& saved, const std::string& name) {
   if (!removed) return refused(removed.error());
   if (!*removed) return refused(failure("feed " + name, "", "there is no feed of that name"));
   saved.feedCache()->remove(name);
-  return {.output = "Removed " + name + "; its favourites are kept in case it comes back\n", .complaint = {}};
+  return Report::of("Removed " + name + "; its favourites are kept in case it comes back\n");
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
   const std::vector<desktop::FoundLine> found = desktop::searchLines(*indexes, joined(command.query));
   if (found.empty())
     return {.output = {}, .complaint = "no line fits \"" + joined(command.query) + "\"", .status = 0};
-  return {.output = lineTable(found, style), .complaint = {}};
+  return Report::of(lineTable(found, style));
 }
 
 }  // namespace linewatch::app

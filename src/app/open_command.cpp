@@ -6,7 +6,7 @@ namespace linewatch::app {
 Report open(Session& session, const OpenCommand& command) {
   auto text = openedText(command.file, session.platform().keyedArchiver());
   if (!text) return refused(text.error());
-  return {.output = std::move(*text), .complaint = {}};
+  return Report::of(std::move(*text));
 }
 
 }  // namespace linewatch::app

@@ -3,44 +3,18 @@
 #include <QCoreApplication>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <system_error>
 
 #include <unistd.h>
 
 #include "app/commands.h"
 #include "desktop/display.h"
+#include "desktop/environment.h"
 #include "desktop/installation.h"
 
 namespace linewatch::app {
 
 namespace {
-
-const char* variableOf(const char* name) { return std::getenv(name); }
-
-/// Runs a command that needs a session.
-struct Dispatch {
-  Session& session;
-  const CommonOptions& options;
-  const TerminalStyle& style;
-
-  Report operator()(const ShowCommand& command) const { return show(session, command, options, style); }
-  Report operator()(const PanelCommand&) const {
-    Report report = show(session, {}, options, style);
-    if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
-    return report;
-  }
-  Report operator()(const FavoritesCommand& command) const { return favorites(session, command, style); }
-  Report operator()(const LinesCommand& command) const { return lines(session, command, style); }
-  Report operator()(const FeedCommand& command) const { return feed(session, command); }
-  Report operator()(const AnalyticsCommand& command) const { return analytics(session, command); }
-  Report operator()(const OpenCommand& command) const { return open(session, command); }
-  // Those without a session are done before.
-  template <class Other>
-  Report operator()(const Other&) const {
-    return {};
-  }
-};
 
 /// Goes on as the program that can draw, which takes too long to load for those that do not. Gives the error
 /// if that cannot be started.
@@ -50,26 +24,68 @@ Report handOver(char** argv) {
   return refused(desktop::failure(path, "", std::generic_category().message(errno)));
 }
 
-Report reportOf(const CommandLine& line, const TerminalStyle& style, char** argv) {
-  const bool draws = std::holds_alternative<RenderCommand>(line.command) ||
-                     (std::holds_alternative<PanelCommand>(line.command) && desktop::hasDisplay(variableOf));
-  if (draws) return handOver(argv);
-  if (const auto* const command = std::get_if<SimulateCommand>(&line.command)) return simulate(*command);
-  // Qt takes its own options out of what it is given.
-  int qtArgc = 1;
-  const QCoreApplication application(qtArgc, argv);
-  auto session = Session::open(line.common);
-  if (!session) return refused(session.error());
-  return std::visit(Dispatch{**session, line.common, style}, line.command);
-}
+/// Runs each command with what it needs: a session, the program that draws, or nothing.
+class Dispatch {
+ public:
+  Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
+
+  Report operator()(const PanelCommand&) const {
+    if (desktop::hasDisplay(desktop::processEnvironment)) return handOver(argv_);
+    Report report = (*this)(ShowCommand{});
+    if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
+    return report;
+  }
+  Report operator()(const ShowCommand& command) const {
+    return inSession([&](Session& session) { return show(session, command, options_, style_); });
+  }
+  Report operator()(const FavoritesCommand& command) const {
+    return inSession([&](Session& session) { return favorites(session, command, style_); });
+  }
+  Report operator()(const LinesCommand& command) const {
+    return inSession([&](Session& session) { return lines(session, command, style_); });
+  }
+  Report operator()(const FeedCommand& command) const {
+    return inSession([&](Session& session) { return feed(session, command); });
+  }
+  Report operator()(const AnalyticsCommand& command) const {
+    return inSession([&](Session& session) { return analytics(session, command); });
+  }
+  Report operator()(const OpenCommand& command) const {
+    return inSession([&](Session& session) { return open(session, command); });
+  }
+  Report operator()(const SimulateCommand& command) const { return simulate(command); }
+  Report operator()(const RenderCommand&) const { return handOver(argv_); }
+
+ private:
+  template <class Work>
+  Report inSession(Work work) const {
+    // Qt takes its own options out of what it is given.
+    int qtArgc = 1;
+    const QCoreApplication application(qtArgc, argv_);
+    const auto session = Session::open(options_);
+    return session ? work(**session) : refused(session.error());
+  }
+
+  const CommonOptions& options_;
+  char** argv_;
+  TerminalStyle style_ = TerminalStyle::ofStandardOutput();
+};
 
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
 }  // namespace
 
+Report notLoaded(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 1}; }
+
 Report refused(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 2}; }
 
-int finish(const Report& report) {
+int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
+  const auto parsed = parseCommandLine(argc, argv);
+  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
+    write(answer->text, answer->status == 0 ? stdout : stderr);
+    return answer->status;
+  }
+  const Report report = run(std::get<CommandLine>(parsed));
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     write("linewatch: cannot write to standard output\n", stderr);
@@ -80,12 +96,9 @@ int finish(const Report& report) {
 }
 
 int run(int argc, char** argv) {
-  const auto parsed = parseCommandLine(argc, argv);
-  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
-    write(answer->text, answer->status == 0 ? stdout : stderr);
-    return answer->status;
-  }
-  return finish(reportOf(std::get<CommandLine>(parsed), TerminalStyle::ofStandardOutput(), argv));
+  return runCommandLine(argc, argv, [argv](const CommandLine& line) {
+    return std::visit(Dispatch(line.common, argv), line.command);
+  });
 }
 
 }  // namespace linewatch::app

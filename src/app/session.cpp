@@ -1,7 +1,6 @@
 #include "app/session.h"
 
 #include <QEventLoop>
-#include <cstdlib>
 #include <utility>
 
 #include "desktop/installation.h"
@@ -16,10 +15,10 @@ using desktop::DesktopSettings;
 using desktop::failure;
 using desktop::Outcome;
 
-Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
+Outcome<DesktopSettings> settingsFrom(const CommonOptions& options, const desktop::UserLocale& locale) {
   DesktopSettings settings{.sampleCity = desktop::installedSampleCity(),
                            .now = options.now,
-                           .locale = options.locale,
+                           .locale = locale,
                            .verbose = options.verbose,
                            .preferences = options.preferences};
   if (options.stateDir) settings.stateFolder = *options.stateDir;
@@ -34,7 +33,9 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
 }  // namespace
 
 Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, const Adjustment& adjust) {
-  Outcome<DesktopSettings> settings = settingsFrom(options);
+  const auto locale = localeOf(options);
+  if (!locale) return locale.error();
+  Outcome<DesktopSettings> settings = settingsFrom(options, *locale);
   if (!settings) return settings.error();
   if (adjust) adjust(*settings);
   auto platform = DesktopPlatform::make(std::move(*settings));
@@ -66,8 +67,7 @@ std::shared_ptr<const RVResult> Session::fetch() {
 
 Outcome<desktop::UserLocale> localeOf(const CommonOptions& options) {
   if (options.locale) return desktop::UserLocale::parse(*options.locale);
-  return desktop::UserLocale::fromEnvironment(
-      [](const char* name) -> const char* { return std::getenv(name); });
+  return desktop::UserLocale::fromEnvironment(desktop::processEnvironment);
 }
 
 }  // namespace linewatch::app

@@ -1,4 +1,5 @@
 #include "app/commands.h"
+#include "app/favorite_lines.h"
 #include "list/list_dictionary_form.h"
 #include "list/transit_item_data_source_builder.h"
 #include "platform/json_text.h"
@@ -14,12 +15,10 @@ std::shared_ptr<const RVTransitListItem> listOf(const RVResult& result, std::uin
 
 std::string unknownFavorites(Session& session) {
   std::string names;
-  const auto favorites = session.platform().favorites().lines();
+  const auto favorites = favoriteLines(session);
   if (!favorites) return names;
-  for (const desktop::StoredFavorite& favorite : *favorites) {
-    const auto lines = session.platform().feeds().linesOf(favorite.feed);
-    if (lines && (*lines)->routeWithId(favorite.subject)) continue;
-    names += (names.empty() ? "" : ", ") + favorite.subject;
+  for (const auto& [favorite, line] : *favorites) {
+    if (!line) names += (names.empty() ? "" : ", ") + favorite.subject;
   }
   return names;
 }
@@ -40,7 +39,7 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
   const auto list = listOf(*result, options.maxRows);
   Report report;
   if (result->error()) {
-    report = {.output = {}, .complaint = sentenceOf(*result->error()), .status = 1};
+    report = notLoaded(*result->error());
   } else {
     noteUnknownFavorites(session, options, report);
   }

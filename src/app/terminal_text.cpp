@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <variant>
 #include <vector>
@@ -12,6 +11,8 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unistd.h>
+
+#include "desktop/environment.h"
 
 namespace linewatch::app {
 
@@ -203,16 +204,12 @@ bool isUnseen(UChar32 character) {
   return category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR;
 }
 
-std::string_view environment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value ? value : "";
-}
-
 TerminalStyle::Colors colorsOfTerminal() {
-  if (!environment("NO_COLOR").empty()) return TerminalStyle::Colors::none;
-  const std::string_view terminal = environment("TERM");
+  const auto value = [](const char* name) { return desktop::valueOf(desktop::processEnvironment, name); };
+  if (!value("NO_COLOR").empty()) return TerminalStyle::Colors::none;
+  const std::string terminal = value("TERM");
   if (terminal.empty() || terminal == "dumb") return TerminalStyle::Colors::none;
-  const std::string_view depth = environment("COLORTERM");
+  const std::string depth = value("COLORTERM");
   return depth == "truecolor" || depth == "24bit" ? TerminalStyle::Colors::full
                                                   : TerminalStyle::Colors::palette;
 }

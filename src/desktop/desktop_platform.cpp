@@ -15,18 +15,15 @@
 #include "desktop/storage/cbor_keyed_archiver.h"
 #include "desktop/storage/stored_analytics.h"
 #include "desktop/text/icu_localization.h"
-#include "desktop/text/user_locale.h"
 #include "platform/log.h"
 
 namespace linewatch::desktop {
 
 namespace {
 
-const char* environmentVariable(const char* name) { return std::getenv(name); }
-
 Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
   if (settings.stateFolder) return StateDirectories::under(*settings.stateFolder);
-  return StateDirectories::fromEnvironment(environmentVariable);
+  return StateDirectories::fromEnvironment(processEnvironment);
 }
 
 StoredFeed sampleFeed(const std::filesystem::path& city) {
@@ -115,15 +112,8 @@ std::optional<Error> DesktopPlatform::open() {
   if (!feeds) return feeds.error();
   documents_ = std::make_shared<FeedDocuments>(saved_ && !showsSampleCity_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });
-  const auto locale = chosenLocale();
-  if (!locale) return locale.error();
-  roles_ = std::make_unique<Roles>(*this, *locale, std::move(*feeds));
+  roles_ = std::make_unique<Roles>(*this, settings_.locale, std::move(*feeds));
   return std::nullopt;
-}
-
-Outcome<UserLocale> DesktopPlatform::chosenLocale() const {
-  if (settings_.locale) return UserLocale::parse(*settings_.locale);
-  return UserLocale::fromEnvironment(environmentVariable);
 }
 
 Outcome<std::vector<StoredFeed>> DesktopPlatform::chosenFeeds() {

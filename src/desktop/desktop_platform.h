@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +7,7 @@
 
 #include "desktop/companion_controller.h"
 #include "desktop/desktop_screen.h"
+#include "desktop/desktop_settings.h"
 #include "desktop/feed_transit_service.h"
 #include "desktop/overlaid_preferences.h"
 #include "desktop/qt_main_loop.h"
@@ -23,37 +22,11 @@
 
 namespace linewatch::desktop {
 
-/// What a run of the program is told.
-struct DesktopSettings {
-  /// A run without saved state on one feed.
-  struct GivenFeed {
-    std::string gtfs;
-    std::string alerts;
-    /// Route ids.
-    std::vector<std::string> favorites;
-  };
-
-  std::optional<GivenFeed> given;
-  /// The folder of all saved state; absent: the user's own folders.
-  std::optional<std::filesystem::path> stateFolder;
-  /// Where the sample city lies, which is shown until a feed is added.
-  std::filesystem::path sampleCity;
-  std::optional<Date> now;
-  /// A language tag; absent: as the environment says.
-  std::optional<std::string> locale;
-  bool verbose = false;
-  /// Values in front of the companion application's preferences, for this run.
-  OverlaidPreferences::Values preferences;
-  CompanionController::Opener openActivity;
-  /// Null for a run that shows no views and so never asks for the roles of a screen.
-  std::shared_ptr<DesktopScreen> screen;
-};
-
 /// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
  public:
-  /// Fails when the locale is none, or the saved state cannot be read.
+  /// Fails when the saved state cannot be read.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 
@@ -101,7 +74,6 @@ class DesktopPlatform final : public Platform {
   struct Roles;
   explicit DesktopPlatform(DesktopSettings settings);
   std::optional<Error> open();
-  Outcome<UserLocale> chosenLocale() const;
   Outcome<std::vector<StoredFeed>> chosenFeeds();
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();

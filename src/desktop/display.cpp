@@ -13,11 +13,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-std::string valueOf(const Environment& environment, const char* name) {
-  const char* const value = environment(name);
-  return value ? value : "";
-}
-
 /// `path` may begin with a zero for a name outside of the file system.
 bool listens(std::string_view path) {
   sockaddr_un address{};

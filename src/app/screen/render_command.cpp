@@ -42,9 +42,7 @@ Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maxi
 
 Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
   const auto& result = controller.transitLineItemResult();
-  Report report;
-  if (result && result->error())
-    report = {.output = {}, .complaint = sentenceOf(*result->error()), .status = 1};
+  const Report report = result && result->error() ? notLoaded(*result->error()) : Report();
   const desktop::PictureStyle style{
       .size = size,
       .scale = command.scale,

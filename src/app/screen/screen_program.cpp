@@ -1,7 +1,5 @@
 #include "app/screen/screen_program.h"
 
-#include <cstdio>
-
 #include "app/commands.h"
 #include "app/screen/panel_command.h"
 #include "app/screen/qt_messages.h"
@@ -25,14 +23,10 @@ struct Dispatch {
 }  // namespace
 
 int runOnScreen(int argc, char** argv) {
-  const auto parsed = parseCommandLine(argc, argv);
-  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
-    std::fputs(answer->text.c_str(), answer->status == 0 ? stdout : stderr);
-    return answer->status;
-  }
-  const auto& line = std::get<CommandLine>(parsed);
-  logQtMessages(line.common.verbose);
-  return finish(std::visit(Dispatch{line.common}, line.command));
+  return runCommandLine(argc, argv, [](const CommandLine& line) {
+    logQtMessages(line.common.verbose);
+    return std::visit(Dispatch{line.common}, line.command);
+  });
 }
 
 }  // namespace linewatch::app

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "app/session.h"
+#include "desktop/feeds/line_search.h"
+#include "desktop/storage/stored_favorites.h"
+
+namespace linewatch::app {
+
+/// A favourite with its line; without one when its feed does not have the line, or cannot be read.
+struct FavoriteLine {
+  desktop::StoredFavorite favorite;
+  std::optional<desktop::FoundLine> line;
+};
+
+/// In the user's order.
+desktop::Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session);
+
+}  // namespace linewatch::app

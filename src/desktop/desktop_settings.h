@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/companion_controller.h"
+#include "desktop/desktop_screen.h"
+#include "desktop/overlaid_preferences.h"
+#include "desktop/text/user_locale.h"
+#include "platform/date.h"
+
+namespace linewatch::desktop {
+
+/// What a run of the program is told.
+struct DesktopSettings {
+  /// A run without saved state on one feed.
+  struct GivenFeed {
+    std::string gtfs;
+    std::string alerts;
+    /// Route ids.
+    std::vector<std::string> favorites;
+  };
+
+  std::optional<GivenFeed> given;
+  /// The folder of all saved state; absent: the user's own folders.
+  std::optional<std::filesystem::path> stateFolder;
+  /// Where the sample city lies, which is shown until a feed is added.
+  std::filesystem::path sampleCity;
+  std::optional<Date> now;
+  UserLocale locale;
+  bool verbose = false;
+  /// Values in front of the companion application's preferences, for this run.
+  OverlaidPreferences::Values preferences;
+  CompanionController::Opener openActivity;
+  /// Null for a run that shows no views and so never asks for the roles of a screen.
+  std::shared_ptr<DesktopScreen> screen;
+};
+
+}  // namespace linewatch::desktop
