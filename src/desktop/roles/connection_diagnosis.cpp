@@ -28,21 +28,22 @@ bool anyLine(const std::filesystem::path& file, Matches matches) {
   return false;
 }
 
+/// Whether a route with these flags, in hexadecimal, is up and sends anything on.
+bool isOpen(const std::string& flags) {
+  constexpr unsigned long kUp = 1;
+  constexpr unsigned long kReject = 0x200;
+  return (std::strtoul(flags.c_str(), nullptr, 16) & (kUp | kReject)) == kUp;
+}
+
 // "eth0 00000000 0102A8C0 0003 0 0 100 00000000 …": interface, destination, gateway, flags, …, mask.
 bool leadsAnywhere(const std::vector<std::string>& fields) {
-  constexpr unsigned long kUp = 1;
-  return fields.size() > 7 && fields[1] == "00000000" && fields[7] == "00000000" &&
-         (std::strtoul(fields[3].c_str(), nullptr, 16) & kUp) != 0;
+  return fields.size() > 7 && fields[1] == "00000000" && fields[7] == "00000000" && isOpen(fields[3]);
 }
 
 // Destination, its prefix length, source, its prefix length, next hop, metric, two counts, flags, interface.
 bool leadsAnywhereIPv6(const std::vector<std::string>& fields) {
-  constexpr unsigned long kUp = 1;
-  constexpr unsigned long kReject = 0x200;
-  if (fields.size() < 10 || fields[0] != std::string(32, '0') || fields[1] != "00" || fields[9] == "lo")
-    return false;
-  const unsigned long flags = std::strtoul(fields[8].c_str(), nullptr, 16);
-  return (flags & kUp) != 0 && (flags & kReject) == 0;
+  return fields.size() > 9 && fields[0] == std::string(32, '0') && fields[1] == "00" && fields[9] != "lo" &&
+         isOpen(fields[8]);
 }
 
 std::string wordIn(const std::filesystem::path& file) {

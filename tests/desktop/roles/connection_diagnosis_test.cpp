@@ -13,6 +13,7 @@ constexpr const char* kHeader =
     "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\tWindow\tIRTT\n";
 constexpr const char* kLocalRoute = "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n";
 constexpr const char* kDefaultRoute = "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0\n";
+constexpr const char* kRouteThatRejects = "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n";
 constexpr const char* kRouteThatIsDown = "eth0\t00000000\t010200C0\t0002\t0\t0\t0\t00000000\t0\t0\t0\n";
 
 std::string ipv6Route(const std::string& flags, const std::string& interface) {
@@ -45,6 +46,7 @@ TEST_F(ConnectionDiagnosisTest, WithoutARouteThatLeadsAnywhereThereIsNoInternet)
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
   EXPECT_EQ(diagnose(std::string(kLocalRoute) + kDefaultRoute), other);
   EXPECT_EQ(diagnose(kRouteThatIsDown), noInternetConnection);
+  EXPECT_EQ(diagnose(std::string(kLocalRoute) + kRouteThatRejects), noInternetConnection);
   EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00000003", "eth0")), other);
   EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00200200", "lo")), noInternetConnection);
   EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00000201", "eth0")), noInternetConnection) << "it rejects";
