@@ -2,10 +2,13 @@
 
 #include <QApplication>
 #include <QSocketNotifier>
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <memory>
 
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include "app/screen/panel.h"
@@ -14,18 +17,41 @@ namespace linewatch::app {
 
 namespace {
 
+constexpr std::array kEndingSignals = {SIGTERM, SIGINT, SIGHUP};
+
+// What a signal handler can reach.
+volatile std::sig_atomic_t endingDescriptor = -1;
+
+/// A signal that the program was started to ignore it goes on to ignore.
+void handleUnlessIgnored(int signal, void (*handler)(int)) {
+  if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
+/// Ending may take a while: a user who does not care to wait presses Ctrl+C again.
+void endAtOnceAtInterrupt() { handleUnlessIgnored(SIGINT, SIG_DFL); }
+
+void askForEnd(int) {
+  const int error = errno;
+  const std::uint64_t once = 1;
+  // Fails only where it has been asked for already.
+  [[maybe_unused]] const ssize_t written = ::write(endingDescriptor, &once, sizeof once);
+  endAtOnceAtInterrupt();
+  errno = error;
+}
+
 /// Ends the application in good order when the desktop session ends, or at Ctrl+C: the widget disappears, and
-/// saves what it shows. Made before any thread, so that all of them leave these signals alone.
+/// saves what it shows. The signals are handled, not blocked: what the panel starts would inherit that. One
+/// on the process.
 class EndOnSignals {
  public:
-  EndOnSignals() {
-    sigset_t ending;
-    sigemptyset(&ending);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&ending, signal);
-    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-    descriptor_ = signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
+  EndOnSignals() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    endingDescriptor = descriptor_;
+    for (const int signal : kEndingSignals) handleUnlessIgnored(signal, askForEnd);
   }
-  ~EndOnSignals() { close(descriptor_); }
+  ~EndOnSignals() {
+    for (const int signal : kEndingSignals) handleUnlessIgnored(signal, SIG_DFL);
+    close(descriptor_);
+  }
   EndOnSignals(const EndOnSignals&) = delete;
   EndOnSignals& operator=(const EndOnSignals&) = delete;
 
@@ -35,10 +61,11 @@ class EndOnSignals {
       notifier->setEnabled(false);
       QApplication::quit();
     });
+    QObject::connect(&application, &QApplication::aboutToQuit, endAtOnceAtInterrupt);
   }
 
  private:
-  int descriptor_ = -1;
+  int descriptor_;
 };
 
 desktop::ScreenSettings settingsOfDisplay(const QApplication& application,
