@@ -22,6 +22,7 @@
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/enter_key.h"
 #include "desktop/window/panel_preferences.h"
+#include "desktop/window/row_words.h"
 #include "desktop/window/window_colors.h"
 #include "platform/log.h"
 #include "platform/platform.h"
@@ -61,8 +62,6 @@ int headerHeight(ui::TextSizeCategory textSize) {
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
-QString qt(const std::optional<std::string>& text) { return QString::fromStdString(text.value_or("")); }
-
 /// A label that gives way to what stands beside it, and then says that there is more.
 class YieldingLabel final : public QLabel {
  public:
@@ -76,16 +75,6 @@ class YieldingLabel final : public QLabel {
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
     style()->drawItemText(&painter, rect(), static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), palette(),
                           isEnabled(), shown, foregroundRole());
-  }
-};
-
-struct WordsOfItem {
-  RowWords operator()(std::monostate) const { return {}; }
-  RowWords operator()(const SharedTransitItem& item) const {
-    return {qt(item->primaryText()), qt(item->secondaryText()), item->openable() != nullptr};
-  }
-  RowWords operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
-    return {qt(item->primaryText()), {}, item->userActivityData() != nullptr};
   }
 };
 
@@ -213,7 +202,7 @@ void PanelWindow::loadWidget() {
 }
 
 RowWords PanelWindow::wordsOf(std::size_t row) const {
-  return std::visit(WordsOfItem{}, controller_->dataSource()->_itemAtIndexPath({0, row}));
+  return wordsOfItem(controller_->dataSource()->_itemAtIndexPath({0, row}));
 }
 
 void PanelWindow::showPalette() {

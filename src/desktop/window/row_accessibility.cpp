@@ -120,6 +120,14 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
   return surface ? new AccessibleRows(*surface) : nullptr;
 }
 
+void announceFocusedRow(RowSurface& surface, QAccessible::Event what) {
+  const auto row = surface.currentRow();
+  if (!QAccessible::isActive() || !surface.hasFocus() || !row) return;
+  QAccessibleEvent event(&surface, what);
+  event.setChild(static_cast<int>(*row));
+  QAccessible::updateAccessibility(&event);
+}
+
 }  // namespace
 
 void installRowAccessibility() { QAccessible::installFactory(makeAccessible); }
@@ -130,12 +138,12 @@ void announceRows(RowSurface& surface) {
   QAccessible::updateAccessibility(&event);
 }
 
-void announceFocus(RowSurface& surface) {
-  const auto row = surface.currentRow();
-  if (!QAccessible::isActive() || !surface.hasFocus() || !row) return;
-  QAccessibleEvent event(&surface, QAccessible::Focus);
-  event.setChild(static_cast<int>(*row));
-  QAccessible::updateAccessibility(&event);
+void announceWords(RowSurface& surface) {
+  for (const auto change : {QAccessible::NameChanged, QAccessible::DescriptionChanged})
+    announceFocusedRow(surface, change);
+  announceFocus(surface);
 }
+
+void announceFocus(RowSurface& surface) { announceFocusedRow(surface, QAccessible::Focus); }
 
 }  // namespace linewatch::desktop

@@ -10,6 +10,8 @@ void installRowAccessibility();
 
 /// Tells assistive technology that the surface has other rows than before.
 void announceRows(RowSurface& surface);
+/// Tells assistive technology that the row that has the focus, if the surface has it, says something else.
+void announceWords(RowSurface& surface);
 /// Tells assistive technology which row has the focus, if the surface has it.
 void announceFocus(RowSurface& surface);
 

@@ -76,9 +76,14 @@ std::optional<std::size_t> RowSurface::currentRow() const {
   return rows == 0 ? std::nullopt : std::optional(std::min(currentRow_, rows - 1));
 }
 
+void RowSurface::makeCurrent(std::size_t row) {
+  currentRow_ = row;
+  currentWords_ = describe_(row);
+}
+
 void RowSurface::setCurrentRow(std::size_t row) {
   if (row >= rowCount()) return;
-  currentRow_ = row;
+  makeCurrent(row);
   scrollToRow(row);
   update();
   announceFocus(*this);
@@ -105,8 +110,10 @@ std::size_t RowSurface::rowsInSight() const {
 }
 
 void RowSurface::rowsDidReload() {
-  hoveredRow_.reset();
   announceRows(*this);
+  const auto row = currentRow();
+  const RowWords words = row ? describe_(*row) : RowWords{};
+  if (std::exchange(currentWords_, words) != words) announceWords(*this);
   update();
 }
 
@@ -133,6 +140,7 @@ void RowSurface::changeEvent(QEvent* event) {
 void RowSurface::paintEvent(QPaintEvent*) {
   isPainting_ = true;
   layOut();
+  findHoveredRow();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath outline;
@@ -167,15 +175,19 @@ void RowSurface::paintFocus(QPainter& painter) const {
 
 void RowSurface::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return event->ignore();
+  pressBegan(event->position());
+}
+
+/// The keys go on from the row that was pressed last.
+void RowSurface::pressBegan(const QPointF& position) {
   focusIsShown_ = false;
-  if (const auto row = rowAt(event->position().toPoint())) currentRow_ = *row;
-  pointer_.handle(*root_, ui::PointerPhase::pressed, pointOf(event->position()));
+  if (const auto row = rowAt(position.toPoint())) makeCurrent(*row);
+  pointer_.handle(*root_, ui::PointerPhase::pressed, pointOf(position));
   update();
 }
 
 void RowSurface::mouseMoveEvent(QMouseEvent* event) {
-  const auto row = rowAt(event->position().toPoint());
-  setHoveredRow(row && describe_(*row).opens ? row : std::nullopt);
+  pointerDidMove(event->position().toPoint());
   if (event->buttons() & Qt::LeftButton)
     pointer_.handle(*root_, ui::PointerPhase::moved, pointOf(event->position()));
 }
@@ -185,20 +197,29 @@ void RowSurface::mouseReleaseEvent(QMouseEvent* event) {
   pointer_.handle(*root_, ui::PointerPhase::released, pointOf(event->position()));
 }
 
-void RowSurface::leaveEvent(QEvent*) { setHoveredRow(std::nullopt); }
+void RowSurface::leaveEvent(QEvent*) { pointerDidMove(std::nullopt); }
 
-void RowSurface::setHoveredRow(std::optional<std::size_t> row) {
-  if (std::exchange(hoveredRow_, row) == row) return;
-  setCursor(row ? Qt::PointingHandCursor : Qt::ArrowCursor);
-  update();
+void RowSurface::pointerDidMove(std::optional<QPoint> place) {
+  mouse_ = place;
+  const auto before = hoveredRow_;
+  findHoveredRow();
+  if (hoveredRow_ != before) update();
+}
+
+/// Rows come, go and scroll under a mouse that rests as well: that is found when they are painted.
+void RowSurface::findHoveredRow() {
+  const auto row = mouse_ ? rowAt(*mouse_) : std::nullopt;
+  const auto hovered = row && describe_(*row).opens ? row : std::nullopt;
+  if (hovered.has_value() != hoveredRow_.has_value())
+    setCursor(hovered ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  hoveredRow_ = hovered;
 }
 
 void RowSurface::cancelPress() { pointer_.handle(*root_, ui::PointerPhase::cancelled, {-1, -1}); }
 
 void RowSurface::wheelEvent(QWheelEvent* event) {
   if (!scrollBy(pointsOf(*event))) return event->ignore();
-  const auto row = rowAt(event->position().toPoint());
-  setHoveredRow(row && describe_(*row).opens ? row : std::nullopt);
+  pointerDidMove(event->position().toPoint());
 }
 
 bool RowSurface::scrollBy(double points) {
@@ -221,33 +242,38 @@ bool RowSurface::event(QEvent* event) {
   }
 }
 
-/// The first finger alone counts.
+/// The first finger alone counts, until it is lifted; then none does before all others are lifted too.
 bool RowSurface::handleTouch(const QTouchEvent& event) {
-  const QPointF position =
-      event.points().isEmpty() ? QPointF() : mapFromGlobal(event.points().front().globalPosition());
-  switch (event.type()) {
-    case QEvent::TouchBegin:
-      touch_ = Touch{position.y(), position.y(), false};
-      pointer_.handle(*root_, ui::PointerPhase::pressed, pointOf(position));
-      break;
-    case QEvent::TouchUpdate:
-      touchMoved(position);
-      break;
-    default:
-      const bool isTap = event.type() == QEvent::TouchEnd && touch_ && !touch_->scrolls;
-      touch_.reset();
-      if (!isTap) return cancelPress(), true;
-      pointer_.handle(*root_, ui::PointerPhase::released, pointOf(position));
+  if (event.type() == QEvent::TouchCancel) {
+    touch_.reset();
+    return cancelPress(), true;
+  }
+  for (const QEventPoint& point : event.points()) {
+    const QPointF position = mapFromGlobal(point.globalPosition());
+    if (event.type() == QEvent::TouchBegin) return touchBegan(point.id(), position), true;
+    if (!touch_ || touch_->finger != point.id()) continue;
+    if (point.state() == QEventPoint::Released) return touchEnded(position), true;
+    return touchMoved(position), true;
   }
   return true;
 }
 
+void RowSurface::touchBegan(int finger, const QPointF& position) {
+  touch_ = Touch{.finger = finger, .startY = position.y(), .lastY = position.y()};
+  pressBegan(position);
+}
+
 void RowSurface::touchMoved(const QPointF& position) {
-  if (!touch_) return;
   const int threshold = QGuiApplication::styleHints()->startDragDistance();
   if (!touch_->scrolls && std::abs(position.y() - touch_->startY) < threshold) return;
   if (!std::exchange(touch_->scrolls, true)) cancelPress();
   scrollBy(std::exchange(touch_->lastY, position.y()) - position.y());
+}
+
+void RowSurface::touchEnded(const QPointF& position) {
+  const bool isTap = !touch_->scrolls;
+  touch_.reset();
+  if (isTap) pointer_.handle(*root_, ui::PointerPhase::released, pointOf(position));
 }
 
 // ---- Keys ----

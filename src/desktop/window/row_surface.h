@@ -6,20 +6,13 @@
 #include <memory>
 #include <optional>
 
+#include "desktop/window/row_words.h"
 #include "platform/ui/pointer_tracker.h"
 #include "platform/ui/table_view.h"
 
 class QTouchEvent;
 
 namespace linewatch::desktop {
-
-/// What a row says to someone who does not see it.
-struct RowWords {
-  QString name;
-  QString description;
-  /// Whether a press on it does anything.
-  bool opens = false;
-};
 
 /// A part of a window that draws a view with a table in it, and brings mouse, touch and keys to the table's
 /// rows. The table has one section, and fills the view.
@@ -63,19 +56,26 @@ class RowSurface final : public QWidget {
 
  private:
   struct Touch {
+    /// Of the finger that counts.
+    int finger = 0;
     double startY = 0;
     double lastY = 0;
     bool scrolls = false;
   };
 
+  void makeCurrent(std::size_t row);
   void layOut();
   void paintFill(QPainter& painter, std::size_t row) const;
   void paintFocus(QPainter& painter) const;
-  void setHoveredRow(std::optional<std::size_t> row);
+  void pressBegan(const QPointF& position);
+  void pointerDidMove(std::optional<QPoint> place);
+  void findHoveredRow();
   void cancelPress();
   bool scrollBy(double points);
   bool handleTouch(const QTouchEvent& event);
+  void touchBegan(int finger, const QPointF& position);
   void touchMoved(const QPointF& position);
+  void touchEnded(const QPointF& position);
   std::optional<std::size_t> rowForKey(int key) const;
   std::size_t rowsInSight() const;
   void rowsDidReload();
@@ -86,6 +86,10 @@ class RowSurface final : public QWidget {
   ui::PointerTracker pointer_;
   double cornerRadius_ = 0;
   std::size_t currentRow_ = 0;
+  /// The current row's, as they were last told.
+  RowWords currentWords_;
+  /// Where the mouse rests; none when it is elsewhere.
+  std::optional<QPoint> mouse_;
   std::optional<std::size_t> hoveredRow_;
   std::optional<Touch> touch_;
   bool focusIsShown_ = false;

@@ -20,15 +20,22 @@ class RowSurfaceTest : public PanelTest {
   std::size_t opened() { return count("openUserActivity"); }
   double scrolledTo() { return panel_->controller().tableView()->contentOffset(); }
 
-  void touch(QEvent::Type type, const QPointF& point) {
+  using Fingers = QList<QEventPoint>;
+  static QEventPoint finger(int id, QEventPoint::State state, const QPointF& point) {
+    return {id, state, point, point};
+  }
+  void touch(QEvent::Type type, const Fingers& fingers) {
     static const QPointingDevice screen("screen", 1, QInputDevice::DeviceType::TouchScreen,
                                         QPointingDevice::PointerType::Finger,
-                                        QInputDevice::Capability::Position, 1, 0);
+                                        QInputDevice::Capability::Position, 2, 0);
+    QTouchEvent event(type, &screen, Qt::NoModifier, fingers);
+    QApplication::sendEvent(&rows(), &event);
+  }
+  void touch(QEvent::Type type, const QPointF& point) {
     const auto state = type == QEvent::TouchBegin    ? QEventPoint::Pressed
                        : type == QEvent::TouchUpdate ? QEventPoint::Updated
                                                      : QEventPoint::Released;
-    QTouchEvent event(type, &screen, Qt::NoModifier, {QEventPoint(1, state, point, point)});
-    QApplication::sendEvent(&rows(), &event);
+    touch(type, Fingers{finger(1, state, point)});
   }
 };
 
@@ -79,6 +86,26 @@ TEST_F(RowSurfaceTest, HoverAndPressCanBeSeen) {
   EXPECT_EQ(color(), idle);
 }
 
+TEST_F(RowSurfaceTest, HoverFollowsTheRowsUnderAMouseThatRests) {
+  auto world = cityWithAStrike();
+  world.service.answer = simulation::WorldService::Answer::error;
+  startShown(world);
+  const auto shape = [this] {
+    rows().grab();
+    return rows().cursor().shape();
+  };
+  mouse(rows(), QEvent::MouseMove, middleOf(0));
+  EXPECT_EQ(shape(), Qt::ArrowCursor) << "an error opens nothing";
+  change([](auto& changed) { changed.service.answer = simulation::WorldService::Answer::lines; });
+  panel_->requestUpdate();
+  advance(1);
+  EXPECT_EQ(shape(), Qt::PointingHandCursor);
+  change([](auto& changed) { changed.service.answer = simulation::WorldService::Answer::error; });
+  panel_->requestUpdate();
+  advance(1);
+  EXPECT_EQ(shape(), Qt::ArrowCursor);
+}
+
 TEST_F(RowSurfaceTest, TheWheelScrolls) {
   startExpanded(cityOf(40), 100);
   const QPointF point(20, 20);
@@ -103,10 +130,24 @@ TEST_F(RowSurfaceTest, AFingerTapsOrScrolls) {
   touch(QEvent::TouchEnd, {50, 150});
   EXPECT_EQ(scrolledTo(), 150);
   EXPECT_EQ(opened(), 1U);
+  EXPECT_EQ(rows().currentRow(), 2U) << "keys go on from the row that was touched";
+
+  using enum QEventPoint::State;
+  touch(QEvent::TouchBegin, {50, 300});
+  touch(QEvent::TouchUpdate, {finger(2, Pressed, {90, 20}), finger(1, Updated, {50, 290})});
+  EXPECT_EQ(scrolledTo(), 160) << "the first finger counts, wherever it is named";
+  touch(QEvent::TouchUpdate, {finger(1, Released, {50, 290}), finger(2, Updated, {90, 10})});
+  touch(QEvent::TouchUpdate, {finger(2, Updated, {90, 200})});
+  touch(QEvent::TouchEnd, {finger(2, Released, {90, 200})});
+  EXPECT_EQ(scrolledTo(), 160);
+  EXPECT_EQ(opened(), 1U);
 }
 
 TEST_F(RowSurfaceTest, RowsHaveNamesStatesAndActionsForAssistiveTechnology) {
-  startExpanded();
+  auto world = cityWithAStrike();
+  world.lines["A"].alternateArtwork = TransitArtworkDataSource{
+      .shieldDataSource = ShieldDataSource{.shieldText = "A"}, .accessibilityText = "Line A"};
+  startExpanded(world);
   QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&rows());
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(list->role(), QAccessible::List);
@@ -114,7 +155,9 @@ TEST_F(RowSurfaceTest, RowsHaveNamesStatesAndActionsForAssistiveTechnology) {
   ASSERT_EQ(list->childCount(), 3);
   QAccessibleInterface* const row = list->child(0);
   EXPECT_EQ(row->role(), QAccessible::ListItem);
-  EXPECT_EQ(row->text(QAccessible::Name), "Strike");
+  EXPECT_EQ(row->text(QAccessible::Name), "Line A, Strike");
+  EXPECT_EQ(list->child(2)->text(QAccessible::Name), "LineWatch_GoodService_Title")
+      << "its picture stands for no line";
   EXPECT_EQ(row->text(QAccessible::Description), "Few trains");
   EXPECT_EQ(row->parent(), list);
   EXPECT_EQ(list->indexOfChild(list->child(2)), 2);
@@ -141,6 +184,19 @@ TEST_F(RowSurfaceTest, ARowThatIsGoneIsInvalidForAssistiveTechnology) {
   EXPECT_TRUE(last->text(QAccessible::Name).isEmpty());
   EXPECT_EQ(list->child(2), nullptr);
   EXPECT_EQ(list->child(0)->text(QAccessible::Name), "LineWatch_Summary_advisory_count(2)");
+}
+
+TEST_F(RowSurfaceTest, TheSummarySaysItsShieldsButNotAllOfVeryMany) {
+  auto world = cityOf(14);
+  for (int i = 0; i < 14; ++i) {
+    const std::string name = "L" + std::to_string(i);
+    world.lines[name].alternateArtwork =
+        TransitArtworkDataSource{.shieldDataSource = ShieldDataSource{.shieldText = name}};
+  }
+  startShown(world);
+  EXPECT_EQ(rows().wordsOf(0).description.toStdString(),
+            "L0, L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11, "
+            "Transit_Incident_Not_Displayed_Incidents(2)");
 }
 
 }  // namespace
