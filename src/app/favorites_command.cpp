@@ -12,12 +12,12 @@ using desktop::Outcome;
 using desktop::StoredFavorite;
 
 Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<std::string>& names) {
-  const auto indexes = session.platform().feeds().lines();
-  if (!indexes) return indexes.error();
+  const desktop::FeedLines all = session.platform().feeds().lines();
   std::vector<FoundLine> found;
   for (const std::string& name : names) {
-    auto line = desktop::findLine(*indexes, name);
-    if (!line) return line.error();
+    auto line = desktop::findLine(all.indexes, name);
+    // A feed that cannot be read may have the line.
+    if (!line) return all.error ? *all.error : line.error();
     found.push_back(std::move(*line));
   }
   return found;

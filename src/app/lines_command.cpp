@@ -17,12 +17,13 @@ std::string joined(const std::vector<std::string>& words) {
 }  // namespace
 
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style) {
-  const auto indexes = session.platform().feeds().lines();
-  if (!indexes) return refused(indexes.error());
-  const std::vector<desktop::FoundLine> found = desktop::searchLines(*indexes, joined(command.query));
-  if (found.empty())
-    return {.output = {}, .complaint = "no line fits \"" + joined(command.query) + "\"", .status = 0};
-  return Report::of(lineTable(found, style));
+  const desktop::FeedLines all = session.platform().feeds().lines();
+  const std::vector<desktop::FoundLine> found = desktop::searchLines(all.indexes, joined(command.query));
+  // What cannot be read may have had the line.
+  Report report = all.error ? refused(*all.error) : Report{};
+  report.output = lineTable(found, style);
+  if (found.empty() && !all.error) report.complaint = "no line fits \"" + joined(command.query) + "\"";
+  return report;
 }
 
 }  // namespace linewatch::app

@@ -42,13 +42,13 @@ Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {
   return load(static_cast<std::size_t>(feed - feeds_.begin()));
 }
 
-Outcome<std::vector<SharedLineIndex>> TransitFeeds::lines() {
+FeedLines TransitFeeds::lines() {
   const std::lock_guard loading(loadingMutex_);
-  std::vector<SharedLineIndex> all;
+  FeedLines all;
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
     auto lines = load(feed);
-    if (!lines) return lines.error();
-    all.push_back(std::move(*lines));
+    if (lines) all.indexes.push_back(std::move(*lines));
+    if (!lines && !all.error) all.error = lines.error();
   }
   return all;
 }

@@ -22,6 +22,14 @@
 
 namespace linewatch::desktop {
 
+/// The lines of several feeds, as far as they can be had.
+struct FeedLines {
+  /// A feed each.
+  std::vector<SharedLineIndex> indexes;
+  /// What is wrong with the first feed that cannot be read; absent when all can.
+  std::optional<Error> error;
+};
+
 /// The lines of all feeds with their incidents. Each feed's lines are loaded when they are first asked for
 /// and kept; its alerts are asked for at every look-up. Any thread; what loads waits for what is loading.
 class TransitFeeds {
@@ -40,8 +48,8 @@ class TransitFeeds {
 
   /// The lines of the feed with that name.
   Outcome<SharedLineIndex> linesOf(std::string_view feedName);
-  /// The lines of every feed, in the order of the feeds, or the first error.
-  Outcome<std::vector<SharedLineIndex>> lines();
+  /// The lines of every feed that can be read, in the order of the feeds.
+  FeedLines lines();
 
   /// The lines asked with the incidents that they have at `now`, in the order asked; those that no feed has
   /// are left out. An error when the alerts of one of them, or the lines of any feed, cannot be had: what is

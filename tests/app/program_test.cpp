@@ -131,7 +131,17 @@ TEST_F(ProgramTest, KeepsFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Strike"));
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "r1"})).output, "Removed r1\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Good Service"));
-  EXPECT_EQ(runProgram(saved({"feed", "remove", "town"})).status, 0);
+
+  std::filesystem::copy(folder_ / "gtfs", folder_ / "lost");
+  runProgram(saved({"feed", "add", "lost", "--gtfs", folder_ / "lost", "--alerts", folder_ / "alerts.pb"}));
+  std::filesystem::remove_all(folder_ / "lost");
+  const auto found = runProgram(saved({"lines", "central"}));
+  EXPECT_EQ(found.status, 2);
+  EXPECT_THAT(found.output, HasSubstr("Zoo – Central"));
+  EXPECT_THAT(found.errors, HasSubstr("feed lost"));
+  EXPECT_THAT(runProgram(saved({"favorites", "add", "9"})).errors, HasSubstr("feed lost"));
+
+  for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
 

@@ -142,7 +142,10 @@ TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
                             {});
   EXPECT_THAT(lines(withoutLines, {line("good", "1")}), ElementsAre("good one:"));
   EXPECT_THAT(lines(withoutLines, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
-  EXPECT_FALSE(withoutLines.lines());
+  const FeedLines known = withoutLines.lines();
+  ASSERT_EQ(known.indexes.size(), 1U);
+  EXPECT_EQ(known.indexes[0]->feedName(), "good");
+  EXPECT_THAT(sentence(*known.error), HasSubstr("no such file or folder"));
   EXPECT_FALSE(withoutLines.linesOf("nowhere"));
 }
 

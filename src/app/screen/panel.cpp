@@ -51,7 +51,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
   desktop::FavoritesServices services{
       .favorites = [this] { return platform().favorites().lines(); },
       .loadLines =
-          [this](std::function<void(const desktop::FavoritesServices::Lines&)> done) {
+          [this](std::function<void(const desktop::FeedLines&)> done) {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
           },
       .didChange = [this] { window_.favoritesDidChange(); }};

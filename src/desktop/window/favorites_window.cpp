@@ -27,8 +27,6 @@ constexpr double kAgencySize = 12;
 constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
 
-QString sentenceIn(const Error& error) { return QString::fromStdString(sentenceOf(error)); }
-
 }  // namespace
 
 FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices services)
@@ -73,26 +71,25 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
 void FavoritesWindow::present() {
   const auto stored = services_.favorites();
   favorites_ = stored ? *stored : std::vector<StoredFavorite>();
-  setWindowTitle(texts()(favorites_.empty() ? "AddFavoritesTitle" : "FavoritesTitle"));
+  favoritesError_ = stored ? std::nullopt : std::optional(stored.error());
+  setWindowTitle(texts()(stored && favorites_.empty() ? "AddFavoritesTitle" : "FavoritesTitle"));
   const QSignalBlocker blocker(search_);
   search_->clear();
-  search_->setEnabled(static_cast<bool>(services_.change));
+  search_->setEnabled(stored && services_.change);
   areLinesLoaded_ = false;
   showLines();
-  if (!stored) showHint(sentenceIn(stored.error()));
   bringUp();
   search_->setFocus(Qt::OtherFocusReason);
-  services_.loadLines([window = QPointer<FavoritesWindow>(this)](const FavoritesServices::Lines& lines) {
+  services_.loadLines([window = QPointer<FavoritesWindow>(this)](const FeedLines& lines) {
     if (window) window->linesDidLoad(lines);
   });
 }
 
-void FavoritesWindow::linesDidLoad(const FavoritesServices::Lines& lines) {
+void FavoritesWindow::linesDidLoad(const FeedLines& lines) {
   areLinesLoaded_ = true;
   records_.clear();
-  lines_ = lines ? *lines : std::vector<SharedLineIndex>();
+  lines_ = lines;
   showLines();
-  if (!lines) showHint(sentenceIn(lines.error()));
 }
 
 // ---- What is listed ----
@@ -102,10 +99,16 @@ void FavoritesWindow::showLines() {
   list_->clear();
   listed_.clear();
   showHint({});
+  if (favoritesError_) return showError(*favoritesError_);
   const QString query = search_->text().trimmed();
   if (!areLinesLoaded_) return showHint(texts()("LoadingLines"));
-  if (query.isEmpty() && !favorites_.empty()) return showFavorites();
-  showFound(searchLines(lines_, query.toStdString()));
+  if (query.isEmpty() && !favorites_.empty()) {
+    showFavorites();
+  } else {
+    showFound(searchLines(lines_.indexes, query.toStdString()));
+  }
+  // Says more of what is missing than any other hint.
+  if (lines_.error) showError(*lines_.error);
 }
 
 void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
@@ -130,6 +133,8 @@ void FavoritesWindow::showHint(const QString& hint) {
   hint_->setVisible(!hint.isEmpty());
 }
 
+void FavoritesWindow::showError(const Error& error) { showHint(QString::fromStdString(sentenceOf(error))); }
+
 FavoritesWindow::Entry FavoritesWindow::entryOf(const FoundLine& line) {
   LineRecords& records = records_.try_emplace(line.index.get(), line.index).first->second;
   return {favoriteOf(line), QString::fromStdString(line.longName()),
@@ -137,8 +142,8 @@ FavoritesWindow::Entry FavoritesWindow::entryOf(const FoundLine& line) {
 }
 
 FavoritesWindow::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
-  const auto index = std::ranges::find(lines_, favorite.feed, &LineIndex::feedName);
-  const auto route = index == lines_.end() ? std::nullopt : (*index)->routeWithId(favorite.subject);
+  const auto index = std::ranges::find(lines_.indexes, favorite.feed, &LineIndex::feedName);
+  const auto route = index == lines_.indexes.end() ? std::nullopt : (*index)->routeWithId(favorite.subject);
   if (route) return entryOf(FoundLine{*index, *route});
   return {favorite, texts()("UnknownLine", {favorite.subject}), QString::fromStdString(favorite.feed),
           nullptr};
@@ -169,7 +174,7 @@ void FavoritesWindow::itemDidChange(QListWidgetItem* item) {
   if (!changed) {
     const QSignalBlocker blocker(list_);
     item->setCheckState(isAdded ? Qt::Unchecked : Qt::Checked);
-    return showHint(sentenceIn(changed.error()));
+    return showError(changed.error());
   }
   if (!*changed) return;
   std::erase(favorites_, favorite);

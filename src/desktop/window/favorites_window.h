@@ -11,6 +11,7 @@
 #include "desktop/feeds/line_search.h"
 #include "desktop/outcome.h"
 #include "desktop/storage/stored_favorites.h"
+#include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
 
 class QLabel;
@@ -22,13 +23,11 @@ namespace linewatch::desktop {
 
 /// Where the favourites window has its lines from.
 struct FavoritesServices {
-  using Lines = Outcome<std::vector<SharedLineIndex>>;
-
   std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
   /// Adds or removes; false when that changes nothing. Empty when the favourites cannot be changed.
   std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
-  /// Loads the lines of every feed and calls once, then or later, on the main thread.
-  std::function<void(std::function<void(const Lines&)>)> loadLines;
+  /// Loads the lines of every feed that can be read and calls once, then or later, on the main thread.
+  std::function<void(std::function<void(const FeedLines&)>)> loadLines;
   /// Called after each change.
   std::function<void()> didChange;
 };
@@ -57,11 +56,12 @@ class FavoritesWindow final : public CompanionWindow {
     SharedArtwork artwork;
   };
 
-  void linesDidLoad(const FavoritesServices::Lines& lines);
+  void linesDidLoad(const FeedLines& lines);
   void showLines();
   void showFound(const std::vector<FoundLine>& found);
   void showFavorites();
   void showHint(const QString& hint);
+  void showError(const Error& error);
   void addEntry(const Entry& entry);
   Entry entryOf(const FoundLine& line);
   Entry entryOf(const StoredFavorite& favorite);
@@ -75,7 +75,9 @@ class FavoritesWindow final : public CompanionWindow {
   QListWidget* list_ = nullptr;
 
   std::vector<StoredFavorite> favorites_;
-  std::vector<SharedLineIndex> lines_;
+  /// Why they are not known, and nothing can be chosen; absent when they are.
+  std::optional<Error> favoritesError_;
+  FeedLines lines_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
   std::vector<StoredFavorite> listed_;

@@ -116,21 +116,22 @@ class CompanionTest : public PanelTest {
             .openLink = [this](const QUrl& url) { openedLinks_.append(url.toString()); }};
   }
   FavoritesServices favoritesServices() {
-    return {
-        .favorites = [this]() -> Outcome<std::vector<StoredFavorite>> { return stored_; },
-        .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
-          if (isReadOnly_) return failure("state database", "", "it may only be read");
-          std::erase(stored_, favorite);
-          if (isAdded) stored_.push_back(favorite);
-          return true;
-        },
-        .loadLines =
-            [this](const std::function<void(const FavoritesServices::Lines&)>& done) { linesLoaded_ = done; },
-        .didChange = [this] { ++changes_; }};
+    return {.favorites = [this]() -> Outcome<std::vector<StoredFavorite>> {
+              if (isUnreadable_) return failure("state database", "", "another program is using it");
+              return stored_;
+            },
+            .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
+              if (isReadOnly_) return failure("state database", "", "it may only be read");
+              std::erase(stored_, favorite);
+              if (isAdded) stored_.push_back(favorite);
+              return true;
+            },
+            .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
+            .didChange = [this] { ++changes_; }};
   }
   QListWidget& openFavorites() {
     companion_->showFavorites();
-    linesLoaded_(std::vector{cityLines()});
+    linesLoaded_({.indexes = {cityLines()}, .error = linesError_});
     settle();
     return *window<FavoritesWindow>()->findChild<QListWidget*>();
   }
@@ -149,8 +150,10 @@ class CompanionTest : public PanelTest {
   DetailsServices::LinesFound findLines_;
   QStringList openedLinks_;
   std::vector<StoredFavorite> stored_;
-  std::function<void(const FavoritesServices::Lines&)> linesLoaded_;
+  std::function<void(const FeedLines&)> linesLoaded_;
+  std::optional<Error> linesError_;
   bool isReadOnly_ = false;
+  bool isUnreadable_ = false;
   int changes_ = 0;
 };
 
@@ -281,6 +284,28 @@ TEST_F(CompanionTest, FindsAndAddsLines) {
   EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central")) << "the search has gone first";
   press(*window<FavoritesWindow>(), Qt::Key_Escape);
   EXPECT_EQ(window<FavoritesWindow>(), nullptr);
+}
+
+TEST_F(CompanionTest, GoesOnWithoutAFeedThatCannotBeReadButNotWithoutTheFavourites) {
+  startCompanion();
+  stored_ = {{FavoriteKind::line, "city", "r2"}};
+  linesError_ = failure("feed town", "/town", "no such file or folder");
+  const auto hints = [] { return labelsOf(*window<FavoritesWindow>()); };
+  QListWidget& list = openFavorites();
+  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
+  for (const auto& [searched, found] : {std::pair("trams", 2), std::pair("nowhere", 0)}) {
+    type(searched);
+    EXPECT_EQ(list.count(), found);
+    EXPECT_THAT(hints(), Contains("feed town: /town: no such file or folder")) << searched;
+  }
+  isUnreadable_ = true;
+  EXPECT_EQ(&openFavorites(), &list);
+  EXPECT_EQ(list.count(), 0) << "nobody knows which of them are chosen";
+  EXPECT_THAT(hints(), Contains("state database: another program is using it"));
+  EXPECT_FALSE(window<FavoritesWindow>()->findChild<QLineEdit*>()->isEnabled());
+  isUnreadable_ = false;
+  openFavorites();
+  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
 }
 
 TEST_F(CompanionTest, WindowsCanBeUsedWithoutSeeingThem) {
