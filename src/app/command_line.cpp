@@ -243,7 +243,7 @@ std::optional<int> number(const std::ssub_match& digits) {
 std::variant<CommandLine, Answer> parseCommandLine(int argc, const char* const* argv) {
   CLI::App app(kAbout, "linewatch");
   app.footer(kFooter);
-  app.set_version_flag("--version", "linewatch 0.1.0");
+  app.set_version_flag("--version", "linewatch " LINEWATCH_VERSION);
   app.require_subcommand(0, 1);
   app.fallthrough();
   CommonOptions options;
