@@ -9,9 +9,9 @@ namespace linewatch {
 /// The list in plain values, for those who print or record it:
 ///
 ///     LIST         {"summaryItem": ITEM or none, "expandedItems": [ITEM…]}
-///     ITEM         {"kind": "item", "primaryText", "secondaryText", "displayArtwork", "artwork", "openable"}
-///     or
-///                  {"kind": "summary", "primaryText", "artworks": [DESCRIPTION…], "openable"}
+///     ITEM         {"kind": "item", "primaryText", "secondaryText", "displayArtwork", "artwork",
+///                  "openable"}
+///               or {"kind": "summary", "primaryText", "artworks": [DESCRIPTION…], "openable"}
 ///     artwork      {"alpha", "image": NAME}, {"alpha", "shield": DESCRIPTION, "size"} or none
 ///     openable     {"url"}, {"activityType", "userInfo"} or none
 ///

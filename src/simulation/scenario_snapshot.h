@@ -14,11 +14,11 @@ namespace linewatch::simulation {
 ///     rowHeight, artworkColumnWidth     points
 ///     maxNumberOfRows                   none for no limit
 ///     list                              the list's form, or none
-///     rows                              [{"cell": "item" | "summary" | "plain", "separator", "highlights",
-///     "item",
-///                                         "views": {NAME: [x, y, width, height]…}}…], the views' rectangles
-///                                         in
-///                                       points from the row's top left corner
+///     rows                              [ROW…]
+///     ROW     cell                      "item", "summary" or "plain"
+///             separator, highlights
+///             item                      its form
+///             views                     {NAME: [x, y, width, height]…}, points from the row's top left
 ///
 /// The view of the controller is loaded. It looks afterwards as it did before.
 Dictionary snapshotOf(RVTransitIncidentsViewController& controller);

@@ -113,6 +113,7 @@ struct World {
   /// The time of the clock at second 0: 2026-11-24T08:00:00Z.
   Date start{Seconds(1795507200)};
 
+  /// A note for the reader of a scenario: as texts are their keys, nothing depends on it.
   std::string locale = "en";
   LayoutDirection layoutDirection = LayoutDirection::leftToRight;
   /// Pixels a point.

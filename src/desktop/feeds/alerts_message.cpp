@@ -7,17 +7,35 @@
 
 // The bytes, as protocol buffer fields "number name: type". Every other field is skipped, whatever is in it.
 //
-//   message     1 header: Header                    2 entity: Entity, repeated
-//   Header      1 version: text                     2 incrementality: 0 all, 1 a difference    3 timestamp:
-//   seconds Entity      1 id: text                          2 is_deleted: bool                         5
-//   alert: Alert Alert       1 active_period: Period, repeated   2 communication_period: Period, repeated
-//               3 impact_period: Period, repeated   5 informed_entity: Selector, repeated
-//               6 cause, 7 effect: enumerations     8 url, 10 header_text, 11 description_text,
-//                                                   12 tts_header_text, 13 tts_description_text: Texts
-//   Period      1 start, 2 end: seconds
-//   Selector    1 agency_id: text    2 route_id: text    3 route_type: int32    4 trip: Trip    5 stop_id:
-//   text Trip        1 trip_id: text      5 route_id: text    7 modified_trip: message Texts       1
-//   translation: Translation, repeated Translation 1 text: text         2 language: text
+//   message      1 header                   Header
+//                2 entity                   Entity, repeated
+//   Header       1 version                  text
+//                2 incrementality           0 all, 1 a difference
+//                3 timestamp                seconds
+//   Entity       1 id                       text
+//                2 is_deleted               bool
+//                5 alert                    Alert
+//   Alert        1 active_period            Period, repeated
+//                2 communication_period     Period, repeated
+//                3 impact_period            Period, repeated
+//                5 informed_entity          Selector, repeated
+//                6 cause, 7 effect          enumerations
+//                8 url                      Texts
+//               10 header_text              Texts
+//               11 description_text         Texts
+//               12 tts_header_text          Texts
+//               13 tts_description_text     Texts
+//   Period       1 start, 2 end             seconds
+//   Selector     1 agency_id                text
+//                2 route_id                 text
+//                3 route_type               int32
+//                4 trip                     Trip
+//                5 stop_id                  text
+//   Trip         1 trip_id                  text
+//                5 route_id                 text
+//                7 modified_trip            message
+//   Texts        1 translation              Translation, repeated
+//   Translation  1 text, 2 language         text
 //
 // A message that comes twice where one is meant is one message, as everywhere in this encoding.
 
