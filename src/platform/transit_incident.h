@@ -55,12 +55,4 @@ class TransitIncident {
 using SharedIncident = std::shared_ptr<const TransitIncident>;
 using TransitIncidents = std::vector<SharedIncident>;
 
-/// Equality and hash of incidents for look-up tables: by `muid`.
-struct TransitIncidentIdentity {
-  bool operator()(const SharedIncident& a, const SharedIncident& b) const { return a->muid() == b->muid(); }
-  std::size_t operator()(const SharedIncident& incident) const {
-    return std::hash<std::uint64_t>{}(incident->muid());
-  }
-};
-
 }  // namespace linewatch

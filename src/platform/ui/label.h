@@ -29,11 +29,9 @@ class Label : public View {
   const Color& textColor() const { return textColor_; }
   void setTextColor(const Color& color);
   /// 0 for any number; 1 by default.
-  std::size_t numberOfLines() const { return numberOfLines_; }
   void setNumberOfLines(std::size_t lines);
   LineBreakMode lineBreakMode() const { return lineBreakMode_; }
   void setLineBreakMode(LineBreakMode mode);
-  TextAlignment textAlignment() const { return alignment_; }
   void setTextAlignment(TextAlignment alignment);
 
   /// The font's cap height in points.

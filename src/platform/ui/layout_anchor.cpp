@@ -46,12 +46,6 @@ std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintGreaterThanOrEqu
   return LayoutConstraint::make(term_, Relation::greaterThanOrEqual, {}, 1, constant);
 }
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintLessThanOrEqualToConstant(
-    double constant) const requires(kind == LayoutAnchorKind::dimension) {
-  return LayoutConstraint::make(term_, Relation::lessThanOrEqual, {}, 1, constant);
-}
-
 template class LayoutAnchor<LayoutAnchorKind::x>;
 template class LayoutAnchor<LayoutAnchorKind::y>;
 template class LayoutAnchor<LayoutAnchorKind::dimension>;

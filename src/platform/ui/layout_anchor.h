@@ -59,8 +59,6 @@ class LayoutAnchor {
       requires(kind == LayoutAnchorKind::dimension);
   std::shared_ptr<LayoutConstraint> constraintGreaterThanOrEqualToConstant(double constant) const
       requires(kind == LayoutAnchorKind::dimension);
-  std::shared_ptr<LayoutConstraint> constraintLessThanOrEqualToConstant(double constant) const
-      requires(kind == LayoutAnchorKind::dimension);
 
  private:
   LayoutTerm term_;

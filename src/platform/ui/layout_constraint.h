@@ -28,7 +28,6 @@ class LayoutConstraint final : public Object, public std::enable_shared_from_thi
   LayoutItem* firstItem() const { return *first_.item; }
   LayoutItem* secondItem() const { return second_.item ? *second_.item : nullptr; }
   LayoutAttribute firstAttribute() const { return first_.attribute; }
-  LayoutAttribute secondAttribute() const { return second_.attribute; }
   Relation relation() const { return relation_; }
   double multiplier() const { return multiplier_; }
 

@@ -302,10 +302,10 @@ void LayoutEngine::setContentRows(Item& item, Axis axis, std::optional<double> l
   linear.priority = kFramePriority;
   setRow(part.notNegative, axis, linear);
   linear.constant = -std::max(0.0, sanitizedLength(*length));
-  linear.priority = std::min(item.view->contentCompressionResistancePriority(axis), kFramePriority);
+  linear.priority = kHighPriority;
   setRow(part.resistance, axis, linear);
   linear.relation = Relation::lessThanOrEqual;
-  linear.priority = std::min(item.view->contentHuggingPriority(axis), kFramePriority);
+  linear.priority = kLowPriority;
   setRow(part.hugging, axis, linear);
 }
 

@@ -13,7 +13,7 @@ enum class Relation : std::uint8_t { lessThanOrEqual, equal, greaterThanOrEqual 
 using LayoutPriority = double;
 
 inline constexpr LayoutPriority kRequiredPriority = 1000;
-/// How strongly content resists being made smaller than it is, unless a view says otherwise.
+/// How strongly content resists being made smaller than it is.
 inline constexpr LayoutPriority kHighPriority = 750;
 /// How strongly text stays between the top and the bottom of its layout root: it is rather cut short, by
 /// whole lines, than drawn across an edge.

@@ -32,7 +32,6 @@ class StackView : public View {
   StackAlignment alignment() const { return alignment_; }
   void setAlignment(StackAlignment alignment);
   /// In a vertical stack: the spacing runs from a view's last baseline to the next one's first.
-  bool isBaselineRelativeArrangement() const { return baselineRelative_; }
   void setBaselineRelativeArrangement(bool relative);
 
   /// The first and the last arranged view that is not hidden.

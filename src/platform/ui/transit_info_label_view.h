@@ -35,10 +35,8 @@ class TransitInfoLabelView final : public View {
 
   std::int64_t shieldSize() const { return shieldSize_; }
   void setShieldSize(std::int64_t size);
-  std::int64_t iconSize() const { return iconSize_; }
   void setIconSize(std::int64_t size);
   /// Points.
-  double spaceBetweenShields() const { return space_; }
   void setSpaceBetweenShields(double space);
   /// Points; absent: as wide as the longest row that is ever shown.
   std::optional<double> maximumWidth() const { return maximumWidth_; }

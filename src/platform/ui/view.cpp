@@ -206,14 +206,6 @@ void View::invalidateIntrinsicContentSize() {
   layoutRoot().setNeedsLayout();
 }
 
-void View::setContentHuggingPriority(LayoutPriority priority, Axis axis) {
-  if (std::exchange(hugging_[index(axis)], priority) != priority) structureDidChange();
-}
-
-void View::setContentCompressionResistancePriority(LayoutPriority priority, Axis axis) {
-  if (std::exchange(resistance_[index(axis)], priority) != priority) structureDidChange();
-}
-
 void View::becomeLayoutRoot() { ownLayoutRoot_ = true; }
 
 View& View::layoutRoot() {

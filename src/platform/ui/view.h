@@ -98,11 +98,6 @@ class View : public LayoutItem {
   virtual View& viewForFirstBaselineLayout() { return *this; }
   virtual View& viewForLastBaselineLayout() { return *this; }
 
-  LayoutPriority contentHuggingPriority(Axis axis) const { return hugging_[index(axis)]; }
-  void setContentHuggingPriority(LayoutPriority priority, Axis axis);
-  LayoutPriority contentCompressionResistancePriority(Axis axis) const { return resistance_[index(axis)]; }
-  void setContentCompressionResistancePriority(LayoutPriority priority, Axis axis);
-
   /// Whether the constraints of this view's inside are solved apart from those around it.
   bool isLayoutRoot() const { return superview_ == nullptr || ownLayoutRoot_; }
   View& layoutRoot();
@@ -125,9 +120,7 @@ class View : public LayoutItem {
   double alpha() const { return alpha_; }
   /// From 0 to 1; what is not a number counts as 1.
   void setAlpha(double alpha);
-  const Color& backgroundColor() const { return backgroundColor_; }
   void setBackgroundColor(const Color& color);
-  bool clipsToBounds() const { return clipsToBounds_; }
   void setClipsToBounds(bool clips);
 
   /// The view's own content, between the background and the subviews.
@@ -163,8 +156,6 @@ class View : public LayoutItem {
   friend class LayoutConstraint;
   friend class LayoutEngine;
 
-  static std::size_t index(Axis axis) { return static_cast<std::size_t>(axis); }
-
   void keepConstraint(const SharedConstraint& constraint);
   void dropConstraint(const LayoutConstraint& constraint);
   void constraintDidChange(LayoutConstraint& constraint);
@@ -189,8 +180,6 @@ class View : public LayoutItem {
   Rect frame_;
   std::optional<LayoutDirection> direction_;
   std::optional<double> scale_;
-  LayoutPriority hugging_[2] = {kLowPriority, kLowPriority};
-  LayoutPriority resistance_[2] = {kHighPriority, kHighPriority};
   bool laidOutByConstraints_ = false;
   bool resizesWidth_ = false;
   bool resizesHeight_ = false;
