@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "desktop/feeds/ascii.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -15,11 +17,7 @@ constexpr std::string_view kBlack = "000000";
 // looks, so that it is left alone from here on; the choice between white and black always gives 4.5 or more.
 constexpr double kLeastContrast = 3;
 
-char upperCase(char digit) {
-  return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
-}
-
-bool isHexadecimal(char digit) { return (digit >= '0' && digit <= '9') || (digit >= 'A' && digit <= 'F'); }
+bool isHexadecimal(char digit) { return isAsciiDigit(digit) || (digit >= 'A' && digit <= 'F'); }
 
 double linearChannel(std::string_view digits) {
   unsigned byte = 0;
@@ -38,7 +36,7 @@ double luminance(std::string_view color) {
 std::string normalizedColor(std::string_view text) {
   if (text.starts_with('#')) text.remove_prefix(1);
   std::string color(text);
-  std::transform(color.begin(), color.end(), color.begin(), upperCase);
+  std::transform(color.begin(), color.end(), color.begin(), asciiCapital);
   const bool isColor = color.size() == 6 && std::all_of(color.begin(), color.end(), isHexadecimal);
   return isColor ? color : std::string();
 }

@@ -46,7 +46,8 @@ bool CsvReader::next() {
     readRow();
     const bool blank = withoutTrailingBlanks(text_.substr(start, position_ - start)).empty();
     skipLineEnd();
-    if (!blank && ++rows_ > kMostRows) stop(rowLine_, "there are more than 200000 rows");
+    if (!blank && ++rows_ > kMostRows)
+      stop(rowLine_, "there are more than " + std::to_string(kMostRows) + " rows");
     if (!blank && !fault_) return true;
   }
   values_.clear();
@@ -67,7 +68,8 @@ void CsvReader::readRow() {
 }
 
 void CsvReader::readValue() {
-  if (values_.size() == kMostValues) return stop(rowLine_, "there are more than 512 values");
+  if (values_.size() == kMostValues)
+    return stop(rowLine_, "there are more than " + std::to_string(kMostValues) + " values");
   skipBlanks();
   if (!atEnd() && text_[position_] == '"') return readQuotedValue();
   readPlainValue();
@@ -105,7 +107,8 @@ std::optional<std::size_t> CsvReader::closingQuote() {
 }
 
 void CsvReader::keep(std::string_view value) {
-  if (value.size() > kLongestValue) return stop(rowLine_, "a value is longer than 64 KiB");
+  if (value.size() > kLongestValue)
+    return stop(rowLine_, "a value is longer than " + std::to_string(kLongestValue >> 10U) + " KiB");
   values_.push_back(value);
 }
 

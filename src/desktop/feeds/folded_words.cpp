@@ -6,7 +6,8 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include "desktop/feeds/feed_text.h"
+#include "desktop/feeds/ascii.h"
+#include "desktop/feeds/single_line.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {
@@ -24,10 +25,6 @@ constexpr Spelling kSpellings[] = {{U'æ', "ae"}, {U'œ', "oe"}, {U'ø', "o"}, {
                                    {U'ħ', "h"},  {U'ı', "i"},  {U'ł', "l"}, {U'þ', "th"}, {U'ŧ', "t"}};
 
 bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
-bool isDigit(char byte) { return byte >= '0' && byte <= '9'; }
-char smallLetter(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
 
 /// Compatible forms and cases made one, and marks parted from their letters.
 icu::UnicodeString decomposed(std::string_view text) {
@@ -71,7 +68,7 @@ std::string folded(std::string_view text) {
   std::string plain;
   if (std::all_of(text.begin(), text.end(), isAscii)) {
     plain.resize(text.size());
-    std::transform(text.begin(), text.end(), plain.begin(), smallLetter);
+    std::transform(text.begin(), text.end(), plain.begin(), asciiSmall);
     return plain;
   }
   const icu::UnicodeString letters = decomposed(text);
@@ -102,15 +99,9 @@ std::string comparableName(std::string_view name) {
   return text.empty() ? singleLine(plain) : text;
 }
 
-std::size_t lengthInCharacters(std::string_view text) {
-  std::size_t length = 0;
-  for (; !text.empty(); ++length) takeCharacter(text);
-  return length;
-}
-
 bool naturallyBefore(std::string_view a, std::string_view b) {
   while (!a.empty() && !b.empty()) {
-    if (isDigit(a.front()) && isDigit(b.front())) {
+    if (isAsciiDigit(a.front()) && isAsciiDigit(b.front())) {
       const std::string_view numberOfA = takeNumber(a);
       const std::string_view numberOfB = takeNumber(b);
       if (numberOfA.size() != numberOfB.size()) return numberOfA.size() < numberOfB.size();

@@ -18,9 +18,6 @@ std::vector<std::string_view> wordsOf(std::string_view text);
 /// compared as it is.
 std::string comparableName(std::string_view name);
 
-/// The number of code points.
-std::size_t lengthInCharacters(std::string_view text);
-
 /// Orders folded texts as people count: runs of digits by their number, so that "9" comes before "10".
 bool naturallyBefore(std::string_view a, std::string_view b);
 

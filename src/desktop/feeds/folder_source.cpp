@@ -35,7 +35,7 @@ Outcome<std::optional<std::string>> FolderSource::file(std::string_view name) {
   if (status.type() != fs::file_type::regular) return failure(path.string(), "", "it is not a file");
   const std::uintmax_t size = fs::file_size(path, trouble);
   if (trouble) return failure(path.string(), "", trouble.message());
-  if (size > kLargestGtfsTable) return failure(path.string(), "", "it is larger than 64 MiB");
+  if (size > kLargestGtfsTable) return failure(path.string(), "", "it is larger than " + largestGtfsTable());
   return contentsOf(path, size);
 }
 

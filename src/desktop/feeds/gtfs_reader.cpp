@@ -6,9 +6,10 @@
 #include <unordered_set>
 #include <utility>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/colors.h"
 #include "desktop/feeds/csv_table.h"
-#include "desktop/feeds/feed_text.h"
+#include "desktop/feeds/single_line.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {
@@ -17,10 +18,7 @@ namespace {
 
 using Contents = LineIndex::Contents;
 
-bool isTagCharacter(char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
-         byte == '-';
-}
+bool isTagCharacter(char byte) { return isAsciiAlphanumeric(byte) || byte == '-'; }
 
 /// "mul" stands for several languages: that is to say, none for the whole feed.
 std::string languageTag(std::string_view text) {

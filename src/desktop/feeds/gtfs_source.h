@@ -11,6 +11,8 @@ namespace linewatch::desktop {
 
 /// More than any feed needs for a table of its lines or agencies; a larger file is refused unread.
 inline constexpr std::size_t kLargestGtfsTable = std::size_t{64} << 20U;
+/// The same for messages.
+inline std::string largestGtfsTable() { return std::to_string(kLargestGtfsTable >> 20U) + " MiB"; }
 
 /// Where the tables of a timetable feed lie: a folder, or an archive. Used by one thread at a time.
 class GtfsSource {

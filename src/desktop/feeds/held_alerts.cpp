@@ -38,17 +38,21 @@ class EntitiesById {
   std::unordered_map<std::string_view, std::size_t> places_;
 };
 
+void note(EntitiesById& all, const AlertsMessage::Entity& entity) {
+  if (entity.isDeleted) {
+    all.remove(entity.id);
+  } else {
+    all.add(entity);
+  }
+}
+
 EntitiesById entitiesAfter(const AlertsMessage* held, const AlertsMessage& changes) {
   EntitiesById all;
   if (held) {
-    for (const AlertsMessage::Entity& entity : held->entities()) {
-      entity.isDeleted ? all.remove(entity.id) : all.add(entity);
-    }
+    for (const AlertsMessage::Entity& entity : held->entities()) note(all, entity);
   }
   for (const AlertsMessage::Entity& entity : changes.entities()) all.remove(entity.id);
-  for (const AlertsMessage::Entity& entity : changes.entities()) {
-    entity.isDeleted ? all.remove(entity.id) : all.add(entity);
-  }
+  for (const AlertsMessage::Entity& entity : changes.entities()) note(all, entity);
   return all;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/html_entities.h"
 #include "desktop/feeds/utf8.h"
 
@@ -46,12 +47,10 @@ constexpr Tag kTags[] = {
 };
 constexpr std::string_view kBullet = "\xE2\x80\xA2 ";
 
-char lowered(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
-
 const Tag* tagNamed(std::string_view name) {
   std::array<char, 12> lower{};
   if (name.size() > lower.size()) return nullptr;
-  std::ranges::transform(name, lower.begin(), lowered);
+  std::ranges::transform(name, lower.begin(), asciiSmall);
   const std::string_view sought(lower.data(), name.size());
   const auto* const found = std::ranges::lower_bound(kTags, sought, {}, &Tag::name);
   return found != std::end(kTags) && found->name == sought ? found : nullptr;
@@ -79,13 +78,13 @@ struct CharacterReference {
 
 std::optional<std::int32_t> referenced(std::string_view name) {
   if (!name.starts_with('#')) return namedCharacter(name);
-  const bool isHexadecimal = name.size() > 1 && lowered(name[1]) == 'x';
+  const bool isHexadecimal = name.size() > 1 && asciiSmall(name[1]) == 'x';
   const std::string_view digits = name.substr(isHexadecimal ? 2 : 1);
   if (digits.empty()) return std::nullopt;
   std::int32_t number = 0;
   for (const char byte : digits) {
-    const char digit = lowered(byte);
-    if (digit >= '0' && digit <= '9') {
+    const char digit = asciiSmall(byte);
+    if (isAsciiDigit(digit)) {
       number = number * (isHexadecimal ? 16 : 10) + static_cast<std::int32_t>(digit - '0');
     } else if (isHexadecimal && digit >= 'a' && digit <= 'f') {
       number = number * 16 + static_cast<std::int32_t>(digit - 'a' + 10);

@@ -7,6 +7,7 @@
 
 #include <unicode/uchar.h>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/markup.h"
 #include "desktop/feeds/utf8.h"
 
@@ -99,7 +100,8 @@ void writeShown(FoldedWriter& writer, std::int32_t character) {
       break;
   }
   if (isDropped(character)) return;
-  u_isUWhiteSpace(character) ? writer.space() : writer.character(character);
+  if (u_isUWhiteSpace(character)) return writer.space();
+  writer.character(character);
 }
 
 // The length of what the text starts with and what stays as it is: visible ASCII and letters of two bytes,
@@ -150,7 +152,7 @@ std::optional<std::string> webAddress(std::string_view written) {
   if (address.starts_with("www.")) address.insert(0, "https://");
   const std::size_t schemeEnd = std::min(address.find("://"), address.size());
   std::string scheme = address.substr(0, schemeEnd);
-  std::ranges::transform(scheme, scheme.begin(), [](char byte) { return static_cast<char>(byte | 0x20); });
+  std::ranges::transform(scheme, scheme.begin(), asciiSmall);
   const bool isWeb = scheme == "http" || scheme == "https";
   const bool hasHost = address.size() > schemeEnd + 3;
   if (!isWeb || !hasHost || address.size() > kLongest || address.find_first_of(" \n") != std::string::npos) {

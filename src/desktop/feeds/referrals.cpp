@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <iterator>
 
+#include "desktop/feeds/ascii.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -41,9 +43,7 @@ bool removeBrackets(std::string& text, std::size_t place) {
 
 std::string firstWord(std::string_view text) {
   std::string word(text.substr(0, text.find_first_of(" ,:")));
-  std::ranges::transform(word, word.begin(), [](char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  });
+  std::ranges::transform(word, word.begin(), asciiSmall);
   return word;
 }
 

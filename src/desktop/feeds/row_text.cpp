@@ -7,6 +7,7 @@
 
 #include <unicode/uchar.h>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/referrals.h"
 #include "desktop/feeds/sentences.h"
 #include "desktop/feeds/utf8.h"
@@ -57,16 +58,12 @@ std::string withoutLooseEnd(std::string text) {
   }
 }
 
-bool isAsciiAlphanumeric(char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9');
-}
-
 /// The words alone, to compare what two texts say: " route 5 detour ".
 std::string comparableWords(std::string_view text) {
   std::string words = " ";
   while (!text.empty()) {
     if (const char byte = text.front(); isAsciiAlphanumeric(byte)) {
-      words += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+      words += asciiSmall(byte);
       text.remove_prefix(1);
       continue;
     }
@@ -89,7 +86,7 @@ std::string_view withoutTitle(std::string_view sentence, std::string_view title)
     if (!rest.starts_with(mark)) continue;
     const std::string_view text = rest.substr(mark.size());
     // "Works 3 - 7 May" goes on where the title "Works 3" ends.
-    const bool isRange = !text.empty() && text.front() >= '0' && text.front() <= '9';
+    const bool isRange = !text.empty() && isAsciiDigit(text.front());
     return text.empty() || isRange ? sentence : text;
   }
   return sentence;

@@ -8,6 +8,7 @@
 
 #include <unicode/uchar.h>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {
@@ -41,8 +42,6 @@ std::string withoutCase(std::string_view text) {
   return result;
 }
 
-bool isDecimalDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
 bool isTerminator(std::int32_t character) {
   return character == '.' || character == '!' || character == '?' || character == 0x2026;
 }
@@ -62,7 +61,7 @@ std::string_view lastWord(std::string_view text) {
 }
 
 bool isDayBeforeMonth(std::string_view word, std::string_view next) {
-  if (word.size() > 2 || !std::ranges::all_of(word, isDecimalDigit)) return false;
+  if (word.size() > 2 || !std::ranges::all_of(word, isAsciiDigit)) return false;
   const std::string month = withoutCase(next.substr(0, 8));
   return std::ranges::any_of(kMonthsAfterOrdinals,
                              [&](std::string_view name) { return month.starts_with(name); });
@@ -71,13 +70,13 @@ bool isDayBeforeMonth(std::string_view word, std::string_view next) {
 // "stop No. 1234", "kl. 7": a short word with a number behind it.
 bool isNumbered(std::string_view word, std::string_view next) {
   constexpr std::size_t kLongest = 4;
-  return !next.empty() && isDecimalDigit(next.front()) && countCharacters(word) <= kLongest &&
-         std::ranges::none_of(word, isDecimalDigit);
+  return !next.empty() && isAsciiDigit(next.front()) && countCharacters(word) <= kLongest &&
+         std::ranges::none_of(word, isAsciiDigit);
 }
 
 // `word` stands before the full stop, `next` behind it and the space.
 bool mayGoOn(std::string_view word, std::string_view next) {
-  const bool isInitial = countCharacters(word) == 1 && !isDecimalDigit(word.front());
+  const bool isInitial = countCharacters(word) == 1 && !isAsciiDigit(word.front());
   const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
   const bool isDotted = word.find('.') != std::string_view::npos && !isAddress;  // "a.m", "z.B"
   return isInitial || isDotted || isNumbered(word, next) ||

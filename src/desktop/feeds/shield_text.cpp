@@ -6,6 +6,7 @@
 
 #include <unicode/uchar.h>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/utf8.h"
 
@@ -25,7 +26,7 @@ constexpr std::string_view kBetweenEnds[] = {" - ", " – ", " — ", " ↔ ", "
 constexpr std::string_view kWordsForLine[] = {"line",  "route", "linie", "ligne", "linea", "linha",
                                               "linia", "lijn",  "linje", "bus",   "tram",  "metro"};
 
-bool isShort(std::string_view text) { return lengthInCharacters(text) <= kLongestAbbreviation; }
+bool isShort(std::string_view text) { return countCharacters(text) <= kLongestAbbreviation; }
 
 bool isWordForLine(std::string_view word) {
   const std::string plain = folded(word);
@@ -99,15 +100,14 @@ std::string abbreviationOfLine(std::string_view name) {
 }
 
 bool isAcronym(std::string_view text) {
-  const auto isCapital = [](char byte) { return byte >= 'A' && byte <= 'Z'; };
   return text.size() >= 2 && text.size() <= kLongestAbbreviation &&
-         std::all_of(text.begin(), text.end(), isCapital);
+         std::all_of(text.begin(), text.end(), isAsciiCapital);
 }
 
 }  // namespace
 
 std::string shieldText(const FeedRoute& route) {
-  if (!route.shortName.empty() && lengthInCharacters(route.shortName) <= kLongestShortName)
+  if (!route.shortName.empty() && countCharacters(route.shortName) <= kLongestShortName)
     return route.shortName;
   if (!route.shortName.empty()) return abbreviationOfLine(route.shortName);
   return abbreviationOfLine(route.longName.empty() ? route.id : route.longName);

@@ -7,14 +7,13 @@
 #include <tuple>
 #include <utility>
 
+#include "desktop/feeds/ascii.h"
+
 namespace linewatch::desktop {
 
 namespace {
 
-char tagByte(char byte) {
-  if (byte == '_') return '-';
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
+char tagByte(char byte) { return byte == '_' ? '-' : asciiSmall(byte); }
 
 /// The next part of a tag, which loses it.
 std::string_view takeSubtag(std::string_view& tag) {

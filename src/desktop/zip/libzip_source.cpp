@@ -86,7 +86,7 @@ Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
     return broken(name, "it is encrypted");
   }
   if ((facts.valid & ZIP_STAT_SIZE) != 0 && facts.size > kLargestGtfsTable) {
-    return broken(name, "it unpacks to more than 64 MiB");
+    return broken(name, "it unpacks to more than " + largestGtfsTable());
   }
   return unpacked(static_cast<zip_uint64_t>(entry), name);
 }
@@ -99,7 +99,7 @@ Outcome<std::optional<std::string>> ZipSource::unpacked(zip_uint64_t entry, std:
   std::string bytes;
   for (;;) {
     const std::size_t size = bytes.size();
-    if (size > kLargestGtfsTable) return broken(name, "it unpacks to more than 64 MiB");
+    if (size > kLargestGtfsTable) return broken(name, "it unpacks to more than " + largestGtfsTable());
     bytes.resize(size + kBlock);
     const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, kBlock);
     if (count < 0) return broken(name, zip_file_strerror(file.get()));
@@ -122,7 +122,8 @@ Outcome<std::unique_ptr<GtfsSource>> opened(ZipArchive input) {
   (void)packed.release();  // the archive's now
   const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
   if (entries == 0) return failure(input.name, "", "it holds no files");
-  if (entries > kMostEntries) return failure(input.name, "", "it holds more than 10000 files");
+  if (entries > kMostEntries)
+    return failure(input.name, "", "it holds more than " + std::to_string(kMostEntries) + " files");
   return std::unique_ptr<GtfsSource>(std::make_unique<ZipSource>(std::move(input), std::move(archive)));
 }
 

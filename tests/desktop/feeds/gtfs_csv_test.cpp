@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/feeds/csv_table.h"
-#include "desktop/feeds/feed_text.h"
+#include "desktop/feeds/single_line.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {

@@ -1,4 +1,4 @@
-#include "desktop/feeds/feed_text.h"
+#include "desktop/feeds/single_line.h"
 
 #include <algorithm>
 
