@@ -15,6 +15,11 @@ namespace linewatch {
 inline constexpr const char* kUserActivityErrorDomain = "RVUserActivityErrorDomain";
 inline constexpr const char* kUserActivityErrorMissingActivityKey = "RVUserActivityErrorMissingActivityKey";
 
+/// The keys of a row's user info: the bytes of a line's record, compressed, and of an archived list of
+/// incidents.
+inline constexpr const char* kActivityRecordKey = "bs";
+inline constexpr const char* kIncidentListKey = "incidentListKey";
+
 /// Describes a user activity for the companion application: its type, and what the application reads from it.
 class RVUserActivityData final : public RVOpenable, public std::enable_shared_from_this<RVUserActivityData> {
  public:

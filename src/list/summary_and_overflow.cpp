@@ -81,7 +81,7 @@ std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_
       platform().keyedArchiver().archivedData({std::move(storageIncidents)}, /*requiringSecureCoding=*/false);
   if (!bytes) return nullptr;
   return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.IncidentList",
-                                  Dictionary{{"incidentListKey", *std::move(bytes)}});
+                                  Dictionary{{kIncidentListKey, *std::move(bytes)}});
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_incidentsOverflowItemForIncidents(

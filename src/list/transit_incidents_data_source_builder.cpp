@@ -37,7 +37,7 @@ std::shared_ptr<const RVUserActivityData> activityDataOfLine(const TransitLineIt
   auto bytes = bzip2CompressedData(activity.data());
   if (!bytes) return nullptr;
   Dictionary userInfo;
-  userInfo.emplace("bs", *std::move(bytes));
+  userInfo.emplace(kActivityRecordKey, *std::move(bytes));
   return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident",
                                   std::move(userInfo));
 }

@@ -13,7 +13,10 @@ struct ScenarioHost::Performer {
   using Fault = std::optional<std::string>;
   ScenarioHost& host;
 
-  Fault operator()(const step::Load&) const { return host.load(), std::nullopt; }
+  Fault operator()(const step::Load&) const {
+    host.load();
+    return std::nullopt;
+  }
   Fault operator()(const step::Appear& appear) const {
     if (appear.will) host.controller_->viewWillAppear(kAnimated);
     if (appear.did) host.controller_->viewDidAppear(kAnimated);
@@ -24,32 +27,47 @@ struct ScenarioHost::Performer {
     if (disappear.did) host.controller_->viewDidDisappear(kAnimated);
     return std::nullopt;
   }
-  Fault operator()(const step::Update& update) const { return host.update(update.id), std::nullopt; }
+  Fault operator()(const step::Update& update) const {
+    host.update(update.id);
+    return std::nullopt;
+  }
   Fault operator()(const step::Advance& advance) const {
     host.platform_->advance(advance.seconds);
     return std::nullopt;
   }
   Fault operator()(const step::DisplayMode& change) const {
-    return host.setActiveMode(change.mode), std::nullopt;
+    host.setActiveMode(change.mode);
+    return std::nullopt;
   }
   Fault operator()(const step::Tap& tap) const { return host.tap(tap.row); }
   Fault operator()(const step::Resize& resize) const {
-    return host.resize({resize.width, resize.height}), std::nullopt;
+    host.resize({resize.width, resize.height});
+    return std::nullopt;
   }
   Fault operator()(const step::TextSize& textSize) const {
     host.change([&](World& world) { world.textSize = textSize.category; });
     return std::nullopt;
   }
   Fault operator()(const step::MemoryWarning&) const {
-    return host.controller_->didReceiveMemoryWarning(), std::nullopt;
+    host.controller_->didReceiveMemoryWarning();
+    return std::nullopt;
   }
-  Fault operator()(const step::Set& set) const { return host.change(set.change), std::nullopt; }
+  Fault operator()(const step::Set& set) const {
+    host.change(set.change);
+    return std::nullopt;
+  }
   Fault operator()(const step::Snapshot&) const {
     host.platform_->transcript().record("snapshot", snapshotOf(*host.controller_));
     return std::nullopt;
   }
-  Fault operator()(const step::Release&) const { return host.controller_.reset(), std::nullopt; }
-  Fault operator()(const step::Restart&) const { return host.restart(), std::nullopt; }
+  Fault operator()(const step::Release&) const {
+    host.controller_.reset();
+    return std::nullopt;
+  }
+  Fault operator()(const step::Restart&) const {
+    host.restart();
+    return std::nullopt;
+  }
 
   static constexpr bool kAnimated = false;
 };

@@ -8,6 +8,8 @@
 
 #include <bzlib.h>
 
+#include "activity/user_activity_data.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -16,7 +18,7 @@ namespace {
 constexpr std::size_t kLargestRecord = std::size_t{64} << 20U;
 constexpr std::array<std::uint8_t, 3> kBzip2Magic = {'B', 'Z', 'h'};
 // Under which the rows' activities carry their bytes.
-constexpr std::array<const char*, 2> kByteKeys = {"bs", "incidentListKey"};
+constexpr std::array<const char*, 2> kByteKeys = {kActivityRecordKey, kIncidentListKey};
 
 bool isPacked(const Bytes& bytes) {
   return std::ranges::equal(kBzip2Magic, std::span(bytes).first(std::min<std::size_t>(3, bytes.size())));

@@ -51,11 +51,13 @@ ui::Path softPolygon(const std::array<Corner, 4>& corners) {
     const Corner& corner = corners[i];
     const ui::Point begin = towards(corner.point, corners[(i + 3) % 4].point, corner.radius);
     const ui::Point end = towards(corner.point, corners[(i + 1) % 4].point, corner.radius);
-    i == 0 ? path.moveTo(begin) : path.lineTo(begin);
+    if (i == 0) path.moveTo(begin);
+    if (i != 0) path.lineTo(begin);
     path.curveTo(between(begin, corner.point, kQuarterCircle), between(end, corner.point, kQuarterCircle),
                  end);
   }
-  return path.close(), path;
+  path.close();
+  return path;
 }
 
 }  // namespace
