@@ -6,6 +6,7 @@
 
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/line_search.h"
+#include "desktop/feeds/shield_text.h"
 
 namespace linewatch::desktop {
 
@@ -16,8 +17,6 @@ std::string withLongName(const std::string& text, const FoundLine& line) {
   const std::string& longName = line.entry().longName;
   return longName.empty() || longName == text ? text : text + " (" + longName + ")";
 }
-
-std::string byName(const FoundLine& line) { return withLongName(line.name(), line); }
 
 std::string byId(const FoundLine& line) {
   return withLongName(line.index->feedName() + ":" + line.entry().id, line);
@@ -53,15 +52,27 @@ std::vector<FoundLine> linesWithId(std::span<const SharedLineIndex> indexes, std
   return lines;
 }
 
+// What a line may be called: its number, or where it has none its name; the name beside the number; and what
+// its shield says.
+using Naming = std::string (*)(const LineIndex& index, std::size_t route);
+constexpr Naming kNamings[] = {
+    [](const LineIndex& index, std::size_t route) { return std::string(index.nameOfRoute(route)); },
+    [](const LineIndex& index, std::size_t route) { return std::string(index.routes()[route].longName); },
+    [](const LineIndex& index, std::size_t route) { return shieldText(index.routes()[route]); }};
+
 std::vector<FoundLine> linesNamed(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesWhere(indexes, [name](const LineIndex& index, std::size_t route) {
-    return index.nameOfRoute(route) == name;
-  });
-  if (!lines.empty()) return lines;
   const std::string wanted = comparableName(name);
-  return linesWhere(indexes, [&wanted](const LineIndex& index, std::size_t route) {
-    return comparableName(index.nameOfRoute(route)) == wanted;
-  });
+  for (const Naming& nameOf : kNamings) {
+    auto lines = linesWhere(
+        indexes, [&](const LineIndex& index, std::size_t route) { return nameOf(index, route) == name; });
+    if (lines.empty() && !wanted.empty()) {
+      lines = linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
+        return comparableName(nameOf(index, route)) == wanted;
+      });
+    }
+    if (!lines.empty()) return lines;
+  }
+  return {};
 }
 
 std::vector<FoundLine> linesCalled(std::span<const SharedLineIndex> indexes, std::string_view name) {
@@ -118,7 +129,7 @@ Error severalLines(const std::string& what, std::span<const FoundLine> lines) {
 
 Error noLine(const std::string& what, std::span<const FoundLine> lines) {
   if (lines.empty()) return failure(what, "", "no feed has such a line");
-  return failure(what, "", "no feed has such a line; did you mean " + listed(lines, byName) + "?");
+  return failure(what, "", "no feed has such a line; did you mean " + listed(lines, byId) + "?");
 }
 
 }  // namespace

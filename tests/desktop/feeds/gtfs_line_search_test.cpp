@@ -75,6 +75,7 @@ TEST_F(LineSearchTest, FindsTheLineThatIsNamed) {
   EXPECT_EQ(named("9"), "Bus / b9");
   EXPECT_EQ(named("red line"), "Metro / m:4");
   EXPECT_EQ(named("Bus:1"), "Bus / b1");
+  EXPECT_EQ(named("harbour"), "Bus / b1") << "the name beside the number";
 }
 
 TEST_F(LineSearchTest, SaysWhichLinesMayBeMeant) {
@@ -84,8 +85,8 @@ TEST_F(LineSearchTest, SaysWhichLinesMayBeMeant) {
   EXPECT_EQ(named("m:3"),
             "line \"m:3\": several lines have this name; name one as Metro:m:3 (Straße der Freiheit), "
             "Bus:m:3 (Airport)");
-  EXPECT_EQ(named("zoo"), "line \"zoo\": no feed has such a line; did you mean 100 (Zoo – Écluse)?");
-  EXPECT_EQ(named("Rd Lime"), "line \"Rd Lime\": no feed has such a line; did you mean Red Line?");
+  EXPECT_EQ(named("zoo"), "line \"zoo\": no feed has such a line; did you mean Metro:m:1 (Zoo – Écluse)?");
+  EXPECT_EQ(named("Rd Lime"), "line \"Rd Lime\": no feed has such a line; did you mean Metro:m:4 (Red Line)?");
   EXPECT_EQ(named("Tram 77"), "line \"Tram 77\": no feed has such a line");
   EXPECT_EQ(named(""), "line \"\": no feed has such a line");
 }
