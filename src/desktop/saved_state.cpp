@@ -31,6 +31,7 @@ bool SavedState::recordsAnalytics() const {
   return !store->objectForKey(kAnalyticsKey) || store->boolForKey(kAnalyticsKey);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): what it changes is this object's, if on a disk.
 std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
   if (preferences(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey)) return std::nullopt;
   // The store has told the log what went wrong.

@@ -42,7 +42,7 @@ Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maxi
 
 Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
   const auto& result = controller.transitLineItemResult();
-  const Report report = result && result->error() ? notLoaded(*result->error()) : Report();
+  Report report = result && result->error() ? notLoaded(*result->error()) : Report();
   const desktop::PictureStyle style{
       .size = size,
       .scale = command.scale,

@@ -69,8 +69,8 @@ bool isDayBeforeMonth(std::string_view word, std::string_view next) {
 
 // "stop No. 1234", "kl. 7": a short word with a number behind it.
 bool isNumbered(std::string_view word, std::string_view next) {
-  constexpr std::size_t kLongest = 4;
-  return !next.empty() && isAsciiDigit(next.front()) && countCharacters(word) <= kLongest &&
+  constexpr std::size_t kLongestAbbreviated = 4;
+  return !next.empty() && isAsciiDigit(next.front()) && countCharacters(word) <= kLongestAbbreviated &&
          std::ranges::none_of(word, isAsciiDigit);
 }
 

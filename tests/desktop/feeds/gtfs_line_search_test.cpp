@@ -86,7 +86,8 @@ TEST_F(LineSearchTest, SaysWhichLinesMayBeMeant) {
             "line \"m:3\": several lines have this name; name one as Metro:m:3 (Straße der Freiheit), "
             "Bus:m:3 (Airport)");
   EXPECT_EQ(named("zoo"), "line \"zoo\": no feed has such a line; did you mean Metro:m:1 (Zoo – Écluse)?");
-  EXPECT_EQ(named("Rd Lime"), "line \"Rd Lime\": no feed has such a line; did you mean Metro:m:4 (Red Line)?");
+  EXPECT_EQ(named("Rd Lime"),
+            "line \"Rd Lime\": no feed has such a line; did you mean Metro:m:4 (Red Line)?");
   EXPECT_EQ(named("Tram 77"), "line \"Tram 77\": no feed has such a line");
   EXPECT_EQ(named(""), "line \"\": no feed has such a line");
 }
