@@ -20,6 +20,7 @@
 #include "desktop/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
+#include "desktop/outcome.h"
 #include "desktop/window/enter_key.h"
 #include "desktop/window/panel_preferences.h"
 #include "desktop/window/row_words.h"
@@ -261,21 +262,36 @@ void PanelWindow::requestDidChange() {
     updates_.fetchDidBegin();
   } else {
     if (isShown_) saveState();
-    updates_.fetchDidEnd(controller_->transitLineItemResult()->error().has_value());
+    const std::optional<Error>& error = controller_->transitLineItemResult()->error();
+    reportFailure(error);
+    updates_.fetchDidEnd(error.has_value());
   }
   showNote();
 }
 
-/// How old the data is says nothing beside an error.
+/// Each reason once, however often it is tried again; once more when it comes back.
+void PanelWindow::reportFailure(const std::optional<Error>& error) {
+  std::string reason = error ? sentenceOf(*error) : "";
+  if (reason != reportedFailure_ && error) logError("%@", {reason});
+  reportedFailure_ = std::move(reason);
+}
+
+/// How old the data is says nothing beside an error, which has its reason in its place: for those who ask,
+/// for it is long and speaks of servers and files.
 void PanelWindow::showNote() {
+  const std::optional<Error>& error = controller_->dataSource()->transitLineItemResult()->error();
+  const QString reason = error ? QString::fromStdString(sentenceOf(*error)) : QString();
   QString note;
   if (controller_->request()) {
     note = (*texts_)("Updating");
-  } else if (!controller_->dataSource()->transitLineItemResult()->error()) {
+  } else if (!error) {
     note = services_.dataNote();
   }
   note_->setText(note);
-  note_->setToolTip(note);
+  note_->setToolTip(note.isEmpty() ? reason : note);
+  note_->setAccessibleDescription(reason);
+  rows_->setToolTip(reason);
+  rows_->setAccessibleDescription(reason);
 }
 
 // ---- Modes and sizes ----

@@ -5,11 +5,13 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "desktop/window/panel_host.h"
 #include "desktop/window/panel_updates.h"
 #include "desktop/window/row_surface.h"
 #include "desktop/window/window_texts.h"
+#include "platform/error.h"
 #include "platform/ui/text_style.h"
 
 class QAction;
@@ -90,6 +92,7 @@ class PanelWindow final : public QWidget {
   void setRowsHeight(double height, bool animated);
   void applyRowsHeight(double height);
   void requestDidChange();
+  void reportFailure(const std::optional<Error>& error);
   void showNote();
   void saveState();
   void changeTextSize(int steps);
@@ -119,6 +122,8 @@ class PanelWindow final : public QWidget {
   /// What was saved last, and lies in the file.
   std::shared_ptr<const RVResult> savedResult_;
   bool savedExpanded_ = false;
+  /// Why the last fetch failed; empty when it did not.
+  std::string reportedFailure_;
 };
 
 }  // namespace linewatch::desktop

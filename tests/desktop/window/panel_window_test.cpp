@@ -153,22 +153,31 @@ TEST_F(PanelTest, ExpandsAgainWhenAnErrorHasPassed) {
 
 TEST_F(PanelTest, RecoversWhenTheWidgetsOwnRefreshHasFailed) {
   startShown();
+  int errorsLogged = 0;
+  platform_->simulated().log().setListener([&](const LogMessage& message) {
+    if (message.level == LogLevel::error) ++errorsLogged;
+  });
   EXPECT_EQ(note(), "A note");
   change([](auto& world) { world.service.answer = simulation::WorldService::Answer::error; });
   while (count("lookup") < 2) advance(0.1);
   EXPECT_EQ(note(), "Updating…");
   advance(1);
   EXPECT_EQ(note(), "") << "no age beside an error";
-  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
   advance(70);
   EXPECT_EQ(count("lookup"), 3U);
+  EXPECT_EQ(errorsLogged, 1) << "each reason once, not at each attempt";
+  EXPECT_FALSE(rows().toolTip().isEmpty());
+  change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
+  advance(140);
+  EXPECT_EQ(count("lookup"), 4U);
   EXPECT_EQ(rows().wordsOf(0).name, "LineWatch_Summary_advisory_count(2)");
   EXPECT_EQ(note(), "A note");
-  while (count("lookup") < 4) advance(0.1);
+  EXPECT_EQ(rows().toolTip(), "");
+  while (count("lookup") < 5) advance(0.1);
   change([](auto& world) { world.favorites = {{.line = "C"}}; });
   panel_->favoritesDidChange();
   advance(2);
-  EXPECT_EQ(count("lookup"), 5U) << "the refresh may not have seen the change";
+  EXPECT_EQ(count("lookup"), 6U) << "the refresh may not have seen the change";
 }
 
 TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
