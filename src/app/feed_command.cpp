@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <filesystem>
+#include <string_view>
 
 #include "app/commands.h"
 #include "desktop/http_fetcher.h"
@@ -11,9 +13,11 @@ using desktop::failure;
 using desktop::SavedState;
 using desktop::StoredFeed;
 
+constexpr std::string_view kSchemeEnd = "://";
+
 // A feed is used from wherever the program runs later.
 std::string lasting(const std::string& location) {
-  if (desktop::isHttpURL(location)) return location;
+  if (location.find(kSchemeEnd) != std::string::npos) return location;
   std::error_code error;
   const auto path = std::filesystem::absolute(location, error);
   return error ? location : path.lexically_normal().string();
@@ -21,11 +25,19 @@ std::string lasting(const std::string& location) {
 
 std::optional<Error> faultOfName(const std::string& name) {
   const std::string feed = "feed \"" + name + "\"";
-  if (name.empty() || name.find(':') != std::string::npos)
-    return failure(feed, "", "a name is not empty and has no colon");
+  const bool isOneLine = std::ranges::none_of(name, [](char byte) { return byte >= 0 && byte < ' '; });
+  if (name.empty() || !isOneLine || name.find(':') != std::string::npos)
+    return failure("feed", "", "a name is one line, not empty and without a colon");
   if (name == desktop::kSampleFeedName || name == desktop::kGivenFeedName)
     return failure(feed, "", "the program uses this name itself; choose another one");
   return std::nullopt;
+}
+
+std::optional<Error> faultOfLocation(const std::string& location) {
+  const std::size_t end = location.find(kSchemeEnd);
+  if (end == std::string::npos || desktop::isHttpURL(location) || location.starts_with("file:/"))
+    return std::nullopt;
+  return failure(location, "", "a feed is a file, or has an address that starts with http:// or https://");
 }
 
 std::string countOfLines(std::size_t count) {
@@ -47,7 +59,10 @@ Report listFeeds(const SavedState& saved) {
 }
 
 Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
-  if (const auto fault = faultOfName(command.name)) return refused(*fault);
+  for (const auto& fault :
+       {faultOfName(command.name), faultOfLocation(command.gtfs), faultOfLocation(command.alerts)}) {
+    if (fault) return refused(*fault);
+  }
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
   // What cannot be read is better not added: the user is here to mend it.
   const auto lines = documents.lineIndexOf(feed);

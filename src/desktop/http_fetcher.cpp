@@ -1,11 +1,18 @@
 #include "desktop/http_fetcher.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "desktop/module.h"
 
 namespace linewatch::desktop {
 
 bool isHttpURL(const std::string& location) {
-  return location.starts_with("http://") || location.starts_with("https://");
+  const auto startsWith = [&location](std::string_view scheme) {
+    return std::ranges::equal(location.substr(0, scheme.size()), scheme, {},
+                              [](char byte) { return byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte; });
+  };
+  return startsWith("http://") || startsWith("https://");
 }
 
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {

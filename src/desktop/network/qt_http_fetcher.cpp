@@ -34,6 +34,8 @@ class Exchange {
     QObject::connect(&reply_, &QNetworkReply::finished, &loop_, &QEventLoop::quit);
     QObject::connect(&deadline_, &QTimer::timeout, &loop_, [this] { giveUp("timed out"); });
     deadline_.setSingleShot(true);
+    // What is not taken yet stays with the server, not in memory a second time.
+    reply_.setReadBufferSize(1 << 20);
   }
 
   Outcome<HttpResponse> run() {
@@ -69,7 +71,11 @@ class Exchange {
     reply_.abort();
     loop_.quit();
   }
-  Error failed(const std::string& why) const { return failure("cannot fetch " + request_.url, "", why); }
+  /// Passwords are nobody's business who reads the error.
+  Error failed(const std::string& why) const {
+    const QString url = QUrl(QString::fromStdString(request_.url)).toString(QUrl::RemoveUserInfo);
+    return failure("cannot fetch " + url.toStdString(), "", why);
+  }
   HttpResponse response(bool notModified) {
     return {.notModified = notModified,
             .body = notModified ? Bytes() : std::move(body_),
