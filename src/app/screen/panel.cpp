@@ -1,9 +1,13 @@
 #include "app/screen/panel.h"
 
 #include <QDesktopServices>
+#include <QPointer>
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "desktop/folder_watch.h"
 #include "desktop/network_watch.h"
 #include "desktop/window/color_scheme.h"
 #include "platform/ui/notification_center.h"
@@ -21,6 +25,7 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
       window_(texts_, panelServices(), maxRows) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::followDesktopColorScheme(window_);
+  followFavorites();
 }
 
 // What is still under way answers on the main thread, to nobody.
@@ -54,7 +59,11 @@ desktop::FavoritesServices Panel::favoritesServices() {
           [this](std::function<void(const desktop::FeedLines&)> done) {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
           },
-      .didChange = [this] { window_.favoritesDidChange(); }};
+      .didChange =
+          [this] {
+            rememberFavorites(platform().favorites().lines());
+            window_.favoritesDidChange();
+          }};
   if (platform().saved()) {
     services.change = [this](const desktop::StoredFavorite& favorite, bool isAdded) {
       return platform().favorites().change(favorite, isAdded);
@@ -73,6 +82,30 @@ desktop::PanelServices Panel::panelServices() {
                 platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
               },
           .dataNote = [this] { return dataNote(); }};
+}
+
+/// The command line and other panels change the favourites too. Whatever is written to the state database,
+/// the widget's own list as well, puts a journal beside it for a moment.
+void Panel::followFavorites() {
+  if (!platform().saved()) return;
+  rememberFavorites(platform().favorites().lines());
+  const std::filesystem::path folder = platform().saved()->database()->file().parent_path();
+  // Before anything was saved there is none; without one that can be made there is nothing to follow.
+  std::error_code ignored;
+  std::filesystem::create_directories(folder, ignored);
+  desktop::watchFolder(window_, folder, [this] {
+    inBackground([&favorites = platform().favorites()] { return favorites.lines(); },
+                 [this, window = QPointer(&window_)](const FavoriteLines& now) {
+                   if (window && rememberFavorites(now)) window->favoritesDidChange();
+                 });
+  });
+}
+
+/// Whether they are others than before. What cannot be read may be as it was.
+bool Panel::rememberFavorites(const FavoriteLines& now) {
+  if (!now || knownFavorites_ == *now) return false;
+  knownFavorites_ = *now;
+  return true;
 }
 
 /// How old what is shown is: as old as the oldest of it.

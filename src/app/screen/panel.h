@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
@@ -30,6 +32,9 @@ class Panel {
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices();
+  using FavoriteLines = desktop::Outcome<std::vector<desktop::StoredFavorite>>;
+  void followFavorites();
+  bool rememberFavorites(const FavoriteLines& now);
   QString dataNote();
 
   template <class Work, class Done>
@@ -41,6 +46,8 @@ class Panel {
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
+  /// As the widget was last told of them; absent until they could be read.
+  std::optional<std::vector<desktop::StoredFavorite>> knownFavorites_;
 };
 
 }  // namespace linewatch::app

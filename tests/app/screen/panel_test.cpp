@@ -95,5 +95,15 @@ TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
   EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
 }
 
+TEST_F(PanelRunTest, FollowsFavouritesThatAreChangedElsewhere) {
+  panel_->window().show();
+  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  const auto& favorites = session_->platform().favorites();
+  const auto lines = favorites.lines();
+  ASSERT_TRUE(lines);
+  for (const desktop::StoredFavorite& line : *lines) ASSERT_TRUE(favorites.change(line, false));
+  waitUntil([this] { return nameOf(0).starts_with("No Favorite Lines"); });
+}
+
 }  // namespace
 }  // namespace linewatch::app
