@@ -63,6 +63,14 @@ int headerHeight(ui::TextSizeCategory textSize) {
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
+/// What a menu shows for an action. From right to left the parts of a shortcut, and a text in a language that
+/// is written from left to right, would be put in another order were they not set apart.
+QString menuText(const QString& text, const QKeySequence& shortcut) {
+  if (!QApplication::isRightToLeft()) return text;
+  return QStringLiteral("\u2068%1\u2069\t\u2066%2\u2069")
+      .arg(text, shortcut.toString(QKeySequence::NativeText));
+}
+
 /// A label that gives way to what stands beside it, and then says that there is more.
 class YieldingLabel final : public QLabel {
  public:
@@ -165,7 +173,7 @@ void PanelWindow::showHeaderAt(ui::TextSizeCategory textSize) {
 
 QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySequence>& shortcuts,
                                     std::function<void()> action) {
-  auto* const entry = new QAction((*texts_)(text), this);
+  auto* const entry = new QAction(menuText((*texts_)(text), shortcuts.front()), this);
   entry->setShortcuts(shortcuts);
   entry->setAutoRepeat(false);
   connect(entry, &QAction::triggered, this, std::move(action));
