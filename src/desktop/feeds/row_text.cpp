@@ -22,7 +22,7 @@ constexpr std::size_t kEnough = 60;        // a further sentence follows only a 
 constexpr std::size_t kComfortable = 110;  // ... and only if a row has room for both ...
 constexpr std::size_t kTooLittle = 40;     // ... or for most, where a shorter text alone says next to nothing
 constexpr std::size_t kTolerable = 160;
-constexpr std::size_t kLongest = 400;
+constexpr std::size_t kLongestRowText = 400;
 
 std::string onOneLine(std::string_view text) {
   std::string line;
@@ -35,9 +35,9 @@ std::string onOneLine(std::string_view text) {
 }
 
 std::string cutAtWord(std::string text) {
-  if (countCharacters(text) <= kLongest) return text;
+  if (countCharacters(text) <= kLongestRowText) return text;
   std::string_view rest = text;
-  for (std::size_t taken = 0; taken + 1 < kLongest; ++taken) takeCharacter(rest);
+  for (std::size_t taken = 0; taken + 1 < kLongestRowText; ++taken) takeCharacter(rest);
   const std::size_t end = text.size() - rest.size();
   const std::size_t word = text.rfind(' ', end);
   text.resize(word != std::string::npos && word > end / 2 ? word : end);
