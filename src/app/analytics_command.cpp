@@ -1,4 +1,5 @@
 #include <array>
+#include <charconv>
 #include <cmath>
 
 #include <nlohmann/json.hpp>
@@ -29,7 +30,17 @@ std::string messageInWords(const std::optional<std::int64_t>& type) {
   return kWords.at(static_cast<std::size_t>(*type - 1));
 }
 
-std::string textOf(const StoredWidgetSession& session) {
+/// As the feeds know the line now; its number where none of them does.
+std::string nameOfLine(const std::string& muid, const std::vector<desktop::SharedLineIndex>& indexes) {
+  std::uint64_t number = 0;
+  std::from_chars(muid.data(), muid.data() + muid.size(), number);
+  for (const desktop::SharedLineIndex& index : indexes) {
+    if (const auto route = index->routeWithMuid(number)) return index->nameOfRoute(*route);
+  }
+  return muid;
+}
+
+std::string textOf(const StoredWidgetSession& session, const std::vector<desktop::SharedLineIndex>& indexes) {
   const WidgetInteractionEvent& event = session.event;
   const WidgetAnalyticsRecord& record = *event.record;
   std::string text = localTime(event.startDate) + "  shown for " +
@@ -40,14 +51,14 @@ std::string textOf(const StoredWidgetSession& session) {
     text += ", row " + std::to_string(record.tappedItemIndex.value_or(0)) + " opened";
   text += "\n";
   for (const IncidentAnalyticsItem& item : record.transitIncidents)
-    text +=
-        "    line " + item.transitLineMuid + ": " + item.transitIncidentTitle.value_or("(no title)") + "\n";
+    text += "    line " + nameOfLine(item.transitLineMuid, indexes) + ": " +
+            item.transitIncidentTitle.value_or("(no title)") + "\n";
   return text;
 }
 
-std::string textOf(const Recorded& recorded) {
+std::string textOf(const Recorded& recorded, const std::vector<desktop::SharedLineIndex>& indexes) {
   std::string text;
-  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session);
+  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes);
   for (const StoredUserAction& action : recorded.actions)
     text += localTime(action.time) + "  " + action.action + (action.value ? " " + *action.value : "") + "\n";
   return text;
@@ -100,11 +111,13 @@ desktop::Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
   return Recorded{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(const desktop::SavedState& saved, bool json) {
+Report printAnalytics(const desktop::SavedState& saved, desktop::TransitFeeds& feeds, bool json) {
   const auto recorded = recordedIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
-  std::string text = textOf(*recorded);
+  // No feed is read for nothing.
+  std::string text = textOf(*recorded, recorded->sessions.empty() ? std::vector<desktop::SharedLineIndex>()
+                                                                  : feeds.lines().indexes);
   if (text.empty()) text = "Nothing has been recorded.\n";
   text += saved.recordsAnalytics()
               ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
@@ -118,7 +131,7 @@ Report analytics(Session& session, const AnalyticsCommand& command) {
   using enum AnalyticsCommand::Action;
   desktop::SavedState* const saved = session.platform().saved();
   if (!saved) return refused(desktop::failure("analytics", "", "a run without saved state records none"));
-  if (command.action == list) return printAnalytics(*saved, command.json);
+  if (command.action == list) return printAnalytics(*saved, session.platform().feeds(), command.json);
   if (command.action == clear) {
     const auto error = desktop::clearAnalytics(*saved->database());
     return error ? refused(*error) : Report::of("Forgotten.\n");
