@@ -23,6 +23,8 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       companion_(texts_, QString::fromStdString(command), detailsServices(), favoritesServices()),
       window_(texts_, panelServices(), maxRows) {
+  // What was saved has been read; from now on nobody wants to look at a window that waits.
+  if (auto* const saved = platform().saved()) saved->database()->hurryOnThisThread();
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::followDesktopColorScheme(window_);
   followFavorites();

@@ -67,6 +67,10 @@ bool isDamage(const Error& error) {
   return error.domain == kSqliteErrorDomain && (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB);
 }
 
+bool isBusy(const Error& error) {
+  return error.domain == kSqliteErrorDomain && (error.code & kPrimaryCodeMask) == SQLITE_BUSY;
+}
+
 bool SqliteRow::isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
 std::int64_t SqliteRow::integer(int column) const { return sqlite3_column_int64(statement_, column); }
 double SqliteRow::real(int column) const { return sqlite3_column_double(statement_, column); }
@@ -98,8 +102,12 @@ Outcome<SqliteDatabase> SqliteDatabase::open(std::string_view name, const std::f
       SQLITE_OPEN_READWRITE | creation | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   SqliteDatabase database(std::string(name) + ": " + file.string(), connection);
   if (result != SQLITE_OK) return database.errorFor(result);
-  sqlite3_busy_timeout(connection, static_cast<int>(busyTimeout.count()));
+  database.setBusyTimeout(busyTimeout);
   return database;
+}
+
+void SqliteDatabase::setBusyTimeout(std::chrono::milliseconds busyTimeout) {
+  sqlite3_busy_timeout(connection_.get(), static_cast<int>(busyTimeout.count()));
 }
 
 std::optional<Error> SqliteDatabase::run(std::string_view statement,

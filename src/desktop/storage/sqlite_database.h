@@ -26,6 +26,9 @@ inline constexpr std::string_view kSqliteErrorDomain = "SQLite";
 /// Whether the error says that a file is damaged, or is no database at all.
 bool isDamage(const Error& error);
 
+/// Whether the error says that another program holds the file.
+bool isBusy(const Error& error);
+
 /// What stands for a `?` of a statement: nothing, a number, a text or bytes. A text and bytes are only looked
 /// at and must live until the statement has run.
 using SqliteParameter =
@@ -63,6 +66,9 @@ class SqliteDatabase {
   /// opened for reading. A statement waits up to `busyTimeout` for another program to finish.
   static Outcome<SqliteDatabase> open(std::string_view name, const std::filesystem::path& file, Mode mode,
                                       std::chrono::milliseconds busyTimeout);
+
+  /// How long a statement waits from now on.
+  void setBusyTimeout(std::chrono::milliseconds busyTimeout);
 
   /// Runs one statement with a parameter for each of its `?` and hands each row to `onRow`.
   std::optional<Error> run(std::string_view statement, std::initializer_list<SqliteParameter> parameters = {},

@@ -78,22 +78,21 @@ StoredWidgetSession sessionIn(const SqliteRow& row, IncidentsOfSessions& inciden
 void StoredAnalyticsLogger::captureEvent(const WidgetInteractionEvent& event,
                                          const UserSessionSnapshot& session) {
   if (!isOn_()) return;
-  const auto error =
-      database_->write([&](SqliteDatabase& database) { return insertEvent(database, event, session); });
-  if (error) database_->report(*error);
+  database_->save(
+      [event, session](SqliteDatabase& database) { return insertEvent(database, event, session); });
 }
 
 void StoredUsageRecorder::captureUserAction(std::string_view action, std::int64_t target,
                                             const std::optional<std::string>& eventValue) {
   if (!isOn_()) return;
-  const auto error = database_->write([&](SqliteDatabase& database) {
+  database_->save([time = secondsOf(now_()), action = std::string(action), target,
+                   eventValue](SqliteDatabase& database) {
     auto failed = database.run("INSERT INTO user_action (time, action, target, value) VALUES (?, ?, ?, ?)",
-                               {secondsOf(now_()), action, target, parameterOf(eventValue)});
+                               {time, action, target, parameterOf(eventValue)});
     if (failed) return failed;
     return database.run("DELETE FROM user_action WHERE id <= ?",
                         {database.lastRowId() - kKeptAnalyticsCount});
   });
-  if (error) database_->report(*error);
 }
 
 Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,8 +57,15 @@ StoredDatabase::StoredDatabase(std::filesystem::path file, const DatabaseSchema&
                                Options options)
     : file_(std::move(file)), schema_(schema), log_(log), options_(options) {}
 
+StoredDatabase::~StoredDatabase() {
+  hurried_ = std::thread::id();
+  const Lock held = lock();
+  if (const auto error = catchUp()) report(sentenceOf(*error) + "; what waited to be saved is lost");
+}
+
 std::optional<Error> StoredDatabase::read(const Operation& operation) {
-  const std::lock_guard lock(mutex_);
+  const Lock held = lock();
+  if (!held) return busy();
   return attempt([&]() -> std::optional<Error> {
     if (auto error = openForReading()) return error;
     return connection_ ? operation(*connection_) : std::nullopt;
@@ -65,20 +73,68 @@ std::optional<Error> StoredDatabase::read(const Operation& operation) {
 }
 
 std::optional<Error> StoredDatabase::write(const Operation& operation) {
-  const std::lock_guard lock(mutex_);
+  const Lock held = lock();
+  return held ? writeLocked(operation) : busy();
+}
+
+std::optional<Error> StoredDatabase::writeLocked(const Operation& operation) {
   return attempt([&]() -> std::optional<Error> {
     if (auto error = openForWriting()) return error;
     return inTransaction(operation);
   });
 }
 
-void StoredDatabase::report(const Error& error) {
-  const std::lock_guard lock(mutex_);
-  reportLocked(sentenceOf(error));
+void StoredDatabase::report(const Error& error) { report(sentenceOf(error)); }
+
+// ---- Threads in a hurry ----
+
+bool StoredDatabase::save(Operation operation) {
+  const Lock held = lock();
+  auto error = held ? catchUp() : busy();
+  if (!error) error = writeLocked(operation);
+  if (!error) return true;
+  if (!hurries() || !isBusy(*error)) return report(*error), false;
+  putOff(std::move(operation), *error);
+  return true;
 }
+
+StoredDatabase::Lock StoredDatabase::lock() {
+  Lock held(mutex_, std::defer_lock);
+  if (hurries()) {
+    static_cast<void>(held.try_lock_for(options_.haste));
+  } else {
+    held.lock();
+  }
+  return held;
+}
+
+std::optional<Error> StoredDatabase::catchUp() {
+  while (true) {
+    const Operation* next = nullptr;
+    {
+      const std::lock_guard notes(notesMutex_);
+      if (putOff_.empty()) return std::nullopt;
+      next = &putOff_.front();
+    }
+    const auto error = writeLocked(*next);
+    if (error && isBusy(*error)) return error;
+    if (error) report(*error);
+    const std::lock_guard notes(notesMutex_);
+    putOff_.pop_front();
+  }
+}
+
+void StoredDatabase::putOff(Operation operation, const Error& why) {
+  report(sentenceOf(why) + "; what is to be saved waits for it");
+  const std::lock_guard notes(notesMutex_);
+  putOff_.push_back(std::move(operation));
+}
+
+// ---- The file ----
 
 std::optional<Error> StoredDatabase::attempt(const std::function<std::optional<Error>()>& action) {
   forgetReplacedFile();
+  if (connection_) connection_->setBusyTimeout(patience());
   auto error = action();
   if (!error || !isDamage(*error)) return error;
   if (auto obstacle = setAside(*error)) return obstacle;
@@ -110,7 +166,7 @@ std::optional<Error> StoredDatabase::openForWriting() {
 }
 
 std::optional<Error> StoredDatabase::connect(SqliteDatabase::Mode mode) {
-  auto opened = SqliteDatabase::open(schema_.name, file_, mode, options_.busyTimeout);
+  auto opened = SqliteDatabase::open(schema_.name, file_, mode, patience());
   if (!opened) return opened.error();
   connection_.emplace(std::move(*opened));
   connectedFile_ = identityOf(file_);
@@ -175,7 +231,7 @@ std::optional<Error> StoredDatabase::setAside(const Error& damage) {
   const auto moved = moveAside();
   if (!moved) return moved.error();
   if (!moved->empty()) {
-    reportLocked(sentenceOf(damage) + "; set aside as " + moved->string());
+    report(sentenceOf(damage) + "; set aside as " + moved->string());
   }
   return std::nullopt;
 }
@@ -204,11 +260,19 @@ Error StoredDatabase::refusal(std::string_view why) const {
   return failure(schema_.name, file_.string(), why);
 }
 
+Error StoredDatabase::busy() const {
+  Error error = refusal("another program is using it");
+  error.domain = kSqliteErrorDomain;
+  error.code = SQLITE_BUSY;
+  return error;
+}
+
 void StoredDatabase::forgetReplacedFile() {
   if (connection_ && identityOf(file_) != connectedFile_) connection_.reset();
 }
 
-void StoredDatabase::reportLocked(const std::string& sentence) {
+void StoredDatabase::report(const std::string& sentence) {
+  const std::lock_guard notes(notesMutex_);
   if (reported_.insert(sentence).second) log_.write({LogLevel::error, kLogCategory, "%@", {sentence}});
 }
 

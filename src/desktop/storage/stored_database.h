@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -10,6 +12,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include <sys/types.h>
 
@@ -45,11 +48,21 @@ class StoredDatabase {
     std::chrono::milliseconds busyTimeout{3000};
     /// The most pages (4096 bytes each) that the file may have; SQLite's own limit when absent.
     std::optional<std::int64_t> maximumPageCount;
+    /// How long a thread in a hurry waits.
+    std::chrono::milliseconds haste{100};
   };
 
   StoredDatabase(std::filesystem::path file, const DatabaseSchema& schema, Log& log, Options options);
   StoredDatabase(std::filesystem::path file, const DatabaseSchema& schema, Log& log)
       : StoredDatabase(std::move(file), schema, log, Options{}) {}
+  /// Saves what was put off; what still cannot be saved then is told to the log.
+  ~StoredDatabase();
+  StoredDatabase(const StoredDatabase&) = delete;
+  StoredDatabase& operator=(const StoredDatabase&) = delete;
+
+  /// From now on the calling thread, which a person waits for, is in a hurry: it waits for another program
+  /// only for as long as nobody notices.
+  void hurryOnThisThread() { hurried_ = std::this_thread::get_id(); }
 
   const std::filesystem::path& file() const { return file_; }
 
@@ -58,6 +71,10 @@ class StoredDatabase {
   /// Does `operation` in one transaction: all of it or, after an error, none. Makes the file and its folder
   /// when they are missing.
   std::optional<Error> write(const Operation& operation);
+  /// As `write`, for those who cannot hand an error on: it goes to the log, and false comes back. On a thread
+  /// in a hurry it is put off, with a line in the log, as long as another program holds the file: until
+  /// another save, or the end. So `operation` owns all that it needs.
+  bool save(Operation operation);
   /// Puts the error into the log, each sentence once. For those who cannot hand an error on.
   void report(const Error& error);
 
@@ -69,6 +86,16 @@ class StoredDatabase {
     bool operator==(const FileIdentity&) const = default;
   };
   static std::optional<FileIdentity> identityOf(const std::filesystem::path& file);
+
+  using Lock = std::unique_lock<std::timed_mutex>;
+  /// Owns nothing when it would take a thread in a hurry too long.
+  Lock lock();
+  bool hurries() const { return hurried_.load() == std::this_thread::get_id(); }
+  std::chrono::milliseconds patience() const { return hurries() ? options_.haste : options_.busyTimeout; }
+  std::optional<Error> writeLocked(const Operation& operation);
+  /// Does what was put off, in its order, until another program is in the way.
+  std::optional<Error> catchUp();
+  void putOff(Operation operation, const Error& why);
 
   std::optional<Error> attempt(const std::function<std::optional<Error>()>& action);
   /// Leaves `connection_` empty, without an error, when there is nothing to read.
@@ -83,18 +110,24 @@ class StoredDatabase {
   std::optional<Error> setAside(const Error& damage);
   Outcome<std::filesystem::path> moveAside();
   Error refusal(std::string_view why) const;
+  Error busy() const;
   void forgetReplacedFile();
-  void reportLocked(const std::string& sentence);
+  void report(const std::string& sentence);
 
   const std::filesystem::path file_;
   const DatabaseSchema& schema_;
   Log& log_;
   const Options options_;
 
-  std::mutex mutex_;
+  std::atomic<std::thread::id> hurried_;
+  std::timed_mutex mutex_;
   std::optional<SqliteDatabase> connection_;
   std::optional<FileIdentity> connectedFile_;
+  /// Guards what follows, for moments only; may be taken under the other one. The front of what was put off
+  /// is taken away under both.
+  std::mutex notesMutex_;
   std::set<std::string> reported_;
+  std::deque<Operation> putOff_;
 };
 
 }  // namespace linewatch::desktop

@@ -23,14 +23,15 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
 }
 
 bool StoredPreferences::setObject(Value value, std::string_view key) {
-  const auto bytes = cbor::bytesOf(value);
+  auto bytes = cbor::bytesOf(value);
   if (!bytes) return !reportIf(failureAt(key, "the value cannot be written"));
   if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
     return !reportIf(failureAt(key, "the value is too large to be kept"));
-  return !reportIf(database_->write([&](SqliteDatabase& database) {
-    return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
-                        {suite_, key, *bytes});
-  }));
+  return database_->save(
+      [suite = suite_, key = std::string(key), bytes = std::move(*bytes)](SqliteDatabase& database) {
+        return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
+                            {suite, key, bytes});
+      });
 }
 
 void StoredPreferences::removeObject(std::string_view key) {
@@ -41,9 +42,9 @@ void StoredPreferences::removeObject(std::string_view key) {
                         [&](const SqliteRow&) { isThere = true; });
   }));
   if (!isThere) return;
-  reportIf(database_->write([&](SqliteDatabase& database) {
-    return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite_, key});
-  }));
+  database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
+    return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite, key});
+  });
 }
 
 bool StoredPreferences::reportIf(const std::optional<Error>& error) const {

@@ -227,6 +227,31 @@ TEST_F(StoredDatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
   EXPECT_THAT(textsIn(waiting), ElementsAre("kept", "held"));
 }
 
+TEST_F(StoredDatabaseTest, AThreadInAHurryPutsOffWhatItSavesUntilTheFileIsFree) {
+  auto holder = open();
+  auto hurried = std::make_unique<StoredDatabase>(
+      file(), kFirstSchema, log_, StoredDatabase::Options{.haste = std::chrono::milliseconds(0)});
+  hurried->hurryOnThisThread();
+  const auto whileHeld = [&](const std::function<void()>& action) {
+    EXPECT_FALSE(holder.write([&](SqliteDatabase& database) {
+      action();
+      return adding("held")(database);
+    }));
+  };
+  whileHeld([&] {
+    for (const char* text : {"one", "two"}) EXPECT_TRUE(hurried->save(adding(text)));
+    EXPECT_TRUE(hurried->write(adding("refused")));
+  });
+  EXPECT_THAT(textsIn(*hurried), ElementsAre("held"));
+  EXPECT_TRUE(hurried->save(adding("three")));
+  EXPECT_FALSE(hurried->save([](SqliteDatabase& database) { return database.run("nonsense"); }));
+  whileHeld([&] { EXPECT_TRUE(hurried->save(adding("at the end"))); });
+  hurried = nullptr;
+  EXPECT_THAT(textsIn(holder), ElementsAre("held", "one", "two", "three", "held", "at the end"));
+  EXPECT_THAT(log_.lines(),
+              ElementsAre(HasSubstr("using it; what is to be saved waits for it"), HasSubstr("nonsense")));
+}
+
 /// Takes root's rights over files away from the process for a while; another user has none to lose.
 class WithoutRootsRights {
  public:
