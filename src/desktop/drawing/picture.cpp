@@ -90,7 +90,7 @@ bool writePdf(ui::View& view, const PictureStyle& style, QIODevice& device) {
 using Writing = bool (*)(ui::View&, const PictureStyle&, QIODevice&);
 
 Writing writingFor(const std::filesystem::path& file) {
-  const std::string extension = file.extension().string();
+  const QString extension = QString::fromStdString(file.extension().string()).toLower();
   if (extension == ".png") return writePng;
   if (extension == ".svg") return writeSvg;
   return extension == ".pdf" ? writePdf : nullptr;
