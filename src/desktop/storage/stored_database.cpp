@@ -116,7 +116,7 @@ std::optional<Error> StoredDatabase::catchUp() {
       if (putOff_.empty()) return std::nullopt;
       next = &putOff_.front();
     }
-    const auto error = writeLocked(*next);
+    auto error = writeLocked(*next);
     if (error && isBusy(*error)) return error;
     if (error) report(*error);
     const std::lock_guard notes(notesMutex_);
