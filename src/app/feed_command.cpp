@@ -44,10 +44,11 @@ std::string countOfLines(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
-Report listFeeds(const SavedState& saved) {
+Report listFeeds(const SavedState& saved, desktop::TransitFeeds& shown) {
   const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
+    if (const auto lost = shown.follow()) return refused(*lost);
     return Report::of(
         "No feeds yet, so the sample city is shown: linewatch feed add NAME --gtfs G --alerts A\n");
   }
@@ -96,7 +97,7 @@ Report feed(Session& session, const FeedCommand& command) {
     case FeedCommand::Action::list:
       break;
   }
-  return listFeeds(*saved);
+  return listFeeds(*saved, session.platform().feeds());
 }
 
 }  // namespace linewatch::app

@@ -45,10 +45,10 @@ class Dispatch {
     return inSession([&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); });
+    return inSession([&](Session& session) { return feed(session, command); }, goOnWithoutFeeds);
   }
   Report operator()(const AnalyticsCommand& command) const {
-    return inSession([&](Session& session) { return analytics(session, command); });
+    return inSession([&](Session& session) { return analytics(session, command); }, goOnWithoutFeeds);
   }
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
@@ -57,12 +57,14 @@ class Dispatch {
   Report operator()(const RenderCommand&) const { return handOver(argv_); }
 
  private:
+  static void goOnWithoutFeeds(desktop::DesktopSettings& settings) { settings.goesOnWithoutFeeds = true; }
+
   template <class Work>
-  Report inSession(Work work) const {
+  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
     // Qt takes its own options out of what it is given.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = Session::open(options_);
+    const auto session = Session::open(options_, adjust);
     return session ? work(**session) : refused(session.error());
   }
 

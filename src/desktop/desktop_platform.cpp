@@ -26,10 +26,6 @@ Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
   return StateDirectories::fromEnvironment(processEnvironment);
 }
 
-StoredFeed sampleFeed(const std::filesystem::path& city) {
-  return {std::string(kSampleFeedName), (city / "gtfs").string(), (city / "alerts.pb").string()};
-}
-
 /// A run without saved state records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
@@ -53,9 +49,10 @@ std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved) {
 
 /// The roles that take nothing of the platform's but what is made before them.
 struct DesktopPlatform::Roles {
-  Roles(DesktopPlatform& platform, const UserLocale& locale, std::vector<StoredFeed> chosenFeeds)
+  Roles(DesktopPlatform& platform, const UserLocale& locale)
       : localization(locale),
-        feeds(std::make_shared<TransitFeeds>(std::move(chosenFeeds), platform.documents_,
+        feeds(std::make_shared<TransitFeeds>([shown = platform.shownFeeds()] { return shown.read(); },
+                                             platform.documents_,
                                              IncidentLanguage{locale.fallbacks(), feedTexts()})),
         transitService(feeds, platform.mainLoop_),
         favorites(platform.chosenFavorites()),
@@ -108,34 +105,28 @@ std::optional<Error> DesktopPlatform::open() {
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_);
   }
-  auto feeds = chosenFeeds();
-  if (!feeds) return feeds.error();
-  documents_ = std::make_shared<FeedDocuments>(saved_ && !showsSampleCity_ ? saved_->feedCache() : nullptr,
+  documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });
-  roles_ = std::make_unique<Roles>(*this, settings_.locale, std::move(*feeds));
-  return std::nullopt;
+  roles_ = std::make_unique<Roles>(*this, settings_.locale);
+  auto error = roles_->feeds->follow();
+  return settings_.goesOnWithoutFeeds ? std::nullopt : std::move(error);
 }
 
-Outcome<std::vector<StoredFeed>> DesktopPlatform::chosenFeeds() {
-  if (const auto& given = settings_.given) {
-    return std::vector<StoredFeed>{{std::string(kGivenFeedName), given->gtfs, given->alerts}};
-  }
-  auto stored = saved_->feeds().list();
-  if (!stored || !stored->empty()) return stored;
-  showsSampleCity_ = true;
-  return std::vector<StoredFeed>{sampleFeed(settings_.sampleCity)};
+ShownFeeds DesktopPlatform::shownFeeds() const {
+  if (saved_) return {saved_->database(), settings_.sampleCity};
+  return ShownFeeds({std::string(kGivenFeedName), settings_.given->gtfs, settings_.given->alerts});
 }
 
 UserFavorites DesktopPlatform::chosenFavorites() const {
   if (!saved_) return UserFavorites(settings_.given->favorites);
-  return {saved_->database(), showsSampleCity_ ? std::optional(settings_.sampleCity) : std::nullopt};
+  return {saved_->database(), settings_.sampleCity};
 }
 
 /// No connection is to blame for what goes wrong with files.
 ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
-  const bool asksServers = std::ranges::any_of(roles_->feeds->feeds(), [](const StoredFeed& feed) {
-    return isHttpURL(feed.gtfs) || isHttpURL(feed.alerts);
-  });
+  const auto feeds = roles_->feeds->feeds();
+  const bool asksServers = std::ranges::any_of(
+      feeds, [](const StoredFeed& feed) { return isHttpURL(feed.gtfs) || isHttpURL(feed.alerts); });
   return asksServers ? diagnoseConnection() : ConnectionFailureDiagnosis::unknown;
 }
 
@@ -145,6 +136,7 @@ void DesktopPlatform::finishBackgroundWork() {
   roles_->transitService.finish();
 }
 
+bool DesktopPlatform::showsSampleCity() const { return isSampleCity(roles_->feeds->feeds()); }
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
 const UserFavorites& DesktopPlatform::favorites() const { return roles_->favorites; }
 RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }

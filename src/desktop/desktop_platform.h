@@ -14,6 +14,7 @@
 #include "desktop/roles/desktop_device.h"
 #include "desktop/roles/stderr_log.h"
 #include "desktop/saved_state.h"
+#include "desktop/shown_feeds.h"
 #include "desktop/text/user_locale.h"
 #include "desktop/transit_feeds.h"
 #include "desktop/user_favorites.h"
@@ -26,7 +27,7 @@ namespace linewatch::desktop {
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
  public:
-  /// Fails when the saved state cannot be read.
+  /// Fails when the saved state cannot be read, unless it is to go on without.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 
@@ -40,8 +41,8 @@ class DesktopPlatform final : public Platform {
   const UserFavorites& favorites() const;
   /// What is kept on this machine; null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
-  /// True until the user has added a feed.
-  bool showsSampleCity() const { return showsSampleCity_; }
+  /// True until the user has added a feed; as of the last look-up.
+  bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
 
   Log& log() override { return log_; }
@@ -74,7 +75,7 @@ class DesktopPlatform final : public Platform {
   struct Roles;
   explicit DesktopPlatform(DesktopSettings settings);
   std::optional<Error> open();
-  Outcome<std::vector<StoredFeed>> chosenFeeds();
+  ShownFeeds shownFeeds() const;
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
@@ -88,7 +89,6 @@ class DesktopPlatform final : public Platform {
   std::shared_ptr<OverlaidPreferences::Values> givenPreferences_;
   /// Null in a run without saved state.
   std::unique_ptr<SavedState> saved_;
-  bool showsSampleCity_ = false;
   std::shared_ptr<FeedDocuments> documents_;
   std::unique_ptr<Roles> roles_;
 };

@@ -116,12 +116,12 @@ Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
 }
 
 std::optional<CachedDocument> FeedDocuments::find(const StoredFeed& feed, const Kind& kind) const {
-  return cache_ ? cache_->find(feed.name, kind.name, feed.*kind.location) : std::nullopt;
+  return keeps(feed) ? cache_->find(feed.name, kind.name, feed.*kind.location) : std::nullopt;
 }
 
 Outcome<SharedLineIndex> FeedDocuments::readLocalTimetable(const StoredFeed& feed) {
   const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
-  const std::string print = cache_ ? fingerprint(feed.gtfs) : "";
+  const std::string print = keeps(feed) ? fingerprint(feed.gtfs) : "";
   if (kept && kept->etag == print) {
     if (auto contents = decodeLineIndex(kept->bytes)) return indexOf(std::move(*contents));
   }
@@ -168,7 +168,7 @@ Outcome<SharedLineIndex> FeedDocuments::readFetchedTimetable(const StoredFeed& f
 }
 
 void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
-  if (!cache_) return;
+  if (!keeps(feed)) return;
   document.bytes = encodeLineIndex(index.contents());
   cache_->store(feed.name, Kind::kTimetable.name, document);
 }
@@ -192,7 +192,7 @@ Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
     reportGoingOn(error, ageOf(kept));
     return before;
   }
-  if (cache_) {
+  if (keeps(feed)) {
     fetched->document.bytes = asBytes((*updated)->payload());
     cache_->store(feed.name, Kind::kAlerts.name, fetched->document);
   }
@@ -236,7 +236,7 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed,
   }
   if (!kept)
     return failure(feedCalled(feed), location, "says that nothing changed, but was not asked whether");
-  if (cache_) cache_->confirm(feed.name, kind.name, now_());
+  if (keeps(feed)) cache_->confirm(feed.name, kind.name, now_());
   return Fetched{*kept};
 }
 

@@ -27,7 +27,8 @@ class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
 
-  /// A null `cache` keeps nothing. `fetcherSource` is asked when something is first fetched.
+  /// A null `cache` keeps nothing; of the sample city nothing is kept either, which is read in no time.
+  /// `fetcherSource` is asked when something is first fetched.
   FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
                 FetcherSource fetcherSource = loadHttpFetcher);
 
@@ -45,6 +46,7 @@ class FeedDocuments {
     bool isNew = false;
   };
 
+  bool keeps(const StoredFeed& feed) const { return cache_ && feed.name != kSampleFeedName; }
   Seconds ageOf(const std::optional<CachedDocument>& kept) const;
   std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
   Outcome<Fetched> fetch(const StoredFeed& feed, const Kind& kind);

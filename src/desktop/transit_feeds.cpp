@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "desktop/user_favorites.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"
 
@@ -27,24 +28,51 @@ void report(const std::string& feedName, const IncidentTable& table) {
 
 }  // namespace
 
-TransitFeeds::TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,
-                           IncidentLanguage language)
-    : feeds_(std::move(feeds)),
+TransitFeeds::TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language)
+    : source_(std::move(source)),
       documents_(std::move(documents)),
-      language_(std::make_shared<const IncidentLanguage>(std::move(language))),
-      loaded_(feeds_.size()) {}
+      language_(std::make_shared<const IncidentLanguage>(std::move(language))) {}
+
+std::vector<StoredFeed> TransitFeeds::feeds() const {
+  const std::lock_guard lock(mutex_);
+  return feeds_;
+}
+
+std::optional<Error> TransitFeeds::follow() {
+  const std::lock_guard loading(loadingMutex_);
+  return followWhileLoading();
+}
+
+std::optional<Error> TransitFeeds::followWhileLoading() {
+  Outcome<std::vector<StoredFeed>> now = source_();
+  if (!now) return now.error();
+  if (*now == feeds_) return std::nullopt;
+  std::vector<LoadedFeed> loaded(now->size());
+  const std::lock_guard lock(mutex_);
+  for (std::size_t feed = 0; feed < now->size(); ++feed) {
+    const auto known = std::ranges::find(feeds_, (*now)[feed]);
+    if (known != feeds_.end())
+      loaded[feed] = std::move(loaded_[static_cast<std::size_t>(known - feeds_.begin())]);
+  }
+  feeds_ = std::move(*now);
+  loaded_ = std::move(loaded);
+  return std::nullopt;
+}
 
 Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {
+  const std::lock_guard loading(loadingMutex_);
+  if (const auto error = followWhileLoading()) return *error;
   const auto feed = std::ranges::find(feeds_, feedName, &StoredFeed::name);
   if (feed == feeds_.end())
     return failure("feed " + std::string(feedName), "", "there is no feed of that name");
-  const std::lock_guard loading(loadingMutex_);
   return load(static_cast<std::size_t>(feed - feeds_.begin()));
 }
 
 FeedLines TransitFeeds::lines() {
   const std::lock_guard loading(loadingMutex_);
   FeedLines all;
+  all.error = followWhileLoading();
+  if (all.error) return all;
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
     auto lines = load(feed);
     if (lines) all.indexes.push_back(std::move(*lines));
@@ -77,6 +105,9 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
 }
 
 Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
+  if (const auto error = followWhileLoading()) return *error;
+  if (std::ranges::find(identifiers, unreadFavorites(), &MapItemIdentifier::muid) != identifiers.end())
+    return failure("favourites", "", "they could not be read");
   std::vector<Place> places;
   for (const MapItemIdentifier& identifier : identifiers) {
     bool found = false;

@@ -41,10 +41,16 @@ class TransitFeeds {
     std::optional<Date> written;
   };
 
-  TransitFeeds(std::vector<StoredFeed> feeds, std::shared_ptr<FeedDocuments> documents,
-               IncidentLanguage language);
+  /// Gives the feeds as they are now. Called on any thread, one at a time.
+  using Source = std::function<Outcome<std::vector<StoredFeed>>()>;
 
-  const std::vector<StoredFeed>& feeds() const { return feeds_; }
+  TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language);
+
+  /// Those that were followed last.
+  std::vector<StoredFeed> feeds() const;
+  /// Takes the feeds as they are now, which every look-up does. What has been loaded of those that stay is
+  /// kept. After an error all are as before.
+  std::optional<Error> follow();
 
   /// The lines of the feed with that name.
   Outcome<SharedLineIndex> linesOf(std::string_view feedName);
@@ -76,6 +82,7 @@ class TransitFeeds {
     std::size_t route;
   };
 
+  std::optional<Error> followWhileLoading();
   Outcome<SharedLineIndex> load(std::size_t feed);
   Outcome<std::vector<Place>> find(std::span<const MapItemIdentifier> identifiers);
   /// Of the places' feeds, each once; `read` gets those that could be had.
@@ -85,7 +92,7 @@ class TransitFeeds {
   std::vector<AlertsState> statesLocked(const std::set<std::size_t>& read) const;
   void addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const;
 
-  const std::vector<StoredFeed> feeds_;
+  const Source source_;
   const std::shared_ptr<FeedDocuments> documents_;
   const SharedIncidentLanguage language_;
 
@@ -94,6 +101,7 @@ class TransitFeeds {
   /// Guards the feeds, and is held for moments only. They are changed under both, so that whoever loads may
   /// read without it; a feed's records, which readers fill, are used under it.
   mutable std::mutex mutex_;
+  std::vector<StoredFeed> feeds_;
   std::vector<LoadedFeed> loaded_;
   std::vector<AlertsState> states_;
 };

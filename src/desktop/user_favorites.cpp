@@ -6,9 +6,8 @@
 #include <string_view>
 
 #include "desktop/program_preferences.h"
-#include "desktop/storage/stored_feeds.h"
+#include "desktop/shown_feeds.h"
 #include "desktop/storage/stored_preferences.h"
-#include "platform/log.h"
 #include "platform/transit_records.h"
 
 namespace linewatch::desktop {
@@ -56,7 +55,9 @@ UserFavorites::UserFavorites(const std::vector<std::string>& givenRouteIds) {
   source_ = std::move(given);
 }
 
-UserFavorites::UserFavorites(SharedDatabase state, std::optional<std::filesystem::path> sampleCity)
+std::uint64_t unreadFavorites() { return stableMuid("", ""); }
+
+UserFavorites::UserFavorites(SharedDatabase state, std::filesystem::path sampleCity)
     : source_(Saved{std::move(state), std::move(sampleCity)}) {}
 
 Outcome<std::vector<StoredFavorite>> UserFavorites::lines() const {
@@ -70,13 +71,11 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 }
 
 Favorites UserFavorites::read() const {
-  const auto* const saved = std::get_if<Saved>(&source_);
-  if (saved && !saved->areOfSampleCity())
-    return StoredFavoritesPersister(saved->state, lineToLookUp).readFavorites();
   const auto known = lines();
-  if (!known) {
-    logError("%@", {known.error().description()});
-    return {};
+  if (!known) return {FavoriteTransitLine{lineToLookUp("", "")}};
+  if (const auto* const saved = std::get_if<Saved>(&source_)) {
+    const auto areSample = saved->areOfSampleCity();
+    if (areSample && !*areSample) return StoredFavoritesPersister(saved->state, lineToLookUp).readFavorites();
   }
   Favorites favorites;
   favorites.reserve(known->size());
@@ -86,25 +85,32 @@ Favorites UserFavorites::read() const {
   return favorites;
 }
 
-bool UserFavorites::Saved::areOfSampleCity() const {
-  return sampleCity && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey);
+Outcome<bool> UserFavorites::Saved::areOfSampleCity() const {
+  const auto feeds = ShownFeeds(state, sampleCity).read();
+  if (!feeds) return feeds.error();
+  return isSampleCity(*feeds) && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey);
 }
 
 Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
-  if (areOfSampleCity()) return sampleFavorites(*sampleCity);
+  const auto feeds = ShownFeeds(state, sampleCity).read();
+  if (!feeds) return feeds.error();
+  const bool isSample = isSampleCity(*feeds);
+  if (isSample && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey))
+    return sampleFavorites(sampleCity);
   auto stored = StoredFavorites(state).list();
   if (!stored) return stored;
-  std::erase_if(*stored, [this](const StoredFavorite& favorite) {
-    return favorite.kind != FavoriteKind::line ||
-           (favorite.feed == kSampleFeedName) != sampleCity.has_value();
+  std::erase_if(*stored, [isSample](const StoredFavorite& favorite) {
+    return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != isSample;
   });
   return stored;
 }
 
 Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
   StoredFavorites stored(state);
-  if (areOfSampleCity()) {
-    const auto sample = sampleFavorites(*sampleCity);
+  const auto isSample = areOfSampleCity();
+  if (!isSample) return isSample;
+  if (*isSample) {
+    const auto sample = sampleFavorites(sampleCity);
     if (!sample) return sample.error();
     for (const StoredFavorite& each : *sample) {
       if (const auto added = stored.add(each); !added) return added.error();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -18,20 +18,24 @@ namespace linewatch::desktop {
 /// The line as a favourite names it.
 StoredFavorite favoriteOf(const FoundLine& line);
 
+/// The `muid` that stands for favourites that could not be read. No line has it; looking it up fails.
+std::uint64_t unreadFavorites();
+
 /// The user's favourites: given for one run, or saved; as long as the sample city is shown, its own until the
 /// user changes them. Any thread.
 class UserFavorites {
  public:
   /// Of the given feed, by route id; kept nowhere.
   explicit UserFavorites(const std::vector<std::string>& givenRouteIds);
-  /// `sampleCity`: its folder while it is shown, else absent.
-  UserFavorites(SharedDatabase state, std::optional<std::filesystem::path> sampleCity);
+  /// `sampleCity`: the folder of it.
+  UserFavorites(SharedDatabase state, std::filesystem::path sampleCity);
 
   /// The lines of the feeds that are shown, in the user's order, whether or not their feed has them.
   Outcome<std::vector<StoredFavorite>> lines() const;
   /// Adds or removes; false when that changes nothing. Given favourites cannot be changed.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
-  /// As the widget takes them, of every kind. What cannot be read is left out and logged.
+  /// As the widget takes them, of every kind. Those that cannot be read are one line, `unreadFavorites()`:
+  /// none at all would look as if the user had none.
   Favorites read() const;
 
  private:
@@ -40,9 +44,9 @@ class UserFavorites {
   };
   struct Saved {
     SharedDatabase state;
-    std::optional<std::filesystem::path> sampleCity;
+    std::filesystem::path sampleCity;
 
-    bool areOfSampleCity() const;
+    Outcome<bool> areOfSampleCity() const;
     Outcome<std::vector<StoredFavorite>> lines() const;
     Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
   };

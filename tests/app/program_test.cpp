@@ -151,6 +151,20 @@ TEST_F(ProgramTest, ChangesTheSampleCitysFavouritesFromWhatTheyAre) {
   EXPECT_THAT(list.output, AllOf(HasSubstr("[7]"), Not(HasSubstr("[M1]")))) << list.errors;
 }
 
+TEST_F(ProgramTest, NoMadeUpCityStandsInForALostDatabase) {
+  folder_.write("state/linewatch.sqlite", std::string(5000, 'x'));
+  EXPECT_THAT(runProgram(saved({"show"})).errors, HasSubstr("; set aside as "));
+  const auto again = runProgram(saved({"show"}));
+  EXPECT_EQ(again.status, 2);
+  EXPECT_THAT(again.output, IsEmpty());
+  EXPECT_THAT(again.errors, HasSubstr("set aside as linewatch.sqlite.damaged: add your feeds"));
+  EXPECT_EQ(runProgram(
+                saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}))
+                .status,
+            0);
+  EXPECT_EQ(runProgram(saved({"show"})).status, 0);
+}
+
 TEST_F(ProgramTest, FakeIncidentsCanBeSwitchedOnFromOutside) {
   folder_.write("alerts.pb", alerts(""));
   const auto shown = [&](const std::string& value) {

@@ -64,7 +64,9 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
   };
   const auto feeds = [&] {
     return std::make_shared<TransitFeeds>(
-        std::vector<StoredFeed>{{"town", folder.path().string(), alerts.string()}},
+        [&] {
+          return std::vector<StoredFeed>{{"town", folder.path().string(), alerts.string()}};
+        },
         std::make_shared<FeedDocuments>(nullptr, [&loop] { return loop.now(); }), IncidentLanguage{});
   };
   {

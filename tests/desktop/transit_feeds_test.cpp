@@ -7,6 +7,7 @@
 #include "desktop/recording_log.h"
 #include "desktop/sentence.h"
 #include "desktop/temporary_folder.h"
+#include "desktop/user_favorites.h"
 #include "platform/transit_storage_line_item.h"
 #include "simulation/simulated_platform.h"
 
@@ -53,6 +54,10 @@ class TransitFeedsTest : public testing::Test {
     return {name, folder.string(), (folder / "alerts.pb").string()};
   }
 
+  static TransitFeeds::Source always(const std::vector<StoredFeed>& feeds) {
+    return [feeds] { return feeds; };
+  }
+
   std::shared_ptr<FeedDocuments> documents(std::shared_ptr<FeedCache> cache = nullptr) {
     return std::make_shared<FeedDocuments>(
         std::move(cache), [this] { return now_; },
@@ -91,8 +96,8 @@ class TransitFeedsTest : public testing::Test {
 MapItemIdentifier line(const char* feed, const char* route) { return {stableMuid(feed, route)}; }
 
 TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
-  TransitFeeds feeds({feed("bus", {.alerts = {alertOf("1", "Works"), alertOf("1", "Strike")}}),
-                      feed("rail", {.alerts = {alertOf("2", "Storm")}, .timestamp = 0})},
+  TransitFeeds feeds(always({feed("bus", {.alerts = {alertOf("1", "Works"), alertOf("1", "Strike")}}),
+                             feed("rail", {.alerts = {alertOf("2", "Storm")}, .timestamp = 0})}),
                      documents(), {});
   EXPECT_THAT(lines(feeds, {line("rail", "2"), {7}, line("bus", "1"), line("rail", "1"), line("rail", "2")}),
               ElementsAre("rail two: Storm", "bus one: Works Strike", "rail one:", "rail two: Storm"));
@@ -106,11 +111,26 @@ TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
   EXPECT_THAT(lines(feeds, {}), IsEmpty());
 }
 
+TEST_F(TransitFeedsTest, FollowsTheFeedsThatAreShown) {
+  const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}});
+  Outcome<std::vector<StoredFeed>> shown = std::vector<StoredFeed>{bus};
+  TransitFeeds feeds([&] { return shown; }, documents(), {});
+  const std::vector both{line("bus", "1"), line("rail", "2")};
+  EXPECT_THAT(lines(feeds, both), ElementsAre("bus one: Works"));
+  shown = std::vector<StoredFeed>{feed("rail", {}), bus};
+  EXPECT_THAT(lines(feeds, both), ElementsAre("bus one: Works", "rail two:"));
+  shown = failure("state database", "", "locked");
+  EXPECT_THAT(lines(feeds, both), ElementsAre("state database: locked"));
+  shown = std::vector<StoredFeed>{bus};
+  EXPECT_THAT(lines(feeds, {line("bus", "1"), {unreadFavorites()}}), ElementsAre(HasSubstr("not be read")));
+  EXPECT_THAT(lines(feeds, both), ElementsAre("bus one: Works"));
+}
+
 TEST_F(TransitFeedsTest, TellsWhichLinesHaveAnIncident) {
   const AlertSketch works{
       .id = "works", .selectors = {{.route = "2"}, {.route = "1"}}, .header = {{"Works", ""}}};
-  TransitFeeds feeds({feed("bus", {.alerts = {alertOf("1", "Strike"), works}}),
-                      feed("rail", {.alerts = {alertOf("2", "Storm")}})},
+  TransitFeeds feeds(always({feed("bus", {.alerts = {alertOf("1", "Strike"), works}}),
+                             feed("rail", {.alerts = {alertOf("2", "Storm")}})}),
                      documents(), {});
   const std::vector<std::uint64_t> muids{stableMuid("bus", "works"), stableMuid("rail", "Storm"), 7};
   const auto namesOf = [&](std::uint64_t muid) {
@@ -131,15 +151,15 @@ TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
   StoredFeed silent = feed("silent", {}), broken = feed("broken", {});
   silent.alerts.clear();
   writeFile(broken.alerts, "no feed");
-  TransitFeeds feeds({good, silent, broken}, documents(), {});
+  TransitFeeds feeds(always({good, silent, broken}), documents(), {});
   EXPECT_THAT(lines(feeds, {line("good", "1")}), ElementsAre("good one:"));
   EXPECT_THAT(lines(feeds, {line("good", "1"), line("silent", "1")}),
               ElementsAre("feed silent: it has no alerts, so nothing is known of its lines"));
   EXPECT_THAT(lines(feeds, {line("broken", "1"), line("good", "1")}),
               ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts + ": "), HasSubstr("byte 0"))));
 
-  TransitFeeds withoutLines({good, {"lost", (folder_.path() / "lost").string(), good.alerts}}, documents(),
-                            {});
+  TransitFeeds withoutLines(always({good, {"lost", (folder_.path() / "lost").string(), good.alerts}}),
+                            documents(), {});
   EXPECT_THAT(lines(withoutLines, {line("good", "1")}), ElementsAre("good one:"));
   EXPECT_THAT(lines(withoutLines, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
   const FeedLines known = withoutLines.lines();
@@ -152,7 +172,7 @@ TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
 TEST_F(TransitFeedsTest, TellsEveryoneWhenNoAlertCanBeMatchedWithALine) {
   const auto errors = [this](const FeedSketch& alerts) {
     platform_->transcript().clear();
-    TransitFeeds feeds({feed("bus", alerts)}, documents(), {});
+    TransitFeeds feeds(always({feed("bus", alerts)}), documents(), {});
     EXPECT_THAT(lines(feeds, {line("bus", "2")}), ElementsAre("bus two:"));
     EXPECT_THAT(platform_->transcript().logTexts("debug"), ElementsAre(HasSubstr(" resolve to nothing")));
     return platform_->transcript().logTexts("error");
@@ -169,7 +189,7 @@ TEST_F(TransitFeedsTest, TellsEveryoneWhenNoAlertCanBeMatchedWithALine) {
 
 TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}, .timestamp = 500});
-  TransitFeeds feeds({bus}, documents(), {});
+  TransitFeeds feeds(always({bus}), documents(), {});
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
   writeFile(bus.alerts, bytesOf({.timestamp = 499}));
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
@@ -183,7 +203,7 @@ TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
 TEST_F(TransitFeedsTest, ALineIsTheSameWhenOnlyTheFeedGrewYounger) {
   FeedSketch alerts{.alerts = {alertOf("1", "Works")}, .timestamp = 500};
   const StoredFeed bus = feed("bus", alerts);
-  TransitFeeds feeds({bus}, documents(), {});
+  TransitFeeds feeds(always({bus}), documents(), {});
   const auto stored = [&] {
     const std::vector<MapItemIdentifier> asked = {line("bus", "1")};
     return TransitStorageLineItem(*feeds.lineItems(asked, now_)->at(0)).data();

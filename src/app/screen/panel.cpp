@@ -27,7 +27,7 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
   if (auto* const saved = platform().saved()) saved->database()->hurryOnThisThread();
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::followDesktopColorScheme(window_);
-  followFavorites();
+  followChoice();
 }
 
 // What is still under way answers on the main thread, to nobody.
@@ -63,7 +63,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
           },
       .didChange =
           [this] {
-            rememberFavorites(platform().favorites().lines());
+            if (platform().saved()) rememberChoice(choiceIn(platform()));
             window_.favoritesDidChange();
           }};
   if (platform().saved()) {
@@ -86,27 +86,35 @@ desktop::PanelServices Panel::panelServices() {
           .dataNote = [this] { return dataNote(); }};
 }
 
-/// The command line and other panels change the favourites too. Whatever is written to the state database,
-/// the widget's own list as well, puts a journal beside it for a moment.
-void Panel::followFavorites() {
+std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {
+  auto feeds = platform.saved()->feeds().list();
+  if (!feeds) return std::nullopt;
+  auto favorites = platform.favorites().lines();
+  if (!favorites) return std::nullopt;
+  return Choice{std::move(*feeds), std::move(*favorites)};
+}
+
+/// The command line and other panels change the favourites and feeds too. Whatever is written to the state
+/// database, the widget's own list as well, puts a journal beside it for a moment.
+void Panel::followChoice() {
   if (!platform().saved()) return;
-  rememberFavorites(platform().favorites().lines());
+  rememberChoice(choiceIn(platform()));
   const std::filesystem::path folder = platform().saved()->database()->file().parent_path();
   // Before anything was saved there is none; without one that can be made there is nothing to follow.
   std::error_code ignored;
   std::filesystem::create_directories(folder, ignored);
   desktop::watchFolder(window_, folder, [this] {
-    inBackground([&favorites = platform().favorites()] { return favorites.lines(); },
-                 [this, window = QPointer(&window_)](const FavoriteLines& now) {
-                   if (window && rememberFavorites(now)) window->favoritesDidChange();
+    inBackground([&platform = platform()] { return choiceIn(platform); },
+                 [this, window = QPointer(&window_)](const std::optional<Choice>& now) {
+                   if (window && rememberChoice(now)) window->favoritesDidChange();
                  });
   });
 }
 
-/// Whether they are others than before. What cannot be read may be as it was.
-bool Panel::rememberFavorites(const FavoriteLines& now) {
-  if (!now || knownFavorites_ == *now) return false;
-  knownFavorites_ = *now;
+/// Whether it is another one than before. What cannot be read may be as it was.
+bool Panel::rememberChoice(std::optional<Choice> now) {
+  if (!now || knownChoice_ == now) return false;
+  knownChoice_ = std::move(now);
   return true;
 }
 

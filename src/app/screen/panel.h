@@ -32,9 +32,16 @@ class Panel {
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices();
-  using FavoriteLines = desktop::Outcome<std::vector<desktop::StoredFavorite>>;
-  void followFavorites();
-  bool rememberFavorites(const FavoriteLines& now);
+  /// What the user has chosen to see.
+  struct Choice {
+    std::vector<desktop::StoredFeed> feeds;
+    std::vector<desktop::StoredFavorite> favorites;
+    bool operator==(const Choice&) const = default;
+  };
+  /// Absent when it cannot be read. Any thread, in a run with saved state.
+  static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
+  void followChoice();
+  bool rememberChoice(std::optional<Choice> now);
   QString dataNote();
 
   template <class Work, class Done>
@@ -46,8 +53,8 @@ class Panel {
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
-  /// As the widget was last told of them; absent until they could be read.
-  std::optional<std::vector<desktop::StoredFavorite>> knownFavorites_;
+  /// As the widget was last told of it; absent until it could be read.
+  std::optional<Choice> knownChoice_;
 };
 
 }  // namespace linewatch::app

@@ -40,13 +40,16 @@ bool isKnownAbsent(const std::filesystem::path& file) {
   return ::stat(file.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
-std::filesystem::path unusedNameBeside(const std::filesystem::path& file) {
+std::filesystem::path nameBeside(std::filesystem::path file, int number) {
+  return file += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
+}
+
+/// How many have been set aside.
+int countBeside(const std::filesystem::path& file) {
   std::error_code ignored;
-  for (int number = 1;; ++number) {
-    std::filesystem::path name = file;
-    name += number == 1 ? ".damaged" : ".damaged-" + std::to_string(number);
-    if (!std::filesystem::exists(name, ignored)) return name;
-  }
+  int count = 0;
+  while (std::filesystem::exists(nameBeside(file, count + 1), ignored)) ++count;
+  return count;
 }
 
 std::filesystem::path withSuffix(std::filesystem::path file, const char* suffix) { return file += suffix; }
@@ -82,6 +85,11 @@ std::optional<Error> StoredDatabase::writeLocked(const Operation& operation) {
     if (auto error = openForWriting()) return error;
     return inTransaction(operation);
   });
+}
+
+std::optional<std::filesystem::path> StoredDatabase::lastSetAside() const {
+  const int count = countBeside(file_);
+  return count == 0 ? std::nullopt : std::optional(nameBeside(file_, count));
 }
 
 void StoredDatabase::report(const Error& error) { report(sentenceOf(error)); }
@@ -241,7 +249,7 @@ Outcome<std::filesystem::path> StoredDatabase::moveAside() {
   // Two programs that find the same damage must not set the new file aside as well.
   const FileLock lock(file_);
   if (identityOf(file_) != connectedFile_) return std::filesystem::path();
-  const std::filesystem::path aside = unusedNameBeside(file_);
+  const std::filesystem::path aside = nameBeside(file_, countBeside(file_) + 1);
   std::error_code obstacle;
   std::filesystem::rename(file_, aside, obstacle);
   if (obstacle) return refusal("it is damaged and cannot be set aside: " + obstacle.message());

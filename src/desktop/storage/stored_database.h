@@ -65,6 +65,8 @@ class StoredDatabase {
   void hurryOnThisThread() { hurried_ = std::this_thread::get_id(); }
 
   const std::filesystem::path& file() const { return file_; }
+  /// The damaged file that was set aside last, by whichever program; absent when none lies beside this one.
+  std::optional<std::filesystem::path> lastSetAside() const;
 
   /// Does `operation` if there is a file, and nothing if there is none. Writes nothing.
   std::optional<Error> read(const Operation& operation);
