@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <string_view>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/module.h"
 
 namespace linewatch::desktop {
 
 bool isHttpURL(const std::string& location) {
   const auto startsWith = [&location](std::string_view scheme) {
-    return std::ranges::equal(location.substr(0, scheme.size()), scheme, {},
-                              [](char byte) { return byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte; });
+    return std::ranges::equal(std::string_view(location).substr(0, scheme.size()), scheme, {}, asciiSmall);
   };
   return startsWith("http://") || startsWith("https://");
 }

@@ -9,7 +9,6 @@
 #include "desktop/storage/feed_cache.h"
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/state_directories.h"
-#include "desktop/storage/stored_favorites.h"
 #include "desktop/storage/stored_feeds.h"
 
 namespace linewatch::desktop {
@@ -26,7 +25,6 @@ class SavedState {
   const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
   /// The user's own feeds.
   StoredFeeds feeds() const { return StoredFeeds(database_); }
-  StoredFavorites favorites() const { return StoredFavorites(database_); }
   /// Main thread, because of what is given in front.
   std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;
 

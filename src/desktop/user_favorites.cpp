@@ -115,7 +115,8 @@ Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool 
     for (const StoredFavorite& each : *sample) {
       if (const auto added = stored.add(each); !added) return added.error();
     }
-    programPreferences(state).setObject(true, kSampleFavoritesChangedKey);
+    if (!programPreferences(state).setObject(true, kSampleFavoritesChangedKey))
+      return failure("favourites", "", "the change could not be saved");
   }
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
 }

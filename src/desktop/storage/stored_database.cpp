@@ -101,9 +101,13 @@ bool StoredDatabase::save(Operation operation) {
   auto error = held ? catchUp() : busy();
   if (!error) error = writeLocked(operation);
   if (!error) return true;
-  if (!hurries() || !isBusy(*error)) return report(*error), false;
-  putOff(std::move(operation), *error);
-  return true;
+  const bool canWait = hurries() && isBusy(*error);
+  if (canWait) {
+    putOff(std::move(operation), *error);
+  } else {
+    report(*error);
+  }
+  return canWait;
 }
 
 StoredDatabase::Lock StoredDatabase::lock() {

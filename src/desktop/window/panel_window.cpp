@@ -118,7 +118,7 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::u
   showHeaderAt(textSizeNow());
   setRowsHeight(heightForRows(), false);
   showPalette();
-  showOffer(false);
+  showOffer();
   rows_->setFocus();
 }
 
@@ -334,36 +334,30 @@ bool PanelWindow::isExpanded() const { return host_->activeDisplayMode() == Widg
 void PanelWindow::setExpanded(bool expanded) {
   wantsExpanded_ = expanded;
   keepExpansion(expanded);
-  showOffer(true);
+  showOffer();
 }
 
 /// The widget is in the middle of something when it says so.
 void PanelWindow::availabilityDidChange() {
   if (std::exchange(offerIsPending_, true)) return;
   QMetaObject::invokeMethod(
-      this, [this] { showOffer(false); }, Qt::QueuedConnection);
+      this, [this] { showOffer(); }, Qt::QueuedConnection);
 }
 
 /// What the user wants holds again as soon as the widget can do it.
-void PanelWindow::showOffer(bool isUsersChoice) {
+void PanelWindow::showOffer() {
   offerIsPending_ = false;
   const bool offersMore = host_->largestAvailableDisplayMode() == WidgetDisplayMode::expanded;
-  setMode(offersMore && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact,
-          isUsersChoice);
+  setMode(offersMore && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact);
   toggle_->setText((*texts_)(isExpanded() ? "ShowLess" : "ShowMore"));
   if (!offersMore && toggle_->hasFocus()) rows_->setFocus(Qt::TabFocusReason);
   toggle_->setVisible(offersMore);
 }
 
-/// A change that the widget hears of from its host is recorded as the user's.
-void PanelWindow::setMode(WidgetDisplayMode mode, bool isUsersChoice) {
+void PanelWindow::setMode(WidgetDisplayMode mode) {
   if (mode == host_->activeDisplayMode()) return;
   host_->setActiveDisplayMode(mode);
-  if (isUsersChoice) {
-    controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
-  } else {
-    controller_->dataSource()->setExpanded(mode == WidgetDisplayMode::expanded);
-  }
+  controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
 }
 
 void PanelWindow::contentDidChange() {

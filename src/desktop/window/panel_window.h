@@ -86,8 +86,8 @@ class PanelWindow final : public QWidget {
   void screenDidChange();
   void roomDidChange();
   void availabilityDidChange();
-  void showOffer(bool isUsersChoice);
-  void setMode(WidgetDisplayMode mode, bool isUsersChoice);
+  void showOffer();
+  void setMode(WidgetDisplayMode mode);
   void contentDidChange();
   void setRowsHeight(double height, bool animated);
   void applyRowsHeight(double height);
