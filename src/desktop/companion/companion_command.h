@@ -11,10 +11,10 @@
 
 namespace linewatch::desktop {
 
-/// A command of the user's that is called with what a row opens: its words as a shell would split them, then
-/// one more, a URL or the path of a file. The file holds the bytes that the row hands over, as they are, and
-/// goes with this object. The environment says more: LINEWATCH_ACTIVITY_TYPE and LINEWATCH_SESSION.
-/// Main thread.
+/// A command of the user's that is called with what a row opens: its words, which double quotes keep
+/// together, then one more, a URL or the path of a file. The file holds the bytes that the row hands over, as
+/// they are, and goes with this object. The environment says more: LINEWATCH_ACTIVITY_TYPE and
+/// LINEWATCH_SESSION. Main thread.
 class CompanionCommand {
  public:
   explicit CompanionCommand(const QString& command);
