@@ -107,7 +107,7 @@ Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
 
 Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
   StoredFavorites stored(state);
-  const auto isSample = areOfSampleCity();
+  auto isSample = areOfSampleCity();
   if (!isSample) return isSample;
   if (*isSample) {
     const auto sample = sampleFavorites(sampleCity);
