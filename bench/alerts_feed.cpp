@@ -113,7 +113,7 @@ std::vector<std::string> linesThatAlertsName(const peer::FeedMessage& message) {
 TransitLineItems favoriteItems(std::string payload, LineRecords& lines) {
   static const auto language =
       std::make_shared<const IncidentLanguage>(IncidentLanguage{.languages = {"en"}});
-  const auto message = updatedAlerts("bench", nullptr, std::move(payload));
+  const auto message = updatedAlerts(nullptr, std::move(payload));
   TransitLineItems items;
   if (!message) return items;
   IncidentRecords incidents(std::make_shared<const IncidentTable>(*message, lines.index()), language,

@@ -36,12 +36,9 @@ constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
 
 std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
 
-/// The error of reading what lies at the location, which itself knows only of the feed.
+/// What is wrong with that which lies at the location, of which `error` itself does not know.
 Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
-  const std::string start = feedCalled(feed) + ": ";
-  std::string sentence = sentenceOf(error);
-  if (sentence.starts_with(start)) sentence.erase(0, start.size());
-  return failure(feedCalled(feed), location, sentence);
+  return failure(feedCalled(feed), withoutPassword(location), sentenceOf(error));
 }
 
 fs::path localPath(const std::string& location) {
@@ -49,12 +46,10 @@ fs::path localPath(const std::string& location) {
   return location.starts_with(kScheme) ? location.substr(kScheme.size()) : location;
 }
 
-Outcome<std::unique_ptr<GtfsSource>> openTimetable(const StoredFeed& feed) {
-  const fs::path path = localPath(feed.gtfs);
+Outcome<std::unique_ptr<GtfsSource>> openTimetable(const std::string& location) {
+  const fs::path path = localPath(location);
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (fs::is_directory(status)) return std::unique_ptr<GtfsSource>(std::make_unique<FolderSource>(path));
-  if (!fs::exists(status)) return failure(feedCalled(feed), path.string(), "no such file or folder");
+  if (fs::is_directory(path, error)) return std::unique_ptr<GtfsSource>(std::make_unique<FolderSource>(path));
   return openZip(path);
 }
 
@@ -110,7 +105,7 @@ Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
   if (isHttpURL(feed.alerts)) return fetchAlerts(feed, held);
   Outcome<std::string> payload = contentsOf(localPath(feed.alerts), Kind::kAlerts.maximumBytes);
   if (!payload) return within(feedCalled(feed), payload.error());
-  auto updated = updatedAlerts(feed.name, held, std::move(*payload));
+  auto updated = updatedAlerts(held, std::move(*payload));
   if (!updated) return located(updated.error(), feed, feed.alerts);
   return updated;
 }
@@ -125,13 +120,8 @@ Outcome<SharedLineIndex> FeedDocuments::readLocalTimetable(const StoredFeed& fee
   if (kept && kept->etag == print) {
     if (auto contents = decodeLineIndex(kept->bytes)) return indexOf(std::move(*contents));
   }
-  auto source = openTimetable(feed);
-  if (!source) return source.error();
-  auto contents = readGtfs(**source, feed.name);
-  if (!contents) return contents.error();
-  const SharedLineIndex index = indexOf(std::move(*contents));
-  keepIndex(feed, *index, {.location = feed.gtfs, .fetched = now_(), .etag = print});
-  return index;
+  return readTimetable(feed, openTimetable(feed.gtfs),
+                       {.location = feed.gtfs, .fetched = now_(), .etag = print});
 }
 
 Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
@@ -144,7 +134,8 @@ Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
     fetched = fetchAnew(feed, Kind::kTimetable, std::nullopt);
     if (!fetched) return fetched.error();
   }
-  auto index = readFetchedTimetable(feed, std::move(fetched->document));
+  auto source = openZip(std::move(fetched->document.bytes));
+  auto index = readTimetable(feed, std::move(source), std::move(fetched->document));
   if (index) return index;
   // As where a network answers with a page of its own: the lines known before serve as if it had not
   // answered.
@@ -156,12 +147,13 @@ Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
   return indexOf(std::move(*contents));
 }
 
-Outcome<SharedLineIndex> FeedDocuments::readFetchedTimetable(const StoredFeed& feed,
-                                                             CachedDocument document) {
-  auto source = openZip(std::move(document.bytes), feed.gtfs);
-  if (!source) return source.error();
+/// `document` is what is to be kept of it, without the bytes.
+Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
+                                                      Outcome<std::unique_ptr<GtfsSource>> source,
+                                                      CachedDocument document) {
+  if (!source) return located(source.error(), feed, feed.gtfs);
   auto contents = readGtfs(**source, feed.name);
-  if (!contents) return contents.error();
+  if (!contents) return located(contents.error(), feed, feed.gtfs);
   const SharedLineIndex index = indexOf(std::move(*contents));
   keepIndex(feed, *index, std::move(document));
   return index;
@@ -179,13 +171,12 @@ Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
   SharedAlertsMessage before = held;
   if (kept && !before) {
     // What can no longer be read is as good as nothing kept.
-    if (auto message = updatedAlerts(feed.name, nullptr, asText(kept->bytes))) before = *message;
+    if (auto message = updatedAlerts(nullptr, asText(kept->bytes))) before = *message;
   }
   Outcome<Fetched> fetched = fetch(feed, Kind::kAlerts);
   if (!fetched) return fetched.error();
-  if (!fetched->isNew)
-    return before ? before : updatedAlerts(feed.name, nullptr, asText(fetched->document.bytes));
-  auto updated = updatedAlerts(feed.name, before, asText(fetched->document.bytes));
+  if (!fetched->isNew) return before ? before : updatedAlerts(nullptr, asText(fetched->document.bytes));
+  auto updated = updatedAlerts(before, asText(fetched->document.bytes));
   if (!updated) {
     const Error error = located(updated.error(), feed, feed.alerts);
     if (!before || ageOf(kept) >= Kind::kAlerts.usable) return error;
@@ -225,7 +216,7 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed,
     request.lastModified = kept->lastModified.value_or("");
   }
   auto response = (*fetcher)->fetch(request);
-  if (!response) return failure(feedCalled(feed), "", sentenceOf(response.error()));
+  if (!response) return located(response.error(), feed, location);
   if (!response->notModified) {
     return Fetched{{.location = location,
                     .fetched = now_(),
@@ -235,7 +226,8 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed,
                    true};
   }
   if (!kept)
-    return failure(feedCalled(feed), location, "says that nothing changed, but was not asked whether");
+    return located(failure("", "", "the server says that nothing changed, but was not asked whether"), feed,
+                   location);
   if (keeps(feed)) cache_->confirm(feed.name, kind.name, now_());
   return Fetched{*kept};
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "desktop/feeds/alerts_message.h"
+#include "desktop/feeds/gtfs_source.h"
 #include "desktop/feeds/line_index.h"
 #include "desktop/http_fetcher.h"
 #include "desktop/outcome.h"
@@ -54,7 +55,8 @@ class FeedDocuments {
                              const std::optional<CachedDocument>& kept);
   Outcome<SharedLineIndex> readLocalTimetable(const StoredFeed& feed);
   Outcome<SharedLineIndex> fetchTimetable(const StoredFeed& feed);
-  Outcome<SharedLineIndex> readFetchedTimetable(const StoredFeed& feed, CachedDocument document);
+  Outcome<SharedLineIndex> readTimetable(const StoredFeed& feed, Outcome<std::unique_ptr<GtfsSource>> source,
+                                         CachedDocument document);
   Outcome<SharedAlertsMessage> fetchAlerts(const StoredFeed& feed, const SharedAlertsMessage& held);
   void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
 

@@ -25,8 +25,7 @@ Outcome<std::string> contentsOf(const std::filesystem::path& file, std::size_t m
   std::array<char, 65536> chunk;
   while (const std::size_t size = std::fread(chunk.data(), 1, chunk.size(), open.get())) {
     contents.append(chunk.data(), size);
-    if (contents.size() > maximumBytes)
-      return failed("larger than " + std::to_string(maximumBytes) + " bytes");
+    if (contents.size() > maximumBytes) return failed("it is larger than " + sizeInWords(maximumBytes));
   }
   if (std::ferror(open.get()) != 0) return failed(std::generic_category().message(errno));
   return contents;

@@ -15,6 +15,14 @@ bool isHttpURL(const std::string& location) {
   return startsWith("http://") || startsWith("https://");
 }
 
+std::string withoutPassword(std::string location) {
+  if (!isHttpURL(location)) return location;
+  const std::size_t start = location.find("//") + 2;
+  const std::size_t at = location.substr(0, location.find_first_of("/?#", start)).rfind('@');
+  if (at != std::string::npos) location.erase(start, at + 1 - start);
+  return location;
+}
+
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {
   const Outcome<void*> entry = moduleEntry("network", "linewatch_makeHttpFetcher");
   if (!entry) return entry.error();

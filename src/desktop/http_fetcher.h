@@ -38,13 +38,16 @@ struct HttpResponse {
 class HttpFetcher {
  public:
   virtual ~HttpFetcher() = default;
-  /// Blocks until the answer is there. Any thread, several at a time. The error of a failure names the URL
-  /// and says why: no such host, status 404, timed out, larger than allowed.
+  /// Blocks until the answer is there. Any thread, several at a time. The error of a failure says why, e.g.
+  /// that there is no such host, and leaves it to the caller to say of what.
   virtual Outcome<HttpResponse> fetch(const HttpRequest& request) = 0;
 };
 
 /// True for what `fetch` can fetch, by its scheme.
 bool isHttpURL(const std::string& location);
+
+/// The location as it may be printed: a password in a URL is nobody's business who reads an error.
+std::string withoutPassword(std::string location);
 
 /// The fetcher over Qt Network, loaded on first use.
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher();

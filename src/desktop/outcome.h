@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,11 +15,11 @@ using linewatch::Outcome;
 inline constexpr std::string_view kDesktopErrorDomain = "LineWatchDesktop";
 
 /// An error of the desktop platform that reads "what: where: why", e.g. "feed Metro: routes.txt line 3: a
-/// quote is not closed". An empty `where` is left out.
+/// quote is not closed". What is empty is left out: who hands the error on may know it.
 inline Error failure(std::string_view what, std::string_view where, std::string_view why) {
-  std::string sentence(what);
-  for (const std::string_view part : {where, why}) {
-    if (!part.empty()) sentence.append(": ").append(part);
+  std::string sentence;
+  for (const std::string_view part : {what, where, why}) {
+    if (!part.empty()) sentence.append(sentence.empty() ? "" : ": ").append(part);
   }
   return {std::string(kDesktopErrorDomain), 1, {{kLocalizedDescriptionKey, sentence}}};
 }
@@ -29,6 +30,13 @@ inline std::string sentenceOf(const Error& error) {
   const std::string* const text =
       sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
   return text == nullptr ? error.description() : *text;
+}
+
+/// A limit on bytes, for people.
+inline std::string sizeInWords(std::size_t bytes) {
+  constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
+  return bytes % kMebibyte == 0 ? std::to_string(bytes / kMebibyte) + " MiB"
+                                : std::to_string(bytes) + " bytes";
 }
 
 /// The same failure as a part of something larger, which its sentence names first.

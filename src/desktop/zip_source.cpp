@@ -22,15 +22,13 @@ Outcome<std::unique_ptr<GtfsSource>> open(ZipArchive archive) {
 Outcome<std::unique_ptr<GtfsSource>> openZip(const std::filesystem::path& archive) {
   std::error_code trouble;
   const std::filesystem::file_status status = std::filesystem::status(archive, trouble);
+  if (status.type() == std::filesystem::file_type::none) return failure("", "", trouble.message());
+  if (!std::filesystem::exists(status)) return failure("", "", "no such file or folder");
   // A pipe or a device could keep its reader waiting for ever.
-  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-    return failure(archive.string(), "", "it is not a file");
-  }
-  return open({archive.string(), std::nullopt});
+  if (!std::filesystem::is_regular_file(status)) return failure("", "", "it is not a file");
+  return open(archive);
 }
 
-Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes, std::string name) {
-  return open({std::move(name), std::move(bytes)});
-}
+Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes) { return open(std::move(bytes)); }
 
 }  // namespace linewatch::desktop

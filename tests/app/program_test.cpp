@@ -100,7 +100,7 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {saved({"open", "/nowhere"}), "/nowhere"},
            {saved({"open", folder_ / "gtfs"}), "gtfs: Is a directory"},
            {{"simulate", folder_ / "gtfs"}, "gtfs: Is a directory"},
-           {{"simulate", "/dev/zero"}, "/dev/zero: larger than"}}) {
+           {{"simulate", "/dev/zero"}, "/dev/zero: it is larger than 64 MiB"}}) {
     const auto run = runProgram(arguments);
     EXPECT_EQ(run.status, 2) << words;
     EXPECT_THAT(run.errors, AllOf(StartsWith("linewatch: "), HasSubstr(words)));

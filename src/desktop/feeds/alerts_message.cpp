@@ -124,7 +124,8 @@ std::string_view guessAtContent(std::string_view payload) {
   if (payload.empty()) return "the payload is empty";
   if (payload.front() == '<') return "a page of markup, not a GTFS-Realtime message";
   if (payload.front() == '{' || payload.front() == '[') return "JSON text, not a GTFS-Realtime message";
-  if (payload.substr(0, 2) == "\x1F\x8B") return "compressed data, not a GTFS-Realtime message";
+  if (payload.starts_with("PK\x03\x04")) return "a zip archive, not a GTFS-Realtime message";
+  if (payload.starts_with("\x1F\x8B")) return "compressed data, not a GTFS-Realtime message";
   return {};
 }
 
@@ -204,19 +205,19 @@ AlertSelector readSelector(std::string_view bytes) {
 /// Fills a message in, and knows at any time where in the payload it is.
 class AlertsDecoder {
  public:
-  static Outcome<SharedAlertsMessage> read(std::string_view feedName, std::string payload) {
+  static Outcome<SharedAlertsMessage> read(std::string payload) {
     AlertsDecoder decoder(std::move(payload));
-    const std::string feed = "feed " + std::string(feedName);
-    const auto failed = [&](const std::string& place, const char* why) {
+    const auto failed = [&](const std::string& place, std::string_view why) {
       const std::string_view guess = guessAtContent(decoder.message_->payload_);
-      return guess.empty() ? failure(feed, place, why) : failure(feed, "", guess);
+      return guess.empty() ? failure("damaged, or not a GTFS-Realtime message", place, why)
+                           : failure(guess, "", "");
     };
     try {
       decoder.readMessage();
     } catch (const protozero::exception& fault) {
       return failed(decoder.place(), reason(fault));
     }
-    if (!decoder.sawHeader_) return failed("", "no header, so no GTFS-Realtime message");
+    if (!decoder.sawHeader_) return failed("", "it has no header");
     return SharedAlertsMessage(std::move(decoder.message_));
   }
 
@@ -424,8 +425,8 @@ class AlertsDecoder {
   std::size_t parts_ = 0;
 };
 
-Outcome<SharedAlertsMessage> readAlertsMessage(std::string_view feedName, std::string payload) {
-  return AlertsDecoder::read(feedName, std::move(payload));
+Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload) {
+  return AlertsDecoder::read(std::move(payload));
 }
 
 }  // namespace linewatch::desktop

@@ -121,7 +121,7 @@ using SharedAlertsMessage = std::shared_ptr<const AlertsMessage>;
 
 /// Decodes a payload. A payload without a header is none of a feed; one with a header alone says that all is
 /// well. What is incomplete is not broken: an alert without texts, cause, effect or selectors is held with
-/// what it has.
-Outcome<SharedAlertsMessage> readAlertsMessage(std::string_view feedName, std::string payload);
+/// what it has. An error says where in the payload, and why.
+Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload);
 
 }  // namespace linewatch::desktop

@@ -129,16 +129,15 @@ std::optional<CsvReader::Fault> readTable(const TableReading& reading, CsvTable&
 }
 
 std::optional<Error> readFrom(GtfsSource& source, const TableReading& reading, Contents& contents) {
-  const std::string feed = "feed " + contents.feedName;
   Outcome<std::optional<std::string>> bytes = source.file(reading.file);
-  if (!bytes) return within(feed, bytes.error());
-  if (!*bytes && reading.neededColumn) return failure(feed, reading.file, "the feed has no such file");
+  if (!bytes) return bytes.error();
+  if (!*bytes && reading.neededColumn) return failure(reading.file, "", "the feed has no such file");
   if (!*bytes) return std::nullopt;
   const std::string text = withValidUtf8(std::move(**bytes));
   CsvTable table(text);
   const std::optional<CsvReader::Fault> fault = readTable(reading, table, contents);
   if (!fault) return std::nullopt;
-  return failure(feed, std::string(reading.file) + " line " + std::to_string(fault->line), fault->why);
+  return failure(std::string(reading.file) + " line " + std::to_string(fault->line), "", fault->why);
 }
 
 const std::string& languageOfAgencies(const Contents& contents) {

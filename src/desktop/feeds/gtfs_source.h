@@ -11,10 +11,9 @@ namespace linewatch::desktop {
 
 /// More than any feed needs for a table of its lines or agencies; a larger file is refused unread.
 inline constexpr std::size_t kLargestGtfsTable = std::size_t{64} << 20U;
-/// The same for messages.
-inline std::string largestGtfsTable() { return std::to_string(kLargestGtfsTable >> 20U) + " MiB"; }
 
-/// Where the tables of a timetable feed lie: a folder, or an archive. Used by one thread at a time.
+/// Where the tables of a timetable feed lie: a folder, or an archive. Used by one thread at a time. Its
+/// errors name a table, not the place of the whole: that is known to who opened it.
 class GtfsSource {
  public:
   GtfsSource() = default;

@@ -71,16 +71,15 @@ std::string payloadOf(const AlertsMessage& changes, std::uint64_t timestamp, con
 
 }  // namespace
 
-Outcome<SharedAlertsMessage> updatedAlerts(std::string_view feedName, const SharedAlertsMessage& held,
-                                           std::string payload) {
-  Outcome<SharedAlertsMessage> read = readAlertsMessage(feedName, std::move(payload));
+Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held, std::string payload) {
+  Outcome<SharedAlertsMessage> read = readAlertsMessage(std::move(payload));
   if (!read) return read;
   const AlertsMessage& message = **read;
   const bool isOlder = held && message.timestamp() != 0 && message.timestamp() < held->timestamp();
   if (isOlder) return held;
   if (!message.isDifference()) return read;
   const std::uint64_t timestamp = message.timestamp() == 0 && held ? held->timestamp() : message.timestamp();
-  return readAlertsMessage(feedName, payloadOf(message, timestamp, entitiesAfter(held.get(), message)));
+  return readAlertsMessage(payloadOf(message, timestamp, entitiesAfter(held.get(), message)));
 }
 
 }  // namespace linewatch::desktop

@@ -26,13 +26,27 @@ QNetworkRequest conditionalRequest(const HttpRequest& request) {
   return conditional;
 }
 
+Error failed(std::string_view why) { return failure("it cannot be fetched", "", why); }
+
+/// Qt's own words serve a programmer where it has been told too little of what happened.
+std::string whyFailed(const QNetworkReply& reply) {
+  switch (reply.error()) {
+    case QNetworkReply::ProtocolUnknownError:
+      return "the server refers to an address that is none of http or https";
+    case QNetworkReply::UnknownContentError:
+      return "what the server packed cannot be unpacked";
+    default:
+      return reply.errorString().toStdString();
+  }
+}
+
 /// One exchange: gathers the body as it comes and gives up when it grows too large or takes too long.
 class Exchange {
  public:
   Exchange(const HttpRequest& request, QNetworkReply& reply) : request_(request), reply_(reply) {
     QObject::connect(&reply_, &QNetworkReply::readyRead, &loop_, [this] { take(); });
     QObject::connect(&reply_, &QNetworkReply::finished, &loop_, &QEventLoop::quit);
-    QObject::connect(&deadline_, &QTimer::timeout, &loop_, [this] { giveUp("timed out"); });
+    QObject::connect(&deadline_, &QTimer::timeout, &loop_, [this] { giveUp("it took too long"); });
     deadline_.setSingleShot(true);
     // What is not taken yet stays with the server, not in memory a second time.
     reply_.setReadBufferSize(1 << 20);
@@ -45,11 +59,11 @@ class Exchange {
     take();
     if (whyGivenUp_) return failed(*whyGivenUp_);
     const int status = reply_.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QNetworkReply::NetworkError error = reply_.error();
     if (status == 304) return response(true);
-    if (status >= 400) return failed("status " + std::to_string(status));
-    if (reply_.error() != QNetworkReply::NoError) return failed(reply_.errorString().toStdString());
-    if (status != 200) return failed("status " + std::to_string(status));
-    return response(false);
+    if (status == 200 && error == QNetworkReply::NoError) return response(false);
+    if (status < 400 && error != QNetworkReply::NoError) return failed(whyFailed(reply_));
+    return failed("the server answers with status " + std::to_string(status));
   }
 
  private:
@@ -57,7 +71,7 @@ class Exchange {
     if (whyGivenUp_) return;
     const QByteArray chunk = reply_.readAll();
     if (body_.size() + static_cast<std::size_t>(chunk.size()) > request_.maximumBytes) {
-      giveUp("larger than " + std::to_string(request_.maximumBytes) + " bytes");
+      giveUp("it is larger than " + sizeInWords(request_.maximumBytes));
       return;
     }
     body_.insert(body_.end(), chunk.begin(), chunk.end());
@@ -70,11 +84,6 @@ class Exchange {
     whyGivenUp_ = std::move(why);
     reply_.abort();
     loop_.quit();
-  }
-  /// Passwords are nobody's business who reads the error.
-  Error failed(const std::string& why) const {
-    const QString url = QUrl(QString::fromStdString(request_.url)).toString(QUrl::RemoveUserInfo);
-    return failure("cannot fetch " + url.toStdString(), "", why);
   }
   HttpResponse response(bool notModified) {
     return {.notModified = notModified,
@@ -95,9 +104,12 @@ class QtHttpFetcher final : public HttpFetcher {
  public:
   // A manager belongs to one thread, and one fetch is all that a thread of ours does.
   Outcome<HttpResponse> fetch(const HttpRequest& request) override {
+    const QNetworkRequest conditional = conditionalRequest(request);
+    if (!conditional.url().isValid() || conditional.url().host().isEmpty())
+      return failed("that is no address of a server");
     QNetworkAccessManager manager;
     manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
-    const std::unique_ptr<QNetworkReply> reply(manager.get(conditionalRequest(request)));
+    const std::unique_ptr<QNetworkReply> reply(manager.get(conditional));
     return Exchange(request, *reply).run();
   }
 };

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <zip.h>
@@ -33,11 +34,32 @@ class ZipError {
   ~ZipError() { zip_error_fini(&error_); }
 
   zip_error_t* get() { return &error_; }
-  std::string text() { return zip_error_strerror(&error_); }
 
  private:
   zip_error_t error_{};
 };
+
+/// In words for the user; the library's own where they are the best there are.
+std::string reasonFor(zip_error_t* error) {
+  switch (zip_error_code_zip(error)) {
+    case ZIP_ER_NOZIP:
+      return "it is no zip archive, or not the whole of one";
+    case ZIP_ER_COMPNOTSUPP:
+      return "it is packed in a way that is not known here";
+    case ZIP_ER_CRC:
+    case ZIP_ER_EOF:
+    case ZIP_ER_INCONS:
+    case ZIP_ER_INVAL:
+    case ZIP_ER_ZLIB:
+      return "it is damaged";
+    case ZIP_ER_OPEN:
+    case ZIP_ER_READ:
+    case ZIP_ER_SEEK:
+      return std::generic_category().message(zip_error_code_system(error));
+    default:
+      return zip_error_strerror(error);
+  }
+}
 
 /// What the user would do by hand with a second folder that some tools add.
 bool isOfTheFeed(std::string_view entry) { return !entry.starts_with("__MACOSX/") && !entry.ends_with('/'); }
@@ -57,6 +79,10 @@ std::string commonFolder(zip_t* archive) {
   return common.value_or("");
 }
 
+Error tooLarge(std::string_view name) {
+  return failure(name, "", "it unpacks to more than " + sizeInWords(kLargestGtfsTable));
+}
+
 class ZipSource final : public GtfsSource {
  public:
   ZipSource(ZipArchive input, Archive archive)
@@ -66,7 +92,6 @@ class ZipSource final : public GtfsSource {
 
  private:
   Outcome<std::optional<std::string>> unpacked(zip_uint64_t entry, std::string_view name);
-  Error broken(std::string_view name, std::string_view why) const { return failure(input_.name, name, why); }
 
   /// Its bytes, if any, are the archive's until the end: a vector that moves keeps their place.
   ZipArchive input_;
@@ -80,13 +105,13 @@ Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
   if (entry < 0) return std::optional<std::string>();
   zip_stat_t facts;
   if (zip_stat_index(archive_.get(), static_cast<zip_uint64_t>(entry), 0, &facts) != 0) {
-    return broken(name, zip_strerror(archive_.get()));
+    return failure(name, "", reasonFor(zip_get_error(archive_.get())));
   }
   if ((facts.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && facts.encryption_method != ZIP_EM_NONE) {
-    return broken(name, "it is encrypted");
+    return failure(name, "", "it is encrypted");
   }
   if ((facts.valid & ZIP_STAT_SIZE) != 0 && facts.size > kLargestGtfsTable) {
-    return broken(name, "it unpacks to more than " + largestGtfsTable());
+    return tooLarge(name);
   }
   return unpacked(static_cast<zip_uint64_t>(entry), name);
 }
@@ -95,35 +120,36 @@ Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
 /// compared.
 Outcome<std::optional<std::string>> ZipSource::unpacked(zip_uint64_t entry, std::string_view name) {
   const ArchivedFile file(zip_fopen_index(archive_.get(), entry, 0));
-  if (!file) return broken(name, zip_strerror(archive_.get()));
+  if (!file) return failure(name, "", reasonFor(zip_get_error(archive_.get())));
   std::string bytes;
   for (;;) {
     const std::size_t size = bytes.size();
-    if (size > kLargestGtfsTable) return broken(name, "it unpacks to more than " + largestGtfsTable());
+    if (size > kLargestGtfsTable) return tooLarge(name);
     bytes.resize(size + kBlock);
     const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, kBlock);
-    if (count < 0) return broken(name, zip_file_strerror(file.get()));
+    if (count < 0) return failure(name, "", reasonFor(zip_file_get_error(file.get())));
     bytes.resize(size + static_cast<std::size_t>(count));
     if (count == 0) return std::optional(std::move(bytes));
   }
 }
 
 ArchiveBytes packedBytes(const ZipArchive& archive, ZipError& error) {
-  return ArchiveBytes(
-      archive.bytes ? zip_source_buffer_create(archive.bytes->data(), archive.bytes->size(), 0, error.get())
-                    : zip_source_file_create(archive.name.c_str(), 0, -1, error.get()));
+  if (const auto* const bytes = std::get_if<Bytes>(&archive))
+    return ArchiveBytes(zip_source_buffer_create(bytes->data(), bytes->size(), 0, error.get()));
+  const auto& file = std::get<std::filesystem::path>(archive);
+  return ArchiveBytes(zip_source_file_create(file.c_str(), 0, -1, error.get()));
 }
 
 Outcome<std::unique_ptr<GtfsSource>> opened(ZipArchive input) {
   ZipError error;
   ArchiveBytes packed = packedBytes(input, error);
   Archive archive(packed ? zip_open_from_source(packed.get(), ZIP_RDONLY, error.get()) : nullptr);
-  if (!archive) return failure(input.name, "", error.text());
+  if (!archive) return failure("", "", reasonFor(error.get()));
   (void)packed.release();  // the archive's now
   const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
-  if (entries == 0) return failure(input.name, "", "it holds no files");
+  if (entries == 0) return failure("", "", "it holds no files");
   if (entries > kMostEntries)
-    return failure(input.name, "", "it holds more than " + std::to_string(kMostEntries) + " files");
+    return failure("", "", "it holds more than " + std::to_string(kMostEntries) + " files");
   return std::unique_ptr<GtfsSource>(std::make_unique<ZipSource>(std::move(input), std::move(archive)));
 }
 

@@ -82,7 +82,7 @@ TEST(AlertsMessage, NewerPeriodsReplaceTheActiveOnes) {
 TEST(AlertsMessage, UnknownNumbersAndFieldsHideNothing) {
   std::string bytes = bytesOf(FeedSketch{.alerts = {{.id = "a", .cause = 99, .effect = -1}, {.id = "b"}}});
   protozero::pbf_writer(bytes).add_string(1000, "an extension");
-  const auto message = readAlertsMessage("Metro", bytes);
+  const auto message = readAlertsMessage(bytes);
   ASSERT_TRUE(message) << sentenceOf(message);
   ASSERT_THAT(ids(**message), ElementsAre("a", "b"));
   for (const AlertsMessage::Entity& entity : (*message)->entities()) {
@@ -99,13 +99,13 @@ TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
   entity += rest.substr(2);  // all but the second empty id
   std::string bytes = bytesOf(FeedSketch{});
   protozero::pbf_writer(bytes).add_message(2, entity);
-  const auto message = readAlertsMessage("Metro", bytes);
+  const auto message = readAlertsMessage(bytes);
   ASSERT_TRUE(message) << sentenceOf(message);
   ASSERT_THAT(ids(**message), ElementsAre("a"));
   EXPECT_EQ((*message)->translations((*message)->entities()[0]).size(), 3U);
 }
 
-TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesFeedPlaceAndReason) {
+TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesPlaceAndReason) {
   const std::string good = bytesOf(everything());
   const std::string twoAlerts = bytesOf(FeedSketch{.alerts = {{.id = "a"}}});
   struct Row {
@@ -113,23 +113,25 @@ TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesFeedPlaceAndReason) {
     std::string sentence;
   };
   for (const Row& row : {
-           Row{"", "feed Metro: the payload is empty"},
-           Row{"<!DOCTYPE html>", "feed Metro: a page of markup, not a GTFS-Realtime message"},
-           Row{"{\"entity\": []}", "feed Metro: JSON text, not a GTFS-Realtime message"},
-           Row{"not valid pb data", "feed Metro: byte 0: a field of no known form"},
-           Row{good.substr(10), "feed Metro: no header"},
-           Row{good.substr(0, 20), "feed Metro: byte 10: it ends in the middle of a field"},
-           Row{twoAlerts + std::string("\x12\x03\x0A\x05X", 5), "feed Metro: entity 2 at byte"},
+           Row{"", "the payload is empty"},
+           Row{"<!DOCTYPE html>", "a page of markup, not a GTFS-Realtime message"},
+           Row{"{\"entity\": []}", "JSON text, not a GTFS-Realtime message"},
+           Row{"PK\x03\x04 and more", "a zip archive, not a GTFS-Realtime message"},
+           Row{"not valid pb data",
+               "damaged, or not a GTFS-Realtime message: byte 0: a field of no known form"},
+           Row{good.substr(10), "it has no header"},
+           Row{good.substr(0, 20), "byte 10: it ends in the middle of a field"},
+           Row{twoAlerts + std::string("\x12\x03\x0A\x05X", 5), "entity 2 at byte"},
            Row{twoAlerts + std::string("\x12\x02\x08\x05", 4), "field 1 is not bytes"},
            Row{std::string("\x08\x01", 2), "field 1 is not bytes"},
-           Row{std::string("\x0A\x02\x1A\x00", 4), "feed Metro: header at byte 2: field 3 is not a number"},
+           Row{std::string("\x0A\x02\x1A\x00", 4), "header at byte 2: field 3 is not a number"},
        }) {
-    EXPECT_THAT(sentenceOf(readAlertsMessage("Metro", row.payload)), HasSubstr(row.sentence));
+    EXPECT_THAT(sentenceOf(readAlertsMessage(row.payload)), HasSubstr(row.sentence));
   }
 }
 
 TEST(AlertsMessage, AHeaderAloneIsGoodService) {
-  const auto message = readAlertsMessage("Metro", bytesOf(FeedSketch{}));
+  const auto message = readAlertsMessage(bytesOf(FeedSketch{}));
   ASSERT_TRUE(message);
   EXPECT_THAT((*message)->entities(), IsEmpty());
 }
@@ -146,7 +148,7 @@ TEST(AlertsMessage, EveryTruncationIsAnErrorUnlessItEndsBetweenEntities) {
   ASSERT_EQ(ends.back(), bytes.size());
   for (std::size_t size = 0; size < bytes.size(); ++size) {
     const bool isWhole = std::find(ends.begin(), ends.end(), size) != ends.end();
-    EXPECT_EQ(readAlertsMessage("Metro", bytes.substr(0, size)).succeeded(), isWhole) << size;
+    EXPECT_EQ(readAlertsMessage(bytes.substr(0, size)).succeeded(), isWhole) << size;
   }
 }
 
@@ -159,10 +161,10 @@ TEST(AlertsMessage, DamagedBytesNeverDoMoreThanFail) {
     for (unsigned change = 0; change <= random() % 3; ++change) {
       bytes[random() % bytes.size()] = static_cast<char>(random());
     }
-    const auto message = readAlertsMessage("Metro", bytes);
+    const auto message = readAlertsMessage(bytes);
     if (message) continue;
     ++failures;
-    EXPECT_THAT(sentenceOf(message), HasSubstr("feed Metro: "));
+    EXPECT_THAT(sentenceOf(message), HasSubstr("a GTFS-Realtime message"));
   }
   EXPECT_GT(failures, 0);
 }
@@ -170,7 +172,7 @@ TEST(AlertsMessage, DamagedBytesNeverDoMoreThanFail) {
 class HeldAlerts : public testing::Test {
  protected:
   void receive(const FeedSketch& feed) {
-    const auto updated = updatedAlerts("Metro", held_, bytesOf(feed));
+    const auto updated = updatedAlerts(held_, bytesOf(feed));
     ASSERT_TRUE(updated) << sentenceOf(updated);
     held_ = *updated;
   }
@@ -222,7 +224,7 @@ TEST_F(HeldAlerts, OlderPayloadsAreIgnoredAndBrokenOnesChangeNothing) {
   EXPECT_EQ(texts(), "a=1");
   receive({.alerts = {alert("a", "2")}, .timestamp = 100});
   EXPECT_EQ(texts(), "a=2");
-  EXPECT_FALSE(updatedAlerts("Metro", held_, "no feed"));
+  EXPECT_FALSE(updatedAlerts(held_, "no feed"));
   receive({.alerts = {alert("a", "undated")}, .timestamp = 0});
   EXPECT_EQ(texts(), "a=undated");
 }

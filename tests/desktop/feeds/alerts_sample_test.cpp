@@ -25,7 +25,7 @@ class SampleAlerts : public testing::Test {
     lines_ = std::make_shared<const LineIndex>(std::move(*contents));
     std::stringstream payload;
     payload << std::ifstream(LINEWATCH_ROOT "/samples/city/alerts.pb", std::ios::binary).rdbuf();
-    const auto message = readAlertsMessage("city", payload.str());
+    const auto message = readAlertsMessage(payload.str());
     ASSERT_TRUE(message) << sentenceOf(message);
     table_ = std::make_shared<const IncidentTable>(*message, lines_);
   }

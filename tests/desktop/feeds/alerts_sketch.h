@@ -127,9 +127,7 @@ inline std::string bytesOf(const FeedSketch& sketch) {
 }
 
 /// The decoded message of a sketch that can be read.
-inline SharedAlertsMessage messageOf(const FeedSketch& sketch) {
-  return *readAlertsMessage("test", bytesOf(sketch));
-}
+inline SharedAlertsMessage messageOf(const FeedSketch& sketch) { return *readAlertsMessage(bytesOf(sketch)); }
 
 /// The sentence of an error, or "" of a success.
 template <class T>

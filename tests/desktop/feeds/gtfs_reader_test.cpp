@@ -17,7 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 LineIndex::Contents contentsOf(std::map<std::string, std::string, std::less<>> files) {
   MemorySource source(std::move(files));
@@ -80,15 +79,14 @@ TEST(GtfsReader, TakesTheLanguageOfTheFeedThenOfItsAgencies) {
 }
 
 TEST(GtfsReader, SaysWhatIsWrongWhereAndWhy) {
-  EXPECT_EQ(faultOf({}), "feed city: routes.txt: the feed has no such file");
-  EXPECT_EQ(faultOf({{"routes.txt", ""}}), "feed city: routes.txt line 1: there is no column route_id");
+  EXPECT_EQ(faultOf({}), "routes.txt: the feed has no such file");
+  EXPECT_EQ(faultOf({{"routes.txt", ""}}), "routes.txt line 1: there is no column route_id");
   EXPECT_EQ(faultOf({{"routes.txt", "route_short_name\n1\n"}}),
-            "feed city: routes.txt line 1: there is no column route_id");
-  EXPECT_EQ(faultOf({{"routes.txt", "route_id\n1\n\n\"2"}}),
-            "feed city: routes.txt line 4: a quote is not closed");
-  EXPECT_EQ(faultOf({{"routes.txt", "\"route_id\n"}}), "feed city: routes.txt line 1: a quote is not closed");
+            "routes.txt line 1: there is no column route_id");
+  EXPECT_EQ(faultOf({{"routes.txt", "route_id\n1\n\n\"2"}}), "routes.txt line 4: a quote is not closed");
+  EXPECT_EQ(faultOf({{"routes.txt", "\"route_id\n"}}), "routes.txt line 1: a quote is not closed");
   EXPECT_EQ(faultOf({{"agency.txt", "agency_id\n\"1\"2\n"}, {"routes.txt", "route_id\n"}}),
-            "feed city: agency.txt line 2: there is text after a closing quote");
+            "agency.txt line 2: there is text after a closing quote");
 }
 
 class FolderSourceTest : public testing::Test {
@@ -119,16 +117,15 @@ TEST_F(FolderSourceTest, GivesFilesAsTheyAre) {
 
 TEST_F(FolderSourceTest, RefusesWhatIsNoFileOrTooLarge) {
   fs::create_directory(folder_ / "routes.txt");
-  EXPECT_THAT(faultOfFile("routes.txt"), HasSubstr("routes.txt: it is not a file"));
+  EXPECT_EQ(faultOfFile("routes.txt"), "routes.txt: it is not a file");
   write("agency.txt", "");
   fs::resize_file(folder_ / "agency.txt", kLargestGtfsTable + 1);
-  EXPECT_THAT(faultOfFile("agency.txt"), HasSubstr("agency.txt: it is larger than 64 MiB"));
+  EXPECT_EQ(faultOfFile("agency.txt"), "agency.txt: it is larger than 64 MiB");
 
   FolderSource nowhere(folder_ / "nowhere");
   const Outcome<LineIndex::Contents> contents = readGtfs(nowhere, "city");
   ASSERT_FALSE(contents);
-  EXPECT_THAT(sentence(contents.error()),
-              testing::AllOf(testing::StartsWith("feed city: /"), HasSubstr("nowhere: ")));
+  EXPECT_EQ(sentence(contents.error()), "No such file or directory");
 }
 
 TEST_F(FolderSourceTest, ReadsAFeed) {

@@ -15,8 +15,6 @@
 namespace linewatch::desktop {
 namespace {
 
-using testing::HasSubstr;
-
 using Files = std::vector<std::pair<std::string, std::string>>;
 
 struct Packing {
@@ -47,7 +45,7 @@ Bytes zipOf(const Files& files, Packing packing = {}) {
 }
 
 std::optional<std::string> fileOf(Bytes bytes, std::string_view name) {
-  Outcome<std::unique_ptr<GtfsSource>> source = openZip(std::move(bytes), "city.zip");
+  Outcome<std::unique_ptr<GtfsSource>> source = openZip(std::move(bytes));
   if (!source) return sentence(source.error());
   const Outcome<std::optional<std::string>> file = (*source)->file(name);
   return file ? *file : sentence(file.error());
@@ -80,12 +78,13 @@ TEST(ZipSource, LooksIntoTheOneFolderThatHoldsEverything) {
 }
 
 TEST(ZipSource, RefusesWhatIsNoArchive) {
-  EXPECT_EQ(fileOf({}, "routes.txt"), "city.zip: it holds no files");
-  EXPECT_EQ(fileOf({'<', 'h', 't', 'm', 'l', '>'}, "routes.txt"), "city.zip: Not a zip archive");
+  EXPECT_EQ(fileOf({}, "routes.txt"), "it holds no files");
+  EXPECT_EQ(fileOf({'<', 'h', 't', 'm', 'l', '>'}, "routes.txt"),
+            "it is no zip archive, or not the whole of one");
   const Bytes whole = zipOf({{"routes.txt", "route_id\n1\n"}});
   for (std::size_t size = 0; size < whole.size(); ++size) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_THAT(fileOf(cut, "routes.txt").value_or("none"), testing::StartsWith("city.zip: "));
+    EXPECT_THAT(fileOf(cut, "routes.txt").value_or("none"), testing::StartsWith("it "));
   }
 }
 
@@ -93,22 +92,22 @@ TEST(ZipSource, RefusesDamagedEncryptedAndEndlessFiles) {
   const Packing stored{.method = ZIP_CM_STORE};
   const Bytes damaged =
       patched(zipOf({{"routes.txt", "route_id\n1\n"}}, stored), {'i', 'd', '\n', '1'}, {'i', 'd', '\n', '2'});
-  EXPECT_THAT(*fileOf(damaged, "routes.txt"), HasSubstr("city.zip: routes.txt: "));
+  EXPECT_EQ(fileOf(damaged, "routes.txt"), "routes.txt: it is damaged");
   const Bytes encrypted = zipOf({{"routes.txt", "r"}}, {.encryption = ZIP_EM_AES_256});
-  EXPECT_EQ(fileOf(encrypted, "routes.txt"), "city.zip: routes.txt: it is encrypted");
+  EXPECT_EQ(fileOf(encrypted, "routes.txt"), "routes.txt: it is encrypted");
   const Bytes bomb = zipOf({{"routes.txt", std::string(kLargestGtfsTable + 1, ' ')}});
   EXPECT_LT(bomb.size(), kLargestGtfsTable / 500);
-  EXPECT_EQ(fileOf(bomb, "routes.txt"), "city.zip: routes.txt: it unpacks to more than 64 MiB");
+  EXPECT_EQ(fileOf(bomb, "routes.txt"), "routes.txt: it unpacks to more than 64 MiB");
   // The size that the archive states, in both of its places, is a lie.
   const Bytes size{0x01, 0, 0, 0x04};
   const Bytes liar = patched(patched(bomb, size, {1, 0, 0, 0}), size, {1, 0, 0, 0});
-  EXPECT_THAT(*fileOf(liar, "routes.txt"), HasSubstr("city.zip: routes.txt: "));
+  EXPECT_EQ(fileOf(liar, "routes.txt"), "routes.txt: it unpacks to more than 64 MiB");
 }
 
 TEST(ZipSource, RefusesArchivesOfCountlessFiles) {
   Files files;
   for (int i = 0; i <= 10'000; ++i) files.emplace_back(std::to_string(i), "");
-  EXPECT_EQ(fileOf(zipOf(files), "routes.txt"), "city.zip: it holds more than 10000 files");
+  EXPECT_EQ(fileOf(zipOf(files), "routes.txt"), "it holds more than 10000 files");
 }
 
 TEST(ZipSource, OpensFilesOfTheDisk) {
@@ -122,8 +121,8 @@ TEST(ZipSource, OpensFilesOfTheDisk) {
   std::filesystem::remove(path);
   const Outcome<std::unique_ptr<GtfsSource>> missing = openZip(path);
   ASSERT_FALSE(missing);
-  EXPECT_THAT(sentence(missing.error()), testing::StartsWith(path.string() + ": "));
-  EXPECT_EQ(sentence(openZip("/dev/zero").error()), "/dev/zero: it is not a file");
+  EXPECT_EQ(sentence(missing.error()), "no such file or folder");
+  EXPECT_EQ(sentence(openZip("/dev/zero").error()), "it is not a file");
 }
 
 }  // namespace
