@@ -6,7 +6,9 @@
 
 #include "app/commands.h"
 #include "app/local_time.h"
+#include "desktop/base/failure.h"
 #include "desktop/storage/stored_analytics.h"
+#include "platform/outcome.h"
 
 namespace linewatch::app {
 
@@ -103,7 +105,7 @@ std::string jsonTextOf(const Recorded& recorded) {
   return form.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-desktop::Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
+Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
   auto sessions = desktop::storedWidgetSessions(state);
   if (!sessions) return sessions.error();
   auto actions = desktop::storedUserActions(state);

@@ -2,7 +2,7 @@
 
 namespace linewatch::app {
 
-desktop::Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session) {
+Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session) {
   const auto stored = session.platform().favorites().lines();
   if (!stored) return stored.error();
   std::vector<FavoriteLine> favorites;

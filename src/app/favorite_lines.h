@@ -6,6 +6,7 @@
 #include "app/session.h"
 #include "desktop/feeds/line_search.h"
 #include "desktop/storage/stored_favorites.h"
+#include "platform/outcome.h"
 
 namespace linewatch::app {
 
@@ -16,6 +17,6 @@ struct FavoriteLine {
 };
 
 /// In the user's order.
-desktop::Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session);
+Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session);
 
 }  // namespace linewatch::app

@@ -8,7 +8,6 @@ namespace linewatch::app {
 namespace {
 
 using desktop::FoundLine;
-using desktop::Outcome;
 using desktop::StoredFavorite;
 
 Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<std::string>& names) {

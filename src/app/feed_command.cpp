@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "app/commands.h"
+#include "desktop/base/failure.h"
 #include "desktop/http_fetcher.h"
 
 namespace linewatch::app {

@@ -10,8 +10,6 @@ namespace linewatch::app {
 
 namespace {
 
-using desktop::Outcome;
-
 struct DictionaryForm {
   Value operator()(const std::shared_ptr<const RovaActivity>& activity) const {
     return activity->dictionaryRepresentation();

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch {
 class KeyedArchiver;
@@ -12,6 +12,6 @@ namespace linewatch::app {
 
 /// What a row hands to the companion application, as JSON: the dictionary form of the activity record in the
 /// file, compressed or not, or of each incident of the list archived in it.
-desktop::Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver);
+Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver);
 
 }  // namespace linewatch::app

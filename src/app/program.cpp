@@ -8,8 +8,9 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "desktop/base/environment.h"
+#include "desktop/base/failure.h"
 #include "desktop/display.h"
-#include "desktop/environment.h"
 #include "desktop/installation.h"
 
 namespace linewatch::app {

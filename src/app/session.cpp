@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/installation.h"
 #include "incidents/transit_incident_fetcher.h"
 
@@ -13,7 +14,6 @@ namespace {
 using desktop::DesktopPlatform;
 using desktop::DesktopSettings;
 using desktop::failure;
-using desktop::Outcome;
 
 Outcome<DesktopSettings> settingsFrom(const CommonOptions& options, const desktop::UserLocale& locale) {
   DesktopSettings settings{.sampleCity = desktop::installedSampleCity(),

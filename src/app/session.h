@@ -5,8 +5,10 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "desktop/base/failure.h"
 #include "desktop/desktop_platform.h"
 #include "incidents/result.h"
+#include "platform/outcome.h"
 
 namespace linewatch::app {
 
@@ -18,8 +20,7 @@ class Session {
   using Adjustment = std::function<void(desktop::DesktopSettings&)>;
 
   /// `adjust`, which may be empty, adds what the command needs of the platform.
-  static desktop::Outcome<std::unique_ptr<Session>> open(const CommonOptions& options,
-                                                         const Adjustment& adjust = {});
+  static Outcome<std::unique_ptr<Session>> open(const CommonOptions& options, const Adjustment& adjust = {});
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -35,6 +36,6 @@ class Session {
 };
 
 /// The user's language and region: the option's, else the environment's.
-desktop::Outcome<desktop::UserLocale> localeOf(const CommonOptions& options);
+Outcome<desktop::UserLocale> localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

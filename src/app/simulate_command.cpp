@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "app/commands.h"
+#include "desktop/base/failure.h"
 #include "desktop/file_contents.h"
 #include "simulation/scenario_run.h"
 

@@ -12,7 +12,7 @@
 #include <unicode/unistr.h>
 #include <unistd.h>
 
-#include "desktop/environment.h"
+#include "desktop/base/environment.h"
 
 namespace linewatch::app {
 

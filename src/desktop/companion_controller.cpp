@@ -1,6 +1,6 @@
 #include "desktop/companion_controller.h"
 
-#include "desktop/outcome.h"
+#include "desktop/base/failure.h"
 
 namespace linewatch::desktop {
 

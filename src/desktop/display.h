@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/environment.h"
+#include "desktop/base/environment.h"
 
 namespace linewatch::desktop {
 

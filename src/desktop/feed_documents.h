@@ -10,10 +10,10 @@
 #include "desktop/feeds/gtfs_source.h"
 #include "desktop/feeds/line_index.h"
 #include "desktop/http_fetcher.h"
-#include "desktop/outcome.h"
 #include "desktop/storage/feed_cache.h"
 #include "desktop/storage/stored_feeds.h"
 #include "platform/date.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

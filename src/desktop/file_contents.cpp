@@ -6,6 +6,8 @@
 #include <memory>
 #include <system_error>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

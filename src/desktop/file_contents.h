@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

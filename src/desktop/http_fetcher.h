@@ -5,8 +5,8 @@
 #include <stop_token>
 #include <string>
 
-#include "desktop/outcome.h"
 #include "platform/date.h"
+#include "platform/outcome.h"
 #include "platform/value.h"
 
 namespace linewatch::desktop {

@@ -4,6 +4,7 @@
 
 #include <dlfcn.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/installation.h"
 
 namespace linewatch::desktop {

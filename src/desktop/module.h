@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/storage/stored_preferences.h"
 #include "platform/companion_application.h"
 

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string_view>
 
-#include "desktop/outcome.h"
 #include "desktop/overlaid_preferences.h"
 #include "desktop/storage/feed_cache.h"
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/state_directories.h"
 #include "desktop/storage/stored_feeds.h"
+#include "platform/error.h"
 
 namespace linewatch::desktop {
 

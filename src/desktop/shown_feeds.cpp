@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

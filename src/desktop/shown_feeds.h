@@ -4,9 +4,9 @@
 #include <variant>
 #include <vector>
 
-#include "desktop/outcome.h"
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/stored_feeds.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/user_favorites.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"

@@ -17,7 +17,7 @@
 #include "desktop/feeds/incident_table.h"
 #include "desktop/feeds/line_index.h"
 #include "desktop/feeds/line_records.h"
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 #include "platform/transit_line.h"
 
 namespace linewatch::desktop {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "desktop/base/failure.h"
 #include "desktop/program_preferences.h"
 #include "desktop/shown_feeds.h"
 #include "desktop/storage/stored_preferences.h"

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "desktop/feeds/line_search.h"
-#include "desktop/outcome.h"
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/stored_favorites.h"
 #include "platform/favorites.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

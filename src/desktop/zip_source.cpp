@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/module.h"
 
 namespace linewatch::desktop {

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Checks a tree of LineWatch against the rules that no compiler keeps; prints each fault as file:line: what.
 
- - Includes in src/ point along the arrows only: no folder includes one to its left, the two platforms never include
-   each other, and the system knows the standard library and libbz2, the simulation a JSON reader besides.
+ - Includes in src/ point along the arrows only: no folder includes one to its left or one of its own column, and within
+   app/ and desktop/ no part of them does. The system knows the standard library and libbz2, the simulation a JSON reader
+   besides.
  - A folder may be compiled as one unit: a function of an unnamed namespace shares its name with no other of its folder,
    for the compiler would choose between them in silence.
  - Comments and texts explain themselves: none leans on a document outside the tree.
@@ -15,10 +16,15 @@ import re
 import subprocess
 import sys
 
-# Left to right. A folder may include itself and what stands to its right.
-FOLDERS = ["app", "desktop", "simulation", "widget", "presentation", "list", "incidents", "activity", "analytics",
-           "platform", "shared"]
-STRANGERS = [{"desktop", "simulation"}]
+# Columns from left to right. A folder may include itself and what stands in the columns to its right.
+FOLDERS = [["app"], ["desktop", "simulation"], ["widget"], ["presentation"], ["list"],
+           ["activity", "analytics", "incidents"], ["platform"], ["shared"]]
+# The same for the parts of a folder: "" is what lies in the folder itself. A folder that is not named is one part.
+PARTS = {
+    "app": [["screen"], [""]],
+    "desktop": [["window"], ["companion", "drawing", "network", "zip"], [""], ["feeds", "roles", "storage", "text"],
+                ["base"]],
+}
 
 STANDARD_HEADER = re.compile(r"[a-z_0-9]+")
 THREADS = {"thread", "future", "condition_variable", "semaphore", "stop_token", "latch", "barrier"}
@@ -51,15 +57,40 @@ def tracked_files(root):
     return sorted(found)
 
 
-def quoted_include_fault(root, folder, included):
-    target = included.split("/")[0]
-    if target not in FOLDERS or not os.path.isfile(os.path.join(root, "src", included)):
+def column_of(name, columns):
+    """Counted from the left; None for a name that stands in no column."""
+    return next((number for number, column in enumerate(columns) if name in column), None)
+
+
+def folder_and_part(path):
+    """Of a path from src/ on: its first folder, and what lies between that and the file."""
+    folder, *part = os.path.dirname(path).split("/")
+    return folder, "/".join(part)
+
+
+def has_place(path):
+    folder, part = folder_and_part(path)
+    known = column_of(folder, FOLDERS) is not None
+    return known and (folder not in PARTS or column_of(part, PARTS[folder]) is not None)
+
+
+def arrow_fault(name, target, columns):
+    """What is wrong with an include of `target` in `name`; None when it points along the arrows."""
+    if name == target or column_of(target, columns) > column_of(name, columns):
+        return None
+    stranger = column_of(target, columns) == column_of(name, columns)
+    return ": the two never know each other" if stranger else ", which stands to its left"
+
+
+def quoted_include_fault(root, path, included):
+    if not has_place(included) or not os.path.isfile(os.path.join(root, "src", included)):
         return f'"{included}" is no file of src/: includes start at its folders'
-    if FOLDERS.index(target) < FOLDERS.index(folder):
-        return f'{folder} includes "{included}", which stands to its left'
-    if target != folder and {target, folder} in STRANGERS:
-        return f'{folder} includes "{included}": the two never know each other'
-    return None
+    (folder, part), (target, target_part) = folder_and_part(path), folder_and_part(included)
+    if folder != target:
+        fault = arrow_fault(folder, target, FOLDERS)
+    else:
+        fault = arrow_fault(part, target_part, PARTS[folder]) if folder in PARTS else None
+    return f'{os.path.dirname(path)} includes "{included}"{fault}' if fault else None
 
 
 def system_include_fault(folder, included):
@@ -74,16 +105,17 @@ def system_include_fault(folder, included):
 
 
 def include_faults(root, path, lines):
-    folder = path.split("/")[1]
-    if folder not in FOLDERS:
-        yield 1, f"src/{folder} has no place among the folders {' > '.join(FOLDERS)}"
+    """`path` counts from src/."""
+    if not has_place(path):
+        yield 1, f"src/{os.path.dirname(path)} has no place among the folders"
         return
+    folder, _ = folder_and_part(path)
     for number, line in enumerate(lines, 1):
         match = INCLUDE.match(line)
         if not match:
             continue
         quoted = match[1] == '"'
-        fault = quoted_include_fault(root, folder, match[2]) if quoted else system_include_fault(folder, match[2])
+        fault = quoted_include_fault(root, path, match[2]) if quoted else system_include_fault(folder, match[2])
         if fault:
             yield number, fault
 
@@ -135,7 +167,7 @@ def faults(root):
         if path.startswith(("src/", "tests/")) and path.endswith((".h", ".cpp")):
             folders.setdefault(os.path.dirname(path), {})[path] = lines
         if path.startswith("src/") and path.endswith((".h", ".cpp")):
-            yield from ((path, number, what) for number, what in include_faults(root, path, lines))
+            yield from ((path, number, what) for number, what in include_faults(root, path.removeprefix("src/"), lines))
         yield from ((path, number, what) for number, what in wording_faults(lines))
     for files in folders.values():
         yield from name_faults(files)

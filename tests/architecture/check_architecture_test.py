@@ -8,7 +8,8 @@ import unittest
 import check_architecture
 
 ONE = "namespace {\n\nint one(int a) {\n  return a;\n}\n\n}  // namespace\n"
-HEADERS = ["list/a.h", "platform/ui/view.h", "shared/a.h", "widget/a.h", "desktop/a.h", "simulation/a.h"]
+HEADERS = ["list/a.h", "platform/ui/view.h", "shared/a.h", "widget/a.h", "desktop/a.h", "desktop/base/a.h",
+           "desktop/text/a.h", "simulation/a.h"]
 
 # file, its content, a piece of the fault that must be found; None: none may be.
 ROWS = [
@@ -16,7 +17,12 @@ ROWS = [
     ("src/list/b.cpp", '#include "widget/a.h"\n', "stands to its left"),
     ("src/platform/b.h", '\n  #  include "list/a.h"\n', "stands to its left"),
     ("src/desktop/b.cpp", '#include "simulation/a.h"\n', "never know each other"),
-    ("src/simulation/b.cpp", '#include "desktop/a.h"\n', "stands to its left"),
+    ("src/simulation/b.cpp", '#include "desktop/a.h"\n', "never know each other"),
+    ("src/desktop/window/b.cpp", '#include "desktop/a.h"\n#include "desktop/text/a.h"\n', None),
+    ("src/desktop/text/b.h", '#include "desktop/base/a.h"\n#include "desktop/text/a.h"\n', None),
+    ("src/desktop/text/b.h", '#include "desktop/a.h"\n', "stands to its left"),
+    ("src/desktop/feeds/b.h", '#include "desktop/text/a.h"\n', "never know each other"),
+    ("src/desktop/sound/b.h", "", "has no place among the folders"),
     ("src/app/b.cpp", '#include "simulation/a.h"\n#include "desktop/a.h"\n#include <QString>\n', None),
     ("src/list/b.cpp", '#include "a.h"\n', "is no file of src/"),
     ("src/list/b.cpp", "#include <QString>\n", "not the standard library"),

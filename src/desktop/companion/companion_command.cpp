@@ -4,6 +4,7 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+#include "desktop/base/failure.h"
 #include "desktop/companion/handed_over.h"
 #include "desktop/roles/companion_session.h"
 

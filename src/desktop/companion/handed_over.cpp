@@ -9,6 +9,7 @@
 #include <bzlib.h>
 
 #include "activity/user_activity_data.h"
+#include "desktop/base/failure.h"
 
 namespace linewatch::desktop {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "activity/rova_activity.h"
-#include "desktop/outcome.h"
 #include "platform/keyed_archiver.h"
+#include "platform/outcome.h"
 #include "platform/system_controller.h"
 #include "platform/transit_storage_incident.h"
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <string>
 
+#include "desktop/base/failure.h"
 #include "desktop/drawing/qt_canvas.h"
 
 namespace linewatch::desktop {

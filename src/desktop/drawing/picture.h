@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "desktop/outcome.h"
+#include "platform/error.h"
 #include "platform/ui/color.h"
 #include "platform/ui/view.h"
 

@@ -5,6 +5,8 @@
 
 #include <protozero/pbf_message.hpp>
 
+#include "desktop/base/failure.h"
+
 // The bytes, as protocol buffer fields "number name: type". Every other field is skipped, whatever is in it.
 //
 //   message      1 header                   Header

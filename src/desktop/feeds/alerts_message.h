@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "desktop/feeds/alert_enumerations.h"
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

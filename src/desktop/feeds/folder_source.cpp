@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

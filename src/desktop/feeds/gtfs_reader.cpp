@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/ascii.h"
 #include "desktop/feeds/colors.h"
 #include "desktop/feeds/csv_table.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/colors.h"
 
 namespace linewatch::desktop {

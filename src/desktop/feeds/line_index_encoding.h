@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/feeds/line_index.h"
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 #include "platform/value.h"
 
 namespace linewatch::desktop {

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/line_search.h"
 #include "desktop/feeds/shield_text.h"

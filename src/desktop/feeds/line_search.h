@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "desktop/feeds/line_index.h"
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

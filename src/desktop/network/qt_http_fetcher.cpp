@@ -7,6 +7,7 @@
 #include <stop_token>
 #include <string>
 
+#include "desktop/base/failure.h"
 #include "desktop/http_fetcher.h"
 
 namespace linewatch::desktop {

@@ -5,6 +5,8 @@
 
 #include <sqlite3.h>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

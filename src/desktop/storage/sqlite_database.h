@@ -12,7 +12,7 @@
 #include <string_view>
 #include <variant>
 
-#include "desktop/outcome.h"
+#include "platform/outcome.h"
 #include "platform/value.h"
 
 struct sqlite3;

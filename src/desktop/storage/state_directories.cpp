@@ -3,6 +3,8 @@
 #include <string>
 #include <system_error>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

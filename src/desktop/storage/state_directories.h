@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "desktop/environment.h"
-#include "desktop/outcome.h"
+#include "desktop/base/environment.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/outcome.h"
 #include "desktop/storage/state_database.h"
 #include "platform/analytics_service.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

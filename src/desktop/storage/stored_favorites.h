@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/outcome.h"
 #include "desktop/storage/state_database.h"
 #include "platform/favorites.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/outcome.h"
 #include "desktop/storage/state_database.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -1,5 +1,6 @@
 #include "desktop/storage/stored_preferences.h"
 
+#include "desktop/base/failure.h"
 #include "desktop/storage/cbor.h"
 
 namespace linewatch::desktop {

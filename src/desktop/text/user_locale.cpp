@@ -7,6 +7,8 @@
 
 #include <unicode/locid.h>
 
+#include "desktop/base/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/environment.h"
-#include "desktop/outcome.h"
+#include "desktop/base/environment.h"
+#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 

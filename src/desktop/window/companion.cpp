@@ -3,6 +3,7 @@
 #include <QUrl>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/roles/companion_session.h"
 #include "platform/log.h"
 #include "platform/platform.h"

@@ -9,10 +9,10 @@
 
 #include "desktop/feeds/line_records.h"
 #include "desktop/feeds/line_search.h"
-#include "desktop/outcome.h"
 #include "desktop/storage/stored_favorites.h"
 #include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
+#include "platform/outcome.h"
 
 class QLabel;
 class QLineEdit;

@@ -17,10 +17,10 @@
 #include <cmath>
 #include <utility>
 
+#include "desktop/base/failure.h"
 #include "desktop/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
-#include "desktop/outcome.h"
 #include "desktop/window/enter_key.h"
 #include "desktop/window/panel_preferences.h"
 #include "desktop/window/row_words.h"

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/recording_log.h"
 #include "desktop/temporary_folder.h"
 

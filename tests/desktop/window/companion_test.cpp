@@ -10,6 +10,7 @@
 
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
+#include "desktop/base/failure.h"
 #include "desktop/roles/companion_session.h"
 #include "desktop/temporary_folder.h"
 #include "desktop/window/artwork_strip.h"

@@ -5,11 +5,8 @@
 #include <string_view>
 
 #include "platform/error.h"
-#include "platform/outcome.h"
 
 namespace linewatch::desktop {
-
-using linewatch::Outcome;
 
 /// The domain of the desktop platform's own errors.
 inline constexpr std::string_view kDesktopErrorDomain = "LineWatchDesktop";
