@@ -79,12 +79,23 @@ struct Fault : protozero::exception {
   std::string why;
 };
 
-/// The fields of one message in turn, each read as what it should be.
+/// The fields of one message in turn, each read as what it should be; what is not read is skipped.
 template <class Field>
 class Fields : public protozero::pbf_message<Field> {
  public:
   explicit Fields(std::string_view bytes)
       : protozero::pbf_message<Field>(protozero::data_view(bytes.data(), bytes.size())) {}
+
+  bool next() {
+    if (isUnread_) skip();
+    isUnread_ = protozero::pbf_message<Field>::next();
+    return isUnread_;
+  }
+  void skip() {
+    protozero::pbf_message<Field>::skip();
+    isUnread_ = false;
+  }
+  bool is(Field field) const { return this->tag() == field; }
 
   std::string_view bytes() {
     expect(protozero::pbf_wire_type::length_delimited, "bytes");
@@ -101,10 +112,14 @@ class Fields : public protozero::pbf_message<Field> {
   }
 
  private:
-  void expect(protozero::pbf_wire_type type, const char* name) const {
-    if (this->has_wire_type(type)) return;
-    throw Fault("field " + std::to_string(static_cast<Number>(this->tag())) + " is not " + name);
+  void expect(protozero::pbf_wire_type type, const char* name) {
+    if (!this->has_wire_type(type)) {
+      throw Fault("field " + std::to_string(static_cast<Number>(this->tag())) + " is not " + name);
+    }
+    isUnread_ = false;
   }
+
+  bool isUnread_ = false;
 };
 
 template <class Enumeration>
@@ -134,16 +149,8 @@ std::string_view guessAtContent(std::string_view payload) {
 AlertPeriod readPeriod(std::string_view bytes, AlertPeriod::Use use) {
   AlertPeriod period{.use = use};
   for (Fields<PeriodField> fields(bytes); fields.next();) {
-    switch (fields.tag()) {
-      case PeriodField::start:
-        period.start = fields.number();
-        break;
-      case PeriodField::end:
-        period.end = fields.number();
-        break;
-      default:
-        fields.skip();
-    }
+    if (fields.is(PeriodField::start)) period.start = fields.number();
+    if (fields.is(PeriodField::end)) period.end = fields.number();
   }
   return period;
 }
@@ -157,17 +164,9 @@ struct Trip {
 void readTrip(std::string_view bytes, Trip& trip) {
   for (Fields<TripField> fields(bytes); fields.next();) {
     trip.isStated = true;
-    switch (fields.tag()) {
-      case TripField::tripId:
-      case TripField::modifiedTrip:
-        trip.isNamed |= !fields.bytes().empty();
-        break;
-      case TripField::routeId:
-        trip.routeId = fields.bytes();
-        break;
-      default:
-        fields.skip();
-    }
+    const bool isName = fields.is(TripField::tripId) || fields.is(TripField::modifiedTrip);
+    if (isName) trip.isNamed |= !fields.bytes().empty();
+    if (fields.is(TripField::routeId)) trip.routeId = fields.bytes();
   }
 }
 
@@ -175,25 +174,11 @@ AlertSelector readSelector(std::string_view bytes) {
   AlertSelector selector;
   Trip trip;
   for (Fields<SelectorField> fields(bytes); fields.next();) {
-    switch (fields.tag()) {
-      case SelectorField::agencyId:
-        selector.agencyId = fields.bytes();
-        break;
-      case SelectorField::routeId:
-        selector.routeId = fields.bytes();
-        break;
-      case SelectorField::routeType:
-        selector.routeType = fields.integer();
-        break;
-      case SelectorField::trip:
-        readTrip(fields.bytes(), trip);
-        break;
-      case SelectorField::stopId:
-        selector.namesStop = !fields.bytes().empty();
-        break;
-      default:
-        fields.skip();
-    }
+    if (fields.is(SelectorField::agencyId)) selector.agencyId = fields.bytes();
+    if (fields.is(SelectorField::routeId)) selector.routeId = fields.bytes();
+    if (fields.is(SelectorField::routeType)) selector.routeType = fields.integer();
+    if (fields.is(SelectorField::trip)) readTrip(fields.bytes(), trip);
+    if (fields.is(SelectorField::stopId)) selector.namesStop = !fields.bytes().empty();
   }
   selector.tripRouteId = trip.routeId;
   // What describes a trip but tells no route is about that trip, wherever it runs.
@@ -272,19 +257,9 @@ class AlertsDecoder {
   void readHeader(std::string_view bytes) {
     sawHeader_ = true;
     for (Fields<HeaderField> fields(bytes); fields.next();) {
-      switch (fields.tag()) {
-        case HeaderField::version:
-          message_->version_ = fields.bytes();
-          break;
-        case HeaderField::incrementality:
-          message_->isDifference_ = fields.integer() == 1;
-          break;
-        case HeaderField::timestamp:
-          message_->timestamp_ = fields.number();
-          break;
-        default:
-          fields.skip();
-      }
+      if (fields.is(HeaderField::version)) message_->version_ = fields.bytes();
+      if (fields.is(HeaderField::incrementality)) message_->isDifference_ = fields.integer() == 1;
+      if (fields.is(HeaderField::timestamp)) message_->timestamp_ = fields.number();
     }
   }
 
@@ -294,19 +269,11 @@ class AlertsDecoder {
                                  .periods = startOf(message_->periods_),
                                  .selectors = startOf(message_->selectors_)};
     for (Fields<EntityField> fields(bytes); fields.next();) {
-      switch (fields.tag()) {
-        case EntityField::id:
-          entity.id = fields.bytes();
-          break;
-        case EntityField::isDeleted:
-          entity.isDeleted = fields.number() != 0;
-          break;
-        case EntityField::alert:
-          entity.hasAlert = true;
-          readAlert(fields.bytes(), entity);
-          break;
-        default:
-          fields.skip();
+      if (fields.is(EntityField::id)) entity.id = fields.bytes();
+      if (fields.is(EntityField::isDeleted)) entity.isDeleted = fields.number() != 0;
+      if (fields.is(EntityField::alert)) {
+        entity.hasAlert = true;
+        readAlert(fields.bytes(), entity);
       }
     }
     if (!entity.hasAlert && !entity.isDeleted) return;
@@ -350,8 +317,6 @@ class AlertsDecoder {
         case AlertField::spokenDescriptionText:
           readTexts(fields.bytes(), AlertText::spokenDescription);
           break;
-        default:
-          fields.skip();
       }
     }
   }
@@ -362,10 +327,7 @@ class AlertsDecoder {
 
   void readTexts(std::string_view bytes, AlertText kind) {
     for (Fields<TextsField> fields(bytes); fields.next();) {
-      if (fields.tag() != TextsField::translation) {
-        fields.skip();
-        continue;
-      }
+      if (!fields.is(TextsField::translation)) continue;
       AlertTranslation& translation = message_->translations_.emplace_back();
       translation.kind = kind;
       readTranslation(fields.bytes(), translation);
@@ -375,16 +337,8 @@ class AlertsDecoder {
 
   static void readTranslation(std::string_view bytes, AlertTranslation& translation) {
     for (Fields<TranslationField> fields(bytes); fields.next();) {
-      switch (fields.tag()) {
-        case TranslationField::text:
-          translation.text = fields.bytes();
-          break;
-        case TranslationField::language:
-          translation.language = fields.bytes();
-          break;
-        default:
-          fields.skip();
-      }
+      if (fields.is(TranslationField::text)) translation.text = fields.bytes();
+      if (fields.is(TranslationField::language)) translation.language = fields.bytes();
     }
   }
 
