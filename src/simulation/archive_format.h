@@ -5,21 +5,6 @@
 #include <cstdint>
 #include <string_view>
 
-namespace linewatch::simulation {
-
-inline constexpr std::string_view kArchiveErrorDomain = "KeyedArchiveErrorDomain";
-/// Codes of the errors that reading an archive reports. Each has a debug description.
-enum class ArchiveErrorCode : std::int64_t {
-  /// The bytes are not as an archive's are.
-  malformed = 1,
-  /// An object is not of an allowed class, or of another kind than was asked for.
-  notAllowed = 2,
-  /// An object's class has no factory, or its parts do not make one.
-  notMade = 3,
-};
-
-}  // namespace linewatch::simulation
-
 namespace linewatch::simulation::archive {
 
 /// The kinds of value in an archive; `SimulatedKeyedArchiver` shows their layout.

@@ -56,27 +56,16 @@ bool Reader::canOpen(const Bytes& bytes) {
   return bytes.size() >= kMagic.size() && std::equal(kMagic.begin(), kMagic.end(), bytes.begin());
 }
 
-void Reader::setFactory(std::string className, ArchivableFactory factory) {
-  factories_.insert_or_assign(std::move(className), std::move(factory));
-}
-
-std::optional<ArchivedObject> Reader::decodeTopLevelObject(const AllowedClasses& allowed,
-                                                           std::optional<Error>& error) {
-  error = std::nullopt;
-  if (isFinished_) return std::nullopt;
-  error_ = std::nullopt;
+std::optional<ArchivedObject> Reader::decodeRoot(const AllowedClasses& allowed) {
   checkArchive();
-  std::optional<ArchivedObject> root;
-  if (!error_) root = decode(kHeaderSize, allowed);
-  error = error_;
-  return root;
+  return hasFailed() ? std::nullopt : decode(kHeaderSize, allowed);
 }
 
 void Reader::checkArchive() {
   limit_ = bytes_.size();
   std::size_t position = kMagic.size();
   const std::uint64_t rootEnd = readFixed(position);
-  if (error_) return;
+  if (hasFailed()) return;
   if (rootEnd < kHeaderSize || rootEnd > bytes_.size()) {
     return failAsMalformed(kMagic.size(), "the root's end is not within the archive");
   }
@@ -88,7 +77,7 @@ void Reader::checkArchive() {
 
 void Reader::readNames(std::size_t position) {
   names_.clear();
-  for (std::uint64_t left = readCount(position); left > 0 && !error_; --left) {
+  for (std::uint64_t left = readCount(position); left > 0 && !hasFailed(); --left) {
     names_.push_back(readSized(position));
   }
   if (position != bytes_.size()) failAsMalformed(position, "something follows the names");
@@ -150,7 +139,7 @@ Kind Reader::readKind(std::size_t& position) {
 void Reader::skip(std::size_t& position, int depth) {
   if (depth > kMaximumDepth) return failAsMalformed(position, "values are nested too deep");
   const Kind kind = readKind(position);
-  if (!error_) skipContents(kind, position, depth + 1);
+  if (!hasFailed()) skipContents(kind, position, depth + 1);
 }
 
 void Reader::skipContents(Kind kind, std::size_t& position, int depth) {
@@ -170,10 +159,10 @@ void Reader::skipContents(Kind kind, std::size_t& position, int depth) {
       readSized(position);
       break;
     case Kind::array:
-      for (auto left = readCount(position); left > 0 && !error_; --left) skipPlain(position, depth);
+      for (auto left = readCount(position); left > 0 && !hasFailed(); --left) skipPlain(position, depth);
       break;
     case Kind::dictionary:
-      for (auto left = readCount(position); left > 0 && !error_; --left) {
+      for (auto left = readCount(position); left > 0 && !hasFailed(); --left) {
         readSized(position);
         skipPlain(position, depth);
       }
@@ -184,10 +173,10 @@ void Reader::skipContents(Kind kind, std::size_t& position, int depth) {
       if (position < limit_ && bytes_[position] != static_cast<std::uint8_t>(Kind::dictionary)) {
         failAsMalformed(position, "an error's info is no dictionary");
       }
-      if (!error_) skip(position, depth);
+      if (!hasFailed()) skip(position, depth);
       break;
     case Kind::list:
-      for (auto left = readCount(position); left > 0 && !error_; --left) skip(position, depth);
+      for (auto left = readCount(position); left > 0 && !hasFailed(); --left) skip(position, depth);
       break;
     case Kind::object:
       skipParts(position, depth);
@@ -204,7 +193,7 @@ void Reader::skipPlain(std::size_t& position, int depth) {
 
 void Reader::skipParts(std::size_t& position, int depth) {
   if (readName(position).data() == nullptr) return failAsMalformed(position, "an object has no class");
-  while (!error_ && readName(position).data() != nullptr) skip(position, depth);
+  while (!hasFailed() && readName(position).data() != nullptr) skip(position, depth);
 }
 
 std::optional<ArchivedObject> Reader::decode(std::size_t position, const AllowedClasses& allowed) {
@@ -250,18 +239,8 @@ std::optional<ArchivedObject> Reader::decodeList(std::size_t position, const All
 std::optional<ArchivedObject> Reader::decodeArchivable(std::size_t position, const AllowedClasses& allowed) {
   const std::string className(readName(position));
   if (!isAllowed(className, allowed)) return std::nullopt;
-  const auto factory = factories_.find(className);
-  if (factory == factories_.end()) {
-    fail(ArchiveErrorCode::notMade, "nothing makes a " + className);
-    return std::nullopt;
-  }
-  ObjectDecoder decoder(*this, position);
-  auto object = factory->second(decoder);
-  if (!object) {
-    fail(ArchiveErrorCode::notMade, "the parts do not make a " + className);
-    return std::nullopt;
-  }
-  return ArchivedObject{std::move(object)};
+  ObjectDecoder parts(*this, position);
+  return makeObject(className, parts);
 }
 
 Value Reader::decodeValue(std::size_t& position) {
@@ -305,20 +284,6 @@ Dictionary Reader::decodeDictionary(std::size_t& position) {
 Bytes Reader::decodeBytes(std::size_t& position) {
   const std::string_view bytes = readSized(position);
   return {bytes.begin(), bytes.end()};
-}
-
-bool Reader::isAllowed(std::string_view className, const AllowedClasses& allowed) {
-  if (allowed.contains(className)) return true;
-  fail(ArchiveErrorCode::notAllowed,
-       "a value of the class " + std::string(className) + " is not allowed here");
-  return false;
-}
-
-void Reader::fail(ArchiveErrorCode code, std::string description) {
-  if (error_) return;
-  error_ = Error{std::string(kArchiveErrorDomain),
-                 static_cast<std::int64_t>(code),
-                 {{kDebugDescriptionKey, std::move(description)}}};
 }
 
 void Reader::failAsMalformed(std::size_t position, const std::string& what) {

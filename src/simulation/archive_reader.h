@@ -2,31 +2,25 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "platform/keyed_archiver.h"
+#include "platform/archive_reading.h"
 #include "simulation/archive_format.h"
 
 namespace linewatch::simulation::archive {
 
 /// Reads one archive. The bytes are checked as a whole before anything is decoded; decoding then reads only
 /// what it is asked for.
-class Reader final : public KeyedUnarchiver {
+class Reader final : public ArchiveReading {
  public:
   /// Whether the bytes start as an archive does.
   static bool canOpen(const Bytes& bytes);
 
   explicit Reader(Bytes bytes) : bytes_(std::move(bytes)), limit_(bytes_.size()) {}
-
-  void setFactory(std::string className, ArchivableFactory factory) override;
-  std::optional<ArchivedObject> decodeTopLevelObject(const AllowedClasses& allowed,
-                                                     std::optional<Error>& error) override;
-  void finishDecoding() override { isFinished_ = true; }
 
  private:
   class ObjectDecoder;
@@ -40,6 +34,7 @@ class Reader final : public KeyedUnarchiver {
   std::string_view readName(std::size_t& position);
   Kind readKind(std::size_t& position);
 
+  std::optional<ArchivedObject> decodeRoot(const AllowedClasses& allowed) override;
   void checkArchive();
   void readNames(std::size_t position);
   // Each of these moves `position` behind a value, or a part of one, that is `depth` levels down.
@@ -57,18 +52,12 @@ class Reader final : public KeyedUnarchiver {
   Dictionary decodeDictionary(std::size_t& position);
   Bytes decodeBytes(std::size_t& position);
 
-  bool isAllowed(std::string_view className, const AllowedClasses& allowed);
-  /// Keeps the first failure.
-  void fail(ArchiveErrorCode code, std::string description);
   void failAsMalformed(std::size_t position, const std::string& what);
 
   Bytes bytes_;
   /// Nothing is read from here on.
   std::size_t limit_;
   std::vector<std::string_view> names_;
-  std::map<std::string, ArchivableFactory, std::less<>> factories_;
-  std::optional<Error> error_;
-  bool isFinished_ = false;
 };
 
 }  // namespace linewatch::simulation::archive

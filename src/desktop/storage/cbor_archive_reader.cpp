@@ -41,23 +41,10 @@ class ArchiveReader::ObjectDecoder final : public KeyedDecoder {
   const Json& parts_;
 };
 
-void ArchiveReader::setFactory(std::string className, ArchivableFactory factory) {
-  factories_.insert_or_assign(std::move(className), std::move(factory));
-}
-
-std::optional<ArchivedObject> ArchiveReader::decodeTopLevelObject(const AllowedClasses& allowed,
-                                                                  std::optional<Error>& error) {
-  error = std::nullopt;
-  if (isFinished_) return std::nullopt;
-  error_ = std::nullopt;
-  std::optional<ArchivedObject> root;
-  if (root_) {
-    root = decode(*root_, allowed);
-  } else {
-    fail(ArchiveErrorCode::malformed, "the archive is not one whole item within the limits");
-  }
-  error = error_;
-  return root;
+std::optional<ArchivedObject> ArchiveReader::decodeRoot(const AllowedClasses& allowed) {
+  if (root_) return decode(*root_, allowed);
+  fail(ArchiveErrorCode::malformed, "the archive is not one whole item within the limits");
+  return std::nullopt;
 }
 
 std::optional<ArchivedObject> ArchiveReader::decode(const Json& json, const AllowedClasses& allowed) {
@@ -121,36 +108,9 @@ std::optional<ArchivedObject> ArchiveReader::decodeArchivable(const Json& json,
     return std::nullopt;
   }
   const auto& className = json[1].get_ref<const std::string&>();
-  return isAllowed(className, allowed) ? makeObject(className, json[2]) : std::nullopt;
-}
-
-std::optional<ArchivedObject> ArchiveReader::makeObject(const std::string& className, const Json& parts) {
-  const auto factory = factories_.find(className);
-  if (factory == factories_.end()) {
-    fail(ArchiveErrorCode::notMade, "nothing makes a " + className);
-    return std::nullopt;
-  }
-  ObjectDecoder decoder(*this, parts);
-  auto object = factory->second(decoder);
-  if (!object) {
-    fail(ArchiveErrorCode::notMade, "the parts do not make a " + className);
-    return std::nullopt;
-  }
-  return ArchivedObject{std::move(object)};
-}
-
-bool ArchiveReader::isAllowed(std::string_view className, const AllowedClasses& allowed) {
-  if (allowed.contains(className)) return true;
-  fail(ArchiveErrorCode::notAllowed,
-       "a value of the class " + std::string(className) + " is not allowed here");
-  return false;
-}
-
-void ArchiveReader::fail(ArchiveErrorCode code, std::string description) {
-  if (error_) return;
-  error_ = Error{std::string(kArchiveErrorDomain),
-                 static_cast<std::int64_t>(code),
-                 {{kDebugDescriptionKey, std::move(description)}}};
+  if (!isAllowed(className, allowed)) return std::nullopt;
+  ObjectDecoder parts(*this, json[2]);
+  return makeObject(className, parts);
 }
 
 }  // namespace linewatch::desktop::cbor

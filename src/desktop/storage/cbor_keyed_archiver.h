@@ -6,17 +6,6 @@
 
 namespace linewatch::desktop {
 
-inline constexpr std::string_view kArchiveErrorDomain = "KeyedArchiveErrorDomain";
-/// Codes of the errors that reading an archive reports. Each has a debug description.
-enum class ArchiveErrorCode : std::int64_t {
-  /// The bytes are not as an archive's are.
-  malformed = 1,
-  /// An object is not of an allowed class, or of another kind than was asked for.
-  notAllowed = 2,
-  /// An object's class has no factory, or its parts do not make one.
-  notMade = 3,
-};
-
 /// Keyed archives in CBOR, with identical bytes for equal objects.
 ///
 ///     archive   D9 D9 F7 (CBOR's own mark, tag 55799), then the root as one CBOR item
