@@ -13,7 +13,7 @@ CachedDocument documentIn(const SqliteRow& row) {
 std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string_view kind,
                                               std::string_view location) const {
   std::optional<CachedDocument> document;
-  reportIf(database_->read([&](SqliteDatabase& database) {
+  database_->report(database_->read([&](SqliteDatabase& database) {
     document.reset();
     return database.run(
         "SELECT location, fetched, etag, last_modified, bytes FROM document "
@@ -24,7 +24,7 @@ std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string
 }
 
 void FeedCache::store(std::string_view feed, std::string_view kind, const CachedDocument& document) {
-  reportIf(database_->write([&](SqliteDatabase& database) {
+  database_->report(database_->write([&](SqliteDatabase& database) {
     return database.run(
         "INSERT OR REPLACE INTO document (feed, kind, location, fetched, etag, last_modified, bytes) "
         "VALUES (?, ?, ?, ?, ?, ?, ?)",
@@ -34,19 +34,15 @@ void FeedCache::store(std::string_view feed, std::string_view kind, const Cached
 }
 
 void FeedCache::confirm(std::string_view feed, std::string_view kind, Date fetched) {
-  reportIf(database_->write([&](SqliteDatabase& database) {
+  database_->report(database_->write([&](SqliteDatabase& database) {
     return database.run("UPDATE document SET fetched = ? WHERE feed = ? AND kind = ?",
                         {secondsOf(fetched), feed, kind});
   }));
 }
 
 void FeedCache::remove(std::string_view feed) {
-  reportIf(database_->write(
+  database_->report(database_->write(
       [&](SqliteDatabase& database) { return database.run("DELETE FROM document WHERE feed = ?", {feed}); }));
-}
-
-void FeedCache::reportIf(const std::optional<Error>& error) const {
-  if (error) database_->report(*error);
 }
 
 }  // namespace linewatch::desktop

@@ -40,8 +40,6 @@ class FeedCache {
   void remove(std::string_view feed);
 
  private:
-  void reportIf(const std::optional<Error>& error) const;
-
   SharedDatabase database_;
 };
 

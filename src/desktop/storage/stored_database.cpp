@@ -94,7 +94,9 @@ std::optional<std::filesystem::path> StoredDatabase::lastSetAside() const {
   return count == 0 ? std::nullopt : std::optional(nameBeside(file_, count));
 }
 
-void StoredDatabase::report(const Error& error) { report(sentenceOf(error)); }
+void StoredDatabase::report(const std::optional<Error>& error) {
+  if (error) report(sentenceOf(*error));
+}
 
 // ---- Threads in a hurry ----
 
@@ -107,7 +109,7 @@ bool StoredDatabase::save(Operation operation) {
   if (canWait) {
     putOff(std::move(operation), *error);
   } else {
-    report(*error);
+    report(error);
   }
   return canWait;
 }
@@ -132,7 +134,7 @@ std::optional<Error> StoredDatabase::catchUp() {
     }
     auto error = writeLocked(*next);
     if (error && isBusy(*error)) return error;
-    if (error) report(*error);
+    report(error);
     const std::lock_guard notes(notesMutex_);
     putOff_.pop_front();
   }

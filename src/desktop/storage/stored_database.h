@@ -77,8 +77,9 @@ class StoredDatabase {
   /// in a hurry it is put off, with a line in the log, as long as another program holds the file: until
   /// another save, or the end. So `operation` owns all that it needs.
   bool save(Operation operation);
-  /// Puts the error into the log, each sentence once. For those who cannot hand an error on.
-  void report(const Error& error);
+  /// Puts the error, if there is one, into the log, each sentence once. For those who cannot hand an error
+  /// on.
+  void report(const std::optional<Error>& error);
 
  private:
   /// Tells one file from another that took its place.

@@ -8,7 +8,7 @@ namespace linewatch::desktop {
 std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
   std::optional<Bytes> bytes;
   bool isTooLarge = false;
-  reportIf(database_->read([&](SqliteDatabase& database) {
+  database_->report(database_->read([&](SqliteDatabase& database) {
     bytes.reset();
     return database.run("SELECT length(value), value FROM preference WHERE suite = ? AND key = ?",
                         {suite_, key}, [&](const SqliteRow& row) {
@@ -16,18 +16,21 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
                           if (!isTooLarge) bytes = row.bytes(1);
                         });
   }));
-  if (isTooLarge) reportIf(failureAt(key, "the stored value is larger than any preference"));
+  if (isTooLarge) database_->report(failureAt(key, "the stored value is larger than any preference"));
   if (!bytes) return std::nullopt;
   auto value = cbor::valueIn(*bytes);
-  if (!value) reportIf(failureAt(key, "the stored value is malformed"));
+  if (!value) database_->report(failureAt(key, "the stored value is malformed"));
   return value;
 }
 
 bool StoredPreferences::setObject(Value value, std::string_view key) {
   auto bytes = cbor::bytesOf(value);
-  if (!bytes) return !reportIf(failureAt(key, "the value cannot be written"));
-  if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
-    return !reportIf(failureAt(key, "the value is too large to be kept"));
+  const bool isTooLarge = bytes && static_cast<std::int64_t>(bytes->size()) > kLargestPreference;
+  if (!bytes || isTooLarge) {
+    const char* const why = isTooLarge ? "the value is too large to be kept" : "the value cannot be written";
+    database_->report(failureAt(key, why));
+    return false;
+  }
   return database_->save(
       [suite = suite_, key = std::string(key), bytes = std::move(*bytes)](SqliteDatabase& database) {
         return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
@@ -38,7 +41,7 @@ bool StoredPreferences::setObject(Value value, std::string_view key) {
 void StoredPreferences::removeObject(std::string_view key) {
   // Where there is nothing to remove, no database has to be made.
   bool isThere = false;
-  reportIf(database_->read([&](SqliteDatabase& database) {
+  database_->report(database_->read([&](SqliteDatabase& database) {
     return database.run("SELECT 1 FROM preference WHERE suite = ? AND key = ?", {suite_, key},
                         [&](const SqliteRow&) { isThere = true; });
   }));
@@ -46,11 +49,6 @@ void StoredPreferences::removeObject(std::string_view key) {
   database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
     return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite, key});
   });
-}
-
-bool StoredPreferences::reportIf(const std::optional<Error>& error) const {
-  if (error) database_->report(*error);
-  return error.has_value();
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {

@@ -24,8 +24,6 @@ class StoredPreferences final : public PreferencesStore {
   void removeObject(std::string_view key) override;
 
  private:
-  /// Whether there is an error.
-  bool reportIf(const std::optional<Error>& error) const;
   Error failureAt(std::string_view key, std::string_view why) const;
 
   SharedDatabase database_;
