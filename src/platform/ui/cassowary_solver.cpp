@@ -26,32 +26,17 @@ double CassowarySolver::value(Variable variable) const {
 
 void CassowarySolver::clear() {
   symbols_.clear();
-  freeSymbols_.clear();
   rowCount_ = 0;
   basis_.clear();
   records_.clear();
-  freeRecords_.clear();
   objectives_.clear();
   hasArtificial_ = false;
   violable_ = 0;
   pivots_ = 0;
 }
 
-std::uint32_t CassowarySolver::makeSymbol(Kind kind) {
-  if (freeSymbols_.empty()) {
-    symbols_.push_back({kind, kNone});
-    return static_cast<std::uint32_t>(symbols_.size() - 1);
-  }
-  const std::uint32_t symbol = freeSymbols_.back();
-  freeSymbols_.pop_back();
-  symbols_[symbol] = {kind, kNone};
-  return symbol;
-}
-
 void CassowarySolver::freeSymbol(std::uint32_t symbol) {
-  if (symbol == kNone) return;
-  symbols_[symbol] = {};
-  freeSymbols_.push_back(symbol);
+  if (symbol != kNone) symbols_.remove(symbol);
 }
 
 bool CassowarySolver::isPivotable(std::uint32_t symbol) const {
@@ -82,15 +67,7 @@ std::optional<CassowarySolver::Handle> CassowarySolver::add(std::span<const Term
     return std::nullopt;
   }
   addViolations(record, 1);
-  Handle handle = static_cast<Handle>(records_.size());
-  if (freeRecords_.empty()) {
-    records_.push_back(record);
-  } else {
-    handle = freeRecords_.back();
-    freeRecords_.pop_back();
-    records_[handle] = record;
-  }
-  return handle;
+  return records_.add(record);
 }
 
 CassowarySolver::Record CassowarySolver::makeRecord(Relation relation, double priority) {
@@ -230,7 +207,7 @@ void CassowarySolver::remove(Handle handle) {
     for (Objective& each : objectives_) each.row.remove(symbol);
   }
   discard(record);
-  freeRecords_.push_back(handle);
+  records_.remove(handle);
 }
 
 // The row whose symbol can change places with a marker that is free from now on. Redundant constraints go

@@ -8,6 +8,7 @@
 
 #include "platform/ui/layout_priority.h"
 #include "platform/ui/simplex_row.h"
+#include "platform/ui/slot_table.h"
 
 namespace linewatch::ui {
 
@@ -79,7 +80,7 @@ class CassowarySolver {
     SimplexRow row;
   };
 
-  std::uint32_t makeSymbol(Kind kind);
+  std::uint32_t makeSymbol(Kind kind) { return symbols_.add({kind, kNone}); }
   void freeSymbol(std::uint32_t symbol);
   bool isBasic(std::uint32_t symbol) const { return symbols_[symbol].row != kNone; }
   bool isPivotable(std::uint32_t symbol) const;
@@ -112,14 +113,12 @@ class CassowarySolver {
   bool redundanciesHold() const;
   std::size_t pivotLimit() const { return 200 + 20 * (rowCount_ + symbols_.size()); }
 
-  std::vector<Symbol> symbols_;
-  std::vector<std::uint32_t> freeSymbols_;
+  SlotTable<Symbol> symbols_;
   /// The first `rowCount_` are the tableau; the others are storage to be used again.
   std::vector<SimplexRow> rows_;
   std::vector<std::uint32_t> basis_;
   std::uint32_t rowCount_ = 0;
-  std::vector<Record> records_;
-  std::vector<Handle> freeRecords_;
+  SlotTable<Record> records_;
   /// Highest priority first; the last one breaks ties.
   std::vector<Objective> objectives_;
   SimplexRow artificialObjective_;

@@ -19,26 +19,17 @@ ConstraintSystem::Variable ConstraintSystem::addVariable() {
 }
 
 ConstraintSystem::Id ConstraintSystem::add(const LinearConstraint& constraint) {
-  Id id = static_cast<Id>(slots_.size());
-  if (freeSlots_.empty()) {
-    slots_.emplace_back();
-  } else {
-    id = freeSlots_.back();
-    freeSlots_.pop_back();
-  }
-  slots_[id] = {constraint, std::nullopt, true, false};
+  const Id id = slots_.add({constraint, std::nullopt, true, false});
   added_.push_back(id);
   dirty_ = true;
   return id;
 }
 
 void ConstraintSystem::remove(Id id) {
-  Slot& slot = slots_[id];
-  if (slot.handle) removed_.push_back(*slot.handle);
+  if (slots_[id].handle) removed_.push_back(*slots_[id].handle);
   std::erase(added_, id);
   std::erase(changed_, id);
-  slot = {};
-  freeSlots_.push_back(id);
+  slots_.remove(id);
   dirty_ = true;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/ui/cassowary_solver.h"
+#include "platform/ui/slot_table.h"
 
 namespace linewatch::ui {
 
@@ -66,8 +67,7 @@ class ConstraintSystem {
   CassowarySolver solver_;
   /// The solver's name of each variable; another one whenever the system is solved anew.
   std::vector<CassowarySolver::Variable> variables_;
-  std::vector<Slot> slots_;
-  std::vector<Id> freeSlots_;
+  SlotTable<Slot> slots_;
   std::vector<CassowarySolver::Handle> removed_;
   std::vector<Id> changed_;
   std::vector<Id> added_;

@@ -74,9 +74,9 @@ std::uint32_t LayoutEngine::ensureItem(LayoutItem& item) {
   made.view = item.owningView() == &item ? item.owningView() : nullptr;
   made.isRoot = &item == &root_;
   for (const Axis axis : kAxes) {
-    ItemAxis& part = axisOf(made, axis);
-    if (!made.isRoot) part.position = system(axis).addVariable();
-    part.size = system(axis).addVariable();
+    ItemAxis& part = made.axes[axis];
+    if (!made.isRoot) part.position = systems_[axis].addVariable();
+    part.size = systems_[axis].addVariable();
   }
   View* view = made.view;
   // A frame counts from the superview, which may itself be placed by constraints.
@@ -96,26 +96,18 @@ void LayoutEngine::constraintDidChange(const SharedConstraint& constraint) {
 }
 
 void LayoutEngine::addEntry(const SharedConstraint& constraint) {
-  auto slot = static_cast<std::uint32_t>(entries_.size());
-  if (freeEntries_.empty()) {
-    entries_.emplace_back();
-  } else {
-    slot = freeEntries_.back();
-    freeEntries_.pop_back();
-  }
+  const std::uint32_t slot = entries_.add({constraint, {}, std::nullopt, true});
   constraint->engineSlot_ = slot;
-  entries_[slot] = {constraint, {}, std::nullopt, true};
   queue_.push_back(slot);
   if (dependsOnWidths(*constraint)) dependentEntries_.push_back(slot);
 }
 
 void LayoutEngine::removeEntry(std::uint32_t slot) {
-  Entry& entry = entries_[slot];
-  if (entry.row) system(axisOf(*entry.constraint)).remove(*entry.row);
+  const Entry& entry = entries_[slot];
+  if (entry.row) systems_[axisOf(*entry.constraint)].remove(*entry.row);
   entry.constraint->engineSlot_ = kNoSlot;
   std::erase(dependentEntries_, slot);
-  entry = {};
-  freeEntries_.push_back(slot);
+  entries_.remove(slot);
 }
 
 void LayoutEngine::processQueue() {
@@ -132,7 +124,7 @@ void LayoutEngine::processQueue() {
 }
 
 void LayoutEngine::updateEntry(Entry& entry) {
-  ConstraintSystem& target = system(axisOf(*entry.constraint));
+  ConstraintSystem& target = systems_[axisOf(*entry.constraint)];
   const auto linear = linearFor(*entry.constraint);
   if (entry.row && linear && sameTerms(*linear, entry.linear)) {
     entry.linear.constant = linear->constant;
@@ -216,7 +208,7 @@ void LayoutEngine::addAttribute(LinearConstraint& linear, Axis axis, Item& item,
     if (!item.firstBaselineFromTop) shares.size = 1;
   }
   if (attribute == LayoutAttribute::lastBaseline) linear.constant -= factor * item.lastBaselineFromBottom;
-  const ItemAxis& part = axisOf(item, axis);
+  const ItemAxis& part = item.axes[axis];
   if (shares.position != 0 && !item.isRoot) linear.addTerm(part.position, factor * shares.position);
   if (shares.size != 0) linear.addTerm(part.size, factor * shares.size);
 }
@@ -235,24 +227,24 @@ Size LayoutEngine::fittingSize(const Size& target, LayoutPriority horizontal, La
   }
   solve(target, std::min(horizontal, kFramePriority), std::min(vertical, kFramePriority));
   const Edges width = edges(items_.front(), Axis::horizontal);
-  const double height = sanitizedLength(systems_[1].value(items_.front().axes[1].size));
+  const double height = sanitizedLength(systems_.vertical.value(items_.front().axes.vertical.size));
   const Size result{width.high - width.low, std::max(0.0, ceiledToPixel(height, scale_))};
   fitting_ = Fitting{target, horizontal, vertical, result};
   return result;
 }
 
 void LayoutEngine::solve(const Size& rootSize, LayoutPriority horizontal, LayoutPriority vertical) {
-  const LayoutPriority priorities[2] = {horizontal, vertical};
-  const double sizes[2] = {rootSize.width, rootSize.height};
+  const PerAxis<LayoutPriority> priorities = {horizontal, vertical};
+  const PerAxis<double> sizes = {rootSize.width, rootSize.height};
   for (const Axis axis : kAxes) {
     LinearConstraint linear;
-    linear.priority = priorities[static_cast<std::size_t>(axis)];
-    linear.constant = -sanitizedLength(sizes[static_cast<std::size_t>(axis)]);
-    linear.addTerm(axisOf(items_.front(), axis).size, 1);
-    RowId& row = axisOf(items_.front(), axis).frameSize;
-    auto& before = rootPriority_[static_cast<std::size_t>(axis)];
+    linear.priority = priorities[axis];
+    linear.constant = -sanitizedLength(sizes[axis]);
+    linear.addTerm(items_.front().axes[axis].size, 1);
+    RowId& row = items_.front().axes[axis].frameSize;
+    auto& before = rootPriority_[axis];
     if (row && before != linear.priority) {
-      system(axis).remove(*row);
+      systems_[axis].remove(*row);
       row.reset();
     }
     before = linear.priority;
@@ -260,19 +252,19 @@ void LayoutEngine::solve(const Size& rootSize, LayoutPriority horizontal, Layout
   }
   processQueue();
   updateWidths();
-  if (systems_[0].solve()) logLeftOut(Axis::horizontal);
+  if (systems_.horizontal.solve()) logLeftOut(Axis::horizontal);
   measureHeights();
   updateDependentConstraints();
-  const bool changed = systems_[1].solve();
-  if (shortenTexts()) systems_[1].solve();
+  const bool changed = systems_.vertical.solve();
+  if (shortenTexts()) systems_.vertical.solve();
   if (changed) logLeftOut(Axis::vertical);
 }
 
 void LayoutEngine::setRow(RowId& row, Axis axis, const LinearConstraint& linear) {
   if (row) {
-    system(axis).setConstant(*row, linear.constant);
+    systems_[axis].setConstant(*row, linear.constant);
   } else {
-    row = system(axis).add(linear);
+    row = systems_[axis].add(linear);
   }
 }
 
@@ -288,10 +280,10 @@ void LayoutEngine::updateWidths() {
 }
 
 void LayoutEngine::setContentRows(Item& item, Axis axis, std::optional<double> length) {
-  ItemAxis& part = axisOf(item, axis);
+  ItemAxis& part = item.axes[axis];
   if (!length) {
     for (RowId* row : {&part.hugging, &part.resistance, &part.notNegative}) {
-      if (*row) system(axis).remove(**row);
+      if (*row) systems_[axis].remove(**row);
       row->reset();
     }
     return;
@@ -315,20 +307,20 @@ void LayoutEngine::setFrameRows(Item& item) {
   const bool mirrored = direction_ == LayoutDirection::rightToLeft;
   const double parentWidth = parent.isRoot ? mirrorWidth() : item.view->superview()->frame().width;
   const double leading = mirrored ? parentWidth - frame.maxX() : frame.x;
-  const double positions[2] = {leading, frame.y};
-  const double sizes[2] = {frame.width, frame.height};
+  const PerAxis<double> positions = {leading, frame.y};
+  const PerAxis<double> sizes = {frame.width, frame.height};
   for (const Axis axis : kAxes) {
-    ItemAxis& part = axisOf(item, axis);
+    ItemAxis& part = item.axes[axis];
     LinearConstraint size;
     size.priority = kFramePriority;
-    size.constant = -sizes[static_cast<std::size_t>(axis)];
+    size.constant = -sizes[axis];
     size.addTerm(part.size, 1);
     setRow(part.frameSize, axis, size);
     LinearConstraint position;
     position.priority = kFramePriority;
-    position.constant = -positions[static_cast<std::size_t>(axis)];
+    position.constant = -positions[axis];
     position.addTerm(part.position, 1);
-    if (!parent.isRoot) position.addTerm(axisOf(parent, axis).position, -1);
+    if (!parent.isRoot) position.addTerm(parent.axes[axis].position, -1);
     setRow(part.framePosition, axis, position);
   }
 }
@@ -364,12 +356,12 @@ void LayoutEngine::keepInRoot(Item& item) {
   if (wanted == item.belowTop.has_value()) return;
   if (!wanted) {
     for (RowId* row : {&item.belowTop, &item.aboveBottom}) {
-      system(Axis::vertical).remove(**row);
+      systems_.vertical.remove(**row);
       row->reset();
     }
     return;
   }
-  const ItemAxis& part = axisOf(item, Axis::vertical);
+  const ItemAxis& part = item.axes.vertical;
   LinearConstraint linear;
   linear.priority = kTextInsidePriority;
   linear.relation = Relation::greaterThanOrEqual;
@@ -377,7 +369,7 @@ void LayoutEngine::keepInRoot(Item& item) {
   setRow(item.belowTop, Axis::vertical, linear);
   linear.relation = Relation::lessThanOrEqual;
   linear.addTerm(part.size, 1);
-  linear.addTerm(axisOf(items_.front(), Axis::vertical).size, -1);
+  linear.addTerm(items_.front().axes.vertical.size, -1);
   setRow(item.aboveBottom, Axis::vertical, linear);
 }
 
@@ -386,9 +378,9 @@ void LayoutEngine::keepInRoot(Item& item) {
 bool LayoutEngine::shortenTexts() {
   bool shortened = false;
   for (Item& item : items_) {
-    if (!item.belowTop || !axisOf(item, Axis::vertical).resistance) continue;
+    if (!item.belowTop || !item.axes.vertical.resistance) continue;
     const Rect frame = frameInRoot(item);
-    const double whole = -systems_[1].constantOf(*axisOf(item, Axis::vertical).resistance);
+    const double whole = -systems_.vertical.constantOf(*item.axes.vertical.resistance);
     if (frame.height >= whole) continue;
     const double wanted = item.view->contentHeightWithin(frame.size());
     setContentRows(item, Axis::vertical, wanted);
@@ -403,7 +395,7 @@ void LayoutEngine::updateDependentConstraints() {
 }
 
 void LayoutEngine::logLeftOut(Axis axis) {
-  for (const ConstraintSystem::Id id : system(axis).leftOut()) {
+  for (const ConstraintSystem::Id id : systems_[axis].leftOut()) {
     for (const Entry& entry : entries_) {
       if (entry.row != id || axisOf(*entry.constraint) != axis) continue;
       if (std::exchange(entry.constraint->faultLogged_, true)) continue;
@@ -416,10 +408,9 @@ void LayoutEngine::logLeftOut(Axis axis) {
 // ---- Frames ----
 
 LayoutEngine::Edges LayoutEngine::edges(const Item& item, Axis axis) const {
-  const auto index = static_cast<std::size_t>(axis);
-  const ConstraintSystem& solved = systems_[index];
-  const double low = item.isRoot ? 0 : sanitizedLength(solved.value(item.axes[index].position));
-  const double high = low + std::max(0.0, sanitizedLength(solved.value(item.axes[index].size)));
+  const ConstraintSystem& solved = systems_[axis];
+  const double low = item.isRoot ? 0 : sanitizedLength(solved.value(item.axes[axis].position));
+  const double high = low + std::max(0.0, sanitizedLength(solved.value(item.axes[axis].size)));
   return {snappedToPixel(low, scale_), snappedToPixel(high, scale_)};
 }
 

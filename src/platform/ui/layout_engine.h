@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "platform/ui/constraint_system.h"
+#include "platform/ui/layout_priority.h"
+#include "platform/ui/slot_table.h"
 #include "platform/ui/view.h"
 
 namespace linewatch::ui {
@@ -50,7 +52,7 @@ class LayoutEngine {
     LayoutItem* item = nullptr;
     /// Null for a guide.
     View* view = nullptr;
-    ItemAxis axes[2];
+    PerAxis<ItemAxis> axes;
     std::optional<double> measuredWidth;
     std::optional<double> firstBaselineFromTop;
     double lastBaselineFromBottom = 0;
@@ -81,8 +83,6 @@ class LayoutEngine {
 
   void collect(View& view, std::vector<SharedConstraint>& constraints);
   std::uint32_t ensureItem(LayoutItem& item);
-  ConstraintSystem& system(Axis axis) { return systems_[static_cast<std::size_t>(axis)]; }
-  static ItemAxis& axisOf(Item& item, Axis axis) { return item.axes[static_cast<std::size_t>(axis)]; }
 
   void addEntry(const SharedConstraint& constraint);
   void updateEntry(Entry& entry);
@@ -117,13 +117,12 @@ class LayoutEngine {
   View& root_;
   LayoutDirection direction_;
   double scale_;
-  ConstraintSystem systems_[2];
+  PerAxis<ConstraintSystem> systems_;
   std::vector<Item> items_;
-  std::vector<Entry> entries_;
-  std::vector<std::uint32_t> freeEntries_;
+  SlotTable<Entry> entries_;
   std::vector<std::uint32_t> queue_;
   std::vector<std::uint32_t> dependentEntries_;
-  std::optional<LayoutPriority> rootPriority_[2];
+  PerAxis<std::optional<LayoutPriority>> rootPriority_;
   std::optional<Fitting> fitting_;
 };
 

@@ -6,6 +6,16 @@ namespace linewatch::ui {
 
 enum class Axis : std::uint8_t { horizontal, vertical };
 
+/// A T for each axis.
+template <class T>
+struct PerAxis {
+  T horizontal{};
+  T vertical{};
+
+  T& operator[](Axis axis) { return axis == Axis::horizontal ? horizontal : vertical; }
+  const T& operator[](Axis axis) const { return axis == Axis::horizontal ? horizontal : vertical; }
+};
+
 enum class Relation : std::uint8_t { lessThanOrEqual, equal, greaterThanOrEqual };
 
 /// How much a constraint matters, from 1 to 1000. A constraint below kRequiredPriority gives way where it
