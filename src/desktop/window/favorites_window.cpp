@@ -188,8 +188,14 @@ bool FavoritesWindow::eventFilter(QObject* watched, QEvent* event) {
   const bool isKey = event->type() == QEvent::KeyPress && list_->count() > 0;
   const int key = isKey ? static_cast<const QKeyEvent*>(event)->key() : 0;
   const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (watched == search_ && (isEnter || key == Qt::Key_Down)) return goToList(), true;
-  if (watched == list_ && isEnter) return changeCurrentLine(), true;
+  if (watched == search_ && (isEnter || key == Qt::Key_Down)) {
+    goToList();
+    return true;
+  }
+  if (watched == list_ && isEnter) {
+    changeCurrentLine();
+    return true;
+  }
   return CompanionWindow::eventFilter(watched, event);
 }
 

@@ -236,26 +236,26 @@ bool RowSurface::event(QEvent* event) {
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
       event->accept();
-      return handleTouch(*static_cast<QTouchEvent*>(event));
+      handleTouch(*static_cast<QTouchEvent*>(event));
+      return true;
     default:
       return QWidget::event(event);
   }
 }
 
 /// The first finger alone counts, until it is lifted; then none does before all others are lifted too.
-bool RowSurface::handleTouch(const QTouchEvent& event) {
+void RowSurface::handleTouch(const QTouchEvent& event) {
   if (event.type() == QEvent::TouchCancel) {
     touch_.reset();
-    return cancelPress(), true;
+    return cancelPress();
   }
   for (const QEventPoint& point : event.points()) {
     const QPointF position = mapFromGlobal(point.globalPosition());
-    if (event.type() == QEvent::TouchBegin) return touchBegan(point.id(), position), true;
+    if (event.type() == QEvent::TouchBegin) return touchBegan(point.id(), position);
     if (!touch_ || touch_->finger != point.id()) continue;
-    if (point.state() == QEventPoint::Released) return touchEnded(position), true;
-    return touchMoved(position), true;
+    if (point.state() == QEventPoint::Released) return touchEnded(position);
+    return touchMoved(position);
   }
-  return true;
 }
 
 void RowSurface::touchBegan(int finger, const QPointF& position) {

@@ -72,7 +72,7 @@ class RowSurface final : public QWidget {
   void findHoveredRow();
   void cancelPress();
   bool scrollBy(double points);
-  bool handleTouch(const QTouchEvent& event);
+  void handleTouch(const QTouchEvent& event);
   void touchBegan(int finger, const QPointF& position);
   void touchMoved(const QPointF& position);
   void touchEnded(const QPointF& position);
