@@ -102,8 +102,7 @@ struct Keys<step::Resize> {
 };
 template <>
 struct Keys<step::TextSize> {
-  static constexpr auto table =
-      std::tuple{key("category", &step::TextSize::category).required().checked(textSizeCategory)};
+  static constexpr auto table = std::tuple{key("category", &step::TextSize::category).required()};
 };
 
 namespace {

@@ -10,6 +10,7 @@
 #include "platform/date.h"
 #include "platform/extension_context.h"
 #include "platform/outcome.h"
+#include "platform/ui/text_style.h"
 #include "simulation/world.h"
 
 namespace linewatch::simulation {
@@ -45,7 +46,7 @@ struct Resize {
   double width = 0, height = 0;
 };
 struct TextSize {
-  std::string category;
+  ui::TextSizeCategory category = ui::kDefaultTextSizeCategory;
 };
 struct MemoryWarning {};
 /// The world changes.

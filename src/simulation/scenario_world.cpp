@@ -192,17 +192,9 @@ struct Keys<World> {
   static constexpr auto table = std::tuple{key("locale", &World::locale),
                                            key("layoutDirection", &World::layoutDirection),
                                            key("scale", &World::scale).checked(positive),
-                                           key("textSize", &World::textSize).checked(textSizeCategory),
-                                           key<World>(
-                                               "seed", [](World& world) -> auto& {
-                                                 ++world.seedCount;
-                                                 return world.seed;
-                                               }),
-                                           key<World>(
-                                               "random", [](World& world) -> auto& {
-                                                 ++world.randomCount;
-                                                 return world.random;
-                                               }),
+                                           key("textSize", &World::textSize),
+                                           key("seed", &World::seed),
+                                           key("random", &World::random),
                                            key("host", &World::host),
                                            key("preferences", &World::preferences),
                                            key("favorites", &World::favorites),
@@ -221,6 +213,13 @@ struct Keys<World> {
                                            key("missingTexts", &World::missingTexts),
                                            key("missingImages", &World::missingImages)};
 };
+
+template <class T>
+static void read(Faults& faults, const Place& place, const Json& json, Restarting<T>& restarting) {
+  T given = restarting.value;
+  read(faults, place, json, given);
+  restarting = std::move(given);
+}
 
 /// The number of a diagnosis.
 static void read(Faults& faults, const Place& place, const Json& json, ConnectionFailureDiagnosis& value) {
@@ -277,12 +276,6 @@ class References {
 };
 
 }  // namespace
-
-const char* textSizeCategory(const std::string& category) {
-  return ui::textSizeCategoryNamed(category)
-             ? nullptr
-             : R"(must be one of "XS", "S", "M", "L", "XL", "XXL", "XXXL" and "AX1" to "AX5")";
-}
 
 void readWorld(Faults& faults, const Place& place, const JsonObject& object, std::string_view except,
                World& world) {

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <array>
-#include <string>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
 #include "platform/extension_context.h"
+#include "platform/ui/text_style.h"
 #include "simulation/json_document.h"
 #include "simulation/scenario_reading.h"
 #include "simulation/world.h"
@@ -18,8 +19,16 @@ struct Names<WidgetDisplayMode> {
                                        std::pair{"expanded", WidgetDisplayMode::expanded}};
 };
 
-/// Says what a text size category must be.
-const char* textSizeCategory(const std::string& category);
+template <>
+struct Names<ui::TextSizeCategory> {
+  static constexpr auto table = [] {
+    std::array<std::pair<std::string_view, ui::TextSizeCategory>, ui::kTextSizeCategoryNames.size()> named;
+    for (std::size_t i = 0; i < named.size(); ++i) {
+      named[i] = {ui::kTextSizeCategoryNames[i], static_cast<ui::TextSizeCategory>(i)};
+    }
+    return named;
+  }();
+};
 
 /// Changes the world by the entries of `object`, but for the one of the key `except`. Times are seconds from
 /// the start; every key may be left out.

@@ -9,14 +9,12 @@
 
 namespace linewatch::simulation {
 
-/// What the world says of text size, direction and display; an unknown category counts as the default one.
+/// What the world says of text size, direction and display.
 class SimulatedInterfaceSettings final : public ui::InterfaceSettings {
  public:
   explicit SimulatedInterfaceSettings(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
 
-  ui::TextSizeCategory textSizeCategory() const override {
-    return ui::textSizeCategoryNamed(backstage_->world.textSize).value_or(ui::kDefaultTextSizeCategory);
-  }
+  ui::TextSizeCategory textSizeCategory() const override { return backstage_->world.textSize; }
   LayoutDirection layoutDirection() const override { return backstage_->world.layoutDirection; }
   double displayScale() const override { return backstage_->world.scale; }
 

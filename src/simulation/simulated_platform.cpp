@@ -48,7 +48,7 @@ void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
   World& world = backstage_->world;
   Dictionary& stored = preferences_->suite(kCompanionAppGroupSuite);
   const Date start = world.start;
-  const std::string textSize = world.textSize;
+  const ui::TextSizeCategory textSize = world.textSize;
   world.preferences = stored;
   change(world);
   stored = world.preferences;

@@ -15,7 +15,7 @@ namespace linewatch::simulation {
 class SimulatedRandomSource final : public RandomSource {
  public:
   explicit SimulatedRandomSource(SharedBackstage backstage)
-      : backstage_(std::move(backstage)), seed_(backstage_->world.seed), generator_(seed_) {}
+      : backstage_(std::move(backstage)), seed_(backstage_->world.seed), generator_(seed_.value) {}
 
   std::uint32_t next() override;
 
@@ -23,10 +23,9 @@ class SimulatedRandomSource final : public RandomSource {
   void followWorld();
 
   SharedBackstage backstage_;
-  std::vector<std::uint32_t> list_;
-  std::uint32_t listCount_ = 0, seedCount_ = 0;
+  Restarting<std::vector<std::uint32_t>> list_;
   std::size_t drawn_ = 0;
-  std::uint32_t seed_;
+  Restarting<std::uint32_t> seed_;
   std::mt19937 generator_;
 };
 

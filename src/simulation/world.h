@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/artwork.h"
@@ -14,6 +15,7 @@
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
 #include "platform/ui/geometry.h"
+#include "platform/ui/text_style.h"
 #include "platform/value.h"
 #include "simulation/keyed_table.h"
 
@@ -107,6 +109,20 @@ struct WorldService {
 /// The record that the running process has of itself.
 enum class WorldBundle { plugin, application, other, none };
 
+/// A value that starts something again each time it is given, even if it is the same.
+template <class T>
+struct Restarting {
+  T value{};
+  std::uint32_t timesGiven = 0;
+
+  Restarting& operator=(T given) {
+    value = std::move(given);
+    ++timesGiven;
+    return *this;
+  }
+  bool operator==(const Restarting&) const = default;
+};
+
 /// Everything that is scripted of the world around the widget. A plain value; a platform is made from one and
 /// may be given changes while it runs.
 struct World {
@@ -118,14 +134,10 @@ struct World {
   LayoutDirection layoutDirection = LayoutDirection::leftToRight;
   /// Pixels a point.
   double scale = 2;
-  /// One of the twelve text size categories: XS to XXXL, AX1 to AX5.
-  std::string textSize = "L";
+  ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
   /// Drawn first, in this order; then the generator that `seed` starts takes over.
-  std::vector<std::uint32_t> random;
-  std::uint32_t seed = 1;
-  /// How often a scenario has given each of them: one that is given again starts again, even if it is the
-  /// same.
-  std::uint32_t randomCount = 0, seedCount = 0;
+  Restarting<std::vector<std::uint32_t>> random;
+  Restarting<std::uint32_t> seed{1};
 
   WorldHost host;
   /// What the store of the companion application's suite holds at the start, and when the world is changed.

@@ -22,8 +22,8 @@ class DynamicType : public ::testing::Test {
   DynamicType() { installPlatform(platform_); }
   ~DynamicType() override { installPlatform(nullptr); }
 
-  void setTextSize(const std::string& name) {
-    platform_->changeWorld([&](auto& world) { world.textSize = name; });
+  void setTextSize(ui::TextSizeCategory category) {
+    platform_->changeWorld([&](auto& world) { world.textSize = category; });
   }
 
   std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
@@ -55,7 +55,7 @@ class Witness : public Object {
 };
 
 TEST_F(DynamicType, AValueScalesWithItsFont) {
-  setTextSize("AX3");
+  setTextSize(ui::TextSizeCategory::AX3);
   DynamicTypeValue value(21, nullptr);
   EXPECT_EQ(value.scaledValue(), 21);
   value.setFontProvider(kNoFont);
@@ -76,7 +76,7 @@ TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
   auto guide = std::make_shared<ui::LayoutGuide>();
   auto homeless = guide->heightAnchor().constraintEqualToConstant(0);
 
-  setTextSize("XL");
+  setTextSize(ui::TextSizeCategory::XL);
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
   DynamicTypeWizard::autoscaleStackView(stack, 21, kHeadline);
   EXPECT_EQ(DynamicTypeWizard::autoscaledConstraint(constraint, 21, kHeadline), constraint);
@@ -89,10 +89,10 @@ TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
     EXPECT_EQ(homeless->constant(), ui::snappedToPixel(scaled, 2)) << "the main display's grid";
   };
   expectAt(ui::TextSizeCategory::XL);
-  setTextSize("AX5");
+  setTextSize(ui::TextSizeCategory::AX5);
   expectAt(ui::TextSizeCategory::AX5);
   view->addLayoutGuide(guide);
-  setTextSize("XS");
+  setTextSize(ui::TextSizeCategory::XS);
   EXPECT_EQ(homeless->constant(), ui::snappedToPixel(21 * factor(ui::TextSizeCategory::XS), 1))
       << "that of the guide's view";
 }
@@ -106,7 +106,7 @@ TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) 
   EXPECT_EQ(DynamicTypeWizard::autoscaledConstraint(constraint, 21, nullptr), constraint);
   DynamicTypeWizard::autoscaleStackView(stack, 21, nullptr);
   DynamicTypeWizard::updateUnscaledConstantValue(21, kHeadline, constraint);
-  setTextSize("AX1");
+  setTextSize(ui::TextSizeCategory::AX1);
   EXPECT_EQ(constraint->constant(), 5);
   EXPECT_EQ(stack->spacing(), 6);
 
@@ -116,13 +116,13 @@ TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) 
   DynamicTypeWizard::autoscaledConstraint(constraint, 10, kHeadline);
   DynamicTypeWizard::autoscaledConstraint(constraint, 20, kNoFont);
   EXPECT_EQ(constraint->constant(), 20);
-  setTextSize("AX2");
+  setTextSize(ui::TextSizeCategory::AX2);
   EXPECT_EQ(label->font(), footnote()) << "what is registered stays";
   EXPECT_EQ(constraint->constant(), 20);
   DynamicTypeWizard::updateUnscaledConstantValue(40, kHeadline, constraint);
   EXPECT_EQ(constraint->constant(), view.snappedToPixel(40 * factor(ui::TextSizeCategory::AX2)));
   DynamicTypeWizard::updateUnscaledConstantValue(41, nullptr, constraint);
-  setTextSize("L");
+  setTextSize(ui::TextSizeCategory::L);
   EXPECT_EQ(constraint->constant(), 41);
 }
 
@@ -144,7 +144,7 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
   DynamicTypeWizard::autorefreshLabel(witness->label, kHeadline);
   EXPECT_TRUE(notes.empty()) << "nothing is run when it is registered";
 
-  setTextSize("AX5");
+  setTextSize(ui::TextSizeCategory::AX5);
   const auto grown = std::to_string(std::lround(100 * factor(ui::TextSizeCategory::AX5)));
   EXPECT_EQ(notes,
             (std::vector<std::string>{"font AX5, constant 100, spacing 100",
@@ -154,7 +154,7 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
   DynamicTypeWizard::makeObject(witness, &Witness::first, 2);
   DynamicTypeWizard::makeObject(witness, &Witness::first, 0);
   DynamicTypeWizard::unregisterObject(witness->label);
-  setTextSize("AX4");
+  setTextSize(ui::TextSizeCategory::AX4);
   EXPECT_EQ(notes.size(), 3U);
   EXPECT_EQ(notes.front(), "first") << "the later operation replaces the earlier one";
   EXPECT_EQ(notes.back(), "first");
@@ -162,7 +162,7 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
 
   notes.clear();
   DynamicTypeWizard::unregisterObject(witness);
-  setTextSize("L");
+  setTextSize(ui::TextSizeCategory::L);
   EXPECT_TRUE(notes.empty());
   EXPECT_EQ(witness->stack->spacing(), 100) << "so does everything else";
 }
@@ -174,7 +174,7 @@ TEST_F(DynamicType, LeavesOutWhatIsTakenOutWhileItTells) {
   DynamicTypeWizard::makeObject(ending, &Witness::endOther, 0);
   DynamicTypeWizard::makeObject(ended, &Witness::first, 0);
   DynamicTypeWizard::makeObject(ended, &Witness::second, 1);
-  setTextSize("S");
+  setTextSize(ui::TextSizeCategory::S);
   EXPECT_TRUE(notes.empty());
   MakeObjectsPerformSelectorWithMap(nullptr);
 }
@@ -196,7 +196,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
   DynamicTypeWizard::autoscaledConstraint(constraint, 21, counting);
   DynamicTypeWizard::makeObject(witness, &Witness::first, 1);
   view.reset();
-  setTextSize("XL");
+  setTextSize(ui::TextSizeCategory::XL);
   EXPECT_EQ(fontsAsked, 6) << "once a registration and a change, also where a constraint's view has gone";
   const std::vector<std::weak_ptr<Object>> registered = {label, stack, constraint, witness};
   label.reset();
@@ -205,7 +205,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
   witness.reset();
   for (const auto& object : registered) EXPECT_TRUE(object.expired());
   notes.clear();
-  setTextSize("XXL");
+  setTextSize(ui::TextSizeCategory::XXL);
   EXPECT_EQ(fontsAsked, 6);
   EXPECT_TRUE(notes.empty());
 }
@@ -215,10 +215,10 @@ TEST_F(DynamicType, StartsAfreshWithEachPlatform) {
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
   auto other = simulation::SimulatedPlatform::make();
   installPlatform(other);
-  other->changeWorld([](auto& world) { world.textSize = "AX5"; });
+  other->changeWorld([](auto& world) { world.textSize = ui::TextSizeCategory::AX5; });
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::L);
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
-  other->changeWorld([](auto& world) { world.textSize = "AX1"; });
+  other->changeWorld([](auto& world) { world.textSize = ui::TextSizeCategory::AX1; });
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::AX1);
 }
 

@@ -26,8 +26,8 @@ class Row : public ::testing::Test {
   Row() { installPlatform(platform_); }
   ~Row() override { installPlatform(nullptr); }
 
-  void setTextSize(const std::string& name) {
-    platform_->changeWorld([&](auto& world) { world.textSize = name; });
+  void setTextSize(ui::TextSizeCategory category) {
+    platform_->changeWorld([&](auto& world) { world.textSize = category; });
   }
   /// What a table does: the row gets the height that its constraints ask for.
   static void layOut(ui::TableViewCell& cell, double width = kWidth) {

@@ -107,7 +107,7 @@ TEST_F(TableOfCells, MakesNoMoreCellsThanFitPlusAFewForTenThousandRows) {
 
 TEST_F(TableOfCells, RowsInSightFollowTheTextSizeAndTheWidth) {
   showRows(20);
-  setTextSize("XS");
+  setTextSize(ui::TextSizeCategory::XS);
   table_->layoutIfNeeded();
   expectRowsInSight();
   const auto first = std::dynamic_pointer_cast<FixedHeightCell>(table_->cellForRow({0, 0}));

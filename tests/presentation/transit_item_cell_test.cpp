@@ -108,7 +108,7 @@ TEST_F(ItemCell, FollowsTheTextSize) {
   show(item("Delays", "Expect to wait"), 89, 200);
   EXPECT_EQ(cell_->primaryLabel()->font(), ui::Font(ui::TextStyle::headline, {.bold = true}));
   EXPECT_EQ(cell_->secondaryLabel()->font(), ui::Font(ui::TextStyle::subheadline));
-  setTextSize("AX1");
+  setTextSize(ui::TextSizeCategory::AX1);
   layOut(*cell_);
   const auto category = ui::TextSizeCategory::AX1;
   const double factor = ui::scaleFactor(ui::TextStyle::headline, category);
@@ -139,7 +139,7 @@ class ItalicCell final : public RVTransitItemFixedHeightCell {
 TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
   auto cell = ItalicCell::make();
   EXPECT_TRUE(cell->primaryLabel()->font().traits().italic);
-  setTextSize("XL");
+  setTextSize(ui::TextSizeCategory::XL);
   EXPECT_EQ(cell->primaryLabel()->font(), cell->_primaryFont());
   EXPECT_EQ(cell->secondaryLabel()->font(), cell->_secondaryFont());
   const double capHeight = 0.7 * cell->_primaryFont().pointSize();
@@ -149,7 +149,7 @@ TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
   const std::weak_ptr<ItalicCell> gone = cell;
   cell.reset();
   EXPECT_TRUE(gone.expired());
-  setTextSize("S");
+  setTextSize(ui::TextSizeCategory::S);
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::XL)
       << "a label that outlives its cell keeps its font";
 }

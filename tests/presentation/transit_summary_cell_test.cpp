@@ -83,7 +83,7 @@ TEST_F(SummaryCell, ABlockThatIsTallerThanTheRowStaysInside) {
 
 TEST_F(SummaryCell, FollowsTheTextSizeWithoutScalingItsSpacing) {
   cell_->setRowHeight(250);
-  setTextSize("AX2");
+  setTextSize(ui::TextSizeCategory::AX2);
   show(summary("3 lines affected", shields(3)));
   const double pointSize = cell_->primaryLabel()->font().pointSize();
   EXPECT_EQ(cell_->primaryLabel()->font(), ui::Font(ui::TextStyle::headline, {}, ui::TextSizeCategory::AX2));

@@ -339,15 +339,15 @@ TEST_F(ViewController, ANewWidthMovesTheRowsOnlyWhenTheyLookDifferent) {
 
 TEST_F(ViewController, FollowsTheTextSizeWhileItIsVisible) {
   startVisible();
-  const auto grow = [this](const char* category) {
+  const auto grow = [this](ui::TextSizeCategory category) {
     perform(step::Set{[](World& world) { world.host.compact.height += 10; }});
     perform(step::TextSize{category});
   };
-  grow("XL");
+  grow(ui::TextSizeCategory::XL);
   EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
   EXPECT_EQ(controller().dataSource()->maxNumberOfRows(), 3U);
   perform(step::Disappear{});
-  grow("AX1");
+  grow(ui::TextSizeCategory::AX1);
   EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
   perform(step::Appear{});
   EXPECT_EQ(controller().dataSource()->rowHeight(), 130) << "caught up on";

@@ -262,7 +262,7 @@ TEST_F(CompanionTest, AnOpenWindowIsShownAgainInTheTextSizeOfNow) {
   const auto searchFont = [] { return window<FavoritesWindow>()->findChild<QLineEdit*>()->font(); };
   const double usual = searchFont().pointSizeF();
   window<FavoritesWindow>()->setGeometry(30, 40, 500, 600);
-  change([](simulation::World& world) { world.textSize = "AX3"; });
+  change([](simulation::World& world) { world.textSize = ui::TextSizeCategory::AX3; });
   openFavorites();
   EXPECT_GT(searchFont().pointSizeF(), usual * 1.5);
   EXPECT_EQ(window<FavoritesWindow>()->geometry(), QRect(30, 40, 500, 600));

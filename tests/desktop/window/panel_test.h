@@ -93,7 +93,7 @@ class PanelTest : public testing::Test {
     };
     services.showFavorites = [this] { ++favoritesShown_; };
     services.setTextSize = [this](ui::TextSizeCategory category) {
-      change([&](simulation::World& world) { world.textSize = std::string(ui::nameOf(category)); });
+      change([&](simulation::World& world) { world.textSize = category; });
     };
     services.dataNote = [] { return QStringLiteral("A note"); };
     return services;

@@ -210,7 +210,7 @@ TEST_F(PanelTest, KeysOfTheWindow) {
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
   EXPECT_GT(rows().height(), 200) << "rows grow with their text";
   EXPECT_EQ(panel_->height(), rows().height() + 64 + 20) << "the header too, but not as much";
-  change([](auto& world) { world.textSize = "L"; });
+  change([](auto& world) { world.textSize = ui::TextSizeCategory::L; });
   makePanel();
   show();
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5) << "it is kept";

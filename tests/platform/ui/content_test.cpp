@@ -113,7 +113,7 @@ TEST_F(ContentTest, ALargerTextSizeIsAnnouncedAndScalesFonts) {
   int announced = 0;
   const auto observer = std::make_shared<LayoutGuide>();
   platform_->notificationCenter().addObserver(observer, kTextSizeDidChangeNotification, [&] { ++announced; });
-  platform_->changeWorld([](simulation::World& world) { world.textSize = "AX3"; });
+  platform_->changeWorld([](simulation::World& world) { world.textSize = ui::TextSizeCategory::AX3; });
   platform_->changeWorld([](simulation::World& world) { world.lockState = 1; });
   EXPECT_EQ(announced, 1);
   EXPECT_GT(Font::preferred(TextStyle::headline).scaledValue(21), 42);
