@@ -60,20 +60,30 @@ Report listFeeds(const SavedState& saved, desktop::TransitFeeds& shown) {
   return report;
 }
 
+Report refusedAsTaken(const std::string& name) {
+  return refused(failure("feed " + name, "", "there is one of that name; remove it first"));
+}
+
 Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
   for (const auto& fault :
        {faultOfName(command.name), faultOfLocation(command.gtfs), faultOfLocation(command.alerts)}) {
     if (fault) return refused(*fault);
   }
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
+  const auto known = saved.feeds().list();
+  if (!known) return refused(known.error());
+  if (std::ranges::find(*known, feed.name, &StoredFeed::name) != known->end())
+    return refusedAsTaken(feed.name);
   // What cannot be read is better not added: the user is here to mend it.
+  saved.feedCache()->holdBack();
   const auto lines = documents.lineIndexOf(feed);
   if (!lines) return refused(lines.error());
   const auto alerts = documents.alertsOf(feed, nullptr);
   if (!alerts) return refused(alerts.error());
   const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
-  if (!*added) return refused(failure("feed " + feed.name, "", "there is one of that name; remove it first"));
+  if (!*added) return refusedAsTaken(feed.name);
+  saved.feedCache()->writeHeldBack();
   return Report::of("Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n");
 }
 

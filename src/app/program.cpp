@@ -37,19 +37,22 @@ class Dispatch {
     return report;
   }
   Report operator()(const ShowCommand& command) const {
-    return inSession([&](Session& session) { return show(session, command, options_, style_); });
+    return inSession<Session::openWithFeeds>(
+        [&](Session& session) { return show(session, command, options_, style_); });
   }
   Report operator()(const FavoritesCommand& command) const {
-    return inSession([&](Session& session) { return favorites(session, command, style_); });
+    return inSession<Session::openWithFeeds>(
+        [&](Session& session) { return favorites(session, command, style_); });
   }
   Report operator()(const LinesCommand& command) const {
-    return inSession([&](Session& session) { return lines(session, command, style_); });
+    return inSession<Session::openWithFeeds>(
+        [&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); }, goOnWithoutFeeds);
+    return inSession([&](Session& session) { return feed(session, command); });
   }
   Report operator()(const AnalyticsCommand& command) const {
-    return inSession([&](Session& session) { return analytics(session, command); }, goOnWithoutFeeds);
+    return inSession([&](Session& session) { return analytics(session, command); });
   }
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
@@ -58,14 +61,12 @@ class Dispatch {
   Report operator()(const RenderCommand&) const { return handOver(argv_); }
 
  private:
-  static void goOnWithoutFeeds(desktop::DesktopSettings& settings) { settings.goesOnWithoutFeeds = true; }
-
-  template <class Work>
-  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
+  template <auto open = Session::open, class Work>
+  Report inSession(Work work) const {
     // Qt takes its own options out of what it is given.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = Session::open(options_, adjust);
+    const auto session = open(options_, {});
     return session ? work(**session) : refused(session.error());
   }
 

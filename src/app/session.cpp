@@ -43,6 +43,14 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
   return std::unique_ptr<Session>(new Session(std::move(*platform)));
 }
 
+Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& options,
+                                                         const Adjustment& adjust) {
+  auto session = open(options, adjust);
+  if (!session) return session;
+  if (auto error = (*session)->platform().feeds().follow()) return *std::move(error);
+  return session;
+}
+
 Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::move(platform)) {
   installPlatform(platform_);
 }

@@ -21,6 +21,9 @@ class Session {
 
   /// `adjust`, which may be empty, adds what the command needs of the platform.
   static Outcome<std::unique_ptr<Session>> open(const CommonOptions& options, const Adjustment& adjust = {});
+  /// For what needs to know which feeds are shown: an error when that cannot be read.
+  static Outcome<std::unique_ptr<Session>> openWithFeeds(const CommonOptions& options,
+                                                         const Adjustment& adjust = {});
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;

@@ -108,8 +108,7 @@ std::optional<Error> DesktopPlatform::open() {
   documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
-  auto error = roles_->feeds->follow();
-  return settings_.goesOnWithoutFeeds ? std::nullopt : std::move(error);
+  return std::nullopt;
 }
 
 ShownFeeds DesktopPlatform::shownFeeds() const {

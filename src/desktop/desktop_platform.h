@@ -27,7 +27,7 @@ namespace linewatch::desktop {
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
  public:
-  /// Fails when the saved state cannot be read, unless it is to go on without.
+  /// Fails when it is not known where the saved state lies. Reads nothing of it yet, so no feed is followed.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 

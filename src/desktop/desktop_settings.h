@@ -32,9 +32,6 @@ struct DesktopSettings {
   std::optional<Date> now;
   UserLocale locale;
   bool verbose = false;
-  /// Whether the platform is made also when it is not known which feeds are shown: look-ups then give the
-  /// error for as long as that is so.
-  bool goesOnWithoutFeeds = false;
   /// Values in front of the companion application's preferences, for this run.
   OverlaidPreferences::Values preferences;
   CompanionController::Opener openActivity;

@@ -163,7 +163,7 @@ Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
 void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
   if (!keeps(feed)) return;
   document.bytes = encodeLineIndex(index.contents());
-  cache_->store(feed.name, Kind::kTimetable.name, document);
+  cache_->store(feed.name, Kind::kTimetable.name, std::move(document));
 }
 
 Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
@@ -186,7 +186,7 @@ Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
   }
   if (keeps(feed)) {
     fetched->document.bytes = asBytes((*updated)->payload());
-    cache_->store(feed.name, Kind::kAlerts.name, fetched->document);
+    cache_->store(feed.name, Kind::kAlerts.name, std::move(fetched->document));
   }
   return updated;
 }

@@ -34,9 +34,8 @@ bool SavedState::recordsAnalytics() const {
 
 // NOLINTNEXTLINE(readability-make-member-function-const): what it changes is this object's, if on a disk.
 std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
-  if (preferences(kCompanionAppGroupSuite)->setObject(isOn, kAnalyticsKey)) return std::nullopt;
-  // The store has told the log what went wrong.
-  return failure("analytics", "", "the switch could not be saved");
+  given_->erase(std::string(kAnalyticsKey));
+  return StoredPreferences(database_, std::string(kCompanionAppGroupSuite)).keep(isOn, kAnalyticsKey);
 }
 
 }  // namespace linewatch::desktop

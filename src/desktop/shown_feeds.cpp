@@ -19,11 +19,7 @@ Outcome<std::vector<StoredFeed>> ShownFeeds::read() const {
   const Saved& saved = std::get<Saved>(source_);
   auto stored = StoredFeeds(saved.state).list();
   if (!stored || !stored->empty()) return stored;
-  if (const auto aside = saved.state->lastSetAside()) {
-    return failure("state database", saved.state->file().string(),
-                   "it was damaged, and is set aside as " + aside->filename().string() +
-                       ": add your feeds and favourites again, or remove that file to start anew");
-  }
+  if (auto lost = saved.state->loss()) return *std::move(lost);
   return std::vector<StoredFeed>{sampleFeed(saved.sampleCity)};
 }
 

@@ -116,8 +116,8 @@ Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool 
     for (const StoredFavorite& each : *sample) {
       if (const auto added = stored.add(each); !added) return added.error();
     }
-    if (!programPreferences(state).setObject(true, kSampleFavoritesChangedKey))
-      return failure("favourites", "", "the change could not be saved");
+    if (auto error = programPreferences(state).keep(true, kSampleFavoritesChangedKey))
+      return *std::move(error);
   }
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
 }

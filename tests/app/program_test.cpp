@@ -92,11 +92,19 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {{"--gtfs", "g", "show"}, "--alerts"},
            {{"--locale", "???", "show"}, "???"},
            {saved({"favorites", "add", "nope"}), "nope"},
-           {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}), "/nowhere"},
+           {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}),
+            "feed x: /nowhere: no such"},
            {saved({"feed", "remove", "x"}), "x"},
            {saved({"feed", "add", "sample", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}),
             "feed \"sample\": the program uses this name"},
            {given({"feed"}), "feed: a run without saved state"},
+           {{"--state-dir", folder_ / "alerts.pb", "show"}, "alerts.pb: it is not a folder"},
+           {{"--state-dir", folder_ / "alerts.pb/x", "analytics", "off"}, "the folder cannot be made: Not a"},
+           {{"--state-dir", folder_ / "alerts.pb/x", "favorites", "add", "M1"},
+            "the folder cannot be made: Not a"},
+           {{"--state-dir", folder_ / "alerts.pb/x", "feed", "add", "x", "--gtfs", folder_ / "gtfs",
+             "--alerts", folder_ / "alerts.pb"},
+            "state database: "},
            {saved({"open", "/nowhere"}), "/nowhere"},
            {saved({"open", folder_ / "gtfs"}), "gtfs: Is a directory"},
            {{"simulate", folder_ / "gtfs"}, "gtfs: Is a directory"},
@@ -153,7 +161,7 @@ TEST_F(ProgramTest, ChangesTheSampleCitysFavouritesFromWhatTheyAre) {
 
 TEST_F(ProgramTest, NoMadeUpCityStandsInForALostDatabase) {
   folder_.write("state/linewatch.sqlite", std::string(5000, 'x'));
-  EXPECT_THAT(runProgram(saved({"show"})).errors, HasSubstr("; set aside as "));
+  EXPECT_THAT(runProgram(saved({"show"})).errors, HasSubstr("is set aside as "));
   const auto again = runProgram(saved({"show"}));
   EXPECT_EQ(again.status, 2);
   EXPECT_THAT(again.output, IsEmpty());

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_sketch.h"
 #include "desktop/recording_log.h"
 #include "desktop/sentence.h"

@@ -92,13 +92,13 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   std::unique_ptr<Panel> shown;
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;
-    // The panel shows the error, and goes on once it has passed.
-    adjusted.goesOnWithoutFeeds = true;
     adjusted.openActivity = [&shown](const UserActivity& activity, const OpenHandler& done) {
       shown->companion().openActivity(activity, done);
     };
   });
   if (!session) return refused(session.error());
+  // The panel shows an error itself, and goes on once it has passed.
+  static_cast<void>((*session)->platform().feeds().follow());
   shown = std::make_unique<Panel>(**session, *screen, *locale, command.companion, options.maxRows);
   shown->window().show();
   QApplication::exec();

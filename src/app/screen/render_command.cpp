@@ -60,7 +60,7 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
   const auto application = desktop::makeOffscreenApplication();
   const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfPicture(command, *locale));
   auto session =
-      Session::open(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
+      Session::openWithFeeds(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
   if (!session) return refused(session.error());
   const WidgetDisplayMode mode = command.expanded ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
   const Size compact{command.width, desktop::compactHeightAt(command.textSize)};

@@ -14,7 +14,6 @@ std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string
                                               std::string_view location) const {
   std::optional<CachedDocument> document;
   database_->report(database_->read([&](SqliteDatabase& database) {
-    document.reset();
     return database.run(
         "SELECT location, fetched, etag, last_modified, bytes FROM document "
         "WHERE feed = ? AND kind = ? AND location = ?",
@@ -23,26 +22,47 @@ std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string
   return document;
 }
 
-void FeedCache::store(std::string_view feed, std::string_view kind, const CachedDocument& document) {
-  database_->report(database_->write([&](SqliteDatabase& database) {
+void FeedCache::store(std::string_view feed, std::string_view kind, CachedDocument document) {
+  write([feed = std::string(feed), kind = std::string(kind),
+         document = std::move(document)](SqliteDatabase& database) {
     return database.run(
         "INSERT OR REPLACE INTO document (feed, kind, location, fetched, etag, last_modified, bytes) "
         "VALUES (?, ?, ?, ?, ?, ?, ?)",
         {feed, kind, document.location, secondsOf(document.fetched), parameterOf(document.etag),
          parameterOf(document.lastModified), document.bytes});
-  }));
+  });
 }
 
 void FeedCache::confirm(std::string_view feed, std::string_view kind, Date fetched) {
-  database_->report(database_->write([&](SqliteDatabase& database) {
+  write([feed = std::string(feed), kind = std::string(kind), fetched](SqliteDatabase& database) {
     return database.run("UPDATE document SET fetched = ? WHERE feed = ? AND kind = ?",
                         {secondsOf(fetched), feed, kind});
-  }));
+  });
 }
 
 void FeedCache::remove(std::string_view feed) {
-  database_->report(database_->write(
-      [&](SqliteDatabase& database) { return database.run("DELETE FROM document WHERE feed = ?", {feed}); }));
+  write([feed = std::string(feed)](SqliteDatabase& database) {
+    return database.run("DELETE FROM document WHERE feed = ?", {feed});
+  });
+}
+
+void FeedCache::holdBack() {
+  const std::lock_guard lock(mutex_);
+  heldBack_.emplace();
+}
+
+void FeedCache::writeHeldBack() {
+  std::unique_lock lock(mutex_);
+  const auto operations = std::exchange(heldBack_, std::nullopt).value_or(Operations());
+  lock.unlock();
+  for (const auto& operation : operations) database_->save(operation);
+}
+
+void FeedCache::write(StoredDatabase::Operation operation) {
+  std::unique_lock lock(mutex_);
+  if (heldBack_) return heldBack_->push_back(std::move(operation));
+  lock.unlock();
+  database_->save(std::move(operation));
 }
 
 }  // namespace linewatch::desktop

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "desktop/storage/state_database.h"
 #include "platform/date.h"
@@ -33,14 +35,25 @@ class FeedCache {
   std::optional<CachedDocument> find(std::string_view feed, std::string_view kind,
                                      std::string_view location) const;
   /// Keeps the document in place of the one before.
-  void store(std::string_view feed, std::string_view kind, const CachedDocument& document);
+  void store(std::string_view feed, std::string_view kind, CachedDocument document);
   /// Notes that the kept document was still current at `fetched`.
   void confirm(std::string_view feed, std::string_view kind, Date fetched);
   /// Forgets all of the feed.
   void remove(std::string_view feed);
 
+  /// From now on all that changes the cache waits for `writeHeldBack`, and is not seen before: for a feed
+  /// that may not come to be added, of which nothing is to be left.
+  void holdBack();
+  void writeHeldBack();
+
  private:
+  using Operations = std::vector<StoredDatabase::Operation>;
+  void write(StoredDatabase::Operation operation);
+
   SharedDatabase database_;
+  std::mutex mutex_;
+  /// Absent when nothing is held back.
+  std::optional<Operations> heldBack_;
 };
 
 }  // namespace linewatch::desktop

@@ -1,5 +1,6 @@
 #include "desktop/storage/sqlite_database.h"
 
+#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -142,7 +143,9 @@ std::int64_t SqliteDatabase::lastRowId() const { return sqlite3_last_insert_rowi
 Error SqliteDatabase::errorFor(int result) const {
   const char* reason = reasonFor(result);
   if (reason == nullptr) reason = connection_ ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(result);
-  Error error = failure(place_, "", reason);
+  const bool isOfSystem = connection_ && (result & kPrimaryCodeMask) == SQLITE_CANTOPEN;
+  const int number = isOfSystem ? sqlite3_system_errno(connection_.get()) : 0;
+  Error error = failure(place_, reason, number == 0 ? "" : std::generic_category().message(number));
   error.domain = kSqliteErrorDomain;
   error.code = result;
   return error;

@@ -69,8 +69,10 @@ constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
   ) STRICT;
 )sql"};
 
-constexpr DatabaseSchema kStateSchema{"state database", 0x4C575354, kStateMigrations};  // "LWST"
-constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations};      // "LWFC"
+constexpr DatabaseSchema kStateSchema{
+    "state database", 0x4C575354, kStateMigrations,  // "LWST"
+    "add your feeds and favourites again, or remove that file to start anew"};
+constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations};  // "LWFC"
 
 }  // namespace
 

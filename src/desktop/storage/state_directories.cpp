@@ -32,6 +32,8 @@ Outcome<StateDirectories> StateDirectories::under(const std::filesystem::path& f
   std::error_code error;
   const auto absolute = std::filesystem::absolute(folder, error);
   if (error) return failure("state folder", folder.string(), error.message());
+  if (std::filesystem::exists(absolute, error) && !std::filesystem::is_directory(absolute, error))
+    return failure("state folder", folder.string(), "it is not a folder");
   return StateDirectories{absolute, absolute / "cache"};
 }
 

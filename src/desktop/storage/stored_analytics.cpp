@@ -98,7 +98,6 @@ void StoredUsageRecorder::captureUserAction(std::string_view action, std::int64_
 Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database) {
   std::vector<StoredWidgetSession> sessions;
   const auto error = database.read([&](SqliteDatabase& open) {
-    sessions.clear();
     IncidentsOfSessions incidents;
     auto failed = open.run("SELECT widget_session, line_muid, title FROM shown_incident ORDER BY position",
                            {}, [&](const SqliteRow& row) {
@@ -117,7 +116,6 @@ Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& d
 Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& database) {
   std::vector<StoredUserAction> actions;
   const auto error = database.read([&](SqliteDatabase& open) {
-    actions.clear();
     return open.run(
         "SELECT time, action, target, value FROM user_action ORDER BY id", {}, [&](const SqliteRow& row) {
           actions.push_back({Date(Seconds(row.real(0))), row.text(1), row.integer(2), row.optionalText(3)});

@@ -89,9 +89,12 @@ std::optional<Error> StoredDatabase::writeLocked(const Operation& operation) {
   });
 }
 
-std::optional<std::filesystem::path> StoredDatabase::lastSetAside() const {
+std::optional<Error> StoredDatabase::loss() const {
   const int count = countBeside(file_);
-  return count == 0 ? std::nullopt : std::optional(nameBeside(file_, count));
+  if (count == 0) return std::nullopt;
+  const std::string aside = nameBeside(file_, count).filename().string();
+  return within(schema_.name,
+                failure(file_.string(), "it was damaged, and is set aside as " + aside, schema_.remedy));
 }
 
 void StoredDatabase::report(const std::optional<Error>& error) {
@@ -103,7 +106,7 @@ void StoredDatabase::report(const std::optional<Error>& error) {
 bool StoredDatabase::save(Operation operation) {
   const Lock held = lock();
   auto error = held ? catchUp() : busy();
-  if (!error) error = writeLocked(operation);
+  if (!error) error = saveLocked(operation);
   if (!error) return true;
   const bool canWait = hurries() && isBusy(*error);
   if (canWait) {
@@ -112,6 +115,13 @@ bool StoredDatabase::save(Operation operation) {
     report(error);
   }
   return canWait;
+}
+
+std::optional<Error> StoredDatabase::saveLocked(const Operation& operation) {
+  auto error = writeLocked(operation);
+  if (!error || !isDamage(*error)) return error;
+  report(*error);
+  return writeLocked(operation);
 }
 
 StoredDatabase::Lock StoredDatabase::lock() {
@@ -132,7 +142,7 @@ std::optional<Error> StoredDatabase::catchUp() {
       if (putOff_.empty()) return std::nullopt;
       next = &putOff_.front();
     }
-    auto error = writeLocked(*next);
+    auto error = saveLocked(*next);
     if (error && isBusy(*error)) return error;
     report(error);
     const std::lock_guard notes(notesMutex_);
@@ -152,9 +162,7 @@ std::optional<Error> StoredDatabase::attempt(const std::function<std::optional<E
   forgetReplacedFile();
   if (connection_) connection_->setBusyTimeout(patience());
   auto error = action();
-  if (!error || !isDamage(*error)) return error;
-  if (auto obstacle = setAside(*error)) return obstacle;
-  return action();
+  return error && isDamage(*error) ? setAside(*error) : error;
 }
 
 std::optional<Error> StoredDatabase::openForReading() {
@@ -242,28 +250,26 @@ std::optional<Error> StoredDatabase::inTransaction(const Operation& operation) {
   return error;
 }
 
-std::optional<Error> StoredDatabase::setAside(const Error& damage) {
+Error StoredDatabase::setAside(const Error& damage) {
   connection_.reset();
-  const auto moved = moveAside();
-  if (!moved) return moved.error();
-  if (!moved->empty()) {
-    report(sentenceOf(damage) + "; set aside as " + moved->string());
-  }
-  return std::nullopt;
+  if (auto obstacle = moveAside()) return *std::move(obstacle);
+  Error error = loss().value_or(damage);
+  error.domain = damage.domain;
+  error.code = damage.code;
+  return error;
 }
 
-/// Empty when another program was faster.
-Outcome<std::filesystem::path> StoredDatabase::moveAside() {
+std::optional<Error> StoredDatabase::moveAside() {
   // Two programs that find the same damage must not set the new file aside as well.
   const FileLock lock(file_);
-  if (identityOf(file_) != connectedFile_) return std::filesystem::path();
+  if (identityOf(file_) != connectedFile_) return std::nullopt;
   const std::filesystem::path aside = nameBeside(file_, countBeside(file_) + 1);
   std::error_code obstacle;
   std::filesystem::rename(file_, aside, obstacle);
   if (obstacle) return refusal("it is damaged and cannot be set aside: " + obstacle.message());
   // A journal that stayed would be undone in the new file.
   std::filesystem::rename(withSuffix(file_, kJournalSuffix), withSuffix(aside, kJournalSuffix), obstacle);
-  return aside;
+  return std::nullopt;
 }
 
 std::optional<StoredDatabase::FileIdentity> StoredDatabase::identityOf(const std::filesystem::path& file) {

@@ -29,18 +29,19 @@ struct DatabaseSchema {
   std::int32_t applicationId;
   /// The statements that lead from each version to the next, the first ones from an empty file to version 1.
   std::span<const std::string_view> migrations;
+  /// What a user can do when a damaged file was set aside; empty when there is nothing to do.
+  std::string_view remedy = {};
 };
 
 /// A database file that outlives the program, opened when it is first needed and made when something is first
 /// written. Several programs may use one file at the same time. Any thread.
 ///
-/// A file that is damaged is set aside under a new name beside it, with a line in the log, and a new one is
-/// begun; a file that a newer version has written, or another program, is left as it is and neither read nor
-/// written.
+/// A file that is damaged is set aside under a new name beside it. Whoever found the damage gets an error
+/// that says so, and what is written next begins a new file. A file that a newer version has written, or
+/// another program, is left as it is and neither read nor written.
 class StoredDatabase {
  public:
-  /// What is done with the open database. It is done again from its start when the file had to be set aside,
-  /// so it begins with clearing what it fills.
+  /// What is done with the open database.
   using Operation = std::function<std::optional<Error>(SqliteDatabase&)>;
 
   struct Options {
@@ -65,17 +66,18 @@ class StoredDatabase {
   void hurryOnThisThread() { hurried_ = std::this_thread::get_id(); }
 
   const std::filesystem::path& file() const { return file_; }
-  /// The damaged file that was set aside last, by whichever program; absent when none lies beside this one.
-  std::optional<std::filesystem::path> lastSetAside() const;
+  /// What is lost with the damaged file that was set aside last, by whichever program; absent when none lies
+  /// beside this one.
+  std::optional<Error> loss() const;
 
   /// Does `operation` if there is a file, and nothing if there is none. Writes nothing.
   std::optional<Error> read(const Operation& operation);
   /// Does `operation` in one transaction: all of it or, after an error, none. Makes the file and its folder
   /// when they are missing.
   std::optional<Error> write(const Operation& operation);
-  /// As `write`, for those who cannot hand an error on: it goes to the log, and false comes back. On a thread
-  /// in a hurry it is put off, with a line in the log, as long as another program holds the file: until
-  /// another save, or the end. So `operation` owns all that it needs.
+  /// As `write`, for those who cannot hand an error on: it goes to the log, and false comes back. After
+  /// damage it goes to the new file. On a thread in a hurry it is put off, with a line in the log, as long as
+  /// another program holds the file: until another save, or the end. So `operation` owns all that it needs.
   bool save(Operation operation);
   /// Puts the error, if there is one, into the log, each sentence once. For those who cannot hand an error
   /// on.
@@ -96,6 +98,8 @@ class StoredDatabase {
   bool hurries() const { return hurried_.load() == std::this_thread::get_id(); }
   std::chrono::milliseconds patience() const { return hurries() ? options_.haste : options_.busyTimeout; }
   std::optional<Error> writeLocked(const Operation& operation);
+  /// Writes to the new file where the old one turns out to be damaged.
+  std::optional<Error> saveLocked(const Operation& operation);
   /// Does what was put off, in its order, until another program is in the way.
   std::optional<Error> catchUp();
   void putOff(Operation operation, const Error& why);
@@ -110,8 +114,9 @@ class StoredDatabase {
   std::optional<Error> migrate();
   std::optional<Error> migrateWithin(SqliteDatabase& database);
   std::optional<Error> inTransaction(const Operation& operation);
-  std::optional<Error> setAside(const Error& damage);
-  Outcome<std::filesystem::path> moveAside();
+  /// The error of whoever found the damage.
+  Error setAside(const Error& damage);
+  std::optional<Error> moveAside();
   Error refusal(std::string_view why) const;
   Error busy() const;
   void forgetReplacedFile();

@@ -32,8 +32,6 @@ Outcome<std::vector<StoredFavorite>> StoredFavorites::list() const {
   std::vector<StoredFavorite> favorites;
   std::vector<std::string> unknownKinds;
   const auto error = database_->read([&](SqliteDatabase& database) {
-    favorites.clear();
-    unknownKinds.clear();
     return database.run("SELECT kind, feed, subject FROM favorite ORDER BY position", {},
                         [&](const SqliteRow& row) {
                           const std::string name = row.text(0);

@@ -7,7 +7,6 @@ namespace linewatch::desktop {
 Outcome<std::vector<StoredFeed>> StoredFeeds::list() const {
   std::vector<StoredFeed> feeds;
   const auto error = database_->read([&](SqliteDatabase& database) {
-    feeds.clear();
     return database.run("SELECT name, gtfs, alerts FROM feed ORDER BY position", {},
                         [&](const SqliteRow& row) {
                           feeds.push_back({row.text(0), row.text(1), row.text(2)});

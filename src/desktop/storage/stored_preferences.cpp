@@ -9,7 +9,6 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
   std::optional<Bytes> bytes;
   bool isTooLarge = false;
   database_->report(database_->read([&](SqliteDatabase& database) {
-    bytes.reset();
     return database.run("SELECT length(value), value FROM preference WHERE suite = ? AND key = ?",
                         {suite_, key}, [&](const SqliteRow& row) {
                           isTooLarge = row.integer(0) > kLargestPreference;
@@ -24,14 +23,24 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
 }
 
 bool StoredPreferences::setObject(Value value, std::string_view key) {
+  const auto operation = keeping(value, key);
+  if (operation) return database_->save(*operation);
+  database_->report(operation.error());
+  return false;
+}
+
+std::optional<Error> StoredPreferences::keep(const Value& value, std::string_view key) {
+  const auto operation = keeping(value, key);
+  return operation ? database_->write(*operation) : operation.error();
+}
+
+Outcome<StoredDatabase::Operation> StoredPreferences::keeping(const Value& value,
+                                                              std::string_view key) const {
   auto bytes = cbor::bytesOf(value);
-  const bool isTooLarge = bytes && static_cast<std::int64_t>(bytes->size()) > kLargestPreference;
-  if (!bytes || isTooLarge) {
-    const char* const why = isTooLarge ? "the value is too large to be kept" : "the value cannot be written";
-    database_->report(failureAt(key, why));
-    return false;
-  }
-  return database_->save(
+  if (!bytes) return failureAt(key, "the value cannot be written");
+  if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
+    return failureAt(key, "the value is too large to be kept");
+  return StoredDatabase::Operation(
       [suite = suite_, key = std::string(key), bytes = std::move(*bytes)](SqliteDatabase& database) {
         return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
                             {suite, key, bytes});
