@@ -3,12 +3,18 @@
 #include <charconv>
 #include <chrono>
 #include <regex>
+#include <utility>
 
 #include <CLI/CLI.hpp>
+
+#include "app/shell_words.h"
+#include "desktop/base/failure.h"
 
 namespace linewatch::app {
 
 namespace {
+
+using desktop::sentenceOf;
 
 constexpr const char* kAbout =
     "Tells whether the transit lines saved as favourites run normally or have incidents.\n"
@@ -114,8 +120,14 @@ struct Grammar {
 
   void addPanel(CLI::App& app) {
     CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
-    sub->add_option("--companion", panel_.companion,
-                    "A command to call with what a row opens, in place of the program's own windows")
+    sub->add_option_function<std::string>(
+           "--companion",
+           [this](const std::string& text) {
+             auto words = shellWords(text);
+             if (!words) throw CLI::ValidationError("--companion", sentenceOf(words.error()));
+             panel_.companion = std::move(*words);
+           },
+           "A command to call with what a row opens, in place of the program's own windows")
         ->type_name("COMMAND")
         ->envname("LINEWATCH_COMPANION");
     sub->callback([this] { command = panel_; });

@@ -87,8 +87,8 @@ struct RenderCommand {
 
 /// Shows the panel.
 struct PanelCommand {
-  /// What is called in place of the program's own windows; empty: nothing.
-  std::string companion;
+  /// The words of what is called in place of the program's own windows; empty: nothing.
+  std::vector<std::string> companion;
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,

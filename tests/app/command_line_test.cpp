@@ -8,6 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 std::variant<CommandLine, Answer> parse(std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), "linewatch");
@@ -31,8 +32,7 @@ TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
 }
 
 TEST(CommandLineTest, KnowsItsCommands) {
-  EXPECT_EQ(commandOf<PanelCommand>({}).companion, "");
-  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--companion", "viewer -x"}).companion, "viewer -x");
+  EXPECT_THAT(commandOf<PanelCommand>({}).companion, IsEmpty());
   EXPECT_FALSE(commandOf<ShowCommand>({"show"}).expanded);
   EXPECT_EQ(commandOf<FavoritesCommand>({"favorites"}).action, FavoritesCommand::Action::list);
   const auto added = commandOf<FavoritesCommand>({"favorites", "add", "M1", "7"});
@@ -55,7 +55,10 @@ TEST(CommandLineTest, AnswersWrongUsageInOneLine) {
            {{"feed", "add", "metro", "--gtfs", "g"}, "--alerts"},
            {{"favorites", "add"}, "LINE"},
            {{"--max-rows", "many", "show"}, "many"},
-           {{"--now", "yesterday", "show"}, "yesterday"}}) {
+           {{"--now", "yesterday", "show"}, "yesterday"},
+           {{"panel", "--companion", "viewer 'x"}, "viewer 'x: a quote is not closed"},
+           {{"panel", "--companion", "viewer \"x\\\""}, "a quote is not closed"},
+           {{"panel", "--companion", "viewer \\"}, "nothing follows"}}) {
     const auto answer = std::get<Answer>(parse(arguments));
     EXPECT_EQ(answer.status, 2);
     EXPECT_THAT(answer.text, HasSubstr(words));
@@ -64,6 +67,21 @@ TEST(CommandLineTest, AnswersWrongUsageInOneLine) {
   const auto help = std::get<Answer>(parse({"--help"}));
   EXPECT_EQ(help.status, 0);
   EXPECT_THAT(help.text, HasSubstr("favorites"));
+}
+
+TEST(CommandLineTest, TellsTheWordsOfACommandApartAsAShellDoes) {
+  for (const auto& [command, words] : std::vector<std::pair<const char*, std::vector<std::string>>>{
+           {"", {}},
+           {" viewer \t-x\n", {"viewer", "-x"}},
+           {R"(viewer "two words" 'and "these"')", {"viewer", "two words", R"(and "these")"}},
+           {R"(a'b c'd"e"f "" '')", {"ab cdef", "", ""}},
+           {R"(one\ word \" \' \\ \n)", {"one word", "\"", "'", "\\", "n"}},
+           {R"("\"\\\$\`\n" '\n\')", {R"("\$`\n)", R"(\n\)"}},
+           {"a\\\nb \\\n c", {"ab", "c"}},
+           {R"($HOME `id` $(id) ~ * a|b;c&d>e #f)",
+            {"$HOME", "`id`", "$(id)", "~", "*", "a|b;c&d>e", "#f"}}}) {
+    EXPECT_EQ(commandOf<PanelCommand>({"panel", "--companion", command}).companion, words) << command;
+  }
 }
 
 TEST(CommandLineTest, ReadsTimes) {

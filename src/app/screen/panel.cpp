@@ -16,12 +16,22 @@ namespace linewatch::app {
 
 using desktop::TransitFeeds;
 
+namespace {
+
+QStringList qtWords(const std::vector<std::string>& words) {
+  QStringList list;
+  for (const std::string& word : words) list.append(QString::fromStdString(word));
+  return list;
+}
+
+}  // namespace
+
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
-             const std::string& command, std::uint64_t maxRows)
+             const std::vector<std::string>& command, std::uint64_t maxRows)
     : session_(session),
       screen_(screen),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
-      companion_(texts_, QString::fromStdString(command), detailsServices(), favoritesServices()),
+      companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
       window_(texts_, panelServices(), maxRows) {
   // What was saved has been read; from now on nobody wants to look at a window that waits.
   if (auto* const saved = platform().saved()) saved->database()->hurryOnThisThread();

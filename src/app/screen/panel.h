@@ -17,9 +17,9 @@ namespace linewatch::app {
 /// is done on another thread. Main thread, under a QApplication; session and screen must outlive it.
 class Panel {
  public:
-  /// `command`: the user's own companion; empty: none. `maxRows`: 0 for no limit.
+  /// `command`: the words of the user's own companion; empty: none. `maxRows`: 0 for no limit.
   Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
-        const std::string& command, std::uint64_t maxRows);
+        const std::vector<std::string>& command, std::uint64_t maxRows);
   ~Panel();
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;

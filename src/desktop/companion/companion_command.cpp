@@ -24,8 +24,6 @@ QString sessionOf(const UserActivity& activity) {
 
 }  // namespace
 
-CompanionCommand::CompanionCommand(const QString& command) : words_(QProcess::splitCommand(command)) {}
-
 std::optional<Error> CompanionCommand::open(const URL& url) const {
   return start(QString::fromStdString(url.absoluteString), nullptr);
 }

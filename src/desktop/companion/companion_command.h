@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "platform/error.h"
 #include "platform/system_controller.h"
@@ -11,13 +13,13 @@
 
 namespace linewatch::desktop {
 
-/// A command of the user's that is called with what a row opens: its words, which double quotes keep
-/// together, then one more, a URL or the path of a file. The file holds the bytes that the row hands over, as
-/// they are, and goes with this object. The environment says more: LINEWATCH_ACTIVITY_TYPE and
-/// LINEWATCH_SESSION. Main thread.
+/// A command of the user's that is called with what a row opens: its words, then one more, a URL or the path
+/// of a file. The file holds the bytes that the row hands over, as they are, and goes with this object. The
+/// environment says more: LINEWATCH_ACTIVITY_TYPE and LINEWATCH_SESSION. Main thread.
 class CompanionCommand {
  public:
-  explicit CompanionCommand(const QString& command);
+  /// `words`: the program and its first arguments; none: no command.
+  explicit CompanionCommand(QStringList words) : words_(std::move(words)) {}
 
   /// Whether there is a command at all.
   bool isSet() const { return !words_.isEmpty(); }

@@ -22,10 +22,10 @@ bool isAboutFavorites(const URL& url) {
 
 }  // namespace
 
-Companion::Companion(SharedWindowTexts texts, const QString& command, DetailsServices details,
+Companion::Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
                      FavoritesServices favorites)
     : texts_(std::move(texts)),
-      command_(command),
+      command_(std::move(command)),
       detailsServices_(std::move(details)),
       favoritesServices_(std::move(favorites)) {}
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
@@ -20,8 +20,8 @@ class Companion {
  public:
   using URLHandler = std::function<void(bool success)>;
 
-  /// `command`: as CompanionCommand takes it; empty: none.
-  Companion(SharedWindowTexts texts, const QString& command, DetailsServices details,
+  /// `command`: the words of the user's, as CompanionCommand takes them.
+  Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
             FavoritesServices favorites);
 
   /// Opens a URL of the companion application: both the one for those who have no favourites yet and that of

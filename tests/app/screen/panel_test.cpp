@@ -34,7 +34,8 @@ class PanelRunTest : public testing::Test {
     });
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
-    panel_ = std::make_unique<Panel>(*session_, *screen_, *desktop::UserLocale::parse("en"), "", 0);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *desktop::UserLocale::parse("en"),
+                                     std::vector<std::string>(), 0);
   }
   ~PanelRunTest() override {
     panel_ = nullptr;

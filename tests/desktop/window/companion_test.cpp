@@ -40,7 +40,7 @@ SharedLineIndex cityLines() {
 /// A panel and a companion that rows are opened in.
 class CompanionTest : public PanelTest {
  protected:
-  void startCompanion(const std::string& command = {}) {
+  void startCompanion(const QStringList& command = {}) {
     auto world = cityWithAStrike();
     world.incidents["strike"].fullDescription = "Few trains run.\n\nMore <b>buses</b> do.";
     world.incidents["strike"].end = Seconds(3600);
@@ -54,9 +54,8 @@ class CompanionTest : public PanelTest {
     startShown(world);
     panel_->setExpanded(true);
     settle();
-    companion_ =
-        std::make_unique<Companion>(std::make_shared<const WindowTexts>(*UserLocale::parse("en")),
-                                    QString::fromStdString(command), detailsServices(), favoritesServices());
+    companion_ = std::make_unique<Companion>(std::make_shared<const WindowTexts>(*UserLocale::parse("en")),
+                                             command, detailsServices(), favoritesServices());
   }
   ~CompanionTest() override { companion_ = nullptr; }
 
@@ -343,8 +342,9 @@ TEST_F(CompanionTest, CallsACommandOfTheUsersInstead) {
   const TemporaryFolder folder;
   const std::string told = folder.path() / "told";
   ASSERT_EQ(mkfifo(told.c_str(), 0600), 0);
-  startCompanion("sh -c \"printf '%s %s %s\\n' $0 $LINEWATCH_ACTIVITY_TYPE $LINEWATCH_SESSION > " + told +
-                 "\"");
+  startCompanion({"sh", "-c",
+                  QString::fromStdString(
+                      "printf '%s %s %s\\n' $0 $LINEWATCH_ACTIVITY_TYPE $LINEWATCH_SESSION > " + told)});
   const auto answer = [&] {
     std::ifstream stream(told);
     std::string line;
@@ -365,7 +365,7 @@ TEST_F(CompanionTest, CallsACommandOfTheUsersInstead) {
   companion_ = nullptr;
   EXPECT_FALSE(std::filesystem::exists(file));
 
-  startCompanion("/nowhere/companion --open");
+  startCompanion({"/nowhere/companion", "--open"});
   EXPECT_FALSE(openURL("rova://?t=r"));
 }
 

@@ -1,0 +1,78 @@
+#include "app/shell_words.h"
+
+#include <optional>
+#include <utility>
+
+#include "desktop/base/failure.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+bool isBlank(char character) { return " \t\n"sv.find(character) != std::string_view::npos; }
+
+/// Between double quotes a backslash stands for itself before any other character.
+bool isEscapedBetweenDoubleQuotes(char character) {
+  return R"($`"\)"sv.find(character) != std::string_view::npos;
+}
+
+/// Takes a command's characters one after the other.
+class ShellWords {
+ public:
+  void take(char character) {
+    if (std::exchange(isEscaped_, false)) return takeEscaped(character);
+    if (quote_ == character) {
+      quote_.reset();
+    } else if (character == '\\' && quote_ != '\'') {
+      isEscaped_ = true;
+    } else if (quote_) {
+      word() += character;
+    } else if (isBlank(character)) {
+      isInWord_ = false;
+    } else if (character == '\'' || character == '"') {
+      quote_ = character;
+      // A word even if nothing stands between the quotes.
+      word();
+    } else {
+      word() += character;
+    }
+  }
+
+  /// What the end of the command leaves open; null when that is nothing.
+  const char* complaint() const {
+    if (quote_) return "a quote is not closed";
+    return isEscaped_ ? "nothing follows the last backslash" : nullptr;
+  }
+  std::vector<std::string> words() && { return std::move(words_); }
+
+ private:
+  void takeEscaped(char character) {
+    // The command goes on in another line.
+    if (character == '\n') return;
+    if (quote_ && !isEscapedBetweenDoubleQuotes(character)) word() += '\\';
+    word() += character;
+  }
+  std::string& word() {
+    if (!std::exchange(isInWord_, true)) words_.emplace_back();
+    return words_.back();
+  }
+
+  std::vector<std::string> words_;
+  bool isInWord_ = false;
+  bool isEscaped_ = false;
+  /// The one that is open.
+  std::optional<char> quote_;
+};
+
+}  // namespace
+
+Outcome<std::vector<std::string>> shellWords(std::string_view command) {
+  ShellWords words;
+  for (const char character : command) words.take(character);
+  if (words.complaint() != nullptr) return desktop::failure(command, "", words.complaint());
+  return std::move(words).words();
+}
+
+}  // namespace linewatch::app
