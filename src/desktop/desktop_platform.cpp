@@ -104,6 +104,7 @@ std::optional<Error> DesktopPlatform::open() {
     const auto directories = directoriesFor(settings_);
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_);
+    if (settings_.mainThreadHurries) saved_->database()->hurryOnThisThread();
   }
   documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });

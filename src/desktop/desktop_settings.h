@@ -32,6 +32,9 @@ struct DesktopSettings {
   std::optional<Date> now;
   UserLocale locale;
   bool verbose = false;
+  /// Whether a person waits for the main thread, which then waits for other programs only for as long as
+  /// nobody notices.
+  bool mainThreadHurries = false;
   /// Values in front of the companion application's preferences, for this run.
   OverlaidPreferences::Values preferences;
   CompanionController::Opener openActivity;

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "desktop/base/failure.h"
-#include "desktop/storage/stored_preferences.h"
 #include "platform/companion_application.h"
 
 namespace linewatch::desktop {
@@ -24,7 +23,7 @@ SavedState::SavedState(const StateDirectories& folders, Log& log,
 
 std::shared_ptr<PreferencesStore> SavedState::preferences(std::string_view suite) const {
   return std::make_shared<OverlaidPreferences>(
-      given_, std::make_shared<StoredPreferences>(database_, std::string(suite)));
+      given_, std::make_shared<StoredPreferences>(database_, std::string(suite), remembered_));
 }
 
 bool SavedState::recordsAnalytics() const {

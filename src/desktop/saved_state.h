@@ -9,6 +9,7 @@
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/state_directories.h"
 #include "desktop/storage/stored_feeds.h"
+#include "desktop/storage/stored_preferences.h"
 #include "platform/error.h"
 
 namespace linewatch::desktop {
@@ -25,6 +26,8 @@ class SavedState {
   const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
   /// The user's own feeds.
   StoredFeeds feeds() const { return StoredFeeds(database_); }
+  /// Reads them all, so that they are known also while another program keeps them from being read.
+  std::optional<Error> rememberPreferences() const { return remembered_->read(*database_); }
   /// Main thread, because of what is given in front.
   std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;
 
@@ -37,6 +40,7 @@ class SavedState {
   SharedDatabase database_;
   std::shared_ptr<FeedCache> feedCache_;
   std::shared_ptr<OverlaidPreferences::Values> given_;
+  std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
 };
 
 }  // namespace linewatch::desktop

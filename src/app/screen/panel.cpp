@@ -33,15 +33,18 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::Us
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
       window_(texts_, panelServices(), maxRows) {
-  // What was saved has been read; from now on nobody wants to look at a window that waits.
-  if (auto* const saved = platform().saved()) saved->database()->hurryOnThisThread();
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::followDesktopColorScheme(window_);
-  followChoice();
+  if (isStateHeld()) {
+    loadWindowOnceStateIsFree();
+  } else {
+    loadWindow();
+  }
 }
 
 // What is still under way answers on the main thread, to nobody.
 Panel::~Panel() {
+  ending_.request_stop();
   platform().stopFetching();
   queue_.finish();
 }
@@ -52,6 +55,36 @@ void Panel::inBackground(Work work, Done done) {
   queue_.post([&mainLoop = platform().mainLoop(), work = std::move(work), done = std::move(done)] {
     mainLoop.dispatchAsync([result = work(), done] { done(result); });
   });
+}
+
+/// Whether another program keeps what was saved from being read. Whatever else may be wrong with it passes no
+/// sooner for being waited for.
+bool Panel::isStateHeld() {
+  const auto* const saved = platform().saved();
+  if (!saved) return false;
+  const auto error = saved->rememberPreferences();
+  saved->database()->report(error);
+  return error && desktop::isBusy(*error);
+}
+
+void Panel::loadWindow() {
+  window_.loadWidget();
+  followChoice();
+}
+
+/// A widget that was made without its list would save in its place that there is none.
+void Panel::loadWindowOnceStateIsFree() {
+  inBackground(
+      [saved = platform().saved(), ending = ending_.get_token()] {
+        auto error = saved->rememberPreferences();
+        while (error && desktop::isBusy(*error) && !ending.stop_requested()) {
+          error = saved->rememberPreferences();
+        }
+        return true;
+      },
+      [this, window = QPointer(&window_)](bool) {
+        if (window) loadWindow();
+      });
 }
 
 desktop::DetailsServices Panel::detailsServices() {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,9 @@ class Panel {
   };
   /// Absent when it cannot be read. Any thread, in a run with saved state.
   static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
+  bool isStateHeld();
+  void loadWindow();
+  void loadWindowOnceStateIsFree();
   void followChoice();
   bool rememberChoice(std::optional<Choice> now);
   QString dataNote();
@@ -50,6 +54,7 @@ class Panel {
   Session& session_;
   desktop::DrawingScreen& screen_;
   desktop::BackgroundQueue queue_;
+  std::stop_source ending_;
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;

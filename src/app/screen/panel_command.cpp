@@ -92,6 +92,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   std::unique_ptr<Panel> shown;
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;
+    adjusted.mainThreadHurries = true;
     adjusted.openActivity = [&shown](const UserActivity& activity, const OpenHandler& done) {
       shown->companion().openActivity(activity, done);
     };

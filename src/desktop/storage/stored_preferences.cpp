@@ -5,28 +5,70 @@
 
 namespace linewatch::desktop {
 
+// ---- What is remembered ----
+
+std::optional<Error> RememberedPreferences::read(StoredDatabase& database) {
+  std::map<Key, Value> values;
+  auto error = database.read([&](SqliteDatabase& open) {
+    return open.run("SELECT suite, key, value FROM preference WHERE length(value) <= ?", {kLargestPreference},
+                    [&](const SqliteRow& row) {
+                      if (auto value = cbor::valueIn(row.bytes(2)))
+                        values.insert_or_assign({row.text(0), row.text(1)}, std::move(*value));
+                    });
+  });
+  if (error) return error;
+  const std::lock_guard lock(mutex_);
+  values_ = std::move(values);
+  return std::nullopt;
+}
+
+std::optional<Value> RememberedPreferences::find(std::string_view suite, std::string_view key) const {
+  const std::lock_guard lock(mutex_);
+  const auto value = values_.find({std::string(suite), std::string(key)});
+  return value == values_.end() ? std::nullopt : std::optional(value->second);
+}
+
+void RememberedPreferences::remember(std::string_view suite, std::string_view key,
+                                     std::optional<Value> value) {
+  Key name{suite, key};
+  const std::lock_guard lock(mutex_);
+  if (value) {
+    values_.insert_or_assign(std::move(name), std::move(*value));
+  } else {
+    values_.erase(name);
+  }
+}
+
+// ---- The store ----
+
 std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
   std::optional<Bytes> bytes;
   bool isTooLarge = false;
-  database_->report(database_->read([&](SqliteDatabase& database) {
+  const auto error = database_->read([&](SqliteDatabase& database) {
     return database.run("SELECT length(value), value FROM preference WHERE suite = ? AND key = ?",
                         {suite_, key}, [&](const SqliteRow& row) {
                           isTooLarge = row.integer(0) > kLargestPreference;
                           if (!isTooLarge) bytes = row.bytes(1);
                         });
-  }));
+  });
+  database_->report(error);
+  if (error) return isBusy(*error) ? remembered(key) : std::nullopt;
   if (isTooLarge) database_->report(failureAt(key, "the stored value is larger than any preference"));
-  if (!bytes) return std::nullopt;
-  auto value = cbor::valueIn(*bytes);
-  if (!value) database_->report(failureAt(key, "the stored value is malformed"));
+  auto value = bytes ? cbor::valueIn(*bytes) : std::nullopt;
+  if (bytes && !value) database_->report(failureAt(key, "the stored value is malformed"));
+  remember(key, value);
   return value;
 }
 
 bool StoredPreferences::setObject(Value value, std::string_view key) {
   const auto operation = keeping(value, key);
-  if (operation) return database_->save(*operation);
-  database_->report(operation.error());
-  return false;
+  if (!operation) {
+    database_->report(operation.error());
+    return false;
+  }
+  const bool isSaved = database_->save(*operation);
+  if (isSaved) remember(key, std::move(value));
+  return isSaved;
 }
 
 std::optional<Error> StoredPreferences::keep(const Value& value, std::string_view key) {
@@ -55,9 +97,18 @@ void StoredPreferences::removeObject(std::string_view key) {
                         [&](const SqliteRow&) { isThere = true; });
   }));
   if (!isThere) return;
-  database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
+  const bool isRemoved = database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
     return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite, key});
   });
+  if (isRemoved) remember(key, std::nullopt);
+}
+
+std::optional<Value> StoredPreferences::remembered(std::string_view key) const {
+  return remembered_ ? remembered_->find(suite_, key) : std::nullopt;
+}
+
+void StoredPreferences::remember(std::string_view key, std::optional<Value> value) const {
+  if (remembered_) remembered_->remember(suite_, key, std::move(value));
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {

@@ -1,7 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "desktop/storage/state_database.h"
@@ -12,12 +17,32 @@ namespace linewatch::desktop {
 /// Bytes, as it is kept: a larger value is neither kept nor read, so that nobody waits for it.
 inline constexpr std::int64_t kLargestPreference = std::int64_t{16} << 20;
 
+/// What the preferences were when they could last be read, or were set: for when another program keeps them
+/// from being read. Any thread.
+class RememberedPreferences {
+ public:
+  /// Reads all of them. After an error what is remembered stays.
+  std::optional<Error> read(StoredDatabase& database);
+
+  std::optional<Value> find(std::string_view suite, std::string_view key) const;
+  /// No value: there is none.
+  void remember(std::string_view suite, std::string_view key, std::optional<Value> value);
+
+ private:
+  using Key = std::pair<std::string, std::string>;
+
+  mutable std::mutex mutex_;
+  std::map<Key, Value> values_;
+};
+
 /// A store on one suite of the state database. It keeps nothing itself: every object on the suite, in every
-/// process, sees the same values.
+/// process, sees the same values. What another program keeps from being read is as it is remembered; absent
+/// where nothing is.
 class StoredPreferences final : public PreferencesStore {
  public:
-  StoredPreferences(SharedDatabase database, std::string suite)
-      : database_(std::move(database)), suite_(std::move(suite)) {}
+  StoredPreferences(SharedDatabase database, std::string suite,
+                    std::shared_ptr<RememberedPreferences> remembered = nullptr)
+      : database_(std::move(database)), suite_(std::move(suite)), remembered_(std::move(remembered)) {}
 
   std::optional<Value> objectForKey(std::string_view key) const override;
   bool setObject(Value value, std::string_view key) override;
@@ -29,8 +54,13 @@ class StoredPreferences final : public PreferencesStore {
   Outcome<StoredDatabase::Operation> keeping(const Value& value, std::string_view key) const;
   Error failureAt(std::string_view key, std::string_view why) const;
 
+  std::optional<Value> remembered(std::string_view key) const;
+  void remember(std::string_view key, std::optional<Value> value) const;
+
   SharedDatabase database_;
   std::string suite_;
+  /// May be null.
+  std::shared_ptr<RememberedPreferences> remembered_;
 };
 
 }  // namespace linewatch::desktop

@@ -98,32 +98,43 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::u
   resize(static_cast<int>(kCompactSize.width) + 2 * kMargin, height());
   setMinimumWidth(kLeastWidth);
   setMaximumWidth(kMostWidth);
-  if (const auto textSize = keptTextSize()) services_.setTextSize(*textSize);
-  loadWidget();
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(0);
   header_ = makeHeader();
   layout->addWidget(header_);
-  rows_ = new RowSurface(controller_->sharedView(), controller_->tableView(),
-                         [this](std::size_t row) { return wordsOf(row); });
-  rows_->setCornerRadius(kCardRadius);
-  rows_->setAccessibleName((*texts_)("Rows"));
-  layout->addWidget(rows_);
+  placeholder_ = makePlaceholder();
+  layout->addWidget(placeholder_);
   makeActions();
   resizing_ = new QVariantAnimation(this);
   resizing_->setEasingCurve(QEasingCurve::InOutCubic);
   connect(resizing_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& height) { applyRowsHeight(height.toDouble()); });
   showHeaderAt(textSizeNow());
-  setRowsHeight(heightForRows(), false);
+  applyRowsHeight(compactHeightAt(textSizeNow()));
   showPalette();
+}
+
+void PanelWindow::loadWidget() {
+  if (const auto textSize = keptTextSize()) services_.setTextSize(*textSize);
+  makeController();
+  rows_ = new RowSurface(controller_->sharedView(), controller_->tableView(),
+                         [this](std::size_t row) { return wordsOf(row); });
+  rows_->setCornerRadius(kCardRadius);
+  rows_->setAccessibleName((*texts_)("Rows"));
+  delete std::exchange(placeholder_, nullptr);
+  layout()->addWidget(rows_);
+  for (QAction* const action : actions()) action->setEnabled(true);
+  showHeaderAt(textSizeNow());
+  setRowsHeight(heightForRows(), false);
   showOffer();
   rows_->setFocus();
+  appearOrDisappear();
 }
 
 PanelWindow::~PanelWindow() {
   hide();
+  if (!controller_) return;
   controller_->setPreferredContentSizeHandler(nullptr);
   controller_->setRequestHandler(nullptr);
   host_->setAvailabilityHandler(nullptr);
@@ -144,6 +155,7 @@ QWidget* PanelWindow::makeHeader() {
   toggle_ = new QToolButton;
   toggle_->setAutoRaise(true);
   toggle_->setFocusPolicy(Qt::StrongFocus);
+  toggle_->hide();
   connect(toggle_, &QToolButton::clicked, this, [this] { setExpanded(!isExpanded()); });
   menuButton_ = new QToolButton;
   menuButton_->setText(QStringLiteral("⋯"));
@@ -160,6 +172,17 @@ QWidget* PanelWindow::makeHeader() {
   layout->addWidget(toggle_);
   layout->addWidget(menuButton_);
   return header;
+}
+
+/// What a card without a widget shows. It is seen only when something keeps the widget waiting.
+QWidget* PanelWindow::makePlaceholder() {
+  auto* const text = new QLabel((*texts_)("WaitingForSaved"));
+  text->setFont(qtFont(kTitleSize, QFont::Normal));
+  text->setForegroundRole(kFaintRole);
+  text->setAlignment(Qt::AlignCenter);
+  text->setWordWrap(true);
+  text->setMargin(kHeaderInset);
+  return text;
 }
 
 void PanelWindow::showHeaderAt(ui::TextSizeCategory textSize) {
@@ -188,6 +211,8 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  // All others are about the widget.
+  for (QAction* const action : actions()) action->setEnabled(false);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
@@ -196,7 +221,7 @@ void PanelWindow::makeActions() {
   menuButton_->setMenu(menu);
 }
 
-void PanelWindow::loadWidget() {
+void PanelWindow::makeController() {
   host_ = std::make_shared<PanelHost>(limitsFor(textSizeNow()), services_.openURL);
   controller_ =
       RVTransitIncidentsViewController::make(host_, {host_->limits().width, host_->limits().compactHeight});
@@ -215,7 +240,9 @@ RowWords PanelWindow::wordsOf(std::size_t row) const {
 }
 
 void PanelWindow::showPalette() {
-  header_->setPalette(cardPalette(palette()));
+  for (QWidget* const part : {header_, placeholder_}) {
+    if (part) part->setPalette(cardPalette(palette()));
+  }
   update();
 }
 
@@ -242,12 +269,12 @@ void PanelWindow::hideEvent(QHideEvent*) { appearOrDisappear(); }
 void PanelWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) appearOrDisappear();
   if (event->type() == QEvent::PaletteChange && header_) showPalette();
-  if (event->type() == QEvent::ActivationChange && note_) showNote();
+  if (event->type() == QEvent::ActivationChange && controller_) showNote();
   QWidget::changeEvent(event);
 }
 
 void PanelWindow::appearOrDisappear() {
-  const bool isShown = isVisible() && !isMinimized();
+  const bool isShown = controller_ && isVisible() && !isMinimized();
   if (std::exchange(isShown_, isShown) == isShown) return;
   if (isShown) {
     updates_.setInSight(true);
@@ -386,12 +413,13 @@ void PanelWindow::setRowsHeight(double height, bool animated) {
 }
 
 void PanelWindow::applyRowsHeight(double height) {
-  rows_->setFixedHeight(static_cast<int>(std::lround(height)));
-  setFixedHeight(rows_->height() + header_->height() + 2 * kMargin);
+  QWidget* const body = rows_ ? rows_ : placeholder_;
+  body->setFixedHeight(static_cast<int>(std::lround(height)));
+  setFixedHeight(body->height() + header_->height() + 2 * kMargin);
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
-  if (event->size().width() == event->oldSize().width()) return;
+  if (!controller_ || event->size().width() == event->oldSize().width()) return;
   host_->setLimits(limitsFor(textSizeNow()));
   controller_->viewWillTransitionToSize({host_->limits().width, static_cast<double>(rows_->height())});
 }

@@ -41,9 +41,14 @@ struct PanelServices {
 /// platform; while the window lives it must not change. Main thread.
 class PanelWindow final : public QWidget {
  public:
-  /// `maxRows` limits the rows of the expanded widget, 0: as many as the screen has room for.
+  /// With an empty card. `maxRows` limits the rows of the expanded widget, 0: as many as the screen has room
+  /// for.
   PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows = 0);
   ~PanelWindow() override;
+
+  /// Puts the widget into the card, with what was saved of it and the user's choices: to be called once, as
+  /// soon as these can be read. Nothing below may be called before.
+  void loadWidget();
 
   /// Asks the widget for an update, as the user does.
   void requestUpdate() { updates_.userDidAsk(); }
@@ -69,10 +74,11 @@ class PanelWindow final : public QWidget {
 
  private:
   QWidget* makeHeader();
+  QWidget* makePlaceholder();
   void makeActions();
   QAction* addMenuAction(std::string_view text, const QList<QKeySequence>& shortcuts,
                          std::function<void()> action);
-  void loadWidget();
+  void makeController();
   void showPalette();
   void showHeaderAt(ui::TextSizeCategory textSize);
 
@@ -109,6 +115,9 @@ class PanelWindow final : public QWidget {
   QToolButton* toggle_ = nullptr;
   QToolButton* menuButton_ = nullptr;
   QWidget* header_ = nullptr;
+  /// Null once the widget is in its place.
+  QWidget* placeholder_ = nullptr;
+  /// Null until then, as the host and the controller.
   RowSurface* rows_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
   /// To the room on the screen that the window is on.

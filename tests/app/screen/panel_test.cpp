@@ -26,8 +26,12 @@ class PanelRunTest : public testing::Test {
     desktop::needApplication();
     options_.stateDir = (folder_.path() / "state").string();
     options_.locale = "en";
+    start();
+  }
+  void start() {
     auto session = Session::open(options_, [this](desktop::DesktopSettings& settings) {
       settings.screen = screen_;
+      settings.mainThreadHurries = true;
       settings.openActivity = [this](const UserActivity& activity, const OpenHandler& done) {
         panel_->companion().openActivity(activity, done);
       };
@@ -37,10 +41,11 @@ class PanelRunTest : public testing::Test {
     panel_ = std::make_unique<Panel>(*session_, *screen_, *desktop::UserLocale::parse("en"),
                                      std::vector<std::string>(), 0);
   }
-  ~PanelRunTest() override {
+  void end() {
     panel_ = nullptr;
     session_ = nullptr;
   }
+  ~PanelRunTest() override { end(); }
 
   /// Waits for what other threads answer.
   template <class Condition>
@@ -48,6 +53,7 @@ class PanelRunTest : public testing::Test {
     while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     desktop::settle();
   }
+  QToolButton& toggle() { return *panel_->window().findChildren<QToolButton*>().front(); }
   desktop::RowSurface& rows() { return panel_->window().rows(); }
   std::string nameOf(std::size_t row) { return rows().wordsOf(row).name.toStdString(); }
   void clickRow(std::size_t row) { click(rows(), QRectF(rows().rectOf(row)).center()); }
@@ -104,6 +110,33 @@ TEST_F(PanelRunTest, FollowsFavouritesThatAreChangedElsewhere) {
   ASSERT_TRUE(lines);
   for (const desktop::StoredFavorite& line : *lines) ASSERT_TRUE(favorites.change(line, false));
   waitUntil([this] { return nameOf(0).starts_with("No Favorite Lines"); });
+}
+
+TEST_F(PanelRunTest, WaitsInAnEmptyCardForAStateThatAnotherProgramHolds) {
+  panel_->window().show();
+  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  panel_->window().setExpanded(true);
+  end();
+  auto other = desktop::SqliteDatabase::open("state database", folder_.path() / "state" / "linewatch.sqlite",
+                                             desktop::SqliteDatabase::Mode::mustExist, {});
+  ASSERT_TRUE(other);
+  const auto startHeld = [&] {
+    ASSERT_FALSE(other->run("BEGIN EXCLUSIVE"));
+    start();
+    panel_->window().show();
+    desktop::settle();
+    EXPECT_TRUE(panel_->window().isVisible());
+    EXPECT_TRUE(toggle().isHidden());
+  };
+  startHeld();
+  panel_->window().close();
+  ASSERT_FALSE(other->run("ROLLBACK"));
+  end();
+  startHeld();
+  ASSERT_FALSE(other->run("ROLLBACK"));
+  waitUntil([this] { return !toggle().isHidden(); });
+  EXPECT_EQ(toggle().text(), "Show Less");
+  EXPECT_EQ(rows().rowCount(), 5U) << "what was saved before both";
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <limits>
 
 #include <gmock/gmock.h>
@@ -120,6 +121,25 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
   preferences.removeObject("key");
   EXPECT_FALSE(StoredPreferences(openState(), "suite").objectForKey("key"));
   EXPECT_EQ(log_.lines().size(), 1U);
+}
+
+TEST_F(StoredRecordsTest, PreferencesThatAnotherProgramHoldsAreRemembered) {
+  const auto state = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
+                                       {.haste = std::chrono::milliseconds(0)});
+  state->hurryOnThisThread();
+  const auto remembered = std::make_shared<RememberedPreferences>();
+  StoredPreferences preferences(state, "suite", remembered);
+  for (const char* key : {"off", "gone"}) StoredPreferences(openState(), "suite").setObject(false, key);
+  EXPECT_FALSE(remembered->read(*state));
+  preferences.removeObject("gone");
+  auto other = SqliteDatabase::open("state database", state->file(), SqliteDatabase::Mode::mustExist, {});
+  ASSERT_TRUE(other && !other->run("BEGIN EXCLUSIVE"));
+  EXPECT_EQ(preferences.objectForKey("off"), Value(false));
+  EXPECT_FALSE(preferences.objectForKey("gone"));
+  EXPECT_TRUE(preferences.setObject("late", "key"));
+  EXPECT_EQ(preferences.objectForKey("key"), Value("late"));
+  EXPECT_TRUE(isBusy(*remembered->read(*state)));
+  EXPECT_EQ(preferences.objectForKey("off"), Value(false));
 }
 
 TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {

@@ -59,6 +59,7 @@ class PanelTest : public testing::Test {
     panel_ = nullptr;
     const auto texts = std::make_shared<const WindowTexts>(*UserLocale::parse("en"));
     panel_ = std::make_unique<PanelWindow>(texts, services(), maxRows_);
+    panel_->loadWidget();
   }
   /// Shows the panel until its first fetch has ended.
   void show() {
