@@ -215,7 +215,8 @@ struct Grammar {
            "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5")
         ->type_name("SIZE");
     sub->add_flag("--dark", render_.dark, "On a dark background");
-    addNumber(*sub, "--width", render_.width, {100, 2000, "100 to 2000"}, "Points");
+    // Insets and the artworks' column take 105 of it: with less than this no word has room.
+    addNumber(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
     sub->callback([this] { command = render_; });
   }
   void addSimulate(CLI::App& app) {

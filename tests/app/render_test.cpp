@@ -87,7 +87,7 @@ TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
   const std::string usual = bytesOf(picture());
   for (const auto& [options, size] : {std::pair{Options{"--scale", "1"}, Pixels{359, 110}},
-                                      {{"--scale", "0.5", "--width", "101"}, {51, 55}},
+                                      {{"--scale", "0.5", "--width", "201"}, {101, 55}},
                                       {{"--width", "240", "--scale", "3"}, {720, 330}},
                                       {{"--expanded"}, {718, 1100}},
                                       {{"--expanded", "--max-rows", "3"}, {718, 660}},
@@ -120,7 +120,7 @@ TEST_F(RenderTest, RefusesInOneLine) {
            {{"--scale", "0"}, picture(), "--scale"},
            {{"--scale", "nan"}, picture(), "--scale"},
            {{"--scale", "two"}, picture(), "--scale"},
-           {{"--width", "-359"}, picture(), "--width"},
+           {{"--width", "199"}, picture(), "--width"},
            {{"--width", "1e9"}, picture(), "--width"},
            {{"--text-size", "XXXXL"}, picture(), "XXXXL"},
            {{"--expanded=perhaps"}, picture(), "--expanded"},
