@@ -53,7 +53,7 @@ QFrame* makeRule() {
   auto* const rule = new QFrame;
   rule->setFrameShape(QFrame::HLine);
   rule->setFrameShadow(QFrame::Plain);
-  rule->setForegroundRole(QPalette::Mid);
+  rule->setForegroundRole(kOutlineRole);
   return rule;
 }
 

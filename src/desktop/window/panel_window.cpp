@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStyle>
+#include <QStyleOptionToolButton>
 #include <QToolButton>
 #include <QVariantAnimation>
 #include <QWindow>
@@ -48,6 +49,7 @@ constexpr double kTitleSize = 13;
 constexpr double kNoteSize = 11;
 // How many times larger the header can be, for whatever size of text: the rows are what the room is for.
 constexpr double kMostHeaderScale = 1.6;
+constexpr int kFewLetters = 6;
 // What a window's frame and a desktop's bars may take that the screen does not tell.
 constexpr int kFrameAllowance = 48;
 
@@ -71,7 +73,8 @@ QString menuText(const QString& text, const QKeySequence& shortcut) {
       .arg(text, shortcut.toString(QKeySequence::NativeText));
 }
 
-/// A label that gives way to what stands beside it, and then says that there is more.
+/// A label that gives way to what stands beside it, and then says that there is more; nothing where a few
+/// letters are all that there is room for.
 class YieldingLabel final : public QLabel {
  public:
   using QLabel::QLabel;
@@ -81,9 +84,19 @@ class YieldingLabel final : public QLabel {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    if (shown != text() && width() < kFewLetters * fontMetrics().averageCharWidth()) shown.clear();
     style()->drawItemText(&painter, rect(), static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), palette(),
                           isEnabled(), shown, foregroundRole());
+  }
+};
+
+/// A button with a menu, without an arrow that would say the same as its text.
+class PlainMenuButton final : public QToolButton {
+ protected:
+  void initStyleOption(QStyleOptionToolButton* option) const override {
+    QToolButton::initStyleOption(option);
+    option->features &= ~QStyleOptionToolButton::HasMenu;
   }
 };
 
@@ -157,13 +170,11 @@ QWidget* PanelWindow::makeHeader() {
   toggle_->setFocusPolicy(Qt::StrongFocus);
   toggle_->hide();
   connect(toggle_, &QToolButton::clicked, this, [this] { setExpanded(!isExpanded()); });
-  menuButton_ = new QToolButton;
+  menuButton_ = new PlainMenuButton;
   menuButton_->setText(QStringLiteral("⋯"));
   menuButton_->setAutoRaise(true);
   menuButton_->setFocusPolicy(Qt::StrongFocus);
   menuButton_->setPopupMode(QToolButton::InstantPopup);
-  // The arrow beside the text would say the same again.
-  menuButton_->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
   menuButton_->setAccessibleName((*texts_)("Menu"));
   menuButton_->setToolTip((*texts_)("Menu"));
   for (QToolButton* const button : {toggle_, menuButton_}) clickOnEnter(*button);

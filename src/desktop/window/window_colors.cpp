@@ -46,6 +46,7 @@ QPalette cardPalette(const QPalette& desktop) {
     palette.setColor(role, label);
   for (const QPalette::ColorRole role : {QPalette::Window, QPalette::Base})
     palette.setColor(role, qtColor(ui::SemanticColor::background, appearance));
+  palette.setColor(kOutlineRole, qtColor(ui::SemanticColor::separator, appearance));
   palette.setColor(kFaintRole, qtColor(ui::SemanticColor::secondaryLabel, appearance));
   palette.setColor(kAlarmRole, qtColor(isDark ? kDarkAlarm : kLightAlarm, appearance));
   palette.setColor(QPalette::Link, qtColor(isDark ? kDarkLink : kLightLink, appearance));

@@ -7,7 +7,8 @@
 
 namespace linewatch::desktop {
 
-/// The roles in a card's palette of texts that stand back, and of those that nobody is to miss.
+/// The roles in a card's palette of lines, of texts that stand back, and of those that nobody is to miss.
+inline constexpr QPalette::ColorRole kOutlineRole = QPalette::Mid;
 inline constexpr QPalette::ColorRole kFaintRole = QPalette::PlaceholderText;
 inline constexpr QPalette::ColorRole kAlarmRole = QPalette::BrightText;
 

@@ -1,10 +1,12 @@
 #include "desktop/window/panel_window.h"
 
 #include <QAccessible>
+#include <QImage>
 #include <QMenu>
 #include <QStyleFactory>
 #include <QTimer>
 #include <QVariantAnimation>
+#include <algorithm>
 
 #include "desktop/window/panel_test.h"
 #include "desktop/window/window_colors.h"
@@ -242,6 +244,21 @@ TEST_F(PanelTest, FollowsTheDesktopsColours) {
   settle();
   EXPECT_EQ(appearanceOf(panel_->palette()), ui::Appearance::dark);
   EXPECT_LT(middle(), 60);
+  const QImage dots = panel_->findChildren<QToolButton*>().back()->grab().toImage();
+  int brightest = 0;
+  for (int x = 0; x < dots.width(); ++x) {
+    for (int y = 0; y < dots.height(); ++y)
+      brightest = std::max(brightest, dots.pixelColor(x, y).lightness());
+  }
+  EXPECT_GT(brightest, 200) << "the menu button can be seen";
+}
+
+TEST(WindowTextsTest, AnEnglishTextKeepsItsDirectionAmongOthers) {
+  const WindowTexts english(*UserLocale::parse("en"));
+  EXPECT_EQ(english("UnknownLine", {"7"}), "Unknown line 7");
+  const WindowTexts arabic(*UserLocale::parse("ar"));
+  EXPECT_EQ(arabic("UnknownLine", {"7"}), QString::fromUtf8("\u2068Unknown line \u20687\u2069\u2069"));
+  EXPECT_EQ(arabic("Title"), "LineWatch") << "titles are for others to show";
 }
 
 TEST_F(PanelTest, ALongListScrollsWithinTheScreen) {
