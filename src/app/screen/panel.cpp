@@ -149,7 +149,9 @@ void Panel::followChoice() {
   desktop::watchFolder(window_, folder, [this] {
     inBackground([&platform = platform()] { return choiceIn(platform); },
                  [this, window = QPointer(&window_)](const std::optional<Choice>& now) {
-                   if (window && rememberChoice(now)) window->favoritesDidChange();
+                   if (!window || !rememberChoice(now)) return;
+                   window->favoritesDidChange();
+                   companion_.favoritesDidChange();
                  });
   });
 }

@@ -73,4 +73,8 @@ void Companion::showFavorites() {
   favorites_->present();
 }
 
+void Companion::favoritesDidChange() {
+  if (favorites_ && favorites_->isVisible()) favorites_->followChanges();
+}
+
 }  // namespace linewatch::desktop

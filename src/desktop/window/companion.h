@@ -30,6 +30,8 @@ class Companion {
   void openActivity(const UserActivity& activity, const OpenHandler& done);
   /// Always in a window of the program's own.
   void showFavorites();
+  /// To be called after favourites or feeds have been changed elsewhere.
+  void favoritesDidChange();
 
  private:
   std::optional<Error> open(const UserActivity& activity);

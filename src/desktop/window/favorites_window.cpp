@@ -103,16 +103,38 @@ void FavoritesWindow::present() {
   showLines();
   bringUp();
   search_->setFocus(Qt::OtherFocusReason);
+  loadLines();
+}
+
+/// What cannot be read just now may be as it was.
+void FavoritesWindow::followChanges() {
+  auto stored = services_.favorites();
+  if (!stored) return;
+  favorites_ = std::move(*stored);
+  if (std::exchange(favoritesError_, std::nullopt)) {
+    search_->setEnabled(static_cast<bool>(services_.change));
+    showLines();
+  } else {
+    showChoice();
+  }
+  loadLines();
+}
+
+void FavoritesWindow::loadLines() {
   services_.loadLines([window = QPointer<FavoritesWindow>(this)](const FeedLines& lines) {
     if (window) window->linesDidLoad(lines);
   });
 }
 
 void FavoritesWindow::linesDidLoad(const FeedLines& lines) {
-  areLinesLoaded_ = true;
+  const auto reasonOf = [](const FeedLines& loaded) {
+    return loaded.error ? sentenceOf(*loaded.error) : std::string();
+  };
+  const bool areNew = lines.indexes != lines_.indexes || reasonOf(lines) != reasonOf(lines_);
+  if (std::exchange(areLinesLoaded_, true) && !areNew) return;
   records_.clear();
   lines_ = lines;
-  showLines();
+  showLinesAgain();
 }
 
 // ---- What is listed ----
@@ -121,6 +143,7 @@ void FavoritesWindow::showLines() {
   const QSignalBlocker blocker(list_);
   list_->clear();
   listed_.clear();
+  listsFavorites_ = false;
   showHint({});
   if (favoritesError_) return showError(*favoritesError_);
   const QString query = search_->text().trimmed();
@@ -132,6 +155,28 @@ void FavoritesWindow::showLines() {
   }
   // Says more of what is missing than any other hint.
   if (lines_.error) showError(*lines_.error);
+}
+
+/// At the same line, and scrolled as far.
+void FavoritesWindow::showLinesAgain() {
+  const int row = list_->currentRow();
+  const auto current = row < 0 ? std::nullopt : std::optional(listed_[static_cast<std::size_t>(row)]);
+  const int scrolled = list_->verticalScrollBar()->value();
+  showLines();
+  const auto found = current ? std::ranges::find(listed_, *current) : listed_.end();
+  if (found != listed_.end()) list_->setCurrentRow(static_cast<int>(found - listed_.begin()));
+  list_->verticalScrollBar()->setValue(scrolled);
+}
+
+/// Of the lines that are listed. One that is no favourite any longer stays, as if it had been removed here.
+void FavoritesWindow::showChoice() {
+  const QSignalBlocker blocker(list_);
+  for (std::size_t row = 0; row < listed_.size(); ++row)
+    list_->item(static_cast<int>(row))->setCheckState(isFavorite(listed_[row]) ? Qt::Checked : Qt::Unchecked);
+  if (!listsFavorites_) return;
+  for (const StoredFavorite& favorite : favorites_) {
+    if (std::ranges::find(listed_, favorite) == listed_.end()) addEntry(entryOf(favorite));
+  }
 }
 
 void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
@@ -147,6 +192,7 @@ void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
 }
 
 void FavoritesWindow::showFavorites() {
+  listsFavorites_ = true;
   for (const StoredFavorite& favorite : favorites_) addEntry(entryOf(favorite));
   if (!services_.change) showHint(texts()("FavoritesGiven"));
 }
@@ -172,6 +218,10 @@ FavoritesWindow::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) 
           nullptr};
 }
 
+bool FavoritesWindow::isFavorite(const StoredFavorite& line) const {
+  return std::ranges::find(favorites_, line) != favorites_.end();
+}
+
 void FavoritesWindow::addEntry(const Entry& entry) {
   auto* const item = new QListWidgetItem(entry.name, list_);
   item->setData(LineDelegate::kAgencyRole, entry.agency);
@@ -181,8 +231,7 @@ void FavoritesWindow::addEntry(const Entry& entry) {
   QStringList words{shieldText, entry.name, entry.agency};
   words.removeAll(QString());
   item->setData(Qt::AccessibleTextRole, words.join(QStringLiteral(", ")));
-  const bool isFavorite = std::ranges::find(favorites_, entry.favorite) != favorites_.end();
-  item->setCheckState(isFavorite ? Qt::Checked : Qt::Unchecked);
+  item->setCheckState(isFavorite(entry.favorite) ? Qt::Checked : Qt::Unchecked);
   item->setFlags(services_.change ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
                                   : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
   listed_.push_back(entry.favorite);

@@ -43,6 +43,8 @@ class FavoritesWindow final : public CompanionWindow {
 
   /// Shows the favourites as they are now; when there are none, lines to choose from.
   void present();
+  /// Takes up what has been changed elsewhere, and leaves the user where they are.
+  void followChanges();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -56,12 +58,16 @@ class FavoritesWindow final : public CompanionWindow {
     SharedArtwork artwork;
   };
 
+  void loadLines();
   void linesDidLoad(const FeedLines& lines);
   void showLines();
+  void showLinesAgain();
+  void showChoice();
   void showFound(const std::vector<FoundLine>& found);
   void showFavorites();
   void showHint(const QString& hint);
   void showError(const Error& error);
+  bool isFavorite(const StoredFavorite& line) const;
   void addEntry(const Entry& entry);
   Entry entryOf(const FoundLine& line);
   Entry entryOf(const StoredFavorite& favorite);
@@ -81,6 +87,8 @@ class FavoritesWindow final : public CompanionWindow {
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
   std::vector<StoredFavorite> listed_;
+  /// Whether these are the favourites, not lines that were found.
+  bool listsFavorites_ = false;
 };
 
 }  // namespace linewatch::desktop

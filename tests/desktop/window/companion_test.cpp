@@ -255,6 +255,34 @@ TEST_F(CompanionTest, ListsTheFavouritesAndTakesThemBack) {
   EXPECT_EQ(changes_, 2);
 }
 
+TEST_F(CompanionTest, FollowsWhatIsChangedElsewhereWithoutDisturbing) {
+  startCompanion();
+  stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "city", "r1"}};
+  companion_->favoritesDidChange();
+  QListWidget& list = openFavorites();
+  list.setCurrentRow(1);
+  stored_ = {{FavoriteKind::line, "city", "r3"}, {FavoriteKind::line, "city", "r1"}};
+  companion_->favoritesDidChange();
+  ASSERT_THAT(namesIn(list), ElementsAre("Zoo – Central", "Harbour – Hills", "Ferry"));
+  EXPECT_EQ(list.item(0)->checkState(), Qt::Unchecked) << "and can be taken back, as if removed here";
+  EXPECT_EQ(list.item(2)->checkState(), Qt::Checked);
+  EXPECT_EQ(list.currentRow(), 1);
+  type("trams");
+  const QStringList found = namesIn(list);
+  list.setCurrentRow(static_cast<int>(found.indexOf("Harbour – Hills")));
+  stored_ = {};
+  companion_->favoritesDidChange();
+  EXPECT_EQ(namesIn(list), found) << "the search goes on";
+  for (int row = 0; row < list.count(); ++row) EXPECT_EQ(list.item(row)->checkState(), Qt::Unchecked) << row;
+  isUnreadable_ = true;
+  companion_->favoritesDidChange();
+  EXPECT_EQ(namesIn(list), found) << "what cannot be read just now may be as it was";
+  linesLoaded_({.indexes = {cityLines(), cityLines()}});
+  EXPECT_EQ(list.count(), 2 * found.size()) << "a feed was added";
+  EXPECT_EQ(list.currentItem()->text(), "Harbour – Hills");
+  EXPECT_EQ(changes_, 0);
+}
+
 TEST_F(CompanionTest, AnOpenWindowIsShownAgainInTheTextSizeOfNow) {
   startCompanion();
   openFavorites();
