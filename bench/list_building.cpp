@@ -28,7 +28,7 @@ namespace linewatch {
 namespace {
 
 SharedIncident incident(std::uint64_t muid, std::string title) {
-  return std::make_shared<const TransitIncidentRecord>(TransitIncidentFields{
+  return std::make_shared<const TransitStorageIncident>(TransitIncidentFields{
       .muid = muid, .title = std::move(title), .summary = "Expect longer journeys until the evening"});
 }
 
@@ -105,7 +105,7 @@ void makeRecords(const City& city) {
   }
   if (city.rows < 2) return;
   const auto list = RovaMap(city.shown, [](const SharedIncident& each, std::size_t) {
-    return std::optional(ArchivedObject{std::make_shared<const TransitStorageIncident>(*each)});
+    return std::optional(ArchivedObject{TransitStorageIncident::of(each)});
   });
   benchmark::DoNotOptimize(list.data());
 }

@@ -18,6 +18,8 @@ std::optional<UserActivity> makeActivity(const RVUserActivityData& data) {
   return activity;
 }
 
+void shareSession() { platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false); }
+
 void fail(const OpenHandler& handler, Error error) {
   if (handler) handler(false, std::move(error));
 }
@@ -33,15 +35,11 @@ std::shared_ptr<const RVUserActivityData> RVUserActivityData::make(std::optional
 RVUserActivityData::RVUserActivityData(std::optional<std::string> activityType,
                                        std::optional<Dictionary> userInfo)
     : activityType_(std::move(activityType)) {
-  UserSession& session = platform().userSession();
-  session.sessionEntity(/*share=*/true, /*reset=*/false);
-  if (userInfo) userInfo_ = session.sharedSessionPunchOutUserInfo(*std::move(userInfo));
+  shareSession();
+  if (userInfo) userInfo_ = platform().userSession().sharedSessionPunchOutUserInfo(*std::move(userInfo));
 }
 
-std::shared_ptr<const RVUserActivityData> RVUserActivityData::makeAgain() const {
-  platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false);
-  return std::static_pointer_cast<const RVUserActivityData>(shared_from_this());
-}
+void RVUserActivityData::shareSessionAgain() const { shareSession(); }
 
 void RVUserActivityData::openInContext(const std::shared_ptr<Object>&, OpenHandler completionHandler) const {
   const auto activity = makeActivity(*this);

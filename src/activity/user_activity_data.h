@@ -27,9 +27,9 @@ class RVUserActivityData final : public RVOpenable, public std::enable_shared_fr
   static std::shared_ptr<const RVUserActivityData> make(std::optional<std::string> activityType,
                                                         std::optional<Dictionary> userInfo);
 
-  /// What making an equal description anew gives: the session is shared again, and this object, as it never
-  /// changes, stands for the new one.
-  std::shared_ptr<const RVUserActivityData> makeAgain() const;
+  /// Shares the session once more, as making an equal description anew would; this object, as it never
+  /// changes, can then stand for the new one.
+  void shareSessionAgain() const;
 
   const std::optional<std::string>& activityType() const { return activityType_; }
   const std::optional<Dictionary>& userInfo() const { return userInfo_; }

@@ -47,10 +47,11 @@ void ItemToLinesMap::append(Entry& entry, const TransitLineItem& line) {
 }
 
 std::uint32_t ItemToLinesMap::enter(const RVTransitItem& item, std::uint32_t row) {
+  const auto search = entryByItem_.search(
+      item.hash(), [&](std::uint32_t entry) { return entries_[entry].item->isEqual(item); });
+  if (const auto known = search.place()) return *known;
   const auto added = static_cast<std::uint32_t>(entries_.size());
-  const auto known = entryByItem_.findOrEnter(
-      item.hash(), added, [&](std::uint32_t entry) { return entries_[entry].item->isEqual(item); });
-  if (known) return *known;
+  entryByItem_.enter(search, added);
   entries_.push_back({&item, row});
   return added;
 }

@@ -24,10 +24,11 @@ std::vector<const std::string*> distinctNames(const LinesOfRow& lines) {
   for (const TransitLineItem* line : lines) {
     const std::string& name = nameStandingForLine(*line);
     if (name.empty()) continue;
-    const auto known =
-        seen.findOrEnter(std::hash<std::string>{}(name), static_cast<std::uint32_t>(names.size()),
-                         [&](std::uint32_t place) { return *names[place] == name; });
-    if (!known) names.push_back(&name);
+    const auto search = seen.search(std::hash<std::string>{}(name),
+                                    [&](std::uint32_t place) { return *names[place] == name; });
+    if (search.place()) continue;
+    seen.enter(search, static_cast<std::uint32_t>(names.size()));
+    names.push_back(&name);
   }
   return names;
 }

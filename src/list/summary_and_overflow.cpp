@@ -75,7 +75,7 @@ std::shared_ptr<const RVTransitSummaryItem> RVTransitIncidentsDataSourceBuilder:
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_activityDataForIncidents(
     const TransitIncidents& incidents) {
   auto storageIncidents = RovaMap(incidents, [](const SharedIncident& incident, std::size_t) {
-    return std::optional(ArchivedObject{std::make_shared<const TransitStorageIncident>(*incident)});
+    return std::optional(ArchivedObject{TransitStorageIncident::of(incident)});
   });
   auto bytes =
       platform().keyedArchiver().archivedData({std::move(storageIncidents)}, /*requiringSecureCoding=*/false);

@@ -45,10 +45,9 @@ std::shared_ptr<const RVUserActivityData> activityDataOfLine(const TransitLineIt
 }  // namespace
 
 struct RVTransitIncidentsDataSourceBuilder::Rows {
-  /// The incidents with a row, and their rows; index by index they belong together, and with the two below.
+  /// The incidents with a row, and their rows; index by index they belong together, and with the lines below.
   TransitIncidents incidents;
   TransitItems items;
-  std::vector<std::uint64_t> muids;
   /// The line under which the row was made.
   LinesOfRow firstLines;
 
@@ -61,18 +60,16 @@ struct RVTransitIncidentsDataSourceBuilder::Rows {
   void reserve(std::size_t rowCount) {
     incidents.reserve(rowCount);
     items.reserve(rowCount);
-    muids.reserve(rowCount);
     firstLines.reserve(rowCount);
     itemToLines.reserve(rowCount);
   }
-  std::optional<std::uint32_t> rowOfMuid(std::uint64_t muid) const {
-    return rowByMuid.find(muid, [&](std::uint32_t row) { return muids[row] == muid; });
+  HashIndex::Search find(std::uint64_t muid) {
+    return rowByMuid.search(muid, [&](std::uint32_t row) { return incidents[row]->muid() == muid; });
   }
-  void add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line) {
-    const std::uint64_t muid = incident->muid();
-    rowByMuid.findOrEnter(muid, static_cast<std::uint32_t>(items.size()),
-                          [](std::uint32_t) { return false; });
-    muids.push_back(muid);
+  /// Adds a row for the incident that `search` did not find.
+  void add(const HashIndex::Search& search, const SharedIncident& incident, SharedTransitItem item,
+           const TransitLineItem& line) {
+    rowByMuid.enter(search, static_cast<std::uint32_t>(items.size()));
     itemToLines.addRow(*item, line);
     firstLines.push_back(&line);
     incidents.push_back(incident);
@@ -143,13 +140,14 @@ bool RVTransitIncidentsDataSourceBuilder::addRowOrLine(const TransitLineItem& li
                                                        Rows& rows) {
   const SharedIncident& incident = line.incidents()[index];
   if (!incidentFilter()->shouldDisplayIncident(*incident)) return false;
-  if (const auto row = rows.rowOfMuid(incident->muid())) {
+  const HashIndex::Search search = rows.find(incident->muid());
+  if (const auto row = search.place()) {
     rows.itemToLines.addLine(*row, line);
     return false;
   }
   SharedTransitItem item = _itemForIncidentAtIndex(index, line);
   if (!item) return false;
-  rows.add(incident, std::move(item), line);
+  rows.add(search, incident, std::move(item), line);
   return true;
 }
 
@@ -166,7 +164,7 @@ void RVTransitIncidentsDataSourceBuilder::record(const Rows& rows) const {
   IncidentsToLineMapping incidentToLine;
   incidentToLine.reserve(rows.incidents.size());
   for (std::size_t row = 0; row < rows.incidents.size(); ++row)
-    incidentToLine.emplace(rows.muids[row], rows.firstLines[row]);
+    incidentToLine.emplace(rows.incidents[row]->muid(), rows.firstLines[row]);
   analytics_->recordInfoForLines(*lineItems_, rows.incidents, incidentToLine);
 }
 
@@ -197,7 +195,7 @@ std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_
   if (!data) {
     data = activityDataOfLine(line);
   } else if (*data) {
-    return (*data)->makeAgain();
+    (*data)->shareSessionAgain();
   }
   return *data;
 }

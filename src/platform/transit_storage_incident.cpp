@@ -1,5 +1,8 @@
 #include "platform/transit_storage_incident.h"
 
+#include <typeinfo>
+#include <utility>
+
 #include "platform/transit_record_fields.h"
 
 namespace linewatch {
@@ -18,27 +21,42 @@ TransitIncidentEntities storedEntities(const TransitIncidentEntities& entities) 
   return stored;
 }
 
+TransitIncidentFields fieldsOf(const TransitIncident& incident) {
+  return {.muid = incident.muid(),
+          .isBlockingIncident = incident.isBlockingIncident(),
+          .startDate = incident.startDate(),
+          .endDate = incident.endDate(),
+          .title = incident.title(),
+          .summary = incident.summary(),
+          .fullDescription = incident.fullDescription(),
+          .messageForRoutePlanning = incident.messageForRoutePlanning(),
+          .messageForRouteStepping = incident.messageForRouteStepping(),
+          .messageForNonRoutable = incident.messageForNonRoutable(),
+          .infoURL = incident.infoURL(),
+          .iconType = incident.iconType(),
+          .creationDate = incident.creationDate(),
+          .lastUpdated = incident.lastUpdated(),
+          .affectedEntities = incident.affectedEntities()};
+}
+
 }  // namespace
 
 TransitStorageIncidentEntity::TransitStorageIncidentEntity(const TransitIncidentEntity& entity)
     : fields_{entity.muid(), entity.hasNextStopIDs(), entity.nextStopIDs()} {}
 
+TransitStorageIncident::TransitStorageIncident(TransitIncidentFields fields)
+    : TransitIncidentRecord(std::move(fields)) {
+  fields_.affectedEntities = storedEntities(fields_.affectedEntities);
+}
+
 TransitStorageIncident::TransitStorageIncident(const TransitIncident& incident)
-    : TransitIncidentRecord({.muid = incident.muid(),
-                             .isBlockingIncident = incident.isBlockingIncident(),
-                             .startDate = incident.startDate(),
-                             .endDate = incident.endDate(),
-                             .title = incident.title(),
-                             .summary = incident.summary(),
-                             .fullDescription = incident.fullDescription(),
-                             .messageForRoutePlanning = incident.messageForRoutePlanning(),
-                             .messageForRouteStepping = incident.messageForRouteStepping(),
-                             .messageForNonRoutable = incident.messageForNonRoutable(),
-                             .infoURL = incident.infoURL(),
-                             .iconType = incident.iconType(),
-                             .creationDate = incident.creationDate(),
-                             .lastUpdated = incident.lastUpdated(),
-                             .affectedEntities = storedEntities(incident.affectedEntities())}) {}
+    : TransitStorageIncident(fieldsOf(incident)) {}
+
+std::shared_ptr<const TransitStorageIncident> TransitStorageIncident::of(const SharedIncident& incident) {
+  if (typeid(*incident) == typeid(TransitStorageIncident))
+    return std::static_pointer_cast<const TransitStorageIncident>(incident);
+  return std::make_shared<const TransitStorageIncident>(*incident);
+}
 
 void TransitStorageIncident::encodeWithCoder(KeyedCoder& coder) const {
   coder.encodeBytes(kIncidentDataKey, data());

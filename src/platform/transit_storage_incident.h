@@ -38,7 +38,7 @@ class TransitStorageIncidentEntity final : public TransitIncidentEntity {
 };
 
 /// A snapshot of an incident that can be stored: it answers as the incident did when it was made. A message,
-/// and an object of keyed archives.
+/// and an object of keyed archives. A service that answers with snapshots spares those who store them a copy.
 class TransitStorageIncident final : public FieldedMessage<TransitStorageIncident>,
                                      public TransitIncidentRecord,
                                      public Archivable {
@@ -48,6 +48,9 @@ class TransitStorageIncident final : public FieldedMessage<TransitStorageInciden
 
   TransitStorageIncident() : TransitIncidentRecord(TransitIncidentFields{}) {}
   explicit TransitStorageIncident(const TransitIncident& incident);
+  explicit TransitStorageIncident(TransitIncidentFields fields);
+  /// The incident as it is now: itself when it is a snapshot already, which nothing changes.
+  static std::shared_ptr<const TransitStorageIncident> of(const SharedIncident& incident);
 
   std::string_view archiveClassName() const override { return kArchiveClassName; }
   void encodeWithCoder(KeyedCoder& coder) const override;

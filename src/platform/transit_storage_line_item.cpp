@@ -13,9 +13,7 @@ constexpr std::string_view kLineItemDataKey = "data";
 TransitIncidents storedIncidents(const TransitIncidents& incidents) {
   TransitIncidents stored;
   stored.reserve(incidents.size());
-  for (const SharedIncident& incident : incidents) {
-    stored.push_back(std::make_shared<const TransitStorageIncident>(*incident));
-  }
+  for (const SharedIncident& incident : incidents) stored.push_back(TransitStorageIncident::of(incident));
   return stored;
 }
 

@@ -3,74 +3,95 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace linewatch {
 
 /// Finds elements of an array by their hash. It knows them by their places only: who asks compares them.
-/// Open addressing, half empty at least; a place takes eight bytes a slot and no memory of its own.
+/// Open addressing, half empty at least. A search reads one byte a slot until it meets an equal hash; the
+/// places, eight bytes a slot, are only read then.
 class HashIndex {
  public:
-  /// The place with the hash for which `isEqual(place)` holds, if any.
+  /// How a search ended: at an equal element, or where it belongs. Holds until something is entered.
+  class Search {
+   public:
+    /// The place of the equal element, if there is one.
+    std::optional<std::uint32_t> place() const { return isFound_ ? std::optional(place_) : std::nullopt; }
+
+   private:
+    friend HashIndex;
+    Search(std::size_t slot, std::uint32_t hash, std::uint32_t place, bool isFound)
+        : slot_(slot), hash_(hash), place_(place), isFound_(isFound) {}
+
+    std::size_t slot_;
+    std::uint32_t hash_;
+    std::uint32_t place_;
+    bool isFound_;
+  };
+
+  /// Looks for an element with the hash for which `isEqual(place)` holds.
   template <class IsEqual>
-  std::optional<std::uint32_t> find(std::uint64_t hash, IsEqual isEqual) const {
-    if (slots_.empty()) return std::nullopt;
-    const Slot& slot = slots_[search(spread(hash), isEqual)];
-    return slot.isFree() ? std::nullopt : std::optional(slot.place());
+  Search search(std::uint64_t hash, IsEqual isEqual) {
+    if (2 * count_ >= tags_.size()) grow();
+    const std::uint32_t spreadHash = spread(hash);
+    const std::uint8_t tag = tagOf(spreadHash);
+    std::size_t slot = firstSlot(spreadHash);
+    for (; tags_[slot] != kFree; slot = nextSlot(slot)) {
+      if (tags_[slot] != tag) continue;
+      const Slot& taken = slots_[slot];
+      if (taken.hash == spreadHash && isEqual(taken.place)) return {slot, spreadHash, taken.place, true};
+    }
+    return {slot, spreadHash, 0, false};
   }
 
-  /// The same; where there is none, `place` is entered under the hash and none is given.
-  template <class IsEqual>
-  std::optional<std::uint32_t> findOrEnter(std::uint64_t hash, std::uint32_t place, IsEqual isEqual) {
-    if (2 * count_ >= slots_.size()) grow();
-    const std::uint32_t spreadHash = spread(hash);
-    Slot& slot = slots_[search(spreadHash, isEqual)];
-    if (!slot.isFree()) return slot.place();
-    slot = {spreadHash, place + 1};
+  /// Enters the element that `search` did not find, at the place where its array has it.
+  void enter(const Search& search, std::uint32_t place) {
+    put(search.slot_, {search.hash_, place});
     ++count_;
-    return std::nullopt;
   }
 
  private:
   struct Slot {
-    std::uint32_t hash = 0;
-    std::uint32_t placeFromOne = 0;
-
-    bool isFree() const { return placeFromOne == 0; }
-    std::uint32_t place() const { return placeFromOne - 1; }
+    std::uint32_t hash;
+    std::uint32_t place;
   };
+
+  static constexpr std::uint8_t kFree = 0;
 
   /// Counters and pointers differ in few bits; the upper half of the product differs with each of them.
   static std::uint32_t spread(std::uint64_t hash) {
     return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * 0x9E3779B97F4A7C15ULL) >> 32);
   }
+  /// Of the bits that choose no slot until there are 2^25 of them; never free.
+  static std::uint8_t tagOf(std::uint32_t hash) { return static_cast<std::uint8_t>(hash | 0x80U); }
   std::size_t firstSlot(std::uint32_t hash) const { return hash >> shift_; }
-  std::size_t nextSlot(std::size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
+  std::size_t nextSlot(std::size_t slot) const { return (slot + 1) & (tags_.size() - 1); }
 
-  /// The slot of the equal place, or the free one where it belongs.
-  template <class IsEqual>
-  std::size_t search(std::uint32_t hash, IsEqual& isEqual) const {
-    std::size_t slot = firstSlot(hash);
-    while (!slots_[slot].isFree() && !(slots_[slot].hash == hash && isEqual(slots_[slot].place())))
-      slot = nextSlot(slot);
-    return slot;
+  void put(std::size_t slot, Slot element) {
+    tags_[slot] = tagOf(element.hash);
+    slots_[slot] = element;
   }
 
   void grow() {
     constexpr std::size_t kSmallest = 16, kFactor = 4;
-    std::vector<Slot> old(slots_.empty() ? kSmallest : kFactor * slots_.size());
-    old.swap(slots_);
-    shift_ = 32 - std::countr_zero(slots_.size());
-    for (const Slot& moved : old) {
-      if (moved.isFree()) continue;
-      std::size_t slot = firstSlot(moved.hash);
-      while (!slots_[slot].isFree()) slot = nextSlot(slot);
-      slots_[slot] = moved;
+    const std::size_t size = tags_.empty() ? kSmallest : kFactor * tags_.size();
+    const auto oldTags = std::exchange(tags_, std::vector<std::uint8_t>(size, kFree));
+    // What is in a free slot is never read.
+    const auto oldSlots = std::exchange(slots_, std::make_unique_for_overwrite<Slot[]>(size));
+    shift_ = 32 - std::countr_zero(size);
+    for (std::size_t old = 0; old < oldTags.size(); ++old) {
+      if (oldTags[old] == kFree) continue;
+      std::size_t slot = firstSlot(oldSlots[old].hash);
+      while (tags_[slot] != kFree) slot = nextSlot(slot);
+      put(slot, oldSlots[old]);
     }
   }
 
-  std::vector<Slot> slots_;
+  std::vector<std::uint8_t> tags_;
+  std::unique_ptr<Slot[]> slots_;
   std::size_t count_ = 0;
   int shift_ = 0;
 };

@@ -3,6 +3,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/transit_storage_incident.h"
+
 namespace linewatch::simulation {
 
 namespace {
@@ -29,7 +31,7 @@ std::shared_ptr<const TransitIncident> incidentRecord(const WorldIncident& incid
   const auto date = [start](const std::optional<Seconds>& offset) {
     return offset ? std::optional<Date>(start + *offset) : std::nullopt;
   };
-  return std::make_shared<const TransitIncidentRecord>(TransitIncidentFields{
+  return std::make_shared<const TransitStorageIncident>(TransitIncidentFields{
       .muid = incident.muid,
       .isBlockingIncident = incident.blocking,
       .startDate = date(incident.start),

@@ -6,7 +6,7 @@
 #include "desktop/feeds/plain_text.h"
 #include "desktop/feeds/row_text.h"
 #include "desktop/feeds/translation_choice.h"
-#include "platform/transit_records.h"
+#include "platform/transit_storage_incident.h"
 
 namespace linewatch::desktop {
 
@@ -69,7 +69,7 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   fields.infoURL = bestAddress(incident);
   // When the incident was last updated is not known: the header's date is of the feed and another each time,
   // and would make an unchanged list count as a new one.
-  return std::make_shared<const TransitIncidentRecord>(std::move(fields));
+  return std::make_shared<const TransitStorageIncident>(std::move(fields));
 }
 
 std::uint64_t IncidentRecords::muidOf(const DistinctIncident& incident) const {
