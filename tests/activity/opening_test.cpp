@@ -16,12 +16,11 @@
 #include "activity/openable_url.h"
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-using simulation::SimulatedPlatform;
 using simulation::World;
 using simulation::WorldBundle;
 using testing::ElementsAre;
@@ -33,15 +32,8 @@ struct Outcome {
   std::optional<Error> error;
 };
 
-class Opening : public testing::Test {
+class Opening : public PlatformTest {
  protected:
-  void install(World world = {}) {
-    platform_ = SimulatedPlatform::make(std::move(world));
-    installPlatform(platform_);
-  }
-  void SetUp() override { install(); }
-  void TearDown() override { installPlatform(nullptr); }
-
   OpenHandler handler() {
     return [this](bool success, std::optional<Error> error) {
       outcome_ = {outcome_.calls + 1, success, std::move(error)};
@@ -52,7 +44,6 @@ class Opening : public testing::Test {
     openable.openInContext(context, handler());
   }
 
-  std::shared_ptr<SimulatedPlatform> platform_;
   Outcome outcome_;
 };
 

@@ -6,26 +6,23 @@
 
 #include "analytics/transit_incidents_analytics_delegate.h"
 #include "platform/transit_records.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-using simulation::SimulatedPlatform;
 using simulation::World;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class AnalyticsSession : public testing::Test {
+class AnalyticsSession : public PlatformTest {
  protected:
-  void install(World world) {
-    platform_ = SimulatedPlatform::make(std::move(world));
-    installPlatform(platform_);
+  void start(World world) {
+    install(std::move(world));
     controller_ = platform_->makeViewController();
     analytics_ = std::make_unique<RVTransitIncidentsAnalyticsDelegate>(controller_);
   }
-  void SetUp() override { install({}); }
-  void TearDown() override { installPlatform(nullptr); }
+  void SetUp() override { start({}); }
 
   void show(WidgetDisplayMode mode) {
     platform_->changeWorld([mode](World& world) { world.host.activeMode = mode; });
@@ -56,7 +53,6 @@ class AnalyticsSession : public testing::Test {
     return platform_->transcript().eventsNamed("analytics");
   }
 
-  std::shared_ptr<SimulatedPlatform> platform_;
   std::shared_ptr<ui::ViewController> controller_;
   std::unique_ptr<RVTransitIncidentsAnalyticsDelegate> analytics_;
 };
@@ -164,7 +160,7 @@ TEST_F(AnalyticsSession, AnOpenEndsItWithTheRowsNumber) {
   using enum WidgetDisplayMode;
   for (const Row& row : {Row{compact, 0, 0}, Row{expanded, 0, 1}, Row{expanded, 1, 1}, Row{expanded, 3, 3},
                          Row{compact, 3, 3}}) {
-    install({});
+    start({});
     show(row.mode);
     analytics_->startSessionIfNeeded();
     analytics_->recordOpenItemAtIndexPath({.row = row.row});
@@ -180,7 +176,7 @@ TEST_F(AnalyticsSession, TellsWhetherTheDeviceWasLocked) {
   for (const int state : {0, 1, 2, 3, -1}) {
     World world;
     world.lockState = state;
-    install(world);
+    start(world);
     analytics_->startSessionIfNeeded();
     analytics_->recordCloseSessionSwiping();
     EXPECT_EQ(events().at(0).field("wasLocked"), Value(state == 1 || state == 2)) << state;

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "app/program_run.h"
+#include "temporary_folder.h"
 
 namespace linewatch::app {
 namespace {

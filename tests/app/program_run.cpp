@@ -1,8 +1,5 @@
 #include "app/program_run.h"
 
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -10,14 +7,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "temporary_folder.h"
+
 namespace linewatch::app {
 
 namespace {
-
-std::string contentsOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -52,24 +46,6 @@ ProgramRun runProgram(const std::vector<std::string>& arguments,
   waitpid(process, &status, 0);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), contentsOf(output),
           contentsOf(errors)};
-}
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "linewatch-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("cannot make a temporary folder");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::write(const std::string& name, const std::string& contents) const {
-  const auto file = path_ / name;
-  std::filesystem::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << contents;
-  return file.string();
 }
 
 }  // namespace linewatch::app

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,22 +15,5 @@ struct ProgramRun {
 /// Runs the built program with an empty environment but for what `environment` says ("NAME=VALUE").
 ProgramRun runProgram(const std::vector<std::string>& arguments,
                       const std::vector<std::string>& environment = {});
-
-/// A folder of its own for one test, taken away at the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
-  /// Makes a file, with its folders, and gives its path.
-  std::string write(const std::string& name, const std::string& contents) const;
-
- private:
-  std::filesystem::path path_;
-};
 
 }  // namespace linewatch::app

@@ -7,6 +7,7 @@
 
 #include "app/alerts_by_hand.h"
 #include "app/program_run.h"
+#include "temporary_folder.h"
 
 namespace linewatch::app {
 namespace {

@@ -1,7 +1,5 @@
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -11,6 +9,7 @@
 
 #include "app/alerts_by_hand.h"
 #include "app/program_run.h"
+#include "temporary_folder.h"
 
 namespace linewatch::app {
 namespace {
@@ -27,11 +26,6 @@ struct Pixels {
   bool operator==(const Pixels&) const = default;
 };
 
-std::string bytesOf(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 std::uint32_t bigEndian(const std::string& bytes, std::size_t place) {
   std::uint32_t number = 0;
   for (std::size_t i = 0; i < 4; ++i) number = number << 8 | static_cast<unsigned char>(bytes.at(place + i));
@@ -40,7 +34,7 @@ std::uint32_t bigEndian(const std::string& bytes, std::size_t place) {
 
 /// What the PNG's header says; nothing where it is none.
 Pixels sizeOfPng(const std::string& file) {
-  const std::string bytes = bytesOf(file);
+  const std::string bytes = contentsOf(file);
   if (bytes.size() < 24 || !bytes.starts_with("\x89PNG")) return {};
   return {bigEndian(bytes, 16), bigEndian(bytes, 20)};
 }
@@ -85,7 +79,7 @@ class RenderTest : public testing::Test {
 TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
   using Options = std::vector<std::string>;
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
-  const std::string usual = bytesOf(picture());
+  const std::string usual = contentsOf(picture());
   for (const auto& [options, size] : {std::pair{Options{"--scale", "1"}, Pixels{359, 110}},
                                       {{"--scale", "0.5", "--width", "201"}, {101, 55}},
                                       {{"--width", "240", "--scale", "3"}, {720, 330}},
@@ -96,16 +90,16 @@ TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
                                       {{"--dark"}, {718, 220}},
                                       {{"--locale", "ar"}, {718, 220}}}) {
     EXPECT_EQ(sizeWith(options), size) << testing::PrintToString(options);
-    EXPECT_NE(bytesOf(picture()), usual) << testing::PrintToString(options);
+    EXPECT_NE(contentsOf(picture()), usual) << testing::PrintToString(options);
   }
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
-  EXPECT_EQ(bytesOf(picture()), usual) << "the same again is the same file";
+  EXPECT_EQ(contentsOf(picture()), usual) << "the same again is the same file";
 }
 
 TEST_F(RenderTest, TheFilesNameSaysWhatItBecomes) {
   for (const auto& [name, words] : {std::pair{"widget.svg", "<svg"}, {"widget.pdf", "/MediaBox"}}) {
     EXPECT_EQ(render({"--expanded"}, folder_ / name).status, 0);
-    EXPECT_THAT(bytesOf(folder_ / name), HasSubstr(words));
+    EXPECT_THAT(contentsOf(folder_ / name), HasSubstr(words));
   }
 }
 
@@ -137,7 +131,7 @@ TEST_F(RenderTest, RefusesInOneLine) {
 TEST_F(RenderTest, AFileThatCannotBeReplacedIsLeftAsItWas) {
   folder_.write("widget.png", "before");
   EXPECT_EQ(render({"--scale", "9"}, picture()).status, 2);
-  EXPECT_EQ(bytesOf(picture()), "before");
+  EXPECT_EQ(contentsOf(picture()), "before");
 }
 
 TEST_F(RenderTest, DrawsTheErrorRowAndSaysWhatFailed) {

@@ -6,9 +6,9 @@
 #include "contracts/subject.h"
 #include "desktop/recording_log.h"
 #include "desktop/storage/stored_preferences.h"
-#include "desktop/temporary_folder.h"
 #include "platform/transit_storage_incident.h"
 #include "simulation/simulated_platform.h"
+#include "temporary_folder.h"
 
 namespace linewatch {
 namespace {
@@ -50,7 +50,7 @@ class DesktopProcess final : public Process {
   std::vector<std::string> errorsLogged() override { return log_.lines(); }
 
  private:
-  desktop::TemporaryFolder folder_;
+  TemporaryFolder folder_;
   desktop::RecordingLog log_;
   desktop::SharedDatabase database_;
 };

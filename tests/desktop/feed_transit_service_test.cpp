@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_sketch.h"
-#include "desktop/sentence.h"
-#include "desktop/temporary_folder.h"
 #include "simulation/simulated_platform.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -58,7 +58,7 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
         [&](const std::shared_ptr<const TransitLineItems>& items, const std::optional<Error>& error) {
           EXPECT_TRUE(loop.isMainThread());
           EXPECT_NE(items != nullptr, error.has_value());
-          answers.push_back(items ? items->at(0)->name() + items->at(1)->name() : sentence(*error));
+          answers.push_back(items ? items->at(0)->name() + items->at(1)->name() : sentenceOf(*error));
         });
     EXPECT_TRUE(answers.empty()) << "not before the call has returned";
   };

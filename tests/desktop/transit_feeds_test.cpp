@@ -6,11 +6,10 @@
 #include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_sketch.h"
 #include "desktop/recording_log.h"
-#include "desktop/sentence.h"
-#include "desktop/temporary_folder.h"
 #include "desktop/user_favorites.h"
 #include "platform/transit_storage_line_item.h"
 #include "simulation/simulated_platform.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -71,7 +70,7 @@ class TransitFeedsTest : public testing::Test {
   /// The lines with the titles of their incidents, or the sentence of the error.
   std::vector<std::string> lines(TransitFeeds& feeds, const std::vector<MapItemIdentifier>& identifiers) {
     const auto items = feeds.lineItems(identifiers, now_);
-    if (!items) return {sentence(items.error())};
+    if (!items) return {sentenceOf(items.error())};
     std::vector<std::string> all;
     for (const SharedLineItem& item : *items) {
       std::string& line = all.emplace_back(item->name() + ":");
@@ -81,7 +80,7 @@ class TransitFeedsTest : public testing::Test {
   }
   /// The ids of a feed's alerts, or the sentence of the error.
   static std::string ids(const Outcome<SharedAlertsMessage>& message) {
-    if (!message) return sentence(message.error());
+    if (!message) return sentenceOf(message.error());
     std::string all;
     for (const auto& entity : (*message)->entities()) all.append(entity.id).append(" ");
     return all;
@@ -166,7 +165,7 @@ TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
   const FeedLines known = withoutLines.lines();
   ASSERT_EQ(known.indexes.size(), 1U);
   EXPECT_EQ(known.indexes[0]->feedName(), "good");
-  EXPECT_THAT(sentence(*known.error), HasSubstr("no such file or folder"));
+  EXPECT_THAT(sentenceOf(*known.error), HasSubstr("no such file or folder"));
   EXPECT_FALSE(withoutLines.linesOf("nowhere"));
 }
 
@@ -284,7 +283,7 @@ TEST_F(TransitFeedsTest, KeptLinesServeWhenATimetableCannotBeHad) {
   const StoredFeed feed{"bus", "https://example.org/gtfs.zip", ""};
   const auto lineIds = [&] {
     const auto index = documents(cache())->lineIndexOf(feed);
-    return index ? (*index)->nameOfRoute(0) : sentence(index.error());
+    return index ? (*index)->nameOfRoute(0) : sentenceOf(index.error());
   };
   server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_EQ(lineIds(),

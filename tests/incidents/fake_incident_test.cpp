@@ -2,17 +2,17 @@
 
 #include "incidents/debug_transit_incident.h"
 #include "platform/main_loop.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-TEST(FakeIncident, IsARunningStrikeOnTheLine) {
-  const auto world = simulation::SimulatedPlatform::make();
-  installPlatform(world);
+using FakeIncident = PlatformTest;
+
+TEST_F(FakeIncident, IsARunningStrikeOnTheLine) {
   const TransitLineRecord line(TransitLineFields{.muid = ~std::uint64_t{0}, .name = "12"}, {});
   const auto incident = DebugTransitIncident::_debug_fakeIncidentAffectingLine(line);
-  const Date now = world->mainLoop().now();
+  const Date now = platform_->mainLoop().now();
   EXPECT_EQ(incident->muid(), 0U) << "one more than the line's, around the end of the numbers";
   EXPECT_TRUE(incident->isBlockingIncident());
   EXPECT_EQ(incident->startDate(), now - Seconds(86400));
@@ -35,10 +35,9 @@ TEST(FakeIncident, IsARunningStrikeOnTheLine) {
   EXPECT_EQ(entity.muid(), line.muid());
   EXPECT_FALSE(entity.hasNextStopIDs());
   EXPECT_EQ(entity.nextStopIDs(), std::nullopt);
-  installPlatform(nullptr);
 }
 
-TEST(FakeIncident, ItsLineAnswersAsTheLineItWraps) {
+TEST_F(FakeIncident, ItsLineAnswersAsTheLineItWraps) {
   const auto artwork = std::make_shared<const TransitArtworkDataSource>();
   const auto line = std::make_shared<const TransitLineRecord>(
       TransitLineFields{.muid = 7,

@@ -8,17 +8,16 @@
 #include "incidents/companion_stores.h"
 #include "incidents/debug_transit_incident.h"
 #include "incidents/transit_incident_fetcher.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-using simulation::SimulatedPlatform;
 using simulation::World;
 using simulation::WorldFavorite;
 using testing::ElementsAre;
 
-class IncidentFetcher : public testing::Test {
+class IncidentFetcher : public PlatformTest {
  protected:
   static World city() {
     World world;
@@ -33,8 +32,7 @@ class IncidentFetcher : public testing::Test {
   }
 
   std::shared_ptr<RVResult> fetch(World world) {
-    platform_ = SimulatedPlatform::make(std::move(world));
-    installPlatform(platform_);
+    install(std::move(world));
     std::shared_ptr<RVResult> result;
     const auto request =
         RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
@@ -48,9 +46,6 @@ class IncidentFetcher : public testing::Test {
     EXPECT_EQ(request->result(), result);
     return result;
   }
-  void TearDown() override { installPlatform(nullptr); }
-
-  std::shared_ptr<SimulatedPlatform> platform_;
 };
 
 TEST_F(IncidentFetcher, LooksUpTheFavouritesThatAreLines) {
@@ -132,13 +127,12 @@ TEST_F(IncidentFetcher, InjectsFakeIncidentsWhereTheSwitchesAndTheDrawsSaySo) {
 }
 
 TEST_F(IncidentFetcher, OneContainerAPlatformAndANewStoreACall) {
-  installPlatform(SimulatedPlatform::make());
   const auto container = defaultContainer();
   EXPECT_EQ(container, defaultContainer());
   EXPECT_NE(_rova_groupUserDefaults(), _rova_groupUserDefaults());
   _rova_groupUserDefaults()->setObject(Value(true), "key");
   EXPECT_TRUE(_rova_groupUserDefaults()->boolForKey("key"));
-  installPlatform(SimulatedPlatform::make());
+  install();
   EXPECT_NE(container, defaultContainer());
 }
 

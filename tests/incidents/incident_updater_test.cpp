@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "incidents/transit_incident_updater.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 #include "simulation/world_records.h"
 
 namespace linewatch {
@@ -37,11 +37,8 @@ class Listener : public RVTransitIncidentUpdaterObserver {
   std::vector<std::string> heard;
 };
 
-class IncidentUpdater : public testing::Test {
+class IncidentUpdater : public PlatformTest {
  protected:
-  IncidentUpdater() { installPlatform(platform_); }
-  ~IncidentUpdater() override { installPlatform(nullptr); }
-
   static TransitLineItems lineItems(const Lines& lines) {
     World world;
     std::uint64_t next = 0;
@@ -70,7 +67,6 @@ class IncidentUpdater : public testing::Test {
     return texts;
   }
 
-  std::shared_ptr<SimulatedPlatform> platform_ = SimulatedPlatform::make();
   std::shared_ptr<Listener> listener_ = std::make_shared<Listener>();
 };
 
@@ -102,8 +98,7 @@ TEST_F(IncidentUpdater, ReportsTheDatesAtWhichTheListChanges) {
            Row{"an end in the past stands in the way", {{{300, -60}, {-1, 600}}}, {"-60", "300", "600"}, {}},
        }) {
     listener_->heard.clear();
-    platform_ = SimulatedPlatform::make();
-    installPlatform(platform_);
+    install();
     const auto updater = makeUpdater(row.lines);
     EXPECT_EQ(datesOf(*updater), row.dates) << row.name;
     platform_->advance(1799);

@@ -5,16 +5,13 @@
 #include "activity/openable_url.h"
 #include "list/row_artwork.h"
 #include "platform/json_text.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-class ListDictionaryForm : public testing::Test {
+class ListDictionaryForm : public PlatformTest {
  protected:
-  ListDictionaryForm() { installPlatform(simulation::SimulatedPlatform::make()); }
-  ~ListDictionaryForm() override { installPlatform(nullptr); }
-
   static SharedArtwork shield(std::string text) {
     TransitArtworkDataSource artwork;
     artwork.shieldDataSource = ShieldDataSource{.shieldText = std::move(text)};

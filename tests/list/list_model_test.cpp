@@ -10,7 +10,7 @@
 #include "activity/openable_url.h"
 #include "list/transit_artwork_equality.h"
 #include "list/transit_list_item.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
@@ -64,11 +64,7 @@ TEST(ConfiguredArtwork, ComparesOpacityThenSourcesThenTheirArchives) {
   EXPECT_EQ(RVConfiguredArtwork(nullptr, -1.25).hash(), 2654435761U + (std::size_t{1} << 62U));
 }
 
-class ListModel : public testing::Test {
- protected:
-  void SetUp() override { installPlatform(simulation::SimulatedPlatform::make()); }
-  void TearDown() override { installPlatform(nullptr); }
-};
+using ListModel = PlatformTest;
 
 TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
   const auto artwork = [](double alpha) {

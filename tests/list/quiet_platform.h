@@ -4,9 +4,8 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <utility>
 
-#include "simulation/simulated_platform.h"
+#include "simulation/forwarding_platform.h"
 
 namespace linewatch {
 
@@ -39,42 +38,13 @@ class QuietArchiver final : public KeyedArchiver {
 
 /// A simulated platform that keeps no transcript of the session and makes no bytes: what is left of building
 /// a list is the building.
-class QuietPlatform final : public Platform {
+class QuietPlatform final : public ForwardingPlatform {
  public:
-  Log& log() override { return real_->log(); }
-  MainLoop& mainLoop() override { return real_->mainLoop(); }
-  RandomSource& randomSource() override { return real_->randomSource(); }
-  Localization& localization() override { return real_->localization(); }
-  IncidentStringProvider& incidentStringProvider() override { return real_->incidentStringProvider(); }
   KeyedArchiver& keyedArchiver() override { return archiver_; }
-  TransitService& transitService() override { return real_->transitService(); }
   UserSession& userSession() override { return session_; }
-  MapURLBuilder& mapURLBuilder() override { return real_->mapURLBuilder(); }
-  SystemController& systemController() override { return real_->systemController(); }
-  Device& device() override { return real_->device(); }
-  UsageRecorder& usageRecorder() override { return real_->usageRecorder(); }
-  AnalyticsEventFactory& analyticsEventFactory() override { return real_->analyticsEventFactory(); }
-  AnalyticsLogger& analyticsLogger() override { return real_->analyticsLogger(); }
   CountingCompressor& compressor() override { return compressor_; }
-  ui::TextEngine& textEngine() override { return real_->textEngine(); }
-  ui::ImageSource& imageSource() override { return real_->imageSource(); }
-  ui::InterfaceSettings& interfaceSettings() override { return real_->interfaceSettings(); }
-  ui::NotificationCenter& notificationCenter() override { return real_->notificationCenter(); }
-  std::shared_ptr<IconManager> makeIconManager() override { return real_->makeIconManager(); }
-  std::shared_ptr<ShieldManager> makeShieldManager() override { return real_->makeShieldManager(); }
-  std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override {
-    return real_->makePreferencesStore(suite);
-  }
-  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
-    return real_->makeRemoteFavoritesPersister();
-  }
-  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
-      std::shared_ptr<RemoteFavoritesPersister> persister) override {
-    return real_->makeFavoritesContainer(std::move(persister));
-  }
 
  private:
-  std::shared_ptr<simulation::SimulatedPlatform> real_ = simulation::SimulatedPlatform::make();
   QuietSession session_;
   QuietArchiver archiver_;
   CountingCompressor compressor_;

@@ -10,7 +10,7 @@
 #include "presentation/artwork_column_calculator.h"
 #include "presentation/counted_artworks.h"
 #include "presentation/memory_constrained_artwork_cache.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
@@ -23,11 +23,8 @@ using Parameter = ArtworkWidthCalculatorSizeParameter;
 using Calculator = TransitDirectionsListArtworkWidthCalculator;
 using Artworks = std::vector<SharedSizedArtwork>;
 
-class ArtworkColumn : public ::testing::Test {
+class ArtworkColumn : public PlatformTest {
  protected:
-  ArtworkColumn() { installPlatform(platform_); }
-  ~ArtworkColumn() override { installPlatform(nullptr); }
-
   /// The width of the column for the artworks, at most 200 wide unless said otherwise.
   double columnWidth(const Artworks& artworks, const Parameter& parameter = {73, 200, kInsets}) {
     double width = -1;
@@ -39,7 +36,6 @@ class ArtworkColumn : public ::testing::Test {
     return smaller == smaller_.end() ? artwork->shieldSize() : smaller->second->shieldSize();
   }
 
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
   CountedArtworks counted_;
   std::shared_ptr<ArtworkDataSourceCache> cache_ = counted_.makeCache();
   SmallerArtworks smaller_;

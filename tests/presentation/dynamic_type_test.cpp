@@ -7,7 +7,7 @@
 
 #include "platform/ui/layout_guide.h"
 #include "presentation/dynamic_type_wizard.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
@@ -17,16 +17,11 @@ double factor(ui::TextSizeCategory category) { return ui::scaleFactor(ui::TextSt
 const FontProvider kHeadline = headline;
 const FontProvider kNoFont = [] { return std::optional<ui::Font>(); };
 
-class DynamicType : public ::testing::Test {
+class DynamicType : public PlatformTest {
  protected:
-  DynamicType() { installPlatform(platform_); }
-  ~DynamicType() override { installPlatform(nullptr); }
-
   void setTextSize(ui::TextSizeCategory category) {
     platform_->changeWorld([&](auto& world) { world.textSize = category; });
   }
-
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
 };
 
 /// Notes what it sees when it is told.
@@ -213,12 +208,11 @@ TEST_F(DynamicType, KeepsNothingAlive) {
 TEST_F(DynamicType, StartsAfreshWithEachPlatform) {
   auto label = std::make_shared<ui::Label>();
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
-  auto other = simulation::SimulatedPlatform::make();
-  installPlatform(other);
-  other->changeWorld([](auto& world) { world.textSize = ui::TextSizeCategory::AX5; });
+  install();
+  setTextSize(ui::TextSizeCategory::AX5);
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::L);
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
-  other->changeWorld([](auto& world) { world.textSize = ui::TextSizeCategory::AX1; });
+  setTextSize(ui::TextSizeCategory::AX1);
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::AX1);
 }
 

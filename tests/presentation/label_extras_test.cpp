@@ -1,14 +1,14 @@
 #include "presentation/label_extras.h"
 
-#include <gtest/gtest.h>
-
 #include "presentation/height_constrained_view.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 namespace {
 
-TEST(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
+using LabelExtras = PlatformTest;
+
+TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   ui::Label label;
   EXPECT_EQ(_rova_lineSpacing(label), 0);
   _rova_setLineSpacing(label, 4);
@@ -31,8 +31,7 @@ TEST(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   EXPECT_EQ(label.attributedText().runs().front().attributes.color, ui::Color(ui::SemanticColor::systemGray));
 }
 
-TEST(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
-  installPlatform(simulation::SimulatedPlatform::make());
+TEST_F(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
   const ui::Font font(ui::TextStyle::title2);
   const auto label = multiLineLabelWithFont(font);
   EXPECT_EQ(label->font(), font);
@@ -40,7 +39,6 @@ TEST(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
   EXPECT_TRUE(label->isLaidOutByConstraints());
   label->setText("a b c d e f");
   EXPECT_NEAR(label->intrinsicHeight(font.pointSize()).value(), 6 * font.pointSize(), 1);
-  installPlatform(nullptr);
 }
 
 TEST(HeightConstrainedView, HasOneConstraintThatIsSomebodyElsesToActivate) {

@@ -13,18 +13,15 @@
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "presentation/transit_item_fixed_height_cell.h"
 #include "presentation/transit_summary_cell.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch {
 
 /// Rows of cells, laid out at a width and read where they came to be. The simulation's text: code points are
 /// half a font's size wide, capitals 0.7 of it tall, lines 1.0 of it.
-class Row : public ::testing::Test {
+class Row : public PlatformTest {
  protected:
   static constexpr double kWidth = 359;
-
-  Row() { installPlatform(platform_); }
-  ~Row() override { installPlatform(nullptr); }
 
   void setTextSize(ui::TextSizeCategory category) {
     platform_->changeWorld([&](auto& world) { world.textSize = category; });
@@ -55,7 +52,6 @@ class Row : public ::testing::Test {
         std::make_shared<const RVConfiguredArtwork>(std::move(source), 0.5), displayArtwork, nullptr);
   }
 
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
   CountedArtworks counted_;
   std::shared_ptr<ArtworkDataSourceCache> cache_ = counted_.makeCache();
 };

@@ -10,7 +10,7 @@
 
 #include "platform/companion_application.h"
 #include "platform/transit_storage_line_item.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 #include "simulation/world_records.h"
 
 namespace linewatch {
@@ -42,11 +42,8 @@ class AnyRecord : public Archivable {
   bool isSecure_;
 };
 
-class SavedUIData : public testing::Test {
+class SavedUIData : public PlatformTest {
  protected:
-  SavedUIData() { installPlatform(platform_); }
-  ~SavedUIData() override { installPlatform(nullptr); }
-
   static World city() {
     World world;
     world.incidents["strike"] = {.muid = 11, .title = "Strike", .start = Seconds(-60), .end = Seconds(60)};
@@ -86,8 +83,6 @@ class SavedUIData : public testing::Test {
     }
     return list;
   }
-
-  std::shared_ptr<SimulatedPlatform> platform_ = SimulatedPlatform::make();
 };
 
 TEST_F(SavedUIData, ComesBackInTheNextProcess) {

@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "desktop/storage/stored_analytics.h"
-#include "desktop/temporary_folder.h"
 #include "desktop/window/windows.h"
+#include "temporary_folder.h"
 
 namespace linewatch::app {
 namespace {
@@ -65,7 +65,7 @@ class PanelRunTest : public testing::Test {
     return nullptr;
   }
 
-  desktop::TemporaryFolder folder_;
+  TemporaryFolder folder_;
   CommonOptions options_;
   std::shared_ptr<desktop::DrawingScreen> screen_ =
       std::make_shared<desktop::DrawingScreen>(desktop::ScreenSettings());

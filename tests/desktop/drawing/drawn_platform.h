@@ -9,50 +9,24 @@
 #include "desktop/drawing/qt_text_engine.h"
 #include "desktop/recording_log.h"
 #include "platform/preferences_store.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/forwarding_platform.h"
 
 namespace linewatch::desktop {
 
 /// A simulated platform that shapes and draws as the desktop does.
-class DrawnPlatform final : public Platform {
+class DrawnPlatform final : public ForwardingPlatform {
  public:
-  explicit DrawnPlatform(simulation::World world = {})
-      : simulated_(simulation::SimulatedPlatform::make(std::move(world))) {}
+  using ForwardingPlatform::ForwardingPlatform;
 
-  simulation::SimulatedPlatform& simulated() { return *simulated_; }
   /// Then no preference can be written.
   bool diskIsFull = false;
 
-  Log& log() override { return simulated_->log(); }
-  MainLoop& mainLoop() override { return simulated_->mainLoop(); }
-  RandomSource& randomSource() override { return simulated_->randomSource(); }
-  Localization& localization() override { return simulated_->localization(); }
-  IncidentStringProvider& incidentStringProvider() override { return simulated_->incidentStringProvider(); }
-  KeyedArchiver& keyedArchiver() override { return simulated_->keyedArchiver(); }
-  TransitService& transitService() override { return simulated_->transitService(); }
-  UserSession& userSession() override { return simulated_->userSession(); }
-  MapURLBuilder& mapURLBuilder() override { return simulated_->mapURLBuilder(); }
-  SystemController& systemController() override { return simulated_->systemController(); }
-  Device& device() override { return simulated_->device(); }
-  UsageRecorder& usageRecorder() override { return simulated_->usageRecorder(); }
-  AnalyticsEventFactory& analyticsEventFactory() override { return simulated_->analyticsEventFactory(); }
-  AnalyticsLogger& analyticsLogger() override { return simulated_->analyticsLogger(); }
   ui::TextEngine& textEngine() override { return textEngine_; }
   ui::ImageSource& imageSource() override { return *drawings_; }
-  ui::InterfaceSettings& interfaceSettings() override { return simulated_->interfaceSettings(); }
-  ui::NotificationCenter& notificationCenter() override { return simulated_->notificationCenter(); }
-
   std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) override {
-    auto store = simulated_->makePreferencesStore(suite);
+    auto store = ForwardingPlatform::makePreferencesStore(suite);
     if (diskIsFull) return std::make_shared<FullStore>(std::move(store));
     return store;
-  }
-  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
-    return simulated_->makeRemoteFavoritesPersister();
-  }
-  std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
-      std::shared_ptr<RemoteFavoritesPersister> persister) override {
-    return simulated_->makeFavoritesContainer(std::move(persister));
   }
   std::shared_ptr<IconManager> makeIconManager() override {
     return std::make_shared<ModeIconManager>(drawings_);
@@ -76,7 +50,6 @@ class DrawnPlatform final : public Platform {
     std::shared_ptr<PreferencesStore> store_;
   };
 
-  std::shared_ptr<simulation::SimulatedPlatform> simulated_;
   QtTextEngine textEngine_;
   std::shared_ptr<DrawingSource> drawings_ =
       std::make_shared<DrawingSource>(std::make_shared<RecordingLog>());

@@ -9,6 +9,7 @@
 
 #include <protozero/pbf_writer.hpp>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_message.h"
 
 // Alerts as tests write them down, and their bytes.
@@ -133,7 +134,7 @@ inline SharedAlertsMessage messageOf(const FeedSketch& sketch) { return *readAle
 template <class T>
 std::string sentenceOf(const Outcome<T>& outcome) {
   if (outcome) return {};
-  return *outcome.error().info.at(kLocalizedDescriptionKey).template get<std::string>();
+  return sentenceOf(outcome.error());
 }
 
 }  // namespace linewatch::desktop

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/line_index_encoding.h"
-#include "desktop/sentence.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -21,7 +21,7 @@ LineIndex::Contents wideContents() {
 
 std::string decodingFaultOf(const Bytes& bytes) {
   const Outcome<LineIndex::Contents> contents = decodeLineIndex(bytes);
-  return contents ? "none" : sentence(contents.error());
+  return contents ? "none" : sentenceOf(contents.error());
 }
 
 TEST(LineIndexEncoding, HasTheDocumentedLayout) {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/line_search.h"
-#include "desktop/sentence.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -33,7 +33,7 @@ class LineSearchTest : public testing::Test {
   /// The line's feed and id, or the error's sentence.
   std::string named(std::string_view name) const {
     const Outcome<FoundLine> line = findLine(feeds_, name);
-    return line ? line->index->feedName() + " / " + line->entry().id : sentence(line.error());
+    return line ? line->index->feedName() + " / " + line->entry().id : sentenceOf(line.error());
   }
 
   std::vector<SharedLineIndex> feeds_{

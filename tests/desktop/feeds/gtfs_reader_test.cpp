@@ -1,15 +1,14 @@
 #include "desktop/feeds/gtfs_reader.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/base/failure.h"
 #include "desktop/feeds/folder_source.h"
 #include "desktop/feeds/memory_source.h"
-#include "desktop/sentence.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -21,14 +20,14 @@ using testing::ElementsAre;
 LineIndex::Contents contentsOf(std::map<std::string, std::string, std::less<>> files) {
   MemorySource source(std::move(files));
   Outcome<LineIndex::Contents> contents = readGtfs(source, "city");
-  EXPECT_TRUE(contents) << sentence(contents.error());
+  EXPECT_TRUE(contents) << sentenceOf(contents.error());
   return *contents;
 }
 
 std::string faultOf(std::map<std::string, std::string, std::less<>> files) {
   MemorySource source(std::move(files));
   const Outcome<LineIndex::Contents> contents = readGtfs(source, "city");
-  return contents ? "none" : sentence(contents.error());
+  return contents ? "none" : sentenceOf(contents.error());
 }
 
 TEST(GtfsReader, ReadsAgenciesAndRoutesInFeedOrder) {
@@ -91,26 +90,17 @@ TEST(GtfsReader, SaysWhatIsWrongWhereAndWhy) {
 
 class FolderSourceTest : public testing::Test {
  protected:
-  FolderSourceTest() {
-    std::string pattern = testing::TempDir() + "/folder_source_XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~FolderSourceTest() override { fs::remove_all(folder_); }
-
-  void write(const std::string& name, std::string_view bytes) const {
-    std::ofstream(folder_ / name, std::ios::binary) << bytes;
-  }
   std::string faultOfFile(std::string_view name) const {
-    const Outcome<std::optional<std::string>> bytes = FolderSource(folder_).file(name);
-    return bytes ? "none" : sentence(bytes.error());
+    const Outcome<std::optional<std::string>> bytes = FolderSource(folder_.path()).file(name);
+    return bytes ? "none" : sentenceOf(bytes.error());
   }
 
-  fs::path folder_;
+  const TemporaryFolder folder_;
 };
 
 TEST_F(FolderSourceTest, GivesFilesAsTheyAre) {
-  write("routes.txt", std::string_view("a\0b\r\n", 5));
-  FolderSource source(folder_);
+  folder_.write("routes.txt", std::string("a\0b\r\n", 5));
+  FolderSource source(folder_.path());
   EXPECT_EQ(**source.file("routes.txt"), std::string("a\0b\r\n", 5));
   EXPECT_EQ(*source.file("agency.txt"), std::nullopt);
 }
@@ -118,19 +108,19 @@ TEST_F(FolderSourceTest, GivesFilesAsTheyAre) {
 TEST_F(FolderSourceTest, RefusesWhatIsNoFileOrTooLarge) {
   fs::create_directory(folder_ / "routes.txt");
   EXPECT_EQ(faultOfFile("routes.txt"), "routes.txt: it is not a file");
-  write("agency.txt", "");
+  folder_.write("agency.txt", "");
   fs::resize_file(folder_ / "agency.txt", kLargestGtfsTable + 1);
   EXPECT_EQ(faultOfFile("agency.txt"), "agency.txt: it is larger than 64 MiB");
 
   FolderSource nowhere(folder_ / "nowhere");
   const Outcome<LineIndex::Contents> contents = readGtfs(nowhere, "city");
   ASSERT_FALSE(contents);
-  EXPECT_EQ(sentence(contents.error()), "No such file or directory");
+  EXPECT_EQ(sentenceOf(contents.error()), "No such file or directory");
 }
 
 TEST_F(FolderSourceTest, ReadsAFeed) {
-  write("routes.txt", "route_id\r\n7\r\n");
-  FolderSource source(folder_);
+  folder_.write("routes.txt", "route_id\r\n7\r\n");
+  FolderSource source(folder_.path());
   EXPECT_EQ(readGtfs(source, "city")->routes.at(0).id, "7");
 }
 

@@ -11,7 +11,7 @@
 
 #include "desktop/base/failure.h"
 #include "desktop/recording_log.h"
-#include "desktop/temporary_folder.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -10,8 +10,8 @@
 #include "desktop/storage/stored_favorites.h"
 #include "desktop/storage/stored_feeds.h"
 #include "desktop/storage/stored_preferences.h"
-#include "desktop/temporary_folder.h"
 #include "platform/transit_records.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -3,19 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch::desktop {
 namespace {
 
 /// Its fetches end when the test says so.
-class PanelUpdatesTest : public testing::Test {
+class PanelUpdatesTest : public PlatformTest {
  protected:
-  PanelUpdatesTest() {
-    installPlatform(platform_);
-    updates_.setInSight(true);
-  }
-  ~PanelUpdatesTest() override { installPlatform(nullptr); }
+  PanelUpdatesTest() { updates_.setInSight(true); }
 
   void end(bool failed) { updates_.fetchDidEnd(failed); }
   /// How often it asks within the time, each time in vain.
@@ -29,7 +25,6 @@ class PanelUpdatesTest : public testing::Test {
     return asked_ - before;
   }
 
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make({});
   int asked_ = 0;
   PanelUpdates updates_{[this] {
     ++asked_;

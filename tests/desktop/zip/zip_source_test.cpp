@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include "desktop/sentence.h"
+#include "desktop/base/failure.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -46,9 +46,9 @@ Bytes zipOf(const Files& files, Packing packing = {}) {
 
 std::optional<std::string> fileOf(Bytes bytes, std::string_view name) {
   Outcome<std::unique_ptr<GtfsSource>> source = openZip(std::move(bytes));
-  if (!source) return sentence(source.error());
+  if (!source) return sentenceOf(source.error());
   const Outcome<std::optional<std::string>> file = (*source)->file(name);
-  return file ? *file : sentence(file.error());
+  return file ? *file : sentenceOf(file.error());
 }
 
 /// Writes over the first place where `from` stands.
@@ -121,8 +121,8 @@ TEST(ZipSource, OpensFilesOfTheDisk) {
   std::filesystem::remove(path);
   const Outcome<std::unique_ptr<GtfsSource>> missing = openZip(path);
   ASSERT_FALSE(missing);
-  EXPECT_EQ(sentence(missing.error()), "no such file or folder");
-  EXPECT_EQ(sentence(openZip("/dev/zero").error()), "it is not a file");
+  EXPECT_EQ(sentenceOf(missing.error()), "no such file or folder");
+  EXPECT_EQ(sentenceOf(openZip("/dev/zero").error()), "it is not a file");
 }
 
 }  // namespace

@@ -5,11 +5,9 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "platform/ui/geometry.h"
 #include "platform/ui/view.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 
 namespace linewatch::ui {
 
@@ -18,11 +16,8 @@ inline void PrintTo(const Rect& rect, std::ostream* out) {
 }
 
 /// A simulated platform at scale 2 is installed.
-class UiTest : public testing::Test {
+class UiTest : public PlatformTest {
  protected:
-  UiTest() : platform_(simulation::SimulatedPlatform::make()) { installPlatform(platform_); }
-  ~UiTest() override { installPlatform(nullptr); }
-
   std::vector<std::string> errors() { return platform_->transcript().logTexts("error"); }
   /// A view of the root that constraints place.
   static std::shared_ptr<View> addView(View& root) {
@@ -31,8 +26,6 @@ class UiTest : public testing::Test {
     root.addSubview(view);
     return view;
   }
-
-  std::shared_ptr<simulation::SimulatedPlatform> platform_;
 };
 
 }  // namespace linewatch::ui

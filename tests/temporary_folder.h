@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A folder of its own that is gone with the object.
 class TemporaryFolder {
@@ -26,6 +26,14 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  /// Makes a file, with its folders, and gives its path.
+  std::string write(const std::string& name, const std::string& contents) const {
+    const auto file = path_ / name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << contents;
+    return file.string();
+  }
 
  private:
   std::filesystem::path path_;
@@ -47,4 +55,4 @@ inline void writeFile(const std::filesystem::path& file, const std::string& cont
   std::ofstream(file, std::ios::binary | std::ios::trunc) << contents;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch
