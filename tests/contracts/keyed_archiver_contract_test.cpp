@@ -15,26 +15,6 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Spoils the archives that a working archiver makes.
-class SpoilingArchiver final : public KeyedArchiver {
- public:
-  SpoilingArchiver(std::shared_ptr<KeyedArchiver> inner, std::function<void(Bytes&)> spoil)
-      : inner_(std::move(inner)), spoil_(std::move(spoil)) {}
-
-  std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) override {
-    auto bytes = inner_->archivedData(root, requiringSecureCoding);
-    if (bytes) spoil_(*bytes);
-    return bytes;
-  }
-  std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes& bytes) override {
-    return inner_->openForReading(bytes);
-  }
-
- private:
-  std::shared_ptr<KeyedArchiver> inner_;
-  std::function<void(Bytes&)> spoil_;
-};
-
 /// A labelled object with another in it.
 struct Box final : Archivable {
   std::string label;
@@ -279,18 +259,21 @@ TEST_P(KeyedArchiverContract, BytesOfNoArchiveCannotBeOpened) {
 TEST_P(KeyedArchiverContract, SpoiltArchivesAreRefusedOrReadWithoutHarm) {
   const ArchivedObject root = boxed(
       "outer", ArchivedObject{ArchivedList{{Error{"D", 1, {{"k", 1.5}}}}, boxed("b"), {Value("text")}}});
-  const std::size_t size = archiver_->archivedData(root, true)->size();
-  for (std::size_t place = 0; place < size; ++place) {
-    SpoilingArchiver truncating(archiver_, [&](Bytes& bytes) { bytes.resize(place); });
-    const Reading truncated = read(truncating, *truncating.archivedData(root, true));
-    EXPECT_TRUE(!truncated.isArchive || truncated.error) << "ended at " << place;
-    for (const int change : {0x01, 0x20, 0x80, 0xFF}) {
-      SpoilingArchiver changing(
-          archiver_, [&](Bytes& bytes) { bytes[place] = static_cast<std::uint8_t>(bytes[place] ^ change); });
-      const Reading changed = read(changing, *changing.archivedData(root, true));
-      EXPECT_TRUE(!changed.isArchive || changed.error || changed.root) << "changed at " << place;
+  const Bytes whole = *archiver_->archivedData(root, true);
+  for (std::size_t place = 0; place < whole.size(); ++place) {
+    Bytes bytes = whole;
+    for (int value = 0; value < 256; ++value) {
+      bytes[place] = static_cast<std::uint8_t>(value);
+      const Reading changed = read(*archiver_, bytes);
+      EXPECT_TRUE(!changed.isArchive || changed.error || changed.root) << value << " at " << place;
     }
+    bytes.resize(place);
+    const Reading truncated = read(*archiver_, bytes);
+    EXPECT_TRUE(!truncated.isArchive || truncated.error) << "ended at " << place;
   }
+  Bytes longer = whole;
+  longer.push_back(0);
+  EXPECT_TRUE(read(*archiver_, longer).error);
 }
 
 TEST_P(KeyedArchiverContract, NothingIsDecodedAfterTheEnd) {
@@ -302,24 +285,6 @@ TEST_P(KeyedArchiverContract, NothingIsDecodedAfterTheEnd) {
   reader->finishDecoding();
   EXPECT_FALSE(reader->decodeTopLevelObject(kAll, error));
   EXPECT_FALSE(error);
-}
-
-TEST_P(KeyedArchiverContract, StoredIncidentsComeBack) {
-  const auto incident = std::make_shared<const TransitStorageIncident>(
-      TransitIncidentRecord({.muid = std::numeric_limits<std::uint64_t>::max(), .title = "Strike"}));
-  const auto bytes = archiver_->archivedData({ArchivedList{{incident}}}, true);
-  ASSERT_TRUE(bytes);
-  const auto reader = archiver_->openForReading(*bytes);
-  reader->setFactory("TransitStorageIncident", TransitStorageIncident::makeWithDecoder);
-  std::optional<Error> error;
-  const auto root = reader->decodeTopLevelObject({"array", "TransitStorageIncident"}, error);
-  ASSERT_TRUE(root);
-  const auto& list = std::get<ArchivedList>(root->contents);
-  ASSERT_EQ(list.size(), 1U);
-  const auto read = std::dynamic_pointer_cast<const TransitStorageIncident>(
-      std::get<std::shared_ptr<const Archivable>>(list[0].contents));
-  ASSERT_NE(read, nullptr);
-  EXPECT_TRUE(read->isEqual(*incident));
 }
 
 INSTANTIATE_TEST_SUITE_P(Platforms, KeyedArchiverContract,

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <cmath>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -35,53 +34,6 @@ class QtMainLoopTest : public testing::Test {
   QtMainLoop mainLoop_;
   std::vector<int> noted_;
 };
-
-TEST_F(QtMainLoopTest, RunsWhatIsDispatchedLaterInOrderOnItsThread) {
-  std::thread other([this] {
-    EXPECT_FALSE(mainLoop_.isMainThread());
-    for (int number : {1, 2, 3}) mainLoop_.dispatchAsync(noting(number));
-    mainLoop_.dispatchAsync([this] {
-      EXPECT_TRUE(mainLoop_.isMainThread());
-      mainLoop_.dispatchAsync(quitting());
-      noted_.push_back(4);
-    });
-  });
-  other.join();
-  EXPECT_TRUE(noted_.empty());
-  run();
-  EXPECT_THAT(noted_, ElementsAre(1, 2, 3, 4));
-}
-
-TEST_F(QtMainLoopTest, FiresTimersByTheirTimeAndNeverEarly) {
-  const Date start = mainLoop_.now();
-  Date fired;
-  mainLoop_.scheduleTimer(Seconds(0.03), false, [&] {
-    fired = mainLoop_.now();
-    loop_.quit();
-  });
-  mainLoop_.scheduleTimer(Seconds(0.02), false, noting(2));
-  const auto first = mainLoop_.scheduleTimer(Seconds(0.01), false, noting(1));
-  const auto stopped = mainLoop_.scheduleTimer(Seconds(0.005), true, noting(7));
-  stopped->invalidate();
-  EXPECT_FALSE(stopped->isValid());
-  EXPECT_TRUE(first->isValid());
-  run();
-  EXPECT_THAT(noted_, ElementsAre(1, 2));
-  EXPECT_FALSE(first->isValid());
-  EXPECT_GE((fired - start).count(), 0.03 - 1e-6);
-}
-
-TEST_F(QtMainLoopTest, RepeatsUntilInvalidatedByItsOwnAction) {
-  std::shared_ptr<Timer> timer;
-  timer = mainLoop_.scheduleTimer(Seconds(0.002), true, [&] {
-    noted_.push_back(static_cast<int>(noted_.size()));
-    if (noted_.size() < 3) return;
-    timer->invalidate();
-    mainLoop_.scheduleTimer(Seconds(0.01), false, quitting());
-  });
-  run();
-  EXPECT_THAT(noted_, ElementsAre(0, 1, 2));
-}
 
 TEST_F(QtMainLoopTest, LetsTimersThatTolerateDelayFireTogether) {
   std::vector<Date> fired;

@@ -1,5 +1,6 @@
 #include "presentation/transit_incident_data_source.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <string>
@@ -12,13 +13,12 @@
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "presentation/transit_item_fixed_height_cell.h"
 #include "presentation/transit_summary_cell.h"
-#include "simulation/simulated_platform.h"
+#include "simulation/platform_test.h"
 #include "simulation/world_records.h"
 
 namespace linewatch {
 namespace {
 
-using simulation::SimulatedPlatform;
 using simulation::World;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -65,14 +65,8 @@ World quietCity(double widthOfShields = 40) {
   return world;
 }
 
-class TransitIncidentDataSource : public testing::Test {
+class TransitIncidentDataSource : public PlatformTest {
  protected:
-  TransitIncidentDataSource() { installPlatform(platform_); }
-  ~TransitIncidentDataSource() override {
-    dataSource_ = nullptr;
-    installPlatform(nullptr);
-  }
-
   static std::shared_ptr<RVResult> resultOf(const World& world) {
     return std::make_shared<RVResult>(
         std::make_shared<const TransitLineItems>(simulation::WorldRecords(world).allLines()));
@@ -111,7 +105,6 @@ class TransitIncidentDataSource : public testing::Test {
         ->shieldSize();
   }
 
-  std::shared_ptr<SimulatedPlatform> platform_ = SimulatedPlatform::make();
   std::shared_ptr<RVTransitIncidentDataSource> dataSource_;
   std::shared_ptr<ui::TableView> table_;
   std::shared_ptr<Listener> listener_;
@@ -152,6 +145,20 @@ TEST_F(TransitIncidentDataSource, ShowsTheSummaryWhenCompactAndARowAnItemWhenExp
   EXPECT_EQ(table_->rectForRow({0, 3}).y, 3 * 64);
   dataSource_->setRowHeight(110, kNoRowLimit);
   EXPECT_EQ(dataSource_->preferredContentSizeForExpanded(false, {300, 50}), (Size{300, 440}));
+}
+
+TEST_F(TransitIncidentDataSource, RowsInSightFollowTheTextSizeAndTheWidth) {
+  make(resultOf(city()), true);
+  const auto row = shownCell<RVTransitItemFixedHeightCell>(0);
+  platform_->changeWorld([](World& world) { world.textSize = ui::TextSizeCategory::XS; });
+  EXPECT_EQ(shownCell<RVTransitItemFixedHeightCell>(0), row);
+  EXPECT_EQ(row->primaryLabel()->font(), row->_primaryFont());
+  table_->setFrame({0, 0, 500, 1000});
+  EXPECT_EQ(shownCell<RVTransitItemFixedHeightCell>(0), row);
+  const auto rects = row->namedRects();
+  const auto artwork = std::ranges::find(rects, "artworkImageView", &NamedRect::name);
+  ASSERT_NE(artwork, rects.end());
+  EXPECT_EQ(artwork->rect.maxX(), 500 - 16);
 }
 
 TEST_F(TransitIncidentDataSource, RowsThatThereAreNoneOfGetAPlainCell) {

@@ -7,8 +7,6 @@
 
 #include "platform/companion_application.h"
 #include "simulation/simulated_platform.h"
-#include "simulation/transcript_lines.h"
-#include "simulation/world_records.h"
 
 namespace linewatch::simulation {
 namespace {
@@ -235,16 +233,6 @@ TEST(Scenario, TellsWhereTheTextIsNoJSON) {
   EXPECT_EQ(faultOf(R"({"scale": 1e999})").find('\n'), std::string::npos);
   EXPECT_NE(faultOf(R"({"scale": 1e999})"), "none");
   EXPECT_NE(faultOf("{\"locale\": \"\xFF\"}"), "none");
-}
-
-TEST(Transcript, IsWrittenALineAnEvent) {
-  Transcript transcript;
-  transcript.record("cachePurged");
-  transcript.setTime(Seconds(0.5));
-  transcript.record("preferredContentSize", {{"size", Array{359.0, 110.0}}});
-  EXPECT_THAT(linesOf(transcript),
-              ElementsAre(R"({"t": 0, "event": "cachePurged"})",
-                          R"({"t": 0.5, "event": "preferredContentSize", "size": [359, 110]})"));
 }
 
 }  // namespace

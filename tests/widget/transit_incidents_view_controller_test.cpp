@@ -104,26 +104,16 @@ TEST_F(ViewController, FillsItsViewWithATable) {
   EXPECT_EQ(controller().dataSource()->availableWidth(), 300) << "the compact widget's, not the view's";
 }
 
-TEST_F(ViewController, OneFetchServesAllWhoAsk) {
+TEST_F(ViewController, OneFetchServesAllWhoAskAlsoWhenTheControllerIsGone) {
   start();
+  perform(step::Update{"asked first"});
+  perform(step::Update{"joined"});
   perform(step::Appear{});
-  perform(step::Update{"first"});
-  advance(0.3);
-  perform(step::Update{"second"});
-  perform(step::Appear{});
-  EXPECT_NE(controller().request(), nullptr);
-  advance(0.3);
-  EXPECT_EQ(count("lookup"), 1U);
-  EXPECT_THAT(updateResults(), ElementsAre("first 0", "second 0"));
-  const Names names = events();
-  EXPECT_LT(std::ranges::find(names, "preferredContentSize"), std::ranges::find(names, "updateResult"))
-      << "the result is applied before anybody is answered";
-  EXPECT_EQ(controller().request(), nullptr);
-  perform(step::Update{"later"});
+  perform(step::Release{});
   advance(1);
-  EXPECT_EQ(count("lookup"), 2U);
-  EXPECT_THAT(updateResults(), ElementsAre("first 0", "second 0", "later 0"))
-      << "new data, though the list is the same";
+  EXPECT_EQ(count("lookup"), 1U);
+  EXPECT_THAT(updateResults(), ElementsAre("asked first 0", "joined 0"));
+  EXPECT_EQ(count("reload"), 0U);
 }
 
 TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
@@ -223,21 +213,6 @@ TEST_F(ViewController, NothingKeepsItAlive) {
     advance(7200);
     EXPECT_EQ(count("timerFired"), 0U) << row.name;
     EXPECT_EQ(count("updateResult"), row.name == std::string("in mid-fetch") ? 1U : 0U) << row.name;
-  }
-}
-
-TEST_F(ViewController, AControllerThatIsGoneStillAnswersTheHost) {
-  for (const bool fails : {false, true}) {
-    World world = cityWithAStrike();
-    if (fails) world.service.answer = Answer::error;
-    start(std::move(world));
-    perform(step::Update{"asked first"});
-    perform(step::Update{"joined"});
-    perform(step::Release{});
-    advance(1);
-    EXPECT_THAT(updateResults(),
-                fails ? ElementsAre("asked first 2", "joined 2") : ElementsAre("asked first 0", "joined 0"));
-    EXPECT_EQ(count("reload"), 0U);
   }
 }
 
@@ -377,26 +352,6 @@ TEST_F(ViewController, PurgesTheArtworkWhenMemoryIsShort) {
   clear();
   perform(step::MemoryWarning{});
   EXPECT_THAT(events(), ElementsAre("cachePurged"));
-}
-
-TEST_F(ViewController, ShowsTheLastListBeforeItFetches) {
-  startVisible();
-  perform(step::DisplayMode{WidgetDisplayMode::expanded});
-  perform(step::Disappear{});
-  perform(step::Restart{});
-  perform(step::Load{});
-  EXPECT_TRUE(controller().dataSource()->isExpanded());
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
-  EXPECT_EQ(controller().transitLineItemResult(), nullptr);
-  clear();
-  perform(step::Appear{});
-  EXPECT_EQ(controller().updater(), nullptr) << "none for a list of old";
-  perform(step::Disappear{});
-  EXPECT_EQ(count("preferencesSet"), 1U);
-  perform(step::Restart{});
-  perform(step::Load{});
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U)
-      << "what was restored is what is saved again";
 }
 
 TEST_F(ViewController, AKilledProcessLeavesTheStateBefore) {

@@ -1,7 +1,5 @@
 #include "desktop/feeds/alerts_message.h"
 
-#include <random>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -134,39 +132,6 @@ TEST(AlertsMessage, AHeaderAloneIsGoodService) {
   const auto message = readAlertsMessage(bytesOf(FeedSketch{}));
   ASSERT_TRUE(message);
   EXPECT_THAT((*message)->entities(), IsEmpty());
-}
-
-TEST(AlertsMessage, EveryTruncationIsAnErrorUnlessItEndsBetweenEntities) {
-  const FeedSketch feed = everything();
-  const std::string bytes = bytesOf(feed);
-  std::vector<std::size_t> ends = {bytesOf(FeedSketch{.timestamp = feed.timestamp}).size()};
-  for (const AlertSketch& alert : feed.alerts) {
-    std::string entity;
-    protozero::pbf_writer(entity).add_message(2, bytesOf(alert));
-    ends.push_back(ends.back() + entity.size());
-  }
-  ASSERT_EQ(ends.back(), bytes.size());
-  for (std::size_t size = 0; size < bytes.size(); ++size) {
-    const bool isWhole = std::find(ends.begin(), ends.end(), size) != ends.end();
-    EXPECT_EQ(readAlertsMessage(bytes.substr(0, size)).succeeded(), isWhole) << size;
-  }
-}
-
-TEST(AlertsMessage, DamagedBytesNeverDoMoreThanFail) {
-  std::mt19937 random(7);
-  const std::string good = bytesOf(everything());
-  int failures = 0;
-  for (int round = 0; round < 3000; ++round) {
-    std::string bytes = good;
-    for (unsigned change = 0; change <= random() % 3; ++change) {
-      bytes[random() % bytes.size()] = static_cast<char>(random());
-    }
-    const auto message = readAlertsMessage(bytes);
-    if (message) continue;
-    ++failures;
-    EXPECT_THAT(sentenceOf(message), HasSubstr("a GTFS-Realtime message"));
-  }
-  EXPECT_GT(failures, 0);
 }
 
 class HeldAlerts : public testing::Test {

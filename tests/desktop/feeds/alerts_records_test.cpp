@@ -1,7 +1,4 @@
-#include <algorithm>
-#include <fstream>
 #include <set>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -139,21 +136,6 @@ TEST(IncidentRecords, IdsAreStableAndTellIncidentsApart) {
   EXPECT_EQ(muids({.alerts = {alert("b", "other"), alert("", "5"), alert("a", "1")}, .timestamp = 5}),
             (std::vector{some[1], some[4], some[0]}));
   EXPECT_EQ(some[0], stableMuid("test", "a"));
-}
-
-TEST(FeedTexts, AreLookedUpByTheKeysOfTheirTable) {
-  std::stringstream table;
-  table << std::ifstream(LINEWATCH_ROOT "/resources/strings/en.feed.json").rdbuf();
-  std::size_t texts = 0;
-  const FeedTexts english = FeedTexts::lookedUp([&](std::string_view key, std::string_view text) {
-    ++texts;
-    const std::string entry = "\"" + std::string(key) + "\": \"" + std::string(text) + "\"";
-    EXPECT_THAT(table.str(), testing::HasSubstr(entry));
-    return std::string(text);
-  });
-  EXPECT_EQ(english, FeedTexts::english());
-  const std::string all = table.str();
-  EXPECT_EQ(static_cast<std::size_t>(std::count(all.begin(), all.end(), ':')), texts);
 }
 
 }  // namespace

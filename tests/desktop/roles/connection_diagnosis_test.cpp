@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/temporary_folder.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -1,5 +1,7 @@
 #include "desktop/text/icu_localization.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <map>
 #include <set>
@@ -9,6 +11,7 @@
 #include <unicode/messagepattern.h>
 
 #include "desktop/feeds/feed_texts.h"
+#include "desktop/text/string_tables.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -165,10 +168,15 @@ TEST(IcuLocalization, ATextThatIsNoValidFormatIsGivenUnchanged) {
 
 TEST(StringTables, FeedWordsAreThoseThatStandInForMissingOnes) {
   const IcuLocalization texts = localizationFor("en");
+  std::ptrdiff_t lookedUp = 0;
   const auto lookUp = [&](std::string_view key, std::string_view) {
+    ++lookedUp;
     return texts.feedString(key, "missing");
   };
   EXPECT_EQ(FeedTexts::lookedUp(lookUp), FeedTexts::english());
+  EXPECT_EQ(lookedUp, std::ranges::count_if(embeddedTexts(), [](const TableText& text) {
+              return text.language == kFallbackLanguage && text.table == "feed";
+            }));
 }
 
 constexpr TableText kTexts[] = {{"en", "kestrow", "only English", "hello"},

@@ -1,4 +1,4 @@
-#include "desktop/roles/background_favorites.h"
+#include "desktop/roles/background_queue.h"
 
 #include <algorithm>
 #include <future>
@@ -54,31 +54,6 @@ TEST(BackgroundQueue, MayEndOnItsOwnThread) {
   queue.reset();
   mayStart.set_value();
   drained.get_future().wait();
-}
-
-class CountingPersister final : public RemoteFavoritesPersister {
- public:
-  Favorites readFavorites() override { return {FavoritePlace{std::to_string(++count_)}}; }
-
- private:
-  int count_ = 0;
-};
-
-TEST(BackgroundFavoritesContainer, ReadsAfreshForEachCall) {
-  const auto queue = std::make_shared<BackgroundQueue>();
-  BackgroundFavoritesContainer container(queue, std::make_shared<CountingPersister>());
-  std::vector<std::string> seen;
-  for (int i = 0; i < 3; ++i) {
-    container.readContents(
-        [&](const Favorites& favorites) { seen.push_back(std::get<FavoritePlace>(favorites.at(0)).name); });
-  }
-  bool isEmpty = false;
-  BackgroundFavoritesContainer(queue, nullptr).readContents([&](const Favorites& favorites) {
-    isEmpty = favorites.empty();
-  });
-  queue->finish();
-  EXPECT_THAT(seen, ElementsAre("1", "2", "3"));
-  EXPECT_TRUE(isEmpty);
 }
 
 }  // namespace
