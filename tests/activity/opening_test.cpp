@@ -1,9 +1,6 @@
 // What a row opens, and how: user activities, URLs, and the bytes that they carry.
 
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <unordered_set>
@@ -17,6 +14,7 @@
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
 #include "simulation/platform_test.h"
+#include "temporary_folder.h"
 
 namespace linewatch {
 namespace {
@@ -209,15 +207,11 @@ TEST_F(Opening, AURLOpensNothingWithoutTheWidgetsController) {
 
 /// The bytes as the bunzip2 program unpacks them.
 Bytes unpacked(const Bytes& packed) {
-  const std::string folder = testing::TempDir(), file = folder + "linewatch_opening_test.bz2";
-  std::ofstream(file, std::ios::binary)
-      .write(reinterpret_cast<const char*>(packed.data()), static_cast<std::streamsize>(packed.size()));
-  const std::string result = folder + "linewatch_opening_test";
+  const TemporaryFolder folder;
+  const std::string file = folder.write("packed.bz2", {packed.begin(), packed.end()});
+  const std::string result = folder / "unpacked";
   EXPECT_EQ(std::system((std::string(BUNZIP2) + " -c " + file + " > " + result).c_str()), 0);
-  std::ifstream in(result, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  std::remove(file.c_str());
-  std::remove(result.c_str());
+  const std::string text = contentsOf(result);
   return {text.begin(), text.end()};
 }
 

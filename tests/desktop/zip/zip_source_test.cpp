@@ -1,7 +1,6 @@
 #include "desktop/zip_source.h"
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +10,7 @@
 #include <zip.h>
 
 #include "desktop/base/failure.h"
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -111,10 +111,9 @@ TEST(ZipSource, RefusesArchivesOfCountlessFiles) {
 }
 
 TEST(ZipSource, OpensFilesOfTheDisk) {
-  const std::filesystem::path path = testing::TempDir() + "/zip_source_test.zip";
+  const TemporaryFolder folder;
   const Bytes bytes = zipOf({{"routes.txt", "r"}});
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  const std::string path = folder.write("feed.zip", {bytes.begin(), bytes.end()});
   const Outcome<std::unique_ptr<GtfsSource>> source = openZip(path);
   ASSERT_TRUE(source);
   EXPECT_EQ(**(*source)->file("routes.txt"), "r");
