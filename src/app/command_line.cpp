@@ -3,12 +3,15 @@
 #include <charconv>
 #include <chrono>
 #include <regex>
+#include <system_error>
+#include <type_traits>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
 #include "app/shell_words.h"
 #include "desktop/base/failure.h"
+#include "desktop/http_fetcher.h"
 
 namespace linewatch::app {
 
@@ -18,44 +21,103 @@ using desktop::sentenceOf;
 
 constexpr const char* kAbout =
     "Tells whether the transit lines saved as favourites run normally or have incidents.\n"
+    "Without a subcommand it shows the panel; where there is no display it prints the list.\n"
     "Without any configuration it shows a made-up city.";
 constexpr const char* kFooter =
+    "linewatch COMMAND --help lists the options of a command.\n"
     "Exit status: 0 done; 1 the incidents could not be loaded; 2 wrong usage or unreadable input.";
+constexpr const char* kFooterOfCommands =
+    "It takes the common options too, among them --state-dir, --now and --locale: linewatch --help lists "
+    "them.";
 
-void addPreference(const std::string& text, CommonOptions& options) {
+/// What is wrong with a value: an error of the option that it was given to.
+std::string isNot(const std::string& text, const std::string& expected) {
+  return '"' + text + "\" is " + expected;
+}
+
+/// An option whose values `take` takes, or refuses by giving false.
+template <class Take>
+CLI::Option* addChecked(CLI::App& app, const std::string& name, const Take& take, const std::string& about,
+                        const std::string& expected) {
+  const auto check = [=](const std::string& text) {
+    if (!take(text)) throw CLI::ValidationError(name, isNot(text, expected));
+  };
+  return app.add_option_function<std::string>(name, check, about);
+}
+
+bool addPreference(const std::string& text, CommonOptions& options) {
   const std::size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0)
-    throw CLI::ValidationError("--preference", "no KEY=VALUE: " + text);
+  if (equals == std::string::npos || equals == 0) return false;
   const std::string value = text.substr(equals + 1);
   const bool isTruth = value == "true" || value == "false";
   options.preferences.insert_or_assign(text.substr(0, equals),
                                        isTruth ? Value(value == "true") : Value(value));
+  return true;
+}
+
+template <class Number>
+struct NumberRange {
+  Number least, most;
+  const char* text;
+};
+
+/// An option that takes the numbers of a range.
+template <class Number>
+CLI::Option* addNumber(CLI::App& app, const std::string& name, Number& number,
+                       const NumberRange<Number>& range, const std::string& about) {
+  const auto take = [=, &number](const std::string& text) {
+    Number given{};
+    const auto [end, trouble] = std::from_chars(text.data(), text.data() + text.size(), given);
+    // What is no number at all lies in no range either.
+    const bool fits = trouble == std::errc() && end == text.data() + text.size() && given >= range.least &&
+                      given <= range.most;
+    if (fits) number = given;
+    return fits;
+  };
+  const std::string kind = std::is_integral_v<Number> ? "whole number" : "number";
+  return addChecked(app, name, take, about + ", " + range.text, "no " + kind + " from " + range.text)
+      ->type_name("N");
+}
+
+/// An option for a place that a feed can be read from.
+template <class Text>
+CLI::Option* addLocation(CLI::App& app, const std::string& name, Text& location, const std::string& about) {
+  const auto take = [&location](const std::string& text) {
+    const bool fits = desktop::isHttpURL(text) || text.starts_with("file://") ||
+                      (!text.empty() && text.find("://") == std::string::npos);
+    if (fits) location = text;
+    return fits;
+  };
+  return addChecked(app, name, take, about, "no file, and no address that starts with http:// or https://")
+      ->type_name("PLACE");
 }
 
 void addCommonOptions(CLI::App& app, CommonOptions& options) {
   constexpr const char* kGroup = "Common options";
-  app.add_option("--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL")->group(kGroup);
-  app.add_option("--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL")
+  addLocation(app, "--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL")
+      ->group(kGroup);
+  addLocation(app, "--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL")
       ->group(kGroup);
   app.add_option("--favorite", options.favorites, "A favourite for this run, by its route id; may come again")
       ->type_name("ROUTE_ID")
       ->expected(1)
       ->take_all()
       ->group(kGroup);
-  app.add_option_function<std::string>(
-         "--now",
-         [&options](const std::string& text) {
-           options.now = parseTime(text);
-           if (!options.now)
-             throw CLI::ValidationError("--now", "no time like 2026-11-24T08:00:00Z: " + text);
-         },
-         "The time to take for now")
+  addChecked(
+      app, "--now",
+      [&options](const std::string& text) { return (options.now = parseTime(text)).has_value(); },
+      "The time to take for now, e.g. 2026-11-24T08:00:00Z", "no time like 2026-11-24T08:00:00Z")
       ->type_name("TIME")
       ->group(kGroup);
-  app.add_option("--max-rows", options.maxRows, "Rows of the expanded list; 0: no limit")
-      ->type_name("N")
+  addNumber<std::uint64_t>(app, "--max-rows", options.maxRows, {0, 1'000'000, "0 (no limit) to 1000000"},
+                           "Rows of the expanded list")
       ->group(kGroup);
-  app.add_option("--locale", options.locale, "Language and region, e.g. de-CH")
+  addChecked(
+      app, "--locale",
+      [&options](const std::string& text) {
+        return (options.locale = desktop::UserLocale::parse(text)).has_value();
+      },
+      "Language and region, e.g. de-CH", "no language, as en or de-CH are")
       ->type_name("TAG")
       ->group(kGroup);
   app.add_option("--state-dir", options.stateDir, "Folder of all saved state, in place of the XDG folders")
@@ -64,7 +126,10 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
   app.add_option_function<std::vector<std::string>>(
          "--preference",
          [&options](const std::vector<std::string>& texts) {
-           for (const std::string& text : texts) addPreference(text, options);
+           for (const std::string& text : texts) {
+             if (!addPreference(text, options))
+               throw CLI::ValidationError("--preference", isNot(text, "no KEY=VALUE"));
+           }
          },
          "A preference for this run, e.g. Rova.LineWatch.internal.injectFakeIncidents=true; may come again")
       ->type_name("KEY=VALUE")
@@ -72,23 +137,6 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
       ->take_all()
       ->group(kGroup);
   app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error")->group(kGroup);
-}
-
-struct NumberRange {
-  double least, most;
-  const char* text;
-};
-
-/// An option that takes the numbers of a range: not what is no number either.
-void addNumber(CLI::App& app, const std::string& name, double& number, const NumberRange& range,
-               const std::string& about) {
-  const auto check = [=](const std::string& text) {
-    double given = 0;
-    const auto end = std::from_chars(text.data(), text.data() + text.size(), given).ptr;
-    const bool fits = end == text.data() + text.size() && given >= range.least && given <= range.most;
-    return fits ? std::string() : std::string("no number from ") + range.text + ": " + text;
-  };
-  app.add_option(name, number, about + ", " + range.text)->type_name("N")->check(check);
 }
 
 /// The subcommands, each with the command that it fills in.
@@ -153,12 +201,15 @@ struct Grammar {
                                               Row{"remove", "Remove lines, by name or route id", remove}}) {
       addAction(*sub, name, about, favorites_, action)
           ->add_option("LINE", favorites_.lines, "A route id, FEED:ROUTE_ID, or a name that one line has")
-          ->required();
+          ->required()
+          ->type_name("");
     }
   }
   void addLines(CLI::App& app) {
     CLI::App* const sub = app.add_subcommand("lines", "Find lines by name, number or agency");
-    sub->add_option("QUERY", lines_.query, "Words to look for; none: all lines");
+    sub->add_option("QUERY", lines_.query,
+                    "Beginnings of words, or parts of three letters or more; none: all lines")
+        ->type_name("");
     sub->callback([this] { command = lines_; });
   }
   void addFeed(CLI::App& app) {
@@ -168,12 +219,13 @@ struct Grammar {
     sub->preparse_callback([this](std::size_t) { command = feed_; });
     addAction(*sub, "list", "List the feeds", feed_, list);
     CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
-    adding->add_option("NAME", feed_.name, "What to call it")->required();
-    adding->add_option("--gtfs", feed_.gtfs, "Its timetable: a GTFS folder, zip or URL")->required();
-    adding->add_option("--alerts", feed_.alerts, "Its service alerts: a file or URL")->required();
+    adding->add_option("NAME", feed_.name, "What to call it")->required()->type_name("");
+    addLocation(*adding, "--gtfs", feed_.gtfs, "Its timetable: a GTFS folder, zip or URL")->required();
+    addLocation(*adding, "--alerts", feed_.alerts, "Its service alerts: a file or URL")->required();
     addAction(*sub, "remove", "Remove a feed and what is kept of it", feed_, remove)
         ->add_option("NAME", feed_.name, "What it is called")
-        ->required();
+        ->required()
+        ->type_name("");
   }
   void addAnalytics(CLI::App& app) {
     using enum AnalyticsCommand::Action;
@@ -193,7 +245,8 @@ struct Grammar {
   void addOpen(CLI::App& app) {
     CLI::App* const sub = app.add_subcommand("open", "Print what a row hands to the companion application");
     sub->add_option("FILE", open_.file, "An activity record, compressed or not, or an incident list")
-        ->required();
+        ->required()
+        ->type_name("");
     sub->callback([this] { command = open_; });
   }
 
@@ -203,26 +256,26 @@ struct Grammar {
         ->type_name("FILE")
         ->required();
     sub->add_flag("--expanded", render_.expanded, "Every row, not just the one of the compact widget");
-    addNumber(*sub, "--scale", render_.scale, {0.5, 8, "0.5 to 8"}, "Pixels a point");
-    sub->add_option_function<std::string>(
-           "--text-size",
-           [this](const std::string& name) {
-             const auto category = ui::textSizeCategoryNamed(name);
-             if (!category)
-               throw CLI::ValidationError("--text-size", "none of XS to XXXL, AX1 to AX5: " + name);
-             render_.textSize = *category;
-           },
-           "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5")
+    addNumber<double>(*sub, "--scale", render_.scale, {0.5, 8, "0.5 to 8"}, "Pixels a point");
+    const auto takeTextSize = [this](const std::string& name) {
+      const auto category = ui::textSizeCategoryNamed(name);
+      render_.textSize = category.value_or(render_.textSize);
+      return category.has_value();
+    };
+    addChecked(*sub, "--text-size", takeTextSize, "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5",
+               "none of XS, S, M, L, XL, XXL, XXXL, AX1 to AX5")
         ->type_name("SIZE");
     sub->add_flag("--dark", render_.dark, "On a dark background");
     // Insets and the artworks' column take 105 of it: with less than this no word has room.
-    addNumber(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
+    addNumber<double>(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
     sub->callback([this] { command = render_; });
   }
   void addSimulate(CLI::App& app) {
     CLI::App* const sub =
         app.add_subcommand("simulate", "Run a scenario in virtual time and print its transcript");
-    sub->add_option("SCENARIO", simulate_.scenario, "A world and the steps of a host, in JSON")->required();
+    sub->add_option("SCENARIO", simulate_.scenario, "A world and the steps of a host, in JSON")
+        ->required()
+        ->type_name("");
     sub->add_option("-o,--output", simulate_.output, "Write the transcript to a file")->type_name("FILE");
     sub->callback([this] { command = simulate_; });
   }
@@ -238,13 +291,18 @@ struct Grammar {
   SimulateCommand simulate_;
 };
 
-Answer answerTo(const CLI::App& app, const CLI::ParseError& error) {
+Report reportOf(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) {
     std::ostringstream out;
     app.exit(error, out, out);
-    return {0, out.str()};
+    return Report::of(out.str());
   }
-  return {2, "linewatch: " + std::string(error.what()) + " (linewatch --help says more)\n"};
+  std::string command = "linewatch";
+  for (auto used = app.get_subcommands(); !used.empty(); used = used.front()->get_subcommands())
+    command += " " + used.front()->get_name();
+  return {.output = {},
+          .complaint = std::string(error.what()) + " (" + command + " --help says more)",
+          .status = 2};
 }
 
 std::optional<int> number(const std::ssub_match& digits) {
@@ -253,19 +311,20 @@ std::optional<int> number(const std::ssub_match& digits) {
 
 }  // namespace
 
-std::variant<CommandLine, Answer> parseCommandLine(int argc, const char* const* argv) {
+std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv) {
   CLI::App app(kAbout, "linewatch");
-  app.footer(kFooter);
   app.set_version_flag("--version", "linewatch " LINEWATCH_VERSION);
   app.require_subcommand(0, 1);
   app.fallthrough();
   CommonOptions options;
   addCommonOptions(app, options);
+  app.footer(kFooterOfCommands);
   Grammar grammar(app);
+  app.footer(kFooter);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return answerTo(app, error);
+    return reportOf(app, error);
   }
   return CommandLine{std::move(options), std::move(grammar.command)};
 }

@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "app/report.h"
+#include "desktop/text/user_locale.h"
 #include "platform/date.h"
 #include "platform/ui/text_style.h"
 #include "platform/value.h"
@@ -25,7 +27,7 @@ struct CommonOptions {
   std::optional<Date> now;
   /// Rows of the expanded list; 0: no limit.
   std::uint64_t maxRows = 0;
-  std::optional<std::string> locale;
+  std::optional<desktop::UserLocale> locale;
   std::optional<std::string> stateDir;
   bool verbose = false;
   /// Values in front of the saved preferences, for this run.
@@ -99,14 +101,8 @@ struct CommandLine {
   Command command;
 };
 
-/// What to print instead of running anything: help and version on standard output, wrong usage (status 2) on
-/// standard error.
-struct Answer {
-  int status = 0;
-  std::string text;
-};
-
-std::variant<CommandLine, Answer> parseCommandLine(int argc, const char* const* argv);
+/// The report comes instead when there is nothing to run: help, the version, or what is wrong with the usage.
+std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv);
 
 /// A time as ISO 8601 writes it, with Z or an offset ("2026-11-24T08:00:00Z", "2026-11-24T09:00+01:00"), or
 /// none.

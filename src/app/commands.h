@@ -2,23 +2,13 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 
 #include "app/command_line.h"
+#include "app/report.h"
 #include "app/session.h"
 #include "app/terminal_text.h"
 
 namespace linewatch::app {
-
-/// What a command gives: text for standard output, a line for standard error when it has one, and the exit
-/// status.
-struct Report {
-  std::string output;
-  std::string complaint;
-  int status = 0;
-
-  static Report of(std::string text) { return {.output = std::move(text), .complaint = {}}; }
-};
 
 /// The incidents could not be loaded.
 Report notLoaded(const Error& error);

@@ -4,7 +4,6 @@
 
 #include "app/commands.h"
 #include "desktop/base/failure.h"
-#include "desktop/http_fetcher.h"
 
 namespace linewatch::app {
 
@@ -14,11 +13,9 @@ using desktop::failure;
 using desktop::SavedState;
 using desktop::StoredFeed;
 
-constexpr std::string_view kSchemeEnd = "://";
-
 // A feed is used from wherever the program runs later.
 std::string lasting(const std::string& location) {
-  if (location.find(kSchemeEnd) != std::string::npos) return location;
+  if (location.find("://") != std::string::npos) return location;
   std::error_code error;
   const auto path = std::filesystem::absolute(location, error);
   return error ? location : path.lexically_normal().string();
@@ -32,13 +29,6 @@ std::optional<Error> faultOfName(const std::string& name) {
   if (name == desktop::kSampleFeedName || name == desktop::kGivenFeedName)
     return failure(feed, "", "the program uses this name itself; choose another one");
   return std::nullopt;
-}
-
-std::optional<Error> faultOfLocation(const std::string& location) {
-  const std::size_t end = location.find(kSchemeEnd);
-  if (end == std::string::npos || desktop::isHttpURL(location) || location.starts_with("file:/"))
-    return std::nullopt;
-  return failure(location, "", "a feed is a file, or has an address that starts with http:// or https://");
 }
 
 std::string countOfLines(std::size_t count) {
@@ -65,10 +55,7 @@ Report refusedAsTaken(const std::string& name) {
 }
 
 Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
-  for (const auto& fault :
-       {faultOfName(command.name), faultOfLocation(command.gtfs), faultOfLocation(command.alerts)}) {
-    if (fault) return refused(*fault);
-  }
+  if (const auto fault = faultOfName(command.name)) return refused(*fault);
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());

@@ -12,6 +12,7 @@
 #include "desktop/base/failure.h"
 #include "desktop/display.h"
 #include "desktop/installation.h"
+#include "desktop/roles/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -77,6 +78,11 @@ class Dispatch {
 
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
+int complain(const std::string& sentence, int status) {
+  write("linewatch: " + desktop::plainLine(sentence) + "\n", stderr);
+  return status;
+}
+
 }  // namespace
 
 Report notLoaded(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 1}; }
@@ -85,18 +91,12 @@ Report refused(const Error& error) { return {.output = {}, .complaint = sentence
 
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
   const auto parsed = parseCommandLine(argc, argv);
-  if (const auto* const answer = std::get_if<Answer>(&parsed)) {
-    write(answer->text, answer->status == 0 ? stdout : stderr);
-    return answer->status;
-  }
-  const Report report = run(std::get<CommandLine>(parsed));
+  const auto* const line = std::get_if<CommandLine>(&parsed);
+  const Report report = line ? run(*line) : std::get<Report>(parsed);
   write(report.output, stdout);
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    write("linewatch: cannot write to standard output\n", stderr);
-    return 2;
-  }
-  if (!report.complaint.empty()) write("linewatch: " + report.complaint + "\n", stderr);
-  return report.status;
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+    return complain("cannot write to standard output", 2);
+  return report.complaint.empty() ? report.status : complain(report.complaint, report.status);
 }
 
 int run(int argc, char** argv) {

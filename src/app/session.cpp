@@ -15,10 +15,10 @@ using desktop::DesktopPlatform;
 using desktop::DesktopSettings;
 using desktop::failure;
 
-Outcome<DesktopSettings> settingsFrom(const CommonOptions& options, const desktop::UserLocale& locale) {
+Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
   DesktopSettings settings{.sampleCity = desktop::installedSampleCity(),
                            .now = options.now,
-                           .locale = locale,
+                           .locale = localeOf(options),
                            .verbose = options.verbose,
                            .preferences = options.preferences};
   if (options.stateDir) settings.stateFolder = *options.stateDir;
@@ -33,9 +33,7 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options, const deskto
 }  // namespace
 
 Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, const Adjustment& adjust) {
-  const auto locale = localeOf(options);
-  if (!locale) return locale.error();
-  Outcome<DesktopSettings> settings = settingsFrom(options, *locale);
+  Outcome<DesktopSettings> settings = settingsFrom(options);
   if (!settings) return settings.error();
   if (adjust) adjust(*settings);
   auto platform = DesktopPlatform::make(std::move(*settings));
@@ -73,9 +71,8 @@ std::shared_ptr<const RVResult> Session::fetch() {
   return fetched;
 }
 
-Outcome<desktop::UserLocale> localeOf(const CommonOptions& options) {
-  if (options.locale) return desktop::UserLocale::parse(*options.locale);
-  return desktop::UserLocale::fromEnvironment(desktop::processEnvironment);
+desktop::UserLocale localeOf(const CommonOptions& options) {
+  return options.locale.value_or(desktop::UserLocale::fromEnvironment(desktop::processEnvironment));
 }
 
 }  // namespace linewatch::app

@@ -39,6 +39,6 @@ class Session {
 };
 
 /// The user's language and region: the option's, else the environment's.
-Outcome<desktop::UserLocale> localeOf(const CommonOptions& options);
+desktop::UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

@@ -6,11 +6,12 @@
 namespace linewatch::app {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-std::variant<CommandLine, Answer> parse(std::vector<const char*> arguments) {
+std::variant<CommandLine, Report> parse(std::vector<const char*> arguments) {
   arguments.insert(arguments.begin(), "linewatch");
   return parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
 }
@@ -48,25 +49,43 @@ TEST(CommandLineTest, KnowsItsCommands) {
   EXPECT_EQ(commandOf<OpenCommand>({"open", "file"}).file, "file");
 }
 
-TEST(CommandLineTest, AnswersWrongUsageInOneLine) {
+TEST(CommandLineTest, ComplainsOfWrongUsage) {
   for (const auto& [arguments, words] : std::vector<std::pair<std::vector<const char*>, const char*>>{
            {{"shwo"}, "shwo"},
            {{"show", "--colour"}, "--colour"},
-           {{"feed", "add", "metro", "--gtfs", "g"}, "--alerts"},
+           {{"feed", "add", "metro", "--gtfs", "g"},
+            "--alerts is required (linewatch feed add --help says more)"},
            {{"favorites", "add"}, "LINE"},
-           {{"--max-rows", "many", "show"}, "many"},
-           {{"--now", "yesterday", "show"}, "yesterday"},
+           {{"--gtfs", "", "show"}, "--gtfs: \"\" is no file"},
+           {{"feed", "add", "metro", "--gtfs", "g", "--alerts", "ftp://x"},
+            "--alerts: \"ftp://x\" is no file"},
+           {{"--locale", "???", "show"}, "--locale: \"???\" is no language, as en or de-CH are"},
+           {{"--now", "yesterday", "show"}, "--now: \"yesterday\" is no time like 2026"},
+           {{"--preference", "=x", "show"}, "--preference: \"=x\" is no KEY=VALUE"},
+           {{"render", "-o", "x.png", "--text-size", "huge"}, "--text-size: \"huge\" is none of XS, S"},
            {{"panel", "--companion", "viewer 'x"}, "viewer 'x: a quote is not closed"},
            {{"panel", "--companion", "viewer \"x\\\""}, "a quote is not closed"},
            {{"panel", "--companion", "viewer \\"}, "nothing follows"}}) {
-    const auto answer = std::get<Answer>(parse(arguments));
-    EXPECT_EQ(answer.status, 2);
-    EXPECT_THAT(answer.text, HasSubstr(words));
-    EXPECT_EQ(answer.text.find('\n'), answer.text.size() - 1);
+    const auto report = std::get<Report>(parse(arguments));
+    EXPECT_EQ(report.status, 2);
+    EXPECT_THAT(report.complaint, HasSubstr(words));
   }
-  const auto help = std::get<Answer>(parse({"--help"}));
+  for (const char* number :
+       {"", "many", "-1", "1.5", "1e3", "nan", "99999999999999999999999", " 3", "0x10"}) {
+    EXPECT_THAT(std::get<Report>(parse({"--max-rows", number, "show"})).complaint,
+                HasSubstr("--max-rows: \"" + std::string(number) + "\" is no whole number from 0"));
+  }
+  for (const char* number : {"", "many", "-1", "0", "1e999", "nan", "inf", " 3", "3,5"}) {
+    EXPECT_THAT(std::get<Report>(parse({"render", "-o", "x.png", "--scale", number})).complaint,
+                HasSubstr("--scale: \"" + std::string(number) + "\" is no number from 0.5 to 8"));
+  }
+}
+
+TEST(CommandLineTest, HelpsWithEachCommand) {
+  const auto help = std::get<Report>(parse({"--help"}));
   EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.text, HasSubstr("favorites"));
+  EXPECT_THAT(help.output, AllOf(HasSubstr("favorites"), HasSubstr("Without a subcommand")));
+  EXPECT_THAT(std::get<Report>(parse({"feed", "add", "--help"})).output, HasSubstr("linewatch --help"));
 }
 
 TEST(CommandLineTest, TellsTheWordsOfACommandApartAsAShellDoes) {

@@ -80,15 +80,14 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application,
 
 Report panel(const CommonOptions& options, const PanelCommand& command) {
   const auto locale = localeOf(options);
-  if (!locale) return refused(locale.error());
   EndOnSignals endOnSignals;
   static char name[] = "linewatch";
   static char* arguments[] = {name, nullptr};
   int count = 1;
   QApplication application(count, arguments);
   endOnSignals.watch(application);
-  QApplication::setLayoutDirection(locale->isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, *locale));
+  QApplication::setLayoutDirection(locale.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, locale));
   std::unique_ptr<Panel> shown;
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;
@@ -100,7 +99,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   if (!session) return refused(session.error());
   // The panel shows an error itself, and goes on once it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
-  shown = std::make_unique<Panel>(**session, *screen, *locale, command.companion, options.maxRows);
+  shown = std::make_unique<Panel>(**session, *screen, locale, command.companion, options.maxRows);
   shown->window().show();
   QApplication::exec();
   shown = nullptr;

@@ -56,9 +56,8 @@ Report draw(RVTransitIncidentsViewController& controller, const Size& size, cons
 
 Report render(const CommonOptions& options, const RenderCommand& command) {
   const auto locale = localeOf(options);
-  if (!locale) return refused(locale.error());
   const auto application = desktop::makeOffscreenApplication();
-  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfPicture(command, *locale));
+  const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfPicture(command, locale));
   auto session =
       Session::openWithFeeds(options, [&](desktop::DesktopSettings& settings) { settings.screen = screen; });
   if (!session) return refused(session.error());

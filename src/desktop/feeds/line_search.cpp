@@ -4,13 +4,22 @@
 #include <string>
 #include <utility>
 
+#include "desktop/feeds/ascii.h"
 #include "desktop/feeds/folded_words.h"
 
 namespace linewatch::desktop {
 
 namespace {
 
-enum class Fit { name, startOfName, words, none };
+enum class Fit { name, startOfName, startsOfWords, partsOfWords, none };
+
+/// Of bytes: three letters, or one of a script that puts no spaces between words. Less is a part of all too
+/// many words; and a number is no part of another.
+constexpr std::size_t kShortestPart = 3;
+
+bool isWorthFindingWithin(std::string_view word) {
+  return word.size() >= kShortestPart && std::none_of(word.begin(), word.end(), isAsciiDigit);
+}
 
 class Query {
  public:
@@ -21,7 +30,7 @@ class Query {
   Fit fitOf(const LineIndex& index, std::size_t route, const std::string& name) const {
     if (name == text_) return Fit::name;
     if (name.starts_with(text_)) return Fit::startOfName;
-    return !words_.empty() && everyWordStartsOneOf(textsOf(index, route)) ? Fit::words : Fit::none;
+    return words_.empty() ? Fit::none : fitOfWords(textsOf(index, route));
   }
 
  private:
@@ -32,12 +41,20 @@ class Query {
     return folded(texts);
   }
 
-  bool everyWordStartsOneOf(const std::string& texts) const {
+  /// The worst fit of a word that is looked for.
+  Fit fitOfWords(const std::string& texts) const {
     const std::vector<std::string_view> words = wordsOf(texts);
-    return std::all_of(words_.begin(), words_.end(), [&words](std::string_view start) {
-      return std::any_of(words.begin(), words.end(),
-                         [start](std::string_view word) { return word.starts_with(start); });
-    });
+    Fit worst = Fit::startsOfWords;
+    for (const std::string_view wanted : words_) worst = std::max(worst, fitOfWord(wanted, words));
+    return worst;
+  }
+
+  static Fit fitOfWord(std::string_view wanted, const std::vector<std::string_view>& words) {
+    const auto isStart = [wanted](std::string_view word) { return word.starts_with(wanted); };
+    const auto isPart = [wanted](std::string_view word) { return word.find(wanted) != word.npos; };
+    if (std::any_of(words.begin(), words.end(), isStart)) return Fit::startsOfWords;
+    const bool mayBePart = isWorthFindingWithin(wanted);
+    return mayBePart && std::any_of(words.begin(), words.end(), isPart) ? Fit::partsOfWords : Fit::none;
   }
 
   std::string text_;
@@ -52,7 +69,7 @@ struct Candidate {
 
 bool comesBefore(const Candidate& a, const Candidate& b) {
   if (a.fit != b.fit) return a.fit < b.fit;
-  return a.fit != Fit::words && naturallyBefore(a.comparableName, b.comparableName);
+  return a.fit < Fit::startsOfWords && naturallyBefore(a.comparableName, b.comparableName);
 }
 
 }  // namespace

@@ -27,9 +27,10 @@ struct FoundLine {
   bool operator==(const FoundLine&) const = default;
 };
 
-/// The lines that the query fits: each of its words starts a word of the line's names or of its agency's, in
-/// any order, case and accent. Lines of that very name come first, then lines whose name starts so, both in
-/// natural order; then the rest as the feeds have them. An empty query fits every line.
+/// The lines that the query fits: each of its words starts a word of the line's names or of its agency's, or
+/// is a part of one, in any order, case and accent. Lines of that very name come first, then lines whose name
+/// starts so, both in natural order; then the rest as the feeds have them, those where a word is but a part
+/// last. Only words of three letters and no digit count as parts. An empty query fits every line.
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
 
 /// The one line that a user names: by its route id, by feed and route id ("Metro:12"), or by a name that no

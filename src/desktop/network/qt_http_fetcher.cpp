@@ -3,6 +3,7 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QTimer>
+#include <algorithm>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -75,8 +76,11 @@ class Exchange {
       giveUp("it is larger than " + sizeInWords(request_.maximumBytes));
       return;
     }
+    // Grown step by step, a large body would for moments need twice its memory.
+    if (body_.empty()) body_.reserve(std::min(statedSize(), request_.maximumBytes));
     body_.insert(body_.end(), chunk.begin(), chunk.end());
   }
+  std::size_t statedSize() const { return reply_.header(QNetworkRequest::ContentLengthHeader).toULongLong(); }
   void stopFromAnyThread() {
     QMetaObject::invokeMethod(
         &loop_, [this] { giveUp("no longer wanted"); }, Qt::QueuedConnection);

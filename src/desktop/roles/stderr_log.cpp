@@ -18,21 +18,20 @@ bool isControl(char first, char second) {
   return first == '\xC2' && code >= 0x80 && code < 0xA0;
 }
 
-void disarm(std::string& text) {
+}  // namespace
+
+std::string plainLine(std::string text) {
   std::ranges::replace_if(text, static_cast<bool (*)(char)>(isControl), ' ');
   for (std::size_t i = 1; i < text.size(); ++i) {
     if (isControl(text[i - 1], text[i])) text.replace(i - 1, 2, "  ");
   }
+  return text;
 }
-
-}  // namespace
 
 void StderrLog::write(const LogMessage& message) {
   if (!isEnabled(message.level)) return;
-  std::string line = message.text(!isVerbose_);
-  disarm(line);
   // One call a line: lines of several threads do not mix.
-  line = "linewatch: " + line + "\n";
+  const std::string line = "linewatch: " + plainLine(message.text(!isVerbose_)) + "\n";
   std::fwrite(line.data(), 1, line.size(), stream_);
 }
 

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
 #include "platform/log.h"
 
 namespace linewatch::desktop {
+
+/// The text as one line that a terminal prints and does not obey.
+std::string plainLine(std::string text);
 
 /// Writes each line as "linewatch: TEXT" to standard error: errors always, with private arguments left out;
 /// when verbose, lines of every level with all their arguments. What controls a terminal is replaced, so that

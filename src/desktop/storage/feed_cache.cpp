@@ -53,9 +53,9 @@ void FeedCache::holdBack() {
 
 void FeedCache::writeHeldBack() {
   std::unique_lock lock(mutex_);
-  const auto operations = std::exchange(heldBack_, std::nullopt).value_or(Operations());
+  auto operations = std::exchange(heldBack_, std::nullopt).value_or(Operations());
   lock.unlock();
-  for (const auto& operation : operations) database_->save(operation);
+  for (auto& operation : operations) database_->save(std::move(operation));
 }
 
 void FeedCache::write(StoredDatabase::Operation operation) {

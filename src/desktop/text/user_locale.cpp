@@ -7,8 +7,6 @@
 
 #include <unicode/locid.h>
 
-#include "desktop/base/failure.h"
-
 namespace linewatch::desktop {
 
 namespace {
@@ -40,9 +38,9 @@ std::optional<std::string> canonicalTag(const std::string& tag) {
 
 }  // namespace
 
-Outcome<UserLocale> UserLocale::parse(std::string_view text) {
-  if (auto tag = canonicalTag(tagOfPosixName(text))) return UserLocale(std::move(*tag));
-  return failure("locale", text, "it names no language, as en or de-CH do");
+std::optional<UserLocale> UserLocale::parse(std::string_view text) {
+  auto tag = canonicalTag(tagOfPosixName(text));
+  return tag ? std::optional(UserLocale(*std::move(tag))) : std::nullopt;
 }
 
 UserLocale UserLocale::fromEnvironment(const Environment& environment) {

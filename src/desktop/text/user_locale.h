@@ -1,21 +1,21 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "desktop/base/environment.h"
-#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 
 /// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
 class UserLocale {
  public:
-  /// Fails when the text names no language. Takes what people and systems write: "de", "de-CH",
+  /// Absent when the text names no language. Takes what people and systems write: "de", "de-CH",
   /// "de_CH.UTF-8".
-  static Outcome<UserLocale> parse(std::string_view text);
+  static std::optional<UserLocale> parse(std::string_view text);
   /// What LC_ALL, else LC_MESSAGES, else LANG says; English when none does, or says "C" or nothing sensible.
   static UserLocale fromEnvironment(const Environment& environment);
 

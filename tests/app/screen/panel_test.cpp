@@ -25,7 +25,7 @@ class PanelRunTest : public testing::Test {
   void SetUp() override {
     desktop::needApplication();
     options_.stateDir = (folder_.path() / "state").string();
-    options_.locale = "en";
+    options_.locale = desktop::UserLocale::parse("en");
     start();
   }
   void start() {

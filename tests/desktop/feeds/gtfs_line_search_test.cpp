@@ -58,8 +58,14 @@ TEST_F(LineSearchTest, IgnoresCaseAccentsAndTheOrderOfWords) {
   EXPECT_THAT(found("STRASSE"), ElementsAre("m:3"));
   EXPECT_THAT(found("neuf-Pönt"), ElementsAre("m:2"));
   EXPECT_THAT(found("leman line"), ElementsAre("m:4"));
-  EXPECT_THAT(found("luse"), IsEmpty());
   EXPECT_THAT(found("zoo neuf"), IsEmpty());
+}
+
+TEST_F(LineSearchTest, FindsPartsOfWordsLastAndNoneThatSayLittle) {
+  EXPECT_THAT(found("luse ZOO"), ElementsAre("m:1"));
+  EXPECT_THAT(found("rei"), ElementsAre("m:3"));
+  EXPECT_THAT(found("lu"), IsEmpty());
+  EXPECT_THAT(found("00"), IsEmpty());
 }
 
 TEST_F(LineSearchTest, GivesEveryLineForNothingAndNoneForSigns) {

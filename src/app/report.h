@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace linewatch::app {
+
+/// What a command gives: text for standard output, a line for standard error when it has one, and the exit
+/// status.
+struct Report {
+  std::string output;
+  std::string complaint;
+  int status = 0;
+
+  static Report of(std::string text) { return {.output = std::move(text), .complaint = {}}; }
+};
+
+}  // namespace linewatch::app
