@@ -53,9 +53,10 @@ TransitStorageIncident::TransitStorageIncident(const TransitIncident& incident)
     : TransitStorageIncident(fieldsOf(incident)) {}
 
 std::shared_ptr<const TransitStorageIncident> TransitStorageIncident::of(const SharedIncident& incident) {
-  if (typeid(*incident) == typeid(TransitStorageIncident))
+  const TransitIncident& given = *incident;
+  if (typeid(given) == typeid(TransitStorageIncident))
     return std::static_pointer_cast<const TransitStorageIncident>(incident);
-  return std::make_shared<const TransitStorageIncident>(*incident);
+  return std::make_shared<const TransitStorageIncident>(given);
 }
 
 void TransitStorageIncident::encodeWithCoder(KeyedCoder& coder) const {

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 
-LineIndex::Contents contentsOf(std::map<std::string, std::string, std::less<>> files) {
+LineIndex::Contents filesRead(std::map<std::string, std::string, std::less<>> files) {
   MemorySource source(std::move(files));
   Outcome<LineIndex::Contents> contents = readGtfs(source, "city");
   EXPECT_TRUE(contents) << sentenceOf(contents.error());
@@ -31,7 +31,7 @@ std::string faultOf(std::map<std::string, std::string, std::less<>> files) {
 }
 
 TEST(GtfsReader, ReadsAgenciesAndRoutesInFeedOrder) {
-  const LineIndex::Contents contents = contentsOf({
+  const LineIndex::Contents contents = filesRead({
       {"agency.txt", "agency_id,agency_name,agency_lang\nA,\"Alpha,  Inc.\",en\nB,Beta,pt_BR\n"},
       {"routes.txt",
        "route_type,route_id,agency_id,route_short_name,route_long_name,route_color,route_text_color\n"
@@ -54,7 +54,7 @@ TEST(GtfsReader, GivesEveryRouteTheOnlyAgency) {
   const std::string routes = "route_id,agency_id\n1,\n2,X\n3\n4,Y\n";
   const auto agenciesOf = [&routes](const std::string& agencies) {
     std::vector<std::optional<std::uint32_t>> places;
-    for (const FeedRoute& route : contentsOf({{"agency.txt", agencies}, {"routes.txt", routes}}).routes) {
+    for (const FeedRoute& route : filesRead({{"agency.txt", agencies}, {"routes.txt", routes}}).routes) {
       places.push_back(route.agency);
     }
     return places;
@@ -66,9 +66,9 @@ TEST(GtfsReader, GivesEveryRouteTheOnlyAgency) {
 
 TEST(GtfsReader, TakesTheLanguageOfTheFeedThenOfItsAgencies) {
   const auto languageOf = [](const std::string& feed, const std::string& agencies) {
-    return contentsOf({{"agency.txt", "agency_id,agency_lang\n" + agencies},
-                       {"feed_info.txt", "feed_lang\n" + feed},
-                       {"routes.txt", "route_id\n"}})
+    return filesRead({{"agency.txt", "agency_id,agency_lang\n" + agencies},
+                      {"feed_info.txt", "feed_lang\n" + feed},
+                      {"routes.txt", "route_id\n"}})
         .language;
   };
   EXPECT_EQ(languageOf("fr", "A,de\n"), "fr");
