@@ -4,6 +4,8 @@
 
 #include "app/commands.h"
 #include "desktop/base/failure.h"
+#include "desktop/feeds/utf8.h"
+#include "desktop/roles/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -12,6 +14,9 @@ namespace {
 using desktop::failure;
 using desktop::SavedState;
 using desktop::StoredFeed;
+
+/// Bytes.
+constexpr std::size_t kLongestName = 100;
 
 // A feed is used from wherever the program runs later.
 std::string lasting(const std::string& location) {
@@ -22,10 +27,10 @@ std::string lasting(const std::string& location) {
 }
 
 std::optional<Error> faultOfName(const std::string& name) {
-  const std::string feed = "feed \"" + name + "\"";
-  const bool isOneLine = std::ranges::none_of(name, [](char byte) { return byte >= 0 && byte < ' '; });
-  if (name.empty() || !isOneLine || name.find(':') != std::string::npos)
-    return failure("feed", "", "a name is one line, not empty and without a colon");
+  const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
+  const bool isPlain = desktop::plainLine(name) == name && desktop::isValidUtf8(name);
+  if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
+    return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
   if (name == desktop::kSampleFeedName || name == desktop::kGivenFeedName)
     return failure(feed, "", "the program uses this name itself; choose another one");
   return std::nullopt;
@@ -77,7 +82,7 @@ Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const
 Report removeFeed(const SavedState& saved, const std::string& name) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
-  if (!*removed) return refused(failure("feed " + name, "", "there is no feed of that name"));
+  if (!*removed) return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
   saved.feedCache()->remove(name);
   return Report::of("Removed " + name + "; its favourites are kept in case it comes back\n");
 }
