@@ -6,6 +6,7 @@
 #include "list/transit_artwork_equality.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "platform/platform.h"
+#include "shared/text_hash.h"
 
 namespace linewatch {
 
@@ -24,8 +25,8 @@ std::vector<const std::string*> distinctNames(const LinesOfRow& lines) {
   for (const TransitLineItem* line : lines) {
     const std::string& name = nameStandingForLine(*line);
     if (name.empty()) continue;
-    const auto search = seen.search(std::hash<std::string>{}(name),
-                                    [&](std::uint32_t place) { return *names[place] == name; });
+    const auto search =
+        seen.search(hashOfText(name), [&](std::uint32_t place) { return *names[place] == name; });
     if (search.place()) continue;
     seen.enter(search, static_cast<std::uint32_t>(names.size()));
     names.push_back(&name);

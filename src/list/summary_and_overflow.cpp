@@ -9,19 +9,12 @@
 #include "platform/keyed_archiver.h"
 #include "platform/platform.h"
 #include "platform/transit_storage_incident.h"
+#include "shared/hash_index.h"
 #include "shared/rova_map.h"
 
 namespace linewatch {
 
 namespace {
-
-struct ArtworkIdentity {
-  bool operator()(const TransitArtworkDataSource* a, const TransitArtworkDataSource* b) const {
-    return TransitArtworkDataSourceIsEqual(a, b);
-  }
-  std::size_t operator()(const TransitArtworkDataSource* artwork) const { return hash(*artwork); }
-};
-using ArtworkSet = std::unordered_set<const TransitArtworkDataSource*, ArtworkIdentity, ArtworkIdentity>;
 
 /// Gathers artworks, each distinct one once, in the order in which they first come.
 class DistinctArtworks {
@@ -29,13 +22,18 @@ class DistinctArtworks {
   void add(const SharedArtwork& artwork) {
     // Lines often come in runs that share one description.
     if (!artwork || (!artworks_.empty() && artwork == artworks_.back())) return;
-    if (seen_.insert(artwork.get()).second) artworks_.push_back(artwork);
+    const auto search = seen_.search(hash(*artwork), [&](std::uint32_t place) {
+      return TransitArtworkDataSourceIsEqual(artwork.get(), artworks_[place].get());
+    });
+    if (search.place()) return;
+    seen_.enter(search, static_cast<std::uint32_t>(artworks_.size()));
+    artworks_.push_back(artwork);
   }
   TransitArtworks take() { return std::move(artworks_); }
 
  private:
   TransitArtworks artworks_;
-  ArtworkSet seen_;
+  HashIndex seen_;
 };
 
 /// In the order of the rows, and of the lines that list each. Rows that share an entry add nothing after the

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/number_hash.h"
+#include "shared/text_hash.h"
 
 namespace linewatch {
 
@@ -15,9 +16,7 @@ namespace {
 
 const std::size_t kHashOfTrue = hashOfNumber(std::uint64_t{1});
 
-std::size_t hashOfText(const std::optional<std::string>& text) {
-  return text ? std::hash<std::string>{}(*text) : 0;
-}
+std::size_t hashOrZero(const std::optional<std::string>& text) { return text ? hashOfText(*text) : 0; }
 
 std::string addressOf(const void* object) {
   char text[32];
@@ -59,7 +58,7 @@ bool RVTransitItem::isEqualToTransitItem(const RVTransitItem& other) const {
 }
 
 std::size_t RVTransitItem::hash() const {
-  return hashOfText(primaryText_) ^ hashOfText(secondaryText_) ^ hashOrZero(artwork_) ^
+  return hashOrZero(primaryText_) ^ hashOrZero(secondaryText_) ^ hashOrZero(artwork_) ^
          (displayArtwork_ ? kHashOfTrue : 0) ^ hashOrZero(openable_);
 }
 
