@@ -31,7 +31,7 @@ inline std::size_t hashOfText(std::string_view text) {
   constexpr std::uint64_t kOne = 0x9E3779B97F4A7C15ULL, kOther = 0xD6E8FEB86659FD93ULL;
   const char* bytes = text.data();
   std::size_t left = text.size();
-  std::uint64_t hash = left * kOther;
+  std::uint64_t hash = (left + 1) * kOther;
   const auto take = [&](std::uint64_t a, std::uint64_t b) {
     hash = detail::foldedProduct(a ^ kOne, b ^ hash ^ kOther);
   };

@@ -10,6 +10,7 @@
 #include "activity/openable_url.h"
 #include "list/transit_artwork_equality.h"
 #include "list/transit_list_item.h"
+#include "shared/text_hash.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -97,9 +98,9 @@ TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
   EXPECT_FALSE(derived.isEqual(item));
 
   const RVTransitItem bare("P", std::nullopt, nullptr, true, nullptr);
-  EXPECT_EQ(bare.hash(), std::hash<std::string>{}("P") ^ 2654435761U);
+  EXPECT_EQ(bare.hash(), hashOfText("P") ^ 2654435761U);
   EXPECT_EQ(RVTransitItem("P", "S", nullptr, false, url("u")).hash(),
-            std::hash<std::string>{}("P") ^ std::hash<std::string>{}("S") ^ url("u")->hash());
+            hashOfText("P") ^ hashOfText("S") ^ url("u")->hash());
   const std::string text = bare.description();
   EXPECT_TRUE(text.starts_with("<RVTransitItem:0x")) << text;
   EXPECT_TRUE(text.ends_with(
