@@ -2,6 +2,7 @@
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
 #include "desktop/feeds/line_search.h"
+#include "desktop/roles/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -38,7 +39,8 @@ Report list(Session& session, const TerminalStyle& style) {
   std::string unknown;
   for (const auto& [favorite, line] : *favorites) {
     if (line) known.push_back(*line);
-    if (!line) unknown += "unknown line  " + favorite.feed + ":" + favorite.subject + "\n";
+    if (!line)
+      unknown += "unknown line  " + desktop::plainLine(favorite.feed + ":" + favorite.subject) + "\n";
   }
   return Report::of(lineTable(known, style) + unknown);
 }

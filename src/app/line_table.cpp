@@ -4,6 +4,7 @@
 #include <map>
 
 #include "desktop/feeds/line_records.h"
+#include "desktop/roles/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -24,7 +25,7 @@ std::vector<Row> rowsOf(const std::vector<desktop::FoundLine>& lines, const Term
     auto& ofFeed = records.try_emplace(line.index.get(), line.index).first->second;
     Row row{.name = line.longName(),
             .agency = line.agencyName(),
-            .id = line.index->feedName() + ":" + line.entry().id};
+            .id = desktop::plainLine(line.index->feedName() + ":" + line.entry().id)};
     if (const SharedArtwork& artwork = ofFeed.lineFieldsOfRoute(line.route)->artwork) {
       row.shield = terminalShield(*artwork, style);
       row.shieldWidth = terminalShieldWidth(*artwork);

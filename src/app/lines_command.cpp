@@ -22,7 +22,9 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
   // What cannot be read may have had the line.
   Report report = all.error ? refused(*all.error) : Report{};
   report.output = lineTable(found, style);
-  if (found.empty() && !all.error) report.complaint = "no line fits \"" + joined(command.query) + "\"";
+  if (found.empty() && !all.error)
+    report.complaint =
+        command.query.empty() ? "the feeds have no lines" : "no line fits \"" + joined(command.query) + "\"";
   return report;
 }
 

@@ -86,13 +86,16 @@ struct RouteColumns {
 };
 
 FeedRoute routeOfRow(const CsvTable& table, const RouteColumns& columns, const AgencyPlaces& agencies) {
-  return {.id = std::string(table.value(columns.id)),
-          .shortName = singleLine(table.value(columns.shortName)),
-          .longName = singleLine(table.value(columns.longName)),
-          .agency = agencies[table.value(columns.agency)],
-          .type = number(table.value(columns.type)),
-          .color = normalizedColor(table.value(columns.color)),
-          .textColor = normalizedColor(table.value(columns.textColor))};
+  FeedRoute route{.id = std::string(table.value(columns.id)),
+                  .shortName = singleLine(table.value(columns.shortName)),
+                  .longName = singleLine(table.value(columns.longName)),
+                  .agency = agencies[table.value(columns.agency)],
+                  .type = number(table.value(columns.type)),
+                  .color = normalizedColor(table.value(columns.color)),
+                  .textColor = normalizedColor(table.value(columns.textColor))};
+  // People then call it by its id, which as it stands is no text to show.
+  if (route.shortName.empty() && route.longName.empty()) route.longName = singleLine(route.id);
+  return route;
 }
 
 void readRoutes(CsvTable& table, Contents& contents) {

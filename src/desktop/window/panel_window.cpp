@@ -445,7 +445,8 @@ void PanelWindow::saveState() {
   const bool isExpanded = dataSource->isExpanded();
   if (result == savedResult_ && isExpanded == savedExpanded_) return;
   if (!saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, isExpanded)))
-    return logError("The list on screen could not be kept for the next start; the one before it stays");
+    // Why is in the log already, once.
+    return logDebug("The list on screen could not be kept for the next start; the one before it stays");
   savedResult_ = result;
   savedExpanded_ = isExpanded;
   logDebug("The list on screen is kept for the next start");

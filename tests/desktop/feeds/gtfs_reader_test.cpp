@@ -39,7 +39,7 @@ TEST(GtfsReader, ReadsAgenciesAndRoutesInFeedOrder) {
        "3,r1,C,,Loop,red,12345\n"
        "x,r2,A,again,,,\n"
        ",,A,no id,,,\n"
-       "-1,r3\n"},
+       "-1,r\x1b[3\n"},
   });
   EXPECT_EQ(contents.feedName, "city");
   EXPECT_EQ(contents.language, "en");
@@ -47,7 +47,7 @@ TEST(GtfsReader, ReadsAgenciesAndRoutesInFeedOrder) {
               ElementsAre(FeedAgency{"A", "Alpha, Inc.", "en"}, FeedAgency{"B", "Beta", "pt-BR"}));
   EXPECT_THAT(contents.routes, ElementsAre(FeedRoute{"r2", "S2", "North – South", 1, 109, "00FF7F", "000000"},
                                            FeedRoute{"r1", "", "Loop", std::nullopt, 3, "", ""},
-                                           FeedRoute{"r3", "", "", std::nullopt, -1, "", ""}));
+                                           FeedRoute{"r\x1b[3", "", "r[3", std::nullopt, -1, "", ""}));
 }
 
 TEST(GtfsReader, GivesEveryRouteTheOnlyAgency) {
