@@ -202,16 +202,15 @@ Outcome<std::int64_t> StoredDatabase::readVersion() {
   std::int64_t version = 0;
   std::int64_t applicationId = 0;
   bool isEmpty = true;
-  auto error =
-      connection_->run("PRAGMA user_version", {}, [&](const SqliteRow& row) { version = row.integer(0); });
-  if (!error) {
-    error = connection_->run("PRAGMA application_id", {},
-                             [&](const SqliteRow& row) { applicationId = row.integer(0); });
-  }
-  if (!error && applicationId == 0) {
-    error = connection_->run("SELECT 1 FROM sqlite_schema LIMIT 1", {},
-                             [&](const SqliteRow&) { isEmpty = false; });
-  }
+  // In one statement: in between another program may begin the file.
+  const auto error = connection_->run(
+      "SELECT user_version, application_id, NOT EXISTS (SELECT 1 FROM sqlite_schema) "
+      "FROM pragma_user_version, pragma_application_id",
+      {}, [&](const SqliteRow& row) {
+        version = row.integer(0);
+        applicationId = row.integer(1);
+        isEmpty = row.integer(2) != 0;
+      });
   if (error) return *error;
   if (applicationId == 0 && version == 0 && isEmpty) return std::int64_t{0};
   if (applicationId != schema_.applicationId)
