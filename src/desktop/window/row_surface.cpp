@@ -28,6 +28,9 @@ constexpr double kHoverStrength = 0.5;
 constexpr double kFocusWidth = 2;
 constexpr double kFocusInset = 3;
 constexpr double kFocusRadius = 8;
+constexpr double kPositionWidth = 4;
+constexpr double kPositionInset = 3;
+constexpr double kShortestPosition = 24;
 
 ui::Point pointOf(const QPointF& position) { return {position.x(), position.y()}; }
 
@@ -153,6 +156,7 @@ void RowSurface::paintEvent(QPaintEvent*) {
   root_->render(canvas);
   painter.restore();
   if (hasFocus() && focusIsShown_) paintFocus(painter);
+  if (mouse_ || table_->contentOffset() > 0) paintPosition(painter);
   isPainting_ = false;
 }
 
@@ -169,6 +173,20 @@ void RowSurface::paintFocus(QPainter& painter) const {
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(QRectF(rectOf(*row)).adjusted(kFocusInset, kFocusInset, -kFocusInset, -kFocusInset),
                           kFocusRadius, kFocusRadius);
+}
+
+/// Where in the list the rows in sight are; nothing when they are all of it.
+void RowSurface::paintPosition(QPainter& painter) const {
+  const double content = table_->contentHeight();
+  // The surface is whole points high.
+  if (content < height() + 1) return;
+  const double room = height() - cornerRadius_ - kPositionInset;
+  const double length = std::max(kShortestPosition, room * height() / content);
+  const double y = kPositionInset + (room - length) * table_->contentOffset() / (content - height());
+  const double x = isRightToLeft() ? kPositionInset : width() - kPositionInset - kPositionWidth;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(qtColor(ui::SemanticColor::separator, appearanceOf(palette())));
+  painter.drawRoundedRect(QRectF(x, y, kPositionWidth, length), kPositionWidth / 2, kPositionWidth / 2);
 }
 
 // ---- Mouse ----
@@ -200,10 +218,11 @@ void RowSurface::mouseReleaseEvent(QMouseEvent* event) {
 void RowSurface::leaveEvent(QEvent*) { pointerDidMove(std::nullopt); }
 
 void RowSurface::pointerDidMove(std::optional<QPoint> place) {
+  const bool wasHere = mouse_.has_value();
   mouse_ = place;
   const auto before = hoveredRow_;
   findHoveredRow();
-  if (hoveredRow_ != before) update();
+  if (hoveredRow_ != before || mouse_.has_value() != wasHere) update();
 }
 
 /// Rows come, go and scroll under a mouse that rests as well: that is found when they are painted.

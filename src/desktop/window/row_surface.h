@@ -67,6 +67,7 @@ class RowSurface final : public QWidget {
   void layOut();
   void paintFill(QPainter& painter, std::size_t row) const;
   void paintFocus(QPainter& painter) const;
+  void paintPosition(QPainter& painter) const;
   void pressBegan(const QPointF& position);
   void pointerDidMove(std::optional<QPoint> place);
   void findHoveredRow();
