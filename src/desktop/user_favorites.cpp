@@ -72,11 +72,15 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 }
 
 Favorites UserFavorites::read() const {
+  const Favorites unread{FavoriteTransitLine{lineToLookUp("", "")}};
   const auto known = lines();
-  if (!known) return {FavoriteTransitLine{lineToLookUp("", "")}};
+  if (!known) return unread;
   if (const auto* const saved = std::get_if<Saved>(&source_)) {
     const auto areSample = saved->areOfSampleCity();
-    if (areSample && !*areSample) return StoredFavoritesPersister(saved->state, lineToLookUp).readFavorites();
+    if (areSample && !*areSample) {
+      auto favorites = StoredFavoritesPersister(saved->state, lineToLookUp).read();
+      return favorites ? *std::move(favorites) : unread;
+    }
   }
   Favorites favorites;
   favorites.reserve(known->size());

@@ -72,11 +72,15 @@ Outcome<bool> StoredFavorites::remove(const StoredFavorite& favorite) {
 }
 
 Favorites StoredFavoritesPersister::readFavorites() {
+  auto favorites = read();
+  if (favorites) return *std::move(favorites);
+  database_->report(favorites.error());
+  return {};
+}
+
+Outcome<Favorites> StoredFavoritesPersister::read() const {
   const auto stored = StoredFavorites(database_).list();
-  if (!stored) {
-    database_->report(stored.error());
-    return {};
-  }
+  if (!stored) return stored.error();
   Favorites favorites;
   favorites.reserve(stored->size());
   for (const StoredFavorite& favorite : *stored) favorites.push_back(favoriteOf(favorite));

@@ -51,6 +51,8 @@ class StoredFavoritesPersister final : public RemoteFavoritesPersister {
       : database_(std::move(database)), resolve_(std::move(resolve)) {}
 
   Favorites readFavorites() override;
+  /// The same, for those who must tell favourites that cannot be read from none.
+  Outcome<Favorites> read() const;
 
  private:
   Favorite favoriteOf(const StoredFavorite& stored) const;
