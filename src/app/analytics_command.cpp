@@ -28,7 +28,8 @@ struct Recorded {
 std::string messageInWords(const std::optional<std::int64_t>& type) {
   constexpr std::array<const char*, 4> kWords = {"no favourites", "no incident", "one incident",
                                                  "several incidents"};
-  if (!type || *type < 1 || *type > static_cast<std::int64_t>(kWords.size())) return "no list";
+  if (!type || *type < 1 || *type > static_cast<std::int64_t>(kWords.size()))
+    return "an error, or closed before any news";
   return kWords.at(static_cast<std::size_t>(*type - 1));
 }
 

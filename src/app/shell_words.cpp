@@ -27,11 +27,9 @@ class ShellWords {
       quote_.reset();
     } else if (character == '\\' && quote_ != '\'') {
       isEscaped_ = true;
-    } else if (quote_) {
-      word() += character;
-    } else if (isBlank(character)) {
+    } else if (!quote_ && isBlank(character)) {
       isInWord_ = false;
-    } else if (character == '\'' || character == '"') {
+    } else if (!quote_ && (character == '\'' || character == '"')) {
       quote_ = character;
       // A word even if nothing stands between the quotes.
       word();

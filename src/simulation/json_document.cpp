@@ -37,7 +37,10 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
   bool end_object() override { return close(); }
   bool end_array() override { return close(); }
 
-  bool parse_error(std::size_t, const std::string&, const nlohmann::json::exception& exception) override {
+  bool parse_error(std::size_t, const std::string& token,
+                   const nlohmann::json::exception& exception) override {
+    if (dynamic_cast<const nlohmann::json::out_of_range*>(&exception) != nullptr)
+      return fail(pathWithin(open_.size()) + ": " + token + " is too large a number");
     return fail(sentenceOf(exception.what()));
   }
 
@@ -79,15 +82,20 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
     return false;
   }
 
-  std::string pathTo(const std::string& name) const {
+  /// Where the value stands that is read next within as many of what is open.
+  std::string pathWithin(std::size_t depth) const {
     std::string path;
-    for (std::size_t i = 0; i + 1 < open_.size(); ++i) {
+    for (std::size_t i = 0; i < depth; ++i) {
       if (const auto* array = open_[i].value.get<JsonArray>()) {
         appendIndex(path, array->size());
       } else {
         appendKey(path, open_[i].key);
       }
     }
+    return path;
+  }
+  std::string pathTo(const std::string& name) const {
+    std::string path = pathWithin(open_.size() - 1);
     appendKey(path, name);
     return path;
   }

@@ -229,6 +229,8 @@ TEST(Scenario, TellsWhereTheTextIsNoJSON) {
   EXPECT_THAT(faultOf("{} x"), testing::StartsWith("line 1, column 4: "));
   EXPECT_EQ(faultOf(R"({"lines": {"A": {}, "B": {}, "A": {}}})"), "lines.A: is given twice");
   EXPECT_EQ(faultOf(R"({"steps": [{}, {"do": "load", "do": "load"}]})"), "steps[1].do: is given twice");
+  EXPECT_EQ(faultOf(R"({"steps": [{"do": "load"}, {"seconds": 1e400}]})"),
+            "steps[1].seconds: 1e400 is too large a number");
   EXPECT_EQ(faultOf(std::string(1000000, '[')), "nested too deep: more than 100 levels");
   EXPECT_EQ(faultOf(R"({"scale": 1e999})").find('\n'), std::string::npos);
   EXPECT_NE(faultOf(R"({"scale": 1e999})"), "none");

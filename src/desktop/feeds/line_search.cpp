@@ -51,7 +51,9 @@ class Query {
 
   static Fit fitOfWord(std::string_view wanted, const std::vector<std::string_view>& words) {
     const auto isStart = [wanted](std::string_view word) { return word.starts_with(wanted); };
-    const auto isPart = [wanted](std::string_view word) { return word.find(wanted) != word.npos; };
+    const auto isPart = [wanted](std::string_view word) {
+      return word.find(wanted) != std::string_view::npos;
+    };
     if (std::any_of(words.begin(), words.end(), isStart)) return Fit::startsOfWords;
     const bool mayBePart = isWorthFindingWithin(wanted);
     return mayBePart && std::any_of(words.begin(), words.end(), isPart) ? Fit::partsOfWords : Fit::none;
