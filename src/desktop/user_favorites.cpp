@@ -72,7 +72,7 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 }
 
 Favorites UserFavorites::read() const {
-  const Favorites unread{FavoriteTransitLine{lineToLookUp("", "")}};
+  Favorites unread{FavoriteTransitLine{lineToLookUp("", "")}};
   const auto known = lines();
   if (!known) return unread;
   if (const auto* const saved = std::get_if<Saved>(&source_)) {
