@@ -5,7 +5,6 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 #include <algorithm>
 #include <cmath>
@@ -14,6 +13,7 @@
 
 #include "desktop/base/failure.h"
 #include "desktop/drawing/qt_canvas.h"
+#include "desktop/file_contents.h"
 
 namespace linewatch::desktop {
 
@@ -126,14 +126,9 @@ std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
   QBuffer picture;
   picture.open(QIODevice::WriteOnly);
   if (!write(view, style, picture)) return failure(kWhat, file.string(), "it cannot be drawn");
-  QSaveFile to(QString::fromStdString(file.string()));
-  const bool isOpen = to.open(QIODevice::WriteOnly);
-  if (isOpen && to.write(picture.data()) == picture.size() && to.flush() && to.commit()) return std::nullopt;
-  // Qt gives no reason where only a part could be written.
-  return failure(kWhat, file.string(),
-                 to.error() == QFileDevice::NoError || to.error() == QFileDevice::UnspecifiedError
-                     ? "no room for all of it"
-                     : to.errorString().toStdString());
+  const QByteArray& bytes = picture.data();
+  const auto error = writeWhole(file, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  return error ? std::optional(within(kWhat, *error)) : std::nullopt;
 }
 
 }  // namespace linewatch::desktop

@@ -1,0 +1,96 @@
+#include "desktop/file_contents.h"
+
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "desktop/base/failure.h"
+#include "temporary_folder.h"
+
+namespace linewatch::desktop {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class WriteWholeTest : public testing::Test {
+ protected:
+  /// What is wrong; empty when it was written.
+  std::string write(const std::string& name, const std::string& bytes) const {
+    const auto error = writeWhole(folder_ / name, bytes);
+    return error ? sentenceOf(*error) : "";
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(WriteWholeTest, ReplacesAFileAndWhatALinkLeadsTo) {
+  folder_.write("old", "before");
+  fs::create_symlink("old", folder_ / "link");
+  fs::create_symlink(folder_ / "link", folder_ / "second");
+  fs::create_symlink("later", folder_ / "dangling");
+  for (const std::string name : {"old", "new", "second", "dangling"}) {
+    EXPECT_EQ(write(name, "now " + name), "");
+    EXPECT_EQ(linewatch::contentsOf(folder_ / name), "now " + name);
+  }
+  EXPECT_EQ(linewatch::contentsOf(folder_ / "old"), "now second");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "second"));
+  EXPECT_THAT(namesIn(folder_.path()), ElementsAre("dangling", "later", "link", "new", "old", "second"));
+}
+
+TEST_F(WriteWholeTest, WhatCannotBeWrittenStaysAsItWas) {
+  folder_.write("old", "before");
+  folder_.write("folder/file", "");
+  fs::create_symlink("circle", folder_ / "circle");
+  EXPECT_THAT(write("none/file", "now"), HasSubstr("none/file: No such file or directory"));
+  EXPECT_THAT(write("folder", "now"), StartsWith(folder_ / "folder: "));
+  EXPECT_THAT(write("circle", "now"), HasSubstr("circle: Too many levels of symbolic links"));
+
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit smaller{1000, before.rlim_max};
+  const auto handled = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &smaller);
+  EXPECT_THAT(write("old", std::string(100'000, 'x')), StartsWith(folder_ / "old: "));
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handled);
+  EXPECT_EQ(linewatch::contentsOf(folder_ / "old"), "before");
+  EXPECT_THAT(namesIn(folder_.path()), ElementsAre("circle", "folder", "old"));
+}
+
+// Some of these are anyone's to replace when the tests run as root.
+TEST_F(WriteWholeTest, WhatIsNoPlainFileIsWrittenAsItIs) {
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  fs::create_symlink("/dev/null", folder_ / "null");
+  fs::create_symlink("/dev/full", folder_ / "full");
+  std::string read;
+  std::thread reader([&] { read = linewatch::contentsOf(folder_ / "pipe"); });
+  EXPECT_EQ(write("pipe", "through"), "");
+  reader.join();
+  EXPECT_EQ(read, "through");
+  EXPECT_EQ(write("null", "now"), "");
+  EXPECT_THAT(write("full", "now"), HasSubstr("full: No space left on device"));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+  EXPECT_THAT(namesIn(folder_.path()), ElementsAre("full", "null", "pipe"));
+}
+
+// The shell goes on with the file that it has open.
+TEST_F(WriteWholeTest, AFileThatIsOpenUnderAnotherNameIsNotReplaced) {
+  const std::string file = folder_.write("open", "before");
+  const auto closed = [](std::FILE* open) { std::fclose(open); };
+  const std::unique_ptr<std::FILE, decltype(closed)> open(std::fopen(file.c_str(), "r"), closed);
+  fs::create_symlink("/dev/fd/" + std::to_string(fileno(open.get())), folder_ / "output");
+  EXPECT_EQ(write("output", "now"), "");
+  EXPECT_EQ(std::fgetc(open.get()), 'n');
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
