@@ -104,7 +104,9 @@ Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
   if (feed.alerts.empty())
     return failure(feedCalled(feed), "", "it has no alerts, so nothing is known of its lines");
   if (isHttpURL(feed.alerts)) return fetchAlerts(feed, held);
-  Outcome<std::string> payload = contentsOf(localPath(feed.alerts), Kind::kAlerts.maximumBytes);
+  Outcome<std::string> payload =
+      contentsOf(localPath(feed.alerts),
+                 {.bytes = Kind::kAlerts.maximumBytes, .time = kFetchTimeout, .stop = stop_.get_token()});
   if (!payload) return within(feedCalled(feed), payload.error());
   auto updated = updatedAlerts(held, std::move(*payload));
   if (!updated) return located(updated.error(), feed, feed.alerts);

@@ -36,7 +36,7 @@ class FeedDocuments {
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The alerts that hold now; `held` is what this gave the last time, or null.
   Outcome<SharedAlertsMessage> alertsOf(const StoredFeed& feed, const SharedAlertsMessage& held);
-  /// Ends what is being fetched, each with an error, and fetches nothing more.
+  /// Ends what is being fetched, or read from a file, each with an error, and fetches nothing more.
   void stopFetching() { stop_.request_stop(); }
 
  private:

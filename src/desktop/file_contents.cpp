@@ -4,9 +4,12 @@
 #include <QSaveFile>
 #include <array>
 #include <cerrno>
-#include <cstdio>
-#include <memory>
+#include <chrono>
 #include <system_error>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include "desktop/base/failure.h"
 
@@ -16,8 +19,46 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+/// Of a file that is open for reading, negative where it could not be opened. Opening a pipe waits for no
+/// writer, as a stream would.
+class Descriptor {
+ public:
+  explicit Descriptor(const fs::path& file)
+      : number_(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+std::string lastFailure() { return std::generic_category().message(errno); }
+
+/// Until there is more to read, or an end. An error says why there is none.
+class Wait {
+ public:
+  explicit Wait(const ReadingLimits& limits) : limits_(limits) {}
+
+  std::optional<std::string> forMoreIn(int descriptor) const {
+    constexpr int kStepMilliseconds = 50;
+    pollfd awaited{.fd = descriptor, .events = POLLIN, .revents = 0};
+    for (int ready = 0; ready == 0; ready = ::poll(&awaited, 1, kStepMilliseconds)) {
+      if (limits_.stop.stop_requested()) return "no longer wanted";
+      if (limits_.time && Clock::now() - start_ > *limits_.time)
+        return "it was not written to its end in time";
+    }
+    return std::nullopt;
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  const ReadingLimits& limits_;
+  const Clock::time_point start_ = Clock::now();
 };
 
 /// Of a name such as /dev/stdout: it stands for what a process has open, even where that is a plain file, and
@@ -55,19 +96,22 @@ std::string whyNotWritten(const QFileDevice& to) {
 
 }  // namespace
 
-// Not a stream of the standard library: its iterators throw where a file turns out to be a folder.
-Outcome<std::string> contentsOf(const std::filesystem::path& file, std::size_t maximumBytes) {
+Outcome<std::string> contentsOf(const fs::path& file, const ReadingLimits& limits) {
   const auto failed = [&](const std::string& why) { return failure(file.string(), "", why); };
-  const std::unique_ptr<std::FILE, FileCloser> open(std::fopen(file.c_str(), "rb"));
-  if (!open) return failed(std::generic_category().message(errno));
+  const Descriptor open(file);
+  if (open.number() < 0) return failed(lastFailure());
+  const Wait wait(limits);
   std::string contents;
   std::array<char, 65536> chunk;
-  while (const std::size_t size = std::fread(chunk.data(), 1, chunk.size(), open.get())) {
-    contents.append(chunk.data(), size);
-    if (contents.size() > maximumBytes) return failed("it is larger than " + sizeInWords(maximumBytes));
+  for (;;) {
+    if (const auto why = wait.forMoreIn(open.number())) return failed(*why);
+    const ssize_t size = ::read(open.number(), chunk.data(), chunk.size());
+    if (size == 0) return contents;
+    // Another reader of a pipe may have been faster.
+    if (size < 0 && errno != EAGAIN && errno != EINTR) return failed(lastFailure());
+    if (size > 0) contents.append(chunk.data(), static_cast<std::size_t>(size));
+    if (contents.size() > limits.bytes) return failed("it is larger than " + sizeInWords(limits.bytes));
   }
-  if (std::ferror(open.get()) != 0) return failed(std::generic_category().message(errno));
-  return contents;
 }
 
 std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {

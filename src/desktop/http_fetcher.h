@@ -11,13 +11,16 @@
 
 namespace linewatch::desktop {
 
+/// How long a feed may take to come.
+inline constexpr Seconds kFetchTimeout{20};
+
 /// One GET. What the held copy came with makes it conditional; empty texts leave the condition out.
 struct HttpRequest {
   std::string url;
   std::string etag;
   std::string lastModified;
   /// For the whole exchange, so that a server that trickles or never ends cannot hold it open.
-  Seconds timeout{20};
+  Seconds timeout = kFetchTimeout;
   /// Of the body when unpacked.
   std::size_t maximumBytes = std::size_t{64} << 20U;
   /// Once a stop is requested, on any thread, the exchange ends with an error.

@@ -1,9 +1,12 @@
 #include "desktop/file_contents.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <memory>
+#include <stop_token>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -90,6 +93,62 @@ TEST_F(WriteWholeTest, AFileThatIsOpenUnderAnotherNameIsNotReplaced) {
   fs::create_symlink("/dev/fd/" + std::to_string(fileno(open.get())), folder_ / "output");
   EXPECT_EQ(write("output", "now"), "");
   EXPECT_EQ(std::fgetc(open.get()), 'n');
+}
+
+class ContentsOfTest : public testing::Test {
+ protected:
+  ContentsOfTest() { EXPECT_EQ(mkfifo(pipe_.c_str(), 0600), 0); }
+
+  /// What is read, or what is wrong.
+  std::string read(const ReadingLimits& limits) const {
+    const auto contents = contentsOf(pipe_, limits);
+    return contents ? *contents : sentenceOf(contents.error());
+  }
+
+  TemporaryFolder folder_;
+  const std::string pipe_ = folder_ / "pipe";
+};
+
+TEST_F(ContentsOfTest, APipeIsReadToItsEndHoweverLateItsWriterComes) {
+  const std::string bytes(100'000, 'x');
+  for (const ReadingLimits& limits : {ReadingLimits{.time = Seconds(20)}, ReadingLimits{}}) {
+    std::thread writer([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(60));
+      std::ofstream stream(pipe_);
+      stream << "begun " << std::flush;
+      std::this_thread::sleep_for(std::chrono::milliseconds(60));
+      stream << bytes;
+    });
+    EXPECT_EQ(read(limits), "begun " + bytes);
+    writer.join();
+  }
+}
+
+TEST_F(ContentsOfTest, NoPipeHoldsItsReaderForEver) {
+  const auto isOutOfTime = HasSubstr("pipe: it was not written to its end in time");
+  EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "without a writer";
+  {
+    std::fstream silent(pipe_);
+    EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "with one that writes nothing";
+  }
+  const std::jthread endless([this](const std::stop_token& stop) {
+    std::fstream stream(pipe_);
+    while (!stop.stop_requested()) {
+      stream << 'x' << std::flush;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  });
+  EXPECT_THAT(read({.time = Seconds(0.2)}), isOutOfTime) << "with one that does not end";
+}
+
+TEST_F(ContentsOfTest, EndsWhenItIsNoLongerWanted) {
+  std::stop_source stop;
+  std::thread stopper([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    stop.request_stop();
+  });
+  EXPECT_THAT(read({.stop = stop.get_token()}), HasSubstr("no longer wanted"));
+  stopper.join();
 }
 
 }  // namespace
