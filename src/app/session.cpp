@@ -71,6 +71,16 @@ std::shared_ptr<const RVResult> Session::fetch() {
   return fetched;
 }
 
+std::optional<Error> Session::faultOfUnusedFeed() {
+  const auto favorites = platform_->favorites().lines();
+  if (platform_->saved() || !favorites || !favorites->empty()) return std::nullopt;
+  for (const desktop::StoredFeed& feed : platform_->feeds().feeds()) {
+    if (const auto lines = platform_->documents().lineIndexOf(feed); !lines) return lines.error();
+    if (const auto alerts = platform_->documents().alertsOf(feed, nullptr); !alerts) return alerts.error();
+  }
+  return std::nullopt;
+}
+
 desktop::UserLocale localeOf(const CommonOptions& options) {
   return options.locale.value_or(desktop::UserLocale::fromEnvironment(desktop::processEnvironment));
 }

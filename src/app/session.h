@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/command_line.h"
@@ -31,6 +32,8 @@ class Session {
   desktop::DesktopPlatform& platform() { return *platform_; }
   /// Fetches the favourites with their incidents, as the widget does, and waits for the result.
   std::shared_ptr<const RVResult> fetch();
+  /// What is wrong with the feed that the command line names, where there are no favourites to fetch it for.
+  std::optional<Error> faultOfUnusedFeed();
 
  private:
   explicit Session(std::shared_ptr<desktop::DesktopPlatform> platform);

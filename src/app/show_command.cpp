@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "list/list_dictionary_form.h"
@@ -37,9 +39,10 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
             const TerminalStyle& style) {
   const auto result = session.fetch();
   const auto list = listOf(*result, options.maxRows);
+  const std::optional<Error> error = result->error() ? result->error() : session.faultOfUnusedFeed();
   Report report;
-  if (result->error()) {
-    report = notLoaded(*result->error());
+  if (error) {
+    report = notLoaded(*error);
   } else {
     noteUnknownFavorites(session, options, report);
   }

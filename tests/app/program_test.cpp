@@ -87,6 +87,24 @@ TEST_F(ProgramTest, SaysWhatCannotBeLoadedAndStillShowsTheErrorRow) {
   }
 }
 
+TEST_F(ProgramTest, MissesAFileThatIsNamedAlsoWithoutFavourites) {
+  for (const auto& [gtfs, alertsFile] :
+       {std::pair{folder_ / "none", folder_ / "alerts.pb"}, {folder_ / "gtfs", folder_ / "none"}}) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"show"}, {"show", "--json"}, {"render", "-o", folder_ / "none.svg"}}) {
+      std::vector<std::string> words{"--gtfs", gtfs, "--alerts", alertsFile};
+      words.insert(words.end(), command.begin(), command.end());
+      const auto run = runProgram(words);
+      EXPECT_EQ(run.status, 1);
+      EXPECT_THAT(run.errors, AllOf(StartsWith("linewatch: feed given: "), HasSubstr("none: ")));
+      EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << run.errors;
+      EXPECT_EQ(run.output.find("No Favorite Lines") == std::string::npos, command.front() == "render");
+    }
+  }
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "none.svg"));
+  EXPECT_EQ(runProgram(given({"show"})).status, 0);
+}
+
 TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
   for (const auto& [arguments, words] : std::vector<std::pair<std::vector<std::string>, const char*>>{
            {given({"--favorite", "nope", "show"}), "nope"},

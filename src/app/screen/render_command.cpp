@@ -40,16 +40,18 @@ Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maxi
   return dataSource.preferredContentSizeForExpanded(dataSource.isExpanded(), maximum);
 }
 
-Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
+std::optional<Error> failureOf(Session& session, const RVTransitIncidentsViewController& controller) {
   const auto& result = controller.transitLineItemResult();
-  Report report = result && result->error() ? notLoaded(*result->error()) : Report();
+  return result && result->error() ? result->error() : session.faultOfUnusedFeed();
+}
+
+Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
   const desktop::PictureStyle style{
       .size = size,
       .scale = command.scale,
       .appearance = command.dark ? ui::Appearance::dark : ui::Appearance::light};
-  if (const auto error = desktop::savePicture(controller.view(), style, command.output))
-    return refused(*error);
-  return report;
+  const auto error = desktop::savePicture(controller.view(), style, command.output);
+  return error ? refused(*error) : Report();
 }
 
 }  // namespace
@@ -70,7 +72,9 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
   // Only a list that has rows for it can be told to expand.
   const Size maximum = host->maximumSizeForDisplayMode(mode);
   controller->widgetActiveDisplayModeDidChange(mode, maximum);
-  return draw(*controller, sizeOf(*controller, maximum), command);
+  const Report drawn = draw(*controller, sizeOf(*controller, maximum), command);
+  const auto failure = failureOf(**session, *controller);
+  return drawn.status == 0 && failure ? notLoaded(*failure) : drawn;
 }
 
 }  // namespace linewatch::app
