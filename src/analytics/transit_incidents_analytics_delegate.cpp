@@ -31,10 +31,10 @@ bool deviceIsLocked() {
   return state == 1 || state == 2;
 }
 
-IncidentAnalyticsItem analyticsItem(const TransitIncident& incident, const IncidentsToLineMapping& lines) {
-  const auto line = lines.find(incident.muid());
+IncidentAnalyticsItem analyticsItem(const SharedIncident& incident, const IncidentsToLineMapping& lines) {
+  const auto line = lines.find(incident->muid());
   return {std::to_string(line == lines.end() ? std::uint64_t{0} : line->second->muid()),
-          platform().incidentStringProvider().cellTitleForIncident(incident)};
+          *platform().incidentStringProvider().cellTitleForIncident(incident)};
 }
 
 }  // namespace
@@ -68,7 +68,7 @@ void RVTransitIncidentsAnalyticsDelegate::recordInfoForLines(
   analyticsData_->transitMessageType =
       lines.empty() ? kMessageTypeNoFavorites : _messageTypeForIncidentCount(incidentDisplayed.size());
   for (const SharedIncident& incident : incidentDisplayed) {
-    analyticsData_->transitIncidents.push_back(analyticsItem(*incident, incidentsToLineMapping));
+    analyticsData_->transitIncidents.push_back(analyticsItem(incident, incidentsToLineMapping));
   }
 }
 

@@ -1,4 +1,5 @@
 #include <functional>
+#include <span>
 #include <utility>
 
 #include "list/localized_text.h"
@@ -12,34 +13,34 @@ namespace linewatch {
 
 namespace {
 
-const std::string& nameStandingForLine(const TransitLineItem& line) {
-  static const std::string kNone;
-  if (!line.name().empty()) return line.name();
-  return line.system() ? line.system()->name : kNone;
+/// Empty when neither the line nor its system has one.
+std::string_view nameStandingForLine(const TransitLineItem& line) {
+  if (const std::string& name = line.name(); !name.empty()) return name;
+  return line.system() ? std::string_view(line.system()->name) : std::string_view();
 }
 
 /// Each name once, where it first occurs.
-std::vector<const std::string*> distinctNames(const LinesOfRow& lines) {
-  std::vector<const std::string*> names;
+std::vector<std::string_view> distinctNames(const LinesOfRow& lines) {
+  std::vector<std::string_view> names;
+  names.reserve(lines.size());
   HashIndex seen;
+  seen.reserve(lines.size());
   for (const TransitLineItem* line : lines) {
-    const std::string& name = nameStandingForLine(*line);
+    const std::string_view name = nameStandingForLine(*line);
     if (name.empty()) continue;
     const auto search =
-        seen.search(hashOfText(name), [&](std::uint32_t place) { return *names[place] == name; });
+        seen.search(hashOfText(name), [&](std::uint32_t place) { return names[place] == name; });
     if (search.place()) continue;
     seen.enter(search, static_cast<std::uint32_t>(names.size()));
-    names.push_back(&name);
+    names.push_back(name);
   }
   return names;
 }
 
-/// The names but the last, joined into one text.
-std::string joinedButLast(const std::vector<const std::string*>& names) {
-  std::vector<std::string> joined;
-  joined.reserve(names.size() - 1);
-  for (std::size_t i = 0; i + 1 < names.size(); ++i) joined.push_back(*names[i]);
-  return platform().localization().joinCommaDelimited(joined);
+/// Of two names the first, of more all but the last joined into one text.
+std::string allButLast(std::span<const std::string_view> names) {
+  if (names.size() == 2) return std::string(names.front());
+  return platform().localization().joinCommaDelimited(names.first(names.size() - 1));
 }
 
 /// The artwork that the systems of all lines share; null when they differ or have none. Lines without a
@@ -76,7 +77,7 @@ void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::itemNamingLines(const RVTransitItem& item,
                                                                        const LinesOfRow& lines) const {
-  return std::make_shared<const RVTransitItem>(item.primaryText(),
+  return std::make_shared<const RVTransitItem>(item.sharedPrimaryText(),
                                                _prependLineNames(lines, item.secondaryText()),
                                                artworkOfLines(lines), item.displayArtwork(), item.openable());
 }
@@ -92,17 +93,17 @@ std::optional<std::string> RVTransitIncidentsDataSourceBuilder::_prependLineName
     const LinesOfRow& lines, const std::optional<std::string>& text) {
   const auto names = distinctNames(lines);
   if (names.empty()) return text;
-  if (!text || text->empty()) {
-    if (names.size() == 1) return *names[0];
-    if (names.size() == 2) return widgetText("LineWatch_2_Lines_Concatenated", {*names[0], *names[1]});
-    return widgetText("LineWatch_N_Lines_Names_Concatenated", {joinedButLast(names), *names.back()});
-  }
+  const bool hasText = text && !text->empty();
+  const bool areTwo = names.size() == 2;
+  const std::string last(names.back());
   if (names.size() == 1)
-    return widgetText("LineWatch_Single_Line_Prepended_Incident_Text", {*names[0], *text});
-  if (names.size() == 2)
-    return widgetText("LineWatch_2_Lines_Prepended_Incident_Text", {*names[0], *names[1], *text});
-  return widgetText("LineWatch_N_Lines_Prepended_Incident_Text",
-                    {joinedButLast(names), *names.back(), *text});
+    return hasText ? widgetText("LineWatch_Single_Line_Prepended_Incident_Text", {last, *text}) : last;
+  if (hasText)
+    return widgetText(
+        areTwo ? "LineWatch_2_Lines_Prepended_Incident_Text" : "LineWatch_N_Lines_Prepended_Incident_Text",
+        {allButLast(names), last, *text});
+  return widgetText(areTwo ? "LineWatch_2_Lines_Concatenated" : "LineWatch_N_Lines_Names_Concatenated",
+                    {allButLast(names), last});
 }
 
 }  // namespace linewatch

@@ -25,12 +25,14 @@ std::shared_ptr<const RVConfiguredArtwork> lineArtwork(SharedArtwork artworkData
 }
 
 const SharedArtwork& artworkStandingForLine(const TransitLineItem& line) {
-  return line.alternateArtwork() ? line.alternateArtwork() : systemArtworkOfLine(line);
+  const SharedArtwork& own = line.alternateArtwork();
+  return own ? own : systemArtworkOfLine(line);
 }
 
 const SharedArtwork& systemArtworkOfLine(const TransitLineItem& line) {
   static const SharedArtwork kNone;
-  return line.system() ? line.system()->artwork : kNone;
+  const auto& system = line.system();
+  return system ? system->artwork : kNone;
 }
 
 }  // namespace linewatch

@@ -22,7 +22,7 @@ namespace {
 constexpr int kMapType = 3;
 constexpr int kFavoritesType = 2;
 
-bool isEmpty(const std::optional<std::string>& text) { return !text || text->empty(); }
+bool isEmpty(const SharedText& text) { return !*text || (*text)->empty(); }
 
 std::shared_ptr<const RVTransitListItem> makeList(SummaryItem summary, TransitItems expandedItems = {}) {
   return std::make_shared<const RVTransitListItem>(std::move(summary), std::move(expandedItems));
@@ -126,7 +126,8 @@ RVTransitIncidentsDataSourceBuilder::Rows RVTransitIncidentsDataSourceBuilder::c
       [](std::size_t count, const SharedLineItem& line) { return count + line->incidents().size(); }));
   for (const SharedLineItem& line : *lineItems_) {
     bool madeNewRow = false;
-    for (std::size_t index = 0; index < line->incidents().size(); ++index) {
+    const std::size_t incidentCount = line->incidents().size();
+    for (std::size_t index = 0; index < incidentCount; ++index) {
       if (addRowOrLine(*line, index, rows)) madeNewRow = true;
     }
     if (!madeNewRow) ++rows.unaffectedLineCount;
@@ -171,7 +172,7 @@ void RVTransitIncidentsDataSourceBuilder::record(const Rows& rows) const {
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_itemForIncidentAtIndex(std::size_t index,
                                                                                const TransitLineItem& line) {
   if (index >= line.incidents().size()) return nullptr;
-  const TransitIncident& incident = *line.incidents()[index];
+  const SharedIncident& incident = line.incidents()[index];
   IncidentStringProvider& texts = platform().incidentStringProvider();
   auto title = texts.cellTitleForIncident(incident);
   auto secondaryText = texts.cellSecondaryTextForIncident(incident);

@@ -16,7 +16,7 @@ namespace {
 
 const std::size_t kHashOfTrue = hashOfNumber(std::uint64_t{1});
 
-std::size_t hashOrZero(const std::optional<std::string>& text) { return text ? hashOfText(*text) : 0; }
+std::size_t hashOrZero(const SharedText& text) { return *text ? hashOfText(**text) : 0; }
 
 std::string addressOf(const void* object) {
   char text[32];
@@ -31,7 +31,7 @@ std::string describe(const std::shared_ptr<const T>& object) {
 
 }  // namespace
 
-RVTransitItem::RVTransitItem(std::optional<std::string> primaryText, std::optional<std::string> secondaryText,
+RVTransitItem::RVTransitItem(SharedText primaryText, SharedText secondaryText,
                              std::shared_ptr<const RVConfiguredArtwork> artwork, bool displayArtwork,
                              std::shared_ptr<const RVOpenable> openable)
     : primaryText_(std::move(primaryText)),
@@ -63,8 +63,8 @@ std::size_t RVTransitItem::hash() const {
 }
 
 std::string RVTransitItem::description() const {
-  return "<" + classNameOf(*this) + ":" + addressOf(this) + " | text: " + primaryText_.value_or("(null)") +
-         " | subtext: " + secondaryText_.value_or("(null)") + " | artwork: " + describe(artwork_) +
+  return "<" + classNameOf(*this) + ":" + addressOf(this) + " | text: " + primaryText_->value_or("(null)") +
+         " | subtext: " + secondaryText_->value_or("(null)") + " | artwork: " + describe(artwork_) +
          " | showArtwork?: " + (displayArtwork_ ? "YES" : "NO") + " | openable: " + describe(openable_) + ">";
 }
 

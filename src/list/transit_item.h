@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "activity/openable.h"
 #include "list/configured_artwork.h"
 #include "platform/object.h"
+#include "platform/shared_text.h"
 
 namespace linewatch {
 
@@ -18,12 +18,14 @@ class RVTransitItem : public Object {
  public:
   /// Texts, artwork and openable may each be absent; a row without an openable opens nothing.
   /// `displayArtwork` tells whether the row shows an artwork at all.
-  RVTransitItem(std::optional<std::string> primaryText, std::optional<std::string> secondaryText,
+  RVTransitItem(SharedText primaryText, SharedText secondaryText,
                 std::shared_ptr<const RVConfiguredArtwork> artwork, bool displayArtwork,
                 std::shared_ptr<const RVOpenable> openable);
 
-  const std::optional<std::string>& primaryText() const { return primaryText_; }
-  const std::optional<std::string>& secondaryText() const { return secondaryText_; }
+  const OptionalText& primaryText() const { return *primaryText_; }
+  const OptionalText& secondaryText() const { return *secondaryText_; }
+  /// For another row that has this text too.
+  const SharedText& sharedPrimaryText() const { return primaryText_; }
   const std::shared_ptr<const RVConfiguredArtwork>& artwork() const { return artwork_; }
   bool displayArtwork() const { return displayArtwork_; }
   const std::shared_ptr<const RVOpenable>& openable() const { return openable_; }
@@ -38,8 +40,8 @@ class RVTransitItem : public Object {
   std::string description() const override;
 
  private:
-  std::optional<std::string> primaryText_;
-  std::optional<std::string> secondaryText_;
+  SharedText primaryText_;
+  SharedText secondaryText_;
   std::shared_ptr<const RVConfiguredArtwork> artwork_;
   bool displayArtwork_;
   std::shared_ptr<const RVOpenable> openable_;

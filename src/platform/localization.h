@@ -28,7 +28,7 @@ class Localization {
   /// valid format is given unchanged.
   virtual std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) = 0;
   /// The texts joined into one with the locale's list delimiter.
-  virtual std::string joinCommaDelimited(std::span<const std::string> texts) = 0;
+  virtual std::string joinCommaDelimited(std::span<const std::string_view> texts) = 0;
 };
 
 }  // namespace linewatch

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "platform/date.h"
+#include "platform/shared_text.h"
 
 namespace linewatch {
 
@@ -22,7 +22,6 @@ class TransitIncidentEntity {
 };
 
 using TransitIncidentEntities = std::vector<std::shared_ptr<const TransitIncidentEntity>>;
-using OptionalText = std::optional<std::string>;
 
 /// A disruption of service on one or more lines. Two records with one `muid` are the same incident.
 ///

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -32,10 +33,15 @@ class HashIndex {
     bool isFound_;
   };
 
+  /// Makes room for as many elements, which then grow nothing.
+  void reserve(std::size_t count) {
+    if (2 * count > tags_.size()) resize(std::max(kSmallest, std::bit_ceil(2 * count)));
+  }
+
   /// Looks for an element with the hash for which `isEqual(place)` holds.
   template <class IsEqual>
   Search search(std::uint64_t hash, IsEqual isEqual) {
-    if (2 * count_ >= tags_.size()) grow();
+    if (2 * count_ >= tags_.size()) resize(tags_.empty() ? kSmallest : kFactor * tags_.size());
     const std::uint32_t spreadHash = spread(hash);
     const std::uint8_t tag = tagOf(spreadHash);
     std::size_t slot = firstSlot(spreadHash);
@@ -60,6 +66,7 @@ class HashIndex {
   };
 
   static constexpr std::uint8_t kFree = 0;
+  static constexpr std::size_t kSmallest = 16, kFactor = 4;
 
   /// Counters and pointers differ in few bits; the upper half of the product differs with each of them.
   static std::uint32_t spread(std::uint64_t hash) {
@@ -75,9 +82,7 @@ class HashIndex {
     slots_[slot] = element;
   }
 
-  void grow() {
-    constexpr std::size_t kSmallest = 16, kFactor = 4;
-    const std::size_t size = tags_.empty() ? kSmallest : kFactor * tags_.size();
+  void resize(std::size_t size) {
     const auto oldTags = std::exchange(tags_, std::vector<std::uint8_t>(size, kFree));
     // What is in a free slot is never read.
     const auto oldSlots = std::exchange(slots_, std::make_unique_for_overwrite<Slot[]>(size));

@@ -1,5 +1,7 @@
 #include "simulation/simulated_texts.h"
 
+#include <functional>
+
 namespace linewatch::simulation {
 
 namespace {
@@ -34,8 +36,8 @@ std::string SimulatedLocalization::format(const std::string& formatText,
   return formatText + "(" + joined(arguments, "|", argumentText) + ")";
 }
 
-std::string SimulatedLocalization::joinCommaDelimited(std::span<const std::string> texts) {
-  return joined(texts, ", ", [](const std::string& text) { return text; });
+std::string SimulatedLocalization::joinCommaDelimited(std::span<const std::string_view> texts) {
+  return joined(texts, ", ", std::identity());
 }
 
 }  // namespace linewatch::simulation

@@ -17,7 +17,7 @@ class SimulatedLocalization final : public Localization {
 
   std::string localizedString(std::string_view key, std::string_view fallback, StringTable table) override;
   std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) override;
-  std::string joinCommaDelimited(std::span<const std::string> texts) override;
+  std::string joinCommaDelimited(std::span<const std::string_view> texts) override;
 
  private:
   SharedBackstage backstage_;
@@ -26,9 +26,11 @@ class SimulatedLocalization final : public Localization {
 /// Words an incident with its own title and summary.
 class SimulatedIncidentStringProvider final : public IncidentStringProvider {
  public:
-  OptionalText cellTitleForIncident(const TransitIncident& incident) override { return incident.title(); }
-  OptionalText cellSecondaryTextForIncident(const TransitIncident& incident) override {
-    return incident.summary();
+  SharedText cellTitleForIncident(const SharedIncident& incident) override {
+    return SharedText::partOf(incident, incident->title());
+  }
+  SharedText cellSecondaryTextForIncident(const SharedIncident& incident) override {
+    return SharedText::partOf(incident, incident->summary());
   }
 };
 

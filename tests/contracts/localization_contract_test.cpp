@@ -17,7 +17,7 @@ class LocalizationContract : public testing::TestWithParam<Subject<Localization>
   std::string text(std::string_view key, StringTable table) {
     return texts_->localizedString(key, kLocalizedStringNotFound, table);
   }
-  std::string joined(const std::vector<std::string>& names) { return texts_->joinCommaDelimited(names); }
+  std::string joined(const std::vector<std::string_view>& names) { return texts_->joinCommaDelimited(names); }
 
   std::shared_ptr<Localization> texts_ = GetParam().make();
 };

@@ -15,8 +15,12 @@ TEST(HashIndex, FindsWhatATableFinds) {
   SCOPED_TRACE("seed " + std::to_string(kSeed));
   std::mt19937_64 random(kSeed);
   // Hashes that all collide, that differ in their upper half alone, that count up, and that are good.
+  std::size_t room = 0;
   for (const std::uint64_t factor : {0ULL, 1ULL << 32, 1ULL, 0x9E3779B97F4A7C15ULL}) {
     HashIndex index;
+    // None, too little, too little for all, and more than enough.
+    index.reserve(room);
+    room = 40 * room + 1;
     std::vector<std::uint64_t> keys;
     std::unordered_map<std::uint64_t, std::uint32_t> table;
     const auto equals = [&](std::uint64_t key) {

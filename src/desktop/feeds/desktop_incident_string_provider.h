@@ -7,9 +7,11 @@ namespace linewatch::desktop {
 /// The words that the incidents of feeds already have. Holds nothing.
 class DesktopIncidentStringProvider final : public IncidentStringProvider {
  public:
-  OptionalText cellTitleForIncident(const TransitIncident& incident) override { return incident.title(); }
-  OptionalText cellSecondaryTextForIncident(const TransitIncident& incident) override {
-    return incident.summary();
+  SharedText cellTitleForIncident(const SharedIncident& incident) override {
+    return SharedText::partOf(incident, incident->title());
+  }
+  SharedText cellSecondaryTextForIncident(const SharedIncident& incident) override {
+    return SharedText::partOf(incident, incident->summary());
   }
 };
 

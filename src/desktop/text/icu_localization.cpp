@@ -102,9 +102,9 @@ std::string IcuLocalization::format(const std::string& formatText,
   return U_SUCCESS(error) ? utf8(text) : formatText;
 }
 
-std::string IcuLocalization::joinCommaDelimited(std::span<const std::string> texts) {
+std::string IcuLocalization::joinCommaDelimited(std::span<const std::string_view> texts) {
   std::string all;
-  for (const std::string& text : texts) {
+  for (const std::string_view& text : texts) {
     if (&text != &texts.front()) all += listDelimiter();
     all += text;
   }

@@ -24,7 +24,7 @@ class IcuLocalization final : public Localization {
 
   std::string localizedString(std::string_view key, std::string_view fallback, StringTable table) override;
   std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) override;
-  std::string joinCommaDelimited(std::span<const std::string> texts) override;
+  std::string joinCommaDelimited(std::span<const std::string_view> texts) override;
 
   /// The same of the table of words for what a feed says. Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;

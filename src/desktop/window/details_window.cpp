@@ -43,9 +43,9 @@ std::string shieldTextOf(const SharedArtwork& artwork) {
 }
 
 QString listOfNames(const std::vector<std::shared_ptr<const TransitLineFields>>& lines) {
-  std::vector<std::string> names;
+  std::vector<std::string_view> names;
   names.reserve(lines.size());
-  for (const auto& line : lines) names.push_back(line->name);
+  for (const auto& line : lines) names.emplace_back(line->name);
   return QString::fromStdString(platform().localization().joinCommaDelimited(names));
 }
 
@@ -126,7 +126,7 @@ void DetailsWindow::present(const StoredIncidents& incidents) {
 void DetailsWindow::presentIncidents(const TransitIncidents& incidents) {
   std::vector<std::uint64_t> muids;
   for (const SharedIncident& incident : incidents) {
-    addIncident(*incident);
+    addIncident(incident);
     muids.push_back(incident->muid());
   }
   services_.findLines(std::move(muids), [window = QPointer<DetailsWindow>(this),
@@ -157,26 +157,26 @@ void DetailsWindow::addLine(const TransitLine& line) {
   column_->addLayout(row);
 }
 
-void DetailsWindow::addIncident(const TransitIncident& incident) {
+void DetailsWindow::addIncident(const SharedIncident& incident) {
   column_->addSpacing(kGapBetweenIncidents / 2 - kGapWithinIncident / 2);
   column_->addWidget(makeRule());
   column_->addSpacing(kGapBetweenIncidents / 2 - kGapWithinIncident / 2);
   auto* const lines = new QVBoxLayout;
   column_->addLayout(lines);
-  placesOfLines_.emplace(incident.muid(), lines);
+  placesOfLines_.emplace(incident->muid(), lines);
   const auto title = platform().incidentStringProvider().cellTitleForIncident(incident);
-  column_->addWidget(makeLabel(textOf(title), font(kHeadingSize, QFont::DemiBold)));
-  if (incident.isBlockingIncident())
+  column_->addWidget(makeLabel(textOf(*title), font(kHeadingSize, QFont::DemiBold)));
+  if (incident->isBlockingIncident())
     column_->addWidget(makeLabel(texts()("NoService"), font(kSmallSize, QFont::DemiBold), Tone::alarming));
-  column_->addWidget(makeLabel(periodOf(incident), font(kSmallSize), Tone::faint));
-  const OptionalText& full = incident.fullDescription() ? incident.fullDescription() : incident.summary();
+  column_->addWidget(makeLabel(periodOf(*incident), font(kSmallSize), Tone::faint));
+  const OptionalText& full = incident->fullDescription() ? incident->fullDescription() : incident->summary();
   if (const QString text = textOf(full); !text.isEmpty()) {
     QLabel* const body = makeLabel(text, font(kBodySize));
     body->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     column_->addWidget(body);
   }
-  addLink(incident.infoURL());
-  if (const auto updated = incident.lastUpdated()) {
+  addLink(incident->infoURL());
+  if (const auto updated = incident->lastUpdated()) {
     const QString when = texts().dateAndTime(*updated, platform().mainLoop().now());
     column_->addWidget(makeLabel(texts()("Updated", {when.toStdString()}), font(kSmallSize), Tone::faint));
   }

@@ -41,7 +41,7 @@ class DetailsWindow final : public CompanionWindow {
   void presentIncidents(const TransitIncidents& incidents);
 
   void addLine(const TransitLine& line);
-  void addIncident(const TransitIncident& incident);
+  void addIncident(const SharedIncident& incident);
   void addLink(const OptionalText& address);
   void addAffectedLines(const TransitFeeds::LinesOfIncidents& lines);
   QString periodOf(const TransitIncident& incident) const;

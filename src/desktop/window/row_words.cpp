@@ -1,6 +1,7 @@
 #include "desktop/window/row_words.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "list/localized_text.h"
@@ -14,7 +15,8 @@ namespace {
 constexpr std::size_t kMostShieldsSaid = 12;
 
 QString joinedWords(const std::vector<std::string>& words) {
-  return QString::fromStdString(platform().localization().joinCommaDelimited(words));
+  const std::vector<std::string_view> texts(words.begin(), words.end());
+  return QString::fromStdString(platform().localization().joinCommaDelimited(texts));
 }
 
 void addIfAny(const std::optional<std::string>& text, std::vector<std::string>& words) {

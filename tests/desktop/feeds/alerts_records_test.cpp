@@ -37,8 +37,8 @@ SharedIncident recordOf(AlertSketch alert, std::vector<std::string> languages = 
 
 std::string row(const SharedIncident& incident) {
   DesktopIncidentStringProvider provider;
-  return provider.cellTitleForIncident(*incident).value_or("-") + " / " +
-         provider.cellSecondaryTextForIncident(*incident).value_or("-");
+  return provider.cellTitleForIncident(incident)->value_or("-") + " / " +
+         provider.cellSecondaryTextForIncident(incident)->value_or("-");
 }
 
 TEST(IncidentRecords, SayWhatTheFeedSays) {

@@ -209,7 +209,7 @@ TEST(IcuLocalization, FallsBackFromRegionToLanguageToEnglish) {
 }
 
 TEST(IcuLocalization, JoinsWithTheLocalesDelimiter) {
-  const std::string names[] = {"A", "B", "C"};
+  const std::string_view names[] = {"A", "B", "C"};
   for (const auto& [tag, joined] : std::map<std::string, std::string>{{"en", "A, B, C"}, {"de", "A, B, C"}}) {
     EXPECT_EQ(localizationFor(tag).joinCommaDelimited(names), joined) << tag;
   }
