@@ -43,7 +43,10 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
 
 Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& options,
                                                          const Adjustment& adjust) {
-  auto session = open(options, adjust);
+  auto session = open(options, [&adjust](DesktopSettings& settings) {
+    settings.nowStandsStill = true;
+    if (adjust) adjust(settings);
+  });
   if (!session) return session;
   if (auto error = (*session)->platform().feeds().follow()) return *std::move(error);
   return session;

@@ -92,7 +92,8 @@ Outcome<std::shared_ptr<DesktopPlatform>> DesktopPlatform::make(DesktopSettings 
 DesktopPlatform::DesktopPlatform(DesktopSettings settings)
     : settings_(std::move(settings)),
       log_(settings_.verbose),
-      mainLoop_(settings_.now),
+      mainLoop_(settings_.now,
+                settings_.nowStandsStill ? QtMainLoop::Clock::standsStill : QtMainLoop::Clock::goesOn),
       systemController_(settings_.openActivity),
       device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<OverlaidPreferences::Values>(settings_.preferences)) {}

@@ -30,6 +30,8 @@ struct DesktopSettings {
   /// Where the sample city lies, which is shown until a feed is added.
   std::filesystem::path sampleCity;
   std::optional<Date> now;
+  /// Whether `now` remains the time for as long as the program runs, as for a list that is made once.
+  bool nowStandsStill = false;
   UserLocale locale;
   bool verbose = false;
   /// Whether a person waits for the main thread, which then waits for other programs only for as long as

@@ -117,8 +117,8 @@ class QtTimer final : public Timer, public std::enable_shared_from_this<QtTimer>
   std::optional<QtMainLoop::Turn> turn_;
 };
 
-QtMainLoop::QtMainLoop(std::optional<Date> startsAt)
-    : startsAt_(startsAt), madeAt_(uptime()), timers_(std::make_shared<Timers>()) {}
+QtMainLoop::QtMainLoop(std::optional<Date> startsAt, Clock clock)
+    : startsAt_(startsAt), clock_(clock), madeAt_(uptime()), timers_(std::make_shared<Timers>()) {}
 
 QtMainLoop::~QtMainLoop() = default;
 
@@ -129,6 +129,7 @@ Seconds QtMainLoop::uptime() {
 }
 
 Date QtMainLoop::now() const {
+  if (startsAt_ && clock_ == Clock::standsStill) return *startsAt_;
   if (startsAt_) return *startsAt_ + (uptime() - madeAt_);
   return std::chrono::time_point_cast<Seconds>(std::chrono::system_clock::now());
 }

@@ -21,8 +21,11 @@ namespace linewatch::desktop {
 /// whose tolerance allows it fires on a whole second of that clock, together with the others.
 class QtMainLoop final : public MainLoop {
  public:
-  /// With `startsAt` the clock shows that time now and goes on from there, in place of the machine's.
-  explicit QtMainLoop(std::optional<Date> startsAt = std::nullopt);
+  /// What the clock does that starts at a time of its own.
+  enum class Clock { goesOn, standsStill };
+
+  /// With `startsAt` the clock shows that time now, in place of the machine's.
+  explicit QtMainLoop(std::optional<Date> startsAt = std::nullopt, Clock clock = Clock::goesOn);
   ~QtMainLoop() override;
 
   Date now() const override;
@@ -42,6 +45,7 @@ class QtMainLoop final : public MainLoop {
 
   QObject receiver_;
   std::optional<Date> startsAt_;
+  Clock clock_;
   Seconds madeAt_;
   /// Shared so that a timer that outlives the loop can tell.
   std::shared_ptr<Timers> timers_;

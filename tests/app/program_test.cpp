@@ -63,6 +63,14 @@ TEST_F(ProgramTest, ShowsAGivenFeed) {
   EXPECT_THAT(german.output, Not(HasSubstr("Good")));
 }
 
+TEST_F(ProgramTest, TheTimeThatIsGivenIsTheTimeOfTheWholeList) {
+  constexpr std::size_t kEightOClock = 1'795'507'200;
+  folder_.write("alerts.pb", alerts(alert("a", "r1", "Strike", until(kEightOClock)) +
+                                    alert("b", "r1", "Fog", until(kEightOClock - 1))));
+  const auto run = runProgram(given({"--favorite", "r1", "--now", "2026-11-24T08:00:00Z", "show"}));
+  EXPECT_THAT(run.output, AllOf(HasSubstr("Strike"), Not(HasSubstr("Fog")))) << run.errors;
+}
+
 TEST_F(ProgramTest, DrawsAlsoWhatTheWidgetStartsWith) {
   const auto run = runProgram(given({"render", "-o", folder_ / "none.svg"}));
   EXPECT_EQ(run.status, 0) << run.errors;

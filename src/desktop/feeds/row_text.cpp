@@ -78,6 +78,29 @@ std::string comparableWords(std::string_view text) {
   return words;
 }
 
+// What agencies put before the numbers of the lines, as comparable words.
+constexpr std::string_view kBeforeLineNumbers[] = {
+    " affected route ",   " affected routes ",   " affected line ",    " affected lines ",
+    " routes affected ",  " lines affected ",    " betroffene linie ", " betroffene linien ",
+    " ligne concernée ",  " lignes concernées ", " líneas afectadas ", " linhas afetadas ",
+    " linee interessate "};
+
+bool areAllNumbered(std::string_view words) {
+  while (!words.empty()) {
+    const std::string_view word = words.substr(0, words.find(' '));
+    if (word.find_first_of("0123456789") == std::string_view::npos) return false;
+    words.remove_prefix(word.size() + 1);
+  }
+  return true;
+}
+
+/// "Affected routes: 215, 225": the row's shield and names say that already.
+bool onlyNumbersLines(std::string_view words) {
+  const auto* const before = std::ranges::find_if(
+      kBeforeLineNumbers, [&](std::string_view start) { return words.starts_with(start); });
+  return before != std::end(kBeforeLineNumbers) && areAllNumbered(words.substr(before->size()));
+}
+
 // "Route 5 detour - Use stop 12" below the title "Route 5 detour" says "Use stop 12".
 std::string_view withoutTitle(std::string_view sentence, std::string_view title) {
   if (title.empty() || !sentence.starts_with(title)) return sentence;
@@ -102,7 +125,8 @@ class SecondaryText {
   void offer(std::string_view written) {
     const std::string sentence = withoutReferrals(withoutTitle(written, title_));
     const std::string words = comparableWords(sentence);
-    const bool isNews = words.size() > 1 && known_.find(words) == std::string::npos;
+    const bool isNews =
+        words.size() > 1 && known_.find(words) == std::string::npos && !onlyNumbersLines(words);
     if (!isNews || !said_.insert(words).second) return;
     if (!text_.empty() && countCharacters(text_) + countCharacters(sentence) > roomForBoth()) {
       isFull_ = true;

@@ -19,16 +19,30 @@ using TakeSentence = std::function<bool(std::string_view)>;
 
 // What agencies cut short, in the languages of their texts; in byte order and without the full stop.
 constexpr std::string_view kAbbreviations[] = {
-    "abs",   "approx", "apr",  "aug", "av",     "avda", "ave",  "bd",   "bf",   "bhf",  "bldg", "blvd",
-    "bru",   "brux",   "bzw",  "ca",  "col",    "cres", "ctr",  "dec",  "dept", "dez",  "di",   "dir",
-    "do",    "dr",     "dra",  "ed",  "eng",    "esc",  "est",  "estr", "evtl", "feb",  "fr",   "fri",
-    "ft",    "gen",    "ggf",  "gov", "hausnr", "hbf",  "hr",   "hrs",  "hwy",  "imp",  "incl", "inkl",
-    "jan",   "jct",    "jr",   "jul", "jun",    "ln",   "lt",   "mar",  "max",  "mi",   "min",  "mo",
-    "mon",   "mr",     "mrs",  "ms",  "mt",     "nov",  "nr",   "nám",  "oct",  "okt",  "pkwy", "pl",
-    "pla",   "prof",   "pt",   "pza", "pç",     "rd",   "resp", "rte",  "sa",   "sat",  "sep",  "sept",
-    "so",    "sq",     "sr",   "st",  "sta",    "ste",  "sto",  "str",  "sun",  "tel",  "thu",  "thur",
-    "thurs", "tue",    "tues", "ul",  "urb",    "usw",  "vgl",  "vs",   "wed",  "zzgl",
+    "abs",    "abzw",  "al",   "approx", "apr",     "aprox", "aug",  "av",   "avda",    "ave",
+    "bd",     "bf",    "bhf",  "bldg",   "blvd",    "bru",   "brux", "bzw",  "ca",      "col",
+    "cres",   "ct",    "ctr",  "ctra",   "dec",     "dept",  "dez",  "di",   "dir",     "do",
+    "dr",     "dra",   "ed",   "ehem",   "einschl", "eng",   "esc",  "est",  "estr",    "evt",
+    "evtl",   "feb",   "fr",   "fri",    "ft",      "gen",   "ggf",  "gov",  "gral",    "gén",
+    "hausnr", "hbf",   "hr",   "hrs",    "hst",     "hts",   "hwy",  "imp",  "incl",    "inkl",
+    "intl",   "jan",   "jct",  "jr",     "jul",     "jun",   "ks",   "lg",   "ln",      "lt",
+    "mar",    "mass",  "max",  "mi",     "min",     "mme",   "mo",   "mon",  "mr",      "mrs",
+    "ms",     "mt",    "mtn",  "nov",    "nr",      "nám",   "oct",  "okt",  "os",      "pkwy",
+    "pl",     "pla",   "prof", "pt",     "pza",     "pç",    "rd",   "resp", "ri",      "rte",
+    "rtg",    "sa",    "sat",  "sep",    "sept",    "so",    "sog",  "sq",   "sr",      "st",
+    "sta",    "staz",  "std",  "ste",    "stn",     "sto",   "str",  "sun",  "tel",     "thu",
+    "thur",   "thurs", "tue",  "tues",   "ul",      "urb",   "usw",  "vgl",  "vorauss", "voraussichtl",
+    "vs",     "wed",   "wg",   "zw",     "zzgl",    "św",
 };
+// Words that a line does not end with unless it is wrapped there.
+constexpr std::string_view kLeadingOn[] = {
+    "a",       "al",   "am",   "an",   "and",  "at",    "au",  "auf",      "aus", "aux",  "bei", "beim",
+    "between", "by",   "da",   "das",  "de",   "dei",   "del", "della",    "dem", "den",  "der", "des",
+    "di",      "die",  "do",   "dos",  "du",   "durch", "e",   "ed",       "ein", "eine", "el",  "em",
+    "en",      "et",   "for",  "from", "für",  "gegen", "in",  "into",     "is",  "la",   "las", "le",
+    "les",     "los",  "mit",  "na",   "nach", "near",  "no",  "och",      "of",  "on",   "or",  "os",
+    "por",     "pour", "près", "sur",  "the",  "to",    "und", "until",    "van", "vers", "via", "vom",
+    "von",     "voor", "with", "y",    "zu",   "zum",   "zur", "zwischen", "à"};
 // Months as "27. Oktober" has them behind the day.
 constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
                                                      "jul", "aug", "sep", "okt", "nov", "dez", "dec"};
@@ -80,7 +94,13 @@ bool mayGoOn(std::string_view word, std::string_view next) {
   const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
   const bool isDotted = word.find('.') != std::string_view::npos && !isAddress;  // "a.m", "z.B"
   return isInitial || isDotted || isNumbered(word, next) ||
-         std::ranges::binary_search(kAbbreviations, withoutCase(word)) || isDayBeforeMonth(word, next);
+         std::ranges::binary_search(kAbbreviations, withoutCase(word)) || isDayBeforeMonth(word, next) ||
+         (word.ends_with("str") && !next.empty() && isAsciiDigit(next.front()));  // "Bahnhofstr. 5"
+}
+
+/// "Detour at": what belongs to it stands on the next line.
+bool leadsOn(std::string_view line) {
+  return std::ranges::binary_search(kLeadingOn, lastWord(line)) && lastWord(line).size() < line.size();
 }
 
 bool startsLowerCase(std::string_view text) { return !text.empty() && u_islower(takeCharacter(text)) != 0; }
@@ -196,7 +216,7 @@ class LineJoiner {
     }
     if (startsParagraph) return nullptr;
     if (isInList_ || isItem) return jointInList();
-    if (startsLowerCase(line)) return " ";
+    if (startsLowerCase(line) || endsWithAny(current_, ",") || leadsOn(current_)) return " ";
     const bool isWrapped = lastLineLength_ >= kShortestWrappedLine && lastLineLength_ <= kLongestWrappedLine;
     return isWrapped && !endsSentence(current_) ? " " : nullptr;
   }

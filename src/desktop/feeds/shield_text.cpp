@@ -35,6 +35,10 @@ bool isWordForLine(std::string_view word) {
 
 bool startsSmall(std::string_view word) { return u_islower(takeCharacter(word)); }
 
+bool isNumber(std::string_view word) {
+  return countCharacters(word) <= kLongestShortName && std::all_of(word.begin(), word.end(), isAsciiDigit);
+}
+
 bool hasDigit(std::string_view word) { return word.find_first_of("0123456789") != std::string_view::npos; }
 
 std::string initialOf(std::string_view word) {
@@ -95,7 +99,8 @@ std::string abbreviationOfLine(std::string_view name) {
   std::string telling = joined(words);
   if (!telling.empty() && isShort(telling)) return telling;
   const auto number = std::find_if(words.begin(), words.end(), hasDigit);
-  if (number != words.end() && isShort(*number)) return std::string(*number);
+  // A number cut short would be another's.
+  if (number != words.end() && (isShort(*number) || isNumber(*number))) return std::string(*number);
   return abbreviationOfWords(telling.empty() ? name : telling);
 }
 

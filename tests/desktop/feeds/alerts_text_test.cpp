@@ -125,6 +125,7 @@ TEST(Sentences, EndWhereASentenceEnds) {
            "From 5 p.m. Monday, J. F. Kennedy station is closed.",
            "Version 2.5 is used at 10.30 on www.example.org.",
            "Wait... then board.",
+           "Gesperrt bis voraussichtl. Dienstag, Bahnhofstr. 5.",
        }) {
     EXPECT_THAT(sentencesOf(whole), ElementsAre(whole));
   }
@@ -149,6 +150,8 @@ TEST(Sentences, LinesGoTogetherWhereTheyBelongTogether) {
 TEST(RowText, TitleIsTheHeaderOnOneLine) {
   EXPECT_EQ(rowTitle("Route 5:\nMain St\nElm St"), "Route 5: Main St, Elm St");
   EXPECT_EQ(rowTitle("Works begin at 12:51 PM\nTesting"), "Works begin at 12:51 PM. Testing");
+  EXPECT_EQ(rowTitle("Route 5 detour at\nMain Street"), "Route 5 detour at Main Street");
+  EXPECT_EQ(rowTitle("Dear passengers,\nLine 5 is late"), "Dear passengers, Line 5 is late");
   EXPECT_EQ(rowTitle("Works - "), "Works");
   EXPECT_EQ(rowTitle("Stop moved – :"), "Stop moved");
   EXPECT_EQ(rowTitle(""), "");
@@ -185,6 +188,8 @@ TEST(RowText, SecondaryTextSaysSomethingNew) {
                "Buses run instead. Allow 20 minutes."},
            Row{"Line 5", "Use the [stops nearby](https://example.org).", "Use the stops nearby."},
            Row{"Line 5", "停電です。バスをご利用ください。", "停電です。バスをご利用ください。"},
+           Row{"Stop moved", "Affected routes: 215, 225, CT2. Use the stop across.", "Use the stop across."},
+           Row{"Stop moved", "Affected route: 5 to Zoo", "Affected route: 5 to Zoo"},
            Row{"Line 5", "", ""},
            Row{"Line 5", "- - -", ""},
        }) {

@@ -109,6 +109,7 @@ TEST(ShieldText, ComesDownToAFewCharacters) {
   EXPECT_EQ(shieldOf("", "Línea Uno"), "Uno");
   EXPECT_EQ(shieldOf("", "Metro Line"), "ML");
   EXPECT_EQ(shieldOf("", "Nachtbus N12 Altstadt"), "N12");
+  EXPECT_EQ(shieldOf("", "Bus 12345678"), "12345678");
   EXPECT_EQ(shieldOf("", "Antioch - SFIA/Millbrae"), "A–S");
   EXPECT_EQ(shieldOf("", "Écluse – Pont – Zoo"), "É–Z");
   EXPECT_EQ(shieldOf("", "Bois de la Cambre"), "BC");
