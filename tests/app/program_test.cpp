@@ -206,6 +206,21 @@ TEST_F(ProgramTest, NoMadeUpCityStandsInForALostDatabase) {
   EXPECT_EQ(runProgram(saved({"show"})).status, 0);
 }
 
+TEST_F(ProgramTest, ADamagedCacheIsNoFailureBesideTheOneThatIsTold) {
+  for (const char* verbose : {"", "--verbose"}) {
+    folder_.write("state/cache/feeds.sqlite", std::string(5000, 'x'));
+    std::vector<std::string> words =
+        saved({"feed", "add", "town", "--gtfs", folder_ / "none", "--alerts", folder_ / "alerts.pb"});
+    if (*verbose) words.insert(words.begin(), verbose);
+    const auto run = runProgram(words);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors,
+                EndsWith("linewatch: feed town: " + (folder_ / "none: no such file or folder\n")));
+    EXPECT_EQ(run.errors.find("is set aside as feeds.sqlite.damaged") != std::string::npos, *verbose != 0);
+    EXPECT_EQ(run.errors.starts_with("linewatch: feed town"), *verbose == 0) << run.errors;
+  }
+}
+
 TEST_F(ProgramTest, FakeIncidentsCanBeSwitchedOnFromOutside) {
   folder_.write("alerts.pb", alerts(""));
   const auto shown = [&](const std::string& value) {

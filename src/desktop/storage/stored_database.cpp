@@ -98,7 +98,9 @@ std::optional<Error> StoredDatabase::loss() const {
 }
 
 void StoredDatabase::report(const std::optional<Error>& error) {
-  if (error) report(sentenceOf(*error));
+  if (!error) return;
+  const bool isMended = isDamage(*error) && schema_.remedy.empty();
+  report(sentenceOf(*error), isMended ? LogLevel::debug : LogLevel::error);
 }
 
 // ---- Threads in a hurry ----
@@ -292,9 +294,9 @@ void StoredDatabase::forgetReplacedFile() {
   if (connection_ && identityOf(file_) != connectedFile_) connection_.reset();
 }
 
-void StoredDatabase::report(const std::string& sentence) {
+void StoredDatabase::report(const std::string& sentence, LogLevel level) {
   const std::lock_guard notes(notesMutex_);
-  if (reported_.insert(sentence).second) log_.write({LogLevel::error, kLogCategory, "%@", {sentence}});
+  if (reported_.insert(sentence).second) log_.write({level, kLogCategory, "%@", {sentence}});
 }
 
 }  // namespace linewatch::desktop

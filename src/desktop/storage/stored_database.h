@@ -80,7 +80,7 @@ class StoredDatabase {
   /// another program holds the file: until another save, or the end. So `operation` owns all that it needs.
   bool save(Operation operation);
   /// Puts the error, if there is one, into the log, each sentence once. For those who cannot hand an error
-  /// on.
+  /// on. Damage that leaves nothing to do is told only to those who look closer.
   void report(const std::optional<Error>& error);
 
  private:
@@ -120,7 +120,7 @@ class StoredDatabase {
   Error refusal(std::string_view why) const;
   Error busy() const;
   void forgetReplacedFile();
-  void report(const std::string& sentence);
+  void report(const std::string& sentence, LogLevel level = LogLevel::error);
 
   const std::filesystem::path file_;
   const DatabaseSchema& schema_;
