@@ -33,7 +33,6 @@ namespace {
 
 namespace fs = std::filesystem;
 constexpr Seconds kForever{1e12};
-constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
 
 std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
 

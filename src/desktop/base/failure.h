@@ -29,9 +29,10 @@ inline std::string sentenceOf(const Error& error) {
   return text == nullptr ? error.description() : *text;
 }
 
+inline constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
+
 /// A limit on bytes, for people.
 inline std::string sizeInWords(std::size_t bytes) {
-  constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
   return bytes % kMebibyte == 0 ? std::to_string(bytes / kMebibyte) + " MiB"
                                 : std::to_string(bytes) + " bytes";
 }
