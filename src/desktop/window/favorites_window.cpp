@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -31,6 +32,7 @@ constexpr double kLineNameSize = 14;
 constexpr double kAgencySize = 12;
 constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
+constexpr int kRetryMilliseconds = 1000;
 
 /// A field with a round outline on the card's background. A style sheet would keep the colours that it began
 /// with.
@@ -88,14 +90,21 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
     layout->addLayout(row);
   }
   layout->addWidget(list_, 1);
+  retry_ = new QTimer(this);
+  retry_->setInterval(kRetryMilliseconds);
+  connect(retry_, &QTimer::timeout, this, [this] { readAgain(); });
   resize(kFavoritesWidth, kFavoritesHeight);
+}
+
+void FavoritesWindow::showTitle() {
+  setWindowTitle(texts()(!favoritesError_ && favorites_.empty() ? "AddFavoritesTitle" : "FavoritesTitle"));
 }
 
 void FavoritesWindow::present() {
   const auto stored = services_.favorites();
   favorites_ = stored ? *stored : std::vector<StoredFavorite>();
   favoritesError_ = stored ? std::nullopt : std::optional(stored.error());
-  setWindowTitle(texts()(stored && favorites_.empty() ? "AddFavoritesTitle" : "FavoritesTitle"));
+  showTitle();
   const QSignalBlocker blocker(search_);
   search_->clear();
   search_->setEnabled(stored && services_.change);
@@ -104,6 +113,12 @@ void FavoritesWindow::present() {
   bringUp();
   search_->setFocus(Qt::OtherFocusReason);
   loadLines();
+  if (!stored) retry_->start();
+}
+
+void FavoritesWindow::readAgain() {
+  if (isVisible()) followChanges();
+  if (!isVisible() || !favoritesError_) retry_->stop();
 }
 
 /// What cannot be read just now may be as it was.
@@ -113,6 +128,8 @@ void FavoritesWindow::followChanges() {
   favorites_ = std::move(*stored);
   if (std::exchange(favoritesError_, std::nullopt)) {
     search_->setEnabled(static_cast<bool>(services_.change));
+    search_->setFocus(Qt::OtherFocusReason);
+    showTitle();
     showLines();
   } else {
     showChoice();

@@ -18,6 +18,7 @@ class QLabel;
 class QLineEdit;
 class QListWidget;
 class QListWidgetItem;
+class QTimer;
 
 namespace linewatch::desktop {
 
@@ -41,7 +42,8 @@ class FavoritesWindow final : public CompanionWindow {
 
   FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);
 
-  /// Shows the favourites as they are now; when there are none, lines to choose from.
+  /// Shows the favourites as they are now; when there are none, lines to choose from. Those that cannot be
+  /// read are tried again as long as the window is open.
   void present();
   /// Takes up what has been changed elsewhere, and leaves the user where they are.
   void followChanges();
@@ -58,6 +60,8 @@ class FavoritesWindow final : public CompanionWindow {
     SharedArtwork artwork;
   };
 
+  void showTitle();
+  void readAgain();
   void loadLines();
   void linesDidLoad(const FeedLines& lines);
   void showLines();
@@ -79,6 +83,8 @@ class FavoritesWindow final : public CompanionWindow {
   QLineEdit* search_ = nullptr;
   QLabel* hint_ = nullptr;
   QListWidget* list_ = nullptr;
+  /// Runs while the favourites cannot be read.
+  QTimer* retry_ = nullptr;
 
   std::vector<StoredFavorite> favorites_;
   /// Why they are not known, and nothing can be chosen; absent when they are.

@@ -1,6 +1,7 @@
 #include "desktop/window/companion.h"
 
 #include <QAccessible>
+#include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -332,8 +333,13 @@ TEST_F(CompanionTest, GoesOnWithoutAFeedThatCannotBeReadButNotWithoutTheFavourit
   EXPECT_THAT(hints(), Contains("state database: another program is using it"));
   EXPECT_FALSE(window<FavoritesWindow>()->findChild<QLineEdit*>()->isEnabled());
   isUnreadable_ = false;
-  openFavorites();
+  linesError_ = std::nullopt;
+  const auto* const search = window<FavoritesWindow>()->findChild<QLineEdit*>();
+  for (QDeadlineTimer patience(5000); !search->isEnabled() && !patience.hasExpired();)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+  EXPECT_TRUE(search->isEnabled()) << "by itself, once they can be read";
   EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
+  EXPECT_THAT(hints(), Not(Contains("state database: another program is using it")));
 }
 
 TEST_F(CompanionTest, WindowsCanBeUsedWithoutSeeingThem) {
