@@ -17,10 +17,8 @@ class SharedText {
   /// None.
   SharedText() = default;
   /// Whatever gives an optional text: a text, a literal, none.
-  template <class T>
-  requires(std::convertible_to<T, OptionalText> && !std::same_as<std::remove_cvref_t<T>, SharedText>)
-      SharedText(T&& text)
-      : text_(std::make_shared<const OptionalText>(std::forward<T>(text))) {}
+  template <std::convertible_to<OptionalText> T>
+  SharedText(T text) : text_(std::make_shared<const OptionalText>(std::move(text))) {}
   /// A text that is part of `owner`, which lives as long as a copy of this does.
   template <class Owner>
   static SharedText partOf(std::shared_ptr<const Owner> owner, const OptionalText& text) {
