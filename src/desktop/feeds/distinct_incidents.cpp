@@ -5,6 +5,8 @@
 #include <memory_resource>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace linewatch::desktop {
 
@@ -48,6 +50,23 @@ struct SameContent {
   }
 };
 
+/// A language in which an incident, by its place among them, has texts.
+struct SpokenLanguage {
+  std::uint32_t incident;
+  std::string_view language;
+
+  bool operator==(const SpokenLanguage&) const = default;
+};
+
+struct HashOfSpokenLanguage {
+  std::size_t operator()(const SpokenLanguage& spoken) const {
+    Mixer mixer;
+    mixer.add(spoken.incident);
+    mixer.add(spoken.language);
+    return mixer.result();
+  }
+};
+
 class Collector {
  public:
   explicit Collector(const AlertsMessage& message)
@@ -74,9 +93,10 @@ class Collector {
     }
     DistinctIncident incident{.entity = place};
     if (const std::string_view id = message_.entities()[place].id; !id.empty()) {
-      const auto [known, isNewId] = byId_.emplace(id, Known{next, 0});
-      if (!isNewId && addsLanguages(incidents_[known->second.incident], place)) {
+      const auto [known, isNewId] = byId_.emplace(id, Known{next});
+      if (!isNewId && addsLanguages(known->second, place)) {
         incidents_[known->second.incident].otherLanguages.push_back(place);
+        noteLanguages(known->second.incident, place);
         content->second = known->second.incident;
         return;
       }
@@ -85,40 +105,47 @@ class Collector {
     incidents_.push_back(std::move(incident));
   }
 
-  // Some feeds give one message as an entity a language. More entities than there are languages are none of
-  // that.
-  bool addsLanguages(const DistinctIncident& incident, std::uint32_t place) const {
-    constexpr std::size_t kMostLanguages = 64;
-    const Entity& known = message_.entities()[incident.entity];
-    const Entity& other = message_.entities()[place];
-    return incident.otherLanguages.size() < kMostLanguages && known.effect == other.effect &&
-           std::ranges::equal(message_.periods(known), message_.periods(other)) &&
-           speaksAnew(incident, place);
-  }
-  bool speaksAnew(const DistinctIncident& incident, std::uint32_t place) const {
-    std::vector<std::uint32_t> others = incident.otherLanguages;
-    others.push_back(incident.entity);
-    const auto languages = message_.translations(message_.entities()[place]);
-    return !languages.empty() && std::ranges::all_of(languages, [&](const AlertTranslation& translation) {
-      return !translation.language.empty() && std::ranges::none_of(others, [&](std::uint32_t other) {
-        const auto spoken = message_.translations(message_.entities()[other]);
-        return std::ranges::any_of(spoken, [&](const AlertTranslation& before) {
-          return before.language.empty() || before.language == translation.language;
-        });
-      });
-    });
-  }
-
   struct Known {
     std::uint32_t incident;
-    std::uint32_t others;
+    std::uint32_t others = 0;
+    /// Whether the languages of the incident's own entity are among those spoken, which they need not be
+    /// before its id comes again.
+    bool isNoted = false;
   };
+
+  // Some feeds give one message as an entity a language. More entities than there are languages are none of
+  // that.
+  bool addsLanguages(Known& known, std::uint32_t place) {
+    constexpr std::size_t kMostLanguages = 64;
+    const DistinctIncident& incident = incidents_[known.incident];
+    const Entity& first = message_.entities()[incident.entity];
+    const Entity& other = message_.entities()[place];
+    if (incident.otherLanguages.size() >= kMostLanguages || first.effect != other.effect ||
+        !std::ranges::equal(message_.periods(first), message_.periods(other)))
+      return false;
+    if (!std::exchange(known.isNoted, true)) noteLanguages(known.incident, incident.entity);
+    return speaksAnew(known.incident, place);
+  }
+  bool speaksAnew(std::uint32_t incident, std::uint32_t place) const {
+    const auto translations = message_.translations(message_.entities()[place]);
+    // A text without a language may be in any.
+    return !translations.empty() && !spoken_.contains({incident, {}}) &&
+           std::ranges::none_of(translations, [&](const AlertTranslation& translation) {
+             return translation.language.empty() || spoken_.contains({incident, translation.language});
+           });
+  }
+  void noteLanguages(std::uint32_t incident, std::uint32_t place) {
+    for (const AlertTranslation& translation : message_.translations(message_.entities()[place])) {
+      spoken_.insert({incident, translation.language});
+    }
+  }
 
   const AlertsMessage& message_;
   std::vector<DistinctIncident> incidents_;
   std::pmr::monotonic_buffer_resource memory_;
   std::pmr::unordered_map<std::uint32_t, std::uint32_t, SameContent, SameContent> byContent_;
   std::pmr::unordered_map<std::string_view, Known> byId_;
+  std::pmr::unordered_set<SpokenLanguage, HashOfSpokenLanguage> spoken_{&memory_};
 };
 
 }  // namespace

@@ -178,6 +178,23 @@ TEST(IncidentTable, AnEntityALanguageIsOneIncidentAndOtherIdsThatRepeatAreNot) {
   EXPECT_THAT(table.incidentsOfRoute(1), ElementsAre(0U));
 }
 
+TEST(IncidentTable, EntitiesOfOneIdInAnyNumberOfLanguagesTakeTimeInProportion) {
+  // Whoever compared every language with every other, or noted them again for each entity, would not end.
+  constexpr int kLanguages = 100'000;
+  AlertSketch first{.id = "1"}, other{.id = "1"};
+  for (int language = 0; language < kLanguages; ++language) {
+    first.header.push_back({"Works", "a" + std::to_string(language)});
+    other.header.push_back({"Bau", "b" + std::to_string(language)});
+  }
+  std::vector<AlertSketch> alerts{first, other};
+  for (int number = 0; number < kLanguages; ++number) {
+    alerts.push_back({.id = "1", .header = {{std::to_string(number), "a1"}}});
+  }
+  const IncidentTable table = tableOf(alerts);
+  ASSERT_EQ(table.incidents().size(), 1U + kLanguages);
+  EXPECT_THAT(table.incidents()[0].otherLanguages, ElementsAre(1U));
+}
+
 TEST(RouteTypes, AreCoveredByTheirBasicTypes) {
   for (const auto& [extended, basic] : std::vector<std::pair<int, std::optional<int>>>{{100, 2},
                                                                                        {117, 2},
