@@ -1,7 +1,7 @@
 #include "desktop/feeds/line_records.h"
 
-#include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "desktop/feeds/colors.h"
@@ -34,27 +34,35 @@ TransitArtworkDataSource iconOf(TransitMode mode) {
           .iconDataSource = IconDataSource{.defaultTransitType = static_cast<std::int64_t>(mode)}};
 }
 
-/// The colour of more than half of the agency's routes, or empty: such a colour is the agency's own.
-std::string prevailingColor(std::span<const FeedRoute> routes, std::uint32_t agency) {
+/// For each agency the first of all routes in the colour of more than half of the agency's own: such a colour
+/// is the agency's. Null where no colour is.
+std::vector<const FeedRoute*> routesInAgencyColors(const LineIndex& index) {
   // Each route with another colour takes one vote off: only a colour with a majority is sure to be left.
-  const std::string* leader = nullptr;
-  std::ptrdiff_t votes = 0;
-  for (const FeedRoute& route : routes) {
-    if (route.agency != agency) continue;
-    if (votes == 0) leader = &route.color;
-    votes += route.color == *leader ? 1 : -1;
+  struct Vote {
+    const FeedRoute* leader = nullptr;
+    std::ptrdiff_t votes = 0;
+    std::ptrdiff_t margin = 0;
+  };
+  std::vector<Vote> votes(index.agencies().size());
+  std::unordered_map<std::string_view, const FeedRoute*> firstInColor;
+  for (const FeedRoute& route : index.routes()) {
+    firstInColor.emplace(route.color, &route);
+    if (!route.agency) continue;
+    Vote& vote = votes[*route.agency];
+    if (vote.votes == 0) vote.leader = &route;
+    vote.votes += route.color == vote.leader->color ? 1 : -1;
   }
-  std::ptrdiff_t margin = 0;
-  for (const FeedRoute& route : routes) {
-    if (leader != nullptr && route.agency == agency) margin += route.color == *leader ? 1 : -1;
+  for (const FeedRoute& route : index.routes()) {
+    if (!route.agency) continue;
+    Vote& vote = votes[*route.agency];
+    vote.margin += route.color == vote.leader->color ? 1 : -1;
   }
-  return margin > 0 ? *leader : std::string();
-}
-
-std::string textColorBeside(std::span<const FeedRoute> routes, const std::string& color) {
-  const auto route = std::find_if(routes.begin(), routes.end(),
-                                  [&color](const FeedRoute& candidate) { return candidate.color == color; });
-  return route == routes.end() ? std::string() : route->textColor;
+  std::vector<const FeedRoute*> routes;
+  routes.reserve(votes.size());
+  for (const Vote& vote : votes) {
+    routes.push_back(vote.margin > 0 ? firstInColor.at(vote.leader->color) : nullptr);
+  }
+  return routes;
 }
 
 }  // namespace
@@ -93,14 +101,21 @@ const std::shared_ptr<const TransitSystem>& LineRecords::systemOf(std::uint32_t 
   const std::string& name = entry.name.empty() ? entry.id : entry.name;
   SharedArtwork badge;
   if (std::string text = badgeText(entry); !text.empty()) {
-    const std::string color = prevailingColor(index_->routes(), agency);
-    badge = shared(artworkOf(
-        shield(TransitMode::other, std::move(text), color, textColorBeside(index_->routes(), color)), name));
+    static const FeedRoute colorless;
+    const FeedRoute* colored = routeInColorOf(agency);
+    if (!colored) colored = &colorless;
+    badge = shared(
+        artworkOf(shield(TransitMode::other, std::move(text), colored->color, colored->textColor), name));
   }
   // Apart from the routes' ids: an agency and a route may go by the same one.
   const std::uint64_t muid = stableMuid(index_->feedName() + " agencies", entry.id.empty() ? name : entry.id);
   system = std::make_shared<const TransitSystem>(TransitSystem{.muid = muid, .name = name, .artwork = badge});
   return system;
+}
+
+const FeedRoute* LineRecords::routeInColorOf(std::uint32_t agency) {
+  if (routesInAgencyColors_.empty()) routesInAgencyColors_ = routesInAgencyColors(*index_);
+  return routesInAgencyColors_[agency];
 }
 
 SharedArtwork LineRecords::shared(TransitArtworkDataSource artwork) {

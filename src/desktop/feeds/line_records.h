@@ -33,11 +33,16 @@ class LineRecords {
 
   std::shared_ptr<const TransitLineFields> makeLineFields(std::size_t route);
   const std::shared_ptr<const TransitSystem>& systemOf(std::uint32_t agency);
+  /// A route in the agency's own colour; null when the agency has none.
+  const FeedRoute* routeInColorOf(std::uint32_t agency);
   SharedArtwork shared(TransitArtworkDataSource artwork);
 
   SharedLineIndex index_;
   std::unordered_map<std::size_t, std::shared_ptr<const TransitLineFields>> lines_;
   std::unordered_map<std::uint32_t, std::shared_ptr<const TransitSystem>> systems_;
+  /// For each agency, found with the first of them: to look for them one by one would take a pass over all
+  /// routes each.
+  std::vector<const FeedRoute*> routesInAgencyColors_;
   std::unordered_set<SharedArtwork, HashOfArtwork, SameArtwork> artworks_;
 };
 

@@ -83,6 +83,36 @@ TEST(LineRecords, GiveAnAgencyTheColorOfMostOfItsRoutes) {
   EXPECT_EQ(badgeOf({"", "", "00FF00"}), "none");
 }
 
+TEST(LineRecords, PutOnAnAgencysColorTheTextColorThatComesWithItFirst) {
+  LineRecords records(
+      indexOf({{"A", "Alpha", ""}, {"B", "Beta", ""}}, {{"1", "", "", 1, 3, "C8102E", ""},
+                                                        {"2", "", "", 0, 3, "003DA5", "FFFFFF"},
+                                                        {"3", "", "", 1, 3, "003DA5", "FFFF00"},
+                                                        {"4", "", "", 1, 3, "003DA5", ""}}));
+  const ShieldDataSource& badge = *records.lineFieldsOfRoute(2)->system->artwork->shieldDataSource;
+  EXPECT_EQ(badge.shieldColorString, "003DA5");
+  EXPECT_EQ(badge.textColorString, "FFFFFF");
+}
+
+TEST(LineRecords, OfAnyNumberOfAgenciesTakeTimeInProportion) {
+  // Whoever looked through all routes for the colour of each agency would not end.
+  constexpr std::uint32_t kAgencies = 100'000;
+  std::vector<FeedAgency> agencies;
+  std::vector<FeedRoute> routes;
+  for (std::uint32_t agency = 0; agency < kAgencies; ++agency) {
+    const std::string id = std::to_string(agency);
+    agencies.push_back({id, "", ""});
+    routes.push_back({id, "", "", agency, 3, agency % 2 == 0 ? "C8102E" : "", ""});
+  }
+  LineRecords records(indexOf(std::move(agencies), std::move(routes)));
+  std::size_t colored = 0;
+  for (std::uint32_t route = 0; route < kAgencies; ++route) {
+    const SharedArtwork& badge = records.lineFieldsOfRoute(route)->system->artwork;
+    colored += badge->shieldDataSource->shieldColorString ? 1 : 0;
+  }
+  EXPECT_EQ(colored, kAgencies / 2);
+}
+
 TEST(RouteMode, CoversBasicAndExtendedTypes) {
   const std::pair<std::int32_t, TransitMode> cases[] = {
       {0, TransitMode::tram},     {1, TransitMode::metro},    {2, TransitMode::rail},
