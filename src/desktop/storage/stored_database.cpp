@@ -71,6 +71,7 @@ StoredDatabase::~StoredDatabase() {
 std::optional<Error> StoredDatabase::read(const Operation& operation) {
   const Lock held = lock();
   if (!held) return busy();
+  catchUpWithoutWaiting();
   return attempt([&]() -> std::optional<Error> {
     if (auto error = openForReading()) return error;
     return connection_ ? operation(*connection_) : std::nullopt;
@@ -79,7 +80,8 @@ std::optional<Error> StoredDatabase::read(const Operation& operation) {
 
 std::optional<Error> StoredDatabase::write(const Operation& operation) {
   const Lock held = lock();
-  return held ? writeLocked(operation) : busy();
+  auto error = held ? catchUp() : busy();
+  return error ? error : writeLocked(operation);
 }
 
 std::optional<Error> StoredDatabase::writeLocked(const Operation& operation) {
@@ -126,6 +128,16 @@ std::optional<Error> StoredDatabase::saveLocked(const Operation& operation) {
   return writeLocked(operation);
 }
 
+bool StoredDatabase::isBehind() {
+  const std::lock_guard notes(notesMutex_);
+  return !putOff_.empty();
+}
+
+std::chrono::milliseconds StoredDatabase::patience() const {
+  if (!waits_) return {};
+  return hurries() ? options_.haste : options_.busyTimeout;
+}
+
 StoredDatabase::Lock StoredDatabase::lock() {
   Lock held(mutex_, std::defer_lock);
   if (hurries()) {
@@ -150,6 +162,13 @@ std::optional<Error> StoredDatabase::catchUp() {
     const std::lock_guard notes(notesMutex_);
     putOff_.pop_front();
   }
+}
+
+// Reading needs no writer to be through, and must not wait as if it did.
+void StoredDatabase::catchUpWithoutWaiting() {
+  waits_ = false;
+  static_cast<void>(catchUp());
+  waits_ = true;
 }
 
 void StoredDatabase::putOff(Operation operation, const Error& why) {

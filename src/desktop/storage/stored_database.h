@@ -70,15 +70,19 @@ class StoredDatabase {
   /// beside this one.
   std::optional<Error> loss() const;
 
-  /// Does `operation` if there is a file, and nothing if there is none. Writes nothing.
+  /// Does `operation` if there is a file, and nothing if there is none. Writes nothing but what was put off,
+  /// if that takes no waiting.
   std::optional<Error> read(const Operation& operation);
   /// Does `operation` in one transaction: all of it or, after an error, none. Makes the file and its folder
   /// when they are missing.
   std::optional<Error> write(const Operation& operation);
   /// As `write`, for those who cannot hand an error on: it goes to the log, and false comes back. After
   /// damage it goes to the new file. On a thread in a hurry it is put off, with a line in the log, as long as
-  /// another program holds the file: until another save, or the end. So `operation` owns all that it needs.
+  /// another program holds the file: until the next that is done here, or the end. So `operation` owns all
+  /// that it needs.
   bool save(Operation operation);
+  /// Whether something that was put off is not saved yet, so that what is read may be older.
+  bool isBehind();
   /// Puts the error, if there is one, into the log, each sentence once. For those who cannot hand an error
   /// on. Damage that leaves nothing to do is told only to those who look closer.
   void report(const std::optional<Error>& error);
@@ -96,12 +100,13 @@ class StoredDatabase {
   /// Owns nothing when it would take a thread in a hurry too long.
   Lock lock();
   bool hurries() const { return hurried_.load() == std::this_thread::get_id(); }
-  std::chrono::milliseconds patience() const { return hurries() ? options_.haste : options_.busyTimeout; }
+  std::chrono::milliseconds patience() const;
   std::optional<Error> writeLocked(const Operation& operation);
   /// Writes to the new file where the old one turns out to be damaged.
   std::optional<Error> saveLocked(const Operation& operation);
   /// Does what was put off, in its order, until another program is in the way.
   std::optional<Error> catchUp();
+  void catchUpWithoutWaiting();
   void putOff(Operation operation, const Error& why);
 
   std::optional<Error> attempt(const std::function<std::optional<Error>()>& action);
@@ -129,6 +134,7 @@ class StoredDatabase {
 
   std::atomic<std::thread::id> hurried_;
   std::timed_mutex mutex_;
+  bool waits_ = true;
   std::optional<SqliteDatabase> connection_;
   std::optional<FileIdentity> connectedFile_;
   /// Guards what follows, for moments only; may be taken under the other one. The front of what was put off

@@ -8,7 +8,7 @@ namespace linewatch::desktop {
 // ---- What is remembered ----
 
 std::optional<Error> RememberedPreferences::read(StoredDatabase& database) {
-  std::map<Key, Value> values;
+  std::map<Key, std::optional<Value>> values;
   auto error = database.read([&](SqliteDatabase& open) {
     return open.run("SELECT suite, key, value FROM preference WHERE length(value) <= ?", {kLargestPreference},
                     [&](const SqliteRow& row) {
@@ -18,11 +18,17 @@ std::optional<Error> RememberedPreferences::read(StoredDatabase& database) {
   });
   if (error) return error;
   const std::lock_guard lock(mutex_);
-  values_ = std::move(values);
+  // What was set and is not saved yet is newer than what was read.
+  if (database.isBehind()) {
+    values_.merge(values);
+  } else {
+    values_ = std::move(values);
+  }
   return std::nullopt;
 }
 
-std::optional<Value> RememberedPreferences::find(std::string_view suite, std::string_view key) const {
+std::optional<std::optional<Value>> RememberedPreferences::find(std::string_view suite,
+                                                                std::string_view key) const {
   const std::lock_guard lock(mutex_);
   const auto value = values_.find({std::string(suite), std::string(key)});
   return value == values_.end() ? std::nullopt : std::optional(value->second);
@@ -30,18 +36,24 @@ std::optional<Value> RememberedPreferences::find(std::string_view suite, std::st
 
 void RememberedPreferences::remember(std::string_view suite, std::string_view key,
                                      std::optional<Value> value) {
-  Key name{suite, key};
   const std::lock_guard lock(mutex_);
-  if (value) {
-    values_.insert_or_assign(std::move(name), std::move(*value));
-  } else {
-    values_.erase(name);
-  }
+  values_.insert_or_assign({std::string(suite), std::string(key)}, std::move(value));
 }
 
 // ---- The store ----
 
 std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
+  auto value = read(key);
+  if (!value && !isBusy(value.error())) return std::nullopt;
+  if (!value || database_->isBehind()) {
+    if (auto remembered = remembered_->find(suite_, key)) return *std::move(remembered);
+  }
+  if (!value) return std::nullopt;
+  remembered_->remember(suite_, key, *value);
+  return std::move(*value);
+}
+
+Outcome<std::optional<Value>> StoredPreferences::read(std::string_view key) const {
   std::optional<Bytes> bytes;
   bool isTooLarge = false;
   const auto error = database_->read([&](SqliteDatabase& database) {
@@ -52,11 +64,10 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
                         });
   });
   database_->report(error);
-  if (error) return isBusy(*error) ? remembered(key) : std::nullopt;
+  if (error) return *error;
   if (isTooLarge) database_->report(failureAt(key, "the stored value is larger than any preference"));
   auto value = bytes ? cbor::valueIn(*bytes) : std::nullopt;
   if (bytes && !value) database_->report(failureAt(key, "the stored value is malformed"));
-  remember(key, value);
   return value;
 }
 
@@ -67,13 +78,15 @@ bool StoredPreferences::setObject(Value value, std::string_view key) {
     return false;
   }
   const bool isSaved = database_->save(*operation);
-  if (isSaved) remember(key, std::move(value));
+  if (isSaved) remembered_->remember(suite_, key, std::move(value));
   return isSaved;
 }
 
 std::optional<Error> StoredPreferences::keep(const Value& value, std::string_view key) {
   const auto operation = keeping(value, key);
-  return operation ? database_->write(*operation) : operation.error();
+  auto error = operation ? database_->write(*operation) : operation.error();
+  if (!error) remembered_->remember(suite_, key, value);
+  return error;
 }
 
 Outcome<StoredDatabase::Operation> StoredPreferences::keeping(const Value& value,
@@ -91,24 +104,21 @@ Outcome<StoredDatabase::Operation> StoredPreferences::keeping(const Value& value
 
 void StoredPreferences::removeObject(std::string_view key) {
   // Where there is nothing to remove, no database has to be made.
-  bool isThere = false;
-  database_->report(database_->read([&](SqliteDatabase& database) {
-    return database.run("SELECT 1 FROM preference WHERE suite = ? AND key = ?", {suite_, key},
-                        [&](const SqliteRow&) { isThere = true; });
-  }));
-  if (!isThere) return;
+  if (!mayBeThere(key)) return;
   const bool isRemoved = database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
     return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite, key});
   });
-  if (isRemoved) remember(key, std::nullopt);
+  if (isRemoved) remembered_->remember(suite_, key, std::nullopt);
 }
 
-std::optional<Value> StoredPreferences::remembered(std::string_view key) const {
-  return remembered_ ? remembered_->find(suite_, key) : std::nullopt;
-}
-
-void StoredPreferences::remember(std::string_view key, std::optional<Value> value) const {
-  if (remembered_) remembered_->remember(suite_, key, std::move(value));
+bool StoredPreferences::mayBeThere(std::string_view key) const {
+  bool isThere = false;
+  const auto error = database_->read([&](SqliteDatabase& database) {
+    return database.run("SELECT 1 FROM preference WHERE suite = ? AND key = ?", {suite_, key},
+                        [&](const SqliteRow&) { isThere = true; });
+  });
+  database_->report(error);
+  return error ? isBusy(*error) : isThere || database_->isBehind();
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {

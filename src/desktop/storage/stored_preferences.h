@@ -18,30 +18,31 @@ namespace linewatch::desktop {
 inline constexpr std::int64_t kLargestPreference = std::int64_t{16} << 20;
 
 /// What the preferences were when they could last be read, or were set: for when another program keeps them
-/// from being read. Any thread.
+/// from being read, or what was set from being saved. Any thread.
 class RememberedPreferences {
  public:
   /// Reads all of them. After an error what is remembered stays.
   std::optional<Error> read(StoredDatabase& database);
 
-  std::optional<Value> find(std::string_view suite, std::string_view key) const;
-  /// No value: there is none.
+  /// No value: there was none. Absent where it is not known either way.
+  std::optional<std::optional<Value>> find(std::string_view suite, std::string_view key) const;
   void remember(std::string_view suite, std::string_view key, std::optional<Value> value);
 
  private:
   using Key = std::pair<std::string, std::string>;
 
   mutable std::mutex mutex_;
-  std::map<Key, Value> values_;
+  std::map<Key, std::optional<Value>> values_;
 };
 
 /// A store on one suite of the state database. It keeps nothing itself: every object on the suite, in every
-/// process, sees the same values. What another program keeps from being read is as it is remembered; absent
-/// where nothing is.
+/// process, sees the same values; of what waits to be saved, those with the same memory. What another program
+/// keeps from being read is as it is remembered; absent where nothing is.
 class StoredPreferences final : public PreferencesStore {
  public:
-  StoredPreferences(SharedDatabase database, std::string suite,
-                    std::shared_ptr<RememberedPreferences> remembered = nullptr)
+  StoredPreferences(
+      SharedDatabase database, std::string suite,
+      std::shared_ptr<RememberedPreferences> remembered = std::make_shared<RememberedPreferences>())
       : database_(std::move(database)), suite_(std::move(suite)), remembered_(std::move(remembered)) {}
 
   std::optional<Value> objectForKey(std::string_view key) const override;
@@ -54,12 +55,11 @@ class StoredPreferences final : public PreferencesStore {
   Outcome<StoredDatabase::Operation> keeping(const Value& value, std::string_view key) const;
   Error failureAt(std::string_view key, std::string_view why) const;
 
-  std::optional<Value> remembered(std::string_view key) const;
-  void remember(std::string_view key, std::optional<Value> value) const;
+  Outcome<std::optional<Value>> read(std::string_view key) const;
+  bool mayBeThere(std::string_view key) const;
 
   SharedDatabase database_;
   std::string suite_;
-  /// May be null.
   std::shared_ptr<RememberedPreferences> remembered_;
 };
 

@@ -248,12 +248,19 @@ TEST_F(StoredDatabaseTest, AThreadInAHurryPutsOffWhatItSavesUntilTheFileIsFree) 
     for (const char* text : {"one", "two"}) EXPECT_TRUE(hurried->save(adding(text)));
     EXPECT_TRUE(hurried->write(adding("refused")));
   });
-  EXPECT_THAT(textsIn(*hurried), ElementsAre("held"));
-  EXPECT_TRUE(hurried->save(adding("three")));
+  EXPECT_TRUE(hurried->isBehind());
+  EXPECT_THAT(textsIn(*hurried), ElementsAre("held", "one", "two"));
+  EXPECT_FALSE(hurried->isBehind());
+  whileHeld([&] {
+    EXPECT_TRUE(hurried->save(adding("three")));
+    EXPECT_THAT(textsIn(*hurried), ElementsAre("held", "one", "two")) << "reading goes on";
+  });
+  EXPECT_FALSE(hurried->write(adding("four"))) << "which comes after what was put off";
   EXPECT_FALSE(hurried->save([](SqliteDatabase& database) { return database.run("nonsense"); }));
   whileHeld([&] { EXPECT_TRUE(hurried->save(adding("at the end"))); });
   hurried = nullptr;
-  EXPECT_THAT(textsIn(holder), ElementsAre("held", "one", "two", "three", "held", "at the end"));
+  EXPECT_THAT(textsIn(holder),
+              ElementsAre("held", "one", "two", "held", "three", "four", "held", "at the end"));
   EXPECT_THAT(log_.lines(),
               ElementsAre(HasSubstr("using it; what is to be saved waits for it"), HasSubstr("nonsense")));
 }

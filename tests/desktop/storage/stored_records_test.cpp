@@ -123,24 +123,64 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
   EXPECT_EQ(log_.lines().size(), 1U);
 }
 
-TEST_F(StoredRecordsTest, PreferencesThatAnotherProgramHoldsAreRemembered) {
-  const auto state = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
-                                       {.haste = std::chrono::milliseconds(0)});
-  state->hurryOnThisThread();
-  const auto remembered = std::make_shared<RememberedPreferences>();
-  StoredPreferences preferences(state, "suite", remembered);
-  for (const char* key : {"off", "gone"}) StoredPreferences(openState(), "suite").setObject(false, key);
-  EXPECT_FALSE(remembered->read(*state));
-  preferences.removeObject("gone");
-  auto other = SqliteDatabase::open("state database", state->file(), SqliteDatabase::Mode::mustExist, {});
-  ASSERT_TRUE(other && !other->run("BEGIN EXCLUSIVE"));
-  EXPECT_EQ(preferences.objectForKey("off"), Value(false));
-  EXPECT_FALSE(preferences.objectForKey("gone"));
-  EXPECT_TRUE(preferences.setObject("late", "key"));
-  EXPECT_EQ(preferences.objectForKey("key"), Value("late"));
-  EXPECT_TRUE(isBusy(*remembered->read(*state)));
-  EXPECT_EQ(preferences.objectForKey("off"), Value(false));
+/// Against readers as well, or against writers only.
+class HeldPreferencesTest : public StoredRecordsTest, public testing::WithParamInterface<const char*> {
+ protected:
+  HeldPreferencesTest() { state_->hurryOnThisThread(); }
+
+  /// Another program holds the database from now on.
+  void hold() {
+    auto other = SqliteDatabase::open("state database", state_->file(), SqliteDatabase::Mode::mustExist, {});
+    ASSERT_TRUE(other && !other->run(GetParam()));
+    other_.emplace(std::move(*other));
+  }
+  void release() { other_.reset(); }
+
+  SharedDatabase state_ = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
+                                            {.haste = std::chrono::milliseconds(0)});
+  std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
+  StoredPreferences preferences_{state_, "suite", remembered_};
+  std::optional<SqliteDatabase> other_;
+};
+
+TEST_P(HeldPreferencesTest, AreAsTheyWereSetLast) {
+  for (const char* key : {"off", "gone", "changed", "removed"})
+    StoredPreferences(openState(), "suite").setObject(false, key);
+  EXPECT_FALSE(remembered_->read(*state_));
+  preferences_.removeObject("gone");
+  hold();
+  EXPECT_EQ(preferences_.objectForKey("off"), Value(false));
+  EXPECT_FALSE(preferences_.objectForKey("gone"));
+  EXPECT_TRUE(preferences_.setObject("late", "key"));
+  EXPECT_TRUE(preferences_.setObject("late", "changed"));
+  EXPECT_TRUE(preferences_.setObject("late", "taken back"));
+  preferences_.removeObject("removed");
+  preferences_.removeObject("taken back");
+  static_cast<void>(remembered_->read(*state_));
+  for (const bool isHeld : {true, false}) {
+    StoredPreferences reading =
+        isHeld ? StoredPreferences{state_, "suite", remembered_} : StoredPreferences{openState(), "suite"};
+    if (!isHeld) {
+      release();
+      EXPECT_EQ(preferences_.objectForKey("off"), Value(false)) << "with which the others are saved";
+    }
+    for (const char* key : {"key", "changed"}) EXPECT_EQ(reading.objectForKey(key), Value("late")) << isHeld;
+    for (const char* key : {"gone", "removed", "taken back"}) EXPECT_FALSE(reading.objectForKey(key)) << key;
+    EXPECT_EQ(reading.objectForKey("off"), Value(false));
+  }
 }
+
+TEST_P(HeldPreferencesTest, AreRemovedAlsoWhereNothingIsRemembered) {
+  StoredPreferences(openState(), "suite").setObject(false, "k");
+  hold();
+  preferences_.removeObject("k");
+  release();
+  static_cast<void>(preferences_.objectForKey("other"));
+  EXPECT_FALSE(StoredPreferences(openState(), "suite").objectForKey("k"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Locks, HeldPreferencesTest, testing::Values("BEGIN EXCLUSIVE", "BEGIN IMMEDIATE"),
+                         [](const auto& held) { return std::string(held.param).substr(6); });
 
 TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
   const auto tight =
