@@ -49,8 +49,7 @@ class Wait {
     pollfd awaited{.fd = descriptor, .events = POLLIN, .revents = 0};
     for (int ready = 0; ready == 0; ready = ::poll(&awaited, 1, kStepMilliseconds)) {
       if (limits_.stop.stop_requested()) return "no longer wanted";
-      if (limits_.time && Clock::now() - start_ > *limits_.time)
-        return "it was not written to its end in time";
+      if (limits_.time && Clock::now() - start_ > *limits_.time) return "its end did not come in time";
     }
     return std::nullopt;
   }
@@ -85,7 +84,7 @@ bool isReplaceable(const fs::path& file) {
 
 bool isWritten(QFileDevice& to, std::string_view bytes) {
   const auto size = static_cast<qint64>(bytes.size());
-  return to.open(QIODevice::WriteOnly) && to.write(bytes.data(), size) == size && to.flush();
+  return to.write(bytes.data(), size) == size && to.flush();
 }
 
 /// Qt gives no reason where only a part could be written.
@@ -120,10 +119,12 @@ std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   const auto failed = [&](const QFileDevice& to) { return failure(file.string(), "", whyNotWritten(to)); };
   if (isReplaceable(target)) {
     QSaveFile to(name);
-    return isWritten(to, bytes) && to.commit() ? std::nullopt : std::optional(failed(to));
+    return to.open(QIODevice::WriteOnly) && isWritten(to, bytes) && to.commit() ? std::nullopt
+                                                                                : std::optional(failed(to));
   }
+  // Others may have written to what is open, and go on behind it.
   QFile to(name);
-  return isWritten(to, bytes) ? std::nullopt : std::optional(failed(to));
+  return to.open(QIODevice::Append) && isWritten(to, bytes) ? std::nullopt : std::optional(failed(to));
 }
 
 }  // namespace linewatch::desktop

@@ -1,12 +1,15 @@
-#include <functional>
 #include <span>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "list/localized_text.h"
 #include "list/row_artwork.h"
 #include "list/transit_artwork_equality.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "platform/platform.h"
+#include "shared/hash_index.h"
 #include "shared/text_hash.h"
 
 namespace linewatch {

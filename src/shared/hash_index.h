@@ -33,9 +33,9 @@ class HashIndex {
     bool isFound_;
   };
 
-  /// Makes room for as many elements, which then grow nothing.
+  /// Makes room for as many elements: neither entering them nor the searches after them grow anything.
   void reserve(std::size_t count) {
-    if (2 * count > tags_.size()) resize(std::max(kSmallest, std::bit_ceil(2 * count)));
+    if (2 * count >= tags_.size()) resize(std::max(kSmallest, std::bit_ceil(2 * count + 1)));
   }
 
   /// Looks for an element with the hash for which `isEqual(place)` holds.

@@ -94,7 +94,7 @@ bool areAllNumbered(std::string_view words) {
   return true;
 }
 
-/// "Affected routes: 215, 225": the row's shield and names say that already.
+/// "Affected routes: 215, 225": the row's shield and names tell those that the user follows.
 bool onlyNumbersLines(std::string_view words) {
   const auto* const before = std::ranges::find_if(
       kBeforeLineNumbers, [&](std::string_view start) { return words.starts_with(start); });

@@ -34,15 +34,16 @@ constexpr std::string_view kAbbreviations[] = {
     "thur",   "thurs", "tue",  "tues",   "ul",      "urb",   "usw",  "vgl",  "vorauss", "voraussichtl",
     "vs",     "wed",   "wg",   "zw",     "zzgl",    "św",
 };
-// Words that a line does not end with unless it is wrapped there.
+// Articles, and words that stand before them: a line that ends so was wrapped there. Without those that may
+// end a sentence too: "fällt aus", "way in", "8 am".
 constexpr std::string_view kLeadingOn[] = {
-    "a",       "al",   "am",   "an",   "and",  "at",    "au",  "auf",      "aus", "aux",  "bei", "beim",
-    "between", "by",   "da",   "das",  "de",   "dei",   "del", "della",    "dem", "den",  "der", "des",
-    "di",      "die",  "do",   "dos",  "du",   "durch", "e",   "ed",       "ein", "eine", "el",  "em",
-    "en",      "et",   "for",  "from", "für",  "gegen", "in",  "into",     "is",  "la",   "las", "le",
-    "les",     "los",  "mit",  "na",   "nach", "near",  "no",  "och",      "of",  "on",   "or",  "os",
-    "por",     "pour", "près", "sur",  "the",  "to",    "und", "until",    "van", "vers", "via", "vom",
-    "von",     "voor", "with", "y",    "zu",   "zum",   "zur", "zwischen", "à"};
+    "al",   "and",   "at",   "au",  "aux", "between", "da",       "dans", "das",  "de",    "dei",
+    "del",  "della", "dem",  "den", "der", "des",     "di",       "die",  "dos",  "du",    "e",
+    "ed",   "eine",  "el",   "em",  "en",  "et",      "for",      "from", "für",  "gegen", "into",
+    "la",   "las",   "le",   "les", "los", "na",      "och",      "of",   "or",   "os",    "por",
+    "pour", "près",  "sur",  "the", "to",  "und",     "until",    "van",  "vers", "via",   "vom",
+    "von",  "voor",  "with", "y",   "zum", "zur",     "zwischen", "à",
+};
 // Months as "27. Oktober" has them behind the day.
 constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
                                                      "jul", "aug", "sep", "okt", "nov", "dez", "dec"};

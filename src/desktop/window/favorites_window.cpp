@@ -113,12 +113,16 @@ void FavoritesWindow::present() {
   bringUp();
   search_->setFocus(Qt::OtherFocusReason);
   loadLines();
-  if (!stored) retry_->start();
+  if (favoritesError_) {
+    retry_->start();
+  } else {
+    retry_->stop();
+  }
 }
 
 void FavoritesWindow::readAgain() {
-  if (isVisible()) followChanges();
-  if (!isVisible() || !favoritesError_) retry_->stop();
+  if (!isVisible()) return retry_->stop();
+  followChanges();
 }
 
 /// What cannot be read just now may be as it was.
@@ -127,6 +131,7 @@ void FavoritesWindow::followChanges() {
   if (!stored) return;
   favorites_ = std::move(*stored);
   if (std::exchange(favoritesError_, std::nullopt)) {
+    retry_->stop();
     search_->setEnabled(static_cast<bool>(services_.change));
     search_->setFocus(Qt::OtherFocusReason);
     showTitle();

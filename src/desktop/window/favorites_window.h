@@ -45,7 +45,8 @@ class FavoritesWindow final : public CompanionWindow {
   /// Shows the favourites as they are now; when there are none, lines to choose from. Those that cannot be
   /// read are tried again as long as the window is open.
   void present();
-  /// Takes up what has been changed elsewhere, and leaves the user where they are.
+  /// Takes up what has been changed elsewhere, and leaves the user where they are; in the search when nothing
+  /// could be read before.
   void followChanges();
 
  protected:

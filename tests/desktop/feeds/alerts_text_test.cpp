@@ -134,6 +134,8 @@ TEST(Sentences, EndWhereASentenceEnds) {
 TEST(Sentences, LinesGoTogetherWhereTheyBelongTogether) {
   EXPECT_THAT(sentencesOf("Detour in force\nStop A is closed\n\nUse stop B."),
               ElementsAre("Detour in force", "Stop A is closed", "Use stop B."));
+  EXPECT_THAT(sentencesOf("Die Linie 5 fällt aus\nErsatzverkehr fährt"),
+              ElementsAre("Die Linie 5 fällt aus", "Ersatzverkehr fährt"));
   EXPECT_THAT(sentencesOf("Affected direction: Inbound\n\nStops:\nMain St\nElm St\n\nExpect delays."),
               ElementsAre("Affected direction: Inbound", "Stops: Main St, Elm St", "Expect delays."));
   EXPECT_THAT(
