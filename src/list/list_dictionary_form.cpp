@@ -68,9 +68,8 @@ Value formOf(const std::optional<TransitArtworks>& artworks) {
 
 Dictionary dictionaryForm(const RVTransitListItem& list) {
   Array expandedItems;
-  for (const SharedTransitItem& item : list.expandedItems()) {
-    expandedItems.push_back(item ? Value(dictionaryForm(*item)) : noValue());
-  }
+  expandedItems.reserve(list.expandedItems().size());
+  for (const SharedTransitItem& item : list.expandedItems()) expandedItems.push_back(dictionaryForm(*item));
   return {{"summaryItem", dictionaryForm(list.summaryItem())}, {"expandedItems", std::move(expandedItems)}};
 }
 
@@ -93,11 +92,9 @@ Dictionary dictionaryForm(const RVTransitSummaryItem& item) {
 Value dictionaryForm(const SummaryItem& item) {
   struct {
     Value operator()(std::monostate) const { return noValue(); }
-    Value operator()(const SharedTransitItem& row) const {
-      return row ? Value(dictionaryForm(*row)) : noValue();
-    }
+    Value operator()(const SharedTransitItem& row) const { return dictionaryForm(*row); }
     Value operator()(const std::shared_ptr<const RVTransitSummaryItem>& row) const {
-      return row ? Value(dictionaryForm(*row)) : noValue();
+      return dictionaryForm(*row);
     }
   } visitor;
   return std::visit(visitor, item);

@@ -27,7 +27,10 @@ bool areEqual(const SummaryItem& a, const SummaryItem& b) {
 }
 
 RVTransitListItem::RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems)
-    : summaryItem_(std::move(summaryItem)), expandedItems_(std::move(expandedItems)) {}
+    : summaryItem_(std::move(summaryItem)), expandedItems_(std::move(expandedItems)) {
+  if (!objectOf(summaryItem_)) summaryItem_ = std::monostate();
+  std::erase(expandedItems_, nullptr);
+}
 
 bool RVTransitListItem::isEqual(const Object& other) const {
   if (this == &other) return true;
@@ -48,8 +51,7 @@ std::string RVTransitListItem::description() const {
   const Object* summary = objectOf(summaryItem_);
   std::string text =
       "<" + classNameOf(*this) + " | summary: " + (summary ? summary->description() : "(null)");
-  for (const SharedTransitItem& item : expandedItems_)
-    text += " | " + (item ? item->description() : "(null)");
+  for (const SharedTransitItem& item : expandedItems_) text += " | " + item->description();
   return text + ">";
 }
 

@@ -21,6 +21,7 @@ bool areEqual(const SummaryItem& a, const SummaryItem& b);
 /// expand). Immutable; two are equal when all their rows are.
 class RVTransitListItem : public Object {
  public:
+  /// A row that is null is no row: the list holds none.
   RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems);
 
   const SummaryItem& summaryItem() const { return summaryItem_; }

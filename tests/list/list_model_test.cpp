@@ -152,6 +152,10 @@ TEST_F(ListModel, ListsAreEqualRowByRow) {
   EXPECT_FALSE(list.isEqual(RVTransitListItem({}, {item("a"), item("b")})));
   EXPECT_FALSE(RVTransitListItem(item("a"), {}).isEqual(RVTransitListItem(summary, {}))) << "of another kind";
   EXPECT_TRUE(RVTransitListItem({}, {}).isEqual(RVTransitListItem({}, {})));
+
+  const RVTransitListItem withNulls(SharedTransitItem(), {nullptr, item("a"), nullptr});
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(withNulls.summaryItem()));
+  EXPECT_TRUE(withNulls.isEqual(RVTransitListItem({}, {item("a")}))) << "a null row is none";
 }
 
 TEST(TransitArtworkEquality, ReadsTheFieldsThatIdentifyAnArtwork) {
