@@ -1,7 +1,5 @@
 #include "analytics/transit_incidents_analytics_delegate.h"
 
-#include <algorithm>
-#include <array>
 #include <string_view>
 #include <utility>
 
@@ -17,10 +15,6 @@ namespace {
 
 constexpr std::int64_t kWidgetTarget = 706;
 constexpr std::int64_t kWidgetInteractionType = 2;
-
-constexpr std::int64_t kMessageTypeNoFavorites = 1;
-/// By the number of incidents shown: none, one, more.
-constexpr std::array<std::int64_t, 3> kMessageTypes = {2, 3, 4};
 
 void captureAction(std::string_view action) {
   platform().usageRecorder().captureUserAction(action, kWidgetTarget, std::nullopt);
@@ -65,8 +59,9 @@ void RVTransitIncidentsAnalyticsDelegate::recordInfoForLines(
     const TransitLineItems& lines, const TransitIncidents& incidentDisplayed,
     const IncidentsToLineMapping& incidentsToLineMapping) {
   if (!analyticsData_) return;
-  analyticsData_->transitMessageType =
-      lines.empty() ? kMessageTypeNoFavorites : _messageTypeForIncidentCount(incidentDisplayed.size());
+  const TransitMessageType type = lines.empty() ? TransitMessageType::noFavorites
+                                                : _messageTypeForIncidentCount(incidentDisplayed.size());
+  analyticsData_->transitMessageType = static_cast<std::int64_t>(type);
   for (const SharedIncident& incident : incidentDisplayed) {
     analyticsData_->transitIncidents.push_back(analyticsItem(incident, incidentsToLineMapping));
   }
@@ -77,14 +72,14 @@ void RVTransitIncidentsAnalyticsDelegate::recordOpenItemAtIndexPath(const ui::In
   const std::size_t index = indexPath.row != 0 ? indexPath.row : (isExpanded() ? 1 : 0);
   if (analyticsData_) analyticsData_->tappedItemIndex = static_cast<std::int64_t>(index);
   captureAction("TAP_WIDGET_ITEM");
-  _closeSessionWithEndState(EndState::itemOpened);
+  _closeSessionWithEndState(WidgetSessionEnd::itemOpened);
 }
 
 void RVTransitIncidentsAnalyticsDelegate::recordCloseSessionSwiping() {
-  _closeSessionWithEndState(EndState::disappeared);
+  _closeSessionWithEndState(WidgetSessionEnd::disappeared);
 }
 
-void RVTransitIncidentsAnalyticsDelegate::_closeSessionWithEndState(EndState endState) {
+void RVTransitIncidentsAnalyticsDelegate::_closeSessionWithEndState(WidgetSessionEnd endState) {
   const auto startDate = std::exchange(sessionStartDate_, std::nullopt);
   const auto record = std::exchange(analyticsData_, nullptr);
   if (!startDate) return;
@@ -96,8 +91,10 @@ void RVTransitIncidentsAnalyticsDelegate::_closeSessionWithEndState(EndState end
   world.analyticsLogger().captureEvent(event, world.userSession().snapshot());
 }
 
-std::int64_t RVTransitIncidentsAnalyticsDelegate::_messageTypeForIncidentCount(std::size_t count) {
-  return kMessageTypes[std::min(count, kMessageTypes.size() - 1)];
+TransitMessageType RVTransitIncidentsAnalyticsDelegate::_messageTypeForIncidentCount(std::size_t count) {
+  using enum TransitMessageType;
+  if (count == 0) return noIncident;
+  return count == 1 ? oneIncident : severalIncidents;
 }
 
 bool RVTransitIncidentsAnalyticsDelegate::isExpanded() const {

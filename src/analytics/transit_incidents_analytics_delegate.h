@@ -45,10 +45,8 @@ class RVTransitIncidentsAnalyticsDelegate {
   std::shared_ptr<const WidgetAnalyticsRecord> analyticsData() const { return analyticsData_; }
 
  private:
-  enum class EndState : std::int64_t { itemOpened = 1, disappeared = 2 };
-
-  void _closeSessionWithEndState(EndState endState);
-  static std::int64_t _messageTypeForIncidentCount(std::size_t count);
+  void _closeSessionWithEndState(WidgetSessionEnd endState);
+  static TransitMessageType _messageTypeForIncidentCount(std::size_t count);
   bool isExpanded() const;
 
   std::weak_ptr<ui::ViewController> transitIncidentsViewController_;

@@ -1,4 +1,3 @@
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -18,19 +17,23 @@ using desktop::StoredUserAction;
 using desktop::StoredWidgetSession;
 using nlohmann::ordered_json;
 
-constexpr std::int64_t kItemWasOpened = 1;
-
 struct Recorded {
   std::vector<StoredWidgetSession> sessions;
   std::vector<StoredUserAction> actions;
 };
 
 std::string messageInWords(const std::optional<std::int64_t>& type) {
-  constexpr std::array<const char*, 4> kWords = {"no favourites", "no incident", "one incident",
-                                                 "several incidents"};
-  if (!type || *type < 1 || *type > static_cast<std::int64_t>(kWords.size()))
-    return "an error, or closed before any news";
-  return kWords.at(static_cast<std::size_t>(*type - 1));
+  switch (static_cast<TransitMessageType>(type.value_or(0))) {
+    case TransitMessageType::noFavorites:
+      return "no favourites";
+    case TransitMessageType::noIncident:
+      return "no incident";
+    case TransitMessageType::oneIncident:
+      return "one incident";
+    case TransitMessageType::severalIncidents:
+      return "several incidents";
+  }
+  return "an error, or closed before any news";
 }
 
 /// As the feeds know the line now; its number where none of them does.
@@ -50,7 +53,7 @@ std::string textOf(const StoredWidgetSession& session, const std::vector<desktop
                      std::to_string(std::llround(event.duration.count())) +
                      " s: " + messageInWords(record.transitMessageType);
   if (record.everExpanded.value_or(false)) text += ", expanded";
-  if (event.endState == kItemWasOpened)
+  if (event.endState == static_cast<std::int64_t>(WidgetSessionEnd::itemOpened))
     text += ", row " + std::to_string(record.tappedItemIndex.value_or(0)) + " opened";
   text += "\n";
   for (const IncidentAnalyticsItem& item : record.transitIncidents)

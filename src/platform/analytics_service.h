@@ -13,6 +13,12 @@
 
 namespace linewatch {
 
+/// What a widget last showed in a session. The values are those of the records.
+enum class TransitMessageType : std::int64_t { noFavorites = 1, noIncident, oneIncident, severalIncidents };
+
+/// What ended a widget session. The values are those of the events.
+enum class WidgetSessionEnd : std::int64_t { itemOpened = 1, disappeared = 2 };
+
 /// One incident that a widget session showed.
 struct IncidentAnalyticsItem {
   /// The line's identifier in decimal digits.
@@ -27,6 +33,7 @@ struct IncidentAnalyticsItem {
 struct WidgetAnalyticsRecord {
   std::optional<bool> initiallyExpanded;
   std::optional<bool> everExpanded;
+  /// A `TransitMessageType`.
   std::optional<std::int64_t> transitMessageType;
   std::vector<IncidentAnalyticsItem> transitIncidents;
   std::optional<std::int64_t> tappedItemIndex;
@@ -37,6 +44,7 @@ struct WidgetAnalyticsRecord {
 /// The event that closes a widget session.
 struct WidgetInteractionEvent {
   std::int64_t interactionType = 0;
+  /// A `WidgetSessionEnd`.
   std::int64_t endState = 0;
   std::shared_ptr<const WidgetAnalyticsRecord> record;
   bool wasLocked = false;
