@@ -60,8 +60,30 @@ struct TransitLineFields {
   std::string operatingHours;
 };
 
+/// A line that answers from the `TransitLineFields` in `Record::line()`.
+template <class Record>
+class TransitLineOfFields : public TransitLineItem {
+ public:
+  std::uint64_t muid() const override { return fields().muid; }
+  std::optional<MapItemIdentifier> identifier() const override { return fields().identifier; }
+  const std::string& name() const override { return fields().name; }
+  const std::shared_ptr<const TransitSystem>& system() const override { return fields().system; }
+  std::int64_t departureTimeDisplayStyle() const override { return fields().departureTimeDisplayStyle; }
+  bool departuresAreVehicleSpecific() const override { return fields().departuresAreVehicleSpecific; }
+  const SharedArtwork& artwork() const override { return fields().artwork; }
+  const SharedArtwork& modeArtwork() const override { return fields().modeArtwork; }
+  const SharedArtwork& alternateArtwork() const override { return fields().alternateArtwork; }
+  bool hasLineColorString() const override { return !fields().lineColorString.empty(); }
+  const std::string& lineColorString() const override { return fields().lineColorString; }
+  bool showVehicleNumber() const override { return fields().showVehicleNumber; }
+  const std::string& operatingHours() const override { return fields().operatingHours; }
+
+ private:
+  const TransitLineFields& fields() const { return static_cast<const Record&>(*this).line(); }
+};
+
 /// A line and its incidents. Records of one line may share its fields.
-class TransitLineRecord final : public TransitLineItem {
+class TransitLineRecord final : public TransitLineOfFields<TransitLineRecord> {
  public:
   TransitLineRecord(std::shared_ptr<const TransitLineFields> fields, TransitIncidents incidents)
       : fields_(std::move(fields)), incidents_(std::move(incidents)) {}
@@ -69,19 +91,7 @@ class TransitLineRecord final : public TransitLineItem {
       : TransitLineRecord(std::make_shared<const TransitLineFields>(std::move(fields)),
                           std::move(incidents)) {}
 
-  std::uint64_t muid() const override { return fields_->muid; }
-  std::optional<MapItemIdentifier> identifier() const override { return fields_->identifier; }
-  const std::string& name() const override { return fields_->name; }
-  const std::shared_ptr<const TransitSystem>& system() const override { return fields_->system; }
-  std::int64_t departureTimeDisplayStyle() const override { return fields_->departureTimeDisplayStyle; }
-  bool departuresAreVehicleSpecific() const override { return fields_->departuresAreVehicleSpecific; }
-  const SharedArtwork& artwork() const override { return fields_->artwork; }
-  const SharedArtwork& modeArtwork() const override { return fields_->modeArtwork; }
-  const SharedArtwork& alternateArtwork() const override { return fields_->alternateArtwork; }
-  bool hasLineColorString() const override { return !fields_->lineColorString.empty(); }
-  const std::string& lineColorString() const override { return fields_->lineColorString; }
-  bool showVehicleNumber() const override { return fields_->showVehicleNumber; }
-  const std::string& operatingHours() const override { return fields_->operatingHours; }
+  const TransitLineFields& line() const { return *fields_; }
   const TransitIncidents& incidents() const override { return incidents_; }
   bool hasIncidentComponent() const override { return true; }
   bool isIncidentsTTLExpired() const override { return false; }

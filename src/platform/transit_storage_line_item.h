@@ -30,7 +30,7 @@ struct TransitStorageLineFields : TransitLineFields {
 /// A snapshot of a line and its incidents that can be stored: it answers as the item did when it was made. A
 /// message, and an object of keyed archives.
 class TransitStorageLineItem final : public FieldedMessage<TransitStorageLineItem>,
-                                     public TransitLineItem,
+                                     public TransitLineOfFields<TransitStorageLineItem>,
                                      public Archivable {
  public:
   using Fields = TransitStorageLineFields;
@@ -39,19 +39,7 @@ class TransitStorageLineItem final : public FieldedMessage<TransitStorageLineIte
   TransitStorageLineItem() = default;
   explicit TransitStorageLineItem(const TransitLineItem& item);
 
-  std::uint64_t muid() const override { return fields_.muid; }
-  std::optional<MapItemIdentifier> identifier() const override { return fields_.identifier; }
-  const std::string& name() const override { return fields_.name; }
-  const std::shared_ptr<const TransitSystem>& system() const override { return fields_.system; }
-  std::int64_t departureTimeDisplayStyle() const override { return fields_.departureTimeDisplayStyle; }
-  bool departuresAreVehicleSpecific() const override { return fields_.departuresAreVehicleSpecific; }
-  const SharedArtwork& artwork() const override { return fields_.artwork; }
-  const SharedArtwork& modeArtwork() const override { return fields_.modeArtwork; }
-  const SharedArtwork& alternateArtwork() const override { return fields_.alternateArtwork; }
-  bool hasLineColorString() const override { return !fields_.lineColorString.empty(); }
-  const std::string& lineColorString() const override { return fields_.lineColorString; }
-  bool showVehicleNumber() const override { return fields_.showVehicleNumber; }
-  const std::string& operatingHours() const override { return fields_.operatingHours; }
+  const TransitLineFields& line() const { return fields_; }
   const TransitIncidents& incidents() const override { return fields_.incidents; }
   bool hasIncidentComponent() const override { return fields_.hasIncidentComponent; }
   bool isIncidentsTTLExpired() const override { return fields_.isIncidentsTTLExpired; }
