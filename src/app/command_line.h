@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -31,7 +30,7 @@ struct CommonOptions {
   std::optional<std::string> stateDir;
   bool verbose = false;
   /// Values in front of the saved preferences, for this run.
-  std::map<std::string, Value, std::less<>> preferences;
+  Dictionary preferences;
 };
 
 struct ShowCommand {

@@ -96,7 +96,7 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
                 settings_.nowStandsStill ? QtMainLoop::Clock::standsStill : QtMainLoop::Clock::goesOn),
       systemController_(settings_.openActivity),
       device_([this] { return diagnose(); }),
-      givenPreferences_(std::make_shared<OverlaidPreferences::Values>(settings_.preferences)) {}
+      givenPreferences_(std::make_shared<Dictionary>(settings_.preferences)) {}
 
 DesktopPlatform::~DesktopPlatform() = default;
 

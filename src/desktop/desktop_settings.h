@@ -38,7 +38,7 @@ struct DesktopSettings {
   /// nobody notices.
   bool mainThreadHurries = false;
   /// Values in front of the companion application's preferences, for this run.
-  OverlaidPreferences::Values preferences;
+  Dictionary preferences;
   CompanionController::Opener openActivity;
   /// Null for a run that shows no views and so never asks for the roles of a screen.
   std::shared_ptr<DesktopScreen> screen;

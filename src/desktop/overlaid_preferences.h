@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +7,7 @@
 #include <utility>
 
 #include "platform/preferences_store.h"
+#include "platform/value.h"
 
 namespace linewatch::desktop {
 
@@ -15,10 +15,8 @@ namespace linewatch::desktop {
 /// was given; without a store it is kept for the run.
 class OverlaidPreferences final : public PreferencesStore {
  public:
-  using Values = std::map<std::string, Value, std::less<>>;
-
   /// `store` may be null. Objects that share `given` see the same values.
-  OverlaidPreferences(std::shared_ptr<Values> given, std::shared_ptr<PreferencesStore> store)
+  OverlaidPreferences(std::shared_ptr<Dictionary> given, std::shared_ptr<PreferencesStore> store)
       : given_(std::move(given)), store_(std::move(store)) {}
 
   std::optional<Value> objectForKey(std::string_view key) const override {
@@ -43,7 +41,7 @@ class OverlaidPreferences final : public PreferencesStore {
     if (const auto value = given_->find(key); value != given_->end()) given_->erase(value);
   }
 
-  std::shared_ptr<Values> given_;
+  std::shared_ptr<Dictionary> given_;
   std::shared_ptr<PreferencesStore> store_;
 };
 

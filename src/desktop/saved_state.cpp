@@ -15,8 +15,7 @@ constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 }  // namespace
 
-SavedState::SavedState(const StateDirectories& folders, Log& log,
-                       std::shared_ptr<OverlaidPreferences::Values> given)
+SavedState::SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<Dictionary> given)
     : database_(makeStateDatabase(folders, log)),
       feedCache_(std::make_shared<FeedCache>(makeCacheDatabase(folders, log))),
       given_(std::move(given)) {}

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,7 +22,7 @@ using Bytes = std::vector<std::uint8_t>;
 class Value;
 using Array = std::vector<Value>;
 /// Keyed by UTF-8 text, in byte order of the keys.
-using Dictionary = std::map<std::string, Value>;
+using Dictionary = std::map<std::string, Value, std::less<>>;
 
 /// A value of no fixed type, as user infos, preferences, error infos and dictionary forms hold it.
 ///

@@ -1,7 +1,6 @@
 #include "simulation/simulated_preferences.h"
 
 #include <algorithm>
-#include <type_traits>
 #include <utility>
 
 namespace linewatch::simulation {
@@ -9,31 +8,29 @@ namespace linewatch::simulation {
 namespace {
 
 /// An object lives in the process and cannot be written; everything else can.
-bool canBeWritten(const Value& value) {
-  return std::visit(
-      [](const auto& contents) {
-        using Contents = std::decay_t<decltype(contents)>;
-        if constexpr (std::is_same_v<Contents, Array>) {
-          return std::ranges::all_of(contents, canBeWritten);
-        } else if constexpr (std::is_same_v<Contents, Dictionary>) {
-          return std::ranges::all_of(contents, [](const auto& entry) { return canBeWritten(entry.second); });
-        } else {
-          return !std::is_same_v<Contents, std::shared_ptr<const Object>>;
-        }
-      },
-      value.storage());
-}
+struct CanBeWritten {
+  bool operator()(const std::shared_ptr<const Object>&) const { return false; }
+  bool operator()(const Array& array) const { return std::ranges::all_of(array, *this); }
+  bool operator()(const Dictionary& dictionary) const {
+    return std::ranges::all_of(dictionary, [this](const auto& entry) { return (*this)(entry.second); });
+  }
+  bool operator()(const Value& value) const { return std::visit(*this, value.storage()); }
+  template <class Scalar>
+  bool operator()(const Scalar&) const {
+    return true;
+  }
+};
 
 }  // namespace
 
 std::optional<Value> SimulatedPreferencesStore::objectForKey(std::string_view key) const {
   const Dictionary& values = storage_->suite(suite_);
-  const auto entry = values.find(std::string(key));
+  const auto entry = values.find(key);
   return entry == values.end() ? std::nullopt : std::optional(entry->second);
 }
 
 bool SimulatedPreferencesStore::setObject(Value value, std::string_view key) {
-  if (!canBeWritten(value)) {
+  if (!CanBeWritten{}(value)) {
     const std::string text = "The value for the preferences key " + std::string(key) + " cannot be written.";
     backstage_->transcript->record("log", {{"level", "error"}, {"text", text}});
     return false;

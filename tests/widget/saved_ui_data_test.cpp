@@ -70,7 +70,7 @@ class SavedUIData : public PlatformTest {
 
   Dictionary& stored() { return platform_->preferences().suite(kCompanionAppGroupSuite); }
   void store(Value value) { stored().insert_or_assign(std::string(kSavedUIDataKey), std::move(value)); }
-  bool isStored() { return stored().contains(std::string(kSavedUIDataKey)); }
+  bool isStored() { return stored().contains(kSavedUIDataKey); }
   void storeArchive(std::string className, AnyRecord::Parts parts) {
     const auto root = std::make_shared<const AnyRecord>(std::move(className), std::move(parts));
     store(platform_->keyedArchiver().archivedData({root}, true).value());
@@ -243,7 +243,7 @@ TEST_F(SavedUIData, WhatIsNoArchiveStaysStored) {
 
 TEST_F(SavedUIData, EveryDamageToAnArchiveIsSurvived) {
   save(std::make_shared<RVResult>(threeLines()), true);
-  const Bytes whole = *stored().at(std::string(kSavedUIDataKey)).get<Bytes>();
+  const Bytes whole = *stored().find(kSavedUIDataKey)->second.get<Bytes>();
   platform_->log().setEnabled(LogLevel::debug, false);
   for (std::size_t length = 0; length < whole.size(); ++length) {
     store(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));

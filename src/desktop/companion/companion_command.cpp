@@ -17,7 +17,7 @@ Error commandFailure(const QString& command, const QString& why) {
 }
 
 QString sessionOf(const UserActivity& activity) {
-  const auto session = activity.userInfo.find(std::string(kSessionKey));
+  const auto session = activity.userInfo.find(kSessionKey);
   const auto* const text = session == activity.userInfo.end() ? nullptr : session->second.get<std::string>();
   return text ? QString::fromStdString(*text) : QString();
 }
