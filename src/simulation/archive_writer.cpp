@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <type_traits>
 #include <variant>
 
 namespace linewatch::simulation::archive {
@@ -22,6 +21,47 @@ class Level {
 };
 
 }  // namespace
+
+struct Writer::ValueWriter {
+  Writer& writer;
+
+  void operator()(bool value) const { writer.writeKind(value ? Kind::trueValue : Kind::falseValue); }
+  void operator()(std::int64_t value) const {
+    writer.writeKind(Kind::signedInteger);
+    writer.writeCount(zigzag(value));
+  }
+  void operator()(std::uint64_t value) const {
+    writer.writeKind(Kind::unsignedInteger);
+    writer.writeCount(value);
+  }
+  void operator()(double value) const {
+    writer.writeKind(Kind::floatingPoint);
+    // Equal objects give identical bytes, and the two zeros are equal.
+    writer.writeFixed(std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value));
+  }
+  void operator()(const std::string& value) const {
+    writer.writeKind(Kind::text);
+    writer.writeText(value);
+  }
+  void operator()(const Bytes& value) const {
+    writer.writeKind(Kind::bytes);
+    writer.writeSized(value.data(), value.size());
+  }
+  void operator()(const Array& value) const {
+    writer.writeKind(Kind::array);
+    writer.writeCount(value.size());
+    for (const Value& element : value) writer.writeContents(element);
+  }
+  void operator()(const Dictionary& value) const {
+    writer.writeKind(Kind::dictionary);
+    writer.writeCount(value.size());
+    for (const auto& [key, element] : value) {
+      writer.writeText(key);
+      writer.writeContents(element);
+    }
+  }
+  void operator()(const std::shared_ptr<const Object>&) const { writer.failed_ = true; }
+};
 
 std::optional<Bytes> Writer::archive(const ArchivedObject& root) {
   bytes_.assign(kMagic.begin(), kMagic.end());
@@ -59,38 +99,7 @@ void Writer::writeContents(const Value& value) {
   const Level level(depth_);
   if (depth_ > kMaximumDepth) failed_ = true;
   if (failed_) return;
-  std::visit(
-      [this](const auto& contents) {
-        using Contents = std::decay_t<decltype(contents)>;
-        if constexpr (std::is_same_v<Contents, bool>) {
-          writeKind(contents ? Kind::trueValue : Kind::falseValue);
-        } else if constexpr (std::is_same_v<Contents, std::int64_t>) {
-          writeKind(Kind::signedInteger);
-          writeCount(zigzag(contents));
-        } else if constexpr (std::is_same_v<Contents, std::uint64_t>) {
-          writeKind(Kind::unsignedInteger);
-          writeCount(contents);
-        } else if constexpr (std::is_same_v<Contents, double>) {
-          writeKind(Kind::floatingPoint);
-          // Equal objects give identical bytes, and the two zeros are equal.
-          writeFixed(std::bit_cast<std::uint64_t>(contents == 0 ? 0.0 : contents));
-        } else if constexpr (std::is_same_v<Contents, std::string>) {
-          writeKind(Kind::text);
-          writeText(contents);
-        } else if constexpr (std::is_same_v<Contents, Bytes>) {
-          writeKind(Kind::bytes);
-          writeSized(contents.data(), contents.size());
-        } else if constexpr (std::is_same_v<Contents, Array>) {
-          writeKind(Kind::array);
-          writeCount(contents.size());
-          for (const Value& element : contents) writeContents(element);
-        } else if constexpr (std::is_same_v<Contents, Dictionary>) {
-          writeDictionary(contents);
-        } else {
-          failed_ = true;
-        }
-      },
-      value.storage());
+  std::visit(ValueWriter{*this}, value.storage());
 }
 
 void Writer::writeContents(const Error& error) {
@@ -120,15 +129,6 @@ void Writer::writeContents(const ArchivedList& list) {
   writeKind(Kind::list);
   writeCount(list.size());
   for (const ArchivedObject& element : list) write(element);
-}
-
-void Writer::writeDictionary(const Dictionary& dictionary) {
-  writeKind(Kind::dictionary);
-  writeCount(dictionary.size());
-  for (const auto& [key, value] : dictionary) {
-    writeText(key);
-    writeContents(value);
-  }
 }
 
 void Writer::writeCount(std::uint64_t count) {

@@ -21,6 +21,8 @@ class Writer final : private KeyedCoder {
   std::optional<Bytes> archive(const ArchivedObject& root);
 
  private:
+  struct ValueWriter;
+
   void encodeObject(std::string_view key, const ArchivedObject& object) override;
   void encodeBool(std::string_view key, bool value) override;
   void encodeBytes(std::string_view key, const Bytes& bytes) override;
@@ -30,7 +32,6 @@ class Writer final : private KeyedCoder {
   void writeContents(const Error& error);
   void writeContents(const std::shared_ptr<const Archivable>& object);
   void writeContents(const ArchivedList& list);
-  void writeDictionary(const Dictionary& dictionary);
 
   void writeKind(Kind kind) { bytes_.push_back(static_cast<std::uint8_t>(kind)); }
   void writeCount(std::uint64_t count);

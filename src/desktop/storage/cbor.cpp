@@ -2,7 +2,6 @@
 
 #include <limits>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -140,30 +139,31 @@ std::optional<Kind> kindOf(const Json& json) {
   return static_cast<Kind>(number);
 }
 
+namespace {
+
+struct JsonOfContents {
+  int depth;
+
+  std::optional<Json> operator()(bool value) const { return Json(value); }
+  std::optional<Json> operator()(std::int64_t value) const { return Json(value); }
+  std::optional<Json> operator()(std::uint64_t value) const {
+    Json json = tagged(Kind::unsignedInteger);
+    json.push_back(value);
+    return json;
+  }
+  std::optional<Json> operator()(double value) const { return Json(value == 0 ? 0.0 : value); }
+  std::optional<Json> operator()(const std::string& value) const { return Json(value); }
+  std::optional<Json> operator()(const Bytes& value) const { return Json::binary(value); }
+  std::optional<Json> operator()(const Array& value) const { return jsonOfArray(value, depth); }
+  std::optional<Json> operator()(const Dictionary& value) const { return jsonOfDictionary(value, depth); }
+  std::optional<Json> operator()(const std::shared_ptr<const Object>&) const { return std::nullopt; }
+};
+
+}  // namespace
+
 std::optional<Json> jsonOf(const Value& value, int depth) {
   if (depth <= 0) return std::nullopt;
-  return std::visit(
-      [depth](const auto& contents) -> std::optional<Json> {
-        using Contents = std::decay_t<decltype(contents)>;
-        if constexpr (std::is_same_v<Contents, std::uint64_t>) {
-          Json json = tagged(Kind::unsignedInteger);
-          json.push_back(contents);
-          return json;
-        } else if constexpr (std::is_same_v<Contents, double>) {
-          return Json(contents == 0 ? 0.0 : contents);
-        } else if constexpr (std::is_same_v<Contents, Bytes>) {
-          return Json::binary(contents);
-        } else if constexpr (std::is_same_v<Contents, Array>) {
-          return jsonOfArray(contents, depth);
-        } else if constexpr (std::is_same_v<Contents, Dictionary>) {
-          return jsonOfDictionary(contents, depth);
-        } else if constexpr (std::is_same_v<Contents, std::shared_ptr<const Object>>) {
-          return std::nullopt;
-        } else {
-          return Json(contents);
-        }
-      },
-      value.storage());
+  return std::visit(JsonOfContents{depth}, value.storage());
 }
 
 std::optional<Value> valueOf(const Json& json) {

@@ -1,7 +1,6 @@
 #include "desktop/storage/sqlite_database.h"
 
 #include <system_error>
-#include <type_traits>
 #include <utility>
 
 #include <sqlite3.h>
@@ -41,27 +40,24 @@ const char* reasonFor(int result) {
   }
 }
 
-int bind(sqlite3_stmt* statement, int place, const SqliteParameter& parameter) {
-  return std::visit(
-      [&](const auto& value) {
-        using Contents = std::decay_t<decltype(value)>;
-        if constexpr (std::is_same_v<Contents, std::int64_t>) {
-          return sqlite3_bind_int64(statement, place, value);
-        } else if constexpr (std::is_same_v<Contents, double>) {
-          return sqlite3_bind_double(statement, place, value);
-        } else if constexpr (std::is_same_v<Contents, std::string_view>) {
-          // A null pointer would bind no text at all instead of an empty one.
-          const char* text = value.data() != nullptr ? value.data() : "";
-          return sqlite3_bind_text64(statement, place, text, value.size(), SQLITE_STATIC, SQLITE_UTF8);
-        } else if constexpr (std::is_same_v<Contents, std::span<const std::uint8_t>>) {
-          const void* bytes = value.data() != nullptr ? static_cast<const void*>(value.data()) : "";
-          return sqlite3_bind_blob64(statement, place, bytes, value.size(), SQLITE_STATIC);
-        } else {
-          return sqlite3_bind_null(statement, place);
-        }
-      },
-      parameter);
-}
+/// Binds a parameter's value at its place.
+struct Bind {
+  sqlite3_stmt* statement;
+  int place;
+
+  int operator()(std::monostate) const { return sqlite3_bind_null(statement, place); }
+  int operator()(std::int64_t value) const { return sqlite3_bind_int64(statement, place, value); }
+  int operator()(double value) const { return sqlite3_bind_double(statement, place, value); }
+  int operator()(std::string_view value) const {
+    // A null pointer would bind no text at all instead of an empty one.
+    const char* text = value.data() != nullptr ? value.data() : "";
+    return sqlite3_bind_text64(statement, place, text, value.size(), SQLITE_STATIC, SQLITE_UTF8);
+  }
+  int operator()(std::span<const std::uint8_t> value) const {
+    const void* bytes = value.data() != nullptr ? static_cast<const void*>(value.data()) : "";
+    return sqlite3_bind_blob64(statement, place, bytes, value.size(), SQLITE_STATIC);
+  }
+};
 
 }  // namespace
 
@@ -122,7 +118,7 @@ std::optional<Error> SqliteDatabase::run(std::string_view statement,
   const Statement owned(prepared);
   int place = 0;
   for (const SqliteParameter& parameter : parameters) {
-    if (result == SQLITE_OK) result = bind(prepared, ++place, parameter);
+    if (result == SQLITE_OK) result = std::visit(Bind{prepared, ++place}, parameter);
   }
   if (result != SQLITE_OK) return errorFor(result);
   while ((result = sqlite3_step(prepared)) == SQLITE_ROW) {
