@@ -127,14 +127,22 @@ Enumeration enumerator(std::int32_t value, std::size_t count, Enumeration unknow
   return value >= 1 && static_cast<std::size_t>(value) <= count ? static_cast<Enumeration>(value) : unknown;
 }
 
-const char* reason(const protozero::exception& fault) {
-  if (dynamic_cast<const Fault*>(&fault)) return fault.what();
-  if (dynamic_cast<const protozero::end_of_buffer_exception*>(&fault))
-    return "it ends in the middle of a field";
-  if (dynamic_cast<const protozero::unknown_pbf_wire_type_exception*>(&fault))
-    return "a field of no known form";
-  if (dynamic_cast<const protozero::invalid_tag_exception*>(&fault)) return "a field number that cannot be";
-  return "a number that cannot be";
+/// Which text of an alert a field holds; absent for the other fields.
+std::optional<AlertText> textIn(AlertField field) {
+  switch (field) {
+    case AlertField::url:
+      return AlertText::url;
+    case AlertField::headerText:
+      return AlertText::header;
+    case AlertField::descriptionText:
+      return AlertText::description;
+    case AlertField::spokenHeaderText:
+      return AlertText::spokenHeader;
+    case AlertField::spokenDescriptionText:
+      return AlertText::spokenDescription;
+    default:
+      return std::nullopt;
+  }
 }
 
 std::string_view guessAtContent(std::string_view payload) {
@@ -153,6 +161,15 @@ AlertPeriod readPeriod(std::string_view bytes, AlertPeriod::Use use) {
     if (fields.is(PeriodField::end)) period.end = fields.number();
   }
   return period;
+}
+
+AlertTranslation readTranslation(std::string_view bytes, AlertText kind) {
+  AlertTranslation translation{.kind = kind};
+  for (Fields<TranslationField> fields(bytes); fields.next();) {
+    if (fields.is(TranslationField::text)) translation.text = fields.bytes();
+    if (fields.is(TranslationField::language)) translation.language = fields.bytes();
+  }
+  return translation;
 }
 
 struct Trip {
@@ -199,11 +216,7 @@ class AlertsDecoder {
       return guess.empty() ? failure("damaged, or not a GTFS-Realtime message", place, why)
                            : failure(guess, "", "");
     };
-    try {
-      decoder.readMessage();
-    } catch (const protozero::exception& fault) {
-      return failed(decoder.place(), reason(fault));
-    }
+    if (const auto fault = decoder.readWhole()) return failed(decoder.place(), *fault);
     if (!decoder.sawHeader_) return failed("", "it has no header");
     return SharedAlertsMessage(std::move(decoder.message_));
   }
@@ -232,6 +245,24 @@ class AlertsDecoder {
     part_ = part;
     offset_ = static_cast<std::size_t>(bytes.data() - message_->payload_.data());
     return bytes;
+  }
+
+  /// What is wrong with the payload; absent when all of it has been read.
+  std::optional<std::string> readWhole() {
+    try {
+      readMessage();
+    } catch (const Fault& fault) {
+      return fault.why;
+    } catch (const protozero::end_of_buffer_exception&) {
+      return "it ends in the middle of a field";
+    } catch (const protozero::unknown_pbf_wire_type_exception&) {
+      return "a field of no known form";
+    } catch (const protozero::invalid_tag_exception&) {
+      return "a field number that cannot be";
+    } catch (const protozero::exception&) {
+      return "a number that cannot be";
+    }
+    return std::nullopt;
   }
 
   void readMessage() {
@@ -278,23 +309,23 @@ class AlertsDecoder {
     }
     if (!entity.hasAlert && !entity.isDeleted) return;
     finish(entity);
-    count(message_->entities_.emplace_back(entity));
+    add(entity, message_->entities_);
   }
 
   void readAlert(std::string_view bytes, AlertsMessage::Entity& entity) {
     for (Fields<AlertField> fields(bytes); fields.next();) {
       switch (fields.tag()) {
         case AlertField::activePeriod:
-          addPeriod(olderPeriods_, fields.bytes(), AlertPeriod::Use::show);
+          add(readPeriod(fields.bytes(), AlertPeriod::Use::show), olderPeriods_);
           break;
         case AlertField::communicationPeriod:
-          addPeriod(message_->periods_, fields.bytes(), AlertPeriod::Use::show);
+          add(readPeriod(fields.bytes(), AlertPeriod::Use::show), message_->periods_);
           break;
         case AlertField::impactPeriod:
-          addPeriod(message_->periods_, fields.bytes(), AlertPeriod::Use::affect);
+          add(readPeriod(fields.bytes(), AlertPeriod::Use::affect), message_->periods_);
           break;
         case AlertField::informedEntity:
-          count(message_->selectors_.emplace_back(readSelector(fields.bytes())));
+          add(readSelector(fields.bytes()), message_->selectors_);
           break;
         case AlertField::cause:
           entity.cause = enumerator(fields.integer(), kAlertCauses, AlertCause::unknownCause);
@@ -302,43 +333,17 @@ class AlertsDecoder {
         case AlertField::effect:
           entity.effect = enumerator(fields.integer(), kAlertEffects, AlertEffect::unknownEffect);
           break;
-        case AlertField::url:
-          readTexts(fields.bytes(), AlertText::url);
-          break;
-        case AlertField::headerText:
-          readTexts(fields.bytes(), AlertText::header);
-          break;
-        case AlertField::descriptionText:
-          readTexts(fields.bytes(), AlertText::description);
-          break;
-        case AlertField::spokenHeaderText:
-          readTexts(fields.bytes(), AlertText::spokenHeader);
-          break;
-        case AlertField::spokenDescriptionText:
-          readTexts(fields.bytes(), AlertText::spokenDescription);
-          break;
+        default:
+          if (const auto text = textIn(fields.tag())) readTexts(fields.bytes(), *text);
       }
     }
   }
 
-  void addPeriod(std::vector<AlertPeriod>& periods, std::string_view bytes, AlertPeriod::Use use) {
-    count(periods.emplace_back(readPeriod(bytes, use)));
-  }
-
   void readTexts(std::string_view bytes, AlertText kind) {
     for (Fields<TextsField> fields(bytes); fields.next();) {
-      if (!fields.is(TextsField::translation)) continue;
-      AlertTranslation& translation = message_->translations_.emplace_back();
-      translation.kind = kind;
-      readTranslation(fields.bytes(), translation);
-      count(translation);
-    }
-  }
-
-  static void readTranslation(std::string_view bytes, AlertTranslation& translation) {
-    for (Fields<TranslationField> fields(bytes); fields.next();) {
-      if (fields.is(TranslationField::text)) translation.text = fields.bytes();
-      if (fields.is(TranslationField::language)) translation.language = fields.bytes();
+      if (fields.is(TextsField::translation)) {
+        add(readTranslation(fields.bytes(), kind), message_->translations_);
+      }
     }
   }
 
@@ -367,9 +372,10 @@ class AlertsDecoder {
   }
 
   template <class Part>
-  void count(const Part& /*added*/) {
+  void add(const Part& part, std::vector<Part>& parts) {
     if (++parts_ > kMostParts)
-      throw Fault("more than " + std::to_string(kMostParts) + " entities, texts and selectors");
+      throw Fault("more than " + std::to_string(kMostParts) + " entities, texts, periods and selectors");
+    parts.push_back(part);
   }
 
   std::unique_ptr<AlertsMessage> message_;
