@@ -92,51 +92,66 @@ CLI::Option* addLocation(CLI::App& app, const std::string& name, Text& location,
       ->type_name("PLACE");
 }
 
-void addCommonOptions(CLI::App& app, CommonOptions& options) {
-  constexpr const char* kGroup = "Common options";
-  addLocation(app, "--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL")
-      ->group(kGroup);
-  addLocation(app, "--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL")
-      ->group(kGroup);
+void addShownLines(CLI::App& app, CommonOptions& options) {
+  addLocation(app, "--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL");
+  addLocation(app, "--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL");
   app.add_option("--favorite", options.favorites, "A favourite for this run, by its route id; may come again")
       ->type_name("ROUTE_ID")
       ->expected(1)
-      ->take_all()
-      ->group(kGroup);
-  addChecked(
-      app, "--now",
-      [&options](const std::string& text) { return (options.now = parseTime(text)).has_value(); },
-      "The time to take for now, e.g. 2026-11-24T08:00:00Z", "no time like 2026-11-24T08:00:00Z")
-      ->type_name("TIME")
-      ->group(kGroup);
+      ->take_all();
+}
+
+void addSurroundings(CLI::App& app, CommonOptions& options) {
+  const auto takeTime = [&options](const std::string& text) {
+    return (options.now = parseTime(text)).has_value();
+  };
+  addChecked(app, "--now", takeTime, "The time to take for now, e.g. 2026-11-24T08:00:00Z",
+             "no time like 2026-11-24T08:00:00Z")
+      ->type_name("TIME");
   addNumber<std::uint64_t>(app, "--max-rows", options.maxRows, {0, 1'000'000, "0 (no limit) to 1000000"},
-                           "Rows of the expanded list")
-      ->group(kGroup);
-  addChecked(
-      app, "--locale",
-      [&options](const std::string& text) {
-        return (options.locale = desktop::UserLocale::parse(text)).has_value();
-      },
-      "Language and region, e.g. de-CH", "no language, as en or de-CH are")
-      ->type_name("TAG")
-      ->group(kGroup);
+                           "Rows of the expanded list");
+  const auto takeLocale = [&options](const std::string& text) {
+    return (options.locale = desktop::UserLocale::parse(text)).has_value();
+  };
+  addChecked(app, "--locale", takeLocale, "Language and region, e.g. de-CH",
+             "no language, as en or de-CH are")
+      ->type_name("TAG");
   app.add_option("--state-dir", options.stateDir, "Folder of all saved state, in place of the XDG folders")
-      ->type_name("DIR")
-      ->group(kGroup);
+      ->type_name("DIR");
+}
+
+void addPreferences(CLI::App& app, CommonOptions& options) {
+  const auto take = [&options](const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) {
+      if (!addPreference(text, options))
+        throw CLI::ValidationError("--preference", isNot(text, "no KEY=VALUE"));
+    }
+  };
   app.add_option_function<std::vector<std::string>>(
-         "--preference",
-         [&options](const std::vector<std::string>& texts) {
-           for (const std::string& text : texts) {
-             if (!addPreference(text, options))
-               throw CLI::ValidationError("--preference", isNot(text, "no KEY=VALUE"));
-           }
-         },
+         "--preference", take,
          "A preference for this run, e.g. Rova.LineWatch.internal.injectFakeIncidents=true; may come again")
       ->type_name("KEY=VALUE")
       ->expected(1)
-      ->take_all()
-      ->group(kGroup);
-  app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error")->group(kGroup);
+      ->take_all();
+}
+
+void addCommonOptions(CLI::App& app, CommonOptions& options) {
+  const std::string usualGroup = app.option_defaults()->get_group();
+  app.option_defaults()->group("Common options");
+  addShownLines(app, options);
+  addSurroundings(app, options);
+  addPreferences(app, options);
+  app.add_flag("-v,--verbose", options.verbose, "Say what is done, on standard error");
+  app.option_defaults()->group(usualGroup);
+}
+
+std::string textSizeNames() {
+  std::string names;
+  for (const std::string_view name : ui::kTextSizeCategoryNames) {
+    if (!names.empty()) names += ", ";
+    names += name;
+  }
+  return names;
 }
 
 /// The subcommands, each with the command that it fills in.
@@ -262,8 +277,8 @@ struct Grammar {
       render_.textSize = category.value_or(render_.textSize);
       return category.has_value();
     };
-    addChecked(*sub, "--text-size", takeTextSize, "XS, S, M, L (usual), XL, XXL, XXXL, AX1 to AX5",
-               "none of XS, S, M, L, XL, XXL, XXXL, AX1 to AX5")
+    addChecked(*sub, "--text-size", takeTextSize, textSizeNames() + "; usually L",
+               "none of " + textSizeNames())
         ->type_name("SIZE");
     sub->add_flag("--dark", render_.dark, "On a dark background");
     // Insets and the artworks' column take 105 of it: with less than this no word has room.

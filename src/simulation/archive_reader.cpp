@@ -168,12 +168,7 @@ void Reader::skipContents(Kind kind, std::size_t& position, int depth) {
       }
       break;
     case Kind::error:
-      readSized(position);
-      readCount(position);
-      if (position < limit_ && bytes_[position] != static_cast<std::uint8_t>(Kind::dictionary)) {
-        failAsMalformed(position, "an error's info is no dictionary");
-      }
-      if (!hasFailed()) skip(position, depth);
+      skipError(position, depth);
       break;
     case Kind::list:
       for (auto left = readCount(position); left > 0 && !hasFailed(); --left) skip(position, depth);
@@ -189,6 +184,15 @@ void Reader::skipPlain(std::size_t& position, int depth) {
     return failAsMalformed(position, "a plain value holds another kind");
   }
   skip(position, depth);
+}
+
+void Reader::skipError(std::size_t& position, int depth) {
+  readSized(position);
+  readCount(position);
+  if (position < limit_ && bytes_[position] != static_cast<std::uint8_t>(Kind::dictionary)) {
+    failAsMalformed(position, "an error's info is no dictionary");
+  }
+  if (!hasFailed()) skip(position, depth);
 }
 
 void Reader::skipParts(std::size_t& position, int depth) {

@@ -41,6 +41,7 @@ class Reader final : public ArchiveReading {
   void skip(std::size_t& position, int depth);
   void skipContents(Kind kind, std::size_t& position, int depth);
   void skipPlain(std::size_t& position, int depth);
+  void skipError(std::size_t& position, int depth);
   void skipParts(std::size_t& position, int depth);
 
   std::optional<ArchivedObject> decode(std::size_t position, const AllowedClasses& allowed);
