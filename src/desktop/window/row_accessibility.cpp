@@ -58,8 +58,8 @@ class AccessibleRow final : public QAccessibleInterface, public QAccessibleActio
   }
   QStringList actionNames() const override {
     if (!isValid()) return {};
-    return surface_->wordsOf(row_).opens ? QStringList{pressAction(), setFocusAction()}
-                                         : QStringList{setFocusAction()};
+    return surface_->opens(row_) ? QStringList{pressAction(), setFocusAction()}
+                                 : QStringList{setFocusAction()};
   }
   void doAction(const QString& name) override {
     if (!isValid()) return;

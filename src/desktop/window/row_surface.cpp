@@ -228,7 +228,7 @@ void RowSurface::pointerDidMove(std::optional<QPoint> place) {
 /// Rows come, go and scroll under a mouse that rests as well: that is found when they are painted.
 void RowSurface::findHoveredRow() {
   const auto row = mouse_ ? rowAt(*mouse_) : std::nullopt;
-  const auto hovered = row && describe_(*row).opens ? row : std::nullopt;
+  const auto hovered = row && opens(*row) ? row : std::nullopt;
   if (hovered.has_value() != hoveredRow_.has_value())
     setCursor(hovered ? Qt::PointingHandCursor : Qt::ArrowCursor);
   hoveredRow_ = hovered;

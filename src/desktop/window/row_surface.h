@@ -27,6 +27,8 @@ class RowSurface final : public QWidget {
 
   std::size_t rowCount() const;
   RowWords wordsOf(std::size_t row) const { return describe_(row); }
+  /// Whether a press on the row does anything.
+  bool opens(std::size_t row) const { return table_->highlightsRow({0, row}); }
   /// In the surface's coordinates, wherever the row has been scrolled to.
   QRect rectOf(std::size_t row) const;
   std::optional<std::size_t> rowAt(const QPoint& point) const;

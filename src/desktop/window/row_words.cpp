@@ -55,13 +55,11 @@ struct WordsOfItem {
     std::vector<std::string> name;
     addIfAny(spokenArtwork(*item), name);
     addIfAny(item->primaryText(), name);
-    return {joinedWords(name), QString::fromStdString(item->secondaryText().value_or("")),
-            item->openable() != nullptr};
+    return {joinedWords(name), QString::fromStdString(item->secondaryText().value_or(""))};
   }
   RowWords operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
     return {QString::fromStdString(item->primaryText().value_or("")),
-            item->artworks() ? spokenShields(*item->artworks()) : QString(),
-            item->userActivityData() != nullptr};
+            item->artworks() ? spokenShields(*item->artworks()) : QString()};
   }
 };
 

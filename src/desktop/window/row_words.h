@@ -10,8 +10,6 @@ namespace linewatch::desktop {
 struct RowWords {
   QString name;
   QString description;
-  /// Whether a press on it does anything.
-  bool opens = false;
 
   bool operator==(const RowWords&) const = default;
 };

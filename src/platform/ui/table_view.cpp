@@ -118,7 +118,6 @@ std::shared_ptr<TableViewCell> TableView::dequeueReusableCell(const std::string&
     if (chosen == idle.end()) chosen = std::prev(idle.end());
     std::shared_ptr<TableViewCell> cell = chosen->cell;
     idle.erase(chosen);
-    cell->prepareForReuse();
     return cell;
   }
   const auto factory = factories_.find(reuseIdentifier);
@@ -319,15 +318,19 @@ void TableView::deselectRow(const IndexPath& indexPath, bool /*animated*/) {
   setCellFlag(indexPath, &TableViewCell::setSelected, false);
 }
 
-bool TableView::tapRow(const IndexPath& indexPath) {
+bool TableView::highlightsRow(const IndexPath& indexPath) {
   loadRowsIfNeeded();
   const auto delegate = delegate_.lock();
-  if (!delegate || flatRow(indexPath) >= heights_.count()) return false;
-  if (!delegate->tableViewShouldHighlightRowAtIndexPath(*this, indexPath)) return false;
+  return delegate && flatRow(indexPath) < heights_.count() &&
+         delegate->tableViewShouldHighlightRowAtIndexPath(*this, indexPath);
+}
+
+bool TableView::tapRow(const IndexPath& indexPath) {
+  if (!highlightsRow(indexPath)) return false;
   if (selected_) deselectRow(IndexPath(*selected_), false);
   selected_ = indexPath;
   setCellFlag(indexPath, &TableViewCell::setSelected, true);
-  delegate->tableViewDidSelectRowAtIndexPath(*this, indexPath);
+  if (const auto delegate = delegate_.lock()) delegate->tableViewDidSelectRowAtIndexPath(*this, indexPath);
   return true;
 }
 
@@ -335,8 +338,7 @@ bool TableView::handlePointer(PointerPhase phase, const Point& point) {
   const auto under =
       bounds().contains(point) ? indexPathForRowAtPoint({point.x, point.y + contentOffset_}) : std::nullopt;
   if (phase == PointerPhase::pressed) {
-    const auto delegate = delegate_.lock();
-    if (!under || !delegate || !delegate->tableViewShouldHighlightRowAtIndexPath(*this, *under)) return false;
+    if (!under || !highlightsRow(*under)) return false;
     pressed_ = under;
     highlight(under);
     return true;

@@ -68,8 +68,8 @@ class TableView : public View {
   // ---- Cells ----
 
   void registerCell(const std::string& reuseIdentifier, CellFactory factory);
-  /// A cell that went out of sight, prepared for reuse, or a new one; best the one that last showed the row.
-  /// A plain one, with a line in the log, where the identifier was never registered.
+  /// A cell that went out of sight, if it can be the one that last showed the row; a new one when there is
+  /// none. Where the identifier was never registered it is a plain one, and a line goes to the log.
   std::shared_ptr<TableViewCell> dequeueReusableCell(const std::string& reuseIdentifier,
                                                      const IndexPath& indexPath);
   /// Null for a row out of sight.
@@ -116,6 +116,8 @@ class TableView : public View {
 
   const std::optional<IndexPath>& indexPathForSelectedRow() const { return selected_; }
   void deselectRow(const IndexPath& indexPath, bool animated);
+  /// Whether a press on the row does anything. The delegate says so.
+  bool highlightsRow(const IndexPath& indexPath);
   /// What a tap on the row does: selects it if it highlights. False when it does not.
   bool tapRow(const IndexPath& indexPath);
 
