@@ -22,7 +22,7 @@ void scaleStackView(ui::StackView& stackView, const DynamicTypeValue& value) {
 
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value) {
   const ui::LayoutItem* first = constraint.firstItem();
-  const ui::View* view = first != nullptr ? constraint.firstItem()->owningView() : nullptr;
+  const ui::View* view = first != nullptr ? first->owningView() : nullptr;
   const double scale = view != nullptr ? view->displayScale() : platform().interfaceSettings().displayScale();
   constraint.setConstant(ui::snappedToPixel(value.scaledValue(), scale));
 }

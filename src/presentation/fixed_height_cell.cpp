@@ -76,7 +76,7 @@ void FixedHeightCell::addRect(std::vector<NamedRect>& rects, std::string_view na
 }
 
 void FixedHeightCell::addRect(std::vector<NamedRect>& rects, std::string_view name,
-                              ui::LayoutGuide& guide) const {
+                              const ui::LayoutGuide& guide) const {
   if (const ui::View* owner = guide.owningView()) {
     rects.push_back({name, owner->convertRectTo(guide.layoutFrame(), *this)});
   }

@@ -90,7 +90,7 @@ class FixedHeightCell : public ui::TableViewCell {
   Constraints commonConstraints();
 
   void addRect(std::vector<NamedRect>& rects, std::string_view name, const ui::View& view) const;
-  void addRect(std::vector<NamedRect>& rects, std::string_view name, ui::LayoutGuide& guide) const;
+  void addRect(std::vector<NamedRect>& rects, std::string_view name, const ui::LayoutGuide& guide) const;
 
   std::shared_ptr<ui::StackView> stackView_;
   std::shared_ptr<ui::LayoutGuide> contentGuide_;

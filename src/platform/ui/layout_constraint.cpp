@@ -17,6 +17,8 @@ constexpr std::array kAttributeNames = {"leading", "trailing", "centerX", "width
                                         "bottom",  "centerY",  "height",  "firstBaseline", "lastBaseline"};
 constexpr std::array kRelationNames = {"<=", "==", ">="};
 
+/// Counts over all view trees, as a constraint is made before it has one; only the order within a tree
+/// matters.
 std::uint64_t nextOrder() {
   static std::uint64_t order = 0;
   return ++order;

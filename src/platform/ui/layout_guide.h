@@ -9,6 +9,7 @@ namespace linewatch::ui {
 class LayoutGuide final : public LayoutItem {
  public:
   View* owningView() override { return owningView_; }
+  const View* owningView() const override { return owningView_; }
   /// In the owning view's coordinates, after layout.
   const Rect& layoutFrame() const { return layoutFrame_; }
 

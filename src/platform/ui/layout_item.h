@@ -28,6 +28,7 @@ class LayoutItem : public Object {
 
   /// The view itself, or the guide's view; null for a guide that belongs to none.
   virtual View* owningView() = 0;
+  virtual const View* owningView() const = 0;
 
  protected:
   LayoutItem() = default;

@@ -22,15 +22,6 @@ void StackView::insertArrangedSubview(const std::shared_ptr<View>& view, std::si
   rearrange();
 }
 
-void StackView::removeArrangedSubview(const std::shared_ptr<View>& view) {
-  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
-  const std::shared_ptr<View> removed = view;
-  if (std::erase(arranged_, removed) == 0) return;
-  forgetLinks();
-  removed->removeFromSuperview();
-  rearrange();
-}
-
 void StackView::setSpacing(double spacing) {
   if (spacing == spacing_) return;
   spacing_ = spacing;

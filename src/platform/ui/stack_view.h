@@ -12,9 +12,8 @@ namespace linewatch::ui {
 enum class StackAlignment : std::uint8_t { fill, leading, center, trailing };
 
 /// Puts views one after the other with a spacing, by constraints of its own; they fill the stack along its
-/// axis. An arranged view takes no place
-/// while it is hidden or elsewhere. Alignment is across the axis; leading is the top in a
-/// horizontal stack.
+/// axis. An arranged view takes no place while it is hidden or elsewhere. Alignment is across the axis;
+/// leading is the top in a horizontal stack.
 class StackView : public View {
  public:
   explicit StackView(Axis axis) : axis_(axis) {}
@@ -24,8 +23,6 @@ class StackView : public View {
   /// The view becomes a subview that is laid out by constraints.
   void addArrangedSubview(const std::shared_ptr<View>& view);
   void insertArrangedSubview(const std::shared_ptr<View>& view, std::size_t index);
-  /// Out of the arrangement and of the stack.
-  void removeArrangedSubview(const std::shared_ptr<View>& view);
 
   double spacing() const { return spacing_; }
   void setSpacing(double spacing);

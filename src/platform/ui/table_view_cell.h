@@ -31,8 +31,6 @@ class TableViewCell : public View {
   bool isSelected() const { return selected_; }
   void setSelected(bool selected);
 
-  /// Called before the table hands the cell out again.
-  virtual void prepareForReuse() {}
   void draw(Canvas& canvas) override;
 
  private:

@@ -38,6 +38,7 @@ class View : public LayoutItem {
   // ---- The tree ----
 
   View* owningView() override { return this; }
+  const View* owningView() const override { return this; }
   View* superview() const { return superview_; }
   const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
   bool isDescendantOf(const View& view) const;
