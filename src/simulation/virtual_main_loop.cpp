@@ -85,17 +85,27 @@ class VirtualTimer final : public Timer {
 
 VirtualMainLoop::VirtualMainLoop(Date start, Seconds elapsed, std::shared_ptr<Transcript> transcript)
     : start_(start), elapsed_(wholeNanoseconds(elapsed)), transcript_(std::move(transcript)) {
-  transcript_->setTime(elapsed_);
+  transcript_->setTime(elapsed_.load());
 }
 
 VirtualMainLoop::~VirtualMainLoop() { discardAll(); }
 
-void VirtualMainLoop::dispatchAsync(std::function<void()> action) {
-  dispatched_.push_back({true, std::move(action)});
+void VirtualMainLoop::dispatchAsync(std::function<void()> action) { dispatch({true, std::move(action)}); }
+
+void VirtualMainLoop::runElsewhere(std::function<void()> action) { dispatch({false, std::move(action)}); }
+
+void VirtualMainLoop::dispatch(Dispatched dispatched) {
+  const std::lock_guard lock(mutex_);
+  dispatched_.push_back(std::move(dispatched));
 }
 
-void VirtualMainLoop::runElsewhere(std::function<void()> action) {
-  dispatched_.push_back({false, std::move(action)});
+/// None when nothing is left.
+std::optional<VirtualMainLoop::Dispatched> VirtualMainLoop::takeDispatched() {
+  const std::lock_guard lock(mutex_);
+  if (dispatched_.empty()) return std::nullopt;
+  std::optional<Dispatched> next(std::move(dispatched_.front()));
+  dispatched_.pop_front();
+  return next;
 }
 
 std::shared_ptr<Timer> VirtualMainLoop::scheduleTimer(Seconds interval, bool repeats,
@@ -120,24 +130,22 @@ void VirtualMainLoop::runAfter(Seconds delay, std::function<void()> action) {
 
 std::shared_ptr<VirtualTimer> VirtualMainLoop::addTimer(Seconds interval, bool repeats,
                                                         std::function<void()> action) {
-  auto timer = std::make_shared<VirtualTimer>(timers_, Turn{elapsed_, scheduledCount_++}, interval, repeats,
-                                              std::move(action));
+  auto timer = std::make_shared<VirtualTimer>(timers_, Turn{elapsed_.load(), scheduledCount_++}, interval,
+                                              repeats, std::move(action));
   timers_->emplace(timer->turn(), timer);
   return timer;
 }
 
 void VirtualMainLoop::runUntilIdle() {
-  while (!dispatched_.empty()) {
-    const Dispatched next = std::move(dispatched_.front());
-    dispatched_.pop_front();
-    const bool wasOnMainThread = std::exchange(onMainThread_, next.onMainThread);
-    next.action();
+  while (const auto next = takeDispatched()) {
+    const bool wasOnMainThread = std::exchange(onMainThread_, next->onMainThread);
+    next->action();
     onMainThread_ = wasOnMainThread;
   }
 }
 
 void VirtualMainLoop::advance(Seconds seconds) {
-  const Nanoseconds end = later(elapsed_, wholeNanoseconds(seconds));
+  const Nanoseconds end = later(elapsed_.load(), wholeNanoseconds(seconds));
   runUntilIdle();
   while (!timers_->empty() && timers_->begin()->first.first <= end && end != Nanoseconds::max()) {
     fireNextTimer();
@@ -157,14 +165,14 @@ void VirtualMainLoop::fireNextTimer() {
 }
 
 void VirtualMainLoop::moveTo(Nanoseconds time) {
-  elapsed_ = std::max(elapsed_, time);
-  transcript_->setTime(elapsed_);
+  const Nanoseconds now = std::max(elapsed_.load(), time);
+  elapsed_ = now;
+  transcript_->setTime(now);
 }
 
 void VirtualMainLoop::discardAll() {
   // What is dropped may, as it goes, invalidate timers or dispatch more.
-  while (!dispatched_.empty() || !timers_->empty()) {
-    const auto dispatched = std::exchange(dispatched_, {});
+  while (takeDispatched() || !timers_->empty()) {
     const auto timers = std::exchange(*timers_, {});
     for (const auto& [turn, timer] : timers) timer->invalidate();
   }

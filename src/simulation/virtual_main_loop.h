@@ -1,11 +1,15 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
 #include <utility>
 
 #include "platform/main_loop.h"
@@ -14,7 +18,8 @@
 namespace linewatch::simulation {
 
 /// The main loop and the clock in virtual time: time stands still until it is advanced, and then passes at
-/// once. Everything runs on the one real thread, in an order that depends on nothing but the calls made.
+/// once. Everything runs on the thread that made the loop, in an order that depends on nothing but the calls
+/// made. Other real threads may do what `MainLoop` lets them do.
 ///
 /// Time is kept in whole nanoseconds since the start, so that ten steps of 0.1 s are one second. A timer
 /// further ahead than that can count (292 years) never fires.
@@ -26,7 +31,7 @@ class VirtualMainLoop final : public MainLoop {
 
   Date now() const override { return start_ + elapsed(); }
   /// False within what `runElsewhere` runs.
-  bool isMainThread() const override { return onMainThread_; }
+  bool isMainThread() const override { return std::this_thread::get_id() == thread_ && onMainThread_; }
   void dispatchAsync(std::function<void()> action) override;
   /// Timers fire exactly when due; timers due at one time fire in the order in which they were scheduled. A
   /// repeating timer is due at whole multiples of its interval after it was scheduled; its interval is at
@@ -40,7 +45,7 @@ class VirtualMainLoop final : public MainLoop {
   /// none; nothing is recorded. For the world's own doings.
   void runAfter(Seconds delay, std::function<void()> action);
 
-  Seconds elapsed() const { return elapsed_; }
+  Seconds elapsed() const { return elapsed_.load(); }
   /// Runs what is dispatched, and what that dispatches, until nothing is left. No time passes.
   void runUntilIdle();
   /// Lets time pass: runs what is dispatched and every timer that becomes due up to and including the end,
@@ -61,16 +66,21 @@ class VirtualMainLoop final : public MainLoop {
   };
 
   std::shared_ptr<class VirtualTimer> addTimer(Seconds interval, bool repeats, std::function<void()> action);
+  void dispatch(Dispatched dispatched);
+  std::optional<Dispatched> takeDispatched();
   void fireNextTimer();
   void moveTo(Nanoseconds time);
 
   Date start_;
-  Nanoseconds elapsed_;
+  std::atomic<Nanoseconds> elapsed_;
   std::shared_ptr<Transcript> transcript_;
+  std::mutex mutex_;
+  /// Under the mutex.
   std::deque<Dispatched> dispatched_;
   /// Shared so that a timer that outlives the loop can tell.
   std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
   std::uint64_t scheduledCount_ = 0;
+  const std::thread::id thread_ = std::this_thread::get_id();
   bool onMainThread_ = true;
 };
 

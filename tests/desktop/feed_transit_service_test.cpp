@@ -1,9 +1,6 @@
 #include "desktop/feed_transit_service.h"
 
 #include <filesystem>
-#include <functional>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,40 +13,14 @@
 namespace linewatch::desktop {
 namespace {
 
-/// Keeps what is dispatched until the test, as the main thread, runs it.
-class HeldMainLoop final : public MainLoop {
- public:
-  Date now() const override { return Date(Seconds(1'700'000'000)); }
-  bool isMainThread() const override { return std::this_thread::get_id() == main_; }
-  void dispatchAsync(std::function<void()> action) override {
-    const std::lock_guard lock(mutex_);
-    actions_.push_back(std::move(action));
-  }
-  std::shared_ptr<Timer> scheduleTimer(Seconds, bool, std::function<void()>) override { return nullptr; }
-
-  std::size_t run() {
-    std::vector<std::function<void()>> actions;
-    {
-      const std::lock_guard lock(mutex_);
-      actions.swap(actions_);
-    }
-    for (const auto& action : actions) action();
-    return actions.size();
-  }
-
- private:
-  const std::thread::id main_ = std::this_thread::get_id();
-  std::mutex mutex_;
-  std::vector<std::function<void()>> actions_;
-};
-
 TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
-  installPlatform(simulation::SimulatedPlatform::make());
+  const auto world = simulation::SimulatedPlatform::make();
+  installPlatform(world);
   const TemporaryFolder folder;
   const auto routes = folder.path() / "routes.txt", alerts = folder.path() / "alerts.pb";
   writeFile(routes, "route_id\n1\n2\n");
   writeFile(alerts, bytesOf(FeedSketch{}));
-  HeldMainLoop loop;
+  MainLoop& loop = world->mainLoop();
   std::vector<std::string> answers;
   std::shared_ptr<TransitLinesTicket> last;
   const auto submit = [&](FeedTransitService& service) {
@@ -75,7 +46,7 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
   }
   // The service has waited for its look-up; the answer still waits for the main thread.
   EXPECT_TRUE(answers.empty());
-  EXPECT_EQ(loop.run(), 1U);
+  world->runUntilIdle();
   EXPECT_EQ(answers, std::vector<std::string>{"21"});
 
   answers.clear();
@@ -84,7 +55,7 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
     FeedTransitService service(feeds(), loop);
     submit(service);
   }
-  EXPECT_EQ(loop.run(), 1U);
+  world->runUntilIdle();
   EXPECT_EQ(answers,
             std::vector<std::string>{"feed town: " + alerts.string() + ": No such file or directory"});
   installPlatform(nullptr);
