@@ -26,7 +26,9 @@ std::string withoutPassword(std::string location) {
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {
   const Outcome<void*> entry = moduleEntry("network", "linewatch_makeHttpFetcher");
   if (!entry) return entry.error();
-  return std::shared_ptr<HttpFetcher>(reinterpret_cast<HttpFetcher* (*)()>(*entry)());
+  std::shared_ptr<HttpFetcher> fetcher;
+  reinterpret_cast<void (*)(std::shared_ptr<HttpFetcher>&)> (*entry)(fetcher);
+  return fetcher;
 }
 
 }  // namespace linewatch::desktop

@@ -121,8 +121,9 @@ class QtHttpFetcher final : public HttpFetcher {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) HttpFetcher* linewatch_makeHttpFetcher() {
-  return new QtHttpFetcher;
+extern "C" __attribute__((visibility("default"))) void linewatch_makeHttpFetcher(
+    std::shared_ptr<HttpFetcher>& fetcher) {
+  fetcher = std::make_shared<QtHttpFetcher>();
 }
 
 }  // namespace linewatch::desktop
