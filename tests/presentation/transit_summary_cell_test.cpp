@@ -1,4 +1,3 @@
-#include <chrono>
 #include <limits>
 #include <string>
 #include <utility>
@@ -215,9 +214,7 @@ TEST_F(SummaryCell, AnEqualItemChangesNothingAndNoItemShowsNothing) {
 
 TEST_F(SummaryCell, ThousandsOfShieldsCostNoMoreThanThoseThatFit) {
   const std::size_t before = counted_.shields->drawn;
-  const auto start = std::chrono::steady_clock::now();
   show(summary("10000 lines affected", shields(10'000, 1)), 800);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
   EXPECT_LT(counted_.shields->drawn - before, 1000U);
   EXPECT_GT(shieldRow().shownItemCount(), 0U);
   EXPECT_EQ(shieldRow().shownText(), missing(10'000 - shieldRow().shownItemCount()));

@@ -79,15 +79,15 @@ TEST(HttpFetcher, SaysWhatItCouldNotFetchAndWhy) {
     bool goesOn = write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
     while (goesOn) goesOn = write(std::string(65536, 'x'));
   };
-  // Says nothing more until the peer gives up and closes, which the next writes notice.
-  const auto silent = [](const std::string&, const LocalHttpServer::Write& write) {
+  // A little at a time, until the peer gives up and closes.
+  const auto trickling = [](const std::string&, const LocalHttpServer::Write& write) {
     write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
     while (write("x")) usleep(1000);
   };
   for (const Row& row :
        {Row{"a status of failure", always(httpAnswer("503 Busy", "", "sorry")), "status 503"},
         Row{"an endless body", endless, "it is larger than 100000 bytes"},
-        Row{"a body that trickles", silent, "it took too long"},
+        Row{"a body that trickles", trickling, "it took too long"},
         Row{"a body cut short",
             always("HTTP/1.1 200 OK\r\nContent-Length: 100\r\nConnection: close\r\n\r\nfew"), ""},
         Row{"a body that is not packed as it says",
