@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "app/command_line.h"
@@ -10,16 +9,8 @@
 
 namespace linewatch::app {
 
-/// The incidents could not be loaded.
-Report notLoaded(const Error& error);
-/// Wrong usage or unreadable input.
-Report refused(const Error& error);
-
 /// How old what was shown is, as a last line for people; empty when nothing is known of it.
 std::string dataNote(Session& session, const TerminalStyle& style);
-
-/// Runs what the command line asks for and prints what comes of it; the exit status.
-int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);

@@ -1,7 +1,7 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
-#include "desktop/feeds/line_search.h"
+#include "desktop/feeds/line_lookup.h"
 #include "desktop/roles/stderr_log.h"
 
 namespace linewatch::app {

@@ -85,10 +85,6 @@ int complain(const std::string& sentence, int status) {
 
 }  // namespace
 
-Report notLoaded(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 1}; }
-
-Report refused(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 2}; }
-
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
   const auto parsed = parseCommandLine(argc, argv);
   const auto* const line = std::get_if<CommandLine>(&parsed);

@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/error.h"
+
 namespace linewatch::app {
 
 /// What a command gives: text for standard output, a line for standard error when it has one, and the exit
@@ -14,5 +16,10 @@ struct Report {
 
   static Report of(std::string text) { return {.output = std::move(text), .complaint = {}}; }
 };
+
+/// The incidents could not be loaded.
+Report notLoaded(const Error& error);
+/// Wrong usage or unreadable input.
+Report refused(const Error& error);
 
 }  // namespace linewatch::app

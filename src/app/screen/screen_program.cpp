@@ -1,6 +1,7 @@
 #include "app/screen/screen_program.h"
 
-#include "app/commands.h"
+#include "app/program.h"
+#include "app/report.h"
 #include "app/screen/panel_command.h"
 #include "app/screen/qt_messages.h"
 #include "app/screen/render_command.h"

@@ -1,3 +1,5 @@
+#include "desktop/feeds/line_lookup.h"
+
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -6,7 +8,6 @@
 
 #include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
-#include "desktop/feeds/line_search.h"
 #include "desktop/feeds/shield_text.h"
 
 namespace linewatch::desktop {

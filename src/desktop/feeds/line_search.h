@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "desktop/feeds/line_index.h"
-#include "platform/outcome.h"
 
 namespace linewatch::desktop {
 
@@ -32,10 +31,5 @@ struct FoundLine {
 /// starts so, both in natural order; then the rest as the feeds have them, those where a word is but a part
 /// last. Only words of three letters and no digit count as parts. An empty query fits every line.
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
-
-/// The one line that a user names: by its route id, by feed and route id ("Metro:12"), or by a name that no
-/// other line has ("12", "Metro:Red Line"). The error of a name that fits several lines, or none, says which
-/// ones may be meant.
-Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name);
 
 }  // namespace linewatch::desktop

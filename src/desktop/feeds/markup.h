@@ -12,8 +12,7 @@ inline constexpr char kMarkupParagraphBreak = '\x0C';  // an empty line, however
 
 /// The text in a piece of markup: tags and comments dropped, breaks in place of those that break, characters
 /// in place of their names and numbers. Markup that was escaped once too often is undone as well. What only
-/// looks like markup
-/// ("< 5 min", "A & B") stays.
+/// looks like markup ("< 5 min", "A & B") stays.
 std::string textOfMarkup(std::string_view markup);
 
 }  // namespace linewatch::desktop

@@ -3,7 +3,7 @@
 
 #include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
-#include "desktop/feeds/line_search.h"
+#include "desktop/feeds/line_lookup.h"
 
 namespace linewatch::desktop {
 namespace {

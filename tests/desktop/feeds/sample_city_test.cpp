@@ -10,8 +10,8 @@
 #include "desktop/feeds/folder_source.h"
 #include "desktop/feeds/gtfs_reader.h"
 #include "desktop/feeds/incident_records.h"
+#include "desktop/feeds/line_lookup.h"
 #include "desktop/feeds/line_records.h"
-#include "desktop/feeds/line_search.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

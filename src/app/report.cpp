@@ -1,0 +1,15 @@
+#include "app/report.h"
+
+#include "desktop/base/failure.h"
+
+namespace linewatch::app {
+
+Report notLoaded(const Error& error) {
+  return {.output = {}, .complaint = desktop::sentenceOf(error), .status = 1};
+}
+
+Report refused(const Error& error) {
+  return {.output = {}, .complaint = desktop::sentenceOf(error), .status = 2};
+}
+
+}  // namespace linewatch::app
