@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,6 +23,11 @@ constexpr std::string_view kWindowTable = "window";
 constexpr std::string_view kPlainDelimiter = ", ";
 
 std::string_view nameOf(StringTable table) { return table == StringTable::kestrow ? "kestrow" : "widget"; }
+
+/// Language, table and key: what texts are sorted by.
+using TextPlace = std::tuple<std::string_view, std::string_view, std::string_view>;
+
+TextPlace placeOf(const TableText& text) { return {text.language, text.table, text.key}; }
 
 icu::UnicodeString unicode(std::string_view text) {
   return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
@@ -55,16 +62,31 @@ std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
 
 }  // namespace
 
-/// What of ICU is made when it is first needed.
+/// The user's locale, and what ICU made of it when that was first needed.
 struct IcuLocalization::Formats {
   icu::Locale locale;
   std::optional<std::string> listDelimiter;
+  /// By their texts; null for a text that is no format.
+  std::unordered_map<std::string, std::unique_ptr<icu::MessageFormat>> messages;
+
+  const icu::MessageFormat* message(const std::string& text) {
+    const auto [place, isNew] = messages.try_emplace(text);
+    if (isNew) {
+      UErrorCode error = U_ZERO_ERROR;
+      auto made = std::make_unique<icu::MessageFormat>(unicode(text), locale, error);
+      if (U_SUCCESS(error)) place->second = std::move(made);
+    }
+    return place->second.get();
+  }
 };
 
 IcuLocalization::IcuLocalization(const UserLocale& locale, std::span<const TableText> texts)
-    : texts_(texts), languages_(locale.fallbacks()), formats_(std::make_unique<Formats>()) {
+    : texts_(texts.begin(), texts.end()),
+      languages_(locale.fallbacks()),
+      formats_(std::make_unique<Formats>()) {
+  std::ranges::stable_sort(texts_, {}, placeOf);
   std::erase_if(languages_, [this](const std::string& language) {
-    return std::ranges::find(texts_, language, &TableText::language) == texts_.end();
+    return !std::ranges::binary_search(texts_, std::string_view(language), {}, &TableText::language);
   });
   UErrorCode error = U_ZERO_ERROR;
   const auto users = icu::Locale::forLanguageTag(locale.tag(), error);
@@ -90,15 +112,15 @@ std::string IcuLocalization::windowString(std::string_view key, std::string_view
 
 std::string IcuLocalization::format(const std::string& formatText,
                                     std::span<const FormatArgument> arguments) {
-  UErrorCode error = U_ZERO_ERROR;
-  const icu::MessageFormat message(unicode(formatText), formats_->locale, error);
-  if (U_FAILURE(error)) return formatText;
+  const icu::MessageFormat* const message = formats_->message(formatText);
+  if (message == nullptr) return formatText;
   std::vector<icu::Formattable> values;
   values.reserve(arguments.size());
   std::ranges::transform(arguments, std::back_inserter(values), formattable);
   icu::UnicodeString text;
   icu::FieldPosition ignored(icu::FieldPosition::DONT_CARE);
-  message.format(values.data(), static_cast<std::int32_t>(values.size()), text, ignored, error);
+  UErrorCode error = U_ZERO_ERROR;
+  message->format(values.data(), static_cast<std::int32_t>(values.size()), text, ignored, error);
   return U_SUCCESS(error) ? utf8(text) : formatText;
 }
 
@@ -114,10 +136,9 @@ std::string IcuLocalization::joinCommaDelimited(std::span<const std::string_view
 std::string IcuLocalization::lookUp(std::string_view table, std::string_view key,
                                     std::string_view fallback) const {
   for (const std::string& language : languages_) {
-    const auto text = std::ranges::find_if(texts_, [&](const TableText& candidate) {
-      return candidate.key == key && candidate.table == table && candidate.language == language;
-    });
-    if (text != texts_.end()) return std::string(text->text);
+    const TextPlace place(language, table, key);
+    const auto text = std::ranges::lower_bound(texts_, place, {}, placeOf);
+    if (text != texts_.end() && placeOf(*text) == place) return std::string(text->text);
   }
   return std::string(fallback);
 }

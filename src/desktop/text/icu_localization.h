@@ -37,7 +37,8 @@ class IcuLocalization final : public Localization {
   std::string lookUp(std::string_view table, std::string_view key, std::string_view fallback) const;
   const std::string& listDelimiter();
 
-  std::span<const TableText> texts_;
+  /// Sorted by language, table and key.
+  std::vector<TableText> texts_;
   /// Where a text is looked for, one after the other.
   std::vector<std::string> languages_;
   std::unique_ptr<Formats> formats_;
