@@ -9,7 +9,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include "platform/main_loop.h"
@@ -19,7 +18,7 @@ namespace linewatch::simulation {
 
 /// The main loop and the clock in virtual time: time stands still until it is advanced, and then passes at
 /// once. Everything runs on the thread that made the loop, in an order that depends on nothing but the calls
-/// made. Other real threads may do what `MainLoop` lets them do.
+/// made. Another real thread may dispatch to it and read the clock.
 ///
 /// Time is kept in whole nanoseconds since the start, so that ten steps of 0.1 s are one second. A timer
 /// further ahead than that can count (292 years) never fires.
@@ -31,7 +30,7 @@ class VirtualMainLoop final : public MainLoop {
 
   Date now() const override { return start_ + elapsed(); }
   /// False within what `runElsewhere` runs.
-  bool isMainThread() const override { return std::this_thread::get_id() == thread_ && onMainThread_; }
+  bool isMainThread() const override { return onMainThread_; }
   void dispatchAsync(std::function<void()> action) override;
   /// Timers fire exactly when due; timers due at one time fire in the order in which they were scheduled. A
   /// repeating timer is due at whole multiples of its interval after it was scheduled; its interval is at
@@ -80,7 +79,6 @@ class VirtualMainLoop final : public MainLoop {
   /// Shared so that a timer that outlives the loop can tell.
   std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
   std::uint64_t scheduledCount_ = 0;
-  const std::thread::id thread_ = std::this_thread::get_id();
   bool onMainThread_ = true;
 };
 
