@@ -9,8 +9,8 @@
 
 #include "desktop/feeds/gtfs_reader.h"
 #include "desktop/feeds/line_index_encoding.h"
-#include "desktop/feeds/line_records.h"
 #include "desktop/feeds/line_lookup.h"
+#include "desktop/feeds/line_records.h"
 #include "desktop/feeds/utf8.h"
 
 namespace linewatch::desktop {
