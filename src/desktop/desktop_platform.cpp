@@ -96,7 +96,7 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
                 settings_.nowStandsStill ? QtMainLoop::Clock::standsStill : QtMainLoop::Clock::goesOn),
       systemController_(settings_.openActivity),
       device_([this] { return diagnose(); }),
-      givenPreferences_(std::make_shared<Dictionary>(settings_.preferences)) {}
+      givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {}
 
 DesktopPlatform::~DesktopPlatform() = default;
 
@@ -167,7 +167,7 @@ std::shared_ptr<ShieldManager> DesktopPlatform::makeShieldManager() { return scr
 
 std::shared_ptr<PreferencesStore> DesktopPlatform::makePreferencesStore(std::string_view suite) {
   if (saved_) return saved_->preferences(suite);
-  return std::make_shared<OverlaidPreferences>(givenPreferences_, nullptr);
+  return givenPreferences_->inFrontOf(nullptr, suite);
 }
 
 std::shared_ptr<RemoteFavoritesPersister> DesktopPlatform::makeRemoteFavoritesPersister() {

@@ -86,7 +86,7 @@ class DesktopPlatform final : public Platform {
   ui::NotificationCenter notificationCenter_;
   CompanionController systemController_;
   DesktopDevice device_;
-  std::shared_ptr<Dictionary> givenPreferences_;
+  std::shared_ptr<GivenPreferences> givenPreferences_;
   /// Null in a run without saved state.
   std::unique_ptr<SavedState> saved_;
   std::shared_ptr<FeedDocuments> documents_;

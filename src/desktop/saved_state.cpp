@@ -15,14 +15,14 @@ constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 }  // namespace
 
-SavedState::SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<Dictionary> given)
+SavedState::SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given)
     : database_(makeStateDatabase(folders, log)),
       feedCache_(std::make_shared<FeedCache>(makeCacheDatabase(folders, log))),
       given_(std::move(given)) {}
 
 std::shared_ptr<PreferencesStore> SavedState::preferences(std::string_view suite) const {
-  return std::make_shared<OverlaidPreferences>(
-      given_, std::make_shared<StoredPreferences>(database_, std::string(suite), remembered_));
+  return given_->inFrontOf(std::make_shared<StoredPreferences>(database_, std::string(suite), remembered_),
+                           suite);
 }
 
 bool SavedState::recordsAnalytics() const {
@@ -32,8 +32,10 @@ bool SavedState::recordsAnalytics() const {
 
 // NOLINTNEXTLINE(readability-make-member-function-const): what it changes is this object's, if on a disk.
 std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
-  given_->erase(std::string(kAnalyticsKey));
-  return StoredPreferences(database_, std::string(kCompanionAppGroupSuite)).keep(isOn, kAnalyticsKey);
+  auto error = StoredPreferences(database_, std::string(kCompanionAppGroupSuite), remembered_)
+                   .keep(isOn, kAnalyticsKey);
+  if (!error) given_->forget(kAnalyticsKey, kCompanionAppGroupSuite);
+  return error;
 }
 
 }  // namespace linewatch::desktop

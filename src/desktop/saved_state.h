@@ -19,7 +19,7 @@ class SavedState {
  public:
   /// Opens nothing yet; `log` must outlive this. `given` is what stands in front of the preferences for this
   /// run.
-  SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<Dictionary> given);
+  SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given);
 
   /// Any thread, as what is made of it below.
   const SharedDatabase& database() const { return database_; }
@@ -39,7 +39,7 @@ class SavedState {
  private:
   SharedDatabase database_;
   std::shared_ptr<FeedCache> feedCache_;
-  std::shared_ptr<Dictionary> given_;
+  std::shared_ptr<GivenPreferences> given_;
   std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
 };
 

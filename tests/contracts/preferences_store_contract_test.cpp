@@ -5,7 +5,7 @@
 
 #include "contracts/subject.h"
 #include "desktop/recording_log.h"
-#include "desktop/storage/stored_preferences.h"
+#include "desktop/saved_state.h"
 #include "platform/transit_storage_incident.h"
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
@@ -42,17 +42,20 @@ class DesktopProcess final : public Process {
  public:
   DesktopProcess() { restart(); }
   std::shared_ptr<PreferencesStore> makeStore(const std::string& suite) override {
-    return std::make_shared<desktop::StoredPreferences>(database_, suite);
+    return saved_->preferences(suite);
   }
   void restart() override {
-    database_ = desktop::makeStateDatabase(*desktop::StateDirectories::under(folder_.path()), log_);
+    using desktop::GivenPreferences;
+    saved_ =
+        std::make_unique<desktop::SavedState>(*desktop::StateDirectories::under(folder_.path()), log_,
+                                              std::make_shared<GivenPreferences>(Dictionary{{"given", 1}}));
   }
   std::vector<std::string> errorsLogged() override { return log_.lines(); }
 
  private:
   TemporaryFolder folder_;
   desktop::RecordingLog log_;
-  desktop::SharedDatabase database_;
+  std::unique_ptr<desktop::SavedState> saved_;
 };
 
 class PreferencesStoreContract : public testing::TestWithParam<Subject<Process>> {

@@ -1,0 +1,59 @@
+#include "desktop/saved_state.h"
+
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "desktop/recording_log.h"
+#include "platform/companion_application.h"
+#include "platform/transit_storage_incident.h"
+#include "temporary_folder.h"
+
+namespace linewatch::desktop {
+namespace {
+
+class SavedStateTest : public testing::Test {
+ protected:
+  std::shared_ptr<GivenPreferences> given_ = std::make_shared<GivenPreferences>(
+      Dictionary{{"key", "given"}, {"Rova.LineWatch.recordAnalytics", false}, {"other", "given too"}});
+  TemporaryFolder folder_;
+  RecordingLog log_;
+  SavedState saved_{*StateDirectories::under(folder_.path()), log_, given_};
+};
+
+TEST_F(SavedStateTest, WhatIsGivenStandsInFrontUntilSomethingElseIsWritten) {
+  const auto store = saved_.preferences("suite");
+  EXPECT_FALSE(store->setObject(Value(std::make_shared<const TransitStorageIncident>()), "key"));
+  EXPECT_EQ(store->objectForKey("key"), Value("given")) << "after what cannot be written";
+  EXPECT_TRUE(store->setObject("new", "key"));
+  EXPECT_EQ(saved_.preferences("suite")->objectForKey("key"), Value("new"));
+  store->removeObject("other");
+  EXPECT_FALSE(saved_.preferences("suite")->objectForKey("other"));
+  for (const char* key : {"key", "other"}) {
+    EXPECT_THAT(saved_.preferences("other suite")->objectForKey(key)->description(),
+                testing::HasSubstr("given"));
+  }
+}
+
+TEST_F(SavedStateTest, WithoutAStoreEachSuiteIsKeptForTheRun) {
+  const auto store = given_->inFrontOf(nullptr, "suite");
+  EXPECT_EQ(store->objectForKey("key"), Value("given"));
+  EXPECT_TRUE(store->setObject(5, "key"));
+  EXPECT_EQ(given_->inFrontOf(nullptr, "suite")->objectForKey("key"), Value(5));
+  EXPECT_EQ(given_->inFrontOf(nullptr, "other suite")->objectForKey("key"), Value("given"));
+}
+
+TEST_F(SavedStateTest, AnalyticsAreAsGivenUntilTheyAreSwitched) {
+  EXPECT_FALSE(saved_.recordsAnalytics());
+  const std::filesystem::path file = saved_.database()->file();
+  std::filesystem::create_directories(file);
+  EXPECT_TRUE(saved_.setRecordsAnalytics(true));
+  EXPECT_FALSE(saved_.recordsAnalytics()) << "which could not be written";
+  std::filesystem::remove(file);
+  EXPECT_FALSE(saved_.setRecordsAnalytics(true));
+  EXPECT_TRUE(saved_.recordsAnalytics());
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
