@@ -1,7 +1,7 @@
 #include "desktop/storage/stored_analytics.h"
 
-#include <map>
 #include <memory>
+#include <utility>
 
 namespace linewatch::desktop {
 
@@ -59,15 +59,16 @@ std::optional<Error> insertEvent(SqliteDatabase& database, const WidgetInteracti
   return error ? error : dropOldSessions(database, id);
 }
 
-using IncidentsOfSessions = std::map<std::int64_t, std::vector<IncidentAnalyticsItem>>;
-
-StoredWidgetSession sessionIn(const SqliteRow& row, IncidentsOfSessions& incidents) {
+std::shared_ptr<WidgetAnalyticsRecord> recordIn(const SqliteRow& row) {
   auto record = std::make_shared<WidgetAnalyticsRecord>();
-  record->transitIncidents = std::move(incidents[row.integer(0)]);
   record->initiallyExpanded = optionalBool(row, 7);
   record->everExpanded = optionalBool(row, 8);
   record->transitMessageType = optionalInteger(row, 9);
   record->tappedItemIndex = optionalInteger(row, 10);
+  return record;
+}
+
+StoredWidgetSession sessionIn(const SqliteRow& row, std::shared_ptr<const WidgetAnalyticsRecord> record) {
   return {{row.text(1)},
           {row.integer(2), row.integer(3), std::move(record), row.integer(4) != 0, Date(Seconds(row.real(5))),
            Seconds(row.real(6))}};
@@ -97,18 +98,23 @@ void StoredUsageRecorder::captureUserAction(std::string_view action, std::int64_
 
 Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database) {
   std::vector<StoredWidgetSession> sessions;
+  std::int64_t last = 0;
+  std::shared_ptr<WidgetAnalyticsRecord> record;
+  const auto add = [&](const SqliteRow& row) {
+    if (sessions.empty() || row.integer(0) != last) {
+      last = row.integer(0);
+      record = recordIn(row);
+      sessions.push_back(sessionIn(row, record));
+    }
+    if (!row.isNull(11)) record->transitIncidents.push_back({row.text(11), row.optionalText(12)});
+  };
+  // In one statement: in between another program may record a session.
   const auto error = database.read([&](SqliteDatabase& open) {
-    IncidentsOfSessions incidents;
-    auto failed = open.run("SELECT widget_session, line_muid, title FROM shown_incident ORDER BY position",
-                           {}, [&](const SqliteRow& row) {
-                             incidents[row.integer(0)].push_back({row.text(1), row.optionalText(2)});
-                           });
-    if (failed) return failed;
     return open.run(
         "SELECT id, user_session, interaction_type, end_state, was_locked, start, duration, "
-        "initially_expanded, "
-        "ever_expanded, transit_message_type, tapped_item_index FROM widget_session ORDER BY id",
-        {}, [&](const SqliteRow& row) { sessions.push_back(sessionIn(row, incidents)); });
+        "initially_expanded, ever_expanded, transit_message_type, tapped_item_index, line_muid, title "
+        "FROM widget_session LEFT JOIN shown_incident ON widget_session = id ORDER BY id, position",
+        {}, add);
   });
   return error ? Outcome<std::vector<StoredWidgetSession>>(*error) : std::move(sessions);
 }

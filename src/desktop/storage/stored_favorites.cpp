@@ -64,11 +64,15 @@ Outcome<bool> StoredFavorites::remove(const StoredFavorite& favorite) {
   const auto known = list();
   if (!known) return known.error();
   if (std::ranges::find(*known, favorite) == known->end()) return false;
+  // Another program may be first.
+  bool isRemoved = false;
   const auto error = database_->write([&](SqliteDatabase& database) {
-    return database.run("DELETE FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
-                        {nameOf(favorite.kind), favorite.feed, favorite.subject});
+    auto failed = database.run("DELETE FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
+                               {nameOf(favorite.kind), favorite.feed, favorite.subject});
+    isRemoved = database.changedRowCount() > 0;
+    return failed;
   });
-  return error ? Outcome<bool>(*error) : true;
+  return error ? Outcome<bool>(*error) : isRemoved;
 }
 
 Favorites StoredFavoritesPersister::readFavorites() {

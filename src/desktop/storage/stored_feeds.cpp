@@ -30,9 +30,14 @@ Outcome<bool> StoredFeeds::remove(std::string_view name) {
   const auto known = list();
   if (!known) return known.error();
   if (std::ranges::find(*known, name, &StoredFeed::name) == known->end()) return false;
-  const auto error = database_->write(
-      [&](SqliteDatabase& database) { return database.run("DELETE FROM feed WHERE name = ?", {name}); });
-  return error ? Outcome<bool>(*error) : true;
+  // Another program may be first.
+  bool isRemoved = false;
+  const auto error = database_->write([&](SqliteDatabase& database) {
+    auto failed = database.run("DELETE FROM feed WHERE name = ?", {name});
+    isRemoved = database.changedRowCount() > 0;
+    return failed;
+  });
+  return error ? Outcome<bool>(*error) : isRemoved;
 }
 
 }  // namespace linewatch::desktop

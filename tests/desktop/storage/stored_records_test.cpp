@@ -1,5 +1,8 @@
+#include <atomic>
+#include <barrier>
 #include <chrono>
 #include <limits>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -88,6 +91,29 @@ TEST_F(StoredRecordsTest, FeedsAreKeptByName) {
   EXPECT_TRUE(*feeds.remove("metro"));
   EXPECT_FALSE(*feeds.remove("metro"));
   EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(bus));
+}
+
+TEST_F(StoredRecordsTest, OfThoseThatRemoveTheSameOneSaysThatItDid) {
+  const SharedDatabase databases[] = {openState(), openState()};
+  for (int round = 0; round < 10; ++round) {
+    ASSERT_TRUE(*StoredFavorites(databases[0]).add(kRed));
+    ASSERT_TRUE(*StoredFeeds(databases[0]).add({"metro", "/m", ""}));
+    std::atomic<int> favorites = 0, feeds = 0;
+    std::barrier together(2);
+    {
+      std::vector<std::jthread> programs;
+      for (const SharedDatabase& database : databases) {
+        programs.emplace_back([&] {
+          together.arrive_and_wait();
+          favorites += *StoredFavorites(database).remove(kRed) ? 1 : 0;
+          together.arrive_and_wait();
+          feeds += *StoredFeeds(database).remove("metro") ? 1 : 0;
+        });
+      }
+    }
+    ASSERT_EQ(favorites, 1) << round;
+    ASSERT_EQ(feeds, 1) << round;
+  }
 }
 
 TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
@@ -238,6 +264,19 @@ TEST_F(StoredRecordsTest, AnalyticsKeepEveryFieldAndTellAbsentFromZero) {
   EXPECT_THAT(*storedUserActions(*database),
               ElementsAre(StoredUserAction{Date(Seconds(7)), "SHOW_MORE", 706, std::nullopt},
                           StoredUserAction{Date(Seconds(7)), "TAP", -1, ""}));
+}
+
+TEST_F(StoredRecordsTest, AnalyticsGiveEachSessionItsOwnIncidentsInTheirOrder) {
+  auto many = std::make_shared<WidgetAnalyticsRecord>();
+  for (int place = 0; place < 12; ++place) many->transitIncidents.push_back({std::to_string(place), "t"});
+  StoredAnalyticsLogger logger(openState(), [] { return true; });
+  for (const auto& record : {many, std::make_shared<WidgetAnalyticsRecord>(), many}) {
+    logger.captureEvent(eventWith(record), {"session"});
+  }
+  const auto sessions = storedWidgetSessions(*openState());
+  ASSERT_EQ(sessions->size(), 3U);
+  for (const std::size_t place : {0U, 2U}) EXPECT_EQ(*sessions->at(place).event.record, *many);
+  EXPECT_THAT(sessions->at(1).event.record->transitIncidents, IsEmpty());
 }
 
 TEST_F(StoredRecordsTest, AnalyticsDropTheOldest) {
