@@ -1,6 +1,10 @@
 #include "desktop/feed_transit_service.h"
 
+#include <atomic>
 #include <utility>
+
+#include "desktop/base/failure.h"
+#include "platform/log.h"
 
 namespace linewatch::desktop {
 
@@ -16,26 +20,31 @@ class FeedLinesTicket final : public TransitLinesTicket {
         identifiers_(std::move(identifiers)) {}
 
   void submit(Handler handler) override {
+    if (isSubmitted_.exchange(true)) return logError("a lines ticket was submitted again");
     const auto queue = queue_.lock();
-    if (!queue) return;
-    queue->post(
-        [feeds = feeds_, &mainLoop = mainLoop_, identifiers = identifiers_, handler = std::move(handler)] {
-          Outcome<TransitLineItems> items = feeds->lineItems(identifiers, mainLoop.now());
-          mainLoop.dispatchAsync([items = std::move(items), handler] {
-            if (items) {
-              handler(std::make_shared<const TransitLineItems>(*items), std::nullopt);
-            } else {
-              handler(nullptr, items.error());
-            }
-          });
+    const bool isPosted =
+        queue && queue->post([feeds = feeds_, &mainLoop = mainLoop_, identifiers = identifiers_, handler] {
+          answer(mainLoop, handler, feeds->lineItems(identifiers, mainLoop.now()));
         });
+    if (!isPosted) answer(mainLoop_, handler, failure("transit service", "", "it takes no more look-ups"));
   }
 
  private:
+  static void answer(MainLoop& mainLoop, const Handler& handler, Outcome<TransitLineItems> items) {
+    mainLoop.dispatchAsync([items = std::move(items), handler] {
+      if (items) {
+        handler(std::make_shared<const TransitLineItems>(*items), std::nullopt);
+      } else {
+        handler(nullptr, items.error());
+      }
+    });
+  }
+
   std::shared_ptr<TransitFeeds> feeds_;
   MainLoop& mainLoop_;
   std::weak_ptr<BackgroundQueue> queue_;
   std::vector<MapItemIdentifier> identifiers_;
+  std::atomic<bool> isSubmitted_ = false;
 };
 
 }  // namespace

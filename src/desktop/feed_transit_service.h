@@ -12,7 +12,8 @@ namespace linewatch::desktop {
 
 /// The transit service over open feeds. Look-ups run one after the other on a thread of the service's own, so
 /// that a slow server never holds up the main thread; their answers arrive on the main thread. The main loop
-/// must outlive the service, which waits for a look-up that is running when it is destroyed.
+/// must outlive the tickets and the service, which waits for the look-ups submitted when it is destroyed. A
+/// ticket that comes later is answered with an error.
 class FeedTransitService final : public TransitService {
  public:
   FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop)

@@ -22,7 +22,8 @@ class TransitLinesTicket {
   virtual ~TransitLinesTicket() = default;
 
   /// Starts the look-up and returns. `handler` is called exactly once, on the main thread, later than this
-  /// call returns. May be called on any thread.
+  /// call returns. A second submission starts nothing, is logged, and its handler never called. May be called
+  /// on any thread.
   virtual void submit(Handler handler) = 0;
 };
 

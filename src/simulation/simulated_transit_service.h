@@ -5,8 +5,7 @@
 
 namespace linewatch::simulation {
 
-/// Answers look-ups from the world, as the world's service says. A submission is recorded as "lookup"; a
-/// ticket's second submission is ignored and logged.
+/// Answers look-ups from the world, as the world's service says. A submission is recorded as "lookup".
 class SimulatedTransitService final : public TransitService {
  public:
   explicit SimulatedTransitService(SharedBackstage backstage) : backstage_(std::move(backstage)) {}

@@ -58,6 +58,16 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
   world->runUntilIdle();
   EXPECT_EQ(answers,
             std::vector<std::string>{"feed town: " + alerts.string() + ": No such file or directory"});
+
+  answers.clear();
+  auto service = std::make_unique<FeedTransitService>(feeds(), loop);
+  service->finish();
+  submit(*service);
+  const auto ticket = service->ticketForTransitLines({});
+  service = nullptr;
+  ticket->submit([&](const auto&, const auto& error) { answers.push_back(sentenceOf(*error)); });
+  world->runUntilIdle();
+  EXPECT_EQ(answers, std::vector<std::string>(2, "transit service: it takes no more look-ups"));
   installPlatform(nullptr);
 }
 

@@ -29,10 +29,10 @@ BackgroundQueue::BackgroundQueue() : posted_(std::make_shared<Posted>()) {}
 
 BackgroundQueue::~BackgroundQueue() { finish(); }
 
-void BackgroundQueue::post(std::function<void()> action) {
+bool BackgroundQueue::post(std::function<void()> action) {
   {
     const std::lock_guard lock(posted_->mutex);
-    if (posted_->isFinished) return;
+    if (posted_->isFinished) return false;
     posted_->actions.push_back(std::move(action));
     if (!thread_.joinable()) {
       thread_ = std::thread([posted = posted_] {
@@ -41,6 +41,7 @@ void BackgroundQueue::post(std::function<void()> action) {
     }
   }
   posted_->changed.notify_one();
+  return true;
 }
 
 void BackgroundQueue::finish() {

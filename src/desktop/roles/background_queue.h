@@ -16,9 +16,9 @@ class BackgroundQueue {
   BackgroundQueue(const BackgroundQueue&) = delete;
   BackgroundQueue& operator=(const BackgroundQueue&) = delete;
 
-  /// Runs `action` exactly once, on the queue's thread; not at all when the queue has been finished. Any
-  /// thread.
-  void post(std::function<void()> action);
+  /// Runs `action` exactly once, on the queue's thread. False, and it is not run at all, when the queue has
+  /// been finished. Any thread.
+  bool post(std::function<void()> action);
   /// Waits until everything posted has run, and ends the thread. What runs on the queue itself may call this
   /// too, and then it does not wait. Whoever owns what the actions use calls it before that goes.
   void finish();
