@@ -4,12 +4,18 @@
 #include <QSocketNotifier>
 #include <QThread>
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <ctime>
+#include <string>
+#include <system_error>
 
 #include <sys/timerfd.h>
 #include <unistd.h>
+
+#include "desktop/roles/stderr_log.h"
 
 namespace linewatch::desktop {
 
@@ -36,7 +42,13 @@ timespec toTimespec(Seconds time) {
 
 /// The scheduled timers by their turn, and the kernel's timer that wakes the loop for the first.
 struct QtMainLoop::Timers {
-  Timers() : descriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {}
+  Timers() : descriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    if (descriptor >= 0) return;
+    // The platform whose log would be asked is only being made.
+    const std::string why = std::generic_category().message(errno);
+    StderrLog(false).write({LogLevel::error, kLogCategory, "there is no timer to be had: %@", {why}});
+    std::abort();
+  }
   ~Timers() { close(descriptor); }
   Timers(const Timers&) = delete;
   Timers& operator=(const Timers&) = delete;

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace linewatch::desktop {
 namespace {
@@ -70,6 +71,15 @@ TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
   EXPECT_FALSE(timer->isValid());
   timer->setTolerance(Seconds(1));
   timer->invalidate();
+}
+
+TEST(QtMainLoopDeathTest, SaysWhyItCannotKeepTime) {
+  const auto keepTimeWithoutFiles = [] {
+    const rlimit none{0, 0};
+    setrlimit(RLIMIT_NOFILE, &none);
+    QtMainLoop loop;
+  };
+  EXPECT_DEATH(keepTimeWithoutFiles(), "there is no timer to be had: Too many open files");
 }
 
 }  // namespace
