@@ -55,8 +55,9 @@ std::optional<Error> TransitFeeds::followWhileLoading() {
     if (known != feeds_.end())
       loaded[feed] = std::move(loaded_[static_cast<std::size_t>(known - feeds_.begin())]);
   }
-  feeds_ = std::move(*now);
-  loaded_ = std::move(loaded);
+  feeds_.swap(*now);
+  // What is not kept goes without the lock.
+  loaded_.swap(loaded);
   return std::nullopt;
 }
 
@@ -87,7 +88,7 @@ Outcome<SharedLineIndex> TransitFeeds::load(std::size_t feed) {
   if (loaded.lines) return loaded.lines;
   auto lines = documents_->lineIndexOf(feeds_[feed]);
   if (!lines) return lines.error();
-  auto records = std::make_unique<LineRecords>(*lines);
+  auto records = std::make_shared<LineRecords>(*lines);
   const std::lock_guard lock(mutex_);
   loaded.lines = std::move(*lines);
   loaded.records = std::move(records);
@@ -99,10 +100,12 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
   std::set<std::size_t> read;
   const auto places = find(identifiers);
   const std::optional<Error> error = places ? loadIncidents(*places, read) : places.error();
-  const std::lock_guard lock(mutex_);
-  states_ = statesLocked(read);
+  {
+    const std::lock_guard lock(mutex_);
+    states_ = statesLocked(read);
+  }
   if (error) return *error;
-  return lineItemsLocked(*places, now);
+  return makeLineItems(*places, now);
 }
 
 Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
@@ -141,12 +144,13 @@ std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
   auto incidents = std::make_shared<const IncidentTable>(*alerts, loaded.lines);
   report(feeds_[feed].name, *incidents);
   const std::lock_guard lock(mutex_);
-  loaded.alerts = std::move(*alerts);
-  loaded.incidents = std::move(incidents);
+  // Those held before go without the lock.
+  loaded.alerts.swap(*alerts);
+  loaded.incidents.swap(incidents);
   return std::nullopt;
 }
 
-TransitLineItems TransitFeeds::lineItemsLocked(std::span<const Place> places, Date now) {
+TransitLineItems TransitFeeds::makeLineItems(std::span<const Place> places, Date now) {
   std::map<std::size_t, IncidentRecords> incidents;
   TransitLineItems items;
   items.reserve(places.size());
@@ -154,23 +158,27 @@ TransitLineItems TransitFeeds::lineItemsLocked(std::span<const Place> places, Da
     const LoadedFeed& feed = loaded_[place.feed];
     IncidentRecords& records =
         incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
-    items.push_back(std::make_shared<const TransitLineRecord>(feed.records->lineFieldsOfRoute(place.route),
+    items.push_back(std::make_shared<const TransitLineRecord>(lineFields(*feed.records, place.route),
                                                               records.ofRoute(place.route)));
   }
   return items;
 }
 
 TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const std::uint64_t> muids) {
-  const std::lock_guard lock(mutex_);
   LinesOfIncidents lines;
   for (const std::uint64_t muid : muids) lines[muid];
-  for (LoadedFeed& feed : loaded_) {
+  for (const LoadedFeed& feed : loadedFeeds()) {
     if (feed.incidents) addLinesWithIncidents(feed, lines);
   }
   return lines;
 }
 
-void TransitFeeds::addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const {
+std::vector<TransitFeeds::LoadedFeed> TransitFeeds::loadedFeeds() const {
+  const std::lock_guard lock(mutex_);
+  return loaded_;
+}
+
+void TransitFeeds::addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncidents& lines) {
   const IncidentRecords records(feed.incidents, language_, Date{});
   std::map<std::uint32_t, std::uint64_t> wanted;
   for (std::uint32_t place = 0; place < feed.incidents->incidents().size(); ++place) {
@@ -181,9 +189,14 @@ void TransitFeeds::addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lin
   for (std::size_t route = 0; route < feed.lines->routes().size(); ++route) {
     for (const std::uint32_t place : feed.incidents->incidentsOfRoute(route)) {
       const auto incident = wanted.find(place);
-      if (incident != wanted.end()) lines[incident->second].push_back(feed.records->lineFieldsOfRoute(route));
+      if (incident != wanted.end()) lines[incident->second].push_back(lineFields(*feed.records, route));
     }
   }
+}
+
+std::shared_ptr<const TransitLineFields> TransitFeeds::lineFields(LineRecords& records, std::size_t route) {
+  const std::lock_guard lock(recordsMutex_);
+  return records.lineFieldsOfRoute(route);
 }
 
 std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {

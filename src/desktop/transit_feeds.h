@@ -75,7 +75,7 @@ class TransitFeeds {
     SharedLineIndex lines;
     SharedAlertsMessage alerts;
     SharedIncidentTable incidents;
-    std::unique_ptr<LineRecords> records;
+    std::shared_ptr<LineRecords> records;
   };
   struct Place {
     std::size_t feed;
@@ -88,9 +88,12 @@ class TransitFeeds {
   /// Of the places' feeds, each once; `read` gets those that could be had.
   std::optional<Error> loadIncidents(std::span<const Place> places, std::set<std::size_t>& read);
   std::optional<Error> loadIncidents(std::size_t feed);
-  TransitLineItems lineItemsLocked(std::span<const Place> places, Date now);
+  /// While loading.
+  TransitLineItems makeLineItems(std::span<const Place> places, Date now);
+  std::vector<LoadedFeed> loadedFeeds() const;
   std::vector<AlertsState> statesLocked(const std::set<std::size_t>& read) const;
-  void addLinesWithIncidents(LoadedFeed& feed, LinesOfIncidents& lines) const;
+  void addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncidents& lines);
+  std::shared_ptr<const TransitLineFields> lineFields(LineRecords& records, std::size_t route);
 
   const Source source_;
   const std::shared_ptr<FeedDocuments> documents_;
@@ -99,11 +102,13 @@ class TransitFeeds {
   /// Held while feeds are loaded, which may take as long as a server does.
   std::mutex loadingMutex_;
   /// Guards the feeds, and is held for moments only. They are changed under both, so that whoever loads may
-  /// read without it; a feed's records, which readers fill, are used under it.
+  /// read without it.
   mutable std::mutex mutex_;
   std::vector<StoredFeed> feeds_;
   std::vector<LoadedFeed> loaded_;
   std::vector<AlertsState> states_;
+  /// Of any feed: whoever reads a feed's records fills them. Taken under none but the loading one.
+  std::mutex recordsMutex_;
 };
 
 }  // namespace linewatch::desktop

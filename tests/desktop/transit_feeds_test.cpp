@@ -1,5 +1,10 @@
 #include "desktop/transit_feeds.h"
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -144,6 +149,34 @@ TEST_F(TransitFeedsTest, TellsWhichLinesHaveAnIncident) {
   EXPECT_EQ(namesOf(muids[0]), "bus one. bus two. ");
   EXPECT_EQ(namesOf(muids[1]), "") << "this feed was not";
   EXPECT_EQ(namesOf(7), "");
+}
+
+TEST_F(TransitFeedsTest, AnswersAtOnceWhatNeedsNoWaitingWhileLinesAreLookedThrough) {
+  StoredFeed city = feed("city", {.alerts = {{.id = "storm", .selectors = {{.type = 3}}}}});
+  std::string routes = "route_id,route_type\n";
+  for (int route = 0; route < 50'000; ++route) routes += std::to_string(route) + ",3\n";
+  writeFile(std::filesystem::path(city.gtfs) / "routes.txt", routes);
+  TransitFeeds feeds(always({city}), documents(), {});
+  ASSERT_THAT(lines(feeds, {line("city", "1")}), ElementsAre(HasSubstr("1: ")));
+
+  using Clock = std::chrono::steady_clock;
+  std::atomic<bool> isDone = false;
+  Clock::duration whole{}, longestWait{};
+  std::thread thread([&] {
+    const auto start = Clock::now();
+    const std::uint64_t storm = stableMuid("city", "storm");
+    EXPECT_EQ(feeds.linesWithIncidents({&storm, 1}).at(storm).size(), 50'000U);
+    whole = Clock::now() - start;
+    isDone = true;
+  });
+  while (!isDone) {
+    const auto start = Clock::now();
+    EXPECT_EQ(feeds.alertsStates().size(), 1U);
+    longestWait = std::max(longestWait, Clock::now() - start);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  thread.join();
+  EXPECT_LT(longestWait, whole / 2);
 }
 
 TEST_F(TransitFeedsTest, WhatIsNotKnownIsAnErrorAndNoGoodService) {
