@@ -41,6 +41,15 @@ SharedLine lineToLookUp(const std::string& feed, const std::string& routeId) {
       TransitIncidents{});
 }
 
+Favorites toLookUp(const std::vector<StoredFavorite>& lines) {
+  Favorites favorites;
+  favorites.reserve(lines.size());
+  for (const StoredFavorite& line : lines) {
+    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line.feed, line.subject)});
+  }
+  return favorites;
+}
+
 }  // namespace
 
 StoredFavorite favoriteOf(const FoundLine& line) {
@@ -72,39 +81,38 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 }
 
 Favorites UserFavorites::read() const {
-  Favorites unread{FavoriteTransitLine{lineToLookUp("", "")}};
-  const auto known = lines();
-  if (!known) return unread;
-  if (const auto* const saved = std::get_if<Saved>(&source_)) {
-    const auto areSample = saved->areOfSampleCity();
-    if (areSample && !*areSample) {
-      auto favorites = StoredFavoritesPersister(saved->state, lineToLookUp).read();
-      return favorites ? *std::move(favorites) : unread;
-    }
-  }
-  Favorites favorites;
-  favorites.reserve(known->size());
-  for (const StoredFavorite& line : *known) {
-    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line.feed, line.subject)});
-  }
-  return favorites;
+  if (const auto* const given = std::get_if<Given>(&source_)) return toLookUp(given->lines);
+  const Saved& saved = std::get<Saved>(source_);
+  auto favorites = saved.favorites();
+  if (favorites) return *std::move(favorites);
+  saved.state->report(favorites.error());
+  return {FavoriteTransitLine{lineToLookUp("", "")}};
 }
 
-Outcome<bool> UserFavorites::Saved::areOfSampleCity() const {
+Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
   const auto feeds = ShownFeeds(state, sampleCity).read();
   if (!feeds) return feeds.error();
-  return isSampleCity(*feeds) && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey);
+  if (!isSampleCity(*feeds)) return Owner::user;
+  const auto isChanged = programPreferences(state).read(kSampleFavoritesChangedKey);
+  if (!isChanged) return isChanged.error();
+  return *isChanged == Value(true) ? Owner::userInSampleCity : Owner::sampleCity;
+}
+
+Outcome<Favorites> UserFavorites::Saved::favorites() const {
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose != Owner::sampleCity) return StoredFavoritesPersister(state, lineToLookUp).read();
+  const auto sample = sampleFavorites(sampleCity);
+  return sample ? toLookUp(*sample) : Outcome<Favorites>(sample.error());
 }
 
 Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
-  const auto feeds = ShownFeeds(state, sampleCity).read();
-  if (!feeds) return feeds.error();
-  const bool isSample = isSampleCity(*feeds);
-  if (isSample && !programPreferences(state).boolForKey(kSampleFavoritesChangedKey))
-    return sampleFavorites(sampleCity);
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose == Owner::sampleCity) return sampleFavorites(sampleCity);
   auto stored = StoredFavorites(state).list();
   if (!stored) return stored;
-  std::erase_if(*stored, [isSample](const StoredFavorite& favorite) {
+  std::erase_if(*stored, [isSample = *whose == Owner::userInSampleCity](const StoredFavorite& favorite) {
     return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != isSample;
   });
   return stored;
@@ -112,9 +120,9 @@ Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
 
 Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
   StoredFavorites stored(state);
-  auto isSample = areOfSampleCity();
-  if (!isSample) return isSample;
-  if (*isSample) {
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose == Owner::sampleCity) {
     const auto sample = sampleFavorites(sampleCity);
     if (!sample) return sample.error();
     for (const StoredFavorite& each : *sample) {

@@ -34,8 +34,8 @@ class UserFavorites {
   Outcome<std::vector<StoredFavorite>> lines() const;
   /// Adds or removes; false when that changes nothing. Given favourites cannot be changed.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
-  /// As the widget takes them, of every kind. Those that cannot be read are one line, `unreadFavorites()`:
-  /// none at all would look as if the user had none.
+  /// As the widget takes them, of every kind. Those that cannot be read are one line, `unreadFavorites()`,
+  /// and a line in the log: none at all would look as if the user had none.
   Favorites read() const;
 
  private:
@@ -46,7 +46,11 @@ class UserFavorites {
     SharedDatabase state;
     std::filesystem::path sampleCity;
 
-    Outcome<bool> areOfSampleCity() const;
+    /// Whose favourites are shown.
+    enum class Owner { user, userInSampleCity, sampleCity };
+
+    Outcome<Owner> owner() const;
+    Outcome<Favorites> favorites() const;
     Outcome<std::vector<StoredFavorite>> lines() const;
     Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
   };

@@ -44,6 +44,7 @@ void RememberedPreferences::remember(std::string_view suite, std::string_view ke
 
 std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
   auto value = read(key);
+  if (!value) database_->report(value.error());
   if (!value && !isBusy(value.error())) return std::nullopt;
   if (!value || database_->isBehind()) {
     if (auto remembered = remembered_->find(suite_, key)) return *std::move(remembered);
@@ -63,7 +64,6 @@ Outcome<std::optional<Value>> StoredPreferences::read(std::string_view key) cons
                           if (!isTooLarge) bytes = row.bytes(1);
                         });
   });
-  database_->report(error);
   if (error) return *error;
   if (isTooLarge) database_->report(failureAt(key, "the stored value is larger than any preference"));
   auto value = bytes ? cbor::valueIn(*bytes) : std::nullopt;

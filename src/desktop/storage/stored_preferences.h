@@ -48,14 +48,15 @@ class StoredPreferences final : public PreferencesStore {
   std::optional<Value> objectForKey(std::string_view key) const override;
   bool setObject(Value value, std::string_view key) override;
   void removeObject(std::string_view key) override;
-  /// As `setObject`, for those who hand the error on.
+  /// As `objectForKey` and `setObject`, for those who hand the error on. What is remembered is no answer
+  /// here.
+  Outcome<std::optional<Value>> read(std::string_view key) const;
   std::optional<Error> keep(const Value& value, std::string_view key);
 
  private:
   Outcome<StoredDatabase::Operation> keeping(const Value& value, std::string_view key) const;
   Error failureAt(std::string_view key, std::string_view why) const;
 
-  Outcome<std::optional<Value>> read(std::string_view key) const;
   bool mayBeThere(std::string_view key) const;
 
   SharedDatabase database_;
