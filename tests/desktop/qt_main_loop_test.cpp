@@ -73,7 +73,18 @@ TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
   timer->invalidate();
 }
 
+// The sanitizer for undefined behaviour opens a pipe to look at an object of a type that is new to it, and
+// takes the object for broken where no file can be opened.
+#ifdef __clang__
+#if __has_feature(undefined_behavior_sanitizer)
+#define LINEWATCH_NEEDS_FILES
+#endif
+#endif
+
 TEST(QtMainLoopDeathTest, SaysWhyItCannotKeepTime) {
+#ifdef LINEWATCH_NEEDS_FILES
+  GTEST_SKIP() << "the sanitizer cannot do without files";
+#endif
   const auto keepTimeWithoutFiles = [] {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_NOFILE, &none);
