@@ -4,6 +4,7 @@
 #include <QSaveFile>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
 #include <system_error>
 
@@ -11,6 +12,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "desktop/base/byte_size.h"
 #include "desktop/base/failure.h"
 
 namespace linewatch::desktop {
@@ -65,6 +67,18 @@ class Wait {
 bool namesSomethingOpen(const fs::path& file) {
   std::error_code ignored;
   return fs::canonical(file.parent_path(), ignored).string().starts_with("/proc/");
+}
+
+/// What a name such as /dev/stdout stands for in this process; absent for other names. To open it by the name
+/// would begin anew at a place of its own in the file, and whoever has it open too would write over it.
+std::optional<int> ownDescriptor(const fs::path& file) {
+  std::error_code ignored;
+  if (fs::canonical(file.parent_path(), ignored) != fs::canonical("/proc/self/fd", ignored))
+    return std::nullopt;
+  const std::string name = file.filename().string();
+  int number = 0;
+  const auto [end, fault] = std::from_chars(name.data(), name.data() + name.size(), number);
+  return fault == std::errc() && end == name.data() + name.size() ? std::optional(number) : std::nullopt;
 }
 
 /// Where links lead; the last of them where there are too many.
@@ -122,9 +136,10 @@ std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
     return to.open(QIODevice::WriteOnly) && isWritten(to, bytes) && to.commit() ? std::nullopt
                                                                                 : std::optional(failed(to));
   }
-  // Others may have written to what is open, and go on behind it.
   QFile to(name);
-  return to.open(QIODevice::Append) && isWritten(to, bytes) ? std::nullopt : std::optional(failed(to));
+  const auto descriptor = ownDescriptor(target);
+  const bool isOpen = descriptor ? to.open(*descriptor, QIODevice::WriteOnly) : to.open(QIODevice::WriteOnly);
+  return isOpen && isWritten(to, bytes) ? std::nullopt : std::optional(failed(to));
 }
 
 }  // namespace linewatch::desktop

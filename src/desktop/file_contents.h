@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "desktop/base/byte_size.h"
 #include "platform/date.h"
 #include "platform/error.h"
 #include "platform/outcome.h"
@@ -14,7 +15,7 @@
 namespace linewatch::desktop {
 
 /// No file that the user names is read beyond this.
-inline constexpr std::size_t kLargestFile = std::size_t{64} << 20U;
+inline constexpr std::size_t kLargestFile = 64 * kMebibyte;
 
 /// How far a file is read. One that goes on beyond it, as some devices do for ever, is an error.
 struct ReadingLimits {

@@ -5,6 +5,7 @@
 #include <stop_token>
 #include <string>
 
+#include "desktop/base/byte_size.h"
 #include "platform/date.h"
 #include "platform/outcome.h"
 #include "platform/value.h"
@@ -14,7 +15,8 @@ namespace linewatch::desktop {
 /// How long a feed may take to come.
 inline constexpr Seconds kFetchTimeout{20};
 
-/// One GET. What the held copy came with makes it conditional; empty texts leave the condition out.
+/// One GET. `etag` and `lastModified` are those of the copy that is held already; one that is not empty makes
+/// the GET conditional.
 struct HttpRequest {
   std::string url;
   std::string etag;
@@ -22,7 +24,7 @@ struct HttpRequest {
   /// For the whole exchange, so that a server that trickles or never ends cannot hold it open.
   Seconds timeout = kFetchTimeout;
   /// Of the body when unpacked.
-  std::size_t maximumBytes = std::size_t{64} << 20U;
+  std::size_t maximumBytes = 64 * kMebibyte;
   /// Once a stop is requested, on any thread, the exchange ends with an error.
   std::stop_token stop = {};
 };

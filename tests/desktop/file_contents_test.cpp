@@ -88,14 +88,18 @@ TEST_F(WriteWholeTest, WhatIsNoPlainFileIsWrittenAsItIs) {
 
 // The shell goes on with the file that it has open.
 TEST_F(WriteWholeTest, AFileThatIsOpenUnderAnotherNameIsWrittenOn) {
-  const std::string file = folder_.write("open", "before");
+  const std::string file = folder_ / "open";
   const auto closed = [](std::FILE* open) { std::fclose(open); };
-  const std::unique_ptr<std::FILE, decltype(closed)> open(std::fopen(file.c_str(), "r"), closed);
+  const std::unique_ptr<std::FILE, decltype(closed)> open(std::fopen(file.c_str(), "w+"), closed);
+  std::fputs("before", open.get());
+  std::fflush(open.get());
   fs::create_symlink("/dev/fd/" + std::to_string(fileno(open.get())), folder_ / "output");
   EXPECT_EQ(write("output", "now"), "");
-  std::array<char, 16> text{};
-  EXPECT_EQ(std::fread(text.data(), 1, text.size(), open.get()), 9U);
-  EXPECT_STREQ(text.data(), "beforenow");
+  std::fputs("after", open.get());
+  std::rewind(open.get());
+  std::array<char, 32> text{};
+  std::fread(text.data(), 1, text.size() - 1, open.get());
+  EXPECT_STREQ(text.data(), "beforenowafter");
 }
 
 class ContentsOfTest : public testing::Test {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -27,14 +26,6 @@ inline std::string sentenceOf(const Error& error) {
   const std::string* const text =
       sentence == error.info.end() ? nullptr : sentence->second.get<std::string>();
   return text == nullptr ? error.description() : *text;
-}
-
-inline constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
-
-/// A limit on bytes, for people.
-inline std::string sizeInWords(std::size_t bytes) {
-  return bytes % kMebibyte == 0 ? std::to_string(bytes / kMebibyte) + " MiB"
-                                : std::to_string(bytes) + " bytes";
 }
 
 /// The same failure as a part of something larger, which its sentence names first.

@@ -9,6 +9,7 @@
 #include <bzlib.h>
 
 #include "activity/user_activity_data.h"
+#include "desktop/base/byte_size.h"
 #include "desktop/base/failure.h"
 
 namespace linewatch::desktop {
@@ -16,7 +17,7 @@ namespace linewatch::desktop {
 namespace {
 
 // A record is a few kilobytes; what unpacks to more is not one.
-constexpr std::size_t kLargestRecord = std::size_t{64} << 20U;
+constexpr std::size_t kLargestRecord = 64 * kMebibyte;
 constexpr std::array<std::uint8_t, 3> kBzip2Magic = {'B', 'Z', 'h'};
 // Under which the rows' activities carry their bytes.
 constexpr std::array<const char*, 2> kByteKeys = {kActivityRecordKey, kIncidentListKey};

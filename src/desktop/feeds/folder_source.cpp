@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "desktop/base/byte_size.h"
 #include "desktop/base/failure.h"
 
 namespace linewatch::desktop {

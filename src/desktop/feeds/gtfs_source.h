@@ -5,12 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "desktop/base/byte_size.h"
 #include "platform/outcome.h"
 
 namespace linewatch::desktop {
 
 /// More than any feed needs for a table of its lines or agencies; a larger file is refused unread.
-inline constexpr std::size_t kLargestGtfsTable = std::size_t{64} << 20U;
+inline constexpr std::size_t kLargestGtfsTable = 64 * kMebibyte;
 
 /// Where the tables of a timetable feed lie: a folder, or an archive. Used by one thread at a time. Its
 /// errors name a table, not the place of the whole: that is known to who opened it.

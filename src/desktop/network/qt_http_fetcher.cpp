@@ -8,6 +8,7 @@
 #include <stop_token>
 #include <string>
 
+#include "desktop/base/byte_size.h"
 #include "desktop/base/failure.h"
 #include "desktop/http_fetcher.h"
 

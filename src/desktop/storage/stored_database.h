@@ -29,7 +29,8 @@ struct DatabaseSchema {
   std::int32_t applicationId;
   /// The statements that lead from each version to the next, the first ones from an empty file to version 1.
   std::span<const std::string_view> migrations;
-  /// What a user can do when a damaged file was set aside; empty when there is nothing to do.
+  /// What a user can do when a damaged file was set aside; empty when there is nothing to do, as everything
+  /// in it can be had again.
   std::string_view remedy = {};
 };
 

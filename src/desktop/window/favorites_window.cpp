@@ -128,7 +128,10 @@ void FavoritesWindow::readAgain() {
 /// What cannot be read just now may be as it was.
 void FavoritesWindow::followChanges() {
   auto stored = services_.favorites();
-  if (!stored) return;
+  if (!stored) {
+    if (favoritesError_) showError(favoritesError_.emplace(stored.error()));
+    return;
+  }
   favorites_ = std::move(*stored);
   if (std::exchange(favoritesError_, std::nullopt)) {
     retry_->stop();

@@ -6,6 +6,7 @@
 
 #include <zip.h>
 
+#include "desktop/base/byte_size.h"
 #include "desktop/base/failure.h"
 #include "desktop/zip_source.h"
 

@@ -118,7 +118,7 @@ class CompanionTest : public PanelTest {
   }
   FavoritesServices favoritesServices() {
     return {.favorites = [this]() -> Outcome<std::vector<StoredFavorite>> {
-              if (isUnreadable_) return failure("state database", "", "another program is using it");
+              if (!whyUnreadable_.empty()) return failure("state database", "", whyUnreadable_);
               return stored_;
             },
             .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
@@ -154,7 +154,8 @@ class CompanionTest : public PanelTest {
   std::function<void(const FeedLines&)> linesLoaded_;
   std::optional<Error> linesError_;
   bool isReadOnly_ = false;
-  bool isUnreadable_ = false;
+  /// Empty while the favourites can be read.
+  std::string whyUnreadable_;
   int changes_ = 0;
 };
 
@@ -275,7 +276,7 @@ TEST_F(CompanionTest, FollowsWhatIsChangedElsewhereWithoutDisturbing) {
   companion_->favoritesDidChange();
   EXPECT_EQ(namesIn(list), found) << "the search goes on";
   for (int row = 0; row < list.count(); ++row) EXPECT_EQ(list.item(row)->checkState(), Qt::Unchecked) << row;
-  isUnreadable_ = true;
+  whyUnreadable_ = "another program is using it";
   companion_->favoritesDidChange();
   EXPECT_EQ(namesIn(list), found) << "what cannot be read just now may be as it was";
   linesLoaded_({.indexes = {cityLines(), cityLines()}});
@@ -327,19 +328,22 @@ TEST_F(CompanionTest, GoesOnWithoutAFeedThatCannotBeReadButNotWithoutTheFavourit
     EXPECT_EQ(list.count(), found);
     EXPECT_THAT(hints(), Contains("feed town: /town: no such file or folder")) << searched;
   }
-  isUnreadable_ = true;
+  whyUnreadable_ = "another program is using it";
   EXPECT_EQ(&openFavorites(), &list);
   EXPECT_EQ(list.count(), 0) << "nobody knows which of them are chosen";
   EXPECT_THAT(hints(), Contains("state database: another program is using it"));
   EXPECT_FALSE(window<FavoritesWindow>()->findChild<QLineEdit*>()->isEnabled());
-  isUnreadable_ = false;
+  whyUnreadable_ = "it is damaged";
+  window<FavoritesWindow>()->followChanges();
+  EXPECT_THAT(hints(), Contains("state database: it is damaged"));
+  whyUnreadable_.clear();
   linesError_ = std::nullopt;
   const auto* const search = window<FavoritesWindow>()->findChild<QLineEdit*>();
   for (QDeadlineTimer patience(5000); !search->isEnabled() && !patience.hasExpired();)
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
   EXPECT_TRUE(search->isEnabled()) << "by itself, once they can be read";
   EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
-  EXPECT_THAT(hints(), Not(Contains("state database: another program is using it")));
+  EXPECT_THAT(hints(), Not(Contains("state database: it is damaged")));
 }
 
 TEST_F(CompanionTest, WindowsCanBeUsedWithoutSeeingThem) {

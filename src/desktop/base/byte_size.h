@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace linewatch::desktop {
+
+inline constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
+
+/// A limit on bytes, for people.
+inline std::string sizeInWords(std::size_t bytes) {
+  return bytes % kMebibyte == 0 ? std::to_string(bytes / kMebibyte) + " MiB"
+                                : std::to_string(bytes) + " bytes";
+}
+
+}  // namespace linewatch::desktop
