@@ -1,15 +1,16 @@
 #include "desktop/file_contents.h"
 
-#include <QFile>
-#include <QSaveFile>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
+#include <random>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "desktop/base/byte_size.h"
@@ -21,19 +22,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Of a file that is open for reading, negative where it could not be opened. Opening a pipe waits for no
-/// writer, as a stream would.
+/// An open file, closed at the end of its scope. The number is negative when it could not be opened.
 class Descriptor {
  public:
-  explicit Descriptor(const fs::path& file)
-      : number_(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
   int number() const { return number_; }
+  /// Whether all that was written is in the file: some file systems only tell here.
+  bool close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || ::close(number) == 0;
+  }
 
  private:
   int number_;
@@ -96,22 +98,45 @@ bool isReplaceable(const fs::path& file) {
   return (type == fs::file_type::regular || type == fs::file_type::not_found) && !namesSomethingOpen(file);
 }
 
-bool isWritten(QFileDevice& to, std::string_view bytes) {
-  const auto size = static_cast<qint64>(bytes.size());
-  return to.write(bytes.data(), size) == size && to.flush();
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t size = ::write(descriptor, bytes.data(), bytes.size());
+    if (size < 0 && errno != EINTR) return false;
+    if (size > 0) bytes.remove_prefix(static_cast<std::size_t>(size));
+  }
+  return true;
 }
 
-/// Qt gives no reason where only a part could be written.
-std::string whyNotWritten(const QFileDevice& to) {
-  const bool isKnown = to.error() != QFileDevice::NoError && to.error() != QFileDevice::UnspecifiedError;
-  return isKnown ? to.errorString().toStdString() : "no room for all of it";
+/// Writes the bytes beside the file and then renames them to it. False with `errno` set when it failed.
+bool replace(const fs::path& file, std::string_view bytes) {
+  const std::string name = file.string() + "." + std::to_string(std::random_device()());
+  Descriptor to(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (to.number() < 0) return false;
+  struct stat old {};
+  const bool isNew = ::stat(file.c_str(), &old) != 0;
+  const bool isDone = writeAll(to.number(), bytes) &&
+                      (isNew || ::fchmod(to.number(), old.st_mode & 07777) == 0) &&
+                      ::fsync(to.number()) == 0 && to.close() && ::rename(name.c_str(), file.c_str()) == 0;
+  if (isDone) return true;
+  const int why = errno;
+  ::unlink(name.c_str());
+  errno = why;
+  return false;
+}
+
+/// Writes into what is open under the file's name, or opens it. False with `errno` set when it failed.
+bool writeInPlace(const fs::path& file, std::string_view bytes) {
+  if (const auto own = ownDescriptor(file)) return writeAll(*own, bytes);
+  Descriptor to(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  return to.number() >= 0 && writeAll(to.number(), bytes) && to.close();
 }
 
 }  // namespace
 
 Outcome<std::string> contentsOf(const fs::path& file, const ReadingLimits& limits) {
   const auto failed = [&](const std::string& why) { return failure(file.string(), "", why); };
-  const Descriptor open(file);
+  // Without O_NONBLOCK, opening a pipe would wait for its writer.
+  const Descriptor open(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   if (open.number() < 0) return failed(lastFailure());
   const Wait wait(limits);
   std::string contents;
@@ -129,17 +154,8 @@ Outcome<std::string> contentsOf(const fs::path& file, const ReadingLimits& limit
 
 std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   const fs::path target = followed(file);
-  const QString name = QString::fromStdString(target.string());
-  const auto failed = [&](const QFileDevice& to) { return failure(file.string(), "", whyNotWritten(to)); };
-  if (isReplaceable(target)) {
-    QSaveFile to(name);
-    return to.open(QIODevice::WriteOnly) && isWritten(to, bytes) && to.commit() ? std::nullopt
-                                                                                : std::optional(failed(to));
-  }
-  QFile to(name);
-  const auto descriptor = ownDescriptor(target);
-  const bool isOpen = descriptor ? to.open(*descriptor, QIODevice::WriteOnly) : to.open(QIODevice::WriteOnly);
-  return isOpen && isWritten(to, bytes) ? std::nullopt : std::optional(failed(to));
+  if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
+  return failure(file.string(), "", lastFailure());
 }
 
 }  // namespace linewatch::desktop
