@@ -9,11 +9,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include "platform/artwork_cache.h"
 #include "presentation/artwork_column_calculator.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "settled_heap.h"
 #include "simulation/simulated_platform.h"
+#include "ui/artwork_cache.h"
 
 namespace linewatch {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "platform/ui/sample_row.h"
 #include "simulation/simulated_platform.h"
+#include "ui/sample_row.h"
 
 namespace linewatch::ui {
 namespace {

@@ -16,7 +16,7 @@
 
 #include "desktop/drawing/drawn_platform.h"
 #include "desktop/drawing/typefaces.h"
-#include "platform/ui/sample_row.h"
+#include "ui/sample_row.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -3,8 +3,8 @@
 #include <functional>
 
 #include "platform/platform.h"
-#include "platform/ui/view_controller.h"
 #include "platform/user_session.h"
+#include "ui/view_controller.h"
 
 namespace linewatch {
 

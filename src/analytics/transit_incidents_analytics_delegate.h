@@ -10,8 +10,8 @@
 #include "platform/date.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
-#include "platform/ui/index_path.h"
-#include "platform/ui/view_controller.h"
+#include "ui/index_path.h"
+#include "ui/view_controller.h"
 
 namespace linewatch {
 

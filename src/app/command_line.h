@@ -10,8 +10,8 @@
 #include "app/report.h"
 #include "desktop/text/user_locale.h"
 #include "platform/date.h"
-#include "platform/ui/text_style.h"
 #include "platform/value.h"
+#include "ui/text_style.h"
 
 namespace linewatch::app {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "platform/extension_context.h"
-#include "platform/ui/text_style.h"
+#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 

@@ -19,7 +19,7 @@
 #include "desktop/transit_feeds.h"
 #include "desktop/user_favorites.h"
 #include "platform/platform.h"
-#include "platform/ui/notification_center.h"
+#include "ui/notification_center.h"
 
 namespace linewatch::desktop {
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <memory>
 
-#include "platform/artwork_image_source.h"
 #include "platform/object.h"
+#include "ui/artwork_image_source.h"
 
 namespace linewatch {
 

@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "platform/artwork_cache.h"
 #include "platform/platform.h"
-#include "platform/ui/image.h"
-#include "platform/ui/interface_settings.h"
+#include "ui/artwork_cache.h"
+#include "ui/image.h"
+#include "ui/interface_settings.h"
 
 namespace linewatch {
 

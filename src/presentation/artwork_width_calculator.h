@@ -4,8 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/artwork_image_source.h"
-#include "platform/ui/geometry.h"
+#include "ui/artwork_image_source.h"
+#include "ui/geometry.h"
 
 namespace linewatch {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/ui/font.h"
+#include "ui/font.h"
 
 namespace linewatch {
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "platform/platform.h"
-#include "platform/ui/interface_settings.h"
-#include "platform/ui/notification_center.h"
+#include "ui/interface_settings.h"
+#include "ui/notification_center.h"
 
 namespace linewatch {
 

@@ -6,11 +6,11 @@
 #include <memory>
 
 #include "platform/object.h"
-#include "platform/ui/label.h"
-#include "platform/ui/layout_constraint.h"
-#include "platform/ui/stack_view.h"
 #include "presentation/dynamic_type_value.h"
 #include "presentation/weak_key_table.h"
+#include "ui/label.h"
+#include "ui/layout_constraint.h"
+#include "ui/stack_view.h"
 
 namespace linewatch {
 

@@ -5,12 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/ui/label.h"
-#include "platform/ui/layout_guide.h"
-#include "platform/ui/stack_view.h"
-#include "platform/ui/table_view_cell.h"
 #include "presentation/dynamic_type_value.h"
 #include "presentation/visual_effect_wrapping_view.h"
+#include "ui/label.h"
+#include "ui/layout_guide.h"
+#include "ui/stack_view.h"
+#include "ui/table_view_cell.h"
 
 namespace linewatch {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ui/layout_constraint.h"
-#include "platform/ui/view.h"
+#include "ui/layout_constraint.h"
+#include "ui/view.h"
 
 namespace linewatch {
 

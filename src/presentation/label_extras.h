@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/ui/label.h"
+#include "ui/label.h"
 
 namespace linewatch {
 

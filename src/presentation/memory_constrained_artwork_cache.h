@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/artwork_cache.h"
+#include "ui/artwork_cache.h"
 
 namespace linewatch {
 

@@ -7,10 +7,10 @@
 #include "list/transit_item_data_source_builder.h"
 #include "platform/log.h"
 #include "platform/platform.h"
-#include "platform/ui/interface_settings.h"
 #include "presentation/artwork_column_calculator.h"
 #include "presentation/transit_item_fixed_height_cell.h"
 #include "presentation/transit_summary_cell.h"
+#include "ui/interface_settings.h"
 
 namespace linewatch {
 

@@ -8,7 +8,7 @@
 #include "incidents/result.h"
 #include "list/transit_list_item.h"
 #include "platform/extension_context.h"
-#include "platform/ui/table_view.h"
+#include "ui/table_view.h"
 
 namespace linewatch {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "list/transit_item.h"
-#include "platform/ui/artwork_image_view.h"
 #include "presentation/fixed_height_cell.h"
+#include "ui/artwork_image_view.h"
 
 namespace linewatch {
 

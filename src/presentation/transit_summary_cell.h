@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "list/transit_summary_item.h"
-#include "platform/ui/transit_info_label_view.h"
 #include "presentation/fixed_height_cell.h"
+#include "ui/transit_info_label_view.h"
 
 namespace linewatch {
 

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/ui/label.h"
-#include "platform/ui/visual_effect_view.h"
+#include "ui/label.h"
+#include "ui/visual_effect_view.h"
 
 namespace linewatch {
 

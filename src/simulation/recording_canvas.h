@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/canvas.h"
+#include "ui/canvas.h"
 
 namespace linewatch::simulation {
 

@@ -10,8 +10,8 @@
 #include "platform/date.h"
 #include "platform/extension_context.h"
 #include "platform/outcome.h"
-#include "platform/ui/text_style.h"
 #include "simulation/world.h"
+#include "ui/text_style.h"
 
 namespace linewatch::simulation {
 

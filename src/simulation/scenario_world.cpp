@@ -10,7 +10,7 @@
 #include "platform/json_text.h"
 #include "platform/message_field.h"
 #include "platform/transit_record_fields.h"
-#include "platform/ui/text_style.h"
+#include "ui/text_style.h"
 
 namespace linewatch::simulation {
 

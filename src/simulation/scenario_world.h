@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "platform/extension_context.h"
-#include "platform/ui/text_style.h"
 #include "simulation/json_document.h"
 #include "simulation/scenario_reading.h"
 #include "simulation/world.h"
+#include "ui/text_style.h"
 
 namespace linewatch::simulation {
 

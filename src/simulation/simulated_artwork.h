@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/artwork_cache.h"
-#include "platform/ui/image.h"
 #include "simulation/backstage.h"
+#include "ui/artwork_cache.h"
+#include "ui/image.h"
 
 namespace linewatch::simulation {
 

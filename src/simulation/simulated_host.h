@@ -4,8 +4,8 @@
 #include <string>
 
 #include "platform/extension_context.h"
-#include "platform/ui/view_controller.h"
 #include "simulation/backstage.h"
+#include "ui/view_controller.h"
 
 namespace linewatch::simulation {
 

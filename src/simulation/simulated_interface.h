@@ -3,9 +3,9 @@
 #include <set>
 #include <string>
 
-#include "platform/ui/image.h"
-#include "platform/ui/interface_settings.h"
 #include "simulation/backstage.h"
+#include "ui/image.h"
+#include "ui/interface_settings.h"
 
 namespace linewatch::simulation {
 

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "platform/platform.h"
-#include "platform/ui/notification_center.h"
 #include "simulation/backstage.h"
 #include "simulation/simulated_analytics.h"
 #include "simulation/simulated_artwork.h"
@@ -21,6 +20,7 @@
 #include "simulation/simulated_text_engine.h"
 #include "simulation/simulated_texts.h"
 #include "simulation/simulated_transit_service.h"
+#include "ui/notification_center.h"
 
 namespace linewatch::simulation {
 

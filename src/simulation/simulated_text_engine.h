@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/ui/text_engine.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::simulation {
 

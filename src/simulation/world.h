@@ -14,10 +14,10 @@
 #include "platform/error.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
-#include "platform/ui/geometry.h"
-#include "platform/ui/text_style.h"
 #include "platform/value.h"
 #include "simulation/keyed_table.h"
+#include "ui/geometry.h"
+#include "ui/text_style.h"
 
 namespace linewatch::simulation {
 

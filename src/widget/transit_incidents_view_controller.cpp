@@ -7,11 +7,11 @@
 
 #include "incidents/transit_incident_fetcher.h"
 #include "list/transit_item_data_source_builder.h"
-#include "platform/artwork_cache.h"
 #include "platform/main_loop.h"
 #include "platform/platform.h"
-#include "platform/ui/notification_center.h"
 #include "presentation/memory_constrained_artwork_cache.h"
+#include "ui/artwork_cache.h"
+#include "ui/notification_center.h"
 #include "widget/saved_ui_data.h"
 #include "widget/widget_display_mode.h"
 

@@ -9,10 +9,10 @@
 #include "incidents/transit_incident_fetcher_request.h"
 #include "incidents/transit_incident_updater.h"
 #include "platform/extension_context.h"
-#include "platform/ui/table_view.h"
-#include "platform/ui/view_controller.h"
 #include "platform/widget_providing.h"
 #include "presentation/transit_incident_data_source.h"
+#include "ui/table_view.h"
+#include "ui/view_controller.h"
 #include "widget/transit_incident_view_controller_state.h"
 
 namespace linewatch {

@@ -13,7 +13,7 @@ HEADERS = ["list/a.h", "platform/ui/view.h", "shared/a.h", "widget/a.h", "deskto
 
 # file, its content, a piece of the fault that must be found; None: none may be.
 ROWS = [
-    ("src/list/b.cpp", '#include "platform/ui/view.h"\n#include <vector>\n#include <mutex>\n', None),
+    ("src/list/b.cpp", '#include "ui/view.h"\n#include <vector>\n#include <mutex>\n', None),
     ("src/list/b.cpp", '#include "widget/a.h"\n', "stands to its left"),
     ("src/platform/b.h", '\n  #  include "list/a.h"\n', "stands to its left"),
     ("src/desktop/b.cpp", '#include "simulation/a.h"\n', "never know each other"),

@@ -8,9 +8,9 @@
 #include <string>
 #include <utility>
 
-#include "platform/artwork_cache.h"
-#include "platform/artwork_image_source.h"
 #include "simulation/simulated_artwork.h"
+#include "ui/artwork_cache.h"
+#include "ui/artwork_image_source.h"
 
 namespace linewatch {
 

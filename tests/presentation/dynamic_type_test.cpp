@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/layout_guide.h"
 #include "presentation/dynamic_type_wizard.h"
 #include "simulation/platform_test.h"
+#include "ui/layout_guide.h"
 
 namespace linewatch {
 namespace {

@@ -8,12 +8,12 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/table_view_cell.h"
 #include "presentation/counted_artworks.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "presentation/transit_item_fixed_height_cell.h"
 #include "presentation/transit_summary_cell.h"
 #include "simulation/platform_test.h"
+#include "ui/table_view_cell.h"
 
 namespace linewatch {
 

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/layout_guide.h"
 #include "presentation/row_fixture.h"
 #include "simulation/recording_canvas.h"
+#include "ui/layout_guide.h"
 
 namespace linewatch {
 namespace {

@@ -10,7 +10,7 @@
 #include "desktop/folder_watch.h"
 #include "desktop/network_watch.h"
 #include "desktop/window/color_scheme.h"
-#include "platform/ui/notification_center.h"
+#include "ui/notification_center.h"
 
 namespace linewatch::app {
 

@@ -5,10 +5,10 @@
 #include "desktop/desktop_screen.h"
 #include "desktop/drawing/drawing_source.h"
 #include "desktop/drawing/qt_text_engine.h"
-#include "platform/ui/color.h"
-#include "platform/ui/geometry.h"
-#include "platform/ui/interface_settings.h"
-#include "platform/ui/text_style.h"
+#include "ui/color.h"
+#include "ui/geometry.h"
+#include "ui/interface_settings.h"
+#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/log.h"
-#include "platform/ui/image.h"
+#include "ui/image.h"
 
 namespace linewatch::desktop {
 

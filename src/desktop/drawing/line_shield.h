@@ -5,9 +5,9 @@
 #include <string>
 
 #include "desktop/drawing/shield_outline.h"
-#include "platform/artwork_cache.h"
-#include "platform/ui/image.h"
-#include "platform/ui/text_engine.h"
+#include "ui/artwork_cache.h"
+#include "ui/image.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::desktop {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "desktop/drawing/drawing_source.h"
-#include "platform/artwork_cache.h"
+#include "ui/artwork_cache.h"
 
 namespace linewatch::desktop {
 

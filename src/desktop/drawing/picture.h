@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "platform/error.h"
-#include "platform/ui/color.h"
-#include "platform/ui/view.h"
+#include "ui/color.h"
+#include "ui/view.h"
 
 namespace linewatch::desktop {
 

@@ -8,7 +8,7 @@
 
 #include "desktop/drawing/svg_drawing.h"
 #include "desktop/drawing/text_glyphs.h"
-#include "platform/ui/text_engine.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::desktop {
 

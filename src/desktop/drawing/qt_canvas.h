@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/ui/canvas.h"
+#include "ui/canvas.h"
 
 namespace linewatch::desktop {
 

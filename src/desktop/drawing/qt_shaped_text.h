@@ -9,7 +9,7 @@
 #include "desktop/drawing/text_glyphs.h"
 #include "desktop/drawing/typefaces.h"
 #include "desktop/drawing/unicode_text.h"
-#include "platform/ui/text_engine.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::desktop {
 

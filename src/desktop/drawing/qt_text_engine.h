@@ -4,7 +4,7 @@
 #include <tuple>
 
 #include "desktop/drawing/typefaces.h"
-#include "platform/ui/text_engine.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::desktop {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/artwork.h"
-#include "platform/ui/canvas.h"
+#include "ui/canvas.h"
 
 namespace linewatch::desktop {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <memory>
 
-#include "platform/ui/image.h"
+#include "ui/image.h"
 
 class QPainter;
 class QSvgRenderer;

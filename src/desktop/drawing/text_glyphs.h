@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/ui/color.h"
+#include "ui/color.h"
 
 namespace linewatch::desktop {
 

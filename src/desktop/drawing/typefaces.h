@@ -2,8 +2,8 @@
 
 #include <QFont>
 
-#include "platform/ui/font.h"
-#include "platform/ui/text_engine.h"
+#include "ui/font.h"
+#include "ui/text_engine.h"
 
 namespace linewatch::desktop {
 

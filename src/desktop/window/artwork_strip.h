@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/artwork_cache.h"
+#include "ui/artwork_cache.h"
 
 namespace linewatch::desktop {
 

@@ -7,7 +7,7 @@
 #include "desktop/roles/companion_session.h"
 #include "platform/log.h"
 #include "platform/platform.h"
-#include "platform/ui/interface_settings.h"
+#include "ui/interface_settings.h"
 
 namespace linewatch::desktop {
 

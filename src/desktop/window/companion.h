@@ -9,8 +9,8 @@
 #include "desktop/window/favorites_window.h"
 #include "desktop/window/window_texts.h"
 #include "platform/system_controller.h"
-#include "platform/ui/text_style.h"
 #include "platform/url.h"
+#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 

@@ -11,9 +11,9 @@
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/window_colors.h"
 #include "platform/platform.h"
-#include "platform/ui/interface_settings.h"
-#include "platform/ui/text_style.h"
 #include "presentation/memory_constrained_artwork_cache.h"
+#include "ui/interface_settings.h"
+#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 

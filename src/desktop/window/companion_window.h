@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "desktop/window/window_texts.h"
-#include "platform/artwork_cache.h"
+#include "ui/artwork_cache.h"
 
 class QLabel;
 

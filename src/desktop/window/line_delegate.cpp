@@ -12,7 +12,7 @@
 
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/window/window_colors.h"
-#include "platform/ui/image.h"
+#include "ui/image.h"
 
 namespace linewatch::desktop {
 

@@ -3,7 +3,7 @@
 #include <QStyledItemDelegate>
 #include <memory>
 
-#include "platform/artwork_cache.h"
+#include "ui/artwork_cache.h"
 
 namespace linewatch::desktop {
 

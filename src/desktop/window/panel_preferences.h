@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/ui/text_style.h"
+#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 

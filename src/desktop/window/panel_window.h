@@ -12,7 +12,7 @@
 #include "desktop/window/row_surface.h"
 #include "desktop/window/window_texts.h"
 #include "platform/error.h"
-#include "platform/ui/text_style.h"
+#include "ui/text_style.h"
 
 class QAction;
 class QLabel;

@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "desktop/window/row_words.h"
-#include "platform/ui/pointer_tracker.h"
-#include "platform/ui/table_view.h"
+#include "ui/pointer_tracker.h"
+#include "ui/table_view.h"
 
 class QTouchEvent;
 

@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QPalette>
 
-#include "platform/ui/color.h"
+#include "ui/color.h"
 
 namespace linewatch::desktop {
 

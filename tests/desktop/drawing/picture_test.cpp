@@ -9,9 +9,9 @@
 
 #include "desktop/drawing/drawn_platform.h"
 #include "desktop/drawing/offscreen.h"
-#include "platform/ui/image_view.h"
-#include "platform/ui/label.h"
 #include "temporary_folder.h"
+#include "ui/image_view.h"
+#include "ui/label.h"
 
 namespace linewatch::desktop {
 namespace {

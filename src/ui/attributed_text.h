@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ui/color.h"
+#include "ui/font.h"
+
+namespace linewatch::ui {
+
+struct ParagraphStyle {
+  /// Points added between two lines.
+  double lineSpacing = 0;
+
+  bool operator==(const ParagraphStyle&) const = default;
+};
+
+/// How a run of text differs from what its label says for all of it.
+struct TextAttributes {
+  std::optional<Font> font;
+  std::optional<Color> color;
+  std::optional<ParagraphStyle> paragraphStyle;
+
+  bool operator==(const TextAttributes&) const = default;
+};
+
+/// A text in runs of equal attributes. A value.
+class AttributedText {
+ public:
+  /// From `begin` up to the next run's, in bytes of the text.
+  struct Run {
+    std::size_t begin = 0;
+    TextAttributes attributes;
+
+    bool operator==(const Run&) const = default;
+  };
+
+  AttributedText() = default;
+  explicit AttributedText(std::string text, const TextAttributes& attributes = {});
+
+  const std::string& text() const { return text_; }
+  bool isEmpty() const { return text_.empty(); }
+  /// In the order of the text, none empty; no runs when the text is empty.
+  const std::vector<Run>& runs() const { return runs_; }
+  std::size_t endOf(std::size_t run) const;
+
+  void append(std::string_view text, const TextAttributes& attributes = {});
+  /// The style at the first character; absent when it has none or the text is empty.
+  std::optional<ParagraphStyle> paragraphStyle() const;
+  /// Gives the style to the whole text; an empty text cannot carry one.
+  void setParagraphStyle(const ParagraphStyle& style);
+
+  bool operator==(const AttributedText&) const = default;
+
+ private:
+  std::string text_;
+  std::vector<Run> runs_;
+};
+
+}  // namespace linewatch::ui

@@ -1,0 +1,182 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ui/index_path.h"
+#include "ui/row_heights.h"
+#include "ui/table_view_cell.h"
+#include "ui/view.h"
+#include "ui/visual_effect_view.h"
+
+namespace linewatch::ui {
+
+class TableView;
+
+/// What a table shows. Main thread.
+class TableViewDataSource {
+ public:
+  virtual ~TableViewDataSource() = default;
+
+  virtual std::size_t numberOfSectionsInTableView(TableView& /*tableView*/) { return 1; }
+  virtual std::size_t tableViewNumberOfRowsInSection(TableView& tableView, std::size_t section) = 0;
+  /// Asked for a row when it comes into sight. Null leaves the row empty.
+  virtual std::shared_ptr<TableViewCell> tableViewCellForRowAtIndexPath(TableView& tableView,
+                                                                        const IndexPath& indexPath) = 0;
+};
+
+/// How a table behaves. Main thread.
+class TableViewDelegate {
+ public:
+  virtual ~TableViewDelegate() = default;
+
+  /// A guess until the row comes into sight.
+  virtual double tableViewEstimatedHeightForRowAtIndexPath(TableView& /*tableView*/,
+                                                           const IndexPath& /*indexPath*/) {
+    return 44;
+  }
+  virtual bool tableViewShouldHighlightRowAtIndexPath(TableView& /*tableView*/,
+                                                      const IndexPath& /*indexPath*/) {
+    return true;
+  }
+  virtual void tableViewDidSelectRowAtIndexPath(TableView& /*tableView*/, const IndexPath& /*indexPath*/) {}
+};
+
+enum class RowAnimation : std::uint8_t { none, automatic };
+
+/// Rows below each other that can be scrolled. Every row is as tall as its cell's constraints make it at the
+/// table's width; only rows in sight have cells, and a cell that goes out of sight serves again. Main thread.
+class TableView : public View {
+ public:
+  /// Makes a cell for a reuse identifier.
+  using CellFactory = std::function<std::shared_ptr<TableViewCell>(TableViewCellStyle style,
+                                                                   const std::string& reuseIdentifier)>;
+
+  explicit TableView(const Rect& frame = {});
+  ~TableView() override;
+
+  /// Both are held weakly.
+  void setDataSource(const std::shared_ptr<TableViewDataSource>& dataSource);
+  void setDelegate(const std::shared_ptr<TableViewDelegate>& delegate);
+
+  // ---- Cells ----
+
+  void registerCell(const std::string& reuseIdentifier, CellFactory factory);
+  /// A cell that went out of sight, if it can be the one that last showed the row; a new one when there is
+  /// none. Where the identifier was never registered it is a plain one, and a line goes to the log.
+  std::shared_ptr<TableViewCell> dequeueReusableCell(const std::string& reuseIdentifier,
+                                                     const IndexPath& indexPath);
+  /// Null for a row out of sight.
+  std::shared_ptr<TableViewCell> cellForRow(const IndexPath& indexPath) const;
+  /// From top to bottom, after layout.
+  std::vector<IndexPath> indexPathsForVisibleRows() const;
+  /// How many cells the registered factories have made.
+  std::size_t cellsMade() const { return cellsMade_; }
+
+  // ---- Rows ----
+
+  std::size_t numberOfSections();
+  std::size_t numberOfRowsInSection(std::size_t section);
+  /// Asks the data source anew, at the next layout or question. A press on a row ends.
+  void reloadData();
+  void reloadSection(std::size_t section, RowAnimation animation);
+  /// Told of every section that is reloaded. For the window.
+  void setReloadHandler(std::function<void(std::size_t section, RowAnimation animation)> handler) {
+    reloadHandler_ = std::move(handler);
+  }
+  /// In the table's content, which begins at the first row; empty for a row that there is none of.
+  Rect rectForRow(const IndexPath& indexPath);
+  std::optional<IndexPath> indexPathForRowAtPoint(const Point& point);
+
+  // ---- Scrolling ----
+
+  double contentOffset() const { return contentOffset_; }
+  /// Points scrolled down; kept within the content.
+  void setContentOffset(double offset);
+  double contentHeight();
+
+  // ---- Appearance ----
+
+  const EdgeInsets& separatorInset() const { return separatorInset_; }
+  /// From the row's edges; left and right are what they say in any layout direction.
+  void setSeparatorInset(const EdgeInsets& inset);
+  const std::optional<VibrancyEffect>& separatorEffect() const { return separatorEffect_; }
+  void setSeparatorEffect(std::optional<VibrancyEffect> effect);
+  const std::shared_ptr<View>& tableFooterView() const { return footer_; }
+  /// Below the last row, with the height of its frame.
+  void setTableFooterView(const std::shared_ptr<View>& view);
+
+  // ---- Selection ----
+
+  const std::optional<IndexPath>& indexPathForSelectedRow() const { return selected_; }
+  void deselectRow(const IndexPath& indexPath, bool animated);
+  /// Whether a press on the row does anything. The delegate says so.
+  bool highlightsRow(const IndexPath& indexPath);
+  /// What a tap on the row does: selects it if it highlights. False when it does not.
+  bool tapRow(const IndexPath& indexPath);
+
+  bool handlePointer(PointerPhase phase, const Point& point) override;
+  bool handleScroll(double deltaY) override;
+  void layoutSubviews() override;
+
+ protected:
+  void descendantDidNeedLayout() override;
+  void drawOverlay(Canvas& canvas) override;
+
+ private:
+  struct ShownRow {
+    std::size_t row = 0;
+    std::shared_ptr<TableViewCell> cell;
+  };
+
+  struct IdleCell {
+    IndexPath lastShown;
+    std::shared_ptr<TableViewCell> cell;
+  };
+
+  void loadRowsIfNeeded();
+  std::size_t flatRow(const IndexPath& indexPath) const;
+  IndexPath indexPathOf(std::size_t row) const;
+  void makeIdle(ShownRow&& shown);
+  void makeAllIdle();
+  void layOutRows();
+  std::shared_ptr<TableViewCell> cellFor(std::size_t row, std::vector<ShownRow>& before);
+  double heightOf(TableViewCell& cell);
+  void placeFooter();
+  void removeIdleCells();
+  double offsetOnGrid() const;
+  void clampContentOffset();
+  void highlight(std::optional<IndexPath> indexPath);
+  void showStateOf(TableViewCell& cell, const IndexPath& indexPath) const;
+  void setCellFlag(const IndexPath& indexPath, void (TableViewCell::*set)(bool), bool value) const;
+
+  std::weak_ptr<TableViewDataSource> dataSource_;
+  std::weak_ptr<TableViewDelegate> delegate_;
+  std::function<void(std::size_t, RowAnimation)> reloadHandler_;
+  std::map<std::string, CellFactory> factories_;
+  std::size_t cellsMade_ = 0;
+
+  /// The rows before each section, and all rows at the end.
+  std::vector<std::size_t> sectionStarts_{0};
+  RowHeights heights_;
+  bool rowsLoaded_ = false;
+  std::vector<ShownRow> shown_;
+  std::map<std::string, std::vector<IdleCell>> idle_;
+
+  double contentOffset_ = 0;
+  bool layingOut_ = false;
+  EdgeInsets separatorInset_;
+  std::optional<VibrancyEffect> separatorEffect_;
+  std::shared_ptr<View> footer_;
+  std::optional<IndexPath> selected_;
+  std::optional<IndexPath> highlighted_;
+  std::optional<IndexPath> pressed_;
+};
+
+}  // namespace linewatch::ui

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ui/artwork_cache.h"
+#include "ui/color.h"
+#include "ui/font.h"
+#include "ui/image.h"
+#include "ui/text_engine.h"
+#include "ui/view.h"
+
+namespace linewatch::ui {
+
+/// A line of shields and icons in reading order. Where not all of them fit it ends in a text that says how
+/// many are missing, which takes the place of as many items as it needs.
+class TransitInfoLabelView final : public View {
+ public:
+  using Items = std::vector<SharedArtwork>;
+  /// Given the number of items left out: what stands in their place.
+  using TruncationText = std::function<std::string(std::uint64_t leftOutCount)>;
+
+  TransitInfoLabelView();
+
+  const Items& labelItems() const { return items_; }
+  void setLabelItems(Items items);
+  /// The cache that draws the items; nothing is shown without one.
+  const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return cache_; }
+  void setArtworkCache(std::shared_ptr<ArtworkDataSourceCache> cache);
+
+  std::int64_t shieldSize() const { return shieldSize_; }
+  void setShieldSize(std::int64_t size);
+  void setIconSize(std::int64_t size);
+  /// Points.
+  void setSpaceBetweenShields(double space);
+  /// Points; absent: as wide as the longest row that is ever shown.
+  std::optional<double> maximumWidth() const { return maximumWidth_; }
+  void setMaximumWidth(std::optional<double> width);
+
+  /// Without one, items that do not fit are left out silently.
+  void setTruncationText(TruncationText text);
+  const Font& font() const { return font_; }
+  void setFont(const Font& font);
+  const Color& textColor() const { return textColor_; }
+  void setTextColor(const Color& color);
+
+  // ---- What the row shows ----
+
+  std::size_t shownItemCount();
+  /// Empty when all items are shown.
+  const std::string& shownText();
+
+  std::optional<double> intrinsicWidth() override;
+  std::optional<double> intrinsicHeight(double width) override;
+  std::optional<double> firstBaselineFromTop() override;
+  double lastBaselineFromBottom() override;
+  void draw(Canvas& canvas) override;
+
+ private:
+  /// The items that come out, and where; lengths count from the leading edge.
+  struct Row {
+    struct Piece {
+      /// Null where nothing of the item can be drawn.
+      std::shared_ptr<const Image> image;
+      double leading = 0;
+      Size size;
+    };
+    std::vector<Piece> pieces;
+    std::string text;
+    std::shared_ptr<const TextLayout> textLayout;
+    double textLeading = 0;
+    double width = 0;
+    double height = 0;
+    double baseline = 0;
+    /// What it was made for.
+    double scale = 0;
+    LayoutDirection direction = LayoutDirection::leftToRight;
+  };
+
+  const Row& row();
+  Row makeRow();
+  std::shared_ptr<const Image> imageOf(const SharedArtwork& item) const;
+  void addPieces(Row& row, double limit);
+  void makeRoomForText(Row& row, double limit);
+  std::shared_ptr<const TextLayout> layOutText(const std::string& text, double width) const;
+  void setHeights(Row& row) const;
+  void contentDidChange();
+
+  Items items_;
+  std::shared_ptr<ArtworkDataSourceCache> cache_;
+  std::int64_t shieldSize_ = 3;
+  std::int64_t iconSize_ = 3;
+  double space_ = 0;
+  std::optional<double> maximumWidth_;
+  TruncationText truncationText_;
+  Font font_;
+  Color textColor_ = SemanticColor::label;
+  std::optional<Row> row_;
+};
+
+}  // namespace linewatch::ui
