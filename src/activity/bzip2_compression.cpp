@@ -1,7 +1,7 @@
 #include "activity/bzip2_compression.h"
 
-#include "platform/compressor.h"
 #include "platform/platform.h"
+#include "wire/compressor.h"
 
 namespace linewatch {
 

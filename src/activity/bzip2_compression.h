@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

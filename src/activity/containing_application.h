@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "platform/error.h"
 #include "platform/system_controller.h"
+#include "shared/error.h"
 
 namespace linewatch {
 

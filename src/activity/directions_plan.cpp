@@ -1,6 +1,6 @@
 #include "activity/directions_plan.h"
 
-#include "platform/message_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

@@ -9,10 +9,10 @@
 #include <utility>
 
 #include "activity/directions_plan_transit_preferences.h"
-#include "platform/codable_message.h"
-#include "platform/message_enumeration.h"
-#include "platform/message_field.h"
 #include "platform/route_request_storage.h"
+#include "wire/codable_message.h"
+#include "wire/message_enumeration.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
@@ -42,7 +42,7 @@ DisplayMethod StringAsDisplayMethod(std::string_view name);
 std::string transitPrioritizationAsString(TransitPrioritization value);
 TransitPrioritization StringAsTransitPrioritization(std::string_view name);
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// Directions from one place to another, as far as the user has come with them. The times are the companion
 /// application's, which alone sets and reads them.
@@ -72,7 +72,7 @@ class DirectionsPlan : public FieldedMessage<DirectionsPlan> {
   SCALAR_FIELD(404, bool, isPlayingTrace, IsPlayingTrace)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 /// Reads the fields of `plan` until the data ends; false when it is not whole.
 bool DirectionsPlanReadFrom(DirectionsPlan& plan, MessageReader& reader);

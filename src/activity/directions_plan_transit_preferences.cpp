@@ -1,6 +1,6 @@
 #include "activity/directions_plan_transit_preferences.h"
 
-#include "platform/message_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

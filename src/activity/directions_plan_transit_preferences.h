@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include "platform/codable_message.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// Which kinds of transit a directions plan avoids.
 class DirectionsPlanTransitPreferences : public FieldedMessage<DirectionsPlanTransitPreferences> {
@@ -22,7 +22,7 @@ class DirectionsPlanTransitPreferences : public FieldedMessage<DirectionsPlanTra
   SCALAR_FIELD(4, bool, avoidFerryRoutes, AvoidFerryRoutes)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 /// Reads the fields of `preferences` until the data ends; false when it is not whole.
 bool DirectionsPlanTransitPreferencesReadFrom(DirectionsPlanTransitPreferences& preferences,

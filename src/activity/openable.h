@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/object.h"
 #include "platform/system_controller.h"
+#include "shared/object.h"
 
 namespace linewatch {
 

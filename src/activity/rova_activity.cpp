@@ -1,6 +1,6 @@
 #include "activity/rova_activity.h"
 
-#include "platform/message_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

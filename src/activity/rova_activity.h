@@ -12,14 +12,14 @@
 #include <vector>
 
 #include "activity/directions_plan.h"
-#include "platform/codable_message.h"
 #include "platform/dropped_pin.h"
 #include "platform/map_item_storage.h"
-#include "platform/message_enumeration.h"
-#include "platform/message_field.h"
 #include "platform/search_category_storage.h"
 #include "platform/transit_storage_line_item.h"
 #include "platform/url_display_options.h"
+#include "wire/codable_message.h"
+#include "wire/message_enumeration.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
@@ -34,7 +34,7 @@ inline constexpr std::array<std::string_view, 4> kEnumerationNames<CollectionsMo
 std::string collectionsModeAsString(CollectionsMode value);
 CollectionsMode StringAsCollectionsMode(std::string_view name);
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// Tells the companion application what to show when the user taps a line's row. The widget sets the line and
 /// how to show it; the other fields are the companion application's own.
@@ -59,6 +59,6 @@ class RovaActivity : public FieldedMessage<RovaActivity> {
   MESSAGE_FIELD(15, TransitStorageLineItem, lineItem, LineItem)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "activity/openable.h"
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

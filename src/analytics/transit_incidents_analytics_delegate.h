@@ -7,9 +7,9 @@
 #include <unordered_map>
 
 #include "platform/analytics_service.h"
-#include "platform/date.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
+#include "shared/date.h"
 #include "ui/index_path.h"
 #include "ui/view_controller.h"
 

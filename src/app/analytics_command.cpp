@@ -5,9 +5,9 @@
 
 #include "app/commands.h"
 #include "app/local_time.h"
-#include "desktop/base/failure.h"
 #include "desktop/storage/stored_analytics.h"
-#include "platform/outcome.h"
+#include "shared/failure.h"
+#include "shared/outcome.h"
 
 namespace linewatch::app {
 

@@ -10,8 +10,8 @@
 #include <CLI/CLI.hpp>
 
 #include "app/shell_words.h"
-#include "desktop/base/failure.h"
 #include "desktop/http_fetcher.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 

@@ -9,8 +9,8 @@
 
 #include "app/report.h"
 #include "desktop/text/user_locale.h"
-#include "platform/date.h"
-#include "platform/value.h"
+#include "shared/date.h"
+#include "shared/value.h"
 #include "ui/text_style.h"
 
 namespace linewatch::app {

@@ -6,7 +6,7 @@
 #include "app/session.h"
 #include "desktop/feeds/line_search.h"
 #include "desktop/storage/stored_favorites.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::app {
 

@@ -3,9 +3,9 @@
 #include <string_view>
 
 #include "app/commands.h"
-#include "desktop/base/failure.h"
 #include "desktop/feeds/utf8.h"
 #include "desktop/roles/stderr_log.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/date.h"
+#include "shared/date.h"
 
 namespace linewatch::app {
 

@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "desktop/companion/handed_over.h"
-#include "desktop/file_contents.h"
-#include "platform/json_text.h"
+#include "shared/file_contents.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 

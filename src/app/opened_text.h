@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch {
 class KeyedArchiver;

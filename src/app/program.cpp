@@ -8,11 +8,11 @@
 #include <unistd.h>
 
 #include "app/commands.h"
-#include "desktop/base/environment.h"
-#include "desktop/base/failure.h"
 #include "desktop/display.h"
-#include "desktop/installation.h"
 #include "desktop/roles/stderr_log.h"
+#include "shared/environment.h"
+#include "shared/failure.h"
+#include "shared/installation.h"
 
 namespace linewatch::app {
 

@@ -1,6 +1,6 @@
 #include "app/report.h"
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 

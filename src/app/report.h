@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/error.h"
+#include "shared/error.h"
 
 namespace linewatch::app {
 

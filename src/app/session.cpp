@@ -3,9 +3,9 @@
 #include <QEventLoop>
 #include <utility>
 
-#include "desktop/base/failure.h"
-#include "desktop/installation.h"
 #include "incidents/transit_incident_fetcher.h"
+#include "shared/failure.h"
+#include "shared/installation.h"
 
 namespace linewatch::app {
 

@@ -6,10 +6,10 @@
 #include <string>
 
 #include "app/command_line.h"
-#include "desktop/base/failure.h"
 #include "desktop/desktop_platform.h"
 #include "incidents/result.h"
-#include "platform/outcome.h"
+#include "shared/failure.h"
+#include "shared/outcome.h"
 
 namespace linewatch::app {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 

@@ -4,7 +4,7 @@
 #include "app/favorite_lines.h"
 #include "list/list_dictionary_form.h"
 #include "list/transit_item_data_source_builder.h"
-#include "platform/json_text.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 

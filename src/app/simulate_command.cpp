@@ -1,8 +1,8 @@
 #include <string>
 
 #include "app/commands.h"
-#include "desktop/base/failure.h"
-#include "desktop/file_contents.h"
+#include "shared/failure.h"
+#include "shared/file_contents.h"
 #include "simulation/scenario_run.h"
 
 namespace linewatch::app {

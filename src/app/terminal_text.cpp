@@ -12,7 +12,7 @@
 #include <unicode/unistr.h>
 #include <unistd.h>
 
-#include "desktop/base/environment.h"
+#include "shared/environment.h"
 
 namespace linewatch::app {
 

@@ -1,6 +1,6 @@
 #include "desktop/companion_controller.h"
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -10,7 +10,7 @@
 #include "desktop/desktop_screen.h"
 #include "desktop/overlaid_preferences.h"
 #include "desktop/text/user_locale.h"
-#include "platform/date.h"
+#include "shared/date.h"
 
 namespace linewatch::desktop {
 

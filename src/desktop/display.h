@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/base/environment.h"
+#include "shared/environment.h"
 
 namespace linewatch::desktop {
 

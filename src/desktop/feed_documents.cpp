@@ -5,15 +5,15 @@
 #include <system_error>
 #include <utility>
 
-#include "desktop/base/byte_size.h"
-#include "desktop/base/failure.h"
 #include "desktop/feeds/folder_source.h"
 #include "desktop/feeds/gtfs_reader.h"
 #include "desktop/feeds/held_alerts.h"
 #include "desktop/feeds/line_index_encoding.h"
-#include "desktop/file_contents.h"
 #include "desktop/zip_source.h"
 #include "platform/log.h"
+#include "shared/byte_size.h"
+#include "shared/failure.h"
+#include "shared/file_contents.h"
 
 namespace linewatch::desktop {
 

@@ -12,8 +12,8 @@
 #include "desktop/http_fetcher.h"
 #include "desktop/storage/feed_cache.h"
 #include "desktop/storage/stored_feeds.h"
-#include "platform/date.h"
-#include "platform/outcome.h"
+#include "shared/date.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

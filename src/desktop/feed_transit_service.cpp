@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "platform/log.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

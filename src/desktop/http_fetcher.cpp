@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "desktop/feeds/ascii.h"
-#include "desktop/module.h"
+#include "shared/module.h"
 
 namespace linewatch::desktop {
 

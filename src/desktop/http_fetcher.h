@@ -5,10 +5,10 @@
 #include <stop_token>
 #include <string>
 
-#include "desktop/base/byte_size.h"
-#include "platform/date.h"
-#include "platform/outcome.h"
-#include "platform/value.h"
+#include "shared/byte_size.h"
+#include "shared/date.h"
+#include "shared/outcome.h"
+#include "shared/value.h"
 
 namespace linewatch::desktop {
 

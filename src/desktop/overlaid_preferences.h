@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "platform/preferences_store.h"
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch::desktop {
 

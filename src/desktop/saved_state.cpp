@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "platform/companion_application.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

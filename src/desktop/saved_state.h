@@ -10,7 +10,7 @@
 #include "desktop/storage/state_directories.h"
 #include "desktop/storage/stored_feeds.h"
 #include "desktop/storage/stored_preferences.h"
-#include "platform/error.h"
+#include "shared/error.h"
 
 namespace linewatch::desktop {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

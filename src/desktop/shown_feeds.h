@@ -6,7 +6,7 @@
 
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/stored_feeds.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -4,10 +4,10 @@
 #include <map>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "desktop/user_favorites.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -17,8 +17,8 @@
 #include "desktop/feeds/incident_table.h"
 #include "desktop/feeds/line_index.h"
 #include "desktop/feeds/line_records.h"
-#include "platform/outcome.h"
 #include "platform/transit_line.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

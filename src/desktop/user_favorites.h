@@ -11,7 +11,7 @@
 #include "desktop/storage/state_database.h"
 #include "desktop/storage/stored_favorites.h"
 #include "platform/favorites.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -3,8 +3,8 @@
 #include <system_error>
 #include <utility>
 
-#include "desktop/base/failure.h"
-#include "desktop/module.h"
+#include "shared/failure.h"
+#include "shared/module.h"
 
 namespace linewatch::desktop {
 

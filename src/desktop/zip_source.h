@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "desktop/feeds/gtfs_source.h"
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch::desktop {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/error.h"
 #include "platform/transit_line.h"
+#include "shared/error.h"
 
 namespace linewatch {
 

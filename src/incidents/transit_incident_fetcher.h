@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "incidents/transit_incident_fetcher_request.h"
-#include "platform/error.h"
 #include "platform/favorites.h"
 #include "platform/transit_line.h"
+#include "shared/error.h"
 
 namespace linewatch {
 

@@ -3,8 +3,8 @@
 #include <memory>
 #include <set>
 
-#include "platform/date.h"
 #include "platform/transit_line.h"
+#include "shared/date.h"
 
 namespace linewatch {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/number_hash.h"
+#include "shared/number_hash.h"
 
 namespace linewatch {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "platform/object.h"
+#include "shared/object.h"
 #include "ui/artwork_image_source.h"
 
 namespace linewatch {

@@ -7,9 +7,9 @@
 
 #include "activity/openable_url.h"
 #include "activity/user_activity_data.h"
-#include "platform/message_fields.h"
 #include "platform/transit_record_fields.h"
 #include "ui/artwork_image_source.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

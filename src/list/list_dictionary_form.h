@@ -2,7 +2,7 @@
 
 #include "list/transit_list_item.h"
 #include "platform/artwork.h"
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

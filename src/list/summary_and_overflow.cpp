@@ -6,11 +6,11 @@
 #include "list/transit_artwork_equality.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "platform/companion_application.h"
-#include "platform/keyed_archiver.h"
 #include "platform/platform.h"
 #include "platform/transit_storage_incident.h"
 #include "shared/hash_index.h"
 #include "shared/rova_map.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "list/transit_item_data_source_builder.h"
-#include "platform/error.h"
+#include "shared/error.h"
 
 namespace linewatch {
 

@@ -7,7 +7,7 @@
 #include <typeinfo>
 #include <utility>
 
-#include "platform/number_hash.h"
+#include "shared/number_hash.h"
 #include "shared/text_hash.h"
 
 namespace linewatch {

@@ -7,8 +7,8 @@
 
 #include "activity/openable.h"
 #include "list/configured_artwork.h"
-#include "platform/object.h"
-#include "platform/shared_text.h"
+#include "shared/object.h"
+#include "shared/shared_text.h"
 
 namespace linewatch {
 

@@ -7,7 +7,7 @@
 
 #include "list/transit_item.h"
 #include "list/transit_summary_item.h"
-#include "platform/object.h"
+#include "shared/object.h"
 
 namespace linewatch {
 

@@ -8,7 +8,7 @@
 
 #include "activity/user_activity_data.h"
 #include "platform/artwork.h"
-#include "platform/object.h"
+#include "shared/object.h"
 
 namespace linewatch {
 

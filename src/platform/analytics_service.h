@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/date.h"
 #include "platform/user_session.h"
+#include "shared/date.h"
 
 namespace linewatch {
 

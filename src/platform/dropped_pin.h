@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include "platform/codable_message.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// A pin that the user has put on the map.
 class DroppedPin final : public FieldedMessage<DroppedPin> {
@@ -23,6 +23,6 @@ class DroppedPin final : public FieldedMessage<DroppedPin> {
   SCALAR_FIELD(4, double, timestamp, Timestamp)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

@@ -6,12 +6,12 @@
 #include <string>
 #include <utility>
 
-#include "platform/codable_message.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// A place on the map, as it is stored.
 class MapItemStorage final : public FieldedMessage<MapItemStorage> {
@@ -28,6 +28,6 @@ class MapItemStorage final : public FieldedMessage<MapItemStorage> {
   STRING_FIELD(5, address, Address)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/compressor.h"
+#include "wire/compressor.h"
 
 namespace linewatch {
 

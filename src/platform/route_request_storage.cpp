@@ -1,6 +1,6 @@
 #include "platform/route_request_storage.h"
 
-#include "platform/message_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

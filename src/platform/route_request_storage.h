@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "platform/codable_message.h"
 #include "platform/map_item_storage.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// A request for routes, as it is stored.
 class RouteRequestStorage final : public FieldedMessage<RouteRequestStorage> {
@@ -25,6 +25,6 @@ class RouteRequestStorage final : public FieldedMessage<RouteRequestStorage> {
   SCALAR_FIELD(2, std::int32_t, transportType, TransportType)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

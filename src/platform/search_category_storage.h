@@ -5,12 +5,12 @@
 #include <string>
 #include <utility>
 
-#include "platform/codable_message.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// A category of places that the user has searched for.
 class SearchCategoryStorage final : public FieldedMessage<SearchCategoryStorage> {
@@ -22,6 +22,6 @@ class SearchCategoryStorage final : public FieldedMessage<SearchCategoryStorage>
   STRING_FIELD(2, displayName, DisplayName)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

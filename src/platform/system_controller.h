@@ -6,8 +6,8 @@
 #include <string>
 #include <variant>
 
-#include "platform/error.h"
-#include "platform/value.h"
+#include "shared/error.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/date.h"
-#include "platform/shared_text.h"
+#include "shared/date.h"
+#include "shared/shared_text.h"
 
 namespace linewatch {
 

@@ -2,10 +2,10 @@
 
 #include <tuple>
 
-#include "platform/message_field.h"
-#include "platform/message_fields.h"
 #include "platform/transit_storage_incident.h"
 #include "platform/transit_storage_line_item.h"
+#include "wire/message_field.h"
+#include "wire/message_fields.h"
 
 /// The fields of the stored transit records, for the source files that define them. The numbers are never
 /// given to another field: stored lists outlive the program that wrote them.

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "platform/error.h"
 #include "platform/map_item_identifier.h"
 #include "platform/transit_line.h"
+#include "shared/error.h"
 
 namespace linewatch {
 

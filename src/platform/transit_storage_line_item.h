@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/codable_message.h"
-#include "platform/keyed_archiver.h"
 #include "platform/transit_records.h"
+#include "wire/codable_message.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch {
 

@@ -1,6 +1,6 @@
 #include "platform/url_display_options.h"
 
-#include "platform/message_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

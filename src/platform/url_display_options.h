@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-#include "platform/codable_message.h"
-#include "platform/message_field.h"
+#include "wire/codable_message.h"
+#include "wire/message_field.h"
 
 namespace linewatch {
 
-#include "platform/message_fields_begin.inc"
+#include "wire/message_fields_begin.inc"
 
 /// How the companion application is to show the map: the options that a map URL can carry as well.
 class UrlDisplayOptions final : public FieldedMessage<UrlDisplayOptions> {
@@ -26,6 +26,6 @@ class UrlDisplayOptions final : public FieldedMessage<UrlDisplayOptions> {
   SCALAR_FIELD(6, double, heading, Heading)
 };
 
-#include "platform/message_fields_end.inc"
+#include "wire/message_fields_end.inc"
 
 }  // namespace linewatch

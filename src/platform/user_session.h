@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/url.h"
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

@@ -5,9 +5,9 @@
 #include <functional>
 #include <memory>
 
-#include "platform/object.h"
 #include "presentation/dynamic_type_value.h"
 #include "presentation/weak_key_table.h"
+#include "shared/object.h"
 #include "ui/label.h"
 #include "ui/layout_constraint.h"
 #include "ui/stack_view.h"

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/archive_reading.h"
 #include "simulation/archive_format.h"
+#include "wire/archive/archive_reading.h"
 
 namespace linewatch::simulation::archive {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/keyed_archiver.h"
 #include "simulation/archive_format.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch::simulation::archive {
 

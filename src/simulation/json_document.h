@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::simulation {
 

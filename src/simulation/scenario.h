@@ -7,9 +7,9 @@
 #include <variant>
 #include <vector>
 
-#include "platform/date.h"
 #include "platform/extension_context.h"
-#include "platform/outcome.h"
+#include "shared/date.h"
+#include "shared/outcome.h"
 #include "simulation/world.h"
 #include "ui/text_style.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/json_text.h"
+#include "wire/json_text.h"
 
 namespace linewatch::simulation {
 

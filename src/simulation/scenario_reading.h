@@ -15,9 +15,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/date.h"
 #include "platform/extension_context.h"
-#include "platform/value.h"
+#include "shared/date.h"
+#include "shared/value.h"
 #include "simulation/json_document.h"
 #include "simulation/keyed_table.h"
 #include "simulation/scenario_place.h"

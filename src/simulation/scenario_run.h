@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::simulation {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/value.h"
+#include "shared/value.h"
 
 namespace linewatch {
 class RVTransitIncidentsViewController;

@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/json_text.h"
-#include "platform/message_field.h"
 #include "platform/transit_record_fields.h"
 #include "ui/text_style.h"
+#include "wire/json_text.h"
+#include "wire/message_field.h"
 
 namespace linewatch::simulation {
 

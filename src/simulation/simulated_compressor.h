@@ -5,8 +5,8 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/compressor.h"
 #include "simulation/backstage.h"
+#include "wire/compressor.h"
 
 namespace linewatch::simulation {
 

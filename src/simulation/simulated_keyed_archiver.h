@@ -3,9 +3,9 @@
 #include <memory>
 #include <optional>
 
-#include "platform/keyed_archiver.h"
 #include "simulation/archive_format.h"
 #include "simulation/backstage.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch::simulation {
 

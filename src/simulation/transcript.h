@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/date.h"
-#include "platform/value.h"
+#include "shared/date.h"
+#include "shared/value.h"
 
 namespace linewatch::simulation {
 

@@ -1,6 +1,6 @@
 #include "simulation/transcript_lines.h"
 
-#include "platform/json_text.h"
+#include "wire/json_text.h"
 
 namespace linewatch::simulation {
 

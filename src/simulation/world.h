@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "platform/artwork.h"
-#include "platform/date.h"
 #include "platform/device.h"
-#include "platform/error.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
-#include "platform/value.h"
+#include "shared/date.h"
+#include "shared/error.h"
+#include "shared/value.h"
 #include "simulation/keyed_table.h"
 #include "ui/geometry.h"
 #include "ui/text_style.h"

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "platform/artwork.h"
-#include "platform/object.h"
-#include "platform/value.h"
+#include "shared/object.h"
+#include "shared/value.h"
 
 namespace linewatch {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/object.h"
+#include "shared/object.h"
 #include "ui/layout_anchor.h"
 
 namespace linewatch::ui {

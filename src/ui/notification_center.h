@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/object.h"
+#include "shared/object.h"
 
 namespace linewatch::ui {
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "platform/extension_context.h"
-#include "platform/object.h"
+#include "shared/object.h"
 #include "ui/geometry.h"
 
 namespace linewatch::ui {

@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "incidents/result.h"
-#include "platform/error.h"
-#include "platform/keyed_archiver.h"
-#include "platform/object.h"
-#include "platform/value.h"
+#include "shared/error.h"
+#include "shared/object.h"
+#include "shared/value.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch {
 

@@ -6,8 +6,8 @@
 #include <random>
 #include <string>
 
-#include "platform/message_fields.h"
 #include "platform/transit_record_fields.h"
+#include "wire/message_fields.h"
 
 namespace linewatch {
 

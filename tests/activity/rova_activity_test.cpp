@@ -9,8 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/hex.h"
 #include "platform/transit_records.h"
+#include "wire/hex.h"
 
 namespace linewatch {
 namespace {

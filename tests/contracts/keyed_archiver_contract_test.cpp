@@ -5,10 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/storage/cbor_keyed_archiver.h"
-#include "platform/keyed_archiver.h"
 #include "platform/transit_storage_incident.h"
 #include "simulation/simulated_platform.h"
+#include "wire/archive/cbor_keyed_archiver.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch {
 namespace {

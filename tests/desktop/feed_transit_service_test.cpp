@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_sketch.h"
+#include "shared/failure.h"
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
 

@@ -8,11 +8,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_sketch.h"
 #include "desktop/recording_log.h"
 #include "desktop/user_favorites.h"
 #include "platform/transit_storage_line_item.h"
+#include "shared/failure.h"
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
 

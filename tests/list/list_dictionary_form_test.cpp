@@ -4,8 +4,8 @@
 
 #include "activity/openable_url.h"
 #include "list/row_artwork.h"
-#include "platform/json_text.h"
 #include "simulation/platform_test.h"
+#include "wire/json_text.h"
 
 namespace linewatch {
 namespace {

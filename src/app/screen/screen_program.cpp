@@ -5,7 +5,7 @@
 #include "app/screen/panel_command.h"
 #include "app/screen/qt_messages.h"
 #include "app/screen/render_command.h"
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 

@@ -4,9 +4,9 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
-#include "desktop/base/failure.h"
 #include "desktop/companion/handed_over.h"
 #include "desktop/roles/companion_session.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

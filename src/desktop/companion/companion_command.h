@@ -7,9 +7,9 @@
 #include <optional>
 #include <utility>
 
-#include "platform/error.h"
 #include "platform/system_controller.h"
 #include "platform/url.h"
+#include "shared/error.h"
 
 namespace linewatch::desktop {
 

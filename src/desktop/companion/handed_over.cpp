@@ -9,8 +9,8 @@
 #include <bzlib.h>
 
 #include "activity/user_activity_data.h"
-#include "desktop/base/byte_size.h"
-#include "desktop/base/failure.h"
+#include "shared/byte_size.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

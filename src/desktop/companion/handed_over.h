@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "activity/rova_activity.h"
-#include "platform/keyed_archiver.h"
-#include "platform/outcome.h"
 #include "platform/system_controller.h"
 #include "platform/transit_storage_incident.h"
+#include "shared/outcome.h"
+#include "wire/keyed_archiver.h"
 
 namespace linewatch::desktop {
 

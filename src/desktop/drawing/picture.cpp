@@ -11,9 +11,9 @@
 #include <functional>
 #include <string>
 
-#include "desktop/base/failure.h"
 #include "desktop/drawing/qt_canvas.h"
-#include "desktop/file_contents.h"
+#include "shared/failure.h"
+#include "shared/file_contents.h"
 
 namespace linewatch::desktop {
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/error.h"
+#include "shared/error.h"
 #include "ui/color.h"
 #include "ui/view.h"
 

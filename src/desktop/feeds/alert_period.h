@@ -4,7 +4,7 @@
 #include <span>
 
 #include "desktop/feeds/alerts_message.h"
-#include "platform/date.h"
+#include "shared/date.h"
 
 namespace linewatch::desktop {
 

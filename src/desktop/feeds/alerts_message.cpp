@@ -5,7 +5,7 @@
 
 #include <protozero/pbf_message.hpp>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 // The bytes, as protocol buffer fields "number name: type". Every other field is skipped, whatever is in it.
 //

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "desktop/feeds/alert_enumerations.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

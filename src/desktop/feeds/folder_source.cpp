@@ -5,8 +5,8 @@
 #include <system_error>
 #include <utility>
 
-#include "desktop/base/byte_size.h"
-#include "desktop/base/failure.h"
+#include "shared/byte_size.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -6,12 +6,12 @@
 #include <unordered_set>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/ascii.h"
 #include "desktop/feeds/colors.h"
 #include "desktop/feeds/csv_table.h"
 #include "desktop/feeds/single_line.h"
 #include "desktop/feeds/utf8.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -4,7 +4,7 @@
 
 #include "desktop/feeds/gtfs_source.h"
 #include "desktop/feeds/line_index.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

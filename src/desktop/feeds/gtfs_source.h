@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/base/byte_size.h"
-#include "platform/outcome.h"
+#include "shared/byte_size.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

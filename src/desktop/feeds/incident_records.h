@@ -10,8 +10,8 @@
 
 #include "desktop/feeds/feed_texts.h"
 #include "desktop/feeds/incident_table.h"
-#include "platform/date.h"
 #include "platform/transit_incident.h"
+#include "shared/date.h"
 
 namespace linewatch::desktop {
 

@@ -5,8 +5,8 @@
 #include <bit>
 #include <cstring>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/colors.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

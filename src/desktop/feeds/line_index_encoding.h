@@ -1,8 +1,8 @@
 #pragma once
 
 #include "desktop/feeds/line_index.h"
-#include "platform/outcome.h"
-#include "platform/value.h"
+#include "shared/outcome.h"
+#include "shared/value.h"
 
 namespace linewatch::desktop {
 

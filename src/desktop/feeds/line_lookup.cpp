@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/shield_text.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "desktop/feeds/line_search.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

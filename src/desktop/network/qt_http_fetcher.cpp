@@ -8,9 +8,9 @@
 #include <stop_token>
 #include <string>
 
-#include "desktop/base/byte_size.h"
-#include "desktop/base/failure.h"
 #include "desktop/http_fetcher.h"
+#include "shared/byte_size.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

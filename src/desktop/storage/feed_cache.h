@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "desktop/storage/state_database.h"
-#include "platform/date.h"
-#include "platform/value.h"
+#include "shared/date.h"
+#include "shared/value.h"
 
 namespace linewatch::desktop {
 

@@ -5,7 +5,7 @@
 
 #include <sqlite3.h>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/outcome.h"
-#include "platform/value.h"
+#include "shared/outcome.h"
+#include "shared/value.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

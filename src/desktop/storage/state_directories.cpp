@@ -3,7 +3,7 @@
 #include <string>
 #include <system_error>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "desktop/base/environment.h"
-#include "platform/outcome.h"
+#include "shared/environment.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -9,7 +9,7 @@
 
 #include "desktop/storage/state_database.h"
 #include "platform/analytics_service.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

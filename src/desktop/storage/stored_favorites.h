@@ -7,7 +7,7 @@
 
 #include "desktop/storage/state_database.h"
 #include "platform/favorites.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "desktop/storage/state_database.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 

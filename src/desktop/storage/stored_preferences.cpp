@@ -1,7 +1,7 @@
 #include "desktop/storage/stored_preferences.h"
 
-#include "desktop/base/failure.h"
-#include "desktop/storage/cbor.h"
+#include "shared/failure.h"
+#include "wire/archive/cbor.h"
 
 namespace linewatch::desktop {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/base/environment.h"
+#include "shared/environment.h"
 
 namespace linewatch::desktop {
 

@@ -3,10 +3,10 @@
 #include <QUrl>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "desktop/roles/companion_session.h"
 #include "platform/log.h"
 #include "platform/platform.h"
+#include "shared/failure.h"
 #include "ui/interface_settings.h"
 
 namespace linewatch::desktop {

@@ -12,10 +12,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "desktop/user_favorites.h"
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/window_colors.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

@@ -12,7 +12,7 @@
 #include "desktop/storage/stored_favorites.h"
 #include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
-#include "platform/outcome.h"
+#include "shared/outcome.h"
 
 class QLabel;
 class QLineEdit;

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/date.h"
+#include "shared/date.h"
 
 namespace linewatch {
 class Timer;

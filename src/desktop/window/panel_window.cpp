@@ -18,7 +18,6 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/base/failure.h"
 #include "desktop/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
@@ -28,6 +27,7 @@
 #include "desktop/window/window_colors.h"
 #include "platform/log.h"
 #include "platform/platform.h"
+#include "shared/failure.h"
 #include "ui/interface_settings.h"
 #include "ui/notification_center.h"
 #include "widget/saved_ui_data.h"

@@ -11,7 +11,7 @@
 #include "desktop/window/panel_updates.h"
 #include "desktop/window/row_surface.h"
 #include "desktop/window/window_texts.h"
-#include "platform/error.h"
+#include "shared/error.h"
 #include "ui/text_style.h"
 
 class QAction;

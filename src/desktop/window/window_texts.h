@@ -8,8 +8,8 @@
 
 #include "desktop/text/icu_localization.h"
 #include "desktop/text/user_locale.h"
-#include "platform/date.h"
 #include "platform/localization.h"
+#include "shared/date.h"
 
 namespace linewatch::desktop {
 

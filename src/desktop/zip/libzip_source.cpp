@@ -6,9 +6,9 @@
 
 #include <zip.h>
 
-#include "desktop/base/byte_size.h"
-#include "desktop/base/failure.h"
 #include "desktop/zip_source.h"
+#include "shared/byte_size.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 

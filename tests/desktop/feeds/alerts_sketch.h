@@ -9,8 +9,8 @@
 
 #include <protozero/pbf_writer.hpp>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/alerts_message.h"
+#include "shared/failure.h"
 
 // Alerts as tests write them down, and their bytes.
 

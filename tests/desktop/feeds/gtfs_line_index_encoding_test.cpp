@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/line_index_encoding.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/folded_words.h"
 #include "desktop/feeds/line_lookup.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 namespace {

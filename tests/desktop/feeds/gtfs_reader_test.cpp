@@ -5,9 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/feeds/folder_source.h"
 #include "desktop/feeds/memory_source.h"
+#include "shared/failure.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

@@ -9,8 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "desktop/base/failure.h"
 #include "desktop/recording_log.h"
+#include "shared/failure.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

@@ -11,13 +11,13 @@
 
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
-#include "desktop/base/failure.h"
 #include "desktop/roles/companion_session.h"
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/link_button.h"
 #include "desktop/window/panel_test.h"
 #include "platform/url_display_options.h"
+#include "shared/failure.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

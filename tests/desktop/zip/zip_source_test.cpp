@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
-#include "desktop/base/failure.h"
+#include "shared/failure.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

@@ -1,0 +1,161 @@
+#include "shared/file_contents.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <random>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "shared/byte_size.h"
+#include "shared/failure.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An open file, closed at the end of its scope. The number is negative when it could not be opened.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+  /// Whether all that was written is in the file: some file systems only tell here.
+  bool close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || ::close(number) == 0;
+  }
+
+ private:
+  int number_;
+};
+
+std::string lastFailure() { return std::generic_category().message(errno); }
+
+/// Until there is more to read, or an end. An error says why there is none.
+class Wait {
+ public:
+  explicit Wait(const ReadingLimits& limits) : limits_(limits) {}
+
+  std::optional<std::string> forMoreIn(int descriptor) const {
+    constexpr int kStepMilliseconds = 50;
+    pollfd awaited{.fd = descriptor, .events = POLLIN, .revents = 0};
+    for (int ready = 0; ready == 0; ready = ::poll(&awaited, 1, kStepMilliseconds)) {
+      if (limits_.stop.stop_requested()) return "no longer wanted";
+      if (limits_.time && Clock::now() - start_ > *limits_.time) return "its end did not come in time";
+    }
+    return std::nullopt;
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  const ReadingLimits& limits_;
+  const Clock::time_point start_ = Clock::now();
+};
+
+/// Of a name such as /dev/stdout: it stands for what a process has open, even where that is a plain file, and
+/// no other file can take the place of that.
+bool namesSomethingOpen(const fs::path& file) {
+  std::error_code ignored;
+  return fs::canonical(file.parent_path(), ignored).string().starts_with("/proc/");
+}
+
+/// What a name such as /dev/stdout stands for in this process; absent for other names. To open it by the name
+/// would begin anew at a place of its own in the file, and whoever has it open too would write over it.
+std::optional<int> ownDescriptor(const fs::path& file) {
+  std::error_code ignored;
+  if (fs::canonical(file.parent_path(), ignored) != fs::canonical("/proc/self/fd", ignored))
+    return std::nullopt;
+  const std::string name = file.filename().string();
+  int number = 0;
+  const auto [end, fault] = std::from_chars(name.data(), name.data() + name.size(), number);
+  return fault == std::errc() && end == name.data() + name.size() ? std::optional(number) : std::nullopt;
+}
+
+/// Where links lead; the last of them where there are too many.
+fs::path followed(fs::path file) {
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error) && !namesSomethingOpen(file); ++links)
+    file = file.parent_path() / fs::read_symlink(file, error);
+  return file;
+}
+
+bool isReplaceable(const fs::path& file) {
+  std::error_code ignored;
+  const fs::file_type type = fs::symlink_status(file, ignored).type();
+  return (type == fs::file_type::regular || type == fs::file_type::not_found) && !namesSomethingOpen(file);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t size = ::write(descriptor, bytes.data(), bytes.size());
+    if (size < 0 && errno != EINTR) return false;
+    if (size > 0) bytes.remove_prefix(static_cast<std::size_t>(size));
+  }
+  return true;
+}
+
+/// Writes the bytes beside the file and then renames them to it. False with `errno` set when it failed.
+bool replace(const fs::path& file, std::string_view bytes) {
+  const std::string name = file.string() + "." + std::to_string(std::random_device()());
+  Descriptor to(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (to.number() < 0) return false;
+  struct stat old {};
+  const bool isNew = ::stat(file.c_str(), &old) != 0;
+  const bool isDone = writeAll(to.number(), bytes) &&
+                      (isNew || ::fchmod(to.number(), old.st_mode & 07777) == 0) &&
+                      ::fsync(to.number()) == 0 && to.close() && ::rename(name.c_str(), file.c_str()) == 0;
+  if (isDone) return true;
+  const int why = errno;
+  ::unlink(name.c_str());
+  errno = why;
+  return false;
+}
+
+/// Writes into what is open under the file's name, or opens it. False with `errno` set when it failed.
+bool writeInPlace(const fs::path& file, std::string_view bytes) {
+  if (const auto own = ownDescriptor(file)) return writeAll(*own, bytes);
+  Descriptor to(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+  return to.number() >= 0 && writeAll(to.number(), bytes) && to.close();
+}
+
+}  // namespace
+
+Outcome<std::string> contentsOf(const fs::path& file, const ReadingLimits& limits) {
+  const auto failed = [&](const std::string& why) { return failure(file.string(), "", why); };
+  // Without O_NONBLOCK, opening a pipe would wait for its writer.
+  const Descriptor open(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (open.number() < 0) return failed(lastFailure());
+  const Wait wait(limits);
+  std::string contents;
+  std::array<char, 65536> chunk;
+  for (;;) {
+    if (const auto why = wait.forMoreIn(open.number())) return failed(*why);
+    const ssize_t size = ::read(open.number(), chunk.data(), chunk.size());
+    if (size == 0) return contents;
+    // Another reader of a pipe may have been faster.
+    if (size < 0 && errno != EAGAIN && errno != EINTR) return failed(lastFailure());
+    if (size > 0) contents.append(chunk.data(), static_cast<std::size_t>(size));
+    if (contents.size() > limits.bytes) return failed("it is larger than " + sizeInWords(limits.bytes));
+  }
+}
+
+std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
+  const fs::path target = followed(file);
+  if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
+  return failure(file.string(), "", lastFailure());
+}
+
+}  // namespace linewatch::desktop
