@@ -5,9 +5,9 @@
 
 #include "app/commands.h"
 #include "app/local_time.h"
-#include "desktop/storage/stored_analytics.h"
 #include "shared/failure.h"
 #include "shared/outcome.h"
+#include "storage/stored_analytics.h"
 
 namespace linewatch::app {
 

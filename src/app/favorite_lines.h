@@ -5,8 +5,8 @@
 
 #include "app/session.h"
 #include "desktop/feeds/line_search.h"
-#include "desktop/storage/stored_favorites.h"
 #include "shared/outcome.h"
+#include "storage/stored_favorites.h"
 
 namespace linewatch::app {
 

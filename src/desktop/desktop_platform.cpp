@@ -12,9 +12,9 @@
 #include "desktop/roles/companion_session.h"
 #include "desktop/roles/connection_diagnosis.h"
 #include "desktop/roles/system_random_source.h"
-#include "desktop/storage/stored_analytics.h"
 #include "desktop/text/icu_localization.h"
 #include "platform/log.h"
+#include "storage/stored_analytics.h"
 #include "wire/archive/cbor_keyed_archiver.h"
 
 namespace linewatch::desktop {

@@ -9,16 +9,16 @@
 #include "desktop/desktop_screen.h"
 #include "desktop/desktop_settings.h"
 #include "desktop/feed_transit_service.h"
-#include "desktop/overlaid_preferences.h"
 #include "desktop/qt_main_loop.h"
 #include "desktop/roles/desktop_device.h"
 #include "desktop/roles/stderr_log.h"
-#include "desktop/saved_state.h"
 #include "desktop/shown_feeds.h"
 #include "desktop/text/user_locale.h"
 #include "desktop/transit_feeds.h"
 #include "desktop/user_favorites.h"
 #include "platform/platform.h"
+#include "storage/overlaid_preferences.h"
+#include "storage/saved_state.h"
 #include "ui/notification_center.h"
 
 namespace linewatch::desktop {

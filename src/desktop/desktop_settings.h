@@ -8,9 +8,9 @@
 
 #include "desktop/companion_controller.h"
 #include "desktop/desktop_screen.h"
-#include "desktop/overlaid_preferences.h"
 #include "desktop/text/user_locale.h"
 #include "shared/date.h"
+#include "storage/overlaid_preferences.h"
 
 namespace linewatch::desktop {
 

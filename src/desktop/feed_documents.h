@@ -10,10 +10,10 @@
 #include "desktop/feeds/gtfs_source.h"
 #include "desktop/feeds/line_index.h"
 #include "desktop/http_fetcher.h"
-#include "desktop/storage/feed_cache.h"
-#include "desktop/storage/stored_feeds.h"
 #include "shared/date.h"
 #include "shared/outcome.h"
+#include "storage/feed_cache.h"
+#include "storage/stored_feeds.h"
 
 namespace linewatch::desktop {
 

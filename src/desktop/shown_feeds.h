@@ -4,9 +4,9 @@
 #include <variant>
 #include <vector>
 
-#include "desktop/storage/state_database.h"
-#include "desktop/storage/stored_feeds.h"
 #include "shared/outcome.h"
+#include "storage/state_database.h"
+#include "storage/stored_feeds.h"
 
 namespace linewatch::desktop {
 

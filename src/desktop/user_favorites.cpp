@@ -5,11 +5,11 @@
 #include <memory>
 #include <string_view>
 
-#include "desktop/program_preferences.h"
 #include "desktop/shown_feeds.h"
-#include "desktop/storage/stored_preferences.h"
 #include "platform/transit_records.h"
 #include "shared/failure.h"
+#include "storage/program_preferences.h"
+#include "storage/stored_preferences.h"
 
 namespace linewatch::desktop {
 

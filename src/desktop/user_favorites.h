@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "desktop/feeds/line_search.h"
-#include "desktop/storage/state_database.h"
-#include "desktop/storage/stored_favorites.h"
 #include "platform/favorites.h"
 #include "shared/outcome.h"
+#include "storage/state_database.h"
+#include "storage/stored_favorites.h"
 
 namespace linewatch::desktop {
 

@@ -5,9 +5,9 @@
 
 #include "contracts/subject.h"
 #include "desktop/recording_log.h"
-#include "desktop/saved_state.h"
 #include "platform/transit_storage_incident.h"
 #include "simulation/simulated_platform.h"
+#include "storage/saved_state.h"
 #include "temporary_folder.h"
 
 namespace linewatch {

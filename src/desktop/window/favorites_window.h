@@ -9,10 +9,10 @@
 
 #include "desktop/feeds/line_records.h"
 #include "desktop/feeds/line_search.h"
-#include "desktop/storage/stored_favorites.h"
 #include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
 #include "shared/outcome.h"
+#include "storage/stored_favorites.h"
 
 class QLabel;
 class QLineEdit;

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/program_preferences.h"
 #include "platform/platform.h"
 #include "platform/preferences_store.h"
+#include "storage/program_preferences.h"
 
 namespace linewatch::desktop {
 

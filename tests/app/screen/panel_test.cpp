@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/storage/stored_analytics.h"
 #include "desktop/window/windows.h"
+#include "storage/stored_analytics.h"
 #include "temporary_folder.h"
 
 namespace linewatch::app {

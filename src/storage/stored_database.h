@@ -16,8 +16,8 @@
 
 #include <sys/types.h>
 
-#include "desktop/storage/sqlite_database.h"
 #include "platform/log.h"
+#include "storage/sqlite_database.h"
 
 namespace linewatch::desktop {
 

@@ -4,13 +4,13 @@
 #include <optional>
 #include <string_view>
 
-#include "desktop/overlaid_preferences.h"
-#include "desktop/storage/feed_cache.h"
-#include "desktop/storage/state_database.h"
-#include "desktop/storage/state_directories.h"
-#include "desktop/storage/stored_feeds.h"
-#include "desktop/storage/stored_preferences.h"
 #include "shared/error.h"
+#include "storage/feed_cache.h"
+#include "storage/overlaid_preferences.h"
+#include "storage/state_database.h"
+#include "storage/state_directories.h"
+#include "storage/stored_feeds.h"
+#include "storage/stored_preferences.h"
 
 namespace linewatch::desktop {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/storage/state_database.h"
 #include "shared/outcome.h"
+#include "storage/state_database.h"
 
 namespace linewatch::desktop {
 

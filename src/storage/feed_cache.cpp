@@ -1,4 +1,4 @@
-#include "desktop/storage/feed_cache.h"
+#include "storage/feed_cache.h"
 
 namespace linewatch::desktop {
 

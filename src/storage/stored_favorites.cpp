@@ -1,4 +1,4 @@
-#include "desktop/storage/stored_favorites.h"
+#include "storage/stored_favorites.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "desktop/storage/state_directories.h"
+#include "storage/state_directories.h"
 
 #include <string>
 #include <system_error>

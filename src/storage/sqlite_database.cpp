@@ -1,4 +1,4 @@
-#include "desktop/storage/sqlite_database.h"
+#include "storage/sqlite_database.h"
 
 #include <system_error>
 #include <utility>

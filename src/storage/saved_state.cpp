@@ -1,4 +1,4 @@
-#include "desktop/saved_state.h"
+#include "storage/saved_state.h"
 
 #include <string>
 #include <utility>

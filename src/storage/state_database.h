@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "desktop/storage/state_directories.h"
-#include "desktop/storage/stored_database.h"
+#include "storage/state_directories.h"
+#include "storage/stored_database.h"
 
 namespace linewatch::desktop {
 

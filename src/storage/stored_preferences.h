@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/storage/state_database.h"
 #include "platform/preferences_store.h"
+#include "storage/state_database.h"
 
 namespace linewatch::desktop {
 

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/storage/state_database.h"
 #include "platform/favorites.h"
 #include "shared/outcome.h"
+#include "storage/state_database.h"
 
 namespace linewatch::desktop {
 

@@ -1,4 +1,4 @@
-#include "desktop/storage/stored_preferences.h"
+#include "storage/stored_preferences.h"
 
 #include "shared/failure.h"
 #include "wire/archive/cbor.h"

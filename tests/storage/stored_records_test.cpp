@@ -8,12 +8,12 @@
 #include <gtest/gtest.h>
 
 #include "desktop/recording_log.h"
-#include "desktop/storage/feed_cache.h"
-#include "desktop/storage/stored_analytics.h"
-#include "desktop/storage/stored_favorites.h"
-#include "desktop/storage/stored_feeds.h"
-#include "desktop/storage/stored_preferences.h"
 #include "platform/transit_records.h"
+#include "storage/feed_cache.h"
+#include "storage/stored_analytics.h"
+#include "storage/stored_favorites.h"
+#include "storage/stored_feeds.h"
+#include "storage/stored_preferences.h"
 #include "temporary_folder.h"
 
 namespace linewatch::desktop {

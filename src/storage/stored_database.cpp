@@ -1,4 +1,4 @@
-#include "desktop/storage/stored_database.h"
+#include "storage/stored_database.h"
 
 #include <cerrno>
 #include <system_error>

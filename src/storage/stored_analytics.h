@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/storage/state_database.h"
 #include "platform/analytics_service.h"
 #include "shared/outcome.h"
+#include "storage/state_database.h"
 
 namespace linewatch::desktop {
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "desktop/storage/state_database.h"
 #include "shared/date.h"
 #include "shared/value.h"
+#include "storage/state_database.h"
 
 namespace linewatch::desktop {
 

@@ -1,4 +1,4 @@
-#include "desktop/storage/stored_feeds.h"
+#include "storage/stored_feeds.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "desktop/storage/state_database.h"
+#include "storage/state_database.h"
 
 #include <array>
 

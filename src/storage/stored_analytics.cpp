@@ -1,4 +1,4 @@
-#include "desktop/storage/stored_analytics.h"
+#include "storage/stored_analytics.h"
 
 #include <memory>
 #include <utility>
