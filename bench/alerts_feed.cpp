@@ -21,9 +21,9 @@
 #include <benchmark/benchmark.h>
 #include <protozero/pbf_writer.hpp>
 
-#include "desktop/feeds/held_alerts.h"
-#include "desktop/feeds/incident_records.h"
-#include "desktop/feeds/line_records.h"
+#include "feeds/alerts/held_alerts.h"
+#include "feeds/alerts/incident_records.h"
+#include "feeds/gtfs/line_records.h"
 #include "platform/transit_records.h"
 
 namespace linewatch::desktop {

@@ -5,10 +5,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include "desktop/feeds/gtfs_reader.h"
-#include "desktop/feeds/line_index_encoding.h"
-#include "desktop/feeds/line_records.h"
-#include "desktop/feeds/line_search.h"
+#include "feeds/gtfs/gtfs_reader.h"
+#include "feeds/gtfs/line_index_encoding.h"
+#include "feeds/gtfs/line_records.h"
+#include "feeds/gtfs/line_search.h"
 
 namespace linewatch::desktop {
 namespace {

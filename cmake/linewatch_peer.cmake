@@ -23,4 +23,4 @@ function(linewatch_peer name proto)
 endfunction()
 
 linewatch_peer(record_peer ${PROJECT_SOURCE_DIR}/tests/activity/peer/record.proto)
-linewatch_peer(alerts_peer ${PROJECT_SOURCE_DIR}/tests/desktop/feeds/peer/alerts.proto)
+linewatch_peer(alerts_peer ${PROJECT_SOURCE_DIR}/tests/feeds/alerts/peer/alerts.proto)

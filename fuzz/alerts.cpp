@@ -10,11 +10,11 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/feeds/held_alerts.h"
-#include "desktop/feeds/incident_records.h"
-#include "desktop/feeds/plain_text.h"
-#include "desktop/feeds/row_text.h"
-#include "desktop/feeds/utf8.h"
+#include "feeds/alerts/held_alerts.h"
+#include "feeds/alerts/incident_records.h"
+#include "feeds/alerts/row_text.h"
+#include "feeds/text/plain_text.h"
+#include "feeds/text/utf8.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "desktop/feeds/gtfs_reader.h"
-#include "desktop/feeds/line_index_encoding.h"
-#include "desktop/feeds/line_lookup.h"
-#include "desktop/feeds/line_records.h"
-#include "desktop/feeds/utf8.h"
+#include "feeds/gtfs/gtfs_reader.h"
+#include "feeds/gtfs/line_index_encoding.h"
+#include "feeds/gtfs/line_lookup.h"
+#include "feeds/gtfs/line_records.h"
+#include "feeds/text/utf8.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/shell_words.h"
-#include "desktop/http_fetcher.h"
+#include "feeds/http/http_fetcher.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/session.h"
-#include "desktop/feeds/line_search.h"
+#include "feeds/gtfs/line_search.h"
 #include "shared/outcome.h"
 #include "storage/stored_favorites.h"
 

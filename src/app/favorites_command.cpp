@@ -1,8 +1,8 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
-#include "desktop/feeds/line_lookup.h"
 #include "desktop/roles/stderr_log.h"
+#include "feeds/gtfs/line_lookup.h"
 
 namespace linewatch::app {
 

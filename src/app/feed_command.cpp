@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "app/commands.h"
-#include "desktop/feeds/utf8.h"
 #include "desktop/roles/stderr_log.h"
+#include "feeds/text/utf8.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include "desktop/feeds/line_records.h"
 #include "desktop/roles/stderr_log.h"
+#include "feeds/gtfs/line_records.h"
 
 namespace linewatch::app {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/terminal_text.h"
-#include "desktop/feeds/line_search.h"
+#include "feeds/gtfs/line_search.h"
 
 namespace linewatch::app {
 

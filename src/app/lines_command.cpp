@@ -2,7 +2,7 @@
 
 #include "app/commands.h"
 #include "app/line_table.h"
-#include "desktop/feeds/line_search.h"
+#include "feeds/gtfs/line_search.h"
 
 namespace linewatch::app {
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/roles/background_favorites.h"
+#include "feeds/background_favorites.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {

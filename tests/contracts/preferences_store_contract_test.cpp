@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 #include "platform/transit_storage_incident.h"
 #include "simulation/simulated_platform.h"
 #include "storage/saved_state.h"

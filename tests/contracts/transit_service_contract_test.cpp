@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/feed_transit_service.h"
-#include "desktop/feeds/alerts_sketch.h"
+#include "feeds/alerts/alerts_sketch.h"
+#include "feeds/feed_transit_service.h"
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
 

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 #include "platform/companion_application.h"
 #include "platform/transit_storage_incident.h"
 #include "temporary_folder.h"

@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 #include "shared/failure.h"
 #include "temporary_folder.h"
 

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 #include "platform/transit_records.h"
 #include "storage/feed_cache.h"
 #include "storage/stored_analytics.h"

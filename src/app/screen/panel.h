@@ -8,9 +8,9 @@
 
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
-#include "desktop/roles/background_queue.h"
 #include "desktop/window/companion.h"
 #include "desktop/window/panel_window.h"
+#include "feeds/background_queue.h"
 
 namespace linewatch::app {
 

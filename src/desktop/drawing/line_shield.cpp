@@ -5,7 +5,7 @@
 
 #include "desktop/drawing/qt_text_engine.h"
 #include "desktop/drawing/typefaces.h"
-#include "desktop/feeds/colors.h"
+#include "feeds/gtfs/colors.h"
 
 namespace linewatch::desktop {
 

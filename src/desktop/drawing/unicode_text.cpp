@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "desktop/feeds/utf8.h"
+#include "feeds/text/utf8.h"
 
 namespace linewatch::desktop {
 

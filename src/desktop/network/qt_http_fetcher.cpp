@@ -8,7 +8,7 @@
 #include <stop_token>
 #include <string>
 
-#include "desktop/http_fetcher.h"
+#include "feeds/http/http_fetcher.h"
 #include "shared/byte_size.h"
 #include "shared/failure.h"
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "desktop/companion/handed_over.h"
-#include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
+#include "feeds/transit_feeds.h"
 
 class QBoxLayout;
 class QScrollArea;

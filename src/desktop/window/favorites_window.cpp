@@ -12,9 +12,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/user_favorites.h"
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/window_colors.h"
+#include "feeds/user_favorites.h"
 #include "shared/failure.h"
 
 namespace linewatch::desktop {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "desktop/feeds/line_records.h"
-#include "desktop/feeds/line_search.h"
-#include "desktop/transit_feeds.h"
 #include "desktop/window/companion_window.h"
+#include "feeds/gtfs/line_records.h"
+#include "feeds/gtfs/line_search.h"
+#include "feeds/transit_feeds.h"
 #include "shared/outcome.h"
 #include "storage/stored_favorites.h"
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "desktop/drawing/offscreen.h"
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -7,7 +7,7 @@
 #include "desktop/drawing/line_shield.h"
 #include "desktop/drawing/mode_icon.h"
 #include "desktop/drawing/qt_text_engine.h"
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 #include "platform/preferences_store.h"
 #include "simulation/forwarding_platform.h"
 

@@ -6,7 +6,7 @@
 
 #include "desktop/drawing/mode_icon.h"
 #include "desktop/drawing/offscreen.h"
-#include "desktop/recording_log.h"
+#include "platform/recording_log.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 #include <unicode/messagepattern.h>
 
-#include "desktop/feeds/feed_texts.h"
 #include "desktop/text/string_tables.h"
+#include "feeds/alerts/feed_texts.h"
 
 namespace linewatch::desktop {
 namespace {

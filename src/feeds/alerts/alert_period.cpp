@@ -1,0 +1,50 @@
+#include "feeds/alerts/alert_period.h"
+
+#include <limits>
+#include <tuple>
+
+namespace linewatch::desktop {
+
+namespace {
+
+constexpr double kForever = std::numeric_limits<double>::infinity();
+// 2100-01-01: agencies write "until further notice" as some end from here on.
+constexpr std::uint64_t kNoRealEnd = 4'102'444'800;
+
+struct Span {
+  double start;
+  double end;
+};
+
+Span spanOf(const AlertPeriod& period) {
+  return {.start = period.start == 0 ? -kForever : static_cast<double>(period.start),
+          .end = period.end == 0 || period.end >= kNoRealEnd ? kForever : static_cast<double>(period.end)};
+}
+
+std::optional<Date> dateAt(double seconds) {
+  if (seconds == kForever || seconds == -kForever) return std::nullopt;
+  return Date(Seconds(seconds));
+}
+
+// Greater is better: running beats coming, coming beats past.
+std::tuple<int, double, double> rank(const Span& span, double now) {
+  if (span.start <= now && now < span.end) return {2, span.end, -span.start};
+  if (span.start > now) return {1, -span.start, span.end};
+  return {0, span.end, span.start};
+}
+
+}  // namespace
+
+ShownPeriod periodToShow(std::span<const AlertPeriod> periods, Date now) {
+  const double time = secondsOf(now);
+  std::optional<Span> best;
+  for (const AlertPeriod& period : periods) {
+    if (period.use != AlertPeriod::Use::show) continue;
+    const Span span = spanOf(period);
+    if (!best || rank(span, time) > rank(*best, time)) best = span;
+  }
+  if (!best) return {};
+  return {.start = dateAt(best->start), .end = dateAt(best->end)};
+}
+
+}  // namespace linewatch::desktop

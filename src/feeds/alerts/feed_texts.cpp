@@ -1,0 +1,77 @@
+#include "feeds/alerts/feed_texts.h"
+
+#include <cstddef>
+
+namespace linewatch::desktop {
+
+namespace {
+
+struct Entry {
+  std::string_view key;
+  std::string_view english;
+};
+
+// By their numbers; those without a key tell nothing.
+constexpr Entry kCauses[kAlertCauses] = {
+    {},
+    {},
+    {"LineWatch_Feed_Cause_TechnicalProblem", "Technical problem"},
+    {"LineWatch_Feed_Cause_Strike", "Strike"},
+    {"LineWatch_Feed_Cause_Demonstration", "Demonstration"},
+    {"LineWatch_Feed_Cause_Accident", "Accident"},
+    {"LineWatch_Feed_Cause_Holiday", "Holiday"},
+    {"LineWatch_Feed_Cause_Weather", "Weather"},
+    {"LineWatch_Feed_Cause_Maintenance", "Maintenance"},
+    {"LineWatch_Feed_Cause_Construction", "Construction"},
+    {"LineWatch_Feed_Cause_PoliceActivity", "Police activity"},
+    {"LineWatch_Feed_Cause_MedicalEmergency", "Medical emergency"},
+};
+constexpr Entry kEffects[kAlertEffects] = {
+    {"LineWatch_Feed_Effect_NoService", "No service"},
+    {"LineWatch_Feed_Effect_ReducedService", "Reduced service"},
+    {"LineWatch_Feed_Effect_SignificantDelays", "Significant delays"},
+    {"LineWatch_Feed_Effect_Detour", "Detour"},
+    {"LineWatch_Feed_Effect_AdditionalService", "Additional service"},
+    {"LineWatch_Feed_Effect_ModifiedService", "Modified service"},
+    {},
+    {},
+    {"LineWatch_Feed_Effect_StopMoved", "Stop moved"},
+    {"LineWatch_Feed_Effect_NoEffect", "Service not affected"},
+    {"LineWatch_Feed_Effect_AccessibilityIssue", "Accessibility issue"},
+};
+constexpr Entry kIncident = {"LineWatch_Feed_Incident", "Service alert"};
+constexpr Entry kEffectAndCause = {"LineWatch_Feed_EffectAndCause", "{0} · {1}"};
+
+void replace(std::string& text, std::string_view sought, const std::string& replacement) {
+  if (const std::size_t place = text.find(sought); place != std::string::npos) {
+    text.replace(place, sought.size(), replacement);
+  }
+}
+
+}  // namespace
+
+FeedTexts FeedTexts::english() {
+  return lookedUp([](std::string_view /*key*/, std::string_view english) { return std::string(english); });
+}
+
+FeedTexts FeedTexts::lookedUp(const LookUp& lookUp) {
+  const auto text = [&](const Entry& entry) {
+    return entry.key.empty() ? std::string() : lookUp(entry.key, entry.english);
+  };
+  FeedTexts texts;
+  for (std::size_t place = 0; place < kAlertCauses; ++place) texts.causes[place] = text(kCauses[place]);
+  for (std::size_t place = 0; place < kAlertEffects; ++place) texts.effects[place] = text(kEffects[place]);
+  texts.incident = text(kIncident);
+  texts.effectAndCauseFormat = text(kEffectAndCause);
+  return texts;
+}
+
+std::string FeedTexts::together(const std::string& effectWords, const std::string& causeWords) const {
+  if (effectWords.empty() || causeWords.empty()) return effectWords + causeWords;
+  std::string both = effectAndCauseFormat;
+  replace(both, "{1}", causeWords);
+  replace(both, "{0}", effectWords);
+  return both;
+}
+
+}  // namespace linewatch::desktop

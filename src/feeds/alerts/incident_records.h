@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "feeds/alerts/feed_texts.h"
+#include "feeds/alerts/incident_table.h"
+#include "platform/transit_incident.h"
+#include "shared/date.h"
+
+namespace linewatch::desktop {
+
+/// How the user reads incidents.
+struct IncidentLanguage {
+  /// Language tags, the best first.
+  std::vector<std::string> languages;
+  FeedTexts texts = FeedTexts::english();
+};
+
+using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
+
+/// Makes the records of the incidents of a table, each when a line that has it is asked for and once for all
+/// of them.
+class IncidentRecords {
+ public:
+  /// `now` chooses among the periods of an incident.
+  IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now);
+
+  TransitIncidents ofRoute(std::size_t route);
+  /// The `muid` of the record of an incident of the table, by its place there.
+  std::uint64_t muidOf(std::size_t place) const { return muidOf(table_->incidents()[place]); }
+
+ private:
+  SharedIncident record(std::uint32_t place);
+  SharedIncident make(const DistinctIncident& incident) const;
+  std::uint64_t muidOf(const DistinctIncident& incident) const;
+  std::vector<AlertTranslation> translations(const DistinctIncident& incident, AlertText kind) const;
+  std::string bestText(const DistinctIncident& incident, AlertText kind) const;
+  OptionalText bestAddress(const DistinctIncident& incident) const;
+
+  SharedIncidentTable table_;
+  SharedIncidentLanguage language_;
+  Date now_;
+  std::unordered_map<std::uint32_t, SharedIncident> made_;
+};
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "feeds/gtfs/csv_reader.h"
+
+namespace linewatch::desktop {
+
+/// Comma-separated values whose first row names the columns. The text has to outlive the table.
+class CsvTable {
+ public:
+  /// Where a column stands; one past the last for a column that the table does not have.
+  using Column = std::size_t;
+
+  explicit CsvTable(std::string_view text);
+
+  /// A name that stands twice means its first column.
+  Column column(std::string_view name) const;
+  bool has(Column column) const { return column < names_.size(); }
+
+  /// Goes to the next row; false at the end and at a fault.
+  bool next() { return reader_.next(); }
+  /// The row's value; empty where the row or the table has none. Valid until the next call of `next`.
+  std::string_view value(Column column) const;
+
+  std::size_t line() const { return reader_.line(); }
+  const std::optional<CsvReader::Fault>& fault() const { return reader_.fault(); }
+
+ private:
+  CsvReader reader_;
+  std::vector<std::string> names_;
+};
+
+}  // namespace linewatch::desktop

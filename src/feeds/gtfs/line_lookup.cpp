@@ -1,0 +1,147 @@
+#include "feeds/gtfs/line_lookup.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "feeds/gtfs/shield_text.h"
+#include "feeds/text/folded_words.h"
+#include "shared/failure.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+/// "12 (Airport – Harbour)"
+std::string withLongName(const std::string& text, const FoundLine& line) {
+  const std::string& longName = line.entry().longName;
+  return longName.empty() || longName == text ? text : text + " (" + longName + ")";
+}
+
+std::string byId(const FoundLine& line) {
+  return withLongName(line.index->feedName() + ":" + line.entry().id, line);
+}
+
+constexpr std::size_t kMostSuggestions = 5;
+
+template <class Describe>
+std::string listed(std::span<const FoundLine> lines, Describe describe) {
+  std::string text;
+  for (const FoundLine& line : lines.first(std::min(lines.size(), kMostSuggestions))) {
+    text.append(text.empty() ? "" : ", ").append(describe(line));
+  }
+  return lines.size() > kMostSuggestions ? text + " …" : text;
+}
+
+template <class Predicate>
+std::vector<FoundLine> linesWhere(std::span<const SharedLineIndex> indexes, Predicate fits) {
+  std::vector<FoundLine> lines;
+  for (const SharedLineIndex& index : indexes) {
+    for (std::size_t route = 0; route < index->routes().size(); ++route) {
+      if (fits(*index, route)) lines.push_back({index, route});
+    }
+  }
+  return lines;
+}
+
+std::vector<FoundLine> linesWithId(std::span<const SharedLineIndex> indexes, std::string_view id) {
+  std::vector<FoundLine> lines;
+  for (const SharedLineIndex& index : indexes) {
+    if (const auto route = index->routeWithId(id)) lines.push_back({index, *route});
+  }
+  return lines;
+}
+
+// What a line may be called: its number, or where it has none its name; the name beside the number; and what
+// its shield says.
+using Naming = std::string (*)(const LineIndex& index, std::size_t route);
+constexpr Naming kNamings[] = {
+    [](const LineIndex& index, std::size_t route) { return std::string(index.nameOfRoute(route)); },
+    [](const LineIndex& index, std::size_t route) { return std::string(index.routes()[route].longName); },
+    [](const LineIndex& index, std::size_t route) { return shieldText(index.routes()[route]); }};
+
+std::vector<FoundLine> linesNamed(std::span<const SharedLineIndex> indexes, std::string_view name) {
+  const std::string wanted = comparableName(name);
+  for (const Naming& nameOf : kNamings) {
+    auto lines = linesWhere(
+        indexes, [&](const LineIndex& index, std::size_t route) { return nameOf(index, route) == name; });
+    if (lines.empty() && !wanted.empty()) {
+      lines = linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
+        return comparableName(nameOf(index, route)) == wanted;
+      });
+    }
+    if (!lines.empty()) return lines;
+  }
+  return {};
+}
+
+std::vector<FoundLine> linesCalled(std::span<const SharedLineIndex> indexes, std::string_view name) {
+  std::vector<FoundLine> lines = linesWithId(indexes, name);
+  return lines.empty() ? linesNamed(indexes, name) : lines;
+}
+
+/// The lines of "feed:line". Feed names and route ids may both hold colons.
+std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> indexes, std::string_view name) {
+  std::vector<FoundLine> lines;
+  for (const SharedLineIndex& index : indexes) {
+    const std::string prefix = index->feedName() + ":";
+    if (!name.starts_with(prefix)) continue;
+    std::ranges::move(linesCalled(std::span(&index, 1), name.substr(prefix.size())),
+                      std::back_inserter(lines));
+  }
+  return lines;
+}
+
+/// In how many places two texts differ: the characters to add, drop or change on the way from one to the
+/// other.
+std::size_t differences(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+/// The lines that the name may be a slip for: those that a search finds, else those that are one slip in four
+/// characters away.
+std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::string_view name) {
+  const std::string wanted = comparableName(name);
+  if (wanted.empty()) return {};
+  std::vector<FoundLine> lines = searchLines(indexes, name);
+  if (!lines.empty()) return lines;
+  const std::size_t slips = wanted.size() / 4 + 1;
+  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
+    const std::string like = comparableName(index.nameOfRoute(route));
+    return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
+           like.size() > slips && differences(wanted, like) <= slips;
+  });
+}
+
+Error severalLines(const std::string& what, std::span<const FoundLine> lines) {
+  return failure(what, "", "several lines have this name; name one as " + listed(lines, byId));
+}
+
+Error noLine(const std::string& what, std::span<const FoundLine> lines) {
+  if (lines.empty()) return failure(what, "", "no feed has such a line");
+  return failure(what, "", "no feed has such a line; did you mean " + listed(lines, byId) + "?");
+}
+
+}  // namespace
+
+Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name) {
+  std::vector<FoundLine> lines = linesCalled(indexes, name);
+  if (lines.empty()) lines = linesCalledWithFeed(indexes, name);
+  if (lines.size() == 1) return lines.front();
+  const std::string what = "line \"" + std::string(name) + "\"";
+  return lines.empty() ? noLine(what, linesLike(indexes, name)) : severalLines(what, lines);
+}
+
+}  // namespace linewatch::desktop

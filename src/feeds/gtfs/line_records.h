@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "feeds/gtfs/line_index.h"
+#include "platform/transit_records.h"
+
+namespace linewatch::desktop {
+
+/// Makes the records of a feed's lines, each once and when it is first asked for; lines that look the same
+/// share their artworks, lines of one agency their system. Used by one thread at a time; records are read on
+/// any.
+class LineRecords {
+ public:
+  explicit LineRecords(SharedLineIndex index);
+
+  const SharedLineIndex& index() const { return index_; }
+
+  /// Never null. The system is null when the feed does not say whose the route is.
+  const std::shared_ptr<const TransitLineFields>& lineFieldsOfRoute(std::size_t route);
+
+ private:
+  struct HashOfArtwork {
+    std::size_t operator()(const SharedArtwork& artwork) const { return hash(*artwork); }
+  };
+  struct SameArtwork {
+    bool operator()(const SharedArtwork& a, const SharedArtwork& b) const { return *a == *b; }
+  };
+
+  std::shared_ptr<const TransitLineFields> makeLineFields(std::size_t route);
+  const std::shared_ptr<const TransitSystem>& systemOf(std::uint32_t agency);
+  /// A route in the agency's own colour; null when the agency has none.
+  const FeedRoute* routeInColorOf(std::uint32_t agency);
+  SharedArtwork shared(TransitArtworkDataSource artwork);
+
+  SharedLineIndex index_;
+  std::unordered_map<std::size_t, std::shared_ptr<const TransitLineFields>> lines_;
+  std::unordered_map<std::uint32_t, std::shared_ptr<const TransitSystem>> systems_;
+  /// For each agency, found with the first of them: to look for them one by one would take a pass over all
+  /// routes each.
+  std::vector<const FeedRoute*> routesInAgencyColors_;
+  std::unordered_set<SharedArtwork, HashOfArtwork, SameArtwork> artworks_;
+};
+
+}  // namespace linewatch::desktop

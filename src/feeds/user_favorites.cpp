@@ -1,0 +1,137 @@
+#include "feeds/user_favorites.h"
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <string_view>
+
+#include "feeds/shown_feeds.h"
+#include "platform/transit_records.h"
+#include "shared/failure.h"
+#include "storage/program_preferences.h"
+#include "storage/stored_preferences.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// In the program's own suite: the user has changed the sample city's favourites.
+constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged";
+
+Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path& city) {
+  std::ifstream file(city / "favorites.txt");
+  if (!file) return failure("the sample city", (city / "favorites.txt").string(), "cannot be read");
+  std::vector<StoredFavorite> favorites;
+  for (std::string routeId; std::getline(file, routeId);) {
+    if (!routeId.empty()) favorites.push_back({FavoriteKind::line, std::string(kSampleFeedName), routeId});
+  }
+  return favorites;
+}
+
+StoredPreferences programPreferences(const SharedDatabase& state) {
+  return {state, std::string(kProgramSuite)};
+}
+
+/// Enough to look the line up, without having loaded the feed. Whether the feed still has it is for the
+/// transit service to say, which also tells when the feed cannot be read.
+SharedLine lineToLookUp(const std::string& feed, const std::string& routeId) {
+  const std::uint64_t muid = stableMuid(feed, routeId);
+  return std::make_shared<const TransitLineRecord>(
+      TransitLineFields{.muid = muid, .identifier = MapItemIdentifier{muid}, .name = routeId},
+      TransitIncidents{});
+}
+
+Favorites toLookUp(const std::vector<StoredFavorite>& lines) {
+  Favorites favorites;
+  favorites.reserve(lines.size());
+  for (const StoredFavorite& line : lines) {
+    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line.feed, line.subject)});
+  }
+  return favorites;
+}
+
+}  // namespace
+
+StoredFavorite favoriteOf(const FoundLine& line) {
+  return {FavoriteKind::line, line.index->feedName(), line.entry().id};
+}
+
+UserFavorites::UserFavorites(const std::vector<std::string>& givenRouteIds) {
+  Given given;
+  given.lines.reserve(givenRouteIds.size());
+  for (const std::string& routeId : givenRouteIds) {
+    given.lines.push_back({FavoriteKind::line, std::string(kGivenFeedName), routeId});
+  }
+  source_ = std::move(given);
+}
+
+std::uint64_t unreadFavorites() { return stableMuid("", ""); }
+
+UserFavorites::UserFavorites(SharedDatabase state, std::filesystem::path sampleCity)
+    : source_(Saved{std::move(state), std::move(sampleCity)}) {}
+
+Outcome<std::vector<StoredFavorite>> UserFavorites::lines() const {
+  if (const auto* const given = std::get_if<Given>(&source_)) return given->lines;
+  return std::get<Saved>(source_).lines();
+}
+
+Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded) const {
+  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorite, isAdded);
+  return failure("favourites", "", "a run without saved state keeps none");
+}
+
+Favorites UserFavorites::read() const {
+  if (const auto* const given = std::get_if<Given>(&source_)) return toLookUp(given->lines);
+  const Saved& saved = std::get<Saved>(source_);
+  auto favorites = saved.favorites();
+  if (favorites) return *std::move(favorites);
+  saved.state->report(favorites.error());
+  return {FavoriteTransitLine{lineToLookUp("", "")}};
+}
+
+Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
+  const auto feeds = ShownFeeds(state, sampleCity).read();
+  if (!feeds) return feeds.error();
+  if (!isSampleCity(*feeds)) return Owner::user;
+  const auto isChanged = programPreferences(state).read(kSampleFavoritesChangedKey);
+  if (!isChanged) return isChanged.error();
+  return *isChanged == Value(true) ? Owner::userInSampleCity : Owner::sampleCity;
+}
+
+Outcome<Favorites> UserFavorites::Saved::favorites() const {
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose != Owner::sampleCity) return StoredFavoritesPersister(state, lineToLookUp).read();
+  const auto sample = sampleFavorites(sampleCity);
+  return sample ? toLookUp(*sample) : Outcome<Favorites>(sample.error());
+}
+
+Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose == Owner::sampleCity) return sampleFavorites(sampleCity);
+  auto stored = StoredFavorites(state).list();
+  if (!stored) return stored;
+  std::erase_if(*stored, [isSample = *whose == Owner::userInSampleCity](const StoredFavorite& favorite) {
+    return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != isSample;
+  });
+  return stored;
+}
+
+Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
+  StoredFavorites stored(state);
+  const auto whose = owner();
+  if (!whose) return whose.error();
+  if (*whose == Owner::sampleCity) {
+    const auto sample = sampleFavorites(sampleCity);
+    if (!sample) return sample.error();
+    for (const StoredFavorite& each : *sample) {
+      if (const auto added = stored.add(each); !added) return added.error();
+    }
+    if (auto error = programPreferences(state).keep(true, kSampleFavoritesChangedKey))
+      return *std::move(error);
+  }
+  return isAdded ? stored.add(favorite) : stored.remove(favorite);
+}
+
+}  // namespace linewatch::desktop

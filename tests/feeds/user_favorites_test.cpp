@@ -1,0 +1,67 @@
+#include "feeds/user_favorites.h"
+
+#include <chrono>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/recording_log.h"
+#include "platform/transit_records.h"
+#include "temporary_folder.h"
+
+namespace linewatch::desktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class UserFavoritesTest : public testing::Test {
+ protected:
+  UserFavoritesTest() { writeFile(city_ / "favorites.txt", "1\n2\n"); }
+
+  std::vector<std::uint64_t> muids() const {
+    std::vector<std::uint64_t> all;
+    for (const Favorite& favorite : favorites_.read())
+      all.push_back(std::get<FavoriteTransitLine>(favorite).transitLine->muid());
+    return all;
+  }
+
+  static StoredFavorite sampleLine(const char* route) { return {FavoriteKind::line, "sample", route}; }
+
+  TemporaryFolder folder_;
+  RecordingLog log_;
+  const std::filesystem::path city_ = folder_.path();
+  const SharedDatabase state_ = makeStateDatabase(*StateDirectories::under(folder_.path() / "state"), log_,
+                                                  {.busyTimeout = std::chrono::milliseconds(0)});
+  const UserFavorites favorites_{state_, city_};
+};
+
+TEST_F(UserFavoritesTest, AreTheSampleCitysUntilTheUserChangesThem) {
+  EXPECT_THAT(muids(), ElementsAre(stableMuid("sample", "1"), stableMuid("sample", "2")));
+  EXPECT_TRUE(*favorites_.change(sampleLine("1"), false));
+  EXPECT_THAT(muids(), ElementsAre(stableMuid("sample", "2")));
+  EXPECT_THAT(*favorites_.lines(), ElementsAre(sampleLine("2")));
+}
+
+TEST_F(UserFavoritesTest, ThatCannotBeReadAreNotTakenForOthersAndTheLogSaysWhy) {
+  std::filesystem::create_directories(state_->file());
+  EXPECT_THAT(muids(), ElementsAre(unreadFavorites()));
+  EXPECT_FALSE(favorites_.lines());
+  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("it cannot be opened")));
+}
+
+TEST_F(UserFavoritesTest, WhoseChangeCannotBeReadAreNotTheSampleCitys) {
+  ASSERT_TRUE(*favorites_.change(sampleLine("1"), false));
+  ASSERT_FALSE(state_->write(
+      [](SqliteDatabase& open) { return open.runScript("ALTER TABLE preference RENAME TO held"); }));
+  EXPECT_THAT(muids(), ElementsAre(unreadFavorites()));
+  EXPECT_FALSE(favorites_.lines());
+  EXPECT_FALSE(favorites_.change(sampleLine("3"), true));
+  ASSERT_FALSE(state_->write(
+      [](SqliteDatabase& open) { return open.runScript("ALTER TABLE held RENAME TO preference"); }));
+  EXPECT_THAT(*favorites_.lines(), ElementsAre(sampleLine("2")));
+}
+
+}  // namespace
+}  // namespace linewatch::desktop
