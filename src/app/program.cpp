@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
-#include "desktop/display.h"
+#include "desktop/roles/display.h"
 #include "desktop/roles/stderr_log.h"
 #include "shared/environment.h"
 #include "shared/failure.h"

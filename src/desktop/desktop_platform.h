@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "desktop/companion_controller.h"
 #include "desktop/desktop_screen.h"
 #include "desktop/desktop_settings.h"
-#include "desktop/qt_main_loop.h"
+#include "desktop/loop/qt_main_loop.h"
+#include "desktop/roles/companion_controller.h"
 #include "desktop/roles/desktop_device.h"
 #include "desktop/roles/stderr_log.h"
 #include "desktop/text/user_locale.h"

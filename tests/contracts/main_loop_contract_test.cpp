@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/qt_main_loop.h"
+#include "desktop/loop/qt_main_loop.h"
 #include "platform/main_loop.h"
 #include "simulation/simulated_platform.h"
 

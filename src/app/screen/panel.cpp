@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
-#include "desktop/folder_watch.h"
-#include "desktop/network_watch.h"
+#include "desktop/loop/folder_watch.h"
+#include "desktop/loop/network_watch.h"
 #include "desktop/window/color_scheme.h"
 #include "ui/notification_center.h"
 

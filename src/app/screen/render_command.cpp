@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "app/screen/still_host.h"
-#include "desktop/compact_size.h"
+#include "desktop/drawing/compact_size.h"
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/drawing/offscreen_application.h"
 #include "desktop/drawing/picture.h"

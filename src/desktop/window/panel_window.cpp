@@ -18,7 +18,7 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/compact_size.h"
+#include "desktop/drawing/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/enter_key.h"

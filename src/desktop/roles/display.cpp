@@ -1,4 +1,4 @@
-#include "desktop/display.h"
+#include "desktop/roles/display.h"
 
 #include <cstddef>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "desktop/folder_watch.h"
+#include "desktop/loop/folder_watch.h"
 
 #include <QFileSystemWatcher>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "desktop/qt_main_loop.h"
+#include "desktop/loop/qt_main_loop.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

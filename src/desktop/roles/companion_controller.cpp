@@ -1,4 +1,4 @@
-#include "desktop/companion_controller.h"
+#include "desktop/roles/companion_controller.h"
 
 #include "shared/failure.h"
 

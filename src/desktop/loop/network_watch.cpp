@@ -1,4 +1,4 @@
-#include "desktop/network_watch.h"
+#include "desktop/loop/network_watch.h"
 
 #include <QSocketNotifier>
 #include <array>
