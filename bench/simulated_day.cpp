@@ -9,7 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "simulation/scenario_run.h"
+#include "simulation/scenario/scenario_run.h"
 
 namespace linewatch::simulation {
 namespace {

@@ -1,7 +1,7 @@
 // Any text as a scenario. What can be read is run, but for what takes long; what cannot be says where on one
 // line.
 
-#include "simulation/scenario.h"
+#include "simulation/scenario/scenario.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <variant>
 
-#include "simulation/scenario_run.h"
+#include "simulation/scenario/scenario_run.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "app/commands.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
-#include "simulation/scenario_run.h"
+#include "simulation/scenario/scenario_run.h"
 
 namespace linewatch::app {
 

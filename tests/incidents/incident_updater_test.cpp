@@ -7,7 +7,7 @@
 
 #include "incidents/transit_incident_updater.h"
 #include "simulation/platform_test.h"
-#include "simulation/world_records.h"
+#include "simulation/world/world_records.h"
 
 namespace linewatch {
 namespace {

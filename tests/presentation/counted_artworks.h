@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "simulation/simulated_artwork.h"
+#include "simulation/roles/simulated_artwork.h"
 #include "ui/artwork_cache.h"
 #include "ui/artwork_image_source.h"
 

@@ -14,7 +14,7 @@
 #include "presentation/transit_item_fixed_height_cell.h"
 #include "presentation/transit_summary_cell.h"
 #include "simulation/platform_test.h"
-#include "simulation/world_records.h"
+#include "simulation/world/world_records.h"
 
 namespace linewatch {
 namespace {

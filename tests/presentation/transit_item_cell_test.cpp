@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "presentation/row_fixture.h"
-#include "simulation/recording_canvas.h"
+#include "simulation/roles/recording_canvas.h"
 #include "ui/layout_guide.h"
 
 namespace linewatch {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "presentation/row_fixture.h"
-#include "simulation/recording_canvas.h"
+#include "simulation/roles/recording_canvas.h"
 
 namespace linewatch {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "simulation/recording_canvas.h"
-#include "simulation/simulated_host.h"
+#include "simulation/roles/recording_canvas.h"
+#include "simulation/roles/simulated_host.h"
 #include "ui/label.h"
 #include "ui/notification_center.h"
 #include "ui/sample_row.h"

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulation/recording_canvas.h"
+#include "simulation/roles/recording_canvas.h"
 #include "ui/pointer_tracker.h"
 #include "ui/sample_row.h"
 #include "ui/ui_fixture.h"

@@ -11,7 +11,7 @@
 #include "platform/companion_application.h"
 #include "platform/transit_storage_line_item.h"
 #include "simulation/platform_test.h"
-#include "simulation/world_records.h"
+#include "simulation/world/world_records.h"
 
 namespace linewatch {
 namespace {

@@ -11,7 +11,7 @@
 #include "list/transit_item_data_source_builder.h"
 #include "platform/companion_application.h"
 #include "platform/log.h"
-#include "simulation/scenario_host.h"
+#include "simulation/scenario/scenario_host.h"
 
 namespace linewatch {
 namespace {

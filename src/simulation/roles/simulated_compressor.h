@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "simulation/world/backstage.h"
+#include "wire/compressor.h"
+
+namespace linewatch::simulation {
+
+/// Compresses as the library does, or not at all when the world says so. Counts what it is asked for.
+///
+/// In a simulated day lists are built hundreds of times from the same records, so what was compressed once is
+/// remembered.
+class SimulatedCompressor final : public Compressor {
+ public:
+  explicit SimulatedCompressor(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
+
+  std::optional<Bytes> bzip2(const Bytes& data) override {
+    ++callCount_;
+    if (!backstage_->world.compresses) return std::nullopt;
+    if (compressed_.size() == kMostRemembered) compressed_.clear();
+    const auto [entry, isNew] = compressed_.try_emplace(std::string(data.begin(), data.end()));
+    if (isNew) entry->second = library_.bzip2(data);
+    return entry->second;
+  }
+
+  std::size_t callCount() const { return callCount_; }
+
+ private:
+  static constexpr std::size_t kMostRemembered = 4096;
+
+  SharedBackstage backstage_;
+  LibraryCompressor library_;
+  std::unordered_map<std::string, std::optional<Bytes>> compressed_;
+  std::size_t callCount_ = 0;
+};
+
+}  // namespace linewatch::simulation

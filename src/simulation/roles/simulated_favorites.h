@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/favorites.h"
+#include "simulation/world/backstage.h"
+
+namespace linewatch::simulation {
+
+/// Reads the world's favourites as they are at the moment.
+class SimulatedFavoritesPersister final : public RemoteFavoritesPersister {
+ public:
+  explicit SimulatedFavoritesPersister(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
+
+  Favorites readFavorites() override { return backstage_->records()->favorites(); }
+
+ private:
+  SharedBackstage backstage_;
+};
+
+/// Reads through a persister, and runs the operations, as on another thread, one after the other.
+class SimulatedFavoritesContainer final : public FavoritesContainer {
+ public:
+  SimulatedFavoritesContainer(SharedBackstage backstage, std::shared_ptr<RemoteFavoritesPersister> persister)
+      : backstage_(std::move(backstage)), persister_(std::move(persister)) {}
+
+  void readContents(std::function<void(const Favorites&)> operation) override {
+    backstage_->mainLoop.runElsewhere([persister = persister_, operation = std::move(operation)] {
+      operation(persister ? persister->readFavorites() : Favorites{});
+    });
+  }
+
+ private:
+  SharedBackstage backstage_;
+  std::shared_ptr<RemoteFavoritesPersister> persister_;
+};
+
+}  // namespace linewatch::simulation

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "platform/extension_context.h"
+#include "shared/date.h"
+#include "shared/outcome.h"
+#include "simulation/world/world.h"
+#include "ui/text_style.h"
+
+namespace linewatch::simulation {
+
+/// What a host, its user and the world can do, one after the other.
+namespace step {
+
+/// The process entry makes the controller, and its view loads.
+struct Load {};
+struct Appear {
+  bool will = true, did = true;
+};
+struct Disappear {
+  bool will = true, did = true;
+};
+/// The host asks for an update; what comes of it is recorded under the id.
+struct Update {
+  std::string id;
+};
+struct Advance {
+  Seconds seconds{0};
+};
+/// The host changes the display mode and tells the widget.
+struct DisplayMode {
+  WidgetDisplayMode mode = WidgetDisplayMode::compact;
+};
+/// The user taps a row, counted from 0.
+struct Tap {
+  std::size_t row = 0;
+};
+/// The host resizes the widget's view.
+struct Resize {
+  double width = 0, height = 0;
+};
+struct TextSize {
+  ui::TextSizeCategory category = ui::kDefaultTextSizeCategory;
+};
+struct MemoryWarning {};
+/// The world changes.
+struct Set {
+  std::function<void(World&)> change;
+};
+/// What is shown is recorded.
+struct Snapshot {};
+/// The host drops the controller.
+struct Release {};
+/// The process ends without a word and a new one starts.
+struct Restart {};
+
+}  // namespace step
+
+using Step = std::variant<step::Load, step::Appear, step::Disappear, step::Update, step::Advance,
+                          step::DisplayMode, step::Tap, step::Resize, step::TextSize, step::MemoryWarning,
+                          step::Set, step::Snapshot, step::Release, step::Restart>;
+
+/// A world and what happens in it. A controller is there whenever a step needs one.
+struct Scenario {
+  World world;
+  std::vector<Step> steps;
+};
+
+/// Reads a scenario from its JSON text. The first fault is an error whose sentence starts with the path to
+/// it: "steps[3].seconds: must not be negative".
+Outcome<Scenario> readScenario(std::string_view text);
+
+}  // namespace linewatch::simulation

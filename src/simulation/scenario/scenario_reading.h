@@ -1,0 +1,234 @@
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "platform/extension_context.h"
+#include "shared/date.h"
+#include "shared/value.h"
+#include "simulation/scenario/json_document.h"
+#include "simulation/scenario/scenario_place.h"
+#include "simulation/world/keyed_table.h"
+
+/// How the parts of a scenario are read: one overload of `read` a type, and for a record its table of keys.
+///
+/// Reading changes what is there: objects are merged into it, everything else is replaced. What cannot be
+/// read is left as it was and noted.
+namespace linewatch::simulation {
+
+/// Keeps the first fault that is found in a scenario.
+class Faults {
+ public:
+  void add(const Place& place, std::string_view why);
+
+  bool isEmpty() const { return !first_; }
+  Error error() const { return scenarioError(*first_); }
+
+ private:
+  std::optional<std::string> first_;
+};
+
+/// Says why a value will not do; null when it does.
+template <class T>
+using Check = const char* (*)(const T& value);
+
+/// A key of a record: how to reach what it stands for, and what that must be like.
+template <class Record, class Access>
+struct Key {
+  using Value = std::remove_cvref_t<std::invoke_result_t<const Access&, Record&>>;
+
+  std::string_view name;
+  /// A pointer to a member, or a function from the record to what is in it.
+  Access access;
+  bool isRequired = false;
+  Check<Value> check = nullptr;
+
+  /// The record cannot do without the key.
+  constexpr Key required() const { return {name, access, true, check}; }
+  constexpr Key checked(Check<Value> check_) const { return {name, access, isRequired, check_}; }
+};
+
+template <class Record, class Access>
+constexpr Key<Record, Access> key(std::string_view name, Access access) {
+  return {name, access};
+}
+template <class Record, class Member>
+constexpr Key<Record, Member Record::*> key(std::string_view name, Member Record::*member) {
+  return {name, member};
+}
+
+/// The keys of a record, as the tuple `table`.
+template <class Record>
+struct Keys;
+template <class T>
+concept Keyed = requires {
+  Keys<T>::table;
+};
+
+/// The names of an enumeration's values, as the array `table` of pairs.
+template <class Enumeration>
+struct Names;
+template <class T>
+concept Named = requires {
+  Names<T>::table;
+};
+
+// Plain values.
+
+void read(Faults& faults, const Place& place, const Json& json, bool& value);
+void read(Faults& faults, const Place& place, const Json& json, double& value);
+void read(Faults& faults, const Place& place, const Json& json, Seconds& value);
+void read(Faults& faults, const Place& place, const Json& json, std::string& value);
+/// Two numbers: the width and the height.
+void read(Faults& faults, const Place& place, const Json& json, Size& value);
+/// Anything but null; whole numbers are signed where they can be.
+void read(Faults& faults, const Place& place, const Json& json, Value& value);
+void read(Faults& faults, const Place& place, const Json& json, Dictionary& values);
+
+/// A whole number from `lowest` to `highest`, or none.
+std::optional<std::int64_t> wholeNumber(Faults& faults, const Place& place, const Json& json,
+                                        std::int64_t lowest, std::int64_t highest);
+void read(Faults& faults, const Place& place, const Json& json, std::uint64_t& value);
+
+template <std::signed_integral T>
+void read(Faults& faults, const Place& place, const Json& json, T& value) {
+  using Limits = std::numeric_limits<T>;
+  if (const auto number = wholeNumber(faults, place, json, Limits::min(), Limits::max())) {
+    value = static_cast<T>(*number);
+  }
+}
+template <std::unsigned_integral T>
+requires(sizeof(T) < sizeof(std::uint64_t)) void read(Faults& faults, const Place& place, const Json& json,
+                                                      T& value) {
+  if (const auto number = wholeNumber(faults, place, json, 0, std::numeric_limits<T>::max())) {
+    value = static_cast<T>(*number);
+  }
+}
+
+void noteUnknownName(Faults& faults, const Place& place, std::vector<std::string_view> names);
+
+template <Named T>
+void read(Faults& faults, const Place& place, const Json& json, T& value) {
+  const auto* name = json.get<std::string>();
+  std::vector<std::string_view> known;
+  for (const auto& [knownName, meant] : Names<T>::table) {
+    if (name && *name == knownName) {
+      value = meant;
+      return;
+    }
+    known.push_back(knownName);
+  }
+  noteUnknownName(faults, place, std::move(known));
+}
+
+// What holds others.
+
+/// The array or object in `json`; null, and noted, when it is something else.
+const JsonArray* arrayIn(Faults& faults, const Place& place, const Json& json);
+const JsonObject* objectIn(Faults& faults, const Place& place, const Json& json);
+
+template <Keyed Record>
+void read(Faults& faults, const Place& place, const Json& json, Record& record);
+
+/// Null stands for none.
+template <class T>
+void read(Faults& faults, const Place& place, const Json& json, std::optional<T>& value) {
+  if (json.get<std::nullptr_t>()) {
+    value = std::nullopt;
+  } else {
+    read(faults, place, json, value ? *value : value.emplace());
+  }
+}
+
+template <class T>
+void read(Faults& faults, const Place& place, const Json& json, std::vector<T>& values) {
+  const JsonArray* array = arrayIn(faults, place, json);
+  if (array == nullptr) return;
+  values.clear();
+  values.reserve(array->size());
+  for (const Json& element : *array) {
+    const std::size_t index = values.size();
+    read(faults, Place(place, index), element, values.emplace_back());
+  }
+}
+
+template <class Compare>
+void read(Faults& faults, const Place& place, const Json& json, std::set<std::string, Compare>& values) {
+  std::vector<std::string> texts;
+  read(faults, place, json, texts);
+  values = {texts.begin(), texts.end()};
+}
+
+template <class T, class Compare>
+void read(Faults& faults, const Place& place, const Json& json, std::map<std::string, T, Compare>& values) {
+  const JsonObject* object = objectIn(faults, place, json);
+  if (object == nullptr) return;
+  for (const auto& [name, element] : *object) read(faults, Place(place, name), element, values[name]);
+}
+
+/// Entries of a table that have not been there start as `startEntry(entry, key, count)` makes them; `count`
+/// includes them.
+template <class T>
+void read(Faults& faults, const Place& place, const Json& json, KeyedTable<T>& table) {
+  const JsonObject* object = objectIn(faults, place, json);
+  if (object == nullptr) return;
+  for (const auto& [name, element] : *object) {
+    const bool isNew = table.find(name) == nullptr;
+    T& entry = table[name];
+    if (isNew) startEntry(entry, name, table.size());
+    read(faults, Place(place, name), element, entry);
+  }
+}
+
+// Records.
+
+template <class Record, class KeyOfRecord>
+bool readIfNamed(Faults& faults, const Place& place, const std::string& name, const Json& json,
+                 Record& record, const KeyOfRecord& key) {
+  if (key.name != name) return false;
+  const Place within(place, name);
+  auto& value = std::invoke(key.access, record);
+  read(faults, within, json, value);
+  if (const char* why = key.check ? key.check(value) : nullptr) faults.add(within, why);
+  return true;
+}
+
+bool hasKey(const JsonObject& object, std::string_view name);
+
+/// Reads the object's entries into the record, but for the one of the key `except`.
+template <Keyed Record>
+void readEntries(Faults& faults, const Place& place, const JsonObject& object, Record& record,
+                 std::string_view except = {}) {
+  for (const auto& [name, json] : object) {
+    if (name == except) continue;
+    const bool isKnown = std::apply(
+        [&, &name = name, &json = json](const auto&... keys) {
+          return (readIfNamed(faults, place, name, json, record, keys) || ...);
+        },
+        Keys<Record>::table);
+    if (!isKnown) faults.add(Place(place, name), "there is no such key");
+  }
+  const auto require = [&](const auto& key) {
+    if (key.isRequired && !hasKey(object, key.name)) faults.add(Place(place, key.name), "is missing");
+  };
+  std::apply([&](const auto&... keys) { (require(keys), ...); }, Keys<Record>::table);
+}
+
+template <Keyed Record>
+void read(Faults& faults, const Place& place, const Json& json, Record& record) {
+  if (const JsonObject* object = objectIn(faults, place, json)) readEntries(faults, place, *object, record);
+}
+
+}  // namespace linewatch::simulation

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "platform/favorites.h"
+#include "platform/transit_line.h"
+#include "platform/transit_records.h"
+#include "simulation/world/world.h"
+
+namespace linewatch::simulation {
+
+/// The platform's records of the systems, lines, incidents and favourites of a world. Every system and
+/// incident is one record, however many lines share it.
+class WorldRecords {
+ public:
+  explicit WorldRecords(const World& world);
+
+  /// Every line with its incidents, in the world's order.
+  const TransitLineItems& allLines() const { return lines_; }
+  /// The items of the identifiers that are known, in the order given.
+  TransitLineItems linesFor(const std::vector<MapItemIdentifier>& identifiers) const;
+  /// In the user's order.
+  const Favorites& favorites() const { return favorites_; }
+
+ private:
+  TransitLineItems lines_;
+  std::unordered_map<std::uint64_t, SharedLineItem> linesByIdentifier_;
+  Favorites favorites_;
+};
+
+}  // namespace linewatch::simulation
