@@ -46,7 +46,7 @@ inline std::set<std::string> namesIn(const std::filesystem::path& folder) {
   return names;
 }
 
-inline std::string contentsOf(const std::filesystem::path& file) {
+inline std::string textIn(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -13,8 +13,6 @@ namespace linewatch::app {
 
 namespace {
 
-using desktop::StoredUserAction;
-using desktop::StoredWidgetSession;
 using nlohmann::ordered_json;
 
 struct Recorded {
@@ -37,16 +35,16 @@ std::string messageInWords(const std::optional<std::int64_t>& type) {
 }
 
 /// As the feeds know the line now; its number where none of them does.
-std::string nameOfLine(const std::string& muid, const std::vector<desktop::SharedLineIndex>& indexes) {
+std::string nameOfLine(const std::string& muid, const std::vector<SharedLineIndex>& indexes) {
   std::uint64_t number = 0;
   std::from_chars(muid.data(), muid.data() + muid.size(), number);
-  for (const desktop::SharedLineIndex& index : indexes) {
+  for (const SharedLineIndex& index : indexes) {
     if (const auto route = index->routeWithMuid(number)) return index->nameOfRoute(*route);
   }
   return muid;
 }
 
-std::string textOf(const StoredWidgetSession& session, const std::vector<desktop::SharedLineIndex>& indexes) {
+std::string textOf(const StoredWidgetSession& session, const std::vector<SharedLineIndex>& indexes) {
   const WidgetInteractionEvent& event = session.event;
   const WidgetAnalyticsRecord& record = *event.record;
   std::string text = localTime(event.startDate) + "  shown for " +
@@ -62,7 +60,7 @@ std::string textOf(const StoredWidgetSession& session, const std::vector<desktop
   return text;
 }
 
-std::string textOf(const Recorded& recorded, const std::vector<desktop::SharedLineIndex>& indexes) {
+std::string textOf(const Recorded& recorded, const std::vector<SharedLineIndex>& indexes) {
   std::string text;
   for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes);
   for (const StoredUserAction& action : recorded.actions)
@@ -109,21 +107,21 @@ std::string jsonTextOf(const Recorded& recorded) {
   return form.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-Outcome<Recorded> recordedIn(desktop::StoredDatabase& state) {
-  auto sessions = desktop::storedWidgetSessions(state);
+Outcome<Recorded> recordedIn(StoredDatabase& state) {
+  auto sessions = storedWidgetSessions(state);
   if (!sessions) return sessions.error();
-  auto actions = desktop::storedUserActions(state);
+  auto actions = storedUserActions(state);
   if (!actions) return actions.error();
   return Recorded{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(const desktop::SavedState& saved, desktop::TransitFeeds& feeds, bool json) {
+Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
   const auto recorded = recordedIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
   // No feed is read for nothing.
-  std::string text = textOf(*recorded, recorded->sessions.empty() ? std::vector<desktop::SharedLineIndex>()
-                                                                  : feeds.lines().indexes);
+  std::string text =
+      textOf(*recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes);
   if (text.empty()) text = "Nothing has been recorded.\n";
   text += saved.recordsAnalytics()
               ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
@@ -135,11 +133,11 @@ Report printAnalytics(const desktop::SavedState& saved, desktop::TransitFeeds& f
 
 Report analytics(Session& session, const AnalyticsCommand& command) {
   using enum AnalyticsCommand::Action;
-  desktop::SavedState* const saved = session.platform().saved();
-  if (!saved) return refused(desktop::failure("analytics", "", "a run without saved state records none"));
+  SavedState* const saved = session.platform().saved();
+  if (!saved) return refused(failure("analytics", "", "a run without saved state records none"));
   if (command.action == list) return printAnalytics(*saved, session.platform().feeds(), command.json);
   if (command.action == clear) {
-    const auto error = desktop::clearAnalytics(*saved->database());
+    const auto error = clearAnalytics(*saved->database());
     return error ? refused(*error) : Report::of("Forgotten.\n");
   }
   const bool isOn = command.action == on;

@@ -17,8 +17,6 @@ namespace linewatch::app {
 
 namespace {
 
-using desktop::sentenceOf;
-
 constexpr const char* kAbout =
     "Tells whether the transit lines saved as favourites run normally or have incidents.\n"
     "Without a subcommand it shows the panel; where there is no display it prints the list.\n"
@@ -83,7 +81,7 @@ CLI::Option* addNumber(CLI::App& app, const std::string& name, Number& number,
 template <class Text>
 CLI::Option* addLocation(CLI::App& app, const std::string& name, Text& location, const std::string& about) {
   const auto take = [&location](const std::string& text) {
-    const bool fits = desktop::isHttpURL(text) || text.starts_with("file://") ||
+    const bool fits = isHttpURL(text) || text.starts_with("file://") ||
                       (!text.empty() && text.find("://") == std::string::npos);
     if (fits) location = text;
     return fits;

@@ -7,10 +7,10 @@ Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session) {
   if (!stored) return stored.error();
   std::vector<FavoriteLine> favorites;
   favorites.reserve(stored->size());
-  for (const desktop::StoredFavorite& favorite : *stored) {
+  for (const StoredFavorite& favorite : *stored) {
     const auto index = session.platform().feeds().linesOf(favorite.feed);
     const auto route = index ? (*index)->routeWithId(favorite.subject) : std::nullopt;
-    favorites.push_back({favorite, route ? std::optional(desktop::FoundLine{*index, *route}) : std::nullopt});
+    favorites.push_back({favorite, route ? std::optional(FoundLine{*index, *route}) : std::nullopt});
   }
   return favorites;
 }

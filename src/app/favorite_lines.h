@@ -12,8 +12,8 @@ namespace linewatch::app {
 
 /// A favourite with its line; without one when its feed does not have the line, or cannot be read.
 struct FavoriteLine {
-  desktop::StoredFavorite favorite;
-  std::optional<desktop::FoundLine> line;
+  StoredFavorite favorite;
+  std::optional<FoundLine> line;
 };
 
 /// In the user's order.

@@ -8,14 +8,11 @@ namespace linewatch::app {
 
 namespace {
 
-using desktop::FoundLine;
-using desktop::StoredFavorite;
-
 Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<std::string>& names) {
-  const desktop::FeedLines all = session.platform().feeds().lines();
+  const FeedLines all = session.platform().feeds().lines();
   std::vector<FoundLine> found;
   for (const std::string& name : names) {
-    auto line = desktop::findLine(all.indexes, name);
+    auto line = findLine(all.indexes, name);
     // A feed that cannot be read may have the line.
     if (!line) return all.error ? *all.error : line.error();
     found.push_back(std::move(*line));

@@ -11,10 +11,6 @@ namespace linewatch::app {
 
 namespace {
 
-using desktop::failure;
-using desktop::SavedState;
-using desktop::StoredFeed;
-
 /// Bytes.
 constexpr std::size_t kLongestName = 100;
 
@@ -28,10 +24,10 @@ std::string lasting(const std::string& location) {
 
 std::optional<Error> faultOfName(const std::string& name) {
   const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
-  const bool isPlain = desktop::plainLine(name) == name && desktop::isValidUtf8(name);
+  const bool isPlain = desktop::plainLine(name) == name && isValidUtf8(name);
   if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
     return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
-  if (name == desktop::kSampleFeedName || name == desktop::kGivenFeedName)
+  if (name == kSampleFeedName || name == kGivenFeedName)
     return failure(feed, "", "the program uses this name itself; choose another one");
   return std::nullopt;
 }
@@ -40,7 +36,7 @@ std::string countOfLines(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
-Report listFeeds(const SavedState& saved, desktop::TransitFeeds& shown) {
+Report listFeeds(const SavedState& saved, TransitFeeds& shown) {
   const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
@@ -59,7 +55,7 @@ Report refusedAsTaken(const std::string& name) {
   return refused(failure("feed " + name, "", "there is one of that name; remove it first"));
 }
 
-Report addFeed(desktop::FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
+Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
   if (const auto fault = faultOfName(command.name)) return refused(*fault);
   const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
   const auto known = saved.feeds().list();

@@ -18,10 +18,10 @@ struct Row {
   std::string id;
 };
 
-std::vector<Row> rowsOf(const std::vector<desktop::FoundLine>& lines, const TerminalStyle& style) {
-  std::map<const desktop::LineIndex*, desktop::LineRecords> records;  // looked up only, never walked
+std::vector<Row> rowsOf(const std::vector<FoundLine>& lines, const TerminalStyle& style) {
+  std::map<const LineIndex*, LineRecords> records;  // looked up only, never walked
   std::vector<Row> rows;
-  for (const desktop::FoundLine& line : lines) {
+  for (const FoundLine& line : lines) {
     auto& ofFeed = records.try_emplace(line.index.get(), line.index).first->second;
     Row row{.name = line.longName(),
             .agency = line.agencyName(),
@@ -41,7 +41,7 @@ std::string padded(const std::string& text, std::size_t width, std::size_t colum
 
 }  // namespace
 
-std::string lineTable(const std::vector<desktop::FoundLine>& lines, const TerminalStyle& style) {
+std::string lineTable(const std::vector<FoundLine>& lines, const TerminalStyle& style) {
   const std::vector<Row> rows = rowsOf(lines, style);
   std::size_t shieldColumn = 0;
   std::size_t nameColumn = 0;

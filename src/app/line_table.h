@@ -9,6 +9,6 @@
 namespace linewatch::app {
 
 /// A row a line: its shield, its long name, its agency, and how to name it to the other commands.
-std::string lineTable(const std::vector<desktop::FoundLine>& lines, const TerminalStyle& style);
+std::string lineTable(const std::vector<FoundLine>& lines, const TerminalStyle& style);
 
 }  // namespace linewatch::app

@@ -17,8 +17,8 @@ std::string joined(const std::vector<std::string>& words) {
 }  // namespace
 
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style) {
-  const desktop::FeedLines all = session.platform().feeds().lines();
-  const std::vector<desktop::FoundLine> found = desktop::searchLines(all.indexes, joined(command.query));
+  const FeedLines all = session.platform().feeds().lines();
+  const std::vector<FoundLine> found = searchLines(all.indexes, joined(command.query));
   // What cannot be read may have had the line.
   Report report = all.error ? refused(*all.error) : Report{};
   report.output = lineTable(found, style);

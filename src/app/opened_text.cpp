@@ -24,7 +24,7 @@ struct DictionaryForm {
 }  // namespace
 
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver) {
-  const Outcome<std::string> contents = desktop::contentsOf(file);
+  const Outcome<std::string> contents = contentsOf(file);
   if (!contents) return contents.error();
   const auto opened = desktop::handedOver(file, Bytes(contents->begin(), contents->end()), archiver);
   if (!opened) return opened.error();

@@ -21,9 +21,9 @@ namespace {
 /// Goes on as the program that can draw, which takes too long to load for those that do not. Gives the error
 /// if that cannot be started.
 Report handOver(char** argv) {
-  const std::string path = desktop::installedParts() / "linewatch-screen";
+  const std::string path = installedParts() / "linewatch-screen";
   execv(path.c_str(), argv);
-  return refused(desktop::failure(path, "", std::generic_category().message(errno)));
+  return refused(failure(path, "", std::generic_category().message(errno)));
 }
 
 /// Runs each command with what it needs: a session, the program that draws, or nothing.
@@ -32,7 +32,7 @@ class Dispatch {
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
   Report operator()(const PanelCommand&) const {
-    if (desktop::hasDisplay(desktop::processEnvironment)) return handOver(argv_);
+    if (desktop::hasDisplay(processEnvironment)) return handOver(argv_);
     Report report = (*this)(ShowCommand{});
     if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
     return report;

@@ -4,12 +4,8 @@
 
 namespace linewatch::app {
 
-Report notLoaded(const Error& error) {
-  return {.output = {}, .complaint = desktop::sentenceOf(error), .status = 1};
-}
+Report notLoaded(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 1}; }
 
-Report refused(const Error& error) {
-  return {.output = {}, .complaint = desktop::sentenceOf(error), .status = 2};
-}
+Report refused(const Error& error) { return {.output = {}, .complaint = sentenceOf(error), .status = 2}; }
 
 }  // namespace linewatch::app

@@ -13,10 +13,9 @@ namespace {
 
 using desktop::DesktopPlatform;
 using desktop::DesktopSettings;
-using desktop::failure;
 
 Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
-  DesktopSettings settings{.sampleCity = desktop::installedSampleCity(),
+  DesktopSettings settings{.sampleCity = installedSampleCity(),
                            .now = options.now,
                            .locale = localeOf(options),
                            .verbose = options.verbose,
@@ -77,7 +76,7 @@ std::shared_ptr<const RVResult> Session::fetch() {
 std::optional<Error> Session::faultOfUnusedFeed() {
   const auto favorites = platform_->favorites().lines();
   if (platform_->saved() || !favorites || !favorites->empty()) return std::nullopt;
-  for (const desktop::StoredFeed& feed : platform_->feeds().feeds()) {
+  for (const StoredFeed& feed : platform_->feeds().feeds()) {
     if (const auto lines = platform_->documents().lineIndexOf(feed); !lines) return lines.error();
     if (const auto alerts = platform_->documents().alertsOf(feed, nullptr); !alerts) return alerts.error();
   }
@@ -85,7 +84,7 @@ std::optional<Error> Session::faultOfUnusedFeed() {
 }
 
 desktop::UserLocale localeOf(const CommonOptions& options) {
-  return options.locale.value_or(desktop::UserLocale::fromEnvironment(desktop::processEnvironment));
+  return options.locale.value_or(desktop::UserLocale::fromEnvironment(processEnvironment));
 }
 
 }  // namespace linewatch::app

@@ -13,8 +13,6 @@
 
 namespace linewatch::app {
 
-using desktop::sentenceOf;
-
 /// A run of the program: the desktop platform, installed for as long as the session lives.
 class Session {
  public:

@@ -69,7 +69,7 @@ class ShellWords {
 Outcome<std::vector<std::string>> shellWords(std::string_view command) {
   ShellWords words;
   for (const char character : command) words.take(character);
-  if (words.complaint() != nullptr) return desktop::failure(command, "", words.complaint());
+  if (words.complaint() != nullptr) return failure(command, "", words.complaint());
   return std::move(words).words();
 }
 

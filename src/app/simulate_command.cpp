@@ -8,14 +8,14 @@
 namespace linewatch::app {
 
 Report simulate(const SimulateCommand& command) {
-  const auto text = desktop::contentsOf(command.scenario);
+  const auto text = contentsOf(command.scenario);
   if (!text) return refused(text.error());
   const auto lines = simulation::runScenario(*text);
-  if (!lines) return refused(desktop::failure(command.scenario, "", sentenceOf(lines.error())));
+  if (!lines) return refused(failure(command.scenario, "", sentenceOf(lines.error())));
   Report report;
   for (const std::string& line : *lines) report.output += line + "\n";
   if (command.output.empty()) return report;
-  if (const auto error = desktop::writeWhole(command.output, report.output)) return refused(*error);
+  if (const auto error = writeWhole(command.output, report.output)) return refused(*error);
   report.output.clear();
   return report;
 }

@@ -205,7 +205,7 @@ bool isUnseen(UChar32 character) {
 }
 
 TerminalStyle::Colors colorsOfTerminal() {
-  const auto value = [](const char* name) { return desktop::valueOf(desktop::processEnvironment, name); };
+  const auto value = [](const char* name) { return valueOf(processEnvironment, name); };
   if (!value("NO_COLOR").empty()) return TerminalStyle::Colors::none;
   const std::string terminal = value("TERM");
   if (terminal.empty() || terminal == "dumb") return TerminalStyle::Colors::none;

@@ -6,7 +6,7 @@
 #include "feeds/background_queue.h"
 #include "platform/favorites.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Reads through a persister on a background queue, where the operations run as well.
 class BackgroundFavoritesContainer final : public FavoritesContainer {
@@ -27,4 +27,4 @@ class BackgroundFavoritesContainer final : public FavoritesContainer {
   std::shared_ptr<RemoteFavoritesPersister> persister_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Shared with the thread, which may outlive the queue when the queue ends on it.
 struct BackgroundQueue::Posted {
@@ -60,4 +60,4 @@ void BackgroundQueue::finish() {
   }
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

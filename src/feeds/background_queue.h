@@ -4,7 +4,7 @@
 #include <memory>
 #include <thread>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Runs things on one thread of its own, one after the other in the order in which they were posted. The
 /// thread starts with the first of them.
@@ -30,4 +30,4 @@ class BackgroundQueue {
   std::thread thread_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -15,7 +15,7 @@
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// One of the two documents of a feed, and how the cache treats it.
 struct FeedDocuments::Kind {
@@ -235,4 +235,4 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed,
   return Fetched{*kept};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

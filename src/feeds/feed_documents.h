@@ -15,7 +15,7 @@
 #include "storage/feed_cache.h"
 #include "storage/stored_feeds.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Gets what feeds consist of from where they lie: folders, files, zips and servers.
 ///
@@ -66,4 +66,4 @@ class FeedDocuments {
   std::stop_source stop_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,7 +6,7 @@
 #include "platform/log.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -54,4 +54,4 @@ std::shared_ptr<TransitLinesTicket> FeedTransitService::ticketForTransitLines(
   return std::make_shared<FeedLinesTicket>(feeds_, mainLoop_, queue_, std::move(identifiers));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

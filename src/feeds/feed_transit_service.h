@@ -8,7 +8,7 @@
 #include "platform/main_loop.h"
 #include "platform/transit_service.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The transit service over open feeds. Look-ups run one after the other on a thread of the service's own, so
 /// that a slow server never holds up the main thread; their answers arrive on the main thread. The main loop
@@ -30,4 +30,4 @@ class FeedTransitService final : public TransitService {
   std::shared_ptr<BackgroundQueue> queue_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

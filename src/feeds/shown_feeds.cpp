@@ -4,7 +4,7 @@
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -23,4 +23,4 @@ Outcome<std::vector<StoredFeed>> ShownFeeds::read() const {
   return std::vector<StoredFeed>{sampleFeed(saved.sampleCity)};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

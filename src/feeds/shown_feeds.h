@@ -8,7 +8,7 @@
 #include "storage/state_database.h"
 #include "storage/stored_feeds.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Which feeds are shown: the one given for a run, the user's own, or the sample city until there are any.
 /// Any thread.
@@ -36,4 +36,4 @@ inline bool isSampleCity(const std::vector<StoredFeed>& feeds) {
   return !feeds.empty() && feeds.front().name == kSampleFeedName;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

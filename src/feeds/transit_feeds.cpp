@@ -9,7 +9,7 @@
 #include "platform/transit_records.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -216,4 +216,4 @@ std::vector<TransitFeeds::AlertsState> TransitFeeds::statesLocked(const std::set
   return states;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

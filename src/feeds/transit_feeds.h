@@ -20,7 +20,7 @@
 #include "platform/transit_line.h"
 #include "shared/outcome.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The lines of several feeds, as far as they can be had.
 struct FeedLines {
@@ -111,4 +111,4 @@ class TransitFeeds {
   std::mutex recordsMutex_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

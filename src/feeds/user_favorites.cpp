@@ -11,7 +11,7 @@
 #include "storage/program_preferences.h"
 #include "storage/stored_preferences.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -134,4 +134,4 @@ Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool 
   return isAdded ? stored.add(favorite) : stored.remove(favorite);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

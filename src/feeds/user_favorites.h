@@ -13,7 +13,7 @@
 #include "storage/state_database.h"
 #include "storage/stored_favorites.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The line as a favourite names it.
 StoredFavorite favoriteOf(const FoundLine& line);
@@ -70,4 +70,4 @@ class UserFavoritesPersister final : public RemoteFavoritesPersister {
   UserFavorites favorites_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

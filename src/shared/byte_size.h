@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 inline constexpr std::size_t kMebibyte = std::size_t{1} << 20U;
 
@@ -13,4 +13,4 @@ inline std::string sizeInWords(std::size_t bytes) {
                                 : std::to_string(bytes) + " bytes";
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

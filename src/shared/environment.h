@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The value of an environment variable; null when it is not set.
 using Environment = std::function<const char*(const char* name)>;
@@ -18,4 +18,4 @@ inline std::string valueOf(const Environment& environment, const char* name) {
   return value ? value : "";
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 
 #include "shared/error.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The domain of the desktop platform's own errors.
 inline constexpr std::string_view kDesktopErrorDomain = "LineWatchDesktop";
@@ -33,4 +33,4 @@ inline Error within(std::string_view what, const Error& error) {
   return failure(what, "", sentenceOf(error));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

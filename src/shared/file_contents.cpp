@@ -16,7 +16,7 @@
 #include "shared/byte_size.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -158,4 +158,4 @@ std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   return failure(file.string(), "", lastFailure());
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

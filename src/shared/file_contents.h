@@ -12,7 +12,7 @@
 #include "shared/error.h"
 #include "shared/outcome.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// No file that the user names is read beyond this.
 inline constexpr std::size_t kLargestFile = 64 * kMebibyte;
@@ -33,4 +33,4 @@ Outcome<std::string> contentsOf(const std::filesystem::path& file, const Reading
 /// one, and what is no plain file, a pipe or /dev/stdout, is written as it is. An error reads "FILE: why".
 std::optional<Error> writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

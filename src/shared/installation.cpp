@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 std::filesystem::path installationRoot() {
   std::error_code error;
@@ -11,4 +11,4 @@ std::filesystem::path installationRoot() {
   return isPart ? folder.parent_path().parent_path() : folder.parent_path();
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

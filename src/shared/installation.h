@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The folder under which the program lies with what belongs to it: the program in bin, the parts that are
 /// loaded or started when they are needed in lib/linewatch, the sample city in share/linewatch/city. Each is
@@ -14,4 +14,4 @@ inline std::filesystem::path installedSampleCity() {
   return installationRoot() / "share" / "linewatch" / "city";
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 #include "shared/failure.h"
 #include "shared/installation.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -28,4 +28,4 @@ Outcome<void*> moduleEntry(std::string_view module, const char* entry) {
   return address;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,6 +1,6 @@
 #include "storage/feed_cache.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -65,4 +65,4 @@ void FeedCache::write(StoredDatabase::Operation operation) {
   database_->save(std::move(operation));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

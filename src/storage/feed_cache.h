@@ -11,7 +11,7 @@
 #include "shared/value.h"
 #include "storage/state_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Something that was fetched for a feed, with what its server wants to be asked with the next time.
 struct CachedDocument {
@@ -56,4 +56,4 @@ class FeedCache {
   std::optional<Operations> heldBack_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

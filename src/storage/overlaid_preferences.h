@@ -10,7 +10,7 @@
 #include "platform/preferences_store.h"
 #include "shared/value.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Values given for one run, in front of a store. What the store has taken takes the place of what was given;
 /// without a store it is kept for the run.
@@ -72,4 +72,4 @@ class GivenPreferences {
   std::map<std::string, std::shared_ptr<Dictionary>> suites_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The suite of preferences that are the program's own, and none of the widget's.
 inline constexpr std::string_view kProgramSuite = "org.linewatch.program";
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

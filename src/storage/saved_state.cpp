@@ -6,7 +6,7 @@
 #include "platform/companion_application.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -38,4 +38,4 @@ std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
   return error;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -12,7 +12,7 @@
 #include "storage/stored_feeds.h"
 #include "storage/stored_preferences.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// What a run of the program reads from this machine and keeps on it. A run without saved state has none.
 class SavedState {
@@ -43,4 +43,4 @@ class SavedState {
   std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -147,4 +147,4 @@ Error SqliteDatabase::errorFor(int result) const {
   return error;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -18,7 +18,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The domain of errors that SQLite reports; their code is SQLite's extended result code.
 inline constexpr std::string_view kSqliteErrorDomain = "SQLite";
@@ -95,4 +95,4 @@ class SqliteDatabase {
   std::unique_ptr<sqlite3, Close> connection_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

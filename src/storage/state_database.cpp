@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -84,4 +84,4 @@ SharedDatabase makeCacheDatabase(const StateDirectories& folders, Log& log, Stor
   return std::make_shared<StoredDatabase>(folders.cache / "feeds.sqlite", kCacheSchema, log, options);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 #include "storage/state_directories.h"
 #include "storage/stored_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 using SharedDatabase = std::shared_ptr<StoredDatabase>;
 
@@ -17,4 +17,4 @@ SharedDatabase makeStateDatabase(const StateDirectories& folders, Log& log,
 SharedDatabase makeCacheDatabase(const StateDirectories& folders, Log& log,
                                  StoredDatabase::Options options = {});
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

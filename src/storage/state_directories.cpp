@@ -5,7 +5,7 @@
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -46,4 +46,4 @@ Outcome<StateDirectories> StateDirectories::fromEnvironment(const Environment& e
   return folders;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 #include "shared/environment.h"
 #include "shared/outcome.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The folders in which LineWatch keeps things. Nothing here makes them: who first writes does.
 struct StateDirectories {
@@ -22,4 +22,4 @@ struct StateDirectories {
   static Outcome<StateDirectories> fromEnvironment(const Environment& environment);
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

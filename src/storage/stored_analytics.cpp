@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -136,4 +136,4 @@ std::optional<Error> clearAnalytics(StoredDatabase& database) {
   });
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -11,7 +11,7 @@
 #include "shared/outcome.h"
 #include "storage/state_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// How many sessions, and how many actions, the state database keeps; the oldest go first.
 inline constexpr std::int64_t kKeptAnalyticsCount = 10'000;
@@ -80,4 +80,4 @@ Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& databas
 /// Forgets all of it.
 std::optional<Error> clearAnalytics(StoredDatabase& database);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

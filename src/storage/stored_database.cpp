@@ -12,7 +12,7 @@
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -318,4 +318,4 @@ void StoredDatabase::report(const std::string& sentence, LogLevel level) {
   if (reported_.insert(sentence).second) log_.write({level, kLogCategory, "%@", {sentence}});
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -19,7 +19,7 @@
 #include "platform/log.h"
 #include "storage/sqlite_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// What a database file holds.
 struct DatabaseSchema {
@@ -145,4 +145,4 @@ class StoredDatabase {
   std::deque<Operation> putOff_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

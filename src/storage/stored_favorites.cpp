@@ -7,7 +7,7 @@
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -105,4 +105,4 @@ Favorite StoredFavoritesPersister::favoriteOf(const StoredFavorite& stored) cons
   return FavoriteTransitLine{resolve_(stored.feed, stored.subject)};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 #include "shared/outcome.h"
 #include "storage/state_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// What kind of thing a favourite is.
 enum class FavoriteKind { line, place, route, region };
@@ -61,4 +61,4 @@ class StoredFavoritesPersister final : public RemoteFavoritesPersister {
   LineResolver resolve_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

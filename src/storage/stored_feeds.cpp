@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 Outcome<std::vector<StoredFeed>> StoredFeeds::list() const {
   std::vector<StoredFeed> feeds;
@@ -40,4 +40,4 @@ Outcome<bool> StoredFeeds::remove(std::string_view name) {
   return error ? Outcome<bool>(*error) : isRemoved;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -8,7 +8,7 @@
 #include "shared/outcome.h"
 #include "storage/state_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The names of the feeds that are not the user's own, which no feed of the user's may have: the sample city,
 /// and the feed of a run without saved state.
@@ -41,4 +41,4 @@ class StoredFeeds {
   SharedDatabase database_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

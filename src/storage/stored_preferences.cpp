@@ -3,7 +3,7 @@
 #include "shared/failure.h"
 #include "wire/archive/cbor.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 // ---- What is remembered ----
 
@@ -125,4 +125,4 @@ Error StoredPreferences::failureAt(std::string_view key, std::string_view why) c
   return failure("preferences", suite_ + " " + std::string(key), why);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -12,7 +12,7 @@
 #include "platform/preferences_store.h"
 #include "storage/state_database.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Bytes, as it is kept: a larger value is neither kept nor read, so that nobody waits for it.
 inline constexpr std::int64_t kLargestPreference = std::int64_t{16} << 20;
@@ -64,4 +64,4 @@ class StoredPreferences final : public PreferencesStore {
   std::shared_ptr<RememberedPreferences> remembered_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -211,7 +211,7 @@ Bytes unpacked(const Bytes& packed) {
   const std::string file = folder.write("packed.bz2", {packed.begin(), packed.end()});
   const std::string result = folder / "unpacked";
   EXPECT_EQ(std::system((std::string(BUNZIP2) + " -c " + file + " > " + result).c_str()), 0);
-  const std::string text = contentsOf(result);
+  const std::string text = textIn(result);
   return {text.begin(), text.end()};
 }
 

@@ -44,8 +44,7 @@ ProgramRun runProgram(const std::vector<std::string>& arguments,
   if (failed != 0) throw std::runtime_error("cannot start " LINEWATCH_PROGRAM);
   int status = 0;
   waitpid(process, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), contentsOf(output),
-          contentsOf(errors)};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), textIn(output), textIn(errors)};
 }
 
 }  // namespace linewatch::app

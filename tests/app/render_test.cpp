@@ -34,7 +34,7 @@ std::uint32_t bigEndian(const std::string& bytes, std::size_t place) {
 
 /// What the PNG's header says; nothing where it is none.
 Pixels sizeOfPng(const std::string& file) {
-  const std::string bytes = contentsOf(file);
+  const std::string bytes = textIn(file);
   if (bytes.size() < 24 || !bytes.starts_with("\x89PNG")) return {};
   return {bigEndian(bytes, 16), bigEndian(bytes, 20)};
 }
@@ -79,7 +79,7 @@ class RenderTest : public testing::Test {
 TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
   using Options = std::vector<std::string>;
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
-  const std::string usual = contentsOf(picture());
+  const std::string usual = textIn(picture());
   for (const auto& [options, size] : {std::pair{Options{"--scale", "1"}, Pixels{359, 110}},
                                       {{"--scale", "0.5", "--width", "201"}, {101, 55}},
                                       {{"--width", "240", "--scale", "3"}, {720, 330}},
@@ -90,16 +90,16 @@ TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
                                       {{"--dark"}, {718, 220}},
                                       {{"--locale", "ar"}, {718, 220}}}) {
     EXPECT_EQ(sizeWith(options), size) << testing::PrintToString(options);
-    EXPECT_NE(contentsOf(picture()), usual) << testing::PrintToString(options);
+    EXPECT_NE(textIn(picture()), usual) << testing::PrintToString(options);
   }
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
-  EXPECT_EQ(contentsOf(picture()), usual) << "the same again is the same file";
+  EXPECT_EQ(textIn(picture()), usual) << "the same again is the same file";
 }
 
 TEST_F(RenderTest, TheFilesNameSaysWhatItBecomes) {
   for (const auto& [name, words] : {std::pair{"widget.svg", "<svg"}, {"widget.pdf", "/MediaBox"}}) {
     EXPECT_EQ(render({"--expanded"}, folder_ / name).status, 0);
-    EXPECT_THAT(contentsOf(folder_ / name), HasSubstr(words));
+    EXPECT_THAT(textIn(folder_ / name), HasSubstr(words));
   }
 }
 
@@ -131,7 +131,7 @@ TEST_F(RenderTest, RefusesInOneLine) {
 TEST_F(RenderTest, AFileThatCannotBeReplacedIsLeftAsItWas) {
   folder_.write("widget.png", "before");
   EXPECT_EQ(render({"--scale", "9"}, picture()).status, 2);
-  EXPECT_EQ(contentsOf(picture()), "before");
+  EXPECT_EQ(textIn(picture()), "before");
 }
 
 TEST_F(RenderTest, DrawsTheErrorRowAndSaysWhatFailed) {

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
 """Checks a tree of LineWatch against the rules that no compiler keeps; prints each fault as file:line: what.
 
- - Includes in src/ point along the arrows only: no folder includes one to its left or one of its own column, and within
-   app/ and desktop/ no part of them does. The system knows the standard library and libbz2, the simulation a JSON reader
-   besides.
+ - Includes in src/ point along the arrows between its folders only, and each folder uses its own libraries only. From
+   shared to widget that is the standard library, libbz2 and header-only ones; only desktop and app use Qt.
  - A folder may be compiled as one unit: a function of an unnamed namespace shares its name with no other of its folder,
    for the compiler would choose between them in silence.
  - Comments and texts explain themselves: none leans on a document outside the tree.
@@ -16,25 +15,65 @@ import re
 import subprocess
 import sys
 
-# Columns from left to right. A folder may include itself and what stands in the columns to its right.
-FOLDERS = [["app"], ["desktop", "simulation"], ["widget"], ["presentation"], ["list"],
-           ["activity", "analytics", "incidents"], ["platform"], ["shared"]]
-# The same for the parts of a folder: "" is what lies in the folder itself. A folder that is not named is one part.
-PARTS = {
-    "app": [["screen"], [""]],
-    "desktop": [["window"], ["companion", "drawing", "network", "zip"], [""], ["feeds", "roles", "storage", "text"],
-                ["base"]],
+# The arrows: a folder may include itself, the folders named here, and all that those may include.
+ARROWS = {
+    "app/screen": ["app", "desktop/window"],
+    "app": ["desktop", "desktop/companion", "simulation/scenario"],
+    "desktop/window": ["desktop/companion", "desktop/drawing", "widget"],
+    "desktop/drawing": ["desktop"],
+    "desktop/companion": ["desktop/roles", "activity"],
+    "desktop": ["desktop/loop", "desktop/text", "feeds", "wire/archive", "ui"],
+    "desktop/network": ["feeds/http"],
+    "desktop/loop": ["desktop/roles"],
+    "desktop/roles": ["platform"],
+    "desktop/text": ["platform"],
+    "simulation/scenario": ["simulation", "widget"],
+    "simulation": ["simulation/roles"],
+    "simulation/roles": ["simulation/world", "wire/archive"],
+    "simulation/world": ["ui"],
+    "feeds": ["feeds/alerts", "feeds/http", "feeds/zip", "storage"],
+    "feeds/alerts": ["feeds/gtfs"],
+    "feeds/gtfs": ["feeds/text", "platform"],
+    "feeds/zip": ["feeds/gtfs"],
+    "feeds/libzip": ["feeds/zip"],
+    "feeds/http": ["feeds/text"],
+    "feeds/text": ["shared"],
+    "storage": ["platform", "wire/archive"],
+    "widget": ["presentation"],
+    "presentation": ["list"],
+    "list": ["activity", "analytics", "incidents"],
+    "activity": ["ui"],
+    "analytics": ["ui"],
+    "incidents": ["platform"],
+    "ui": ["platform", "ui/layout"],
+    "ui/layout": [],
+    "platform": ["wire"],
+    "wire/archive": ["wire"],
+    "wire": ["shared"],
+    "shared": [],
 }
 
 STANDARD_HEADER = re.compile(r"[a-z_0-9]+")
-THREADS = {"thread", "future", "condition_variable", "semaphore", "stop_token", "latch", "barrier"}
+THREADS = {"thread", "future", "condition_variable", "semaphore", "latch", "barrier"}
+# POSIX, for files and the processes of this program.
+POSIX = r"dlfcn\.h|fcntl\.h|poll\.h|unistd\.h|sys/.*"
 # What a folder may use beyond the standard library; a folder that is not named: nothing. None: anything.
-LIBRARIES = {
+LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "app": None,
-    "desktop": None,
-    "simulation": re.compile(r"nlohmann/.*"),
-    "platform": re.compile(r"bzlib\.h|cxxabi\.h"),  # the second is the compilers' own, for the names of classes
-}
+    "app/screen": None,
+    **{folder: None for folder in ARROWS if folder.startswith("desktop")},
+    "feeds/alerts": r"protozero/.*|unicode/.*",
+    "feeds/gtfs": r"unicode/.*|" + POSIX,
+    "feeds/text": r"unicode/.*",
+    "feeds/libzip": r"zip\.h",
+    "storage": r"sqlite3\.h|" + POSIX,
+    "simulation/scenario": r"nlohmann/.*",
+    "wire/archive": r"nlohmann/.*",
+    "wire": r"bzlib\.h",
+    "shared": r"cxxabi\.h|" + POSIX,  # cxxabi.h for the names of classes
+}.items()}
+# Folders that have threads of their own or guard what theirs share.
+THREADED = re.compile(r"(app|desktop|feeds|storage)\b.*")
 
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
 # As clang-format leaves them: a definition at the start of a line, a namespace and its end too.
@@ -57,40 +96,28 @@ def tracked_files(root):
     return sorted(found)
 
 
-def column_of(name, columns):
-    """Counted from the left; None for a name that stands in no column."""
-    return next((number for number, column in enumerate(columns) if name in column), None)
+def reachable(folder, seen=None):
+    """The folders that `folder` may include, itself too."""
+    seen = set() if seen is None else seen
+    if folder not in seen:
+        seen.add(folder)
+        for target in ARROWS[folder]:
+            reachable(target, seen)
+    return seen
 
 
-def folder_and_part(path):
-    """Of a path from src/ on: its first folder, and what lies between that and the file."""
-    folder, *part = os.path.dirname(path).split("/")
-    return folder, "/".join(part)
+def circles():
+    """The folders that reach themselves along the arrows."""
+    return [folder for folder, targets in ARROWS.items() if any(folder in reachable(target) for target in targets)]
 
 
-def has_place(path):
-    folder, part = folder_and_part(path)
-    known = column_of(folder, FOLDERS) is not None
-    return known and (folder not in PARTS or column_of(part, PARTS[folder]) is not None)
-
-
-def arrow_fault(name, target, columns):
-    """What is wrong with an include of `target` in `name`; None when it points along the arrows."""
-    if name == target or column_of(target, columns) > column_of(name, columns):
-        return None
-    stranger = column_of(target, columns) == column_of(name, columns)
-    return ": the two never know each other" if stranger else ", which stands to its left"
-
-
-def quoted_include_fault(root, path, included):
-    if not has_place(included) or not os.path.isfile(os.path.join(root, "src", included)):
+def quoted_include_fault(root, folder, included):
+    target = os.path.dirname(included)
+    if target not in ARROWS or not os.path.isfile(os.path.join(root, "src", included)):
         return f'"{included}" is no file of src/: includes start at its folders'
-    (folder, part), (target, target_part) = folder_and_part(path), folder_and_part(included)
-    if folder != target:
-        fault = arrow_fault(folder, target, FOLDERS)
-    else:
-        fault = arrow_fault(part, target_part, PARTS[folder]) if folder in PARTS else None
-    return f'{os.path.dirname(path)} includes "{included}"{fault}' if fault else None
+    if target not in reachable(folder):
+        return f'{folder} includes "{included}", but no arrow leads from {folder} to {target}'
+    return None
 
 
 def system_include_fault(folder, included):
@@ -98,24 +125,24 @@ def system_include_fault(folder, included):
     if allowed is None or allowed.fullmatch(included):
         return None
     if not STANDARD_HEADER.fullmatch(included):
-        return f"{folder} includes <{included}>, which is not the standard library"
-    if included in THREADS:
+        return f"{folder} includes <{included}>, which is not one of its libraries"
+    if included in THREADS and not THREADED.fullmatch(folder):
         return f"{folder} includes <{included}>, but has no threads of its own"
     return None
 
 
 def include_faults(root, path, lines):
     """`path` counts from src/."""
-    if not has_place(path):
-        yield 1, f"src/{os.path.dirname(path)} has no place among the folders"
+    folder = os.path.dirname(path)
+    if folder not in ARROWS:
+        yield 1, f"src/{folder} has no place among the folders"
         return
-    folder, _ = folder_and_part(path)
     for number, line in enumerate(lines, 1):
         match = INCLUDE.match(line)
         if not match:
             continue
         quoted = match[1] == '"'
-        fault = quoted_include_fault(root, path, match[2]) if quoted else system_include_fault(folder, match[2])
+        fault = quoted_include_fault(root, folder, match[2]) if quoted else system_include_fault(folder, match[2])
         if fault:
             yield number, fault
 
@@ -161,6 +188,7 @@ def read_lines(root, path):
 
 
 def faults(root):
+    yield from ((path, 1, "the arrows lead back to it") for path in circles())
     folders = {}
     for path in tracked_files(root):
         lines = read_lines(root, path)

@@ -35,15 +35,15 @@ class SimulatedContainers final : public Containers {
 class DesktopContainers final : public Containers {
  public:
   std::shared_ptr<FavoritesContainer> make(std::shared_ptr<RemoteFavoritesPersister> persister) override {
-    return std::make_shared<desktop::BackgroundFavoritesContainer>(queue_, std::move(persister));
+    return std::make_shared<BackgroundFavoritesContainer>(queue_, std::move(persister));
   }
   void finishReading() override {
     queue_->finish();
-    queue_ = std::make_shared<desktop::BackgroundQueue>();
+    queue_ = std::make_shared<BackgroundQueue>();
   }
 
  private:
-  std::shared_ptr<desktop::BackgroundQueue> queue_ = std::make_shared<desktop::BackgroundQueue>();
+  std::shared_ptr<BackgroundQueue> queue_ = std::make_shared<BackgroundQueue>();
 };
 
 /// Gives what another persister gives, and counts.

@@ -287,18 +287,16 @@ TEST_P(KeyedArchiverContract, NothingIsDecodedAfterTheEnd) {
   EXPECT_FALSE(error);
 }
 
-INSTANTIATE_TEST_SUITE_P(Platforms, KeyedArchiverContract,
-                         testing::Values(Subject<KeyedArchiver>{"Simulation",
-                                                                [] {
-                                                                  const auto platform =
-                                                                      simulation::SimulatedPlatform::make();
-                                                                  return std::shared_ptr<KeyedArchiver>(
-                                                                      platform, &platform->keyedArchiver());
-                                                                }},
-                                         Subject<KeyedArchiver>{
-                                             "Desktop",
-                                             [] { return std::make_shared<desktop::CborKeyedArchiver>(); }}),
-                         nameOfSubject<KeyedArchiver>);
+INSTANTIATE_TEST_SUITE_P(
+    Platforms, KeyedArchiverContract,
+    testing::Values(Subject<KeyedArchiver>{"Simulation",
+                                           [] {
+                                             const auto platform = simulation::SimulatedPlatform::make();
+                                             return std::shared_ptr<KeyedArchiver>(
+                                                 platform, &platform->keyedArchiver());
+                                           }},
+                    Subject<KeyedArchiver>{"Desktop", [] { return std::make_shared<CborKeyedArchiver>(); }}),
+    nameOfSubject<KeyedArchiver>);
 
 }  // namespace
 }  // namespace linewatch

@@ -45,17 +45,15 @@ class DesktopProcess final : public Process {
     return saved_->preferences(suite);
   }
   void restart() override {
-    using desktop::GivenPreferences;
-    saved_ =
-        std::make_unique<desktop::SavedState>(*desktop::StateDirectories::under(folder_.path()), log_,
-                                              std::make_shared<GivenPreferences>(Dictionary{{"given", 1}}));
+    saved_ = std::make_unique<SavedState>(*StateDirectories::under(folder_.path()), log_,
+                                          std::make_shared<GivenPreferences>(Dictionary{{"given", 1}}));
   }
   std::vector<std::string> errorsLogged() override { return log_.lines(); }
 
  private:
   TemporaryFolder folder_;
-  desktop::RecordingLog log_;
-  std::unique_ptr<desktop::SavedState> saved_;
+  RecordingLog log_;
+  std::unique_ptr<SavedState> saved_;
 };
 
 class PreferencesStoreContract : public testing::TestWithParam<Subject<Process>> {

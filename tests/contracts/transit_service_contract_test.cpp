@@ -50,30 +50,28 @@ class DesktopCity final : public City {
   DesktopCity() {
     writeFile(folder_.path() / "routes.txt", "route_id\nA\nB\n");
     writeFile(folder_.path() / "alerts.pb",
-              desktop::bytesOf(desktop::FeedSketch{
+              bytesOf(FeedSketch{
                   .alerts = {{.id = "1", .selectors = {{.route = "A"}}, .header = {{"Strike", ""}}}}}));
   }
   TransitService& service() override { return *service_; }
-  MapItemIdentifier line(const std::string& name) const override {
-    return {desktop::stableMuid("city", name)};
-  }
+  MapItemIdentifier line(const std::string& name) const override { return {stableMuid("city", name)}; }
   void finish() override {
     service_->finish();
     City::finish();
   }
 
  private:
-  std::shared_ptr<desktop::TransitFeeds> feeds() {
-    const desktop::StoredFeed city{"city", folder_.path().string(), (folder_.path() / "alerts.pb").string()};
-    return std::make_shared<desktop::TransitFeeds>(
+  std::shared_ptr<TransitFeeds> feeds() {
+    const StoredFeed city{"city", folder_.path().string(), (folder_.path() / "alerts.pb").string()};
+    return std::make_shared<TransitFeeds>(
         [city] { return std::vector{city}; },
-        std::make_shared<desktop::FeedDocuments>(nullptr, [this] { return platform_->mainLoop().now(); }),
-        desktop::IncidentLanguage{});
+        std::make_shared<FeedDocuments>(nullptr, [this] { return platform_->mainLoop().now(); }),
+        IncidentLanguage{});
   }
 
   TemporaryFolder folder_;
-  std::unique_ptr<desktop::FeedTransitService> service_ =
-      std::make_unique<desktop::FeedTransitService>(feeds(), platform_->mainLoop());
+  std::unique_ptr<FeedTransitService> service_ =
+      std::make_unique<FeedTransitService>(feeds(), platform_->mainLoop());
 };
 
 class TransitServiceContract : public testing::TestWithParam<Subject<City>> {

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -57,4 +57,4 @@ TEST(BackgroundQueue, MayEndOnItsOwnThread) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

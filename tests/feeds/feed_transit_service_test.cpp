@@ -10,7 +10,7 @@
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
@@ -72,4 +72,4 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

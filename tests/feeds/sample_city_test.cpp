@@ -14,7 +14,7 @@
 #include "feeds/gtfs/line_records.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -64,7 +64,7 @@ TEST_F(SampleCity, HasTheFavoritesItNames) {
 }
 
 TEST_F(SampleCity, HasAlertsAboutItsLines) {
-  const auto message = readAlertsMessage(contentsOf(LINEWATCH_ROOT "/samples/city/alerts.pb"));
+  const auto message = readAlertsMessage(textIn(LINEWATCH_ROOT "/samples/city/alerts.pb"));
   ASSERT_TRUE(message) << sentenceOf(message);
   const auto table = std::make_shared<const IncidentTable>(*message, lines_);
   EXPECT_EQ(table->counts(), (SelectorCounts{.fitting = 8, .notAboutLines = 2}));
@@ -89,4 +89,4 @@ TEST_F(SampleCity, HasAlertsAboutItsLines) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

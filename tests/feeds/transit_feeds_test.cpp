@@ -8,15 +8,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/recording_log.h"
 #include "feeds/alerts/alerts_sketch.h"
 #include "feeds/user_favorites.h"
+#include "platform/recording_log.h"
 #include "platform/transit_storage_line_item.h"
 #include "shared/failure.h"
 #include "simulation/simulated_platform.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::AllOf;
@@ -350,4 +350,4 @@ TEST_F(TransitFeedsTest, KeepsTheLinesOfATimetableUntilItsFilesChange) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

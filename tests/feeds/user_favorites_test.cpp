@@ -10,7 +10,7 @@
 #include "platform/transit_records.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -64,4 +64,4 @@ TEST_F(UserFavoritesTest, WhoseChangeCannotBeReadAreNotTheSampleCitys) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

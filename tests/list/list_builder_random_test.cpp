@@ -24,17 +24,17 @@ namespace linewatch {
 namespace {
 
 /// A row, or the summary, in words that hold all that tells it from others.
-struct Row {
+struct ModelRow {
   std::string primary, secondary, artwork, opens;
-  auto operator<=>(const Row&) const = default;
+  auto operator<=>(const ModelRow&) const = default;
 };
-std::ostream& operator<<(std::ostream& out, const Row& row) {
+std::ostream& operator<<(std::ostream& out, const ModelRow& row) {
   return out << row.primary << " / " << row.secondary << " / " << row.artwork << " / " << row.opens;
 }
 
 struct List {
-  Row summary;
-  std::vector<Row> rows;
+  ModelRow summary;
+  std::vector<ModelRow> rows;
   bool operator==(const List&) const = default;
 };
 
@@ -81,7 +81,7 @@ class PlainList {
     return !incident.startDate() && !incident.endDate();
   }
 
-  Lines* linesOf(const Row& row) {
+  Lines* linesOf(const ModelRow& row) {
     for (auto& [key, lines] : table_)
       if (key == row) return &lines;
     return nullptr;
@@ -101,8 +101,8 @@ class PlainList {
         if (incident->title().value_or("").empty() && incident->summary().value_or("").empty()) continue;
         const SharedArtwork& artwork =
             line->alternateArtwork() ? line->alternateArtwork() : systemArtwork(*line);
-        const Row row{shown(incident->title()), shown(incident->summary()), shieldOf(artwork) + " at 1",
-                      "line " + std::to_string(line->muid())};
+        const ModelRow row{shown(incident->title()), shown(incident->summary()), shieldOf(artwork) + " at 1",
+                           "line " + std::to_string(line->muid())};
         incidents_.push_back(incident);
         firstLines_.push_back(line->muid());
         rows_.push_back(row);
@@ -122,13 +122,13 @@ class PlainList {
   }
 
   void nameLines() {
-    std::vector<Row> keys;
+    std::vector<ModelRow> keys;
     for (const auto& entry : table_) keys.push_back(entry.first);
-    for (const Row& key : keys) {
+    for (const ModelRow& key : keys) {
       const Lines* found = linesOf(key);
       if (found == nullptr || found->size() < 2) continue;
       const Lines lines = *found;
-      Row named{key.primary, prepended(lines, key.secondary), commonArtwork(lines), key.opens};
+      ModelRow named{key.primary, prepended(lines, key.secondary), commonArtwork(lines), key.opens};
       *std::ranges::find(rows_, key) = named;
       std::erase_if(table_, [&](const auto& entry) { return entry.first == key || entry.first == named; });
       table_.push_back({named, lines});
@@ -169,9 +169,9 @@ class PlainList {
            ")";
   }
 
-  Row summary() {
+  ModelRow summary() {
     std::vector<std::string> shields;
-    for (const Row& row : rows_) {
+    for (const ModelRow& row : rows_) {
       const Lines* lines = linesOf(row);
       if (lines == nullptr) continue;
       for (const TransitLineItem* line : *lines) {
@@ -187,26 +187,26 @@ class PlainList {
             incidentList(incidents_)};
   }
 
-  Row goodService() const {
+  ModelRow goodService() const {
     return {"LineWatch_GoodService_Title",
             "LineWatch_GoodService_Overflow_SecondaryText(" + std::to_string(unaffected_) + ")",
             "good-alt-v2 at 0.20000000298023224", kGoodServiceURL};
   }
 
   /// Rows from the top, the overflow row, and good service last, so far as there is room.
-  std::vector<Row> limited() const {
+  std::vector<ModelRow> limited() const {
     const bool hasGood = unaffected_ > 0;
-    std::vector<Row> all = rows_;
+    std::vector<ModelRow> all = rows_;
     if (hasGood) all.push_back(goodService());
     if (limit_ == 0 || all.size() <= limit_) return all;
     const std::size_t last = hasGood && limit_ >= 2 ? 1 : 0, kept = limit_ - 1 - last;
-    std::vector<Row> rows(rows_.begin(), rows_.begin() + static_cast<std::ptrdiff_t>(kept));
+    std::vector<ModelRow> rows(rows_.begin(), rows_.begin() + static_cast<std::ptrdiff_t>(kept));
     rows.push_back(overflow(kept));
     if (last == 1) rows.push_back(goodService());
     return rows;
   }
 
-  Row overflow(std::size_t kept) const {
+  ModelRow overflow(std::size_t kept) const {
     std::vector<std::uint64_t> lines;
     for (std::size_t i = kept; i < incidents_.size(); ++i)
       if (std::ranges::find(lines, firstLines_[i]) == lines.end()) lines.push_back(firstLines_[i]);
@@ -220,8 +220,8 @@ class PlainList {
   std::size_t limit_, unaffected_ = 0;
   TransitIncidents incidents_;
   std::vector<std::uint64_t> firstLines_;
-  std::vector<Row> rows_;
-  std::vector<std::pair<Row, Lines>> table_;
+  std::vector<ModelRow> rows_;
+  std::vector<std::pair<ModelRow, Lines>> table_;
 };
 
 /// The list of the system, in the same words.
@@ -253,7 +253,7 @@ class Reading {
   }
 
  private:
-  Row read(const RVTransitItem& item) const {
+  ModelRow read(const RVTransitItem& item) const {
     return {shown(item.primaryText()), shown(item.secondaryText()), read(item.artwork().get()),
             read(item.openable().get())};
   }

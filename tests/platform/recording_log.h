@@ -6,7 +6,7 @@
 
 #include "platform/log.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Keeps the lines for a test to read.
 class RecordingLog final : public Log {
@@ -27,4 +27,4 @@ class RecordingLog final : public Log {
   std::vector<std::string> lines_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -17,7 +17,7 @@
 #include "shared/failure.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 namespace fs = std::filesystem;
@@ -43,9 +43,9 @@ TEST_F(WriteWholeTest, ReplacesAFileAndWhatALinkLeadsTo) {
   fs::create_symlink("later", folder_ / "dangling");
   for (const std::string name : {"old", "new", "second", "dangling"}) {
     EXPECT_EQ(write(name, "now " + name), "");
-    EXPECT_EQ(linewatch::contentsOf(folder_ / name), "now " + name);
+    EXPECT_EQ(textIn(folder_ / name), "now " + name);
   }
-  EXPECT_EQ(linewatch::contentsOf(folder_ / "old"), "now second");
+  EXPECT_EQ(textIn(folder_ / "old"), "now second");
   EXPECT_TRUE(fs::is_symlink(folder_ / "second"));
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("dangling", "later", "link", "new", "old", "second"));
 }
@@ -66,7 +66,7 @@ TEST_F(WriteWholeTest, WhatCannotBeWrittenStaysAsItWas) {
   EXPECT_THAT(write("old", std::string(100'000, 'x')), StartsWith(folder_ / "old: "));
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, handled);
-  EXPECT_EQ(linewatch::contentsOf(folder_ / "old"), "before");
+  EXPECT_EQ(textIn(folder_ / "old"), "before");
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("circle", "folder", "old"));
 }
 
@@ -76,7 +76,7 @@ TEST_F(WriteWholeTest, WhatIsNoPlainFileIsWrittenAsItIs) {
   fs::create_symlink("/dev/null", folder_ / "null");
   fs::create_symlink("/dev/full", folder_ / "full");
   std::string read;
-  std::thread reader([&] { read = linewatch::contentsOf(folder_ / "pipe"); });
+  std::thread reader([&] { read = textIn(folder_ / "pipe"); });
   EXPECT_EQ(write("pipe", "through"), "");
   reader.join();
   EXPECT_EQ(read, "through");
@@ -159,4 +159,4 @@ TEST_F(ContentsOfTest, EndsWhenItIsNoLongerWanted) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,12 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/recording_log.h"
 #include "platform/companion_application.h"
+#include "platform/recording_log.h"
 #include "platform/transit_storage_incident.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 class SavedStateTest : public testing::Test {
@@ -56,4 +56,4 @@ TEST_F(SavedStateTest, AnalyticsAreAsGivenUntilTheyAreSwitched) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

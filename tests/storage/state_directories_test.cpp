@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 Environment environmentOf(const std::map<std::string, std::string>& variables) {
@@ -55,4 +55,4 @@ TEST(StateDirectories, OneFolderHoldsAll) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -13,7 +13,7 @@
 #include "shared/failure.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -72,7 +72,7 @@ TEST_F(StoredDatabaseTest, ReadingMakesNothing) {
   std::filesystem::create_directory(file().parent_path());
   writeFile(file(), "");
   EXPECT_THAT(textsIn(database), IsEmpty());
-  EXPECT_EQ(contentsOf(file()), "");
+  EXPECT_EQ(textIn(file()), "");
   EXPECT_EQ(sentenceOf(database.write(adding("first"))), "");
   EXPECT_THAT(textsIn(database), ElementsAre("first"));
 }
@@ -124,7 +124,7 @@ TEST_F(StoredDatabaseTest, MigratesAnOlderFileOnceAndRefusesANewerOne) {
   }));
   EXPECT_EQ(stars, 5);
 
-  const std::string before = contentsOf(file());
+  const std::string before = textIn(file());
   auto older = open();
   const auto untouched = [](SqliteDatabase&) -> std::optional<Error> {
     ADD_FAILURE() << "opened";
@@ -134,7 +134,7 @@ TEST_F(StoredDatabaseTest, MigratesAnOlderFileOnceAndRefusesANewerOne) {
     EXPECT_EQ(sentenceOf(error),
               "note database: " + file().string() + ": a newer version of LineWatch has written it");
   }
-  EXPECT_EQ(contentsOf(file()), before);
+  EXPECT_EQ(textIn(file()), before);
 }
 
 TEST_F(StoredDatabaseTest, AMigrationThatFailsLeavesTheOldFile) {
@@ -150,17 +150,17 @@ TEST_F(StoredDatabaseTest, AMigrationThatFailsLeavesTheOldFile) {
 
 TEST_F(StoredDatabaseTest, LeavesAStrangersDatabaseAlone) {
   writeNotes({"mine"});
-  const std::string before = contentsOf(file());
+  const std::string before = textIn(file());
   auto stranger = open(kStrangersSchema);
   for (const auto& error : {stranger.read(adding("unseen")), stranger.write(adding("unseen"))}) {
     EXPECT_THAT(sentenceOf(error), HasSubstr("another program's database stands in its place"));
   }
-  EXPECT_EQ(contentsOf(file()), before);
+  EXPECT_EQ(textIn(file()), before);
 }
 
 TEST_F(StoredDatabaseTest, SetsADamagedFileAsideAndBeginsANewOne) {
   writeNotes({"lost"});
-  const std::string whole = contentsOf(file());
+  const std::string whole = textIn(file());
   std::string withoutSchema = whole;
   withoutSchema.replace(100, 400, 400, '\xFF');
   std::string withoutTable = whole;
@@ -188,8 +188,8 @@ TEST_F(StoredDatabaseTest, SetsADamagedFileAsideAndBeginsANewOne) {
         EXPECT_THAT(log.lines(), IsEmpty());
       }
       EXPECT_THAT(textsIn(database), ElementsAre("new"));
-      EXPECT_EQ(contentsOf(path.string() + ".damaged"), "from an earlier time");
-      EXPECT_EQ(contentsOf(path.string() + ".damaged-2"), damaged);
+      EXPECT_EQ(textIn(path.string() + ".damaged"), "from an earlier time");
+      EXPECT_EQ(textIn(path.string() + ".damaged-2"), damaged);
       EXPECT_EQ(sentenceOf(database.loss()), told);
     }
   }
@@ -286,7 +286,7 @@ TEST_F(StoredDatabaseTest, ReadsAFolderThatCannotBeWritten) {
   const auto folder = file().parent_path();
   std::filesystem::permissions(folder_.path(), std::filesystem::perms{0755});
   std::filesystem::permissions(folder, std::filesystem::perms{0555});
-  const std::string before = contentsOf(file());
+  const std::string before = textIn(file());
   {
     const WithoutRootsRights rights;
     auto database = open();
@@ -307,7 +307,7 @@ TEST_F(StoredDatabaseTest, ReadsAFolderThatCannotBeWritten) {
       EXPECT_THAT(sentenceOf(hidden.read(adding("unseen"))), HasSubstr("it cannot be opened"));
     }
   }
-  EXPECT_EQ(contentsOf(file()), before);
+  EXPECT_EQ(textIn(file()), before);
 }
 
 TEST_F(StoredDatabaseTest, AFullDiskLosesNothing) {
@@ -354,4 +354,4 @@ TEST_F(StoredDatabaseTest, ReportsEachSentenceOnce) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

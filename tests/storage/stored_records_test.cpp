@@ -16,7 +16,7 @@
 #include "storage/stored_preferences.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -295,4 +295,4 @@ TEST_F(StoredRecordsTest, AnalyticsDropTheOldest) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

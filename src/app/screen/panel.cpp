@@ -14,8 +14,6 @@
 
 namespace linewatch::app {
 
-using desktop::TransitFeeds;
-
 namespace {
 
 QStringList qtWords(const std::vector<std::string>& words) {
@@ -64,7 +62,7 @@ bool Panel::isStateHeld() {
   if (!saved) return false;
   const auto error = saved->rememberPreferences();
   saved->database()->report(error);
-  return error && desktop::isBusy(*error);
+  return error && isBusy(*error);
 }
 
 void Panel::loadWindow() {
@@ -77,7 +75,7 @@ void Panel::loadWindowOnceStateIsFree() {
   inBackground(
       [saved = platform().saved(), ending = ending_.get_token()] {
         auto error = saved->rememberPreferences();
-        while (error && desktop::isBusy(*error) && !ending.stop_requested()) {
+        while (error && isBusy(*error) && !ending.stop_requested()) {
           error = saved->rememberPreferences();
         }
         return true;
@@ -101,7 +99,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
   desktop::FavoritesServices services{
       .favorites = [this] { return platform().favorites().lines(); },
       .loadLines =
-          [this](std::function<void(const desktop::FeedLines&)> done) {
+          [this](std::function<void(const FeedLines&)> done) {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
           },
       .didChange =
@@ -110,7 +108,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
             window_.favoritesDidChange();
           }};
   if (platform().saved()) {
-    services.change = [this](const desktop::StoredFavorite& favorite, bool isAdded) {
+    services.change = [this](const StoredFavorite& favorite, bool isAdded) {
       return platform().favorites().change(favorite, isAdded);
     };
   }

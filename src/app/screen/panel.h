@@ -35,8 +35,8 @@ class Panel {
   desktop::PanelServices panelServices();
   /// What the user has chosen to see.
   struct Choice {
-    std::vector<desktop::StoredFeed> feeds;
-    std::vector<desktop::StoredFavorite> favorites;
+    std::vector<StoredFeed> feeds;
+    std::vector<StoredFavorite> favorites;
     bool operator==(const Choice&) const = default;
   };
   /// Absent when it cannot be read. Any thread, in a run with saved state.
@@ -53,7 +53,7 @@ class Panel {
 
   Session& session_;
   desktop::DrawingScreen& screen_;
-  desktop::BackgroundQueue queue_;
+  BackgroundQueue queue_;
   std::stop_source ending_;
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;

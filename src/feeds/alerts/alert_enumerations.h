@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Why an alert was given, with the numbers of the wire.
 enum class AlertCause : std::uint8_t {
@@ -44,4 +44,4 @@ constexpr bool isAboutStopAlone(AlertEffect effect) {
          effect == AlertEffect::noEffect;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <limits>
 #include <tuple>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -47,4 +47,4 @@ ShownPeriod periodToShow(std::span<const AlertPeriod> periods, Date now) {
   return {.start = dateAt(best->start), .end = dateAt(best->end)};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,7 +6,7 @@
 #include "feeds/alerts/alerts_message.h"
 #include "shared/date.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// An absent side is open.
 struct ShownPeriod {
@@ -21,4 +21,4 @@ struct ShownPeriod {
 /// show in.
 ShownPeriod periodToShow(std::span<const AlertPeriod> periods, Date now);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

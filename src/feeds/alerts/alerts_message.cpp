@@ -41,7 +41,7 @@
 //
 // A message that comes twice where one is meant is one message, as everywhere in this encoding.
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -391,4 +391,4 @@ Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload) {
   return AlertsDecoder::read(std::move(payload));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

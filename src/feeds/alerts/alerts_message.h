@@ -11,7 +11,7 @@
 #include "feeds/alerts/alert_enumerations.h"
 #include "shared/outcome.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// In the order in which feeds are written.
 enum class AlertText : std::uint8_t { url, header, description, spokenHeader, spokenDescription };
@@ -124,4 +124,4 @@ using SharedAlertsMessage = std::shared_ptr<const AlertsMessage>;
 /// what it has. An error says where in the payload, and why.
 Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -2,7 +2,7 @@
 
 #include "platform/incident_string_provider.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The words that the incidents of feeds already have. Holds nothing.
 class DesktopIncidentStringProvider final : public IncidentStringProvider {
@@ -15,4 +15,4 @@ class DesktopIncidentStringProvider final : public IncidentStringProvider {
   }
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -8,7 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -154,4 +154,4 @@ std::vector<DistinctIncident> distinctIncidents(const AlertsMessage& message) {
   return Collector(message).collect();
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,7 +6,7 @@
 
 #include "feeds/alerts/alerts_message.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// One incident of a feed and the entities that tell of it, as places among the message's entities.
 struct DistinctIncident {
@@ -24,4 +24,4 @@ struct DistinctIncident {
 /// proportion to the message.
 std::vector<DistinctIncident> distinctIncidents(const AlertsMessage& message);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -74,4 +74,4 @@ std::string FeedTexts::together(const std::string& effectWords, const std::strin
   return both;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 
 #include "feeds/alerts/alert_enumerations.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The words for what a feed gives as a number, in the user's language.
 struct FeedTexts {
@@ -35,4 +35,4 @@ struct FeedTexts {
   bool operator==(const FeedTexts&) const = default;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -11,7 +11,7 @@
 // everything and is read like any other. So one decoded message is all there is to hold, however many changes
 // came.
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -82,4 +82,4 @@ Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held, std:
   return readAlertsMessage(payloadOf(message, timestamp, entitiesAfter(held.get(), message)));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

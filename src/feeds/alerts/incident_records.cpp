@@ -8,7 +8,7 @@
 #include "feeds/text/plain_text.h"
 #include "platform/transit_storage_incident.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -108,4 +108,4 @@ OptionalText IncidentRecords::bestAddress(const DistinctIncident& incident) cons
   return std::nullopt;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -13,7 +13,7 @@
 #include "platform/transit_incident.h"
 #include "shared/date.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// How the user reads incidents.
 struct IncidentLanguage {
@@ -49,4 +49,4 @@ class IncidentRecords {
   std::unordered_map<std::uint32_t, SharedIncident> made_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 
 #include "feeds/gtfs/route_type_family.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -174,4 +174,4 @@ std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route) co
   return all;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

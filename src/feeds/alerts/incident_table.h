@@ -14,7 +14,7 @@
 #include "feeds/alerts/distinct_incidents.h"
 #include "feeds/gtfs/line_index.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// What became of the selectors of a feed's alerts.
 struct SelectorCounts {
@@ -103,4 +103,4 @@ class IncidentTable {
 
 using SharedIncidentTable = std::shared_ptr<const IncidentTable>;
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

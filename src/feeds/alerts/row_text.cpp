@@ -12,7 +12,7 @@
 #include "feeds/text/sentences.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -165,4 +165,4 @@ bool titleSays(std::string_view title, std::string_view text) {
   return comparableWords(title).find(comparableWords(text)) != std::string::npos;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// What ends a text that was cut.
 inline constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
@@ -19,4 +19,4 @@ std::string rowSecondaryText(std::string_view description, std::string_view titl
 /// True when the title has all the words of the text, in their order.
 bool titleSays(std::string_view title, std::string_view text);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 
 #include "feeds/text/ascii.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -78,4 +78,4 @@ std::vector<AlertTranslation> translationsByFit(std::vector<AlertTranslation> tr
   return translations;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

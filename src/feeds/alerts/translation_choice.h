@@ -7,7 +7,7 @@
 
 #include "feeds/alerts/alerts_message.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The translations, best first: those in the user's languages, the language the user likes better first and
 /// in it the tag that has most in common; then the feed's own language, then the untagged ones, then the
@@ -17,4 +17,4 @@ std::vector<AlertTranslation> translationsByFit(std::vector<AlertTranslation> tr
                                                 std::span<const std::string> userLanguages,
                                                 std::string_view feedLanguage);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 
 #include "feeds/text/ascii.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::string readableTextColor(std::string_view wanted, std::string_view backgrou
                                                                                             : kBlack);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

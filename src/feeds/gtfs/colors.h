@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A feed's colour as six upper-case hexadecimal digits, red first, whether or not it comes with a "#"; empty
 /// when it is none.
@@ -16,4 +16,4 @@ double contrastRatio(std::string_view a, std::string_view b);
 /// read better. Colours are normalized; `wanted` may be empty.
 std::string readableTextColor(std::string_view wanted, std::string_view background);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -127,4 +127,4 @@ void CsvReader::stop(std::size_t line, std::string why) {
   if (!fault_) fault_ = Fault{line, std::move(why)};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Comma-separated values as feeds have them, row by row:
 ///  - a value may stand in quotes, and then hold commas, line ends and doubled quotes; a quote inside a value
@@ -65,4 +65,4 @@ class CsvReader {
   std::optional<Fault> fault_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

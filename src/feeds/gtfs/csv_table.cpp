@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 CsvTable::CsvTable(std::string_view text) : reader_(text) {
   if (reader_.next()) names_.assign(reader_.values().begin(), reader_.values().end());
@@ -16,4 +16,4 @@ std::string_view CsvTable::value(Column column) const {
   return has(column) && column < reader_.values().size() ? reader_.values()[column] : std::string_view();
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -8,7 +8,7 @@
 
 #include "feeds/gtfs/csv_reader.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Comma-separated values whose first row names the columns. The text has to outlive the table.
 class CsvTable {
@@ -35,4 +35,4 @@ class CsvTable {
   std::vector<std::string> names_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

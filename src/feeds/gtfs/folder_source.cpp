@@ -8,7 +8,7 @@
 #include "shared/byte_size.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -46,4 +46,4 @@ Outcome<std::optional<std::string>> FolderSource::file(std::string_view name) {
   return contents;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -4,7 +4,7 @@
 
 #include "feeds/gtfs/gtfs_source.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The tables of a feed as files of one folder.
 class FolderSource final : public GtfsSource {
@@ -18,4 +18,4 @@ class FolderSource final : public GtfsSource {
   std::filesystem::path folder_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

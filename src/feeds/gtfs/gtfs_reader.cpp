@@ -13,7 +13,7 @@
 #include "feeds/text/utf8.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -162,4 +162,4 @@ Outcome<Contents> readGtfs(GtfsSource& source, std::string feedName) {
   return contents;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

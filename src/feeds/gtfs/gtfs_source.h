@@ -8,7 +8,7 @@
 #include "shared/byte_size.h"
 #include "shared/outcome.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// More than any feed needs for a table of its lines or agencies; a larger file is refused unread.
 inline constexpr std::size_t kLargestGtfsTable = 64 * kMebibyte;
@@ -27,4 +27,4 @@ class GtfsSource {
   virtual Outcome<std::optional<std::string>> file(std::string_view name) = 0;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -63,4 +63,4 @@ const std::string& LineIndex::nameOfRoute(std::size_t route) const {
   return entry.longName.empty() ? entry.id : entry.longName;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

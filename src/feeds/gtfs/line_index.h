@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// An agency of a feed, as agency.txt states it. Texts may be empty.
 struct FeedAgency {
@@ -83,4 +83,4 @@ class LineIndex {
 
 using SharedLineIndex = std::shared_ptr<const LineIndex>;
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

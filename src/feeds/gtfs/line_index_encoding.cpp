@@ -8,7 +8,7 @@
 #include "feeds/gtfs/colors.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -228,4 +228,4 @@ Outcome<LineIndex::Contents> decodeLineIndex(std::span<const std::uint8_t> bytes
   return failure("kept lines of a feed", "byte " + std::to_string(reader.position()), reader.fault());
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -4,7 +4,7 @@
 #include "shared/outcome.h"
 #include "shared/value.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 // What a line index is made from, as bytes to keep, so that a start need not read the feed again:
 //
@@ -38,4 +38,4 @@ Bytes encodeLineIndex(const LineIndex::Contents& contents);
 /// Any bytes may be given; those that are not of this form are an error, which says where they leave it.
 Outcome<LineIndex::Contents> decodeLineIndex(std::span<const std::uint8_t> bytes);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -10,7 +10,7 @@
 #include "feeds/text/folded_words.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -144,4 +144,4 @@ Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::strin
   return lines.empty() ? noLine(what, linesLike(indexes, name)) : severalLines(what, lines);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

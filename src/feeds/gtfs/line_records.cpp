@@ -8,7 +8,7 @@
 #include "feeds/gtfs/route_mode.h"
 #include "feeds/gtfs/shield_text.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -122,4 +122,4 @@ SharedArtwork LineRecords::shared(TransitArtworkDataSource artwork) {
   return *artworks_.insert(std::make_shared<const TransitArtworkDataSource>(std::move(artwork))).first;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 #include "feeds/gtfs/line_index.h"
 #include "platform/transit_records.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Makes the records of a feed's lines, each once and when it is first asked for; lines that look the same
 /// share their artworks, lines of one agency their system. Used by one thread at a time; records are read on
@@ -46,4 +46,4 @@ class LineRecords {
   std::unordered_set<SharedArtwork, HashOfArtwork, SameArtwork> artworks_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 #include "feeds/text/ascii.h"
 #include "feeds/text/folded_words.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std
   return lines;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

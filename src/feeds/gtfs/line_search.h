@@ -8,7 +8,7 @@
 
 #include "feeds/gtfs/line_index.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// One line of one of several feeds.
 struct FoundLine {
@@ -32,4 +32,4 @@ struct FoundLine {
 /// last. Only words of three letters and no digit count as parts. An empty query fits every line.
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -2,7 +2,7 @@
 
 #include "feeds/gtfs/route_type_family.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -33,4 +33,4 @@ TransitMode modeOfRouteType(std::optional<std::int32_t> routeType) {
   return TransitMode::other;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

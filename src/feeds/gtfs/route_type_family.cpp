@@ -1,6 +1,6 @@
 #include "feeds/gtfs/route_type_family.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::optional<std::int32_t> basicRouteType(std::int32_t extendedType) {
   return std::nullopt;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -10,7 +10,7 @@
 #include "feeds/text/folded_words.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -124,4 +124,4 @@ std::string badgeText(const FeedAgency& agency) {
   return abbreviationOfWords(agency.name.empty() ? agency.id : agency.name);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

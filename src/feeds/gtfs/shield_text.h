@@ -4,7 +4,7 @@
 
 #include "feeds/gtfs/line_index.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The few characters that stand for a route on its shield: its short name, else what its long name comes
 /// down to ("Red Line" to "Red", "Antioch - Millbrae" to "A–M"), else its id.
@@ -14,4 +14,4 @@ std::string shieldText(const FeedRoute& route);
 /// initials. Empty for an agency with neither name nor id.
 std::string badgeText(const FeedAgency& agency);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,7 +6,7 @@
 #include "feeds/text/ascii.h"
 #include "shared/module.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 bool isHttpURL(const std::string& location) {
   const auto startsWith = [&location](std::string_view scheme) {
@@ -31,4 +31,4 @@ Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {
   return fetcher;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

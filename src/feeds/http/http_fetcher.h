@@ -10,7 +10,7 @@
 #include "shared/outcome.h"
 #include "shared/value.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// How long a feed may take to come.
 inline constexpr Seconds kFetchTimeout{20};
@@ -57,4 +57,4 @@ std::string withoutPassword(std::string location);
 /// The fetcher over Qt Network, loaded on first use.
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher();
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

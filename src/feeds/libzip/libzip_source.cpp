@@ -10,7 +10,7 @@
 #include "shared/byte_size.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -162,4 +162,4 @@ extern "C" __attribute__((visibility("default"))) void linewatch_openZip(
   source = opened(std::move(archive));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 // Of single bytes, whatever the locale. A byte of a longer character is none of these, and stays as it is.
 
@@ -17,4 +17,4 @@ constexpr char asciiCapital(char byte) {
   return isAsciiSmall(byte) ? static_cast<char>(byte - 'a' + 'A') : byte;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

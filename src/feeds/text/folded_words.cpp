@@ -10,7 +10,7 @@
 #include "feeds/text/single_line.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -115,4 +115,4 @@ bool naturallyBefore(std::string_view a, std::string_view b) {
   return a.empty() && !b.empty();
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The text as a search compares it: case, accents and the forms of one letter make no difference ("Łódź",
 /// "LODZ" and "lodz" are one). UTF-8.
@@ -21,4 +21,4 @@ std::string comparableName(std::string_view name);
 /// Orders folded texts as people count: runs of digits by their number, so that "9" comes before "10".
 bool naturallyBefore(std::string_view a, std::string_view b);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

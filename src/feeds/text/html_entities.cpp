@@ -5,7 +5,7 @@
 
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::int32_t numberedCharacter(std::int32_t number) {
   return place >= 0 && place < std::ssize(kWindows1252) ? kWindows1252[place] : number;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The character that HTML calls by a name ("eacute"), or none that texts of agencies are known to use.
 std::optional<std::int32_t> namedCharacter(std::string_view name);
@@ -13,4 +13,4 @@ std::optional<std::int32_t> namedCharacter(std::string_view name);
 /// is for those of no character.
 std::int32_t numberedCharacter(std::int32_t number);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

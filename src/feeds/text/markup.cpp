@@ -10,7 +10,7 @@
 #include "feeds/text/html_entities.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -223,4 +223,4 @@ std::string textOfMarkup(std::string_view markup) {
   return reader.uncoveredMarkup() ? MarkupReader(text).again().read() : text;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 // What stands in text that was markup where a tag breaks it: control characters that text does not keep.
 inline constexpr char kMarkupLineBreak = '\x0B';       // two of them are an empty line
@@ -15,4 +15,4 @@ inline constexpr char kMarkupParagraphBreak = '\x0C';  // an empty line, however
 /// looks like markup ("< 5 min", "A & B") stays.
 std::string textOfMarkup(std::string_view markup);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -11,7 +11,7 @@
 #include "feeds/text/markup.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -161,4 +161,4 @@ std::optional<std::string> webAddress(std::string_view written) {
   return address;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,7 +6,7 @@
 
 #include "feeds/text/ascii.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::string withoutReferrals(std::string_view sentence) {
   return text;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -11,7 +11,7 @@
 #include "feeds/text/ascii.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -275,4 +275,4 @@ std::string_view jointAfter(std::string_view text) {
   return endsSentence(text) ? " " : ". ";
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Gives `take` the sentences of plain text, each on one line, until it returns false. A list that a colon
 /// announces is one sentence: "Stops: A, B". Lines that were only wrapped go together. Where a full stop may
@@ -16,4 +16,4 @@ bool endsSentence(std::string_view text);
 /// What to put between the text and a sentence that follows on the same line; nothing after an empty text.
 std::string_view jointAfter(std::string_view text);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

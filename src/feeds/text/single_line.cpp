@@ -6,7 +6,7 @@
 
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -40,4 +40,4 @@ std::string singleLine(std::string_view text) {
   return line;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

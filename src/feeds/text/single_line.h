@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A feed's name of something as one line to show: white space is folded, and control characters and the
 /// marks that would turn the direction of the text around it are dropped.
 std::string singleLine(std::string_view text);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

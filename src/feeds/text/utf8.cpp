@@ -4,7 +4,7 @@
 
 #include <unicode/utf8.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -55,4 +55,4 @@ std::string withValidUtf8(std::string text) {
   return repaired;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

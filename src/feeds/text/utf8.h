@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 inline constexpr std::int32_t kReplacementCharacter = 0xFFFD;
 
@@ -19,4 +19,4 @@ bool isValidUtf8(std::string_view text);
 /// The text with every piece that is no UTF-8 replaced by U+FFFD.
 std::string withValidUtf8(std::string text);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,12 +6,12 @@
 #include "shared/failure.h"
 #include "shared/module.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
 Outcome<std::unique_ptr<GtfsSource>> open(ZipArchive archive) {
-  const Outcome<void*> entry = moduleEntry("zip", "linewatch_openZip");
+  const Outcome<void*> entry = moduleEntry("libzip", "linewatch_openZip");
   if (!entry) return entry.error();
   Outcome<std::unique_ptr<GtfsSource>> source{nullptr};
   reinterpret_cast<ZipOpening> (*entry)(std::move(archive), source);
@@ -32,4 +32,4 @@ Outcome<std::unique_ptr<GtfsSource>> openZip(const std::filesystem::path& archiv
 
 Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes) { return open(std::move(bytes)); }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

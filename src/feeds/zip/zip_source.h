@@ -7,7 +7,7 @@
 #include "feeds/gtfs/gtfs_source.h"
 #include "shared/value.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The tables of a feed in a zip archive, at its top or all in one folder of it. What is damaged, encrypted
 /// or no archive at all is an error. The reader of archives is loaded on first use.
@@ -20,4 +20,4 @@ Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes);
 using ZipArchive = std::variant<std::filesystem::path, Bytes>;
 using ZipOpening = void (*)(ZipArchive archive, Outcome<std::unique_ptr<GtfsSource>>& source);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

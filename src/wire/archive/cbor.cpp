@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 namespace {
 
@@ -208,4 +208,4 @@ std::optional<Value> valueIn(std::span<const std::uint8_t> bytes) {
   return json ? valueOf(*json) : std::nullopt;
 }
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

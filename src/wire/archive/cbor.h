@@ -9,7 +9,7 @@
 
 #include "shared/value.h"
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 using Json = nlohmann::json;
 
@@ -56,4 +56,4 @@ bool canBeRead(const Json& json, std::size_t maximumItemCount = kMaximumItemCoun
 std::optional<Bytes> bytesOf(const Value& value);
 std::optional<Value> valueIn(std::span<const std::uint8_t> bytes);
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

@@ -3,7 +3,7 @@
 #include <utility>
 #include <variant>
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 /// The parts of one object.
 class ArchiveReader::ObjectDecoder final : public KeyedDecoder {
@@ -113,4 +113,4 @@ std::optional<ArchivedObject> ArchiveReader::decodeArchivable(const Json& json,
   return makeObject(className, parts);
 }
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

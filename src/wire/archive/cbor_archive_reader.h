@@ -8,7 +8,7 @@
 #include "wire/archive/archive_reading.h"
 #include "wire/archive/cbor.h"
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 /// Reads one archive. The bytes are parsed as a whole, and then decoded as far as is asked for.
 class ArchiveReader final : public ArchiveReading {
@@ -32,4 +32,4 @@ class ArchiveReader final : public ArchiveReading {
   std::optional<Json> root_;
 };
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

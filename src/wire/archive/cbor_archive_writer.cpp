@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 namespace {
 
@@ -81,4 +81,4 @@ std::optional<Json> archived(const ArchivedObject& root, bool requiringSecureCod
   return ObjectWriter(requiringSecureCoding, kMaximumDepth).write(root);
 }
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

@@ -5,9 +5,9 @@
 #include "wire/archive/cbor.h"
 #include "wire/keyed_archiver.h"
 
-namespace linewatch::desktop::cbor {
+namespace linewatch::cbor {
 
 /// The JSON value that stands for `root` in an archive; absent when a part of it cannot be archived.
 std::optional<Json> archived(const ArchivedObject& root, bool requiringSecureCoding);
 
-}  // namespace linewatch::desktop::cbor
+}  // namespace linewatch::cbor

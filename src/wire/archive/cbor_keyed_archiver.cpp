@@ -7,7 +7,7 @@
 #include "wire/archive/cbor_archive_reader.h"
 #include "wire/archive/cbor_archive_writer.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -30,4 +30,4 @@ std::unique_ptr<KeyedUnarchiver> CborKeyedArchiver::openForReading(const Bytes& 
   return std::make_unique<cbor::ArchiveReader>(std::span(bytes).subspan(kMark.size()), maximumItemCount_);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

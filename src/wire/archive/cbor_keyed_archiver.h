@@ -4,7 +4,7 @@
 
 #include "wire/keyed_archiver.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Keyed archives in CBOR, with identical bytes for equal objects.
 ///
@@ -26,4 +26,4 @@ class CborKeyedArchiver final : public KeyedArchiver {
   std::size_t maximumItemCount_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

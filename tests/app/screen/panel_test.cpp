@@ -92,12 +92,12 @@ TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
   EXPECT_EQ(rows().rowCount(), 4U);
 
-  const auto actions = desktop::storedUserActions(*session_->platform().saved()->database());
+  const auto actions = storedUserActions(*session_->platform().saved()->database());
   ASSERT_TRUE(actions);
-  const auto action = [](const char* name) { return Field(&desktop::StoredUserAction::action, name); };
+  const auto action = [](const char* name) { return Field(&StoredUserAction::action, name); };
   EXPECT_THAT(*actions,
               ElementsAre(action("SHOW_MORE"), action("TAP_WIDGET_ITEM"), action("TAP_WIDGET_ITEM")));
-  const auto sessions = desktop::storedWidgetSessions(*session_->platform().saved()->database());
+  const auto sessions = storedWidgetSessions(*session_->platform().saved()->database());
   ASSERT_TRUE(sessions);
   EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
 }
@@ -108,7 +108,7 @@ TEST_F(PanelRunTest, FollowsFavouritesThatAreChangedElsewhere) {
   const auto& favorites = session_->platform().favorites();
   const auto lines = favorites.lines();
   ASSERT_TRUE(lines);
-  for (const desktop::StoredFavorite& line : *lines) ASSERT_TRUE(favorites.change(line, false));
+  for (const StoredFavorite& line : *lines) ASSERT_TRUE(favorites.change(line, false));
   waitUntil([this] { return nameOf(0).starts_with("No Favorite Lines"); });
 }
 
@@ -117,8 +117,8 @@ TEST_F(PanelRunTest, WaitsInAnEmptyCardForAStateThatAnotherProgramHolds) {
   waitUntil([this] { return nameOf(0) == "4 Advisories"; });
   panel_->window().setExpanded(true);
   end();
-  auto other = desktop::SqliteDatabase::open("state database", folder_.path() / "state" / "linewatch.sqlite",
-                                             desktop::SqliteDatabase::Mode::mustExist, {});
+  auto other = SqliteDatabase::open("state database", folder_.path() / "state" / "linewatch.sqlite",
+                                    SqliteDatabase::Mode::mustExist, {});
   ASSERT_TRUE(other);
   const auto startHeld = [&] {
     ASSERT_FALSE(other->run("BEGIN EXCLUSIVE"));

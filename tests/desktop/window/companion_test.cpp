@@ -397,7 +397,7 @@ TEST_F(CompanionTest, CallsACommandOfTheUsersInstead) {
   const std::string line = answer();
   const std::string file = line.substr(0, line.find(' '));
   EXPECT_THAT(line, testing::EndsWith(" org.linewatch.Rova.Transit.Incident abc"));
-  const std::string contents = contentsOf(file);
+  const std::string contents = textIn(file);
   EXPECT_EQ(Bytes(contents.begin(), contents.end()), *activityOfRow(0).userInfo()->at("bs").get<Bytes>());
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
   companion_ = nullptr;

@@ -8,7 +8,7 @@
 #include "feeds/alerts/incident_table.h"
 #include "feeds/gtfs/route_type_family.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -356,4 +356,4 @@ TEST(ShownPeriod, IsTheRunningOneElseTheNextElseTheLast) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

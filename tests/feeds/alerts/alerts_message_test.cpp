@@ -6,7 +6,7 @@
 #include "feeds/alerts/alerts_sketch.h"
 #include "feeds/alerts/held_alerts.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -195,4 +195,4 @@ TEST_F(HeldAlerts, OlderPayloadsAreIgnoredAndBrokenOnesChangeNothing) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 
 // The bytes of feeds as libprotobuf's generated code reads them, beside what is read here.
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 std::string said(const AlertTranslation& text) {
@@ -124,4 +124,4 @@ TEST(AlertsPeer, AgreesOnEveryDamagedFeedThatIsStillRead) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 #include "feeds/alerts/desktop_incident_string_provider.h"
 #include "feeds/alerts/incident_records.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -139,4 +139,4 @@ TEST(IncidentRecords, IdsAreStableAndTellIncidentsApart) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

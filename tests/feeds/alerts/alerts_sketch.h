@@ -14,7 +14,7 @@
 
 // Alerts as tests write them down, and their bytes.
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 struct TripSketch {
   std::string tripId, routeId;
@@ -137,4 +137,4 @@ std::string sentenceOf(const Outcome<T>& outcome) {
   return sentenceOf(outcome.error());
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

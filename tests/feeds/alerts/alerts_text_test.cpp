@@ -8,7 +8,7 @@
 #include "feeds/text/sentences.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -251,4 +251,4 @@ TEST(Translations, ComeInTheOrderInWhichTheyFit) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

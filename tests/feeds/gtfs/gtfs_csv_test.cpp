@@ -9,7 +9,7 @@
 #include "feeds/text/single_line.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -157,4 +157,4 @@ TEST(FeedText, MakesOneLineToShow) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 #include "feeds/gtfs/line_index_encoding.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 LineIndex::Contents wideContents() {
@@ -92,4 +92,4 @@ TEST(LineIndexEncoding, HasOneFormForEachContents) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

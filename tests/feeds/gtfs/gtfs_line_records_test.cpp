@@ -8,7 +8,7 @@
 #include "feeds/gtfs/route_mode.h"
 #include "feeds/gtfs/shield_text.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 SharedLineIndex indexOf(std::vector<FeedAgency> agencies, std::vector<FeedRoute> routes) {
@@ -188,4 +188,4 @@ TEST(Colors, TextCanBeReadOnEveryShield) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

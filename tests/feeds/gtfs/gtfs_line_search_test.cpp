@@ -5,7 +5,7 @@
 #include "feeds/text/folded_words.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -117,4 +117,4 @@ TEST(FoldedWords, OrderNumbersAsPeopleCount) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -10,7 +10,7 @@
 #include "shared/failure.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 namespace fs = std::filesystem;
@@ -125,4 +125,4 @@ TEST_F(FolderSourceTest, ReadsAFeed) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

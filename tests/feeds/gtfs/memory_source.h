@@ -6,7 +6,7 @@
 
 #include "feeds/gtfs/gtfs_reader.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A feed's tables held in memory, by file name.
 class MemorySource final : public GtfsSource {
@@ -22,4 +22,4 @@ class MemorySource final : public GtfsSource {
   std::map<std::string, std::string, std::less<>> files_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 
 #include "feeds/http/local_http_server.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -127,4 +127,4 @@ TEST(HttpFetcher, FollowsRedirects) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -7,7 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 LocalHttpServer::LocalHttpServer(Script script)
     : script_(std::move(script)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -67,4 +67,4 @@ std::string httpAnswer(const std::string& status, const std::string& headers, co
          "\r\n" + headers + "\r\n" + body;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

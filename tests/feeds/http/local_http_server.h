@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A server on this machine that answers each connection with whatever `script` writes for the request's
 /// text.
@@ -37,4 +37,4 @@ class LocalHttpServer {
 /// A whole answer with its length.
 std::string httpAnswer(const std::string& status, const std::string& headers, const std::string& body);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

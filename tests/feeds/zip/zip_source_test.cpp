@@ -12,7 +12,7 @@
 #include "shared/failure.h"
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using Files = std::vector<std::pair<std::string, std::string>>;
@@ -125,4 +125,4 @@ TEST(ZipSource, OpensFilesOfTheDisk) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

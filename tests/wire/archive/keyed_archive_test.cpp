@@ -3,7 +3,7 @@
 
 #include "wire/archive/cbor_keyed_archiver.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 /// An object of the given parts.
@@ -138,4 +138,4 @@ TEST(CborKeyedArchive, TextsNeedNotBeUtf8) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch
