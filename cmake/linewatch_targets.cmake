@@ -7,6 +7,7 @@ target_compile_options(linewatch_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wno-missing-field-initializers -Wnon-virtual-dtor -Woverloaded-virtual -Werror
   # GCC 12 takes an optimized `"literal" + std::string()` for overlapping copies, and sees uninitialized members in
   # optionals and variants that hold none.
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-maybe-uninitialized>)
 target_include_directories(linewatch_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(LINEWATCH_SANITIZE)
