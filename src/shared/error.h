@@ -7,19 +7,19 @@
 
 namespace linewatch {
 
-/// The key of an error's info under which a sentence for developers stands.
+/// The key of the sentence for developers in an error's info.
 inline constexpr const char* kDebugDescriptionKey = "debugDescription";
-/// The key of an error's info under which a sentence for the user stands: what failed, where and why.
+/// The key of the sentence for the user in an error's info: what failed, where and why.
 inline constexpr const char* kLocalizedDescriptionKey = "localizedDescription";
 
-/// A failure as a value: who reports it, which one of theirs, and what is known about it.
+/// A failure as a value. A code means something within its domain only.
 struct Error {
   std::string domain;
   std::int64_t code = 0;
   Dictionary info;
 
   bool operator==(const Error&) const = default;
-  /// "domain code (the info's sentence, if any)".
+  /// "domain code (sentence)", or "domain code" without a sentence in the info.
   std::string description() const;
 };
 

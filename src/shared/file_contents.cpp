@@ -31,7 +31,7 @@ class Descriptor {
   Descriptor& operator=(const Descriptor&) = delete;
 
   int number() const { return number_; }
-  /// Whether all that was written is in the file: some file systems only tell here.
+  /// False when written bytes were lost, which some file systems report only here.
   bool close() {
     const int number = std::exchange(number_, -1);
     return number < 0 || ::close(number) == 0;
@@ -41,38 +41,46 @@ class Descriptor {
   int number_;
 };
 
-std::string lastFailure() { return std::generic_category().message(errno); }
+/// "FILE: why" for the value of `errno`.
+Error systemFailure(const fs::path& file) {
+  const std::error_code error(errno, std::generic_category());
+  return failure(failureCodeOf(error), file.string(), "", error.message());
+}
 
-/// Until there is more to read, or an end. An error says why there is none.
+/// Waits for bytes of an open file within the limits, which count from the construction.
 class Wait {
  public:
-  explicit Wait(const ReadingLimits& limits) : limits_(limits) {}
+  Wait(const fs::path& file, const ReadingLimits& limits) : file_(file), limits_(limits) {}
 
-  std::optional<std::string> forMoreIn(int descriptor) const {
+  /// Returns when there is more to read, or at the end of the file. An error says which limit was reached.
+  std::optional<Error> forMoreIn(int descriptor) const {
     constexpr int kStepMilliseconds = 50;
     pollfd awaited{.fd = descriptor, .events = POLLIN, .revents = 0};
     for (int ready = 0; ready == 0; ready = ::poll(&awaited, 1, kStepMilliseconds)) {
-      if (limits_.stop.stop_requested()) return "no longer wanted";
-      if (limits_.time && Clock::now() - start_ > *limits_.time) return "its end did not come in time";
+      if (limits_.stop.stop_requested())
+        return failure(FailureCode::cancelled, file_.string(), "", "no longer wanted");
+      if (limits_.time && Clock::now() - start_ > *limits_.time)
+        return failure(FailureCode::timedOut, file_.string(), "", "its end did not come in time");
     }
     return std::nullopt;
   }
 
  private:
   using Clock = std::chrono::steady_clock;
+  const fs::path& file_;
   const ReadingLimits& limits_;
   const Clock::time_point start_ = Clock::now();
 };
 
-/// Of a name such as /dev/stdout: it stands for what a process has open, even where that is a plain file, and
-/// no other file can take the place of that.
+/// True for a name such as /dev/stdout, which stands for an open file of a process. Another file cannot be
+/// renamed to it, not even where the open file is a plain one.
 bool namesSomethingOpen(const fs::path& file) {
   std::error_code ignored;
   return fs::canonical(file.parent_path(), ignored).string().starts_with("/proc/");
 }
 
-/// What a name such as /dev/stdout stands for in this process; absent for other names. To open it by the name
-/// would begin anew at a place of its own in the file, and whoever has it open too would write over it.
+/// The descriptor that a name such as /dev/stdout stands for in this process; absent for other names. Opening
+/// the name instead would start at an offset of its own, and both writers would overwrite each other.
 std::optional<int> ownDescriptor(const fs::path& file) {
   std::error_code ignored;
   if (fs::canonical(file.parent_path(), ignored) != fs::canonical("/proc/self/fd", ignored))
@@ -83,7 +91,7 @@ std::optional<int> ownDescriptor(const fs::path& file) {
   return fault == std::errc() && end == name.data() + name.size() ? std::optional(number) : std::nullopt;
 }
 
-/// Where links lead; the last of them where there are too many.
+/// The file that a chain of links leads to; the last link of a chain that is too long.
 fs::path followed(fs::path file) {
   constexpr int kMostLinks = 40;
   std::error_code error;
@@ -98,6 +106,7 @@ bool isReplaceable(const fs::path& file) {
   return (type == fs::file_type::regular || type == fs::file_type::not_found) && !namesSomethingOpen(file);
 }
 
+/// False with `errno` set when it failed.
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t size = ::write(descriptor, bytes.data(), bytes.size());
@@ -124,38 +133,49 @@ bool replace(const fs::path& file, std::string_view bytes) {
   return false;
 }
 
-/// Writes into what is open under the file's name, or opens it. False with `errno` set when it failed.
+/// Writes to the open descriptor that the name stands for, else opens the file. False with `errno` set when
+/// it failed.
 bool writeInPlace(const fs::path& file, std::string_view bytes) {
   if (const auto own = ownDescriptor(file)) return writeAll(*own, bytes);
   Descriptor to(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
   return to.number() >= 0 && writeAll(to.number(), bytes) && to.close();
 }
 
+template <class Container>
+Outcome<Container> readWhole(const fs::path& file, const ReadingLimits& limits) {
+  // Without O_NONBLOCK, opening a pipe would wait for its writer.
+  const Descriptor open(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (open.number() < 0) return systemFailure(file);
+  const Wait wait(file, limits);
+  Container contents;
+  std::array<char, 65536> chunk;
+  for (;;) {
+    if (auto error = wait.forMoreIn(open.number())) return *std::move(error);
+    const ssize_t size = ::read(open.number(), chunk.data(), chunk.size());
+    if (size == 0) return contents;
+    // Another reader of the pipe may have taken the bytes.
+    if (size < 0 && errno != EAGAIN && errno != EINTR) return systemFailure(file);
+    if (size > 0) contents.insert(contents.end(), chunk.begin(), chunk.begin() + size);
+    if (contents.size() > limits.bytes)
+      return failure(FailureCode::tooLarge, file.string(), "",
+                     "it is larger than " + sizeInWords(limits.bytes));
+  }
+}
+
 }  // namespace
 
 Outcome<std::string> contentsOf(const fs::path& file, const ReadingLimits& limits) {
-  const auto failed = [&](const std::string& why) { return failure(file.string(), "", why); };
-  // Without O_NONBLOCK, opening a pipe would wait for its writer.
-  const Descriptor open(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (open.number() < 0) return failed(lastFailure());
-  const Wait wait(limits);
-  std::string contents;
-  std::array<char, 65536> chunk;
-  for (;;) {
-    if (const auto why = wait.forMoreIn(open.number())) return failed(*why);
-    const ssize_t size = ::read(open.number(), chunk.data(), chunk.size());
-    if (size == 0) return contents;
-    // Another reader of a pipe may have been faster.
-    if (size < 0 && errno != EAGAIN && errno != EINTR) return failed(lastFailure());
-    if (size > 0) contents.append(chunk.data(), static_cast<std::size_t>(size));
-    if (contents.size() > limits.bytes) return failed("it is larger than " + sizeInWords(limits.bytes));
-  }
+  return readWhole<std::string>(file, limits);
+}
+
+Outcome<Bytes> bytesOf(const fs::path& file, const ReadingLimits& limits) {
+  return readWhole<Bytes>(file, limits);
 }
 
 std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   const fs::path target = followed(file);
   if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
-  return failure(file.string(), "", lastFailure());
+  return systemFailure(file);
 }
 
 }  // namespace linewatch

@@ -11,26 +11,30 @@
 #include "shared/date.h"
 #include "shared/error.h"
 #include "shared/outcome.h"
+#include "shared/value.h"
 
 namespace linewatch {
 
-/// No file that the user names is read beyond this.
+/// A larger file of the user's is not read.
 inline constexpr std::size_t kLargestFile = 64 * kMebibyte;
 
-/// How far a file is read. One that goes on beyond it, as some devices do for ever, is an error.
+/// A file that goes beyond a limit, as an endless device does, is an error.
 struct ReadingLimits {
   std::size_t bytes = kLargestFile;
-  /// For the whole of it, from before anyone has begun to write into a pipe; absent: as long as it takes.
+  /// For the whole file, with the wait for the writer of a pipe; absent: no limit.
   std::optional<Seconds> time = {};
-  /// Once a stop is requested, on any thread, the reading ends with an error.
+  /// A stop request, on any thread, ends the reading with an error.
   std::stop_token stop = {};
 };
 
 /// The bytes of a file, or an error that reads "FILE: why".
 Outcome<std::string> contentsOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
+/// The same for a file that is no text.
+Outcome<Bytes> bytesOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
 
-/// Writes a file whole or not at all: what it held stays until the new bytes are on the disk. A link stays
-/// one, and what is no plain file, a pipe or /dev/stdout, is written as it is. An error reads "FILE: why".
+/// Writes a file whole or not at all: the old contents stay until the new ones are on the disk. A link stays
+/// a link: the file it leads to is written. A pipe, a device or /dev/stdout is written in place. An error
+/// reads "FILE: why".
 std::optional<Error> writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace linewatch

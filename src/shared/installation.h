@@ -4,9 +4,9 @@
 
 namespace linewatch {
 
-/// The folder under which the program lies with what belongs to it: the program in bin, the parts that are
-/// loaded or started when they are needed in lib/linewatch, the sample city in share/linewatch/city. Each is
-/// found from the place of the running program, so that the folder can be moved. Any thread.
+/// The folder of the installation. It holds the program in bin, its modules and second program in
+/// lib/linewatch, and the sample city in share/linewatch/city. It is found from the path of the running
+/// program, so an installation can be moved. Any thread.
 std::filesystem::path installationRoot();
 
 inline std::filesystem::path installedParts() { return installationRoot() / "lib" / "linewatch"; }

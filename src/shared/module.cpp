@@ -11,20 +11,22 @@ namespace linewatch {
 
 namespace {
 
-std::string loaderError() {
-  const char* message = dlerror();
-  return message ? message : "unknown error of the loader";
+/// The loader's last error.
+Error unloadable(std::string_view module) {
+  const char* const message = dlerror();
+  return failure("cannot load a part of the program", module,
+                 message ? message : "unknown error of the loader");
 }
 
 }  // namespace
 
 Outcome<void*> moduleEntry(std::string_view module, const char* entry) {
-  // The loader counts and never unloads: what a module gave out must stay valid.
+  // Never unloaded: objects that a module made stay valid.
   void* const handle =
       dlopen((installedParts() / (std::string(module) + ".so")).c_str(), RTLD_NOW | RTLD_NODELETE);
-  if (!handle) return failure("cannot load a part of the program", module, loaderError());
+  if (!handle) return unloadable(module);
   void* const address = dlsym(handle, entry);
-  if (!address) return failure("cannot load a part of the program", module, loaderError());
+  if (!address) return unloadable(module);
   return address;
 }
 

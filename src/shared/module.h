@@ -6,9 +6,9 @@
 
 namespace linewatch {
 
-/// The address of `entry` in a part of the program that is loaded when it is first needed, because most runs
-/// do without it and its libraries take longer to load than such a run takes. It lies beside the program, in
-/// ../lib/linewatch. Any thread.
+/// The address of the function `entry` in a shared object of the program, e.g. "libzip", which the first call
+/// loads from ../lib/linewatch. A module holds code that most runs do not need and whose libraries would slow
+/// down every start. Any thread.
 Outcome<void*> moduleEntry(std::string_view module, const char* entry);
 
 }  // namespace linewatch

@@ -7,7 +7,7 @@
 
 namespace linewatch {
 
-/// What an operation gives: a T, or the error that kept it from one.
+/// The result of an operation that can fail: a T or an error.
 template <class T>
 class [[nodiscard]] Outcome {
  public:

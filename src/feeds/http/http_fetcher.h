@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -36,7 +37,13 @@ struct HttpResponse {
   /// To be sent with the next request; empty when the server gives none.
   std::string etag;
   std::string lastModified;
+  /// For how long the server calls the answer fresh (max-age of Cache-Control); absent when it does not say.
+  std::optional<Seconds> maxAge = {};
 };
+
+/// The key of an error's info under which the server's Retry-After stands, as a double: the seconds from the
+/// answer until the server wants to be asked again.
+inline constexpr const char* kRetryAfterKey = "retryAfter";
 
 /// Fetches over http and https; gzip is asked for and unpacked, redirects are followed unless they leave
 /// https.
