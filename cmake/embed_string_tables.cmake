@@ -1,7 +1,7 @@
 # cmake -DSTRINGS=folder -DOUTPUT=file.cpp -P embed_string_tables.cmake
 #
 # Writes every folder/<language>.<table>.json, an object of texts by key, as the array that
-# desktop/text/string_tables.h declares.
+# localization/string_tables.h declares.
 
 file(GLOB files ${STRINGS}/*.json)
 set(entries "")
@@ -32,9 +32,9 @@ foreach(file IN LISTS files)
 endforeach()
 
 file(WRITE ${OUTPUT} "// Made from resources/strings by embed_string_tables.cmake.
-#include \"desktop/text/string_tables.h\"
+#include \"localization/string_tables.h\"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -45,5 +45,5 @@ ${entries}};
 
 std::span<const TableText> embeddedTexts() { return kTexts; }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch
 ")

@@ -109,7 +109,7 @@ void addSurroundings(CLI::App& app, CommonOptions& options) {
   addNumber<std::uint64_t>(app, "--max-rows", options.maxRows, {0, 1'000'000, "0 (no limit) to 1000000"},
                            "Rows of the expanded list");
   const auto takeLocale = [&options](const std::string& text) {
-    return (options.locale = desktop::UserLocale::parse(text)).has_value();
+    return (options.locale = UserLocale::parse(text)).has_value();
   };
   addChecked(app, "--locale", takeLocale, "Language and region, e.g. de-CH",
              "no language, as en or de-CH are")

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "app/report.h"
-#include "desktop/text/user_locale.h"
+#include "localization/user_locale.h"
 #include "shared/date.h"
 #include "shared/value.h"
 #include "ui/text_style.h"
@@ -26,7 +26,7 @@ struct CommonOptions {
   std::optional<Date> now;
   /// Rows of the expanded list; 0: no limit.
   std::uint64_t maxRows = 0;
-  std::optional<desktop::UserLocale> locale;
+  std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
   bool verbose = false;
   /// Values in front of the saved preferences, for this run.

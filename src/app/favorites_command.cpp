@@ -1,8 +1,8 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
-#include "desktop/roles/stderr_log.h"
 #include "feeds/gtfs/line_lookup.h"
+#include "machine/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -36,8 +36,7 @@ Report list(Session& session, const TerminalStyle& style) {
   std::string unknown;
   for (const auto& [favorite, line] : *favorites) {
     if (line) known.push_back(*line);
-    if (!line)
-      unknown += "unknown line  " + desktop::plainLine(favorite.feed + ":" + favorite.subject) + "\n";
+    if (!line) unknown += "unknown line  " + plainLine(favorite.feed + ":" + favorite.subject) + "\n";
   }
   return Report::of(lineTable(known, style) + unknown);
 }

@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "app/commands.h"
-#include "desktop/roles/stderr_log.h"
 #include "feeds/text/utf8.h"
+#include "machine/stderr_log.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
@@ -24,7 +24,7 @@ std::string lasting(const std::string& location) {
 
 std::optional<Error> faultOfName(const std::string& name) {
   const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
-  const bool isPlain = desktop::plainLine(name) == name && isValidUtf8(name);
+  const bool isPlain = plainLine(name) == name && isValidUtf8(name);
   if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
     return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
   if (name == kSampleFeedName || name == kGivenFeedName)

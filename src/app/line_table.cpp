@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include "desktop/roles/stderr_log.h"
 #include "feeds/gtfs/line_records.h"
+#include "machine/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -25,7 +25,7 @@ std::vector<Row> rowsOf(const std::vector<FoundLine>& lines, const TerminalStyle
     auto& ofFeed = records.try_emplace(line.index.get(), line.index).first->second;
     Row row{.name = line.longName(),
             .agency = line.agencyName(),
-            .id = desktop::plainLine(line.index->feedName() + ":" + line.entry().id)};
+            .id = plainLine(line.index->feedName() + ":" + line.entry().id)};
     if (const SharedArtwork& artwork = ofFeed.lineFieldsOfRoute(line.route)->artwork) {
       row.shield = terminalShield(*artwork, style);
       row.shieldWidth = terminalShieldWidth(*artwork);

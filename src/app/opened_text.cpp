@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "desktop/companion/handed_over.h"
+#include "companion/handed_over.h"
 #include "shared/file_contents.h"
 #include "wire/json_text.h"
 
@@ -14,7 +14,7 @@ struct DictionaryForm {
   Value operator()(const std::shared_ptr<const RovaActivity>& activity) const {
     return activity->dictionaryRepresentation();
   }
-  Value operator()(const desktop::StoredIncidents& incidents) const {
+  Value operator()(const StoredIncidents& incidents) const {
     Array forms;
     for (const auto& incident : incidents) forms.emplace_back(incident->dictionaryRepresentation());
     return forms;
@@ -26,7 +26,7 @@ struct DictionaryForm {
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver) {
   const Outcome<std::string> contents = contentsOf(file);
   if (!contents) return contents.error();
-  const auto opened = desktop::handedOver(file, Bytes(contents->begin(), contents->end()), archiver);
+  const auto opened = handedOver(file, Bytes(contents->begin(), contents->end()), archiver);
   if (!opened) return opened.error();
   return nlohmann::ordered_json::parse(jsonText(std::visit(DictionaryForm{}, *opened))).dump(2) + "\n";
 }

@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include "app/commands.h"
-#include "desktop/roles/display.h"
-#include "desktop/roles/stderr_log.h"
+#include "machine/display.h"
+#include "machine/stderr_log.h"
 #include "shared/environment.h"
 #include "shared/failure.h"
 #include "shared/installation.h"
@@ -32,7 +32,7 @@ class Dispatch {
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
   Report operator()(const PanelCommand&) const {
-    if (desktop::hasDisplay(processEnvironment)) return handOver(argv_);
+    if (hasDisplay(processEnvironment)) return handOver(argv_);
     Report report = (*this)(ShowCommand{});
     if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
     return report;
@@ -79,7 +79,7 @@ class Dispatch {
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
 int complain(const std::string& sentence, int status) {
-  write("linewatch: " + desktop::plainLine(sentence) + "\n", stderr);
+  write("linewatch: " + plainLine(sentence) + "\n", stderr);
   return status;
 }
 

@@ -83,8 +83,8 @@ std::optional<Error> Session::faultOfUnusedFeed() {
   return std::nullopt;
 }
 
-desktop::UserLocale localeOf(const CommonOptions& options) {
-  return options.locale.value_or(desktop::UserLocale::fromEnvironment(processEnvironment));
+UserLocale localeOf(const CommonOptions& options) {
+  return options.locale.value_or(UserLocale::fromEnvironment(processEnvironment));
 }
 
 }  // namespace linewatch::app

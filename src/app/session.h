@@ -40,6 +40,6 @@ class Session {
 };
 
 /// The user's language and region: the option's, else the environment's.
-desktop::UserLocale localeOf(const CommonOptions& options);
+UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

@@ -5,14 +5,14 @@
 #include <system_error>
 #include <utility>
 
-#include "desktop/roles/companion_session.h"
-#include "desktop/roles/connection_diagnosis.h"
-#include "desktop/roles/system_random_source.h"
-#include "desktop/text/icu_localization.h"
+#include "companion/companion_session.h"
 #include "feeds/alerts/desktop_incident_string_provider.h"
 #include "feeds/background_favorites.h"
 #include "feeds/background_queue.h"
 #include "feeds/http/http_fetcher.h"
+#include "localization/icu_localization.h"
+#include "machine/connection_diagnosis.h"
+#include "machine/system_random_source.h"
 #include "platform/log.h"
 #include "storage/stored_analytics.h"
 #include "wire/archive/cbor_keyed_archiver.h"

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "companion/companion_controller.h"
 #include "desktop/desktop_screen.h"
 #include "desktop/desktop_settings.h"
 #include "desktop/loop/qt_main_loop.h"
-#include "desktop/roles/companion_controller.h"
-#include "desktop/roles/desktop_device.h"
-#include "desktop/roles/stderr_log.h"
-#include "desktop/text/user_locale.h"
 #include "feeds/feed_transit_service.h"
 #include "feeds/shown_feeds.h"
 #include "feeds/transit_feeds.h"
 #include "feeds/user_favorites.h"
+#include "localization/user_locale.h"
+#include "machine/desktop_device.h"
+#include "machine/stderr_log.h"
 #include "platform/platform.h"
 #include "storage/overlaid_preferences.h"
 #include "storage/saved_state.h"

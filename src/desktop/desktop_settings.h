@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "companion/companion_controller.h"
 #include "desktop/desktop_screen.h"
-#include "desktop/roles/companion_controller.h"
-#include "desktop/text/user_locale.h"
+#include "localization/user_locale.h"
 #include "shared/date.h"
 #include "storage/overlaid_preferences.h"
 

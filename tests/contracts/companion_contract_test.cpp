@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "companion/companion_session.h"
 #include "contracts/subject.h"
-#include "desktop/roles/companion_session.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {
@@ -63,22 +63,21 @@ INSTANTIATE_TEST_SUITE_P(
                                              return platform.userSession();
                                            });
                                          }},
-                    Subject<UserSession>{"Desktop",
-                                         [] { return std::make_shared<desktop::CompanionSession>(); }}),
+                    Subject<UserSession>{"Desktop", [] { return std::make_shared<CompanionSession>(); }}),
     nameOfSubject<UserSession>);
 
-INSTANTIATE_TEST_SUITE_P(
-    Platforms, MapURLBuilderContract,
-    testing::Values(Subject<MapURLBuilder>{"Simulation",
-                                           [] {
-                                             return simulated<MapURLBuilder>(
-                                                 [](auto& platform) -> MapURLBuilder& {
-                                                   return platform.mapURLBuilder();
-                                                 });
-                                           }},
-                    Subject<MapURLBuilder>{"Desktop",
-                                           [] { return std::make_shared<desktop::CompanionURLBuilder>(); }}),
-    nameOfSubject<MapURLBuilder>);
+INSTANTIATE_TEST_SUITE_P(Platforms, MapURLBuilderContract,
+                         testing::Values(Subject<MapURLBuilder>{"Simulation",
+                                                                [] {
+                                                                  return simulated<MapURLBuilder>(
+                                                                      [](auto& platform) -> MapURLBuilder& {
+                                                                        return platform.mapURLBuilder();
+                                                                      });
+                                                                }},
+                                         Subject<MapURLBuilder>{
+                                             "Desktop",
+                                             [] { return std::make_shared<CompanionURLBuilder>(); }}),
+                         nameOfSubject<MapURLBuilder>);
 
 }  // namespace
 }  // namespace linewatch

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
-#include "desktop/text/icu_localization.h"
+#include "localization/icu_localization.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {
@@ -58,12 +58,10 @@ INSTANTIATE_TEST_SUITE_P(
                                 const auto platform = simulation::SimulatedPlatform::make(world);
                                 return std::shared_ptr<Localization>(platform, &platform->localization());
                               }},
-        Subject<Localization>{
-            "DesktopInEnglish",
-            [] { return std::make_shared<desktop::IcuLocalization>(*desktop::UserLocale::parse("en")); }},
-        Subject<Localization>{
-            "DesktopInGerman",
-            [] { return std::make_shared<desktop::IcuLocalization>(*desktop::UserLocale::parse("de")); }}),
+        Subject<Localization>{"DesktopInEnglish",
+                              [] { return std::make_shared<IcuLocalization>(*UserLocale::parse("en")); }},
+        Subject<Localization>{"DesktopInGerman",
+                              [] { return std::make_shared<IcuLocalization>(*UserLocale::parse("de")); }}),
     nameOfSubject<Localization>);
 
 }  // namespace

@@ -24,7 +24,7 @@ QStringList qtWords(const std::vector<std::string>& words) {
 
 }  // namespace
 
-Panel::Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
+Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
              const std::vector<std::string>& command, std::uint64_t maxRows)
     : session_(session),
       screen_(screen),

@@ -19,7 +19,7 @@ namespace linewatch::app {
 class Panel {
  public:
   /// `command`: the words of the user's own companion; empty: none. `maxRows`: 0 for no limit.
-  Panel(Session& session, desktop::DrawingScreen& screen, const desktop::UserLocale& locale,
+  Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
         const std::vector<std::string>& command, std::uint64_t maxRows);
   ~Panel();
   Panel(const Panel&) = delete;

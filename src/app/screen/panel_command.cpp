@@ -68,8 +68,7 @@ class EndOnSignals {
   int descriptor_;
 };
 
-desktop::ScreenSettings settingsOfDisplay(const QApplication& application,
-                                          const desktop::UserLocale& locale) {
+desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.scale = application.devicePixelRatio();
   if (locale.isRightToLeft()) settings.direction = ui::LayoutDirection::rightToLeft;

@@ -3,7 +3,7 @@
 #include <QString>
 #include <atomic>
 
-#include "desktop/roles/stderr_log.h"
+#include "machine/stderr_log.h"
 
 namespace linewatch::app {
 
@@ -14,7 +14,7 @@ std::atomic<bool> isVerboseAboutQt = false;
 
 void logQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
   const LogLevel level = type == QtFatalMsg ? LogLevel::error : LogLevel::debug;
-  desktop::StderrLog(isVerboseAboutQt).write({level, kLogCategory, "Qt: %@", {Value(text.toStdString())}});
+  StderrLog(isVerboseAboutQt).write({level, kLogCategory, "Qt: %@", {Value(text.toStdString())}});
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace linewatch::app {
 
 namespace {
 
-desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const desktop::UserLocale& locale) {
+desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.category = command.textSize;
   settings.direction =

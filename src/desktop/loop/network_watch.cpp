@@ -10,7 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "desktop/roles/connection_diagnosis.h"
+#include "machine/connection_diagnosis.h"
 
 namespace linewatch::desktop {
 

@@ -15,7 +15,7 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
-#include "desktop/roles/stderr_log.h"
+#include "machine/stderr_log.h"
 
 namespace linewatch::desktop {
 

@@ -3,7 +3,7 @@
 #include <QUrl>
 #include <utility>
 
-#include "desktop/roles/companion_session.h"
+#include "companion/companion_session.h"
 #include "platform/log.h"
 #include "platform/platform.h"
 #include "shared/failure.h"

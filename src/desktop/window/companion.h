@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "desktop/companion/companion_command.h"
+#include "desktop/window/companion_command.h"
 #include "desktop/window/details_window.h"
 #include "desktop/window/favorites_window.h"
 #include "desktop/window/window_texts.h"

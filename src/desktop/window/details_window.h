@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "desktop/companion/handed_over.h"
+#include "companion/handed_over.h"
 #include "desktop/window/companion_window.h"
 #include "feeds/transit_feeds.h"
 

@@ -6,8 +6,8 @@
 #include <memory>
 #include <string_view>
 
-#include "desktop/text/icu_localization.h"
-#include "desktop/text/user_locale.h"
+#include "localization/icu_localization.h"
+#include "localization/user_locale.h"
 #include "platform/localization.h"
 #include "shared/date.h"
 

@@ -25,7 +25,7 @@ class PanelRunTest : public testing::Test {
   void SetUp() override {
     desktop::needApplication();
     options_.stateDir = (folder_.path() / "state").string();
-    options_.locale = desktop::UserLocale::parse("en");
+    options_.locale = UserLocale::parse("en");
     start();
   }
   void start() {
@@ -38,8 +38,8 @@ class PanelRunTest : public testing::Test {
     });
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
-    panel_ = std::make_unique<Panel>(*session_, *screen_, *desktop::UserLocale::parse("en"),
-                                     std::vector<std::string>(), 0);
+    panel_ =
+        std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"), std::vector<std::string>(), 0);
   }
   void end() {
     panel_ = nullptr;

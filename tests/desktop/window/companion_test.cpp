@@ -11,7 +11,7 @@
 
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
-#include "desktop/roles/companion_session.h"
+#include "companion/companion_session.h"
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/line_delegate.h"
 #include "desktop/window/link_button.h"

@@ -1,4 +1,4 @@
-#include "desktop/text/icu_localization.h"
+#include "localization/icu_localization.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <unicode/locid.h>
 #include <unicode/msgfmt.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -154,4 +154,4 @@ const std::string& IcuLocalization::listDelimiter() {
   return *formats_->listDelimiter;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

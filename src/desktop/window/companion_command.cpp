@@ -1,11 +1,11 @@
-#include "desktop/companion/companion_command.h"
+#include "desktop/window/companion_command.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 
-#include "desktop/companion/handed_over.h"
-#include "desktop/roles/companion_session.h"
+#include "companion/companion_session.h"
+#include "companion/handed_over.h"
 #include "shared/failure.h"
 
 namespace linewatch::desktop {

@@ -4,7 +4,7 @@
 
 #include "platform/random_source.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The system's own random numbers.
 class SystemRandomSource final : public RandomSource {
@@ -15,4 +15,4 @@ class SystemRandomSource final : public RandomSource {
   std::random_device device_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,4 +1,4 @@
-#include "desktop/companion/handed_over.h"
+#include "companion/handed_over.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@
 #include "shared/byte_size.h"
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -92,4 +92,4 @@ Outcome<Bytes> bytesCarriedBy(const UserActivity& activity) {
   return failure(activity.activityType, "", "carries neither a record nor an incident list");
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -9,7 +9,7 @@
 #include "platform/companion_application.h"
 #include "platform/system_controller.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Hands activities to whatever stands for the companion application on this desktop.
 class CompanionController final : public SystemController {
@@ -31,4 +31,4 @@ class CompanionController final : public SystemController {
   Opener opener_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,10 +1,10 @@
-#include "desktop/roles/connection_diagnosis.h"
+#include "machine/connection_diagnosis.h"
 
 #include <gtest/gtest.h>
 
 #include "temporary_folder.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using enum ConnectionFailureDiagnosis;
@@ -75,4 +75,4 @@ TEST(ConnectionReturnTest, IsToldOnceForEachTimeThatTheConnectionWasGone) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

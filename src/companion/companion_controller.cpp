@@ -1,8 +1,8 @@
-#include "desktop/roles/companion_controller.h"
+#include "companion/companion_controller.h"
 
 #include "shared/failure.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -30,4 +30,4 @@ void CompanionController::openUserActivity(const UserActivity& activity,
     handler(false, failure("cannot open " + activity.activityType, "", "there is no companion application"));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

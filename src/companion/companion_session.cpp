@@ -1,4 +1,4 @@
-#include "desktop/roles/companion_session.h"
+#include "companion/companion_session.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <random>
 #include <utility>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -74,4 +74,4 @@ URL CompanionURLBuilder::urlForFavorites(int favoritesType, int mapType) {
           "&map=" + std::to_string(mapType)};
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

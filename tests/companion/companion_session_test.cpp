@@ -1,8 +1,8 @@
-#include "desktop/roles/companion_session.h"
+#include "companion/companion_session.h"
 
 #include <gtest/gtest.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 TEST(CompanionSession, IsCarriedAlongOnceShared) {
@@ -43,4 +43,4 @@ TEST(CompanionSession, IdentifiersDifferBetweenRunsAndAfterAReset) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

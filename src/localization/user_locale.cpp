@@ -1,4 +1,4 @@
-#include "desktop/text/user_locale.h"
+#include "localization/user_locale.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,7 +7,7 @@
 
 #include <unicode/locid.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -71,4 +71,4 @@ bool UserLocale::isRightToLeft() const {
   return U_SUCCESS(error) && locale.isRightToLeft() != 0;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 
 #include "platform/user_session.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The scheme of the companion application's URLs.
 inline constexpr std::string_view kCompanionScheme = "rova";
@@ -37,4 +37,4 @@ class CompanionURLBuilder final : public MapURLBuilder {
   URL urlForFavorites(int favoritesType, int mapType) override;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,4 +1,4 @@
-#include "desktop/roles/stderr_log.h"
+#include "machine/stderr_log.h"
 
 #include <cstdlib>
 #include <memory>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 std::string written(bool isVerbose, const LogMessage& message) {
@@ -36,4 +36,4 @@ TEST(StderrLog, KeepsALineALineAndATerminalSafe) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -8,7 +8,7 @@
 
 #include "shared/environment.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
 class UserLocale {
@@ -33,4 +33,4 @@ class UserLocale {
   std::string tag_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

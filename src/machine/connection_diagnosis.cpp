@@ -1,4 +1,4 @@
-#include "desktop/roles/connection_diagnosis.h"
+#include "machine/connection_diagnosis.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -79,4 +79,4 @@ ConnectionFailureDiagnosis diagnoseConnection(const NetworkFiles& files) {
                                        : ConnectionFailureDiagnosis::noInternetConnection;
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,9 +1,9 @@
-#include "desktop/roles/stderr_log.h"
+#include "machine/stderr_log.h"
 
 #include <algorithm>
 #include <string>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -35,4 +35,4 @@ void StderrLog::write(const LogMessage& message) {
   std::fwrite(line.data(), 1, line.size(), stream_);
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

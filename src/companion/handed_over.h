@@ -11,7 +11,7 @@
 #include "shared/outcome.h"
 #include "wire/keyed_archiver.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 using StoredIncidents = std::vector<std::shared_ptr<const TransitStorageIncident>>;
 
@@ -24,4 +24,4 @@ Outcome<HandedOver> handedOver(const std::string& name, Bytes bytes, KeyedArchiv
 /// The bytes that an activity of a row carries, still packed; an error when it carries none.
 Outcome<Bytes> bytesCarriedBy(const UserActivity& activity);
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -5,7 +5,7 @@
 
 #include "platform/device.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Where the kernel tells how the machine is connected.
 struct NetworkFiles {
@@ -32,4 +32,4 @@ class ConnectionReturn {
   bool wasConnected_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

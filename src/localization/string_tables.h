@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A text of a string table. All of them lie in the program itself.
 struct TableText {
@@ -22,4 +22,4 @@ std::span<const TableText> embeddedTexts();
 /// The language whose tables hold every text.
 inline constexpr std::string_view kFallbackLanguage = "en";
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

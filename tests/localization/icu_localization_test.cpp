@@ -1,4 +1,4 @@
-#include "desktop/text/icu_localization.h"
+#include "localization/icu_localization.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,10 +10,10 @@
 #include <gtest/gtest.h>
 #include <unicode/messagepattern.h>
 
-#include "desktop/text/string_tables.h"
 #include "feeds/alerts/feed_texts.h"
+#include "localization/string_tables.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
@@ -261,4 +261,4 @@ TEST(UserLocale, FollowsTheEnvironment) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

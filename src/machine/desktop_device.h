@@ -5,7 +5,7 @@
 
 #include "platform/device.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// A desktop computer: whoever can see the widget has unlocked it, and it has none of the capabilities that
 /// only some hand-held devices have.
@@ -25,4 +25,4 @@ class DesktopDevice final : public Device {
   std::function<ConnectionFailureDiagnosis()> diagnose_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -1,4 +1,4 @@
-#include "desktop/roles/display.h"
+#include "machine/display.h"
 
 #include <cstddef>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 namespace {
 
@@ -53,4 +53,4 @@ bool hasDisplay(const Environment& environment) {
          xAnswers(valueOf(environment, "DISPLAY"));
 }
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "desktop/text/string_tables.h"
-#include "desktop/text/user_locale.h"
+#include "localization/string_tables.h"
+#include "localization/user_locale.h"
 #include "platform/localization.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// Texts of string tables, with the plural forms, numbers and lists of ICU.
 ///
@@ -44,4 +44,4 @@ class IcuLocalization final : public Localization {
   std::unique_ptr<Formats> formats_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch

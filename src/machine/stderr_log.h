@@ -5,7 +5,7 @@
 
 #include "platform/log.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 
 /// The text as one line that a terminal prints and does not obey.
 std::string plainLine(std::string text);
@@ -25,4 +25,4 @@ class StderrLog final : public Log {
   std::FILE* stream_;
 };
 
-}  // namespace linewatch::desktop
+}  // namespace linewatch
