@@ -19,12 +19,12 @@ namespace {
 
 constexpr std::string_view kFeedTable = "feed";
 constexpr std::string_view kWindowTable = "window";
-/// What stands between two texts where the locale has no way of its own.
+/// The list delimiter for a locale that ICU has none for.
 constexpr std::string_view kPlainDelimiter = ", ";
 
 std::string_view nameOf(StringTable table) { return table == StringTable::kestrow ? "kestrow" : "widget"; }
 
-/// Language, table and key: what texts are sorted by.
+/// Language, table and key: the sort key of texts.
 using TextPlace = std::tuple<std::string_view, std::string_view, std::string_view>;
 
 TextPlace placeOf(const TableText& text) { return {text.language, text.table, text.key}; }
@@ -42,12 +42,12 @@ std::string utf8(const icu::UnicodeString& text) {
 icu::Formattable formattable(const FormatArgument& argument) {
   const auto* count = std::get_if<std::uint64_t>(&argument);
   if (count == nullptr) return {unicode(std::get<std::string>(argument))};
-  // As digits: a Formattable's own integers are signed.
+  // As decimal digits, because a Formattable's own integers are signed.
   UErrorCode error = U_ZERO_ERROR;
   return {icu::StringPiece(std::to_string(*count)), error};
 }
 
-/// What stands between the first two of three elements; absent when ICU does not say.
+/// The delimiter between the first two of three list elements; absent when ICU gives none.
 std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
   const std::array<icu::UnicodeString, 3> elements = {u"a", u"b", u"c"};
   UErrorCode error = U_ZERO_ERROR;
@@ -62,11 +62,11 @@ std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
 
 }  // namespace
 
-/// The user's locale, and what ICU made of it when that was first needed.
+/// The user's locale, with the ICU formatters for it. Each is made on first use.
 struct IcuLocalization::Formats {
   icu::Locale locale;
   std::optional<std::string> listDelimiter;
-  /// By their texts; null for a text that is no format.
+  /// Formatters by pattern; null for a text that is not a valid pattern.
   std::unordered_map<std::string, std::unique_ptr<icu::MessageFormat>> messages;
 
   const icu::MessageFormat* message(const std::string& text) {

@@ -12,11 +12,11 @@
 
 namespace linewatch {
 
-/// Texts of string tables, with the plural forms, numbers and lists of ICU.
+/// Localised texts from string tables, with ICU's plural forms, numbers and lists.
 ///
-/// A text is that of the user's region, else of the user's language, else of the fallback language. Plural
-/// forms and numbers are those of the user's locale when there are texts in its language, else the fallback
-/// language's as the user's region writes it: a text and its forms never come from two languages.
+/// A text is looked up for the user's region, then the user's language, then English. Plural forms and
+/// numbers follow the user's locale if there are texts in its language. Otherwise they follow English in the
+/// user's region: a text and its plural form never come from two languages.
 class IcuLocalization final : public Localization {
  public:
   explicit IcuLocalization(const UserLocale& locale, std::span<const TableText> texts = embeddedTexts());
@@ -26,9 +26,9 @@ class IcuLocalization final : public Localization {
   std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) override;
   std::string joinCommaDelimited(std::span<const std::string_view> texts) override;
 
-  /// The same of the table of words for what a feed says. Any thread.
+  /// A text of the table "feed". Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;
-  /// The same of the table of words of the program's windows. Any thread.
+  /// A text of the table "window". Any thread.
   std::string windowString(std::string_view key, std::string_view fallback) const;
 
  private:
@@ -39,7 +39,7 @@ class IcuLocalization final : public Localization {
 
   /// Sorted by language, table and key.
   std::vector<TableText> texts_;
-  /// Where a text is looked for, one after the other.
+  /// The languages to look in, in order.
   std::vector<std::string> languages_;
   std::unique_ptr<Formats> formats_;
 };

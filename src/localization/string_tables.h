@@ -5,21 +5,21 @@
 
 namespace linewatch {
 
-/// A text of a string table. All of them lie in the program itself.
+/// One text of a string table. All tables are compiled into the program.
 struct TableText {
-  /// "en", "de" …
+  /// For example "en" or "de".
   std::string_view language;
   /// "kestrow", "widget", "feed" or "window".
   std::string_view table;
   std::string_view key;
-  /// An ICU MessageFormat pattern where the text takes arguments; else shown as it is.
+  /// An ICU MessageFormat pattern if the text has arguments; otherwise plain text.
   std::string_view text;
 };
 
-/// The texts of resources/strings, those of one language and table together.
+/// All texts of resources/strings. Texts of one language and table are adjacent.
 std::span<const TableText> embeddedTexts();
 
-/// The language whose tables hold every text.
+/// The language that has every text.
 inline constexpr std::string_view kFallbackLanguage = "en";
 
 }  // namespace linewatch

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kVariables[] = {"LC_ALL", "LC_MESSAGES", "LANG"};
 
-/// Without the encoding and the variant of a POSIX name, and with the separators of a tag.
+/// "de-CH" for the POSIX name "de_CH.UTF-8": without encoding and variant, with hyphens.
 std::string tagOfPosixName(std::string_view name) {
   std::string tag(name.substr(0, name.find_first_of(".@")));
   std::ranges::replace(tag, '_', '-');

@@ -13,18 +13,18 @@ namespace linewatch {
 /// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
 class UserLocale {
  public:
-  /// Absent when the text names no language. Takes what people and systems write: "de", "de-CH",
-  /// "de_CH.UTF-8".
+  /// Absent when the text names no language. Takes tags and POSIX names: "de", "de-CH", "de_CH.UTF-8".
   static std::optional<UserLocale> parse(std::string_view text);
-  /// What LC_ALL, else LC_MESSAGES, else LANG says; English when none does, or says "C" or nothing sensible.
+  /// The locale in LC_ALL, else LC_MESSAGES, else LANG. English when none is set, or when it is "C" or not a
+  /// language.
   static UserLocale fromEnvironment(const Environment& environment);
 
   const std::string& tag() const { return tag_; }
   /// "de" of "de-CH".
   std::string language() const;
-  /// The tag and what it falls back to, the closest first: "de-CH", "de".
+  /// The tag and its fallbacks, the most specific first: "de-CH", "de".
   std::vector<std::string> fallbacks() const;
-  /// Whether it is written from right to left.
+  /// Whether the language is written from right to left.
   bool isRightToLeft() const;
 
  private:

@@ -1,0 +1,59 @@
+#include "localization/user_locale.h"
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace linewatch {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(UserLocale, ReadsTagsAndPosixNames) {
+  const std::map<std::string, std::string> rows = {{"de", "de"},
+                                                   {"de-CH", "de-CH"},
+                                                   {"de_CH.UTF-8", "de-CH"},
+                                                   {"DE_at@euro", "de-AT"},
+                                                   {"zh-hant-tw", "zh-Hant-TW"},
+                                                   {"fil", "fil"}};
+  for (const auto& [text, tag] : rows) {
+    const auto locale = UserLocale::parse(text);
+    ASSERT_TRUE(locale) << text;
+    EXPECT_EQ(locale->tag(), tag);
+  }
+  for (const char* text : {"", "C", "deutsch", "x-private", "-de", "de-", "d e", "de/../..", "\xFF\xFF"}) {
+    EXPECT_FALSE(UserLocale::parse(text)) << text;
+  }
+  EXPECT_FALSE(UserLocale::parse(std::string(100'000, 'a')));
+  EXPECT_THAT(UserLocale::parse("zh-Hant-TW")->fallbacks(), ElementsAre("zh-Hant-TW", "zh-Hant", "zh"));
+  EXPECT_EQ(UserLocale::parse("de-CH")->language(), "de");
+  EXPECT_TRUE(UserLocale::parse("ar")->isRightToLeft());
+  EXPECT_FALSE(UserLocale::parse("de")->isRightToLeft());
+}
+
+TEST(UserLocale, FollowsTheEnvironment) {
+  using Variables = std::map<std::string, std::string>;
+  const std::pair<Variables, const char*> rows[] = {
+      {{}, "en"},
+      {{{"LANG", "de_DE.UTF-8"}}, "de-DE"},
+      {{{"LANG", "de_DE.UTF-8"}, {"LC_MESSAGES", "fr_CA"}}, "fr-CA"},
+      {{{"LANG", "de_DE"}, {"LC_MESSAGES", "fr_CA"}, {"LC_ALL", "it"}}, "it"},
+      {{{"LANG", "de_DE"}, {"LC_ALL", ""}}, "de-DE"},
+      {{{"LANG", "de_DE"}, {"LC_ALL", "C.UTF-8"}}, "en"},
+      {{{"LANG", "POSIX"}}, "en"},
+      {{{"LANG", "?"}}, "en"},
+  };
+  for (const auto& [variables, tag] : rows) {
+    const auto environment = [&variables = variables](const char* name) {
+      const auto variable = variables.find(name);
+      return variable == variables.end() ? nullptr : variable->second.c_str();
+    };
+    EXPECT_EQ(UserLocale::fromEnvironment(environment).tag(), tag);
+  }
+}
+
+}  // namespace
+}  // namespace linewatch
