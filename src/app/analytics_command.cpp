@@ -5,6 +5,7 @@
 
 #include "app/commands.h"
 #include "app/local_time.h"
+#include "machine/terminal_line.h"
 #include "shared/failure.h"
 #include "shared/outcome.h"
 #include "storage/stored_analytics.h"
@@ -15,7 +16,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-struct Recorded {
+struct Records {
   std::vector<StoredWidgetSession> sessions;
   std::vector<StoredUserAction> actions;
 };
@@ -31,15 +32,15 @@ std::string messageInWords(const std::optional<std::int64_t>& type) {
     case TransitMessageType::severalIncidents:
       return "several incidents";
   }
-  return "an error, or closed before any news";
+  return "an error, or closed before the first update";
 }
 
-/// As the feeds know the line now; its number where none of them does.
+/// The line's present name, or its number when no feed has it.
 std::string nameOfLine(const std::string& muid, const std::vector<SharedLineIndex>& indexes) {
   std::uint64_t number = 0;
   std::from_chars(muid.data(), muid.data() + muid.size(), number);
   for (const SharedLineIndex& index : indexes) {
-    if (const auto route = index->routeWithMuid(number)) return index->nameOfRoute(*route);
+    if (const auto route = index->routeWithMuid(number)) return terminalLine(index->nameOfRoute(*route));
   }
   return muid;
 }
@@ -56,15 +57,16 @@ std::string textOf(const StoredWidgetSession& session, const std::vector<SharedL
   text += "\n";
   for (const IncidentAnalyticsItem& item : record.transitIncidents)
     text += "    line " + nameOfLine(item.transitLineMuid, indexes) + ": " +
-            item.transitIncidentTitle.value_or("(no title)") + "\n";
+            terminalLine(item.transitIncidentTitle.value_or("(no title)")) + "\n";
   return text;
 }
 
-std::string textOf(const Recorded& recorded, const std::vector<SharedLineIndex>& indexes) {
+std::string textOf(const Records& recorded, const std::vector<SharedLineIndex>& indexes) {
   std::string text;
   for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes);
   for (const StoredUserAction& action : recorded.actions)
-    text += localTime(action.time) + "  " + action.action + (action.value ? " " + *action.value : "") + "\n";
+    text += localTime(action.time) + "  " + action.action +
+            (action.value ? " " + terminalLine(*action.value) : "") + "\n";
   return text;
 }
 
@@ -100,31 +102,31 @@ ordered_json jsonOf(const StoredUserAction& action) {
           {"value", orNull(action.value)}};
 }
 
-std::string jsonTextOf(const Recorded& recorded) {
+std::string jsonTextOf(const Records& recorded) {
   ordered_json form{{"sessions", ordered_json::array()}, {"actions", ordered_json::array()}};
   for (const StoredWidgetSession& session : recorded.sessions) form["sessions"].push_back(jsonOf(session));
   for (const StoredUserAction& action : recorded.actions) form["actions"].push_back(jsonOf(action));
   return form.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-Outcome<Recorded> recordedIn(StoredDatabase& state) {
+Outcome<Records> recordsIn(StoredDatabase& state) {
   auto sessions = storedWidgetSessions(state);
   if (!sessions) return sessions.error();
   auto actions = storedUserActions(state);
   if (!actions) return actions.error();
-  return Recorded{std::move(*sessions), std::move(*actions)};
+  return Records{std::move(*sessions), std::move(*actions)};
 }
 
 Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
-  const auto recorded = recordedIn(*saved.database());
+  const auto recorded = recordsIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
-  // No feed is read for nothing.
+  // Feeds are read only to name the lines of sessions.
   std::string text =
       textOf(*recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes);
   if (text.empty()) text = "Nothing has been recorded.\n";
   text += saved.recordsAnalytics()
-              ? "Recording is on, and stays on this machine. linewatch analytics off ends it.\n"
+              ? "Recording is on; records stay on this machine. Turn it off: linewatch analytics off\n"
               : "Recording is off.\n";
   return Report::of(std::move(text));
 }
@@ -134,15 +136,15 @@ Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
 Report analytics(Session& session, const AnalyticsCommand& command) {
   using enum AnalyticsCommand::Action;
   SavedState* const saved = session.platform().saved();
-  if (!saved) return refused(failure("analytics", "", "a run without saved state records none"));
+  if (!saved) return refused(failure("analytics", "", "a run without saved state records nothing"));
   if (command.action == list) return printAnalytics(*saved, session.platform().feeds(), command.json);
   if (command.action == clear) {
     const auto error = clearAnalytics(*saved->database());
-    return error ? refused(*error) : Report::of("Forgotten.\n");
+    return error ? refused(*error) : Report::of("All records are deleted.\n");
   }
   const bool isOn = command.action == on;
   if (const auto error = saved->setRecordsAnalytics(isOn)) return refused(*error);
-  return Report::of(isOn ? "Recording is on, and stays on this machine.\n" : "Recording is off.\n");
+  return Report::of(isOn ? "Recording is on; records stay on this machine.\n" : "Recording is off.\n");
 }
 
 }  // namespace linewatch::app

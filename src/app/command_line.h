@@ -15,21 +15,21 @@
 
 namespace linewatch::app {
 
-/// What every command takes.
+/// Options that every command takes.
 struct CommonOptions {
-  /// A run without saved state: a timetable and its alerts from a file or URL, and the favourites by route
-  /// id.
+  /// For a run without saved state: a timetable and its alerts, each a file or URL, and the route ids of the
+  /// favourites.
   std::optional<std::string> gtfs;
   std::optional<std::string> alerts;
   std::vector<std::string> favorites;
-  /// The time to take for now.
+  /// The time to use instead of the present time.
   std::optional<Date> now;
-  /// Rows of the expanded list; 0: no limit.
+  /// The most rows of the expanded list; 0: no limit.
   std::uint64_t maxRows = 0;
   std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
   bool verbose = false;
-  /// Values in front of the saved preferences, for this run.
+  /// Preferences that override the saved ones in this run.
   Dictionary preferences;
 };
 
@@ -45,7 +45,7 @@ struct FavoritesCommand {
 };
 
 struct LinesCommand {
-  /// Words; none: all lines.
+  /// Words to search for; empty: all lines.
   std::vector<std::string> query;
 };
 
@@ -57,7 +57,7 @@ struct FeedCommand {
   std::string alerts;
 };
 
-/// What the widget has recorded of its use.
+/// Prints or clears the recorded use of the widget, or turns recording on or off.
 struct AnalyticsCommand {
   enum class Action { list, on, off, clear };
   Action action = Action::list;
@@ -70,7 +70,7 @@ struct OpenCommand {
 
 struct SimulateCommand {
   std::string scenario;
-  /// Where the transcript goes; empty: standard output.
+  /// The transcript's file; empty: standard output.
   std::string output;
 };
 
@@ -78,7 +78,7 @@ struct SimulateCommand {
 struct RenderCommand {
   std::string output;
   bool expanded = false;
-  /// Pixels a point.
+  /// Pixels per point.
   double scale = 2;
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
   bool dark = false;
@@ -88,7 +88,7 @@ struct RenderCommand {
 
 /// Shows the panel.
 struct PanelCommand {
-  /// The words of what is called in place of the program's own windows; empty: nothing.
+  /// The words of the user's companion command; empty: the program's own windows are used.
   std::vector<std::string> companion;
 };
 
@@ -100,11 +100,8 @@ struct CommandLine {
   Command command;
 };
 
-/// The report comes instead when there is nothing to run: help, the version, or what is wrong with the usage.
+/// The parsed command line. A report instead when there is nothing to run: help, the version, or an error in
+/// the usage.
 std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv);
-
-/// A time as ISO 8601 writes it, with Z or an offset ("2026-11-24T08:00:00Z", "2026-11-24T09:00+01:00"), or
-/// none.
-std::optional<Date> parseTime(const std::string& text);
 
 }  // namespace linewatch::app

@@ -9,7 +9,7 @@
 
 namespace linewatch::app {
 
-/// How old what was shown is, as a last line for people; empty when nothing is known of it.
+/// Lines that tell how old the shown alerts are; empty when no feed was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
@@ -19,7 +19,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
 Report feed(Session& session, const FeedCommand& command);
 Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
-/// Needs no session: the scenario brings a platform of its own.
+/// Needs no session, since a scenario is its own platform.
 Report simulate(const SimulateCommand& command);
 
 }  // namespace linewatch::app

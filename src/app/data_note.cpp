@@ -1,5 +1,6 @@
 #include "app/commands.h"
 #include "app/local_time.h"
+#include "machine/terminal_line.h"
 
 namespace linewatch::app {
 
@@ -11,7 +12,8 @@ std::string dataNote(Session& session, const TerminalStyle& style) {
   }
   std::string note;
   for (const auto& state : session.platform().feeds().alertsStates()) {
-    const std::string name = session.platform().feeds().feeds().size() > 1 ? state.feed + ": " : "";
+    const std::string name =
+        session.platform().feeds().feeds().size() > 1 ? terminalLine(state.feed) + ": " : "";
     note += terminalFaint(
                 name + (state.written ? "Alerts of " + localTime(*state.written) : "Alerts of unknown age"),
                 style) +

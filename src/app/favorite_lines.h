@@ -10,13 +10,13 @@
 
 namespace linewatch::app {
 
-/// A favourite with its line; without one when its feed does not have the line, or cannot be read.
+/// A favourite and its line. The line is absent when its feed does not have it or cannot be read.
 struct FavoriteLine {
   StoredFavorite favorite;
   std::optional<FoundLine> line;
 };
 
-/// In the user's order.
+/// All favourites, in the user's order.
 Outcome<std::vector<FavoriteLine>> favoriteLines(Session& session);
 
 }  // namespace linewatch::app

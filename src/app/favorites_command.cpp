@@ -2,7 +2,7 @@
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
 #include "feeds/gtfs/line_lookup.h"
-#include "machine/stderr_log.h"
+#include "machine/terminal_line.h"
 
 namespace linewatch::app {
 
@@ -13,14 +13,14 @@ Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<s
   std::vector<FoundLine> found;
   for (const std::string& name : names) {
     auto line = findLine(all.indexes, name);
-    // A feed that cannot be read may have the line.
+    // The line may be in a feed that cannot be read.
     if (!line) return all.error ? *all.error : line.error();
     found.push_back(std::move(*line));
   }
   return found;
 }
 
-/// A favourite whose line its feed does not have, or whose feed is gone, can still be named for removal.
+/// Favourites can be removed by their id even if their feed or line no longer exists.
 std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored, const std::string& name) {
   for (const StoredFavorite& favorite : stored) {
     if (favorite.subject == name || favorite.feed + ":" + favorite.subject == name) return favorite;
@@ -28,28 +28,35 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
   return std::nullopt;
 }
 
+/// A failure after some changes: what was changed is still printed.
+Report refusedAfter(const Report& done, const Error& error) {
+  Report report = refused(error);
+  report.output = done.output;
+  return report;
+}
+
 Report list(Session& session, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
-  if (favorites->empty()) return Report::of("No favourites yet: linewatch favorites add LINE\n");
+  if (favorites->empty()) return Report::of("No favourites yet. Add one: linewatch favorites add LINE\n");
   std::vector<FoundLine> known;
   std::string unknown;
   for (const auto& [favorite, line] : *favorites) {
     if (line) known.push_back(*line);
-    if (!line) unknown += "unknown line  " + plainLine(favorite.feed + ":" + favorite.subject) + "\n";
+    if (!line) unknown += "unknown line  " + terminalLine(favorite.feed + ":" + favorite.subject) + "\n";
   }
   return Report::of(lineTable(known, style) + unknown);
 }
 
 Report add(Session& session, const std::vector<std::string>& names) {
-  // All are looked up first: a mistake in one adds none.
+  // All lines are looked up before any is added, so that one mistake adds none.
   const auto found = linesNamed(session, names);
   if (!found) return refused(found.error());
   Report report;
   for (const FoundLine& line : *found) {
     const auto added = session.platform().favorites().change(favoriteOf(line), true);
-    if (!added) return refused(added.error());
-    report.output += (*added ? "Added " : "Already a favourite: ") + line.name() + "\n";
+    if (!added) return refusedAfter(report, added.error());
+    report.output += (*added ? "Added " : "Already a favourite: ") + terminalLine(line.name()) + "\n";
   }
   return report;
 }
@@ -70,8 +77,8 @@ Report remove(Session& session, const std::vector<std::string>& names) {
   }
   for (const auto& [favorite, name] : chosen) {
     const auto removed = session.platform().favorites().change(favorite, false);
-    if (!removed) return refused(removed.error());
-    report.output += (*removed ? "Removed " : "Not a favourite: ") + name + "\n";
+    if (!removed) return refusedAfter(report, removed.error());
+    report.output += (*removed ? "Removed " : "Not a favourite: ") + terminalLine(name) + "\n";
   }
   return report;
 }

@@ -4,7 +4,7 @@
 
 #include "app/commands.h"
 #include "feeds/text/utf8.h"
-#include "machine/stderr_log.h"
+#include "machine/terminal_line.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
@@ -14,17 +14,17 @@ namespace {
 /// Bytes.
 constexpr std::size_t kLongestName = 100;
 
-// A feed is used from wherever the program runs later.
-std::string lasting(const std::string& location) {
+// The location as an absolute path or URL, since the feed is later read from other working directories.
+std::string absoluteLocation(const std::string& location) {
   if (location.find("://") != std::string::npos) return location;
   std::error_code error;
   const auto path = std::filesystem::absolute(location, error);
   return error ? location : path.lexically_normal().string();
 }
 
-std::optional<Error> faultOfName(const std::string& name) {
+std::optional<Error> nameError(const std::string& name) {
   const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
-  const bool isPlain = plainLine(name) == name && isValidUtf8(name);
+  const bool isPlain = terminalLine(name) == name && isValidUtf8(name);
   if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
     return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
   if (name == kSampleFeedName || name == kGivenFeedName)
@@ -32,9 +32,7 @@ std::optional<Error> faultOfName(const std::string& name) {
   return std::nullopt;
 }
 
-std::string countOfLines(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " line" : " lines");
-}
+std::string lineCount(std::size_t count) { return std::to_string(count) + (count == 1 ? " line" : " lines"); }
 
 Report listFeeds(const SavedState& saved, TransitFeeds& shown) {
   const auto feeds = saved.feeds().list();
@@ -42,27 +40,28 @@ Report listFeeds(const SavedState& saved, TransitFeeds& shown) {
   if (feeds->empty()) {
     if (const auto lost = shown.follow()) return refused(*lost);
     return Report::of(
-        "No feeds yet, so the sample city is shown: linewatch feed add NAME --gtfs G --alerts A\n");
+        "No feeds yet, so the sample city is shown. Add one: linewatch feed add NAME --gtfs G --alerts A\n");
   }
   Report report;
   for (const StoredFeed& feed : *feeds) {
-    report.output += feed.name + "\n  timetable  " + feed.gtfs + "\n  alerts     " + feed.alerts + "\n";
+    report.output += feed.name + "\n  timetable  " + terminalLine(feed.gtfs) + "\n  alerts     " +
+                     terminalLine(feed.alerts) + "\n";
   }
   return report;
 }
 
-Report refusedAsTaken(const std::string& name) {
-  return refused(failure("feed " + name, "", "there is one of that name; remove it first"));
+Report refusedNameInUse(const std::string& name) {
+  return refused(failure("feed " + name, "", "a feed of that name exists; remove it first"));
 }
 
 Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
-  if (const auto fault = faultOfName(command.name)) return refused(*fault);
-  const StoredFeed feed{command.name, lasting(command.gtfs), lasting(command.alerts)};
+  if (const auto fault = nameError(command.name)) return refused(*fault);
+  const StoredFeed feed{command.name, absoluteLocation(command.gtfs), absoluteLocation(command.alerts)};
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
   if (std::ranges::find(*known, feed.name, &StoredFeed::name) != known->end())
-    return refusedAsTaken(feed.name);
-  // What cannot be read is better not added: the user is here to mend it.
+    return refusedNameInUse(feed.name);
+  // A feed that cannot be read is not added: the user is here to correct the mistake.
   saved.feedCache()->holdBack();
   const auto lines = documents.lineIndexOf(feed);
   if (!lines) return refused(lines.error());
@@ -70,9 +69,9 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   if (!alerts) return refused(alerts.error());
   const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
-  if (!*added) return refusedAsTaken(feed.name);
+  if (!*added) return refusedNameInUse(feed.name);
   saved.feedCache()->writeHeldBack();
-  return Report::of("Added " + feed.name + " with " + countOfLines((*lines)->routes().size()) + "\n");
+  return Report::of("Added " + feed.name + " with " + lineCount((*lines)->routes().size()) + "\n");
 }
 
 Report removeFeed(const SavedState& saved, const std::string& name) {
@@ -87,7 +86,7 @@ Report removeFeed(const SavedState& saved, const std::string& name) {
 
 Report feed(Session& session, const FeedCommand& command) {
   const SavedState* const saved = session.platform().saved();
-  if (!saved) return refused(failure("feed", "", "a run without saved state keeps none"));
+  if (!saved) return refused(failure("feed", "", "a run without saved state has no feeds to list or change"));
   switch (command.action) {
     case FeedCommand::Action::add:
       return addFeed(session.platform().documents(), *saved, command);

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "feeds/gtfs/line_records.h"
-#include "machine/stderr_log.h"
+#include "machine/terminal_line.h"
 
 namespace linewatch::app {
 
@@ -23,9 +23,9 @@ std::vector<Row> rowsOf(const std::vector<FoundLine>& lines, const TerminalStyle
   std::vector<Row> rows;
   for (const FoundLine& line : lines) {
     auto& ofFeed = records.try_emplace(line.index.get(), line.index).first->second;
-    Row row{.name = line.longName(),
-            .agency = line.agencyName(),
-            .id = plainLine(line.index->feedName() + ":" + line.entry().id)};
+    Row row{.name = terminalLine(line.longName()),
+            .agency = terminalLine(line.agencyName()),
+            .id = terminalLine(line.index->feedName() + ":" + line.entry().id)};
     if (const SharedArtwork& artwork = ofFeed.lineFieldsOfRoute(line.route)->artwork) {
       row.shield = terminalShield(*artwork, style);
       row.shieldWidth = terminalShieldWidth(*artwork);

@@ -8,7 +8,7 @@
 
 namespace linewatch::app {
 
-/// A row a line: its shield, its long name, its agency, and how to name it to the other commands.
+/// A table with one row per line: shield, long name, agency, and the id by which other commands know it.
 std::string lineTable(const std::vector<FoundLine>& lines, const TerminalStyle& style);
 
 }  // namespace linewatch::app

@@ -6,7 +6,7 @@
 
 namespace linewatch::app {
 
-/// The minute in the machine's time zone, "2026-11-24 08:00"; empty for a date that no calendar reaches.
+/// The time in the machine's time zone, "2026-11-24 08:00"; empty for a date outside of the calendar.
 std::string localTime(Date date);
 
 }  // namespace linewatch::app

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "companion/handed_over.h"
+#include "companion/opened_content.h"
 #include "shared/file_contents.h"
 #include "wire/json_text.h"
 
@@ -26,7 +26,7 @@ struct DictionaryForm {
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver) {
   const Outcome<std::string> contents = contentsOf(file);
   if (!contents) return contents.error();
-  const auto opened = handedOver(file, Bytes(contents->begin(), contents->end()), archiver);
+  const auto opened = decodeOpenedContent(file, Bytes(contents->begin(), contents->end()), archiver);
   if (!opened) return opened.error();
   return nlohmann::ordered_json::parse(jsonText(std::visit(DictionaryForm{}, *opened))).dump(2) + "\n";
 }

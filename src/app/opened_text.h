@@ -10,8 +10,8 @@ class KeyedArchiver;
 
 namespace linewatch::app {
 
-/// What a row hands to the companion application, as JSON: the dictionary form of the activity record in the
-/// file, compressed or not, or of each incident of the list archived in it.
+/// The content of a file that a row gave to the companion application, as JSON: an activity record,
+/// compressed or not, or a list of incidents.
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver);
 
 }  // namespace linewatch::app

@@ -9,7 +9,7 @@
 
 #include "app/commands.h"
 #include "machine/display.h"
-#include "machine/stderr_log.h"
+#include "machine/terminal_line.h"
 #include "shared/environment.h"
 #include "shared/failure.h"
 #include "shared/installation.h"
@@ -18,23 +18,24 @@ namespace linewatch::app {
 
 namespace {
 
-/// Goes on as the program that can draw, which takes too long to load for those that do not. Gives the error
-/// if that cannot be started.
-Report handOver(char** argv) {
+/// Replaces this process with linewatch-screen, which can draw. It is a program of its own because its
+/// libraries take longer to load than most commands run. Returns only the error when it cannot be started.
+Report replaceWithScreenProgram(char** argv) {
   const std::string path = installedParts() / "linewatch-screen";
   execv(path.c_str(), argv);
   return refused(failure(path, "", std::generic_category().message(errno)));
 }
 
-/// Runs each command with what it needs: a session, the program that draws, or nothing.
+/// Runs a command with what it needs: a session, linewatch-screen, or nothing.
 class Dispatch {
  public:
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
   Report operator()(const PanelCommand&) const {
-    if (hasDisplay(processEnvironment)) return handOver(argv_);
+    if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
     Report report = (*this)(ShowCommand{});
-    if (report.complaint.empty()) report.complaint = "there is no display for the panel: this is its list";
+    if (report.complaint.empty())
+      report.complaint = "there is no display for the panel, so its list is printed";
     return report;
   }
   Report operator()(const ShowCommand& command) const {
@@ -59,12 +60,12 @@ class Dispatch {
     return inSession([&](Session& session) { return open(session, command); });
   }
   Report operator()(const SimulateCommand& command) const { return simulate(command); }
-  Report operator()(const RenderCommand&) const { return handOver(argv_); }
+  Report operator()(const RenderCommand&) const { return replaceWithScreenProgram(argv_); }
 
  private:
   template <auto open = Session::open, class Work>
   Report inSession(Work work) const {
-    // Qt takes its own options out of what it is given.
+    // The application gets the program's name only, because Qt would take its own options from the arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
     const auto session = open(options_, {});
@@ -79,7 +80,7 @@ class Dispatch {
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
 int complain(const std::string& sentence, int status) {
-  write("linewatch: " + plainLine(sentence) + "\n", stderr);
+  write("linewatch: " + terminalLine(sentence) + "\n", stderr);
   return status;
 }
 
@@ -91,7 +92,7 @@ int runCommandLine(int argc, char** argv, const std::function<Report(const Comma
   const Report report = line ? run(*line) : std::get<Report>(parsed);
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-    return complain("cannot write to standard output", 2);
+    return complain(sentenceOf(failure("standard output", "", std::generic_category().message(errno))), 2);
   return report.complaint.empty() ? report.status : complain(report.complaint, report.status);
 }
 

@@ -7,10 +7,11 @@
 
 namespace linewatch::app {
 
-/// Runs the program and gives its exit status. Commands that draw go on in another program.
+/// Runs the program and returns its exit status. Commands that draw replace this process with
+/// linewatch-screen.
 int run(int argc, char** argv);
 
-/// Runs what the command line asks for and prints what comes of it; the exit status.
+/// Parses the command line, calls `run` with it, prints the report and returns the exit status.
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run);
 
 }  // namespace linewatch::app

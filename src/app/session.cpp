@@ -43,7 +43,7 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
 Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& options,
                                                          const Adjustment& adjust) {
   auto session = open(options, [&adjust](DesktopSettings& settings) {
-    settings.nowStandsStill = true;
+    settings.isTimeFrozen = true;
     if (adjust) adjust(settings);
   });
   if (!session) return session;
@@ -73,7 +73,7 @@ std::shared_ptr<const RVResult> Session::fetch() {
   return fetched;
 }
 
-std::optional<Error> Session::faultOfUnusedFeed() {
+std::optional<Error> Session::unusedFeedError() {
   const auto favorites = platform_->favorites().lines();
   if (platform_->saved() || !favorites || !favorites->empty()) return std::nullopt;
   for (const StoredFeed& feed : platform_->feeds().feeds()) {

@@ -13,14 +13,14 @@
 
 namespace linewatch::app {
 
-/// A run of the program: the desktop platform, installed for as long as the session lives.
+/// One run of the program: the desktop platform, which is installed for as long as the session lives.
 class Session {
  public:
   using Adjustment = std::function<void(desktop::DesktopSettings&)>;
 
-  /// `adjust`, which may be empty, adds what the command needs of the platform.
+  /// `adjust` may be empty. It changes the platform's settings for the command.
   static Outcome<std::unique_ptr<Session>> open(const CommonOptions& options, const Adjustment& adjust = {});
-  /// For what needs to know which feeds are shown: an error when that cannot be read.
+  /// For commands that show feeds: also reads which feeds there are, and fails when that cannot be read.
   static Outcome<std::unique_ptr<Session>> openWithFeeds(const CommonOptions& options,
                                                          const Adjustment& adjust = {});
   ~Session();
@@ -28,10 +28,11 @@ class Session {
   Session& operator=(const Session&) = delete;
 
   desktop::DesktopPlatform& platform() { return *platform_; }
-  /// Fetches the favourites with their incidents, as the widget does, and waits for the result.
+  /// Fetches the favourite lines with their incidents, as the widget does, and waits for the result.
   std::shared_ptr<const RVResult> fetch();
-  /// What is wrong with the feed that the command line names, where there are no favourites to fetch it for.
-  std::optional<Error> faultOfUnusedFeed();
+  /// The error of the feed on the command line when it has no favourites, since nothing else would read it.
+  /// Absent when the feed can be read.
+  std::optional<Error> unusedFeedError();
 
  private:
   explicit Session(std::shared_ptr<desktop::DesktopPlatform> platform);
@@ -39,7 +40,7 @@ class Session {
   std::shared_ptr<desktop::DesktopPlatform> platform_;
 };
 
-/// The user's language and region: the option's, else the environment's.
+/// The user's language and region: from the options, else from the environment.
 UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

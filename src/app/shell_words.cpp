@@ -13,12 +13,13 @@ using namespace std::string_view_literals;
 
 bool isBlank(char character) { return " \t\n"sv.find(character) != std::string_view::npos; }
 
-/// Between double quotes a backslash stands for itself before any other character.
+/// The characters that a backslash escapes between double quotes. Before any other character it stands for
+/// itself.
 bool isEscapedBetweenDoubleQuotes(char character) {
   return R"($`"\)"sv.find(character) != std::string_view::npos;
 }
 
-/// Takes a command's characters one after the other.
+/// Splits a command, one character at a time.
 class ShellWords {
  public:
   void take(char character) {
@@ -31,14 +32,14 @@ class ShellWords {
       isInWord_ = false;
     } else if (!quote_ && (character == '\'' || character == '"')) {
       quote_ = character;
-      // A word even if nothing stands between the quotes.
+      // Quotes make a word even if nothing is between them.
       word();
     } else {
       word() += character;
     }
   }
 
-  /// What the end of the command leaves open; null when that is nothing.
+  /// What the command lacks at its end; null when it is complete.
   const char* complaint() const {
     if (quote_) return "a quote is not closed";
     return isEscaped_ ? "nothing follows the last backslash" : nullptr;
@@ -47,7 +48,7 @@ class ShellWords {
 
  private:
   void takeEscaped(char character) {
-    // The command goes on in another line.
+    // A backslash at the end of a line joins it with the next one.
     if (character == '\n') return;
     if (quote_ && !isEscapedBetweenDoubleQuotes(character)) word() += '\\';
     word() += character;
@@ -60,7 +61,7 @@ class ShellWords {
   std::vector<std::string> words_;
   bool isInWord_ = false;
   bool isEscaped_ = false;
-  /// The one that is open.
+  /// The quote that is open.
   std::optional<char> quote_;
 };
 

@@ -8,9 +8,9 @@
 
 namespace linewatch::app {
 
-/// The words of a command as a shell tells them apart: at blanks, except where single quotes, double quotes
-/// or a backslash keep them together. Nothing is looked up or put in place of anything, so no other character
-/// means more than itself. Fails where a quote is not closed, or nothing follows a backslash.
+/// Splits a command into words as a shell does: at blanks, except inside quotes and after a backslash.
+/// Variables, globs and substitutions are not expanded: all other characters stand for themselves. Fails when
+/// a quote is not closed or nothing follows a backslash.
 Outcome<std::vector<std::string>> shellWords(std::string_view command);
 
 }  // namespace linewatch::app

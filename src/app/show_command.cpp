@@ -25,11 +25,11 @@ std::string unknownFavorites(Session& session) {
   return names;
 }
 
-// What is shown is right as far as it goes; the user must still hear that it is not all that was asked for.
-void noteUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
+// The list is right but lacks these lines, and the user must hear of that.
+void reportUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
   const std::string names = unknownFavorites(session);
   if (names.empty()) return;
-  report.complaint = "unknown favourites, left out: " + names;
+  report.complaint = "unknown favourites are left out: " + names;
   if (options.gtfs) report.status = 2;
 }
 
@@ -39,12 +39,12 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
             const TerminalStyle& style) {
   const auto result = session.fetch();
   const auto list = listOf(*result, options.maxRows);
-  const std::optional<Error> error = result->error() ? result->error() : session.faultOfUnusedFeed();
+  const std::optional<Error> error = result->error() ? result->error() : session.unusedFeedError();
   Report report;
   if (error) {
     report = notLoaded(*error);
   } else {
-    noteUnknownFavorites(session, options, report);
+    reportUnknownFavorites(session, options, report);
   }
   if (list) {
     report.output =

@@ -12,6 +12,7 @@
 #include <unicode/unistr.h>
 #include <unistd.h>
 
+#include "machine/terminal_line.h"
 #include "shared/environment.h"
 
 namespace linewatch::app {
@@ -35,7 +36,7 @@ std::optional<RGB> parsedColor(const std::optional<std::string>& digits) {
   return RGB{value >> 16U, (value >> 8U) & 0xFFU, value & 0xFFU};
 }
 
-// The nearest entry of the 6 x 6 x 6 cube that terminals with 256 colours have from entry 16 on.
+// The nearest colour in the 6 × 6 × 6 cube that 256-colour terminals have from entry 16 on.
 unsigned paletteEntry(RGB color) {
   const auto step = [](unsigned channel) { return (channel * 5 + 127) / 255; };
   return 16 + 36 * step(color.red) + 6 * step(color.green) + step(color.blue);
@@ -54,7 +55,7 @@ std::string painted(std::string_view code, std::string_view text, const Terminal
   return std::string(code).append(text).append(kReset);
 }
 
-/// What stands before a row.
+/// A shield or sign before a row.
 struct Mark {
   std::string text;
   std::size_t width = 0;
@@ -74,12 +75,11 @@ Mark markOfImage(const std::string& name, const TerminalStyle& style) {
   return {};
 }
 
-const std::string& labelOf(const TransitArtworkDataSource& artwork) {
-  static const std::string kNone;
+std::string labelOf(const TransitArtworkDataSource& artwork) {
   const auto& shield =
       artwork.shieldDataSource ? artwork.shieldDataSource : artwork.iconFallbackShieldDataSource;
-  if (shield && shield->shieldText) return *shield->shieldText;
-  return artwork.accessibilityText ? *artwork.accessibilityText : kNone;
+  if (shield && shield->shieldText) return terminalLine(*shield->shieldText);
+  return terminalLine(artwork.accessibilityText.value_or(""));
 }
 
 Mark markOfItem(const RVTransitItem& item, const TerminalStyle& style) {
@@ -119,7 +119,7 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
   return lines;
 }
 
-/// Writes rows of a mark and two texts, the texts in one column.
+/// Writes rows with a mark and two texts. The texts of all rows begin at the same column.
 class RowWriter {
  public:
   RowWriter(const TerminalStyle& style, std::size_t markWidth)
@@ -136,7 +136,7 @@ class RowWriter {
  private:
   void writeLines(const std::optional<std::string>& text, std::string_view code) {
     if (!text || text->empty()) return;
-    for (const std::string& line : wrapped(*text, textColumns())) {
+    for (const std::string& line : wrapped(terminalLine(*text), textColumns())) {
       text_ += pending_.text;
       text_.append(indent_ - std::min(indent_, pending_.width), ' ');
       text_ += code.empty() ? line : painted(code, line, style_);
@@ -224,13 +224,13 @@ TerminalStyle TerminalStyle::ofStandardOutput() {
 }
 
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
-  // A list that does not expand shows its one row in either mode.
+  // A list without expanded items shows its one row in both modes.
   if (expanded && !list.expandedItems().empty()) return rowsText(list.expandedItems(), style);
   return std::visit(SummaryText{style}, list.summaryItem());
 }
 
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style) {
-  const std::string& label = labelOf(artwork);
+  const std::string label = labelOf(artwork);
   if (label.empty()) return {};
   const auto fill =
       artwork.shieldDataSource ? parsedColor(artwork.shieldDataSource->shieldColorString) : std::nullopt;
@@ -243,7 +243,7 @@ std::string terminalShield(const TransitArtworkDataSource& artwork, const Termin
 }
 
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork) {
-  const std::string& label = labelOf(artwork);
+  const std::string label = labelOf(artwork);
   return label.empty() ? 0 : terminalWidth(label) + 2;
 }
 

@@ -8,30 +8,31 @@
 
 namespace linewatch::app {
 
-/// What the terminal that is written to can show.
+/// What the terminal can show.
 struct TerminalStyle {
   enum class Colors { none, palette, full };
   Colors colors = Colors::none;
-  /// Columns to wrap texts at; 0: not at all.
+  /// The columns at which texts are wrapped; 0: not wrapped.
   std::size_t columns = 0;
 
-  /// What standard output is: plain when it is no terminal, when NO_COLOR is set, or when TERM says so.
+  /// The style for standard output: plain when it is not a terminal, NO_COLOR is set, or TERM is "dumb" or
+  /// empty.
   static TerminalStyle ofStandardOutput();
 };
 
-/// The list as a person reads it: one row, or every row when `expanded`. A line's shield stands before its
-/// row, in the line's colours or in brackets.
+/// The list as text: its one row, or every row when `expanded`. A line's shield comes before its row, in the
+/// line's colours or in brackets. The texts are safe to print on a terminal.
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style);
 
-/// A line's shield alone, as it stands before a row.
+/// A line's shield as it is printed before a row.
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style);
-/// How many columns the shield takes.
+/// The columns that the shield takes.
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork);
 
-/// How many columns a terminal takes for the text.
+/// The columns that the text takes.
 std::size_t terminalWidth(std::string_view text);
 
-/// The text in a quieter colour.
+/// The text in a fainter colour.
 std::string terminalFaint(const std::string& text, const TerminalStyle& style);
 
 }  // namespace linewatch::app

@@ -11,19 +11,20 @@
 
 namespace linewatch {
 
-/// Hands activities to whatever stands for the companion application on this desktop.
+/// Hands activities to the companion application: on the desktop, a window of this program or a command of
+/// the user's.
 class CompanionController final : public SystemController {
  public:
   using Opener = std::function<void(const UserActivity&, OpenHandler)>;
 
-  /// Without an opener there is no companion application: activities can be made, and opening one fails.
+  /// Without an opener there is no companion application: activities can be made, but opening one fails.
   explicit CompanionController(Opener opener) : opener_(std::move(opener)) {}
 
-  /// Every type that stands under the companion application's prefix.
+  /// Makes an activity of any type below the companion application's prefix.
   std::optional<UserActivity> makeUserActivity(const std::string& activityType) override;
   /// The widget as a plug-in of the companion application.
   std::optional<BundleRecord> bundleRecordOfCurrentProcess() override;
-  /// A desktop that shows the widget is unlocked, so nobody is prompted.
+  /// Never prompts, since a desktop that shows the widget is unlocked.
   void openUserActivity(const UserActivity& activity, const std::optional<ApplicationRecord>& application,
                         bool promptToUnlock, OpenHandler handler) override;
 

@@ -26,7 +26,7 @@ bool isCompanionURL(std::string_view url) {
   return url.starts_with(kCompanionScheme) && url.substr(kCompanionScheme.size()).starts_with("://");
 }
 
-/// The query without the parameters of that name.
+/// The query without the parameters called `name`.
 std::string withoutParameter(std::string_view query, std::string_view name) {
   std::string kept;
   while (!query.empty()) {

@@ -9,14 +9,14 @@ namespace linewatch {
 
 /// The scheme of the companion application's URLs.
 inline constexpr std::string_view kCompanionScheme = "rova";
-/// What the shared session's identifier is called in the query of a URL and in a user info.
+/// The key of the shared session's identifier, in the query of a URL and in a user info.
 inline constexpr std::string_view kSessionParameter = "session";
 inline constexpr std::string_view kSessionKey = "sessionIdentifier";
 
-/// The session of one run of the program: a random identifier that is kept in memory only.
+/// The session of one run of the program: a random identifier that is only kept in memory.
 ///
-/// Once it is shared, the companion application's URLs carry it in their query and user infos under a key of
-/// their own; URLs of others never do. Carrying it along twice is the same as once.
+/// Once it is shared, it is added to the query of the companion application's URLs and to user infos. Other
+/// URLs never get it. Adding it twice is the same as adding it once.
 class CompanionSession final : public UserSession {
  public:
   CompanionSession();
@@ -31,7 +31,7 @@ class CompanionSession final : public UserSession {
   bool isShared_ = false;
 };
 
-/// Favourites are shown at "rova://favorites?type=FAVORITES_TYPE&map=MAP_TYPE".
+/// URLs of the form "rova://favorites?type=FAVORITES_TYPE&map=MAP_TYPE".
 class CompanionURLBuilder final : public MapURLBuilder {
  public:
   URL urlForFavorites(int favoritesType, int mapType) override;

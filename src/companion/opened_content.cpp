@@ -1,9 +1,9 @@
-#include "companion/handed_over.h"
+#include "companion/opened_content.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <span>
+#include <string_view>
 #include <utility>
 
 #include <bzlib.h>
@@ -16,21 +16,22 @@ namespace linewatch {
 
 namespace {
 
-// A record is a few kilobytes; what unpacks to more is not one.
+// A record is a few kilobytes; a file that unpacks to more than this is not one.
 constexpr std::size_t kLargestRecord = 64 * kMebibyte;
-constexpr std::array<std::uint8_t, 3> kBzip2Magic = {'B', 'Z', 'h'};
-// Under which the rows' activities carry their bytes.
-constexpr std::array<const char*, 2> kByteKeys = {kActivityRecordKey, kIncidentListKey};
+constexpr std::string_view kBzip2Magic = "BZh";
+// The keys of a row activity's user info that hold encoded content.
+constexpr std::array<const char*, 2> kContentKeys = {kActivityRecordKey, kIncidentListKey};
 
-bool isPacked(const Bytes& bytes) {
-  return std::ranges::equal(kBzip2Magic, std::span(bytes).first(std::min<std::size_t>(3, bytes.size())));
+bool beginsLikeBzip2(const Bytes& bytes) {
+  return bytes.size() >= kBzip2Magic.size() &&
+         std::equal(kBzip2Magic.begin(), kBzip2Magic.end(), bytes.begin());
 }
 
-Outcome<Bytes> unpacked(const std::string& name, Bytes packed) {
+Outcome<Bytes> decompressed(const std::string& name, const Bytes& compressed) {
   bz_stream stream{};
-  if (BZ2_bzDecompressInit(&stream, 0, 0) != BZ_OK) return failure(name, "", "no memory to unpack it");
-  stream.next_in = reinterpret_cast<char*>(packed.data());
-  stream.avail_in = static_cast<unsigned>(packed.size());
+  if (BZ2_bzDecompressInit(&stream, 0, 0) != BZ_OK) return failure(name, "", "no memory to decompress it");
+  stream.next_in = const_cast<char*>(reinterpret_cast<const char*>(compressed.data()));
+  stream.avail_in = static_cast<unsigned>(compressed.size());
   Bytes bytes;
   std::array<char, 65536> buffer{};
   int status = BZ_OK;
@@ -43,7 +44,7 @@ Outcome<Bytes> unpacked(const std::string& name, Bytes packed) {
   }
   BZ2_bzDecompressEnd(&stream);
   if (status == BZ_STREAM_END) return bytes;
-  if (bytes.size() > kLargestRecord) return failure(name, "", "unpacks to more than any record");
+  if (bytes.size() > kLargestRecord) return failure(name, "", "it unpacks to more than any record");
   return failure(name, "",
                  status == BZ_OK ? "the compressed data is cut short" : "the compressed data is damaged");
 }
@@ -68,28 +69,37 @@ std::optional<StoredIncidents> incidentsIn(const Bytes& bytes, KeyedArchiver& ar
   return incidents;
 }
 
-}  // namespace
+using SharedActivity = std::shared_ptr<const RovaActivity>;
 
-Outcome<HandedOver> handedOver(const std::string& name, Bytes bytes, KeyedArchiver& archiver) {
-  if (isPacked(bytes)) {
-    auto whole = unpacked(name, std::move(bytes));
-    if (!whole) return whole.error();
-    bytes = std::move(*whole);
-  }
-  if (auto incidents = incidentsIn(bytes, archiver)) return HandedOver(std::move(*incidents));
+Outcome<OpenedContent> decodeUncompressed(const std::string& name, const Bytes& bytes,
+                                          KeyedArchiver& archiver) {
+  if (auto incidents = incidentsIn(bytes, archiver)) return OpenedContent(std::move(*incidents));
   if (bytes.empty()) return failure(name, "", "it is empty");
-  auto activity = messageWithData<RovaActivity>(bytes);
-  if (!activity) return failure(name, "", "neither an activity record nor an incident list");
-  return HandedOver(std::shared_ptr<const RovaActivity>(std::move(activity)));
+  auto record = messageWithData<RovaActivity>(bytes);
+  if (!record) return failure(name, "", "it is neither an activity record nor an incident list");
+  return OpenedContent(SharedActivity(std::move(record)));
 }
 
-Outcome<Bytes> bytesCarriedBy(const UserActivity& activity) {
-  for (const char* const key : kByteKeys) {
+}  // namespace
+
+Outcome<OpenedContent> decodeOpenedContent(const std::string& name, const Bytes& bytes,
+                                           KeyedArchiver& archiver) {
+  if (bytes.empty()) return failure(name, "", "it is empty");
+  if (!beginsLikeBzip2(bytes)) return decodeUncompressed(name, bytes, archiver);
+  const auto content = decompressed(name, bytes);
+  if (content) return decodeUncompressed(name, *content, archiver);
+  // These three bytes are also a field of a record: number 8, of 90 bytes, the first of them "h".
+  if (auto record = messageWithData<RovaActivity>(bytes)) return OpenedContent(SharedActivity(record));
+  return content.error();
+}
+
+Outcome<Bytes> contentBytes(const UserActivity& activity) {
+  for (const char* const key : kContentKeys) {
     const auto entry = activity.userInfo.find(key);
     const auto* const bytes = entry == activity.userInfo.end() ? nullptr : entry->second.get<Bytes>();
     if (bytes) return *bytes;
   }
-  return failure(activity.activityType, "", "carries neither a record nor an incident list");
+  return failure(activity.activityType, "", "it carries neither a record nor an incident list");
 }
 
 }  // namespace linewatch

@@ -15,13 +15,16 @@ namespace linewatch {
 
 using StoredIncidents = std::vector<std::shared_ptr<const TransitStorageIncident>>;
 
-/// What a row hands to the companion application: the activity record of a line, or a list of incidents.
-using HandedOver = std::variant<std::shared_ptr<const RovaActivity>, StoredIncidents>;
+/// What a row gives the companion application to show: the activity record of a line, or a list of incidents.
+using OpenedContent = std::variant<std::shared_ptr<const RovaActivity>, StoredIncidents>;
 
-/// Decodes a record, compressed or not, or an archived list. `name` is what errors call the bytes.
-Outcome<HandedOver> handedOver(const std::string& name, Bytes bytes, KeyedArchiver& archiver);
+/// Decodes an activity record, compressed with bzip2 or not, or an archived incident list. `name` names the
+/// bytes in errors. A record whose first bytes look like bzip2's "BZh" but that bzip2 refuses is read as an
+/// uncompressed record.
+Outcome<OpenedContent> decodeOpenedContent(const std::string& name, const Bytes& bytes,
+                                           KeyedArchiver& archiver);
 
-/// The bytes that an activity of a row carries, still packed; an error when it carries none.
-Outcome<Bytes> bytesCarriedBy(const UserActivity& activity);
+/// The encoded bytes in a row's activity, which may be compressed; an error when it has none.
+Outcome<Bytes> contentBytes(const UserActivity& activity);
 
 }  // namespace linewatch

@@ -26,7 +26,7 @@ Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
   return StateDirectories::fromEnvironment(processEnvironment);
 }
 
-/// A run without saved state records nothing.
+/// Records nothing: for a run without saved state.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
   void captureUserAction(std::string_view, std::int64_t, const std::optional<std::string>&) override {}
@@ -47,7 +47,7 @@ std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved) {
 
 }  // namespace
 
-/// The roles that take nothing of the platform's but what is made before them.
+/// The roles that need only those members of the platform that are declared before `roles_`.
 struct DesktopPlatform::Roles {
   Roles(DesktopPlatform& platform, const UserLocale& locale)
       : localization(locale),
@@ -93,7 +93,7 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
     : settings_(std::move(settings)),
       log_(settings_.verbose),
       mainLoop_(settings_.now,
-                settings_.nowStandsStill ? QtMainLoop::Clock::standsStill : QtMainLoop::Clock::goesOn),
+                settings_.isTimeFrozen ? QtMainLoop::Clock::frozen : QtMainLoop::Clock::running),
       systemController_(settings_.openActivity),
       device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {}
@@ -105,7 +105,7 @@ std::optional<Error> DesktopPlatform::open() {
     const auto directories = directoriesFor(settings_);
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_);
-    if (settings_.mainThreadHurries) saved_->database()->hurryOnThisThread();
+    if (settings_.isInteractive) saved_->database()->hurryOnThisThread();
   }
   documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });
@@ -123,7 +123,7 @@ UserFavorites DesktopPlatform::chosenFavorites() const {
   return {saved_->database(), settings_.sampleCity};
 }
 
-/// No connection is to blame for what goes wrong with files.
+/// Files cannot fail because of the network, so the connection is only diagnosed when a feed is on a server.
 ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
   const auto feeds = roles_->feeds->feeds();
   const bool asksServers = std::ranges::any_of(
@@ -132,7 +132,8 @@ ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
 }
 
 void DesktopPlatform::finishBackgroundWork() {
-  // Favourites that have been read are looked up next.
+  // Favourites that were read on this queue are looked up by the transit service next, so the queue ends
+  // first.
   roles_->favoritesQueue->finish();
   roles_->transitService.finish();
 }

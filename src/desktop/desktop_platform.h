@@ -23,25 +23,25 @@
 
 namespace linewatch::desktop {
 
-/// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, under a
+/// The real platform: Qt's main loop, open feeds, SQLite and ICU. To be made on the main thread, after a
 /// QCoreApplication.
 class DesktopPlatform final : public Platform {
  public:
-  /// Fails when it is not known where the saved state lies. Reads nothing of it yet, so no feed is followed.
+  /// Fails when the folder for saved state is not known. Reads no saved state yet, and follows no feed.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 
-  /// Waits for what other threads do, and starts nothing more on them. They may need the platform installed,
-  /// so this comes before it is taken away.
+  /// Waits for the background threads, which start nothing new after that. They may use the installed
+  /// platform, so this must be called before another one is installed.
   void finishBackgroundWork();
-  /// Ends what other threads fetch from servers, for whom nobody waits any longer.
+  /// Stops downloads that nobody waits for any longer.
   void stopFetching() { documents_->stopFetching(); }
 
   TransitFeeds& feeds();
   const UserFavorites& favorites() const;
-  /// What is kept on this machine; null in a run without saved state.
+  /// The saved state; null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
-  /// True until the user has added a feed; as of the last look-up.
+  /// True until the user has added a feed, as of the last look-up.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
 

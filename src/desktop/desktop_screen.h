@@ -15,8 +15,8 @@ class TextEngine;
 
 namespace linewatch::desktop {
 
-/// What it takes to show views on this desktop. A part of its own because loading it takes longer than most
-/// runs of the program do. Main thread.
+/// The roles that only views need. They are separate because loading Qt's drawing libraries takes longer than
+/// most commands run. Main thread.
 class DesktopScreen {
  public:
   virtual ~DesktopScreen() = default;

@@ -14,9 +14,9 @@
 
 namespace linewatch::desktop {
 
-/// What a run of the program is told.
+/// The settings of one run of the program.
 struct DesktopSettings {
-  /// A run without saved state on one feed.
+  /// One feed that is given on the command line, for a run without saved state.
   struct GivenFeed {
     std::string gtfs;
     std::string alerts;
@@ -25,22 +25,22 @@ struct DesktopSettings {
   };
 
   std::optional<GivenFeed> given;
-  /// The folder of all saved state; absent: the user's own folders.
+  /// The folder for all saved state; absent: the user's XDG folders.
   std::optional<std::filesystem::path> stateFolder;
-  /// Where the sample city lies, which is shown until a feed is added.
+  /// The sample city's folder. The sample city is shown until the user adds a feed.
   std::filesystem::path sampleCity;
   std::optional<Date> now;
-  /// Whether `now` remains the time for as long as the program runs, as for a list that is made once.
-  bool nowStandsStill = false;
+  /// Whether the clock stays at `now`, as for a list that is printed once. Otherwise it goes on from there.
+  bool isTimeFrozen = false;
   UserLocale locale;
   bool verbose = false;
-  /// Whether a person waits for the main thread, which then waits for other programs only for as long as
-  /// nobody notices.
-  bool mainThreadHurries = false;
-  /// Values in front of the companion application's preferences, for this run.
+  /// Whether a person uses the main thread, as in the panel. It then waits for a locked database only
+  /// briefly.
+  bool isInteractive = false;
+  /// Values that override the companion application's preferences in this run.
   Dictionary preferences;
   CompanionController::Opener openActivity;
-  /// Null for a run that shows no views and so never asks for the roles of a screen.
+  /// Null for a run without views, which never asks for the roles of a screen.
   std::shared_ptr<DesktopScreen> screen;
 };
 

@@ -18,7 +18,7 @@ std::vector<std::string> fieldsOf(const std::string& line) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-/// Calls `matches` with the fields of each line until it says yes.
+/// Whether `matches` accepts the fields of any line.
 template <class Matches>
 bool anyLine(const std::filesystem::path& file, Matches matches) {
   std::ifstream stream(file);
@@ -28,19 +28,20 @@ bool anyLine(const std::filesystem::path& file, Matches matches) {
   return false;
 }
 
-/// Whether a route with these flags, in hexadecimal, is up and sends anything on.
+/// Whether a route with these hexadecimal flags is up and does not reject packets.
 bool isOpen(const std::string& flags) {
   constexpr unsigned long kUp = 1;
   constexpr unsigned long kReject = 0x200;
   return (std::strtoul(flags.c_str(), nullptr, 16) & (kUp | kReject)) == kUp;
 }
 
-// "eth0 00000000 0102A8C0 0003 0 0 100 00000000 …": interface, destination, gateway, flags, …, mask.
+// For example "eth0 00000000 0102A8C0 0003 0 0 100 00000000 …": interface, destination, gateway, flags, …,
+// mask.
 bool leadsAnywhere(const std::vector<std::string>& fields) {
   return fields.size() > 7 && fields[1] == "00000000" && fields[7] == "00000000" && isOpen(fields[3]);
 }
 
-// Destination, its prefix length, source, its prefix length, next hop, metric, two counts, flags, interface.
+// Destination, prefix length, source, prefix length, next hop, metric, two counts, flags, interface.
 bool leadsAnywhereIPv6(const std::vector<std::string>& fields) {
   return fields.size() > 9 && fields[0] == std::string(32, '0') && fields[1] == "00" && fields[9] != "lo" &&
          isOpen(fields[8]);

@@ -7,25 +7,25 @@
 
 namespace linewatch {
 
-/// Where the kernel tells how the machine is connected.
+/// The files in which the kernel describes the machine's connections.
 struct NetworkFiles {
   std::filesystem::path routes = "/proc/net/route";
   std::filesystem::path ipv6Routes = "/proc/net/ipv6_route";
-  /// A folder for each radio; not there where the machine has none.
+  /// Has a folder for each radio; absent on a machine without radios.
   std::filesystem::path radios = "/sys/class/rfkill";
 };
 
-/// Why a server cannot be reached, as far as this machine is to blame: no internet connection when there is
-/// no route that leads anywhere, airplane mode when besides every radio that could carry one is switched off.
-/// Takes no time to speak of and asks nobody outside of the machine.
+/// Why servers cannot be reached, if the reason is on this machine: no internet connection when there is no
+/// default route; airplane mode when also every radio that could carry one is switched off. Quick, and
+/// contacts no other machine.
 ConnectionFailureDiagnosis diagnoseConnection(const NetworkFiles& files = {});
 
-/// Tells the return of a connection from what is seen of it now and then.
+/// Detects that a connection has returned, from its state at different times.
 class ConnectionReturn {
  public:
   explicit ConnectionReturn(bool isConnected) : wasConnected_(isConnected) {}
 
-  /// Whether it is there and was not the last time.
+  /// Whether the machine is connected now but was not at the last call.
   bool isBack(bool isConnected) { return !std::exchange(wasConnected_, isConnected) && isConnected; }
 
  private:

@@ -7,11 +7,11 @@
 
 namespace linewatch {
 
-/// A desktop computer: whoever can see the widget has unlocked it, and it has none of the capabilities that
-/// only some hand-held devices have.
+/// A desktop computer: unlocked whenever someone can see the widget, and without the capabilities that only
+/// some hand-held devices have.
 class DesktopDevice final : public Device {
  public:
-  /// `diagnose` says how the connection is at the moment; without one nothing is known.
+  /// `diagnose` gives the present state of the connection; when empty, it is unknown.
   explicit DesktopDevice(std::function<ConnectionFailureDiagnosis()> diagnose)
       : diagnose_(std::move(diagnose)) {}
 

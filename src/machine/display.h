@@ -4,8 +4,8 @@
 
 namespace linewatch {
 
-/// Whether a window could be shown: the environment names a display, and where that is one of this machine it
-/// answers. Qt would end the process where there is none.
+/// Whether a window can be shown: the environment names a display, and if it is on this machine, it answers.
+/// Qt would end the process without one.
 bool hasDisplay(const Environment& environment);
 
 }  // namespace linewatch

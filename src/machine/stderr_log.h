@@ -1,18 +1,14 @@
 #pragma once
 
 #include <cstdio>
-#include <string>
 
 #include "platform/log.h"
 
 namespace linewatch {
 
-/// The text as one line that a terminal prints and does not obey.
-std::string plainLine(std::string text);
-
-/// Writes each line as "linewatch: TEXT" to standard error: errors always, with private arguments left out;
-/// when verbose, lines of every level with all their arguments. What controls a terminal is replaced, so that
-/// a feed's text cannot.
+/// Writes each message as one line, "linewatch: TEXT", to standard error. Errors are always written, without
+/// their private arguments. When verbose, messages of every level are written with all their arguments. Each
+/// line is a terminalLine, since feeds and file names appear in messages. Any thread.
 class StderrLog final : public Log {
  public:
   explicit StderrLog(bool isVerbose, std::FILE* stream = stderr) : isVerbose_(isVerbose), stream_(stream) {}

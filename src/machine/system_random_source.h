@@ -6,7 +6,7 @@
 
 namespace linewatch {
 
-/// The system's own random numbers.
+/// Random numbers from the operating system.
 class SystemRandomSource final : public RandomSource {
  public:
   std::uint32_t next() override { return device_(); }

@@ -18,7 +18,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// The panel in a process of its own, without a display, saying on standard error what it does.
+/// The panel in a process of its own, without a display. It logs to standard error what it does.
 class PanelProcess {
  public:
   explicit PanelProcess(const std::string& stateFolder) {
@@ -45,7 +45,7 @@ class PanelProcess {
   PanelProcess(const PanelProcess&) = delete;
   PanelProcess& operator=(const PanelProcess&) = delete;
 
-  /// Waits until a line with the words comes; false when the process has ended without it.
+  /// Waits for a log line with these words; false when the process ends without one.
   bool says(const std::string& words) {
     char line[4096];
     while (std::fgets(line, sizeof line, said_)) {
@@ -53,7 +53,8 @@ class PanelProcess {
     }
     return false;
   }
-  /// The status that it ended with, or 128 and the signal's number.
+  /// Sends the signal and returns the exit status, or 128 and the number of the signal that ended the
+  /// process.
   int end(int signal) {
     kill(process_, signal);
     int status = 0;
@@ -66,8 +67,8 @@ class PanelProcess {
   std::FILE* said_ = nullptr;
 };
 
-// Not before it lies in the file.
-constexpr const char* kSaves = "kept for the next start";
+// Logged once the list is in the file.
+constexpr const char* kSaves = "is saved for the next start";
 constexpr const char* kLoads = "View model loaded";
 constexpr const char* kFetches = "Received 7 line items";
 
@@ -78,7 +79,7 @@ class PanelProcessTest : public testing::Test {
   TemporaryFolder folder_;
 };
 
-TEST_F(PanelProcessTest, HasItsLastListAgainAfterItWasKilled) {
+TEST_F(PanelProcessTest, RestoresItsListAfterItWasKilled) {
   PanelProcess first(folder_ / "state");
   ASSERT_TRUE(first.says(kSaves));
   EXPECT_EQ(first.end(SIGKILL), 128 + SIGKILL);
@@ -88,10 +89,10 @@ TEST_F(PanelProcessTest, HasItsLastListAgainAfterItWasKilled) {
   EXPECT_THAT(analytics(), HasSubstr("shown for"));
 }
 
-TEST_F(PanelProcessTest, TwoShareOneStateFolder) {
+TEST_F(PanelProcessTest, TwoPanelsShareAStateFolder) {
   PanelProcess first(folder_ / "state");
   PanelProcess second(folder_ / "state");
-  // Whichever comes second may find the other one's list, the same as its own, and has nothing to save then.
+  // The second panel may find the list that the first one saved, and then has nothing to save.
   ASSERT_TRUE(first.says(kFetches));
   ASSERT_TRUE(second.says(kFetches));
   EXPECT_EQ(first.end(SIGINT), 0);
@@ -101,7 +102,7 @@ TEST_F(PanelProcessTest, TwoShareOneStateFolder) {
   EXPECT_NE(recorded.find("shown for"), recorded.rfind("shown for")) << recorded;
 }
 
-TEST_F(PanelProcessTest, RecordsNothingOnceSwitchedOff) {
+TEST_F(PanelProcessTest, RecordsNothingWhenTurnedOff) {
   EXPECT_EQ(runProgram({"--state-dir", folder_ / "state", "analytics", "off"}).output, "Recording is off.\n");
   PanelProcess panel(folder_ / "state");
   ASSERT_TRUE(panel.says(kSaves));
@@ -117,11 +118,11 @@ TEST_F(PanelProcessTest, RecordsNothingOnceSwitchedOff) {
   EXPECT_THAT(analytics(), HasSubstr("Nothing has been recorded.\n"));
 }
 
-TEST_F(PanelProcessTest, WithoutADisplayTheListIsPrinted) {
+TEST_F(PanelProcessTest, PrintsTheListWithoutADisplay) {
   const auto run = runProgram({"--state-dir", folder_ / "state"});
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.output, HasSubstr("Advisories"));
-  EXPECT_EQ(run.errors, "linewatch: there is no display for the panel: this is its list\n");
+  EXPECT_EQ(run.errors, "linewatch: there is no display for the panel, so its list is printed\n");
   EXPECT_FALSE(std::filesystem::exists(folder_ / "state"));
 }
 

@@ -5,14 +5,14 @@
 
 namespace linewatch::app {
 
-/// What a run of the program left behind.
+/// The result of one run of the program.
 struct ProgramRun {
   int status = -1;
   std::string output;
   std::string errors;
 };
 
-/// Runs the built program with an empty environment but for what `environment` says ("NAME=VALUE").
+/// Runs the built program. Its environment is empty except for `environment`, as "NAME=VALUE".
 ProgramRun runProgram(const std::vector<std::string>& arguments,
                       const std::vector<std::string>& environment = {});
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -5,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "app/alerts_by_hand.h"
+#include "app/encoded_alerts.h"
 #include "app/program_run.h"
 #include "temporary_folder.h"
 
@@ -37,13 +38,13 @@ class ProgramTest : public testing::Test {
   }
   void SetUp() override {
     folder_.write("gtfs/routes.txt", kRoutes);
-    folder_.write("alerts.pb", alerts(alert("a", "r1", "Strike")));
+    folder_.write("alerts.pb", alertsFeed(alertEntity("a", "r1", "Strike")));
   }
 
   TemporaryFolder folder_;
 };
 
-TEST_F(ProgramTest, ShowsTheSampleCityWithoutAnyConfigurationAndKeepsNothing) {
+TEST_F(ProgramTest, ShowsTheSampleCityWithoutConfigurationAndWritesNothing) {
   const auto run = runProgram(saved({"show", "--expanded"}));
   EXPECT_EQ(run.status, 0) << run.errors;
   EXPECT_THAT(run.output, AllOf(HasSubstr("[M1]"), HasSubstr("Good Service"), HasSubstr("made-up city")));
@@ -63,21 +64,21 @@ TEST_F(ProgramTest, ShowsAGivenFeed) {
   EXPECT_THAT(german.output, Not(HasSubstr("Good")));
 }
 
-TEST_F(ProgramTest, TheTimeThatIsGivenIsTheTimeOfTheWholeList) {
+TEST_F(ProgramTest, UsesTheGivenTimeForTheWholeList) {
   constexpr std::size_t kEightOClock = 1'795'507'200;
-  folder_.write("alerts.pb", alerts(alert("a", "r1", "Strike", until(kEightOClock)) +
-                                    alert("b", "r1", "Fog", until(kEightOClock - 1))));
+  folder_.write("alerts.pb", alertsFeed(alertEntity("a", "r1", "Strike", activeUntil(kEightOClock)) +
+                                        alertEntity("b", "r1", "Fog", activeUntil(kEightOClock - 1))));
   const auto run = runProgram(given({"--favorite", "r1", "--now", "2026-11-24T08:00:00Z", "show"}));
   EXPECT_THAT(run.output, AllOf(HasSubstr("Strike"), Not(HasSubstr("Fog")))) << run.errors;
 }
 
-TEST_F(ProgramTest, DrawsAlsoWhatTheWidgetStartsWith) {
+TEST_F(ProgramTest, DrawsAWidgetWithoutFavourites) {
   const auto run = runProgram(given({"render", "-o", folder_ / "none.svg"}));
   EXPECT_EQ(run.status, 0) << run.errors;
   EXPECT_TRUE(std::filesystem::exists(folder_ / "none.svg"));
 }
 
-TEST_F(ProgramTest, SaysWhatCannotBeLoadedAndStillShowsTheErrorRow) {
+TEST_F(ProgramTest, ExplainsAFailedLoadAndShowsTheErrorRow) {
   struct Row {
     const char *name, *file, *contents, *words;
   };
@@ -95,7 +96,7 @@ TEST_F(ProgramTest, SaysWhatCannotBeLoadedAndStillShowsTheErrorRow) {
   }
 }
 
-TEST_F(ProgramTest, MissesAFileThatIsNamedAlsoWithoutFavourites) {
+TEST_F(ProgramTest, FailsForAMissingFileAlsoWithoutFavourites) {
   for (const auto& [gtfs, alertsFile] :
        {std::pair{folder_ / "none", folder_ / "alerts.pb"}, {folder_ / "gtfs", folder_ / "none"}}) {
     for (const std::vector<std::string>& command :
@@ -149,7 +150,7 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
   }
 }
 
-TEST_F(ProgramTest, NoticesWhenWhatItPrintsIsLost) {
+TEST_F(ProgramTest, FailsWhenItsOutputCannotBeWritten) {
   std::string steps = R"({"do": "load"})";
   for (const std::size_t pages : {0, 50}) {
     for (std::size_t i = 0; i < pages; ++i) steps += R"(, {"do": "snapshot"})";
@@ -160,7 +161,7 @@ TEST_F(ProgramTest, NoticesWhenWhatItPrintsIsLost) {
   }
 }
 
-TEST_F(ProgramTest, KeepsFeedsAndFavourites) {
+TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
@@ -186,13 +187,34 @@ TEST_F(ProgramTest, KeepsFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
 
-TEST_F(ProgramTest, ChangesTheSampleCitysFavouritesFromWhatTheyAre) {
+TEST_F(ProgramTest, NoTextOfAFeedControlsTheTerminal) {
+  const std::string id = "\x1B\x07\xC2\x9B";
+  folder_.write("gtfs/routes.txt", "route_id,route_type\nr1,3\n" + id + ",3\n");
+  folder_.write("alerts.pb", alertsFeed(alertEntity("a", id, "Str\x1B[2Jike")));
+  const auto isSafe = [](const std::string& text) {
+    return std::ranges::all_of(text, [](char byte) { return byte == '\n' || (byte & 0xE0) != 0; }) &&
+           text.find("\xC2\x9B") == std::string::npos;
+  };
+  const std::string favorite = "town:" + id;
+  for (const std::vector<std::string>& words :
+       {saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}),
+        saved({"lines"}), saved({"favorites", "add", favorite}), saved({"favorites"}),
+        saved({"show", "--expanded"}), saved({"favorites", "add", favorite}),
+        saved({"favorites", "remove", favorite}), saved({"favorites", "remove", id})}) {
+    const auto run = runProgram(words);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_FALSE(run.output.empty());
+    EXPECT_TRUE(isSafe(run.output + run.errors)) << words.at(2) << ": " << run.output << run.errors;
+  }
+}
+
+TEST_F(ProgramTest, RemovesAFavouriteOfTheSampleCity) {
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "M1"})).output, "Removed M1\n");
   const auto list = runProgram(saved({"favorites"}));
   EXPECT_THAT(list.output, AllOf(HasSubstr("[7]"), Not(HasSubstr("[M1]")))) << list.errors;
 }
 
-TEST_F(ProgramTest, NoMadeUpCityStandsInForALostDatabase) {
+TEST_F(ProgramTest, DoesNotShowTheSampleCityAfterALostDatabase) {
   folder_.write("state/linewatch.sqlite", std::string(5000, 'x'));
   EXPECT_THAT(runProgram(saved({"show"})).errors, HasSubstr("is set aside as "));
   const auto again = runProgram(saved({"show"}));
@@ -206,7 +228,7 @@ TEST_F(ProgramTest, NoMadeUpCityStandsInForALostDatabase) {
   EXPECT_EQ(runProgram(saved({"show"})).status, 0);
 }
 
-TEST_F(ProgramTest, ADamagedCacheIsNoFailureBesideTheOneThatIsTold) {
+TEST_F(ProgramTest, LogsADamagedCacheOnlyWhenVerbose) {
   for (const char* verbose : {"", "--verbose"}) {
     folder_.write("state/cache/feeds.sqlite", std::string(5000, 'x'));
     std::vector<std::string> words =
@@ -221,8 +243,8 @@ TEST_F(ProgramTest, ADamagedCacheIsNoFailureBesideTheOneThatIsTold) {
   }
 }
 
-TEST_F(ProgramTest, FakeIncidentsCanBeSwitchedOnFromOutside) {
-  folder_.write("alerts.pb", alerts(""));
+TEST_F(ProgramTest, APreferenceTurnsOnFakeIncidents) {
+  folder_.write("alerts.pb", alertsFeed(""));
   const auto shown = [&](const std::string& value) {
     const auto run = runProgram(given({"--favorite", "r1", "--preference",
                                        "Rova.LineWatch.internal.injectFakeIncidents=" + value, "show"}));
@@ -230,7 +252,7 @@ TEST_F(ProgramTest, FakeIncidentsCanBeSwitchedOnFromOutside) {
     return run.output;
   };
   EXPECT_THAT(shown("false"), HasSubstr("Good Service"));
-  // Chance decides whether a line gets one; sixty-four times in a row it does not decide against it.
+  // A line gets a fake incident by chance; that none does in 64 attempts is practically impossible.
   bool isFaked = false;
   for (int attempt = 0; attempt < 64 && !isFaked; ++attempt) isFaked = shown("true").starts_with("[1]");
   EXPECT_TRUE(isFaked);

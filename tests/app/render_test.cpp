@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "app/alerts_by_hand.h"
+#include "app/encoded_alerts.h"
 #include "app/program_run.h"
 #include "temporary_folder.h"
 
@@ -32,7 +32,7 @@ std::uint32_t bigEndian(const std::string& bytes, std::size_t place) {
   return number;
 }
 
-/// What the PNG's header says; nothing where it is none.
+/// The size in the PNG's header; zero when the file is not a PNG.
 Pixels sizeOfPng(const std::string& file) {
   const std::string bytes = textIn(file);
   if (bytes.size() < 24 || !bytes.starts_with("\x89PNG")) return {};
@@ -43,13 +43,13 @@ class RenderTest : public testing::Test {
  protected:
   std::string picture() const { return folder_ / "widget.png"; }
 
-  /// Draws the sample city, or what the options say.
+  /// Draws the sample city, or the feed in the options.
   ProgramRun render(std::vector<std::string> options, const std::string& file) const {
     options.insert(options.begin(), {"--state-dir", folder_ / "state", "render", "-o", file});
     return runProgram(options);
   }
 
-  /// The size of a picture that was drawn without a word.
+  /// The size of the picture, which must be drawn without any output.
   Pixels sizeWith(const std::vector<std::string>& options) const {
     std::filesystem::remove(picture());
     const auto run = render(options, picture());
@@ -58,25 +58,26 @@ class RenderTest : public testing::Test {
     return sizeOfPng(picture());
   }
 
-  /// A city with these routes, each with an alert; options of a run with all of them as favourites.
+  /// Writes a city with this many routes, each with an alert, and returns the options of a run with all of
+  /// them as favourites.
   std::vector<std::string> city(int routes, const std::string& header) const {
     std::string table = "route_id,route_short_name,route_type\n", entities;
     std::vector<std::string> options{"--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"};
     for (int i = 0; i < routes; ++i) {
       const std::string id = "r" + std::to_string(i);
       table += id + "," + std::to_string(i) + ",3\n";
-      entities += alert("a" + std::to_string(i), id, header + std::to_string(i));
+      entities += alertEntity("a" + std::to_string(i), id, header + std::to_string(i));
       options.insert(options.end(), {"--favorite", id});
     }
     folder_.write("gtfs/routes.txt", table);
-    folder_.write("alerts.pb", alerts(entities));
+    folder_.write("alerts.pb", alertsFeed(entities));
     return options;
   }
 
   TemporaryFolder folder_;
 };
 
-TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
+TEST_F(RenderTest, OptionsDetermineThePicturesSize) {
   using Options = std::vector<std::string>;
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
   const std::string usual = textIn(picture());
@@ -96,7 +97,7 @@ TEST_F(RenderTest, APictureHasThePixelsOfItsOptions) {
   EXPECT_EQ(textIn(picture()), usual) << "the same again is the same file";
 }
 
-TEST_F(RenderTest, TheFilesNameSaysWhatItBecomes) {
+TEST_F(RenderTest, TheExtensionDeterminesTheFormat) {
   for (const auto& [name, words] : {std::pair{"widget.svg", "<svg"}, {"widget.pdf", "/MediaBox"}}) {
     EXPECT_EQ(render({"--expanded"}, folder_ / name).status, 0);
     EXPECT_THAT(textIn(folder_ / name), HasSubstr(words));
@@ -128,13 +129,13 @@ TEST_F(RenderTest, RefusesInOneLine) {
   EXPECT_EQ(runProgram({"render"}).status, 2);
 }
 
-TEST_F(RenderTest, AFileThatCannotBeReplacedIsLeftAsItWas) {
+TEST_F(RenderTest, AFailedRunLeavesTheFileUnchanged) {
   folder_.write("widget.png", "before");
   EXPECT_EQ(render({"--scale", "9"}, picture()).status, 2);
   EXPECT_EQ(textIn(picture()), "before");
 }
 
-TEST_F(RenderTest, DrawsTheErrorRowAndSaysWhatFailed) {
+TEST_F(RenderTest, DrawsTheErrorRowAndExplainsTheFailure) {
   folder_.write("gtfs/routes.txt", "route_id,route_short_name,route_type\nr0,1,3\n");
   const auto run =
       render({"--gtfs", folder_ / "gtfs", "--alerts", folder_ / "none.pb", "--favorite", "r0"}, picture());
@@ -143,13 +144,13 @@ TEST_F(RenderTest, DrawsTheErrorRowAndSaysWhatFailed) {
   EXPECT_EQ(sizeOfPng(picture()), (Pixels{718, 220}));
 }
 
-TEST_F(RenderTest, MoreRowsThanAPictureCanHoldAreCounted) {
+TEST_F(RenderTest, LeavesOutRowsBeyondTheLargestPicture) {
   std::vector<std::string> options = city(120, "Works on ");
   options.emplace_back("--expanded");
   EXPECT_EQ(sizeWith(options), (Pixels{718, 74 * 220}));
 }
 
-TEST_F(RenderTest, DrawsTextsOfAnyBytes) {
+TEST_F(RenderTest, DrawsHostileTexts) {
   std::string marks;
   while (marks.size() < 100'000) marks += "\u0301";
   for (const std::string& text : {marks, "e" + marks, std::string("\xED\xA0\x80\xED\xB0\x80\xFF\xC0"),

@@ -29,7 +29,7 @@ RVTransitListItem threeRows() {
            row(std::make_shared<const NamedImage>("good-v2"), "Good Service", "1 other line")}};
 }
 
-TEST(TerminalText, PlainTextKeepsTextsInOneColumnBesideTheShields) {
+TEST(TerminalText, AlignsTextsBesideTheShields) {
   EXPECT_EQ(terminalText(threeRows(), true, {}),
             "[M1]  Strike\n"
             "      No trains run before noon\n"
@@ -53,7 +53,7 @@ TEST(TerminalText, PaintsShieldsInTheLinesColours) {
   EXPECT_EQ(terminalShield(*shield("7", "nocolr"), {.colors = Colors::full}), "[7]");
 }
 
-TEST(TerminalText, MeasuresWhatATerminalShows) {
+TEST(TerminalText, MeasuresColumns) {
   EXPECT_EQ(terminalWidth("Zürich"), 6U);
   EXPECT_EQ(terminalWidth("e\u0301"), 1U);
   EXPECT_EQ(terminalWidth("銀座線"), 6U);

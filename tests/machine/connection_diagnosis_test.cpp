@@ -41,7 +41,7 @@ class ConnectionDiagnosisTest : public testing::Test {
   NetworkFiles files_{folder_.path() / "route", folder_.path() / "ipv6_route", folder_.path() / "rfkill"};
 };
 
-TEST_F(ConnectionDiagnosisTest, WithoutARouteThatLeadsAnywhereThereIsNoInternet) {
+TEST_F(ConnectionDiagnosisTest, WithoutADefaultRouteThereIsNoInternet) {
   EXPECT_EQ(diagnoseConnection(files_), noInternetConnection) << "nothing is known";
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
   EXPECT_EQ(diagnose(std::string(kLocalRoute) + kDefaultRoute), other);
@@ -64,7 +64,7 @@ TEST_F(ConnectionDiagnosisTest, IsInAirplaneModeWhenEveryRadioIsOff) {
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
 }
 
-TEST(ConnectionReturnTest, IsToldOnceForEachTimeThatTheConnectionWasGone) {
+TEST(ConnectionReturnTest, IsReportedOncePerInterruption) {
   ConnectionReturn connection(true);
   EXPECT_FALSE(connection.isBack(true)) << "it never went";
   EXPECT_FALSE(connection.isBack(false));

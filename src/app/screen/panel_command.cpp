@@ -19,29 +19,29 @@ namespace {
 
 constexpr std::array kEndingSignals = {SIGTERM, SIGINT, SIGHUP};
 
-// What a signal handler can reach.
+// A global, because a signal handler reaches nothing else.
 volatile std::sig_atomic_t endingDescriptor = -1;
 
-/// A signal that the program was started to ignore it goes on to ignore.
+/// Installs the handler, unless the program was started with the signal ignored.
 void handleUnlessIgnored(int signal, void (*handler)(int)) {
   if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
-/// Ending may take a while: a user who does not care to wait presses Ctrl+C again.
+/// A second Ctrl+C ends the program at once, because an orderly end may take a while.
 void endAtOnceAtInterrupt() { handleUnlessIgnored(SIGINT, SIG_DFL); }
 
 void askForEnd(int) {
   const int error = errno;
   const std::uint64_t once = 1;
-  // Fails only where it has been asked for already.
+  // Fails only when the end has been requested already.
   [[maybe_unused]] const ssize_t written = ::write(endingDescriptor, &once, sizeof once);
   endAtOnceAtInterrupt();
   errno = error;
 }
 
-/// Ends the application in good order when the desktop session ends, or at Ctrl+C: the widget disappears, and
-/// saves what it shows. The signals are handled, not blocked: what the panel starts would inherit that. One
-/// on the process.
+/// Quits the application in an orderly way on SIGTERM, SIGINT and SIGHUP, so that the widget disappears and
+/// saves its list. The signals are handled rather than blocked, because child processes would inherit a
+/// blocked signal. One per process.
 class EndOnSignals {
  public:
   EndOnSignals() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
@@ -90,13 +90,13 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   std::unique_ptr<Panel> shown;
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;
-    adjusted.mainThreadHurries = true;
+    adjusted.isInteractive = true;
     adjusted.openActivity = [&shown](const UserActivity& activity, const OpenHandler& done) {
       shown->companion().openActivity(activity, done);
     };
   });
   if (!session) return refused(session.error());
-  // The panel shows an error itself, and goes on once it has passed.
+  // An error is not reported here: the panel shows it, and recovers when it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
   shown = std::make_unique<Panel>(**session, *screen, locale, command.companion, options.maxRows);
   shown->window().show();

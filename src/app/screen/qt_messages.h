@@ -2,8 +2,8 @@
 
 namespace linewatch::app {
 
-/// From now on what Qt has to say goes to the log, where it is seen when that is verbose: a missing folder of
-/// the session is nothing that the user of a picture needs to know. What ends the process is always said.
+/// Sends Qt's messages to the log. They are shown only when it is verbose, because most concern developers,
+/// such as a missing runtime folder. A message that ends the process is always shown.
 void logQtMessages(bool isVerbose);
 
 }  // namespace linewatch::app

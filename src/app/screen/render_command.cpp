@@ -24,17 +24,17 @@ desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const Us
   return settings;
 }
 
-/// Shows the widget until its first fetch has ended.
+/// Makes the widget appear, and waits until its first fetch has ended.
 void showUntilFetched(RVTransitIncidentsViewController& controller) {
   QEventLoop loop;
   controller.viewWillAppear(false);
-  // Joins the fetch that appearing starts.
+  // The update joins the fetch that appearing has started.
   controller.widgetPerformUpdateWithCompletionHandler([&](WidgetUpdateResult) { loop.quit(); });
   loop.exec();
 }
 
-/// The widget names its preferred size only when its list changes: not for one without favourites, which is
-/// what it starts with.
+/// The widget announces its preferred size only when its list changes, which it does not without favourites.
+/// So the data source is asked.
 Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maximum) {
   const auto& dataSource = *controller.dataSource();
   return dataSource.preferredContentSizeForExpanded(dataSource.isExpanded(), maximum);
@@ -42,7 +42,7 @@ Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maxi
 
 std::optional<Error> failureOf(Session& session, const RVTransitIncidentsViewController& controller) {
   const auto& result = controller.transitLineItemResult();
-  return result && result->error() ? result->error() : session.faultOfUnusedFeed();
+  return result && result->error() ? result->error() : session.unusedFeedError();
 }
 
 Report draw(RVTransitIncidentsViewController& controller, const Size& size, const RenderCommand& command) {
@@ -69,7 +69,7 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
       compact, desktop::tallestPicture(command.width, command.scale), mode, options.maxRows);
   const auto controller = RVTransitIncidentsViewController::make(host, compact);
   showUntilFetched(*controller);
-  // Only a list that has rows for it can be told to expand.
+  // The widget can be expanded only now that its list is known.
   const Size maximum = host->maximumSizeForDisplayMode(mode);
   controller->widgetActiveDisplayModeDidChange(mode, maximum);
   const Report drawn = draw(*controller, sizeOf(*controller, maximum), command);

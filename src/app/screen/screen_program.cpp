@@ -18,7 +18,7 @@ struct Dispatch {
   Report operator()(const PanelCommand& command) const { return panel(options, command); }
   template <class Other>
   Report operator()(const Other&) const {
-    return refused(failure("linewatch-screen", "", "draws and does nothing else: use linewatch"));
+    return refused(failure("linewatch-screen", "", "it only draws; use linewatch for this command"));
   }
 };
 

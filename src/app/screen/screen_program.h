@@ -2,7 +2,7 @@
 
 namespace linewatch::app {
 
-/// Runs the commands that draw, with the command line of the program, and gives the exit status.
+/// Runs the commands that draw, and returns the exit status. The arguments are those of linewatch.
 int runOnScreen(int argc, char** argv);
 
 }  // namespace linewatch::app

@@ -7,12 +7,12 @@
 
 namespace linewatch::app {
 
-/// A host that shows the widget once: every row as high as the compact widget, and as many rows as there is
-/// room for. It opens nothing.
+/// A host for a picture of the widget: every row is as high as the compact widget, and there are as many rows
+/// as fit. It opens no URLs.
 class StillHost final : public ExtensionContext {
  public:
-  /// `compact` is the size of the compact widget, in points; `maxHeight` what the rows may not exceed;
-  /// `maxRows` 0 for as many as fit.
+  /// `compact`: the size of the compact widget in points. `maxHeight`: the most height of all rows in points.
+  /// `maxRows`: 0 for as many as fit.
   StillHost(const Size& compact, double maxHeight, WidgetDisplayMode mode, std::uint64_t maxRows)
       : compact_(compact), mode_(mode) {
     const auto fitting = std::max<std::uint64_t>(1, static_cast<std::uint64_t>(maxHeight / compact.height));

@@ -6,10 +6,10 @@
 
 namespace linewatch::desktop {
 
-/// Calls `changed` soon after files in the folder have come, gone or been replaced, once for what happens
-/// together, as long as `owner` lives. Of what is only written into a file, and after the folder itself has
-/// gone, it tells nothing; nor when there is no such folder. Sleeps in between. Needs a QCoreApplication;
-/// main thread.
+/// Calls `changed` shortly after files in the folder were created, removed or replaced: once for changes
+/// within 100 ms. Watches as long as `owner` lives. Writes into an existing file are not seen, nor anything
+/// after the folder itself is removed. Does nothing if there is no such folder. Does not poll. Needs a
+/// QCoreApplication; main thread.
 void watchFolder(QObject& owner, const std::filesystem::path& folder, std::function<void()> changed);
 
 }  // namespace linewatch::desktop

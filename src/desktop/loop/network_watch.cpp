@@ -16,8 +16,8 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// The kernel's news of routes that came or went: what tells of a connection on every machine, whatever
-/// manages it there. Negative where the kernel tells nothing.
+/// A socket on which the kernel announces new and removed routes; this works on every machine, whatever
+/// manages its network. Negative when the kernel offers none.
 int openRouteNews() {
   const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
   sockaddr_nl address{};
@@ -29,7 +29,8 @@ int openRouteNews() {
   return -1;
 }
 
-/// What the news say matters less than that there were some, which may also be lost.
+/// The contents of the announcements are not needed: each only means that the connection is worth checking.
+/// Some may be lost.
 void discardNews(int descriptor) {
   std::array<char, 8192> news{};
   while (recv(descriptor, news.data(), news.size(), 0) > 0) {

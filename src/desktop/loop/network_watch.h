@@ -5,8 +5,9 @@
 
 namespace linewatch::desktop {
 
-/// Calls `returned` whenever the machine has the internet again after it had not, as long as `owner` lives.
-/// Never where the system does not tell. Needs a QCoreApplication; main thread.
+/// Calls `returned` whenever the machine has an internet connection again after it had none, as long as
+/// `owner` lives. Never called where the kernel does not announce routes. Needs a QCoreApplication; main
+/// thread.
 void watchNetwork(QObject& owner, std::function<void()> returned);
 
 }  // namespace linewatch::desktop

@@ -21,13 +21,13 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Beyond this a timer is as good as never due; it keeps the kernel's arithmetic far from its limits.
+// A longer timer never fires in practice. The limit keeps the kernel's arithmetic far from overflow.
 constexpr Seconds kLongestInterval{100.0 * 365 * 86400};
 constexpr Seconds kShortestRepeat{0.001};
 
 Seconds orderly(Seconds interval, bool repeats) {
   const Seconds shortest = repeats ? kShortestRepeat : Seconds(0);
-  // Written so that a NaN is the shortest.
+  // The comparison makes NaN the shortest interval.
   return interval > shortest ? std::min(interval, kLongestInterval) : shortest;
 }
 
@@ -40,11 +40,12 @@ timespec toTimespec(Seconds time) {
 
 }  // namespace
 
-/// The scheduled timers by their turn, and the kernel's timer that wakes the loop for the first.
+/// The scheduled timers in the order in which they fire, and the kernel timer that wakes the loop for the
+/// first.
 struct QtMainLoop::Timers {
   Timers() : descriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
     if (descriptor >= 0) return;
-    // The platform whose log would be asked is only being made.
+    // The platform's log cannot be used: the platform is still being made.
     const std::string why = std::generic_category().message(errno);
     StderrLog(false).write({LogLevel::error, kLogCategory, "there is no timer to be had: %@", {why}});
     std::abort();
@@ -106,7 +107,7 @@ class QtTimer final : public Timer, public std::enable_shared_from_this<QtTimer>
     const Seconds shared{std::ceil(due_.count())};
     return shared - due_ <= tolerance_ ? shared : due_;
   }
-  // A loop that was held up fires a repeating timer once, not once for every turn missed.
+  // After a delay a repeating timer fires once, not once for every interval that was missed.
   void skipTo(Seconds now) {
     const double missed = std::floor((now - due_) / *repeatsEvery_);
     due_ += *repeatsEvery_ * (std::max(missed, 0.0) + 1);
@@ -141,7 +142,7 @@ Seconds QtMainLoop::uptime() {
 }
 
 Date QtMainLoop::now() const {
-  if (startsAt_ && clock_ == Clock::standsStill) return *startsAt_;
+  if (startsAt_ && clock_ == Clock::frozen) return *startsAt_;
   if (startsAt_) return *startsAt_ + (uptime() - madeAt_);
   return std::chrono::time_point_cast<Seconds>(std::chrono::system_clock::now());
 }
@@ -170,7 +171,7 @@ void QtMainLoop::fireDueTimers() {
   std::uint64_t expirations = 0;
   [[maybe_unused]] const auto size = read(timers_->descriptor, &expirations, sizeof expirations);
   const Seconds now = uptime();
-  // What an action schedules waits for the next turn, so that actions cannot keep the loop from its other
+  // A timer that an action schedules waits for the next turn, so that actions cannot starve the loop's other
   // work.
   const std::uint64_t scheduledBefore = timers_->scheduledCount;
   const std::shared_ptr<Timers> timers = timers_;

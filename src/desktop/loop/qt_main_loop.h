@@ -14,25 +14,25 @@ class QSocketNotifier;
 
 namespace linewatch::desktop {
 
-/// The main loop over Qt's, which must run on the thread that made this object, under a QCoreApplication.
+/// The main loop, on Qt's event loop. Qt's loop must run on the thread that made this object, under a
+/// QCoreApplication.
 ///
-/// All timers share one timer of the kernel, on the clock that goes on while the machine sleeps: what became
-/// due in its sleep fires when it wakes, and an idle loop wakes for nothing. A timer never fires early. One
-/// whose tolerance allows it fires on a whole second of that clock, together with the others.
+/// All timers share one kernel timer on a clock that also counts while the machine sleeps: timers that came
+/// due during sleep fire when the machine wakes, and an idle loop never wakes up. A timer never fires early.
+/// If its tolerance allows, it fires on a whole second of that clock, together with other timers.
 class QtMainLoop final : public MainLoop {
  public:
-  /// What the clock does that starts at a time of its own.
-  enum class Clock { goesOn, standsStill };
+  /// Whether a clock with a start time of its own goes on from there.
+  enum class Clock { running, frozen };
 
-  /// With `startsAt` the clock shows that time now, in place of the machine's.
-  explicit QtMainLoop(std::optional<Date> startsAt = std::nullopt, Clock clock = Clock::goesOn);
+  /// With `startsAt` the clock shows that time now, instead of the machine's.
+  explicit QtMainLoop(std::optional<Date> startsAt = std::nullopt, Clock clock = Clock::running);
   ~QtMainLoop() override;
 
   Date now() const override;
   bool isMainThread() const override;
   void dispatchAsync(std::function<void()> action) override;
-  /// An interval below zero, or that is no number, counts as zero; repeats of less than a millisecond count
-  /// as one.
+  /// A negative interval or NaN counts as zero. Repeats of less than a millisecond count as one millisecond.
   std::shared_ptr<Timer> scheduleTimer(Seconds interval, bool repeats, std::function<void()> action) override;
 
  private:
@@ -47,7 +47,7 @@ class QtMainLoop final : public MainLoop {
   std::optional<Date> startsAt_;
   Clock clock_;
   Seconds madeAt_;
-  /// Shared so that a timer that outlives the loop can tell.
+  /// Shared, so that a timer that outlives the loop notices it.
   std::shared_ptr<Timers> timers_;
   std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -13,7 +13,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// "rova://?t=r" is for those who have no favourites yet; the session may come along in either.
+/// "rova://?t=r" is the URL for users without favourites. Either URL may also carry the session.
 bool isAboutFavorites(const URL& url) {
   const QUrl parsed(QString::fromStdString(url.absoluteString));
   if (parsed.scheme() != QString::fromUtf8(kCompanionScheme.data(), kCompanionScheme.size())) return false;
@@ -50,9 +50,9 @@ std::optional<Error> Companion::open(const URL& url) {
 
 std::optional<Error> Companion::open(const UserActivity& activity) {
   if (command_.isSet()) return command_.open(activity);
-  auto bytes = bytesCarriedBy(activity);
+  const auto bytes = contentBytes(activity);
   if (!bytes) return bytes.error();
-  const auto what = handedOver(activity.activityType, std::move(*bytes), platform().keyedArchiver());
+  const auto what = decodeOpenedContent(activity.activityType, *bytes, platform().keyedArchiver());
   if (!what) return what.error();
   const auto* const record = std::get_if<std::shared_ptr<const RovaActivity>>(&*what);
   if (record && !(*record)->lineItem()) return failure(activity.activityType, "", "its record has no line");

@@ -19,7 +19,7 @@ using desktop::click;
 using testing::ElementsAre;
 using testing::Field;
 
-/// The whole program but for its process: the sample city, a state folder, threads and windows.
+/// The whole program except for its process: the sample city, a state folder, threads and windows.
 class PanelRunTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -31,7 +31,7 @@ class PanelRunTest : public testing::Test {
   void start() {
     auto session = Session::open(options_, [this](desktop::DesktopSettings& settings) {
       settings.screen = screen_;
-      settings.mainThreadHurries = true;
+      settings.isInteractive = true;
       settings.openActivity = [this](const UserActivity& activity, const OpenHandler& done) {
         panel_->companion().openActivity(activity, done);
       };
@@ -47,7 +47,7 @@ class PanelRunTest : public testing::Test {
   }
   ~PanelRunTest() override { end(); }
 
-  /// Waits for what other threads answer.
+  /// Runs the event loop until the condition holds.
   template <class Condition>
   static void waitUntil(Condition condition) {
     while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -73,7 +73,7 @@ class PanelRunTest : public testing::Test {
   std::unique_ptr<Panel> panel_;
 };
 
-TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
+TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   panel_->window().show();
   waitUntil([this] { return nameOf(0) == "4 Advisories"; });
   panel_->window().setExpanded(true);
@@ -102,7 +102,7 @@ TEST_F(PanelRunTest, FromTheFirstListToItsDetailsAndOtherFavourites) {
   EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
 }
 
-TEST_F(PanelRunTest, FollowsFavouritesThatAreChangedElsewhere) {
+TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
   panel_->window().show();
   waitUntil([this] { return nameOf(0) == "4 Advisories"; });
   const auto& favorites = session_->platform().favorites();
@@ -112,7 +112,7 @@ TEST_F(PanelRunTest, FollowsFavouritesThatAreChangedElsewhere) {
   waitUntil([this] { return nameOf(0).starts_with("No Favorite Lines"); });
 }
 
-TEST_F(PanelRunTest, WaitsInAnEmptyCardForAStateThatAnotherProgramHolds) {
+TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   panel_->window().show();
   waitUntil([this] { return nameOf(0) == "4 Advisories"; });
   panel_->window().setExpanded(true);

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 
 class QtMainLoopTest : public testing::Test {
  protected:
-  /// Runs Qt's loop until `quit_` is called.
+  /// Runs Qt's event loop until `quitting` fires.
   void run() { loop_.exec(); }
   std::function<void()> noting(int number) {
     return [this, number] { noted_.push_back(number); };
@@ -36,7 +36,7 @@ class QtMainLoopTest : public testing::Test {
   std::vector<int> noted_;
 };
 
-TEST_F(QtMainLoopTest, LetsTimersThatTolerateDelayFireTogether) {
+TEST_F(QtMainLoopTest, TimersWithToleranceFireTogether) {
   std::vector<Date> fired;
   const auto note = [&] {
     fired.push_back(mainLoop_.now());
@@ -46,12 +46,12 @@ TEST_F(QtMainLoopTest, LetsTimersThatTolerateDelayFireTogether) {
   mainLoop_.scheduleTimer(Seconds(0.002), false, note)->setTolerance(Seconds(5));
   run();
   ASSERT_EQ(fired.size(), 2U);
-  // On one whole second; on neighbouring ones when a second ended between the two calls.
+  // Both on one whole second, or on adjacent ones if a second ended between the calls.
   const double apart = (fired[1] - fired[0]).count();
   EXPECT_LT(std::abs(apart - std::round(apart)), 0.2);
 }
 
-TEST_F(QtMainLoopTest, TakesOddIntervals) {
+TEST_F(QtMainLoopTest, AcceptsInvalidIntervals) {
   mainLoop_.scheduleTimer(Seconds(std::numeric_limits<double>::quiet_NaN()), false, noting(1));
   mainLoop_.scheduleTimer(Seconds(-3), false, noting(2));
   mainLoop_.scheduleTimer(Seconds(std::numeric_limits<double>::infinity()), false, noting(3));
@@ -73,15 +73,15 @@ TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
   timer->invalidate();
 }
 
-// The sanitizer for undefined behaviour opens a pipe to look at an object of a type that is new to it, and
-// takes the object for broken where no file can be opened.
+// The undefined-behaviour sanitizer opens a pipe to inspect an object of a type that it has not seen. It
+// reports the object as invalid when no file can be opened.
 #ifdef __clang__
 #if __has_feature(undefined_behavior_sanitizer)
 #define LINEWATCH_NEEDS_FILES
 #endif
 #endif
 
-TEST(QtMainLoopDeathTest, SaysWhyItCannotKeepTime) {
+TEST(QtMainLoopDeathTest, SaysWhyItCannotMakeATimer) {
 #ifdef LINEWATCH_NEEDS_FILES
   GTEST_SKIP() << "the sanitizer cannot do without files";
 #endif

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <charconv>
+#include <string>
+#include <system_error>
+#include <type_traits>
+
+#include <CLI/CLI.hpp>
+
+#include "feeds/http/http_fetcher.h"
+
+namespace linewatch::app {
+
+// Options whose values are checked. An error names the option, the value, and what the value should be.
+
+/// The error text of a value that an option does not take.
+inline std::string wrongValue(const std::string& text, const std::string& fault) {
+  return '"' + text + "\" is " + fault;
+}
+
+/// Adds an option. `take` stores a value, or returns false for one that is wrong. `fault` says what is wrong,
+/// e.g. "not a number".
+template <class Take>
+CLI::Option* addChecked(CLI::App& app, const std::string& name, const Take& take, const std::string& about,
+                        const std::string& fault) {
+  const auto check = [=](const std::string& text) {
+    if (!take(text)) throw CLI::ValidationError(name, wrongValue(text, fault));
+  };
+  return app.add_option_function<std::string>(name, check, about);
+}
+
+/// The numbers that an option takes; `text` is the range in words.
+template <class Number>
+struct NumberRange {
+  Number least, most;
+  const char* text;
+};
+
+/// Adds an option that takes a number in a range.
+template <class Number>
+CLI::Option* addNumber(CLI::App& app, const std::string& name, Number& number,
+                       const NumberRange<Number>& range, const std::string& about) {
+  const auto take = [=, &number](const std::string& text) {
+    Number given{};
+    const auto [end, trouble] = std::from_chars(text.data(), text.data() + text.size(), given);
+    const bool fits = trouble == std::errc() && end == text.data() + text.size() && given >= range.least &&
+                      given <= range.most;
+    if (fits) number = given;
+    return fits;
+  };
+  const std::string kind = std::is_integral_v<Number> ? "whole number" : "number";
+  return addChecked(app, name, take, about + ", " + range.text, "not a " + kind + " from " + range.text)
+      ->type_name("N");
+}
+
+/// Adds an option for the location of a feed: a file, a folder or a URL.
+template <class Text>
+CLI::Option* addLocation(CLI::App& app, const std::string& name, Text& location, const std::string& about) {
+  const auto take = [&location](const std::string& text) {
+    const bool fits = isHttpURL(text) || text.starts_with("file://") ||
+                      (!text.empty() && text.find("://") == std::string::npos);
+    if (fits) location = text;
+    return fits;
+  };
+  return addChecked(app, name, take, about,
+                    "neither a file nor an address that starts with http:// or https://")
+      ->type_name("PLACE");
+}
+
+}  // namespace linewatch::app

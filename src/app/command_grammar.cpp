@@ -1,0 +1,169 @@
+#include "app/command_grammar.h"
+
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "app/checked_options.h"
+#include "app/shell_words.h"
+#include "shared/failure.h"
+
+namespace linewatch::app {
+
+namespace {
+
+std::string textSizeNames() {
+  std::string names;
+  for (const std::string_view name : ui::kTextSizeCategoryNames) {
+    if (!names.empty()) names += ", ";
+    names += name;
+  }
+  return names;
+}
+
+}  // namespace
+
+CommandGrammar::CommandGrammar(CLI::App& app) {
+  addPanel(app);
+  addShow(app);
+  addFavorites(app);
+  addLines(app);
+  addFeed(app);
+  addAnalytics(app);
+  addOpen(app);
+  addRender(app);
+  addSimulate(app);
+}
+
+/// Adds a subcommand. When it is used, `fields` becomes the command, with this action.
+template <class T>
+CLI::App* CommandGrammar::addAction(CLI::App& app, const std::string& name, const std::string& about,
+                                    T& fields, typename T::Action action) {
+  return app.add_subcommand(name, about)->callback([this, &fields, action] {
+    fields.action = action;
+    command_ = fields;
+  });
+}
+
+void CommandGrammar::addPanel(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
+  sub->add_option_function<std::string>(
+         "--companion",
+         [this](const std::string& text) {
+           auto words = shellWords(text);
+           if (!words) throw CLI::ValidationError("--companion", sentenceOf(words.error()));
+           panel_.companion = std::move(*words);
+         },
+         "A command to run with what a row opens, instead of showing it in a window")
+      ->type_name("COMMAND")
+      ->envname("LINEWATCH_COMPANION");
+  sub->callback([this] { command_ = panel_; });
+}
+
+void CommandGrammar::addShow(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("show", "Print the list once");
+  sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
+  sub->add_flag("--json", show_.json, "Print the list as a JSON object");
+  sub->callback([this] { command_ = show_; });
+}
+
+void CommandGrammar::addFavorites(CLI::App& app) {
+  using enum FavoritesCommand::Action;
+  CLI::App* const sub = app.add_subcommand("favorites", "List, add or remove favourite lines");
+  sub->require_subcommand(0, 1)->fallthrough();
+  // A subcommand's callback runs after its parent's, so this is the command without a subcommand.
+  sub->preparse_callback([this](std::size_t) { command_ = favorites_; });
+  addAction(*sub, "list", "List the favourites", favorites_, list);
+  struct Row {
+    const char *name, *about;
+    FavoritesCommand::Action action;
+  };
+  for (const auto& [name, about, action] : {Row{"add", "Add lines, by name or route id", add},
+                                            Row{"remove", "Remove lines, by name or route id", remove}}) {
+    addAction(*sub, name, about, favorites_, action)
+        ->add_option("LINE", favorites_.lines, "A route id, FEED:ROUTE_ID, or a name that one line has")
+        ->required()
+        ->type_name("");
+  }
+}
+
+void CommandGrammar::addLines(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("lines", "Find lines by name, number or agency");
+  sub->add_option("QUERY", lines_.query,
+                  "The beginnings of words, or any three letters or more; without it all lines are listed")
+      ->type_name("");
+  sub->callback([this] { command_ = lines_; });
+}
+
+void CommandGrammar::addFeed(CLI::App& app) {
+  using enum FeedCommand::Action;
+  CLI::App* const sub = app.add_subcommand("feed", "List, add or remove feeds");
+  sub->require_subcommand(0, 1)->fallthrough();
+  sub->preparse_callback([this](std::size_t) { command_ = feed_; });
+  addAction(*sub, "list", "List the feeds", feed_, list);
+  CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
+  adding->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
+  addLocation(*adding, "--gtfs", feed_.gtfs, "Its timetable: a GTFS folder, zip or URL")->required();
+  addLocation(*adding, "--alerts", feed_.alerts, "Its service alerts: a file or URL")->required();
+  addAction(*sub, "remove", "Remove a feed and its cached files", feed_, remove)
+      ->add_option("NAME", feed_.name, "Its name")
+      ->required()
+      ->type_name("");
+}
+
+void CommandGrammar::addAnalytics(CLI::App& app) {
+  using enum AnalyticsCommand::Action;
+  CLI::App* const sub =
+      app.add_subcommand("analytics", "Print the use of the widget, which is recorded on this machine only");
+  sub->require_subcommand(0, 1)->fallthrough();
+  sub->add_flag("--json", analytics_.json, "Print it as a JSON object");
+  sub->preparse_callback([this](std::size_t) { command_ = analytics_; });
+  sub->final_callback([this] {
+    if (auto* const chosen = std::get_if<AnalyticsCommand>(&command_)) chosen->json = analytics_.json;
+  });
+  addAction(*sub, "list", "Print all records, the oldest first", analytics_, list);
+  addAction(*sub, "on", "Turn recording on, as it is at first", analytics_, on);
+  addAction(*sub, "off", "Turn recording off", analytics_, off);
+  addAction(*sub, "clear", "Delete all records", analytics_, clear);
+}
+
+void CommandGrammar::addOpen(CLI::App& app) {
+  CLI::App* const sub =
+      app.add_subcommand("open", "Print what a row gives the companion application to open");
+  sub->add_option("FILE", open_.file, "An activity record, compressed or not, or an incident list")
+      ->required()
+      ->type_name("");
+  sub->callback([this] { command_ = open_; });
+}
+
+void CommandGrammar::addRender(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("render", "Draw the widget into a picture");
+  sub->add_option("-o,--output", render_.output, "The file: .png, .svg or .pdf")
+      ->type_name("FILE")
+      ->required();
+  sub->add_flag("--expanded", render_.expanded, "Every row, not just the one of the compact widget");
+  addNumber<double>(*sub, "--scale", render_.scale, {0.5, 8, "0.5 to 8"}, "Pixels a point");
+  const auto takeTextSize = [this](const std::string& name) {
+    const auto category = ui::textSizeCategoryNamed(name);
+    render_.textSize = category.value_or(render_.textSize);
+    return category.has_value();
+  };
+  addChecked(*sub, "--text-size", takeTextSize, textSizeNames() + "; usually L", "none of " + textSizeNames())
+      ->type_name("SIZE");
+  sub->add_flag("--dark", render_.dark, "On a dark background");
+  // Insets and the artwork column take 105 points; below the lower limit no word would fit.
+  addNumber<double>(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
+  sub->callback([this] { command_ = render_; });
+}
+
+void CommandGrammar::addSimulate(CLI::App& app) {
+  CLI::App* const sub =
+      app.add_subcommand("simulate", "Run a scenario in virtual time and print its transcript");
+  sub->add_option("SCENARIO", simulate_.scenario, "A simulated world and the host's steps, in JSON")
+      ->required()
+      ->type_name("");
+  sub->add_option("-o,--output", simulate_.output, "Write the transcript to a file")->type_name("FILE");
+  sub->callback([this] { command_ = simulate_; });
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "app/command_line.h"
+
+namespace linewatch::app {
+
+/// The subcommands. Parsing fills in the fields of the subcommand that is used, which then becomes
+/// `command()`.
+class CommandGrammar {
+ public:
+  explicit CommandGrammar(CLI::App& app);
+
+  /// The panel when no subcommand was used.
+  const Command& command() const { return command_; }
+
+ private:
+  template <class T>
+  CLI::App* addAction(CLI::App& app, const std::string& name, const std::string& about, T& fields,
+                      typename T::Action action);
+  void addPanel(CLI::App& app);
+  void addShow(CLI::App& app);
+  void addFavorites(CLI::App& app);
+  void addLines(CLI::App& app);
+  void addFeed(CLI::App& app);
+  void addAnalytics(CLI::App& app);
+  void addOpen(CLI::App& app);
+  void addRender(CLI::App& app);
+  void addSimulate(CLI::App& app);
+
+  Command command_ = PanelCommand{};
+  PanelCommand panel_;
+  ShowCommand show_;
+  FavoritesCommand favorites_;
+  LinesCommand lines_;
+  FeedCommand feed_;
+  AnalyticsCommand analytics_;
+  OpenCommand open_;
+  RenderCommand render_;
+  SimulateCommand simulate_;
+};
+
+}  // namespace linewatch::app

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "app/command_line.h"
+
+namespace linewatch::app {
+
+/// Adds the options that every command takes. Parsing stores their values in `options`.
+void addCommonOptions(CLI::App& app, CommonOptions& options);
+
+}  // namespace linewatch::app

@@ -1,0 +1,55 @@
+#include "machine/terminal_line.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace linewatch {
+
+namespace {
+
+/// How many bytes the UTF-8 character has that begins with this byte; 1 for a byte that begins none.
+std::size_t sequenceLength(unsigned char first) {
+  if (first >= 0xC2 && first <= 0xDF) return 2;
+  if (first >= 0xE0 && first <= 0xEF) return 3;
+  return first >= 0xF0 && first <= 0xF4 ? 4 : 1;
+}
+
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
+/// Up to where the continuation bytes of the text's first character reach; more than nothing.
+std::size_t firstCharacter(std::string_view text) {
+  const std::size_t wanted = std::min(text.size(), sequenceLength(static_cast<unsigned char>(text.front())));
+  std::size_t length = 1;
+  while (length < wanted && isContinuation(text[length])) ++length;
+  return length;
+}
+
+/// C0 and C1 controls, DEL, U+2028 to U+202E and U+2066 to U+2069. A lone byte from 80 to 9F is not UTF-8,
+/// but a terminal of another encoding takes it for a C1 control.
+bool actsOnTerminal(std::string_view character) {
+  const auto last = static_cast<unsigned char>(character.back());
+  if (character.size() == 1) return last < 0x20 || (last >= 0x7F && last < 0xA0);
+  const std::string_view lead = character.substr(0, character.size() - 1);
+  if (lead == "\xC2") return last < 0xA0;
+  if (lead == "\xE2\x80") return last >= 0xA8 && last <= 0xAE;
+  return lead == "\xE2\x81" && last >= 0xA6 && last <= 0xA9;
+}
+
+}  // namespace
+
+std::string terminalLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  while (!text.empty()) {
+    const std::string_view character = text.substr(0, firstCharacter(text));
+    text.remove_prefix(character.size());
+    if (actsOnTerminal(character)) {
+      line += ' ';
+    } else {
+      line += character;
+    }
+  }
+  return line;
+}
+
+}  // namespace linewatch
