@@ -8,10 +8,11 @@
 
 namespace linewatch::desktop {
 
-/// The compact widget at the usual text size, in points. Its height is that of each row.
+/// The compact widget's size at the default text size, in points. Every row has its height.
 inline constexpr Size kCompactSize{359, 110};
 
-/// As high as larger text needs it; smaller text does not make rows lower, for they are there to be tapped.
+/// The compact widget's height: larger text makes rows higher, but smaller text does not make them lower,
+/// since rows must be easy to tap.
 inline double compactHeightAt(ui::TextSizeCategory textSize) {
   return std::round(kCompactSize.height * std::max(1.0, ui::scaleFactor(ui::TextStyle::body, textSize)));
 }

@@ -9,7 +9,8 @@ namespace linewatch::desktop {
 
 namespace {
 
-// The platform that the screen becomes part of has the log, and is made after the screen.
+// The log of the installed platform, looked up when it is used: the platform is made after the screen, which
+// it contains.
 class InstalledLog final : public Log {
  public:
   void write(const LogMessage& message) override { platform().log().write(message); }

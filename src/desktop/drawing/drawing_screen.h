@@ -12,7 +12,7 @@
 
 namespace linewatch::desktop {
 
-/// What the user and the display ask of the views, as a value that its owner changes.
+/// The user's and the display's settings for views. The owner changes them.
 class ScreenSettings final : public ui::InterfaceSettings {
  public:
   ui::TextSizeCategory textSizeCategory() const override { return category; }
@@ -21,16 +21,16 @@ class ScreenSettings final : public ui::InterfaceSettings {
 
   ui::TextSizeCategory category = ui::kDefaultTextSizeCategory;
   ui::LayoutDirection direction = ui::LayoutDirection::leftToRight;
-  /// Pixels a point.
+  /// Pixels per point.
   double scale = 1;
 };
 
-/// Views drawn with Qt. Needs a QGuiApplication.
+/// Draws views with Qt. Needs a QGuiApplication.
 class DrawingScreen final : public DesktopScreen {
  public:
   explicit DrawingScreen(ScreenSettings settings);
 
-  /// Who changes the text size posts kTextSizeDidChangeNotification.
+  /// Whoever changes the text size also posts kTextSizeDidChangeNotification.
   ScreenSettings& settings() { return settings_; }
 
   ui::TextEngine& textEngine() override { return textEngine_; }

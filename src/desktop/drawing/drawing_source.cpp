@@ -5,14 +5,14 @@
 
 #include "desktop/drawing/svg_drawing.h"
 
-// What a static library keeps in the program must be asked for, from outside of any namespace.
+// Resources in a static library are linked in only if they are asked for, outside of any namespace.
 static void keepDrawings() { Q_INIT_RESOURCE(drawings); }
 
 namespace linewatch::desktop {
 
 namespace {
 
-/// Empty when there is no such resource.
+/// The resource's bytes; empty when there is no such resource.
 QByteArray drawing(std::string_view name, std::string_view extension) {
   const std::string path = ":/drawings/" + std::string(name) + std::string(extension);
   QFile file(QString::fromStdString(path));

@@ -11,8 +11,8 @@
 
 namespace linewatch::desktop {
 
-/// The drawings that are built into the program: resources/drawings/NAME.svg, and NAME.dark.svg where a
-/// drawing has colours of its own. Needs a QGuiApplication.
+/// The drawings that are built into the program: resources/drawings/NAME.svg, and NAME.dark.svg for a drawing
+/// that looks different in the dark. Needs a QGuiApplication.
 class DrawingSource final : public ui::ImageSource {
  public:
   explicit DrawingSource(std::shared_ptr<Log> log);
@@ -21,7 +21,7 @@ class DrawingSource final : public ui::ImageSource {
 
  private:
   std::shared_ptr<Log> log_;
-  /// Null for names that there is nothing for.
+  /// Null for a name without a drawing.
   std::map<std::string, std::shared_ptr<const ui::Image>, std::less<>> images_;
 };
 

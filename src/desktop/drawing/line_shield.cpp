@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::int64_t kSmallestStep = -6;
 constexpr std::int64_t kLargestStep = 40;
-/// In shares of the text's size.
+/// A shield's height, as a multiple of its text size.
 constexpr double kHeight = 1.6;
-/// The longest text of a shield, likewise; more than that ends in an ellipsis.
+/// The longest text of a shield, as a multiple of its text size. A longer text ends in an ellipsis.
 constexpr double kLongestText = 8.5;
 constexpr std::string_view kFillOfLinesWithoutColor = "5B6470";
-// A fill that differs less from what is behind it has an outline.
+// A fill with less contrast than this to its background gets an outline.
 constexpr double kLeastContrastWithBackground = 1.3;
 constexpr double kOutlineWidth = 1;
 constexpr double kOutlineAlpha = 0.32;
@@ -58,7 +58,7 @@ std::string trimmed(const std::string& text) {
 
 }  // namespace
 
-// Capital letters and digits stand in the middle, with as many pixels above them as below.
+// The height is chosen so that capital letters and digits have as many pixels above them as below.
 double artworkHeight(const ArtworkSize& size) {
   const double capHeight = ui::snappedToPixel(shieldCapHeight(size), size.scale);
   return capHeight + 2 * ui::snappedToPixel((kHeight * textSize(size) - capHeight) / 2, size.scale);

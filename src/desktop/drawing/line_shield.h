@@ -11,18 +11,18 @@
 
 namespace linewatch::desktop {
 
-/// A line's shield: its text on its colour in the shape of its mode. Where the colour is close to the
-/// background it has an outline.
+/// A line's shield: its text on its colour, in the shape of its mode. It has an outline when its colour is
+/// close to the background.
 class LineShield final : public ui::Image {
  public:
-  /// The text of a shield at size step 3 has this many points; one more or less a step.
+  /// The size of the text at size step 3, in points. Each step adds or removes one point.
   static constexpr double kTextSizeAtStep3 = 15;
-  /// The text is not empty. `widthAtStep3` as in ShieldManager.
+  /// `text` is not empty. `widthAtStep3` as in ShieldManager.
   LineShield(const ShieldDataSource& shield, const std::string& text, std::optional<double> widthAtStep3,
              const ArtworkSize& size);
 
   ui::Size size() const override { return size_; }
-  /// In its own size, in the middle of the rectangle.
+  /// Draws the shield in its own size, in the middle of the rectangle.
   void draw(ui::Canvas& canvas, const ui::Rect& rect) const override;
 
  private:
@@ -36,7 +36,7 @@ class LineShield final : public ui::Image {
   ui::Size size_;
 };
 
-/// Draws shields with this platform's text. Needs a QGuiApplication.
+/// Makes shields. Needs a QGuiApplication.
 class LineShieldManager final : public ShieldManager {
  public:
   std::shared_ptr<const ui::Image> image(const ShieldDataSource& shield, std::optional<double> widthAtStep3,

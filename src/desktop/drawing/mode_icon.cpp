@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 8> kDrawings = {"",          "mode-bus",   "mode-tram",  "mode-metro",
                                                        "mode-rail", "mode-ferry", "mode-cable", "mode-air"};
 
-/// A drawing in another size, in the middle of its place.
+/// A drawing scaled to another size, in the middle of its rectangle.
 class ModeIcon final : public ui::Image {
  public:
   ModeIcon(std::shared_ptr<const ui::Image> drawing, const ui::Size& size)

@@ -7,12 +7,12 @@
 
 namespace linewatch::desktop {
 
-/// Draws a mode of transport's icon as high as a shield of the same size step.
+/// Makes icons of modes of transport, as high as a shield of the same size step.
 class ModeIconManager final : public IconManager {
  public:
   explicit ModeIconManager(std::shared_ptr<DrawingSource> drawings) : drawings_(std::move(drawings)) {}
 
-  /// Null for a mode that has no icon.
+  /// Null for a mode without an icon.
   std::shared_ptr<const ui::Image> image(const IconDataSource& icon, std::optional<double> widthAtStep3,
                                          const ArtworkSize& size) override;
 

@@ -6,8 +6,8 @@ class QGuiApplication;
 
 namespace linewatch::desktop {
 
-/// What fonts and painting need of Qt, for a process that shows no window: works without a display. One a
-/// process; null where there is an application already.
+/// The application that Qt needs for fonts and painting, for a process without windows. Works without a
+/// display. There is one per process: null when there is an application already.
 std::unique_ptr<QGuiApplication> makeOffscreenApplication();
 
 }  // namespace linewatch::desktop

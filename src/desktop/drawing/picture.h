@@ -10,26 +10,26 @@
 
 namespace linewatch::desktop {
 
-/// How a view is drawn apart from any window.
+/// How a view is drawn into a picture.
 struct PictureStyle {
-  /// Points; a view of another size is laid out anew.
+  /// In points. A view of another size is laid out again.
   ui::Size size;
-  /// Pixels a point, of the pixels and of the grid that edges and baselines stand on.
+  /// Pixels per point. Edges and baselines are aligned to these pixels.
   double scale = 2;
   ui::Appearance appearance = ui::Appearance::light;
 };
 
-/// How high a picture of a width can be, in points: it has at most 16,384 pixels a side, and 128 million in
-/// all.
+/// The greatest height of a picture of this width, in points. A picture has at most 16,384 pixels per side
+/// and 128 million in all.
 double tallestPicture(double width, double scale);
 
-/// The view on the appearance's background. Absent where the size is not positive or larger than pictures
-/// are. The view keeps the size and the scale. Needs a QGuiApplication.
+/// Draws the view on the appearance's background. Absent when the size is not positive or too large for a
+/// picture. The view keeps the style's size and scale. Needs a QGuiApplication.
 std::optional<QImage> imageOf(ui::View& view, const PictureStyle& style);
 
-/// Writes the view as PNG, SVG or PDF, as the file's extension says. SVG and PDF have no pixels but for
-/// glyphs that are pictures; text is text in a PDF and outlines in an SVG, so that it looks the same without
-/// our fonts. The file is whole or not there.
+/// Writes the view as PNG, SVG or PDF, by the file's extension. Text becomes text in a PDF, and outlines in
+/// an SVG so that it looks the same without the fonts. Emoji become images in both. The file is written
+/// completely or not at all.
 std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
                                  const std::filesystem::path& file);
 

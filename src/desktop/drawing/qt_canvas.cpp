@@ -40,15 +40,16 @@ QPainterPath qtPath(const ui::Path& path) {
   return result;
 }
 
-// A point. What draws them larger than so blurs them.
+// Pixels per point of glyphs that are images. More than this blurs them.
 constexpr double kPixelsOfGlyphPictures = 4;
 
-/// Whether the font's glyphs are pictures rather than outlines, which Qt gives only to devices with pixels.
+/// Whether the font's glyphs are images, as in emoji fonts. Qt draws these only on devices with pixels.
 bool hasPictures(const QRawFont& font) {
   return !font.fontTable("CBLC").isEmpty() || !font.fontTable("sbix").isEmpty();
 }
 
-/// Room for pictures, of which the font tells no more than where they begin; from where the baseline begins.
+/// The rectangle that glyph images take, from where the baseline begins. The font tells only where each image
+/// begins, so the rest is an estimate.
 QRectF roomFor(const QGlyphRun& glyphs) {
   const double size = glyphs.rawFont().pixelSize();
   QRectF room;

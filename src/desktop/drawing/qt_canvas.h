@@ -11,19 +11,19 @@ namespace linewatch::desktop {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance);
 
-/// What a canvas does with what its paint device cannot.
+/// What the paint device can do; the canvas makes up for the rest.
 enum class CanvasKind {
-  /// The device has pixels and does everything.
+  /// Everything: it has pixels.
   full,
-  /// The device draws glyphs as text: those that are pictures, as of emoji, are drawn as images.
+  /// Text, but not glyphs that are images, such as emoji. They are drawn as images.
   text,
-  /// The device knows neither clipping nor how a text is shaped: what is clipped is cut before it is drawn,
-  /// and glyphs are drawn as outlines, or as images where they are pictures.
+  /// Neither clipping nor text. Shapes are cut to the clip before they are drawn, and glyphs are drawn as
+  /// outlines, or as images if they are images.
   outlines
 };
 
-/// A canvas over a painter, whose units must be points; the painter must outlive it. A painter is not shared:
-/// between two calls it is as the canvas left it.
+/// A canvas on a painter whose unit is a point. The painter must outlive the canvas, and nothing else may use
+/// it meanwhile.
 class QtCanvas final : public ui::Canvas {
  public:
   QtCanvas(QPainter& painter, ui::Appearance appearance, double scale, CanvasKind kind = CanvasKind::full);
@@ -46,7 +46,7 @@ class QtCanvas final : public ui::Canvas {
  private:
   QColor resolved(const ui::Color& color) const { return qtColor(color, appearance_); }
   void fill(const QPainterPath& path, const QColor& color);
-  /// The part of the painter's plane that is not clipped away, in its present units; absent: all of it.
+  /// The part of the plane that is not clipped away, in the painter's present units; absent: all of it.
   std::optional<QRectF> visible() const;
   void drawGlyphs(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
   void drawOutlines(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
@@ -56,7 +56,8 @@ class QtCanvas final : public ui::Canvas {
   ui::Appearance appearance_;
   double scale_;
   CanvasKind kind_;
-  /// Of the outlines kind only, in the painter's units; one for each open `save` and the one that holds now.
+  /// For CanvasKind::outlines only: the clips of all open `save` calls, then the present clip, in device
+  /// units.
   std::vector<std::optional<QRectF>> clips_;
 };
 

@@ -9,16 +9,16 @@ namespace linewatch::desktop {
 namespace {
 
 constexpr QChar kEllipsis(0x2026);
-// Qt counts in 64ths of a point and cuts off what is less.
+// Qt rounds lengths down to 64ths of a point.
 constexpr double kQtStep = 1.0 / 64;
 
-/// The end of the units from `begin` to `end` without the white space there.
+/// The end of the range from `begin` to `end` without white space at its end.
 int withoutSpaces(const QTextLayout& layout, int begin, int end) {
   while (end > begin && layout.text().at(end - 1).isSpace()) --end;
   return end;
 }
 
-/// White space at a soft line end belongs to no line.
+/// The end of the line without the white space at a soft line break.
 int visibleEnd(const QTextLayout& layout, const QTextLine& line) {
   const int end = line.textStart() + line.textLength();
   return end < layout.text().size() ? withoutSpaces(layout, line.textStart(), end) : end;
@@ -40,7 +40,7 @@ QtShapedText::QtShapedText(const ui::AttributedText& text, const Typeface& typef
   wrapped_.resize(text_.paragraphs().size());
 }
 
-// A paragraph reads as its first letter does; one without letters as the interface does.
+// A paragraph has the direction of its first letter; without letters, the interface's direction.
 bool QtShapedText::isRightToLeft(const Paragraph& paragraph, ui::LayoutDirection otherwise) const {
   const QStringView units = QStringView(text_.string()).mid(paragraph.begin, paragraph.end - paragraph.begin);
   if (units.isRightToLeft()) return true;
@@ -150,7 +150,8 @@ std::vector<QtShapedText::Line> QtShapedText::linesOf(const ui::TextLayoutReques
   return lines;
 }
 
-// First what fits beside an ellipsis, then the two shaped together, for they may touch.
+// Finds how much fits beside an ellipsis. Then text and ellipsis are shaped together, because shaping may
+// join them.
 QtShapedText::Line QtShapedText::truncated(const Line& line, double width) const {
   const bool rightToLeft = line.layout->textOption().textDirection() == Qt::RightToLeft;
   const auto withEllipsis = [&](qsizetype end) {
@@ -185,7 +186,7 @@ std::shared_ptr<const ui::TextLayout> QtShapedText::layOut(const ui::TextLayoutR
   auto layout = std::make_shared<ui::TextLayout>();
   for (const Line& line : lines) layout->lines.push_back(measured(line));
   layout->size = ui::placeLines(layout->lines, lineSpacing_, request);
-  // Lines in a fallback's font may be taller than the limit was reckoned with.
+  // Lines in a fallback font may be taller than the estimate that the limit was computed from.
   if (lines.size() > 1 && layout->size.height > request.maximumHeight + kQtStep) {
     return layOut(request, lines.size() - 1);
   }

@@ -13,7 +13,7 @@
 
 namespace linewatch::desktop {
 
-/// A text with its fonts, which lays itself out with one QTextLayout a paragraph.
+/// A text with its fonts. Each paragraph is laid out by one QTextLayout.
 class QtShapedText final : public ui::ShapedText {
  public:
   QtShapedText(const ui::AttributedText& text, const Typeface& typeface);
@@ -25,18 +25,19 @@ class QtShapedText final : public ui::ShapedText {
   using Paragraph = UnicodeText::Paragraph;
   using SharedLayout = std::shared_ptr<const QTextLayout>;
 
-  /// Units from `begin` on with fonts or colours of their own, up to the next run's.
+  /// A range of UTF-16 units with its own font or colour, from `begin` to the next run.
   struct Run {
     qsizetype begin = 0;
     std::optional<QFont> font;
     std::optional<ui::Color> color;
   };
 
-  /// A line before it has a place.
+  /// A line that has not been positioned yet.
   struct Line {
     SharedLayout layout;
     int number = 0;
-    /// Where the layout's text begins in the whole text, and how much of it is the whole text's.
+    /// The layout's text begins at `origin` of the whole text; the line is the whole text's units from
+    /// `begin` to `end`.
     qsizetype origin = 0;
     qsizetype begin = 0;
     qsizetype end = 0;
@@ -49,7 +50,7 @@ class QtShapedText final : public ui::ShapedText {
     bool rightToLeft = false;
     std::size_t limit = 0;
 
-    /// Whether a layout in at most `wanted` lines would be the same.
+    /// Whether a layout with at most `wanted` lines would be the same as this one.
     bool holdsFor(std::size_t wanted) const {
       const auto lines = static_cast<std::size_t>(layout->lineCount());
       return wanted == limit || (lines < limit && lines <= wanted);
@@ -57,7 +58,7 @@ class QtShapedText final : public ui::ShapedText {
   };
 
   bool isRightToLeft(const Paragraph& paragraph, ui::LayoutDirection otherwise) const;
-  /// Units of the text, with `suffix` behind them, in at most so many lines.
+  /// Lays out a part of the text, followed by `suffix`, in at most `maximumNumberOfLines` lines.
   SharedLayout laidOut(const Paragraph& part, const QString& suffix, bool rightToLeft, double width,
                        std::size_t maximumNumberOfLines, QTextOption::WrapMode wrapMode) const;
   QList<QTextLayout::FormatRange> formatsOf(const Paragraph& part, qsizetype lengthOfSuffix) const;
@@ -77,7 +78,8 @@ class QtShapedText final : public ui::ShapedText {
   std::vector<Run> runs_;
   Typeface typeface_;
   double lineSpacing_ = 0;
-  /// Each paragraph as it was last laid out in one line and in lines: a label asks more than once.
+  /// The last layouts of each paragraph, in one line and wrapped. A label asks for the same layout several
+  /// times.
   mutable std::vector<SharedLayout> inOneLine_;
   mutable std::vector<Wrapped> wrapped_;
 };

@@ -8,8 +8,8 @@
 
 namespace linewatch::desktop {
 
-/// The text engine over Qt's, which shapes every script that an installed font has. Needs a QGuiApplication,
-/// but no display. Text beyond UnicodeText::kLongest is left over.
+/// The text engine, on Qt's text layout. It shapes every script for which a font is installed. Needs a
+/// QGuiApplication, but no display. Text beyond UnicodeText::kLongest is cut off.
 class QtTextEngine final : public ui::TextEngine {
  public:
   ui::FontMetrics metrics(const ui::Font& font) override;
@@ -23,7 +23,7 @@ class QtTextEngine final : public ui::TextEngine {
   std::map<Key, Typeface> typefaces_;
 };
 
-/// A text in one font that the text styles need not have.
+/// A text in a font that need not be one of the text styles.
 std::shared_ptr<const ui::ShapedText> shapedText(const ui::AttributedText& text, const Typeface& typeface);
 
 }  // namespace linewatch::desktop

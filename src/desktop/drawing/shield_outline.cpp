@@ -11,7 +11,7 @@ namespace {
 
 // In the order of TransitMode.
 constexpr std::array kForms = {
-    // Like a bus, but softer.
+    // A bus with rounder corners.
     ShieldForm{.radiusTop = 0.34, .radiusBottom = 0.34, .padding = 0.46},
     ShieldForm{.radiusTop = 0.2, .radiusBottom = 0.2, .padding = 0.44},
     // The front of a tram: a round roof.
@@ -27,7 +27,7 @@ constexpr std::array kForms = {
     ShieldForm{.leanTop = 0.26, .slanted = true, .radiusTop = 0.14, .radiusBottom = 0.14, .padding = 0.6},
 };
 
-// How far the control points of a quarter circle are from its ends, in radii.
+// The distance from the ends of a quarter circle to its control points, in radii.
 constexpr double kQuarterCircle = 0.5523;
 
 struct Corner {

@@ -5,21 +5,22 @@
 
 namespace linewatch::desktop {
 
-/// The shape of a mode's shields, so that modes can be told apart where colours cannot.
+/// The shape of a mode's shields. Modes differ by shape, for those who cannot tell them by colour.
 struct ShieldForm {
-  /// In shares of the shield's height: how much the left and right ends lean in at the top and at the bottom.
+  /// How far the left and right ends lean inwards at the top and at the bottom, as fractions of the shield's
+  /// height.
   double leanTop = 0;
   double leanBottom = 0;
-  /// Whether the right end leans out where the left one leans in.
+  /// Whether the right end leans outwards where the left one leans inwards.
   bool slanted = false;
   double radiusTop = 0;
   double radiusBottom = 0;
-  /// In shares of the text's size: room on both sides of the text.
+  /// Room on both sides of the text, as a multiple of the text size.
   double padding = 0;
 };
 
 const ShieldForm& formOf(TransitMode mode);
-/// The form in a rectangle, `inset` inside of its edges.
+/// The outline of the form, `inset` points inside the rectangle.
 ui::Path shieldOutline(const ShieldForm& form, const ui::Rect& rect, double inset);
 
 }  // namespace linewatch::desktop

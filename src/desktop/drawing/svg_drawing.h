@@ -11,11 +11,10 @@ class QSvgRenderer;
 
 namespace linewatch::desktop {
 
-/// An SVG drawing; its units are points. What it draws in `currentColor` takes the label's colour of the
-/// appearance that it is drawn for.
+/// An SVG drawing whose unit is a point. Its `currentColor` is the label colour of the appearance.
 class SvgDrawing final : public ui::Image {
  public:
-  /// `dark` may be empty: the drawing then looks alike in both appearances, but for the label's colour.
+  /// `dark` may be empty. The drawing then looks the same in both appearances, except for the label colour.
   SvgDrawing(QByteArray light, QByteArray dark);
   ~SvgDrawing() override;
 
@@ -27,7 +26,7 @@ class SvgDrawing final : public ui::Image {
 
   QByteArray light_, dark_;
   ui::Size size_;
-  /// Made when first drawn.
+  /// Each is made when it is first drawn.
   mutable std::array<std::unique_ptr<QSvgRenderer>, 2> renderers_;
 };
 

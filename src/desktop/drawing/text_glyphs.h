@@ -10,17 +10,17 @@
 
 namespace linewatch::desktop {
 
-/// Glyphs of one font and one colour; their places are measured from where the line's baseline begins.
+/// Glyphs of one font and one colour. Their positions are relative to the beginning of the line's baseline.
 struct ColoredGlyphs {
   QGlyphRun glyphs;
-  /// Absent: the colour that the whole text is drawn in.
+  /// Absent: the colour in which the whole text is drawn.
   std::optional<ui::Color> color;
 };
 
-/// What this platform's text engine keeps in a layout to draw it. Immutable to the outside.
+/// The glyphs of a text layout, for drawing. Observably immutable.
 class TextGlyphs {
  public:
-  /// Units of a line's text that have a colour of their own.
+  /// A range of a line's UTF-16 units in one colour.
   struct ColoredRange {
     int begin = 0;
     int end = 0;
@@ -28,17 +28,16 @@ class TextGlyphs {
   };
 
   struct Line {
-    /// Keeps the glyphs of the line with this number.
+    /// The layout that owns the glyphs, and the number of the line in it.
     std::shared_ptr<const QTextLayout> layout;
     int line = 0;
-    /// Covers the line; in units of the layout's text.
+    /// Ranges that together cover the line, in units of the layout's text.
     std::vector<ColoredRange> ranges;
   };
 
   explicit TextGlyphs(std::vector<Line> lines) : lines_(std::move(lines)) {}
 
-  /// One for each of the layout's lines. Taken from Qt when it is first asked for: most layouts are only
-  /// measured.
+  /// The glyphs of each line. They are taken from Qt on the first call, since most layouts are only measured.
   const std::vector<std::vector<ColoredGlyphs>>& lines() const;
 
  private:

@@ -8,7 +8,8 @@ namespace linewatch::desktop {
 
 namespace {
 
-// The first that is installed; the system's own choice where none is, and for characters that they lack.
+// The first installed family is used. Qt chooses another font if none is installed, or for characters that
+// are missing.
 const QStringList& families() {
   static const QStringList names = {"Inter", "Noto Sans", "Noto Color Emoji", "DejaVu Sans"};
   return names;

@@ -7,14 +7,14 @@
 
 namespace linewatch::desktop {
 
-/// The typeface of everything that is drawn, in points and without hints, so that a text is as wide at every
-/// scale.
+/// The font for everything that is drawn, in points. It is not hinted, so that a text has the same width at
+/// every scale.
 QFont qtFont(double pointSize, QFont::Weight weight, bool italic = false);
 QFont qtFont(const ui::Font& font);
 
 ui::FontMetrics metricsOf(const QFont& font);
 
-/// A font that Qt need not look up again.
+/// A font with its metrics, so that Qt looks them up only once.
 struct Typeface {
   QFont font;
   ui::FontMetrics metrics;

@@ -8,10 +8,10 @@
 
 namespace linewatch::desktop {
 
-/// A text as Qt takes it, and where in the bytes each of its UTF-16 units comes from.
+/// A text as UTF-16, with the byte that each unit comes from.
 ///
-/// What is not UTF-8 became replacement characters, and characters that would do something rather than show
-/// (control characters, tabs) became spaces or nothing; each still has its units.
+/// Bytes that are not UTF-8 become replacement characters. Control characters become word joiners, which are
+/// invisible, and tabs become spaces.
 class UnicodeText {
  public:
   struct Paragraph {
@@ -19,18 +19,18 @@ class UnicodeText {
     qsizetype end = 0;
   };
 
-  /// Text beyond this many units is left over: no screen shows as much, and the layout of some hostile texts
-  /// takes a time in proportion to the square.
+  /// Text beyond this many units is cut off. No screen shows that much, and laying out some hostile texts
+  /// takes quadratic time.
   static constexpr qsizetype kLongest = 8192;
 
   explicit UnicodeText(std::string_view bytes);
 
   const QString& string() const { return string_; }
-  /// Without the line ends between them; at least one, which may be empty.
+  /// Paragraphs without their line ends. There is at least one, which may be empty.
   const std::vector<Paragraph>& paragraphs() const { return paragraphs_; }
   bool isCutShort() const { return cutShort_; }
   std::size_t byteAt(qsizetype unit) const;
-  /// The first unit at the byte or behind it.
+  /// The first unit at or after the byte.
   qsizetype unitAt(std::size_t byte) const;
 
  private:
@@ -39,7 +39,7 @@ class UnicodeText {
 
   QString string_;
   std::vector<Paragraph> paragraphs_;
-  /// One a unit, and one for the end; none where all is ASCII, for bytes and units are then the same.
+  /// The byte of each unit, and of the end. Empty for ASCII, where bytes and units are the same.
   std::vector<std::uint32_t> bytes_;
   qsizetype paragraphBegin_ = 0;
   bool cutShort_ = false;

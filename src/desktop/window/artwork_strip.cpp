@@ -13,7 +13,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points between two artworks, both ways.
+// Points between artworks, horizontally and vertically.
 constexpr double kGap = 6;
 
 }  // namespace

@@ -9,10 +9,10 @@
 
 namespace linewatch::desktop {
 
-/// Artworks side by side, in as many rows as the width makes necessary.
+/// Artworks side by side, in as many rows as their width needs.
 class ArtworkStrip final : public QWidget {
  public:
-  /// `step`: the artworks' size step. Those that nothing can be drawn of are left out.
+  /// `step`: the artworks' size step. Artworks without an image are left out.
   ArtworkStrip(const std::vector<SharedArtwork>& artworks, std::int64_t step,
                std::shared_ptr<ArtworkDataSourceCache> cache);
 
@@ -27,7 +27,7 @@ class ArtworkStrip final : public QWidget {
 
  private:
   std::shared_ptr<const ui::Image> imageOf(const SharedArtwork& artwork, double scale) const;
-  /// Where each artwork stands at that width, from left to right whatever the direction.
+  /// The rectangle of each artwork at that width, in a left-to-right layout.
   std::vector<QRectF> places(double width) const;
 
   std::vector<SharedArtwork> artworks_;

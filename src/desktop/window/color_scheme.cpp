@@ -23,10 +23,10 @@ const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
 const QString kColorScheme = QStringLiteral("color-scheme");
 
-/// Asks what the scheme is, without waiting for the answer.
+/// Asks for the scheme, without blocking.
 void askForColorScheme(const QDBusConnection& bus, QObject& owner,
                        const std::function<void(ColorScheme)>& changed) {
-  // Newer portals have another method besides; this one they all know.
+  // Newer portals also have "ReadOne", but every portal has this method.
   QDBusMessage question =
       QDBusMessage::createMethodCall(kPortal, kPortalPath, kSettings, QStringLiteral("Read"));
   question << kAppearance << kColorScheme;
@@ -36,14 +36,14 @@ void askForColorScheme(const QDBusConnection& bus, QObject& owner,
     const QDBusPendingReply<QDBusVariant> reply = *answer;
     if (reply.isError()) return;
     QVariant value = reply.value().variant();
-    // That method wraps the value twice.
+    // "Read" wraps the value twice.
     while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     const uint number = value.toUInt();
     changed(number == 1 ? ColorScheme::dark : number == 2 ? ColorScheme::light : ColorScheme::any);
   });
 }
 
-/// Without a bus Qt would try to start one, and wait for it.
+/// Without this check Qt would try to start a bus, and block.
 bool hasSessionBus() {
   if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return true;
   const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
@@ -53,13 +53,13 @@ bool hasSessionBus() {
 }  // namespace
 
 void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function<void(ColorScheme)> changed) {
-  // Whatever a change says, the answer to a new question holds.
+  // A change only triggers a new question; the answer counts.
   auto* const asking = new QTimer(&owner);
   asking->setSingleShot(true);
   asking->setInterval(0);
   QObject::connect(asking, &QTimer::timeout, &owner,
                    [bus, &owner, changed = std::move(changed)] { askForColorScheme(bus, owner, changed); });
-  // From whoever sends it: to find out who the portal is would mean to wait.
+  // Accepts the signal from every sender: finding out who the portal is would block.
   QDBusConnection(bus).connect(QString(), kPortalPath, kSettings, QStringLiteral("SettingChanged"),
                                {kAppearance, kColorScheme}, QString(), asking, SLOT(start()));
   asking->start();
@@ -75,7 +75,7 @@ void applyColorScheme(ColorScheme scheme) {
     return scheme == (now == ui::Appearance::dark ? ColorScheme::dark : ColorScheme::light);
   };
   if (isAsAsked()) return;
-  // That of the desktop again.
+  // The desktop's own palette again.
   QApplication::setPalette(QPalette());
   if (scheme == ColorScheme::any || isAsAsked()) return;
   QApplication::setPalette(

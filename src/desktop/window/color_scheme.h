@@ -8,20 +8,19 @@ class QDBusConnection;
 
 namespace linewatch::desktop {
 
-/// What the user asks of all windows, as the desktop's settings have it.
+/// The colour scheme that the user has chosen for all windows in the desktop's settings.
 enum class ColorScheme : std::uint8_t { any, dark, light };
 
-/// Calls `changed` once the desktop's settings have been asked, and after each change of them, as long as
-/// `owner` lives; nobody waits for an answer. Never where nobody on the bus knows the settings. Needs a
-/// QCoreApplication; main thread.
+/// Calls `changed` with the desktop's setting now and after each change, as long as `owner` lives. Does not
+/// block. Never calls it if no settings service is on the bus. Needs a QCoreApplication; main thread.
 void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function<void(ColorScheme)> changed);
 
-/// Gives the application's windows the colours that the user's desktop asks for as long as `owner` lives,
-/// where Qt does not know of them. Needs a QApplication; main thread.
+/// Keeps the application's colours as the desktop's settings ask, where Qt does not do so itself, as long as
+/// `owner` lives. Needs a QApplication; main thread.
 void followDesktopColorScheme(QObject& owner);
 
-/// Puts a palette of its own in place of the application's where this one is not as the scheme asks for, and
-/// takes it away when it is no longer needed. Main thread.
+/// Replaces the application's palette if it does not match the scheme, and restores the desktop's palette
+/// when it is no longer needed. Main thread.
 void applyColorScheme(ColorScheme scheme);
 
 }  // namespace linewatch::desktop

@@ -14,23 +14,23 @@
 
 namespace linewatch::desktop {
 
-/// What stands for the companion application: the program's own windows, or a command of the user's. Needs an
+/// The companion application on the desktop: windows of this program, or a command of the user's. Needs an
 /// installed platform. Main thread.
 class Companion {
  public:
   using URLHandler = std::function<void(bool success)>;
 
-  /// `command`: the words of the user's, as CompanionCommand takes them.
+  /// `command`: the words of the user's command, as CompanionCommand takes them; empty: none.
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
             FavoritesServices favorites);
 
-  /// Opens a URL of the companion application: both the one for those who have no favourites yet and that of
-  /// the favourites lead to these. Fails for any other, unless there is a command.
+  /// Opens a URL of the companion application. Both of its URLs lead to the favourites. Without a command any
+  /// other URL fails.
   void openURL(const URL& url, const URLHandler& done);
   void openActivity(const UserActivity& activity, const OpenHandler& done);
-  /// Always in a window of the program's own.
+  /// Shows the favourites in a window of this program, even with a command.
   void showFavorites();
-  /// To be called after favourites or feeds have been changed elsewhere.
+  /// To be called after another program or window has changed favourites or feeds.
   void favoritesDidChange();
 
  private:
@@ -41,7 +41,7 @@ class Companion {
   CompanionCommand command_;
   DetailsServices detailsServices_;
   FavoritesServices favoritesServices_;
-  /// Made when they are first needed, and again for another text size.
+  /// Made on first use. The favourites window is made again when the text size changes.
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;
   ui::TextSizeCategory favoritesTextSize_ = ui::kDefaultTextSizeCategory;

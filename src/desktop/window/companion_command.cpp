@@ -5,7 +5,7 @@
 #include <QProcessEnvironment>
 
 #include "companion/companion_session.h"
-#include "companion/handed_over.h"
+#include "companion/opened_content.h"
 #include "shared/failure.h"
 
 namespace linewatch::desktop {
@@ -29,7 +29,7 @@ std::optional<Error> CompanionCommand::open(const URL& url) const {
 }
 
 std::optional<Error> CompanionCommand::open(const UserActivity& activity) {
-  const auto bytes = bytesCarriedBy(activity);
+  const auto bytes = contentBytes(activity);
   if (!bytes) return bytes.error();
   QFile file(nextFile(activity));
   const auto size = static_cast<qint64>(bytes->size());

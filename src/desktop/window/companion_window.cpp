@@ -27,7 +27,7 @@ double textScale() {
 
 CompanionWindow::CompanionWindow(SharedWindowTexts texts)
     : texts_(std::move(texts)), artworkCache_(memoryConstrainedImageViewCache()) {
-  // The panel ends the program when it is closed; these do not.
+  // Only closing the panel ends the program.
   setAttribute(Qt::WA_QuitOnClose, false);
   auto* const closing = new QAction(this);
   closing->setShortcuts({Qt::CTRL | Qt::Key_W});
@@ -41,12 +41,14 @@ QFont CompanionWindow::font(double points, QFont::Weight weight) const {
 }
 
 QLabel* CompanionWindow::makeLabel(const QString& text, const QFont& font, Tone tone) const {
-  auto* const label = new QLabel(text);
+  auto* const label = new QLabel;
+  // The format is set before the text: a label that has to guess may take the text of a feed for HTML.
   label->setTextFormat(Qt::PlainText);
+  label->setText(text);
   label->setWordWrap(true);
   label->setFont(font);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  // A text that can be selected would stand where its own direction wants it, away from the others.
+  // By default a selectable text is aligned by its own direction, not by the interface's.
   const Qt::Alignment side = QApplication::isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
   label->setAlignment(side | Qt::AlignAbsolute | Qt::AlignVCenter);
   if (tone == Tone::faint) label->setForegroundRole(kFaintRole);

@@ -12,8 +12,8 @@ class QLabel;
 
 namespace linewatch::desktop {
 
-/// What the windows beside the panel have in common: the card's colours, the panel's text size, and Esc or
-/// Ctrl+W to close. Needs an installed platform while it lives. Main thread.
+/// Base of the windows beside the panel: the card's colours, the panel's text size, and Esc or Ctrl+W to
+/// close. Needs an installed platform while it lives. Main thread.
 class CompanionWindow : public QWidget {
  public:
   ~CompanionWindow() override = default;
@@ -25,13 +25,13 @@ class CompanionWindow : public QWidget {
 
   const WindowTexts& texts() const { return *texts_; }
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
-  /// `points`: at the usual text size.
+  /// `points`: the size at the default text size.
   QFont font(double points, QFont::Weight weight = QFont::Normal) const;
-  /// A text that wraps, shown as it is whatever is in it.
+  /// A label of plain text that wraps.
   QLabel* makeLabel(const QString& text, const QFont& font, Tone tone = Tone::plain) const;
-  /// The size step of artworks beside text, from the step that suits the usual text size.
+  /// The size step for artworks beside text, from the step at the default text size.
   std::int64_t artworkStep(std::int64_t usual) const;
-  /// Shows the window, in front of others.
+  /// Shows the window in front of all others.
   void bringUp();
 
   bool event(QEvent* event) override;

@@ -11,6 +11,7 @@
 
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/link_button.h"
+#include "desktop/window/plain_tool_tip.h"
 #include "desktop/window/window_colors.h"
 #include "platform/incident_string_provider.h"
 #include "platform/main_loop.h"
@@ -33,7 +34,7 @@ constexpr double kSmallSize = 12;
 // Size steps.
 constexpr std::int64_t kLineShieldStep = 7;
 constexpr std::int64_t kAffectedShieldStep = 2;
-// What part of the screen's height the window may take without being asked.
+// The part of the screen's height that the window takes by itself.
 constexpr double kShareOfScreen = 0.8;
 
 QString textOf(const OptionalText& text) { return QString::fromStdString(text.value_or("")).trimmed(); }
@@ -71,7 +72,7 @@ DetailsWindow::DetailsWindow(SharedWindowTexts texts, DetailsServices services)
   layout->addWidget(scroll_);
 }
 
-void DetailsWindow::present(const HandedOver& what) {
+void DetailsWindow::present(const OpenedContent& what) {
   startOver();
   if (const auto* const incidents = std::get_if<StoredIncidents>(&what)) {
     present(*incidents);
@@ -108,7 +109,8 @@ void DetailsWindow::fitHeight() {
 
 void DetailsWindow::present(const TransitLineItem& line) {
   shownLine_ = line.muid();
-  setWindowTitle(QString::fromStdString(line.name()));
+  // Qt would take a single "[*]" out of a title.
+  setWindowTitle(QString::fromStdString(line.name()).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
   addLine(line);
   if (line.incidents().empty()) {
     column_->addSpacing(kGapBetweenIncidents - kGapWithinIncident);
@@ -147,7 +149,7 @@ void DetailsWindow::addLine(const TransitLine& line) {
   row->addWidget(shield, 0, Qt::AlignTop);
   auto* const names = new QVBoxLayout;
   names->setSpacing(2);
-  // What the shield says need not be said again.
+  // The name is left out when the shield already says it.
   if (shield->isEmpty() || shieldTextOf(artwork) != line.name())
     names->addWidget(makeLabel(QString::fromStdString(line.name()), font(kLineSize, QFont::DemiBold)));
   if (line.system())
@@ -194,18 +196,18 @@ QString DetailsWindow::periodOf(const TransitIncident& incident) const {
 
 void DetailsWindow::addLink(const OptionalText& address) {
   const QUrl url(textOf(address), QUrl::StrictMode);
-  // What else an address may start is none of ours.
+  // Only web pages are opened: other schemes may start any program.
   if (!url.isValid() || (url.scheme() != QLatin1String("https") && url.scheme() != QLatin1String("http")))
     return;
   auto* const link = new LinkButton(texts()("MoreInformation"));
   link->setFont(font(kBodySize));
-  link->setToolTip(url.toDisplayString());
+  setPlainToolTip(*link, url.toDisplayString());
   link->setAccessibleDescription(url.host());
   connect(link, &LinkButton::clicked, this, [this, url] { services_.openLink(url); });
   column_->addWidget(link, 0, Qt::AlignLeading);
 }
 
-/// A line's own details need not say that they are about that line.
+/// The lines of an incident are left out if the window is about that one line.
 void DetailsWindow::addAffectedLines(const TransitFeeds::LinesOfIncidents& found) {
   for (const auto& [muid, lines] : found) {
     const auto place = placesOfLines_.find(muid);
@@ -218,11 +220,11 @@ void DetailsWindow::addAffectedLines(const TransitFeeds::LinesOfIncidents& found
       artworks.push_back(line->alternateArtwork ? line->alternateArtwork : line->artwork);
     auto* const strip = new ArtworkStrip(artworks, artworkStep(kAffectedShieldStep), artworkCache());
     strip->setAccessibleName(names);
-    strip->setToolTip(names);
+    setPlainToolTip(*strip, names);
     place->second->addWidget(strip);
     strip->show();
   }
-  // Where the user has not chosen a height.
+  // The window grows unless the user has changed its height.
   if (isVisible() && height() == fittedHeight_) fitHeight();
 }
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "companion/handed_over.h"
+#include "companion/opened_content.h"
 #include "desktop/window/companion_window.h"
 #include "feeds/transit_feeds.h"
 
@@ -17,23 +17,24 @@ class QScrollArea;
 
 namespace linewatch::desktop {
 
-/// What the details need of the program around them.
+/// What the details window needs of the program around it.
 struct DetailsServices {
   using LinesFound = std::function<void(const TransitFeeds::LinesOfIncidents&)>;
 
-  /// Finds the lines that have the incidents, by `muid`, and calls once, then or later, on the main thread.
+  /// Finds the lines that have the incidents with these `muid`s, and calls `found` once, at once or later, on
+  /// the main thread.
   std::function<void(std::vector<std::uint64_t> muids, LinesFound found)> findLines;
   std::function<void(const QUrl&)> openLink;
 };
 
-/// Shows what a row has handed over: the line with its incidents, or incidents, each with its dates, its full
-/// text, the lines that it affects and where to read on.
+/// Shows what a row opens: a line with its incidents, or a list of incidents. Each incident has its dates,
+/// its full text, the lines that it affects and a link.
 class DetailsWindow final : public CompanionWindow {
  public:
   DetailsWindow(SharedWindowTexts texts, DetailsServices services);
 
-  /// Shows this in place of what was shown before.
-  void present(const HandedOver& what);
+  /// Replaces what was shown before.
+  void present(const OpenedContent& what);
 
  private:
   void present(const TransitLineItem& line);
@@ -51,12 +52,12 @@ class DetailsWindow final : public CompanionWindow {
 
   DetailsServices services_;
   QScrollArea* scroll_ = nullptr;
-  /// What is being shown; another with each `present`.
+  /// The widget with the present content; each `present` makes a new one.
   QPointer<QWidget> content_;
   QBoxLayout* column_ = nullptr;
-  /// Where the lines of each shown incident go, by the incident's `muid`.
+  /// The layout for the affected lines of each shown incident, by the incident's `muid`.
   std::map<std::uint64_t, QBoxLayout*> placesOfLines_;
-  /// The line whose details these are; 0: none.
+  /// The `muid` of the line that is shown; 0: none.
   std::uint64_t shownLine_ = 0;
   int fittedHeight_ = 0;
 };

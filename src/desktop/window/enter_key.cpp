@@ -7,7 +7,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// A child of the button that it clicks.
+/// Belongs to the button that it clicks.
 class EnterFilter final : public QObject {
  public:
   explicit EnterFilter(QAbstractButton& button) : QObject(&button), button_(button) {}

@@ -4,8 +4,7 @@ class QAbstractButton;
 
 namespace linewatch::desktop {
 
-/// From now on Enter does what a click on the button does; by itself a button knows no other key than Space
-/// on most desktops.
+/// Makes Enter click the button. On most desktops a button reacts to Space only.
 void clickOnEnter(QAbstractButton& button);
 
 }  // namespace linewatch::desktop

@@ -34,8 +34,8 @@ constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
 constexpr int kRetryMilliseconds = 1000;
 
-/// A field with a round outline on the card's background. A style sheet would keep the colours that it began
-/// with.
+/// A search field with a rounded outline on the card's background. A style sheet would not follow changes of
+/// the palette.
 class OutlinedField final : public QLineEdit {
  public:
   OutlinedField() {
@@ -125,7 +125,7 @@ void FavoritesWindow::readAgain() {
   followChanges();
 }
 
-/// What cannot be read just now may be as it was.
+/// Favourites that cannot be read now are assumed to be unchanged.
 void FavoritesWindow::followChanges() {
   auto stored = services_.favorites();
   if (!stored) {
@@ -178,11 +178,11 @@ void FavoritesWindow::showLines() {
   } else {
     showFound(searchLines(lines_.indexes, query.toStdString()));
   }
-  // Says more of what is missing than any other hint.
+  // This says more about missing lines than any other hint.
   if (lines_.error) showError(*lines_.error);
 }
 
-/// At the same line, and scrolled as far.
+/// Keeps the current line and the scroll position.
 void FavoritesWindow::showLinesAgain() {
   const int row = list_->currentRow();
   const auto current = row < 0 ? std::nullopt : std::optional(listed_[static_cast<std::size_t>(row)]);
@@ -193,7 +193,8 @@ void FavoritesWindow::showLinesAgain() {
   list_->verticalScrollBar()->setValue(scrolled);
 }
 
-/// Of the lines that are listed. One that is no favourite any longer stays, as if it had been removed here.
+/// Updates the check marks. A listed line that is no longer a favourite stays in the list, as if the user had
+/// removed it here.
 void FavoritesWindow::showChoice() {
   const QSignalBlocker blocker(list_);
   for (std::size_t row = 0; row < listed_.size(); ++row)
@@ -279,7 +280,7 @@ void FavoritesWindow::itemDidChange(QListWidgetItem* item) {
   services_.didChange();
 }
 
-/// Keys that the search and the list do nothing with by themselves.
+/// Enter and Down, which the search field and the list do not handle themselves.
 bool FavoritesWindow::eventFilter(QObject* watched, QEvent* event) {
   const bool isKey = event->type() == QEvent::KeyPress && list_->count() > 0;
   const int key = isKey ? static_cast<const QKeyEvent*>(event)->key() : 0;

@@ -22,31 +22,33 @@ class QTimer;
 
 namespace linewatch::desktop {
 
-/// Where the favourites window has its lines from.
+/// What the favourites window needs of the program around it.
 struct FavoritesServices {
   std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
-  /// Adds or removes; false when that changes nothing. Empty when the favourites cannot be changed.
+  /// Adds or removes a favourite; false when that changes nothing. Empty when the favourites cannot be
+  /// changed.
   std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
-  /// Loads the lines of every feed that can be read and calls once, then or later, on the main thread.
+  /// Loads the lines of every feed that can be read, and calls back once, at once or later, on the main
+  /// thread.
   std::function<void(std::function<void(const FeedLines&)>)> loadLines;
   /// Called after each change.
   std::function<void()> didChange;
 };
 
-/// Shows the favourite lines, or the lines that a search finds, and makes lines favourites or no longer.
-/// A line that was removed stays in the list until another search, so that it can be taken back.
+/// Shows the favourite lines, or the lines that a search finds, and lets the user add and remove favourites.
+/// A removed line stays in the list until the next search, so that it can be added back.
 class FavoritesWindow final : public CompanionWindow {
  public:
-  /// How many lines are listed at most.
+  /// The most lines that are listed.
   static constexpr std::size_t kMostLines = 200;
 
   FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);
 
-  /// Shows the favourites as they are now; when there are none, lines to choose from. Those that cannot be
-  /// read are tried again as long as the window is open.
+  /// Shows the present favourites, or lines to choose from if there are none. While the favourites cannot be
+  /// read, the open window tries again every second.
   void present();
-  /// Takes up what has been changed elsewhere, and leaves the user where they are; in the search when nothing
-  /// could be read before.
+  /// Shows changes that were made elsewhere, without moving the user's place in the list. After an error the
+  /// search gets the focus.
   void followChanges();
 
  protected:
@@ -84,17 +86,17 @@ class FavoritesWindow final : public CompanionWindow {
   QLineEdit* search_ = nullptr;
   QLabel* hint_ = nullptr;
   QListWidget* list_ = nullptr;
-  /// Runs while the favourites cannot be read.
+  /// Runs as long as the favourites cannot be read.
   QTimer* retry_ = nullptr;
 
   std::vector<StoredFavorite> favorites_;
-  /// Why they are not known, and nothing can be chosen; absent when they are.
+  /// Why the favourites cannot be read, in which case nothing can be chosen; absent when they can.
   std::optional<Error> favoritesError_;
   FeedLines lines_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
   std::vector<StoredFavorite> listed_;
-  /// Whether these are the favourites, not lines that were found.
+  /// Whether `listed_` are the favourites, not the lines that a search found.
   bool listsFavorites_ = false;
 };
 

@@ -29,7 +29,7 @@ constexpr double kRowRadius = 8;
 constexpr double kStroke = 1.6;
 constexpr float kHoverAlpha = 0.06F;
 
-/// From left to right, or mirrored.
+/// The rectangle in the interface's direction, from one in a left-to-right row.
 QRectF mirrored(const QRectF& place, const QStyleOptionViewItem& option) {
   if (option.direction == Qt::LeftToRight) return place;
   const QRectF row = option.rect;
@@ -59,7 +59,7 @@ void paintState(QPainter& painter, const QStyleOptionViewItem& option) {
   painter.drawRoundedRect(row, kRowRadius, kRowRadius);
 }
 
-/// A tick on a full circle, or a plus in an empty one.
+/// A tick in a filled circle, or a plus in an empty one.
 void paintMark(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place, bool isChecked) {
   const QColor color = option.palette.color(QPalette::Link);
   painter.setPen(isChecked ? QPen(Qt::NoPen) : QPen(color, kStroke));
@@ -118,7 +118,7 @@ void LineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->restore();
 }
 
-/// Smaller where it would not fit its column.
+/// Chooses a smaller shield when it does not fit its column.
 void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index, const QRectF& place) const {
   const auto artwork = index.data(kArtworkRole).value<SharedArtwork>();

@@ -7,13 +7,13 @@
 
 namespace linewatch::desktop {
 
-/// Draws a line of a list: its shield, its name over its agency, and a mark that says whether it is chosen. A
-/// click anywhere on the row, or Space, changes the mark.
+/// Draws one line of a list: its shield, its name above its agency, and a mark that tells whether it is
+/// checked. A click anywhere on the row, or Space, toggles the mark.
 class LineDelegate final : public QStyledItemDelegate {
  public:
-  /// Beside the name as text, of an item that may be checked.
+  /// The agency's name. The line's name is the item's text; the item may be checkable.
   static constexpr int kAgencyRole = Qt::UserRole;
-  /// A SharedArtwork.
+  /// The line's shield, as a SharedArtwork.
   static constexpr int kArtworkRole = Qt::UserRole + 1;
 
   LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, const QFont& nameFont,

@@ -15,7 +15,7 @@ LinkButton::LinkButton(const QString& text) {
   clickOnEnter(*this);
 }
 
-/// The arrow says that the way leads out of the program; the mirrored one where lines run to the left.
+/// The arrow means that the link leaves the program. It is mirrored in right-to-left interfaces.
 QString LinkButton::shownText() const {
   return text() + (layoutDirection() == Qt::RightToLeft ? QStringLiteral(" ↖") : QStringLiteral(" ↗"));
 }

@@ -4,7 +4,7 @@
 
 namespace linewatch::desktop {
 
-/// A button that looks like the link that it follows.
+/// A button that looks like a link.
 class LinkButton final : public QAbstractButton {
  public:
   explicit LinkButton(const QString& text);

@@ -7,15 +7,15 @@
 
 namespace linewatch::desktop {
 
-/// The panel as the widget knows it: how large the widget can be, and in which mode it is shown. Main thread.
+/// The panel as the widget sees it: how large the widget may be, and its display mode. Main thread.
 class PanelHost final : public ExtensionContext {
  public:
   using OpenURL = std::function<void(const URL& url, std::function<void(bool success)> completion)>;
 
-  /// How large the widget can be, in points.
+  /// The largest sizes of the widget, in points.
   struct Limits {
     double width = 0;
-    /// Of the compact widget and so of each row.
+    /// The height of the compact widget, which is that of each row.
     double compactHeight = 0;
     double expandedHeight = 0;
   };
@@ -26,7 +26,7 @@ class PanelHost final : public ExtensionContext {
   void setLimits(const Limits& limits) { limits_ = limits; }
   void setActiveDisplayMode(WidgetDisplayMode mode) { active_ = mode; }
   WidgetDisplayMode largestAvailableDisplayMode() const { return largest_; }
-  /// Told whenever the widget says which modes it has something to show for.
+  /// Called whenever the widget says whether it has more to show.
   void setAvailabilityHandler(std::function<void()> handler) { availabilityHandler_ = std::move(handler); }
 
   Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const override {

@@ -11,13 +11,13 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// A connection that has just returned may not be quite there yet.
+/// After a connection has returned, it may take a few seconds until servers can be reached.
 constexpr Seconds kSoon{5};
 constexpr Seconds kFirstRetry{60};
 constexpr Seconds kLastRetry{1800};
 constexpr double kRetryTolerance = 0.1;
 
-/// Twice as long with each failure.
+/// The interval doubles with each failure.
 Seconds retryInterval(int failures) { return std::min(kLastRetry, kFirstRetry * std::exp2(failures - 1)); }
 
 }  // namespace
@@ -43,7 +43,7 @@ void PanelUpdates::setInSight(bool isInSight) {
   cancelRetry();
 }
 
-/// Someone waits: what failed before is no reason to be slow after this.
+/// The user waits, so retries start again at the shortest interval.
 void PanelUpdates::userDidAsk() {
   failures_ = 0;
   if (!isFetching_) ask_();

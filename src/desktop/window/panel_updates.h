@@ -11,22 +11,22 @@ class Timer;
 
 namespace linewatch::desktop {
 
-/// Knows when the widget is to be asked for news that it does not ask for by itself: after a failure again
-/// and again, later each time; when the connection is back; and once more when something has changed that the
-/// running fetch may not have seen. Out of sight nothing is asked for. Needs an installed platform. Main
-/// thread.
+/// Decides when to ask the widget for updates that it does not start by itself: after a failure, with growing
+/// intervals; when the connection is back; and after a fetch during which the favourites changed. Asks for
+/// nothing while the widget is hidden. Needs an installed platform. Main thread.
 class PanelUpdates {
  public:
-  /// `ask` has the widget start a fetch; it is not called while one runs.
+  /// `ask` makes the widget start a fetch; it is not called while a fetch runs.
   explicit PanelUpdates(std::function<void()> ask) : ask_(std::move(ask)) {}
   ~PanelUpdates() { cancelRetry(); }
   PanelUpdates(const PanelUpdates&) = delete;
   PanelUpdates& operator=(const PanelUpdates&) = delete;
 
-  /// To be told whoever has started the fetch, and told of its end once another can be started.
+  /// To be called for every fetch, whoever started it. `fetchDidEnd` is called when the next fetch can be
+  /// started.
   void fetchDidBegin();
   void fetchDidEnd(bool failed);
-  /// What appears asks for news by itself.
+  /// A widget that appears starts a fetch by itself.
   void setInSight(bool isInSight);
 
   void userDidAsk();
@@ -40,11 +40,11 @@ class PanelUpdates {
   std::function<void()> ask_;
   bool isInSight_ = false;
   bool isFetching_ = false;
-  /// Since the running fetch began; it may have been too early for both.
+  /// Both happened after the running fetch began, which may not have noticed them.
   bool favoritesHaveChanged_ = false;
   bool connectionHasReturned_ = false;
   int failures_ = 0;
-  /// Null when none is due.
+  /// Null when no retry is scheduled.
   std::shared_ptr<Timer> retry_;
 };
 

@@ -4,15 +4,15 @@ namespace linewatch::desktop {
 
 class RowSurface;
 
-/// Gives every RowSurface a list of rows for assistive technology: each row has a name, a description, its
-/// state and an action that presses it. May be called again.
+/// Makes every RowSurface a list of rows for assistive technology. Each row has a name, a description, its
+/// state and an action that presses it. May be called several times.
 void installRowAccessibility();
 
-/// Tells assistive technology that the surface has other rows than before.
+/// Announces to assistive technology that the rows have changed.
 void announceRows(RowSurface& surface);
-/// Tells assistive technology that the row that has the focus, if the surface has it, says something else.
+/// Announces that the words of the focused row have changed, if the surface has the focus.
 void announceWords(RowSurface& surface);
-/// Tells assistive technology which row has the focus, if the surface has it.
+/// Announces which row is focused, if the surface has the focus.
 void announceFocus(RowSurface& surface);
 
 }  // namespace linewatch::desktop

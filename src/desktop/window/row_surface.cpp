@@ -21,7 +21,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points that a notch of a wheel moves the rows by.
+// Points by which one notch of a mouse wheel scrolls.
 constexpr double kWheelStep = 55;
 constexpr double kWheelUnitsANotch = 120;
 constexpr double kHoverStrength = 0.5;
@@ -94,7 +94,7 @@ void RowSurface::setCurrentRow(std::size_t row) {
 
 void RowSurface::pressRow(std::size_t row) { table_->tapRow({0, row}); }
 
-/// The heights of rows that were never in sight are guesses, so the way there may take several goes.
+/// Rows that were never visible have estimated heights, so it may take several steps to get there.
 void RowSurface::scrollToRow(std::size_t row) {
   for (std::size_t i = 0; i <= rowCount(); ++i) {
     layOut();
@@ -147,7 +147,7 @@ void RowSurface::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath outline;
-  // The upper corners of the rounded rectangle lie outside.
+  // The rectangle's upper corners lie outside of the surface, so that only the lower ones are rounded.
   outline.addRoundedRect(QRectF(rect()).adjusted(0, -2 * cornerRadius_, 0, 0), cornerRadius_, cornerRadius_);
   painter.setClipPath(outline);
   if (hoveredRow_) paintFill(painter, *hoveredRow_);
@@ -175,10 +175,10 @@ void RowSurface::paintFocus(QPainter& painter) const {
                           kFocusRadius, kFocusRadius);
 }
 
-/// Where in the list the rows in sight are; nothing when they are all of it.
+/// Draws a scroll indicator, unless all rows are visible.
 void RowSurface::paintPosition(QPainter& painter) const {
   const double content = table_->contentHeight();
-  // The surface is whole points high.
+  // The surface has a whole number of points, so less than one point is not scrolled.
   if (content < height() + 1) return;
   const double room = height() - cornerRadius_ - kPositionInset;
   const double length = std::max(kShortestPosition, room * height() / content);
@@ -196,7 +196,7 @@ void RowSurface::mousePressEvent(QMouseEvent* event) {
   pressBegan(event->position());
 }
 
-/// The keys go on from the row that was pressed last.
+/// The pressed row becomes the current row of the keyboard.
 void RowSurface::pressBegan(const QPointF& position) {
   focusIsShown_ = false;
   if (const auto row = rowAt(position.toPoint())) makeCurrent(*row);
@@ -225,7 +225,7 @@ void RowSurface::pointerDidMove(std::optional<QPoint> place) {
   if (hoveredRow_ != before || mouse_.has_value() != wasHere) update();
 }
 
-/// Rows come, go and scroll under a mouse that rests as well: that is found when they are painted.
+/// Called when rows are painted too, because rows change and scroll under a resting mouse.
 void RowSurface::findHoveredRow() {
   const auto row = mouse_ ? rowAt(*mouse_) : std::nullopt;
   const auto hovered = row && opens(*row) ? row : std::nullopt;
@@ -262,7 +262,7 @@ bool RowSurface::event(QEvent* event) {
   }
 }
 
-/// The first finger alone counts, until it is lifted; then none does before all others are lifted too.
+/// Only the first finger counts. After it is lifted, the others are ignored until all are lifted.
 void RowSurface::handleTouch(const QTouchEvent& event) {
   if (event.type() == QEvent::TouchCancel) {
     touch_.reset();

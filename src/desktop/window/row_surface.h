@@ -14,32 +14,32 @@ class QTouchEvent;
 
 namespace linewatch::desktop {
 
-/// A part of a window that draws a view with a table in it, and brings mouse, touch and keys to the table's
-/// rows. The table has one section, and fills the view.
+/// Draws a view that is filled by a table with one section, and passes mouse, touch and key events to the
+/// table's rows.
 class RowSurface final : public QWidget {
  public:
   using Describe = std::function<RowWords(std::size_t row)>;
 
-  /// `describe` is asked for rows that the table has.
+  /// `describe` gives the words of an existing row.
   RowSurface(std::shared_ptr<ui::View> root, std::shared_ptr<ui::TableView> table, Describe describe,
              QWidget* parent = nullptr);
   ~RowSurface() override;
 
   std::size_t rowCount() const;
   RowWords wordsOf(std::size_t row) const { return describe_(row); }
-  /// Whether a press on the row does anything.
+  /// Whether pressing the row does anything.
   bool opens(std::size_t row) const { return table_->highlightsRow({0, row}); }
-  /// In the surface's coordinates, wherever the row has been scrolled to.
+  /// The row's rectangle in the surface's coordinates; outside of the surface when it is scrolled out.
   QRect rectOf(std::size_t row) const;
   std::optional<std::size_t> rowAt(const QPoint& point) const;
-  /// The row that keys act on; none without rows.
+  /// The row that keys act on; absent when there are no rows.
   std::optional<std::size_t> currentRow() const;
   void setCurrentRow(std::size_t row);
-  /// What a tap on the row does.
+  /// Does what a tap on the row does.
   void pressRow(std::size_t row);
   void scrollToRow(std::size_t row);
 
-  /// Points by which the two lower corners are rounded.
+  /// The radius of the two lower corners, in points.
   void setCornerRadius(double radius);
 
  protected:
@@ -58,7 +58,7 @@ class RowSurface final : public QWidget {
 
  private:
   struct Touch {
-    /// Of the finger that counts.
+    /// The id of the finger that counts.
     int finger = 0;
     double startY = 0;
     double lastY = 0;
@@ -89,9 +89,9 @@ class RowSurface final : public QWidget {
   ui::PointerTracker pointer_;
   double cornerRadius_ = 0;
   std::size_t currentRow_ = 0;
-  /// The current row's, as they were last told.
+  /// The words of the current row that were announced last.
   RowWords currentWords_;
-  /// Where the mouse rests; none when it is elsewhere.
+  /// The position of the mouse; absent when it is outside.
   std::optional<QPoint> mouse_;
   std::optional<std::size_t> hoveredRow_;
   std::optional<Touch> touch_;

@@ -6,7 +6,7 @@
 
 namespace linewatch::desktop {
 
-/// What a row says to someone who does not see it.
+/// The words of a row for assistive technology.
 struct RowWords {
   QString name;
   QString description;
@@ -14,8 +14,8 @@ struct RowWords {
   bool operator==(const RowWords&) const = default;
 };
 
-/// A row's texts with what its shields say: those stand beside the texts, and name the line that they are
-/// about. Needs an installed platform. Main thread.
+/// The row's texts, with the texts of its shields: these name the line that the row is about. Needs an
+/// installed platform. Main thread.
 RowWords wordsOfItem(const SummaryItem& item);
 
 }  // namespace linewatch::desktop

@@ -7,18 +7,18 @@
 
 namespace linewatch::desktop {
 
-/// The roles in a card's palette of lines, of texts that stand back, and of those that nobody is to miss.
+/// The roles in a card's palette for lines, for less important texts, and for warnings.
 inline constexpr QPalette::ColorRole kOutlineRole = QPalette::Mid;
 inline constexpr QPalette::ColorRole kFaintRole = QPalette::PlaceholderText;
 inline constexpr QPalette::ColorRole kAlarmRole = QPalette::BrightText;
 
-/// Light or dark, as the desktop's palette is.
+/// Whether the palette is light or dark.
 ui::Appearance appearanceOf(const QPalette& palette);
 
-/// A palette for all windows of a desktop that has none like it.
+/// A palette for all windows, for a desktop that has no palette of this appearance.
 QPalette windowPalette(ui::Appearance appearance);
 
-/// The palette with the texts and the background of the widget in place of the desktop's.
+/// The desktop's palette with the widget's text and background colours.
 QPalette cardPalette(const QPalette& desktop);
 
 }  // namespace linewatch::desktop

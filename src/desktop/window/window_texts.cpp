@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kPrefix = "LineWatch_Window_";
 
-/// Keeps its own direction within whatever text.
+/// Isolates the text, so that it keeps its own direction inside other text.
 std::string isolated(const std::string& text) { return "\u2068" + text + "\u2069"; }
 
 QDateTime localTime(Date date) {

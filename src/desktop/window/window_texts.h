@@ -13,20 +13,20 @@
 
 namespace linewatch::desktop {
 
-/// The words of the windows, in the user's language. Main thread.
+/// The texts of the windows, in the user's language. Main thread.
 class WindowTexts {
  public:
   explicit WindowTexts(const UserLocale& locale);
 
-  /// The text whose key is "LineWatch_Window_" and `name`, with its arguments filled in. Where the language
-  /// is written from right to left, each of these and the whole keep a direction of their own: the text may
-  /// be English, and names are as the feed has them.
+  /// The text with the key "LineWatch_Window_" + `name`, with its arguments filled in. In right-to-left
+  /// languages each text argument and the whole text are isolated: the text may be English, and a feed's
+  /// names have any direction.
   QString operator()(std::string_view name, std::initializer_list<FormatArgument> arguments = {}) const;
-  /// The date and the time in the machine's time zone; of a date today the time alone.
+  /// Date and time in the machine's time zone; only the time for a date of today.
   QString dateAndTime(Date date, Date now, QLocale::FormatType format = QLocale::LongFormat) const;
 
  private:
-  /// Formatting makes what it needs when it is first needed.
+  /// A pointer, because formatting caches formatters.
   std::unique_ptr<IcuLocalization> localization_;
   QLocale locale_;
   bool isRightToLeft_;

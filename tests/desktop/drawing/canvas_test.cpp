@@ -14,7 +14,7 @@ class Canvas : public testing::Test {
   static void SetUpTestSuite() { needOffscreenApplication(); }
 };
 
-TEST_F(Canvas, PointsBecomePixelsOfTheScale) {
+TEST_F(Canvas, ScalesPointsToPixels) {
   Sheet sheet(10, 10, 2);
   sheet.canvas().fillRect({1, 2, 3, 4}, kRed);
   for (const auto& [x, y] : {std::pair(2, 4), {7, 4}, {2, 11}, {7, 11}})
@@ -22,7 +22,7 @@ TEST_F(Canvas, PointsBecomePixelsOfTheScale) {
   for (const auto& [x, y] : {std::pair(1, 4), {8, 4}, {2, 3}, {2, 12}}) EXPECT_TRUE(sheet.isWhite(x, y));
 }
 
-TEST_F(Canvas, RestoreTakesBackClipAlphaAndTranslation) {
+TEST_F(Canvas, RestoreResetsClipAlphaAndTranslation) {
   Sheet sheet(20, 20, 1);
   QtCanvas& canvas = sheet.canvas();
   canvas.save();

@@ -25,7 +25,7 @@ class Drawings : public testing::Test {
   DrawingSource drawings_{log_};
 };
 
-TEST_F(Drawings, AllThatTheRowsNameAreThere) {
+TEST_F(Drawings, HasEveryDrawingThatRowsUse) {
   for (const std::string_view name :
        {"good-v2", "good-alt-v2", "advisories-v2", "WidgetGenericTransit", "mode-bus", "mode-tram",
         "mode-metro", "mode-rail", "mode-ferry", "mode-cable", "mode-air"}) {
@@ -50,7 +50,7 @@ TEST_F(Drawings, HaveTheColorsOfTheAppearance) {
   EXPECT_GT(dark.green(), light.green() + 30);
 }
 
-TEST_F(Drawings, AMissingOneIsLoggedOnce) {
+TEST_F(Drawings, LogsAMissingDrawingOnce) {
   for (const std::string_view name : {"none", "none", "", "../drawings/good-v2\n", "none"}) {
     EXPECT_EQ(drawings_.imageNamed(name), nullptr);
   }

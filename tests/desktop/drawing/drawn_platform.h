@@ -7,18 +7,18 @@
 #include "desktop/drawing/line_shield.h"
 #include "desktop/drawing/mode_icon.h"
 #include "desktop/drawing/qt_text_engine.h"
-#include "platform/recording_log.h"
 #include "platform/preferences_store.h"
+#include "platform/recording_log.h"
 #include "simulation/forwarding_platform.h"
 
 namespace linewatch::desktop {
 
-/// A simulated platform that shapes and draws as the desktop does.
+/// A simulated platform that shapes and draws text as the desktop does.
 class DrawnPlatform final : public ForwardingPlatform {
  public:
   using ForwardingPlatform::ForwardingPlatform;
 
-  /// Then no preference can be written.
+  /// While true, writing preferences fails.
   bool diskIsFull = false;
 
   ui::TextEngine& textEngine() override { return textEngine_; }

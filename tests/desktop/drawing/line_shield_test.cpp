@@ -28,7 +28,7 @@ class Shields : public testing::Test {
                           width, size);
   }
 
-  /// Drawn in the upper left corner at two pixels a point.
+  /// The image, drawn in the upper left corner at two pixels per point.
   static QImage drawn(const ui::Image& image, Appearance appearance = Appearance::light) {
     Sheet sheet(image.size().width + 1, image.size().height + 1, 2, appearance);
     image.draw(sheet.canvas(), {0, 0, image.size().width, image.size().height});
@@ -42,7 +42,7 @@ class Shields : public testing::Test {
   LineShieldManager shields_;
 };
 
-TEST_F(Shields, AreAsWideAsTheirTextAndNeverNarrowerThanHigh) {
+TEST_F(Shields, AreAsWideAsTheirTextButAtLeastSquare) {
   const auto narrow = shield("1");
   EXPECT_EQ(narrow->size().width, narrow->size().height);
   const auto wide = shield("Night 12");
@@ -57,7 +57,7 @@ TEST_F(Shields, AreAsWideAsTheirTextAndNeverNarrowerThanHigh) {
   EXPECT_EQ(shield("  7 ")->size().width, shield("7")->size().width);
 }
 
-TEST_F(Shields, ShrinkWithEveryStepAndStandOnThePixelGrid) {
+TEST_F(Shields, ShrinkWithEveryStepOnThePixelGrid) {
   double height = std::numeric_limits<double>::infinity();
   double width = height, fixedWidth = height;
   for (std::int64_t step = 3; step >= -4; --step) {
@@ -85,7 +85,7 @@ TEST_F(Shields, TextCanBeReadOnEveryColor) {
   };
   EXPECT_GT(brightestOf(*shield("H", TransitMode::bus, "102060", {3, 2}, {}, "0F1F5F")), 240);
   EXPECT_LT(brightestOf(*shield("H", TransitMode::bus, "C8C800", {3, 2}, {}, "FFFFFF")), 130);
-  // A feed's own pair is kept where it can be read.
+  // A feed's own colours are kept if the text can be read.
   const QImage kept = drawn(*shield("H", TransitMode::bus, "000000", {3, 2}, {}, "FFCC00"));
   bool hasYellow = false;
   for (int x = 0; x < kept.width(); ++x)
@@ -94,7 +94,7 @@ TEST_F(Shields, TextCanBeReadOnEveryColor) {
   EXPECT_EQ(pixelAt(*shield("1", TransitMode::bus, "no colour"), 2, 12), QColor(0x5B, 0x64, 0x70));
 }
 
-TEST_F(Shields, CloseToTheBackgroundTheyHaveAnOutline) {
+TEST_F(Shields, HaveAnOutlineWhenCloseToTheBackground) {
   const auto white = shield("1", TransitMode::rail, "FFFFFF");
   EXPECT_LT(pixelAt(*white, 12, 0.3).lightness(), 230);
   EXPECT_EQ(pixelAt(*white, 12, 1.6), QColor(Qt::white));
@@ -104,7 +104,7 @@ TEST_F(Shields, CloseToTheBackgroundTheyHaveAnOutline) {
   EXPECT_NE(pixelAt(*black, 12, 0.3, Appearance::dark), QColor(0x20, 0x20, 0x20));
 }
 
-TEST_F(Shields, EveryModeHasAShapeOfItsOwnAtEveryStep) {
+TEST_F(Shields, ModesHaveDifferentShapes) {
   for (std::int64_t step = 3; step >= -4; --step) {
     std::vector<QImage> shapes;
     for (std::int64_t mode = 0; mode <= static_cast<std::int64_t>(TransitMode::air); ++mode) {
@@ -117,7 +117,7 @@ TEST_F(Shields, EveryModeHasAShapeOfItsOwnAtEveryStep) {
   EXPECT_EQ(drawn(*shield("1", static_cast<TransitMode>(99))), drawn(*shield("1", TransitMode::other)));
 }
 
-TEST_F(Shields, TextStandsInTheMiddleOfTheHeight) {
+TEST_F(Shields, CenterTheirTextVertically) {
   for (std::int64_t step = 3; step >= -4; --step) {
     const auto image = shield("H", TransitMode::rail, "000000", {step, 2});
     const QImage pixels = drawn(*image);
@@ -131,7 +131,7 @@ TEST_F(Shields, TextStandsInTheMiddleOfTheHeight) {
   }
 }
 
-TEST_F(Shields, IconsAreAsHighAsShieldsAndModesWithoutOneHaveNone) {
+TEST_F(Shields, IconsAreAsHighAsShields) {
   ModeIconManager icons(std::make_shared<DrawingSource>(std::make_shared<RecordingLog>()));
   for (const ArtworkSize size : {ArtworkSize{3, 2}, ArtworkSize{-1, 1}}) {
     const auto icon =

@@ -9,12 +9,12 @@
 
 namespace linewatch::desktop {
 
-/// Makes the process's application when it is first called.
+/// Makes the process's application on the first call.
 inline void needOffscreenApplication() {
   static const std::unique_ptr<QGuiApplication> application = makeOffscreenApplication();
 }
 
-/// White pixels to draw on, and the canvas for them.
+/// A white image, and a canvas that draws on it.
 class Sheet {
  public:
   Sheet(double width, double height, double scale, ui::Appearance appearance = ui::Appearance::light)
@@ -26,7 +26,7 @@ class Sheet {
   QColor pixel(int x, int y) const { return image_.pixelColor(x, y); }
   const QImage& image() const { return image_; }
   bool isWhite(int x, int y) const { return pixel(x, y) == QColor(Qt::white); }
-  /// Whether any pixel of the row differs from white.
+  /// Whether any pixel of the row is not white.
   bool hasInk(int y) const {
     for (int x = 0; x < image_.width(); ++x) {
       if (!isWhite(x, y)) return true;

@@ -128,7 +128,7 @@ TEST_F(Picture, HasEmojiInEveryFormat) {
   EXPECT_TRUE(contentOf(file("a.pdf")).contains("/Subtype /Image"));
 }
 
-TEST_F(Picture, CanBeAsTallAsItIsSaidTo) {
+TEST_F(Picture, TheTallestPictureIsTheLargestPossible) {
   for (const double scale : {0.5, 1.0, 2.0, 8.0}) {
     for (const double width : {100.0, 359.0, 2000.0}) {
       const double height = tallestPicture(width, scale);
@@ -139,7 +139,7 @@ TEST_F(Picture, CanBeAsTallAsItIsSaidTo) {
   }
 }
 
-TEST_F(Picture, OfNoPossibleSizeIsNone) {
+TEST_F(Picture, AnImpossibleSizeIsAnError) {
   constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
   for (const ui::Size size : {ui::Size{0, 60}, ui::Size{200, -1}, ui::Size{kNotANumber, 60},
                               ui::Size{1e9, 60}, ui::Size{16000, 16000}}) {
@@ -151,7 +151,7 @@ TEST_F(Picture, OfNoPossibleSizeIsNone) {
   EXPECT_FALSE(std::filesystem::exists(file("b.png")));
 }
 
-TEST_F(Picture, ThatCannotBeWrittenSaysWhy) {
+TEST_F(Picture, AFailedWriteSaysWhy) {
   EXPECT_THAT(savePicture(*view_, kStyle, file("a.gif"))->description(),
               HasSubstr("must end in .png, .svg or .pdf"));
   EXPECT_THAT(savePicture(*view_, kStyle, file("none/a.png"))->description(), HasSubstr("none/a.png"));

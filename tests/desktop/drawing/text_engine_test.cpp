@@ -41,7 +41,7 @@ class TextEngine : public testing::Test {
   const std::string sentence_ = "No service between Harbour and North Gate until further notice";
 };
 
-TEST_F(TextEngine, MetricsGrowWithTheFontAndAreThoseOfLatinText) {
+TEST_F(TextEngine, MetricsAreThoseOfLatinText) {
   for (const ui::Font& font : {body_, ui::Font(TextStyle::caption2), ui::Font(TextStyle::largeTitle)}) {
     const ui::FontMetrics metrics = engine_.metrics(font);
     const double size = font.pointSize();
@@ -51,7 +51,7 @@ TEST_F(TextEngine, MetricsGrowWithTheFontAndAreThoseOfLatinText) {
   }
 }
 
-TEST_F(TextEngine, ATextIsAsWideAtEveryScaleAndFitsTheWidthThatItAsksFor) {
+TEST_F(TextEngine, ATextHasTheSameWidthAtEveryScale) {
   const double width = widthOf(sentence_);
   for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
     const auto exact = layOut(sentence_, {.width = width, .scale = scale});
@@ -63,7 +63,7 @@ TEST_F(TextEngine, ATextIsAsWideAtEveryScaleAndFitsTheWidthThatItAsksFor) {
   EXPECT_EQ(shape("a\nbbb\nbb")->naturalWidth(), widthOf("bbb"));
 }
 
-TEST_F(TextEngine, BaselinesAreOnThePixelGridAndInkStandsOnThem) {
+TEST_F(TextEngine, BaselinesAreOnThePixelGrid) {
   for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
     const auto layout = layOut("HHHH HHHH", {.width = widthOf("HHHHH"), .scale = scale});
     ASSERT_EQ(layout->lines.size(), 2);
@@ -78,7 +78,7 @@ TEST_F(TextEngine, BaselinesAreOnThePixelGridAndInkStandsOnThem) {
   }
 }
 
-TEST_F(TextEngine, WrapsBetweenWordsElseBetweenCharacters) {
+TEST_F(TextEngine, WrapsBetweenWordsOrElseCharacters) {
   const auto words = layOut(sentence_, {.width = 160});
   ASSERT_GE(words->lines.size(), 3);
   std::string joined;
@@ -101,7 +101,7 @@ TEST_F(TextEngine, WrapsBetweenWordsElseBetweenCharacters) {
   EXPECT_EQ(paragraphs->lines[3].begin, 10);
 }
 
-TEST_F(TextEngine, LeftOverTextEndsInAnEllipsisInTheLastLineThatIsAllowed) {
+TEST_F(TextEngine, TruncatedTextEndsInAnEllipsis) {
   for (const double width : {90.0, 160.0, 233.0}) {
     for (const std::size_t limit : {1U, 2U, 3U}) {
       const auto layout = layOut(sentence_, {.width = width, .maximumNumberOfLines = limit});
@@ -144,7 +144,7 @@ TEST_F(TextEngine, OneLineModesAndOtherLimits) {
   EXPECT_TRUE(layOut("a", {.width = std::numeric_limits<double>::quiet_NaN()})->lines.empty());
 }
 
-// The middle of what is drawn in red, and of what is drawn in black.
+// The mean x of the red pixels, and of the black pixels.
 struct Middles {
   double red = 0;
   double black = 0;
@@ -164,7 +164,7 @@ Middles middlesOf(const ui::TextLayout& layout) {
   return {red / redCount, black / blackCount};
 }
 
-TEST_F(TextEngine, ParagraphsReadInTheDirectionOfTheirLetters) {
+TEST_F(TextEngine, ParagraphsHaveTheDirectionOfTheirLetters) {
   const ui::RGBA red{1, 0, 0};
   const auto redThenBlack = [&](std::string_view first, std::string_view second, LayoutDirection direction) {
     AttributedText text;
@@ -180,7 +180,7 @@ TEST_F(TextEngine, ParagraphsReadInTheDirectionOfTheirLetters) {
   EXPECT_DOUBLE_EQ(arabic->lines.at(0).x, 400 - arabic->lines[0].width);
   const auto english = redThenBlack("Line ", "stopped", LayoutDirection::rightToLeft);
   EXPECT_LT(middlesOf(*english).red, middlesOf(*english).black);
-  // Digits and brackets alone read as the interface does.
+  // Digits and brackets without letters have the interface's direction.
   const auto mirrored = redThenBlack("(12) ", "-- [34]", LayoutDirection::rightToLeft);
   EXPECT_GT(middlesOf(*mirrored).red, middlesOf(*mirrored).black);
 }
@@ -196,7 +196,7 @@ TEST_F(TextEngine, RunsKeepTheirFontsAndColorsThroughTruncation) {
               DoubleNear(engine_.metrics(ui::Font(TextStyle::largeTitle)).ascent, 0.1));
   Sheet sheet(220, 50, 1);
   sheet.canvas().drawText(*layout, {0, 0}, ui::RGBA{0, 0, 0});
-  // The ellipsis at the end belongs to the run before it.
+  // The ellipsis has the colour of the run before it.
   const int baseline = static_cast<int>(layout->lines[0].baseline);
   bool redDot = false;
   for (int x = static_cast<int>(layout->lines[0].width) - 8; x < layout->lines[0].width; ++x) {
@@ -206,7 +206,7 @@ TEST_F(TextEngine, RunsKeepTheirFontsAndColorsThroughTruncation) {
   EXPECT_TRUE(redDot);
 }
 
-TEST_F(TextEngine, BytesThatAreNotUtf8ShowAsReplacementCharacters) {
+TEST_F(TextEngine, InvalidUtf8ShowsAsReplacementCharacters) {
   EXPECT_EQ(widthOf("a\xFF\xC3z"), widthOf("a\uFFFD\uFFFDz"));
   EXPECT_EQ(widthOf("\xED\xA0\x80"), widthOf("\uFFFD\uFFFD\uFFFD"));
   const auto layout = layOut("\xFF\xFF zürich \xFF", {.width = widthOf("zürich") + 1});
@@ -214,7 +214,7 @@ TEST_F(TextEngine, BytesThatAreNotUtf8ShowAsReplacementCharacters) {
   EXPECT_EQ(layout->lines[1].begin, 3);
   EXPECT_EQ(layout->lines[1].end, 10);
   EXPECT_EQ(layout->lines[2].end, 12);
-  // Control characters do nothing and take no room.
+  // Control characters are invisible and have no width.
   EXPECT_EQ(widthOf(std::string("a\0\x1B\x7F"
                                 "b",
                                 5)),
@@ -222,7 +222,7 @@ TEST_F(TextEngine, BytesThatAreNotUtf8ShowAsReplacementCharacters) {
                     "b"));
 }
 
-TEST_F(TextEngine, EveryScriptHasWidthAndLinesOfAboutTheSameHeight) {
+TEST_F(TextEngine, LinesOfEveryScriptHaveAboutTheSameHeight) {
   const double latin = layOut("Delay", {})->size.height;
   for (const char* text : {"الخط متوقف", "אין שירות", "सेवा में देरी", "列車は運転を見合わせ", "지연",
                            "⚠️🚌👨‍👩‍👧🇨🇭"}) {
@@ -233,7 +233,7 @@ TEST_F(TextEngine, EveryScriptHasWidthAndLinesOfAboutTheSameHeight) {
   }
 }
 
-TEST_F(TextEngine, HostileTextsAreLaidOutAtOnce) {
+TEST_F(TextEngine, LaysOutHostileTextsQuickly) {
   constexpr std::size_t kBytes = 100'000;
   const auto begin = std::chrono::steady_clock::now();
   for (const std::string_view piece :
@@ -249,7 +249,7 @@ TEST_F(TextEngine, HostileTextsAreLaidOutAtOnce) {
     Sheet sheet(260, 80, 1);
     sheet.canvas().drawText(*few, {0, 0}, ui::RGBA{0, 0, 0});
   }
-  // Takes a second; a layout in the square of the length takes minutes.
+  // Takes about a second. With quadratic layout it would take minutes.
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 

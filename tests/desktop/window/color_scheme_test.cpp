@@ -19,7 +19,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Settings at the other end of a connection.
+/// A settings service at the other end of a D-Bus connection.
 class Portal final : public QDBusVirtualObject {
  public:
   Portal() {
@@ -95,7 +95,7 @@ TEST(ColorSchemeTest, FollowsTheDesktopsSettings) {
   QDBusConnection::disconnectFromPeer("panel");
 }
 
-TEST(ColorSchemeTest, IsAppliedToAllWindowsAndTakenBack) {
+TEST(ColorSchemeTest, AppliesAndRestoresThePalette) {
   needApplication();
   const QPalette usual = QApplication::palette();
   ASSERT_EQ(appearanceOf(usual), ui::Appearance::light);

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTextDocument>
 #include <fstream>
 
 #include <sys/stat.h>
@@ -38,7 +39,7 @@ SharedLineIndex cityLines() {
   return std::make_shared<const LineIndex>(std::move(contents));
 }
 
-/// A panel and a companion that rows are opened in.
+/// A panel, and a companion in which its rows are opened.
 class CompanionTest : public PanelTest {
  protected:
   void startCompanion(const QStringList& command = {}) {
@@ -64,7 +65,7 @@ class CompanionTest : public PanelTest {
     return {.artworkSourceType = kArtworkSourceShield,
             .shieldDataSource = ShieldDataSource{.shieldText = text}};
   }
-  /// Opens what the row has really been made with.
+  /// Opens the row's own activity.
   bool openRow(const RVUserActivityData& data) {
     bool opened = false;
     companion_->openActivity({*data.activityType(), *data.userInfo()},
@@ -154,7 +155,7 @@ class CompanionTest : public PanelTest {
   std::function<void(const FeedLines&)> linesLoaded_;
   std::optional<Error> linesError_;
   bool isReadOnly_ = false;
-  /// Empty while the favourites can be read.
+  /// Empty: the favourites can be read.
   std::string whyUnreadable_;
   int changes_ = 0;
 };
@@ -177,7 +178,7 @@ TEST_F(CompanionTest, ShowsTheLineOfARow) {
   EXPECT_THAT(openedLinks_, ElementsAre("https://example.org/strike"));
 }
 
-TEST_F(CompanionTest, NamesTheOtherLinesOfAnIncidentOnceTheyAreKnown) {
+TEST_F(CompanionTest, AddsAffectedLinesWhenTheyAreFound) {
   startCompanion();
   openRow(activityOfRow(0));
   EXPECT_THAT(askedLines_, ElementsAre(11U));
@@ -200,6 +201,41 @@ TEST_F(CompanionTest, NamesTheOtherLinesOfAnIncidentOnceTheyAreKnown) {
   EXPECT_EQ(strips().size(), 1U) << "what was asked for other details comes too late";
 }
 
+TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
+  const std::string hostile = "<img src=/dev/zero> & <b>[*]";
+  startCompanion();
+  change([&](simulation::World& world) {
+    world.lines["A"].name = hostile;
+    world.systems["M"].name = hostile;
+    world.incidents["strike"].title = hostile;
+    world.incidents["strike"].fullDescription = hostile;
+    world.incidents["strike"].infoURL = "https://example.org/?<img+src=/dev/zero>";
+  });
+  panel_->requestUpdate();
+  advance(1);
+  openRow(activityOfRow(0));
+  const auto fields = std::make_shared<const TransitLineFields>(TransitLineFields{
+      .muid = 2, .name = hostile, .artwork = std::make_shared<const TransitArtworkDataSource>(artwork("7"))});
+  findLines_({{11, {fields}}});
+  stored_ = {{FavoriteKind::line, hostile, hostile}};
+  openFavorites();
+  int toolTips = 0;
+  for (QWidget* const widget : QApplication::allWidgets()) {
+    const auto* const label = dynamic_cast<QLabel*>(widget);
+    EXPECT_TRUE(!label || label->textFormat() == Qt::PlainText) << label->text().toStdString();
+    if (widget->toolTip().isEmpty()) continue;
+    ++toolTips;
+    EXPECT_FALSE(widget->toolTip().contains("<img")) << widget->toolTip().toStdString();
+  }
+  EXPECT_GE(toolTips, 2);
+  EXPECT_EQ(window<DetailsWindow>()->windowTitle().toStdString(), "<img src=/dev/zero> & <b>[*][*]");
+  const auto& strip = *stripsOf(*window<DetailsWindow>()).back();
+  EXPECT_EQ(strip.accessibleName().toStdString(), "Affected line: " + hostile);
+  QTextDocument shown;
+  shown.setHtml(strip.toolTip());
+  EXPECT_EQ(shown.toPlainText().toStdString(), "Affected line: " + hostile);
+}
+
 TEST_F(CompanionTest, ShowsTheIncidentsOfTheSummary) {
   startCompanion();
   ASSERT_TRUE(openRow(activityOfSummary()));
@@ -211,7 +247,7 @@ TEST_F(CompanionTest, ShowsTheIncidentsOfTheSummary) {
   EXPECT_EQ(details->findChildren<LinkButton*>().size(), 1) << "only pages of the web are linked to";
 }
 
-TEST_F(CompanionTest, SaysWhatItCannotOpen) {
+TEST_F(CompanionTest, ExplainsWhatItCannotOpen) {
   startCompanion();
   const auto& data = activityOfRow(0);
   Dictionary info = *data.userInfo();
@@ -235,7 +271,7 @@ TEST_F(CompanionTest, SaysWhatItCannotOpen) {
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
 }
 
-TEST_F(CompanionTest, ListsTheFavouritesAndTakesThemBack) {
+TEST_F(CompanionTest, RemovesAFavouriteAndAddsItBack) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "town", "x"}};
   ASSERT_TRUE(openURL("rova://favorites?type=2&map=3&session=abc"));
@@ -257,7 +293,7 @@ TEST_F(CompanionTest, ListsTheFavouritesAndTakesThemBack) {
   EXPECT_EQ(changes_, 2);
 }
 
-TEST_F(CompanionTest, FollowsWhatIsChangedElsewhereWithoutDisturbing) {
+TEST_F(CompanionTest, FollowsChangesByOthersAndKeepsThePlace) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "city", "r1"}};
   companion_->favoritesDidChange();
@@ -285,7 +321,7 @@ TEST_F(CompanionTest, FollowsWhatIsChangedElsewhereWithoutDisturbing) {
   EXPECT_EQ(changes_, 0);
 }
 
-TEST_F(CompanionTest, AnOpenWindowIsShownAgainInTheTextSizeOfNow) {
+TEST_F(CompanionTest, AnOpenWindowFollowsTheTextSize) {
   startCompanion();
   openFavorites();
   const auto searchFont = [] { return window<FavoritesWindow>()->findChild<QLineEdit*>()->font(); };
@@ -316,7 +352,7 @@ TEST_F(CompanionTest, FindsAndAddsLines) {
   EXPECT_EQ(window<FavoritesWindow>(), nullptr);
 }
 
-TEST_F(CompanionTest, GoesOnWithoutAFeedThatCannotBeReadButNotWithoutTheFavourites) {
+TEST_F(CompanionTest, WorksWithoutAnUnreadableFeedButNotWithoutFavourites) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}};
   linesError_ = failure("feed town", "/town", "no such file or folder");
@@ -346,7 +382,7 @@ TEST_F(CompanionTest, GoesOnWithoutAFeedThatCannotBeReadButNotWithoutTheFavourit
   EXPECT_THAT(hints(), Not(Contains("state database: it is damaged")));
 }
 
-TEST_F(CompanionTest, WindowsCanBeUsedWithoutSeeingThem) {
+TEST_F(CompanionTest, WindowsAreAccessible) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}};
   const QListWidget& list = openFavorites();
@@ -376,7 +412,7 @@ TEST_F(CompanionTest, WindowsCanBeUsedWithoutSeeingThem) {
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
 }
 
-TEST_F(CompanionTest, CallsACommandOfTheUsersInstead) {
+TEST_F(CompanionTest, RunsTheUsersCommand) {
   const TemporaryFolder folder;
   const std::string told = folder.path() / "told";
   ASSERT_EQ(mkfifo(told.c_str(), 0600), 0);

@@ -15,7 +15,7 @@
 
 namespace linewatch::desktop {
 
-/// A panel in a simulated city, drawn for real; time passes only when it is told to.
+/// A panel in a simulated city, drawn for real. Time passes only in `advance`.
 class PanelTest : public testing::Test {
  protected:
   static simulation::World cityWithAStrike() {
@@ -61,7 +61,7 @@ class PanelTest : public testing::Test {
     panel_ = std::make_unique<PanelWindow>(texts, services(), maxRows_);
     panel_->loadWidget();
   }
-  /// Shows the panel until its first fetch has ended.
+  /// Shows the panel, and waits until its first fetch has ended.
   void show() {
     panel_->show();
     advance(1);

@@ -8,13 +8,13 @@
 namespace linewatch::desktop {
 namespace {
 
-/// Its fetches end when the test says so.
+/// Fetches end when the test calls `end`.
 class PanelUpdatesTest : public PlatformTest {
  protected:
   PanelUpdatesTest() { updates_.setInSight(true); }
 
   void end(bool failed) { updates_.fetchDidEnd(failed); }
-  /// How often it asks within the time, each time in vain.
+  /// How many fetches start within the time, each of which fails.
   int failuresWithin(double seconds) {
     const int before = asked_;
     for (double passed = 0; passed < seconds; ++passed) {
@@ -32,7 +32,7 @@ class PanelUpdatesTest : public PlatformTest {
   }};
 };
 
-TEST_F(PanelUpdatesTest, AFetchThatFailsCountsOnceHoweverManyWaitForIt) {
+TEST_F(PanelUpdatesTest, AFailedFetchCountsOnceForAllWhoWait) {
   updates_.userDidAsk();
   for (int i = 0; i < 8; ++i) updates_.userDidAsk();
   EXPECT_EQ(asked_, 1);
@@ -48,7 +48,7 @@ TEST_F(PanelUpdatesTest, AFetchThatFailsCountsOnceHoweverManyWaitForIt) {
   EXPECT_EQ(failuresWithin(4000), 0);
 }
 
-TEST_F(PanelUpdatesTest, AConnectionThatReturnsMakesTheNextTrySoon) {
+TEST_F(PanelUpdatesTest, RetriesSoonAfterTheConnectionReturns) {
   updates_.userDidAsk();
   updates_.connectionDidReturn();
   EXPECT_EQ(asked_, 1);
@@ -62,7 +62,7 @@ TEST_F(PanelUpdatesTest, AConnectionThatReturnsMakesTheNextTrySoon) {
   EXPECT_EQ(failuresWithin(10), 1) << "it was not quite there yet";
 }
 
-TEST_F(PanelUpdatesTest, WhatAFetchMayNotHaveSeenIsAskedForAfterIt) {
+TEST_F(PanelUpdatesTest, FetchesAgainAfterAChangeDuringAFetch) {
   updates_.fetchDidBegin();
   updates_.favoritesDidChange();
   updates_.favoritesDidChange();
@@ -75,7 +75,7 @@ TEST_F(PanelUpdatesTest, WhatAFetchMayNotHaveSeenIsAskedForAfterIt) {
   EXPECT_EQ(asked_, 2);
 }
 
-TEST_F(PanelUpdatesTest, NothingGoesOnOutOfSight) {
+TEST_F(PanelUpdatesTest, FetchesNothingWhileHidden) {
   updates_.userDidAsk();
   end(true);
   updates_.setInSight(false);

@@ -25,7 +25,7 @@ bool isSaved(Platform& platform) {
   return store->objectForKey(kSavedUIDataKey).has_value();
 }
 
-TEST_F(PanelTest, ComesAndGoesWithItsWindow) {
+TEST_F(PanelTest, TheWidgetAppearsAndDisappearsWithTheWindow) {
   start();
   EXPECT_FALSE(panel_->controller().isVisible());
   show();
@@ -44,12 +44,12 @@ TEST_F(PanelTest, ComesAndGoesWithItsWindow) {
   EXPECT_EQ(count("analytics"), 2U);
 }
 
-TEST_F(PanelTest, ShowsTheLastListAtOnceAlsoAfterItWasKilled) {
+TEST_F(PanelTest, ShowsTheSavedListAfterItWasKilled) {
   startShown();
   panel_->setExpanded(true);
   settle();
   const int height = panel_->height();
-  // A process that is killed does nothing at its end: only what is saved by now is there the next time.
+  // A killed process saves nothing at its end, so the list must be saved by now.
   ASSERT_TRUE(isSaved(*platform_));
   const auto saved = *platform_->makePreferencesStore(kCompanionAppGroupSuite)->objectForKey(kSavedUIDataKey);
   panel_ = nullptr;
@@ -79,7 +79,7 @@ TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
   EXPECT_EQ(count("usage"), 2U);
 }
 
-TEST_F(PanelTest, TheHeaderCanBeUsedWithoutSeeingIt) {
+TEST_F(PanelTest, TheHeaderIsAccessible) {
   startShown();
   QStringList named;
   for (QToolButton* const button : panel_->findChildren<QToolButton*>()) {
@@ -102,7 +102,7 @@ TEST_F(PanelTest, TheHeaderCanBeUsedWithoutSeeingIt) {
   EXPECT_TRUE(isOpen);
 }
 
-TEST_F(PanelTest, AChangeAtOnceEndsOneThatMoves) {
+TEST_F(PanelTest, AnImmediateResizeStopsTheAnimation) {
   startShown();
   const std::unique_ptr<QStyle> moving(QStyleFactory::create("fusion"));
   panel_->setStyle(moving.get());
@@ -116,7 +116,7 @@ TEST_F(PanelTest, AChangeAtOnceEndsOneThatMoves) {
   EXPECT_EQ(rows().height(), 330);
 }
 
-TEST_F(PanelTest, OffersNothingWhenThereIsNoMore) {
+TEST_F(PanelTest, HasNoToggleWhenThereIsNoMore) {
   auto world = cityWithAStrike();
   world.favorites = {{.line = "C"}};
   startShown(world);
@@ -127,7 +127,7 @@ TEST_F(PanelTest, OffersNothingWhenThereIsNoMore) {
   EXPECT_EQ(rows().height(), 110);
 }
 
-TEST_F(PanelTest, ExpandsAgainWhenAnErrorHasPassed) {
+TEST_F(PanelTest, ExpandsAgainAfterAnError) {
   startShown();
   panel_->setExpanded(true);
   settle();
@@ -153,7 +153,7 @@ TEST_F(PanelTest, ExpandsAgainWhenAnErrorHasPassed) {
   EXPECT_TRUE(panel_->isExpanded());
 }
 
-TEST_F(PanelTest, RecoversWhenTheWidgetsOwnRefreshHasFailed) {
+TEST_F(PanelTest, RecoversAfterAFailedRefresh) {
   startShown();
   int errorsLogged = 0;
   platform_->simulated().log().setListener([&](const LogMessage& message) {
@@ -193,7 +193,7 @@ TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
   EXPECT_TRUE(isSaved(*platform_)) << "though nothing new is on screen";
 }
 
-TEST_F(PanelTest, KeysOfTheWindow) {
+TEST_F(PanelTest, HandlesShortcuts) {
   startShown();
   const auto trigger = [this](const QKeySequence& keys) {
     for (QAction* action : panel_->actions()) {
@@ -225,7 +225,7 @@ TEST_F(PanelTest, KeysOfTheWindow) {
   EXPECT_FALSE(panel_->isVisible());
 }
 
-TEST_F(PanelTest, TellsTheWidgetOfItsWidth) {
+TEST_F(PanelTest, PassesItsWidthToTheWidget) {
   startShown();
   panel_->resize(500, panel_->height());
   settle();
@@ -253,7 +253,7 @@ TEST_F(PanelTest, FollowsTheDesktopsColours) {
   EXPECT_GT(brightest, 200) << "the menu button can be seen";
 }
 
-TEST(WindowTextsTest, AnEnglishTextKeepsItsDirectionAmongOthers) {
+TEST(WindowTextsTest, IsolatesTextsInRightToLeftLanguages) {
   const WindowTexts english(*UserLocale::parse("en"));
   EXPECT_EQ(english("UnknownLine", {"7"}), "Unknown line 7");
   const WindowTexts arabic(*UserLocale::parse("ar"));

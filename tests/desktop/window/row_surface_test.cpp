@@ -39,7 +39,7 @@ class RowSurfaceTest : public PanelTest {
   }
 };
 
-TEST_F(RowSurfaceTest, AClickOpensTheRowThatItBeganAndEndedOn) {
+TEST_F(RowSurfaceTest, AClickOpensTheRowItBeganAndEndedOn) {
   startExpanded();
   click(rows(), middleOf(0));
   EXPECT_EQ(opened(), 1U);
@@ -69,7 +69,7 @@ TEST_F(RowSurfaceTest, KeysMoveAmongTheRowsAndOpenThem) {
   EXPECT_EQ(rows().currentRow(), 0U);
 }
 
-TEST_F(RowSurfaceTest, HoverAndPressCanBeSeen) {
+TEST_F(RowSurfaceTest, HighlightsHoveredAndPressedRows) {
   startExpanded();
   const QPoint spot(rows().width() / 2, rows().rectOf(0).top() + 4);
   const auto color = [&] { return rows().grab().toImage().pixelColor(spot); };
@@ -86,7 +86,7 @@ TEST_F(RowSurfaceTest, HoverAndPressCanBeSeen) {
   EXPECT_EQ(color(), idle);
 }
 
-TEST_F(RowSurfaceTest, HoverFollowsTheRowsUnderAMouseThatRests) {
+TEST_F(RowSurfaceTest, HoverFollowsRowsUnderARestingMouse) {
   auto world = cityWithAStrike();
   world.service.answer = simulation::WorldService::Answer::error;
   startShown(world);
@@ -143,7 +143,7 @@ TEST_F(RowSurfaceTest, AFingerTapsOrScrolls) {
   EXPECT_EQ(opened(), 1U);
 }
 
-TEST_F(RowSurfaceTest, RowsHaveNamesStatesAndActionsForAssistiveTechnology) {
+TEST_F(RowSurfaceTest, RowsAreAccessible) {
   auto world = cityWithAStrike();
   world.lines["A"].alternateArtwork = TransitArtworkDataSource{
       .shieldDataSource = ShieldDataSource{.shieldText = "A"}, .accessibilityText = "Line A"};
@@ -172,7 +172,7 @@ TEST_F(RowSurfaceTest, RowsHaveNamesStatesAndActionsForAssistiveTechnology) {
   EXPECT_EQ(rows().currentRow(), 1U);
 }
 
-TEST_F(RowSurfaceTest, ARowThatIsGoneIsInvalidForAssistiveTechnology) {
+TEST_F(RowSurfaceTest, ARemovedRowIsInvalidForAssistiveTechnology) {
   startExpanded();
   QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&rows());
   QAccessibleInterface* const last = list->child(2);
@@ -186,7 +186,7 @@ TEST_F(RowSurfaceTest, ARowThatIsGoneIsInvalidForAssistiveTechnology) {
   EXPECT_EQ(list->child(0)->text(QAccessible::Name), "LineWatch_Summary_advisory_count(2)");
 }
 
-TEST_F(RowSurfaceTest, TheSummarySaysItsShieldsButNotAllOfVeryMany) {
+TEST_F(RowSurfaceTest, TheSummaryNamesAtMostTwelveShields) {
   auto world = cityOf(14);
   for (int i = 0; i < 14; ++i) {
     const std::string name = "L" + std::to_string(i);

@@ -8,7 +8,7 @@
 
 namespace linewatch::desktop {
 
-/// Sizes change at once.
+/// A style without animations.
 class StillStyle final : public QProxyStyle {
  public:
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -17,7 +17,7 @@ class StillStyle final : public QProxyStyle {
   }
 };
 
-/// Makes the process's application, without a display, when it is first called.
+/// Makes the process's application, without a display, on the first call.
 inline void needApplication() {
   static char name[] = "test", option[] = "-platform", value[] = "offscreen";
   static char* arguments[] = {name, option, value, nullptr};
@@ -31,7 +31,7 @@ inline void needApplication() {
   (void)application;
 }
 
-/// Runs what has been put off.
+/// Processes all pending events.
 inline void settle() {
   for (int i = 0; i < 3; ++i) {
     QCoreApplication::sendPostedEvents();

@@ -1,0 +1,157 @@
+#include "desktop/window/hosted_widget.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/log.h"
+#include "shared/failure.h"
+#include "widget/saved_ui_data.h"
+#include "widget/transit_incidents_view_controller.h"
+#include "widget/widget_display_mode.h"
+
+namespace linewatch::desktop {
+
+HostedWidget::HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL,
+                           std::optional<bool> wantsExpanded)
+    : host_(std::make_shared<PanelHost>(limits, std::move(openURL))),
+      controller_(RVTransitIncidentsViewController::make(host_, {limits.width, limits.compactHeight})),
+      updates_([this] { controller_->widgetPerformUpdateWithCompletionHandler(nullptr); }) {
+  controller_->view();
+  const auto& dataSource = controller_->dataSource();
+  wantsExpanded_ = wantsExpanded.value_or(dataSource->isExpanded());
+  if (dataSource->isExpanded()) host_->setActiveDisplayMode(WidgetDisplayMode::expanded);
+  host_->setLargestAvailableDisplayMode(widgetLargestAvailableDisplayMode(dataSource->listItem().get()));
+}
+
+HostedWidget::~HostedWidget() {
+  controller_->setPreferredContentSizeHandler(nullptr);
+  controller_->setRequestHandler(nullptr);
+  host_->setAvailabilityHandler(nullptr);
+}
+
+void HostedWidget::start(Handlers handlers) {
+  handlers_ = std::move(handlers);
+  controller_->setPreferredContentSizeHandler([this](const Size&) { contentDidChange(); });
+  controller_->setRequestHandler([this] { requestDidChange(); });
+  host_->setAvailabilityHandler([this] { availabilityDidChange(); });
+  applyMode();
+}
+
+void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
+  if (std::exchange(isShown_, isShown) == isShown) return;
+  updates_.setInSight(isShown);
+  if (isShown) {
+    host_->setLimits(limits);
+    controller_->viewWillAppear(true);
+    controller_->viewDidAppear(true);
+  } else {
+    controller_->viewWillDisappear(true);
+    controller_->viewDidDisappear(true);
+  }
+}
+
+// ---- Size ----
+
+void HostedWidget::widthDidChange(const PanelHost::Limits& limits, double height) {
+  host_->setLimits(limits);
+  controller_->viewWillTransitionToSize({limits.width, height});
+}
+
+/// The data source is asked, because the widget announces its preferred size only when its list changes: not
+/// for the list that it was restored with, nor always for another text size.
+double HostedWidget::preferredHeight(double room) const {
+  const auto& dataSource = controller_->dataSource();
+  const Size preferred = dataSource->preferredContentSizeForExpanded(
+      dataSource->isExpanded(), host_->maximumSizeForDisplayMode(host_->activeDisplayMode()));
+  return std::max(limits().compactHeight, std::min(preferred.height, room));
+}
+
+void HostedWidget::textSizeDidChange() {
+  controller_->view().environmentDidChange();
+  // The widget reloads its rows only for another list, but each row got its height when it was made.
+  controller_->tableView()->reloadData();
+}
+
+void HostedWidget::contentDidChange() {
+  handlers_.contentDidChange();
+  if (isShown_) saveState();
+}
+
+// ---- Display mode ----
+
+bool HostedWidget::isExpanded() const { return host_->activeDisplayMode() == WidgetDisplayMode::expanded; }
+
+bool HostedWidget::offersMore() const {
+  return host_->largestAvailableDisplayMode() == WidgetDisplayMode::expanded;
+}
+
+void HostedWidget::setExpanded(bool expanded) {
+  wantsExpanded_ = expanded;
+  applyMode();
+}
+
+/// The widget calls this in the middle of an update, so the mode changes later.
+void HostedWidget::availabilityDidChange() {
+  if (std::exchange(isModePending_, true)) return;
+  QMetaObject::invokeMethod(
+      this, [this] { applyMode(); }, Qt::QueuedConnection);
+}
+
+/// Expands the widget when the user wants that and there is more to show. After an error has passed, the
+/// widget expands again by itself.
+void HostedWidget::applyMode() {
+  isModePending_ = false;
+  const auto mode = offersMore() && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
+  if (mode != host_->activeDisplayMode()) {
+    host_->setActiveDisplayMode(mode);
+    controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
+  }
+  handlers_.modeDidChange();
+}
+
+// ---- Updates ----
+
+bool HostedWidget::isFetching() const { return controller_->request() != nullptr; }
+
+std::optional<Error> HostedWidget::fetchError() const {
+  return controller_->dataSource()->transitLineItemResult()->error();
+}
+
+/// Called for every fetch, also for those that the widget starts by itself.
+void HostedWidget::requestDidChange() {
+  if (isFetching()) {
+    updates_.fetchDidBegin();
+  } else {
+    if (isShown_) saveState();
+    const std::optional<Error>& error = controller_->transitLineItemResult()->error();
+    logFailureOnce(error);
+    updates_.fetchDidEnd(error.has_value());
+  }
+  handlers_.fetchDidChange();
+}
+
+/// Retries fail with the same reason again and again: it is logged once, and once more after a success.
+void HostedWidget::logFailureOnce(const std::optional<Error>& error) {
+  std::string reason = error ? sentenceOf(*error) : "";
+  if (reason != loggedFailure_ && error) logError("%@", {reason});
+  loggedFailure_ = std::move(reason);
+}
+
+/// The widget itself saves its state when it disappears, but a process that is killed never gets there. So
+/// the list is saved as soon as it is on screen. A list that could not be saved is tried again after the next
+/// fetch or change of mode.
+void HostedWidget::saveState() {
+  const auto& dataSource = controller_->dataSource();
+  const auto result = dataSource->transitLineItemResult();
+  if (!controller_->transitLineItemResult()) return;
+  const bool isExpanded = dataSource->isExpanded();
+  if (result == savedResult_ && isExpanded == savedExpanded_) return;
+  if (!saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, isExpanded)))
+    // The reason is in the log already.
+    return logDebug("The list on screen could not be saved; the one saved before stays");
+  savedResult_ = result;
+  savedExpanded_ = isExpanded;
+  logDebug("The list on screen is saved for the next start");
+}
+
+}  // namespace linewatch::desktop
