@@ -47,7 +47,7 @@ std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* 
   CommonOptions options;
   addCommonOptions(app, options);
   app.footer(kFooterOfCommands);
-  const CommandGrammar grammar(app);
+  CommandGrammar grammar(app);
   app.footer(kFooter);
   try {
     app.parse(argc, argv);

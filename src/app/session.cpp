@@ -24,7 +24,7 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
   if (!options.gtfs && !options.alerts && options.favorites.empty()) return settings;
   if (!options.gtfs) return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
   if (!options.alerts)
-    return failure("--alerts is missing", "", "without alerts nothing is known of the lines");
+    return failure("--alerts is missing", "", "a run without saved state needs service alerts");
   settings.given = {*options.gtfs, *options.alerts, options.favorites};
   return settings;
 }

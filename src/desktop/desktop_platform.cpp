@@ -154,7 +154,7 @@ AnalyticsLogger& DesktopPlatform::analyticsLogger() { return *roles_->analyticsL
 
 DesktopScreen& DesktopPlatform::screen() {
   if (!settings_.screen) {
-    logError("a screen is needed in a run without one");
+    logError("views were asked for in a run without a screen");
     std::abort();
   }
   return *settings_.screen;

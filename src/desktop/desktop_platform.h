@@ -34,7 +34,7 @@ class DesktopPlatform final : public Platform {
   /// Waits for the background threads, which start nothing new after that. They may use the installed
   /// platform, so this must be called before another one is installed.
   void finishBackgroundWork();
-  /// Stops downloads that nobody waits for any longer.
+  /// Stops running downloads, whose results are no longer needed.
   void stopFetching() { documents_->stopFetching(); }
 
   TransitFeeds& feeds();

@@ -85,7 +85,7 @@ TEST_F(PanelProcessTest, RestoresItsListAfterItWasKilled) {
   EXPECT_EQ(first.end(SIGKILL), 128 + SIGKILL);
   PanelProcess second(folder_ / "state");
   ASSERT_TRUE(second.says(kLoads));
-  EXPECT_EQ(second.end(SIGTERM), 0) << "in good order, as when the desktop session ends";
+  EXPECT_EQ(second.end(SIGTERM), 0) << "an orderly end, as when the desktop session ends";
   EXPECT_THAT(analytics(), HasSubstr("shown for"));
 }
 

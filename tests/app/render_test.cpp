@@ -94,7 +94,7 @@ TEST_F(RenderTest, OptionsDetermineThePicturesSize) {
     EXPECT_NE(textIn(picture()), usual) << testing::PrintToString(options);
   }
   EXPECT_EQ(sizeWith({}), (Pixels{718, 220}));
-  EXPECT_EQ(textIn(picture()), usual) << "the same again is the same file";
+  EXPECT_EQ(textIn(picture()), usual) << "the same options give the same file";
 }
 
 TEST_F(RenderTest, TheExtensionDeterminesTheFormat) {

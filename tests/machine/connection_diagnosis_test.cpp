@@ -42,36 +42,37 @@ class ConnectionDiagnosisTest : public testing::Test {
 };
 
 TEST_F(ConnectionDiagnosisTest, WithoutADefaultRouteThereIsNoInternet) {
-  EXPECT_EQ(diagnoseConnection(files_), noInternetConnection) << "nothing is known";
+  EXPECT_EQ(diagnoseConnection(files_), noInternetConnection) << "the files are missing";
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
   EXPECT_EQ(diagnose(std::string(kLocalRoute) + kDefaultRoute), other);
   EXPECT_EQ(diagnose(kRouteThatIsDown), noInternetConnection);
   EXPECT_EQ(diagnose(std::string(kLocalRoute) + kRouteThatRejects), noInternetConnection);
   EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00000003", "eth0")), other);
   EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00200200", "lo")), noInternetConnection);
-  EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00000201", "eth0")), noInternetConnection) << "it rejects";
+  EXPECT_EQ(diagnose(kLocalRoute, ipv6Route("00000201", "eth0")), noInternetConnection)
+      << "it rejects packets";
   EXPECT_EQ(diagnose("nonsense\n", "more nonsense\n"), noInternetConnection);
 }
 
 TEST_F(ConnectionDiagnosisTest, IsInAirplaneModeWhenEveryRadioIsOff) {
   addRadio("rfkill0", "bluetooth", false);
-  EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection) << "none of its radios carries the internet";
+  EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection) << "no radio carries the internet";
   addRadio("rfkill1", "wlan", true);
   addRadio("rfkill2", "wwan", false, true);
   EXPECT_EQ(diagnose(kLocalRoute), airplaneMode);
-  EXPECT_EQ(diagnose(kDefaultRoute), other) << "a cable does not care";
+  EXPECT_EQ(diagnose(kDefaultRoute), other) << "a cable still works";
   addRadio("rfkill3", "wlan", false);
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
 }
 
 TEST(ConnectionReturnTest, IsReportedOncePerInterruption) {
   ConnectionReturn connection(true);
-  EXPECT_FALSE(connection.isBack(true)) << "it never went";
+  EXPECT_FALSE(connection.isBack(true)) << "it was never gone";
   EXPECT_FALSE(connection.isBack(false));
   EXPECT_FALSE(connection.isBack(false));
   EXPECT_TRUE(connection.isBack(true));
   EXPECT_FALSE(connection.isBack(true));
-  EXPECT_TRUE(ConnectionReturn(false).isBack(true)) << "it was not there at first";
+  EXPECT_TRUE(ConnectionReturn(false).isBack(true)) << "it was missing at the start";
 }
 
 }  // namespace

@@ -121,7 +121,7 @@ std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
   constexpr std::string_view kWhat = "cannot write the picture";
   const Writing write = writingFor(file);
   if (write == nullptr) return failure(kWhat, file.string(), "the name must end in .png, .svg or .pdf");
-  if (!pixelsOf(style)) return failure(kWhat, file.string(), "no picture can have this size");
+  if (!pixelsOf(style)) return failure(kWhat, file.string(), "the size is not possible for a picture");
   // The picture is made in memory first, because not every writer of Qt's notices that a disk is full.
   QBuffer picture;
   picture.open(QIODevice::WriteOnly);

@@ -47,7 +47,7 @@ struct QtMainLoop::Timers {
     if (descriptor >= 0) return;
     // The platform's log cannot be used: the platform is still being made.
     const std::string why = std::generic_category().message(errno);
-    StderrLog(false).write({LogLevel::error, kLogCategory, "there is no timer to be had: %@", {why}});
+    StderrLog(false).write({LogLevel::error, kLogCategory, "cannot make a timer: %@", {why}});
     std::abort();
   }
   ~Timers() { close(descriptor); }

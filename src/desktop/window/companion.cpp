@@ -43,7 +43,7 @@ void Companion::openActivity(const UserActivity& activity, const OpenHandler& do
 
 std::optional<Error> Companion::open(const URL& url) {
   if (command_.isSet()) return command_.open(url);
-  if (!isAboutFavorites(url)) return failure(url.absoluteString, "", "is no address that can be opened here");
+  if (!isAboutFavorites(url)) return failure(url.absoluteString, "", "this address cannot be opened here");
   showFavorites();
   return std::nullopt;
 }

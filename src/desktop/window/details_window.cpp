@@ -105,7 +105,7 @@ void DetailsWindow::fitHeight() {
   resize(kDetailsWidth, fittedHeight_);
 }
 
-// ---- What was handed over ----
+// ---- The content ----
 
 void DetailsWindow::present(const TransitLineItem& line) {
   shownLine_ = line.muid();
@@ -137,7 +137,7 @@ void DetailsWindow::presentIncidents(const TransitIncidents& incidents) {
   });
 }
 
-// ---- Their parts ----
+// ---- Parts of the content ----
 
 void DetailsWindow::addLine(const TransitLine& line) {
   auto* const row = new QHBoxLayout;

@@ -4,15 +4,12 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPainter>
-#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
-#include "desktop/window/line_delegate.h"
 #include "desktop/window/window_colors.h"
 #include "feeds/user_favorites.h"
 #include "shared/failure.h"
@@ -71,18 +68,12 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
   search_->installEventFilter(this);
   connect(search_, &QLineEdit::textChanged, this, [this] { showLines(); });
   hint_ = makeLabel({}, font(kHintSize), Tone::faint);
-  list_ = new QListWidget;
-  list_->setFrameShape(QFrame::NoFrame);
-  list_->setMouseTracking(true);
-  list_->setSelectionMode(QAbstractItemView::NoSelection);
-  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  list_->setUniformItemSizes(true);
-  list_->setItemDelegate(new LineDelegate(artworkCache(), artworkStep(kListedShieldStep),
-                                          font(kLineNameSize, QFont::Medium), font(kAgencySize), list_));
-  list_->installEventFilter(this);
+  FavoriteList::Change applyChange;
+  if (services_.change)
+    applyChange = [this](const StoredFavorite& favorite, bool isAdded) { return change(favorite, isAdded); };
+  list_ = new FavoriteList(artworkCache(), artworkStep(kListedShieldStep), font(kLineNameSize, QFont::Medium),
+                           font(kAgencySize), std::move(applyChange));
   list_->setAccessibleName(this->texts()("FavoritesTitle"));
-  connect(list_, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemDidChange(item); });
   for (QWidget* const part : {static_cast<QWidget*>(search_), static_cast<QWidget*>(hint_)}) {
     auto* const row = new QHBoxLayout;
     row->setContentsMargins(kFavoritesMargin, 0, kFavoritesMargin, 0);
@@ -140,7 +131,7 @@ void FavoritesWindow::followChanges() {
     showTitle();
     showLines();
   } else {
-    showChoice();
+    showMarks();
   }
   loadLines();
 }
@@ -162,12 +153,10 @@ void FavoritesWindow::linesDidLoad(const FeedLines& lines) {
   showLinesAgain();
 }
 
-// ---- What is listed ----
+// ---- The list ----
 
 void FavoritesWindow::showLines() {
-  const QSignalBlocker blocker(list_);
-  list_->clear();
-  listed_.clear();
+  list_->clearEntries();
   listsFavorites_ = false;
   showHint({});
   if (favoritesError_) return showError(*favoritesError_);
@@ -184,30 +173,24 @@ void FavoritesWindow::showLines() {
 
 /// Keeps the current line and the scroll position.
 void FavoritesWindow::showLinesAgain() {
-  const int row = list_->currentRow();
-  const auto current = row < 0 ? std::nullopt : std::optional(listed_[static_cast<std::size_t>(row)]);
-  const int scrolled = list_->verticalScrollBar()->value();
+  const FavoriteList::Place place = list_->place();
   showLines();
-  const auto found = current ? std::ranges::find(listed_, *current) : listed_.end();
-  if (found != listed_.end()) list_->setCurrentRow(static_cast<int>(found - listed_.begin()));
-  list_->verticalScrollBar()->setValue(scrolled);
+  list_->restore(place);
 }
 
-/// Updates the check marks. A listed line that is no longer a favourite stays in the list, as if the user had
+/// Updates the marks. A listed line that is no longer a favourite stays in the list, as if the user had
 /// removed it here.
-void FavoritesWindow::showChoice() {
-  const QSignalBlocker blocker(list_);
-  for (std::size_t row = 0; row < listed_.size(); ++row)
-    list_->item(static_cast<int>(row))->setCheckState(isFavorite(listed_[row]) ? Qt::Checked : Qt::Unchecked);
+void FavoritesWindow::showMarks() {
+  list_->setMarks([this](const StoredFavorite& line) { return isFavorite(line); });
   if (!listsFavorites_) return;
   for (const StoredFavorite& favorite : favorites_) {
-    if (std::ranges::find(listed_, favorite) == listed_.end()) addEntry(entryOf(favorite));
+    if (!list_->contains(favorite)) addLine(entryOf(favorite));
   }
 }
 
 void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
   for (const FoundLine& line : std::span(found).first(std::min(found.size(), kMostLines)))
-    addEntry(entryOf(line));
+    addLine(entryOf(line));
   if (search_->text().trimmed().isEmpty()) {
     showHint(texts()("NoFavorites"));
   } else if (found.empty()) {
@@ -219,7 +202,7 @@ void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
 
 void FavoritesWindow::showFavorites() {
   listsFavorites_ = true;
-  for (const StoredFavorite& favorite : favorites_) addEntry(entryOf(favorite));
+  for (const StoredFavorite& favorite : favorites_) addLine(entryOf(favorite));
   if (!services_.change) showHint(texts()("FavoritesGiven"));
 }
 
@@ -230,13 +213,13 @@ void FavoritesWindow::showHint(const QString& hint) {
 
 void FavoritesWindow::showError(const Error& error) { showHint(QString::fromStdString(sentenceOf(error))); }
 
-FavoritesWindow::Entry FavoritesWindow::entryOf(const FoundLine& line) {
+FavoriteList::Entry FavoritesWindow::entryOf(const FoundLine& line) {
   LineRecords& records = records_.try_emplace(line.index.get(), line.index).first->second;
   return {favoriteOf(line), QString::fromStdString(line.longName()),
           QString::fromStdString(line.agencyName()), records.lineFieldsOfRoute(line.route)->artwork};
 }
 
-FavoritesWindow::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
+FavoriteList::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
   const auto index = std::ranges::find(lines_.indexes, favorite.feed, &LineIndex::feedName);
   const auto route = index == lines_.indexes.end() ? std::nullopt : (*index)->routeWithId(favorite.subject);
   if (route) return entryOf(FoundLine{*index, *route});
@@ -248,63 +231,38 @@ bool FavoritesWindow::isFavorite(const StoredFavorite& line) const {
   return std::ranges::find(favorites_, line) != favorites_.end();
 }
 
-void FavoritesWindow::addEntry(const Entry& entry) {
-  auto* const item = new QListWidgetItem(entry.name, list_);
-  item->setData(LineDelegate::kAgencyRole, entry.agency);
-  item->setData(LineDelegate::kArtworkRole, QVariant::fromValue(entry.artwork));
-  const auto& shield = entry.artwork ? entry.artwork->shieldDataSource : std::nullopt;
-  const QString shieldText = shield ? QString::fromStdString(shield->shieldText.value_or("")) : QString();
-  QStringList words{shieldText, entry.name, entry.agency};
-  words.removeAll(QString());
-  item->setData(Qt::AccessibleTextRole, words.join(QStringLiteral(", ")));
-  item->setCheckState(isFavorite(entry.favorite) ? Qt::Checked : Qt::Unchecked);
-  item->setFlags(services_.change ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
-                                  : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-  listed_.push_back(entry.favorite);
+void FavoritesWindow::addLine(const FavoriteList::Entry& entry) {
+  list_->add(entry, isFavorite(entry.favorite));
 }
 
 // ---- Changes ----
 
-void FavoritesWindow::itemDidChange(QListWidgetItem* item) {
-  const StoredFavorite& favorite = listed_[static_cast<std::size_t>(list_->row(item))];
-  const bool isAdded = item->checkState() == Qt::Checked;
+bool FavoritesWindow::change(const StoredFavorite& favorite, bool isAdded) {
   const auto changed = services_.change(favorite, isAdded);
   if (!changed) {
-    const QSignalBlocker blocker(list_);
-    item->setCheckState(isAdded ? Qt::Unchecked : Qt::Checked);
-    return showError(changed.error());
+    showError(changed.error());
+    return false;
   }
-  if (!*changed) return;
+  if (!*changed) return true;
   std::erase(favorites_, favorite);
   if (isAdded) favorites_.push_back(favorite);
   services_.didChange();
+  return true;
 }
 
-/// Enter and Down, which the search field and the list do not handle themselves.
+/// In the search field, Enter and Down lead to the list.
 bool FavoritesWindow::eventFilter(QObject* watched, QEvent* event) {
-  const bool isKey = event->type() == QEvent::KeyPress && list_->count() > 0;
+  const bool isKey = watched == search_ && event->type() == QEvent::KeyPress && list_->count() > 0;
   const int key = isKey ? static_cast<const QKeyEvent*>(event)->key() : 0;
-  const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-  if (watched == search_ && (isEnter || key == Qt::Key_Down)) {
-    goToList();
-    return true;
-  }
-  if (watched == list_ && isEnter) {
-    changeCurrentLine();
-    return true;
-  }
-  return CompanionWindow::eventFilter(watched, event);
+  if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Down)
+    return CompanionWindow::eventFilter(watched, event);
+  goToList();
+  return true;
 }
 
 void FavoritesWindow::goToList() {
   if (!list_->currentItem()) list_->setCurrentRow(0);
   list_->setFocus(Qt::TabFocusReason);
-}
-
-void FavoritesWindow::changeCurrentLine() {
-  QListWidgetItem* const item = list_->currentItem();
-  if (!item || !(item->flags() & Qt::ItemIsUserCheckable)) return;
-  item->setCheckState(item->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
 }
 
 /// Esc clears a search before it closes the window.

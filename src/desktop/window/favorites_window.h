@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "desktop/window/companion_window.h"
+#include "desktop/window/favorite_list.h"
 #include "feeds/gtfs/line_records.h"
 #include "feeds/gtfs/line_search.h"
 #include "feeds/transit_feeds.h"
@@ -16,8 +17,6 @@
 
 class QLabel;
 class QLineEdit;
-class QListWidget;
-class QListWidgetItem;
 class QTimer;
 
 namespace linewatch::desktop {
@@ -56,36 +55,28 @@ class FavoritesWindow final : public CompanionWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  struct Entry {
-    StoredFavorite favorite;
-    QString name;
-    QString agency;
-    SharedArtwork artwork;
-  };
-
   void showTitle();
   void readAgain();
   void loadLines();
   void linesDidLoad(const FeedLines& lines);
   void showLines();
   void showLinesAgain();
-  void showChoice();
+  void showMarks();
   void showFound(const std::vector<FoundLine>& found);
   void showFavorites();
   void showHint(const QString& hint);
   void showError(const Error& error);
   bool isFavorite(const StoredFavorite& line) const;
-  void addEntry(const Entry& entry);
-  Entry entryOf(const FoundLine& line);
-  Entry entryOf(const StoredFavorite& favorite);
+  void addLine(const FavoriteList::Entry& entry);
+  FavoriteList::Entry entryOf(const FoundLine& line);
+  FavoriteList::Entry entryOf(const StoredFavorite& favorite);
   void goToList();
-  void changeCurrentLine();
-  void itemDidChange(QListWidgetItem* item);
+  bool change(const StoredFavorite& favorite, bool isAdded);
 
   FavoritesServices services_;
   QLineEdit* search_ = nullptr;
   QLabel* hint_ = nullptr;
-  QListWidget* list_ = nullptr;
+  FavoriteList* list_ = nullptr;
   /// Runs as long as the favourites cannot be read.
   QTimer* retry_ = nullptr;
 
@@ -95,8 +86,7 @@ class FavoritesWindow final : public CompanionWindow {
   FeedLines lines_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
-  std::vector<StoredFavorite> listed_;
-  /// Whether `listed_` are the favourites, not the lines that a search found.
+  /// Whether the list shows the favourites, not the lines that a search found.
   bool listsFavorites_ = false;
 };
 

@@ -1,12 +1,10 @@
 #include "desktop/window/row_surface.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QStyleHints>
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <algorithm>
@@ -43,7 +41,14 @@ double pointsOf(const QWheelEvent& event) {
 
 RowSurface::RowSurface(std::shared_ptr<ui::View> root, std::shared_ptr<ui::TableView> table,
                        Describe describe, QWidget* parent)
-    : QWidget(parent), root_(std::move(root)), table_(std::move(table)), describe_(std::move(describe)) {
+    : QWidget(parent),
+      root_(std::move(root)),
+      table_(std::move(table)),
+      describe_(std::move(describe)),
+      touch_({.began = [this](const QPointF& position) { pressBegan(position); },
+              .tapped = [this](const QPointF& position) { pressEnded(position); },
+              .cancelled = [this] { cancelPress(); },
+              .scrolled = [this](double points) { scrollBy(points); }}) {
   installRowAccessibility();
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -212,7 +217,11 @@ void RowSurface::mouseMoveEvent(QMouseEvent* event) {
 
 void RowSurface::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return event->ignore();
-  pointer_.handle(*root_, ui::PointerPhase::released, pointOf(event->position()));
+  pressEnded(event->position());
+}
+
+void RowSurface::pressEnded(const QPointF& position) {
+  pointer_.handle(*root_, ui::PointerPhase::released, pointOf(position));
 }
 
 void RowSurface::leaveEvent(QEvent*) { pointerDidMove(std::nullopt); }
@@ -255,44 +264,11 @@ bool RowSurface::event(QEvent* event) {
     case QEvent::TouchEnd:
     case QEvent::TouchCancel:
       event->accept();
-      handleTouch(*static_cast<QTouchEvent*>(event));
+      touch_.handle(*static_cast<QTouchEvent*>(event), *this);
       return true;
     default:
       return QWidget::event(event);
   }
-}
-
-/// Only the first finger counts. After it is lifted, the others are ignored until all are lifted.
-void RowSurface::handleTouch(const QTouchEvent& event) {
-  if (event.type() == QEvent::TouchCancel) {
-    touch_.reset();
-    return cancelPress();
-  }
-  for (const QEventPoint& point : event.points()) {
-    const QPointF position = mapFromGlobal(point.globalPosition());
-    if (event.type() == QEvent::TouchBegin) return touchBegan(point.id(), position);
-    if (!touch_ || touch_->finger != point.id()) continue;
-    if (point.state() == QEventPoint::Released) return touchEnded(position);
-    return touchMoved(position);
-  }
-}
-
-void RowSurface::touchBegan(int finger, const QPointF& position) {
-  touch_ = Touch{.finger = finger, .startY = position.y(), .lastY = position.y()};
-  pressBegan(position);
-}
-
-void RowSurface::touchMoved(const QPointF& position) {
-  const int threshold = QGuiApplication::styleHints()->startDragDistance();
-  if (!touch_->scrolls && std::abs(position.y() - touch_->startY) < threshold) return;
-  if (!std::exchange(touch_->scrolls, true)) cancelPress();
-  scrollBy(std::exchange(touch_->lastY, position.y()) - position.y());
-}
-
-void RowSurface::touchEnded(const QPointF& position) {
-  const bool isTap = !touch_->scrolls;
-  touch_.reset();
-  if (isTap) pointer_.handle(*root_, ui::PointerPhase::released, pointOf(position));
 }
 
 // ---- Keys ----

@@ -7,10 +7,9 @@
 #include <optional>
 
 #include "desktop/window/row_words.h"
+#include "desktop/window/touch_gesture.h"
 #include "ui/pointer_tracker.h"
 #include "ui/table_view.h"
-
-class QTouchEvent;
 
 namespace linewatch::desktop {
 
@@ -57,28 +56,17 @@ class RowSurface final : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  struct Touch {
-    /// The id of the finger that counts.
-    int finger = 0;
-    double startY = 0;
-    double lastY = 0;
-    bool scrolls = false;
-  };
-
   void makeCurrent(std::size_t row);
   void layOut();
   void paintFill(QPainter& painter, std::size_t row) const;
   void paintFocus(QPainter& painter) const;
   void paintPosition(QPainter& painter) const;
   void pressBegan(const QPointF& position);
+  void pressEnded(const QPointF& position);
   void pointerDidMove(std::optional<QPoint> place);
   void findHoveredRow();
   void cancelPress();
   bool scrollBy(double points);
-  void handleTouch(const QTouchEvent& event);
-  void touchBegan(int finger, const QPointF& position);
-  void touchMoved(const QPointF& position);
-  void touchEnded(const QPointF& position);
   std::optional<std::size_t> rowForKey(int key) const;
   std::size_t rowsInSight() const;
   void rowsDidReload();
@@ -87,6 +75,7 @@ class RowSurface final : public QWidget {
   std::shared_ptr<ui::TableView> table_;
   Describe describe_;
   ui::PointerTracker pointer_;
+  TouchGesture touch_;
   double cornerRadius_ = 0;
   std::size_t currentRow_ = 0;
   /// The words of the current row that were announced last.
@@ -94,7 +83,6 @@ class RowSurface final : public QWidget {
   /// The position of the mouse; absent when it is outside.
   std::optional<QPoint> mouse_;
   std::optional<std::size_t> hoveredRow_;
-  std::optional<Touch> touch_;
   bool focusIsShown_ = false;
   bool isPainting_ = false;
 };

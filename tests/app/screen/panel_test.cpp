@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "desktop/window/windows.h"
+#include "desktop/window/window_events.h"
 #include "storage/stored_analytics.h"
 #include "temporary_folder.h"
 
@@ -99,7 +99,7 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
               ElementsAre(action("SHOW_MORE"), action("TAP_WIDGET_ITEM"), action("TAP_WIDGET_ITEM")));
   const auto sessions = storedWidgetSessions(*session_->platform().saved()->database());
   ASSERT_TRUE(sessions);
-  EXPECT_EQ(sessions->size(), 1U) << "the first tap ends it";
+  EXPECT_EQ(sessions->size(), 1U) << "the first tap ends the session";
 }
 
 TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
@@ -136,7 +136,7 @@ TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   ASSERT_FALSE(other->run("ROLLBACK"));
   waitUntil([this] { return !toggle().isHidden(); });
   EXPECT_EQ(toggle().text(), "Show Less");
-  EXPECT_EQ(rows().rowCount(), 5U) << "what was saved before both";
+  EXPECT_EQ(rows().rowCount(), 5U) << "the list saved before both starts";
 }
 
 }  // namespace

@@ -146,7 +146,7 @@ TEST_F(Picture, AnImpossibleSizeIsAnError) {
     EXPECT_EQ(imageOf(*view_, {.size = size, .scale = 1}), std::nullopt);
     const auto error = savePicture(*view_, {.size = size, .scale = 1}, file("b.png"));
     ASSERT_TRUE(error);
-    EXPECT_THAT(error->description(), HasSubstr("no picture can have this size"));
+    EXPECT_THAT(error->description(), HasSubstr("the size is not possible for a picture"));
   }
   EXPECT_FALSE(std::filesystem::exists(file("b.png")));
 }

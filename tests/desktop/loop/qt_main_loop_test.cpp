@@ -83,14 +83,14 @@ TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
 
 TEST(QtMainLoopDeathTest, SaysWhyItCannotMakeATimer) {
 #ifdef LINEWATCH_NEEDS_FILES
-  GTEST_SKIP() << "the sanitizer cannot do without files";
+  GTEST_SKIP() << "the sanitizer needs files";
 #endif
   const auto keepTimeWithoutFiles = [] {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_NOFILE, &none);
     QtMainLoop loop;
   };
-  EXPECT_DEATH(keepTimeWithoutFiles(), "there is no timer to be had: Too many open files");
+  EXPECT_DEATH(keepTimeWithoutFiles(), "cannot make a timer: Too many open files");
 }
 
 }  // namespace

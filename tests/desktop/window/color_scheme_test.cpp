@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/window/window_colors.h"
-#include "desktop/window/windows.h"
+#include "desktop/window/window_events.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -78,7 +78,7 @@ TEST(ColorSchemeTest, FollowsTheDesktopsSettings) {
   {
     QObject owner;
     followColorScheme(bus, owner, [&](ColorScheme scheme) { schemes.push_back(scheme); });
-    EXPECT_TRUE(schemes.empty()) << "nobody waits";
+    EXPECT_TRUE(schemes.empty()) << "it does not block";
     waitUntil([&] { return schemes.size() == 1; });
     portal.change("color-scheme", 2);
     waitUntil([&] { return schemes.size() == 2; });
@@ -87,7 +87,7 @@ TEST(ColorSchemeTest, FollowsTheDesktopsSettings) {
     portal.change("accent-color", 1);
     portal.change("color-scheme", 0);
     waitUntil([&] { return schemes.size() == 3; });
-    EXPECT_EQ(portal.questions(), 4) << "other settings are nothing to ask for";
+    EXPECT_EQ(portal.questions(), 4) << "other settings are ignored";
   }
   portal.change("color-scheme", 1);
   settle();
@@ -100,7 +100,7 @@ TEST(ColorSchemeTest, AppliesAndRestoresThePalette) {
   const QPalette usual = QApplication::palette();
   ASSERT_EQ(appearanceOf(usual), ui::Appearance::light);
   applyColorScheme(ColorScheme::light);
-  EXPECT_EQ(QApplication::palette(), usual) << "it was light";
+  EXPECT_EQ(QApplication::palette(), usual) << "it was light already";
   applyColorScheme(ColorScheme::dark);
   EXPECT_EQ(appearanceOf(QApplication::palette()), ui::Appearance::dark);
   applyColorScheme(ColorScheme::light);

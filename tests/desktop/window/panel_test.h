@@ -10,7 +10,7 @@
 
 #include "desktop/drawing/drawn_platform.h"
 #include "desktop/window/panel_window.h"
-#include "desktop/window/windows.h"
+#include "desktop/window/window_events.h"
 #include "widget/transit_incidents_view_controller.h"
 
 namespace linewatch::desktop {

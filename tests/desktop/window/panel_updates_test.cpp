@@ -38,11 +38,11 @@ TEST_F(PanelUpdatesTest, AFailedFetchCountsOnceForAllWhoWait) {
   EXPECT_EQ(asked_, 1);
   end(true);
   EXPECT_EQ(failuresWithin(70), 1);
-  EXPECT_EQ(failuresWithin(70), 0) << "later each time";
-  EXPECT_EQ(failuresWithin(12 * 3600), 27) << "but every half hour at least";
+  EXPECT_EQ(failuresWithin(70), 0) << "the intervals grow";
+  EXPECT_EQ(failuresWithin(12 * 3600), 27) << "up to half an hour";
   updates_.userDidAsk();
   end(true);
-  EXPECT_EQ(failuresWithin(70), 1) << "soon again once the user has asked";
+  EXPECT_EQ(failuresWithin(70), 1) << "the user resets the interval";
   updates_.userDidAsk();
   end(false);
   EXPECT_EQ(failuresWithin(4000), 0);
@@ -53,13 +53,13 @@ TEST_F(PanelUpdatesTest, RetriesSoonAfterTheConnectionReturns) {
   updates_.connectionDidReturn();
   EXPECT_EQ(asked_, 1);
   end(true);
-  EXPECT_EQ(failuresWithin(10), 1) << "what failed had begun without a connection";
-  EXPECT_EQ(failuresWithin(50), 0) << "once";
+  EXPECT_EQ(failuresWithin(10), 1) << "the failed fetch began without a connection";
+  EXPECT_EQ(failuresWithin(50), 0) << "only once";
   EXPECT_EQ(failuresWithin(20), 1);
   updates_.connectionDidReturn();
   EXPECT_EQ(asked_, 4);
   end(true);
-  EXPECT_EQ(failuresWithin(10), 1) << "it was not quite there yet";
+  EXPECT_EQ(failuresWithin(10), 1) << "the connection was not ready yet";
 }
 
 TEST_F(PanelUpdatesTest, FetchesAgainAfterAChangeDuringAFetch) {

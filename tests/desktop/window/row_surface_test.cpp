@@ -95,7 +95,7 @@ TEST_F(RowSurfaceTest, HoverFollowsRowsUnderARestingMouse) {
     return rows().cursor().shape();
   };
   mouse(rows(), QEvent::MouseMove, middleOf(0));
-  EXPECT_EQ(shape(), Qt::ArrowCursor) << "an error opens nothing";
+  EXPECT_EQ(shape(), Qt::ArrowCursor) << "an error row opens nothing";
   change([](auto& changed) { changed.service.answer = simulation::WorldService::Answer::lines; });
   panel_->requestUpdate();
   advance(1);
@@ -116,7 +116,7 @@ TEST_F(RowSurfaceTest, TheWheelScrolls) {
   QWheelEvent up(point, rows().mapToGlobal(point), {0, 30}, {0, 240}, Qt::NoButton, Qt::NoModifier,
                  Qt::NoScrollPhase, false);
   QApplication::sendEvent(&rows(), &up);
-  EXPECT_EQ(scrolledTo(), 80) << "pixels where the device knows them";
+  EXPECT_EQ(scrolledTo(), 80) << "a device that reports pixels scrolls by pixels";
 }
 
 TEST_F(RowSurfaceTest, AFingerTapsOrScrolls) {
@@ -130,12 +130,12 @@ TEST_F(RowSurfaceTest, AFingerTapsOrScrolls) {
   touch(QEvent::TouchEnd, {50, 150});
   EXPECT_EQ(scrolledTo(), 150);
   EXPECT_EQ(opened(), 1U);
-  EXPECT_EQ(rows().currentRow(), 2U) << "keys go on from the row that was touched";
+  EXPECT_EQ(rows().currentRow(), 2U) << "the touched row is the current one";
 
   using enum QEventPoint::State;
   touch(QEvent::TouchBegin, {50, 300});
   touch(QEvent::TouchUpdate, {finger(2, Pressed, {90, 20}), finger(1, Updated, {50, 290})});
-  EXPECT_EQ(scrolledTo(), 160) << "the first finger counts, wherever it is named";
+  EXPECT_EQ(scrolledTo(), 160) << "only the first finger counts, in any order";
   touch(QEvent::TouchUpdate, {finger(1, Released, {50, 290}), finger(2, Updated, {90, 10})});
   touch(QEvent::TouchUpdate, {finger(2, Updated, {90, 200})});
   touch(QEvent::TouchEnd, {finger(2, Released, {90, 200})});
@@ -157,7 +157,7 @@ TEST_F(RowSurfaceTest, RowsAreAccessible) {
   EXPECT_EQ(row->role(), QAccessible::ListItem);
   EXPECT_EQ(row->text(QAccessible::Name), "Line A, Strike");
   EXPECT_EQ(list->child(2)->text(QAccessible::Name), "LineWatch_GoodService_Title")
-      << "its picture stands for no line";
+      << "its image is not a shield";
   EXPECT_EQ(row->text(QAccessible::Description), "Few trains");
   EXPECT_EQ(row->parent(), list);
   EXPECT_EQ(list->indexOfChild(list->child(2)), 2);

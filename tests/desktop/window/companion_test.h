@@ -1,0 +1,153 @@
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "activity/user_activity_data.h"
+#include "desktop/window/artwork_strip.h"
+#include "desktop/window/companion.h"
+#include "desktop/window/panel_test.h"
+#include "shared/failure.h"
+
+namespace linewatch::desktop {
+
+inline SharedLineIndex cityLines() {
+  LineIndex::Contents contents{.feedName = "city"};
+  contents.agencies = {{.id = "t", .name = "Trams"}};
+  contents.routes = {{.id = "r1", .shortName = "1", .longName = "Harbour – Hills", .agency = 0},
+                     {.id = "r2", .shortName = "2", .longName = "Zoo – Central", .agency = 0},
+                     {.id = "r3", .longName = "Ferry", .type = 4}};
+  return std::make_shared<const LineIndex>(std::move(contents));
+}
+
+/// A panel, and a companion in which its rows are opened.
+class CompanionTest : public PanelTest {
+ protected:
+  void startCompanion(const QStringList& command = {}) {
+    auto world = cityWithAStrike();
+    world.incidents["strike"].fullDescription = "Few trains run.\n\nMore <b>buses</b> do.";
+    world.incidents["strike"].end = Seconds(3600);
+    world.incidents["strike"].infoURL = "https://example.org/strike";
+    world.incidents["strike"].blocking = true;
+    world.incidents["works"].start = Seconds(-60);
+    world.incidents["works"].infoURL = "file:///etc/passwd";
+    world.systems["M"] = {.name = "Metro"};
+    world.lines["A"].system = "M";
+    world.lines["A"].alternateArtwork = artwork("A");
+    startShown(world);
+    panel_->setExpanded(true);
+    settle();
+    companion_ = std::make_unique<Companion>(std::make_shared<const WindowTexts>(*UserLocale::parse("en")),
+                                             command, detailsServices(), favoritesServices());
+  }
+  ~CompanionTest() override { companion_ = nullptr; }
+
+  static TransitArtworkDataSource artwork(const std::string& text) {
+    return {.artworkSourceType = kArtworkSourceShield,
+            .shieldDataSource = ShieldDataSource{.shieldText = text}};
+  }
+  /// Opens the row's own activity.
+  bool openRow(const RVUserActivityData& data) {
+    bool opened = false;
+    companion_->openActivity({*data.activityType(), *data.userInfo()},
+                             [&](bool success, const std::optional<Error>&) { opened = success; });
+    settle();
+    return opened;
+  }
+  const RVUserActivityData& activityOfRow(std::size_t row) {
+    const auto item =
+        std::get<SharedTransitItem>(panel_->controller().dataSource()->_itemAtIndexPath({0, row}));
+    return dynamic_cast<const RVUserActivityData&>(*item->openable());
+  }
+  const RVUserActivityData& activityOfSummary() {
+    const auto& summary = panel_->controller().dataSource()->listItem()->summaryItem();
+    return *std::get<std::shared_ptr<const RVTransitSummaryItem>>(summary)->userActivityData();
+  }
+  bool openURL(const std::string& url) {
+    bool opened = false;
+    companion_->openURL({url}, [&](bool success) { opened = success; });
+    settle();
+    return opened;
+  }
+
+  template <class Window>
+  static Window* window() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+      if (auto* const found = dynamic_cast<Window*>(widget); found && found->isVisible()) return found;
+    }
+    return nullptr;
+  }
+  static std::vector<ArtworkStrip*> stripsOf(const QWidget& window) {
+    std::vector<ArtworkStrip*> strips;
+    for (QWidget* const child : window.findChildren<QWidget*>()) {
+      if (auto* const strip = dynamic_cast<ArtworkStrip*>(child)) strips.push_back(strip);
+    }
+    return strips;
+  }
+  static QStringList labelsOf(const QWidget& window) {
+    QStringList texts;
+    for (const auto* label : window.findChildren<QLabel*>()) texts.append(label->text());
+    return texts;
+  }
+
+  DetailsServices detailsServices() {
+    return {.findLines =
+                [this](std::vector<std::uint64_t> muids, const DetailsServices::LinesFound& found) {
+                  askedLines_ = std::move(muids);
+                  findLines_ = found;
+                },
+            .openLink = [this](const QUrl& url) { openedLinks_.append(url.toString()); }};
+  }
+  FavoritesServices favoritesServices() {
+    return {.favorites = [this]() -> Outcome<std::vector<StoredFavorite>> {
+              if (!whyUnreadable_.empty()) return failure("state database", "", whyUnreadable_);
+              return stored_;
+            },
+            .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
+              if (isReadOnly_) return failure("state database", "", "it may only be read");
+              std::erase(stored_, favorite);
+              if (isAdded) stored_.push_back(favorite);
+              return true;
+            },
+            .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
+            .didChange = [this] { ++changes_; }};
+  }
+  QListWidget& openFavorites() {
+    companion_->showFavorites();
+    linesLoaded_({.indexes = {cityLines()}, .error = linesError_});
+    settle();
+    return *window<FavoritesWindow>()->findChild<QListWidget*>();
+  }
+  static void type(const QString& text) {
+    window<FavoritesWindow>()->findChild<QLineEdit*>()->setText(text);
+    settle();
+  }
+  static QStringList namesIn(const QListWidget& list) {
+    QStringList names;
+    for (int row = 0; row < list.count(); ++row) names.append(list.item(row)->text());
+    return names;
+  }
+
+  std::unique_ptr<Companion> companion_;
+  std::vector<std::uint64_t> askedLines_;
+  DetailsServices::LinesFound findLines_;
+  QStringList openedLinks_;
+  std::vector<StoredFavorite> stored_;
+  std::function<void(const FeedLines&)> linesLoaded_;
+  std::optional<Error> linesError_;
+  bool isReadOnly_ = false;
+  /// Empty: the favourites can be read.
+  std::string whyUnreadable_;
+  int changes_ = 0;
+};
+
+}  // namespace linewatch::desktop
