@@ -1,7 +1,8 @@
+#include "desktop/drawing/qt_canvas.h"
+
 #include <gmock/gmock.h>
 
 #include "desktop/drawing/offscreen.h"
-#include "desktop/drawing/qt_canvas.h"
 
 namespace linewatch::desktop {
 namespace {

@@ -1,3 +1,5 @@
+#include "desktop/drawing/qt_text_engine.h"
+
 #include <chrono>
 #include <cmath>
 #include <limits>
@@ -6,7 +8,6 @@
 #include <gmock/gmock.h>
 
 #include "desktop/drawing/offscreen.h"
-#include "desktop/drawing/qt_text_engine.h"
 
 namespace linewatch::desktop {
 namespace {
