@@ -52,11 +52,13 @@ Report add(Session& session, const std::vector<std::string>& names) {
   // All lines are looked up before any is added, so that one mistake adds none.
   const auto found = linesNamed(session, names);
   if (!found) return refused(found.error());
+  std::vector<StoredFavorite> chosen;
+  for (const FoundLine& line : *found) chosen.push_back(favoriteOf(line));
+  const auto added = session.platform().favorites().change(chosen, true);
+  if (!added) return refused(added.error());
   Report report;
-  for (const FoundLine& line : *found) {
-    const auto added = session.platform().favorites().change(favoriteOf(line), true);
-    if (!added) return refusedAfter(report, added.error());
-    report.output += (*added ? "Added " : "Already a favourite: ") + terminalLine(line.name()) + "\n";
+  for (std::size_t i = 0; i < found->size(); ++i) {
+    report.output += ((*added)[i] ? "Added " : "Already a favourite: ") + terminalLine((*found)[i].name()) + "\n";
   }
   return report;
 }
@@ -64,21 +66,24 @@ Report add(Session& session, const std::vector<std::string>& names) {
 Report remove(Session& session, const std::vector<std::string>& names) {
   const auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
-  Report report;
-  std::vector<std::pair<StoredFavorite, std::string>> chosen;
+  std::vector<StoredFavorite> chosen;
+  std::vector<std::string> chosenNames;
   for (const std::string& name : names) {
     if (const auto favorite = storedAs(*stored, name)) {
-      chosen.emplace_back(*favorite, name);
+      chosen.push_back(*favorite);
+      chosenNames.push_back(name);
       continue;
     }
     const auto found = linesNamed(session, {name});
     if (!found) return refused(found.error());
-    chosen.emplace_back(favoriteOf(found->front()), found->front().name());
+    chosen.push_back(favoriteOf(found->front()));
+    chosenNames.push_back(found->front().name());
   }
-  for (const auto& [favorite, name] : chosen) {
-    const auto removed = session.platform().favorites().change(favorite, false);
-    if (!removed) return refusedAfter(report, removed.error());
-    report.output += (*removed ? "Removed " : "Not a favourite: ") + terminalLine(name) + "\n";
+  const auto removed = session.platform().favorites().change(chosen, false);
+  if (!removed) return refused(removed.error());
+  Report report;
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    report.output += ((*removed)[i] ? "Removed " : "Not a favourite: ") + terminalLine(chosenNames[i]) + "\n";
   }
   return report;
 }

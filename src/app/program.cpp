@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <system_error>
 
@@ -79,6 +80,10 @@ class Dispatch {
 
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
+/// A write beyond the limit for the size of files is to fail with an error like any other, not to end the
+/// program. Handled, as an ignored signal would be ignored by the programs that this one starts, too.
+void surviveFileSizeLimit() { std::signal(SIGXFSZ, [](int) {}); }
+
 int complain(const std::string& sentence, int status) {
   write("linewatch: " + terminalLine(sentence) + "\n", stderr);
   return status;
@@ -87,6 +92,7 @@ int complain(const std::string& sentence, int status) {
 }  // namespace
 
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
+  surviveFileSizeLimit();
   const auto parsed = parseCommandLine(argc, argv);
   const auto* const line = std::get_if<CommandLine>(&parsed);
   const Report report = line ? run(*line) : std::get<Report>(parsed);

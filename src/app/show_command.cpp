@@ -37,6 +37,7 @@ void reportUnknownFavorites(Session& session, const CommonOptions& options, Repo
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style) {
+  session.platform().documents().keepNoLocalTimetables();
   const auto result = session.fetch();
   const auto list = listOf(*result, options.maxRows);
   const std::optional<Error> error = result->error() ? result->error() : session.unusedFeedError();

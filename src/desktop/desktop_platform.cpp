@@ -1,6 +1,7 @@
 #include "desktop/desktop_platform.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <system_error>
 #include <utility>
@@ -24,6 +25,12 @@ namespace {
 Outcome<StateDirectories> directoriesFor(const DesktopSettings& settings) {
   if (settings.stateFolder) return StateDirectories::under(*settings.stateFolder);
   return StateDirectories::fromEnvironment(processEnvironment);
+}
+
+StoredDatabase::Options savingOptions(const DesktopSettings& settings) {
+  StoredDatabase::Options options;
+  if (settings.isInteractive) options = {.busyTimeout = std::chrono::milliseconds(100), .defersSaves = true};
+  return options;
 }
 
 /// Records nothing: for a run without saved state.
@@ -104,8 +111,7 @@ std::optional<Error> DesktopPlatform::open() {
   if (!settings_.given) {
     const auto directories = directoriesFor(settings_);
     if (!directories) return directories.error();
-    saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_);
-    if (settings_.isInteractive) saved_->database()->hurryOnThisThread();
+    saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_, savingOptions(settings_));
   }
   documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
                                                [this] { return mainLoop_.now(); });

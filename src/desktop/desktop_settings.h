@@ -34,8 +34,8 @@ struct DesktopSettings {
   bool isTimeFrozen = false;
   UserLocale locale;
   bool verbose = false;
-  /// Whether a person uses the main thread, as in the panel. It then waits for a locked database only
-  /// briefly.
+  /// Whether a person uses the main thread, as in the panel. Unconfirmed changes are then saved on another
+  /// thread, and nothing waits longer than 0.1 s for another program.
   bool isInteractive = false;
   /// Values that override the companion application's preferences in this run.
   Dictionary preferences;

@@ -163,7 +163,7 @@ Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
 }
 
 void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
-  if (!keeps(feed)) return;
+  if (!keeps(feed) || (!isHttpURL(feed.gtfs) && !keepsLocalTimetables_)) return;
   document.bytes = encodeLineIndex(index.contents());
   cache_->store(feed.name, Kind::kTimetable.name, std::move(document));
 }

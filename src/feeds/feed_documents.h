@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -36,6 +37,8 @@ class FeedDocuments {
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The alerts that hold now; `held` is what this gave the last time, or null.
   Outcome<SharedAlertsMessage> alertsOf(const StoredFeed& feed, const SharedAlertsMessage& held);
+  /// From now on an index of a local timetable is read from the cache but not written to it.
+  void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// Ends what is being fetched, or read from a file, each with an error, and fetches nothing more.
   void stopFetching() { stop_.request_stop(); }
 
@@ -64,6 +67,7 @@ class FeedDocuments {
   std::function<Date()> now_;
   FetcherSource fetcherSource_;
   std::stop_source stop_;
+  std::atomic<bool> keepsLocalTimetables_ = true;
 };
 
 }  // namespace linewatch

@@ -76,7 +76,13 @@ Outcome<std::vector<StoredFavorite>> UserFavorites::lines() const {
 }
 
 Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded) const {
-  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorite, isAdded);
+  const auto changed = change(std::vector{favorite}, isAdded);
+  return changed ? Outcome<bool>(changed->front()) : changed.error();
+}
+
+Outcome<std::vector<bool>> UserFavorites::change(const std::vector<StoredFavorite>& favorites,
+                                                 bool isAdded) const {
+  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorites, isAdded);
   return failure("favourites", "", "a run without saved state keeps none");
 }
 
@@ -118,20 +124,29 @@ Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
   return stored;
 }
 
-Outcome<bool> UserFavorites::Saved::change(const StoredFavorite& favorite, bool isAdded) const {
-  StoredFavorites stored(state);
+Outcome<std::vector<bool>> UserFavorites::Saved::change(const std::vector<StoredFavorite>& favorites,
+                                                        bool isAdded) const {
   const auto whose = owner();
   if (!whose) return whose.error();
   if (*whose == Owner::sampleCity) {
-    const auto sample = sampleFavorites(sampleCity);
-    if (!sample) return sample.error();
-    for (const StoredFavorite& each : *sample) {
-      if (const auto added = stored.add(each); !added) return added.error();
-    }
-    if (auto error = programPreferences(state).keep(true, kSampleFavoritesChangedKey))
-      return *std::move(error);
+    if (auto error = takeOverSampleFavorites()) return *std::move(error);
   }
-  return isAdded ? stored.add(favorite) : stored.remove(favorite);
+  StoredFavorites stored(state);
+  return isAdded ? stored.add(favorites) : stored.remove(favorites);
+}
+
+/// Makes the favourites of the sample city the user's own.
+std::optional<Error> UserFavorites::Saved::takeOverSampleFavorites() const {
+  const auto sample = sampleFavorites(sampleCity);
+  if (!sample) return sample.error();
+  const auto noteChange = programPreferences(state).writeOf(true, kSampleFavoritesChangedKey);
+  if (!noteChange) return noteChange.error();
+  return state->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    for (const StoredFavorite& favorite : *sample) {
+      if (const auto added = insertFavorite(database, favorite); !added) return added.error();
+    }
+    return (*noteChange)(database);
+  });
 }
 
 }  // namespace linewatch

@@ -32,7 +32,10 @@ class UserFavorites {
 
   /// The lines of the feeds that are shown, in the user's order, whether or not their feed has them.
   Outcome<std::vector<StoredFavorite>> lines() const;
-  /// Adds or removes; false when that changes nothing. Given favourites cannot be changed.
+  /// Adds or removes all of the favourites, or none. For each of them: false when that changed nothing. Given
+  /// favourites cannot be changed.
+  Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
+  /// The same for one favourite.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
   /// As the widget takes them, of every kind. Those that cannot be read are one line, `unreadFavorites()`,
   /// and a line in the log: none at all would look as if the user had none.
@@ -52,7 +55,8 @@ class UserFavorites {
     Outcome<Owner> owner() const;
     Outcome<Favorites> favorites() const;
     Outcome<std::vector<StoredFavorite>> lines() const;
-    Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
+    Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
+    std::optional<Error> takeOverSampleFavorites() const;
   };
 
   std::variant<Given, Saved> source_;

@@ -13,9 +13,9 @@
 
 namespace linewatch {
 
-/// Something that was fetched for a feed, with what its server wants to be asked with the next time.
+/// A fetched document of a feed, with the validators for the next conditional request.
 struct CachedDocument {
-  /// Where it was fetched from.
+  /// The URL or path.
   std::string location;
   Date fetched;
   std::optional<std::string> etag;
@@ -25,24 +25,24 @@ struct CachedDocument {
   bool operator==(const CachedDocument&) const = default;
 };
 
-/// What was last fetched for each feed, one document a kind ("gtfs", "alerts" …), in the cache database. It
-/// can all be fetched again, so failures go to the log and count as nothing found. Any thread.
+/// The document that was last fetched for each feed and kind ("gtfs", "alerts"), in the cache database. As
+/// everything can be fetched again, a failure goes to the log and counts as nothing found. Any thread.
 class FeedCache {
  public:
   explicit FeedCache(SharedDatabase database) : database_(std::move(database)) {}
 
-  /// The document, unless it came from another location than the feed has now.
+  /// The document, if it was fetched from `location`.
   std::optional<CachedDocument> find(std::string_view feed, std::string_view kind,
                                      std::string_view location) const;
-  /// Keeps the document in place of the one before.
+  /// Replaces the document.
   void store(std::string_view feed, std::string_view kind, CachedDocument document);
-  /// Notes that the kept document was still current at `fetched`.
+  /// Records that the kept document was still current at `fetched`.
   void confirm(std::string_view feed, std::string_view kind, Date fetched);
-  /// Forgets all of the feed.
+  /// Removes the documents of the feed.
   void remove(std::string_view feed);
 
-  /// From now on all that changes the cache waits for `writeHeldBack`, and is not seen before: for a feed
-  /// that may not come to be added, of which nothing is to be left.
+  /// From now on changes wait for `writeHeldBack` and are not seen before: a feed that is refused in the end
+  /// must leave nothing behind.
   void holdBack();
   void writeHeldBack();
 

@@ -12,8 +12,8 @@
 
 namespace linewatch {
 
-/// Values given for one run, in front of a store. What the store has taken takes the place of what was given;
-/// without a store it is kept for the run.
+/// A store whose values are overridden for one run. A value that is set goes to the store and ends the
+/// override; without a store it is kept for the run.
 class OverlaidPreferences final : public PreferencesStore {
  public:
   /// `store` may be null. Objects that share `given` see the same values.
@@ -47,17 +47,17 @@ class OverlaidPreferences final : public PreferencesStore {
   std::shared_ptr<PreferencesStore> store_;
 };
 
-/// The values given for one run, in front of the store of every suite. Main thread.
+/// Values that override those of every suite for one run. Main thread.
 class GivenPreferences {
  public:
   explicit GivenPreferences(Dictionary values) : values_(std::move(values)) {}
 
-  /// `store`: the suite's own; null in a run that saves nothing.
+  /// The overridden store. `store` holds the suite's own values; null in a run that saves nothing.
   std::shared_ptr<PreferencesStore> inFrontOf(std::shared_ptr<PreferencesStore> store,
                                               std::string_view suite) {
     return std::make_shared<OverlaidPreferences>(valuesOf(suite), std::move(store));
   }
-  /// What the suite's own store says holds from now on.
+  /// Ends the override of the key in the suite.
   void forget(std::string_view key, std::string_view suite) { valuesOf(suite)->erase(std::string(key)); }
 
  private:
@@ -68,7 +68,7 @@ class GivenPreferences {
   }
 
   const Dictionary values_;
-  /// What is set or removed in one suite changes no other.
+  /// Apart from one another: to set a value in one suite changes no other.
   std::map<std::string, std::shared_ptr<Dictionary>> suites_;
 };
 

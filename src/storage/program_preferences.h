@@ -4,7 +4,7 @@
 
 namespace linewatch {
 
-/// The suite of preferences that are the program's own, and none of the widget's.
+/// The suite of the program's own preferences; the widget uses other suites.
 inline constexpr std::string_view kProgramSuite = "org.linewatch.program";
 
 }  // namespace linewatch

@@ -10,30 +10,37 @@ namespace linewatch {
 
 namespace {
 
-// In the companion application's suite: false keeps all analytics off.
+// In the companion application's suite; false switches recording off.
 constexpr std::string_view kAnalyticsKey = "Rova.LineWatch.recordAnalytics";
 
 }  // namespace
 
-SavedState::SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given)
-    : database_(makeStateDatabase(folders, log)),
+SavedState::SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given,
+                       StoredDatabase::Options options)
+    : database_(makeStateDatabase(folders, log, options)),
       feedCache_(std::make_shared<FeedCache>(makeCacheDatabase(folders, log))),
       given_(std::move(given)) {}
 
+bool SavedState::isHeld() const {
+  const auto error = database_->read([](SqliteDatabase&) { return std::nullopt; });
+  database_->report(error);
+  return error && isBusy(*error);
+}
+
 std::shared_ptr<PreferencesStore> SavedState::preferences(std::string_view suite) const {
-  return given_->inFrontOf(std::make_shared<StoredPreferences>(database_, std::string(suite), remembered_),
-                           suite);
+  return given_->inFrontOf(std::make_shared<StoredPreferences>(stored(suite)), suite);
 }
 
 bool SavedState::recordsAnalytics() const {
+  const auto isKnown = stored(kCompanionAppGroupSuite).read(kAnalyticsKey);
+  if (!isKnown) database_->report(isKnown.error());
   const auto store = preferences(kCompanionAppGroupSuite);
-  return !store->objectForKey(kAnalyticsKey) || store->boolForKey(kAnalyticsKey);
+  return store->objectForKey(kAnalyticsKey) ? store->boolForKey(kAnalyticsKey) : isKnown.succeeded();
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): what it changes is this object's, if on a disk.
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the object's state, if on a disk.
 std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
-  auto error = StoredPreferences(database_, std::string(kCompanionAppGroupSuite), remembered_)
-                   .keep(isOn, kAnalyticsKey);
+  auto error = stored(kCompanionAppGroupSuite).keep(isOn, kAnalyticsKey);
   if (!error) given_->forget(kAnalyticsKey, kCompanionAppGroupSuite);
   return error;
 }

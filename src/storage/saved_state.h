@@ -14,33 +14,36 @@
 
 namespace linewatch {
 
-/// What a run of the program reads from this machine and keeps on it. A run without saved state has none.
+/// Everything that a run of the program keeps on this machine. A run without saved state has none.
 class SavedState {
  public:
-  /// Opens nothing yet; `log` must outlive this. `given` is what stands in front of the preferences for this
-  /// run.
-  SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given);
+  /// Opens nothing yet; `log` must outlive this. `given` overrides the preferences for this run.
+  SavedState(const StateDirectories& folders, Log& log, std::shared_ptr<GivenPreferences> given,
+             StoredDatabase::Options options = {});
 
-  /// Any thread, as what is made of it below.
+  /// Any thread, as the feed cache and the feeds.
   const SharedDatabase& database() const { return database_; }
   const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
   /// The user's own feeds.
   StoredFeeds feeds() const { return StoredFeeds(database_); }
-  /// Reads them all, so that they are known also while another program keeps them from being read.
-  std::optional<Error> rememberPreferences() const { return remembered_->read(*database_); }
-  /// Main thread, because of what is given in front.
+  /// Whether another program keeps the state from being read, which passes; other errors do not. Waits for
+  /// the busy timeout. Any thread.
+  bool isHeld() const;
+  /// Main thread, because of the given preferences.
   std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;
 
-  /// Whether analytics are recorded, which they are until the user switches them off. Main thread.
+  /// True until the user switches recording off; false while it cannot be read. Main thread.
   bool recordsAnalytics() const;
-  /// For this run and all later ones. Main thread.
+  /// Switches recording on or off, for this run and later ones. Main thread.
   std::optional<Error> setRecordsAnalytics(bool isOn);
 
  private:
+  StoredPreferences stored(std::string_view suite) const { return {database_, std::string(suite), pending_}; }
+
   SharedDatabase database_;
   std::shared_ptr<FeedCache> feedCache_;
   std::shared_ptr<GivenPreferences> given_;
-  std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
+  std::shared_ptr<PendingPreferences> pending_ = std::make_shared<PendingPreferences>();
 };
 
 }  // namespace linewatch

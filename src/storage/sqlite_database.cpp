@@ -1,5 +1,7 @@
 #include "storage/sqlite_database.h"
 
+#include <algorithm>
+#include <array>
 #include <system_error>
 #include <utility>
 
@@ -18,26 +20,47 @@ struct Finalize {
 };
 using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-/// In words for the user; null where SQLite's own words are the best there are.
-const char* reasonFor(int result) {
-  switch (result & kPrimaryCodeMask) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      return "another program is using it";
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-      return "it may only be read";
-    case SQLITE_CANTOPEN:
-      return "it cannot be opened, or a file beside it cannot be made";
-    case SQLITE_FULL:
-      return "the disk is full";
-    case SQLITE_NOTADB:
-      return "it is damaged, or is no database";
-    case SQLITE_CORRUPT:
-      return "it is damaged";
-    default:
-      return nullptr;
+struct Reason {
+  /// SQLite's primary result code.
+  int result;
+  FailureCode code;
+  /// For the user.
+  const char* sentence;
+};
+constexpr std::array kReasons = {
+    Reason{SQLITE_BUSY, FailureCode::busy, "another program is using it"},
+    Reason{SQLITE_LOCKED, FailureCode::busy, "another program is using it"},
+    Reason{SQLITE_READONLY, FailureCode::readOnly, "it may only be read"},
+    Reason{SQLITE_PERM, FailureCode::readOnly, "it may only be read"},
+    Reason{SQLITE_CANTOPEN, FailureCode::unreadable,
+           "it cannot be opened, or a file beside it cannot be made"},
+    Reason{SQLITE_FULL, FailureCode::full, "the disk is full"},
+    Reason{SQLITE_IOERR, FailureCode::other, "it cannot be read or written"},
+    Reason{SQLITE_NOTADB, FailureCode::damaged, "it is damaged, or is no database"},
+    Reason{SQLITE_CORRUPT, FailureCode::damaged, "it is damaged"}};
+
+/// The errno behind a result; 0 when there is none worth telling.
+int systemErrorBehind(sqlite3* connection, int result) {
+  const int primary = result & kPrimaryCodeMask;
+  const bool isOfSystem = primary == SQLITE_CANTOPEN || primary == SQLITE_IOERR;
+  return connection != nullptr && isOfSystem ? sqlite3_system_errno(connection) : 0;
+}
+
+/// A file's address for SQLite, which takes ? and # in it for its own.
+std::string immutableAddressOf(const std::filesystem::path& file) {
+  std::string address = "file:";
+  for (const char c : file.string()) {
+    if (c == '%') {
+      address += "%25";
+    } else if (c == '?') {
+      address += "%3f";
+    } else if (c == '#') {
+      address += "%23";
+    } else {
+      address += c;
+    }
   }
+  return address + "?immutable=1";
 }
 
 /// Binds a parameter's value at its place.
@@ -60,15 +83,6 @@ struct Bind {
 };
 
 }  // namespace
-
-bool isDamage(const Error& error) {
-  const auto primary = error.code & kPrimaryCodeMask;
-  return error.domain == kSqliteErrorDomain && (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB);
-}
-
-bool isBusy(const Error& error) {
-  return error.domain == kSqliteErrorDomain && (error.code & kPrimaryCodeMask) == SQLITE_BUSY;
-}
 
 bool SqliteRow::isNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
 std::int64_t SqliteRow::integer(int column) const { return sqlite3_column_int64(statement_, column); }
@@ -94,11 +108,12 @@ void SqliteDatabase::Close::operator()(sqlite3* connection) const { sqlite3_clos
 
 Outcome<SqliteDatabase> SqliteDatabase::open(std::string_view name, const std::filesystem::path& file,
                                              Mode mode, std::chrono::milliseconds busyTimeout) {
-  const int creation = mode == Mode::createIfAbsent ? SQLITE_OPEN_CREATE : 0;
+  const bool isImmutable = mode == Mode::immutable;
+  const int access = isImmutable ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
+  const std::string location = isImmutable ? immutableAddressOf(file) : file.string();
   sqlite3* connection = nullptr;
-  const int result = sqlite3_open_v2(
-      file.c_str(), &connection,
-      SQLITE_OPEN_READWRITE | creation | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int result = sqlite3_open_v2(location.c_str(), &connection,
+                                     access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   SqliteDatabase database(std::string(name) + ": " + file.string(), connection);
   if (result != SQLITE_OK) return database.errorFor(result);
   database.setBusyTimeout(busyTimeout);
@@ -136,15 +151,22 @@ std::optional<Error> SqliteDatabase::runScript(std::string_view statements) {
 std::int64_t SqliteDatabase::changedRowCount() const { return sqlite3_changes64(connection_.get()); }
 std::int64_t SqliteDatabase::lastRowId() const { return sqlite3_last_insert_rowid(connection_.get()); }
 
+Bytes SqliteDatabase::bytes() const {
+  sqlite3_int64 size = 0;
+  unsigned char* const bytes = sqlite3_serialize(connection_.get(), "main", &size, 0);
+  Bytes copy = bytes != nullptr ? Bytes(bytes, bytes + size) : Bytes();
+  sqlite3_free(bytes);
+  return copy;
+}
+
 Error SqliteDatabase::errorFor(int result) const {
-  const char* reason = reasonFor(result);
-  if (reason == nullptr) reason = connection_ ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(result);
-  const bool isOfSystem = connection_ && (result & kPrimaryCodeMask) == SQLITE_CANTOPEN;
-  const int number = isOfSystem ? sqlite3_system_errno(connection_.get()) : 0;
-  Error error = failure(place_, reason, number == 0 ? "" : std::generic_category().message(number));
-  error.domain = kSqliteErrorDomain;
-  error.code = result;
-  return error;
+  const auto* const reason = std::ranges::find(kReasons, result & kPrimaryCodeMask, &Reason::result);
+  if (reason == kReasons.end()) {
+    return failure(place_, connection_ ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(result), "");
+  }
+  const int number = systemErrorBehind(connection_.get(), result);
+  return failure(reason->code, place_, reason->sentence,
+                 number == 0 ? "" : std::generic_category().message(number));
 }
 
 }  // namespace linewatch

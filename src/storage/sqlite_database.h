@@ -12,6 +12,7 @@
 #include <string_view>
 #include <variant>
 
+#include "shared/failure.h"
 #include "shared/outcome.h"
 #include "shared/value.h"
 
@@ -20,17 +21,14 @@ struct sqlite3_stmt;
 
 namespace linewatch {
 
-/// The domain of errors that SQLite reports; their code is SQLite's extended result code.
-inline constexpr std::string_view kSqliteErrorDomain = "SQLite";
+/// Whether a file is damaged, or is no database at all.
+inline bool isDamage(const Error& error) { return failureCodeOf(error) == FailureCode::damaged; }
 
-/// Whether the error says that a file is damaged, or is no database at all.
-bool isDamage(const Error& error);
+/// Whether another program uses the file, so that the call may work later.
+inline bool isBusy(const Error& error) { return failureCodeOf(error) == FailureCode::busy; }
 
-/// Whether the error says that another program holds the file.
-bool isBusy(const Error& error);
-
-/// What stands for a `?` of a statement: nothing, a number, a text or bytes. A text and bytes are only looked
-/// at and must live until the statement has run.
+/// A value for a `?` of a statement; monostate for NULL. Texts and bytes are not copied and must live until
+/// the statement has run.
 using SqliteParameter =
     std::variant<std::monostate, std::int64_t, double, std::string_view, std::span<const std::uint8_t>>;
 
@@ -39,8 +37,8 @@ inline SqliteParameter parameterOf(const std::optional<std::string>& text) {
   return text ? SqliteParameter(std::string_view(*text)) : SqliteParameter();
 }
 
-/// The row that a statement stands at. Columns count from 0; a column of another type is converted as SQLite
-/// does. Valid within the row handler only.
+/// The current row of a statement. Columns count from 0; a column of another type is converted by SQLite's
+/// rules. Valid within the row handler only.
 class SqliteRow {
  public:
   explicit SqliteRow(sqlite3_stmt* statement) : statement_(statement) {}
@@ -56,14 +54,22 @@ class SqliteRow {
   sqlite3_stmt* statement_;
 };
 
-/// A connection to a database file. One thread at a time.
+/// A connection to a database. One thread at a time.
+///
+/// Errors have the codes `busy`, `damaged`, `readOnly`, `full`, `unreadable` (it cannot be opened) and
+/// `other`.
 class SqliteDatabase {
  public:
-  enum class Mode { mustExist, createIfAbsent };
+  enum class Mode {
+    /// A file that may only be read is opened for reading.
+    readWrite,
+    /// Only for a file that nothing can change meanwhile: neither locks it nor looks for a log beside it.
+    immutable
+  };
   using RowHandler = std::function<void(const SqliteRow&)>;
 
-  /// `name` says in errors what the database is, e.g. "state database". A file that may only be read is
-  /// opened for reading. A statement waits up to `busyTimeout` for another program to finish.
+  /// The file must exist; ":memory:" is a new database in memory. `name` says in errors which database it is,
+  /// e.g. "state database". A statement waits up to `busyTimeout` for another program to finish.
   static Outcome<SqliteDatabase> open(std::string_view name, const std::filesystem::path& file, Mode mode,
                                       std::chrono::milliseconds busyTimeout);
 
@@ -78,8 +84,10 @@ class SqliteDatabase {
 
   /// How many rows the last INSERT, UPDATE or DELETE changed.
   std::int64_t changedRowCount() const;
-  /// The row id that the last INSERT gave.
+  /// The row id of the row that the last INSERT added.
   std::int64_t lastRowId() const;
+  /// The bytes of the database as a file.
+  Bytes bytes() const;
 
  private:
   struct Close {
@@ -90,7 +98,7 @@ class SqliteDatabase {
       : place_(std::move(place)), connection_(connection) {}
   Error errorFor(int result) const;
 
-  /// "state database: /home/…/linewatch.sqlite".
+  /// E.g. "state database: /home/ann/linewatch.sqlite".
   std::string place_;
   std::unique_ptr<sqlite3, Close> connection_;
 };

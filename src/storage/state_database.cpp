@@ -1,18 +1,19 @@
 #include "storage/state_database.h"
 
 #include <array>
+#include <chrono>
 
 namespace linewatch {
 
 namespace {
 
-// A step that has been released is never changed: a change of the tables is a new step after it.
+// Released steps never change: a change of the tables is a new step after them.
 constexpr std::array<std::string_view, 1> kStateMigrations = {R"sql(
   CREATE TABLE favorite (
     position INTEGER PRIMARY KEY,
     kind TEXT NOT NULL,
-    feed TEXT NOT NULL,     -- a line's; empty for the other kinds
-    subject TEXT NOT NULL,  -- a line's route id, else a name
+    feed TEXT NOT NULL,     -- of a line; empty for the other kinds
+    subject TEXT NOT NULL,  -- the route id of a line, else a name
     UNIQUE (kind, feed, subject)
   ) STRICT;
   CREATE TABLE feed (
@@ -72,7 +73,11 @@ constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
 constexpr DatabaseSchema kStateSchema{
     "state database", 0x4C575354, kStateMigrations,  // "LWST"
     "add your feeds and favourites again, or remove that file to start anew"};
-constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations};  // "LWFC"
+// A commit that a power cut takes back is fetched again.
+constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations, "", "FULL"};  // "LWFC"
+
+/// Without the cache everything works, if slower: nobody waits for it.
+constexpr std::chrono::milliseconds kCacheBusyTimeout{100};
 
 }  // namespace
 
@@ -80,8 +85,10 @@ SharedDatabase makeStateDatabase(const StateDirectories& folders, Log& log, Stor
   return std::make_shared<StoredDatabase>(folders.data / "linewatch.sqlite", kStateSchema, log, options);
 }
 
-SharedDatabase makeCacheDatabase(const StateDirectories& folders, Log& log, StoredDatabase::Options options) {
-  return std::make_shared<StoredDatabase>(folders.cache / "feeds.sqlite", kCacheSchema, log, options);
+SharedDatabase makeCacheDatabase(const StateDirectories& folders, Log& log) {
+  return std::make_shared<StoredDatabase>(
+      folders.cache / "feeds.sqlite", kCacheSchema, log,
+      StoredDatabase::Options{.busyTimeout = kCacheBusyTimeout, .waitsOnce = true});
 }
 
 }  // namespace linewatch

@@ -16,13 +16,13 @@ std::filesystem::path absoluteOrNone(const char* value) {
   return path.is_absolute() ? path : std::filesystem::path();
 }
 
-/// Empty when neither the variable nor HOME says where.
+/// Empty when neither the variable nor HOME is an absolute path.
 std::filesystem::path folderFor(const Environment& environment, const char* variable,
-                                const char* placeInHome) {
+                                const char* folderInHome) {
   const auto base = absoluteOrNone(environment(variable));
   if (!base.empty()) return base / kFolderName;
   const auto home = absoluteOrNone(environment("HOME"));
-  return home.empty() ? home : home / placeInHome / kFolderName;
+  return home.empty() ? home : home / folderInHome / kFolderName;
 }
 
 }  // namespace

@@ -7,18 +7,18 @@
 
 namespace linewatch {
 
-/// The folders in which LineWatch keeps things. Nothing here makes them: who first writes does.
+/// The folders for files that LineWatch keeps. The first write makes them, nothing here does.
 struct StateDirectories {
-  /// What the user would miss: favourites, feeds and preferences.
+  /// For favourites, feeds and preferences.
   std::filesystem::path data;
-  /// What can be fetched again.
+  /// For feeds that can be fetched again.
   std::filesystem::path cache;
 
-  /// Everything in one folder of the user's choosing. Fails for an empty name, and for one that is relative
-  /// to a folder that is gone.
+  /// Everything in the given folder. Fails for an empty name, for a file, and for a relative name when the
+  /// current folder is gone.
   static Outcome<StateDirectories> under(const std::filesystem::path& folder);
-  /// The user's own folders by the XDG base directory rules: XDG_DATA_HOME and XDG_CACHE_HOME when they are
-  /// absolute, else the usual places in HOME. Fails when neither is known.
+  /// The user's own folders by the XDG base directory rules: in XDG_DATA_HOME and XDG_CACHE_HOME when these
+  /// are absolute, else in HOME. Fails when HOME is needed and not absolute.
   static Outcome<StateDirectories> fromEnvironment(const Environment& environment);
 };
 

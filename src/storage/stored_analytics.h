@@ -16,10 +16,10 @@ namespace linewatch {
 /// How many sessions, and how many actions, the state database keeps; the oldest go first.
 inline constexpr std::int64_t kKeptAnalyticsCount = 10'000;
 
-/// Says whether the user lets the widget record what is done with it. Asked before each record.
+/// Whether the user allows recording. Asked before each record.
 using AnalyticsSwitch = std::function<bool()>;
 
-/// Makes events of what it is given.
+/// Makes events of its arguments and adds nothing.
 class PlainEventFactory final : public AnalyticsEventFactory {
  public:
   WidgetInteractionEvent widgetInteractionEvent(std::int64_t interactionType, std::int64_t endState,
@@ -29,7 +29,7 @@ class PlainEventFactory final : public AnalyticsEventFactory {
   }
 };
 
-/// Keeps the sessions of the widget in the state database. They never leave the machine.
+/// Records the sessions of the widget in the state database. They never leave the machine.
 class StoredAnalyticsLogger final : public AnalyticsLogger {
  public:
   StoredAnalyticsLogger(SharedDatabase database, AnalyticsSwitch isOn)
@@ -42,7 +42,7 @@ class StoredAnalyticsLogger final : public AnalyticsLogger {
   AnalyticsSwitch isOn_;
 };
 
-/// Keeps the user's actions in the state database, with the time at which they were done.
+/// Records the user's actions in the state database, with their times.
 class StoredUsageRecorder final : public UsageRecorder {
  public:
   StoredUsageRecorder(SharedDatabase database, AnalyticsSwitch isOn, std::function<Date()> now)
@@ -57,14 +57,14 @@ class StoredUsageRecorder final : public UsageRecorder {
   std::function<Date()> now_;
 };
 
-/// A session of the widget as it was kept.
+/// A recorded session of the widget.
 struct StoredWidgetSession {
   UserSessionSnapshot userSession;
   /// Its record is never null.
   WidgetInteractionEvent event;
 };
 
-/// An action of the user as it was kept.
+/// A recorded action of the user.
 struct StoredUserAction {
   Date time;
   std::string action;
@@ -74,10 +74,10 @@ struct StoredUserAction {
   bool operator==(const StoredUserAction&) const = default;
 };
 
-/// All that is kept, oldest first.
+/// All records, oldest first.
 Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& database);
 Outcome<std::vector<StoredUserAction>> storedUserActions(StoredDatabase& database);
-/// Forgets all of it.
+/// Deletes all records.
 std::optional<Error> clearAnalytics(StoredDatabase& database);
 
 }  // namespace linewatch

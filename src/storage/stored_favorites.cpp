@@ -26,7 +26,37 @@ std::optional<FavoriteKind> kindNamed(std::string_view name) {
   return known == kKinds.end() ? std::nullopt : std::optional(known->kind);
 }
 
+using FavoriteChange = Outcome<bool>(SqliteDatabase& database, const StoredFavorite& favorite);
+
+/// Changes all favourites in one transaction; for each of them whether that changed something.
+Outcome<std::vector<bool>> changeEach(StoredDatabase& state, const std::vector<StoredFavorite>& favorites,
+                                      FavoriteChange* change) {
+  std::vector<bool> changed;
+  const auto error = state.write([&](SqliteDatabase& database) -> std::optional<Error> {
+    changed.clear();
+    for (const StoredFavorite& favorite : favorites) {
+      const auto isChanged = change(database, favorite);
+      if (!isChanged) return isChanged.error();
+      changed.push_back(*isChanged);
+    }
+    return std::nullopt;
+  });
+  return error ? Outcome<std::vector<bool>>(*error) : std::move(changed);
+}
+
 }  // namespace
+
+Outcome<bool> insertFavorite(SqliteDatabase& database, const StoredFavorite& favorite) {
+  const auto error = database.run("INSERT OR IGNORE INTO favorite (kind, feed, subject) VALUES (?, ?, ?)",
+                                  {nameOf(favorite.kind), favorite.feed, favorite.subject});
+  return error ? Outcome<bool>(*error) : database.changedRowCount() > 0;
+}
+
+Outcome<bool> deleteFavorite(SqliteDatabase& database, const StoredFavorite& favorite) {
+  const auto error = database.run("DELETE FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
+                                  {nameOf(favorite.kind), favorite.feed, favorite.subject});
+  return error ? Outcome<bool>(*error) : database.changedRowCount() > 0;
+}
 
 Outcome<std::vector<StoredFavorite>> StoredFavorites::list() const {
   std::vector<StoredFavorite> favorites;
@@ -49,30 +79,19 @@ Outcome<std::vector<StoredFavorite>> StoredFavorites::list() const {
   return favorites;
 }
 
-Outcome<bool> StoredFavorites::add(const StoredFavorite& favorite) {
-  bool isNew = false;
-  const auto error = database_->write([&](SqliteDatabase& database) {
-    auto failed = database.run("INSERT OR IGNORE INTO favorite (kind, feed, subject) VALUES (?, ?, ?)",
-                               {nameOf(favorite.kind), favorite.feed, favorite.subject});
-    isNew = database.changedRowCount() > 0;
-    return failed;
-  });
-  return error ? Outcome<bool>(*error) : isNew;
+Outcome<std::vector<bool>> StoredFavorites::add(const std::vector<StoredFavorite>& favorites) {
+  return changeEach(*database_, favorites, insertFavorite);
 }
 
-Outcome<bool> StoredFavorites::remove(const StoredFavorite& favorite) {
+Outcome<std::vector<bool>> StoredFavorites::remove(const std::vector<StoredFavorite>& favorites) {
   const auto known = list();
   if (!known) return known.error();
-  if (std::ranges::find(*known, favorite) == known->end()) return false;
-  // Another program may be first.
-  bool isRemoved = false;
-  const auto error = database_->write([&](SqliteDatabase& database) {
-    auto failed = database.run("DELETE FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
-                               {nameOf(favorite.kind), favorite.feed, favorite.subject});
-    isRemoved = database.changedRowCount() > 0;
-    return failed;
+  const bool areUnknown = std::ranges::none_of(favorites, [&known](const StoredFavorite& favorite) {
+    return std::ranges::find(*known, favorite) != known->end();
   });
-  return error ? Outcome<bool>(*error) : isRemoved;
+  // A removal that changes nothing must not make a database.
+  if (areUnknown) return std::vector<bool>(favorites.size(), false);
+  return changeEach(*database_, favorites, deleteFavorite);
 }
 
 Favorites StoredFavoritesPersister::readFavorites() {

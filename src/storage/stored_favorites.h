@@ -11,47 +11,52 @@
 
 namespace linewatch {
 
-/// What kind of thing a favourite is.
+/// What a favourite is.
 enum class FavoriteKind { line, place, route, region };
 
-/// A favourite as it is kept.
+/// A favourite in the database.
 struct StoredFavorite {
   FavoriteKind kind = FavoriteKind::line;
   /// The feed of a line; empty for the other kinds.
   std::string feed;
-  /// A line's route id in its feed; the name of anything else.
+  /// The route id of a line in its feed; the name of anything else.
   std::string subject;
 
   bool operator==(const StoredFavorite&) const = default;
 };
+
+/// Adds the favourite at the end, within a transaction; false when it is there already.
+Outcome<bool> insertFavorite(SqliteDatabase& database, const StoredFavorite& favorite);
+/// False when it is not there.
+Outcome<bool> deleteFavorite(SqliteDatabase& database, const StoredFavorite& favorite);
 
 /// The user's favourites in the state database, in the user's order. Any thread.
 class StoredFavorites {
  public:
   explicit StoredFavorites(SharedDatabase database) : database_(std::move(database)) {}
 
-  /// Those of a kind that this version does not know are left out and logged.
+  /// Leaves out favourites of a kind that this version does not know, with a line in the log.
   Outcome<std::vector<StoredFavorite>> list() const;
-  /// Adds the favourite at the end; false when it is one already.
-  Outcome<bool> add(const StoredFavorite& favorite);
-  /// False when it was none.
-  Outcome<bool> remove(const StoredFavorite& favorite);
+  /// Adds the favourites at the end, all or none. For each of them: false when it was one already.
+  Outcome<std::vector<bool>> add(const std::vector<StoredFavorite>& favorites);
+  /// Removes the favourites, all or none. For each of them: false when it was none.
+  Outcome<std::vector<bool>> remove(const std::vector<StoredFavorite>& favorites);
 
  private:
   SharedDatabase database_;
 };
 
-/// Finds the line that a feed's route is; null when the feed or the route is not known. Called on any thread.
+/// Finds the line of a feed's route; null when the feed or the route is not known. Called on any thread.
 using LineResolver = std::function<SharedLine(const std::string& feed, const std::string& routeId)>;
 
-/// Reads the stored favourites, with the lines that `resolve` finds for them.
+/// Reads the favourites from the database and their lines from `resolve`.
 class StoredFavoritesPersister final : public RemoteFavoritesPersister {
  public:
   StoredFavoritesPersister(SharedDatabase database, LineResolver resolve)
       : database_(std::move(database)), resolve_(std::move(resolve)) {}
 
   Favorites readFavorites() override;
-  /// The same, for those who must tell favourites that cannot be read from none.
+  /// The same, with the error when the favourites cannot be read.
   Outcome<Favorites> read() const;
 
  private:

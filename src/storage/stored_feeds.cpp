@@ -30,7 +30,7 @@ Outcome<bool> StoredFeeds::remove(std::string_view name) {
   const auto known = list();
   if (!known) return known.error();
   if (std::ranges::find(*known, name, &StoredFeed::name) == known->end()) return false;
-  // Another program may be first.
+  // Another program may have removed it meanwhile.
   bool isRemoved = false;
   const auto error = database_->write([&](SqliteDatabase& database) {
     auto failed = database.run("DELETE FROM feed WHERE name = ?", {name});

@@ -10,8 +10,8 @@
 
 namespace linewatch {
 
-/// The names of the feeds that are not the user's own, which no feed of the user's may have: the sample city,
-/// and the feed of a run without saved state.
+/// Names that no feed of the user's may have: those of the sample city and of the feed of a run without saved
+/// state.
 inline constexpr std::string_view kSampleFeedName = "sample";
 inline constexpr std::string_view kGivenFeedName = "given";
 
@@ -34,7 +34,7 @@ class StoredFeeds {
   Outcome<std::vector<StoredFeed>> list() const;
   /// Adds the feed; false when there is one of that name, which stays as it is.
   Outcome<bool> add(const StoredFeed& feed);
-  /// False when there was none. Favourites of the feed stay: it may come back.
+  /// False when there is no such feed. Favourites of the feed stay, as it may come back.
   Outcome<bool> remove(std::string_view name);
 
  private:

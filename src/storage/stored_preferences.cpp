@@ -5,56 +5,24 @@
 
 namespace linewatch {
 
-// ---- What is remembered ----
-
-std::optional<Error> RememberedPreferences::read(StoredDatabase& database) {
-  std::map<Key, std::optional<Value>> values;
-  auto error = database.read([&](SqliteDatabase& open) {
-    return open.run("SELECT suite, key, value FROM preference WHERE length(value) <= ?", {kLargestPreference},
-                    [&](const SqliteRow& row) {
-                      if (auto value = cbor::valueIn(row.bytes(2)))
-                        values.insert_or_assign({row.text(0), row.text(1)}, std::move(*value));
-                    });
-  });
-  if (error) return error;
-  const std::lock_guard lock(mutex_);
-  // What was set and is not saved yet is newer than what was read.
-  if (database.isBehind()) {
-    values_.merge(values);
-  } else {
-    values_ = std::move(values);
-  }
+std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
+  auto value = read(key);
+  if (value) return *std::move(value);
+  database_->report(value.error());
   return std::nullopt;
 }
 
-std::optional<std::optional<Value>> RememberedPreferences::find(std::string_view suite,
-                                                                std::string_view key) const {
-  const std::lock_guard lock(mutex_);
-  const auto value = values_.find({std::string(suite), std::string(key)});
-  return value == values_.end() ? std::nullopt : std::optional(value->second);
-}
-
-void RememberedPreferences::remember(std::string_view suite, std::string_view key,
-                                     std::optional<Value> value) {
-  const std::lock_guard lock(mutex_);
-  values_.insert_or_assign({std::string(suite), std::string(key)}, std::move(value));
-}
-
-// ---- The store ----
-
-std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const {
-  auto value = read(key);
-  if (!value) database_->report(value.error());
-  if (!value && !isBusy(value.error())) return std::nullopt;
-  if (!value || database_->isBehind()) {
-    if (auto remembered = remembered_->find(suite_, key)) return *std::move(remembered);
-  }
-  if (!value) return std::nullopt;
-  remembered_->remember(suite_, key, *value);
-  return std::move(*value);
-}
-
+// The pending changes come first: one that is saved meanwhile is found in the database.
 Outcome<std::optional<Value>> StoredPreferences::read(std::string_view key) const {
+  if (auto changed = pending_->find(suite_, key)) return *std::move(changed);
+  const auto bytes = readBytes(key);
+  if (!bytes) return bytes.error();
+  auto value = *bytes ? cbor::valueIn(**bytes) : std::nullopt;
+  if (*bytes && !value) database_->report(failureAt(key, "the stored value is malformed"));
+  return value;
+}
+
+Outcome<std::optional<Bytes>> StoredPreferences::readBytes(std::string_view key) const {
   std::optional<Bytes> bytes;
   bool isTooLarge = false;
   const auto error = database_->read([&](SqliteDatabase& database) {
@@ -66,59 +34,76 @@ Outcome<std::optional<Value>> StoredPreferences::read(std::string_view key) cons
   });
   if (error) return *error;
   if (isTooLarge) database_->report(failureAt(key, "the stored value is larger than any preference"));
-  auto value = bytes ? cbor::valueIn(*bytes) : std::nullopt;
-  if (bytes && !value) database_->report(failureAt(key, "the stored value is malformed"));
-  return value;
+  return bytes;
 }
 
 bool StoredPreferences::setObject(Value value, std::string_view key) {
-  const auto operation = keeping(value, key);
-  if (!operation) {
-    database_->report(operation.error());
+  auto encoded = encode(value, key);
+  if (!encoded) {
+    database_->report(encoded.error());
     return false;
   }
-  const bool isSaved = database_->save(*operation);
-  if (isSaved) remembered_->remember(suite_, key, std::move(value));
-  return isSaved;
+  if (isKept(value, *encoded, key)) return true;
+  return save(std::move(value), key, insertion(key, std::move(*encoded)));
+}
+
+bool StoredPreferences::isKept(const Value& value, const Bytes& encoded, std::string_view key) const {
+  if (const auto changed = pending_->find(suite_, key)) return *changed == value;
+  const auto kept = readBytes(key);
+  return kept && *kept == encoded;
 }
 
 std::optional<Error> StoredPreferences::keep(const Value& value, std::string_view key) {
-  const auto operation = keeping(value, key);
-  auto error = operation ? database_->write(*operation) : operation.error();
-  if (!error) remembered_->remember(suite_, key, value);
-  return error;
+  const auto operation = writeOf(value, key);
+  return operation ? database_->write(*operation) : operation.error();
 }
 
-Outcome<StoredDatabase::Operation> StoredPreferences::keeping(const Value& value,
+Outcome<StoredDatabase::Operation> StoredPreferences::writeOf(const Value& value,
                                                               std::string_view key) const {
+  auto encoded = encode(value, key);
+  if (!encoded) return encoded.error();
+  return insertion(key, std::move(*encoded));
+}
+
+Outcome<Bytes> StoredPreferences::encode(const Value& value, std::string_view key) const {
   auto bytes = cbor::bytesOf(value);
   if (!bytes) return failureAt(key, "the value cannot be written");
   if (static_cast<std::int64_t>(bytes->size()) > kLargestPreference)
     return failureAt(key, "the value is too large to be kept");
-  return StoredDatabase::Operation(
-      [suite = suite_, key = std::string(key), bytes = std::move(*bytes)](SqliteDatabase& database) {
-        return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
-                            {suite, key, bytes});
-      });
+  return std::move(*bytes);
+}
+
+StoredDatabase::Operation StoredPreferences::insertion(std::string_view key, Bytes encoded) const {
+  return [suite = suite_, key = std::string(key), encoded = std::move(encoded)](SqliteDatabase& database) {
+    return database.run("INSERT OR REPLACE INTO preference (suite, key, value) VALUES (?, ?, ?)",
+                        {suite, key, encoded});
+  };
 }
 
 void StoredPreferences::removeObject(std::string_view key) {
-  // Where there is nothing to remove, no database has to be made.
-  if (!mayBeThere(key)) return;
-  const bool isRemoved = database_->save([suite = suite_, key = std::string(key)](SqliteDatabase& database) {
+  // A removal that changes nothing must not make a database.
+  if (!mayExist(key)) return;
+  save(std::nullopt, key, [suite = suite_, key = std::string(key)](SqliteDatabase& database) {
     return database.run("DELETE FROM preference WHERE suite = ? AND key = ?", {suite, key});
   });
-  if (isRemoved) remembered_->remember(suite_, key, std::nullopt);
 }
 
-bool StoredPreferences::mayBeThere(std::string_view key) const {
-  bool isThere = false;
+bool StoredPreferences::mayExist(std::string_view key) const {
+  if (const auto changed = pending_->find(suite_, key)) return changed->has_value();
+  bool exists = false;
   const auto error = database_->read([&](SqliteDatabase& database) {
     return database.run("SELECT 1 FROM preference WHERE suite = ? AND key = ?", {suite_, key},
-                        [&](const SqliteRow&) { isThere = true; });
+                        [&](const SqliteRow&) { exists = true; });
   });
   database_->report(error);
-  return error ? isBusy(*error) : isThere || database_->isBehind();
+  return error ? isBusy(*error) : exists;
+}
+
+bool StoredPreferences::save(std::optional<Value> value, std::string_view key,
+                             StoredDatabase::Operation operation) {
+  const auto ticket = pending_->add(suite_, key, std::move(value));
+  return database_->save(std::move(operation), [pending = pending_, suite = suite_, key = std::string(key),
+                                                ticket] { pending->settle(suite, key, ticket); });
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {

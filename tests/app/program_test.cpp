@@ -1,9 +1,11 @@
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "app/encoded_alerts.h"
@@ -241,6 +243,31 @@ TEST_F(ProgramTest, LogsADamagedCacheOnlyWhenVerbose) {
     EXPECT_EQ(run.errors.find("is set aside as feeds.sqlite.damaged") != std::string::npos, *verbose != 0);
     EXPECT_EQ(run.errors.starts_with("linewatch: feed town"), *verbose == 0) << run.errors;
   }
+}
+
+TEST_F(ProgramTest, ShowKeepsNothingOfALocalFeed) {
+  ASSERT_EQ(runProgram(
+                saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}))
+                .status,
+            0);
+  const std::string cache = textIn(folder_ / "state/cache/feeds.sqlite");
+  const auto routes = std::filesystem::path(folder_ / "gtfs/routes.txt");
+  std::filesystem::last_write_time(routes,
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_EQ(runProgram(saved({"show"})).status, 1) << "without favourites";
+  EXPECT_EQ(textIn(folder_ / "state/cache/feeds.sqlite"), cache);
+}
+
+TEST_F(ProgramTest, AFileThatMayGrowNoFurtherIsAFailureLikeAnyOther) {
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit tight{4096, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+  const auto run = runProgram(saved({"favorites", "remove", "M1"}));
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.errors, EndsWith("state/linewatch.sqlite: it cannot be made: File too large\n"));
+  EXPECT_EQ(runProgram(saved({"favorites", "remove", "M1"})).output, "Removed M1\n");
 }
 
 TEST_F(ProgramTest, APreferenceTurnsOnFakeIncidents) {

@@ -22,7 +22,7 @@ class SavedStateTest : public testing::Test {
   SavedState saved_{*StateDirectories::under(folder_.path()), log_, given_};
 };
 
-TEST_F(SavedStateTest, WhatIsGivenStandsInFrontUntilSomethingElseIsWritten) {
+TEST_F(SavedStateTest, GivenValuesHoldUntilAnotherIsWritten) {
   const auto store = saved_.preferences("suite");
   EXPECT_FALSE(store->setObject(Value(std::make_shared<const TransitStorageIncident>()), "key"));
   EXPECT_EQ(store->objectForKey("key"), Value("given")) << "after what cannot be written";
@@ -36,7 +36,7 @@ TEST_F(SavedStateTest, WhatIsGivenStandsInFrontUntilSomethingElseIsWritten) {
   }
 }
 
-TEST_F(SavedStateTest, WithoutAStoreEachSuiteIsKeptForTheRun) {
+TEST_F(SavedStateTest, WithoutAStoreASuiteLastsForTheRun) {
   const auto store = given_->inFrontOf(nullptr, "suite");
   EXPECT_EQ(store->objectForKey("key"), Value("given"));
   EXPECT_TRUE(store->setObject(5, "key"));
@@ -44,7 +44,7 @@ TEST_F(SavedStateTest, WithoutAStoreEachSuiteIsKeptForTheRun) {
   EXPECT_EQ(given_->inFrontOf(nullptr, "other suite")->objectForKey("key"), Value("given"));
 }
 
-TEST_F(SavedStateTest, AnalyticsAreAsGivenUntilTheyAreSwitched) {
+TEST_F(SavedStateTest, RecordingIsAsGivenUntilItIsSwitched) {
   EXPECT_FALSE(saved_.recordsAnalytics());
   const std::filesystem::path file = saved_.database()->file();
   std::filesystem::create_directories(file);
@@ -53,6 +53,14 @@ TEST_F(SavedStateTest, AnalyticsAreAsGivenUntilTheyAreSwitched) {
   std::filesystem::remove(file);
   EXPECT_FALSE(saved_.setRecordsAnalytics(true));
   EXPECT_TRUE(saved_.recordsAnalytics());
+}
+
+TEST_F(SavedStateTest, NothingIsRecordedWhileTheSwitchCannotBeRead) {
+  SavedState plain(*StateDirectories::under(folder_.path()), log_,
+                   std::make_shared<GivenPreferences>(Dictionary{}));
+  EXPECT_TRUE(plain.recordsAnalytics()) << "when nothing was switched";
+  std::filesystem::create_directories(plain.database()->file());
+  EXPECT_FALSE(plain.recordsAnalytics());
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,7 +26,9 @@ constexpr std::array<std::string_view, 2> kSteps = {
     "ALTER TABLE note ADD COLUMN stars INTEGER NOT NULL DEFAULT 5"};
 constexpr DatabaseSchema kFirstSchema{"note database", 77, std::span(kSteps).first(1)};
 constexpr DatabaseSchema kSecondSchema{"note database", 77, kSteps};
-constexpr DatabaseSchema kStrangersSchema{"picture database", 78, std::span(kSteps).first(1)};
+constexpr DatabaseSchema kOtherSchema{"picture database", 78, std::span(kSteps).first(1)};
+
+const StoredDatabase::Options kDeferred{.busyTimeout = std::chrono::milliseconds(1), .defersSaves = true};
 
 StoredDatabase::Operation adding(std::string text) {
   return [text = std::move(text)](SqliteDatabase& database) {
@@ -52,7 +55,14 @@ class StoredDatabaseTest : public testing::Test {
   std::filesystem::path file() const { return folder_.path() / "made" / "notes.sqlite"; }
   StoredDatabase open(const DatabaseSchema& schema = kFirstSchema,
                       std::chrono::milliseconds busyTimeout = {}) {
-    return {file(), schema, log_, {busyTimeout, std::nullopt}};
+    return {file(), schema, log_, {.busyTimeout = busyTimeout}};
+  }
+  StoredDatabase openDeferred() { return {file(), kFirstSchema, log_, kDeferred}; }
+  std::string journalMode() {
+    std::string mode;
+    auto database = SqliteDatabase::open("", file(), SqliteDatabase::Mode::readWrite, {});
+    EXPECT_FALSE(database->run("PRAGMA journal_mode", {}, [&](const SqliteRow& row) { mode = row.text(0); }));
+    return mode;
   }
   void writeNotes(const std::vector<std::string>& texts) {
     auto database = open();
@@ -67,14 +77,6 @@ TEST_F(StoredDatabaseTest, ReadingMakesNothing) {
   auto database = open();
   EXPECT_THAT(textsIn(database), IsEmpty());
   EXPECT_THAT(namesIn(folder_.path()), IsEmpty());
-
-  // An empty file is what a program leaves that ended before its first write was done.
-  std::filesystem::create_directory(file().parent_path());
-  writeFile(file(), "");
-  EXPECT_THAT(textsIn(database), IsEmpty());
-  EXPECT_EQ(textIn(file()), "");
-  EXPECT_EQ(sentenceOf(database.write(adding("first"))), "");
-  EXPECT_THAT(textsIn(database), ElementsAre("first"));
 }
 
 TEST_F(StoredDatabaseTest, KeepsWhatWasWrittenAndUndoesWhatFailed) {
@@ -133,6 +135,7 @@ TEST_F(StoredDatabaseTest, MigratesAnOlderFileOnceAndRefusesANewerOne) {
   for (const auto& error : {older.read(untouched), older.write(untouched)}) {
     EXPECT_EQ(sentenceOf(error),
               "note database: " + file().string() + ": a newer version of LineWatch has written it");
+    EXPECT_EQ(failureCodeOf(*error), FailureCode::unsupported);
   }
   EXPECT_EQ(textIn(file()), before);
 }
@@ -148,12 +151,13 @@ TEST_F(StoredDatabaseTest, AMigrationThatFailsLeavesTheOldFile) {
   EXPECT_THAT(textsIn(old), ElementsAre("old"));
 }
 
-TEST_F(StoredDatabaseTest, LeavesAStrangersDatabaseAlone) {
+TEST_F(StoredDatabaseTest, LeavesTheDatabaseOfAnotherProgramAlone) {
   writeNotes({"mine"});
   const std::string before = textIn(file());
-  auto stranger = open(kStrangersSchema);
-  for (const auto& error : {stranger.read(adding("unseen")), stranger.write(adding("unseen"))}) {
+  auto other = open(kOtherSchema);
+  for (const auto& error : {other.read(adding("unseen")), other.write(adding("unseen"))}) {
     EXPECT_THAT(sentenceOf(error), HasSubstr("another program's database stands in its place"));
+    EXPECT_EQ(failureCodeOf(*error), FailureCode::unsupported);
   }
   EXPECT_EQ(textIn(file()), before);
 }
@@ -166,7 +170,7 @@ TEST_F(StoredDatabaseTest, SetsADamagedFileAsideAndBeginsANewOne) {
   std::string withoutTable = whole;
   withoutTable.replace(4096, 4096, 4096, '\xFF');
   const auto reading = [](SqliteDatabase& open) { return open.run("SELECT text FROM note"); };
-  for (const std::string& damaged : {std::string(3000, 'x'), withoutSchema, withoutTable}) {
+  for (const std::string& damaged : {std::string(3000, 'x'), withoutSchema, withoutTable, std::string()}) {
     for (const char* way : {"read", "write", "save"}) {
       SCOPED_TRACE(way);
       TemporaryFolder folder;
@@ -202,7 +206,7 @@ TEST_F(StoredDatabaseTest, AFileThatTookTheDamagedOnesPlaceStays) {
     // Meanwhile another program has found the damage and begun a new file.
     std::filesystem::rename(file(), file().string() + ".damaged");
     writeNotes({"new"});
-    return Error{std::string(kSqliteErrorDomain), 11, {{kLocalizedDescriptionKey, "damaged"}}};
+    return failure(FailureCode::damaged, "", "", "damaged");
   });
   EXPECT_THAT(sentenceOf(error), HasSubstr("set aside as notes.sqlite.damaged"));
   EXPECT_THAT(textsIn(slow), ElementsAre("new"));
@@ -233,36 +237,116 @@ TEST_F(StoredDatabaseTest, SaysThatAnotherProgramHoldsTheFile) {
   EXPECT_THAT(textsIn(waiting), ElementsAre("kept", "held"));
 }
 
-TEST_F(StoredDatabaseTest, AThreadInAHurryPutsOffWhatItSavesUntilTheFileIsFree) {
+TEST_F(StoredDatabaseTest, DeferredWritesWaitInOrderUntilTheFileIsFree) {
   auto holder = open();
-  auto hurried = std::make_unique<StoredDatabase>(
-      file(), kFirstSchema, log_, StoredDatabase::Options{.haste = std::chrono::milliseconds(0)});
-  hurried->hurryOnThisThread();
+  std::optional<StoredDatabase> deferring;
+  deferring.emplace(file(), kFirstSchema, log_, kDeferred);
   const auto whileHeld = [&](const std::function<void()>& action) {
     EXPECT_FALSE(holder.write([&](SqliteDatabase& database) {
       action();
       return adding("held")(database);
     }));
   };
+  int settledCount = 0;
   whileHeld([&] {
-    for (const char* text : {"one", "two"}) EXPECT_TRUE(hurried->save(adding(text)));
-    EXPECT_TRUE(hurried->write(adding("refused")));
+    for (const char* text : {"one", "two"})
+      EXPECT_TRUE(deferring->save(adding(text), [&] { ++settledCount; }));
+    EXPECT_EQ(failureCodeOf(*deferring->write(adding("refused"))), FailureCode::busy);
+    EXPECT_THAT(textsIn(*deferring), IsEmpty()) << "reading goes on";
   });
-  EXPECT_TRUE(hurried->isBehind());
-  EXPECT_THAT(textsIn(*hurried), ElementsAre("held", "one", "two"));
-  EXPECT_FALSE(hurried->isBehind());
-  whileHeld([&] {
-    EXPECT_TRUE(hurried->save(adding("three")));
-    EXPECT_THAT(textsIn(*hurried), ElementsAre("held", "one", "two")) << "reading goes on";
-  });
-  EXPECT_FALSE(hurried->write(adding("four"))) << "which comes after what was put off";
-  EXPECT_FALSE(hurried->save([](SqliteDatabase& database) { return database.run("nonsense"); }));
-  whileHeld([&] { EXPECT_TRUE(hurried->save(adding("at the end"))); });
-  hurried = nullptr;
+  EXPECT_TRUE(deferring->waitUntilSaved());
+  EXPECT_EQ(settledCount, 2);
+  whileHeld([&] { deferring->save(adding("three")); });
+  EXPECT_FALSE(deferring->write(adding("four"))) << "after the deferred writes";
+  deferring->save([](SqliteDatabase& database) { return database.run("nonsense"); });
+  whileHeld([&] { deferring->save(adding("at the end")); });
+  deferring.reset();
   EXPECT_THAT(textsIn(holder),
               ElementsAre("held", "one", "two", "held", "three", "four", "held", "at the end"));
   EXPECT_THAT(log_.lines(),
-              ElementsAre(HasSubstr("using it; what is to be saved waits for it"), HasSubstr("nonsense")));
+              ElementsAre(HasSubstr("using it; changes are saved when it is free"), HasSubstr("nonsense")));
+}
+
+TEST_F(StoredDatabaseTest, TellsHowManyDeferredWritesAreLost) {
+  auto holder = open();
+  EXPECT_FALSE(holder.write([&](SqliteDatabase&) {
+    auto deferring = openDeferred();
+    for (const char* text : {"one", "two"}) deferring.save(adding(text));
+    return std::optional<Error>();
+  }));
+  EXPECT_THAT(textsIn(holder), IsEmpty());
+  EXPECT_EQ(log_.lines().back(),
+            "note database: " + file().string() + ": another program is using it; 2 changes are lost");
+}
+
+TEST_F(StoredDatabaseTest, TheFileHasALogOnlyWhileSavesAreDeferred) {
+  writeNotes({"kept"});
+  const std::string plain = textIn(file());
+  {
+    auto deferring = openDeferred();
+    EXPECT_FALSE(deferring.write(adding("more")));
+    EXPECT_EQ(journalMode(), "wal");
+    auto holder = SqliteDatabase::open("", file(), SqliteDatabase::Mode::readWrite, {});
+    EXPECT_FALSE(holder->run("BEGIN EXCLUSIVE"));
+    EXPECT_THAT(textsIn(deferring), ElementsAre("kept", "more")) << "nobody keeps it from reading";
+    auto other = open();
+    EXPECT_THAT(textsIn(other), ElementsAre("kept", "more"));
+  }
+  EXPECT_THAT(namesIn(file().parent_path()), ElementsAre("notes.sqlite"));
+  EXPECT_EQ(journalMode(), "delete");
+  const std::string before = textIn(file());
+  auto reader = open();
+  EXPECT_THAT(textsIn(reader), ElementsAre("kept", "more"));
+  EXPECT_EQ(textIn(file()), before);
+}
+
+TEST_F(StoredDatabaseTest, IsTheUsersAloneWhateverTheUmask) {
+  const auto modeOf = [](const std::filesystem::path& path) {
+    return static_cast<unsigned>(std::filesystem::status(path).permissions());
+  };
+  for (const mode_t mask : {0000U, 0777U}) {
+    const mode_t before = ::umask(mask);
+    const auto path = folder_.path() / std::to_string(mask) / "deeper" / "notes.sqlite";
+    {
+      StoredDatabase database(path, kFirstSchema, log_, {.defersSaves = true});
+      EXPECT_EQ(sentenceOf(database.write(adding("text"))), "");
+      for (const char* suffix : {"", "-wal", "-shm"})
+        EXPECT_EQ(modeOf(path.string() + suffix), 0600U) << suffix;
+    }
+    ::umask(before);
+    EXPECT_EQ(modeOf(path.parent_path()), 0700U);
+    EXPECT_EQ(modeOf(path.parent_path().parent_path()), 0700U);
+  }
+  writeNotes({"of an earlier version"});
+  std::filesystem::permissions(file(), std::filesystem::perms(0644));
+  std::filesystem::permissions(file().parent_path(), std::filesystem::perms(0755));
+  writeNotes({"of this version"});
+  EXPECT_EQ(modeOf(file()), 0600U);
+  EXPECT_EQ(modeOf(file().parent_path()), 0700U);
+}
+
+TEST_F(StoredDatabaseTest, ProgramsThatStartTogetherInANewFolderAllWork) {
+  constexpr int kPrograms = 8;
+  int gate[2];
+  ASSERT_EQ(::pipe(gate), 0);
+  for (int program = 0; program < kPrograms; ++program) {
+    if (::fork() != 0) continue;
+    char byte = 0;
+    ::close(gate[1]);
+    static_cast<void>(::read(gate[0], &byte, 1));
+    auto database = open(kFirstSchema, std::chrono::seconds(60));
+    ::_exit(database.write(adding("started")) ? 1 : 0);
+  }
+  ::close(gate[0]);
+  ::close(gate[1]);
+  for (int program = 0; program < kPrograms; ++program) {
+    int status = 0;
+    ASSERT_GT(::wait(&status), 0);
+    EXPECT_EQ(status, 0);
+  }
+  auto database = open();
+  EXPECT_EQ(textsIn(database).size(), static_cast<std::size_t>(kPrograms));
+  EXPECT_THAT(namesIn(file().parent_path()), ElementsAre("notes.sqlite"));
 }
 
 /// Takes root's rights over files away from the process for a while; another user has none to lose.
@@ -285,6 +369,11 @@ TEST_F(StoredDatabaseTest, ReadsAFolderThatCannotBeWritten) {
   writeNotes({"kept"});
   const auto folder = file().parent_path();
   std::filesystem::permissions(folder_.path(), std::filesystem::perms{0755});
+  std::filesystem::copy_file(file(), folder / "logged.sqlite");
+  for (const char* name : {"notes.sqlite", "logged.sqlite"})
+    std::filesystem::permissions(folder / name, std::filesystem::perms{0644});
+  ASSERT_FALSE(SqliteDatabase::open("", folder / "logged.sqlite", SqliteDatabase::Mode::readWrite, {})
+                   ->run("PRAGMA journal_mode = WAL"));
   std::filesystem::permissions(folder, std::filesystem::perms{0555});
   const std::string before = textIn(file());
   {
@@ -294,6 +383,10 @@ TEST_F(StoredDatabaseTest, ReadsAFolderThatCannotBeWritten) {
     const auto error = database.write(adding("refused"));
     EXPECT_THAT(sentenceOf(error), HasSubstr("note database: " + file().string() + ": it "));
     EXPECT_THAT(textsIn(database), ElementsAre("kept"));
+
+    // A program that was killed can leave the file like this.
+    StoredDatabase logged(folder / "logged.sqlite", kFirstSchema, log_);
+    EXPECT_THAT(textsIn(logged), ElementsAre("kept"));
 
     StoredDatabase absent(folder / "deeper" / "notes.sqlite", kFirstSchema, log_);
     EXPECT_THAT(textsIn(absent), IsEmpty());
@@ -312,38 +405,43 @@ TEST_F(StoredDatabaseTest, ReadsAFolderThatCannotBeWritten) {
 
 TEST_F(StoredDatabaseTest, AFullDiskLosesNothing) {
   writeNotes({"kept"});
-  StoredDatabase database(file(), kFirstSchema, log_, {std::chrono::milliseconds(0), 8});
+  StoredDatabase database(file(), kFirstSchema, log_, {.maximumPageCount = 8});
   const auto error = database.write(adding(std::string(100'000, 'x')));
   EXPECT_EQ(sentenceOf(error), "note database: " + file().string() + ": the disk is full");
+  EXPECT_EQ(failureCodeOf(*error), FailureCode::full);
   EXPECT_THAT(textsIn(database), ElementsAre("kept"));
   EXPECT_FALSE(database.write(adding("small")));
   EXPECT_THAT(textsIn(database), ElementsAre("kept", "small"));
 }
 
-TEST_F(StoredDatabaseTest, AProgramKilledWhileItWritesLeavesAllOrNothing) {
+TEST_F(StoredDatabaseTest, AProgramKilledWhileItWritesLeavesWholeTransactions) {
   writeNotes({"kept"});
-  const pid_t child = ::fork();
-  if (child == 0) {
+  for (const bool defersSaves : {false, true}) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      StoredDatabase database(file(), kFirstSchema, log_, {.defersSaves = defersSaves});
+      static_cast<void>(database.write(adding("confirmed")));
+      static_cast<void>(database.write([](SqliteDatabase& open) -> std::optional<Error> {
+        // More than the page cache holds, so that the file or its log is half changed.
+        static_cast<void>(open.run("PRAGMA cache_size = 4"));
+        static_cast<void>(open.run("UPDATE note SET text = 'changed'"));
+        for (int i = 0; i < 200; ++i) static_cast<void>(adding(std::string(4000, 'x'))(open));
+        ::kill(::getpid(), SIGKILL);
+        return std::nullopt;
+      }));
+      ::_exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_GT(std::filesystem::file_size(file().string() + (defersSaves ? "-wal" : "")), 100'000U);
+    ASSERT_EQ(std::filesystem::exists(file().string() + "-journal"), !defersSaves);
     auto database = open();
-    static_cast<void>(database.write([](SqliteDatabase& open) -> std::optional<Error> {
-      // More than the page cache holds, so that the file itself is half changed.
-      static_cast<void>(open.run("PRAGMA cache_size = 4"));
-      static_cast<void>(open.run("UPDATE note SET text = 'changed'"));
-      for (int i = 0; i < 200; ++i) static_cast<void>(adding(std::string(4000, 'x'))(open));
-      ::kill(::getpid(), SIGKILL);
-      return std::nullopt;
-    }));
-    ::_exit(1);
+    EXPECT_EQ(textsIn(database).back(), "confirmed");
+    EXPECT_FALSE(database.write(adding("after")));
   }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFSIGNALED(status));
-  ASSERT_TRUE(std::filesystem::exists(file().string() + "-journal"));
-  ASSERT_GT(std::filesystem::file_size(file()), 100'000U);
   auto database = open();
-  EXPECT_THAT(textsIn(database), ElementsAre("kept"));
-  EXPECT_FALSE(database.write(adding("after")));
-  EXPECT_THAT(textsIn(database), ElementsAre("kept", "after"));
+  EXPECT_THAT(textsIn(database), ElementsAre("kept", "confirmed", "after", "confirmed", "after"));
   EXPECT_THAT(log_.lines(), IsEmpty());
 }
 

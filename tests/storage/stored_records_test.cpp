@@ -43,7 +43,7 @@ TEST_F(StoredRecordsTest, ReadingWritesNothing) {
   EXPECT_THAT(*StoredFeeds(openState()).list(), IsEmpty());
   EXPECT_FALSE(StoredPreferences(openState(), "s").objectForKey("k"));
   EXPECT_FALSE(FeedCache(openCache()).find("f", "gtfs", "l"));
-  EXPECT_FALSE(*StoredFavorites(openState()).remove(kRed));
+  EXPECT_THAT(*StoredFavorites(openState()).remove({kRed}), ElementsAre(false));
   EXPECT_FALSE(*StoredFeeds(openState()).remove("metro"));
   StoredPreferences(openState(), "s").removeObject("k");
   EXPECT_THAT(namesIn(folder_.path()), IsEmpty());
@@ -52,17 +52,17 @@ TEST_F(StoredRecordsTest, ReadingWritesNothing) {
 
 TEST_F(StoredRecordsTest, FavoritesKeepTheUsersOrder) {
   StoredFavorites favorites(openState());
-  for (const auto& favorite : {kRed, kHome, kBlue, kOtherRed}) EXPECT_TRUE(*favorites.add(favorite));
-  EXPECT_FALSE(*favorites.add(kHome));
-  EXPECT_TRUE(*favorites.remove(kRed));
-  EXPECT_FALSE(*favorites.remove(kRed));
-  EXPECT_TRUE(*favorites.add(kRed));
+  EXPECT_THAT(*favorites.add({kRed, kHome, kBlue}), ElementsAre(true, true, true));
+  EXPECT_THAT(*favorites.add({kHome, kOtherRed}), ElementsAre(false, true));
+  EXPECT_THAT(*favorites.remove({kRed, kRed}), ElementsAre(true, false));
+  EXPECT_THAT(*favorites.remove({kRed}), ElementsAre(false));
+  EXPECT_THAT(*favorites.add({kRed}), ElementsAre(true));
   EXPECT_THAT(*StoredFavorites(openState()).list(), ElementsAre(kHome, kBlue, kOtherRed, kRed));
 }
 
 TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
   StoredFavorites favorites(openState());
-  for (const auto& favorite : {kRed, kHome, kBlue}) ASSERT_TRUE(favorites.add(favorite));
+  ASSERT_TRUE(favorites.add({kRed, kHome, kBlue}));
   ASSERT_FALSE(openState()->write([](SqliteDatabase& database) {
     return database.run("INSERT INTO favorite (kind, feed, subject) VALUES ('boat', '', 'Ferry')");
   }));
@@ -93,10 +93,10 @@ TEST_F(StoredRecordsTest, FeedsAreKeptByName) {
   EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(bus));
 }
 
-TEST_F(StoredRecordsTest, OfThoseThatRemoveTheSameOneSaysThatItDid) {
+TEST_F(StoredRecordsTest, OneOfTwoProgramsThatRemoveTheSameReportsIt) {
   const SharedDatabase databases[] = {openState(), openState()};
   for (int round = 0; round < 10; ++round) {
-    ASSERT_TRUE(*StoredFavorites(databases[0]).add(kRed));
+    ASSERT_TRUE(StoredFavorites(databases[0]).add({kRed}));
     ASSERT_TRUE(*StoredFeeds(databases[0]).add({"metro", "/m", ""}));
     std::atomic<int> favorites = 0, feeds = 0;
     std::barrier together(2);
@@ -105,7 +105,7 @@ TEST_F(StoredRecordsTest, OfThoseThatRemoveTheSameOneSaysThatItDid) {
       for (const SharedDatabase& database : databases) {
         programs.emplace_back([&] {
           together.arrive_and_wait();
-          favorites += *StoredFavorites(database).remove(kRed) ? 1 : 0;
+          favorites += StoredFavorites(database).remove({kRed})->front() ? 1 : 0;
           together.arrive_and_wait();
           feeds += *StoredFeeds(database).remove("metro") ? 1 : 0;
         });
@@ -149,64 +149,60 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
   EXPECT_EQ(log_.lines().size(), 1U);
 }
 
-/// Against readers as well, or against writers only.
-class HeldPreferencesTest : public StoredRecordsTest, public testing::WithParamInterface<const char*> {
+/// Another program holds the database while preferences are set.
+class HeldPreferencesTest : public StoredRecordsTest {
  protected:
-  HeldPreferencesTest() { state_->hurryOnThisThread(); }
-
-  /// Another program holds the database from now on.
-  void hold() {
-    auto other = SqliteDatabase::open("state database", state_->file(), SqliteDatabase::Mode::mustExist, {});
-    ASSERT_TRUE(other && !other->run(GetParam()));
-    other_.emplace(std::move(*other));
+  HeldPreferencesTest() {
+    for (const char* key : {"off", "changed", "removed"}) preferencesOfAnother().setObject(false, key);
+    state_ = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
+                               {.busyTimeout = std::chrono::milliseconds(1), .defersSaves = true});
+    // Once it has its log, even an exclusive lock keeps nobody from reading.
+    EXPECT_TRUE(state_->waitUntilSaved());
+    auto holder = SqliteDatabase::open("", state_->file(), SqliteDatabase::Mode::readWrite, {});
+    EXPECT_FALSE(holder->run("BEGIN EXCLUSIVE"));
+    holder_.emplace(std::move(*holder));
   }
-  void release() { other_.reset(); }
 
-  SharedDatabase state_ = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
-                                            {.haste = std::chrono::milliseconds(0)});
-  std::shared_ptr<RememberedPreferences> remembered_ = std::make_shared<RememberedPreferences>();
-  StoredPreferences preferences_{state_, "suite", remembered_};
-  std::optional<SqliteDatabase> other_;
+  StoredPreferences preferences() { return {state_, "suite", pending_}; }
+  StoredPreferences preferencesOfAnother() { return {openState(), "suite"}; }
+  void release() {
+    holder_.reset();
+    EXPECT_TRUE(state_->waitUntilSaved());
+  }
+
+  SharedDatabase state_;
+  std::shared_ptr<PendingPreferences> pending_ = std::make_shared<PendingPreferences>();
+  std::optional<SqliteDatabase> holder_;
 };
 
-TEST_P(HeldPreferencesTest, AreAsTheyWereSetLast) {
-  for (const char* key : {"off", "gone", "changed", "removed"})
-    StoredPreferences(openState(), "suite").setObject(false, key);
-  EXPECT_FALSE(remembered_->read(*state_));
-  preferences_.removeObject("gone");
-  hold();
-  EXPECT_EQ(preferences_.objectForKey("off"), Value(false));
-  EXPECT_FALSE(preferences_.objectForKey("gone"));
-  EXPECT_TRUE(preferences_.setObject("late", "key"));
-  EXPECT_TRUE(preferences_.setObject("late", "changed"));
-  EXPECT_TRUE(preferences_.setObject("late", "taken back"));
-  preferences_.removeObject("removed");
-  preferences_.removeObject("taken back");
-  static_cast<void>(remembered_->read(*state_));
-  for (const bool isHeld : {true, false}) {
-    StoredPreferences reading =
-        isHeld ? StoredPreferences{state_, "suite", remembered_} : StoredPreferences{openState(), "suite"};
-    if (!isHeld) {
-      release();
-      EXPECT_EQ(preferences_.objectForKey("off"), Value(false)) << "with which the others are saved";
-    }
-    for (const char* key : {"key", "changed"}) EXPECT_EQ(reading.objectForKey(key), Value("late")) << isHeld;
-    for (const char* key : {"gone", "removed", "taken back"}) EXPECT_FALSE(reading.objectForKey(key)) << key;
+TEST_F(HeldPreferencesTest, AreAsTheyWereSetLast) {
+  EXPECT_TRUE(preferences().setObject("early", "key"));
+  for (const char* key : {"key", "changed", "taken back"}) EXPECT_TRUE(preferences().setObject("late", key));
+  for (const char* key : {"removed", "taken back"}) preferences().removeObject(key);
+  const auto expectChanges = [](const StoredPreferences& reading) {
     EXPECT_EQ(reading.objectForKey("off"), Value(false));
-  }
-}
-
-TEST_P(HeldPreferencesTest, AreRemovedAlsoWhereNothingIsRemembered) {
-  StoredPreferences(openState(), "suite").setObject(false, "k");
-  hold();
-  preferences_.removeObject("k");
+    for (const char* key : {"key", "changed"}) EXPECT_EQ(reading.objectForKey(key), Value("late"));
+    for (const char* key : {"removed", "taken back"}) EXPECT_FALSE(reading.objectForKey(key)) << key;
+  };
+  expectChanges(preferences());
   release();
-  static_cast<void>(preferences_.objectForKey("other"));
-  EXPECT_FALSE(StoredPreferences(openState(), "suite").objectForKey("k"));
+  expectChanges(preferences());
+  expectChanges(preferencesOfAnother());
 }
 
-INSTANTIATE_TEST_SUITE_P(Locks, HeldPreferencesTest, testing::Values("BEGIN EXCLUSIVE", "BEGIN IMMEDIATE"),
-                         [](const auto& held) { return std::string(held.param).substr(6); });
+TEST_F(HeldPreferencesTest, AreNotWrittenAgainWhenTheyAreTheSame) {
+  EXPECT_TRUE(preferences().setObject(false, "off"));
+  preferences().removeObject("never there");
+  EXPECT_TRUE(state_->waitUntilSaved()) << "nothing can be lost at the end";
+  holder_.reset();
+}
+
+TEST_F(HeldPreferencesTest, AreTheOldOnesAfterADeferredWriteHasFailed) {
+  EXPECT_TRUE(preferences().setObject("late", "off"));
+  ASSERT_FALSE(holder_->runScript("DROP TABLE preference; COMMIT"));
+  release();
+  EXPECT_FALSE(preferences().objectForKey("off")) << "as the table is gone";
+}
 
 TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
   const auto tight =

@@ -3,8 +3,6 @@
 #include <QDesktopServices>
 #include <QPointer>
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "desktop/loop/folder_watch.h"
@@ -55,28 +53,18 @@ void Panel::inBackground(Work work, Done done) {
   });
 }
 
-/// Whether another program keeps what was saved from being read. Whatever else may be wrong with it passes no
-/// sooner for being waited for.
-bool Panel::isStateHeld() {
-  const auto* const saved = platform().saved();
-  if (!saved) return false;
-  const auto error = saved->rememberPreferences();
-  saved->database()->report(error);
-  return error && isBusy(*error);
-}
+bool Panel::isStateHeld() { return platform().saved() && platform().saved()->isHeld(); }
 
 void Panel::loadWindow() {
   window_.loadWidget();
   followChoice();
 }
 
-/// A widget that was made without its list would save in its place that there is none.
+/// A widget that cannot read its last list would start without one, and save that.
 void Panel::loadWindowOnceStateIsFree() {
   inBackground(
       [saved = platform().saved(), ending = ending_.get_token()] {
-        auto error = saved->rememberPreferences();
-        while (error && isBusy(*error) && !ending.stop_requested()) {
-          error = saved->rememberPreferences();
+        while (!ending.stop_requested() && saved->isHeld()) {
         }
         return true;
       },
@@ -135,16 +123,15 @@ std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform)
   return Choice{std::move(*feeds), std::move(*favorites)};
 }
 
-/// The command line and other panels change the favourites and feeds too. Whatever is written to the state
-/// database, the widget's own list as well, puts a journal beside it for a moment.
+/// The command line and other panels change the favourites and feeds too. Every write to the state database
+/// goes to the log beside it, or puts a journal there for a moment.
 void Panel::followChoice() {
   if (!platform().saved()) return;
   rememberChoice(choiceIn(platform()));
-  const std::filesystem::path folder = platform().saved()->database()->file().parent_path();
-  // Before anything was saved there is none; without one that can be made there is nothing to follow.
-  std::error_code ignored;
-  std::filesystem::create_directories(folder, ignored);
-  desktop::watchFolder(window_, folder, [this] {
+  const DatabaseFile file(platform().saved()->database()->file());
+  // A folder that cannot be made has nothing to follow.
+  static_cast<void>(file.makeFolder());
+  desktop::watchFolder(window_, file.path().parent_path(), {file.logName()}, [this] {
     inBackground([&platform = platform()] { return choiceIn(platform); },
                  [this, window = QPointer(&window_)](const std::optional<Choice>& now) {
                    if (!window || !rememberChoice(now)) return;
@@ -154,7 +141,7 @@ void Panel::followChoice() {
   });
 }
 
-/// Whether it is another one than before. What cannot be read may be as it was.
+/// Whether the choice has changed. One that cannot be read counts as unchanged.
 bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);

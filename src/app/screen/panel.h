@@ -39,8 +39,9 @@ class Panel {
     std::vector<StoredFavorite> favorites;
     bool operator==(const Choice&) const = default;
   };
-  /// Absent when it cannot be read. Any thread, in a run with saved state.
+  /// Absent when it cannot be read. Any thread; only in a run with saved state.
   static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
+  /// Whether another program keeps the saved state from being read.
   bool isStateHeld();
   void loadWindow();
   void loadWindowOnceStateIsFree();
@@ -58,7 +59,7 @@ class Panel {
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
-  /// As the widget was last told of it; absent until it could be read.
+  /// As the widget was last told; absent until it could be read.
   std::optional<Choice> knownChoice_;
 };
 
