@@ -47,22 +47,27 @@ void FeedCache::remove(std::string_view feed) {
 }
 
 void FeedCache::holdBack() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   heldBack_.emplace();
 }
 
 void FeedCache::writeHeldBack() {
-  std::unique_lock lock(mutex_);
-  auto operations = std::exchange(heldBack_, std::nullopt).value_or(Operations());
-  lock.unlock();
+  Operations operations;
+  {
+    const MutexLock lock(mutex_);
+    operations = std::exchange(heldBack_, std::nullopt).value_or(Operations());
+  }
   for (auto& operation : operations) database_->save(std::move(operation));
 }
 
 void FeedCache::write(StoredDatabase::Operation operation) {
-  std::unique_lock lock(mutex_);
-  if (heldBack_) return heldBack_->push_back(std::move(operation));
-  lock.unlock();
-  database_->save(std::move(operation));
+  if (!holdBackIfAsked(operation)) database_->save(std::move(operation));
+}
+
+bool FeedCache::holdBackIfAsked(StoredDatabase::Operation& operation) {
+  const MutexLock lock(mutex_);
+  if (heldBack_) heldBack_->push_back(std::move(operation));
+  return heldBack_.has_value();
 }
 
 }  // namespace linewatch

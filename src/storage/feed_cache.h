@@ -1,6 +1,5 @@
 #pragma once
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +7,7 @@
 #include <vector>
 
 #include "shared/date.h"
+#include "shared/mutex.h"
 #include "shared/value.h"
 #include "storage/state_database.h"
 
@@ -43,17 +43,19 @@ class FeedCache {
 
   /// From now on changes wait for `writeHeldBack` and are not seen before: a feed that is refused in the end
   /// must leave nothing behind.
-  void holdBack();
-  void writeHeldBack();
+  void holdBack() LINEWATCH_EXCLUDES(mutex_);
+  void writeHeldBack() LINEWATCH_EXCLUDES(mutex_);
 
  private:
   using Operations = std::vector<StoredDatabase::Operation>;
-  void write(StoredDatabase::Operation operation);
+  void write(StoredDatabase::Operation operation) LINEWATCH_EXCLUDES(mutex_);
+  /// False when changes are not held back.
+  bool holdBackIfAsked(StoredDatabase::Operation& operation) LINEWATCH_EXCLUDES(mutex_);
 
   SharedDatabase database_;
-  std::mutex mutex_;
-  /// Absent when nothing is held back.
-  std::optional<Operations> heldBack_;
+  Mutex mutex_;
+  /// Absent unless changes are held back.
+  std::optional<Operations> heldBack_ LINEWATCH_GUARDED_BY(mutex_);
 };
 
 }  // namespace linewatch

@@ -137,6 +137,22 @@ TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("cache"));
 }
 
+TEST_F(StoredRecordsTest, NobodyWaitsLongForACacheThatAnotherProgramHolds) {
+  const CachedDocument document{"https://a", Date(Seconds(1)), std::nullopt, std::nullopt, {1}};
+  FeedCache(openCache()).store("metro", "gtfs", document);
+  auto holder = SqliteDatabase::open("", openCache()->file(), SqliteDatabase::Mode::readWrite, {});
+  ASSERT_FALSE(holder->run("BEGIN EXCLUSIVE"));
+  FeedCache cache(openCache());
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 50; ++i) {
+    EXPECT_FALSE(cache.find("metro", "gtfs", "https://a"));
+    cache.confirm("metro", "gtfs", Date(Seconds(2)));
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "0.1 s each would be 10";
+  ASSERT_FALSE(holder->run("ROLLBACK"));
+  EXPECT_EQ(cache.find("metro", "gtfs", "https://a"), document);
+}
+
 TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved) {
   StoredPreferences preferences(openState(), "suite");
   preferences.setObject(Value("x"), "key");

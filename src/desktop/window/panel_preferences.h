@@ -6,8 +6,8 @@
 
 namespace linewatch::desktop {
 
-// What the user has chosen in the panel, for its next start; absent before the first choice. Needs an
-// installed platform. Main thread.
+// The user's choices in the panel, for its next start; absent before the first choice. Needs an installed
+// platform. Main thread.
 
 std::optional<ui::TextSizeCategory> keptTextSize();
 void keepTextSize(ui::TextSizeCategory category);

@@ -92,6 +92,7 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
   EXPECT_EQ(rows().rowCount(), 4U);
 
+  EXPECT_TRUE(session_->platform().saved()->database()->waitUntilSaved());
   const auto actions = storedUserActions(*session_->platform().saved()->database());
   ASSERT_TRUE(actions);
   const auto action = [](const char* name) { return Field(&StoredUserAction::action, name); };
@@ -118,7 +119,7 @@ TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   panel_->window().setExpanded(true);
   end();
   auto other = SqliteDatabase::open("state database", folder_.path() / "state" / "linewatch.sqlite",
-                                    SqliteDatabase::Mode::mustExist, {});
+                                    SqliteDatabase::Mode::readWrite, {});
   ASSERT_TRUE(other);
   const auto startHeld = [&] {
     ASSERT_FALSE(other->run("BEGIN EXCLUSIVE"));
