@@ -57,7 +57,8 @@ void DatabaseConnection::prepareToWrite() {
 void DatabaseConnection::close() {
   // With a log the file could not be read in a folder that cannot be written. This fails, and need not work,
   // as long as others use the file.
-  if (connection_ && !isReplaced() && file_.hasLog()) {
+  const bool mayHaveLog = file_.hasLog() || (isForWriting_ && options_.usesLog);
+  if (connection_ && !isReplaced() && mayHaveLog) {
     connection_->setBusyTimeout({});
     static_cast<void>(connection_->run("PRAGMA journal_mode = DELETE"));
   }

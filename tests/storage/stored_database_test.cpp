@@ -281,7 +281,8 @@ TEST_F(StoredDatabaseTest, TellsHowManyDeferredWritesAreLost) {
 
 TEST_F(StoredDatabaseTest, TheFileHasALogOnlyWhileSavesAreDeferred) {
   writeNotes({"kept"});
-  const std::string plain = textIn(file());
+  openDeferred();
+  EXPECT_EQ(journalMode(), "delete") << "when nothing was written";
   {
     auto deferring = openDeferred();
     EXPECT_FALSE(deferring.write(adding("more")));
