@@ -28,13 +28,6 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
   return std::nullopt;
 }
 
-/// A failure after some changes: what was changed is still printed.
-Report refusedAfter(const Report& done, const Error& error) {
-  Report report = refused(error);
-  report.output = done.output;
-  return report;
-}
-
 Report list(Session& session, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
@@ -58,7 +51,8 @@ Report add(Session& session, const std::vector<std::string>& names) {
   if (!added) return refused(added.error());
   Report report;
   for (std::size_t i = 0; i < found->size(); ++i) {
-    report.output += ((*added)[i] ? "Added " : "Already a favourite: ") + terminalLine((*found)[i].name()) + "\n";
+    report.output +=
+        ((*added)[i] ? "Added " : "Already a favourite: ") + terminalLine((*found)[i].name()) + "\n";
   }
   return report;
 }
