@@ -1,4 +1,4 @@
-// Writing and reading the record, beside the code that libprotobuf generates for the same fields.
+// Writes and reads the record, compared with the code that libprotobuf generates for the same fields.
 
 #include <memory>
 #include <string>
@@ -12,7 +12,7 @@
 namespace linewatch {
 namespace {
 
-/// What the widget writes: a line with a few incidents, and how to show it.
+/// A record as the widget writes it: a line with a few incidents, and display options.
 RovaActivity lineRecord() {
   const auto artwork = std::make_shared<const TransitArtworkDataSource>(
       TransitArtworkDataSource{.artworkSourceType = 1,
@@ -51,7 +51,7 @@ RovaActivity lineRecord() {
   return activity;
 }
 
-/// What the companion application writes: a search with directions.
+/// A record as the companion application writes it: a search with directions.
 RovaActivity searchRecord() {
   RovaActivity activity;
   activity.setSearchString("coffee near the harbour");

@@ -1,6 +1,6 @@
-// How long a day of the widget takes in the simulation: 48 refreshes, and a rebuild of the list at each start
-// and end of hundreds of incidents. The time is that of the whole run, from the scenario's text to the
-// transcript's lines.
+// A simulated day of the widget: 48 refreshes, and a rebuild of the list at the start and end of each of
+// hundreds of incidents. Measures the whole run, from the text of the scenario to the lines of the
+// transcript.
 
 #include <cstddef>
 #include <random>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kLines = 60;
 
-/// The incidents lie anywhere in the day, each on one to three lines.
+/// The incidents are spread over the day; each is on one to three lines.
 std::string scenarioOfADay(int incidents) {
   std::mt19937 random(1);
   const auto upTo = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };

@@ -61,3 +61,13 @@ function(linewatch_embed_string_tables target folder)
     COMMAND ${CMAKE_COMMAND} -DSTRINGS=${folder} -DOUTPUT=${output} -P ${script})
   target_sources(${target} PRIVATE ${output})
 endfunction()
+
+# linewatch_embed_string_keys(target folder): compiles the keys of the folder's string tables into the target.
+function(linewatch_embed_string_keys target folder)
+  set(tables ${folder}/en.kestrow.json ${folder}/en.widget.json)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/embed_string_keys.cmake)
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_string_keys.cpp)
+  add_custom_command(OUTPUT ${output} DEPENDS ${tables} ${script}
+    COMMAND ${CMAKE_COMMAND} -DSTRINGS=${folder} -DOUTPUT=${output} -P ${script})
+  target_sources(${target} PRIVATE ${output})
+endfunction()

@@ -1,5 +1,5 @@
-// Any bytes read as a record, or fail; what has been read is whole: it writes, and reads again as an equal
-// record that writes the same bytes.
+// Reads any bytes as a record. A record that was read can be written, and reading it again gives a record
+// that writes the same bytes.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,8 +15,8 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-/// Doubles that are no numbers are not equal to themselves: the bytes are compared, not the records.
-void checkWhole(const RovaActivity& read) {
+/// Compares bytes instead of records, because a NaN is not equal to itself.
+void checkRecord(const RovaActivity& read) {
   const Bytes written = read.data();
   const auto again = messageWithData<RovaActivity>(written);
   require(again != nullptr);
@@ -39,6 +39,6 @@ void checkWhole(const RovaActivity& read) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   MessageReader reader(data, size);
   RovaActivity activity;
-  if (activity.readFrom(reader)) checkWhole(activity);
+  if (activity.readFrom(reader)) checkRecord(activity);
   return 0;
 }

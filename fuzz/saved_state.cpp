@@ -1,5 +1,5 @@
-// Any bytes as the saved state of the widget: it loads, is let be, or is removed, and what has loaded can be
-// saved.
+// Loads any bytes as the saved state of the widget. They are loaded, left alone, or removed; a loaded state
+// can be saved and loaded again.
 
 #include <cstddef>
 #include <cstdint>

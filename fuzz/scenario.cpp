@@ -1,5 +1,5 @@
-// Any text as a scenario. What can be read is run, but for what takes long; what cannot be says where on one
-// line.
+// Reads any text as a scenario. A scenario that can be read is run, unless it takes more than a day of
+// virtual time. Every error is one line.
 
 #include "simulation/scenario/scenario.h"
 

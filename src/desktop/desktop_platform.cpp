@@ -17,6 +17,7 @@
 #include "platform/log.h"
 #include "storage/stored_analytics.h"
 #include "wire/archive/cbor_keyed_archiver.h"
+#include "wire/compressor.h"
 
 namespace linewatch::desktop {
 
@@ -79,6 +80,7 @@ struct DesktopPlatform::Roles {
   IcuLocalization localization;
   DesktopIncidentStringProvider incidentStringProvider;
   CborKeyedArchiver keyedArchiver;
+  LibraryCompressor compressor;
   std::shared_ptr<TransitFeeds> feeds;
   FeedTransitService transitService;
   UserFavorites favorites;
@@ -151,6 +153,7 @@ RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
 Localization& DesktopPlatform::localization() { return roles_->localization; }
 IncidentStringProvider& DesktopPlatform::incidentStringProvider() { return roles_->incidentStringProvider; }
 KeyedArchiver& DesktopPlatform::keyedArchiver() { return roles_->keyedArchiver; }
+Compressor& DesktopPlatform::compressor() { return roles_->compressor; }
 TransitService& DesktopPlatform::transitService() { return roles_->transitService; }
 UserSession& DesktopPlatform::userSession() { return roles_->userSession; }
 MapURLBuilder& DesktopPlatform::mapURLBuilder() { return roles_->mapURLBuilder; }

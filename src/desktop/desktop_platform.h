@@ -51,6 +51,7 @@ class DesktopPlatform final : public Platform {
   Localization& localization() override;
   IncidentStringProvider& incidentStringProvider() override;
   KeyedArchiver& keyedArchiver() override;
+  Compressor& compressor() override;
   TransitService& transitService() override;
   UserSession& userSession() override;
   MapURLBuilder& mapURLBuilder() override;

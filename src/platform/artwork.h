@@ -8,20 +8,21 @@
 
 namespace linewatch {
 
-/// What a line's shield looks like.
+/// Describes a line's shield.
 struct ShieldDataSource {
-  /// The shield's shape; the numbers are the artwork managers'.
+  /// The shield's shape: a `TransitMode`, or a number that an artwork manager knows.
   std::int64_t shieldType = 0;
   std::optional<std::string> shieldText;
   /// The shield's fill, six hexadecimal digits, red first.
   std::optional<std::string> shieldColorString;
-  /// The text's colour in the same form; absent means whichever of black and white reads better.
+  /// The text's colour in the same form; absent: black or white, whichever is easier to read.
   std::optional<std::string> textColorString;
 
   bool operator==(const ShieldDataSource&) const = default;
 };
 
-/// Which icon stands for a line or a mode of transport; the numbers are the artwork managers'.
+/// Describes the icon of a line or a mode of transport. `defaultTransitType` is a `TransitMode`; the artwork
+/// managers give the other numbers their meaning.
 struct IconDataSource {
   std::int64_t iconType = 0;
   std::int64_t cartoID = 0;
@@ -33,7 +34,7 @@ struct IconDataSource {
 };
 
 /// Describes the artwork of a line, a system or a mode: a shield, an icon, or an icon with a shield to fall
-/// back on. Immutable once shared; drawing it is the artwork cache's business.
+/// back on. Immutable once shared. The artwork cache draws it.
 struct TransitArtworkDataSource {
   std::int64_t artworkSourceType = 0;
   std::int64_t artworkUseType = 0;
@@ -41,26 +42,25 @@ struct TransitArtworkDataSource {
   std::optional<IconDataSource> iconDataSource;
   std::optional<ShieldDataSource> iconFallbackShieldDataSource;
   bool hasRoutingIncidentBadge = false;
-  /// What a screen reader says instead of the artwork.
+  /// Read aloud by a screen reader in place of the artwork; absent when there is no such text.
   std::optional<std::string> accessibilityText;
-  /// The width in points at shield size 3, where the description fixes it; absent means as wide as its text
-  /// needs.
+  /// The width in points at shield size 3; absent: as wide as the text needs.
   std::optional<double> intrinsicWidth;
 
   bool operator==(const TransitArtworkDataSource&) const = default;
 };
 
-/// Of the fields that identify an artwork.
+/// A hash of the fields that tell one artwork from another in most cases.
 std::size_t hash(const TransitArtworkDataSource& artwork);
-/// Of all fields, for tables in which look-alikes of the same artwork may be many.
+/// A hash of all fields, for tables that may hold many artworks that differ in the other fields only.
 std::size_t hashOfAllFields(const TransitArtworkDataSource& artwork);
 
 /// Values of `artworkSourceType`.
 inline constexpr std::int64_t kArtworkSourceShield = 1;
 inline constexpr std::int64_t kArtworkSourceIcon = 2;
 
-/// Values of `ShieldDataSource::shieldType` and `IconDataSource::defaultTransitType`: one a mode of
-/// transport, so that each has a shape and an icon of its own.
+/// Values of `ShieldDataSource::shieldType` and `IconDataSource::defaultTransitType`. Each mode of transport
+/// has its own shape and icon.
 enum class TransitMode : std::int64_t { other = 0, bus, tram, metro, rail, ferry, cable, air };
 
 using SharedArtwork = std::shared_ptr<const TransitArtworkDataSource>;

@@ -4,10 +4,10 @@
 
 namespace linewatch {
 
-/// The reverse-domain prefix under which the companion application's names stand.
+/// The reverse-domain prefix of the companion application's bundle and activity names.
 inline constexpr std::string_view kCompanionReverseDomainPrefix = "org.linewatch.";
 
-/// The suite of preferences that the companion application shares with its widget.
+/// The name of the preferences suite that the companion application shares with its widget.
 inline constexpr std::string_view kCompanionAppGroupSuite = "group.org.linewatch.Rova";
 
 }  // namespace linewatch

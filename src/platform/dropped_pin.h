@@ -19,7 +19,7 @@ class DroppedPin final : public FieldedMessage<DroppedPin> {
   SCALAR_FIELD(2, double, longitude, Longitude)
   /// Ground floor 0, basements negative.
   SCALAR_FIELD(3, std::int32_t, floorOrdinal, FloorOrdinal)
-  /// When, in seconds since 1970.
+  /// When the pin was dropped, in seconds since 1970.
   SCALAR_FIELD(4, double, timestamp, Timestamp)
 };
 

@@ -15,22 +15,25 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-/// How much of a widget its host shows: one row, or several.
+/// Whether the host shows one row of the widget or several.
 enum class WidgetDisplayMode : std::int64_t { compact = 0, expanded = 1 };
 
-/// What came of an update that the host asked for.
+/// The outcome of an update that the host asked for.
 enum class WidgetUpdateResult : std::int64_t { newData = 0, noData = 1, failed = 2 };
 
-/// The widget's way to the host that shows it. Main thread.
+/// The host that shows the widget, as the widget sees it. Main thread.
 class ExtensionContext {
  public:
   virtual ~ExtensionContext() = default;
 
-  /// The largest size that the widget can have in the mode.
+  /// The largest size that the widget can have in the mode, in points.
   virtual Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const = 0;
+  /// The mode in which the widget is shown now.
   virtual WidgetDisplayMode activeDisplayMode() const = 0;
+  /// Tells the host the largest mode that the widget supports. The host offers no larger one.
   virtual void setLargestAvailableDisplayMode(WidgetDisplayMode mode) = 0;
-  /// Opens the URL; `completion` is called once with the outcome, possibly later.
+  /// Opens the URL. `completion` may be empty; otherwise it is called exactly once, on the main thread,
+  /// within this call or later: with false when nothing opened the URL.
   virtual void openURL(const URL& url, std::function<void(bool success)> completion) = 0;
 };
 

@@ -10,13 +10,12 @@
 
 namespace linewatch {
 
-/// A saved transit line. The line is null when it was saved but is not known any more.
+/// A saved transit line. The line is null when no feed knows the saved line any more.
 struct FavoriteTransitLine {
   SharedLine transitLine;
 };
 
-/// The other things that the companion application keeps as favourites; the widget counts them and shows
-/// none.
+/// The other kinds of favourite in the companion application. The widget counts them but does not show them.
 struct FavoritePlace {
   std::string name;
 };
@@ -30,23 +29,24 @@ struct FavoriteRegion {
 using Favorite = std::variant<FavoriteTransitLine, FavoritePlace, FavoriteRoute, FavoriteRegion>;
 using Favorites = std::vector<Favorite>;
 
-/// Reaches the favourites that the companion application keeps.
+/// Reads the favourites that the companion application keeps.
 class RemoteFavoritesPersister {
  public:
   virtual ~RemoteFavoritesPersister() = default;
 
-  /// All favourites in the user's order. What cannot be read is left out and logged. May take long; called on
-  /// any thread, one call at a time.
+  /// All favourites in the user's order; empty when there are none. A favourite that cannot be read is left
+  /// out and logged. May read files and so take a while. Any thread, but one call at a time.
   virtual Favorites readFavorites() = 0;
 };
 
-/// The user's favourites, for concurrent reading.
+/// Reads the user's favourites off the main thread. Any thread.
 class FavoritesContainer {
  public:
   virtual ~FavoritesContainer() = default;
 
-  /// Calls `operation` exactly once with all favourites: not within this call, but possibly on another thread
-  /// while this call still returns.
+  /// Calls `operation` exactly once with all favourites, on a thread of the container's choice and never from
+  /// within this call; it may run before this call has returned. Does not fail: favourites that cannot be
+  /// read are left out.
   virtual void readContents(std::function<void(const Favorites&)> operation) = 0;
 };
 

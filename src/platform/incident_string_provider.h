@@ -4,7 +4,8 @@
 
 namespace linewatch {
 
-/// Words an incident for a row. What it gives may be part of the incident. Main thread.
+/// Gives the texts of an incident's row. A text may share the incident's memory, and keeps it alive. Main
+/// thread; does not fail.
 class IncidentStringProvider {
  public:
   virtual ~IncidentStringProvider() = default;

@@ -9,21 +9,21 @@
 
 namespace linewatch {
 
+/// `debug`: for diagnosis only. `error`: something failed that somebody should know.
 enum class LogLevel { debug, error };
 
 /// The category of every line that the system logs.
 inline constexpr std::string_view kLogCategory = "LineWatch";
 
-/// One line for the log: a format text whose placeholders (`%{private}@`, `%@`, `%lu`, `%.2f`) stand for the
-/// arguments in order. An argument at a private placeholder carries user data and is left out of collected
-/// logs.
+/// One line for the log: a format whose placeholders (`%{private}@`, `%@`, `%lu`, `%.2f`) are replaced by the
+/// arguments in order. The argument of a `%{private}@` is user data and is left out of collected logs.
 struct LogMessage {
   LogLevel level = LogLevel::debug;
   std::string_view category = kLogCategory;
   std::string_view format;
   std::vector<Value> arguments;
 
-  /// The line with its arguments; private ones as "<private>" when `redacted`.
+  /// The line with its arguments filled in. When `redacted`, a private one is shown as "<private>".
   std::string text(bool redacted) const;
 };
 
@@ -31,12 +31,14 @@ struct LogMessage {
 class Log {
  public:
   virtual ~Log() = default;
+
+  /// Writes the line, unless its level is not enabled. A line that cannot be written is dropped.
   virtual void write(const LogMessage& message) = 0;
-  /// False when a line of this level would be thrown away, so that its arguments need not be made.
+  /// False when lines of this level are dropped, so that callers need not make their arguments.
   virtual bool isEnabled(LogLevel level) const = 0;
 };
 
-/// Writes to the installed platform's log under the system's category.
+/// Writes to the log of the installed platform in the category `kLogCategory`. Any thread.
 void logDebug(std::string_view format, std::initializer_list<Value> arguments = {});
 void logError(std::string_view format, std::initializer_list<Value> arguments = {});
 

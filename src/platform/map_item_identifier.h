@@ -4,7 +4,7 @@
 
 namespace linewatch {
 
-/// Names a thing on the map to the transit service.
+/// The identifier by which the transit service knows something on the map.
 struct MapItemIdentifier {
   std::uint64_t muid = 0;
 

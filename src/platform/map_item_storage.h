@@ -13,18 +13,18 @@ namespace linewatch {
 
 #include "wire/message_fields_begin.inc"
 
-/// A place on the map, as it is stored.
+/// A stored place on the map.
 class MapItemStorage final : public FieldedMessage<MapItemStorage> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 5;
 
-  /// Names the place to the map service.
+  /// The identifier by which the map service knows the place.
   SCALAR_FIELD(1, std::uint64_t, muid, Muid)
   STRING_FIELD(2, name, Name)
   /// Degrees.
   SCALAR_FIELD(3, double, latitude, Latitude)
   SCALAR_FIELD(4, double, longitude, Longitude)
-  /// In one line.
+  /// On one line.
   STRING_FIELD(5, address, Address)
 };
 

@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "wire/compressor.h"
-
 namespace linewatch {
 
 namespace {
@@ -17,14 +15,9 @@ std::shared_ptr<Platform>& installed() {
 
 }  // namespace
 
-Compressor& Platform::compressor() {
-  static LibraryCompressor compressor;
-  return compressor;
-}
-
 std::shared_ptr<void> Platform::onceOfType(std::type_index type,
                                            const std::function<std::shared_ptr<void>()>& make) {
-  const std::lock_guard lock(onceMutex_);
+  const MutexLock lock(onceMutex_);
   auto& slot = once_[type];
   if (!slot) slot = make();
   return slot;

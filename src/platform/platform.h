@@ -3,10 +3,11 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <typeindex>
+
+#include "shared/mutex.h"
 
 namespace linewatch {
 
@@ -38,18 +39,21 @@ class NotificationCenter;
 class TextEngine;
 }  // namespace ui
 
-/// The world around the system: one object a role. Each role's header says what it promises. The objects live
-/// as long as the platform.
+/// Everything outside the widget: one object for each role, whose header states its contract. The objects
+/// live as long as the platform. Main thread, except where a comment says otherwise.
 class Platform {
  public:
   virtual ~Platform() = default;
 
+  /// Any thread.
   virtual Log& log() = 0;
+  /// Any thread.
   virtual MainLoop& mainLoop() = 0;
   virtual RandomSource& randomSource() = 0;
   virtual Localization& localization() = 0;
   virtual IncidentStringProvider& incidentStringProvider() = 0;
   virtual KeyedArchiver& keyedArchiver() = 0;
+  virtual Compressor& compressor() = 0;
   virtual TransitService& transitService() = 0;
   virtual UserSession& userSession() = 0;
   virtual MapURLBuilder& mapURLBuilder() = 0;
@@ -63,21 +67,20 @@ class Platform {
   virtual ui::InterfaceSettings& interfaceSettings() = 0;
   virtual ui::NotificationCenter& notificationCenter() = 0;
 
-  /// The library's, unless a platform has one of its own.
-  virtual Compressor& compressor();
-
-  /// A new store object on the named suite.
+  /// A new store object of the named suite. Never null.
   virtual std::shared_ptr<PreferencesStore> makePreferencesStore(std::string_view suite) = 0;
-  /// A new way to the companion application's favourites, and a new container over one.
+  /// A new reader of the companion application's favourites. Never null.
   virtual std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() = 0;
+  /// A new container that reads through the persister; with a null one it has no favourites. Never null.
   virtual std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
       std::shared_ptr<RemoteFavoritesPersister> persister) = 0;
 
-  /// New managers that draw icons and shields; neither keeps an atlas of what it drew.
+  /// New managers that draw icons and shields. They do not cache what they have drawn. Never null.
   virtual std::shared_ptr<IconManager> makeIconManager() = 0;
   virtual std::shared_ptr<ShieldManager> makeShieldManager() = 0;
 
-  /// The one T of this platform, made by `make` when it is first asked for. Any thread.
+  /// The only T of this platform. The first call makes it with `make`, which must not call `once` itself. Any
+  /// thread.
   template <class T>
   std::shared_ptr<T> once(const std::function<std::shared_ptr<T>()>& make) {
     return std::static_pointer_cast<T>(
@@ -85,17 +88,19 @@ class Platform {
   }
 
  private:
-  std::shared_ptr<void> onceOfType(std::type_index type, const std::function<std::shared_ptr<void>()>& make);
+  std::shared_ptr<void> onceOfType(std::type_index type, const std::function<std::shared_ptr<void>()>& make)
+      LINEWATCH_EXCLUDES(onceMutex_);
 
-  std::mutex onceMutex_;
-  std::map<std::type_index, std::shared_ptr<void>> once_;
+  Mutex onceMutex_;
+  std::map<std::type_index, std::shared_ptr<void>> once_ LINEWATCH_GUARDED_BY(onceMutex_);
 };
 
-/// Makes `platform` the one that the system reaches, in place of the one before. The process entry calls this
-/// before it makes anything of the system; null takes the platform away again.
+/// Makes `platform` the platform that `platform()` returns, in place of the former one. The process entry
+/// calls this before it makes the widget; null removes the platform. Main thread.
 void installPlatform(std::shared_ptr<Platform> platform);
 
-/// The installed platform. Calling this without one is a programming error and ends the process.
+/// The installed platform, for the widget; other code takes the roles it needs in its constructor. Without an
+/// installed platform this ends the process: that is a programming error. Any thread.
 Platform& platform();
 
 }  // namespace linewatch

@@ -8,20 +8,20 @@
 
 namespace linewatch {
 
-/// A store of named values that outlives the process. Store objects of one suite see the same values. Main
-/// thread.
+/// Named values that outlive the process. All store objects of a suite see the same values. Main thread.
 class PreferencesStore {
  public:
   virtual ~PreferencesStore() = default;
 
-  /// The value of the key, or none.
+  /// The value of the key; absent when it has none or the store cannot be read.
   virtual std::optional<Value> objectForKey(std::string_view key) const = 0;
-  /// False for a value that could not be written, which is logged; the old one stays.
+  /// Stores the value. When it cannot be written, this returns false, logs why, and the old value stays.
   virtual bool setObject(Value value, std::string_view key) = 0;
+  /// Removes the key's value, if there is one. A failure is logged and the value stays.
   virtual void removeObject(std::string_view key) = 0;
 
-  /// The key's value as a boolean: a boolean itself, a number other than 0, or a text that starts as a yes
-  /// does (Y, y, T, t or 1 to 9). Absent and everything else is false.
+  /// The key's value as a boolean. True for true, for a number other than 0, and for a text that starts with
+  /// Y, y, T, t or a digit from 1 to 9; false for everything else and without a value.
   bool boolForKey(std::string_view key) const;
 };
 

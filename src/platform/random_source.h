@@ -4,10 +4,12 @@
 
 namespace linewatch {
 
-/// A uniform source of random numbers. Main thread.
+/// A source of random numbers. Main thread; does not fail.
 class RandomSource {
  public:
   virtual ~RandomSource() = default;
+
+  /// The next number, uniform over all values.
   virtual std::uint32_t next() = 0;
 };
 

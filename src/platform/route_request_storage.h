@@ -15,7 +15,7 @@ namespace linewatch {
 
 #include "wire/message_fields_begin.inc"
 
-/// A request for routes, as it is stored.
+/// A stored request for routes.
 class RouteRequestStorage final : public FieldedMessage<RouteRequestStorage> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 2;

@@ -12,7 +12,7 @@ namespace linewatch {
 
 #include "wire/message_fields_begin.inc"
 
-/// A category of places that the user has searched for.
+/// A stored category of places that the user has searched for.
 class SearchCategoryStorage final : public FieldedMessage<SearchCategoryStorage> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 2;

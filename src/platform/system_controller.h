@@ -11,19 +11,19 @@
 
 namespace linewatch {
 
-/// Something the user is doing, for another application to go on with.
+/// Something the user is doing, handed to another application to continue.
 struct UserActivity {
   std::string activityType;
   Dictionary userInfo;
 };
 
-/// An application of the system.
+/// An installed application.
 struct ApplicationRecord {
   std::string bundleIdentifier;
 };
 
 struct PlugInRecord;
-/// A record of any other kind.
+/// A bundle that is neither an application nor a plug-in.
 struct OtherBundleRecord {
   std::string bundleIdentifier;
 };
@@ -36,21 +36,21 @@ struct PlugInRecord {
   std::optional<BundleRecord> containingBundle;
 };
 
-/// Called once with the outcome; an error may come with a failure.
+/// Called with the outcome of an opening. The error may be absent even when `success` is false.
 using OpenHandler = std::function<void(bool success, std::optional<Error> error)>;
 
-/// The part of the system that starts applications. Main thread.
+/// Starts applications. Main thread.
 class SystemController {
  public:
   virtual ~SystemController() = default;
 
-  /// An activity of the type, or none when the system does not accept the type.
+  /// A new activity of the type with an empty user info; absent when the system does not accept the type.
   virtual std::optional<UserActivity> makeUserActivity(const std::string& activityType) = 0;
-  /// The record of the running process, or none.
+  /// The bundle of the running process; absent when it has none.
   virtual std::optional<BundleRecord> bundleRecordOfCurrentProcess() = 0;
-  /// Opens the activity in the application (in one of the system's choosing when none is given), asking the
-  /// user to unlock the device first if `promptToUnlock`. `handler`, which may be empty, is called with the
-  /// outcome.
+  /// Opens the activity in the application; when that is absent, the system chooses one. If `promptToUnlock`,
+  /// the user is asked to unlock the device first. `handler` may be empty; otherwise it is called exactly
+  /// once, on the main thread, within this call or later.
   virtual void openUserActivity(const UserActivity& activity,
                                 const std::optional<ApplicationRecord>& application, bool promptToUnlock,
                                 OpenHandler handler) = 0;

@@ -12,7 +12,7 @@
 
 namespace linewatch {
 
-/// The system or agency that runs a line. Immutable once shared.
+/// The system or agency that runs a line. Immutable once shared. The artwork may be null.
 struct TransitSystem {
   std::uint64_t muid = 0;
   std::string name;
@@ -28,15 +28,14 @@ struct MapRegion {
   bool operator==(const MapRegion&) const = default;
 };
 
-/// A line of public transport. Two records with one `muid` are the same line.
-///
-/// Read on any thread; a record that others can see does not change.
+/// A line of public transport. Two records with the same `muid` describe the same line. A record does not
+/// change once it is shared. Any thread.
 class TransitLine {
  public:
   virtual ~TransitLine() = default;
 
   virtual std::uint64_t muid() const = 0;
-  /// What the transit service knows the line by; absent when it does not know it.
+  /// The identifier by which the transit service looks the line up; absent when it cannot.
   virtual std::optional<MapItemIdentifier> identifier() const = 0;
   /// May be empty.
   virtual const std::string& name() const = 0;
@@ -44,7 +43,8 @@ class TransitLine {
   virtual const std::shared_ptr<const TransitSystem>& system() const = 0;
   virtual std::int64_t departureTimeDisplayStyle() const = 0;
   virtual bool departuresAreVehicleSpecific() const = 0;
-  /// The line's artwork beside its name, its mode's, and the one that stands for it alone; each may be null.
+  /// The artwork shown beside the line's name, that of its mode, and that shown in place of its name. Each
+  /// may be null.
   virtual const SharedArtwork& artwork() const = 0;
   virtual const SharedArtwork& modeArtwork() const = 0;
   virtual const SharedArtwork& alternateArtwork() const = 0;
@@ -52,16 +52,16 @@ class TransitLine {
   /// Six hexadecimal digits; empty without a colour.
   virtual const std::string& lineColorString() const = 0;
   virtual bool showVehicleNumber() const = 0;
-  /// In words; empty when not known.
+  /// As a text for the user; empty when not known.
   virtual const std::string& operatingHours() const = 0;
 };
 
-/// A line with its current incidents, as the transit service answers it.
+/// A line with its current incidents, as the transit service answers a look-up.
 class TransitLineItem : public TransitLine {
  public:
   virtual const TransitIncidents& incidents() const = 0;
   virtual bool hasIncidentComponent() const = 0;
-  /// True when the incidents are older than the service vouches for.
+  /// Whether the incidents are older than the service considers current.
   virtual bool isIncidentsTTLExpired() const = 0;
   virtual std::optional<std::vector<SharedArtwork>> labelItems() const { return std::nullopt; }
   virtual OptionalText attribution() const { return std::nullopt; }
@@ -74,7 +74,7 @@ using SharedLine = std::shared_ptr<const TransitLine>;
 using SharedLineItem = std::shared_ptr<const TransitLineItem>;
 using TransitLineItems = std::vector<SharedLineItem>;
 
-/// The identifier by which the transit service looks the line up, or none.
+/// The identifier by which the transit service looks the line up; absent when it cannot.
 std::optional<MapItemIdentifier> mapItemIdentifierForLine(const TransitLine& line);
 
 }  // namespace linewatch

@@ -7,8 +7,8 @@
 #include "wire/message_field.h"
 #include "wire/message_fields.h"
 
-/// The fields of the stored transit records, for the source files that define them. The numbers are never
-/// given to another field: stored lists outlive the program that wrote them.
+/// The fields of the stored transit records, for the source files that define them. A number is never reused
+/// for another field, because stored lists outlive the program that wrote them.
 namespace linewatch {
 
 template <>

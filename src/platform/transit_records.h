@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// An incident as a plain record: what a transit service fills in and then shares.
+/// The fields of an incident, for a transit service to fill in.
 struct TransitIncidentFields {
   std::uint64_t muid = 0;
   bool isBlockingIncident = false;
@@ -21,6 +21,7 @@ struct TransitIncidentFields {
   TransitIncidentEntities affectedEntities;
 };
 
+/// An incident that answers from its fields.
 class TransitIncidentRecord : public TransitIncident {
  public:
   explicit TransitIncidentRecord(TransitIncidentFields fields) : fields_(std::move(fields)) {}
@@ -45,7 +46,7 @@ class TransitIncidentRecord : public TransitIncident {
   TransitIncidentFields fields_;
 };
 
-/// A line as a plain record.
+/// The fields of a line, for a transit service to fill in.
 struct TransitLineFields {
   std::uint64_t muid = 0;
   std::optional<MapItemIdentifier> identifier;
@@ -82,7 +83,7 @@ class TransitLineOfFields : public TransitLineItem {
   const TransitLineFields& fields() const { return static_cast<const Record&>(*this).line(); }
 };
 
-/// A line and its incidents. Records of one line may share its fields.
+/// A line with its incidents. Several records of a line can share its fields.
 class TransitLineRecord final : public TransitLineOfFields<TransitLineRecord> {
  public:
   TransitLineRecord(std::shared_ptr<const TransitLineFields> fields, TransitIncidents incidents)

@@ -11,28 +11,28 @@
 
 namespace linewatch {
 
-/// A look-up of lines that can be submitted once.
+/// A look-up of lines, which can be submitted once.
 class TransitLinesTicket {
  public:
-  /// The items, or null when there are none to give; the error, if the look-up failed. Called on the main
-  /// thread.
+  /// Gets the line items, null when the look-up failed; and the error, absent when it succeeded. A service
+  /// may give neither. Called on the main thread.
   using Handler =
       std::function<void(std::shared_ptr<const TransitLineItems> lineItems, std::optional<Error> error)>;
 
   virtual ~TransitLinesTicket() = default;
 
-  /// Starts the look-up and returns. `handler` is called exactly once, on the main thread, later than this
-  /// call returns. A second submission starts nothing, is logged, and its handler never called. May be called
-  /// on any thread.
+  /// Starts the look-up and returns. `handler` is called exactly once, on the main thread, after this call
+  /// has returned. A second submission is logged and does nothing: its handler is never called. Any thread.
   virtual void submit(Handler handler) = 0;
 };
 
-/// Answers lines with their current incidents.
+/// Looks up lines with their current incidents.
 class TransitService {
  public:
   virtual ~TransitService() = default;
 
-  /// A ticket for the lines asked. Any thread.
+  /// A ticket to look up the lines, which are answered in this order; a line that the service does not know
+  /// is left out. Never null. Any thread.
   virtual std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
       std::vector<MapItemIdentifier> identifiers) = 0;
 };

@@ -20,7 +20,7 @@ struct TransitStorageEntityFields {
   std::optional<std::vector<std::uint64_t>> nextStopIDs;
 };
 
-/// Something that an incident affects, as it is stored.
+/// A stored copy of something that an incident affects.
 class TransitStorageIncidentEntity final : public TransitIncidentEntity {
  public:
   using Fields = TransitStorageEntityFields;
@@ -37,8 +37,8 @@ class TransitStorageIncidentEntity final : public TransitIncidentEntity {
   Fields fields_;
 };
 
-/// A snapshot of an incident that can be stored: it answers as the incident did when it was made. A message,
-/// and an object of keyed archives. A service that answers with snapshots spares those who store them a copy.
+/// A copy of an incident that can be written as a message and put into a keyed archive. It keeps the values
+/// that the incident had when the copy was made.
 class TransitStorageIncident final : public FieldedMessage<TransitStorageIncident>,
                                      public TransitIncidentRecord,
                                      public Archivable {
@@ -49,12 +49,12 @@ class TransitStorageIncident final : public FieldedMessage<TransitStorageInciden
   TransitStorageIncident() : TransitIncidentRecord(TransitIncidentFields{}) {}
   explicit TransitStorageIncident(const TransitIncident& incident);
   explicit TransitStorageIncident(TransitIncidentFields fields);
-  /// The incident as it is now: itself when it is a snapshot already, which nothing changes.
+  /// A copy of the incident; the incident itself when it is a `TransitStorageIncident` already.
   static std::shared_ptr<const TransitStorageIncident> of(const SharedIncident& incident);
 
   std::string_view archiveClassName() const override { return kArchiveClassName; }
   void encodeWithCoder(KeyedCoder& coder) const override;
-  /// Null when the archived bytes do not read as an incident.
+  /// Null when the archived bytes are not an incident.
   static std::shared_ptr<const Archivable> makeWithDecoder(KeyedDecoder& decoder);
 
  private:

@@ -15,7 +15,7 @@ namespace linewatch {
 
 struct RecordFields;
 
-/// A stored line: a line's fields and those of its item. The incidents are `TransitStorageIncident`s.
+/// The fields of a stored line item. The incidents are `TransitStorageIncident`s.
 struct TransitStorageLineFields : TransitLineFields {
   TransitIncidents incidents;
   bool hasIncidentComponent = false;
@@ -27,8 +27,8 @@ struct TransitStorageLineFields : TransitLineFields {
   bool hasEncyclopedicInfo = false;
 };
 
-/// A snapshot of a line and its incidents that can be stored: it answers as the item did when it was made. A
-/// message, and an object of keyed archives.
+/// A copy of a line item with its incidents that can be written as a message and put into a keyed archive. It
+/// keeps the values that the item had when the copy was made.
 class TransitStorageLineItem final : public FieldedMessage<TransitStorageLineItem>,
                                      public TransitLineOfFields<TransitStorageLineItem>,
                                      public Archivable {
@@ -51,7 +51,7 @@ class TransitStorageLineItem final : public FieldedMessage<TransitStorageLineIte
 
   std::string_view archiveClassName() const override { return kArchiveClassName; }
   void encodeWithCoder(KeyedCoder& coder) const override;
-  /// Null when the archived bytes do not read as a line.
+  /// Null when the archived bytes are not a line item.
   static std::shared_ptr<const Archivable> makeWithDecoder(KeyedDecoder& decoder);
 
  private:

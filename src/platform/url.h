@@ -4,7 +4,7 @@
 
 namespace linewatch {
 
-/// An address, as text.
+/// An address as text. It is not checked.
 struct URL {
   std::string absoluteString;
 

@@ -9,12 +9,12 @@ namespace linewatch {
 
 #include "wire/message_fields_begin.inc"
 
-/// How the companion application is to show the map: the options that a map URL can carry as well.
+/// How the companion application shows the map. A map URL can carry the same options.
 class UrlDisplayOptions final : public FieldedMessage<UrlDisplayOptions> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 6;
 
-  /// Which map; 3 is the transit map.
+  /// The kind of map; 3 is the transit map.
   SCALAR_FIELD(1, std::int32_t, mapType, MapType)
   SCALAR_FIELD(2, bool, showsTraffic, ShowsTraffic)
   /// Degrees.
@@ -22,7 +22,7 @@ class UrlDisplayOptions final : public FieldedMessage<UrlDisplayOptions> {
   SCALAR_FIELD(4, double, centerLongitude, CenterLongitude)
   /// The height of the visible map in degrees.
   SCALAR_FIELD(5, double, latitudeSpan, LatitudeSpan)
-  /// What is up, in degrees clockwise from north.
+  /// The direction at the top of the map, in degrees clockwise from north.
   SCALAR_FIELD(6, double, heading, Heading)
 };
 

@@ -41,7 +41,7 @@ SimulatedPlatform::SimulatedPlatform(SharedBackstage backstage,
       interfaceSettings_(backstage_),
       extensionContext_(std::make_shared<SimulatedExtensionContext>(backstage_)) {}
 
-// What waits in the loop may hold the loop's own backstage.
+// Actions that wait in the loop may own the backstage that owns the loop.
 SimulatedPlatform::~SimulatedPlatform() { mainLoop().discardAll(); }
 
 void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {

@@ -24,33 +24,34 @@
 
 namespace linewatch::simulation {
 
-/// A whole platform in memory and virtual time: made from a scripted world, it answers every role from it and
-/// keeps a transcript of all that crosses the border. The same world and the same calls give the same
-/// transcript, on every machine.
+/// A platform in memory and virtual time. It is made from a scripted world, every role answers from that
+/// world, and a transcript records each call between the widget and the platform. The same world and the same
+/// calls give the same transcript on every machine.
 class SimulatedPlatform final : public Platform {
  public:
   static std::shared_ptr<SimulatedPlatform> make(World world = {});
-  /// The platform of a new process in the same world: the preferences are those of `previous`, the transcript
-  /// and the clock go on, and everything else starts afresh. What `previous` has still to run never runs.
+  /// The platform of a new process in the same world. It keeps the preferences of `previous`, and continues
+  /// its transcript and clock; everything else starts anew. Actions and timers of `previous` that are still
+  /// waiting never run.
   static std::shared_ptr<SimulatedPlatform> restarted(SimulatedPlatform& previous);
   ~SimulatedPlatform() override;
 
   const World& world() const { return backstage_->world; }
-  /// Changes the world while the platform runs. The change finds the preferences as the companion
-  /// application's suite holds them by then, and what it makes of them is stored at once; another text size
-  /// is announced; the start of the clock stays.
+  /// Changes the world while the platform runs. `change` sees the current preferences of the companion
+  /// application's suite, and its changes to them are stored at once. A new text size is announced. The start
+  /// of the clock does not change.
   void changeWorld(const std::function<void(World&)>& change);
 
   Transcript& transcript() { return *backstage_->transcript; }
-  /// What the preferences stores hold.
+  /// The values of all preferences stores.
   PreferencesStorage& preferences() { return *preferences_; }
 
-  // Short for the main loop's.
+  // The same functions as in the main loop, for short.
   void advance(Seconds seconds) { mainLoop().advance(seconds); }
   void advance(double seconds) { advance(Seconds(seconds)); }
   void runUntilIdle() { mainLoop().runUntilIdle(); }
 
-  /// Null when the world's host shows no widget.
+  /// Null when the world's host does not show the widget.
   std::shared_ptr<SimulatedExtensionContext> extensionContext() const;
   /// A controller that has the extension context.
   std::shared_ptr<SimulatedViewController> makeViewController() const;

@@ -11,35 +11,37 @@ namespace linewatch {
 
 /// A record that can be turned into bytes (the Protocol Buffers wire encoding) and back.
 ///
-/// A plain value without locking: each is used by one thread at a time. Copies share their nested messages,
-/// so who changes a nested message changes it for all that share it; a deep copy shares nothing.
+/// Not thread-safe: one thread at a time uses a message. A copy shares nested messages with the original, so
+/// a change to one shows in both; a deep copy shares nothing.
 class CodableMessage : public Object {
  public:
-  /// The generic description and the dictionary form, in words.
+  /// The object's generic description and its dictionary form as text.
   std::string description() const override;
-  /// One entry a present field, keyed by the field's name.
+  /// One entry for each present field, with the field's name as key.
   virtual Dictionary dictionaryRepresentation() const = 0;
-  /// Reads fields until the data ends. False when the data is not whole; the message is then partly filled
-  /// and to be discarded. A field that occurs again replaces the earlier one; unknown fields are dropped.
+  /// Reads fields until the data ends. False when the data is malformed or cut off: the message is then
+  /// partly filled and must be discarded. A later occurrence of a field replaces an earlier one; unknown
+  /// fields are dropped.
   virtual bool readFrom(MessageReader& reader) = 0;
   /// Writes the present fields in the order of their numbers.
   virtual void writeTo(MessageWriter& writer) const = 0;
-  /// Lays the present fields over those of `other`, which shares texts and nested messages from then on. Does
-  /// nothing when `other` is of another class.
+  /// Assigns the present fields to `other`, which then shares the texts and nested messages. Does nothing
+  /// when `other` is of another class.
   virtual void copyTo(CodableMessage& other) const = 0;
+  /// A copy that shares nothing with this message.
   virtual std::shared_ptr<CodableMessage> deepCopy() const = 0;
-  /// Of exactly the same class, with the same fields present, and those equal.
+  /// Whether `other` is of exactly the same class, has the same fields present, and equal values in them.
   bool isEqual(const Object& other) const override = 0;
   std::size_t hash() const override = 0;
-  /// Takes over what is present in `other`: scalars and texts replace, lists are appended, a nested message
-  /// is merged when both have one. Does nothing when `other` is of another class.
+  /// Merges the present fields of `other` into this message: scalars and texts are replaced, lists appended,
+  /// and nested messages merged when both sides have one. Does nothing when `other` is of another class.
   virtual void mergeFrom(const CodableMessage& other) = 0;
 
   /// The message as bytes.
   Bytes data() const;
 };
 
-/// The message that the bytes hold; null when they do not read as one.
+/// The message encoded in the bytes; null when they are malformed.
 template <class Message>
 std::shared_ptr<Message> messageWithData(const Bytes& data) {
   MessageReader reader(data);
@@ -47,8 +49,8 @@ std::shared_ptr<Message> messageWithData(const Bytes& data) {
   return message->readFrom(reader) ? message : nullptr;
 }
 
-/// A message whose operations all follow from the table of its fields (`message_fields.h`, which the
-/// message's source file includes to instantiate them).
+/// A message whose operations are generated from the table of its fields. The message's source file includes
+/// `message_fields.h` to instantiate them.
 template <class Message>
 class FieldedMessage : public CodableMessage {
  public:

@@ -9,8 +9,8 @@ namespace linewatch {
 
 namespace {
 
-/// The smallest block that holds the data whole: libbz2 takes eight times the block's size of memory, and
-/// records are small.
+/// The smallest block size that holds all the data. libbz2 allocates eight times the block size, and records
+/// are small.
 int blockSizeFor(std::size_t size) {
   constexpr std::size_t kUnit = 100'000, kLargest = 9;
   return static_cast<int>(std::min(kLargest, 1 + size / kUnit));
@@ -19,11 +19,12 @@ int blockSizeFor(std::size_t size) {
 }  // namespace
 
 std::optional<Bytes> LibraryCompressor::bzip2(const Bytes& data) {
-  const std::size_t room = data.size() + data.size() / 100 + 600;  // what libbz2 asks for the worst case
+  const std::size_t room =
+      data.size() + data.size() / 100 + 600;  // the size that libbz2 documents for the worst case
   if (room > std::numeric_limits<unsigned>::max()) return std::nullopt;
   Bytes compressed(room);
   auto size = static_cast<unsigned>(room);
-  // libbz2 does not write to its source, but is not const-correct.
+  // libbz2 does not write to its source, but its parameter is not const.
   char* const source = reinterpret_cast<char*>(const_cast<std::uint8_t*>(data.data()));
   char empty = 0;
   const int status = BZ2_bzBuffToBuffCompress(reinterpret_cast<char*>(compressed.data()), &size,

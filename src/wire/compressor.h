@@ -10,8 +10,7 @@ namespace linewatch {
 class Compressor {
  public:
   virtual ~Compressor() = default;
-  /// The bytes as one bzip2 stream; none when they cannot be compressed, for want of memory or because they
-  /// are more than 4 GiB.
+  /// The bytes as one bzip2 stream; absent when memory runs out or there are more than 4 GiB.
   virtual std::optional<Bytes> bzip2(const Bytes& data) = 0;
 };
 

@@ -14,7 +14,7 @@ namespace linewatch {
 namespace {
 
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
-/// Beyond this a double does not hold every whole number.
+/// 2^53: above it a double cannot hold every whole number.
 constexpr double kLargestExactWhole = 9007199254740992.0;
 
 std::uint8_t byteAt(std::string_view text, std::size_t place) {
@@ -23,8 +23,8 @@ std::uint8_t byteAt(std::string_view text, std::size_t place) {
 
 bool isWithin(std::uint8_t byte, std::uint8_t low, std::uint8_t high) { return byte >= low && byte <= high; }
 
-/// The length of the code point's UTF-8 form at `place`; 0 when there is none. The second byte's bounds leave
-/// out overlong forms, surrogates, and what is beyond U+10FFFF.
+/// The length of the UTF-8 sequence at `place`; 0 when it is malformed. The bounds of the second byte exclude
+/// overlong forms, surrogates, and code points above U+10FFFF.
 std::size_t lengthOfCodePoint(std::string_view text, std::size_t place) {
   const std::uint8_t first = byteAt(text, place);
   if (first < 0x80) return 1;

@@ -9,14 +9,14 @@ namespace linewatch {
 
 /// The value as JSON text on one line, with a space after each colon and comma.
 ///
-/// The same value gives the same text everywhere: keys in their order, numbers with as few digits as read
-/// back to the same number, whole ones without a point. Bytes are base64. What JSON has no form for is null:
-/// an absent object, a number that is not finite; an object is its description. Bytes of a text that are not
-/// UTF-8 become U+FFFD.
+/// The same value gives the same text everywhere: keys in byte order, and numbers with the fewest digits that
+/// read back as the same number, whole ones without a point. Bytes are base64, and an object is its
+/// description. An absent object and a number that is not finite are null. Bytes of a text that are not UTF-8
+/// become U+FFFD.
 std::string jsonText(const Value& value);
 std::string jsonText(const Dictionary& dictionary);
 
-/// The text in quotes, with what JSON does not take as it is escaped.
+/// The text as a JSON string, in quotes and escaped.
 std::string jsonQuoted(std::string_view text);
 
 }  // namespace linewatch

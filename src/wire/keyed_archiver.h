@@ -17,14 +17,14 @@ namespace linewatch {
 
 class Archivable;
 
-/// What an archive can hold under a key: a plain value, an error, an archivable object, or a list of those.
+/// A part of an archive: a plain value, an error, an archivable object, or a list of such parts.
 struct ArchivedObject;
 using ArchivedList = std::vector<ArchivedObject>;
 struct ArchivedObject {
   std::variant<Value, Error, std::shared_ptr<const Archivable>, ArchivedList> contents;
 };
 
-/// Takes the parts of an object while it is being archived. A key is given at most once an object.
+/// Takes the parts of an object that is being archived. An object gives each key at most once.
 class KeyedCoder {
  public:
   virtual ~KeyedCoder() = default;
@@ -33,24 +33,26 @@ class KeyedCoder {
   virtual void encodeBytes(std::string_view key, const Bytes& bytes) = 0;
 };
 
-/// Which kinds of object a decoding accepts: class names of archivable objects, and the three kinds below.
-/// What a list holds must be allowed as well.
+/// The classes that a decoding accepts: the names of archivable classes, and the three kinds below. The
+/// elements of a list must be allowed too.
 using AllowedClasses = std::set<std::string, std::less<>>;
-/// Any plain value, with all that it holds.
+/// Any plain value, with everything in it.
 inline constexpr std::string_view kArchivedValueClass = "value";
 inline constexpr std::string_view kArchivedArrayClass = "array";
 inline constexpr std::string_view kArchivedErrorClass = "error";
 
-/// Gives the parts of an object while it is being read. An object that is not of an allowed class, or cannot
-/// be read, decodes to none and makes the whole decoding fail with an error.
+/// Gives the parts of an object that is being read. A part that is not of an allowed class or cannot be read
+/// is absent, and the whole decoding reports an error at its end.
 class KeyedDecoder {
  public:
   virtual ~KeyedDecoder() = default;
+  /// Whether the object has a part under the key.
   virtual bool containsValueForKey(std::string_view key) const = 0;
+  /// The part under the key; absent when there is none, without an error.
   virtual std::optional<ArchivedObject> decodeObject(std::string_view key, const AllowedClasses& allowed) = 0;
-  /// False when absent.
+  /// False when there is no part under the key.
   virtual bool decodeBool(std::string_view key) = 0;
-  /// None when absent.
+  /// Absent when there is no part under the key.
   virtual std::optional<Bytes> decodeBytes(std::string_view key) = 0;
 };
 
@@ -58,37 +60,40 @@ class KeyedDecoder {
 class Archivable {
  public:
   virtual ~Archivable() = default;
-  /// The name under which the object's class stands in an archive.
+  /// The name of the object's class in an archive.
   virtual std::string_view archiveClassName() const = 0;
+  /// Whether the object may be archived when secure coding is required.
   virtual bool supportsSecureCoding() const { return true; }
+  /// Gives the coder the object's parts.
   virtual void encodeWithCoder(KeyedCoder& coder) const = 0;
 };
 
-/// Makes an object from its parts; null when they do not make one.
+/// Makes an object from its parts; null when a part is missing or wrong.
 using ArchivableFactory = std::function<std::shared_ptr<const Archivable>(KeyedDecoder&)>;
 
-/// Reads one archive. When anything in it cannot be decoded, decoding goes on with none in its place and the
-/// error is reported at the end; nothing is raised.
+/// Reads one archive. A part that cannot be decoded is absent, decoding continues, and the first error is
+/// reported at the end; nothing is thrown. One thread at a time.
 class KeyedUnarchiver {
  public:
   virtual ~KeyedUnarchiver() = default;
-  /// Objects archived under `className` are made by `factory`.
+  /// Uses `factory` to make the objects that are archived under `className`.
   virtual void setFactory(std::string className, ArchivableFactory factory) = 0;
-  /// The root object if it is of an allowed class; `error` is set when any part failed to decode.
+  /// The root object; absent when it is not of an allowed class or cannot be read. `error` is set to the
+  /// first failure in any part, or to absent.
   virtual std::optional<ArchivedObject> decodeTopLevelObject(const AllowedClasses& allowed,
                                                              std::optional<Error>& error) = 0;
-  /// After this nothing is decoded any more.
+  /// After this call every decoding is absent, without an error.
   virtual void finishDecoding() = 0;
 };
 
-/// Turns objects into keyed archives and back. Equal objects give identical bytes. Any thread.
+/// Writes and reads keyed archives. Equal objects give identical bytes. Any thread.
 class KeyedArchiver {
  public:
   virtual ~KeyedArchiver() = default;
-  /// The archive, or none when it cannot be made: with secure coding required, an object that does not
-  /// support it.
+  /// The archive; absent when `root` holds an object of the process, nests too deep, or holds an object
+  /// without secure coding although that is required.
   virtual std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) = 0;
-  /// A reader of the bytes, or null when they are no archive at all.
+  /// A reader of the bytes; null when they do not start like an archive.
   virtual std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes& bytes) = 0;
 };
 

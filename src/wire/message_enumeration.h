@@ -14,7 +14,7 @@ namespace linewatch {
 template <class Enumeration>
 inline constexpr std::array<std::string_view, 0> kEnumerationNames{};
 
-/// An enumeration of named int32 values. Others occur as well: a message keeps what it has read.
+/// An enumeration with named int32 values. A message also keeps values without a name that it has read.
 template <class T>
 concept MessageEnumeration = std::is_enum_v<T> && std::same_as<std::underlying_type_t<T>, std::int32_t>;
 
@@ -27,7 +27,7 @@ std::string enumerationAsString(Enumeration value) {
   return "(unknown: " + std::to_string(number) + ")";
 }
 
-/// The value of exactly that name; the value 0 for any other text.
+/// The value with exactly this name; 0 for any other text.
 template <MessageEnumeration Enumeration>
 Enumeration stringAsEnumeration(std::string_view name) {
   constexpr auto& names = kEnumerationNames<Enumeration>;

@@ -9,7 +9,7 @@
 
 namespace linewatch {
 
-/// A scalar of a message, with its presence flag. Clearing the flag leaves the value.
+/// A scalar with its presence flag. Clearing the flag does not change the value.
 template <class T>
 struct Flagged {
   T value{};
@@ -19,17 +19,19 @@ struct Flagged {
 template <std::uint32_t kNumber>
 struct FieldNumber {};
 
-/// One field of a record: its number on the wire, the member that holds it, its name in the dictionary form.
+/// One field of a record: its number on the wire, its member, and its name in the dictionary form.
 ///
-/// The member's type says how the field is written and what presence means:
+/// The type of the member decides how the field is written and when it is present:
 ///
 ///     Flagged<T>              a scalar, present when its flag is set
 ///     T                       a scalar or text, present when it is not 0 or empty
 ///     std::optional<T>        a scalar, text, record or packed list of numbers, present when it has a value
-///     std::shared_ptr<T>      a nested record or message, present when not null; to be const is to be shared
-///                             for good: merging replaces it by a merged copy
+///     std::shared_ptr<T>      a nested record or message, present when not null; merging changes it in
+///     place,
+///                             but replaces a const one by a merged copy
 ///     std::vector<std::shared_ptr<T>>, also optional
-///                             a repeated record or message, one entry an element, none of them null
+///                             a repeated record or message, written as one entry for each element; no
+///                             element is null
 template <std::uint32_t kNumber, auto kMember>
 struct Field {
   static constexpr std::uint32_t number = kNumber;
@@ -43,8 +45,8 @@ struct Field {
 
 /// The fields of a record in ascending order of their numbers, as the tuple `fields`.
 ///
-/// For a message that declares its fields with the macros of `message_fields_begin.inc`, they are collected
-/// from the declarations, up to its `kLastFieldNumber`. For a plain struct the table is specialised.
+/// A message that declares its fields with the macros of `message_fields_begin.inc` gets its table from those
+/// declarations, up to its `kLastFieldNumber`. A plain struct specialises the table.
 template <class Record>
 struct FieldTable {
  private:

@@ -12,7 +12,7 @@
 #include "shared/number_hash.h"
 #include "wire/message_field_holders.h"
 
-/// Compares records, and hashes them.
+/// Compares and hashes records.
 namespace linewatch::fields {
 
 template <class Record>

@@ -6,7 +6,7 @@
 
 #include "wire/message_field_holders.h"
 
-/// Copies records, and merges one into another.
+/// Copies and merges records.
 namespace linewatch::fields {
 
 template <class Record>
@@ -28,7 +28,7 @@ std::shared_ptr<T> deepCopy(const std::shared_ptr<T>& reference) {
   }
 }
 
-/// `isDeep`: nested records and messages are copied as well, not shared.
+/// `isDeep`: nested records and messages are copied too, instead of shared.
 template <bool isDeep, class Held>
 void copyField(const Held& from, Held& to) {
   if constexpr (List<Held>::value) {
@@ -92,7 +92,7 @@ void mergeField(const Held& from, Held& into) {
     list.insert(list.end(), added.begin(), added.end());
   } else if (!peek(from)) {
     return;
-    // NOLINTNEXTLINE(bugprone-branch-clone): what is taken over as it is, for two reasons.
+    // NOLINTNEXTLINE(bugprone-branch-clone): two different reasons to assign.
   } else if constexpr (Plain<typename Holder<Held>::Value>) {
     into = from;
   } else if (!peek(into)) {

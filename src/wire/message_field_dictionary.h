@@ -9,7 +9,7 @@
 #include "wire/message_enumeration.h"
 #include "wire/message_field_holders.h"
 
-/// The records as dictionaries.
+/// The dictionary form of records.
 namespace linewatch::fields {
 
 template <class Record>

@@ -18,15 +18,15 @@
 
 namespace linewatch {
 
-/// The class whose objects stand in a list or reference of `T` that has been read or made for storing: `T`
-/// itself, but specialised where `T` is an interface.
+/// The class that reading and deep copying create for a reference or list of `T`: `T` itself, unless `T` is
+/// an interface, for which this is specialised.
 template <class T>
 struct StoredAs {
   using Type = T;
 };
 
-/// Reaches the struct in which a class keeps its fields, for classes that befriend it and name it `Fields`.
-/// Other records are their own fields.
+/// Gives access to a record's fields. A class that keeps them in a struct names it `Fields`, holds it in
+/// `fields_` and befriends this; any other record holds its fields itself.
 struct RecordFields {
   template <class Record>
   static constexpr bool areApart = requires {
@@ -43,10 +43,10 @@ struct RecordFields {
   }
 };
 
-/// How what a message's fields hold is reached, whatever holds it.
+/// Uniform access to the value of a field, whether it is a plain member, flagged, optional or a reference.
 namespace fields {
 
-// What a value is.
+// Kinds of value.
 
 template <class T>
 concept Varint = std::integral<T> || MessageEnumeration<T>;
@@ -68,14 +68,15 @@ std::uint64_t varintOf(T value) {
   }
 }
 
-// What holds it. `peek` gives the value when it is present, `fresh` a present one to be filled.
+// Kinds of holder. `peek` gives the value, or null when it is absent; `fresh` makes it present, for reading
+// into.
 
 template <class T>
 struct Holder {
   using Value = T;
   static const T* peek(const T& held) {
     if constexpr (std::same_as<T, double>) {
-      return std::bit_cast<std::uint64_t>(held) != 0 ? &held : nullptr;  // keeps a negative zero
+      return std::bit_cast<std::uint64_t>(held) != 0 ? &held : nullptr;  // a negative zero is present
     } else {
       return held != T{} ? &held : nullptr;
     }
@@ -117,7 +118,7 @@ struct IsReference : std::false_type {};
 template <class T>
 struct IsReference<std::shared_ptr<T>> : std::true_type {};
 
-/// A list of references, which may itself be absent.
+/// A list of references; an optional list may be absent.
 template <class T>
 struct List : std::false_type {};
 template <class T>

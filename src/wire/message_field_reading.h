@@ -21,7 +21,7 @@ inline bool readNumbers(MessageReader& reader, PackedNumbers& numbers) {
   return !reader.hasError();
 }
 
-/// A fresh message is of exactly this class, so that its own reading is called without looking it up.
+/// `value` is of exactly this class, so that its `readFrom` can be called without virtual dispatch.
 template <class Value>
 bool readNested(MessageReader& reader, Value& value) {
   const auto bound = reader.boundToMessage();
@@ -38,7 +38,7 @@ bool readNested(MessageReader& reader, Value& value) {
   return isRead;
 }
 
-/// False only when a nested message does not read; a number or text that does not read sets the error flag.
+/// False only when a nested message cannot be read. A malformed number or text sets the reader's error flag.
 template <class Value>
 bool readValue(MessageReader& reader, Value& value) {
   if constexpr (MessageEnumeration<Value>) {

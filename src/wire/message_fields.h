@@ -12,7 +12,7 @@
 #include "wire/message_field_writing.h"
 
 /// The operations of every message and nested record, each one function over the table of fields
-/// (`message_field.h`). For source files that define messages; who only uses a message includes its header.
+/// (`message_field.h`). Source files that define a message include this; users include the message's header.
 namespace linewatch {
 
 template <class Message>

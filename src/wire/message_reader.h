@@ -12,12 +12,11 @@ namespace linewatch {
 
 /// Reads the Protocol Buffers wire encoding (`MessageWriter` shows its layout).
 ///
-/// A value that runs past the end sets the error flag and reads as 0 or empty; the flag stays set. What is
-/// read need not be trusted: nothing outside the bytes is touched, and the depth of nesting is bounded. The
-/// bytes must outlive the reader.
+/// A value that runs past the end sets the error flag, which stays set, and reads as 0 or empty. Any bytes
+/// are safe to read: the reader stays within them and limits nesting. The bytes must outlive the reader.
 class MessageReader {
  public:
-  /// How deep messages and skipped groups may nest; deeper data does not read.
+  /// The limit of nesting for messages and skipped groups; reading fails beyond it.
   static constexpr int kMaxNesting = 100;
 
   MessageReader(const std::uint8_t* bytes, std::size_t length)
@@ -25,21 +24,21 @@ class MessageReader {
   explicit MessageReader(const Bytes& bytes) : MessageReader(bytes.data(), bytes.size()) {}
   explicit MessageReader(Bytes&&) = delete;
 
-  /// In bytes from the start.
+  /// The number of bytes read so far.
   std::size_t position() const { return static_cast<std::size_t>(at_ - begin_); }
-  /// Where reading ends: the end of the bytes, or of the nested message that the reader is bounded to.
+  /// The position where reading ends: the end of the bytes, or that of the nested message being read.
   std::size_t end() const { return static_cast<std::size_t>(end_ - begin_); }
   bool hasError() const { return hasError_; }
   bool hasMore() const { return at_ < end_ && !hasError_; }
 
-  /// At most ten bytes: when the tenth still announces another, the value is 0, without an error.
+  /// Reads at most ten bytes. When the tenth says that another follows, the value is 0, without an error.
   std::uint64_t readVarint() {
     if (at_ < end_ && *at_ < 0x80) [[likely]]
       return *at_++;
     return readLongVarint();
   }
 
-  /// With fewer than eight bytes left the position does not move.
+  /// With fewer than eight bytes left, the position does not move and the error flag is set.
   double readDouble() {
     double value = 0;
     if (remaining() < sizeof value) {
@@ -51,20 +50,20 @@ class MessageReader {
     return value;
   }
 
-  /// A length and as many bytes, taken as UTF-8 unchecked; empty when they run past the end.
+  /// Reads a length and that many bytes, which are not checked to be UTF-8; empty when they run past the end.
   void readString(std::string& text) {
     const auto length = readLength();
     text.assign(reinterpret_cast<const char*>(at_), length.value_or(0));
     at_ += length.value_or(0);
   }
 
-  /// The end to go back to when a nested message is over.
+  /// The end to restore after a nested message.
   struct Bound {
     const std::uint8_t* outerEnd;
   };
 
-  /// Reads a length and bounds the reader to that many bytes. None when they run past the end, or when
-  /// messages nest too deep.
+  /// Reads a length and bounds the reader to that many bytes. Absent when they run past the end or messages
+  /// nest too deep.
   std::optional<Bound> boundToMessage() {
     const auto length = readLength();
     if (!length || nesting_ == kMaxNesting) return std::nullopt;
@@ -73,15 +72,15 @@ class MessageReader {
     end_ = at_ + *length;
     return bound;
   }
-  /// Goes on behind the nested message, also when it was not read to its end.
+  /// Continues after the nested message, even when it was not read to its end.
   void liftBound(Bound bound) {
     --nesting_;
     at_ = end_;
     end_ = bound.outerEnd;
   }
 
-  /// Passes over the value that follows `tag`, a group with all that it holds. False when it runs past the
-  /// end, ends with another group's end, nests too deep, or has no known wire type.
+  /// Skips the value after `tag`; a group is skipped with its contents. False when the value runs past the
+  /// end, nests too deep or has an unknown wire type, or when a group ends with another group's end tag.
   bool skipValue(std::uint64_t tag);
 
  private:

@@ -11,7 +11,7 @@ void MessageWriter::grow(std::size_t more) {
   auto* const memory = static_cast<std::uint8_t*>(std::realloc(heap_.get(), capacity));
   if (!memory) throw std::bad_alloc();
   if (!heap_) std::memcpy(memory, inPlace_, used);
-  static_cast<void>(heap_.release());  // realloc has freed or kept it
+  static_cast<void>(heap_.release());  // realloc owns the old memory now
   heap_.reset(memory);
   begin_ = memory;
   at_ = memory + used;

@@ -19,7 +19,7 @@ namespace linewatch {
 ///     0        varint                 1   eight bytes, little endian
 ///     2        varint length, bytes   (a text or a nested message)
 ///
-/// Writing does not fail. Not for concurrent use.
+/// Writing does not fail. Not thread-safe.
 class MessageWriter {
  public:
   enum class WireType : std::uint8_t { varint = 0, fixed64 = 1, lengthDelimited = 2 };
@@ -51,18 +51,18 @@ class MessageWriter {
     at_ += text.size();
   }
 
-  /// A varint without a tag, as a packed list holds it.
+  /// A varint without a tag, for a packed list.
   void writeVarint(std::uint64_t value) {
     reserve(kMaxVarintSize);
     putVarint(value);
   }
 
-  /// Where a nested message begins.
+  /// The start of a nested message.
   struct Mark {
     std::size_t bodyOffset;
   };
 
-  /// What is written between the two calls becomes the length-delimited value of the field.
+  /// Everything written between the two calls becomes the length-delimited value of the field.
   Mark beginMessage(std::uint32_t number) {
     reserve(kMaxVarintSize + 1);
     putTag(number, WireType::lengthDelimited);
@@ -79,12 +79,12 @@ class MessageWriter {
   }
 
   std::size_t size() const { return static_cast<std::size_t>(at_ - begin_); }
-  /// All that was written.
+  /// All bytes written so far.
   Bytes bytes() const { return Bytes(begin_, at_); }
 
  private:
   static constexpr std::size_t kMaxVarintSize = 10;
-  /// Records of the usual size are written without touching the heap.
+  /// Records of the usual size need no memory from the heap.
   static constexpr std::size_t kInPlaceSize = 1024;
 
   struct Free {

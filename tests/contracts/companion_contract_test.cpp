@@ -16,7 +16,7 @@ class UserSessionContract : public testing::TestWithParam<Subject<UserSession>> 
   std::shared_ptr<UserSession> session_ = GetParam().make();
 };
 
-TEST_P(UserSessionContract, CarriesTheSessionAlongWithWhatWasThere) {
+TEST_P(UserSessionContract, SharingAddsToTheURLAndTheUserInfoAtMostOnce) {
   const Dictionary userInfo = {{"bs", Bytes{1, 2}}, {"k", 1U}};
   for (const bool isShared : {false, true}) {
     if (isShared) session_->sessionEntity(true, false);
@@ -24,7 +24,7 @@ TEST_P(UserSessionContract, CarriesTheSessionAlongWithWhatWasThere) {
          {"rova://?t=r", "rova://favorites?type=2&map=3", "https://example.org/a?b#c", ""}) {
       const URL once = session_->sharedSessionPunchOutURL(address);
       EXPECT_THAT(once.absoluteString, StartsWith(address));
-      // A row's URL carries it before it is opened, and opening does so again.
+      // A row's URL has the session already when it is opened, which adds it again.
       EXPECT_EQ(session_->sharedSessionPunchOutURL(once.absoluteString), once);
     }
     const Dictionary carrying = session_->sharedSessionPunchOutUserInfo(userInfo);
@@ -33,7 +33,7 @@ TEST_P(UserSessionContract, CarriesTheSessionAlongWithWhatWasThere) {
   }
 }
 
-TEST_P(UserSessionContract, StaysTheSameWhenItIsShared) {
+TEST_P(UserSessionContract, SharingDoesNotChangeTheIdentifier) {
   const std::string identifier = session_->snapshot().sessionIdentifier;
   EXPECT_FALSE(identifier.empty());
   session_->sessionEntity(true, false);
@@ -43,7 +43,7 @@ TEST_P(UserSessionContract, StaysTheSameWhenItIsShared) {
 
 class MapURLBuilderContract : public testing::TestWithParam<Subject<MapURLBuilder>> {};
 
-TEST_P(MapURLBuilderContract, NamesTheTypes) {
+TEST_P(MapURLBuilderContract, TheURLHoldsBothTypes) {
   const auto builder = GetParam().make();
   EXPECT_EQ(builder->urlForFavorites(2, 3).absoluteString, "rova://favorites?type=2&map=3");
   EXPECT_EQ(builder->urlForFavorites(0, -1).absoluteString, "rova://favorites?type=0&map=-1");

@@ -1,10 +1,10 @@
-#include <mutex>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "contracts/subject.h"
 #include "feeds/background_favorites.h"
+#include "shared/mutex.h"
 #include "simulation/simulated_platform.h"
 
 namespace linewatch {
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Makes containers, and lets what they have still to do be done.
+/// Makes containers and waits for their reads.
 class Containers {
  public:
   virtual ~Containers() = default;
@@ -46,7 +46,7 @@ class DesktopContainers final : public Containers {
   std::shared_ptr<BackgroundQueue> queue_ = std::make_shared<BackgroundQueue>();
 };
 
-/// Gives what another persister gives, and counts.
+/// Gives fixed favourites and counts the reads.
 class CountingPersister final : public RemoteFavoritesPersister {
  public:
   explicit CountingPersister(Favorites favorites) : favorites_(std::move(favorites)) {}
@@ -65,7 +65,7 @@ class FavoritesContainerContract : public testing::TestWithParam<Subject<Contain
   std::shared_ptr<Containers> containers_ = GetParam().make();
 };
 
-TEST_P(FavoritesContainerContract, CallsEachOperationOnceWithAllFavoritesInOrder) {
+TEST_P(FavoritesContainerContract, EachOperationIsCalledOnceWithAllFavoritesInOrder) {
   const auto persister = std::make_shared<CountingPersister>(
       Favorites{FavoritePlace{"Home"}, FavoriteTransitLine{}, FavoriteRegion{"Alps"}, FavoriteRoute{"Way"}});
   const auto container = containers_->make(persister);
@@ -85,15 +85,15 @@ TEST_P(FavoritesContainerContract, CallsEachOperationOnceWithAllFavoritesInOrder
   EXPECT_EQ(calls.size(), 2U);
 }
 
-TEST_P(FavoritesContainerContract, NeverCallsWithinTheCall) {
+TEST_P(FavoritesContainerContract, AnOperationIsNotCalledWithinTheCall) {
   const auto container = containers_->make(nullptr);
-  // Were the operation run within the call, this lock would be taken twice by one thread.
-  std::mutex held;
+  // If the operation ran within the call, this thread would lock the mutex twice.
+  Mutex held;
   bool isCalled = false;
   {
-    const std::lock_guard lock(held);
+    const MutexLock lock(held);
     container->readContents([&](const Favorites& favorites) {
-      const std::lock_guard inner(held);
+      const MutexLock inner(held);
       EXPECT_THAT(favorites, IsEmpty());
       isCalled = true;
     });
@@ -103,13 +103,13 @@ TEST_P(FavoritesContainerContract, NeverCallsWithinTheCall) {
   EXPECT_TRUE(isCalled);
 }
 
-TEST_P(FavoritesContainerContract, AnOperationKeepsWhatItHoldsUntilItHasRun) {
+TEST_P(FavoritesContainerContract, AnOperationLivesUntilItHasRun) {
   auto container = containers_->make(std::make_shared<CountingPersister>(Favorites{}));
   auto held = std::make_shared<int>(1);
   const std::weak_ptr<int> watched = held;
   bool isCalled = false;
   container->readContents([&isCalled, held = std::move(held)](const Favorites&) { isCalled = *held == 1; });
-  // The container may go before it has read.
+  // The container may be destroyed before it has read.
   container.reset();
   containers_->finishReading();
   EXPECT_TRUE(isCalled);

@@ -22,13 +22,40 @@ class LocalizationContract : public testing::TestWithParam<Subject<Localization>
   std::shared_ptr<Localization> texts_ = GetParam().make();
 };
 
-TEST_P(LocalizationContract, AnUnknownKeyGivesTheFallbackWhichNoFormattingChanges) {
+TEST_P(LocalizationContract, AnUnknownKeyGivesTheFallbackWhichFormattingLeavesUnchanged) {
   for (const StringTable table : {StringTable::kestrow, StringTable::widget}) {
     EXPECT_EQ(text(kUnknownKey, table), kLocalizedStringNotFound);
     EXPECT_EQ(texts_->localizedString(kUnknownKey, "other", table), "other");
   }
   const FormatArgument arguments[] = {std::uint64_t{3}, "text"};
   EXPECT_EQ(texts_->format(std::string(kLocalizedStringNotFound), arguments), kLocalizedStringNotFound);
+}
+
+TEST_P(LocalizationContract, EachKeyIsInOneTable) {
+  const struct {
+    StringTable table, otherTable;
+    std::vector<std::string_view> keys;
+  } rows[] = {
+      {StringTable::kestrow,
+       StringTable::widget,
+       {"LineWatch_NoFavorite_Title", "LineWatch_NoFavorite_SecondaryText", "LineWatch_GoodService_Title",
+        "LineWatch_GoodService_SecondaryText_Singular", "LineWatch_GoodService_SecondaryText_Plural",
+        "LineWatch_Summary_advisory_count", "LineWatch_advisory_overflow_title",
+        "LineWatch_AdvisoriesOverflow_SecondaryText", "LineWatchLoadingError_Title",
+        "LineWatchLoadingError_AirplaneMode_WIFI", "LineWatchLoadingError_AirplaneMode_WLAN",
+        "LineWatchLoadingError_No_Internet", "LineWatchLoadingError_Uknown"}},
+      {StringTable::widget,
+       StringTable::kestrow,
+       {"LineWatch_GoodService_Overflow_SecondaryText", "LineWatch_Single_Line_Prepended_Incident_Text",
+        "LineWatch_2_Lines_Prepended_Incident_Text", "LineWatch_N_Lines_Prepended_Incident_Text",
+        "LineWatch_2_Lines_Concatenated", "LineWatch_N_Lines_Names_Concatenated",
+        "Transit_Incident_Not_Displayed_Incidents"}}};
+  for (const auto& row : rows) {
+    for (const std::string_view key : row.keys) {
+      EXPECT_NE(text(key, row.table), kLocalizedStringNotFound) << key;
+      EXPECT_EQ(text(key, row.otherTable), kLocalizedStringNotFound) << key;
+    }
+  }
 }
 
 TEST_P(LocalizationContract, AFormattedTextHoldsItsArguments) {
@@ -53,9 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Subject<Localization>{"Simulation",
                               [] {
-                                simulation::World world;
-                                world.missingTexts.insert(kUnknownKey);
-                                const auto platform = simulation::SimulatedPlatform::make(world);
+                                const auto platform = simulation::SimulatedPlatform::make();
                                 return std::shared_ptr<Localization>(platform, &platform->localization());
                               }},
         Subject<Localization>{"DesktopInEnglish",

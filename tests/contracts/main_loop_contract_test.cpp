@@ -1,5 +1,8 @@
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QTimer>
+#include <chrono>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -16,14 +19,14 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A main loop and what makes it turn.
+/// A main loop that a test can run.
 class TurningLoop {
  public:
   virtual ~TurningLoop() = default;
   virtual MainLoop& loop() = 0;
-  /// Lets the loop run, and time pass, until `isDone`.
+  /// Runs the loop, and lets time pass, until `isDone` or for ten seconds at most.
   virtual void runUntil(const std::function<bool()>& isDone) = 0;
-  /// Runs `action` on another thread, or as if.
+  /// Runs `action` on another thread, which may be simulated.
   virtual void runElsewhere(std::function<void()> action) = 0;
 };
 
@@ -47,7 +50,12 @@ class QtLoop final : public TurningLoop {
   QtLoop() { application(); }
   MainLoop& loop() override { return loop_; }
   void runUntil(const std::function<bool()>& isDone) override {
-    while (!isDone()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    const QDeadlineTimer deadline(std::chrono::seconds(10));
+    QTimer wakeUp;  // so that waiting for events ends at the deadline
+    wakeUp.start(std::chrono::seconds(1));
+    while (!isDone() && !deadline.hasExpired()) {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
   }
   void runElsewhere(std::function<void()> action) override { std::thread(std::move(action)).join(); }
 
@@ -64,87 +72,87 @@ class QtLoop final : public TurningLoop {
 class MainLoopContract : public testing::TestWithParam<Subject<TurningLoop>> {
  protected:
   MainLoop& loop() { return turning_->loop(); }
-  std::function<void()> noting(int number) {
-    return [this, number] { noted_.push_back(number); };
+  std::function<void()> recording(int number) {
+    return [this, number] { recorded_.push_back(number); };
   }
-  void runUntilNoted(std::size_t count) {
-    turning_->runUntil([this, count] { return noted_.size() >= count; });
+  void runUntilRecorded(std::size_t count) {
+    turning_->runUntil([this, count] { return recorded_.size() >= count; });
   }
 
   std::shared_ptr<TurningLoop> turning_ = GetParam().make();
-  std::vector<int> noted_;
+  std::vector<int> recorded_;
 };
 
-TEST_P(MainLoopContract, RunsWhatIsDispatchedLaterInOrder) {
+TEST_P(MainLoopContract, DispatchedActionsRunInOrderAfterTheCall) {
   EXPECT_TRUE(loop().isMainThread());
   loop().dispatchAsync([this] {
-    noted_.push_back(1);
-    loop().dispatchAsync(noting(3));
+    recorded_.push_back(1);
+    loop().dispatchAsync(recording(3));
   });
-  loop().dispatchAsync(noting(2));
-  EXPECT_THAT(noted_, IsEmpty());
-  runUntilNoted(3);
-  EXPECT_THAT(noted_, ElementsAre(1, 2, 3));
+  loop().dispatchAsync(recording(2));
+  EXPECT_THAT(recorded_, IsEmpty());
+  runUntilRecorded(3);
+  EXPECT_THAT(recorded_, ElementsAre(1, 2, 3));
 }
 
-TEST_P(MainLoopContract, BringsWhatOthersDispatchToTheMainThread) {
+TEST_P(MainLoopContract, ActionsDispatchedByOtherThreadsRunOnTheMainThread) {
   bool wasElsewhere = false;
   bool isOnMain = false;
   turning_->runElsewhere([&] {
     wasElsewhere = !loop().isMainThread();
     loop().dispatchAsync([&] {
       isOnMain = loop().isMainThread();
-      noted_.push_back(1);
+      recorded_.push_back(1);
     });
   });
-  runUntilNoted(1);
+  runUntilRecorded(1);
   EXPECT_TRUE(wasElsewhere);
   EXPECT_TRUE(isOnMain);
 }
 
-TEST_P(MainLoopContract, ATimerFiresOnceWhenDueAlsoWhenNobodyHoldsIt) {
+TEST_P(MainLoopContract, ATimerFiresOnceWhenDueEvenIfNobodyOwnsIt) {
   const Date start = loop().now();
   std::vector<Date> fired;
   loop().scheduleTimer(Seconds(0.02), false, [&] {
     fired.push_back(loop().now());
-    noted_.push_back(2);
+    recorded_.push_back(2);
   });
-  const auto held = loop().scheduleTimer(Seconds(0.01), false, noting(1));
+  const auto held = loop().scheduleTimer(Seconds(0.01), false, recording(1));
   EXPECT_TRUE(held->isValid());
-  EXPECT_THAT(noted_, IsEmpty());
-  runUntilNoted(2);
-  EXPECT_THAT(noted_, ElementsAre(1, 2));
+  EXPECT_THAT(recorded_, IsEmpty());
+  runUntilRecorded(2);
+  EXPECT_THAT(recorded_, ElementsAre(1, 2));
   EXPECT_FALSE(held->isValid());
   ASSERT_EQ(fired.size(), 1U);
   EXPECT_GE((fired[0] - start).count(), 0.02 - 1e-6);
 }
 
 TEST_P(MainLoopContract, AnInvalidatedTimerNeverFires) {
-  const auto stopped = loop().scheduleTimer(Seconds(0.001), true, noting(7));
-  const auto stoppedByAnother = loop().scheduleTimer(Seconds(0.002), false, noting(8));
+  const auto stopped = loop().scheduleTimer(Seconds(0.001), true, recording(7));
+  const auto stoppedByAnother = loop().scheduleTimer(Seconds(0.002), false, recording(8));
   loop().scheduleTimer(Seconds(0.001), false, [&] {
     stoppedByAnother->invalidate();
     stoppedByAnother->invalidate();
   });
-  loop().scheduleTimer(Seconds(0.01), false, noting(1));
+  loop().scheduleTimer(Seconds(0.01), false, recording(1));
   stopped->invalidate();
   EXPECT_FALSE(stopped->isValid());
-  runUntilNoted(1);
-  EXPECT_THAT(noted_, ElementsAre(1));
+  runUntilRecorded(1);
+  EXPECT_THAT(recorded_, ElementsAre(1));
 }
 
-TEST_P(MainLoopContract, ARepeatingTimerGoesOnUntilItsOwnActionEndsIt) {
+TEST_P(MainLoopContract, ARepeatingTimerFiresUntilItsOwnActionInvalidatesIt) {
   std::shared_ptr<Timer> timer;
   timer = loop().scheduleTimer(Seconds(0.002), true, [&] {
-    noted_.push_back(static_cast<int>(noted_.size()));
-    if (noted_.size() == 3) timer->invalidate();
-    EXPECT_EQ(timer->isValid(), noted_.size() < 3);
+    recorded_.push_back(static_cast<int>(recorded_.size()));
+    if (recorded_.size() == 3) timer->invalidate();
+    EXPECT_EQ(timer->isValid(), recorded_.size() < 3);
   });
   timer->setTolerance(Seconds(0));
-  runUntilNoted(3);
-  loop().scheduleTimer(Seconds(0.01), false, noting(-1));
-  runUntilNoted(4);
-  EXPECT_THAT(noted_, ElementsAre(0, 1, 2, -1));
+  runUntilRecorded(3);
+  loop().scheduleTimer(Seconds(0.01), false, recording(-1));
+  runUntilRecorded(4);
+  EXPECT_THAT(recorded_, ElementsAre(0, 1, 2, -1));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -16,12 +16,12 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// Where stores live that outlive the process.
+/// A process whose stores outlive it.
 class Process {
  public:
   virtual ~Process() = default;
   virtual std::shared_ptr<PreferencesStore> makeStore(const std::string& suite) = 0;
-  /// Ends the process and starts it anew.
+  /// Ends the process and starts a new one.
   virtual void restart() = 0;
   virtual std::vector<std::string> errorsLogged() = 0;
 };
@@ -65,7 +65,7 @@ class PreferencesStoreContract : public testing::TestWithParam<Subject<Process>>
   std::shared_ptr<Process> process_ = GetParam().make();
 };
 
-TEST_P(PreferencesStoreContract, ValuesKeepTheirKindOverARestart) {
+TEST_P(PreferencesStoreContract, ValuesKeepTheirKindAcrossARestart) {
   const Dictionary values = {
       {"", "empty key"},
       {"bool", true},
@@ -90,7 +90,7 @@ TEST_P(PreferencesStoreContract, ValuesKeepTheirKindOverARestart) {
   EXPECT_THAT(process_->errorsLogged(), IsEmpty());
 }
 
-TEST_P(PreferencesStoreContract, ObjectsOfOneSuiteSeeTheSameValues) {
+TEST_P(PreferencesStoreContract, StoresOfOneSuiteSeeTheSameValues) {
   const auto first = store();
   const auto second = store();
   const auto other = store("other suite");
@@ -108,7 +108,7 @@ TEST_P(PreferencesStoreContract, ObjectsOfOneSuiteSeeTheSameValues) {
   EXPECT_EQ(other->objectForKey("k"), Value(1));
 }
 
-TEST_P(PreferencesStoreContract, WhatCannotBeWrittenIsLoggedAndTheOldValueStays) {
+TEST_P(PreferencesStoreContract, AValueThatCannotBeWrittenIsLoggedAndTheOldValueStays) {
   const Value object(std::make_shared<const TransitStorageIncident>());
   EXPECT_TRUE(store()->setObject("old", "key of it"));
   for (const Value& value : {object, Value(Array{1, object}), Value(Dictionary{{"k", Array{object}}})}) {
@@ -119,7 +119,7 @@ TEST_P(PreferencesStoreContract, WhatCannotBeWrittenIsLoggedAndTheOldValueStays)
   EXPECT_THAT(process_->errorsLogged()[0], HasSubstr("key of it"));
 }
 
-TEST_P(PreferencesStoreContract, EveryValueHasATruth) {
+TEST_P(PreferencesStoreContract, EveryValueReadsAsABoolean) {
   const std::pair<Value, bool> rows[] = {{true, true},   {false, false},    {0, false},       {-1, true},
                                          {2U, true},     {0.0, false},      {0.5, true},      {"YES", true},
                                          {"true", true}, {"1", true},       {"no", false},    {"", false},

@@ -9,7 +9,7 @@
 
 namespace linewatch {
 
-/// One platform's version of a role, for a suite that says what holds of all of them.
+/// One platform's implementation of a role, for a suite of tests that every implementation must pass.
 template <class Role>
 struct Subject {
   std::string platform;

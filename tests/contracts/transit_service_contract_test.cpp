@@ -15,14 +15,14 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A service that knows the lines A, on which there is a strike, and B, and lets what it has still to do be
-/// done.
+/// A service that knows two lines: A, which has a strike, and B.
 class City {
  public:
   City() { installPlatform(platform_); }
   virtual ~City() { installPlatform(nullptr); }
   virtual TransitService& service() = 0;
   virtual MapItemIdentifier line(const std::string& name) const = 0;
+  /// Waits for the look-ups.
   virtual void finish() { platform_->advance(1); }
   std::vector<std::string> errorsLogged() const { return platform_->transcript().logTexts("error"); }
 
@@ -79,8 +79,8 @@ class TransitServiceContract : public testing::TestWithParam<Subject<City>> {
   std::shared_ptr<TransitLinesTicket> ticket(const std::vector<MapItemIdentifier>& lines) {
     return city_->service().ticketForTransitLines(lines);
   }
-  /// Notes what comes under the name.
-  TransitLinesTicket::Handler noting(const std::string& name) {
+  /// A handler that records the answer under the name.
+  TransitLinesTicket::Handler recording(const std::string& name) {
     return [this, name](const std::shared_ptr<const TransitLineItems>& items, std::optional<Error> error) {
       EXPECT_EQ(std::this_thread::get_id(), main_);
       ASSERT_FALSE(error) << error->description();
@@ -99,12 +99,12 @@ class TransitServiceContract : public testing::TestWithParam<Subject<City>> {
   std::shared_ptr<City> city_ = GetParam().make();
 };
 
-TEST_P(TransitServiceContract, AnswersOnceAndLaterInTheOrderAskedWithTheLinesThatThereAre) {
+TEST_P(TransitServiceContract, EachLookUpIsAnsweredOnceInTheOrderAskedWithoutUnknownLines) {
   const MapItemIdentifier a = city_->line("A"), b = city_->line("B"), unknown{77};
-  // The tickets may go before they are answered.
-  ticket({b, unknown, a, b})->submit(noting("some"));
-  ticket({unknown})->submit(noting("unknown"));
-  ticket({})->submit(noting("none"));
+  // The tickets may be destroyed before they are answered.
+  ticket({b, unknown, a, b})->submit(recording("some"));
+  ticket({unknown})->submit(recording("unknown"));
+  ticket({})->submit(recording("none"));
   EXPECT_THAT(answers_, IsEmpty());
   city_->finish();
   EXPECT_THAT(answers_, ElementsAre("some: B A-Strike B", "unknown:", "none:"));
@@ -115,17 +115,17 @@ TEST_P(TransitServiceContract, AnswersOnceAndLaterInTheOrderAskedWithTheLinesTha
 
 TEST_P(TransitServiceContract, ATicketCanBeSubmittedOnce) {
   const auto once = ticket({city_->line("A")});
-  once->submit(noting("first"));
-  once->submit(noting("second"));
+  once->submit(recording("first"));
+  once->submit(recording("second"));
   city_->finish();
-  once->submit(noting("third"));
+  once->submit(recording("third"));
   city_->finish();
   EXPECT_THAT(answers_, ElementsAre("first: A-Strike"));
   EXPECT_EQ(city_->errorsLogged().size(), 2U);
 }
 
-TEST_P(TransitServiceContract, AnswersOnTheMainThreadWhereverATicketIsSubmitted) {
-  std::thread([&] { ticket({city_->line("A")})->submit(noting("elsewhere")); }).join();
+TEST_P(TransitServiceContract, ATicketSubmittedOnAnotherThreadIsAnsweredOnTheMainThread) {
+  std::thread([&] { ticket({city_->line("A")})->submit(recording("elsewhere")); }).join();
   city_->finish();
   EXPECT_THAT(answers_, ElementsAre("elsewhere: A-Strike"));
 }

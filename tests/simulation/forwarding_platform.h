@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// A simulated platform, of which a test puts something else in the place of single roles.
+/// A simulated platform in which a test overrides single roles.
 class ForwardingPlatform : public Platform {
  public:
   explicit ForwardingPlatform(simulation::World world = {})
@@ -22,6 +22,7 @@ class ForwardingPlatform : public Platform {
   Localization& localization() override { return simulated_->localization(); }
   IncidentStringProvider& incidentStringProvider() override { return simulated_->incidentStringProvider(); }
   KeyedArchiver& keyedArchiver() override { return simulated_->keyedArchiver(); }
+  Compressor& compressor() override { return simulated_->compressor(); }
   TransitService& transitService() override { return simulated_->transitService(); }
   UserSession& userSession() override { return simulated_->userSession(); }
   MapURLBuilder& mapURLBuilder() override { return simulated_->mapURLBuilder(); }

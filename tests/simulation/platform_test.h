@@ -9,13 +9,14 @@
 
 namespace linewatch {
 
-/// A test on a simulated platform, which stays installed until what the test itself holds is gone.
+/// A test with an installed simulated platform. The platform is removed after the members of the test are
+/// gone.
 class PlatformTest : public testing::Test {
  protected:
   PlatformTest() { install(); }
   ~PlatformTest() override { installPlatform(nullptr); }
 
-  /// Another platform takes the place of the one before.
+  /// Installs a new platform in place of the current one.
   void install(simulation::World world = {}) {
     platform_ = simulation::SimulatedPlatform::make(std::move(world));
     installPlatform(platform_);

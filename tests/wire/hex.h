@@ -7,7 +7,7 @@
 
 namespace linewatch {
 
-/// The bytes that hexadecimal digits name; everything else (spaces, bars) only groups them.
+/// The bytes of the hexadecimal digits. Other characters, such as spaces and bars, are ignored.
 inline Bytes hex(std::string_view digits) {
   Bytes bytes;
   bool isHalf = false;

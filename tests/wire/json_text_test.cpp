@@ -16,7 +16,7 @@ TEST(JsonText, WritesEveryKindOfValueInOneForm) {
   };
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   for (const Row& row : {
-           Row{"truth", true, "true"},
+           Row{"boolean", true, "true"},
            Row{"lowest integer", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
            Row{"highest integer", std::numeric_limits<std::uint64_t>::max(), "18446744073709551615"},
            Row{"whole double", 100000.0, "100000"},
@@ -25,13 +25,13 @@ TEST(JsonText, WritesEveryKindOfValueInOneForm) {
            Row{"negative zero", -0.0, "0"},
            Row{"huge", 1e300, "1e+300"},
            Row{"not a number", std::nan(""), "null"},
-           Row{"endless", -kInfinity, "null"},
+           Row{"infinite", -kInfinity, "null"},
            Row{"none", noValue(), "null"},
            Row{"no bytes", Bytes{}, "\"\""},
            Row{"one byte", Bytes{0xFB}, "\"+w==\""},
            Row{"two bytes", Bytes{0xFF, 0xFE}, "\"//4=\""},
            Row{"three bytes", Bytes{1, 2, 3}, "\"AQID\""},
-           Row{"nothing", Array{}, "[]"},
+           Row{"empty array", Array{}, "[]"},
            Row{"nested", Dictionary{{"b", Array{1, "x"}}, {"a", Dictionary{}}},
                R"({"a": {}, "b": [1, "x"]})"},
        }) {
@@ -39,7 +39,7 @@ TEST(JsonText, WritesEveryKindOfValueInOneForm) {
   }
 }
 
-TEST(JsonText, EscapesWhatAStringCannotHoldAndMendsWhatIsNotUTF8) {
+TEST(JsonText, EscapesStringsAndReplacesBytesThatAreNotUTF8) {
   EXPECT_EQ(jsonQuoted("a\"b\\c\n\t\x01\x7F/"), "\"a\\\"b\\\\c\\n\\t\\u0001\x7F/\"");
   EXPECT_EQ(jsonQuoted("ü·😀"), "\"ü·😀\"");
   const std::string bad = "\xEF\xBF\xBD";

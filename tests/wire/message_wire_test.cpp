@@ -18,7 +18,7 @@ Bytes varint(std::uint64_t value) {
   return writer.bytes();
 }
 
-TEST(MessageWire, VarintsTakeSevenBitsAByteAndReadBack) {
+TEST(MessageWire, VarintsHoldSevenBitsPerByteAndAreReadBack) {
   for (int bit = 0; bit < 64; ++bit) {
     const std::uint64_t power = std::uint64_t{1} << bit;
     for (const std::uint64_t value : {power - 1, power, power + 1}) {
@@ -58,7 +58,7 @@ TEST(MessageWire, OverLongVarintsReadAsZeroAfterTenBytesWithoutAnError) {
   EXPECT_EQ(beyond.readVarint(), ~std::uint64_t{0});
 }
 
-TEST(MessageWire, DoublesNeedEightBytesAndDoNotMoveWithoutThem) {
+TEST(MessageWire, ADoubleWithFewerThanEightBytesDoesNotMoveThePosition) {
   MessageWriter writer;
   writer.writeDoubleField(4, -2.5);
   const Bytes bytes = writer.bytes();
@@ -71,7 +71,7 @@ TEST(MessageWire, DoublesNeedEightBytesAndDoNotMoveWithoutThem) {
   EXPECT_EQ(cut.position(), 0U);
 }
 
-TEST(MessageWire, LengthsOfNestedMessagesGrowWithThem) {
+TEST(MessageWire, LengthsOfNestedMessagesTakeAsManyBytesAsTheyNeed) {
   for (const std::size_t length : {0UL, 1UL, 127UL, 128UL, 1000UL, 1100UL, 16383UL, 16384UL, 3000000UL}) {
     SCOPED_TRACE(length);
     MessageWriter writer;
@@ -99,7 +99,7 @@ TEST(MessageWire, LengthsOfNestedMessagesGrowWithThem) {
 TEST(MessageWire, SkipsAValueOfEachWireType) {
   struct Row {
     const char* name;
-    const char* bytes;  // the tag, then what is to be skipped
+    const char* bytes;  // the tag, then the value to skip
     std::size_t position;
     bool skips;
   };
@@ -132,7 +132,7 @@ TEST(MessageWire, SkipsAValueOfEachWireType) {
   }
 }
 
-TEST(MessageWire, GroupsNestToABoundedDepth) {
+TEST(MessageWire, GroupsNestUpToTheLimit) {
   const auto nested = [](std::size_t depth) {
     Bytes bytes(depth, 0x0B);
     bytes.insert(bytes.end(), depth, 0x0C);

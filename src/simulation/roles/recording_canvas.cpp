@@ -34,7 +34,7 @@ void RecordingCanvas::clip(const ui::Rect& rect) {
   state.clip = intersection(state.clip, rect.movedBy(state.origin));
 }
 
-// Null for what cannot be seen.
+// Null when nothing of it is inside the clip.
 RecordingCanvas::Drawn* RecordingCanvas::add(Kind kind, const ui::Rect& rect, const ui::Color& color) {
   const State& state = states_.back();
   const ui::Rect placed = rect.movedBy(state.origin);

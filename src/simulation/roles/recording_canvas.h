@@ -7,24 +7,24 @@
 
 namespace linewatch::simulation {
 
-/// Keeps what is drawn, one entry a shape, image or line of text that can be seen.
+/// Records one entry for each shape, image and line of text that is drawn and at least partly visible.
 class RecordingCanvas final : public ui::Canvas {
  public:
   enum class Kind { rect, roundedRect, path, text, image };
 
   struct Drawn {
     Kind kind = Kind::rect;
-    /// From the canvas's origin. A text line's begins at its left end and reaches from ascent to descent; a
-    /// path's encloses its points.
+    /// In points from the canvas's origin. That of a text line reaches from its ascent to its descent; that
+    /// of a path encloses its points.
     ui::Rect rect;
     ui::RGBA color;
-    /// With all that was multiplied in.
+    /// The product of all alphas at the time of drawing.
     double alpha = 1;
-    /// The part of the canvas that could be drawn on.
+    /// The clip at the time of drawing.
     ui::Rect clip;
-    /// An image's name.
+    /// The name of an image.
     std::string name;
-    /// A text line's bytes of its text, and its baseline from the canvas's top.
+    /// For a line of text: its bytes in the whole text, and its baseline in points from the canvas's top.
     std::size_t begin = 0;
     std::size_t end = 0;
     bool truncated = false;
@@ -35,7 +35,7 @@ class RecordingCanvas final : public ui::Canvas {
       : appearance_(appearance), scale_(scale), states_{{{}, {0, 0, size.width, size.height}, 1}} {}
 
   const std::vector<Drawn>& drawn() const { return drawn_; }
-  /// How many entries are of the kind.
+  /// The number of entries of the kind.
   std::size_t count(Kind kind) const;
   /// Whether every `save` has had its `restore`.
   bool isBalanced() const { return states_.size() == 1; }

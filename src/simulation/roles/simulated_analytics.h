@@ -5,7 +5,7 @@
 
 namespace linewatch::simulation {
 
-/// The record as the transcript shows it; a field that was never set is left out.
+/// The record as it stands in the transcript; fields that were never set are left out.
 Dictionary dictionaryOf(const WidgetAnalyticsRecord& record);
 
 /// Records every action as "usage".
@@ -20,6 +20,7 @@ class SimulatedUsageRecorder final : public UsageRecorder {
   SharedBackstage backstage_;
 };
 
+/// Makes events from their fields.
 class SimulatedAnalyticsEventFactory final : public AnalyticsEventFactory {
  public:
   WidgetInteractionEvent widgetInteractionEvent(std::int64_t interactionType, std::int64_t endState,

@@ -14,7 +14,7 @@ constexpr double kCodePointWidth = 8;
 
 double factorOfStep(std::int64_t step) { return std::max(0.0, 1 + (static_cast<double>(step) - 3) / 8); }
 
-// What is not UTF-8 counts by its bytes that could begin a code point.
+// In malformed UTF-8, every byte that could start a code point counts.
 double codePointsIn(const std::string& text) {
   const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
   return static_cast<double>(std::count_if(text.begin(), text.end(), isFirstByte));

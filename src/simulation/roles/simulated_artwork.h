@@ -6,8 +6,8 @@
 
 namespace linewatch::simulation {
 
-/// An artwork that is known by what it shows: a shield's text, or "icon". It is 20 points tall at size step
-/// 3; each step up or down makes it larger or smaller by an eighth of that, in both directions.
+/// An artwork with the text of its shield, or "icon", as its name. It is 20 points tall at size step 3. Each
+/// step up or down adds or removes an eighth of its width and height at step 3.
 class SimulatedArtworkImage final : public ui::Image {
  public:
   SimulatedArtworkImage(std::string name, double widthAtStep3, std::int64_t step);
@@ -20,8 +20,8 @@ class SimulatedArtworkImage final : public ui::Image {
   Size size_;
 };
 
-/// Shields as wide as described, else 10 points and 8 for each code point of the text. A purge is recorded as
-/// "cachePurged".
+/// Makes shields of the described width, else of 10 points and 8 more for each code point of the text.
+/// Records a purge as "cachePurged".
 class SimulatedShieldManager final : public ShieldManager {
  public:
   explicit SimulatedShieldManager(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -34,7 +34,7 @@ class SimulatedShieldManager final : public ShieldManager {
   SharedBackstage backstage_;
 };
 
-/// Icons as wide as described, else 20 points.
+/// Makes icons of the described width, else of 20 points.
 class SimulatedIconManager final : public IconManager {
  public:
   std::shared_ptr<const ui::Image> image(const IconDataSource& icon, std::optional<double> widthAtStep3,

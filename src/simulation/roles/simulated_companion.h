@@ -9,8 +9,8 @@
 
 namespace linewatch::simulation {
 
-/// A session that carries nothing along, so that conversions give what they are given, unless it is marked.
-/// Sharing is recorded as "shareSession".
+/// A session whose conversions return their argument unchanged, until a mark is set. Records sharing as
+/// "shareSession".
 class SimulatedUserSession final : public UserSession {
  public:
   explicit SimulatedUserSession(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -25,7 +25,8 @@ class SimulatedUserSession final : public UserSession {
   }
   UserSessionSnapshot snapshot() override { return {"simulated session"}; }
 
-  /// From now on URLs carry the mark along as their fragment and user infos under "session"; none when empty.
+  /// Conversions add the mark: as the fragment of a URL, and under "session" in a user info. An empty mark is
+  /// not added.
   void setMark(std::string mark) { mark_ = std::move(mark); }
 
  private:
@@ -33,7 +34,7 @@ class SimulatedUserSession final : public UserSession {
   std::string mark_;
 };
 
-/// Favourites are shown at "rova://favorites?type=FAVORITES_TYPE&map=MAP_TYPE".
+/// The favourites' URL is "rova://favorites?type=FAVORITES_TYPE&map=MAP_TYPE".
 class SimulatedMapURLBuilder final : public MapURLBuilder {
  public:
   URL urlForFavorites(int favoritesType, int mapType) override;
@@ -43,8 +44,8 @@ inline constexpr std::string_view kSimulatedApplication = "org.linewatch.Rova";
 inline constexpr std::string_view kSimulatedPlugin = "org.linewatch.Rova.LineWatch";
 inline constexpr std::string_view kSimulatedOpeningErrorDomain = "SystemController";
 
-/// Opens nothing, but records each opening as "openUserActivity" and reports the outcome that the world
-/// says, later than the call.
+/// Records each opening as "openUserActivity" and opens nothing. The handler gets the world's `opens` after
+/// the call has returned.
 class SimulatedSystemController final : public SystemController {
  public:
   explicit SimulatedSystemController(SharedBackstage backstage) : backstage_(std::move(backstage)) {}

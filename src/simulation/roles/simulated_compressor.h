@@ -10,10 +10,9 @@
 
 namespace linewatch::simulation {
 
-/// Compresses as the library does, or not at all when the world says so. Counts what it is asked for.
+/// Compresses with the library, or fails while the world's `compresses` is false. Counts the calls.
 ///
-/// In a simulated day lists are built hundreds of times from the same records, so what was compressed once is
-/// remembered.
+/// Remembers its results, because a simulated day builds hundreds of lists from the same records.
 class SimulatedCompressor final : public Compressor {
  public:
   explicit SimulatedCompressor(SharedBackstage backstage) : backstage_(std::move(backstage)) {}

@@ -7,7 +7,7 @@
 
 namespace linewatch::simulation {
 
-/// Reads the world's favourites as they are at the moment.
+/// Reads the current favourites of the world.
 class SimulatedFavoritesPersister final : public RemoteFavoritesPersister {
  public:
   explicit SimulatedFavoritesPersister(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -18,7 +18,8 @@ class SimulatedFavoritesPersister final : public RemoteFavoritesPersister {
   SharedBackstage backstage_;
 };
 
-/// Reads through a persister, and runs the operations, as on another thread, one after the other.
+/// Reads through a persister; without one there are no favourites. Runs the operations in order, off the
+/// simulated main thread.
 class SimulatedFavoritesContainer final : public FavoritesContainer {
  public:
   SimulatedFavoritesContainer(SharedBackstage backstage, std::shared_ptr<RemoteFavoritesPersister> persister)

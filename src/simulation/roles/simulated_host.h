@@ -9,11 +9,11 @@
 
 namespace linewatch::simulation {
 
-/// The name of a display mode in scenarios and transcripts.
+/// The display mode's name in scenarios and transcripts.
 std::string_view nameOf(WidgetDisplayMode mode);
 
-/// The host that the world describes. Records "largestAvailableDisplayMode" and "openURL"; the outcome of an
-/// opening is reported later than the call.
+/// The host that the world describes. Records "largestAvailableDisplayMode" and "openURL". The completion of
+/// an opening gets the world's `opens` after the call has returned.
 class SimulatedExtensionContext final : public ExtensionContext {
  public:
   explicit SimulatedExtensionContext(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -27,7 +27,7 @@ class SimulatedExtensionContext final : public ExtensionContext {
   SharedBackstage backstage_;
 };
 
-/// A controller with nothing but a way to the host, for what needs a controller's context alone.
+/// A controller that has an extension context and nothing else, for code that only needs the context.
 class SimulatedViewController final : public ui::ViewController {
  public:
   explicit SimulatedViewController(std::shared_ptr<ExtensionContext> context)

@@ -9,7 +9,7 @@
 
 namespace linewatch::simulation {
 
-/// What the world says of text size, direction and display.
+/// The world's text size, layout direction and display scale.
 class SimulatedInterfaceSettings final : public ui::InterfaceSettings {
  public:
   explicit SimulatedInterfaceSettings(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -22,7 +22,7 @@ class SimulatedInterfaceSettings final : public ui::InterfaceSettings {
   SharedBackstage backstage_;
 };
 
-/// A picture that is known by its name alone.
+/// A picture with a name and no contents.
 class SimulatedImage final : public ui::Image {
  public:
   explicit SimulatedImage(std::string name) : name_(std::move(name)) {}
@@ -34,7 +34,8 @@ class SimulatedImage final : public ui::Image {
   std::string name_;
 };
 
-/// Has a picture of 20 by 20 points for every name but those that the world lacks.
+/// Has a picture of 20 by 20 points for every name except the world's `missingImages`. Logs each missing name
+/// once.
 class SimulatedImageSource final : public ui::ImageSource {
  public:
   explicit SimulatedImageSource(SharedBackstage backstage) : backstage_(std::move(backstage)) {}

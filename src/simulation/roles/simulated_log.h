@@ -11,11 +11,11 @@
 
 namespace linewatch::simulation {
 
-/// The text with the addresses of objects in it, which differ from run to run, as "0x0".
+/// The text with each object's address replaced by "0x0", because addresses differ from run to run.
 std::string withoutAddresses(std::string_view text);
 
-/// Records every line with its arguments filled in, private ones too, as "log" with its level ("debug" or
-/// "error") and text. Addresses in it are left out.
+/// Records every line as "log", with its level ("debug" or "error") and its text. Private arguments are
+/// shown, addresses of objects are not.
 class SimulatedLog final : public Log {
  public:
   explicit SimulatedLog(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -28,12 +28,12 @@ class SimulatedLog final : public Log {
   }
   bool isEnabled(LogLevel level) const override { return !disabled_.contains(level); }
 
-  /// Told of every line before it is recorded, with its arguments apart.
+  /// Sets a function that gets every line, with separate arguments, before it is recorded.
   void setListener(std::function<void(const LogMessage& message)> listener) {
     listener_ = std::move(listener);
   }
 
-  /// Every level is enabled at first.
+  /// Both levels are enabled at first.
   void setEnabled(LogLevel level, bool enabled) {
     if (enabled) {
       disabled_.erase(level);

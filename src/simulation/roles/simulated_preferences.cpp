@@ -7,7 +7,7 @@ namespace linewatch::simulation {
 
 namespace {
 
-/// An object lives in the process and cannot be written; everything else can.
+/// Whether a value can be written: an object of the process cannot, anything else can.
 struct CanBeWritten {
   bool operator()(const std::shared_ptr<const Object>&) const { return false; }
   bool operator()(const Array& array) const { return std::ranges::all_of(array, *this); }

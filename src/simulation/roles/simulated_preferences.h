@@ -9,18 +9,18 @@
 
 namespace linewatch::simulation {
 
-/// What the stores of every suite hold. Outlives the process: a restarted platform is given the same one.
+/// The values of all suites. It outlives the process: a restarted platform gets the same storage.
 class PreferencesStorage {
  public:
-  /// The suite's values, which may be read and changed without a record.
+  /// The values of the suite. Reading and changing them here is not recorded.
   Dictionary& suite(std::string_view name) { return suites_[std::string(name)]; }
 
  private:
   std::map<std::string, Dictionary> suites_;
 };
 
-/// A store on one suite. Setting and removing are recorded as "preferencesSet" and "preferencesRemoved" with
-/// their key; removing an absent key is, too.
+/// A store of one suite. Records "preferencesSet" and "preferencesRemoved" with the key, the latter even when
+/// the key has no value.
 class SimulatedPreferencesStore final : public PreferencesStore {
  public:
   SimulatedPreferencesStore(SharedBackstage backstage, std::shared_ptr<PreferencesStorage> storage,

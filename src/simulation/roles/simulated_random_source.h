@@ -9,9 +9,9 @@
 
 namespace linewatch::simulation {
 
-/// Gives the numbers of the world's list in order, then those of a 32-bit Mersenne Twister (`std::mt19937`,
-/// whose numbers the C++ standard fixes) started with the world's seed. A list or seed that the world is
-/// given while it runs is started from its beginning, also when it is the same as before.
+/// Gives the numbers of the world's list in order, then those of a `std::mt19937` that starts with the
+/// world's seed; the C++ standard fixes its numbers. A list or seed that is assigned while the world runs
+/// starts from its beginning, even when it is the same as before.
 class SimulatedRandomSource final : public RandomSource {
  public:
   explicit SimulatedRandomSource(SharedBackstage backstage)

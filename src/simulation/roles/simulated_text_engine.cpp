@@ -15,7 +15,7 @@ constexpr double kAdvance = 0.5;
 constexpr double kAscent = 0.8;
 constexpr double kDescent = 0.2;
 constexpr double kCapHeight = 0.7;
-// Sums of advances that fill a width exactly may miss it by rounding.
+// The sum of the advances of an exactly full line may exceed the width by a rounding error.
 constexpr double kTolerance = 1e-6;
 
 struct Glyph {
@@ -27,7 +27,7 @@ struct Glyph {
   double x = 0;
 };
 
-// The code point at `at`, which moves on behind it; a byte that begins none stands for itself.
+// Reads the code point at `at` and moves `at` behind it. A byte that cannot start one counts as a code point.
 char32_t nextCodePoint(const std::string& text, std::size_t& at) {
   const auto first = static_cast<unsigned char>(text[at++]);
   const std::size_t length = first < 0xC2 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 1;
@@ -78,7 +78,7 @@ class SimulatedShapedText final : public ui::ShapedText {
   ui::TextLine lineOf(const Range& range) const;
   ui::TextLine truncatedLine(const Range& range, const ui::TextLayoutRequest& request) const;
 
-  /// One more than there are, at the text's end.
+  /// The last one is not a glyph but marks the end of the text.
   std::vector<Glyph> glyphs_;
   double naturalWidth_ = 0;
   double lineSpacing_ = 0;
@@ -107,7 +107,7 @@ std::size_t SimulatedShapedText::paragraphEnd(std::size_t begin) const {
   return begin;
 }
 
-// How far the glyphs from `begin` go within the limit.
+// The end of the glyphs from `begin` that fit into the limit.
 std::size_t SimulatedShapedText::fitting(std::size_t begin, std::size_t end, double limit) const {
   const double last = glyphs_[begin].x + limit + kTolerance;
   const auto past = std::upper_bound(glyphs_.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -116,9 +116,10 @@ std::size_t SimulatedShapedText::fitting(std::size_t begin, std::size_t end, dou
   return static_cast<std::size_t>(past - glyphs_.begin()) - 1;
 }
 
-// Up to the last space that lets the rest fit, else as many characters as fit, but one at least.
+// Breaks at the last space that fits; without one, after the last character that fits, but after one at
+// least.
 Range SimulatedShapedText::lineFrom(std::size_t begin, double limit) const {
-  // Bounded by what fits, so that a long paragraph is not read again for each of its lines.
+  // Searches only the glyphs that fit, so that a long paragraph is not searched again for each of its lines.
   const std::size_t reach = fitting(begin, glyphCount(), limit);
   const std::size_t hardEnd =
       static_cast<std::size_t>(std::find_if(glyphs_.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -159,7 +160,7 @@ ui::TextLine SimulatedShapedText::lineOf(const Range& range) const {
   return line;
 }
 
-// As much of the paragraph as leaves room for an ellipsis.
+// Keeps as much of the paragraph as fits beside an ellipsis.
 ui::TextLine SimulatedShapedText::truncatedLine(const Range& range,
                                                 const ui::TextLayoutRequest& request) const {
   const std::size_t end = paragraphEnd(range.begin);

@@ -6,9 +6,9 @@
 
 namespace linewatch::simulation {
 
-/// Text with metrics that everyone can work out by hand: every code point is half the font's point size wide,
-/// a line reaches 0.8 of it above the baseline and 0.2 below, capitals are 0.7 of it tall, and words wrap
-/// greedily. A combining mark is as wide as any code point, but no line begins with one.
+/// Text whose metrics can be calculated by hand, in parts of the font's point size: a code point is 0.5 wide,
+/// the ascent is 0.8, the descent 0.2 and the cap height 0.7. Words wrap greedily. A combining mark is as
+/// wide as any other code point, but no line starts with one.
 class SimulatedTextEngine final : public ui::TextEngine {
  public:
   ui::FontMetrics metrics(const ui::Font& font) override;

@@ -1,6 +1,9 @@
 #include "simulation/roles/simulated_texts.h"
 
+#include <algorithm>
 #include <functional>
+
+#include "simulation/roles/string_keys.h"
 
 namespace linewatch::simulation {
 
@@ -26,8 +29,10 @@ std::string argumentText(const FormatArgument& argument) {
 }  // namespace
 
 std::string SimulatedLocalization::localizedString(std::string_view key, std::string_view fallback,
-                                                   StringTable) {
-  return std::string(backstage_->world.missingTexts.contains(key) ? fallback : key);
+                                                   StringTable table) {
+  const bool isFound = std::ranges::count(stringKeys(), StringKey{table, key}) > 0 &&
+                       !backstage_->world.missingTexts.contains(key);
+  return std::string(isFound ? key : fallback);
 }
 
 std::string SimulatedLocalization::format(const std::string& formatText,

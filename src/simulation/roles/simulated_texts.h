@@ -6,11 +6,12 @@
 
 namespace linewatch::simulation {
 
-/// Localisation whose texts show what was asked for: a text is its key, formatting it with arguments gives
-/// `key(argument|argument)`, a list joins as `A, B`, and a count is plain digits.
+/// Texts that show what was looked up: a text is its key, a formatted text is `key(argument|argument)`, a
+/// list is joined as `A, B`, and a count is written in plain digits.
 ///
-/// A key of the world's `missingTexts` is in no table. The fallback of the system's own texts has no
-/// placeholders, so that formatting gives it unchanged.
+/// A key is only found in the table that holds it in resources/strings, and not at all when it is one of the
+/// world's `missingTexts`. `kLocalizedStringNotFound` is not a format, so that formatting leaves it
+/// unchanged.
 class SimulatedLocalization final : public Localization {
  public:
   explicit SimulatedLocalization(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -23,7 +24,7 @@ class SimulatedLocalization final : public Localization {
   SharedBackstage backstage_;
 };
 
-/// Words an incident with its own title and summary.
+/// The texts of an incident's row are its own title and summary.
 class SimulatedIncidentStringProvider final : public IncidentStringProvider {
  public:
   SharedText cellTitleForIncident(const SharedIncident& incident) override {

@@ -5,7 +5,8 @@
 
 namespace linewatch::simulation {
 
-/// Answers look-ups from the world, as the world's service says. A submission is recorded as "lookup".
+/// Answers look-ups from the world, after the delay and in the way that the world's `service` states. Records
+/// a submission as "lookup".
 class SimulatedTransitService final : public TransitService {
  public:
   explicit SimulatedTransitService(SharedBackstage backstage) : backstage_(std::move(backstage)) {}

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view kKindKey = "do";
 constexpr std::string_view kStepsKey = "steps";
-/// A timer that repeats fires so often in a longer time that nobody would wait for it.
+/// In a longer time a repeating timer fires so often that the run takes too long.
 constexpr Seconds kLongestAdvance{366 * 86400.0};
 
 const char* canBeAdvanced(const Seconds& seconds) {
@@ -24,7 +24,7 @@ const char* canBeAdvanced(const Seconds& seconds) {
   return seconds > kLongestAdvance ? "must be at most 31622400, a year" : nullptr;
 }
 
-/// Reads the steps one after the other, with what is known of the simulation at that point.
+/// Reads the steps in order. Knows at each step what the world is then and whether a widget is loaded.
 class StepReader {
  public:
   StepReader(Faults& faults, const World& world) : faults_(faults), world_(world) {}
@@ -54,7 +54,7 @@ class StepReader {
   void checkController(const Place& place, Controller controller);
 
   Faults& faults_;
-  /// As it will be when the step's turn comes.
+  /// The world as the steps read so far have changed it.
   World world_;
   bool hasController_ = false;
   std::size_t updateCount_ = 0;
@@ -137,25 +137,25 @@ Step StepReader::read(const Place& place, const JsonObject& object) {
 
 const StepReader::Kind* StepReader::kindOf(const Place& place, const JsonObject& object) {
   const Place kindPlace(place, kKindKey);
-  const auto entry = std::ranges::find(object, kKindKey, &JsonEntry::key);
+  const auto entry = std::ranges::find(object, kKindKey, &JsonObject::value_type::first);
   if (entry == object.end()) {
     faults_.add(kindPlace, "is missing");
     return nullptr;
   }
-  const auto* name = entry->value.get<std::string>();
+  const auto* name = entry->second.get_ptr<const std::string*>();
   const auto kind =
       std::ranges::find_if(kKinds, [&](const Kind& known) { return name && known.name == *name; });
   if (kind != kKinds.end()) return &*kind;
   std::vector<std::string_view> names;
   names.reserve(std::size(kKinds));
   for (const Kind& known : kKinds) names.push_back(known.name);
-  noteUnknownName(faults_, kindPlace, std::move(names));
+  addUnknownNameFault(faults_, kindPlace, std::move(names));
   return nullptr;
 }
 
 void StepReader::checkController(const Place& place, Controller controller) {
   if (controller == Controller::needed && !hasController_) {
-    faults_.add(place, "there is no widget at this point: it takes a \"load\" before");
+    faults_.add(place, "there is no widget at this point: a \"load\" must come before");
   } else if (controller == Controller::none && hasController_) {
     faults_.add(place, "the widget is loaded already");
   }
@@ -192,7 +192,7 @@ Step StepReader::readUpdate(const Place& place, const JsonObject& object) {
   return step;
 }
 
-/// The change is tried on the world here, where it can be complained about, and made when its turn comes.
+/// Tries the change on the world now, so that its faults are found, and makes it when the step is performed.
 Step StepReader::readSet(const Place& place, const JsonObject& object) {
   readWorld(faults_, place, object, kKindKey, world_);
   return step::Set{[object](World& world) {
@@ -218,16 +218,16 @@ std::vector<Step> readSteps(Faults& faults, const Place& place, const Json& json
 }  // namespace
 
 Outcome<Scenario> readScenario(std::string_view text) {
-  const auto document = parsedJSON(text);
+  const auto document = parseJson(text);
   if (!document) return document.error();
   Faults faults;
   const Place root;
   Scenario scenario;
   if (const JsonObject* object = objectIn(faults, root, *document)) {
     readWorld(faults, root, *object, kStepsKey, scenario.world);
-    const auto steps = std::ranges::find(*object, kStepsKey, &JsonEntry::key);
+    const auto steps = std::ranges::find(*object, kStepsKey, &JsonObject::value_type::first);
     if (steps != object->end()) {
-      scenario.steps = readSteps(faults, Place(root, kStepsKey), steps->value, scenario.world);
+      scenario.steps = readSteps(faults, Place(root, kStepsKey), steps->second, scenario.world);
     }
   }
   if (!faults.isEmpty()) return faults.error();

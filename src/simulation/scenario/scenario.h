@@ -15,7 +15,7 @@
 
 namespace linewatch::simulation {
 
-/// What a host, its user and the world can do, one after the other.
+/// The steps of a scenario.
 namespace step {
 
 /// The process entry makes the controller, and its view loads.
@@ -26,7 +26,7 @@ struct Appear {
 struct Disappear {
   bool will = true, did = true;
 };
-/// The host asks for an update; what comes of it is recorded under the id.
+/// The host asks for an update. Its result is recorded under the id.
 struct Update {
   std::string id;
 };
@@ -53,11 +53,11 @@ struct MemoryWarning {};
 struct Set {
   std::function<void(World&)> change;
 };
-/// What is shown is recorded.
+/// A snapshot of the widget is recorded.
 struct Snapshot {};
 /// The host drops the controller.
 struct Release {};
-/// The process ends without a word and a new one starts.
+/// The process is killed and a new one starts.
 struct Restart {};
 
 }  // namespace step
@@ -66,13 +66,14 @@ using Step = std::variant<step::Load, step::Appear, step::Disappear, step::Updat
                           step::DisplayMode, step::Tap, step::Resize, step::TextSize, step::MemoryWarning,
                           step::Set, step::Snapshot, step::Release, step::Restart>;
 
-/// A world and what happens in it. A controller is there whenever a step needs one.
+/// A world and the steps performed in it. The steps are in a possible order: a step that needs a widget comes
+/// after a `Load`.
 struct Scenario {
   World world;
   std::vector<Step> steps;
 };
 
-/// Reads a scenario from its JSON text. The first fault is an error whose sentence starts with the path to
+/// Reads a scenario from its JSON text. The error is the first fault, a sentence that starts with the path to
 /// it: "steps[3].seconds: must not be negative".
 Outcome<Scenario> readScenario(std::string_view text);
 

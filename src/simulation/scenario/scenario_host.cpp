@@ -8,7 +8,7 @@
 
 namespace linewatch::simulation {
 
-/// Does one step; gives why it cannot be done, if so.
+/// Performs one step. Returns why the step cannot be performed; absent when it was.
 struct ScenarioHost::Performer {
   using Fault = std::optional<std::string>;
   ScenarioHost& host;

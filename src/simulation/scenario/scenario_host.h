@@ -13,11 +13,11 @@ class RVTransitIncidentsViewController;
 
 namespace linewatch::simulation {
 
-/// Hosts the widget in a scenario's world and does what its steps say. While it lives, its platform is the
-/// installed one.
+/// Hosts the widget in a scenario's world and performs the scenario's steps. Its platform is installed while
+/// it exists.
 ///
-/// A step is a call of the host or the user in the present turn of the main loop. What the widget puts off
-/// until a later turn waits for an `advance`, be it of no time at all.
+/// A step is a call in the current turn of the main loop. Actions that the widget dispatches wait for the
+/// next `advance`, which may be by 0 seconds.
 class ScenarioHost {
  public:
   explicit ScenarioHost(World world);
@@ -25,12 +25,12 @@ class ScenarioHost {
   ScenarioHost(const ScenarioHost&) = delete;
   ScenarioHost& operator=(const ScenarioHost&) = delete;
 
-  /// None when the step is done, otherwise why it cannot be.
+  /// Performs the step. Returns why the step cannot be performed; absent when it was.
   std::optional<std::string> perform(const Step& step);
 
   const Transcript& transcript() const { return platform_->transcript(); }
   SimulatedPlatform& platform() { return *platform_; }
-  /// Null when no widget is loaded.
+  /// Null while no widget is loaded.
   const std::shared_ptr<RVTransitIncidentsViewController>& controller() const { return controller_; }
 
  private:

@@ -7,13 +7,12 @@
 
 namespace linewatch::simulation {
 
-/// Appends a key or an index to a path such as `lines.A.incidents[2]`. A key that could be misread in one is
-/// put in brackets and quotes.
+/// Appends a key or an index to a path such as `lines.A.incidents[2]`. A key with other characters than
+/// letters, digits, _ and - is quoted: `lines["A 1"]`.
 void appendKey(std::string& path, std::string_view key);
 void appendIndex(std::string& path, std::size_t index);
 
-/// Where in a scenario a value stands. Refers to the place it is within, which must outlive it, and to its
-/// key.
+/// The place of a value in a scenario. It refers to the place around it and to its key; both must outlive it.
 class Place {
  public:
   /// The whole scenario.

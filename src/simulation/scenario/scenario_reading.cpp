@@ -8,29 +8,26 @@ namespace linewatch::simulation {
 
 namespace {
 
-/// The contents when they are of type T; null, and noted, otherwise.
+/// The contents when they are of type T; null, with the fault `otherwise`, when they are not.
 template <class T>
 const T* contentsOf(Faults& faults, const Place& place, const Json& json, std::string_view otherwise) {
-  const T* contents = json.get<T>();
+  const auto* contents = json.get_ptr<const T*>();
   if (contents == nullptr) faults.add(place, otherwise);
   return contents;
 }
 
 std::optional<double> numberIn(const Json& json) {
-  if (const auto* number = json.get<double>()) return *number;
-  if (const auto* number = json.get<std::int64_t>()) return static_cast<double>(*number);
-  if (const auto* number = json.get<std::uint64_t>()) return static_cast<double>(*number);
-  return std::nullopt;
+  return json.is_number() ? std::optional(json.get<double>()) : std::nullopt;
 }
 
 std::optional<std::int64_t> signedNumberIn(const Json& json) {
-  if (const auto* number = json.get<std::int64_t>()) return *number;
-  const auto* number = json.get<std::uint64_t>();
-  if (number == nullptr || *number > std::numeric_limits<std::int64_t>::max()) return std::nullopt;
-  return static_cast<std::int64_t>(*number);
+  constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if (!json.is_number_integer()) return std::nullopt;
+  if (json.is_number_unsigned() && json.get<std::uint64_t>() > kLargest) return std::nullopt;
+  return json.get<std::int64_t>();
 }
 
-/// A dictionary that is there already is merged with.
+/// Merges the object into the value when that is a dictionary already.
 void readDictionary(Faults& faults, const Place& place, const JsonObject& object, Value& value) {
   const Dictionary* before = value.get<Dictionary>();
   Dictionary merged = before ? *before : Dictionary();
@@ -79,7 +76,7 @@ void read(Faults& faults, const Place& place, const Json& json, std::string& val
 }
 
 void read(Faults& faults, const Place& place, const Json& json, Size& value) {
-  const auto* array = json.get<JsonArray>();
+  const auto* array = json.get_ptr<const JsonArray*>();
   const auto width = array && array->size() == 2 ? numberIn(array->front()) : std::nullopt;
   const auto height = width ? numberIn(array->back()) : std::nullopt;
   if (!height) return faults.add(place, "must be two numbers, a width and a height");
@@ -87,18 +84,20 @@ void read(Faults& faults, const Place& place, const Json& json, Size& value) {
 }
 
 void read(Faults& faults, const Place& place, const Json& json, Value& value) {
-  if (const auto* object = json.get<JsonObject>()) return readDictionary(faults, place, *object, value);
-  if (const auto* array = json.get<JsonArray>()) return readArray(faults, place, *array, value);
-  if (const auto* text = json.get<std::string>()) {
+  if (const auto* object = json.get_ptr<const JsonObject*>()) {
+    return readDictionary(faults, place, *object, value);
+  }
+  if (const auto* array = json.get_ptr<const JsonArray*>()) return readArray(faults, place, *array, value);
+  if (const auto* text = json.get_ptr<const std::string*>()) {
     value = *text;
-  } else if (const auto* truth = json.get<bool>()) {
-    value = *truth;
+  } else if (json.is_boolean()) {
+    value = json.get<bool>();
   } else if (const auto number = signedNumberIn(json)) {
     value = *number;
-  } else if (const auto* large = json.get<std::uint64_t>()) {
-    value = *large;
-  } else if (const auto* fraction = json.get<double>()) {
-    value = *fraction;
+  } else if (json.is_number_unsigned()) {
+    value = json.get<std::uint64_t>();
+  } else if (json.is_number()) {
+    value = json.get<double>();
   } else {
     faults.add(place, "must not be null");
   }
@@ -122,12 +121,14 @@ std::optional<std::int64_t> wholeNumber(Faults& faults, const Place& place, cons
 }
 
 void read(Faults& faults, const Place& place, const Json& json, std::uint64_t& value) {
-  const auto* number =
-      contentsOf<std::uint64_t>(faults, place, json, "must be a whole number from 0 to 18446744073709551615");
-  if (number) value = *number;
+  if (json.is_number_unsigned()) {
+    value = json.get<std::uint64_t>();
+  } else {
+    faults.add(place, "must be a whole number from 0 to 18446744073709551615");
+  }
 }
 
-void noteUnknownName(Faults& faults, const Place& place, std::vector<std::string_view> names) {
+void addUnknownNameFault(Faults& faults, const Place& place, std::vector<std::string_view> names) {
   std::string why = "must be one of";
   for (std::size_t i = 0; i < names.size(); ++i) why += (i == 0 ? " " : ", ") + jsonQuoted(names[i]);
   faults.add(place, why);
@@ -142,7 +143,7 @@ const JsonObject* objectIn(Faults& faults, const Place& place, const Json& json)
 }
 
 bool hasKey(const JsonObject& object, std::string_view name) {
-  return std::ranges::any_of(object, [&](const auto& entry) { return entry.key == name; });
+  return std::ranges::any_of(object, [&](const auto& entry) { return entry.first == name; });
 }
 
 }  // namespace linewatch::simulation

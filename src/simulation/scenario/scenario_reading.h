@@ -18,44 +18,45 @@
 #include "platform/extension_context.h"
 #include "shared/date.h"
 #include "shared/value.h"
-#include "simulation/scenario/json_document.h"
+#include "simulation/scenario/scenario_json.h"
 #include "simulation/scenario/scenario_place.h"
 #include "simulation/world/keyed_table.h"
 
-/// How the parts of a scenario are read: one overload of `read` a type, and for a record its table of keys.
+/// Reads the parts of a scenario: one overload of `read` for each type; a record has a table of its keys.
 ///
-/// Reading changes what is there: objects are merged into it, everything else is replaced. What cannot be
-/// read is left as it was and noted.
+/// `read` changes the value it is given: an object is merged into it, everything else replaces it. A part
+/// that cannot be read leaves the value as it was and adds a fault.
 namespace linewatch::simulation {
 
-/// Keeps the first fault that is found in a scenario.
+/// Keeps the first fault found in a scenario.
 class Faults {
  public:
+  /// `why` completes a sentence that starts with the path: "must be a number".
   void add(const Place& place, std::string_view why);
 
   bool isEmpty() const { return !first_; }
+  /// The first fault; there must be one.
   Error error() const { return scenarioError(*first_); }
 
  private:
   std::optional<std::string> first_;
 };
 
-/// Says why a value will not do; null when it does.
+/// Why the value is not acceptable ("must be more than 0"); null when it is.
 template <class T>
 using Check = const char* (*)(const T& value);
 
-/// A key of a record: how to reach what it stands for, and what that must be like.
+/// A key of a record: its name in JSON, the member it stands for, and the member's check.
 template <class Record, class Access>
 struct Key {
   using Value = std::remove_cvref_t<std::invoke_result_t<const Access&, Record&>>;
 
   std::string_view name;
-  /// A pointer to a member, or a function from the record to what is in it.
+  /// A pointer to the member, or a function that returns a reference to it.
   Access access;
   bool isRequired = false;
   Check<Value> check = nullptr;
 
-  /// The record cannot do without the key.
   constexpr Key required() const { return {name, access, true, check}; }
   constexpr Key checked(Check<Value> check_) const { return {name, access, isRequired, check_}; }
 };
@@ -93,11 +94,11 @@ void read(Faults& faults, const Place& place, const Json& json, Seconds& value);
 void read(Faults& faults, const Place& place, const Json& json, std::string& value);
 /// Two numbers: the width and the height.
 void read(Faults& faults, const Place& place, const Json& json, Size& value);
-/// Anything but null; whole numbers are signed where they can be.
+/// Anything but null. A whole number becomes a signed integer when it fits, else an unsigned one.
 void read(Faults& faults, const Place& place, const Json& json, Value& value);
 void read(Faults& faults, const Place& place, const Json& json, Dictionary& values);
 
-/// A whole number from `lowest` to `highest`, or none.
+/// A whole number from `lowest` to `highest`; absent, with a fault, when the JSON value is something else.
 std::optional<std::int64_t> wholeNumber(Faults& faults, const Place& place, const Json& json,
                                         std::int64_t lowest, std::int64_t highest);
 void read(Faults& faults, const Place& place, const Json& json, std::uint64_t& value);
@@ -117,11 +118,12 @@ requires(sizeof(T) < sizeof(std::uint64_t)) void read(Faults& faults, const Plac
   }
 }
 
-void noteUnknownName(Faults& faults, const Place& place, std::vector<std::string_view> names);
+/// Adds the fault that the text is none of the names.
+void addUnknownNameFault(Faults& faults, const Place& place, std::vector<std::string_view> names);
 
 template <Named T>
 void read(Faults& faults, const Place& place, const Json& json, T& value) {
-  const auto* name = json.get<std::string>();
+  const auto* name = json.get_ptr<const std::string*>();
   std::vector<std::string_view> known;
   for (const auto& [knownName, meant] : Names<T>::table) {
     if (name && *name == knownName) {
@@ -130,22 +132,22 @@ void read(Faults& faults, const Place& place, const Json& json, T& value) {
     }
     known.push_back(knownName);
   }
-  noteUnknownName(faults, place, std::move(known));
+  addUnknownNameFault(faults, place, std::move(known));
 }
 
-// What holds others.
+// Containers.
 
-/// The array or object in `json`; null, and noted, when it is something else.
+/// The array or object in `json`; null, with a fault, when the JSON value is something else.
 const JsonArray* arrayIn(Faults& faults, const Place& place, const Json& json);
 const JsonObject* objectIn(Faults& faults, const Place& place, const Json& json);
 
 template <Keyed Record>
 void read(Faults& faults, const Place& place, const Json& json, Record& record);
 
-/// Null stands for none.
+/// A JSON null makes the value absent.
 template <class T>
 void read(Faults& faults, const Place& place, const Json& json, std::optional<T>& value) {
-  if (json.get<std::nullptr_t>()) {
+  if (json.is_null()) {
     value = std::nullopt;
   } else {
     read(faults, place, json, value ? *value : value.emplace());
@@ -178,8 +180,7 @@ void read(Faults& faults, const Place& place, const Json& json, std::map<std::st
   for (const auto& [name, element] : *object) read(faults, Place(place, name), element, values[name]);
 }
 
-/// Entries of a table that have not been there start as `startEntry(entry, key, count)` makes them; `count`
-/// includes them.
+/// A new entry starts as `startEntry(entry, key, count)` makes it; `count` is the number of entries with it.
 template <class T>
 void read(Faults& faults, const Place& place, const Json& json, KeyedTable<T>& table) {
   const JsonObject* object = objectIn(faults, place, json);
@@ -207,7 +208,7 @@ bool readIfNamed(Faults& faults, const Place& place, const std::string& name, co
 
 bool hasKey(const JsonObject& object, std::string_view name);
 
-/// Reads the object's entries into the record, but for the one of the key `except`.
+/// Reads the object's entries into the record, except the entry with the key `except`.
 template <Keyed Record>
 void readEntries(Faults& faults, const Place& place, const JsonObject& object, Record& record,
                  std::string_view except = {}) {

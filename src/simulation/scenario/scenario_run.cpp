@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "simulation/scenario/json_document.h"
 #include "simulation/scenario/scenario.h"
 #include "simulation/scenario/scenario_host.h"
+#include "simulation/scenario/scenario_json.h"
 #include "simulation/scenario/transcript_lines.h"
 
 namespace linewatch::simulation {

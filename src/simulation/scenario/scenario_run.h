@@ -8,8 +8,8 @@
 
 namespace linewatch::simulation {
 
-/// Runs a scenario from its JSON text: the lines of its transcript, or what is wrong with it. Installs a
-/// platform of its own while it runs, and none is installed afterwards.
+/// Runs a scenario from its JSON text. Returns the lines of its transcript, or the first fault in it. While
+/// it runs, the scenario's platform is installed; afterwards no platform is.
 Outcome<std::vector<std::string>> runScenario(std::string_view text);
 
 }  // namespace linewatch::simulation

@@ -12,7 +12,7 @@ namespace linewatch::simulation {
 
 namespace {
 
-/// Makes a table high enough to have all its rows in sight, for as long as it lives.
+/// Makes a table tall enough to show all its rows, and restores its frame at the end of the scope.
 class Unrolled {
  public:
   explicit Unrolled(ui::TableView& table, double height) : table_(table), frame_(table.frame()) {
@@ -55,7 +55,7 @@ Dictionary rowForm(ui::TableView& table, RVTransitIncidentDataSource& dataSource
 
 Array rowForms(ui::TableView& table, RVTransitIncidentDataSource& dataSource) {
   const std::size_t rows = table.numberOfRowsInSection(0);
-  // Rows may be taller than they were handed down to be, but never as tall as this.
+  // A row may be taller than the row height, but never by 1000 points.
   const Unrolled unrolled(table, (dataSource.rowHeight() + 1000) * static_cast<double>(rows));
   Array forms;
   for (std::size_t row = 0; row < rows; ++row) forms.emplace_back(rowForm(table, dataSource, row));

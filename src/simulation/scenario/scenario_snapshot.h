@@ -8,19 +8,20 @@ class RVTransitIncidentsViewController;
 
 namespace linewatch::simulation {
 
-/// What the controller shows: its list, and every row as it is laid out, those out of sight too.
+/// The list of the controller, and every row as it is laid out, including rows that are scrolled out of
+/// sight.
 ///
 ///     visible, expanded
 ///     rowHeight, artworkColumnWidth     points
-///     maxNumberOfRows                   none for no limit
-///     list                              the list's form, or none
+///     maxNumberOfRows                   absent without a limit
+///     list                              the dictionary form of the list, or absent
 ///     rows                              [ROW…]
 ///     ROW     cell                      "item", "summary" or "plain"
 ///             separator, highlights
-///             item                      its form
+///             item                      the dictionary form of the row's item
 ///             views                     {NAME: [x, y, width, height]…}, points from the row's top left
 ///
-/// The view of the controller is loaded. It looks afterwards as it did before.
+/// Loads the controller's view. The view is unchanged afterwards.
 Dictionary snapshotOf(RVTransitIncidentsViewController& controller);
 
 }  // namespace linewatch::simulation

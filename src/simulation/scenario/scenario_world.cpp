@@ -14,7 +14,7 @@
 
 namespace linewatch::simulation {
 
-// What a new entry of a table is before it is read.
+// The defaults of a new entry of a table.
 
 static void startEntry(WorldSystem& system, const std::string& key, std::size_t count) {
   system.muid = count;
@@ -36,7 +36,7 @@ const char* notNegative(const Seconds& seconds) {
 
 const char* positive(const double& number) { return number > 0 ? nullptr : "must be more than 0"; }
 
-/// Something that an incident affects.
+/// An entity that an incident affects.
 struct ScriptedEntity final : TransitIncidentEntity {
   std::uint64_t muid() const override { return muid_; }
   bool hasNextStopIDs() const override { return nextStopIDs_.has_value(); }
@@ -46,8 +46,8 @@ struct ScriptedEntity final : TransitIncidentEntity {
   std::optional<std::vector<std::uint64_t>> nextStopIDs_;
 };
 
-// Keys of an artwork. Those of its shield and its icon stand beside its own, and make the part when it is not
-// there yet.
+// Keys of an artwork. The keys of its shield and icon stand beside its own in the JSON object; each adds the
+// shield or icon when the artwork has none yet.
 
 using Artwork = TransitArtworkDataSource;
 
@@ -221,7 +221,7 @@ static void read(Faults& faults, const Place& place, const Json& json, Restartin
   restarting = std::move(given);
 }
 
-/// The number of a diagnosis.
+/// A diagnosis is written as its number.
 static void read(Faults& faults, const Place& place, const Json& json, ConnectionFailureDiagnosis& value) {
   constexpr auto kLast = static_cast<std::int64_t>(ConnectionFailureDiagnosis::unknown);
   if (const auto number = wholeNumber(faults, place, json, 0, kLast)) {
@@ -238,7 +238,7 @@ static void read(Faults& faults, const Place& place, const Json& json,
 
 namespace {
 
-/// That what the world's parts name by key is there.
+/// Checks that the keys of lines, systems and incidents that the world refers to exist.
 class References {
  public:
   References(Faults& faults, const Place& root, const World& world)

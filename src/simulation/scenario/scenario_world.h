@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/extension_context.h"
-#include "simulation/scenario/json_document.h"
+#include "simulation/scenario/scenario_json.h"
 #include "simulation/scenario/scenario_reading.h"
 #include "simulation/world/world.h"
 #include "ui/text_style.h"
@@ -30,12 +30,12 @@ struct Names<ui::TextSizeCategory> {
   }();
 };
 
-/// Changes the world by the entries of `object`, but for the one of the key `except`. Times are seconds from
-/// the start; every key may be left out.
+/// Changes the world by the entries of `object`, except the entry with the key `except`. Times are seconds
+/// from the start; every key may be left out.
 ///
-/// A new line or system is named by its key, and a new line, system or incident without a `muid` gets its
-/// place in its table, counted from 1. A favourite, a line's system or a line's incident that the world does
-/// not hold is a fault.
+/// The name of a new line or system is its key, and the `muid` of a new line, system or incident is its place
+/// in its table, counted from 1, unless the object has others. A key of a line, system or incident that is
+/// not in the world is a fault.
 void readWorld(Faults& faults, const Place& place, const JsonObject& object, std::string_view except,
                World& world);
 

@@ -9,8 +9,8 @@
 
 namespace linewatch::simulation {
 
-/// What the roles of one simulated platform share. The roles hold it, so that what the widget keeps of them
-/// (tickets, stores, containers) works as long as it is kept.
+/// The state that the roles of one simulated platform share. Each role owns a share of it, so that tickets,
+/// stores and containers work as long as the widget keeps them.
 struct Backstage {
   Backstage(World scripted, Seconds elapsed, std::shared_ptr<Transcript> record)
       : world(std::move(scripted)),
@@ -18,7 +18,7 @@ struct Backstage {
         mainLoop(world.start, elapsed, transcript) {}
 
   World world;
-  /// Made from the world when they are first needed, and made anew after the world has changed.
+  /// The records of the world; made when first needed, and again after a change of the world.
   std::shared_ptr<const WorldRecords> records() {
     if (!records_) records_ = std::make_shared<const WorldRecords>(world);
     return records_;

@@ -8,7 +8,7 @@
 
 namespace linewatch::simulation {
 
-/// Values by key, kept in the order in which the keys were first given.
+/// Values by key, in the order in which the keys were added.
 template <class T>
 class KeyedTable {
  public:
@@ -19,13 +19,13 @@ class KeyedTable {
     for (const Entry& entry : entries) (*this)[entry.first] = entry.second;
   }
 
-  /// The key's value; a new key gets a default one at the end.
+  /// The value of the key. A new key is added at the end with a default value.
   T& operator[](const std::string& key) {
     const auto [place, isNew] = places_.try_emplace(key, entries_.size());
     if (isNew) entries_.emplace_back(key, T{});
     return entries_[place->second].second;
   }
-  /// The key's value, or null.
+  /// The value of the key; null when there is none.
   const T* find(const std::string& key) const {
     const auto place = places_.find(key);
     return place == places_.end() ? nullptr : &entries_[place->second].second;

@@ -15,7 +15,7 @@ constexpr Seconds kShortestRepeat{1e-4};
 
 Nanoseconds wholeNanoseconds(Seconds seconds) {
   const double count = std::round(seconds.count() * 1e9);
-  // The double nearest to the largest count is already beyond it.
+  // The largest count is not a double: the nearest double is above it.
   if (!(count < 9.2e18)) return Nanoseconds::max();
   return Nanoseconds(static_cast<std::int64_t>(std::max(count, 0.0)));
 }
@@ -56,10 +56,11 @@ class VirtualTimer final : public Timer {
 
   const Turn& turn() const { return turn_; }
   bool isRecorded() const { return recorder_ != nullptr; }
-  /// From now on the timer is one of the widget's, whose tolerance and firings are recorded.
+  /// Marks the timer as one of the widget's, whose firings are recorded. The recorder gets the tolerance when
+  /// it is set.
   void setRecorder(std::function<void(Seconds)> recorder) { recorder_ = std::move(recorder); }
 
-  /// Takes the next firing: the action to run, after which a repeating timer is due again.
+  /// Counts a firing and returns the action to run. A repeating timer then has its next due time.
   std::shared_ptr<const std::function<void()>> takeFiring() {
     if (!repeats_) return std::exchange(action_, nullptr);
     setDue(++firing_);
@@ -95,13 +96,13 @@ void VirtualMainLoop::dispatchAsync(std::function<void()> action) { dispatch({tr
 void VirtualMainLoop::runElsewhere(std::function<void()> action) { dispatch({false, std::move(action)}); }
 
 void VirtualMainLoop::dispatch(Dispatched dispatched) {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   dispatched_.push_back(std::move(dispatched));
 }
 
-/// None when nothing is left.
+/// Absent when nothing is left.
 std::optional<VirtualMainLoop::Dispatched> VirtualMainLoop::takeDispatched() {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   if (dispatched_.empty()) return std::nullopt;
   std::optional<Dispatched> next(std::move(dispatched_.front()));
   dispatched_.pop_front();
@@ -171,7 +172,7 @@ void VirtualMainLoop::moveTo(Nanoseconds time) {
 }
 
 void VirtualMainLoop::discardAll() {
-  // What is dropped may, as it goes, invalidate timers or dispatch more.
+  // A dropped action may, when it is destroyed, invalidate timers or dispatch more actions.
   while (takeDispatched() || !timers_->empty()) {
     const auto timers = std::exchange(*timers_, {});
     for (const auto& [turn, timer] : timers) timer->invalidate();

@@ -7,56 +7,56 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <utility>
 
 #include "platform/main_loop.h"
+#include "shared/mutex.h"
 #include "simulation/world/transcript.h"
 
 namespace linewatch::simulation {
 
-/// The main loop and the clock in virtual time: time stands still until it is advanced, and then passes at
-/// once. Everything runs on the thread that made the loop, in an order that depends on nothing but the calls
-/// made. Another real thread may dispatch to it and read the clock.
+/// A main loop and clock in virtual time: the clock stands still until `advance`, which takes no real time.
+/// All actions run on the thread that made the loop, in an order that depends on the calls alone. Other real
+/// threads may dispatch actions and read the clock.
 ///
-/// Time is kept in whole nanoseconds since the start, so that ten steps of 0.1 s are one second. A timer
-/// further ahead than that can count (292 years) never fires.
+/// Time is kept in whole nanoseconds since the start, so that ten steps of 0.1 s are one second. A timer that
+/// is due more than 292 years ahead, where the count ends, never fires.
 class VirtualMainLoop final : public MainLoop {
  public:
-  /// The clock shows `start` when no time has passed; `elapsed` has passed already.
+  /// The clock starts at `start` plus `elapsed`.
   VirtualMainLoop(Date start, Seconds elapsed, std::shared_ptr<Transcript> transcript);
   ~VirtualMainLoop() override;
 
   Date now() const override { return start_ + elapsed(); }
-  /// False within what `runElsewhere` runs.
+  /// False while an action of `runElsewhere` runs.
   bool isMainThread() const override { return onMainThread_; }
   void dispatchAsync(std::function<void()> action) override;
-  /// Timers fire exactly when due; timers due at one time fire in the order in which they were scheduled. A
+  /// Timers fire exactly when due, and in the order of their scheduling when due at the same time. A
   /// repeating timer is due at whole multiples of its interval after it was scheduled; its interval is at
-  /// least 0.1 ms, so that a stretch of time holds finitely many. The timer and its interval are recorded,
-  /// with the tolerance that it has or is given later.
+  /// least 0.1 ms, so that it fires finitely often in any time. Records "timer", with the tolerance that is
+  /// set later.
   std::shared_ptr<Timer> scheduleTimer(Seconds interval, bool repeats, std::function<void()> action) override;
 
-  /// Runs `action` as another thread would, in turn with everything dispatched before.
+  /// Runs `action` after all actions dispatched before it, with `isMainThread` false.
   void runElsewhere(std::function<void()> action);
-  /// Runs `action` on the main thread when `delay` has passed, in turn with everything dispatched if there is
-  /// none; nothing is recorded. For the world's own doings.
+  /// Runs `action` on the main thread after `delay`; without a delay, after all actions dispatched before it.
+  /// Records nothing: this is for the simulated world's own events.
   void runAfter(Seconds delay, std::function<void()> action);
 
   Seconds elapsed() const { return elapsed_.load(); }
-  /// Runs what is dispatched, and what that dispatches, until nothing is left. No time passes.
+  /// Runs the dispatched actions, and those that they dispatch, until none is left. No time passes.
   void runUntilIdle();
-  /// Lets time pass: runs what is dispatched and every timer that becomes due up to and including the end,
-  /// each at its time.
+  /// Lets time pass: runs the dispatched actions and fires every timer that is due by the end, each at its
+  /// time.
   void advance(Seconds seconds);
-  /// Drops everything dispatched and every timer.
+  /// Drops all dispatched actions and all timers.
   void discardAll();
 
  private:
   friend class VirtualTimer;
   using Nanoseconds = std::chrono::nanoseconds;
-  /// When it is due and, among those due at one time, which was scheduled first.
+  /// When a timer is due; then, for timers due at the same time, the number of its scheduling.
   using Turn = std::pair<Nanoseconds, std::uint64_t>;
   using Timers = std::map<Turn, std::shared_ptr<class VirtualTimer>>;
   struct Dispatched {
@@ -65,18 +65,17 @@ class VirtualMainLoop final : public MainLoop {
   };
 
   std::shared_ptr<class VirtualTimer> addTimer(Seconds interval, bool repeats, std::function<void()> action);
-  void dispatch(Dispatched dispatched);
-  std::optional<Dispatched> takeDispatched();
+  void dispatch(Dispatched dispatched) LINEWATCH_EXCLUDES(mutex_);
+  std::optional<Dispatched> takeDispatched() LINEWATCH_EXCLUDES(mutex_);
   void fireNextTimer();
   void moveTo(Nanoseconds time);
 
   Date start_;
   std::atomic<Nanoseconds> elapsed_;
   std::shared_ptr<Transcript> transcript_;
-  std::mutex mutex_;
-  /// Under the mutex.
-  std::deque<Dispatched> dispatched_;
-  /// Shared so that a timer that outlives the loop can tell.
+  Mutex mutex_;
+  std::deque<Dispatched> dispatched_ LINEWATCH_GUARDED_BY(mutex_);
+  /// Shared, so that a timer that outlives the loop notices that the loop is gone.
   std::shared_ptr<Timers> timers_ = std::make_shared<Timers>();
   std::uint64_t scheduledCount_ = 0;
   bool onMainThread_ = true;

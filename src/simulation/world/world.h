@@ -31,7 +31,7 @@ struct WorldHost {
   Size compact{359, 110};
   Size expanded{359, 440};
   WidgetDisplayMode activeMode = WidgetDisplayMode::compact;
-  /// The size of the widget's view before the host resizes it.
+  /// The size of the widget's view, in points, before the host resizes it.
   Size bounds{359, 110};
 };
 
@@ -39,8 +39,8 @@ struct WorldFavorite {
   enum class Kind { line, place, route, region };
 
   Kind kind = Kind::line;
-  /// The key of a line of the world. Without one, or with one that the world does not hold, a favourite of
-  /// kind `line` was saved for a line that is not known any more.
+  /// The key of a line of the world. When it is absent or not in the world, a favourite of kind `line` is a
+  /// saved line that is not known any more.
   std::optional<std::string> line;
   /// The name of a favourite of another kind.
   std::string name;
@@ -55,9 +55,9 @@ struct WorldSystem {
 struct WorldIncident {
   std::uint64_t muid = 0;
   OptionalText title;
-  /// What a row says beside the title; the record's `summary`.
+  /// The row's text beside the title: the record's `summary`.
   OptionalText secondaryText;
-  /// Seconds from the world's start; absent: since always, until further notice.
+  /// Seconds from the world's start. An absent start is in the past, an absent end in the future.
   std::optional<Seconds> start, end;
   bool blocking = false;
 
@@ -72,12 +72,12 @@ struct WorldIncident {
 struct WorldLine {
   std::uint64_t muid = 0;
   std::string name;
-  /// The key of a system; absent or unknown: the line has none.
+  /// The key of a system. When it is absent or not in the world, the line has no system.
   std::optional<std::string> system;
   std::optional<TransitArtworkDataSource> artwork, modeArtwork, alternateArtwork;
-  /// Keys of incidents, in the line's order; unknown ones are left out.
+  /// Keys of incidents, in the line's order; keys that are not in the world are left out.
   std::vector<std::string> incidents;
-  /// False: the line has no map-item identifier, so that it cannot be looked up.
+  /// False: the line has no map-item identifier and cannot be looked up.
   bool identifier = true;
 
   std::int64_t departureTimeDisplayStyle = 0;
@@ -91,25 +91,25 @@ struct WorldLine {
 /// How the transit service answers.
 struct WorldService {
   enum class Answer {
-    /// The items of the asked lines, in the order asked, unknown ones left out.
+    /// The items of the lines asked for, in that order; unknown lines are left out.
     lines,
     error,
     /// Neither items nor an error.
     nothing,
-    /// Every line of the world, in the world's order, whatever was asked.
+    /// Every line of the world, in the world's order, regardless of the lines asked for.
     all
   };
 
-  /// Between a look-up's submission and its answer. The answer shows the world at the time of the answer.
+  /// The seconds from the submission of a look-up to its answer. The answer shows the world as it is then.
   Seconds delay{0.5};
   Answer answer = Answer::lines;
   Error error{"Transit", 7, {}};
 };
 
-/// The record that the running process has of itself.
+/// The kind of bundle of the running process.
 enum class WorldBundle { plugin, application, other, none };
 
-/// A value that starts something again each time it is given, even if it is the same.
+/// A value that restarts something each time it is assigned, even when it stays the same.
 template <class T>
 struct Restarting {
   T value{};
@@ -123,24 +123,23 @@ struct Restarting {
   bool operator==(const Restarting&) const = default;
 };
 
-/// Everything that is scripted of the world around the widget. A plain value; a platform is made from one and
-/// may be given changes while it runs.
+/// The scripted world around the widget. A platform is made from a world and can change it while it runs.
 struct World {
-  /// The time of the clock at second 0: 2026-11-24T08:00:00Z.
+  /// The date at second 0: 2026-11-24T08:00:00Z.
   Date start{Seconds(1795507200)};
 
-  /// A note for the reader of a scenario: as texts are their keys, nothing depends on it.
+  /// A note for the reader of a scenario. Nothing depends on it, because texts are their keys.
   std::string locale = "en";
   LayoutDirection layoutDirection = LayoutDirection::leftToRight;
-  /// Pixels a point.
+  /// Pixels per point.
   double scale = 2;
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
-  /// Drawn first, in this order; then the generator that `seed` starts takes over.
+  /// The first random numbers, in this order. The next ones come from a generator that starts with `seed`.
   Restarting<std::vector<std::uint32_t>> random;
   Restarting<std::uint32_t> seed{1};
 
   WorldHost host;
-  /// What the store of the companion application's suite holds at the start, and when the world is changed.
+  /// The values of the companion application's suite at the start and during a change of the world.
   Dictionary preferences;
   std::vector<WorldFavorite> favorites;
   KeyedTable<WorldSystem> systems;
@@ -149,7 +148,7 @@ struct World {
   WorldService service;
 
   ConnectionFailureDiagnosis diagnosis = ConnectionFailureDiagnosis::noInternetConnection;
-  /// What is not named the device cannot do.
+  /// A capability without an entry is false.
   std::map<std::string, bool, std::less<>> capabilities;
   int lockState = 0;
 
@@ -157,15 +156,15 @@ struct World {
   bool opens = true;
   /// False: no user activity can be made.
   bool acceptsActivities = true;
-  /// False: the archiver gives nothing.
+  /// False: nothing can be archived.
   bool archives = true;
   /// False: nothing can be compressed.
   bool compresses = true;
   WorldBundle bundle = WorldBundle::plugin;
 
-  /// Keys of texts that no string table holds: a look-up gives its fallback.
+  /// Keys that are in no string table, so that a look-up returns its fallback.
   std::set<std::string, std::less<>> missingTexts;
-  /// Names that there is no image of.
+  /// Names without an image.
   std::set<std::string, std::less<>> missingImages;
 };
 

@@ -104,7 +104,7 @@ WorldRecords::WorldRecords(const World& world) {
     auto fields = std::make_shared<const TransitLineFields>(lineFields(line, systems));
     lines_.push_back(std::make_shared<const TransitLineRecord>(fields, incidentsOf(line, incidents)));
     if (line.identifier) linesByIdentifier_.try_emplace(line.muid, lines_.back());
-    // What was saved as a favourite is the line as such.
+    // A favourite holds the line without its incidents.
     savedLines.emplace(key, std::make_shared<const TransitLineRecord>(std::move(fields), TransitIncidents{}));
   }
   for (const WorldFavorite& favorite : world.favorites) {

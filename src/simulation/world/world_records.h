@@ -12,15 +12,15 @@
 
 namespace linewatch::simulation {
 
-/// The platform's records of the systems, lines, incidents and favourites of a world. Every system and
-/// incident is one record, however many lines share it.
+/// The platform's records of the systems, lines, incidents and favourites of a world. Lines that share a
+/// system or an incident share its record.
 class WorldRecords {
  public:
   explicit WorldRecords(const World& world);
 
   /// Every line with its incidents, in the world's order.
   const TransitLineItems& allLines() const { return lines_; }
-  /// The items of the identifiers that are known, in the order given.
+  /// The items of the identifiers, in the order given; unknown identifiers are left out.
   TransitLineItems linesFor(const std::vector<MapItemIdentifier>& identifiers) const;
   /// In the user's order.
   const Favorites& favorites() const { return favorites_; }

@@ -9,15 +9,15 @@ namespace linewatch::cbor {
 
 namespace {
 
-/// Builds what is read, within limits: the parser recurses once a level, so depth must end before the stack
-/// does.
+/// Builds the JSON form within the limits. The parser recurses at each level, so the limit of nesting
+/// protects the stack.
 class LimitedBuilder final : public nlohmann::json_sax<Json> {
  public:
   explicit LimitedBuilder(std::size_t maximumItemCount) : maximumItemCount_(maximumItemCount) {}
 
   Json takeRoot() { return std::move(root_); }
 
-  // A null stands for nothing here.
+  // No value is written as a null.
   bool null() override { return false; }
   bool boolean(bool value) override { return add(value) != nullptr; }
   bool number_integer(number_integer_t value) override { return add(value) != nullptr; }
@@ -36,10 +36,10 @@ class LimitedBuilder final : public nlohmann::json_sax<Json> {
   bool parse_error(std::size_t, const std::string&, const Json::exception&) override { return false; }
 
  private:
-  /// Every level of a value is at most two of CBOR: an archived object and its map.
+  /// A level of a value takes up to two levels of CBOR: an archived object and its map.
   static constexpr std::size_t kMaximumNesting = 2 * kMaximumDepth + 2;
 
-  /// Null beyond the limit.
+  /// Null when there are too many items.
   template <class T>
   Json* add(T&& value) {
     if (++count_ > maximumItemCount_) return nullptr;

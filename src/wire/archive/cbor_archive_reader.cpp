@@ -41,10 +41,19 @@ class ArchiveReader::ObjectDecoder final : public KeyedDecoder {
   const Json& parts_;
 };
 
-std::optional<ArchivedObject> ArchiveReader::decodeRoot(const AllowedClasses& allowed) {
-  if (root_) return decode(*root_, allowed);
-  fail(ArchiveErrorCode::malformed, "the archive is not one whole item within the limits");
-  return std::nullopt;
+void ArchiveReader::setFactory(std::string className, ArchivableFactory factory) {
+  factories_.insert_or_assign(std::move(className), std::move(factory));
+}
+
+std::optional<ArchivedObject> ArchiveReader::decodeTopLevelObject(const AllowedClasses& allowed,
+                                                                  std::optional<Error>& error) {
+  error = std::nullopt;
+  if (isFinished_) return std::nullopt;
+  error_ = std::nullopt;
+  if (!root_) fail(ArchiveErrorCode::malformed, "the archive is not one CBOR item within the limits");
+  auto root = root_ ? decode(*root_, allowed) : std::nullopt;
+  error = error_;
+  return root;
 }
 
 std::optional<ArchivedObject> ArchiveReader::decode(const Json& json, const AllowedClasses& allowed) {
@@ -65,7 +74,7 @@ std::optional<ArchivedObject> ArchiveReader::decode(const Json& json, const Allo
 std::optional<ArchivedObject> ArchiveReader::decodePlain(const Json& json, const AllowedClasses& allowed) {
   auto value = valueOf(json);
   if (!value) {
-    fail(ArchiveErrorCode::malformed, "an item is no value");
+    fail(ArchiveErrorCode::malformed, "an item is not a value");
     return std::nullopt;
   }
   if (!isAllowed(kArchivedValueClass, allowed)) return std::nullopt;
@@ -83,7 +92,7 @@ std::optional<ArchivedObject> ArchiveReader::decodeError(const Json& json, const
       return ArchivedObject{Error{json[1].get<std::string>(), *number, *table}};
     }
   }
-  fail(ArchiveErrorCode::malformed, "an item is no error");
+  fail(ArchiveErrorCode::malformed, "an item is not an error");
   return std::nullopt;
 }
 
@@ -104,13 +113,41 @@ std::optional<ArchivedObject> ArchiveReader::decodeList(const Json& json, const 
 std::optional<ArchivedObject> ArchiveReader::decodeArchivable(const Json& json,
                                                               const AllowedClasses& allowed) {
   if (json.size() != 3 || !json[1].is_string() || !json[2].is_object()) {
-    fail(ArchiveErrorCode::malformed, "an item is no object");
+    fail(ArchiveErrorCode::malformed, "an item is not an object");
     return std::nullopt;
   }
   const auto& className = json[1].get_ref<const std::string&>();
   if (!isAllowed(className, allowed)) return std::nullopt;
   ObjectDecoder parts(*this, json[2]);
   return makeObject(className, parts);
+}
+
+std::optional<ArchivedObject> ArchiveReader::makeObject(const std::string& className, KeyedDecoder& parts) {
+  const auto factory = factories_.find(className);
+  if (factory == factories_.end()) {
+    fail(ArchiveErrorCode::notMade, "there is no factory for the class " + className);
+    return std::nullopt;
+  }
+  auto object = factory->second(parts);
+  if (!object) {
+    fail(ArchiveErrorCode::notMade, "the factory rejected the parts of a " + className);
+    return std::nullopt;
+  }
+  return ArchivedObject{std::move(object)};
+}
+
+bool ArchiveReader::isAllowed(std::string_view className, const AllowedClasses& allowed) {
+  if (allowed.contains(className)) return true;
+  fail(ArchiveErrorCode::notAllowed,
+       "a value of the class " + std::string(className) + " is not allowed here");
+  return false;
+}
+
+void ArchiveReader::fail(ArchiveErrorCode code, std::string description) {
+  if (error_) return;
+  error_ = Error{std::string(kArchiveErrorDomain),
+                 static_cast<std::int64_t>(code),
+                 {{kDebugDescriptionKey, std::move(description)}}};
 }
 
 }  // namespace linewatch::cbor

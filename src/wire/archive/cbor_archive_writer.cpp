@@ -8,7 +8,7 @@ namespace linewatch::cbor {
 
 namespace {
 
-/// Writes an object that stands `depth` levels above the deepest that there may be.
+/// Writes an object that may nest `depth` levels deep.
 class ObjectWriter final : public KeyedCoder {
  public:
   ObjectWriter(bool requiringSecureCoding, int depth)

@@ -7,7 +7,7 @@
 
 namespace linewatch::cbor {
 
-/// The JSON value that stands for `root` in an archive; absent when a part of it cannot be archived.
+/// The JSON form of `root` in an archive; absent when a part of it cannot be archived.
 std::optional<Json> archived(const ArchivedObject& root, bool requiringSecureCoding);
 
 }  // namespace linewatch::cbor

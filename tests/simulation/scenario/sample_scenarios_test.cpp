@@ -38,7 +38,7 @@ Lines linesOf(const fs::path& path) {
   return lines;
 }
 
-/// A line with a mark below where it begins to differ from another.
+/// The line, with a mark below the first character that differs from the other line.
 std::string marked(const char* sign, const std::string& line, const std::string& other) {
   constexpr std::size_t kBefore = 60, kAfter = 160;
   const auto place = static_cast<std::size_t>(
@@ -48,7 +48,7 @@ std::string marked(const char* sign, const std::string& line, const std::string&
          "^\n";
 }
 
-/// Empty when they are the same; otherwise the first lines that differ, with the line before.
+/// Empty when the lines are equal; otherwise the first two that differ, with the line before them.
 std::string difference(const Lines& expected, const Lines& found) {
   const auto [wanted, got] = std::mismatch(expected.begin(), expected.end(), found.begin(), found.end());
   if (wanted == expected.end() && got == found.end()) return {};
