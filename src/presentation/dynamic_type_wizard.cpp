@@ -22,8 +22,8 @@ void scaleStackView(ui::StackView& stackView, const DynamicTypeValue& value) {
 
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value) {
   const ui::LayoutItem* first = constraint.firstItem();
-  const ui::View* view = first != nullptr ? first->owningView() : nullptr;
-  const double scale = view != nullptr ? view->displayScale() : platform().interfaceSettings().displayScale();
+  const ui::LayoutBox* box = first != nullptr ? first->owningBox() : nullptr;
+  const double scale = box != nullptr ? box->displayScale() : platform().interfaceSettings().displayScale();
   constraint.setConstant(ui::snappedToPixel(value.scaledValue(), scale));
 }
 

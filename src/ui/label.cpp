@@ -125,6 +125,13 @@ double Label::contentHeightWithin(const Size& size) {
   return std::min(size.height, layoutWithin(size)->size.height);
 }
 
+double Label::firstLineHeight(double width) {
+  if (text_.isEmpty()) return 0;
+  TextLayoutRequest request = requestFor(width);
+  request.maximumNumberOfLines = 1;
+  return shaped().layOut(request)->size.height;
+}
+
 std::shared_ptr<const TextLayout> Label::displayedLayout() { return layoutWithin(frame().size()); }
 
 Color Label::effectiveTextColor() const {

@@ -42,6 +42,7 @@ class Label : public View {
   std::optional<double> intrinsicWidth() override;
   std::optional<double> intrinsicHeight(double width) override;
   double contentHeightWithin(const Size& size) override;
+  double firstLineHeight(double width) override;
   /// Both are those of the text at the width last measured; an empty label's baselines are its edges.
   std::optional<double> firstBaselineFromTop() override;
   double lastBaselineFromBottom() override;

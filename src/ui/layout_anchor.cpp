@@ -8,46 +8,29 @@ Axis axisOf(LayoutAttribute attribute) {
   return attribute < LayoutAttribute::top ? Axis::horizontal : Axis::vertical;
 }
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintEqualTo(const LayoutAnchor& other,
-                                                                        double constant) const {
-  return LayoutConstraint::make(term_, Relation::equal, other.term_, 1, constant);
+template <Axis axis>
+std::shared_ptr<LayoutConstraint> PositionAnchor<axis>::constraintEqualTo(const PositionAnchor& other,
+                                                                          double constant) const {
+  return LayoutConstraint::make(term_, Relation::equal, other.term_, constant);
 }
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintGreaterThanOrEqualTo(
-    const LayoutAnchor& other, double constant) const {
-  return LayoutConstraint::make(term_, Relation::greaterThanOrEqual, other.term_, 1, constant);
+template <Axis axis>
+std::shared_ptr<LayoutConstraint> PositionAnchor<axis>::constraintGreaterThanOrEqualTo(
+    const PositionAnchor& other, double constant) const {
+  return LayoutConstraint::make(term_, Relation::greaterThanOrEqual, other.term_, constant);
 }
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintLessThanOrEqualTo(const LayoutAnchor& other,
-                                                                                  double constant) const {
-  return LayoutConstraint::make(term_, Relation::lessThanOrEqual, other.term_, 1, constant);
+template <Axis axis>
+std::shared_ptr<LayoutConstraint> PositionAnchor<axis>::constraintLessThanOrEqualTo(
+    const PositionAnchor& other, double constant) const {
+  return LayoutConstraint::make(term_, Relation::lessThanOrEqual, other.term_, constant);
 }
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintEqualTo(const LayoutAnchor& other,
-                                                                        double multiplier,
-                                                                        double constant) const
-    requires(kind == LayoutAnchorKind::dimension) {
-  return LayoutConstraint::make(term_, Relation::equal, other.term_, multiplier, constant);
-}
+template class PositionAnchor<Axis::horizontal>;
+template class PositionAnchor<Axis::vertical>;
 
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintEqualToConstant(double constant) const
-    requires(kind == LayoutAnchorKind::dimension) {
-  return LayoutConstraint::make(term_, Relation::equal, {}, 1, constant);
+std::shared_ptr<LayoutConstraint> DimensionAnchor::constraintEqualToConstant(double constant) const {
+  return LayoutConstraint::make(term_, Relation::equal, {}, constant);
 }
-
-template <LayoutAnchorKind kind>
-std::shared_ptr<LayoutConstraint> LayoutAnchor<kind>::constraintGreaterThanOrEqualToConstant(
-    double constant) const requires(kind == LayoutAnchorKind::dimension) {
-  return LayoutConstraint::make(term_, Relation::greaterThanOrEqual, {}, 1, constant);
-}
-
-template class LayoutAnchor<LayoutAnchorKind::x>;
-template class LayoutAnchor<LayoutAnchorKind::y>;
-template class LayoutAnchor<LayoutAnchorKind::dimension>;
 
 }  // namespace linewatch::ui

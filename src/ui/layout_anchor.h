@@ -27,7 +27,7 @@ enum class LayoutAttribute : std::uint8_t {
 
 Axis axisOf(LayoutAttribute attribute);
 
-/// A way to an item that may have gone away by the time it is followed.
+/// A weak reference to an item: null once the item is destroyed.
 using LayoutItemLink = std::shared_ptr<LayoutItem* const>;
 
 /// An attribute of an item.
@@ -36,40 +36,39 @@ struct LayoutTerm {
   LayoutAttribute attribute = LayoutAttribute::leading;
 };
 
-enum class LayoutAnchorKind : std::uint8_t { x, y, dimension };
-
-/// An edge, centre, baseline or size of an item, to make constraints with. Only anchors of one kind go
-/// together. The constraints are not active yet; constants count along the axis, from leading to trailing and
-/// downwards.
-template <LayoutAnchorKind kind>
-class LayoutAnchor {
+/// An edge, centre or baseline of an item. Makes constraints with other anchors of the same axis; they are
+/// inactive at first. Constants are points: from leading to trailing, and downwards.
+template <Axis axis>
+class PositionAnchor {
  public:
-  explicit LayoutAnchor(LayoutTerm term) : term_(std::move(term)) {}
+  explicit PositionAnchor(LayoutTerm term) : term_(std::move(term)) {}
 
-  std::shared_ptr<LayoutConstraint> constraintEqualTo(const LayoutAnchor& other, double constant = 0) const;
-  std::shared_ptr<LayoutConstraint> constraintGreaterThanOrEqualTo(const LayoutAnchor& other,
+  std::shared_ptr<LayoutConstraint> constraintEqualTo(const PositionAnchor& other, double constant = 0) const;
+  std::shared_ptr<LayoutConstraint> constraintGreaterThanOrEqualTo(const PositionAnchor& other,
                                                                    double constant = 0) const;
-  std::shared_ptr<LayoutConstraint> constraintLessThanOrEqualTo(const LayoutAnchor& other,
+  std::shared_ptr<LayoutConstraint> constraintLessThanOrEqualTo(const PositionAnchor& other,
                                                                 double constant = 0) const;
-
-  std::shared_ptr<LayoutConstraint> constraintEqualTo(const LayoutAnchor& other, double multiplier,
-                                                      double constant) const
-      requires(kind == LayoutAnchorKind::dimension);
-  std::shared_ptr<LayoutConstraint> constraintEqualToConstant(double constant) const
-      requires(kind == LayoutAnchorKind::dimension);
-  std::shared_ptr<LayoutConstraint> constraintGreaterThanOrEqualToConstant(double constant) const
-      requires(kind == LayoutAnchorKind::dimension);
 
  private:
   LayoutTerm term_;
 };
 
-using XAnchor = LayoutAnchor<LayoutAnchorKind::x>;
-using YAnchor = LayoutAnchor<LayoutAnchorKind::y>;
-using DimensionAnchor = LayoutAnchor<LayoutAnchorKind::dimension>;
+using XAnchor = PositionAnchor<Axis::horizontal>;
+using YAnchor = PositionAnchor<Axis::vertical>;
 
-extern template class LayoutAnchor<LayoutAnchorKind::x>;
-extern template class LayoutAnchor<LayoutAnchorKind::y>;
-extern template class LayoutAnchor<LayoutAnchorKind::dimension>;
+extern template class PositionAnchor<Axis::horizontal>;
+extern template class PositionAnchor<Axis::vertical>;
+
+/// The width or height of an item.
+class DimensionAnchor {
+ public:
+  explicit DimensionAnchor(LayoutTerm term) : term_(std::move(term)) {}
+
+  /// Inactive at first.
+  std::shared_ptr<LayoutConstraint> constraintEqualToConstant(double constant) const;
+
+ private:
+  LayoutTerm term_;
+};
 
 }  // namespace linewatch::ui

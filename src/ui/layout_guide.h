@@ -8,16 +8,16 @@ namespace linewatch::ui {
 /// An invisible rectangle for constraints.
 class LayoutGuide final : public LayoutItem {
  public:
-  View* owningView() override { return owningView_; }
-  const View* owningView() const override { return owningView_; }
-  /// In the owning view's coordinates, after layout.
+  LayoutBox* owningBox() override { return owningBox_; }
+  const LayoutBox* owningBox() const override { return owningBox_; }
+  /// In the owning box's coordinates, after layout.
   const Rect& layoutFrame() const { return layoutFrame_; }
 
  private:
-  friend class View;
+  friend class LayoutBox;
   friend class LayoutEngine;
 
-  View* owningView_ = nullptr;
+  LayoutBox* owningBox_ = nullptr;
   Rect layoutFrame_;
 };
 

@@ -63,7 +63,7 @@ TEST_F(DynamicType, AValueScalesWithItsFont) {
 
 TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   stack->setDisplayScale(3);
   auto view = std::make_shared<ui::View>();
   view->setDisplayScale(1);
@@ -94,7 +94,7 @@ TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
 
 TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) {
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   ui::View view;
   auto constraint = view.heightAnchor().constraintEqualToConstant(5);
   stack->setSpacing(6);
@@ -126,7 +126,7 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
   auto witness = std::make_shared<Witness>(notes);
   ui::View view;
   witness->label = std::make_shared<ui::Label>();
-  witness->stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  witness->stack = std::make_shared<ui::StackView>();
   witness->constraint = view.heightAnchor().constraintEqualToConstant(0);
   // Registered the other way round than it is to happen.
   DynamicTypeWizard::makeObject(witness, &Witness::second, 2);
@@ -182,7 +182,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
     return std::optional(headline());
   };
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   auto view = std::make_shared<ui::View>();
   auto constraint = view->heightAnchor().constraintEqualToConstant(0);
   auto witness = std::make_shared<Witness>(notes);

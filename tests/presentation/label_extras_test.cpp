@@ -1,6 +1,5 @@
 #include "presentation/label_extras.h"
 
-#include "presentation/height_constrained_view.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -39,17 +38,6 @@ TEST_F(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
   EXPECT_TRUE(label->isLaidOutByConstraints());
   label->setText("a b c d e f");
   EXPECT_NEAR(label->intrinsicHeight(font.pointSize()).value(), 6 * font.pointSize(), 1);
-}
-
-TEST(HeightConstrainedView, HasOneConstraintThatIsSomebodyElsesToActivate) {
-  HeightConstrainedView view;
-  const auto constraint = view.heightConstraint();
-  EXPECT_EQ(view.heightConstraint(), constraint);
-  EXPECT_FALSE(constraint->isActive());
-  EXPECT_EQ(constraint->firstItem(), &view);
-  EXPECT_EQ(constraint->firstAttribute(), ui::LayoutAttribute::height);
-  EXPECT_EQ(constraint->secondItem(), nullptr);
-  EXPECT_EQ(constraint->constant(), 0);
 }
 
 }  // namespace

@@ -260,7 +260,6 @@ TEST_F(TableViewTest, APointerHighlightsAndSelects) {
 TEST_F(TableViewTest, SeparatorsRunBelowAllRowsThatWantOne) {
   table_->setSeparatorInset({0, 16, 0, 0});
   const auto footer = std::make_shared<View>(Rect{0, 0, 0, 30});
-  footer->setBackgroundColor(SemanticColor::systemGray);
   table_->setTableFooterView(footer);
   show({2});
   EXPECT_EQ(footer->frame(), (Rect{0, 220, 359, 30}));
@@ -272,30 +271,6 @@ TEST_F(TableViewTest, SeparatorsRunBelowAllRowsThatWantOne) {
     if (drawn.kind == RecordingCanvas::Kind::rect && drawn.rect.height < 1) separators.push_back(drawn.rect);
   }
   EXPECT_THAT(separators, ElementsAre(Rect{16, 109.5, 343, 0.5}));
-}
-
-TEST(RowHeights, AgreeWithASum) {
-  std::mt19937 random(3);
-  std::vector<double> plain;
-  for (int i = 0; i < 100; ++i) plain.push_back(std::uniform_int_distribution(0, 9)(random));
-  RowHeights heights;
-  heights.assign(plain);
-  for (int i = 0; i < 200; ++i) {
-    const std::size_t changed = random() % plain.size();
-    plain[changed] = static_cast<double>(random() % 10);
-    heights.setHeight(changed, plain[changed]);
-    double offset = 0;
-    for (std::size_t row = 0; row < plain.size(); ++row) {
-      ASSERT_EQ(heights.offsetOf(row), offset);
-      if (plain[row] > 0) {
-        ASSERT_EQ(heights.rowAt(offset + plain[row] / 2), row);
-      }
-      offset += plain[row];
-    }
-    ASSERT_EQ(heights.total(), offset);
-  }
-  heights.assign({});
-  EXPECT_EQ(heights.rowAt(5), 0U);
 }
 
 }  // namespace

@@ -25,9 +25,8 @@ using LayoutPriority = double;
 inline constexpr LayoutPriority kRequiredPriority = 1000;
 /// How strongly content resists being made smaller than it is.
 inline constexpr LayoutPriority kHighPriority = 750;
-/// How strongly text stays between the top and the bottom of its layout root: it is rather cut short, by
-/// whole lines, than drawn across an edge.
-inline constexpr LayoutPriority kTextInsidePriority = 800;
+/// How strongly a text's baselines stay inside its layout root: the text rather loses lines.
+inline constexpr LayoutPriority kBaselineInsidePriority = 800;
 /// How strongly content resists being made larger.
 inline constexpr LayoutPriority kLowPriority = 250;
 /// Pulls a size towards nothing where it is asked how small it can be.
