@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "ui/artwork_image_source.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch {
 

@@ -9,7 +9,7 @@
 #include "presentation/weak_key_table.h"
 #include "shared/object.h"
 #include "ui/label.h"
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 #include "ui/stack_view.h"
 
 namespace linewatch {

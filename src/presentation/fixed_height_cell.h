@@ -8,7 +8,7 @@
 #include "presentation/dynamic_type_value.h"
 #include "presentation/visual_effect_wrapping_view.h"
 #include "ui/label.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 #include "ui/stack_view.h"
 #include "ui/table_view_cell.h"
 

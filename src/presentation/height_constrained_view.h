@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 #include "ui/view.h"
 
 namespace linewatch {

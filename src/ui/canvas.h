@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "ui/color.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_engine.h"
 
 namespace linewatch::ui {

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "ui/canvas.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch::ui {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_style.h"
 
 namespace linewatch::ui {

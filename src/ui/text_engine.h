@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ui/attributed_text.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch::ui {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "ui/canvas.h"
-#include "ui/geometry.h"
-#include "ui/layout_box.h"
+#include "ui/layout/geometry.h"
+#include "ui/layout/layout_box.h"
 
 namespace linewatch::ui {
 

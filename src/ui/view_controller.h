@@ -5,7 +5,7 @@
 
 #include "platform/extension_context.h"
 #include "shared/object.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch::ui {
 

@@ -7,7 +7,7 @@
 
 #include "presentation/dynamic_type_wizard.h"
 #include "simulation/platform_test.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 
 namespace linewatch {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "presentation/row_fixture.h"
 #include "simulation/roles/recording_canvas.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 
 namespace linewatch {
 namespace {

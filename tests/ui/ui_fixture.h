@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "simulation/platform_test.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/view.h"
 
 namespace linewatch::ui {

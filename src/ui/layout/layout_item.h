@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "shared/object.h"
-#include "ui/layout_anchor.h"
+#include "ui/layout/layout_anchor.h"
 
 namespace linewatch::ui {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/geometry.h"
-#include "ui/layout_item.h"
+#include "ui/layout/geometry.h"
+#include "ui/layout/layout_item.h"
 
 namespace linewatch::ui {
 

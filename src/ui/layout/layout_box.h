@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "ui/geometry.h"
-#include "ui/layout_constraint.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/geometry.h"
+#include "ui/layout/layout_constraint.h"
+#include "ui/layout/layout_guide.h"
 
 namespace linewatch::ui {
 

@@ -1,4 +1,4 @@
-#include "ui/layout_engine.h"
+#include "ui/layout/layout_engine.h"
 
 #include <algorithm>
 #include <array>

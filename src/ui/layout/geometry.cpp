@@ -1,4 +1,4 @@
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 
 #include <array>
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/log.h"
-#include "ui/layout_box.h"
+#include "ui/layout/layout_box.h"
 
 namespace linewatch::ui {
 

@@ -1,6 +1,6 @@
-#include "ui/layout_anchor.h"
+#include "ui/layout/layout_anchor.h"
 
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 
 namespace linewatch::ui {
 

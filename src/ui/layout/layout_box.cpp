@@ -1,8 +1,8 @@
-#include "ui/layout_box.h"
+#include "ui/layout/layout_box.h"
 
 #include <algorithm>
 
-#include "ui/layout_engine.h"
+#include "ui/layout/layout_engine.h"
 
 namespace linewatch::ui {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/layout_item.h"
+#include "ui/layout/layout_item.h"
 
 namespace linewatch::ui {
 

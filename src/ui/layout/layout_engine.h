@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "ui/layout/constraint_system.h"
+#include "ui/layout/layout_box.h"
 #include "ui/layout/layout_priority.h"
 #include "ui/layout/slot_table.h"
-#include "ui/layout_box.h"
 
 namespace linewatch::ui {
 
