@@ -248,11 +248,13 @@ struct CellMaker {
     return cell;
   }
 
-  /// The identifier is registered with this class alone.
+  /// A table that was not configured has no such cells: it gets a new one.
   template <class Cell>
   std::shared_ptr<Cell> dequeue() const {
-    return std::static_pointer_cast<Cell>(
-        tableView.dequeueReusableCell(std::string(Cell::kReuseIdentifier), indexPath));
+    const std::string identifier(Cell::kReuseIdentifier);
+    const auto cell = tableView.dequeueReusableCell(identifier, indexPath);
+    if (auto reused = std::dynamic_pointer_cast<Cell>(cell)) return reused;
+    return Cell::make(ui::TableViewCellStyle::plain, identifier);
   }
 };
 

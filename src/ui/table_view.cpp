@@ -24,11 +24,13 @@ TableView::~TableView() = default;
 
 void TableView::setDataSource(const std::shared_ptr<TableViewDataSource>& dataSource) {
   dataSource_ = dataSource;
+  measured_.clear();
   reloadData();
 }
 
 void TableView::setDelegate(const std::shared_ptr<TableViewDelegate>& delegate) {
   delegate_ = delegate;
+  measured_.clear();
   reloadData();
 }
 
@@ -39,7 +41,7 @@ void TableView::reloadData() {
   setNeedsLayout();
 }
 
-// The heights of other sections' rows are asked for again as well: they are as good as before.
+// The rows of the other sections are asked for again too.
 void TableView::reloadSection(std::size_t section, RowAnimation animation) {
   reloadData();
   if (reloadHandler_) reloadHandler_(section, animation);
@@ -56,15 +58,24 @@ void TableView::loadRowsIfNeeded() {
   for (std::size_t section = 0; section < sections; ++section) {
     sectionStarts_.push_back(sectionStarts_.back() + source->tableViewNumberOfRowsInSection(*this, section));
   }
+  guessHeights(sectionStarts_.back());
+  if (selected_ && flatRow(*selected_) >= heights_.count()) selected_.reset();
+}
+
+// A row that was in sight before most likely keeps its height, and the table its place.
+void TableView::guessHeights(std::size_t count) {
   TableViewDelegate defaults;
   const auto delegate = delegate_.lock();
-  std::vector<double> heights(sectionStarts_.back());
-  for (std::size_t row = 0; row < heights.size(); ++row) {
-    heights[row] = usableHeight(
-        (delegate ? *delegate : defaults).tableViewEstimatedHeightForRowAtIndexPath(*this, indexPathOf(row)));
+  measured_.resize(count);
+  std::vector<double> heights(count);
+  for (std::size_t row = 0; row < count; ++row) {
+    heights[row] =
+        measured_[row]
+            ? heights_.heightOf(row)
+            : usableHeight((delegate ? *delegate : defaults)
+                               .tableViewEstimatedHeightForRowAtIndexPath(*this, indexPathOf(row)));
   }
   heights_.assign(heights);
-  if (selected_ && flatRow(*selected_) >= heights_.count()) selected_.reset();
 }
 
 std::size_t TableView::numberOfSections() {
@@ -200,7 +211,7 @@ void TableView::layOutRows() {
       const auto cell = cellFor(row, before);
       // The data source may have asked for a reload meanwhile.
       if (row >= heights_.count()) break;
-      if (cell) heights_.setHeight(row, heightOf(*cell));
+      if (cell) setMeasuredHeight(row, heightOf(*cell));
       const double height = heights_.heightOf(row);
       if (cell) cell->setFrame({0, y - start, frame().width, height});
       shown_.push_back({row, cell});
@@ -221,6 +232,11 @@ std::shared_ptr<TableViewCell> TableView::cellFor(std::size_t row, std::vector<S
   showStateOf(*cell, indexPathOf(row));
   if (cell->superview() != this) insertSubview(cell, 0);
   return cell;
+}
+
+void TableView::setMeasuredHeight(std::size_t row, double height) {
+  heights_.setHeight(row, height);
+  measured_[row] = true;
 }
 
 double TableView::heightOf(TableViewCell& cell) {

@@ -83,7 +83,8 @@ class TableView : public View {
 
   std::size_t numberOfSections();
   std::size_t numberOfRowsInSection(std::size_t section);
-  /// Asks the data source anew, at the next layout or question. A press on a row ends.
+  /// Asks the data source again at the next layout or question. The scroll offset stays, within the new
+  /// content; a press on a row ends.
   void reloadData();
   void reloadSection(std::size_t section, RowAnimation animation);
   /// Told of every section that is reloaded. For the window.
@@ -141,6 +142,7 @@ class TableView : public View {
   };
 
   void loadRowsIfNeeded();
+  void guessHeights(std::size_t count);
   std::size_t flatRow(const IndexPath& indexPath) const;
   IndexPath indexPathOf(std::size_t row) const;
   void makeIdle(ShownRow&& shown);
@@ -148,6 +150,7 @@ class TableView : public View {
   void layOutRows();
   std::shared_ptr<TableViewCell> cellFor(std::size_t row, std::vector<ShownRow>& before);
   double heightOf(TableViewCell& cell);
+  void setMeasuredHeight(std::size_t row, double height);
   void placeFooter();
   void removeIdleCells();
   double offsetOnGrid() const;
@@ -165,6 +168,8 @@ class TableView : public View {
   /// The rows before each section, and all rows at the end.
   std::vector<std::size_t> sectionStarts_{0};
   RowHeights heights_;
+  /// The rows whose heights are those of their cells, not estimates; as many as heights.
+  std::vector<bool> measured_;
   bool rowsLoaded_ = false;
   std::vector<ShownRow> shown_;
   std::map<std::string, std::vector<IdleCell>> idle_;

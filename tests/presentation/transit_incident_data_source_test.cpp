@@ -34,7 +34,12 @@ class Listener : public RVTransitIncidentDataSourceDelegate {
                                        const ui::IndexPath& atIndexPath) override {
     opened.push_back(item);
     rows.push_back(atIndexPath.row);
+    if (table) wasSelected = wasSelected || table->indexPathForSelectedRow().has_value();
   }
+
+  std::shared_ptr<ui::TableView> table;
+  /// Whether a row was still selected when it was reported.
+  bool wasSelected = false;
 
   int updates = 0;
   double columnWidth = 0;
@@ -161,7 +166,23 @@ TEST_F(TransitIncidentDataSource, RowsInSightFollowTheTextSizeAndTheWidth) {
   EXPECT_EQ(artwork->rect.maxX(), 500 - 16);
 }
 
-TEST_F(TransitIncidentDataSource, RowsThatThereAreNoneOfGetAPlainCell) {
+TEST_F(TransitIncidentDataSource, ATableThatIsNotConfiguredGetsTheSameCells) {
+  make(resultOf(city()));
+  ui::TableView table;
+  for (const bool expanded : {false, true}) {
+    dataSource_->setExpanded(expanded);
+    const auto cell = dataSource_->tableViewCellForRowAtIndexPath(table, {0, 0});
+    const auto summary = std::dynamic_pointer_cast<RVTransitSummaryCell>(cell);
+    const auto row = std::dynamic_pointer_cast<RVTransitItemFixedHeightCell>(cell);
+    EXPECT_EQ(expanded, row != nullptr);
+    EXPECT_EQ(!expanded, summary != nullptr);
+    if (row) {
+      EXPECT_EQ(row->transitItem(), dataSource_->shieldAdjustedExpandedItems()[0]);
+    }
+  }
+}
+
+TEST_F(TransitIncidentDataSource, RowsBeyondTheItemsGetAPlainCell) {
   make(resultOf(city()), true);
   for (const ui::IndexPath& place : {ui::IndexPath{0, 4}, ui::IndexPath{1, 0}}) {
     const auto cell = dataSource_->tableViewCellForRowAtIndexPath(*table_, place);
@@ -263,6 +284,38 @@ TEST_F(TransitIncidentDataSource, ARebuiltListFollowsTheTime) {
   EXPECT_EQ(dataSource_->shieldAdjustedExpandedItems().size(), 3U) << "B, C and good service";
 }
 
+TEST_F(TransitIncidentDataSource, AResizedItemKeepsEverythingButItsArtworksSize) {
+  make(resultOf(quietCity(300)));
+  const auto row = [&](double alpha, bool displayArtwork) {
+    const auto artwork = std::get<SharedTransitItem>(dataSource_->listItem()->summaryItem())->artwork();
+    return std::make_shared<const RVTransitItem>(
+        "Delays", "Wait", std::make_shared<const RVConfiguredArtwork>(artwork->artworkSource(), alpha),
+        displayArtwork, nullptr);
+  };
+  const SharedTransitItem first = row(0.25, false);
+  const SharedTransitItem second = row(0.75, true);
+  dataSource_->setListItem(
+      std::make_shared<const RVTransitListItem>(SummaryItem(first), TransitItems{second}));
+  const auto summary = std::get<SharedTransitItem>(dataSource_->shieldAjustedSummaryItem());
+  const SharedTransitItem& expanded = dataSource_->shieldAdjustedExpandedItems().front();
+  EXPECT_LT(sizeOfArtwork(summary), sizeOfArtwork(first));
+  EXPECT_LT(sizeOfArtwork(expanded), sizeOfArtwork(second));
+  EXPECT_EQ(summary->artwork()->alpha(), 0.25);
+  EXPECT_EQ(expanded->artwork()->alpha(), 0.75);
+  EXPECT_FALSE(summary->displayArtwork());
+  EXPECT_TRUE(expanded->displayArtwork());
+  EXPECT_EQ(expanded->primaryText(), "Delays");
+  EXPECT_EQ(expanded->secondaryText(), "Wait");
+}
+
+TEST_F(TransitIncidentDataSource, TheColumnLeaves214PointsToTheText) {
+  // A shield of 120 points and its inset fit exactly into 350 - 214.
+  make(resultOf(quietCity(120)), false, 350);
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 136);
+  make(resultOf(quietCity(120)), false, 349.5);
+  EXPECT_LT(dataSource_->artworkColumnWidth(), 135.5);
+}
+
 TEST_F(TransitIncidentDataSource, AWidthIsToldOfWhenItChangesWhatIsSeen) {
   make(resultOf(quietCity(100)));
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 116) << "the shield and the inset";
@@ -313,8 +366,10 @@ TEST_F(TransitIncidentDataSource, TheColumnOfAPlainSummaryIsThatOfTheExpandedRow
 
 TEST_F(TransitIncidentDataSource, ATapReportsWhatTheRowOpens) {
   make(resultOf(city()), true);
+  listener_->table = table_;
   EXPECT_TRUE(table_->tapRow({0, 1}));
   EXPECT_EQ(table_->indexPathForSelectedRow(), std::nullopt) << "deselected at once";
+  EXPECT_FALSE(listener_->wasSelected) << "deselected before it is reported";
   ASSERT_EQ(listener_->opened.size(), 1U);
   EXPECT_EQ(listener_->opened[0], dataSource_->shieldAdjustedExpandedItems()[1]->openable());
   EXPECT_THAT(listener_->rows, ElementsAre(1U));

@@ -134,6 +134,25 @@ TEST_F(TableViewTest, AReloadGivesEachRowTheCellThatShowedItBefore) {
   EXPECT_EQ(table_->cellsMade(), 4U);
 }
 
+TEST_F(TableViewTest, AReloadKeepsTheScrollOffsetWithinTheNewContent) {
+  show({50});
+  while (table_->handleScroll(200)) root_.layoutIfNeeded();
+  table_->setContentOffset(2000);
+  root_.layoutIfNeeded();
+  const auto visible = table_->indexPathsForVisibleRows();
+  show({50});
+  EXPECT_EQ(table_->contentOffset(), 2000);
+  EXPECT_EQ(table_->indexPathsForVisibleRows(), visible);
+  expectConsistent();
+  show({10});
+  EXPECT_EQ(table_->contentOffset(), 10 * 110 - 440) << "the last rows of a shorter list";
+  expectConsistent();
+  show({1});
+  EXPECT_EQ(table_->contentOffset(), 0);
+  show({50});
+  EXPECT_EQ(table_->contentOffset(), 0);
+}
+
 TEST_F(TableViewTest, RandomHeightsAndScrolling) {
   std::mt19937 random(7);
   const auto number = [&](int low, int high) { return std::uniform_int_distribution(low, high)(random); };

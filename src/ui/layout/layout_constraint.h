@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/layout/associated_values.h"
 #include "ui/layout/layout_item.h"
 
 namespace linewatch::ui {
@@ -34,6 +35,9 @@ class LayoutConstraint final : public Object, public std::enable_shared_from_thi
   static void activate(std::initializer_list<std::shared_ptr<LayoutConstraint>> constraints);
   static void activate(const std::vector<std::shared_ptr<LayoutConstraint>>& constraints);
 
+  /// Values that live as long as the constraint.
+  AssociatedValues& associatedValues() { return associatedValues_; }
+
   /// For logs, e.g. "Label.leading == View.leading + 10".
   std::string description() const override;
 
@@ -47,6 +51,7 @@ class LayoutConstraint final : public Object, public std::enable_shared_from_thi
   void deactivate();
   bool hasSecondItem() const { return second_.item != nullptr; }
 
+  AssociatedValues associatedValues_;
   LayoutTerm first_;
   LayoutTerm second_;
   Relation relation_ = Relation::equal;

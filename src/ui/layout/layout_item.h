@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "shared/object.h"
+#include "ui/layout/associated_values.h"
 #include "ui/layout/layout_anchor.h"
 
 namespace linewatch::ui {
@@ -27,6 +28,9 @@ class LayoutItem : public Object {
   DimensionAnchor widthAnchor() const { return DimensionAnchor(term(LayoutAttribute::width)); }
   DimensionAnchor heightAnchor() const { return DimensionAnchor(term(LayoutAttribute::height)); }
 
+  /// Values that live as long as the item.
+  AssociatedValues& associatedValues() { return associatedValues_; }
+
   /// The box itself, or the guide's box; null for a guide that belongs to none.
   virtual LayoutBox* owningBox() = 0;
   virtual const LayoutBox* owningBox() const = 0;
@@ -43,6 +47,7 @@ class LayoutItem : public Object {
 
   static constexpr std::uint32_t kNoEngineSlot = UINT32_MAX;
 
+  AssociatedValues associatedValues_;
   std::shared_ptr<LayoutItem*> life_ = std::make_shared<LayoutItem*>(this);
   /// The item's index in its layout root's engine.
   std::uint32_t engineSlot_ = kNoEngineSlot;

@@ -1,3 +1,5 @@
+#include "presentation/artwork_column_calculator.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -7,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "presentation/artwork_column_calculator.h"
 #include "presentation/counted_artworks.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "simulation/platform_test.h"
