@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kInitialContentHeight = 110.0;
 constexpr double kSideInset = 16.0;
-/// Runs after the fonts and the spacings have changed.
+/// The order that runs after fonts and spacings have changed.
 constexpr std::uint64_t kAfterFontsAndSpacings = 1;
 
 }  // namespace

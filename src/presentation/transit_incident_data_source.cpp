@@ -18,7 +18,7 @@ namespace {
 
 constexpr double kInitialRowHeight = 110;
 constexpr double kDefaultArtworkViewWidth = 73;
-/// What the texts of a row need of its width.
+/// Points of a row's width that are left to its text.
 constexpr double kWidthBesideArtwork = 214;
 constexpr double kArtworkTrailingInset = 16;
 constexpr double kSeparatorInset = 16;
@@ -26,7 +26,7 @@ constexpr double kEstimatedRowHeight = 5;
 
 constexpr const char* kPlainCellIdentifier = "TableViewCell";
 
-// Whole, so that a line of the log can be searched for.
+// In one line, so that a line of the log can be searched for.
 // clang-format off
 constexpr std::string_view kExpandingRefused =
     "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to expand datasource state.\nListItem: %@";
@@ -160,7 +160,7 @@ void RVTransitIncidentDataSource::notifyDelegate() {
 
 // ---- The artwork column ----
 
-/// The summary is fitted last, so that its column is the one that stays, for expanded rows too.
+/// The summary comes last: its column width stays, for the expanded rows too.
 void RVTransitIncidentDataSource::_updateAdjustedShieldItemsAndColumnWidth() {
   if (!shieldAdjustedExpandedItems_) {
     shieldAdjustedExpandedItems_ = fittedIntoColumn(listItem_ ? listItem_->expandedItems() : TransitItems{});

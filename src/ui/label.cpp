@@ -10,9 +10,9 @@ namespace linewatch::ui {
 
 namespace {
 
-// Frames on the pixel grid miss sums of lengths by rounding.
+// Points. A frame on the pixel grid may be this much lower than the text by rounding.
 constexpr double kHeightTolerance = 1e-6;
-// A line of which less than this can be seen is not drawn.
+// A single line is drawn only when at least this share of its height is visible.
 constexpr double kReadableShare = 0.6;
 
 }  // namespace
@@ -106,7 +106,7 @@ double Label::lastBaselineFromBottom() {
   return measured_ ? measured_->layout->size.height - measured_->layout->lastBaseline() : 0;
 }
 
-// The height matters only where the text measured does not fit.
+// The height matters only when the measured text does not fit.
 std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
   if (text_.isEmpty() || !(size.width > 0 && size.height > 0)) return std::make_shared<const TextLayout>();
   const TextLayoutRequest request = requestFor(size.width);

@@ -29,8 +29,8 @@ class View : public LayoutBox {
 
   View* superview() const { return superview_; }
   const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
-  /// Adds the view in front of the others; takes it out of where it was. A view that contains this one is not
-  /// added.
+  /// Adds the view in front of the others and removes it from its former superview. A view that contains this
+  /// one is not added.
   void addSubview(const std::shared_ptr<View>& view);
   void insertSubview(const std::shared_ptr<View>& view, std::size_t index);
   /// Constraints with views that stay behind become inactive.
@@ -44,13 +44,13 @@ class View : public LayoutBox {
   Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
   Point convertPointFrom(const Point& point, const View& ancestor) const;
 
-  /// The superview's, unless the view has its own; the interface settings' at the top.
+  /// The view's own, else the superview's, else that of the interface settings.
   LayoutDirection layoutDirection() const final;
   void setLayoutDirection(std::optional<LayoutDirection> direction);
-  /// Likewise.
+  /// Pixels per point; inherited likewise.
   double displayScale() const final;
   void setDisplayScale(std::optional<double> scale);
-  /// To be called on the topmost view when the interface settings have changed.
+  /// To be called on the topmost view after the interface settings have changed.
   void environmentDidChange();
   double snappedToPixel(double length) const { return ui::snappedToPixel(length, displayScale()); }
 
@@ -64,9 +64,9 @@ class View : public LayoutBox {
 
   void setNeedsLayout() final;
   bool needsLayout() const { return needsLayout_ || descendantNeedsLayout_; }
-  /// Lays out what was marked in this view's layout root and below.
+  /// Lays out the marked views of this view's layout root and inside it.
   void layoutIfNeeded();
-  /// The normal layout of the inside; whoever overrides this calls it.
+  /// Lays out the subviews. An override calls it too.
   virtual void layoutSubviews();
   /// Of a layout root whose width and height are pulled towards `size` with the priorities: the size that its
   /// constraints allow. Any other view has its own size.
@@ -76,10 +76,10 @@ class View : public LayoutBox {
   // ---- Appearance ----
 
   bool isHidden() const final { return hidden_; }
-  /// A hidden view keeps its place in the layout, save among a stack view's arranged views.
+  /// A hidden view keeps its place in the layout, except in a stack view.
   void setHidden(bool hidden);
   double alpha() const { return alpha_; }
-  /// From 0 to 1; what is not a number counts as 1.
+  /// From 0 to 1; a value that is not a number counts as 1.
   void setAlpha(double alpha);
   void setClipsToBounds(bool clips);
 
@@ -88,22 +88,22 @@ class View : public LayoutBox {
   /// Draws the view and everything inside it; the canvas's origin is the superview's.
   void render(Canvas& canvas);
   void setNeedsDisplay();
-  /// Called when something in the tree of this view, which has no superview, is to be laid out or drawn;
-  /// often more than once. For the window.
+  /// Of a view without superview: called when something inside needs a layout or a drawing, often several
+  /// times. For the window.
   void setInvalidationHandler(std::function<void()> handler) { invalidationHandler_ = std::move(handler); }
 
   // ---- Input ----
 
-  /// The frontmost view inside this one at the point, which is in this view's coordinates; null outside.
+  /// The frontmost view at the point, this one or one inside it; null outside. In this view's coordinates.
   View* hitTest(const Point& point);
-  /// True when the view does something with pointers: it then gets everything up to the release. Otherwise
-  /// its superview is asked.
+  /// True when the view accepts the event; after a press it then gets all events up to the release. Otherwise
+  /// the superview is asked.
   virtual bool handlePointer(PointerPhase /*phase*/, const Point& /*point*/) { return false; }
-  /// Points to move the content up; true when the view scrolls.
+  /// Scrolls the content up by so many points; false when the view cannot scroll.
   virtual bool handleScroll(double /*deltaY*/) { return false; }
 
  protected:
-  /// The subview was hidden or shown, or is no longer one.
+  /// The subview was hidden, shown or removed.
   virtual void shownSubviewsDidChange(View& /*subview*/) {}
   /// A view inside was marked for layout.
   virtual void descendantDidNeedLayout() {}

@@ -94,7 +94,7 @@ TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
   view->addLayoutGuide(guide);
   setTextSize(ui::TextSizeCategory::XS);
   EXPECT_EQ(homeless->constant(), ui::snappedToPixel(scaledWithHeadline(21), 1))
-      << "that of the guide's view";
+      << "the pixel grid of the guide's view";
 }
 
 TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) {
@@ -117,7 +117,7 @@ TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) 
   DynamicTypeWizard::autoscaledConstraint(constraint, 20, kNoFont);
   EXPECT_EQ(constraint->constant(), 20);
   setTextSize(ui::TextSizeCategory::AX2);
-  EXPECT_EQ(label->font(), footnote()) << "what is registered stays";
+  EXPECT_EQ(label->font(), footnote()) << "the registration stays";
   EXPECT_EQ(constraint->constant(), 20);
   DynamicTypeWizard::updateUnscaledConstantValue(40, kHeadline, constraint);
   EXPECT_EQ(constraint->constant(), view.snappedToPixel(scaledWithHeadline(40)));
@@ -142,7 +142,7 @@ TEST_F(DynamicType, TellsInOrderAfterFontsAndFromOrderOneOnAfterLengths) {
   DynamicTypeWizard::autoscaleStackView(witness->stack, 100, kHeadline);
   DynamicTypeWizard::autoscaledConstraint(witness->constraint, 100, kHeadline);
   DynamicTypeWizard::autorefreshLabel(witness->label, kHeadline);
-  EXPECT_TRUE(notes.empty()) << "nothing is run when it is registered";
+  EXPECT_TRUE(notes.empty()) << "registering runs nothing";
 
   setTextSize(ui::TextSizeCategory::AX5);
   const auto grown = std::to_string(std::lround(scaledWithHeadline(100)));
@@ -164,7 +164,7 @@ TEST_F(DynamicType, TellsInOrderAfterFontsAndFromOrderOneOnAfterLengths) {
   DynamicTypeWizard::unregisterObject(witness);
   setTextSize(ui::TextSizeCategory::L);
   EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(witness->stack->spacing(), 100) << "so does everything else";
+  EXPECT_EQ(witness->stack->spacing(), 100) << "the spacing stays registered too";
 }
 
 TEST_F(DynamicType, DoesNotTellAnObjectUnregisteredMeanwhile) {
@@ -197,7 +197,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
   DynamicTypeWizard::makeObject(witness, &Witness::first, 1);
   view.reset();
   setTextSize(ui::TextSizeCategory::XL);
-  EXPECT_EQ(fontsAsked, 6) << "once a registration and a change, also where a constraint's view has gone";
+  EXPECT_EQ(fontsAsked, 6) << "once at registration and once per change, even if a constraint's view is gone";
   const std::vector<std::weak_ptr<Object>> registered = {label, stack, constraint, witness};
   label.reset();
   stack.reset();

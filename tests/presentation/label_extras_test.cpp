@@ -12,7 +12,7 @@ TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   EXPECT_EQ(_rova_lineSpacing(label), 0);
   _rova_setLineSpacing(label, 4);
   label.setText("no style yet");
-  EXPECT_EQ(_rova_lineSpacing(label), 0) << "an empty label cannot carry one";
+  EXPECT_EQ(_rova_lineSpacing(label), 0) << "an empty label keeps none";
 
   ui::AttributedText text("first ",
                           {.color = ui::SemanticColor::systemGray, .paragraphStyle = ui::ParagraphStyle{3}});

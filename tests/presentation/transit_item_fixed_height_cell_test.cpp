@@ -31,7 +31,7 @@ class ItemCell : public Row {
 
 TEST_F(ItemCell, TheTextEndsAtTheArtworkColumnOrWithoutOneAtTheTrailingEdge) {
   show(nullptr);
-  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "the column is there before the first item";
+  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "the column exists before the first item";
   show(item("Delays", "Expect to wait"));
   const ui::Rect guide = rect("contentGuide");
   EXPECT_EQ(guide.x, 16);
@@ -47,7 +47,7 @@ TEST_F(ItemCell, TheTextEndsAtTheArtworkColumnOrWithoutOneAtTheTrailingEdge) {
   EXPECT_EQ(rect("stackView").maxX(), kWidth - 16);
   EXPECT_FALSE(isShown("artworkImageView"));
   show(item("Delays", "Expect to wait", true));
-  EXPECT_EQ(rect("stackView").maxX(), guide.maxX() - 89) << "a cell serves rows of both kinds in turn";
+  EXPECT_EQ(rect("stackView").maxX(), guide.maxX() - 89) << "a reused cell shows both kinds of rows";
   EXPECT_TRUE(isShown("artworkImageView"));
   EXPECT_TRUE(platform_->transcript().logTexts("error").empty());
 }
@@ -79,7 +79,7 @@ TEST_F(ItemCell, TheBlockRunsFromTheCapitalsToTheLastBaselineInTheMiddleOfTheRow
   }
 }
 
-TEST_F(ItemCell, AnItemWithoutSecondaryTextHidesTheLabelAndKeepsItsPlace) {
+TEST_F(ItemCell, AnItemWithoutSecondaryTextHidesTheLabel) {
   show(item("Delays", "Expect to wait"));
   EXPECT_TRUE(isShown("secondaryLabel"));
   const ui::Rect before = rect("contentGuide");
@@ -144,7 +144,7 @@ TEST_F(ItemCell, FollowsTheTextSize) {
   EXPECT_NEAR(firstBaseline(*cell_, cell_->secondaryLabel()) - first, 21 * factor, 0.75);
   const double capHeight = cell_->snappedToPixel(0.7 * cell_->primaryLabel()->font().pointSize());
   EXPECT_NEAR(first - rect("contentGuide").y, capHeight * factor, 0.5)
-      << "the capitals' height, scaled once more";
+      << "the cap height, scaled with the font";
 }
 
 class ItalicCell final : public RVTransitItemFixedHeightCell {
@@ -162,7 +162,7 @@ class ItalicCell final : public RVTransitItemFixedHeightCell {
   double offset() const { return primaryLabelToContentGuideConstraint_->constant(); }
 };
 
-TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
+TEST_F(ItemCell, TakesTheFontsOfItsClassAndIsNotKeptAlive) {
   auto cell = ItalicCell::make();
   EXPECT_TRUE(cell->primaryLabel()->font().traits().italic);
   setTextSize(ui::TextSizeCategory::XL);
@@ -180,7 +180,7 @@ TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
       << "a label that outlives its cell keeps its font";
 }
 
-TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
+TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndNothingForAMissingImage) {
   platform_->changeWorld([](auto& world) { world.missingImages.insert("Lost"); });
   show(item("Delays", std::nullopt));
   EXPECT_EQ(cell_->artworkImageView()->alpha(), 0.5);
@@ -199,7 +199,7 @@ TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
   EXPECT_TRUE(empty.isBalanced());
 }
 
-TEST_F(ItemCell, ShowsAnArtworkMadeForTheDisplayItIsOn) {
+TEST_F(ItemCell, ShowsTheArtworkAtTheResolutionOfTheDisplay) {
   show(item("Delays", std::nullopt));
   EXPECT_FALSE(counted_.shields->scales.contains(3));
   cell_->setDisplayScale(3);
@@ -276,11 +276,11 @@ TEST_F(ItemCell, SurvivesTextsAndNumbersOfAnySize) {
     }
   }
   show(item("Delays", "Expect to wait"));
-  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "and comes to itself again";
+  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "recovers from bad numbers";
   EXPECT_EQ(cell_->frame().height, 110);
 }
 
-// ---- What the cells are made of ----
+// ---- VisualEffectWrappingView ----
 
 TEST_F(ItemCell, AWrapperShowsOneLabelFromEdgeToEdge) {
   auto root = std::make_shared<ui::View>(ui::Rect{0, 0, 100, 50});

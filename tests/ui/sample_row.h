@@ -13,7 +13,7 @@
 
 namespace linewatch::ui {
 
-/// A label shown through an effect, whose baselines are the view's.
+/// Shows a label through an effect. Its baselines are the label's.
 class EffectLabel final : public VisualEffectView {
  public:
   EffectLabel(const std::shared_ptr<Label>& label, VibrancyEffect effect)
@@ -62,7 +62,7 @@ class SampleRow final : public TableViewCell {
     textToGuide->setActive(!shows);
   }
 
-  /// As a table does.
+  /// Lays the row out as a table does.
   void layOutAtWidth(double width) {
     const Size fitting = systemLayoutSizeFittingSize({width, 0}, kRequiredPriority, kFittingSizePriority);
     setFrame({0, 0, width, fitting.height});

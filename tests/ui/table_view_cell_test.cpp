@@ -22,7 +22,7 @@ using TableViewCellTest = UiTest;
 
 Rect inCell(const View& view, const View& cell) { return view.convertRectTo(view.bounds(), cell); }
 
-/// The rectangles of everything in the row, in the row's coordinates.
+/// The rectangles of all parts, in the row's coordinates.
 std::vector<Rect> rects(SampleRow& row) {
   std::vector<Rect> all;
   for (const View* view : std::initializer_list<const View*>{
@@ -55,7 +55,7 @@ TEST_F(TableViewCellTest, ARowOfTextAndImage) {
   EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 15.5, 327, 33}));
   row.height->setConstant(64.1);
   row.layOutAtWidth(359);
-  EXPECT_EQ(row.frame().height, 64.5) << "whole pixels, and none too few";
+  EXPECT_EQ(row.frame().height, 64.5) << "rounded up to whole pixels";
 }
 
 TEST_F(TableViewCellTest, TextIsWholeAsLongAsTheBlockFitsIntoTheRow) {
@@ -178,7 +178,7 @@ TEST_F(TableViewCellTest, EdgesAndBaselinesAreOnThePixelGrid) {
   EXPECT_EQ(snappedToPixel(1.4, 0), 1);
 }
 
-/// All that a row's layout depends on.
+/// Everything that a row's layout depends on.
 struct RowState {
   double width = 359;
   double height = 110;
@@ -262,7 +262,7 @@ TEST_F(TableViewCellTest, ManyChangesComeOutAsIfMadeAtOnce) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(TableViewCellTest, HostsOfAnySizeAreLaidOut) {
+TEST_F(TableViewCellTest, RowsOfAnySizeAreLaidOut) {
   SampleRow row;
   row.primary->setText("Central Station");
   row.secondary->setText("Delays");
@@ -277,7 +277,7 @@ TEST_F(TableViewCellTest, HostsOfAnySizeAreLaidOut) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(TableViewCellTest, ALayoutRootInsideAnotherIsApartFromIt) {
+TEST_F(TableViewCellTest, ALayoutRootInsideAnotherIsLaidOutByItself) {
   View root({0, 0, 400, 400});
   const auto row = std::make_shared<SampleRow>();
   row->primary->setText("Central Station");

@@ -28,7 +28,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 using ViewTest = UiTest;
 
-/// Counts what it is asked.
+/// Counts the questions of the layout.
 class CountingView final : public View {
  public:
   std::optional<double> intrinsicWidth() override {
@@ -91,7 +91,7 @@ TEST_F(ViewTest, OnlyWhatChangedIsLaidOutAgain) {
     root.layoutIfNeeded();
     EXPECT_EQ(views[1]->frame().width, width);
     EXPECT_EQ(views[1]->questions, 1);
-    EXPECT_EQ(views[0]->questions + views[0]->layouts, 0) << "one constraint takes another's place";
+    EXPECT_EQ(views[0]->questions + views[0]->layouts, 0) << "only a constraint was exchanged";
   }
 }
 
@@ -118,7 +118,7 @@ TEST_F(ViewTest, NumbersThatAreNotFiniteAreLeftOut) {
   EXPECT_EQ(view->alpha(), 1);
 }
 
-TEST_F(ViewTest, ConstraintsEndWhereTheirItemsPart) {
+TEST_F(ViewTest, ConstraintsEndWhenAnItemLeavesTheTree) {
   View root({0, 0, 100, 100});
   const auto box = addView(root);
   const auto inner = addView(*box);
@@ -161,7 +161,7 @@ TEST_F(ViewTest, FrameLayoutFollowsTheSuperview) {
   EXPECT_EQ(pinned->frame().origin(), (Point{117, 47}));
 }
 
-/// Never content with what it is given.
+/// Asks for another layout each time it is laid out.
 class RestlessView final : public View {
  public:
   void layoutSubviews() override {
@@ -170,7 +170,7 @@ class RestlessView final : public View {
   }
 };
 
-TEST_F(ViewTest, ALayoutThatNeverRestsIsLeftWithALine) {
+TEST_F(ViewTest, ALayoutThatNeverRestsIsStoppedAndLogged) {
   RestlessView view;
   view.layoutIfNeeded();
   EXPECT_FALSE(view.needsLayout());
@@ -294,7 +294,7 @@ TEST_F(ViewTest, TreesWithAnyConstraintsComeToRest) {
   }
 }
 
-TEST_F(ViewTest, ViewsDrawWhatCanBeSeen) {
+TEST_F(ViewTest, ViewsDrawTheirVisibleParts) {
   SampleRow row;
   row.primary->setText("Central Station");
   row.secondary->setText("Delays");
@@ -343,7 +343,7 @@ TEST_F(ViewTest, AChangeAsksTheWindowForALayoutOrADrawing) {
   EXPECT_FALSE(asks([&] { label->setText("apart"); }));
 }
 
-TEST_F(ViewTest, AHitIsTheFrontmostViewThatCanBeSeen) {
+TEST_F(ViewTest, AHitIsTheFrontmostVisibleView) {
   View root({10, 10, 100, 100});
   const auto back = std::make_shared<View>(Rect{0, 0, 50, 50});
   const auto front = std::make_shared<View>(Rect{20, 20, 50, 50});
@@ -357,7 +357,7 @@ TEST_F(ViewTest, AHitIsTheFrontmostViewThatCanBeSeen) {
   front->setHidden(true);
   EXPECT_EQ(root.hitTest({30, 30}), back.get());
   back->addSubview(std::shared_ptr<View>(&root, [](View*) {}));
-  EXPECT_EQ(root.superview(), nullptr) << "a view does not go into what it contains";
+  EXPECT_EQ(root.superview(), nullptr) << "a view is not added to a view inside it";
 }
 
 }  // namespace
