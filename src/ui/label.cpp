@@ -12,8 +12,6 @@ namespace {
 
 // Points. A frame on the pixel grid may be this much lower than the text by rounding.
 constexpr double kHeightTolerance = 1e-6;
-// A single line is drawn only when at least this share of its height is visible.
-constexpr double kReadableShare = 0.6;
 
 }  // namespace
 
@@ -117,8 +115,8 @@ std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
   TextLayoutRequest limited = request;
   limited.maximumHeight = size.height + kHeightTolerance;
   const auto& layout = layOut(displayed_, limited);
-  const bool readable = size.height >= kReadableShare * layout->size.height;
-  return readable ? layout : std::make_shared<const TextLayout>();
+  const bool fits = layout->size.height <= limited.maximumHeight;
+  return fits ? layout : std::make_shared<const TextLayout>();
 }
 
 double Label::contentHeightWithin(const Size& size) {

@@ -70,12 +70,6 @@ void TransitInfoLabelView::setTruncationText(TruncationText text) {
   contentDidChange();
 }
 
-void TransitInfoLabelView::setFont(const Font& font) {
-  if (font == font_) return;
-  font_ = font;
-  contentDidChange();
-}
-
 void TransitInfoLabelView::setTextColor(const Color& color) {
   textColor_ = color;
   setNeedsDisplay();

@@ -33,20 +33,15 @@ class TransitInfoLabelView final : public View {
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return cache_; }
   void setArtworkCache(std::shared_ptr<ArtworkDataSourceCache> cache);
 
-  std::int64_t shieldSize() const { return shieldSize_; }
   void setShieldSize(std::int64_t size);
   void setIconSize(std::int64_t size);
   /// Points.
   void setSpaceBetweenShields(double space);
   /// Points; absent: 4096.
-  std::optional<double> maximumWidth() const { return maximumWidth_; }
   void setMaximumWidth(std::optional<double> width);
 
   /// Without one, items that do not fit are left out without a text.
   void setTruncationText(TruncationText text);
-  const Font& font() const { return font_; }
-  void setFont(const Font& font);
-  const Color& textColor() const { return textColor_; }
   void setTextColor(const Color& color);
 
   // ---- The row as shown ----

@@ -24,7 +24,6 @@ class ViewController : public Object {
   /// Made and loaded at the first call.
   View& view();
   const std::shared_ptr<View>& sharedView();
-  bool isViewLoaded() const { return view_ != nullptr; }
 
   virtual void viewDidLoad() {}
   virtual void viewWillAppear(bool /*animated*/) {}

@@ -111,8 +111,8 @@ TEST_F(ItemCell, ShowsAllLinesAsLongAsTheBlockFitsIntoTheRow) {
   EXPECT_EQ(rect("contentGuide").height, 108);
   show(item("Delays", std::string(6 * 31 + 1, 'x')));
   const auto layout = cell_->secondaryLabel()->displayedLayout();
-  ASSERT_EQ(layout->lines.size(), 6U);
   EXPECT_TRUE(layout->lines.back().truncated);
+  EXPECT_LE(rect("secondaryLabel").maxY(), 110) << "lines of a shortened text are wholly in the row";
 }
 
 TEST_F(ItemCell, ShowsTheFirstLineAtEveryTextSize) {

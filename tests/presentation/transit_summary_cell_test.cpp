@@ -156,9 +156,9 @@ TEST_F(SummaryCell, TheShieldsAreMadeAgainForAnotherDisplayOrDirection) {
 
 TEST_F(SummaryCell, IsLaidOutBeforeItIsMeasured) {
   cell_->setFrame({0, 0, kWidth, 110});
-  cell_->setItem(summary("3 lines affected", shields(3)));
+  cell_->setItem(summary("20 lines affected", shields(20)));
   cell_->systemLayoutSizeFittingSize({kWidth, 0}, ui::kRequiredPriority, ui::kFittingSizePriority);
-  EXPECT_EQ(shieldRow().maximumWidth(), kWidth - 32);
+  EXPECT_LT(shieldRow().shownItemCount(), 20U) << "limited to the width of the first layout";
 }
 
 TEST_F(SummaryCell, ShowsAllShieldsWhereTheyFitWithoutTheText) {

@@ -23,7 +23,6 @@ class Controller final : public ViewController {
 
 TEST_F(ViewControllerTest, AControllerLoadsItsViewOnce) {
   Controller controller;
-  EXPECT_FALSE(controller.isViewLoaded());
   View& view = controller.view();
   EXPECT_EQ(view.frame().width, 10);
   EXPECT_EQ(&controller.view(), &view);

@@ -347,55 +347,64 @@ bool LayoutEngine::isShownText(const Item& item) const {
 
 // A box with a given frame may be anywhere, and constraints need not determine where a hidden one is.
 void LayoutEngine::keepBaselinesInRoot(Item& item) {
-  if (!isShownText(item)) {
-    for (RowId* row : {&item.firstBaselineInside, &item.lastBaselineInside}) {
-      if (*row) systems_.vertical.remove(**row);
-      row->reset();
-    }
+  if (isShownText(item)) {
+    keepInRoot(item, *item.firstBaselineFromTop, item.lastBaselineFromBottom);
     return;
   }
+  for (RowId* row : {&item.topInside, &item.bottomInside}) {
+    if (*row) systems_.vertical.remove(**row);
+    row->reset();
+  }
+}
+
+// The item's top moved down by `fromTop` and its bottom moved up by `fromBottom` stay in the root.
+void LayoutEngine::keepInRoot(Item& item, double fromTop, double fromBottom) {
   const ItemAxis& part = item.axes.vertical;
   LinearConstraint linear;
-  linear.priority = kBaselineInsidePriority;
+  linear.priority = kTextInsidePriority;
   linear.relation = Relation::greaterThanOrEqual;
-  linear.constant = *item.firstBaselineFromTop;
+  linear.constant = fromTop;
   linear.addTerm(part.position, 1);
-  setRow(item.firstBaselineInside, Axis::vertical, linear);
+  setRow(item.topInside, Axis::vertical, linear);
   linear.relation = Relation::lessThanOrEqual;
-  linear.constant = -item.lastBaselineFromBottom;
+  linear.constant = -fromBottom;
   linear.addTerm(part.size, 1);
   linear.addTerm(items_.front().axes.vertical.size, -1);
-  setRow(item.lastBaselineInside, Axis::vertical, linear);
+  setRow(item.bottomInside, Axis::vertical, linear);
 }
 
-// The next layout starts from the whole texts again.
+bool LayoutEngine::isTooLow(const Item& item) const {
+  if (!item.bottomInside) return false;
+  return frameInRoot(item).height < -systems_.vertical.constantOf(*item.axes.vertical.resistance);
+}
+
+// When the constraints leave every text its whole height, only baselines have to be in the root. Else texts
+// lose lines, and the lines left are wholly in the root. The next layout starts from the whole texts again.
 void LayoutEngine::fitTexts() {
-  Item* firstText = nullptr;
-  bool shortened = false;
+  for (Item& item : items_) item.firstLine.reset();
+  if (std::none_of(items_.begin(), items_.end(), [&](const Item& item) { return isTooLow(item); })) return;
   for (Item& item : items_) {
-    item.firstLine.reset();
-    if (!item.lastBaselineInside) continue;
-    if (firstText == nullptr) firstText = &item;
-    shortened = shortenText(item) || shortened;
+    if (item.bottomInside) keepInRoot(item, 0, 0);
   }
-  if (!shortened) return;
   systems_.vertical.solve();
-  keepFirstLine(*firstText);
+  for (Item& item : items_) {
+    if (isTooLow(item)) shortenText(item);
+  }
+  systems_.vertical.solve();
+  const auto first =
+      std::find_if(items_.begin(), items_.end(), [](const Item& item) { return item.bottomInside; });
+  keepFirstLine(*first);
 }
 
-// A text lower than its content asks only for the lines that it then shows, so that a block of texts is as
-// high as the lines in it.
-bool LayoutEngine::shortenText(Item& item) {
-  const Rect frame = frameInRoot(item);
-  const double whole = -systems_.vertical.constantOf(*item.axes.vertical.resistance);
-  if (frame.height >= whole) return false;
-  setContentRows(item, Axis::vertical, item.box->contentHeightWithin(frame.size()));
+// Makes the text ask only for the lines that it shows, so that a block of texts is as high as the lines in
+// it.
+void LayoutEngine::shortenText(Item& item) {
+  setContentRows(item, Axis::vertical, item.box->contentHeightWithin(frameInRoot(item).size()));
   item.measuredWidth.reset();
-  return true;
 }
 
 // Constraints may leave the first text less than a line, e.g. a low row at a large text size. Its first line
-// is shown all the same, inside the root and as close as possible to where the constraints put it.
+// is shown nevertheless, inside the root and as close as possible to where the constraints put it.
 void LayoutEngine::keepFirstLine(Item& item) {
   const Rect frame = frameInRoot(item);
   const double height = item.box->firstLineHeight(frame.width);

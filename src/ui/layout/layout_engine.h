@@ -60,8 +60,8 @@ class LayoutEngine {
     std::optional<double> measuredWidth;
     std::optional<double> firstBaselineFromTop;
     double lastBaselineFromBottom = 0;
-    /// Keep the baselines of a shown text inside the root.
-    RowId firstBaselineInside, lastBaselineInside;
+    /// Keep a shown text, or its baselines, inside the root.
+    RowId topInside, bottomInside;
     /// Replaces the solved vertical edges of a text that keeps its first line.
     std::optional<Edges> firstLine;
     bool isRoot = false;
@@ -105,9 +105,11 @@ class LayoutEngine {
   void readBaselines(Item& item);
   void updateBaselineConstraints();
   void keepBaselinesInRoot(Item& item);
+  void keepInRoot(Item& item, double fromTop, double fromBottom);
   bool isShownText(const Item& item) const;
   void fitTexts();
-  bool shortenText(Item& item);
+  bool isTooLow(const Item& item) const;
+  void shortenText(Item& item);
   void keepFirstLine(Item& item);
   void logLeftOut(Axis axis);
 

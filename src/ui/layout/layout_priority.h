@@ -25,8 +25,8 @@ using LayoutPriority = double;
 inline constexpr LayoutPriority kRequiredPriority = 1000;
 /// How strongly content resists being made smaller than it is.
 inline constexpr LayoutPriority kHighPriority = 750;
-/// How strongly a text's baselines stay inside its layout root: the text rather loses lines.
-inline constexpr LayoutPriority kBaselineInsidePriority = 800;
+/// How strongly text stays inside its layout root: it rather loses lines.
+inline constexpr LayoutPriority kTextInsidePriority = 800;
 /// How strongly content resists being made larger.
 inline constexpr LayoutPriority kLowPriority = 250;
 /// Pulls a size towards nothing where it is asked how small it can be.
