@@ -30,14 +30,13 @@ TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   EXPECT_EQ(label.attributedText().runs().front().attributes.color, ui::Color(ui::SemanticColor::systemGray));
 }
 
-TEST_F(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
-  const ui::Font font(ui::TextStyle::title2);
-  const auto label = multiLineLabelWithFont(font);
-  EXPECT_EQ(label->font(), font);
-  EXPECT_EQ(label->frame(), ui::Rect());
-  EXPECT_TRUE(label->isLaidOutByConstraints());
-  label->setText("a b c d e f");
-  EXPECT_NEAR(label->intrinsicHeight(font.pointSize()).value(), 6 * font.pointSize(), 1);
+TEST_F(LabelExtras, TheLineSpacingMovesTheLinesApart) {
+  const auto label = multiLineLabelWithFont(ui::Font(ui::TextStyle::title2));
+  label->setText("a b c");
+  const double width = label->font().pointSize();
+  const double before = label->intrinsicHeight(width).value();
+  _rova_setLineSpacing(*label, 5);
+  EXPECT_EQ(label->intrinsicHeight(width), before + 2 * 5) << "three lines, two gaps";
 }
 
 }  // namespace
