@@ -1,5 +1,5 @@
-// Fits the artworks of a list into one column, every one of them too wide: each shrinks step by step to the
-// smallest size. The counter is the time an item, divided by the logarithm of their number.
+// Fits the artworks of a list into one column. All are too wide and shrink step by step to the smallest size.
+// The counter is the time divided by n log n for n items.
 
 #include <cmath>
 #include <cstdint>
@@ -22,7 +22,7 @@ constexpr double kNarrowestWidth = 5000;
 constexpr std::int64_t kSmallestSize = -4;
 const ArtworkWidthCalculatorSizeParameter kParameter{73, 200, {0, 0, 0, 16}};
 
-/// Items whose artworks are all different in text, and in width where `distinctWidths`.
+/// Items whose artworks all differ in text, and with `distinctWidths` also in width.
 TransitItems wideItems(const std::shared_ptr<ArtworkDataSourceCache>& cache, std::int64_t count,
                        bool distinctWidths) {
   TransitItems items;
@@ -58,7 +58,7 @@ void fitEveryArtworkShrunk(benchmark::State& state) {
   const TransitItems items = wideItems(cache, state.range(0), state.range(1) != 0);
   double width = 0;
   for (auto _ : state) {
-    // Every time all is drawn anew, or few rounds over many items would be compared with many over few.
+    // Each round draws everything again, so that rounds over few and over many items are comparable.
     state.PauseTiming();
     cache->purge();
     settleHeap();
@@ -80,7 +80,7 @@ BENCHMARK(fitEveryArtworkShrunk)
     ->ArgsProduct({{1'000, 10'000, 100'000}, {0, 1}})
     ->Unit(benchmark::kMillisecond);
 
-/// The question that a table asks again and again.
+/// A repeated call, as tables make it.
 void fitTheSameAgain(benchmark::State& state) {
   installPlatform(simulation::SimulatedPlatform::make());
   const TransitItems items = wideItems(memoryConstrainedImageViewCache(), state.range(0), true);

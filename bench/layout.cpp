@@ -1,4 +1,4 @@
-// Lays out a list row: an image in a trailing column and two wrapped labels that stand on baselines.
+// Lays out a list row: an image in a trailing column and two wrapped labels below each other.
 
 #include <memory>
 #include <string>

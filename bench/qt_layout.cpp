@@ -1,5 +1,5 @@
-// Lays out one list row with the desktop's text beside what Qt's widgets do for the same row: two
-// word-wrapped labels in a column and a picture at the trailing edge.
+// Compares the layout of a list row here and with Qt's widgets: two word-wrapped labels in a column and a
+// picture at the trailing edge.
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -33,7 +33,7 @@ void needApplication() {
   static const QApplication application(count, arguments);
 }
 
-/// The row as somebody would write it with Qt's widgets.
+/// The row with Qt's widgets.
 class WidgetRow {
  public:
   WidgetRow() : row_(&widget_), column_(new QVBoxLayout) {

@@ -9,14 +9,14 @@ namespace linewatch {
 
 namespace {
 
-/// The item's artwork, if it is a line's or a system's; null otherwise.
+/// Null when the item's artwork is not a line's or a system's.
 SharedSizedArtwork sizedArtworkOf(const SharedTransitItem& item) {
   if (!item || !item->artwork()) return nullptr;
   return std::dynamic_pointer_cast<const SizedTransitArtwork>(item->artwork()->artworkSource());
 }
 
-/// Every item with one of the artworks is rebuilt, not the last one alone: equal artworks are common, as a
-/// line may have many incidents.
+/// Rebuilds every item that has one of the artworks. Equal artworks are common: a line may have many
+/// incidents.
 TransitItems withSmallerArtworks(TransitItems items, const SmallerArtworks& smallerArtworks,
                                  const DownSizingBlock& downSizingBlock) {
   for (SharedTransitItem& item : items) {

@@ -8,20 +8,18 @@
 
 namespace linewatch {
 
-/// Given an item and the artwork that is to be shown in place of its own: the item with that artwork, or null
-/// to keep the item as it is.
+/// Returns the item with the smaller artwork, or null to keep the item as it is.
 using DownSizingBlock =
     std::function<SharedTransitItem(const SharedTransitItem& item, const SharedSizedArtwork& smallerArtwork)>;
 
-/// Fits the artworks of items into one column, and remembers its last answer. Main thread.
+/// Fits the artworks of items into one column and keeps its last result. Main thread.
 class RVTransitItemArtworkColumnCalculator {
  public:
-  /// The items, those whose artwork has to be smaller rebuilt by `downSizingBlock`, which may be empty; the
-  /// other items are the very objects given. Items without a line's or system's artwork do not count for the
-  /// column. The column's width goes to `outArtworkColumnWidth`, unless that is null.
+  /// The same items in order. `downSizingBlock`, which may be empty, rebuilds those whose artwork has to be
+  /// smaller; all others are the very objects given. Items without a line's or system's artwork do not count
+  /// for the column. Writes the column's width to `outArtworkColumnWidth`, unless that is null.
   ///
-  /// The same question as the last time (items by value, parameters exactly) is answered without drawing
-  /// anything.
+  /// A call with the items (by value) and the parameters (exactly) of the last call draws nothing.
   TransitItems itemsFromItems(const TransitItems& items,
                               const ArtworkWidthCalculatorSizeParameter& sizeParameter,
                               double* outArtworkColumnWidth, const DownSizingBlock& downSizingBlock);

@@ -15,7 +15,7 @@ namespace linewatch {
 namespace {
 
 constexpr double kDefaultWidthInsteadOfNegative = 50.0;
-/// An artwork of a smaller size than this is not made smaller any more.
+/// An artwork below this size is not shrunk.
 constexpr std::int64_t kSmallestShrinkableSize = -3;
 
 ArtworkWidthCalculatorSizeParameter sanitized(ArtworkWidthCalculatorSizeParameter parameter) {
@@ -27,14 +27,14 @@ ArtworkWidthCalculatorSizeParameter sanitized(ArtworkWidthCalculatorSizeParamete
   return parameter;
 }
 
-/// The cache draws each artwork once at each size, however often its width is asked for.
+/// The cache draws each artwork once at each size.
 double drawnWidth(const SizedTransitArtwork& artwork, std::int64_t size, double displayScale) {
   if (!artwork.artworkDataSource() || !artwork.artworkCache()) return 0;
   const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), {size, displayScale});
   return image ? image->size().width : 0;
 }
 
-/// Fits one artwork after the other.
+/// Fits artworks one by one.
 class Fitting {
  public:
   Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, double displayScale, std::size_t count)
@@ -50,7 +50,7 @@ class Fitting {
                                                                             size, artwork->artworkCache());
   }
 
-  /// The widest artwork that fits, with its insets; absent when none does.
+  /// The width of the widest artwork that fits, insets included; absent when none fits.
   std::optional<double> widest() const { return widest_; }
   SmallerArtworks smallerArtworks() && { return std::move(smallerArtworks_); }
 
@@ -86,9 +86,9 @@ TransitDirectionsListArtworkWidthCalculator::TransitDirectionsListArtworkWidthCa
     std::vector<SharedSizedArtwork> artworks, const ArtworkWidthCalculatorSizeParameter& sizeParameter)
     : artworks_(std::move(artworks)), sizeParameter_(sanitized(sizeParameter)) {}
 
-// Always the artwork that is the widest at the moment shrinks, until the widest that is left fits. That comes
-// to the same as fitting each by itself, without sorting: none stops being too wide before its own width is
-// small enough, and none shrinks further once it is.
+// By definition the artwork that is the widest at the moment shrinks by one step, until the widest that is
+// left fits. Fitting each artwork by itself gives the same result without sorting: an artwork that is too
+// wide is shrunk sooner or later, and one that fits is never shrunk further.
 SmallerArtworks TransitDirectionsListArtworkWidthCalculator::calculateArtworkViewWidthAndArtworkSizes(
     double* artworkViewWidth) const {
   Fitting fitting(sizeParameter_, platform().interfaceSettings().displayScale(), artworks_.size());

@@ -8,10 +8,10 @@
 
 namespace linewatch {
 
-/// The font that something is shown in, asked for anew whenever it is needed. It may give none.
+/// Returns the present font, or none. Called again whenever the font is needed.
 using FontProvider = std::function<std::optional<ui::Font>()>;
 
-/// A length of the design and the font that it scales with.
+/// A design length and the font that it scales with.
 class DynamicTypeValue {
  public:
   /// `unscaledValue` is in points at the default text size. Without a provider the length does not scale.

@@ -18,23 +18,27 @@ void scaleStackView(ui::StackView& stackView, const DynamicTypeValue& value) {
   stackView.setSpacing(stackView.snappedToPixel(value.scaledValue()));
 }
 
+/// Of the objects registered now. A font provider may register others meanwhile.
+template <class Key, class Value, class Operation>
+void forEachEntry(const WeakKeyTable<Key, Value>& table, Operation operation) {
+  for (const auto& key : table.keys()) {
+    if (const auto value = table.find(key.get())) operation(*key, *value);
+  }
+}
+
 }  // namespace
 
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value) {
   const ui::LayoutItem* first = constraint.firstItem();
-  const ui::View* view = first != nullptr ? first->owningView() : nullptr;
-  const double scale = view != nullptr ? view->displayScale() : platform().interfaceSettings().displayScale();
+  const ui::LayoutBox* box = first != nullptr ? first->owningBox() : nullptr;
+  const double scale = box != nullptr ? box->displayScale() : platform().interfaceSettings().displayScale();
   constraint.setConstant(ui::snappedToPixel(value.scaledValue(), scale));
 }
 
 void MakeObjectsPerformSelectorWithMap(ObjectOperationMap* map) {
   if (map == nullptr) return;
   for (const auto& object : map->keys()) {
-    const ObjectOperation* entry = map->find(object.get());
-    if (entry == nullptr) continue;
-    // A copy, as the operation may change the map.
-    const ObjectOperation operation = *entry;
-    operation(*object);
+    if (const auto operation = map->find(object.get())) (*operation)(*object);
   }
 }
 
@@ -48,34 +52,35 @@ std::shared_ptr<DynamicTypeWizard> DynamicTypeWizard::_singletonInstance() {
   });
 }
 
-void DynamicTypeWizard::autorefreshLabel(const std::shared_ptr<ui::Label>& label, FontProvider fontProvider) {
-  if (!label || !fontProvider) return;
-  refreshLabel(*label, fontProvider);
-  _singletonInstance()->labelToFontMap_.set(label, std::move(fontProvider));
+void DynamicTypeWizard::autorefreshLabel(const std::shared_ptr<ui::Label>& label,
+                                         FontProvider withFontProvider) {
+  if (!label || !withFontProvider) return;
+  refreshLabel(*label, withFontProvider);
+  _singletonInstance()->labelToFontMap_.set(label, std::move(withFontProvider));
 }
 
 ui::SharedConstraint DynamicTypeWizard::autoscaledConstraint(const ui::SharedConstraint& constraint,
-                                                             double constant, FontProvider fontProvider) {
-  if (!constraint || !fontProvider) return constraint;
-  DynamicTypeValue value(constant, std::move(fontProvider));
+                                                             double constant, FontProvider withFontProvider) {
+  if (!constraint || !withFontProvider) return constraint;
+  DynamicTypeValue value(constant, std::move(withFontProvider));
   ScaleConstraintToDynamicValue(*constraint, value);
   _singletonInstance()->constraintToValueMap_.set(constraint, std::move(value));
   return constraint;
 }
 
 void DynamicTypeWizard::updateUnscaledConstantValue(double constant, FontProvider fontProvider,
-                                                    const ui::SharedConstraint& constraint) {
-  DynamicTypeValue* value = _singletonInstance()->constraintToValueMap_.find(constraint.get());
-  if (value == nullptr) return;
-  value->setUnscaledValue(constant);
-  value->setFontProvider(std::move(fontProvider));
-  ScaleConstraintToDynamicValue(*constraint, *value);
+                                                    const ui::SharedConstraint& forConstraint) {
+  auto& values = _singletonInstance()->constraintToValueMap_;
+  if (!values.find(forConstraint.get())) return;
+  DynamicTypeValue value(constant, std::move(fontProvider));
+  ScaleConstraintToDynamicValue(*forConstraint, value);
+  values.set(forConstraint, std::move(value));
 }
 
 void DynamicTypeWizard::autoscaleStackView(const std::shared_ptr<ui::StackView>& stackView, double spacing,
-                                           FontProvider fontProvider) {
-  if (!stackView || !fontProvider) return;
-  DynamicTypeValue value(spacing, std::move(fontProvider));
+                                           FontProvider withFontProvider) {
+  if (!stackView || !withFontProvider) return;
+  DynamicTypeValue value(spacing, std::move(withFontProvider));
   scaleStackView(*stackView, value);
   _singletonInstance()->stackToValueMap_.set(stackView, std::move(value));
 }
@@ -87,7 +92,7 @@ void DynamicTypeWizard::makeObject(const std::shared_ptr<Object>& object, std::u
 }
 
 void DynamicTypeWizard::unregisterObject(const std::shared_ptr<Object>& object) {
-  for (ObjectOperationMap& map : _singletonInstance()->orderToSelectorStringMap_) map.remove(object.get());
+  for (ObjectOperationMap& map : _singletonInstance()->orderToSelectorStringMap_) map.remove(object);
 }
 
 // Fonts come first, so that whatever runs later sees the new ones.
@@ -100,20 +105,12 @@ void DynamicTypeWizard::_contentSizeCategoryDidChange() {
   MakeObjectsPerformSelectorWithMap(&orderToSelectorStringMap_[2]);
 }
 
-void DynamicTypeWizard::refreshLabels() {
-  for (const auto& label : labelToFontMap_.keys()) refreshLabel(*label, *labelToFontMap_.find(label.get()));
-}
+void DynamicTypeWizard::refreshLabels() { forEachEntry(labelToFontMap_, refreshLabel); }
 
 void DynamicTypeWizard::scaleConstraints() {
-  for (const auto& constraint : constraintToValueMap_.keys()) {
-    ScaleConstraintToDynamicValue(*constraint, *constraintToValueMap_.find(constraint.get()));
-  }
+  forEachEntry(constraintToValueMap_, ScaleConstraintToDynamicValue);
 }
 
-void DynamicTypeWizard::scaleStackViews() {
-  for (const auto& stackView : stackToValueMap_.keys()) {
-    scaleStackView(*stackView, *stackToValueMap_.find(stackView.get()));
-  }
-}
+void DynamicTypeWizard::scaleStackViews() { forEachEntry(stackToValueMap_, scaleStackView); }
 
 }  // namespace linewatch

@@ -9,12 +9,12 @@
 #include "presentation/weak_key_table.h"
 #include "shared/object.h"
 #include "ui/label.h"
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 #include "ui/stack_view.h"
 
 namespace linewatch {
 
-/// Something to be run on an object that is entered with it.
+/// The operation that an object registered for text size changes.
 using ObjectOperation = std::function<void(Object&)>;
 using ObjectOperationMap = WeakKeyTable<Object, ObjectOperation>;
 
@@ -22,32 +22,32 @@ using ObjectOperationMap = WeakKeyTable<Object, ObjectOperation>;
 /// labels get their font, objects of order 0 are told, constraints and then stack views get their lengths,
 /// objects of order 1 are told, and then those of order 2.
 ///
-/// Whatever is registered is held weakly; font providers are held strongly, and should hold their view
-/// weakly. There is one registry a platform. Main thread.
+/// Registered objects are held weakly. A font provider lives as long as the object that it is registered for;
+/// one that needs the object holds it weakly. There is one registry per platform. Main thread.
 class DynamicTypeWizard final : public Object {
  public:
   /// Gives the label the provider's font now and at each change. Does nothing without a provider.
-  static void autorefreshLabel(const std::shared_ptr<ui::Label>& label, FontProvider fontProvider);
+  static void autorefreshLabel(const std::shared_ptr<ui::Label>& label, FontProvider withFontProvider);
   /// Gives the constraint `constant`, scaled with the provider's font and snapped to the pixel grid, now and
   /// at each change. Does nothing without a provider. Returns the constraint.
   static ui::SharedConstraint autoscaledConstraint(const ui::SharedConstraint& constraint, double constant,
-                                                   FontProvider fontProvider);
-  /// Replaces both of what a registered constraint was registered with; does nothing with another one.
+                                                   FontProvider withFontProvider);
+  /// Replaces the constant and the provider of a registered constraint; ignores any other constraint.
   static void updateUnscaledConstantValue(double constant, FontProvider fontProvider,
-                                          const ui::SharedConstraint& constraint);
+                                          const ui::SharedConstraint& forConstraint);
   /// Like `autoscaledConstraint`, for the stack's spacing.
   static void autoscaleStackView(const std::shared_ptr<ui::StackView>& stackView, double spacing,
-                                 FontProvider fontProvider);
-  /// Runs `selector` on the object at each change, in place of an earlier one of the object in this order.
-  /// Orders other than 0, 1 and 2 do nothing, nor does a null selector.
+                                 FontProvider withFontProvider);
+  /// Runs `performSelector` on the object at each change. It replaces the object's earlier operation of the
+  /// same order. Orders other than 0, 1 and 2 and a null operation are ignored.
   template <class T>
-  static void makeObject(const std::shared_ptr<T>& object, void (T::*selector)(),
+  static void makeObject(const std::shared_ptr<T>& object, void (T::*performSelector)(),
                          std::uint64_t whenSizeCategoryChangesWithOrder) {
-    if (selector == nullptr) return;
+    if (performSelector == nullptr) return;
     makeObject(std::static_pointer_cast<Object>(object), whenSizeCategoryChangesWithOrder,
-               [selector](Object& told) { (static_cast<T&>(told).*selector)(); });
+               [performSelector](Object& told) { (static_cast<T&>(told).*performSelector)(); });
   }
-  /// Takes the object out of the three orders; what else it is registered for stays.
+  /// Removes the object's operations of all three orders. A font, constant or spacing stays registered.
   static void unregisterObject(const std::shared_ptr<Object>& object);
 
  private:
@@ -66,12 +66,12 @@ class DynamicTypeWizard final : public Object {
   std::array<ObjectOperationMap, 3> orderToSelectorStringMap_;
 };
 
-/// Gives the constraint the value, snapped to the pixel grid of the view that its first item is or belongs
-/// to; to the main display's where there is none.
+/// Sets the constraint's constant to the value, snapped to the pixel grid of the view that its first item is
+/// or belongs to, or of the main display when there is no such view.
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value);
 
-/// Runs the operations of the objects that are in the map now, save of those that are taken out meanwhile. A
-/// null map does nothing.
+/// Runs the operations of the objects that are in the map now, unless they are removed meanwhile. A null map
+/// does nothing.
 void MakeObjectsPerformSelectorWithMap(ObjectOperationMap* map);
 
 }  // namespace linewatch

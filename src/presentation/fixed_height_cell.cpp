@@ -10,21 +10,19 @@ namespace {
 
 constexpr double kInitialContentHeight = 110.0;
 constexpr double kSideInset = 16.0;
-/// Runs after the fonts and the spacings have changed.
+/// The order that runs after fonts and spacings have changed.
 constexpr std::uint64_t kAfterFontsAndSpacings = 1;
 
 }  // namespace
 
 FixedHeightCell::FixedHeightCell(Key, ui::TableViewCellStyle style, std::string reuseIdentifier)
     : TableViewCell(style, std::move(reuseIdentifier)),
-      stackView_(std::make_shared<ui::StackView>(ui::Axis::vertical)),
+      stackView_(std::make_shared<ui::StackView>()),
       contentGuide_(std::make_shared<ui::LayoutGuide>()),
       primaryLabel_(std::make_shared<ui::Label>()) {}
 
 void FixedHeightCell::createCommonSubviews() {
   addLayoutGuide(contentGuide_);
-  stackView_->setBaselineRelativeArrangement(true);
-  stackView_->setAlignment(ui::StackAlignment::fill);
   stackView_->setLaidOutByConstraints(true);
   contentView().addSubview(stackView_);
   vibrancyViewForPrimaryLabel_ =
@@ -77,7 +75,7 @@ void FixedHeightCell::addRect(std::vector<NamedRect>& rects, std::string_view na
 
 void FixedHeightCell::addRect(std::vector<NamedRect>& rects, std::string_view name,
                               const ui::LayoutGuide& guide) const {
-  if (const ui::View* owner = guide.owningView()) {
+  if (const ui::LayoutBox* owner = guide.owningBox()) {
     rects.push_back({name, owner->convertRectTo(guide.layoutFrame(), *this)});
   }
 }

@@ -8,13 +8,13 @@
 #include "presentation/dynamic_type_value.h"
 #include "presentation/visual_effect_wrapping_view.h"
 #include "ui/label.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 #include "ui/stack_view.h"
 #include "ui/table_view_cell.h"
 
 namespace linewatch {
 
-/// The rectangle of a part of a cell, in the cell's coordinates. The name is that of the cell's field.
+/// The rectangle of a part of a cell, in the cell's coordinates. The name is that of the part's field.
 struct NamedRect {
   std::string_view name;
   ui::Rect rect;
@@ -22,9 +22,9 @@ struct NamedRect {
   bool operator==(const NamedRect&) const = default;
 };
 
-/// What the cells have in common: a row of a height that is handed down, with a block of text that is centred
-/// in it, 16 points from its sides, and begins with a primary label. The block's top lies above the label's
-/// first baseline by about the height of its capitals. All follows the text size. Main thread.
+/// The common part of the widget's cells: a row of a given height with a block of text in its vertical
+/// middle, 16 points from the sides. The block begins with the primary label; its top is about the height of
+/// a capital letter above the label's first baseline. Fonts and distances follow the text size. Main thread.
 class FixedHeightCell : public ui::TableViewCell {
  public:
   /// Points; 110 until it is set.
@@ -33,13 +33,13 @@ class FixedHeightCell : public ui::TableViewCell {
 
   const std::shared_ptr<ui::Label>& primaryLabel() const { return primaryLabel_; }
 
-  /// The font of the primary label at the text size of the moment.
+  /// The font of the primary label at the present text size.
   virtual ui::Font _primaryFont() const = 0;
-  /// The parts that are shown, where the last layout has put them.
+  /// The visible parts after the last layout.
   std::vector<NamedRect> namedRects() const;
 
  protected:
-  /// Only cells can make one, so that every cell is made by `makeCell`.
+  /// Only `makeCell` can make one, and with it a cell.
   class Key {
     friend FixedHeightCell;
     Key() = default;
@@ -48,7 +48,7 @@ class FixedHeightCell : public ui::TableViewCell {
 
   FixedHeightCell(Key, ui::TableViewCellStyle style, std::string reuseIdentifier);
 
-  /// A complete cell of the class.
+  /// Builds a cell and registers it for text size changes.
   template <class Cell>
   static std::shared_ptr<Cell> makeCell(ui::TableViewCellStyle style, std::string reuseIdentifier) {
     auto cell = std::make_shared<Cell>(Key(), style, std::move(reuseIdentifier));
@@ -61,15 +61,14 @@ class FixedHeightCell : public ui::TableViewCell {
   }
 
   virtual void _createSubviews() = 0;
-  /// Those that are active from the start.
+  /// The constraints that are active from the start.
   virtual Constraints _initialConstraints() = 0;
-  /// The distance from the block's top to where `primaryLabelToContentGuideConstraint` puts the first
-  /// baseline.
+  /// From the block's top to the first baseline, in points.
   virtual double firstBaselineOffset() const = 0;
   virtual void addNamedRects(std::vector<NamedRect>& rects) const = 0;
   void _updatePrimaryLabelToContentGuideConstaint();
 
-  /// A font of this very cell, asked of it each time, for as long as it lives.
+  /// Asks the cell for its font each time; gives none once the cell is destroyed.
   template <class Cell>
   FontProvider fontProvider(ui::Font (Cell::*font)() const) const {
     return [weakSelf = self_, font]() -> std::optional<ui::Font> {
@@ -80,13 +79,13 @@ class FixedHeightCell : public ui::TableViewCell {
   }
   FontProvider primaryFontProvider() const { return fontProvider(&FixedHeightCell::_primaryFont); }
 
-  /// The guide, the stack with its spacing still 0, and the primary label as the stack's first view.
+  /// Adds the guide, the stack with a spacing of 0, and the primary label as the stack's first view.
   void createCommonSubviews();
-  /// A wrapper at the stack's end that shows a label in the provider's font.
+  /// Adds a wrapper with the label at the stack's end; the label gets the provider's font.
   std::shared_ptr<VisualEffectWrappingView> addWrappedLabel(const std::shared_ptr<ui::Label>& label,
                                                             ui::VibrancyEffect effect,
                                                             FontProvider fontProvider);
-  /// The row's height, and the guide in the row.
+  /// The constraints of the row's height and of the guide in the row.
   Constraints commonConstraints();
 
   void addRect(std::vector<NamedRect>& rects, std::string_view name, const ui::View& view) const;

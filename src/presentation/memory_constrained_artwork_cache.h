@@ -6,7 +6,7 @@
 
 namespace linewatch {
 
-/// A new cache for all artwork of one widget. A widget has little memory: no atlas of what was drawn is kept.
+/// A new cache for all artwork of a widget. To save memory, its managers keep no atlas.
 std::shared_ptr<ArtworkDataSourceCache> memoryConstrainedImageViewCache();
 
 }  // namespace linewatch

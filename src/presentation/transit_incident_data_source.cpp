@@ -18,7 +18,7 @@ namespace {
 
 constexpr double kInitialRowHeight = 110;
 constexpr double kDefaultArtworkViewWidth = 73;
-/// What the texts of a row need of its width.
+/// Points of a row's width that are left to its text.
 constexpr double kWidthBesideArtwork = 214;
 constexpr double kArtworkTrailingInset = 16;
 constexpr double kSeparatorInset = 16;
@@ -26,7 +26,7 @@ constexpr double kEstimatedRowHeight = 5;
 
 constexpr const char* kPlainCellIdentifier = "TableViewCell";
 
-// Whole, so that a line of the log can be searched for.
+// In one line, so that a line of the log can be searched for.
 // clang-format off
 constexpr std::string_view kExpandingRefused =
     "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to expand datasource state.\nListItem: %@";
@@ -160,7 +160,7 @@ void RVTransitIncidentDataSource::notifyDelegate() {
 
 // ---- The artwork column ----
 
-/// The summary is fitted last, so that its column is the one that stays, for expanded rows too.
+/// The summary comes last: its column width stays, for the expanded rows too.
 void RVTransitIncidentDataSource::_updateAdjustedShieldItemsAndColumnWidth() {
   if (!shieldAdjustedExpandedItems_) {
     shieldAdjustedExpandedItems_ = fittedIntoColumn(listItem_ ? listItem_->expandedItems() : TransitItems{});
@@ -248,11 +248,13 @@ struct CellMaker {
     return cell;
   }
 
-  /// The identifier is registered with this class alone.
+  /// A table that was not configured has no such cells: it gets a new one.
   template <class Cell>
   std::shared_ptr<Cell> dequeue() const {
-    return std::static_pointer_cast<Cell>(
-        tableView.dequeueReusableCell(std::string(Cell::kReuseIdentifier), indexPath));
+    const std::string identifier(Cell::kReuseIdentifier);
+    const auto cell = tableView.dequeueReusableCell(identifier, indexPath);
+    if (auto reused = std::dynamic_pointer_cast<Cell>(cell)) return reused;
+    return Cell::make(ui::TableViewCellStyle::plain, identifier);
   }
 };
 

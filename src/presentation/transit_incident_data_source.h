@@ -17,7 +17,7 @@ struct ArtworkWidthCalculatorSizeParameter;
 class RVTransitIncidentDataSource;
 class RVTransitItemArtworkColumnCalculator;
 
-/// Hears what happens to the rows. Main thread.
+/// Is told of changes of the rows and of taps. Main thread.
 class RVTransitIncidentDataSourceDelegate {
  public:
   virtual ~RVTransitIncidentDataSourceDelegate() = default;
@@ -30,45 +30,45 @@ class RVTransitIncidentDataSourceDelegate {
                                                const ui::IndexPath& atIndexPath) = 0;
 };
 
-/// Lays the list out as the rows of a table: the summary while compact, a row an item while expanded, the
-/// artwork of all of them fitted into one column. Main thread.
+/// Shows the list as rows of a table: one row, the summary, while compact; one row per item while expanded.
+/// The artwork of all rows is fitted into one column. Main thread.
 class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
                                           public ui::TableViewDelegate,
                                           public std::enable_shared_from_this<RVTransitIncidentDataSource> {
  public:
   using Analytics = std::shared_ptr<RVTransitIncidentsAnalyticsDelegate>;
 
-  /// Shows the list of the result; without one, that of a user without favourite lines. `expanded` is refused
-  /// when the list has no rows for it. Widths and heights are points.
+  /// Shows the list of the result; without a result, the list for a user without favourite lines. A list
+  /// without expanded items stays compact. Widths and heights are in points.
   RVTransitIncidentDataSource(std::shared_ptr<RVResult> transitLineItemsResult, bool expanded,
                               std::shared_ptr<ArtworkDataSourceCache> artworkCache,
                               std::uint64_t maxNumberOfRows, double availableWidth);
   ~RVTransitIncidentDataSource() override;
 
-  /// Makes this the data source and the delegate of the table, which keep it weakly.
+  /// Registers the cells and makes this the data source and delegate of the table, which holds it weakly.
   void configureTableView(ui::TableView& tableView);
 
-  /// Known weakly.
+  /// Held weakly.
   void setDelegate(std::weak_ptr<RVTransitIncidentDataSourceDelegate> delegate) {
     delegate_ = std::move(delegate);
   }
   std::shared_ptr<RVTransitIncidentDataSourceDelegate> delegate() const { return delegate_.lock(); }
 
-  // Each of these tells the delegate at most once, and only of a real change, save where it says more.
+  // Each of these tells the delegate at most once, and only of a change unless stated otherwise.
 
-  /// The very object that is held already is ignored. `captureAnalytics` may be null.
+  /// Ignores the object that it already holds. `captureAnalytics` may be null.
   void updateTransitLineItemResult(std::shared_ptr<RVResult> result, const Analytics& captureAnalytics);
-  /// Builds the list again from the result that is held, as of now.
+  /// Builds the list again from the present result and date.
   void recalculateDataSourceItemsWithAnalytics(const Analytics& analytics);
-  /// The list may be null: nothing is shown then.
+  /// A null list shows nothing.
   void setListItem(std::shared_ptr<const RVTransitListItem> listItem);
-  /// A new limit tells the delegate only when it makes another list, whatever the height.
+  /// With a new limit the delegate is told only if the list changes, even when the height changes too.
   void setRowHeight(double rowHeight, std::uint64_t maxNumberOfRows);
-  /// Tells the delegate whenever the other state is asked for, also when it is refused.
+  /// Tells the delegate whenever the other state is requested, also when the request is refused.
   void setExpanded(bool expanded);
   void setAvailableWidth(double availableWidth);
 
-  /// As wide as `maxSize`, and as high as the rows of the present state.
+  /// The width of `maxSize` and the height of the rows in the present state.
   Size preferredContentSizeForExpanded(bool expanded, const Size& maxSize) const;
 
   const std::shared_ptr<const RVTransitListItem>& listItem() const { return listItem_; }
@@ -79,12 +79,12 @@ class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
   std::uint64_t maxNumberOfRows() const { return maxNumberOfRows_; }
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
   void setArtworkCache(std::shared_ptr<ArtworkDataSourceCache> cache) { artworkCache_ = std::move(cache); }
-  /// The rows with their artwork as large as the column allows.
+  /// The items with their artwork fitted into the column.
   const TransitItems& shieldAdjustedExpandedItems() const { return *shieldAdjustedExpandedItems_; }
   const SummaryItem& shieldAjustedSummaryItem() const { return *shieldAjustedSummaryItem_; }
   double artworkColumnWidth() const { return artworkColumnWidth_; }
 
-  // What the table asks.
+  // For the table.
 
   std::size_t numberOfSectionsInTableView(ui::TableView& tableView) override;
   std::size_t tableViewNumberOfRowsInSection(ui::TableView& tableView, std::size_t section) override;
@@ -96,7 +96,7 @@ class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
                                               const ui::IndexPath& indexPath) override;
   void tableViewDidSelectRowAtIndexPath(ui::TableView& tableView, const ui::IndexPath& indexPath) override;
 
-  /// The row as shown; none where there is no such row.
+  /// The item of a row; none when there is no such row.
   SummaryItem _itemAtIndexPath(const ui::IndexPath& indexPath) const;
 
  private:
@@ -115,7 +115,7 @@ class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
   double rowHeight_;
   std::uint64_t maxNumberOfRows_;
   bool expanded_ = false;
-  /// Absent only while they are to be fitted anew.
+  /// Absent only until they are fitted again.
   std::optional<TransitItems> shieldAdjustedExpandedItems_;
   std::optional<SummaryItem> shieldAjustedSummaryItem_;
   std::shared_ptr<RVResult> transitLineItemResult_;

@@ -51,7 +51,7 @@ void RVTransitItemFixedHeightCell::_createSubviews() {
   contentView().addSubview(artworkImageView_);
 }
 
-// Of constraints that contradict each other the later one gives way: the row's height before the text.
+// Of contradicting constraints the last one is left out, so the row's height comes before the text.
 FixedHeightCell::Constraints RVTransitItemFixedHeightCell::_initialConstraints() {
   Constraints constraints = commonConstraints();
   appendColumnConstraints(constraints);
@@ -121,7 +121,7 @@ void RVTransitItemFixedHeightCell::showArtwork() {
   artworkImageView_->setImageSource(artwork ? artwork->artworkSource() : nullptr);
 
   const bool display = transitItem_ && transitItem_->displayArtwork();
-  // The one that goes goes first: both at once would contradict each other.
+  // Deactivated before the other is activated: together they contradict each other.
   if (!display) stackViewToTrailingGuideConstraint_->setActive(false);
   stackViewToContentGuideTrailingConstraint_->setActive(!display);
   if (display) stackViewToTrailingGuideConstraint_->setActive(true);

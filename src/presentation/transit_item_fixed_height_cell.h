@@ -11,8 +11,8 @@
 
 namespace linewatch {
 
-/// Shows one item: a bold primary text, a secondary text below it, and the item's artwork in a column at the
-/// trailing edge that is as wide in every row of the list.
+/// Shows one item: a bold primary text, a secondary text below it, and the item's artwork in a trailing
+/// column, which has the same width in all rows.
 class RVTransitItemFixedHeightCell : public FixedHeightCell {
  public:
   static constexpr std::string_view kReuseIdentifier = "RVTransitItemFixedHeightCell";
@@ -25,7 +25,7 @@ class RVTransitItemFixedHeightCell : public FixedHeightCell {
   /// Null shows nothing. An item equal to the one shown changes nothing.
   void setTransitItem(SharedTransitItem transitItem);
 
-  /// Points; holds the gap between text and artwork too. 0 until it is set.
+  /// Points, including the gap between text and artwork. 0 until it is set.
   double trailingArtworkColumnWidth() const { return trailingGutterGuideWidthConstraint_->constant(); }
   void setTrailingArtworkColumnWidth(double width) {
     trailingGutterGuideWidthConstraint_->setConstant(width);

@@ -11,8 +11,8 @@
 
 namespace linewatch {
 
-/// Shows a summary: one line of text, and below it one line with the shields of the lines affected, which
-/// ends in a count of those that do not fit.
+/// Shows a summary: one line of text, and below it one line with the shields of the affected lines, ending in
+/// a count of the shields that do not fit.
 class RVTransitSummaryCell : public FixedHeightCell {
  public:
   static constexpr std::string_view kReuseIdentifier = "RVTransitSummaryCell";
@@ -25,7 +25,7 @@ class RVTransitSummaryCell : public FixedHeightCell {
   /// Null shows nothing. An item equal to the one shown changes nothing.
   void setItem(std::shared_ptr<const RVTransitSummaryItem> item);
 
-  /// What the shields are drawn with.
+  /// Makes the images of the shields.
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const {
     return artworksLabel_->artworkCache();
   }

@@ -13,7 +13,7 @@ class VisualEffectWrappingView final : public ui::VisualEffectView {
   using VisualEffectView::VisualEffectView;
 
   const std::shared_ptr<ui::Label>& label() const { return label_; }
-  /// The label fills this view. Null for none.
+  /// The label fills this view. Null removes it.
   void setLabel(std::shared_ptr<ui::Label> label);
 
   View& viewForFirstBaselineLayout() override;

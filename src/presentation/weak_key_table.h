@@ -9,37 +9,48 @@
 
 namespace linewatch {
 
-/// Values of objects that the table does not keep alive: an entry goes away by itself with its object.
-/// Objects are told apart by identity and visited in the order in which they were first entered.
+/// Values of objects that the table does not keep alive. An object with `associatedValues` keeps its value
+/// itself, so that both are destroyed together; the value of any other object goes at a later sweep. Objects
+/// are told apart by identity and visited in the order in which they were entered.
 template <class Key, class Value>
 class WeakKeyTable {
  public:
-  /// The value takes the place of an earlier one of the object. A null object is not entered.
-  void set(const std::shared_ptr<Key>& key, Value value) {
+  WeakKeyTable() = default;
+  WeakKeyTable(const WeakKeyTable&) = delete;
+  WeakKeyTable& operator=(const WeakKeyTable&) = delete;
+  ~WeakKeyTable() {
+    for (const auto& key : keys()) keepWith(*key, nullptr);
+  }
+
+  /// Replaces an earlier value of the object. A null object is not entered.
+  void set(const std::shared_ptr<Key>& key, Value newValue) {
     if (!key) return;
-    if (Entry* entry = entryOf(key.get())) {
-      entry->value = std::move(value);
-      return;
-    }
-    makeRoom();
-    places_[key.get()] = entries_.size();
-    entries_.push_back({key.get(), key, std::move(value)});
+    auto value = std::make_shared<Value>(std::move(newValue));
+    sweepSometimes();
+    const auto [place, isNew] = places_.try_emplace(key.get(), entries_.size());
+    if (isNew) entries_.emplace_back();
+    // An entry at the same address may be that of a destroyed object.
+    entries_[place->second] = {key.get(), key, value, kKeysKeepValues ? nullptr : value};
+    keepWith(*key, std::move(value));
   }
 
-  /// Null when the object has no entry. Entering another object ends the pointer's use.
-  Value* find(const Key* key) {
-    Entry* entry = entryOf(key);
-    return entry == nullptr ? nullptr : &entry->value;
-  }
-
-  void remove(const Key* key) {
+  /// Null when the object has no entry. The value stays valid when the table changes.
+  std::shared_ptr<Value> find(const Key* key) const {
     const auto place = places_.find(key);
-    if (place == places_.end()) return;
-    entries_[place->second].object.reset();
-    places_.erase(place);
+    if (place == places_.end()) return nullptr;
+    const Entry& entry = entries_[place->second];
+    return entry.object.expired() ? nullptr : entry.value.lock();
   }
 
-  /// The objects that live now, kept alive by whoever holds the answer.
+  void remove(const std::shared_ptr<Key>& key) {
+    const auto place = places_.find(key.get());
+    if (place == places_.end()) return;
+    entries_[place->second] = {};
+    places_.erase(place);
+    if (key) keepWith(*key, nullptr);
+  }
+
+  /// The objects that are alive now, kept alive by the result.
   std::vector<std::shared_ptr<Key>> keys() const {
     std::vector<std::shared_ptr<Key>> living;
     for (const Entry& entry : entries_) {
@@ -48,29 +59,27 @@ class WeakKeyTable {
     return living;
   }
 
-  /// Entries of dead objects that were not swept away yet are among them.
-  std::size_t capacityInUse() const { return entries_.size(); }
+  /// Counts entries of destroyed objects too, until they are swept away.
+  std::size_t entryCount() const { return entries_.size(); }
 
  private:
   struct Entry {
-    const Key* identity;
+    const Key* identity = nullptr;
     std::weak_ptr<Key> object;
-    Value value;
+    std::weak_ptr<Value> value;
+    /// Null where the object keeps the value.
+    std::shared_ptr<Value> kept;
   };
 
   static constexpr std::size_t kSmallestSweep = 32;
+  static constexpr bool kKeysKeepValues = requires(Key & key) { key.associatedValues(); };
 
-  // An address may have got a new object since its entry was made.
-  Entry* entryOf(const Key* key) {
-    const auto place = places_.find(key);
-    if (place == places_.end()) return nullptr;
-    Entry& entry = entries_[place->second];
-    if (!entry.object.expired()) return &entry;
-    places_.erase(place);
-    return nullptr;
+  void keepWith(Key& key, std::shared_ptr<Value> value) {
+    if constexpr (kKeysKeepValues) key.associatedValues().set(this, std::move(value));
   }
 
-  void makeRoom() {
+  // Whenever the number of entries has doubled, so that a registration costs constant time on average.
+  void sweepSometimes() {
     if (entries_.size() < sweepAt_) return;
     std::erase_if(entries_, [](const Entry& entry) { return entry.object.expired(); });
     places_.clear();

@@ -6,7 +6,7 @@ namespace linewatch {
 
 namespace {
 
-/// From the largest of a row to the smallest that an artwork shrinks to.
+/// The steps from the size of a row down to the smallest size.
 constexpr std::size_t kSizeSteps = 8;
 
 }  // namespace
@@ -50,7 +50,7 @@ Picture ArtworkDataSourceCache::image(const TransitArtworkDataSource& artwork, c
   const auto known =
       std::find_if(drawn.begin(), drawn.end(), [&](const Drawn& each) { return each.size == size; });
   if (known != drawn.end()) return known->image;
-  // Whoever asks for a second size looks for one that fits, and goes on through the smaller ones.
+  // A second size is asked for to find one that fits; smaller ones usually follow.
   if (drawn.size() == 1) drawn.reserve(kSizeSteps);
   return drawn.emplace_back(Drawn{size, manager_->image(artwork, size)}).image;
 }

@@ -16,7 +16,7 @@ namespace ui {
 class Image;
 }
 
-/// How an artwork is wanted.
+/// The size and resolution of an artwork's image.
 struct ArtworkSize {
   /// A size step; one step smaller is the value minus 1.
   std::int64_t step = 3;
@@ -26,20 +26,20 @@ struct ArtworkSize {
   bool operator==(const ArtworkSize&) const = default;
 };
 
-/// Draws shields. Keeps no atlas of what it drew: its pictures know how to draw themselves. Main thread.
+/// Makes the images of shields. Keeps no atlas: an image draws itself. Main thread.
 class ShieldManager {
  public:
   virtual ~ShieldManager() = default;
 
-  /// `widthAtStep3`: points, where the description fixes the width. Null when there is nothing to show.
+  /// `widthAtStep3`: points, when the description fixes the width. Null when nothing can be shown.
   virtual std::shared_ptr<const ui::Image> image(const ShieldDataSource& shield,
                                                  std::optional<double> widthAtStep3,
                                                  const ArtworkSize& size) = 0;
-  /// Forgets what can be made again.
+  /// Drops everything that can be made again.
   virtual void purge() {}
 };
 
-/// The same for icons.
+/// Makes the images of icons.
 class IconManager {
  public:
   virtual ~IconManager() = default;
@@ -50,16 +50,16 @@ class IconManager {
   virtual void purge() {}
 };
 
-/// Chooses what of a description is drawn. Main thread.
+/// Chooses which part of a description is drawn. Main thread.
 class TransitArtworkManager {
  public:
   TransitArtworkManager(std::shared_ptr<ShieldManager> shieldManager,
                         std::shared_ptr<IconManager> iconManager)
       : shieldManager_(std::move(shieldManager)), iconManager_(std::move(iconManager)) {}
 
-  /// What the source type names; where that is missing or unknown to the managers, the icon's fallback
-  /// shield, then whatever else the description has. A description with none of these is one of an empty
-  /// shield or icon. Null when nothing of it can be drawn.
+  /// The shield or icon that the source type names. When it is missing or unknown to the managers: the icon's
+  /// fallback shield, then the other of shield and icon. A description without any of them gives an empty
+  /// shield or icon. Null when nothing can be drawn.
   std::shared_ptr<const ui::Image> image(const TransitArtworkDataSource& artwork,
                                          const ArtworkSize& size) const;
   void purge();
@@ -77,15 +77,15 @@ class TransitArtworkManager {
   std::shared_ptr<IconManager> iconManager_;
 };
 
-/// Makes each artwork once for each size, until it is purged. Main thread.
+/// Keeps the image of each artwork at each size until it is purged. Main thread.
 class ArtworkDataSourceCache {
  public:
   explicit ArtworkDataSourceCache(std::shared_ptr<TransitArtworkManager> manager)
       : manager_(std::move(manager)) {}
 
-  /// Null when nothing of the description can be drawn; that is remembered too.
+  /// Null when nothing of the description can be drawn; the cache keeps that answer too.
   std::shared_ptr<const ui::Image> image(const TransitArtworkDataSource& artwork, const ArtworkSize& size);
-  /// Drops every image and what the managers keep.
+  /// Drops every image, also in the managers.
   void purge();
 
  private:
@@ -98,7 +98,7 @@ class ArtworkDataSourceCache {
   };
 
   std::shared_ptr<TransitArtworkManager> manager_;
-  /// What an artwork was drawn at: few sizes.
+  /// The few sizes of each artwork.
   std::unordered_map<TransitArtworkDataSource, std::vector<Drawn>, Hash> images_;
 };
 

@@ -17,12 +17,12 @@ namespace ui {
 class Image;
 }
 
-/// Something that can be drawn as a row's artwork.
+/// The image of a row's artwork.
 class ArtworkImageSource : public Object {
  public:
   /// True when `secureArchive` can stand for the source in a comparison.
   virtual bool supportsSecureArchiving() const { return false; }
-  /// The source archived with secure coding; absent when it could not be.
+  /// The source archived with secure coding; absent when that fails.
   virtual std::optional<Bytes> secureArchive() const { return std::nullopt; }
   /// The source drawn for a display of `scale` pixels a point; null when there is nothing to draw.
   virtual std::shared_ptr<const ui::Image> image(double /*scale*/) const { return nullptr; }
@@ -30,8 +30,8 @@ class ArtworkImageSource : public Object {
 
 /// A line's or system's artwork at a shield size, drawn through an artwork cache.
 ///
-/// Two are equal when description (by value), size and cache are. The description may be absent: nothing is
-/// drawn then.
+/// Two are equal when their descriptions (by value), sizes and caches are. Without a description nothing is
+/// drawn.
 class SizedTransitArtwork final : public ArtworkImageSource {
  public:
   SizedTransitArtwork(SharedArtwork artworkDataSource, std::int64_t shieldSize,

@@ -8,11 +8,11 @@
 
 namespace linewatch::ui {
 
-/// Shows a row's artwork at its own size, drawn for the display that it is on.
+/// Shows a row's artwork at its own size and at the display's resolution.
 class ArtworkImageView final : public ImageView {
  public:
   const std::shared_ptr<const ArtworkImageSource>& imageSource() const { return imageSource_; }
-  /// Null for no artwork.
+  /// Null shows nothing.
   void setImageSource(std::shared_ptr<const ArtworkImageSource> imageSource);
 
   std::optional<double> intrinsicWidth() override;
@@ -21,7 +21,7 @@ class ArtworkImageView final : public ImageView {
   void loadImage();
 
   std::shared_ptr<const ArtworkImageSource> imageSource_;
-  /// Pixels a point that the image was made for.
+  /// Pixels per point of the image.
   double imageScale_ = 0;
 };
 

@@ -12,13 +12,13 @@
 namespace linewatch::ui {
 
 struct ParagraphStyle {
-  /// Points added between two lines.
+  /// Points added between lines.
   double lineSpacing = 0;
 
   bool operator==(const ParagraphStyle&) const = default;
 };
 
-/// How a run of text differs from what its label says for all of it.
+/// The attributes of a run of text. An absent one is that of the whole label.
 struct TextAttributes {
   std::optional<Font> font;
   std::optional<Color> color;
@@ -30,7 +30,7 @@ struct TextAttributes {
 /// A text in runs of equal attributes. A value.
 class AttributedText {
  public:
-  /// From `begin` up to the next run's, in bytes of the text.
+  /// From byte `begin` of the text to the next run.
   struct Run {
     std::size_t begin = 0;
     TextAttributes attributes;
@@ -43,7 +43,7 @@ class AttributedText {
 
   const std::string& text() const { return text_; }
   bool isEmpty() const { return text_.empty(); }
-  /// In the order of the text, none empty; no runs when the text is empty.
+  /// In the order of the text. No run is empty; an empty text has none.
   const std::vector<Run>& runs() const { return runs_; }
   std::size_t endOf(std::size_t run) const;
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "ui/color.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_engine.h"
 
 namespace linewatch::ui {
@@ -17,9 +17,9 @@ struct Path {
 
   struct Element {
     Verb verb = Verb::move;
-    /// Where the element ends; not used by `close`.
+    /// The end of the element; unused by `close`.
     Point end;
-    /// Of curves only.
+    /// Used by curves only.
     Point control1;
     Point control2;
 
@@ -36,32 +36,32 @@ struct Path {
   bool operator==(const Path&) const = default;
 };
 
-/// Where views draw. Coordinates are points of the view that draws. Main thread.
+/// The surface that views draw on. Coordinates are in the drawing view, in points. Main thread.
 class Canvas {
  public:
   virtual ~Canvas() = default;
 
   virtual Appearance appearance() const = 0;
-  /// Pixels a point.
+  /// Pixels per point.
   virtual double scale() const = 0;
 
-  /// Every `save` is followed by one `restore`, which takes back what was said in between.
+  /// Each `save` has a `restore`, which undoes the translations, clips and opacities in between.
   virtual void save() = 0;
   virtual void restore() = 0;
   virtual void translate(const Point& offset) = 0;
-  /// Nothing is drawn outside of `rect` from here on.
+  /// From here on nothing is drawn outside `rect`.
   virtual void clip(const Rect& rect) = 0;
-  /// Everything is drawn with its opacity times `alpha` from here on.
+  /// From here on opacities are multiplied by `alpha`.
   virtual void multiplyAlpha(double alpha) = 0;
 
   virtual void fillRect(const Rect& rect, const Color& color) = 0;
-  /// A radius of more than half a side counts as half of it.
+  /// A radius is limited to half the shorter side.
   virtual void fillRoundedRect(const Rect& rect, double radius, const Color& color) = 0;
   virtual void fillPath(const Path& path, const Color& color) = 0;
-  /// A layout of the same platform's text engine with its top left corner at `origin`; runs without a colour
-  /// of their own in `color`.
+  /// Draws a layout of the same platform's text engine with its top left corner at `origin`. `color` is that
+  /// of runs without one.
   virtual void drawText(const TextLayout& layout, const Point& origin, const Color& color) = 0;
-  /// An image of the same platform's image source, stretched to `rect`.
+  /// Draws an image of the same platform's image source, stretched to `rect`.
   virtual void drawImage(const Image& image, const Rect& rect) = 0;
 };
 

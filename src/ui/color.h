@@ -17,7 +17,7 @@ struct RGBA {
   bool operator==(const RGBA&) const = default;
 };
 
-/// Colours named by what they are for.
+/// Colours named by their purpose.
 enum class SemanticColor : std::uint8_t {
   clear,
   label,
@@ -29,10 +29,10 @@ enum class SemanticColor : std::uint8_t {
   systemGray
 };
 
-/// A colour of its own or one by purpose, which becomes a colour only when it is drawn.
+/// A fixed colour or one by purpose, which depends on the appearance when it is drawn.
 class Color {
  public:
-  // Both are colours already; naming the class would say nothing.
+  // Implicit: both are colours.
   Color(SemanticColor color) : value_(color) {}
   Color(const RGBA& color) : value_(color) {}
 

@@ -11,14 +11,13 @@ struct FontTraits {
   bool operator==(const FontTraits&) const = default;
 };
 
-/// The system's typeface for a text style at a text size category. A plain value: what it measures is the
-/// text engine's business.
+/// The system's typeface for a text style at a text size category. The text engine measures it.
 class Font {
  public:
   explicit Font(TextStyle style, FontTraits traits = {}, TextSizeCategory category = kDefaultTextSizeCategory)
       : style_(style), traits_(traits), category_(category) {}
 
-  /// At the text size that the user has chosen now.
+  /// At the user's present text size.
   static Font preferred(TextStyle style, FontTraits traits = {});
 
   TextStyle style() const { return style_; }
@@ -26,8 +25,7 @@ class Font {
   TextSizeCategory category() const { return category_; }
   double pointSize() const { return ui::pointSize(style_, category_); }
 
-  /// A length of the design, which is made for the default category, at this font's: in proportion to the
-  /// point size.
+  /// A length designed for the default category, scaled in proportion to the point size.
   double scaledValue(double designValue) const { return designValue * scaleFactor(style_, category_); }
 
   bool operator==(const Font&) const = default;

@@ -7,11 +7,11 @@
 
 namespace linewatch::ui {
 
-/// Shows an image, scaled down in proportion where the view is smaller, in the middle of the view.
+/// Shows an image in the middle of the view, scaled down in proportion when the view is smaller.
 class ImageView : public View {
  public:
   const std::shared_ptr<const Image>& image() const { return image_; }
-  /// Null for no image.
+  /// Null shows nothing.
   void setImage(std::shared_ptr<const Image> image);
 
   std::optional<double> intrinsicWidth() override;

@@ -4,7 +4,7 @@
 
 namespace linewatch::ui {
 
-/// The place of a row in a table, both counted from 0.
+/// The position of a row in a table. Both numbers count from 0.
 struct IndexPath {
   std::size_t section = 0;
   std::size_t row = 0;

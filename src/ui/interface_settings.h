@@ -1,19 +1,19 @@
 #pragma once
 
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_style.h"
 
 namespace linewatch::ui {
 
-/// What the user and the display ask of everything that is shown. Main thread.
+/// The user's and the display's settings for everything that is shown. Main thread.
 class InterfaceSettings {
  public:
   virtual ~InterfaceSettings() = default;
 
-  /// A change is posted as kTextSizeDidChangeNotification.
+  /// A change is announced by kTextSizeDidChangeNotification.
   virtual TextSizeCategory textSizeCategory() const = 0;
   virtual LayoutDirection layoutDirection() const = 0;
-  /// Pixels a point on the main display.
+  /// Pixels per point on the main display.
   virtual double displayScale() const = 0;
 };
 

@@ -10,10 +10,8 @@ namespace linewatch::ui {
 
 namespace {
 
-// Frames on the pixel grid miss sums of lengths by rounding.
+// Points. A frame on the pixel grid may be this much lower than the text by rounding.
 constexpr double kHeightTolerance = 1e-6;
-// A line of which less than this can be seen is not drawn.
-constexpr double kReadableShare = 0.6;
 
 }  // namespace
 
@@ -106,7 +104,7 @@ double Label::lastBaselineFromBottom() {
   return measured_ ? measured_->layout->size.height - measured_->layout->lastBaseline() : 0;
 }
 
-// The height matters only where the text measured does not fit.
+// The height matters only when the measured text does not fit.
 std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
   if (text_.isEmpty() || !(size.width > 0 && size.height > 0)) return std::make_shared<const TextLayout>();
   const TextLayoutRequest request = requestFor(size.width);
@@ -117,12 +115,19 @@ std::shared_ptr<const TextLayout> Label::layoutWithin(const Size& size) {
   TextLayoutRequest limited = request;
   limited.maximumHeight = size.height + kHeightTolerance;
   const auto& layout = layOut(displayed_, limited);
-  const bool readable = size.height >= kReadableShare * layout->size.height;
-  return readable ? layout : std::make_shared<const TextLayout>();
+  const bool fits = layout->size.height <= limited.maximumHeight;
+  return fits ? layout : std::make_shared<const TextLayout>();
 }
 
 double Label::contentHeightWithin(const Size& size) {
   return std::min(size.height, layoutWithin(size)->size.height);
+}
+
+double Label::firstLineHeight(double width) {
+  if (text_.isEmpty()) return 0;
+  TextLayoutRequest request = requestFor(width);
+  request.maximumNumberOfLines = 1;
+  return shaped().layOut(request)->size.height;
 }
 
 std::shared_ptr<const TextLayout> Label::displayedLayout() { return layoutWithin(frame().size()); }

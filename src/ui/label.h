@@ -11,19 +11,20 @@
 
 namespace linewatch::ui {
 
-/// Shows text. Text that does not fit the label's size ends in an ellipsis after as many lines as fit.
+/// Shows text. When it does not fit into the label, the last whole line that fits ends in an
+/// ellipsis.
 class Label : public View {
  public:
   Label();
 
   /// Empty when there is no text.
   const std::string& text() const { return text_.text(); }
-  /// Takes the attributes that the text had at its beginning; an absent text empties the label.
+  /// Keeps the attributes of the first character. An absent text empties the label.
   void setText(const std::optional<std::string>& text);
   const AttributedText& attributedText() const { return text_; }
   void setAttributedText(AttributedText text);
 
-  /// Of runs without a font of their own.
+  /// The font of runs without one.
   const Font& font() const { return font_; }
   void setFont(const Font& font);
   const Color& textColor() const { return textColor_; }
@@ -36,13 +37,14 @@ class Label : public View {
 
   /// The font's cap height in points.
   double capHeight() const;
-  /// The lines that are drawn in the label's present size.
+  /// The lines drawn at the label's present size.
   std::shared_ptr<const TextLayout> displayedLayout();
 
   std::optional<double> intrinsicWidth() override;
   std::optional<double> intrinsicHeight(double width) override;
   double contentHeightWithin(const Size& size) override;
-  /// Both are those of the text at the width last measured; an empty label's baselines are its edges.
+  double firstLineHeight(double width) override;
+  /// Those of the text at the width last measured. The baselines of an empty label are its edges.
   std::optional<double> firstBaselineFromTop() override;
   double lastBaselineFromBottom() override;
 

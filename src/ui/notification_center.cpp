@@ -23,7 +23,7 @@ void NotificationCenter::post(std::string_view name) {
   const auto current = observations_;
   for (const auto& observation : current) {
     if (observation->ended || observation->name != name) continue;
-    // Kept for the call, so that the handler may let the last other reference go.
+    // Keeps the observer alive during the call: the handler may drop the last other reference.
     if (const auto observer = observation->observer.lock()) observation->handler();
   }
 }

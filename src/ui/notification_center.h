@@ -10,20 +10,19 @@
 
 namespace linewatch::ui {
 
-/// The user has chosen another text size.
+/// Posted when the user has chosen another text size.
 inline constexpr std::string_view kTextSizeDidChangeNotification = "TextSizeDidChange";
 
-/// Tells whoever wants to know that something happened. Observers are held weakly: one that goes away is
-/// forgotten. Main thread.
+/// Announces events to observers, which it holds weakly. Main thread.
 class NotificationCenter {
  public:
-  /// Calls `handler` whenever `name` is posted, as long as the observer lives. Observers are called in the
+  /// Calls `handler` whenever `name` is posted, as long as the observer is alive. Observers are called in the
   /// order in which they were added.
   void addObserver(const std::shared_ptr<Object>& observer, std::string_view name,
                    std::function<void()> handler);
-  /// Ends all observations of the observer; during a posting too.
+  /// Ends all observations of the observer, also while a notification is posted.
   void removeObserver(const Object& observer);
-  /// Calls the observers of `name` before it returns. One added meanwhile is not called.
+  /// Calls the observers of `name` before it returns. Observers added meanwhile are not called.
   void post(std::string_view name);
 
  private:

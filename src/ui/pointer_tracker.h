@@ -6,13 +6,13 @@
 
 namespace linewatch::ui {
 
-/// Brings a window's pointer to the views of its tree: who takes the press gets everything up to the release.
-/// Main thread.
+/// Delivers a window's pointer events to its views. The view that accepts a press gets all events up to the
+/// release. Main thread.
 class PointerTracker {
  public:
-  /// `point` is in the coordinates of `root`. True when a view took it.
+  /// `point` is in the coordinates of `root`. True when a view accepted the event.
   bool handle(View& root, PointerPhase phase, const Point& point);
-  /// Scrolls the innermost scrolling view at the point.
+  /// Scrolls the innermost view at the point that can scroll.
   static bool scroll(View& root, const Point& point, double deltaY);
 
  private:

@@ -5,19 +5,19 @@
 
 namespace linewatch::ui {
 
-/// The heights of a table's rows, most of them guesses, and the sums that turn a place into a row and back.
-/// Changing one height and both questions cost the logarithm of the number of rows.
+/// The heights of a table's rows and the offsets that follow from them. Changing a height, finding the offset
+/// of a row and the row at an offset take time in proportion to the logarithm of the number of rows.
 class RowHeights {
  public:
-  /// Forgets all rows.
+  /// Replaces all rows.
   void assign(const std::vector<double>& heights);
   std::size_t count() const { return heights_.size(); }
   double heightOf(std::size_t row) const { return heights_[row]; }
   void setHeight(std::size_t row, double height);
-  /// Where the row begins; the end of all rows for the row after the last.
+  /// The row's top. The row after the last one begins at the end of all rows.
   double offsetOf(std::size_t row) const;
   double total() const { return offsetOf(count()); }
-  /// The row that holds the offset; the first or last one outside of all; 0 without rows.
+  /// The row at the offset; the first or last row for an offset outside all rows; 0 without rows.
   std::size_t rowAt(double offset) const;
 
  private:

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -9,27 +7,17 @@
 
 namespace linewatch::ui {
 
-enum class StackAlignment : std::uint8_t { fill, leading, center, trailing };
-
-/// Puts views one after the other with a spacing, by constraints of its own; they fill the stack along its
-/// axis. An arranged view takes no place while it is hidden or elsewhere. Alignment is across the axis;
-/// leading is the top in a horizontal stack.
+/// Puts views below each other: the spacing runs from a view's last baseline to the next one's first. The
+/// views are as wide as the stack, and together as high. A hidden view, or one that was moved elsewhere,
+/// takes no space.
 class StackView : public View {
  public:
-  explicit StackView(Axis axis) : axis_(axis) {}
-
-  Axis axis() const { return axis_; }
-  const std::vector<std::shared_ptr<View>>& arrangedSubviews() const { return arranged_; }
-  /// The view becomes a subview that is laid out by constraints.
+  /// The view becomes the lowest, as a subview that is laid out by constraints.
   void addArrangedSubview(const std::shared_ptr<View>& view);
-  void insertArrangedSubview(const std::shared_ptr<View>& view, std::size_t index);
 
+  /// Points.
   double spacing() const { return spacing_; }
   void setSpacing(double spacing);
-  StackAlignment alignment() const { return alignment_; }
-  void setAlignment(StackAlignment alignment);
-  /// In a vertical stack: the spacing runs from a view's last baseline to the next one's first.
-  void setBaselineRelativeArrangement(bool relative);
 
   /// The first and the last arranged view that is not hidden.
   View& viewForFirstBaselineLayout() override;
@@ -39,27 +27,21 @@ class StackView : public View {
   void shownSubviewsDidChange(View& subview) override;
 
  private:
-  /// A constraint along the axis; an absent view stands for the stack's own edge.
+  /// The constraint between two neighbours; an absent view stands for the stack's own edge.
   struct Link {
-    const View* before = nullptr;
-    const View* after = nullptr;
+    const View* above = nullptr;
+    const View* below = nullptr;
     SharedConstraint constraint;
   };
 
   std::vector<View*> shownViews() const;
   void rearrange();
-  SharedConstraint linkBetween(View* before, View* after);
-  SharedConstraint makeLink(View* before, View* after) const;
-  void addAcross(View& view);
-  void forgetLinks();
+  SharedConstraint linkBetween(View* above, View* below);
+  SharedConstraint makeLink(View* above, View* below) const;
 
-  Axis axis_;
   double spacing_ = 0;
-  StackAlignment alignment_ = StackAlignment::fill;
-  bool baselineRelative_ = false;
   std::vector<std::shared_ptr<View>> arranged_;
   std::vector<Link> links_;
-  std::vector<SharedConstraint> across_;
 };
 
 }  // namespace linewatch::ui

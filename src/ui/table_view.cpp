@@ -9,9 +9,9 @@ namespace linewatch::ui {
 
 namespace {
 
-// Taller than any real estimate would make scrolling meaningless, and 0 would put every row into sight.
+// Points. A height of 0 would make every row visible.
 constexpr double kSmallestRowHeight = 1;
-// A cell for each identifier that was in sight before, and some for what comes in while another goes out.
+// Cells kept per identifier beyond the visible rows, for rows that scroll in while others scroll out.
 constexpr std::size_t kSpareCells = 4;
 
 double usableHeight(double height) { return std::max(kSmallestRowHeight, sanitizedLength(height)); }
@@ -24,11 +24,13 @@ TableView::~TableView() = default;
 
 void TableView::setDataSource(const std::shared_ptr<TableViewDataSource>& dataSource) {
   dataSource_ = dataSource;
+  measured_.clear();
   reloadData();
 }
 
 void TableView::setDelegate(const std::shared_ptr<TableViewDelegate>& delegate) {
   delegate_ = delegate;
+  measured_.clear();
   reloadData();
 }
 
@@ -39,7 +41,7 @@ void TableView::reloadData() {
   setNeedsLayout();
 }
 
-// The heights of other sections' rows are asked for again as well: they are as good as before.
+// The rows of the other sections are asked for again too.
 void TableView::reloadSection(std::size_t section, RowAnimation animation) {
   reloadData();
   if (reloadHandler_) reloadHandler_(section, animation);
@@ -56,15 +58,24 @@ void TableView::loadRowsIfNeeded() {
   for (std::size_t section = 0; section < sections; ++section) {
     sectionStarts_.push_back(sectionStarts_.back() + source->tableViewNumberOfRowsInSection(*this, section));
   }
+  guessHeights(sectionStarts_.back());
+  if (selected_ && flatRow(*selected_) >= heights_.count()) selected_.reset();
+}
+
+// A row that was in sight before most likely keeps its height, and the table its place.
+void TableView::guessHeights(std::size_t count) {
   TableViewDelegate defaults;
   const auto delegate = delegate_.lock();
-  std::vector<double> heights(sectionStarts_.back());
-  for (std::size_t row = 0; row < heights.size(); ++row) {
-    heights[row] = usableHeight(
-        (delegate ? *delegate : defaults).tableViewEstimatedHeightForRowAtIndexPath(*this, indexPathOf(row)));
+  measured_.resize(count);
+  std::vector<double> heights(count);
+  for (std::size_t row = 0; row < count; ++row) {
+    heights[row] =
+        measured_[row]
+            ? heights_.heightOf(row)
+            : usableHeight((delegate ? *delegate : defaults)
+                               .tableViewEstimatedHeightForRowAtIndexPath(*this, indexPathOf(row)));
   }
   heights_.assign(heights);
-  if (selected_ && flatRow(*selected_) >= heights_.count()) selected_.reset();
 }
 
 std::size_t TableView::numberOfSections() {
@@ -76,7 +87,7 @@ std::size_t TableView::numberOfRowsInSection(std::size_t section) {
   return section < numberOfSections() ? sectionStarts_[section + 1] - sectionStarts_[section] : 0;
 }
 
-// One past the last row for a row that there is none of.
+// The number of rows when there is no such row.
 std::size_t TableView::flatRow(const IndexPath& indexPath) const {
   if (indexPath.section + 1 >= sectionStarts_.size()) return heights_.count();
   const std::size_t start = sectionStarts_[indexPath.section];
@@ -146,7 +157,7 @@ std::vector<IndexPath> TableView::indexPathsForVisibleRows() const {
   return paths;
 }
 
-// The cell stays where it is until it is known whether it is used again.
+// The cell stays a subview until the layout has decided whether it is used again.
 void TableView::makeIdle(ShownRow&& shown) {
   if (!shown.cell) return;
   idle_[shown.cell->reuseIdentifier()].push_back({indexPathOf(shown.row), std::move(shown.cell)});
@@ -182,8 +193,8 @@ void TableView::descendantDidNeedLayout() {
   if (!layingOut_) setNeedsLayout();
 }
 
-// From the first row in sight downwards: a height that was a guess moves only what follows. Where the rows
-// turn out to end too high up, the offset follows and the rows that came into sight above are filled in.
+// From the first visible row downwards, so that an estimate that was wrong moves only the rows below. When
+// the content ends above the table's bottom, a second pass clamps the offset and adds the rows visible above.
 void TableView::layOutRows() {
   for (int pass = 0; pass < 2; ++pass) {
     clampContentOffset();
@@ -191,16 +202,16 @@ void TableView::layOutRows() {
     const double start = offsetOnGrid();
     const double end = start + frame().height;
     std::size_t row = heights_.rowAt(start);
-    // Cells out of sight serve the rows that come into it.
+    // Cells that are no longer visible are reused for rows that become visible.
     for (ShownRow& each : before) {
       if (each.row < row || (each.row > row && heights_.offsetOf(each.row) >= end))
         makeIdle(std::exchange(each, {}));
     }
     for (double y = heights_.offsetOf(row); row < heights_.count() && y < end; ++row) {
       const auto cell = cellFor(row, before);
-      // The data source may have asked for a reload meanwhile.
+      // The data source may have reloaded the table.
       if (row >= heights_.count()) break;
-      if (cell) heights_.setHeight(row, heightOf(*cell));
+      if (cell) setMeasuredHeight(row, heightOf(*cell));
       const double height = heights_.heightOf(row);
       if (cell) cell->setFrame({0, y - start, frame().width, height});
       shown_.push_back({row, cell});
@@ -223,6 +234,11 @@ std::shared_ptr<TableViewCell> TableView::cellFor(std::size_t row, std::vector<S
   return cell;
 }
 
+void TableView::setMeasuredHeight(std::size_t row, double height) {
+  heights_.setHeight(row, height);
+  measured_[row] = true;
+}
+
 double TableView::heightOf(TableViewCell& cell) {
   return usableHeight(
       cell.systemLayoutSizeFittingSize({frame().width, 0}, kRequiredPriority, kFittingSizePriority).height);
@@ -235,7 +251,7 @@ void TableView::placeFooter() {
 
 // ---- Scrolling ----
 
-// Rows are on the pixel grid; how far they were scrolled in small steps need not be.
+// Rows are on the pixel grid; the offset itself adds up small steps.
 double TableView::offsetOnGrid() const { return snappedToPixel(contentOffset_); }
 
 double TableView::contentHeight() {
@@ -281,7 +297,7 @@ void TableView::setTableFooterView(const std::shared_ptr<View>& view) {
   setNeedsLayout();
 }
 
-// A pixel high, at the bottom of the row.
+// Each separator is a pixel high, at the bottom of its row.
 void TableView::drawOverlay(Canvas& canvas) {
   const Color color = separatorEffect_ ? colorOf(*separatorEffect_) : Color(SemanticColor::separator);
   const double width =

@@ -19,24 +19,24 @@ namespace linewatch::ui {
 
 class TableView;
 
-/// What a table shows. Main thread.
+/// The content of a table. Main thread.
 class TableViewDataSource {
  public:
   virtual ~TableViewDataSource() = default;
 
   virtual std::size_t numberOfSectionsInTableView(TableView& /*tableView*/) { return 1; }
   virtual std::size_t tableViewNumberOfRowsInSection(TableView& tableView, std::size_t section) = 0;
-  /// Asked for a row when it comes into sight. Null leaves the row empty.
+  /// Called when the row becomes visible. Null leaves the row empty.
   virtual std::shared_ptr<TableViewCell> tableViewCellForRowAtIndexPath(TableView& tableView,
                                                                         const IndexPath& indexPath) = 0;
 };
 
-/// How a table behaves. Main thread.
+/// The behaviour of a table. Main thread.
 class TableViewDelegate {
  public:
   virtual ~TableViewDelegate() = default;
 
-  /// A guess until the row comes into sight.
+  /// Used until the row becomes visible. Points.
   virtual double tableViewEstimatedHeightForRowAtIndexPath(TableView& /*tableView*/,
                                                            const IndexPath& /*indexPath*/) {
     return 44;
@@ -50,8 +50,8 @@ class TableViewDelegate {
 
 enum class RowAnimation : std::uint8_t { none, automatic };
 
-/// Rows below each other that can be scrolled. Every row is as tall as its cell's constraints make it at the
-/// table's width; only rows in sight have cells, and a cell that goes out of sight serves again. Main thread.
+/// A scrolling list of rows. A row is as high as its cell's constraints make it at the table's width. Only
+/// visible rows have cells; a cell that scrolls out is reused. Main thread.
 class TableView : public View {
  public:
   /// Makes a cell for a reuse identifier.
@@ -61,50 +61,51 @@ class TableView : public View {
   explicit TableView(const Rect& frame = {});
   ~TableView() override;
 
-  /// Both are held weakly.
+  /// Held weakly, both.
   void setDataSource(const std::shared_ptr<TableViewDataSource>& dataSource);
   void setDelegate(const std::shared_ptr<TableViewDelegate>& delegate);
 
   // ---- Cells ----
 
   void registerCell(const std::string& reuseIdentifier, CellFactory factory);
-  /// A cell that went out of sight, if it can be the one that last showed the row; a new one when there is
-  /// none. Where the identifier was never registered it is a plain one, and a line goes to the log.
+  /// A cell that is no longer visible, preferably the one that last showed the row, else a new one. For an
+  /// identifier that was not registered it is a plain cell, and the first time is logged.
   std::shared_ptr<TableViewCell> dequeueReusableCell(const std::string& reuseIdentifier,
                                                      const IndexPath& indexPath);
-  /// Null for a row out of sight.
+  /// Null for a row that is not visible.
   std::shared_ptr<TableViewCell> cellForRow(const IndexPath& indexPath) const;
   /// From top to bottom, after layout.
   std::vector<IndexPath> indexPathsForVisibleRows() const;
-  /// How many cells the registered factories have made.
+  /// The number of cells that the registered factories have made.
   std::size_t cellsMade() const { return cellsMade_; }
 
   // ---- Rows ----
 
   std::size_t numberOfSections();
   std::size_t numberOfRowsInSection(std::size_t section);
-  /// Asks the data source anew, at the next layout or question. A press on a row ends.
+  /// Asks the data source again at the next layout or question. The scroll offset stays, within the new
+  /// content; a press on a row ends.
   void reloadData();
   void reloadSection(std::size_t section, RowAnimation animation);
-  /// Told of every section that is reloaded. For the window.
+  /// Called for every section that is reloaded. For the window.
   void setReloadHandler(std::function<void(std::size_t section, RowAnimation animation)> handler) {
     reloadHandler_ = std::move(handler);
   }
-  /// In the table's content, which begins at the first row; empty for a row that there is none of.
+  /// Relative to the top of the first row; empty when there is no such row.
   Rect rectForRow(const IndexPath& indexPath);
   std::optional<IndexPath> indexPathForRowAtPoint(const Point& point);
 
   // ---- Scrolling ----
 
   double contentOffset() const { return contentOffset_; }
-  /// Points scrolled down; kept within the content.
+  /// Points scrolled down, limited to the content.
   void setContentOffset(double offset);
   double contentHeight();
 
   // ---- Appearance ----
 
   const EdgeInsets& separatorInset() const { return separatorInset_; }
-  /// From the row's edges; left and right are what they say in any layout direction.
+  /// From the edges of the row. Left and right do not depend on the layout direction.
   void setSeparatorInset(const EdgeInsets& inset);
   const std::optional<VibrancyEffect>& separatorEffect() const { return separatorEffect_; }
   void setSeparatorEffect(std::optional<VibrancyEffect> effect);
@@ -116,9 +117,9 @@ class TableView : public View {
 
   const std::optional<IndexPath>& indexPathForSelectedRow() const { return selected_; }
   void deselectRow(const IndexPath& indexPath, bool animated);
-  /// Whether a press on the row does anything. The delegate says so.
+  /// Whether a press on the row highlights it, as the delegate decides.
   bool highlightsRow(const IndexPath& indexPath);
-  /// What a tap on the row does: selects it if it highlights. False when it does not.
+  /// Selects the row if it highlights; false otherwise.
   bool tapRow(const IndexPath& indexPath);
 
   bool handlePointer(PointerPhase phase, const Point& point) override;
@@ -141,6 +142,7 @@ class TableView : public View {
   };
 
   void loadRowsIfNeeded();
+  void guessHeights(std::size_t count);
   std::size_t flatRow(const IndexPath& indexPath) const;
   IndexPath indexPathOf(std::size_t row) const;
   void makeIdle(ShownRow&& shown);
@@ -148,6 +150,7 @@ class TableView : public View {
   void layOutRows();
   std::shared_ptr<TableViewCell> cellFor(std::size_t row, std::vector<ShownRow>& before);
   double heightOf(TableViewCell& cell);
+  void setMeasuredHeight(std::size_t row, double height);
   void placeFooter();
   void removeIdleCells();
   double offsetOnGrid() const;
@@ -162,9 +165,11 @@ class TableView : public View {
   std::map<std::string, CellFactory> factories_;
   std::size_t cellsMade_ = 0;
 
-  /// The rows before each section, and all rows at the end.
+  /// The number of rows before each section; the last element counts all rows.
   std::vector<std::size_t> sectionStarts_{0};
   RowHeights heights_;
+  /// The rows whose heights are those of their cells, not estimates; as many as heights.
+  std::vector<bool> measured_;
   bool rowsLoaded_ = false;
   std::vector<ShownRow> shown_;
   std::map<std::string, std::vector<IdleCell>> idle_;

@@ -12,8 +12,7 @@ enum class TableViewCellStyle : std::uint8_t { plain };
 
 enum class SeparatorStyle : std::uint8_t { none, singleLine };
 
-/// A row of a table: a layout root whose content view is as wide as the row and, where its constraints do not
-/// say how tall it is, as tall.
+/// A row of a table: a layout root whose content view fills it.
 class TableViewCell : public View {
  public:
   TableViewCell(TableViewCellStyle style, std::string reuseIdentifier);
@@ -22,7 +21,7 @@ class TableViewCell : public View {
   const std::string& reuseIdentifier() const { return reuseIdentifier_; }
   View& contentView() { return *contentView_; }
 
-  /// Whether a line is drawn below the row; a single line unless said otherwise.
+  /// The separator below the row; a single line by default.
   SeparatorStyle separatorStyle() const { return separatorStyle_; }
   void setSeparatorStyle(SeparatorStyle style);
 

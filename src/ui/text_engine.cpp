@@ -7,7 +7,7 @@ namespace linewatch::ui {
 
 namespace {
 
-// Where the spare width goes: none of it, half of it or all of it before the line.
+// The share of the spare width that lies left of the line.
 double shareBefore(const TextLayoutRequest& request) {
   switch (request.alignment) {
     case TextAlignment::left:

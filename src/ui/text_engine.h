@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "ui/attributed_text.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch::ui {
 
-/// Lengths of a font in points. The ascent lies above the baseline, the descent below; both are positive.
+/// Lengths of a font in points. The ascent is above the baseline, the descent below; both are positive.
 struct FontMetrics {
   double ascent = 0;
   double descent = 0;
@@ -24,10 +24,11 @@ struct FontMetrics {
 
 enum class TextAlignment { natural, left, center, right };
 
-/// What becomes of text that is wider than its place.
+/// How text that is wider than its label is shown.
 enum class LineBreakMode {
-  /// Lines end between words, else between characters; the last line that is allowed ends in an ellipsis when
-  /// text is left over.
+  /// Lines break between words, or within a word that is too long. The last line allowed ends in an ellipsis
+  /// when
+  /// more text follows.
   wordWrapping,
   /// One line, which ends in an ellipsis.
   truncatingTail,
@@ -40,20 +41,20 @@ struct TextLayoutRequest {
   double width = std::numeric_limits<double>::infinity();
   /// 0 for no limit.
   std::size_t maximumNumberOfLines = 0;
-  /// No line may end below this, save the first.
+  /// No line but the first may end below this.
   double maximumHeight = std::numeric_limits<double>::infinity();
   LineBreakMode lineBreakMode = LineBreakMode::wordWrapping;
   TextAlignment alignment = TextAlignment::natural;
   LayoutDirection direction = LayoutDirection::leftToRight;
-  /// Pixels a point: baselines and the height are on the pixel grid.
+  /// Pixels per point: baselines and the height are on the pixel grid.
   double scale = 1;
 
   bool operator==(const TextLayoutRequest&) const = default;
 };
 
-/// One line of a layout; places are measured from the layout's top left corner.
+/// One line of a layout. `x` and `baseline` are relative to the layout's top left corner.
 struct TextLine {
-  /// Bytes of the text; white space at a soft line end belongs to no line.
+  /// In bytes of the text. White space where a line is wrapped belongs to no line.
   std::size_t begin = 0;
   std::size_t end = 0;
   /// An ellipsis follows the text.
@@ -66,46 +67,45 @@ struct TextLine {
   double baseline = 0;
 };
 
-/// Text in lines, ready to be drawn. Immutable.
+/// Text broken into lines, ready to be drawn. Immutable.
 struct TextLayout {
   std::vector<TextLine> lines;
-  /// The widest line, and from the top of the first line to the bottom of the last.
+  /// The width of the widest line; the height from the top of the first line to the bottom of the last.
   Size size;
-  /// Whatever the engine that made it needs to draw it.
+  /// For the text engine that made the layout.
   std::shared_ptr<const void> glyphs;
 
   double firstBaseline() const { return lines.empty() ? 0 : lines.front().baseline; }
   double lastBaseline() const { return lines.empty() ? 0 : lines.back().baseline; }
 };
 
-/// A text made ready for lines of any width. Main thread.
+/// A shaped text, to be broken into lines of any width. Main thread.
 class ShapedText {
  public:
   virtual ~ShapedText() = default;
 
   /// The width of the longest paragraph in one line.
   virtual double naturalWidth() const = 0;
-  /// No lines when the text is empty or the width is not positive. The cost is in proportion to the text, and
-  /// to no more than the lines wanted where their number is limited.
+  /// No lines when the text is empty or the width is not positive. Takes time in proportion to the text, or
+  /// to the lines wanted when their number is limited.
   virtual std::shared_ptr<const TextLayout> layOut(const TextLayoutRequest& request) const = 0;
 };
 
-/// What the toolkit cannot know of text. Takes any bytes: what is not UTF-8 shows as replacement characters.
-/// Main thread.
+/// Shapes and measures text. Takes any bytes: invalid UTF-8 shows as replacement characters. Main thread.
 class TextEngine {
  public:
   virtual ~TextEngine() = default;
 
   virtual FontMetrics metrics(const Font& font) = 0;
-  /// `font` is that of runs without one. Never null.
+  /// `font` is the font of runs without one. Never null.
   virtual std::shared_ptr<const ShapedText> shape(const AttributedText& text, const Font& font) = 0;
 };
 
-/// Puts lines that have their widths and metrics in their places: each below the one before, `lineSpacing`
-/// apart, with all baselines on the pixel grid, aligned as the request says. Gives the layout's size.
+/// Places lines that have their widths and metrics below each other, `lineSpacing` apart, with baselines on
+/// the pixel grid and aligned as requested. Returns the layout's size.
 Size placeLines(std::vector<TextLine>& lines, double lineSpacing, const TextLayoutRequest& request);
-/// How many lines of the metrics fit in the request's height and number of lines; at least 1, and the largest
-/// number when nothing limits them.
+/// The number of lines that the request's height and line limit allow, at least 1; the largest number without
+/// limits.
 std::size_t lineLimit(const FontMetrics& metrics, double lineSpacing, const TextLayoutRequest& request);
 
 }  // namespace linewatch::ui

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array kPointSizes = {34.0, 28.0, 22.0, 20.0, 17.0, 17.0, 16.0, 15.0, 13.0, 12.0, 11.0};
 // In the order of TextSizeCategory.
 constexpr std::array kFactors = {0.82, 0.88, 0.94, 1.0, 1.12, 1.24, 1.35, 1.6, 1.9, 2.3, 2.7, 3.1};
-// Text that is large by itself need not grow as much to be read: only this share of what lies above.
+// Large styles grow less: of the points above 20 only half are scaled.
 constexpr double kFullyScaledPointSize = 20;
 constexpr double kShareAbove = 0.5;
 constexpr double kSmallestPointSize = 11;

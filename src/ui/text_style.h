@@ -7,7 +7,7 @@
 
 namespace linewatch::ui {
 
-/// What a piece of text is for; decides its size.
+/// The purpose of a text, which decides its size.
 enum class TextStyle : std::uint8_t {
   largeTitle,
   title1,
@@ -22,7 +22,7 @@ enum class TextStyle : std::uint8_t {
   caption2
 };
 
-/// How large the user wants text, smallest first. The last five are for accessibility.
+/// The text sizes a user can choose, smallest first. The last five are for accessibility.
 enum class TextSizeCategory : std::uint8_t { XS, S, M, L, XL, XXL, XXXL, AX1, AX2, AX3, AX4, AX5 };
 
 inline constexpr TextSizeCategory kDefaultTextSizeCategory = TextSizeCategory::L;
@@ -30,12 +30,12 @@ inline constexpr std::array<std::string_view, 12> kTextSizeCategoryNames = {
     "XS", "S", "M", "L", "XL", "XXL", "XXXL", "AX1", "AX2", "AX3", "AX4", "AX5"};
 
 std::string_view nameOf(TextSizeCategory category);
-/// Absent when no category has the name.
+/// Absent for an unknown name.
 std::optional<TextSizeCategory> textSizeCategoryNamed(std::string_view name);
 
 /// The size of the style's text in points.
 double pointSize(TextStyle style, TextSizeCategory category);
-/// How many times larger than at the default category the style's text is.
+/// The style's point size relative to the default category.
 double scaleFactor(TextStyle style, TextSizeCategory category);
 
 }  // namespace linewatch::ui

@@ -9,9 +9,9 @@ namespace linewatch::ui {
 
 namespace {
 
-/// Points. No display shows a longer row, so that a row of very many items costs no more than this one.
+/// Points. Longer than any display is wide, so that a row of very many items stays cheap.
 constexpr double kLongestRow = 4096;
-/// A width that is larger by no more than this still fits.
+/// Points. A width that exceeds the limit by no more than this still fits.
 constexpr double kWidthTolerance = 1e-6;
 
 constexpr Size kNothing{0, 0};
@@ -24,10 +24,10 @@ double usable(double length) { return std::max(0.0, sanitizedLength(length)); }
 
 }  // namespace
 
-// The text stands beside shields that do not grow with the text size, and does not grow either.
+// The text does not grow with the text size as long as the shields beside it do not.
 TransitInfoLabelView::TransitInfoLabelView() : font_(TextStyle::subheadline) { setClipsToBounds(true); }
 
-// ---- What it is told ----
+// ---- Properties ----
 
 void TransitInfoLabelView::contentDidChange() {
   row_.reset();
@@ -70,12 +70,6 @@ void TransitInfoLabelView::setTruncationText(TruncationText text) {
   contentDidChange();
 }
 
-void TransitInfoLabelView::setFont(const Font& font) {
-  if (font == font_) return;
-  font_ = font;
-  contentDidChange();
-}
-
 void TransitInfoLabelView::setTextColor(const Color& color) {
   textColor_ = color;
   setNeedsDisplay();
@@ -106,7 +100,7 @@ std::shared_ptr<const Image> TransitInfoLabelView::imageOf(const SharedArtwork& 
   return cache_->image(*item, {isIcon(*item) ? iconSize_ : shieldSize_, displayScale()});
 }
 
-// Items beyond the limit are not even drawn.
+// Images are made only for items up to the limit.
 void TransitInfoLabelView::addPieces(Row& row, double limit) {
   for (const SharedArtwork& item : items_) {
     std::shared_ptr<const Image> image = imageOf(item);
@@ -119,7 +113,7 @@ void TransitInfoLabelView::addPieces(Row& row, double limit) {
   }
 }
 
-// One item after the other makes room. The text is set anew each time, as it says how many are missing.
+// Removes items until the text fits. The text changes each time, as it counts the items left out.
 void TransitInfoLabelView::makeRoomForText(Row& row, double limit) {
   while (true) {
     row.text = truncationText_(items_.size() - row.pieces.size());
@@ -149,8 +143,8 @@ std::shared_ptr<const TextLayout> TransitInfoLabelView::layOutText(const std::st
   return platform().textEngine().shape(AttributedText(text), font_)->layOut(request);
 }
 
-// Capital letters stand in the middle of the shields. Room for text is there also when there is none, so that
-// the items are at the same height in both cases.
+// Capital letters are centred on the shields. Rows with and without text are equally high, so that shields
+// are in the same place in both.
 void TransitInfoLabelView::setHeights(Row& row) const {
   const FontMetrics metrics = platform().textEngine().metrics(font_);
   double half = std::max(metrics.ascent - metrics.capHeight / 2, metrics.descent + metrics.capHeight / 2);

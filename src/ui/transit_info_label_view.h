@@ -17,39 +17,34 @@
 
 namespace linewatch::ui {
 
-/// A line of shields and icons in reading order. Where not all of them fit it ends in a text that says how
-/// many are missing, which takes the place of as many items as it needs.
+/// A line of shields and icons in reading order. When not all of them fit, it ends in a text that counts the
+/// items left out.
 class TransitInfoLabelView final : public View {
  public:
   using Items = std::vector<SharedArtwork>;
-  /// Given the number of items left out: what stands in their place.
+  /// The text for a number of items left out.
   using TruncationText = std::function<std::string(std::uint64_t leftOutCount)>;
 
   TransitInfoLabelView();
 
   const Items& labelItems() const { return items_; }
   void setLabelItems(Items items);
-  /// The cache that draws the items; nothing is shown without one.
+  /// Makes the images of the items; nothing is shown without a cache.
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return cache_; }
   void setArtworkCache(std::shared_ptr<ArtworkDataSourceCache> cache);
 
-  std::int64_t shieldSize() const { return shieldSize_; }
   void setShieldSize(std::int64_t size);
   void setIconSize(std::int64_t size);
   /// Points.
   void setSpaceBetweenShields(double space);
-  /// Points; absent: as wide as the longest row that is ever shown.
-  std::optional<double> maximumWidth() const { return maximumWidth_; }
+  /// Points; absent: 4096.
   void setMaximumWidth(std::optional<double> width);
 
-  /// Without one, items that do not fit are left out silently.
+  /// Without one, items that do not fit are left out without a text.
   void setTruncationText(TruncationText text);
-  const Font& font() const { return font_; }
-  void setFont(const Font& font);
-  const Color& textColor() const { return textColor_; }
   void setTextColor(const Color& color);
 
-  // ---- What the row shows ----
+  // ---- The row as shown ----
 
   std::size_t shownItemCount();
   /// Empty when all items are shown.
@@ -62,10 +57,10 @@ class TransitInfoLabelView final : public View {
   void draw(Canvas& canvas) override;
 
  private:
-  /// The items that come out, and where; lengths count from the leading edge.
+  /// The items shown and their places, measured from the leading edge.
   struct Row {
     struct Piece {
-      /// Null where nothing of the item can be drawn.
+      /// Null when nothing of the item can be drawn.
       std::shared_ptr<const Image> image;
       double leading = 0;
       Size size;
@@ -77,7 +72,7 @@ class TransitInfoLabelView final : public View {
     double width = 0;
     double height = 0;
     double baseline = 0;
-    /// What it was made for.
+    /// The scale and direction that the row was made for.
     double scale = 0;
     LayoutDirection direction = LayoutDirection::leftToRight;
   };

@@ -7,13 +7,12 @@
 #include "platform/log.h"
 #include "platform/platform.h"
 #include "ui/interface_settings.h"
-#include "ui/layout_engine.h"
 
 namespace linewatch::ui {
 
 namespace {
 
-// A layout that marks itself again and again is taken as it is after so many rounds.
+// A layout that keeps marking itself is taken as it is after this many rounds.
 constexpr int kLayoutPasses = 10;
 
 Rect sanitized(const Rect& frame) {
@@ -28,84 +27,37 @@ View::View() = default;
 View::View(const Rect& frame) : frame_(sanitized(frame)) {}
 
 View::~View() {
-  engine_.reset();
-  for (const auto& constraint : constraints_) constraint->holder_ = nullptr;
+  endLayout();
   for (const auto& subview : subviews_) subview->superview_ = nullptr;
-  for (const auto& guide : guides_) guide->owningView_ = nullptr;
 }
 
 // ---- The tree ----
-
-bool View::isDescendantOf(const View& view) const {
-  const View* each = this;
-  while (each != nullptr && each != &view) each = each->superview_;
-  return each != nullptr;
-}
 
 void View::addSubview(const std::shared_ptr<View>& view) { insertSubview(view, subviews_.size()); }
 
 void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
-  // The one given may be among the subviews' own.
+  // The reference given may be to the superview's own pointer.
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
   const std::shared_ptr<View> added = view;
   added->removeFromSuperview();
-  if (!added->ownLayoutRoot_) added->engine_.reset();
   subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(index, subviews_.size())), added);
   added->superview_ = this;
   added->markForLayout();
-  if (!added->ownLayoutRoot_) structureDidChange();
+  added->didEnterSuperbox();
   setNeedsDisplay();
 }
 
 void View::removeFromSuperview() {
   if (superview_ == nullptr) return;
   View& former = *superview_;
-  former.dropConstraintsWith(*this);
+  willLeaveSuperbox();
   superview_ = nullptr;
-  // While this view is still there: the engine knows it.
-  if (!ownLayoutRoot_) former.structureDidChange();
   former.shownSubviewsDidChange(*this);
   setNeedsDisplay();
   former.setNeedsDisplay();
-  // The last use of this view, which its superview may have been the last to hold.
+  // Last, as the superview may hold the only reference to this view.
   std::erase_if(former.subviews_, [&](const auto& subview) { return subview.get() == this; });
-}
-
-void View::addLayoutGuide(const std::shared_ptr<LayoutGuide>& guide) {
-  if (!guide || guide->owningView_ == this) return;
-  if (guide->owningView_ != nullptr) guide->owningView_->removeLayoutGuide(guide);
-  guide->owningView_ = this;
-  guides_.push_back(guide);
-}
-
-void View::removeLayoutGuide(const std::shared_ptr<LayoutGuide>& guide) {
-  if (!guide || guide->owningView_ != this) return;
-  for (View* view = this; view != nullptr; view = view->superview_) {
-    const auto constraints = view->constraints_;
-    for (const auto& constraint : constraints) {
-      if (constraint->firstItem() == guide.get() || constraint->secondItem() == guide.get()) {
-        constraint->setActive(false);
-      }
-    }
-  }
-  guide->owningView_ = nullptr;
-  structureDidChange();
-  std::erase(guides_, guide);
-}
-
-void View::dropConstraintsWith(const View& leaving) {
-  const auto isInside = [&](LayoutItem* item) {
-    const View* owner = item != nullptr ? item->owningView() : nullptr;
-    return owner != nullptr && owner->isDescendantOf(leaving);
-  };
-  for (View* view = this; view != nullptr; view = view->superview_) {
-    const auto constraints = view->constraints_;
-    for (const auto& constraint : constraints) {
-      if (isInside(constraint->firstItem()) || isInside(constraint->secondItem()))
-        constraint->setActive(false);
-    }
-  }
 }
 
 // ---- Geometry ----
@@ -115,7 +67,7 @@ void View::setFrame(const Rect& frame) {
   if (wanted == frame_) return;
   const Size before = frame_.size();
   frame_ = wanted;
-  if (engineSlot_ != UINT32_MAX && !isLayoutRoot()) layoutRoot().setNeedsLayout();
+  if (isInEngine() && !isLayoutRoot()) layoutRoot().setNeedsLayout();
   if (before != frame_.size()) {
     resizeSubviews(before);
     markForLayout();
@@ -134,20 +86,12 @@ void View::setFrameFromLayout(const Rect& frame) {
 
 void View::resizeSubviews(const Size& before) {
   for (const auto& subview : subviews_) {
-    if (subview->laidOutByConstraints_) continue;
+    if (subview->isLaidOutByConstraints()) continue;
     Rect frame = subview->frame_;
     if (subview->resizesWidth_) frame.width += frame_.width - before.width;
     if (subview->resizesHeight_) frame.height += frame_.height - before.height;
     subview->setFrame(frame);
   }
-}
-
-Rect View::convertRectTo(const Rect& rect, const View& ancestor) const {
-  Rect moved = rect;
-  for (const View* view = this; view != nullptr && view != &ancestor; view = view->superview_) {
-    moved = moved.movedBy(view->frame_.origin());
-  }
-  return moved;
 }
 
 Point View::convertPointFrom(const Point& point, const View& ancestor) const {
@@ -183,71 +127,20 @@ void View::setDisplayScale(std::optional<double> scale) {
 void View::environmentDidChange() {
   layoutRoot().setNeedsLayout();
   markForLayout();
-  contentChanged_ = true;
+  markContentChanged();
   for (const auto& subview : subviews_) subview->environmentDidChange();
   setNeedsDisplay();
 }
 
 // ---- Layout ----
 
-void View::setLaidOutByConstraints(bool byConstraints) {
-  if (laidOutByConstraints_ == byConstraints) return;
-  laidOutByConstraints_ = byConstraints;
-  structureDidChange();
-}
-
 void View::setResizesWithSuperview(bool width, bool height) {
   resizesWidth_ = width;
   resizesHeight_ = height;
 }
 
-void View::invalidateIntrinsicContentSize() {
-  contentChanged_ = true;
-  layoutRoot().setNeedsLayout();
-}
-
-void View::becomeLayoutRoot() { ownLayoutRoot_ = true; }
-
-View& View::layoutRoot() {
-  View* view = this;
-  while (!view->isLayoutRoot()) view = view->superview_;
-  return *view;
-}
-
-void View::keepConstraint(const SharedConstraint& constraint) {
-  constraints_.push_back(constraint);
-  constraintDidChange(*constraint);
-}
-
-void View::dropConstraint(const LayoutConstraint& constraint) {
-  const auto place = std::find_if(constraints_.begin(), constraints_.end(),
-                                  [&](const auto& each) { return each.get() == &constraint; });
-  if (place == constraints_.end()) return;
-  const SharedConstraint kept = *place;
-  constraints_.erase(place);
-  constraintDidChange(*kept);
-}
-
-void View::constraintDidChange(LayoutConstraint& constraint) {
-  View& root = layoutRoot();
-  if (root.engine_) root.engine_->constraintDidChange(constraint.shared_from_this());
-  root.setNeedsLayout();
-}
-
-void View::structureDidChange() {
-  View& root = layoutRoot();
-  root.engine_.reset();
-  root.setNeedsLayout();
-}
-
-LayoutEngine& View::engine() {
-  if (engine_ && !engine_->fitsEnvironment()) engine_.reset();
-  if (!engine_) engine_ = std::make_unique<LayoutEngine>(*this);
-  return *engine_;
-}
-
 void View::setNeedsLayout() {
-  if (engine_) engine_->forgetFittingSize();
+  forgetFittingSize();
   markForLayout();
 }
 
@@ -261,13 +154,14 @@ void View::markForLayout() {
 }
 
 void View::layoutIfNeeded() {
-  View& root = layoutRoot();
-  for (int pass = 0; root.needsLayout(); ++pass) {
+  View* root = this;
+  while (!root->isLayoutRoot()) root = root->superview_;
+  for (int pass = 0; root->needsLayout(); ++pass) {
     if (pass == kLayoutPasses) {
-      logError("A layout never comes to rest and is left as it is: %@", {classNameOf(root)});
-      return root.giveUpLayout();
+      logError("A layout never comes to rest and is left as it is: %@", {classNameOf(*root)});
+      return root->giveUpLayout();
     }
-    root.layoutTree();
+    root->layoutTree();
   }
 }
 
@@ -289,12 +183,12 @@ void View::giveUpLayout() {
 }
 
 void View::layoutSubviews() {
-  if (isLayoutRoot()) engine().layOut();
+  if (isLayoutRoot()) layOutByConstraints();
 }
 
-Size View::systemLayoutSizeFittingSize(const Size& target, LayoutPriority horizontal,
-                                       LayoutPriority vertical) {
-  if (isLayoutRoot()) return engine().fittingSize(target, horizontal, vertical);
+Size View::systemLayoutSizeFittingSize(const Size& size, LayoutPriority withHorizontalFittingPriority,
+                                       LayoutPriority verticalFittingPriority) {
+  if (isLayoutRoot()) return fittingSize(size, withHorizontalFittingPriority, verticalFittingPriority);
   layoutIfNeeded();
   return frame_.size();
 }
@@ -312,12 +206,6 @@ void View::setAlpha(double alpha) {
   if (std::exchange(alpha_, wanted) != wanted) setNeedsDisplay();
 }
 
-void View::setBackgroundColor(const Color& color) {
-  if (backgroundColor_ == color) return;
-  backgroundColor_ = color;
-  setNeedsDisplay();
-}
-
 void View::setClipsToBounds(bool clips) {
   if (std::exchange(clipsToBounds_, clips) != clips) setNeedsDisplay();
 }
@@ -328,7 +216,6 @@ void View::render(Canvas& canvas) {
   canvas.translate(frame_.origin());
   if (alpha_ < 1) canvas.multiplyAlpha(alpha_);
   if (clipsToBounds_) canvas.clip(bounds());
-  if (backgroundColor_ != Color(SemanticColor::clear)) canvas.fillRect(bounds(), backgroundColor_);
   draw(canvas);
   for (const auto& subview : subviews_) subview->render(canvas);
   drawOverlay(canvas);

@@ -5,43 +5,43 @@
 
 #include "platform/extension_context.h"
 #include "shared/object.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 namespace linewatch::ui {
 
 class View;
 
-/// Manages one view of a host, which calls what is said here when the view comes and goes. Main thread.
+/// Manages one view for a host, which calls the functions below when the view appears or disappears. Main
+/// thread.
 class ViewController : public Object {
  public:
   ViewController();
   ~ViewController() override;
 
-  /// The way to the host; null when the controller is not hosted.
+  /// The host's context; null when the controller is not hosted.
   virtual std::shared_ptr<ExtensionContext> extensionContext() const = 0;
 
-  /// Made and loaded when it is first asked for.
+  /// Made and loaded at the first call.
   View& view();
   const std::shared_ptr<View>& sharedView();
-  bool isViewLoaded() const { return view_ != nullptr; }
 
   virtual void viewDidLoad() {}
   virtual void viewWillAppear(bool /*animated*/) {}
   virtual void viewDidAppear(bool /*animated*/) {}
   virtual void viewWillDisappear(bool /*animated*/) {}
   virtual void viewDidDisappear(bool /*animated*/) {}
-  /// The host is about to give the view the size.
+  /// The host is about to resize the view.
   virtual void viewWillTransitionToSize(const Size& /*size*/) {}
   virtual void didReceiveMemoryWarning() {}
 
   const Size& preferredContentSize() const { return preferredContentSize_; }
-  /// Asks the host, if there is one, to give the view the size; also when it is the size asked for before.
+  /// Asks the host for the size, even if it is the size asked for before.
   void setPreferredContentSize(const Size& size);
-  /// The host's: told every size that the controller asks for.
+  /// For the host: called with every size that the controller asks for.
   void setPreferredContentSizeHandler(std::function<void(const Size& size)> handler);
 
  protected:
-  /// The controller's view before anything is in it; a plain one by default. Never null.
+  /// The controller's view, still empty; a plain view by default. Never null.
   virtual std::shared_ptr<View> loadView();
 
  private:

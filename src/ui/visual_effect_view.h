@@ -7,22 +7,22 @@
 
 namespace linewatch::ui {
 
-/// How strongly content stands out from what is behind the panel, strongest first.
+/// How strongly content stands out from the background, strongest first.
 enum class VibrancyEffect : std::uint8_t { primary, secondary, tertiary };
 
-/// The colour that content in `SemanticColor::label` has under the effect.
+/// The colour of `SemanticColor::label` under the effect.
 Color colorOf(VibrancyEffect effect);
 
-/// Shows what its content view holds through an effect.
+/// Shows its content view through an effect.
 class VisualEffectView : public View {
  public:
   explicit VisualEffectView(VibrancyEffect effect);
 
   VibrancyEffect effect() const { return effect_; }
-  /// As large as the view; holds what the effect applies to.
+  /// Fills the view. The effect applies to its subviews.
   View& contentView() { return *contentView_; }
 
-  /// The colour that content of a colour is drawn in: another one only where it has no colour of its own.
+  /// The effect's colour for `SemanticColor::label`; any other colour is unchanged.
   Color contentColor(const Color& color) const;
 
  private:

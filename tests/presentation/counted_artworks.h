@@ -30,11 +30,11 @@ class CountingShieldManager final : public ShieldManager {
   std::map<double, std::size_t> scales;
 };
 
-/// Caches whose drawings are counted.
+/// Makes caches and counts their drawings.
 struct CountedArtworks {
   std::shared_ptr<CountingShieldManager> shields = std::make_shared<CountingShieldManager>();
 
-  /// A new cache each time: a cache remembers.
+  /// A new, empty cache each time.
   std::shared_ptr<ArtworkDataSourceCache> makeCache() const {
     return std::make_shared<ArtworkDataSourceCache>(std::make_shared<TransitArtworkManager>(
         shields, std::make_shared<simulation::SimulatedIconManager>()));

@@ -1,6 +1,5 @@
 #include "presentation/label_extras.h"
 
-#include "presentation/height_constrained_view.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -13,7 +12,7 @@ TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   EXPECT_EQ(_rova_lineSpacing(label), 0);
   _rova_setLineSpacing(label, 4);
   label.setText("no style yet");
-  EXPECT_EQ(_rova_lineSpacing(label), 0) << "an empty label cannot carry one";
+  EXPECT_EQ(_rova_lineSpacing(label), 0) << "an empty label keeps none";
 
   ui::AttributedText text("first ",
                           {.color = ui::SemanticColor::systemGray, .paragraphStyle = ui::ParagraphStyle{3}});
@@ -31,25 +30,13 @@ TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
   EXPECT_EQ(label.attributedText().runs().front().attributes.color, ui::Color(ui::SemanticColor::systemGray));
 }
 
-TEST_F(LabelExtras, AMultiLineLabelWrapsInItsFontAtAnyNumberOfLines) {
-  const ui::Font font(ui::TextStyle::title2);
-  const auto label = multiLineLabelWithFont(font);
-  EXPECT_EQ(label->font(), font);
-  EXPECT_EQ(label->frame(), ui::Rect());
-  EXPECT_TRUE(label->isLaidOutByConstraints());
-  label->setText("a b c d e f");
-  EXPECT_NEAR(label->intrinsicHeight(font.pointSize()).value(), 6 * font.pointSize(), 1);
-}
-
-TEST(HeightConstrainedView, HasOneConstraintThatIsSomebodyElsesToActivate) {
-  HeightConstrainedView view;
-  const auto constraint = view.heightConstraint();
-  EXPECT_EQ(view.heightConstraint(), constraint);
-  EXPECT_FALSE(constraint->isActive());
-  EXPECT_EQ(constraint->firstItem(), &view);
-  EXPECT_EQ(constraint->firstAttribute(), ui::LayoutAttribute::height);
-  EXPECT_EQ(constraint->secondItem(), nullptr);
-  EXPECT_EQ(constraint->constant(), 0);
+TEST_F(LabelExtras, TheLineSpacingMovesTheLinesApart) {
+  const auto label = multiLineLabelWithFont(ui::Font(ui::TextStyle::title2));
+  label->setText("a b c");
+  const double width = label->font().pointSize();
+  const double before = label->intrinsicHeight(width).value();
+  _rova_setLineSpacing(*label, 5);
+  EXPECT_EQ(label->intrinsicHeight(width), before + 2 * 5) << "three lines, two gaps";
 }
 
 }  // namespace

@@ -17,8 +17,8 @@
 
 namespace linewatch {
 
-/// Rows of cells, laid out at a width and read where they came to be. The simulation's text: code points are
-/// half a font's size wide, capitals 0.7 of it tall, lines 1.0 of it.
+/// Lays out cells and reads the frames. In the simulation's text a code point is half the font's size wide, a
+/// capital letter 0.7 and a line 1.0 of the size high.
 class Row : public PlatformTest {
  protected:
   static constexpr double kWidth = 359;
@@ -26,7 +26,7 @@ class Row : public PlatformTest {
   void setTextSize(ui::TextSizeCategory category) {
     platform_->changeWorld([&](auto& world) { world.textSize = category; });
   }
-  /// What a table does: the row gets the height that its constraints ask for.
+  /// As a table does: the row gets the height of its constraints.
   static void layOut(ui::TableViewCell& cell, double width = kWidth) {
     const ui::Size size =
         cell.systemLayoutSizeFittingSize({width, 0}, ui::kRequiredPriority, ui::kFittingSizePriority);

@@ -34,7 +34,12 @@ class Listener : public RVTransitIncidentDataSourceDelegate {
                                        const ui::IndexPath& atIndexPath) override {
     opened.push_back(item);
     rows.push_back(atIndexPath.row);
+    if (table) wasSelected = wasSelected || table->indexPathForSelectedRow().has_value();
   }
+
+  std::shared_ptr<ui::TableView> table;
+  /// Whether a row was still selected when it was reported.
+  bool wasSelected = false;
 
   int updates = 0;
   double columnWidth = 0;
@@ -42,7 +47,7 @@ class Listener : public RVTransitIncidentDataSourceDelegate {
   std::vector<std::size_t> rows;
 };
 
-/// Lines A to C with one incident each, D without one; every shield is as wide as it says.
+/// Lines A to C with one incident each, D without incidents. All shields have the given width at size 3.
 World city(double widthOfShields = 40) {
   World world;
   for (const char* name : {"A", "B", "C", "D"}) {
@@ -57,7 +62,7 @@ World city(double widthOfShields = 40) {
   return world;
 }
 
-/// The city with the incident of line A alone.
+/// The city with the incident of line A only.
 World quietCity(double widthOfShields = 40) {
   World world = city(widthOfShields);
   world.lines["B"].incidents = {};
@@ -110,7 +115,7 @@ class TransitIncidentDataSource : public PlatformTest {
   std::shared_ptr<Listener> listener_;
 };
 
-TEST_F(TransitIncidentDataSource, WithoutAResultShowsTheListOfNoFavourites) {
+TEST_F(TransitIncidentDataSource, WithoutAResultShowsTheListWithoutFavourites) {
   make(nullptr);
   EXPECT_EQ(dataSource_->rowHeight(), 110);
   ASSERT_NE(dataSource_->transitLineItemResult()->successObject(), nullptr);
@@ -130,7 +135,7 @@ TEST_F(TransitIncidentDataSource, ShowsTheSummaryWhenCompactAndARowAnItemWhenExp
   EXPECT_EQ(summary->artworkCache(), dataSource_->artworkCache());
   EXPECT_EQ(dataSource_->preferredContentSizeForExpanded(true, {359, 50}), (Size{359, 110}));
   EXPECT_EQ(dataSource_->_itemAtIndexPath({0, 7}), dataSource_->_itemAtIndexPath({0, 0}))
-      << "every row is the summary";
+      << "every row gives the summary";
 
   dataSource_->setExpanded(true);
   table_->reloadData();
@@ -147,7 +152,7 @@ TEST_F(TransitIncidentDataSource, ShowsTheSummaryWhenCompactAndARowAnItemWhenExp
   EXPECT_EQ(dataSource_->preferredContentSizeForExpanded(false, {300, 50}), (Size{300, 440}));
 }
 
-TEST_F(TransitIncidentDataSource, RowsInSightFollowTheTextSizeAndTheWidth) {
+TEST_F(TransitIncidentDataSource, VisibleRowsFollowTheTextSizeAndTheWidth) {
   make(resultOf(city()), true);
   const auto row = shownCell<RVTransitItemFixedHeightCell>(0);
   platform_->changeWorld([](World& world) { world.textSize = ui::TextSizeCategory::XS; });
@@ -161,7 +166,23 @@ TEST_F(TransitIncidentDataSource, RowsInSightFollowTheTextSizeAndTheWidth) {
   EXPECT_EQ(artwork->rect.maxX(), 500 - 16);
 }
 
-TEST_F(TransitIncidentDataSource, RowsThatThereAreNoneOfGetAPlainCell) {
+TEST_F(TransitIncidentDataSource, ATableThatIsNotConfiguredGetsTheSameCells) {
+  make(resultOf(city()));
+  ui::TableView table;
+  for (const bool expanded : {false, true}) {
+    dataSource_->setExpanded(expanded);
+    const auto cell = dataSource_->tableViewCellForRowAtIndexPath(table, {0, 0});
+    const auto summary = std::dynamic_pointer_cast<RVTransitSummaryCell>(cell);
+    const auto row = std::dynamic_pointer_cast<RVTransitItemFixedHeightCell>(cell);
+    EXPECT_EQ(expanded, row != nullptr);
+    EXPECT_EQ(!expanded, summary != nullptr);
+    if (row) {
+      EXPECT_EQ(row->transitItem(), dataSource_->shieldAdjustedExpandedItems()[0]);
+    }
+  }
+}
+
+TEST_F(TransitIncidentDataSource, RowsBeyondTheItemsGetAPlainCell) {
   make(resultOf(city()), true);
   for (const ui::IndexPath& place : {ui::IndexPath{0, 4}, ui::IndexPath{1, 0}}) {
     const auto cell = dataSource_->tableViewCellForRowAtIndexPath(*table_, place);
@@ -174,7 +195,7 @@ TEST_F(TransitIncidentDataSource, RowsThatThereAreNoneOfGetAPlainCell) {
   EXPECT_EQ(dataSource_->tableViewNumberOfRowsInSection(*table_, 7), 4U);
 }
 
-TEST_F(TransitIncidentDataSource, RefusesToExpandWhatHasNoRowsForIt) {
+TEST_F(TransitIncidentDataSource, RefusesToExpandAListWithoutExpandedItems) {
   const auto complaints = [&] { return platform_->transcript().logTexts("error"); };
   make(failure(), true);
   EXPECT_FALSE(dataSource_->isExpanded());
@@ -184,7 +205,7 @@ TEST_F(TransitIncidentDataSource, RefusesToExpandWhatHasNoRowsForIt) {
       testing::StartsWith(
           "Trying to set expanded state on widget datasource without expanded items to show, ignoring "
           "request to expand datasource state.\nListItem: <RVTransitListItem"));
-  EXPECT_EQ(updatesBy([&] { dataSource_->setExpanded(true); }), 1) << "told of although nothing has changed";
+  EXPECT_EQ(updatesBy([&] { dataSource_->setExpanded(true); }), 1) << "told although nothing has changed";
   EXPECT_FALSE(dataSource_->isExpanded());
 
   make(neither(), true);
@@ -195,11 +216,11 @@ TEST_F(TransitIncidentDataSource, RefusesToExpandWhatHasNoRowsForIt) {
   make(resultOf(city()), true);
   EXPECT_TRUE(dataSource_->isExpanded());
   EXPECT_EQ(updatesBy([&] { dataSource_->setListItem(nullptr); }), 1);
-  EXPECT_TRUE(dataSource_->isExpanded()) << "not looked at again when the list changes";
+  EXPECT_TRUE(dataSource_->isExpanded()) << "a list change does not check the state again";
   EXPECT_EQ(complaints().size(), 3U);
 }
 
-TEST_F(TransitIncidentDataSource, TellsOfEachChangeOnceAndOfNothingElse) {
+TEST_F(TransitIncidentDataSource, TellsTheDelegateOncePerChange) {
   make(resultOf(city()));
   const auto held = dataSource_->transitLineItemResult();
   using Source = RVTransitIncidentDataSource;
@@ -235,21 +256,21 @@ TEST_F(TransitIncidentDataSource, TellsOfEachChangeOnceAndOfNothingElse) {
   }
 }
 
-TEST_F(TransitIncidentDataSource, AnalyticsHearOfResultsAndRebuildsAndOfNothingElse) {
+TEST_F(TransitIncidentDataSource, AnalyticsHearOfResultsAndRebuildsOnly) {
   make(resultOf(city()));
   const auto controller = platform_->makeViewController();
   const auto analytics = std::make_shared<RVTransitIncidentsAnalyticsDelegate>(controller);
   analytics->startSessionIfNeeded();
   const auto heardOf = [&] { return analytics->analyticsData()->transitIncidents.size(); };
   dataSource_->updateTransitLineItemResult(dataSource_->transitLineItemResult(), analytics);
-  EXPECT_EQ(heardOf(), 0U) << "the very result that is held";
+  EXPECT_EQ(heardOf(), 0U) << "the result that it already holds";
   dataSource_->updateTransitLineItemResult(resultOf(city()), analytics);
-  EXPECT_EQ(heardOf(), 3U) << "also when the list comes out the same";
+  EXPECT_EQ(heardOf(), 3U) << "also when the list is the same";
   dataSource_->setRowHeight(64, 2);
   EXPECT_EQ(heardOf(), 3U);
   dataSource_->recalculateDataSourceItemsWithAnalytics(analytics);
   EXPECT_EQ(heardOf(), 6U);
-  EXPECT_EQ(listener_->updates, 1) << "of the limit alone";
+  EXPECT_EQ(listener_->updates, 1) << "of the limit only";
 }
 
 TEST_F(TransitIncidentDataSource, ARebuiltListFollowsTheTime) {
@@ -263,7 +284,39 @@ TEST_F(TransitIncidentDataSource, ARebuiltListFollowsTheTime) {
   EXPECT_EQ(dataSource_->shieldAdjustedExpandedItems().size(), 3U) << "B, C and good service";
 }
 
-TEST_F(TransitIncidentDataSource, AWidthIsToldOfWhenItChangesWhatIsSeen) {
+TEST_F(TransitIncidentDataSource, AResizedItemKeepsEverythingButItsArtworksSize) {
+  make(resultOf(quietCity(300)));
+  const auto row = [&](double alpha, bool displayArtwork) {
+    const auto artwork = std::get<SharedTransitItem>(dataSource_->listItem()->summaryItem())->artwork();
+    return std::make_shared<const RVTransitItem>(
+        "Delays", "Wait", std::make_shared<const RVConfiguredArtwork>(artwork->artworkSource(), alpha),
+        displayArtwork, nullptr);
+  };
+  const SharedTransitItem first = row(0.25, false);
+  const SharedTransitItem second = row(0.75, true);
+  dataSource_->setListItem(
+      std::make_shared<const RVTransitListItem>(SummaryItem(first), TransitItems{second}));
+  const auto summary = std::get<SharedTransitItem>(dataSource_->shieldAjustedSummaryItem());
+  const SharedTransitItem& expanded = dataSource_->shieldAdjustedExpandedItems().front();
+  EXPECT_LT(sizeOfArtwork(summary), sizeOfArtwork(first));
+  EXPECT_LT(sizeOfArtwork(expanded), sizeOfArtwork(second));
+  EXPECT_EQ(summary->artwork()->alpha(), 0.25);
+  EXPECT_EQ(expanded->artwork()->alpha(), 0.75);
+  EXPECT_FALSE(summary->displayArtwork());
+  EXPECT_TRUE(expanded->displayArtwork());
+  EXPECT_EQ(expanded->primaryText(), "Delays");
+  EXPECT_EQ(expanded->secondaryText(), "Wait");
+}
+
+TEST_F(TransitIncidentDataSource, TheColumnLeaves214PointsToTheText) {
+  // A shield of 120 points and its inset fit exactly into 350 - 214.
+  make(resultOf(quietCity(120)), false, 350);
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 136);
+  make(resultOf(quietCity(120)), false, 349.5);
+  EXPECT_LT(dataSource_->artworkColumnWidth(), 135.5);
+}
+
+TEST_F(TransitIncidentDataSource, TellsOfAWidthThatChangesTheRows) {
   make(resultOf(quietCity(100)));
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 116) << "the shield and the inset";
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(400); }), 0) << "there is room for more";
@@ -284,37 +337,39 @@ TEST_F(TransitIncidentDataSource, AWidthIsToldOfWhenItChangesWhatIsSeen) {
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
 }
 
-TEST_F(TransitIncidentDataSource, AnotherColumnIsToldOfAlsoWhenEveryShieldStaysAsItIs) {
+TEST_F(TransitIncidentDataSource, TellsOfAnotherColumnEvenIfEveryShieldStaysTheSame) {
   make(resultOf(quietCity(1000)));
   const SummaryItem before = dataSource_->shieldAjustedSummaryItem();
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 141) << "the smallest size just fits";
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(320); }), 1);
-  EXPECT_EQ(dataSource_->artworkColumnWidth(), 73) << "here it is left out of account";
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 73) << "here it does not count";
   EXPECT_TRUE(*std::get<SharedTransitItem>(dataSource_->shieldAjustedSummaryItem()) ==
               *std::get<SharedTransitItem>(before));
 }
 
-TEST_F(TransitIncidentDataSource, TheColumnOfAPlainSummaryIsThatOfTheExpandedRowsToo) {
+TEST_F(TransitIncidentDataSource, AnItemSummaryDecidesTheColumnOfTheExpandedRows) {
   make(resultOf(quietCity()));
   const SummaryItem narrow = dataSource_->listItem()->summaryItem();
   make(resultOf(city(200)), true, 1000);
-  EXPECT_EQ(dataSource_->artworkColumnWidth(), 216) << "the summary of several incidents has no say";
+  EXPECT_EQ(dataSource_->artworkColumnWidth(), 216) << "a summary of several incidents does not count";
   dataSource_->setListItem(
       std::make_shared<const RVTransitListItem>(narrow, dataSource_->listItem()->expandedItems()));
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
-  EXPECT_EQ(listener_->columnWidth, 73) << "all is in place when it is told of";
+  EXPECT_EQ(listener_->columnWidth, 73) << "already set when the delegate is told";
 
   // The rows' shields need 216 of the 250 points of one width, and are made smaller for the other.
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(464); }), 0);
-  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(359); }), 1) << "the rows alone look different";
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(359); }), 1) << "only the rows look different";
   dataSource_->setExpanded(false);
-  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(464); }), 0) << "which nobody sees now";
+  EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(464); }), 0) << "the rows are not visible now";
 }
 
-TEST_F(TransitIncidentDataSource, ATapReportsWhatTheRowOpens) {
+TEST_F(TransitIncidentDataSource, ATapDeselectsTheRowAndReportsItsOpenable) {
   make(resultOf(city()), true);
+  listener_->table = table_;
   EXPECT_TRUE(table_->tapRow({0, 1}));
   EXPECT_EQ(table_->indexPathForSelectedRow(), std::nullopt) << "deselected at once";
+  EXPECT_FALSE(listener_->wasSelected) << "deselected before it is reported";
   ASSERT_EQ(listener_->opened.size(), 1U);
   EXPECT_EQ(listener_->opened[0], dataSource_->shieldAdjustedExpandedItems()[1]->openable());
   EXPECT_THAT(listener_->rows, ElementsAre(1U));
@@ -334,7 +389,7 @@ TEST_F(TransitIncidentDataSource, ATapReportsWhatTheRowOpens) {
   dataSource_->updateTransitLineItemResult(resultOf(city()), nullptr);
 }
 
-TEST_F(TransitIncidentDataSource, SetsTheTableUpForTheLayoutDirection) {
+TEST_F(TransitIncidentDataSource, ConfiguresTheTableForTheLayoutDirection) {
   make(nullptr);
   EXPECT_EQ(table_->separatorInset(), (ui::EdgeInsets{0, 16, 0, 0}));
   EXPECT_EQ(table_->tableFooterView()->frame().size(), Size());

@@ -43,7 +43,7 @@ class ArtworkCache : public testing::Test {
   const IconDataSource unknown_{.defaultTransitType = 99};
 };
 
-TEST_F(ArtworkCache, DrawsWhatTheSourceTypeNamesAndElseWhatThereIs) {
+TEST_F(ArtworkCache, DrawsTheNamedSourceElseAnotherOne) {
   const ArtworkSize size;
   const auto draw = [&](std::int64_t type, std::optional<ShieldDataSource> shield,
                         std::optional<IconDataSource> icon, std::optional<ShieldDataSource> fallback) {

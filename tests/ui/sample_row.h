@@ -13,7 +13,7 @@
 
 namespace linewatch::ui {
 
-/// A label shown through an effect, whose baselines are the view's.
+/// Shows a label through an effect. Its baselines are the label's.
 class EffectLabel final : public VisualEffectView {
  public:
   EffectLabel(const std::shared_ptr<Label>& label, VibrancyEffect effect)
@@ -34,8 +34,7 @@ class EffectLabel final : public VisualEffectView {
   std::shared_ptr<Label> label_;
 };
 
-/// A cell as lists have them: two texts that stand on baselines in a block that is centred in the row, and an
-/// image in a trailing column.
+/// A list row: a block of two texts, centred in the row, and an image in a trailing column.
 class SampleRow final : public TableViewCell {
  public:
   explicit SampleRow(TableViewCellStyle style = TableViewCellStyle::plain,
@@ -44,10 +43,9 @@ class SampleRow final : public TableViewCell {
     primary->setFont(Font(TextStyle::headline, {true, false}));
     secondary->setFont(Font(TextStyle::subheadline));
     stack->setLaidOutByConstraints(true);
-    stack->setBaselineRelativeArrangement(true);
     stack->setSpacing(21);
-    stack->addArrangedSubview(std::make_shared<EffectLabel>(primary, VibrancyEffect::primary));
-    stack->addArrangedSubview(std::make_shared<EffectLabel>(secondary, VibrancyEffect::secondary));
+    stack->addArrangedSubview(primaryEffect);
+    stack->addArrangedSubview(secondaryEffect);
     image->setLaidOutByConstraints(true);
     image->setImage(platform().imageSource().imageNamed("shield"));
     addLayoutGuide(guide);
@@ -64,7 +62,7 @@ class SampleRow final : public TableViewCell {
     textToGuide->setActive(!shows);
   }
 
-  /// As a table does.
+  /// Lays the row out as a table does.
   void layOutAtWidth(double width) {
     const Size fitting = systemLayoutSizeFittingSize({width, 0}, kRequiredPriority, kFittingSizePriority);
     setFrame({0, 0, width, fitting.height});
@@ -73,7 +71,11 @@ class SampleRow final : public TableViewCell {
 
   const std::shared_ptr<Label> primary = std::make_shared<Label>();
   const std::shared_ptr<Label> secondary = std::make_shared<Label>();
-  const std::shared_ptr<StackView> stack = std::make_shared<StackView>(Axis::vertical);
+  const std::shared_ptr<EffectLabel> primaryEffect =
+      std::make_shared<EffectLabel>(primary, VibrancyEffect::primary);
+  const std::shared_ptr<EffectLabel> secondaryEffect =
+      std::make_shared<EffectLabel>(secondary, VibrancyEffect::secondary);
+  const std::shared_ptr<StackView> stack = std::make_shared<StackView>();
   const std::shared_ptr<ImageView> image = std::make_shared<ImageView>();
   const std::shared_ptr<LayoutGuide> guide = std::make_shared<LayoutGuide>();
   const std::shared_ptr<LayoutGuide> gutter = std::make_shared<LayoutGuide>();

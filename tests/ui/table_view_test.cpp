@@ -85,7 +85,7 @@ class TableViewTest : public UiTest {
     return cell ? std::static_pointer_cast<SampleRow>(cell)->primary->text() : "none";
   }
 
-  // The rows in sight follow each other without a gap, show what they should and fill the table.
+  // The visible rows show the right content without gaps and fill the table.
   void expectConsistent() {
     const auto visible = table_->indexPathsForVisibleRows();
     double y = visible.empty() ? 0 : table_->cellForRow(visible.front())->frame().y;
@@ -107,7 +107,7 @@ class TableViewTest : public UiTest {
 
 TEST_F(TableViewTest, TenThousandRowsNeedNoMoreCellsThanFit) {
   show({10000});
-  EXPECT_EQ(table_->cellsMade(), 4U) << "guesses of 5 points do not make cells for what is not in sight";
+  EXPECT_EQ(table_->cellsMade(), 4U) << "an estimate of 5 points makes no cells for invisible rows";
   EXPECT_EQ(rows_->asked, 4);
   for (int i = 0; i < 2000; ++i) {
     table_->handleScroll(i < 1500 ? 70 : -90);
@@ -132,6 +132,25 @@ TEST_F(TableViewTest, AReloadGivesEachRowTheCellThatShowedItBefore) {
   root_.layoutIfNeeded();
   for (std::size_t row = 0; row < 4; ++row) EXPECT_EQ(table_->cellForRow({0, row}), before[row]);
   EXPECT_EQ(table_->cellsMade(), 4U);
+}
+
+TEST_F(TableViewTest, AReloadKeepsTheScrollOffsetWithinTheNewContent) {
+  show({50});
+  while (table_->handleScroll(200)) root_.layoutIfNeeded();
+  table_->setContentOffset(2000);
+  root_.layoutIfNeeded();
+  const auto visible = table_->indexPathsForVisibleRows();
+  show({50});
+  EXPECT_EQ(table_->contentOffset(), 2000);
+  EXPECT_EQ(table_->indexPathsForVisibleRows(), visible);
+  expectConsistent();
+  show({10});
+  EXPECT_EQ(table_->contentOffset(), 10 * 110 - 440) << "the last rows of a shorter list";
+  expectConsistent();
+  show({1});
+  EXPECT_EQ(table_->contentOffset(), 0);
+  show({50});
+  EXPECT_EQ(table_->contentOffset(), 0);
 }
 
 TEST_F(TableViewTest, RandomHeightsAndScrolling) {
@@ -174,7 +193,7 @@ TEST_F(TableViewTest, ACellThatGrowsMovesTheRowsBelow) {
   EXPECT_EQ(table_->indexPathForRowAtPoint({5, 371}), std::nullopt);
 }
 
-TEST_F(TableViewTest, TheSelectionStaysWithItsRowAndReloadsAreTold) {
+TEST_F(TableViewTest, TheSelectionStaysWithItsRowAndReloadsAreReported) {
   std::vector<std::size_t> reloaded;
   table_->setReloadHandler(
       [&](std::size_t section, RowAnimation /*animation*/) { reloaded.push_back(section); });
@@ -199,7 +218,7 @@ TEST_F(TableViewTest, SectionsFollowEachOther) {
   EXPECT_EQ(table_->cellForRow({1, 0}), nullptr);
 }
 
-TEST_F(TableViewTest, ATableWithoutSourceRowsOrSizeIsEmpty) {
+TEST_F(TableViewTest, ATableWithoutDataSourceRowsOrSizeIsEmpty) {
   show({});
   EXPECT_EQ(table_->numberOfSections(), 0U);
   show({0});
@@ -216,7 +235,7 @@ TEST_F(TableViewTest, ATableWithoutSourceRowsOrSizeIsEmpty) {
   root_.layoutIfNeeded();
 }
 
-TEST_F(TableViewTest, AnUnknownReuseIdentifierGivesAPlainCellAndALine) {
+TEST_F(TableViewTest, AnUnknownReuseIdentifierGivesAPlainCellAndIsLogged) {
   const auto cell = table_->dequeueReusableCell("nobody", {0, 0});
   EXPECT_EQ(cell->reuseIdentifier(), "nobody");
   table_->dequeueReusableCell("nobody", {0, 1});
@@ -243,7 +262,7 @@ TEST_F(TableViewTest, APointerHighlightsAndSelects) {
   pointer.handle(root_, PointerPhase::pressed, {50, 40});
   show({4});
   pointer.handle(root_, PointerPhase::released, {50, 40});
-  EXPECT_THAT(rows_->tapped, SizeIs(1)) << "what was pressed may not be there any more";
+  EXPECT_THAT(rows_->tapped, SizeIs(1)) << "a reload ends the press";
   EXPECT_FALSE(table_->cellForRow({0, 0})->isHighlighted());
 
   EXPECT_FALSE(pointer.handle(root_, PointerPhase::pressed, {50, 150})) << "row 1 opens nothing";
@@ -254,13 +273,12 @@ TEST_F(TableViewTest, APointerHighlightsAndSelects) {
   pointer.handle(root_, PointerPhase::released, {50, 300});
   EXPECT_THAT(rows_->tapped, SizeIs(1));
   EXPECT_FALSE(table_->tapRow({0, 4}));
-  EXPECT_FALSE(PointerTracker::scroll(root_, {50, 40}, 100)) << "all rows are in sight";
+  EXPECT_FALSE(PointerTracker::scroll(root_, {50, 40}, 100)) << "all rows are visible";
 }
 
-TEST_F(TableViewTest, SeparatorsRunBelowAllRowsThatWantOne) {
+TEST_F(TableViewTest, SeparatorsRunBelowTheRowsWithASeparatorStyle) {
   table_->setSeparatorInset({0, 16, 0, 0});
   const auto footer = std::make_shared<View>(Rect{0, 0, 0, 30});
-  footer->setBackgroundColor(SemanticColor::systemGray);
   table_->setTableFooterView(footer);
   show({2});
   EXPECT_EQ(footer->frame(), (Rect{0, 220, 359, 30}));
@@ -272,30 +290,6 @@ TEST_F(TableViewTest, SeparatorsRunBelowAllRowsThatWantOne) {
     if (drawn.kind == RecordingCanvas::Kind::rect && drawn.rect.height < 1) separators.push_back(drawn.rect);
   }
   EXPECT_THAT(separators, ElementsAre(Rect{16, 109.5, 343, 0.5}));
-}
-
-TEST(RowHeights, AgreeWithASum) {
-  std::mt19937 random(3);
-  std::vector<double> plain;
-  for (int i = 0; i < 100; ++i) plain.push_back(std::uniform_int_distribution(0, 9)(random));
-  RowHeights heights;
-  heights.assign(plain);
-  for (int i = 0; i < 200; ++i) {
-    const std::size_t changed = random() % plain.size();
-    plain[changed] = static_cast<double>(random() % 10);
-    heights.setHeight(changed, plain[changed]);
-    double offset = 0;
-    for (std::size_t row = 0; row < plain.size(); ++row) {
-      ASSERT_EQ(heights.offsetOf(row), offset);
-      if (plain[row] > 0) {
-        ASSERT_EQ(heights.rowAt(offset + plain[row] / 2), row);
-      }
-      offset += plain[row];
-    }
-    ASSERT_EQ(heights.total(), offset);
-  }
-  heights.assign({});
-  EXPECT_EQ(heights.rowAt(5), 0U);
 }
 
 }  // namespace

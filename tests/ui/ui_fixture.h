@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "simulation/platform_test.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/view.h"
 
 namespace linewatch::ui {
@@ -15,11 +15,11 @@ inline void PrintTo(const Rect& rect, std::ostream* out) {
   *out << "{" << rect.x << ", " << rect.y << ", " << rect.width << ", " << rect.height << "}";
 }
 
-/// A simulated platform at scale 2 is installed.
+/// Installs a simulated platform at scale 2.
 class UiTest : public PlatformTest {
  protected:
   std::vector<std::string> errors() { return platform_->transcript().logTexts("error"); }
-  /// A view of the root that constraints place.
+  /// Adds a view that is laid out by constraints.
   static std::shared_ptr<View> addView(View& root) {
     auto view = std::make_shared<View>();
     view->setLaidOutByConstraints(true);

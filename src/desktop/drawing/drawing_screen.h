@@ -6,8 +6,8 @@
 #include "desktop/drawing/drawing_source.h"
 #include "desktop/drawing/qt_text_engine.h"
 #include "ui/color.h"
-#include "ui/geometry.h"
 #include "ui/interface_settings.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_style.h"
 
 namespace linewatch::desktop {

@@ -15,8 +15,10 @@ const QStringList& families() {
   return names;
 }
 
+// A headline is heavier than other text by itself, and heavier still when bold.
 QFont::Weight weightOf(const ui::Font& font) {
-  return font.traits().bold || font.style() == ui::TextStyle::headline ? QFont::DemiBold : QFont::Normal;
+  if (font.traits().bold) return QFont::Bold;
+  return font.style() == ui::TextStyle::headline ? QFont::DemiBold : QFont::Normal;
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 #include "shared/error.h"
 #include "shared/value.h"
 #include "simulation/world/keyed_table.h"
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 #include "ui/text_style.h"
 
 namespace linewatch::simulation {

@@ -8,9 +8,9 @@ namespace linewatch::ui {
 
 namespace {
 
-// What lies closer to 0 than this, in points, is 0.
+// Points. Smaller values count as 0.
 constexpr double kConstantTolerance = 1e-7;
-// Below every priority of a constraint.
+// Lower than the priority of any constraint.
 constexpr double kTiePriority = 0;
 
 bool isNegative(double coefficient) { return coefficient < -kCoefficientTolerance; }
@@ -84,7 +84,7 @@ CassowarySolver::Record CassowarySolver::makeRecord(Relation relation, double pr
     record.marker = makeSymbol(Kind::error);
     record.other = makeSymbol(Kind::error);
   }
-  // Falls with every constraint, but never to nothing.
+  // Smaller for every later constraint, but always positive.
   if (!required) record.tieWeight = 1 + 1 / (2 + static_cast<double>(violable_++));
   return record;
 }
@@ -94,7 +94,7 @@ void CassowarySolver::discard(const Record& record) {
   freeSymbol(record.other);
 }
 
-// The constraint with its own symbols, in terms of what is not basic, and with a constant that is not
+// The constraint with its own symbols, in terms of the symbols that are not basic. The constant is not
 // negative.
 void CassowarySolver::fillWorkingRow(std::span<const Term> terms, double constant, const Record& record) {
   working_.clear();
@@ -113,7 +113,7 @@ void CassowarySolver::addSymbolTo(SimplexRow& row, std::uint32_t symbol, double 
   }
 }
 
-// The symbol that the working row can become the row of without making anything infeasible.
+// The symbol that can become the basis of the working row and keep all rows feasible.
 std::uint32_t CassowarySolver::subjectOfWorkingRow(const Record& record) const {
   for (const SimplexTerm& term : working_.terms()) {
     if (symbols_[term.symbol].kind == Kind::variable) return term.symbol;
@@ -138,7 +138,7 @@ void CassowarySolver::enterWorkingRow(std::uint32_t basic) {
   symbols_[basic].row = rowCount_++;
 }
 
-// The working row holds exactly when an artificial symbol that equals it can be brought down to 0.
+// The working row can hold if and only if an artificial symbol equal to it can be minimised to 0.
 bool CassowarySolver::enterWithArtificialSymbol(const Record& record) {
   const std::uint32_t artificial = makeSymbol(Kind::slack);
   artificialObjective_ = working_;
@@ -154,8 +154,8 @@ bool CassowarySolver::enterWithArtificialSymbol(const Record& record) {
   return holds && entered;
 }
 
-// The artificial symbol is still basic: at 0, in which case another symbol takes its row over, or above it,
-// in which case the row goes and with it all that is known of the constraint.
+// The artificial symbol is still basic. At 0, another symbol takes over its row. Above 0, the row is removed
+// together with the constraint.
 bool CassowarySolver::removeArtificialRow(std::uint32_t artificial, const Record& record) {
   const std::uint32_t row = symbols_[artificial].row;
   if (record.marker == kNone) {
@@ -165,7 +165,7 @@ bool CassowarySolver::removeArtificialRow(std::uint32_t artificial, const Record
   const auto& terms = rows_[row].terms();
   const auto pivotable = std::find_if(terms.begin(), terms.end(),
                                       [&](const SimplexTerm& term) { return isPivotable(term.symbol); });
-  // Without one the constraint follows from others, as its own symbol's row says from here on.
+  // Without one the constraint is redundant; the row of its own symbol says so.
   const std::uint32_t entering = pivotable != terms.end() ? pivotable->symbol : record.marker;
   if (rows_[row].coefficientOf(entering) == 0) {
     dropRow(row);
@@ -202,7 +202,7 @@ void CassowarySolver::remove(Handle handle) {
   for (const std::uint32_t symbol : {record.marker, record.other}) {
     if (symbol == kNone) continue;
     if (isBasic(symbol)) dropRow(symbols_[symbol].row);
-    // Only rounding errors can be left of it.
+    // Only rounding errors can be left.
     for (std::uint32_t i = 0; i < rowCount_; ++i) rows_[i].remove(symbol);
     for (Objective& each : objectives_) each.row.remove(symbol);
   }
@@ -210,8 +210,8 @@ void CassowarySolver::remove(Handle handle) {
   records_.remove(handle);
 }
 
-// The row whose symbol can change places with a marker that is free from now on. Redundant constraints go
-// first, so that one of them takes over; a variable's row goes only when nothing else depends on the marker.
+// The row whose symbol a freed marker replaces in the basis. Rows of redundant constraints come first, so
+// that one of them takes over; the row of a variable comes last, when no other row depends on the marker.
 std::uint32_t CassowarySolver::rowToLeaveFor(std::uint32_t marker) const {
   std::uint32_t best = kNone;
   int bestRank = 4;
@@ -240,7 +240,7 @@ void CassowarySolver::dropRow(std::uint32_t row) {
   }
 }
 
-// Moving the constant by d is moving the marker by d / its coefficient.
+// A change of the constant by d changes the marker by d / its coefficient.
 void CassowarySolver::changeConstant(Handle handle, double constant) {
   Record& record = records_[handle];
   const double shift = (constant - record.constant) / record.markerCoefficient;
@@ -298,8 +298,8 @@ void CassowarySolver::minimizeArtificial() {
   }
 }
 
-// The lowest symbol whose growth serves the highest objective that can be served: with the lowest row among
-// equals, the rule that never goes in circles.
+// The lowest symbol whose growth improves the highest objective that can be improved. Together with the
+// lowest of equal rows, this rule never cycles.
 std::uint32_t CassowarySolver::enteringSymbol() const {
   for (std::size_t level = 0; level < objectives_.size(); ++level) {
     for (const SimplexTerm& term : objectives_[level].row.terms()) {
@@ -355,7 +355,7 @@ std::uint32_t CassowarySolver::infeasibleRow() const {
   return lowest;
 }
 
-// The symbol that makes the row feasible at the least cost.
+// The symbol that makes the row feasible at the lowest cost.
 std::uint32_t CassowarySolver::enteringForInfeasible(const SimplexRow& row) const {
   const SimplexTerm* best = nullptr;
   for (const SimplexTerm& term : row.terms()) {
@@ -374,7 +374,7 @@ bool CassowarySolver::costsLess(const SimplexTerm& a, const SimplexTerm& b) cons
   return false;
 }
 
-// A redundant constraint's row says by how much it misses.
+// The constant of a redundant constraint's row is the amount by which the constraint is violated.
 bool CassowarySolver::redundanciesHold() const {
   for (std::uint32_t i = 0; i < rowCount_; ++i) {
     if (symbols_[basis_[i]].kind == Kind::dummy && std::fabs(rows_[i].constant) > kConstantTolerance)

@@ -12,13 +12,13 @@
 
 namespace linewatch::ui {
 
-/// An incremental solver of linear constraints after the Cassowary algorithm: a simplex tableau whose optimum
-/// is kept while constraints come, go and change their constants.
+/// An incremental solver of linear constraints after the Cassowary algorithm: a simplex tableau that stays
+/// optimal while constraints are added, removed or get other constants.
 ///
-/// Variables may have any sign. A required constraint always holds. The others are violated as little as can
-/// be: a higher priority is served before any lower one, however large the violations are; among equal
-/// priorities the sum of the violations is smallest, and of several such solutions the one that violates the
-/// constraints added later. What no constraint determines is some solution; an untouched variable is 0.
+/// Variables may have any sign. A required constraint always holds. The others are violated as little as
+/// possible: a higher priority wins over any lower one, however large the violations are. Within one priority
+/// the sum of the violations is minimal; among such solutions, the constraints added later are violated. A
+/// variable that no constraint determines has some value, 0 when no constraint uses it.
 class CassowarySolver {
  public:
   using Variable = std::uint32_t;
@@ -31,25 +31,25 @@ class CassowarySolver {
 
   Variable addVariable();
 
-  /// Adds: sum of the terms + constant, related to 0. At most a few terms; equal variables may repeat. Absent
-  /// when a required constraint contradicts those before: it is left out. `restoreFeasibility` must have
+  /// Adds: sum of the terms + constant, related to 0. A variable may occur in several terms. Absent when a
+  /// required constraint contradicts earlier ones; it is not added then. `restoreFeasibility` must have
   /// succeeded after the last change of a constant.
   std::optional<Handle> add(std::span<const Term> terms, double constant, Relation relation, double priority);
   void remove(Handle handle);
   void changeConstant(Handle handle, double constant);
 
-  /// Makes the required constraints hold after constants have changed. False when they contradict each other
-  /// now (or the arithmetic gave up): the solver must be cleared then.
+  /// Makes the required constraints hold after constants have changed. False when they now contradict each
+  /// other, or after too many rounding errors: the solver must then be cleared.
   [[nodiscard]] bool restoreFeasibility();
-  /// Serves the priorities after constraints have come or gone. Never fails: at worst the solution is not the
-  /// best one.
+  /// Minimises the violations after constraints were added or removed. Never fails; at worst the solution is
+  /// not optimal.
   void optimize();
 
   double value(Variable variable) const;
 
-  /// How often two symbols have changed places; the tableau's rounding errors grow with it.
+  /// The number of pivots so far; rounding errors grow with it.
   std::size_t pivots() const { return pivots_; }
-  /// Forgets constraints and variables alike.
+  /// Removes all constraints and variables.
   void clear();
 
  private:
@@ -59,12 +59,12 @@ class CassowarySolver {
 
   struct Symbol {
     Kind kind = Kind::unused;
-    /// The row that the symbol is the basis of.
+    /// The row whose basic symbol this is.
     std::uint32_t row = kNone;
   };
 
-  /// A constraint's own symbols. The marker stands in the constraint's row alone at first, times
-  /// `markerCoefficient`: whatever happens to it tells what happened to the constraint.
+  /// A constraint's own symbols. At first the marker occurs in the constraint's row only, with
+  /// `markerCoefficient`; later its column shows where the constraint went.
   struct Record {
     std::uint32_t marker = kNone;
     std::uint32_t other = kNone;
@@ -74,7 +74,7 @@ class CassowarySolver {
     double tieWeight = 0;
   };
 
-  /// What is minimised at a priority.
+  /// The violations to be minimised at a priority.
   struct Objective {
     double priority;
     SimplexRow row;
@@ -114,12 +114,12 @@ class CassowarySolver {
   std::size_t pivotLimit() const { return 200 + 20 * (rowCount_ + symbols_.size()); }
 
   SlotTable<Symbol> symbols_;
-  /// The first `rowCount_` are the tableau; the others are storage to be used again.
+  /// The first `rowCount_` rows are the tableau; the others are kept for their storage.
   std::vector<SimplexRow> rows_;
   std::vector<std::uint32_t> basis_;
   std::uint32_t rowCount_ = 0;
   SlotTable<Record> records_;
-  /// Highest priority first; the last one breaks ties.
+  /// Highest priority first; the last objective breaks ties.
   std::vector<Objective> objectives_;
   SimplexRow artificialObjective_;
   bool hasArtificial_ = false;

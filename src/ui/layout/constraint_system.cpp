@@ -8,7 +8,7 @@ namespace linewatch::ui {
 
 namespace {
 
-// So many pivots leave rounding errors far below a pixel; a fresh tableau has none.
+// After this many pivots rounding errors are still far below a pixel. A new tableau has none.
 constexpr std::size_t kPivotsOfATableau = 20000;
 
 }  // namespace
@@ -54,7 +54,7 @@ bool ConstraintSystem::solve() {
   return true;
 }
 
-// What goes makes room for what changes and comes.
+// Removals first: a change or an addition may contradict a constraint that is to be removed.
 bool ConstraintSystem::solveChanges() {
   if (!removed_.empty()) {
     for (const CassowarySolver::Handle handle : removed_) solver_.remove(handle);

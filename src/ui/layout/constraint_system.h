@@ -18,19 +18,19 @@ struct LinearConstraint {
   double constant = 0;
   Relation relation = Relation::equal;
   LayoutPriority priority = kRequiredPriority;
-  /// Who gives way: of required constraints that contradict each other the one with the higher order.
+  /// When required constraints contradict each other, the one with the highest order is left out.
   std::uint64_t order = 0;
 
-  /// `variable` is one of the system's.
+  /// `variable` is a variable of the system.
   void addTerm(std::uint32_t variable, double coefficient) { terms[termCount++] = {variable, coefficient}; }
 };
 
-/// The constraints of one axis of a layout, changed in batches: nothing is solved before `solve`, so that
-/// what contradicts itself only half way through a change never does.
+/// The constraints of one axis of a layout. Changes take effect at `solve`, so that a contradiction between
+/// two changes of a batch does no harm.
 ///
-/// Contradicting required constraints: the constraints are taken in their order, and each that contradicts
-/// those taken before it is left out until that changes. The outcome depends on the constraints alone, not on
-/// how they came about. As long as something is left out, every change solves the whole system anew.
+/// Required constraints are added in their order; one that contradicts earlier ones is left out as long as it
+/// does. The result depends on the present constraints only, not on the history of changes. While a
+/// constraint is left out, every change solves the whole system again.
 class ConstraintSystem {
  public:
   using Variable = std::uint32_t;
@@ -42,12 +42,12 @@ class ConstraintSystem {
   void setConstant(Id id, double constant);
   double constantOf(Id id) const { return slots_[id].constraint.constant; }
 
-  /// Solves what has changed; false when nothing had.
+  /// Applies the changes and solves; false when there were none.
   bool solve();
   double value(Variable variable) const { return solver_.value(variables_[variable]); }
-  /// The required constraints that have to give way, after `solve`.
+  /// The required constraints left out by the last `solve`.
   const std::vector<Id>& leftOut() const { return leftOut_; }
-  /// How often everything was solved from nothing, not only what had changed.
+  /// How often the whole system was solved again, not only the changes.
   std::size_t timesSolvedAnew() const { return timesSolvedAnew_; }
 
  private:
@@ -65,7 +65,7 @@ class ConstraintSystem {
   void solveAnew();
 
   CassowarySolver solver_;
-  /// The solver's name of each variable; another one whenever the system is solved anew.
+  /// The solver's number of each variable; a new one whenever the whole system is solved again.
   std::vector<CassowarySolver::Variable> variables_;
   SlotTable<Slot> slots_;
   std::vector<CassowarySolver::Handle> removed_;

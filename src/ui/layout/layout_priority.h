@@ -25,8 +25,7 @@ using LayoutPriority = double;
 inline constexpr LayoutPriority kRequiredPriority = 1000;
 /// How strongly content resists being made smaller than it is.
 inline constexpr LayoutPriority kHighPriority = 750;
-/// How strongly text stays between the top and the bottom of its layout root: it is rather cut short, by
-/// whole lines, than drawn across an edge.
+/// How strongly text stays inside its layout root: it rather loses lines.
 inline constexpr LayoutPriority kTextInsidePriority = 800;
 /// How strongly content resists being made larger.
 inline constexpr LayoutPriority kLowPriority = 250;

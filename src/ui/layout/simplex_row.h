@@ -5,7 +5,7 @@
 
 namespace linewatch::ui {
 
-/// What smaller coefficients are rounding errors.
+/// Smaller coefficients are rounding errors.
 inline constexpr double kCoefficientTolerance = 1e-9;
 
 /// One term of a row: a symbol of the solver times a coefficient.
@@ -14,27 +14,27 @@ struct SimplexTerm {
   double coefficient = 0;
 };
 
-/// `constant` plus the sum of the terms, which are sorted by symbol and none of which is 0. Storage is kept
-/// when a row is cleared, so that rows in use allocate nothing.
+/// `constant` plus the sum of the terms, which are sorted by symbol; no coefficient is 0. A cleared row keeps
+/// its storage, so that a reused row need not allocate.
 class SimplexRow {
  public:
   double constant = 0;
 
   const std::vector<SimplexTerm>& terms() const { return terms_; }
-  /// 0 for a symbol that has no term.
+  /// 0 for a symbol without a term.
   double coefficientOf(std::uint32_t symbol) const;
 
   void clear();
   void add(std::uint32_t symbol, double coefficient);
-  /// Adds `factor` times `other`; `scratch` is storage that is shared by all rows.
+  /// Adds `factor` times `other`; `scratch` is storage that all rows share.
   void add(const SimplexRow& other, double factor, std::vector<SimplexTerm>& scratch);
   void scale(double factor);
   void remove(std::uint32_t symbol);
-  /// Puts `replacement` in the place of the symbol; false when the row does not have it.
+  /// Substitutes `replacement` for the symbol; false when the row does not contain it.
   bool substitute(std::uint32_t symbol, const SimplexRow& replacement, std::vector<SimplexTerm>& scratch);
-  /// Where the row stands for `basic`: turns `basic = row` into `symbol = row`.
+  /// Turns `basic = row` into `symbol = row`.
   void solveFor(std::uint32_t basic, std::uint32_t symbol);
-  /// Where the row is 0: turns it into `symbol = row`.
+  /// Turns `0 = row` into `symbol = row`.
   void solveFor(std::uint32_t symbol);
 
  private:

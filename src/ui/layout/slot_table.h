@@ -7,8 +7,7 @@
 
 namespace linewatch::ui {
 
-/// Entries under numbers that stay theirs. The number of an entry that was taken out serves another one
-/// later.
+/// Entries under numbers that do not change. The number of a removed entry is used again.
 template <class T>
 class SlotTable {
  public:
@@ -34,7 +33,7 @@ class SlotTable {
   T& operator[](std::uint32_t slot) { return slots_[slot]; }
   const T& operator[](std::uint32_t slot) const { return slots_[slot]; }
 
-  /// All slots, also those that stand empty: these hold a `T{}`.
+  /// All slots; a removed entry is a `T{}`.
   std::size_t size() const { return slots_.size(); }
   auto begin() const { return slots_.begin(); }
   auto end() const { return slots_.end(); }

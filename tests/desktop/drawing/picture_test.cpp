@@ -40,6 +40,13 @@ double difference(const QImage& a, const QImage& b) {
   return sum / (3.0 * a.width() * a.height());
 }
 
+/// Fills itself with red.
+class RedView final : public ui::View {
+ public:
+  using View::View;
+  void draw(ui::Canvas& canvas) override { canvas.fillRect(bounds(), ui::RGBA{1, 0, 0}); }
+};
+
 class Picture : public testing::Test {
  protected:
   static void SetUpTestSuite() { needOffscreenApplication(); }
@@ -52,8 +59,7 @@ class Picture : public testing::Test {
     add<ui::ImageView>({150, 5, 32, 32})->setImage(platform().imageSource().imageNamed("good-v2"));
     const auto clipping = add<ui::View>({150, 44, 10, 10});
     clipping->setClipsToBounds(true);
-    clipping->addSubview(std::make_shared<ui::View>(ui::Rect{5, 5, 30, 30}));
-    clipping->subviews().back()->setBackgroundColor(ui::RGBA{1, 0, 0});
+    clipping->addSubview(std::make_shared<RedView>(ui::Rect{5, 5, 30, 30}));
   }
   ~Picture() override { installPlatform(nullptr); }
 

@@ -52,6 +52,15 @@ TEST_F(TextEngine, MetricsAreThoseOfLatinText) {
   }
 }
 
+TEST_F(TextEngine, AHeadlineIsHeavierThanOtherTextAndABoldHeadlineHeavierStill) {
+  const auto widthIn = [&](const ui::Font& font) {
+    return engine_.shape(AttributedText(sentence_), font)->naturalWidth();
+  };
+  const double headline = widthIn(ui::Font(TextStyle::headline));
+  EXPECT_GT(headline, widthIn(body_)) << "both are equally large";
+  EXPECT_GT(widthIn(ui::Font(TextStyle::headline, {.bold = true})), headline);
+}
+
 TEST_F(TextEngine, ATextHasTheSameWidthAtEveryScale) {
   const double width = widthOf(sentence_);
   for (const double scale : {1.0, 1.5, 2.0, 3.0}) {

@@ -34,7 +34,7 @@ double missBy(const Difference& each, const std::vector<double>& x) {
   return std::max(0.0, each.relation == Relation::lessThanOrEqual ? sum : -sum);
 }
 
-// Differences can hold together exactly when their graph has no negative circle.
+// Difference constraints are satisfiable if and only if their graph has no negative cycle.
 bool canHold(const std::vector<Difference>& differences) {
   std::vector<int> distance(kVariables + 1, 0);
   for (int round = 0; round <= kVariables + 1; ++round) {
@@ -53,7 +53,7 @@ bool canHold(const std::vector<Difference>& differences) {
   return false;
 }
 
-/// The violations a priority, highest first, of the best solution among whole numbers, where the best one is.
+/// The violations per priority, highest first, of the best solution. It is among the whole numbers.
 std::map<double, double, std::greater<>> violations(const std::vector<Difference>& all,
                                                     const std::vector<double>& x) {
   std::map<double, double, std::greater<>> sums;
@@ -122,7 +122,7 @@ class RandomSystem {
     live_[system_.add(linear)] = made;
   }
 
-  // One after the other in their order, each unless it contradicts those before.
+  // In their order; each is left out if it contradicts earlier ones.
   std::vector<Id> leftOutOfModel() {
     std::vector<std::pair<Id, Difference>> ordered(live_.begin(), live_.end());
     std::sort(ordered.begin(), ordered.end(),
@@ -176,7 +176,7 @@ class RandomSystem {
   std::uint64_t order_ = 0;
 };
 
-TEST(ConstraintSystem, FollowsRandomEditsAsEveryPointTriedWould) {
+TEST(ConstraintSystem, AgreesWithASearchOfAllPointsAfterRandomEdits) {
   for (unsigned seed = 1; seed <= 25; ++seed) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     RandomSystem system(seed);
@@ -209,7 +209,7 @@ TEST(ConstraintSystem, AHigherPriorityWinsHoweverLargeTheOtherIs) {
   EXPECT_NEAR(system.value(size), 1, 1e-6);
 }
 
-TEST(ConstraintSystem, OfEqualsTheOneAddedLaterGivesWay) {
+TEST(ConstraintSystem, OfEqualPrioritiesTheOneAddedLaterIsViolated) {
   ConstraintSystem system;
   const auto first = system.addVariable();
   const auto second = system.addVariable();
@@ -228,7 +228,7 @@ TEST(ConstraintSystem, OfEqualsTheOneAddedLaterGivesWay) {
   }
 }
 
-TEST(ConstraintSystem, WhoGivesWayDoesNotDependOnWhoCameFirst) {
+TEST(ConstraintSystem, TheOneLeftOutDoesNotDependOnTheOrderOfAdding) {
   ConstraintSystem system;
   const auto size = system.addVariable();
   const Id younger = system.add(sizeIs(size, 20, kRequiredPriority, Relation::equal, 2));
@@ -246,7 +246,7 @@ TEST(ConstraintSystem, WhoGivesWayDoesNotDependOnWhoCameFirst) {
   EXPECT_FALSE(system.solve()) << "nothing has changed";
 }
 
-TEST(ConstraintSystem, VariablesMayComeLate) {
+TEST(ConstraintSystem, VariablesMayBeAddedLate) {
   ConstraintSystem system;
   const auto first = system.addVariable();
   system.add(sizeIs(first, 10, kRequiredPriority, Relation::equal, 1));
@@ -263,7 +263,7 @@ TEST(ConstraintSystem, VariablesMayComeLate) {
   }
 }
 
-/// Boxes side by side, each at least as wide as its content and as narrow as can be.
+/// Boxes side by side, each as narrow as its content allows.
 struct Shelf {
   explicit Shelf(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -290,7 +290,7 @@ struct Shelf {
   std::vector<Id> contents;
 };
 
-TEST(ConstraintSystem, SolvesOnlyWhatHasChanged) {
+TEST(ConstraintSystem, SolvesOnlyTheChanges) {
   Shelf shelf(100);
   EXPECT_NEAR(shelf.end(), 1000, 1e-6);
   for (std::size_t i = 0; i < 100; ++i) {
@@ -306,7 +306,7 @@ TEST(ConstraintSystem, SolvesOnlyWhatHasChanged) {
   EXPECT_EQ(shelf.system.timesSolvedAnew(), 0U);
 }
 
-TEST(ConstraintSystem, ConstraintsThatFollowFromOthersMayMoveTogether) {
+TEST(ConstraintSystem, RedundantConstraintsMayChangeTogether) {
   ConstraintSystem system;
   const auto size = system.addVariable();
   const Id one = system.add(sizeIs(size, 10));
@@ -319,7 +319,7 @@ TEST(ConstraintSystem, ConstraintsThatFollowFromOthersMayMoveTogether) {
   EXPECT_NEAR(system.value(size), 30, 1e-6);
   system.remove(one);
   system.solve();
-  EXPECT_NEAR(system.value(size), 30, 1e-6) << "the other one still says so";
+  EXPECT_NEAR(system.value(size), 30, 1e-6) << "the redundant constraint still holds";
 }
 
 }  // namespace

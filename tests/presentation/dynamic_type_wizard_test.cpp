@@ -1,19 +1,23 @@
+#include "presentation/dynamic_type_wizard.h"
+
 #include <cmath>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "presentation/dynamic_type_wizard.h"
 #include "simulation/platform_test.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 
 namespace linewatch {
 namespace {
 
 ui::Font headline() { return ui::Font::preferred(ui::TextStyle::headline); }
-double factor(ui::TextSizeCategory category) { return ui::scaleFactor(ui::TextStyle::headline, category); }
+/// A font's scaling is in proportion to its size: 17 points for a headline at the default text size.
+double scaledWithHeadline(double length) { return length * headline().pointSize() / 17; }
 const FontProvider kHeadline = headline;
 const FontProvider kNoFont = [] { return std::optional<ui::Font>(); };
 
@@ -24,7 +28,7 @@ class DynamicType : public PlatformTest {
   }
 };
 
-/// Notes what it sees when it is told.
+/// Notes what it finds when it is told.
 class Witness : public Object {
  public:
   explicit Witness(std::vector<std::string>& notes, std::string name = "")
@@ -56,14 +60,14 @@ TEST_F(DynamicType, AValueScalesWithItsFont) {
   value.setFontProvider(kNoFont);
   EXPECT_EQ(value.scaledValue(), 21);
   value.setFontProvider(kHeadline);
-  EXPECT_EQ(value.scaledValue(), 21 * factor(ui::TextSizeCategory::AX3));
+  EXPECT_DOUBLE_EQ(value.scaledValue(), scaledWithHeadline(21));
   value.setUnscaledValue(-2);
-  EXPECT_EQ(value.scaledValue(), -2 * factor(ui::TextSizeCategory::AX3));
+  EXPECT_DOUBLE_EQ(value.scaledValue(), scaledWithHeadline(-2));
 }
 
 TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   stack->setDisplayScale(3);
   auto view = std::make_shared<ui::View>();
   view->setDisplayScale(1);
@@ -76,25 +80,26 @@ TEST_F(DynamicType, GivesFontsAndLengthsAtOnceAndAtEachChange) {
   DynamicTypeWizard::autoscaleStackView(stack, 21, kHeadline);
   EXPECT_EQ(DynamicTypeWizard::autoscaledConstraint(constraint, 21, kHeadline), constraint);
   DynamicTypeWizard::autoscaledConstraint(homeless, 21, kHeadline);
-  const auto expectAt = [&](ui::TextSizeCategory category) {
-    const double scaled = 21 * factor(category);
+  const auto expectNow = [&] {
+    const double scaled = scaledWithHeadline(21);
     EXPECT_EQ(label->font(), headline());
     EXPECT_EQ(stack->spacing(), ui::snappedToPixel(scaled, 3));
     EXPECT_EQ(constraint->constant(), ui::snappedToPixel(scaled, 1));
     EXPECT_EQ(homeless->constant(), ui::snappedToPixel(scaled, 2)) << "the main display's grid";
   };
-  expectAt(ui::TextSizeCategory::XL);
+  expectNow();
+  EXPECT_GT(stack->spacing(), 21);
   setTextSize(ui::TextSizeCategory::AX5);
-  expectAt(ui::TextSizeCategory::AX5);
+  expectNow();
   view->addLayoutGuide(guide);
   setTextSize(ui::TextSizeCategory::XS);
-  EXPECT_EQ(homeless->constant(), ui::snappedToPixel(21 * factor(ui::TextSizeCategory::XS), 1))
-      << "that of the guide's view";
+  EXPECT_EQ(homeless->constant(), ui::snappedToPixel(scaledWithHeadline(21), 1))
+      << "the pixel grid of the guide's view";
 }
 
 TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) {
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   ui::View view;
   auto constraint = view.heightAnchor().constraintEqualToConstant(5);
   stack->setSpacing(6);
@@ -112,23 +117,23 @@ TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) 
   DynamicTypeWizard::autoscaledConstraint(constraint, 20, kNoFont);
   EXPECT_EQ(constraint->constant(), 20);
   setTextSize(ui::TextSizeCategory::AX2);
-  EXPECT_EQ(label->font(), footnote()) << "what is registered stays";
+  EXPECT_EQ(label->font(), footnote()) << "the registration stays";
   EXPECT_EQ(constraint->constant(), 20);
   DynamicTypeWizard::updateUnscaledConstantValue(40, kHeadline, constraint);
-  EXPECT_EQ(constraint->constant(), view.snappedToPixel(40 * factor(ui::TextSizeCategory::AX2)));
+  EXPECT_EQ(constraint->constant(), view.snappedToPixel(scaledWithHeadline(40)));
   DynamicTypeWizard::updateUnscaledConstantValue(41, nullptr, constraint);
   setTextSize(ui::TextSizeCategory::L);
   EXPECT_EQ(constraint->constant(), 41);
 }
 
-TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
+TEST_F(DynamicType, TellsInOrderAfterFontsAndFromOrderOneOnAfterLengths) {
   std::vector<std::string> notes;
   auto witness = std::make_shared<Witness>(notes);
   ui::View view;
   witness->label = std::make_shared<ui::Label>();
-  witness->stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  witness->stack = std::make_shared<ui::StackView>();
   witness->constraint = view.heightAnchor().constraintEqualToConstant(0);
-  // Registered the other way round than it is to happen.
+  // Registered in the reverse of the order of telling.
   DynamicTypeWizard::makeObject(witness, &Witness::second, 2);
   DynamicTypeWizard::makeObject(witness, &Witness::look, 1);
   DynamicTypeWizard::makeObject(witness, &Witness::look, 0);
@@ -137,10 +142,10 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
   DynamicTypeWizard::autoscaleStackView(witness->stack, 100, kHeadline);
   DynamicTypeWizard::autoscaledConstraint(witness->constraint, 100, kHeadline);
   DynamicTypeWizard::autorefreshLabel(witness->label, kHeadline);
-  EXPECT_TRUE(notes.empty()) << "nothing is run when it is registered";
+  EXPECT_TRUE(notes.empty()) << "registering runs nothing";
 
   setTextSize(ui::TextSizeCategory::AX5);
-  const auto grown = std::to_string(std::lround(100 * factor(ui::TextSizeCategory::AX5)));
+  const auto grown = std::to_string(std::lround(scaledWithHeadline(100)));
   EXPECT_EQ(notes,
             (std::vector<std::string>{"font AX5, constant 100, spacing 100",
                                       "font AX5, constant " + grown + ", spacing " + grown, "second"}));
@@ -159,10 +164,10 @@ TEST_F(DynamicType, TellsInOrderWithFontsBeforeAllAndLengthsBeforeOrderOne) {
   DynamicTypeWizard::unregisterObject(witness);
   setTextSize(ui::TextSizeCategory::L);
   EXPECT_TRUE(notes.empty());
-  EXPECT_EQ(witness->stack->spacing(), 100) << "so does everything else";
+  EXPECT_EQ(witness->stack->spacing(), 100) << "the spacing stays registered too";
 }
 
-TEST_F(DynamicType, LeavesOutWhatIsTakenOutWhileItTells) {
+TEST_F(DynamicType, DoesNotTellAnObjectUnregisteredMeanwhile) {
   std::vector<std::string> notes;
   auto ending = std::make_shared<Witness>(notes), ended = std::make_shared<Witness>(notes);
   ending->other = ended;
@@ -182,7 +187,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
     return std::optional(headline());
   };
   auto label = std::make_shared<ui::Label>();
-  auto stack = std::make_shared<ui::StackView>(ui::Axis::vertical);
+  auto stack = std::make_shared<ui::StackView>();
   auto view = std::make_shared<ui::View>();
   auto constraint = view->heightAnchor().constraintEqualToConstant(0);
   auto witness = std::make_shared<Witness>(notes);
@@ -192,7 +197,7 @@ TEST_F(DynamicType, KeepsNothingAlive) {
   DynamicTypeWizard::makeObject(witness, &Witness::first, 1);
   view.reset();
   setTextSize(ui::TextSizeCategory::XL);
-  EXPECT_EQ(fontsAsked, 6) << "once a registration and a change, also where a constraint's view has gone";
+  EXPECT_EQ(fontsAsked, 6) << "once at registration and once per change, even if a constraint's view is gone";
   const std::vector<std::weak_ptr<Object>> registered = {label, stack, constraint, witness};
   label.reset();
   stack.reset();
@@ -205,6 +210,56 @@ TEST_F(DynamicType, KeepsNothingAlive) {
   EXPECT_TRUE(notes.empty());
 }
 
+TEST_F(DynamicType, AProviderIsDestroyedWithItsLabelAndReplacedByALaterOne) {
+  auto held = std::make_shared<int>(0);
+  const std::weak_ptr<int> provider = held;
+  const auto holding = [](std::shared_ptr<int> token) -> FontProvider {
+    return [token = std::move(token)] { return headline(); };
+  };
+  auto label = std::make_shared<ui::Label>();
+  DynamicTypeWizard::autorefreshLabel(label, holding(std::move(held)));
+  label.reset();
+  EXPECT_TRUE(provider.expired()) << "with its label";
+
+  held = std::make_shared<int>(0);
+  const std::weak_ptr<int> earlier = held;
+  auto stack = std::make_shared<ui::StackView>();
+  DynamicTypeWizard::autoscaleStackView(stack, 21, holding(std::move(held)));
+  DynamicTypeWizard::autoscaleStackView(stack, 42, kHeadline);
+  EXPECT_TRUE(earlier.expired());
+  EXPECT_EQ(stack->spacing(), 42);
+
+  held = std::make_shared<int>(0);
+  const std::weak_ptr<int> ofConstraint = held;
+  auto constraint = stack->heightAnchor().constraintEqualToConstant(0);
+  DynamicTypeWizard::autoscaledConstraint(constraint, 21, holding(std::move(held)));
+  constraint.reset();
+  EXPECT_TRUE(ofConstraint.expired());
+}
+
+TEST_F(DynamicType, AProviderMayRegisterOthersWhileItRuns) {
+  std::vector<std::shared_ptr<ui::Label>> registered;
+  const FontProvider registering = [&, marker = std::string(100, 'x')] {
+    for (int i = 0; i < 100; ++i) {
+      registered.push_back(std::make_shared<ui::Label>());
+      DynamicTypeWizard::autorefreshLabel(registered.back(), kHeadline);
+    }
+    return marker == std::string(100, 'x') ? std::optional(headline()) : std::nullopt;
+  };
+  auto label = std::make_shared<ui::Label>();
+  auto stack = std::make_shared<ui::StackView>();
+  auto constraint = stack->heightAnchor().constraintEqualToConstant(0);
+  DynamicTypeWizard::autorefreshLabel(label, registering);
+  DynamicTypeWizard::autoscaleStackView(stack, 17, registering);
+  DynamicTypeWizard::autoscaledConstraint(constraint, 17, registering);
+  setTextSize(ui::TextSizeCategory::AX5);
+  EXPECT_EQ(label->font(), headline());
+  EXPECT_EQ(stack->spacing(), headline().pointSize());
+  EXPECT_EQ(constraint->constant(), headline().pointSize());
+  EXPECT_EQ(registered.size(), 600U);
+  for (const auto& each : registered) EXPECT_EQ(each->font(), headline());
+}
+
 TEST_F(DynamicType, StartsAfreshWithEachPlatform) {
   auto label = std::make_shared<ui::Label>();
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
@@ -214,28 +269,6 @@ TEST_F(DynamicType, StartsAfreshWithEachPlatform) {
   DynamicTypeWizard::autorefreshLabel(label, kHeadline);
   setTextSize(ui::TextSizeCategory::AX1);
   EXPECT_EQ(label->font().category(), ui::TextSizeCategory::AX1);
-}
-
-TEST(WeakKeyTable, SweepsDeadEntriesAndTellsANewObjectAtAnOldAddress) {
-  WeakKeyTable<int, int> table;
-  std::vector<std::shared_ptr<int>> kept;
-  for (int i = 0; i < 10'000; ++i) {
-    auto key = std::make_shared<int>(i);
-    EXPECT_EQ(table.find(key.get()), nullptr);
-    table.set(key, i);
-    if (i % 1000 == 0) kept.push_back(key);
-  }
-  EXPECT_LT(table.capacityInUse(), 100U);
-  ASSERT_EQ(table.keys(), kept) << "in the order in which they came";
-  for (const auto& key : kept) EXPECT_EQ(*table.find(key.get()), *key);
-  table.set(kept[0], 42);
-  EXPECT_EQ(*table.find(kept[0].get()), 42);
-  table.remove(kept[1].get());
-  table.remove(kept[1].get());
-  EXPECT_EQ(table.find(kept[1].get()), nullptr);
-  EXPECT_EQ(table.keys().size(), kept.size() - 1);
-  table.set(nullptr, 1);
-  EXPECT_EQ(table.find(nullptr), nullptr);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "ui/layout_engine.h"
+#include "ui/layout/layout_engine.h"
 
 #include <algorithm>
 #include <array>
@@ -12,9 +12,9 @@ namespace linewatch::ui {
 namespace {
 
 constexpr std::uint32_t kNoSlot = UINT32_MAX;
-// A frame that was given wins over everything but required constraints.
+// A given frame wins over everything but constraints.
 constexpr LayoutPriority kFramePriority = 999.5;
-// Views that name each other as their baseline's view would be followed for ever.
+// Ends the search where boxes name each other as the one whose baseline is theirs.
 constexpr int kLongestBaselineChain = 32;
 
 constexpr std::array kAxes = {Axis::horizontal, Axis::vertical};
@@ -23,9 +23,9 @@ bool isBaseline(LayoutAttribute attribute) {
   return attribute == LayoutAttribute::firstBaseline || attribute == LayoutAttribute::lastBaseline;
 }
 
-bool isShownIn(const View& root, const View& view) {
-  const View* each = &view;
-  while (each != nullptr && each != &root && !each->isHidden()) each = each->superview();
+bool isShownIn(const LayoutBox& root, const LayoutBox& box) {
+  const LayoutBox* each = &box;
+  while (each != nullptr && each != &root && !each->isHidden()) each = each->superbox();
   return each == &root;
 }
 
@@ -41,7 +41,7 @@ bool sameTerms(const LinearConstraint& a, const LinearConstraint& b) {
 
 }  // namespace
 
-LayoutEngine::LayoutEngine(View& root)
+LayoutEngine::LayoutEngine(LayoutBox& root)
     : root_(root), direction_(root.layoutDirection()), scale_(root.displayScale()) {
   ensureItem(root);
   std::vector<SharedConstraint> constraints;
@@ -58,11 +58,11 @@ LayoutEngine::~LayoutEngine() {
   }
 }
 
-void LayoutEngine::collect(View& view, std::vector<SharedConstraint>& constraints) {
-  if (&view != &root_ && view.isLayoutRoot()) return;
-  if (view.isLaidOutByConstraints()) ensureItem(view);
-  constraints.insert(constraints.end(), view.constraints_.begin(), view.constraints_.end());
-  for (const auto& subview : view.subviews_) collect(*subview, constraints);
+void LayoutEngine::collect(LayoutBox& box, std::vector<SharedConstraint>& constraints) {
+  if (&box != &root_ && box.isLayoutRoot()) return;
+  if (box.isLaidOutByConstraints()) ensureItem(box);
+  constraints.insert(constraints.end(), box.constraints_.begin(), box.constraints_.end());
+  for (std::size_t i = 0; i < box.subboxCount(); ++i) collect(box.subboxAt(i), constraints);
 }
 
 std::uint32_t LayoutEngine::ensureItem(LayoutItem& item) {
@@ -71,16 +71,16 @@ std::uint32_t LayoutEngine::ensureItem(LayoutItem& item) {
   item.engineSlot_ = slot;
   Item& made = items_.emplace_back();
   made.item = &item;
-  made.view = item.owningView() == &item ? item.owningView() : nullptr;
+  made.box = item.owningBox() == &item ? item.owningBox() : nullptr;
   made.isRoot = &item == &root_;
   for (const Axis axis : kAxes) {
     ItemAxis& part = made.axes[axis];
     if (!made.isRoot) part.position = systems_[axis].addVariable();
     part.size = systems_[axis].addVariable();
   }
-  View* view = made.view;
-  // A frame counts from the superview, which may itself be placed by constraints.
-  if (view != nullptr && view != &root_ && !view->isLaidOutByConstraints()) ensureItem(*view->superview());
+  LayoutBox* box = made.box;
+  // A frame is relative to the superbox, which constraints may place.
+  if (box != nullptr && box != &root_ && !box->isLaidOutByConstraints()) ensureItem(*box->superbox());
   return slot;
 }
 
@@ -99,14 +99,16 @@ void LayoutEngine::addEntry(const SharedConstraint& constraint) {
   const std::uint32_t slot = entries_.add({constraint, {}, std::nullopt, true});
   constraint->engineSlot_ = slot;
   queue_.push_back(slot);
-  if (dependsOnWidths(*constraint)) dependentEntries_.push_back(slot);
+  if (isBaseline(constraint->first_.attribute) || isBaseline(constraint->second_.attribute)) {
+    baselineEntries_.push_back(slot);
+  }
 }
 
 void LayoutEngine::removeEntry(std::uint32_t slot) {
   const Entry& entry = entries_[slot];
   if (entry.row) systems_[axisOf(*entry.constraint)].remove(*entry.row);
   entry.constraint->engineSlot_ = kNoSlot;
-  std::erase(dependentEntries_, slot);
+  std::erase(baselineEntries_, slot);
   entries_.remove(slot);
 }
 
@@ -139,78 +141,63 @@ void LayoutEngine::updateEntry(Entry& entry) {
 }
 
 std::optional<LinearConstraint> LayoutEngine::linearFor(const LayoutConstraint& constraint) {
-  const double factor = constraint.multiplier_;
-  if (!std::isfinite(constraint.constant_) || !std::isfinite(factor) || !(constraint.priority_ >= 0)) {
+  if (!std::isfinite(constraint.constant_)) {
     if (!std::exchange(constraint.faultLogged_, true)) {
-      logError("A constraint with a value that is no number is left out of the layout: %@",
+      logError("A constraint whose constant is not a finite number is left out of the layout: %@",
                {constraint.description()});
     }
     return std::nullopt;
   }
   LinearConstraint linear;
   linear.relation = constraint.relation_;
-  linear.priority = constraint.priority_;
   linear.order = constraint.order_;
   linear.constant = -sanitizedLength(constraint.constant_);
-  const Axis axis = axisOf(constraint);
   LayoutItem& first = itemFor(*constraint.firstItem(), constraint.first_.attribute);
-  addAttribute(linear, axis, items_[ensureItem(first)], constraint.first_.attribute, 1);
+  addAttribute(linear, items_[ensureItem(first)], constraint.first_.attribute, 1);
   if (constraint.hasSecondItem()) {
     LayoutItem& second = itemFor(*constraint.secondItem(), constraint.second_.attribute);
-    addAttribute(linear, axis, items_[ensureItem(second)], constraint.second_.attribute, -factor);
+    addAttribute(linear, items_[ensureItem(second)], constraint.second_.attribute, -1);
   }
   return linear;
 }
 
+// Anchors make constraints within one axis only.
 Axis LayoutEngine::axisOf(const LayoutConstraint& constraint) {
-  const bool mixed = constraint.hasSecondItem() && ui::axisOf(constraint.second_.attribute) == Axis::vertical;
-  return mixed ? Axis::vertical : ui::axisOf(constraint.first_.attribute);
+  return ui::axisOf(constraint.first_.attribute);
 }
 
-// Whether the constraint's row has to be made again when widths and texts have changed.
-bool LayoutEngine::dependsOnWidths(const LayoutConstraint& constraint) {
-  const LayoutAttribute first = constraint.first_.attribute;
-  const LayoutAttribute second = constraint.second_.attribute;
-  return isBaseline(first) || isBaseline(second) ||
-         (constraint.hasSecondItem() && ui::axisOf(first) != ui::axisOf(second));
-}
-
-// The item itself or, for a baseline, the view inside whose baseline it is.
+// The item itself or, for a baseline, the box inside it whose baseline it has.
 LayoutItem& LayoutEngine::itemFor(LayoutItem& item, LayoutAttribute attribute) const {
-  View* view = isBaseline(attribute) ? item.owningView() : nullptr;
-  for (int i = 0; view != nullptr && i < kLongestBaselineChain; ++i) {
-    View& next = attribute == LayoutAttribute::firstBaseline ? view->viewForFirstBaselineLayout()
-                                                             : view->viewForLastBaselineLayout();
-    if (&next == view) break;
-    view = &next;
+  LayoutBox* box = isBaseline(attribute) ? item.owningBox() : nullptr;
+  for (int i = 0; box != nullptr && i < kLongestBaselineChain; ++i) {
+    LayoutBox& next =
+        attribute == LayoutAttribute::firstBaseline ? box->boxForFirstBaseline() : box->boxForLastBaseline();
+    if (&next == box) break;
+    box = &next;
   }
-  const bool usable = view != nullptr && &view->layoutRoot() == &root_;
-  return usable ? *view : item;
+  const bool usable = box != nullptr && &box->layoutRoot() == &root_;
+  return usable ? *box : item;
 }
 
-// In a constraint between heights a width is a number: it has been solved by then.
-void LayoutEngine::addAttribute(LinearConstraint& linear, Axis axis, Item& item, LayoutAttribute attribute,
-                                double factor) {
-  if (ui::axisOf(attribute) != axis) {
-    const Edges width = edges(item, Axis::horizontal);
-    linear.constant += factor * (width.high - width.low);
-    return;
-  }
+// Every attribute is position + share of the size + a constant of the content's baselines.
+void LayoutEngine::addAttribute(LinearConstraint& linear, Item& item, LayoutAttribute attribute,
+                                double sign) {
   struct Shares {
     double position, size;
   };
-  // In the order of LayoutAttribute; a first baseline counts from the top, save where there is none.
+  // In the order of LayoutAttribute.
   static constexpr std::array<Shares, 10> kShares = {
       {{1, 0}, {1, 1}, {1, 0.5}, {0, 1}, {1, 0}, {1, 1}, {1, 0.5}, {0, 1}, {1, 0}, {1, 1}}};
   Shares shares = kShares[static_cast<std::size_t>(attribute)];
   if (attribute == LayoutAttribute::firstBaseline) {
-    if (item.firstBaselineFromTop) linear.constant += factor * *item.firstBaselineFromTop;
+    if (item.firstBaselineFromTop) linear.constant += sign * *item.firstBaselineFromTop;
+    // Without text the bottom is the first baseline.
     if (!item.firstBaselineFromTop) shares.size = 1;
   }
-  if (attribute == LayoutAttribute::lastBaseline) linear.constant -= factor * item.lastBaselineFromBottom;
-  const ItemAxis& part = item.axes[axis];
-  if (shares.position != 0 && !item.isRoot) linear.addTerm(part.position, factor * shares.position);
-  if (shares.size != 0) linear.addTerm(part.size, factor * shares.size);
+  if (attribute == LayoutAttribute::lastBaseline) linear.constant -= sign * item.lastBaselineFromBottom;
+  const ItemAxis& part = item.axes[ui::axisOf(attribute)];
+  if (shares.position != 0 && !item.isRoot) linear.addTerm(part.position, sign * shares.position);
+  if (shares.size != 0) linear.addTerm(part.size, sign * shares.size);
 }
 
 // ---- Solving ----
@@ -234,30 +221,30 @@ Size LayoutEngine::fittingSize(const Size& target, LayoutPriority horizontal, La
 }
 
 void LayoutEngine::solve(const Size& rootSize, LayoutPriority horizontal, LayoutPriority vertical) {
-  const PerAxis<LayoutPriority> priorities = {horizontal, vertical};
-  const PerAxis<double> sizes = {rootSize.width, rootSize.height};
-  for (const Axis axis : kAxes) {
-    LinearConstraint linear;
-    linear.priority = priorities[axis];
-    linear.constant = -sanitizedLength(sizes[axis]);
-    linear.addTerm(items_.front().axes[axis].size, 1);
-    RowId& row = items_.front().axes[axis].frameSize;
-    auto& before = rootPriority_[axis];
-    if (row && before != linear.priority) {
-      systems_[axis].remove(*row);
-      row.reset();
-    }
-    before = linear.priority;
-    setRow(row, axis, linear);
-  }
+  pullRootSize(Axis::horizontal, rootSize.width, horizontal);
+  pullRootSize(Axis::vertical, rootSize.height, vertical);
   processQueue();
   updateWidths();
   if (systems_.horizontal.solve()) logLeftOut(Axis::horizontal);
   measureHeights();
-  updateDependentConstraints();
+  updateBaselineConstraints();
   const bool changed = systems_.vertical.solve();
-  if (shortenTexts()) systems_.vertical.solve();
+  fitTexts();
   if (changed) logLeftOut(Axis::vertical);
+}
+
+void LayoutEngine::pullRootSize(Axis axis, double size, LayoutPriority priority) {
+  ItemAxis& part = items_.front().axes[axis];
+  if (part.frameSize && rootPriority_[axis] != priority) {
+    systems_[axis].remove(*part.frameSize);
+    part.frameSize.reset();
+  }
+  rootPriority_[axis] = priority;
+  LinearConstraint linear;
+  linear.priority = priority;
+  linear.constant = -sanitizedLength(size);
+  linear.addTerm(part.size, 1);
+  setRow(part.frameSize, axis, linear);
 }
 
 void LayoutEngine::setRow(RowId& row, Axis axis, const LinearConstraint& linear) {
@@ -268,14 +255,14 @@ void LayoutEngine::setRow(RowId& row, Axis axis, const LinearConstraint& linear)
   }
 }
 
-// By index: asking a view may bring an item that was not there.
+// By index: a question to a box may add an item.
 void LayoutEngine::updateWidths() {
   for (std::size_t i = 1; i < items_.size(); ++i) {
-    View* view = items_[i].view;
-    if (view == nullptr) continue;
-    if (!view->isLaidOutByConstraints()) setFrameRows(items_[i]);
-    const bool ask = view->contentChanged_ || !items_[i].measuredWidth;
-    if (ask) setContentRows(items_[i], Axis::horizontal, view->intrinsicWidth());
+    LayoutBox* box = items_[i].box;
+    if (box == nullptr) continue;
+    if (!box->isLaidOutByConstraints()) setFrameRows(items_[i]);
+    const bool ask = box->contentChanged_ || !items_[i].measuredWidth;
+    if (ask) setContentRows(items_[i], Axis::horizontal, box->intrinsicWidth());
   }
 }
 
@@ -302,10 +289,10 @@ void LayoutEngine::setContentRows(Item& item, Axis axis, std::optional<double> l
 }
 
 void LayoutEngine::setFrameRows(Item& item) {
-  Item& parent = items_[item.view->superview()->engineSlot_];
-  const Rect& frame = item.view->frame();
+  Item& parent = items_[item.box->superbox()->engineSlot_];
+  const Rect& frame = item.box->frame();
   const bool mirrored = direction_ == LayoutDirection::rightToLeft;
-  const double parentWidth = parent.isRoot ? mirrorWidth() : item.view->superview()->frame().width;
+  const double parentWidth = parent.isRoot ? mirrorWidth() : item.box->superbox()->frame().width;
   const double leading = mirrored ? parentWidth - frame.maxX() : frame.x;
   const PerAxis<double> positions = {leading, frame.y};
   const PerAxis<double> sizes = {frame.width, frame.height};
@@ -327,71 +314,104 @@ void LayoutEngine::setFrameRows(Item& item) {
 
 void LayoutEngine::measureHeights() {
   for (std::size_t i = 1; i < items_.size(); ++i) {
-    if (items_[i].view == nullptr) continue;
+    if (items_[i].box == nullptr) continue;
     measureHeight(items_[i]);
-    keepInRoot(items_[i]);
+    keepBaselinesInRoot(items_[i]);
   }
 }
 
 void LayoutEngine::measureHeight(Item& item) {
   const Edges horizontal = edges(item, Axis::horizontal);
   const double width = horizontal.high - horizontal.low;
-  if (!item.view->contentChanged_ && item.measuredWidth == width) return;
+  if (!item.box->contentChanged_ && item.measuredWidth == width) return;
   item.measuredWidth = width;
-  setContentRows(item, Axis::vertical, item.view->intrinsicHeight(width));
+  setContentRows(item, Axis::vertical, item.box->intrinsicHeight(width));
   readBaselines(item);
-  item.view->contentChanged_ = false;
+  item.box->contentChanged_ = false;
 }
 
 void LayoutEngine::readBaselines(Item& item) {
-  item.firstBaselineFromTop = item.view->firstBaselineFromTop();
+  item.firstBaselineFromTop = item.box->firstBaselineFromTop();
   if (item.firstBaselineFromTop) item.firstBaselineFromTop = sanitizedLength(*item.firstBaselineFromTop);
-  item.lastBaselineFromBottom = sanitizedLength(item.view->lastBaselineFromBottom());
+  item.lastBaselineFromBottom = sanitizedLength(item.box->lastBaselineFromBottom());
 }
 
-// A frame that was given may be anywhere, and what is hidden need not be at a place that anything determines.
-void LayoutEngine::keepInRoot(Item& item) {
-  const bool wanted =
-      item.firstBaselineFromTop && item.view->isLaidOutByConstraints() && isShownIn(root_, *item.view);
-  if (wanted == item.belowTop.has_value()) return;
-  if (!wanted) {
-    for (RowId* row : {&item.belowTop, &item.aboveBottom}) {
-      systems_.vertical.remove(**row);
-      row->reset();
-    }
+void LayoutEngine::updateBaselineConstraints() {
+  for (const std::uint32_t slot : baselineEntries_) updateEntry(entries_[slot]);
+}
+
+bool LayoutEngine::isShownText(const Item& item) const {
+  return item.firstBaselineFromTop && item.axes.vertical.resistance && item.box->isLaidOutByConstraints() &&
+         isShownIn(root_, *item.box);
+}
+
+// A box with a given frame may be anywhere, and constraints need not determine where a hidden one is.
+void LayoutEngine::keepBaselinesInRoot(Item& item) {
+  if (isShownText(item)) {
+    keepInRoot(item, *item.firstBaselineFromTop, item.lastBaselineFromBottom);
     return;
   }
+  for (RowId* row : {&item.topInside, &item.bottomInside}) {
+    if (*row) systems_.vertical.remove(**row);
+    row->reset();
+  }
+}
+
+// The item's top moved down by `fromTop` and its bottom moved up by `fromBottom` stay in the root.
+void LayoutEngine::keepInRoot(Item& item, double fromTop, double fromBottom) {
   const ItemAxis& part = item.axes.vertical;
   LinearConstraint linear;
   linear.priority = kTextInsidePriority;
   linear.relation = Relation::greaterThanOrEqual;
+  linear.constant = fromTop;
   linear.addTerm(part.position, 1);
-  setRow(item.belowTop, Axis::vertical, linear);
+  setRow(item.topInside, Axis::vertical, linear);
   linear.relation = Relation::lessThanOrEqual;
+  linear.constant = -fromBottom;
   linear.addTerm(part.size, 1);
   linear.addTerm(items_.front().axes.vertical.size, -1);
-  setRow(item.aboveBottom, Axis::vertical, linear);
+  setRow(item.bottomInside, Axis::vertical, linear);
 }
 
-// What was made smaller than its content asks for only the lines that it then shows, so that a block of texts
-// is as high as what can be seen of it. The next layout starts from the whole content again.
-bool LayoutEngine::shortenTexts() {
-  bool shortened = false;
+bool LayoutEngine::isTooLow(const Item& item) const {
+  if (!item.bottomInside) return false;
+  return frameInRoot(item).height < -systems_.vertical.constantOf(*item.axes.vertical.resistance);
+}
+
+// When the constraints leave every text its whole height, only baselines have to be in the root. Else texts
+// lose lines, and the lines left are wholly in the root. The next layout starts from the whole texts again.
+void LayoutEngine::fitTexts() {
+  for (Item& item : items_) item.firstLine.reset();
+  if (std::none_of(items_.begin(), items_.end(), [&](const Item& item) { return isTooLow(item); })) return;
   for (Item& item : items_) {
-    if (!item.belowTop || !item.axes.vertical.resistance) continue;
-    const Rect frame = frameInRoot(item);
-    const double whole = -systems_.vertical.constantOf(*item.axes.vertical.resistance);
-    if (frame.height >= whole) continue;
-    const double wanted = item.view->contentHeightWithin(frame.size());
-    setContentRows(item, Axis::vertical, wanted);
-    item.measuredWidth.reset();
-    shortened = true;
+    if (item.bottomInside) keepInRoot(item, 0, 0);
   }
-  return shortened;
+  systems_.vertical.solve();
+  for (Item& item : items_) {
+    if (isTooLow(item)) shortenText(item);
+  }
+  systems_.vertical.solve();
+  const auto first =
+      std::find_if(items_.begin(), items_.end(), [](const Item& item) { return item.bottomInside; });
+  keepFirstLine(*first);
 }
 
-void LayoutEngine::updateDependentConstraints() {
-  for (const std::uint32_t slot : dependentEntries_) updateEntry(entries_[slot]);
+// Makes the text ask only for the lines that it shows, so that a block of texts is as high as the lines in
+// it.
+void LayoutEngine::shortenText(Item& item) {
+  setContentRows(item, Axis::vertical, item.box->contentHeightWithin(frameInRoot(item).size()));
+  item.measuredWidth.reset();
+}
+
+// Constraints may leave the first text less than a line, e.g. a low row at a large text size. Its first line
+// is shown nevertheless, inside the root and as close as possible to where the constraints put it.
+void LayoutEngine::keepFirstLine(Item& item) {
+  const Rect frame = frameInRoot(item);
+  const double height = item.box->firstLineHeight(frame.width);
+  if (frame.height >= height) return;
+  const double room = edges(items_.front(), Axis::vertical).high;
+  const double top = snappedToPixel(std::max(0.0, std::min(frame.y, room - height)), scale_);
+  item.firstLine = Edges{top, top + height};
 }
 
 void LayoutEngine::logLeftOut(Axis axis) {
@@ -399,7 +419,7 @@ void LayoutEngine::logLeftOut(Axis axis) {
     for (const Entry& entry : entries_) {
       if (entry.row != id || axisOf(*entry.constraint) != axis) continue;
       if (std::exchange(entry.constraint->faultLogged_, true)) continue;
-      logError("A required constraint contradicts earlier ones and gives way: %@",
+      logError("A constraint contradicts earlier ones and is left out: %@",
                {entry.constraint->description()});
     }
   }
@@ -408,6 +428,7 @@ void LayoutEngine::logLeftOut(Axis axis) {
 // ---- Frames ----
 
 LayoutEngine::Edges LayoutEngine::edges(const Item& item, Axis axis) const {
+  if (axis == Axis::vertical && item.firstLine) return *item.firstLine;
   const ConstraintSystem& solved = systems_[axis];
   const double low = item.isRoot ? 0 : sanitizedLength(solved.value(item.axes[axis].position));
   const double high = low + std::max(0.0, sanitizedLength(solved.value(item.axes[axis].size)));
@@ -423,21 +444,22 @@ Rect LayoutEngine::frameInRoot(const Item& item) const {
   return {mirrored ? mirrorWidth() - x.high : x.low, y.low, x.high - x.low, y.high - y.low};
 }
 
-// `origin` is the view's, from the root's. Superviews come first: a frame counts from where they are.
-void LayoutEngine::giveFrames(View& view, const Point& origin) {
+// `origin` is the box's, in the root. Superboxes come first, as frames are relative to theirs.
+void LayoutEngine::giveFrames(LayoutBox& box, const Point& origin) {
   const Point back{-origin.x, -origin.y};
-  for (const auto& guide : view.guides_) {
+  for (const auto& guide : box.guides_) {
     if (guide->engineSlot_ != kNoSlot) {
       guide->layoutFrame_ = frameInRoot(items_[guide->engineSlot_]).movedBy(back);
     }
   }
-  for (const auto& subview : view.subviews_) {
-    // A layout root's slot is one of its own engine.
-    if (subview->isLayoutRoot()) continue;
-    if (subview->engineSlot_ != kNoSlot && subview->isLaidOutByConstraints()) {
-      subview->setFrameFromLayout(frameInRoot(items_[subview->engineSlot_]).movedBy(back));
+  for (std::size_t i = 0; i < box.subboxCount(); ++i) {
+    LayoutBox& subbox = box.subboxAt(i);
+    // A layout root's slot is an index of its own engine.
+    if (subbox.isLayoutRoot()) continue;
+    if (subbox.engineSlot_ != kNoSlot && subbox.isLaidOutByConstraints()) {
+      subbox.setFrameFromLayout(frameInRoot(items_[subbox.engineSlot_]).movedBy(back));
     }
-    giveFrames(*subview, origin + subview->frame().origin());
+    giveFrames(subbox, origin + subbox.frame().origin());
   }
 }
 

@@ -1,4 +1,4 @@
-#include "ui/geometry.h"
+#include "ui/layout/geometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@ namespace linewatch::ui {
 
 namespace {
 
-// Sums of lengths that should meet a pixel edge miss it by rounding.
+// Rounding makes sums of lengths miss the pixel edge that they should meet.
 constexpr double kPixelTolerance = 1e-6;
 
 double usableScale(double scale) { return scale > 0 && std::isfinite(scale) ? scale : 1; }

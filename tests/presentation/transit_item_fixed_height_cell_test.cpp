@@ -5,7 +5,7 @@
 
 #include "presentation/row_fixture.h"
 #include "simulation/roles/recording_canvas.h"
-#include "ui/layout_guide.h"
+#include "ui/layout/layout_guide.h"
 
 namespace linewatch {
 namespace {
@@ -31,7 +31,7 @@ class ItemCell : public Row {
 
 TEST_F(ItemCell, TheTextEndsAtTheArtworkColumnOrWithoutOneAtTheTrailingEdge) {
   show(nullptr);
-  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "the column is there before the first item";
+  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "the column exists before the first item";
   show(item("Delays", "Expect to wait"));
   const ui::Rect guide = rect("contentGuide");
   EXPECT_EQ(guide.x, 16);
@@ -47,7 +47,7 @@ TEST_F(ItemCell, TheTextEndsAtTheArtworkColumnOrWithoutOneAtTheTrailingEdge) {
   EXPECT_EQ(rect("stackView").maxX(), kWidth - 16);
   EXPECT_FALSE(isShown("artworkImageView"));
   show(item("Delays", "Expect to wait", true));
-  EXPECT_EQ(rect("stackView").maxX(), guide.maxX() - 89) << "a cell serves rows of both kinds in turn";
+  EXPECT_EQ(rect("stackView").maxX(), guide.maxX() - 89) << "a reused cell shows both kinds of rows";
   EXPECT_TRUE(isShown("artworkImageView"));
   EXPECT_TRUE(platform_->transcript().logTexts("error").empty());
 }
@@ -79,7 +79,7 @@ TEST_F(ItemCell, TheBlockRunsFromTheCapitalsToTheLastBaselineInTheMiddleOfTheRow
   }
 }
 
-TEST_F(ItemCell, AnItemWithoutSecondaryTextHidesTheLabelAndKeepsItsPlace) {
+TEST_F(ItemCell, AnItemWithoutSecondaryTextHidesTheLabel) {
   show(item("Delays", "Expect to wait"));
   EXPECT_TRUE(isShown("secondaryLabel"));
   const ui::Rect before = rect("contentGuide");
@@ -104,6 +104,32 @@ TEST_F(ItemCell, TextsWrapInTheWidthBesideTheArtwork) {
   EXPECT_EQ(lines(), 2U);
 }
 
+TEST_F(ItemCell, ShowsAllLinesAsLongAsTheBlockFitsIntoTheRow) {
+  // 238 points are 31 code points of 7.5 a line: six lines, and a block of 12 + 21 + 5 * 15 points.
+  show(item("Delays", std::string(6 * 31, 'x')));
+  EXPECT_EQ(cell_->secondaryLabel()->displayedLayout()->lines.size(), 6U);
+  EXPECT_EQ(rect("contentGuide").height, 108);
+  show(item("Delays", std::string(6 * 31 + 1, 'x')));
+  const auto layout = cell_->secondaryLabel()->displayedLayout();
+  EXPECT_TRUE(layout->lines.back().truncated);
+  EXPECT_LE(rect("secondaryLabel").maxY(), 110) << "lines of a shortened text are wholly in the row";
+}
+
+TEST_F(ItemCell, ShowsTheFirstLineAtEveryTextSize) {
+  for (const std::string_view name : ui::kTextSizeCategoryNames) {
+    SCOPED_TRACE(name);
+    setTextSize(ui::textSizeCategoryNamed(name).value());
+    show(item("Delays between Central Station and Harbour", "Expect to wait"));
+    const auto layout = cell_->primaryLabel()->displayedLayout();
+    ASSERT_GE(layout->lines.size(), 1U);
+    const ui::Rect label = rect("primaryLabel");
+    EXPECT_GE(label.y, 0);
+    EXPECT_LE(label.y + layout->firstBaseline(), 110);
+    EXPECT_EQ(label.height, layout->size.height) << "no line is cut";
+    EXPECT_EQ(cell_->frame().height, 110);
+  }
+}
+
 TEST_F(ItemCell, FollowsTheTextSize) {
   show(item("Delays", "Expect to wait"), 89, 200);
   EXPECT_EQ(cell_->primaryLabel()->font(), ui::Font(ui::TextStyle::headline, {.bold = true}));
@@ -111,14 +137,14 @@ TEST_F(ItemCell, FollowsTheTextSize) {
   setTextSize(ui::TextSizeCategory::AX1);
   layOut(*cell_);
   const auto category = ui::TextSizeCategory::AX1;
-  const double factor = ui::scaleFactor(ui::TextStyle::headline, category);
+  const double factor = cell_->primaryLabel()->font().pointSize() / kHeadlinePoints;
   EXPECT_EQ(cell_->primaryLabel()->font(), ui::Font(ui::TextStyle::headline, {.bold = true}, category));
   EXPECT_EQ(cell_->secondaryLabel()->font(), ui::Font(ui::TextStyle::subheadline, {}, category));
   const double first = firstBaseline(*cell_, cell_->primaryLabel());
   EXPECT_NEAR(firstBaseline(*cell_, cell_->secondaryLabel()) - first, 21 * factor, 0.75);
   const double capHeight = cell_->snappedToPixel(0.7 * cell_->primaryLabel()->font().pointSize());
   EXPECT_NEAR(first - rect("contentGuide").y, capHeight * factor, 0.5)
-      << "the capitals' height, scaled once more";
+      << "the cap height, scaled with the font";
 }
 
 class ItalicCell final : public RVTransitItemFixedHeightCell {
@@ -136,7 +162,7 @@ class ItalicCell final : public RVTransitItemFixedHeightCell {
   double offset() const { return primaryLabelToContentGuideConstraint_->constant(); }
 };
 
-TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
+TEST_F(ItemCell, TakesTheFontsOfItsClassAndIsNotKeptAlive) {
   auto cell = ItalicCell::make();
   EXPECT_TRUE(cell->primaryLabel()->font().traits().italic);
   setTextSize(ui::TextSizeCategory::XL);
@@ -154,7 +180,7 @@ TEST_F(ItemCell, TakesTheFontsOfItsClassAndGoesAway) {
       << "a label that outlives its cell keeps its font";
 }
 
-TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
+TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndNothingForAMissingImage) {
   platform_->changeWorld([](auto& world) { world.missingImages.insert("Lost"); });
   show(item("Delays", std::nullopt));
   EXPECT_EQ(cell_->artworkImageView()->alpha(), 0.5);
@@ -173,7 +199,7 @@ TEST_F(ItemCell, ShowsTheArtworkAtItsOpacityAndAMissingImageAsNothing) {
   EXPECT_TRUE(empty.isBalanced());
 }
 
-TEST_F(ItemCell, ShowsAnArtworkMadeForTheDisplayItIsOn) {
+TEST_F(ItemCell, ShowsTheArtworkAtTheResolutionOfTheDisplay) {
   show(item("Delays", std::nullopt));
   EXPECT_FALSE(counted_.shields->scales.contains(3));
   cell_->setDisplayScale(3);
@@ -204,10 +230,11 @@ TEST_F(ItemCell, DrawsItsTextsThroughTheirEffectsAndAHighlightBehindThem) {
 }
 
 TEST_F(ItemCell, TheArtworkKeepsEightPointsFromTheRowsEdges) {
+  // Far taller than the row.
   show(item("Delays", "Wait", true, sizedArtwork(60, cache_, 3 + 8 * 6)), 89, 110);
   const ui::Rect artwork = rect("artworkImageView");
-  EXPECT_GE(artwork.y, 8);
-  EXPECT_LE(artwork.maxY(), 102);
+  EXPECT_EQ(artwork.y, 8);
+  EXPECT_EQ(artwork.maxY(), 102);
 }
 
 TEST_F(ItemCell, AnEqualItemChangesNothingAndNoItemShowsNothing) {
@@ -249,11 +276,11 @@ TEST_F(ItemCell, SurvivesTextsAndNumbersOfAnySize) {
     }
   }
   show(item("Delays", "Expect to wait"));
-  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "and comes to itself again";
+  EXPECT_EQ(rect("stackView").maxX(), kWidth - 16 - 89) << "recovers from bad numbers";
   EXPECT_EQ(cell_->frame().height, 110);
 }
 
-// ---- What the cells are made of ----
+// ---- VisualEffectWrappingView ----
 
 TEST_F(ItemCell, AWrapperShowsOneLabelFromEdgeToEdge) {
   auto root = std::make_shared<ui::View>(ui::Rect{0, 0, 100, 50});

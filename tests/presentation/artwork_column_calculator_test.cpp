@@ -1,3 +1,5 @@
+#include "presentation/artwork_column_calculator.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -7,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "presentation/artwork_column_calculator.h"
 #include "presentation/counted_artworks.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 #include "simulation/platform_test.h"
@@ -25,7 +26,7 @@ using Artworks = std::vector<SharedSizedArtwork>;
 
 class ArtworkColumn : public PlatformTest {
  protected:
-  /// The width of the column for the artworks, at most 200 wide unless said otherwise.
+  /// The width of the column for the artworks, at most 200 by default.
   double columnWidth(const Artworks& artworks, const Parameter& parameter = {73, 200, kInsets}) {
     double width = -1;
     smaller_ = Calculator(artworks, parameter).calculateArtworkViewWidthAndArtworkSizes(&width);
@@ -53,7 +54,7 @@ TEST_F(ArtworkColumn, IsAsWideAsTheWidestArtworkWithinItsLimits) {
   EXPECT_TRUE(smaller_.empty());
 }
 
-TEST_F(ArtworkColumn, ShrinksWhatIsTooWideStepByStepAndLeavesTheRest) {
+TEST_F(ArtworkColumn, ShrinksArtworksThatAreTooWideStepByStep) {
   const auto wide = sizedArtwork(240, cache_), wider = sizedArtwork(300, cache_),
              narrow = sizedArtwork(100, cache_);
   EXPECT_EQ(columnWidth({wide, narrow, wider}), 240 * 0.75 + 16);
@@ -65,19 +66,19 @@ TEST_F(ArtworkColumn, ShrinksWhatIsTooWideStepByStepAndLeavesTheRest) {
   EXPECT_EQ(replacement->artworkCache(), cache_);
 }
 
-TEST_F(ArtworkColumn, GivesUpBelowTheSmallestSizeAndLetsTheNextDecide) {
+TEST_F(ArtworkColumn, IgnoresAnArtworkTooWideAtTheSmallestSize) {
   const auto huge = sizedArtwork(5000, cache_), tiny = sizedArtwork(5000, cache_, -4),
              last = sizedArtwork(5000, cache_, -3, "last"), fits = sizedArtwork(100, cache_);
   EXPECT_EQ(columnWidth({huge, tiny, last, fits}), 116);
   EXPECT_EQ(sizeShown(huge), -4);
   EXPECT_EQ(sizeShown(last), -4) << "one step is left";
-  EXPECT_FALSE(smaller_.contains(tiny)) << "too small to begin with: shown as it is";
-  EXPECT_EQ(columnWidth({huge}), 73) << "nothing is left to decide";
+  EXPECT_FALSE(smaller_.contains(tiny)) << "below the smallest size from the start: shown as it is";
+  EXPECT_EQ(columnWidth({huge}), 73) << "no artwork is left";
   // 8 * 1/8 at size -4.
   EXPECT_EQ(columnWidth({sizedArtwork(8 * 100, cache_, -4, "x")}), 116) << "small sizes that fit count";
 }
 
-TEST_F(ArtworkColumn, MakesUnusableParametersUsable) {
+TEST_F(ArtworkColumn, CorrectsUnusableParameters) {
   const auto sanitized = [](double defaultWidth, double maxWidth) {
     const Parameter parameter = Calculator({}, {defaultWidth, maxWidth, kInsets}).sizeParameter();
     EXPECT_EQ(parameter.artworkInsets, kInsets);
@@ -94,9 +95,10 @@ TEST_F(ArtworkColumn, MakesUnusableParametersUsable) {
   EXPECT_TRUE(std::isnan(sanitized(73, kNotANumber).second));
 }
 
-TEST_F(ArtworkColumn, ComesToAnEndWithAnyNumbers) {
+TEST_F(ArtworkColumn, EndsWithAnyNumbers) {
   const auto wide = sizedArtwork(300, cache_), notANumber = sizedArtwork(kNotANumber, cache_, 3, "NaN");
-  EXPECT_EQ(columnWidth({wide}, {73, kNotANumber, kInsets}), 73) << "nothing fits into what is not a number";
+  EXPECT_EQ(columnWidth({wide}, {73, kNotANumber, kInsets}), 73)
+      << "nothing fits into a maximum that is not a number";
   EXPECT_EQ(sizeShown(wide), -4);
   EXPECT_EQ(columnWidth({wide, notANumber}, {73, 400, kInsets}), 316);
   EXPECT_EQ(sizeShown(notANumber), -4);
@@ -109,7 +111,7 @@ TEST_F(ArtworkColumn, ComesToAnEndWithAnyNumbers) {
       Calculator({wide}, {73, 200, kInsets}).calculateArtworkViewWidthAndArtworkSizes(nullptr).size() == 1U);
 }
 
-/// Step by step as it can be told: the widest at the moment shrinks, and all are sorted again.
+/// The definition: the widest artwork shrinks by one step, then all are sorted again.
 std::pair<double, SmallerArtworks> modelOf(const Artworks& artworks, const Parameter& given) {
   const Parameter parameter = Calculator({}, given).sizeParameter();
   SmallerArtworks smaller;
@@ -142,7 +144,7 @@ std::pair<double, SmallerArtworks> modelOf(const Artworks& artworks, const Param
   return {parameter.defaultArtworkViewWidth, smaller};
 }
 
-TEST_F(ArtworkColumn, AgreesWithShrinkingTheWidestAgainAndAgain) {
+TEST_F(ArtworkColumn, AgreesWithShrinkingTheWidestStepByStep) {
   std::mt19937 random(20261124);
   const auto between = [&](int low, int high) {
     return std::uniform_int_distribution<int>(low, high)(random);
@@ -203,7 +205,7 @@ class ArtworkColumnItems : public ArtworkColumn {
   TransitItems rebuilt_;
 };
 
-TEST_F(ArtworkColumnItems, RebuildsEveryItemWhoseArtworkShrankAndNoOther) {
+TEST_F(ArtworkColumnItems, RebuildsOnlyItemsWhoseArtworkShrank) {
   const TransitItems items = {
       itemWith(sizedArtwork(300, cache_), "wide"),
       itemWith(std::make_shared<const NamedImage>("Picture")),
@@ -223,7 +225,7 @@ TEST_F(ArtworkColumnItems, RebuildsEveryItemWhoseArtworkShrankAndNoOther) {
   EXPECT_EQ(rebuilt_, TransitItems({items[0], items[6]}));
 }
 
-TEST_F(ArtworkColumnItems, KeepsItemsThatNobodyRebuilds) {
+TEST_F(ArtworkColumnItems, KeepsItemsThatAreNotRebuilt) {
   const TransitItems items = {itemWith(sizedArtwork(300, cache_))};
   EXPECT_EQ(calculator_.itemsFromItems(items, {73, 200, kInsets}, nullptr, nullptr), items);
   RVTransitItemArtworkColumnCalculator other;
@@ -232,7 +234,7 @@ TEST_F(ArtworkColumnItems, KeepsItemsThatNobodyRebuilds) {
   EXPECT_EQ(width_, 166);
 }
 
-TEST_F(ArtworkColumnItems, AnswersTheSameQuestionWithoutDrawing) {
+TEST_F(ArtworkColumnItems, AnswersARepeatedCallWithoutDrawing) {
   const auto sameItems = [this] {
     return TransitItems{itemWith(sizedArtwork(300, cache_)), itemWith(sizedArtwork(90, cache_))};
   };
@@ -245,7 +247,7 @@ TEST_F(ArtworkColumnItems, AnswersTheSameQuestionWithoutDrawing) {
   EXPECT_EQ(rebuilt_.size(), 1U);
   EXPECT_EQ(counted_.shields->drawn, drawn);
 
-  // Each of these is another question.
+  // Each of these calls differs from the last one.
   const std::vector<Parameter> others = {{74, 200, kInsets},       {73, 201, kInsets},
                                          {73, 200, {1, 0, 0, 16}}, {73, 200, {0, 1, 0, 16}},
                                          {73, 200, {0, 0, 1, 16}}, {73, 200, {0, 0, 0, 17}}};
@@ -262,7 +264,7 @@ TEST_F(ArtworkColumnItems, AnswersTheSameQuestionWithoutDrawing) {
   EXPECT_EQ(width_, 73);
 }
 
-TEST_F(ArtworkColumnItems, RemembersTheParametersAsTheyWereGiven) {
+TEST_F(ArtworkColumnItems, KeepsTheParametersAsGiven) {
   fit({itemWith(sizedArtwork(30, cache_))}, {-1, -1, kInsets});
   EXPECT_EQ(width_, 50);
   cache_->purge();
@@ -273,14 +275,14 @@ TEST_F(ArtworkColumnItems, RemembersTheParametersAsTheyWereGiven) {
 
 // ---- The cache ----
 
-TEST_F(ArtworkColumn, TheWidgetsCacheDrawsAsThePlatformDoesAndForgetsWhenPurged) {
+TEST_F(ArtworkColumn, TheWidgetsCacheDrawsLikeThePlatformUntilItIsPurged) {
   const auto cache = memoryConstrainedImageViewCache();
   const auto widthOf = [&](TransitArtworkDataSource artwork, std::int64_t size) {
     const auto image = cache->image(artwork, {size, 2});
     return image ? image->size().width : -1;
   };
   TransitArtworkDataSource shield;
-  EXPECT_EQ(widthOf(shield, 3), 10) << "a description of nothing";
+  EXPECT_EQ(widthOf(shield, 3), 10) << "an empty description";
   shield.shieldDataSource = ShieldDataSource{0, "S\u00fc1", std::nullopt, std::nullopt};
   EXPECT_EQ(widthOf(shield, 3), 34);
   EXPECT_EQ(widthOf(shield, 7), 34 * 1.5);

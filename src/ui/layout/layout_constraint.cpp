@@ -1,4 +1,4 @@
-#include "ui/layout_constraint.h"
+#include "ui/layout/layout_constraint.h"
 
 #include <array>
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/log.h"
-#include "ui/view.h"
+#include "ui/layout/layout_box.h"
 
 namespace linewatch::ui {
 
@@ -17,8 +17,7 @@ constexpr std::array kAttributeNames = {"leading", "trailing", "centerX", "width
                                         "bottom",  "centerY",  "height",  "firstBaseline", "lastBaseline"};
 constexpr std::array kRelationNames = {"<=", "==", ">="};
 
-/// Counts over all view trees, as a constraint is made before it has one; only the order within a tree
-/// matters.
+/// One sequence for all trees: a constraint is numbered before it belongs to one.
 std::uint64_t nextOrder() {
   static std::uint64_t order = 0;
   return ++order;
@@ -35,25 +34,23 @@ std::string text(double number) {
   return digits;
 }
 
-View* owner(LayoutItem* item) { return item != nullptr ? item->owningView() : nullptr; }
+LayoutBox* ownerOf(LayoutItem* item) { return item != nullptr ? item->owningBox() : nullptr; }
 
-View* commonView(View* a, View* b) {
-  for (View* view = a; view != nullptr; view = view->superview()) {
-    if (b->isDescendantOf(*view)) return view;
-  }
-  return nullptr;
+/// The nearest box that both are or are inside; null when they are in different trees.
+LayoutBox* commonBox(LayoutBox* a, LayoutBox* b) {
+  if (a == nullptr || b == nullptr) return nullptr;
+  while (a != nullptr && !b->isDescendantOf(*a)) a = a->superbox();
+  return a;
 }
 
 }  // namespace
 
 std::shared_ptr<LayoutConstraint> LayoutConstraint::make(LayoutTerm first, Relation relation,
-                                                         LayoutTerm second, double multiplier,
-                                                         double constant) {
+                                                         LayoutTerm second, double constant) {
   std::shared_ptr<LayoutConstraint> constraint(new LayoutConstraint);
   constraint->first_ = std::move(first);
   constraint->second_ = std::move(second);
   constraint->relation_ = relation;
-  constraint->multiplier_ = multiplier;
   constraint->constant_ = constant;
   constraint->order_ = nextOrder();
   return constraint;
@@ -63,14 +60,6 @@ void LayoutConstraint::setConstant(double constant) {
   if (constant == constant_) return;
   constant_ = constant;
   if (holder_ != nullptr) holder_->constraintDidChange(*this);
-}
-
-void LayoutConstraint::setPriority(LayoutPriority priority) {
-  if (priority == priority_) return;
-  const bool wasActive = isActive();
-  setActive(false);
-  priority_ = priority;
-  setActive(wasActive);
 }
 
 void LayoutConstraint::setActive(bool active) {
@@ -83,12 +72,12 @@ void LayoutConstraint::setActive(bool active) {
 }
 
 void LayoutConstraint::activate() {
-  View* first = owner(firstItem());
-  View* second = hasSecondItem() ? owner(secondItem()) : first;
-  View* holder = first != nullptr && second != nullptr ? commonView(first, second) : nullptr;
+  LayoutBox* first = ownerOf(firstItem());
+  LayoutBox* second = hasSecondItem() ? ownerOf(secondItem()) : first;
+  LayoutBox* holder = commonBox(first, second);
   if (holder == nullptr || &first->layoutRoot() != &second->layoutRoot()) {
     if (!std::exchange(faultLogged_, true)) {
-      logError("A constraint between items of different view trees stays inactive: %@", {description()});
+      logError("A constraint between items of different layout roots stays inactive: %@", {description()});
     }
     return;
   }
@@ -106,16 +95,10 @@ void LayoutConstraint::activate(const std::vector<std::shared_ptr<LayoutConstrai
   for (const auto& constraint : constraints) constraint->setActive(true);
 }
 
-void LayoutConstraint::deactivate(const std::vector<std::shared_ptr<LayoutConstraint>>& constraints) {
-  for (const auto& constraint : constraints) constraint->setActive(false);
-}
-
 std::string LayoutConstraint::description() const {
-  std::string line =
-      text(firstItem(), first_.attribute) + " " + kRelationNames.at(static_cast<std::size_t>(relation_));
-  if (!hasSecondItem()) return line + " " + text(constant_);
-  line += " ";
-  if (multiplier_ != 1) line += text(multiplier_) + " * ";
+  const std::string line = text(firstItem(), first_.attribute) + " " +
+                           kRelationNames.at(static_cast<std::size_t>(relation_)) + " ";
+  if (!hasSecondItem()) return line + text(constant_);
   return line + text(secondItem(), second_.attribute) + " + " + text(constant_);
 }
 

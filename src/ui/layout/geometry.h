@@ -36,7 +36,7 @@ struct Rect {
   Rect movedBy(const Point& offset) const { return {x + offset.x, y + offset.y, width, height}; }
 };
 
-/// What the rectangles share; empty when they do not meet.
+/// The common part of both rectangles; empty when they do not overlap.
 Rect intersection(const Rect& a, const Rect& b);
 
 struct EdgeInsets {
@@ -50,16 +50,16 @@ struct EdgeInsets {
 
 enum class LayoutDirection { leftToRight, rightToLeft };
 
-/// Larger lengths are taken for this one, so that sums of a few stay exact to far below a pixel.
+/// The limit of all lengths, so that sums of a few lengths are exact to far below a pixel.
 inline constexpr double kLongestLength = 1e7;
 
-/// `length` limited to ±kLongestLength; 0 for what is not a number.
+/// `length` limited to ±kLongestLength; 0 when it is not a number.
 double sanitizedLength(double length);
 
-/// The nearest multiple of 1 / `scale`, upwards from the middle. Lengths that differ by less than a millionth
-/// of a pixel snap alike. A scale that is not positive counts as 1.
+/// The nearest multiple of 1 / `scale`; half a pixel is rounded up. Differences of less than a millionth of a
+/// pixel do not matter. A scale that is not positive counts as 1.
 double snappedToPixel(double length, double scale);
-/// The smallest multiple of 1 / `scale` that is not less (but for a millionth of a pixel).
+/// The smallest multiple of 1 / `scale` that is not less than `length`, apart from a millionth of a pixel.
 double ceiledToPixel(double length, double scale);
 
 }  // namespace linewatch::ui

@@ -1,15 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "shared/object.h"
-#include "ui/layout_anchor.h"
+#include "ui/layout/associated_values.h"
+#include "ui/layout/layout_anchor.h"
 
 namespace linewatch::ui {
 
-class View;
+class LayoutBox;
 
-/// A rectangle that constraints can place: a view or a layout guide. Main thread.
+/// A rectangle that constraints can place: a layout box or a guide. Main thread.
 class LayoutItem : public Object {
  public:
   ~LayoutItem() override { *life_ = nullptr; }
@@ -26,22 +28,29 @@ class LayoutItem : public Object {
   DimensionAnchor widthAnchor() const { return DimensionAnchor(term(LayoutAttribute::width)); }
   DimensionAnchor heightAnchor() const { return DimensionAnchor(term(LayoutAttribute::height)); }
 
-  /// The view itself, or the guide's view; null for a guide that belongs to none.
-  virtual View* owningView() = 0;
-  virtual const View* owningView() const = 0;
+  /// Values that live as long as the item.
+  AssociatedValues& associatedValues() { return associatedValues_; }
+
+  /// The box itself, or the guide's box; null for a guide that belongs to none.
+  virtual LayoutBox* owningBox() = 0;
+  virtual const LayoutBox* owningBox() const = 0;
 
  protected:
   LayoutItem() = default;
 
   LayoutTerm term(LayoutAttribute attribute) const { return {life_, attribute}; }
+  /// True while an engine lays the item out.
+  bool isInEngine() const { return engineSlot_ != kNoEngineSlot; }
 
  private:
   friend class LayoutEngine;
-  friend class View;
 
+  static constexpr std::uint32_t kNoEngineSlot = UINT32_MAX;
+
+  AssociatedValues associatedValues_;
   std::shared_ptr<LayoutItem*> life_ = std::make_shared<LayoutItem*>(this);
-  /// The item's place in its layout root's engine.
-  std::uint32_t engineSlot_ = UINT32_MAX;
+  /// The item's index in its layout root's engine.
+  std::uint32_t engineSlot_ = kNoEngineSlot;
 };
 
 }  // namespace linewatch::ui

@@ -6,30 +6,29 @@
 #include <vector>
 
 #include "ui/layout/constraint_system.h"
+#include "ui/layout/layout_box.h"
 #include "ui/layout/layout_priority.h"
 #include "ui/layout/slot_table.h"
-#include "ui/view.h"
 
 namespace linewatch::ui {
 
-/// Solves the constraints of one layout root and gives its views their frames. Made when the root is first
-/// laid out and again after its tree has changed; every other change is taken into the systems of the two
-/// axes.
+/// Solves the constraints of one layout root and gives its boxes their frames. It is made at the root's first
+/// layout, and anew after boxes were added or removed; any other change updates the systems of the two axes.
 ///
-/// Horizontal lengths count from the leading edge, so that a right-to-left layout is the same layout,
-/// mirrored when the frames are given.
+/// Horizontal lengths are measured from the leading edge. A right-to-left layout is solved alike and mirrored
+/// when frames are given.
 class LayoutEngine {
  public:
-  explicit LayoutEngine(View& root);
+  explicit LayoutEngine(LayoutBox& root);
   ~LayoutEngine();
   LayoutEngine(const LayoutEngine&) = delete;
   LayoutEngine& operator=(const LayoutEngine&) = delete;
 
-  /// Whether the engine was made for the root's present direction and scale.
+  /// False once the root has another direction or scale than the engine was made for.
   bool fitsEnvironment() const {
     return direction_ == root_.layoutDirection() && scale_ == root_.displayScale();
   }
-  /// A constraint was activated, deactivated or has another constant.
+  /// To be called when a constraint was activated or deactivated or has another constant.
   void constraintDidChange(const SharedConstraint& constraint);
   /// Solves for the root's size and gives the frames.
   void layOut();
@@ -42,36 +41,38 @@ class LayoutEngine {
   using RowId = std::optional<ConstraintSystem::Id>;
 
   struct ItemAxis {
-    /// Not used for the root, whose position is 0.
+    /// Unused for the root, whose position is 0.
     Variable position = 0;
     Variable size = 0;
     RowId framePosition, frameSize, hugging, resistance, notNegative;
   };
 
+  struct Edges {
+    double low = 0;
+    double high = 0;
+  };
+
   struct Item {
     LayoutItem* item = nullptr;
     /// Null for a guide.
-    View* view = nullptr;
+    LayoutBox* box = nullptr;
     PerAxis<ItemAxis> axes;
     std::optional<double> measuredWidth;
     std::optional<double> firstBaselineFromTop;
     double lastBaselineFromBottom = 0;
-    /// Of a text that is shown: what keeps it below the root's top and above its bottom.
-    RowId belowTop, aboveBottom;
+    /// Keep a shown text, or its baselines, inside the root.
+    RowId topInside, bottomInside;
+    /// Replaces the solved vertical edges of a text that keeps its first line.
+    std::optional<Edges> firstLine;
     bool isRoot = false;
   };
 
-  /// An active constraint; its row is absent while it is left out of the layout.
+  /// An active constraint. Its row is absent while the constraint is left out of the layout.
   struct Entry {
     SharedConstraint constraint;
     LinearConstraint linear;
     RowId row;
     bool queued = false;
-  };
-
-  struct Edges {
-    double low = 0;
-    double high = 0;
   };
 
   struct Fitting {
@@ -81,7 +82,7 @@ class LayoutEngine {
     Size result;
   };
 
-  void collect(View& view, std::vector<SharedConstraint>& constraints);
+  void collect(LayoutBox& box, std::vector<SharedConstraint>& constraints);
   std::uint32_t ensureItem(LayoutItem& item);
 
   void addEntry(const SharedConstraint& constraint);
@@ -90,12 +91,11 @@ class LayoutEngine {
   void processQueue();
   std::optional<LinearConstraint> linearFor(const LayoutConstraint& constraint);
   LayoutItem& itemFor(LayoutItem& item, LayoutAttribute attribute) const;
-  void addAttribute(LinearConstraint& linear, Axis axis, Item& item, LayoutAttribute attribute,
-                    double factor);
+  void addAttribute(LinearConstraint& linear, Item& item, LayoutAttribute attribute, double sign);
   static Axis axisOf(const LayoutConstraint& constraint);
-  static bool dependsOnWidths(const LayoutConstraint& constraint);
 
   void solve(const Size& rootSize, LayoutPriority horizontal, LayoutPriority vertical);
+  void pullRootSize(Axis axis, double size, LayoutPriority priority);
   void setRow(RowId& row, Axis axis, const LinearConstraint& linear);
   void setContentRows(Item& item, Axis axis, std::optional<double> length);
   void setFrameRows(Item& item);
@@ -103,25 +103,31 @@ class LayoutEngine {
   void measureHeights();
   void measureHeight(Item& item);
   void readBaselines(Item& item);
-  void keepInRoot(Item& item);
-  bool shortenTexts();
-  void updateDependentConstraints();
+  void updateBaselineConstraints();
+  void keepBaselinesInRoot(Item& item);
+  void keepInRoot(Item& item, double fromTop, double fromBottom);
+  bool isShownText(const Item& item) const;
+  void fitTexts();
+  bool isTooLow(const Item& item) const;
+  void shortenText(Item& item);
+  void keepFirstLine(Item& item);
   void logLeftOut(Axis axis);
 
   Edges edges(const Item& item, Axis axis) const;
-  /// The width that is mirrored in: the root's, on the pixel grid, so that mirrored edges are on it too.
+  /// The root's width on the pixel grid, so that mirrored edges are on the grid too.
   double mirrorWidth() const;
   Rect frameInRoot(const Item& item) const;
-  void giveFrames(View& view, const Point& origin);
+  void giveFrames(LayoutBox& box, const Point& origin);
 
-  View& root_;
+  LayoutBox& root_;
   LayoutDirection direction_;
   double scale_;
   PerAxis<ConstraintSystem> systems_;
   std::vector<Item> items_;
   SlotTable<Entry> entries_;
   std::vector<std::uint32_t> queue_;
-  std::vector<std::uint32_t> dependentEntries_;
+  /// Entries whose rows are made again when texts have other baselines.
+  std::vector<std::uint32_t> baselineEntries_;
   PerAxis<std::optional<LayoutPriority>> rootPriority_;
   std::optional<Fitting> fitting_;
 };
