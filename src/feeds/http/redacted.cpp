@@ -21,7 +21,10 @@ std::size_t urlLength(std::string_view text) {
   if (!startsWith("http://") && !startsWith("https://")) return 0;
   const auto end = std::ranges::find_if(
       text, [](char byte) { return static_cast<unsigned char>(byte) <= ' ' || byte == '"' || byte == '\''; });
-  return static_cast<std::size_t>(end - text.begin());
+  auto length = static_cast<std::size_t>(end - text.begin());
+  // The punctuation of a sentence around it.
+  while (text[length - 1] == ':' || text[length - 1] == ',') --length;
+  return length;
 }
 
 /// "a=1&b=&c" becomes "a=***&b=&***": a name without a value may be a key itself.
