@@ -62,7 +62,7 @@ TEST(GzipBody, NoticesADamagedByteOfTheTrailerAndWhatFollows) {
 }
 
 TEST(GzipBody, RefusesMoreThanTheLimitWithTheFirstPieceThatGivesIt) {
-  const std::string bomb = gzip(std::string(50'000'000, '\0'));
+  const std::string bomb = gzip(std::string(5'000'000, '\0'));
   GzipBody body(kLimit);
   Bytes bytes;
   const auto error = body.take(std::string_view(bomb).substr(0, 1000), bytes);
