@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "feeds/text/ascii.h"
+#include "shared/failure.h"
 #include "shared/module.h"
 
 namespace linewatch {
@@ -41,6 +42,7 @@ Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {
   if (!entry) return entry.error();
   std::shared_ptr<HttpFetcher> fetcher;
   reinterpret_cast<void (*)(std::shared_ptr<HttpFetcher>&)> (*entry)(fetcher);
+  if (!fetcher) return failure("cannot start a part of the program", "libcurl", "");
   return fetcher;
 }
 

@@ -24,14 +24,15 @@ class CurlTransfer {
   /// What goes out, and when it must be over.
   struct Order {
     const HttpRequest& request;
+    /// The request's own URL, or one that it was redirected to; without a user name.
     HttpUrl url;
-    /// Whether the request's headers and the URL's user name go along.
+    /// Whether the request's headers and its URL's user name go along.
     bool sendsKeys = true;
     Clock::time_point deadline;
   };
 
   /// The order's request and the reader outlive the transfer.
-  CurlTransfer(const Order& order, ResponseReader& reader);
+  CurlTransfer(Order order, ResponseReader& reader);
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
   ~CurlTransfer();
@@ -58,6 +59,7 @@ class CurlTransfer {
   void setProtocol();
   void setReceivers();
   void setHeaders();
+  void setUser(const std::optional<HttpUrl>& url);
   void addHeader(const std::string& line);
   /// The error of a transfer that may not go on.
   std::optional<Error> interruption() const;

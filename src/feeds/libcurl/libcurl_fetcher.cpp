@@ -20,6 +20,8 @@ namespace linewatch {
 namespace {
 
 constexpr int kMaximumRedirects = 10;
+/// Keeps the deadline within what a clock can tell.
+constexpr Seconds kLongestTimeout{86400};
 
 /// All that must not reach another server or a message.
 std::vector<std::string> secretsOf(const HttpRequest& request) {
@@ -27,7 +29,9 @@ std::vector<std::string> secretsOf(const HttpRequest& request) {
   for (const auto* const keys : {&request.headers, &request.query}) {
     for (const NameAndValue& key : *keys) secrets.push_back(key.value);
   }
-  if (const auto url = HttpUrl::parse(request.url)) secrets.push_back(url->password());
+  // A user name without a password is a key itself.
+  if (const auto url = HttpUrl::parse(request.url))
+    secrets.push_back(url->password().empty() ? url->user() : url->password());
   return secrets;
 }
 
@@ -58,8 +62,8 @@ class CurlExchange {
   explicit CurlExchange(const HttpRequest& request)
       : request_(request),
         secrets_(secretsOf(request)),
-        deadline_(CurlTransfer::Clock::now() +
-                  std::chrono::duration_cast<CurlTransfer::Clock::duration>(request.timeout)) {}
+        deadline_(CurlTransfer::Clock::now() + std::chrono::duration_cast<CurlTransfer::Clock::duration>(
+                                                   std::min(request.timeout, kLongestTimeout))) {}
 
   Outcome<HttpResponse> run();
 
@@ -78,9 +82,9 @@ Outcome<HttpResponse> CurlExchange::run() {
   const auto first = HttpUrl::parse(request_.url);
   if (!first) return failure(FailureCode::invalid, "", "", "that is no address of a server");
   if (!canBeSent(request_))
-    return failure(FailureCode::invalid, "", "", "the key does not fit into a header");
+    return failure(FailureCode::invalid, "", "", "a header of the request has no name or more than one line");
   bool keys = true;
-  HttpUrl url = withKeys(*first);
+  HttpUrl url = withKeys(first->withoutUser());
   for (int redirects = 0; redirects <= kMaximumRedirects; ++redirects) {
     ResponseReader reader(request_);
     CurlTransfer transfer({request_, url, keys, deadline_}, reader);
@@ -102,18 +106,19 @@ HttpUrl CurlExchange::withKeys(const HttpUrl& url) const {
 
 Outcome<HttpUrl> CurlExchange::redirected(const HttpUrl& from, const std::string& location,
                                           bool& keys) const {
-  const auto to = from.resolve(location);
-  if (!to)
+  const auto target = from.resolve(location);
+  if (!target)
     return failure(FailureCode::malformed, "", "",
                    "the server redirects to an address that is none of http or https");
-  if (from.isSecure() && !to->isSecure())
+  const HttpUrl to = target->withoutUser();
+  if (from.isSecure() && !to.isSecure())
     return failure(FailureCode::malformed, "", "", "the server redirects from https to http");
-  keys = keys && isSameServer(from, *to);
-  if (keys) return withKeys(*to);
-  if (holdsSecret(to->text(), secrets_))
+  keys = keys && isSameServer(from, to);
+  if (keys) return withKeys(to);
+  if (holdsSecret(to.text(), secrets_))
     return failure(FailureCode::malformed, "", "",
-                   "the server redirects to another one, " + to->host() + ", with the key");
-  return to->withoutUser();
+                   "the server redirects to another one, " + to.host() + ", with the key");
+  return to;
 }
 
 class LibcurlFetcher final : public HttpFetcher {
@@ -129,8 +134,8 @@ class LibcurlFetcher final : public HttpFetcher {
 
 extern "C" __attribute__((visibility("default"))) void linewatch_makeHttpFetcher(
     std::shared_ptr<HttpFetcher>& fetcher) {
-  static const CURLcode initialized =
-      curl_global_init(CURL_GLOBAL_DEFAULT);  // once, however many threads ask
+  // Once, however many threads ask.
+  static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
   if (initialized == CURLE_OK) fetcher = std::make_shared<LibcurlFetcher>();
 }
 

@@ -350,15 +350,20 @@ HttpRequest withKeys(std::string url) {
 }
 
 TEST(HttpFetcher, SendsKeysToTheServerOfTheUrl) {
-  const LocalHttpServer server([](Connection& connection) {
-    const bool isNew = connection.request().starts_with("GET /new");
-    connection.write(isNew ? httpAnswer("200 OK", "", "moved here")
-                           : httpAnswer("302 Found", "Location: new?a=b\r\n", ""));
+  std::string absolute;
+  const LocalHttpServer server([&absolute](Connection& connection) {
+    const std::string& request = connection.request();
+    connection.write(request.starts_with("GET /end") ? httpAnswer("200 OK", "", "moved here")
+                     : request.starts_with("GET /new")
+                         ? httpAnswer("302 Found", absolute, "")
+                         : httpAnswer("302 Found", "Location: new?a=b\r\n", ""));
   });
+  absolute = "Location: " + server.url("/end?key=given") + "\r\n";
   EXPECT_EQ(bodyText(fetch(withKeys(server.url("/old")))), "moved here");
-  const auto hasKeys = AllOf(HasSubstr("key=query+secret "), HasSubstr(kKeyHeader), HasSubstr(kKeyUser));
-  EXPECT_THAT(server.requests(), ElementsAre(AllOf(HasSubstr("GET /old?key="), hasKeys),
-                                             AllOf(HasSubstr("GET /new?a=b&key="), hasKeys)));
+  const auto hasKeys = AllOf(HasSubstr(kKeyHeader), HasSubstr(kKeyUser));
+  EXPECT_THAT(server.requests(), ElementsAre(AllOf(HasSubstr("GET /old?key=query+secret "), hasKeys),
+                                             AllOf(HasSubstr("GET /new?a=b&key=query+secret "), hasKeys),
+                                             AllOf(HasSubstr("GET /end?key=given "), hasKeys)));
 }
 
 TEST(HttpFetcher, SendsKeysToNoOtherServer) {
