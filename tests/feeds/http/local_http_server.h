@@ -27,12 +27,12 @@ class LocalHttpServer {
     void writeForever(const std::string& piece, std::chrono::milliseconds pause = {});
     /// Waits for the client to close the connection.
     void awaitClose();
+    /// The same for the time at most; false when the connection is still open.
+    bool closesWithin(std::chrono::milliseconds time);
     /// The bytes that the client let the script send.
     std::size_t bytesWritten() const { return bytesWritten_; }
 
    private:
-    bool closesWithin(std::chrono::milliseconds time);
-
     int socket_;
     std::string request_;
     std::size_t bytesWritten_ = 0;
