@@ -46,13 +46,12 @@ std::string redactedUrl(std::string_view url) {
   const std::size_t authority = url.find("//") + 2;
   const std::size_t path = std::min(url.find_first_of("/?#\\", authority), url.size());
   const std::size_t at = url.substr(0, path).rfind('@');
-  const bool hasUser = at != std::string_view::npos && at >= authority;
+  const std::size_t host = at != std::string_view::npos && at >= authority ? at + 1 : authority;
   const std::size_t fragment = std::min(url.find('#', path), url.size());
   const std::size_t query = std::min(url.find('?', path), fragment);
 
   std::string safe(url.substr(0, authority));
-  if (hasUser) safe += kMark;
-  safe += url.substr(hasUser ? at : authority, query - (hasUser ? at : authority));
+  safe += url.substr(host, query - host);
   if (query < fragment) safe.append("?").append(redactedQuery(url.substr(query + 1, fragment - query - 1)));
   if (fragment < url.size()) safe.append("#").append(kMark);
   return safe;
@@ -111,8 +110,8 @@ std::string withoutSecrets(std::string_view text, const std::vector<std::string>
 }  // namespace
 
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets) {
-  // URLs last: a secret that looks like the end of a URL is gone by then.
-  return withUrlsRedacted(withoutSecrets(text, secrets));
+  // First while each secret is whole, then where parts left out of a URL have joined into one.
+  return withoutSecrets(withUrlsRedacted(withoutSecrets(text, secrets)), secrets);
 }
 
 Error redacted(Error error, const std::vector<std::string>& secrets) {

@@ -8,10 +8,10 @@
 
 namespace linewatch {
 
-/// The text as it may be printed or logged, with "***" in place of
-/// - the user name, the password, the query's values and the fragment of each http(s) URL in it, since any of
-///   them may be a key: "https://***@host/feed?key=***&format=***",
-/// - each of the secrets, also where it is percent-encoded.
+/// The text as it may be printed or logged. Any part of a URL but host and path may be a key: each http(s)
+/// URL in the text loses its user name and password, and has "***" in place of its query's values and its
+/// fragment, e.g. "https://host/feed?key=***&format=***". So has each of the secrets, also where it is
+/// percent-encoded.
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets = {});
 
 /// The error with its sentences redacted.
