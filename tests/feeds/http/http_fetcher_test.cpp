@@ -1,11 +1,14 @@
 #include "feeds/http/http_fetcher.h"
 
-#include <atomic>
+#include <algorithm>
+#include <cctype>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
-#include <latch>
-#include <string_view>
+#include <ostream>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +24,6 @@ using Connection = LocalHttpServer::Connection;
 using Script = LocalHttpServer::Script;
 using testing::AllOf;
 using testing::ElementsAre;
-using testing::Field;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
@@ -82,7 +84,7 @@ TEST(HttpFetcher, SaysWhoAsksAndForWhat) {
                                 Not(HasSubstr("If-")), Not(HasSubstr("Authorization")))));
 }
 
-/// An answer that is as good as none, and the failure that it gives.
+/// An answer that must be refused, and the failure it gives.
 struct Misbehaviour {
   std::string name;
   Script script;
