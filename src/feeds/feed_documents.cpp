@@ -9,6 +9,7 @@
 #include "feeds/gtfs/folder_source.h"
 #include "feeds/gtfs/gtfs_reader.h"
 #include "feeds/gtfs/line_index_encoding.h"
+#include "feeds/http/redacted.h"
 #include "feeds/zip/zip_source.h"
 #include "platform/log.h"
 #include "shared/byte_size.h"
@@ -39,7 +40,7 @@ std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
 
 /// What is wrong with that which lies at the location, of which `error` itself does not know.
 Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
-  return failure(feedCalled(feed), withoutPassword(location), sentenceOf(error));
+  return failure(feedCalled(feed), redacted(location), sentenceOf(error));
 }
 
 fs::path localPath(const std::string& location) {

@@ -1,12 +1,34 @@
 #include "feeds/http/http_fetcher.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 #include "feeds/text/ascii.h"
+#include "shared/failure.h"
 #include "shared/module.h"
 
 namespace linewatch {
+
+namespace {
+
+template <class T>
+const T* infoOf(const Error& error, const char* key) {
+  const auto entry = error.info.find(key);
+  return entry == error.info.end() ? nullptr : entry->second.get<T>();
+}
+
+}  // namespace
+
+std::optional<Seconds> retryAfterOf(const Error& error) {
+  const auto* const seconds = infoOf<double>(error, kRetryAfterKey);
+  return seconds ? std::optional(Seconds(*seconds)) : std::nullopt;
+}
+
+std::optional<int> httpStatusOf(const Error& error) {
+  const auto* const status = infoOf<std::int64_t>(error, kHttpStatusKey);
+  return status ? std::optional(static_cast<int>(*status)) : std::nullopt;
+}
 
 bool isHttpURL(const std::string& location) {
   const auto startsWith = [&location](std::string_view scheme) {
@@ -15,19 +37,12 @@ bool isHttpURL(const std::string& location) {
   return startsWith("http://") || startsWith("https://");
 }
 
-std::string withoutPassword(std::string location) {
-  if (!isHttpURL(location)) return location;
-  const std::size_t start = location.find("//") + 2;
-  const std::size_t at = location.substr(0, location.find_first_of("/?#", start)).rfind('@');
-  if (at != std::string::npos) location.erase(start, at + 1 - start);
-  return location;
-}
-
 Outcome<std::shared_ptr<HttpFetcher>> loadHttpFetcher() {
-  const Outcome<void*> entry = moduleEntry("network", "linewatch_makeHttpFetcher");
+  const Outcome<void*> entry = moduleEntry("libcurl", "linewatch_makeHttpFetcher");
   if (!entry) return entry.error();
   std::shared_ptr<HttpFetcher> fetcher;
   reinterpret_cast<void (*)(std::shared_ptr<HttpFetcher>&)> (*entry)(fetcher);
+  if (!fetcher) return failure("cannot start a part of the program", "libcurl", "");
   return fetcher;
 }
 

@@ -4,10 +4,34 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace linewatch {
+
+bool LocalHttpServer::Connection::write(const std::string& bytes) {
+  const auto sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  if (sent > 0) bytesWritten_ += static_cast<std::size_t>(sent);
+  return sent == static_cast<ssize_t>(bytes.size());
+}
+
+void LocalHttpServer::Connection::writeForever(const std::string& piece, std::chrono::milliseconds pause) {
+  while (write(piece) && !closesWithin(pause)) {
+  }
+}
+
+void LocalHttpServer::Connection::awaitClose() {
+  while (!closesWithin(std::chrono::milliseconds(1000))) {
+  }
+}
+
+bool LocalHttpServer::Connection::closesWithin(std::chrono::milliseconds time) {
+  pollfd connection{socket_, POLLIN, 0};
+  if (poll(&connection, 1, static_cast<int>(time.count())) <= 0) return false;
+  char byte = 0;
+  return recv(socket_, &byte, 1, 0) <= 0;
+}
 
 LocalHttpServer::LocalHttpServer(Script script)
     : script_(std::move(script)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -34,8 +58,12 @@ std::string LocalHttpServer::url(const std::string& path) const {
   return "http://127.0.0.1:" + std::to_string(port_) + path;
 }
 
+std::string LocalHttpServer::otherUrl(const std::string& path) const {
+  return "http://localhost:" + std::to_string(port_) + path;
+}
+
 std::vector<std::string> LocalHttpServer::requests() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return requests_;
 }
 
@@ -52,19 +80,23 @@ void LocalHttpServer::answer(int connection) {
     const auto size = recv(connection, buffer, sizeof buffer, 0);
     if (size <= 0) return;
     request.append(buffer, static_cast<std::size_t>(size));
+    if (request.front() != 'G') return;  // another protocol than HTTP, e.g. TLS
   }
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     requests_.push_back(request);
   }
-  script_(request, [connection](const std::string& bytes) {
-    return send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
-  });
+  Connection open(connection, std::move(request));
+  script_(open);
 }
 
 std::string httpAnswer(const std::string& status, const std::string& headers, const std::string& body) {
   return "HTTP/1.1 " + status + "\r\nConnection: close\r\nContent-Length: " + std::to_string(body.size()) +
          "\r\n" + headers + "\r\n" + body;
+}
+
+LocalHttpServer::Script always(const std::string& answer) {
+  return [answer](LocalHttpServer::Connection& connection) { connection.write(answer); };
 }
 
 }  // namespace linewatch
