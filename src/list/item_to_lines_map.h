@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -29,9 +28,8 @@ struct TransitItemsEqual {
 
 /// A map whose keys are rows, compared by value. It keeps the hash of each key.
 template <class T>
-using TransitItemMap =
-    tsl::robin_map<SharedTransitItem, T, TransitItemHash, TransitItemsEqual,
-                   std::allocator<std::pair<SharedTransitItem, T>>, /*StoreHash=*/true>;
+using TransitItemMap = tsl::robin_map<SharedTransitItem, T, TransitItemHash, TransitItemsEqual,
+                                      std::allocator<std::pair<SharedTransitItem, T>>, /*StoreHash=*/true>;
 
 /// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
 /// entry.

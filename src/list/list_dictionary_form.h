@@ -23,8 +23,8 @@ Dictionary dictionaryForm(const RVTransitSummaryItem& item);
 Value dictionaryForm(const SummaryItem& item);
 
 /// DESCRIPTION: the fields that differ from an empty description. The fields of the shield and of the icon
-/// stand beside the artwork's own; those of the fallback shield are in "iconFallbackShieldDataSource". A shield
-/// or an icon with default values only still has its "shieldType" or "iconType".
+/// stand beside the artwork's own; those of the fallback shield are in "iconFallbackShieldDataSource". A
+/// shield or an icon with default values only still has its "shieldType" or "iconType".
 Dictionary dictionaryForm(const TransitArtworkDataSource& artwork);
 
 }  // namespace linewatch

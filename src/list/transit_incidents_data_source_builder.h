@@ -20,8 +20,8 @@ namespace linewatch {
 /// proportion to the lines and the incidents that they list.
 class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSourceBuilder {
  public:
-  /// Rows follow the order of `lineItems`. `maxNumberOfItems` 0 means no limit; `artworkCache` and `analytics`
-  /// may be null. Builds nothing yet.
+  /// Rows follow the order of `lineItems`. `maxNumberOfItems` 0 means no limit; `artworkCache` and
+  /// `analytics` may be null. Builds nothing yet.
   RVTransitIncidentsDataSourceBuilder(std::shared_ptr<const TransitLineItems> lineItems,
                                       std::uint64_t maxNumberOfItems,
                                       std::shared_ptr<ArtworkDataSourceCache> artworkCache,

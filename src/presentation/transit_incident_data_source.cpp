@@ -163,8 +163,8 @@ void RVTransitIncidentDataSource::notifyDelegate() {
 /// The summary is fitted last, so that its column is the one that stays, for expanded rows too.
 void RVTransitIncidentDataSource::_updateAdjustedShieldItemsAndColumnWidth() {
   if (!shieldAdjustedExpandedItems_) {
-    shieldAdjustedExpandedItems_ = fittedIntoColumn(
-        listItem_ ? listItem_->expandedItems().value_or(TransitItems{}) : TransitItems{});
+    shieldAdjustedExpandedItems_ =
+        fittedIntoColumn(listItem_ ? listItem_->expandedItems().value_or(TransitItems{}) : TransitItems{});
   }
   if (!shieldAjustedSummaryItem_) shieldAjustedSummaryItem_ = summaryFittedIntoColumn();
 }
