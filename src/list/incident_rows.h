@@ -40,7 +40,8 @@ class IncidentRows {
   TransitItems items_;
   /// For each row, the line under which it was made.
   Lines firstLines_;
-  /// The hash of each row as it was added: one incident may be listed by every line.
+  /// The hash of each row to which lines were added, because one incident may be listed by every line; else
+  /// 0.
   std::vector<std::size_t> hashes_;
   ItemToLinesMap itemToLinesMap_;
   tsl::robin_map<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;
