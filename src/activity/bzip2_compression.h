@@ -6,7 +6,7 @@
 
 namespace linewatch {
 
-/// The bytes as one bzip2 stream, made by the platform's compressor; none when they cannot be compressed.
+/// Compresses the bytes into one bzip2 stream with the platform's compressor; none when that fails.
 std::optional<Bytes> bzip2CompressedData(const Bytes& data);
 
 }  // namespace linewatch

@@ -7,11 +7,11 @@
 
 namespace linewatch {
 
-/// The domain of the error that says that the running process has no bundle record (code 0).
+/// The domain of the error for a process without a bundle record (code 0).
 inline constexpr const char* kRovaActivityErrorDomain = "RovaActivityErrorDomain";
 
-/// The application that the running process is, or is a plug-in of; none when it is neither. `error`, when
-/// given, is set only when the process has no record at all.
+/// The application that contains the running process: itself, or the application of its plug-in; none
+/// otherwise. `error` may be null; it is set only when the process has no bundle record.
 std::optional<ApplicationRecord> _rova_containingApplicationProxy(std::optional<Error>* error = nullptr);
 
 }  // namespace linewatch

@@ -16,14 +16,14 @@
 
 namespace linewatch {
 
-/// How far the user has come with the directions.
+/// The user's progress with the directions.
 enum class DisplayMethod : std::int32_t { directionsSearch = 0, routePicking, directionsStarted };
 
 template <>
 inline constexpr std::array<std::string_view, 3> kEnumerationNames<DisplayMethod> = {
     "DirectionsSearch", "RoutePicking", "DirectionsStarted"};
 
-/// What makes one transit route better than another.
+/// The criterion by which transit routes are ranked.
 enum class TransitPrioritization : std::int32_t {
   byDefault = 0,
   byTravelTime,
@@ -44,8 +44,8 @@ TransitPrioritization StringAsTransitPrioritization(std::string_view name);
 
 #include "wire/message_fields_begin.inc"
 
-/// Directions from one place to another, as far as the user has come with them. The times are the companion
-/// application's, which alone sets and reads them.
+/// Directions from one place to another and the user's progress with them. Only the companion application
+/// sets and reads the times.
 class DirectionsPlan : public FieldedMessage<DirectionsPlan> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 404;
@@ -74,7 +74,7 @@ class DirectionsPlan : public FieldedMessage<DirectionsPlan> {
 
 #include "wire/message_fields_end.inc"
 
-/// Reads the fields of `plan` until the data ends; false when it is not whole.
+/// Reads the fields of `plan` until the data ends; false when the data is malformed.
 bool DirectionsPlanReadFrom(DirectionsPlan& plan, MessageReader& reader);
 
 }  // namespace linewatch

@@ -9,7 +9,7 @@ namespace linewatch {
 
 #include "wire/message_fields_begin.inc"
 
-/// Which kinds of transit a directions plan avoids.
+/// The kinds of transit that a directions plan avoids.
 class DirectionsPlanTransitPreferences : public FieldedMessage<DirectionsPlanTransitPreferences> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 4;
@@ -24,7 +24,7 @@ class DirectionsPlanTransitPreferences : public FieldedMessage<DirectionsPlanTra
 
 #include "wire/message_fields_end.inc"
 
-/// Reads the fields of `preferences` until the data ends; false when it is not whole.
+/// Reads the fields of `preferences` until the data ends; false when the data is malformed.
 bool DirectionsPlanTransitPreferencesReadFrom(DirectionsPlanTransitPreferences& preferences,
                                               MessageReader& reader);
 

@@ -7,12 +7,12 @@
 
 namespace linewatch {
 
-/// Something that opens the companion application at the place it stands for. A value: it compares and hashes
-/// by what it opens. Main thread.
+/// Opens the companion application at a certain place. A value, compared and hashed by its content. Main
+/// thread.
 class RVOpenable : public Object {
  public:
-  /// Opens, on behalf of `context` (the widget's view controller). `completionHandler`, which may be empty,
-  /// is called with the outcome, at once or later.
+  /// `context` is the widget's view controller. `completionHandler`, which may be empty, is called with the
+  /// outcome during this call or later.
   virtual void openInContext(const std::shared_ptr<Object>& context, OpenHandler completionHandler) const = 0;
 };
 

@@ -8,14 +8,14 @@
 
 namespace linewatch {
 
-/// A URL of the companion application, opened through the host of the widget.
+/// A URL of the companion application, opened through the widget's host.
 class OpenableURL final : public RVOpenable {
  public:
   explicit OpenableURL(URL url) : url_(std::move(url)) {}
 
   const URL& url() const { return url_; }
 
-  /// Does nothing, and never calls the handler, when `context` is no view controller.
+  /// Does nothing and never calls the handler when `context` is not a view controller.
   void openInContext(const std::shared_ptr<Object>& context, OpenHandler completionHandler) const override;
 
   bool isEqual(const Object& other) const override;

@@ -23,7 +23,7 @@
 
 namespace linewatch {
 
-/// Which of the user's collections of places is open.
+/// The collection of places that is open.
 enum class CollectionsMode : std::int32_t { none = 0, bookmarks, recents, contacts };
 
 template <>
@@ -37,7 +37,7 @@ CollectionsMode StringAsCollectionsMode(std::string_view name);
 #include "wire/message_fields_begin.inc"
 
 /// Tells the companion application what to show when the user taps a line's row. The widget sets the line and
-/// how to show it; the other fields are the companion application's own.
+/// the display options; only the companion application uses the other fields.
 class RovaActivity : public FieldedMessage<RovaActivity> {
  public:
   static constexpr std::uint32_t kLastFieldNumber = 15;

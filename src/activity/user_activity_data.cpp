@@ -18,8 +18,6 @@ std::optional<UserActivity> makeActivity(const RVUserActivityData& data) {
   return activity;
 }
 
-void shareSession() { platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false); }
-
 void fail(const OpenHandler& handler, Error error) {
   if (handler) handler(false, std::move(error));
 }
@@ -28,18 +26,15 @@ void fail(const OpenHandler& handler, Error error) {
 
 std::shared_ptr<const RVUserActivityData> RVUserActivityData::make(std::optional<std::string> activityType,
                                                                    std::optional<Dictionary> userInfo) {
-  return std::shared_ptr<const RVUserActivityData>(
-      new RVUserActivityData(std::move(activityType), std::move(userInfo)));
+  return std::make_shared<const RVUserActivityData>(Passkey(), std::move(activityType), std::move(userInfo));
 }
 
-RVUserActivityData::RVUserActivityData(std::optional<std::string> activityType,
+RVUserActivityData::RVUserActivityData(Passkey, std::optional<std::string> activityType,
                                        std::optional<Dictionary> userInfo)
     : activityType_(std::move(activityType)) {
-  shareSession();
+  platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false);
   if (userInfo) userInfo_ = platform().userSession().sharedSessionPunchOutUserInfo(*std::move(userInfo));
 }
-
-void RVUserActivityData::shareSessionAgain() const { shareSession(); }
 
 void RVUserActivityData::openInContext(const std::shared_ptr<Object>&, OpenHandler completionHandler) const {
   const auto activity = makeActivity(*this);

@@ -10,31 +10,33 @@
 
 namespace linewatch {
 
-/// The domain of the error that says that no user activity could be made (code 0), and the key of its info
-/// under which the description stands that none could be made from.
+/// The domain of the error for a description from which no user activity could be made (code 0), and the key
+/// of that description in the error's info.
 inline constexpr const char* kUserActivityErrorDomain = "RVUserActivityErrorDomain";
 inline constexpr const char* kUserActivityErrorMissingActivityKey = "RVUserActivityErrorMissingActivityKey";
 
-/// The keys of a row's user info: the bytes of a line's record, compressed, and of an archived list of
+/// The keys of a row's user info: the compressed activity record of a line, and the archived list of
 /// incidents.
 inline constexpr const char* kActivityRecordKey = "bs";
 inline constexpr const char* kIncidentListKey = "incidentListKey";
 
-/// Describes a user activity for the companion application: its type, and what the application reads from it.
+/// Describes a user activity for the companion application by its type and user info. Immutable.
 class RVUserActivityData final : public RVOpenable, public std::enable_shared_from_this<RVUserActivityData> {
+  /// Lets `make` alone construct.
+  struct Passkey {};
+
  public:
-  /// Shares the session with the companion application; `userInfo` is kept as extended with that session.
+  /// Shares the session with the companion application. `userInfo()` is the given user info with the shared
+  /// session added.
   static std::shared_ptr<const RVUserActivityData> make(std::optional<std::string> activityType,
                                                         std::optional<Dictionary> userInfo);
 
-  /// Shares the session once more, as making an equal description anew would; this object, as it never
-  /// changes, can then stand for the new one.
-  void shareSessionAgain() const;
+  RVUserActivityData(Passkey, std::optional<std::string> activityType, std::optional<Dictionary> userInfo);
 
   const std::optional<std::string>& activityType() const { return activityType_; }
   const std::optional<Dictionary>& userInfo() const { return userInfo_; }
 
-  /// Hands the activity to the application that contains this process. `context` is not used.
+  /// Opens the activity in the application that contains this process. `context` is not used.
   void openInContext(const std::shared_ptr<Object>& context, OpenHandler completionHandler) const override;
 
   bool isEqual(const Object& other) const override;
@@ -43,11 +45,9 @@ class RVUserActivityData final : public RVOpenable, public std::enable_shared_fr
   std::string description() const override;
 
  private:
-  RVUserActivityData(std::optional<std::string> activityType, std::optional<Dictionary> userInfo);
-
   std::optional<std::string> activityType_;
   std::optional<Dictionary> userInfo_;
-  /// Made on first use, as a list of incidents can be long; 0 until then.
+  /// Computed on first use, because a list of incidents can be long; 0 until then.
   mutable std::atomic<std::size_t> hash_{0};
 };
 

@@ -68,7 +68,7 @@ void RVTransitIncidentsAnalyticsDelegate::recordInfoForLines(
 }
 
 void RVTransitIncidentsAnalyticsDelegate::recordOpenItemAtIndexPath(const ui::IndexPath& indexPath) {
-  // Row 0 of the compact widget is the summary; the first row of the expanded one counts from 1.
+  // Row 0 of the compact widget is the summary. The first row of the expanded widget counts as 1.
   const std::size_t index = indexPath.row != 0 ? indexPath.row : (isExpanded() ? 1 : 0);
   if (analyticsData_) analyticsData_->tappedItemIndex = static_cast<std::int64_t>(index);
   captureAction("TAP_WIDGET_ITEM");
@@ -80,14 +80,18 @@ void RVTransitIncidentsAnalyticsDelegate::recordCloseSessionSwiping() {
 }
 
 void RVTransitIncidentsAnalyticsDelegate::_closeSessionWithEndState(WidgetSessionEnd endState) {
-  const auto startDate = std::exchange(sessionStartDate_, std::nullopt);
-  const auto record = std::exchange(analyticsData_, nullptr);
-  if (!startDate) return;
+  if (sessionStartDate_) logSessionEvent(*sessionStartDate_, endState);
+  sessionStartDate_.reset();
+  analyticsData_.reset();
+}
+
+void RVTransitIncidentsAnalyticsDelegate::logSessionEvent(Date startDate, WidgetSessionEnd endState) const {
   Platform& world = platform();
   const bool wasLocked = deviceIsLocked();
-  const Seconds duration = world.mainLoop().now() - *startDate;
+  const Seconds duration = world.mainLoop().now() - startDate;
   const auto event = world.analyticsEventFactory().widgetInteractionEvent(
-      kWidgetInteractionType, static_cast<std::int64_t>(endState), record, wasLocked, *startDate, duration);
+      kWidgetInteractionType, static_cast<std::int64_t>(endState), analyticsData_, wasLocked, startDate,
+      duration);
   world.analyticsLogger().captureEvent(event, world.userSession().snapshot());
 }
 

@@ -4,34 +4,35 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <unordered_map>
+
+#include <tsl/robin_map.h>
 
 #include "platform/analytics_service.h"
 #include "platform/extension_context.h"
 #include "platform/transit_line.h"
 #include "shared/date.h"
+#include "shared/hash_mixing.h"
 #include "ui/index_path.h"
 #include "ui/view_controller.h"
 
 namespace linewatch {
 
-/// For each incident that a list shows, by the incident's `muid`, the line under which it is shown. The lines
-/// are known as long as the list is being built.
-using IncidentsToLineMapping = std::unordered_map<std::uint64_t, const TransitLineItem*>;
+/// For each incident that a list shows, by the incident's `muid`, the first line that lists it. The lines
+/// belong to the build of the list.
+using IncidentsToLineMapping = tsl::robin_map<std::uint64_t, const TransitLineItem*, IdentifierHash>;
 
-/// Records what the widget showed and what the user did with it: one session, and one event, each time the
-/// widget is shown. Without a running session most calls are dropped; nothing is reported back. Main thread.
+/// Records what the widget showed and what the user did with it: one session and one event for each showing
+/// of the widget. Most calls outside a session are dropped; nothing is reported back. Main thread.
 class RVTransitIncidentsAnalyticsDelegate {
  public:
-  /// The controller, known weakly, tells the current display mode; once it is gone the mode counts as
-  /// compact.
+  /// The controller tells the current display mode, which counts as compact once the controller is gone.
   explicit RVTransitIncidentsAnalyticsDelegate(
       std::weak_ptr<ui::ViewController> transitIncidentsViewController);
 
-  /// The widget's view has appeared. A running session goes on with its start date; the record starts afresh.
+  /// The widget's view has appeared. A running session keeps its start date and gets a new record.
   void startSessionIfNeeded();
   void recordWidgetChangeDisplayMode(WidgetDisplayMode mode);
-  /// A list has been built: the favourite lines, the incidents it shows in row order, and the line of each.
+  /// A list has been built from the favourite lines; `incidentDisplayed` is in row order.
   void recordInfoForLines(const TransitLineItems& lines, const TransitIncidents& incidentDisplayed,
                           const IncidentsToLineMapping& incidentsToLineMapping);
   /// A row has been opened successfully: ends the session.
@@ -46,6 +47,7 @@ class RVTransitIncidentsAnalyticsDelegate {
 
  private:
   void _closeSessionWithEndState(WidgetSessionEnd endState);
+  void logSessionEvent(Date startDate, WidgetSessionEnd endState) const;
   static TransitMessageType _messageTypeForIncidentCount(std::size_t count);
   bool isExpanded() const;
 

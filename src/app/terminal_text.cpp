@@ -225,7 +225,7 @@ TerminalStyle TerminalStyle::ofStandardOutput() {
 
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
   // A list without expanded items shows its one row in both modes.
-  if (expanded && !list.expandedItems().empty()) return rowsText(list.expandedItems(), style);
+  if (expanded && list.hasExpandedItems()) return rowsText(*list.expandedItems(), style);
   return std::visit(SummaryText{style}, list.summaryItem());
 }
 

@@ -7,7 +7,8 @@
 
 namespace linewatch {
 
-/// The companion application's favourites: the same container on every call, made on the first. Any thread.
+/// The companion application's favourites. The container is made on the first call and is the same for every
+/// later call. Any thread.
 std::shared_ptr<FavoritesContainer> defaultContainer();
 
 /// A new store object on the preferences that the companion application shares with the widget.

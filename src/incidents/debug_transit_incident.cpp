@@ -29,7 +29,7 @@ std::shared_ptr<const DebugTransitIncident> DebugTransitIncident::_debug_fakeInc
   fields.iconType = 1;
   fields.creationDate = fields.startDate;
   fields.lastUpdated = clock.now();
-  fields.isBlockingIncident = true;
+  incident->setBlockingIncident(true);
   fields.affectedEntities = {std::make_shared<const DebugAffectedEntities>(line.muid())};
   return incident;
 }

@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// The entity that a fake incident affects.
+/// The line that a fake incident affects.
 class DebugAffectedEntities final : public TransitIncidentEntity {
  public:
   explicit DebugAffectedEntities(std::uint64_t muid) : muid_(muid) {}
@@ -21,21 +21,21 @@ class DebugAffectedEntities final : public TransitIncidentEntity {
   std::uint64_t muid_;
 };
 
-/// An incident made up to try the widget without a real disruption. Everything about it can be set before it
-/// is shared.
+/// A fake incident, to try the widget without a real disruption. Its fields can be set before it is shared.
 class DebugTransitIncident final : public TransitIncidentRecord {
  public:
   DebugTransitIncident() : TransitIncidentRecord(TransitIncidentFields{}) {}
 
-  /// A blocking incident of the line that began a day ago and ends in a day. All fakes of one line have one
-  /// `muid`.
+  /// A blocking incident of the line that began a day ago and ends in a day. All fake incidents of one line
+  /// have the same `muid`.
   static std::shared_ptr<const DebugTransitIncident> _debug_fakeIncidentAffectingLine(
       const TransitLineItem& line);
 
   TransitIncidentFields& fields() { return fields_; }
+  void setBlockingIncident(bool blockingIncident) { fields_.isBlockingIncident = blockingIncident; }
 };
 
-/// A line item that answers as the line it wraps, with incidents of its own.
+/// A line item with the fields of the line that it wraps and incidents of its own.
 class DebugTransitLineItem final : public TransitLineItem {
  public:
   DebugTransitLineItem(SharedLineItem wrappedLine, TransitIncidents incidents)

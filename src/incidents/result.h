@@ -9,9 +9,8 @@
 
 namespace linewatch {
 
-/// What became of a fetch. An error makes it a failure, whatever the success object; with neither it holds
-/// nothing, and no list is shown. Two results are the same only when they are one object. Main thread once
-/// shared.
+/// The outcome of a fetch. With an error it is a failure, whatever the success object; with neither it is
+/// empty and no list is shown. Results have no equality but identity. Main thread once shared.
 class RVResult {
  public:
   explicit RVResult(std::shared_ptr<const TransitLineItems> successObject)

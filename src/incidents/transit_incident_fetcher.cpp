@@ -65,7 +65,7 @@ void RVTransitIncidentFetcher::fetchIncidentsForFavorites(const Favorites& favor
   logDebug("Received %lu favorites from container.", {favorites.size()});
   const auto lines =
       RovaMap(favorites, [](const Favorite& favorite, std::size_t) { return lineOfFavorite(favorite); });
-  if (!lines.empty()) return _fetchIncidentsForLines(lines, request);
+  if (!lines.empty()) return _fetchIncidentsForLines(lines, /*withRequest=*/request);
   logDebug("0 Favorite lines, returning early.");
   platform().mainLoop().dispatchAsync([request] {
     request->setResultAndInvokeCompletionHandlers(
@@ -74,16 +74,16 @@ void RVTransitIncidentFetcher::fetchIncidentsForFavorites(const Favorites& favor
 }
 
 void RVTransitIncidentFetcher::_fetchIncidentsForLines(const std::vector<SharedLine>& lines,
-                                                       const std::shared_ptr<Request>& request) {
+                                                       const std::shared_ptr<Request>& withRequest) {
   auto identifiers =
       RovaMap(lines, [](const SharedLine& line, std::size_t) { return mapItemIdentifierForLine(*line); });
   logDebug("Issuing favorite lines lookup request for Muids: %{private}@.", {muidsOf(identifiers)});
   platform()
       .transitService()
       .ticketForTransitLines(std::move(identifiers))
-      ->submit([self = shared_from_this(), request](std::shared_ptr<const TransitLineItems> lineItems,
-                                                    std::optional<Error> error) {
-        finish(*request, std::move(lineItems), std::move(error));
+      ->submit([self = shared_from_this(), request = withRequest](
+                   std::shared_ptr<const TransitLineItems> lineItems, std::optional<Error> error) {
+        self->finish(*request, std::move(lineItems), std::move(error));
       });
 }
 
@@ -94,15 +94,14 @@ void RVTransitIncidentFetcher::finish(Request& request, std::shared_ptr<const Tr
     return request.setResultAndInvokeCompletionHandlers(std::make_shared<RVResult>(*std::move(error)));
   }
   if (_rova_groupUserDefaults()->boolForKey(kInjectFakeIncidentsKey)) {
-    // An answer without items counts as an empty one here: what is mapped is never absent.
-    lineItems = std::make_shared<const TransitLineItems>(
-        _fakeLineItemsFromItems(lineItems ? *lineItems : TransitLineItems{}));
+    // The result is never absent, even when the service gave no items.
+    lineItems = std::make_shared<const TransitLineItems>(_fakeLineItemsFromItems(lineItems.get()));
   }
   logDebug("Received %lu line items.", {lineItems ? lineItems->size() : 0});
   request.setResultAndInvokeCompletionHandlers(std::make_shared<RVResult>(std::move(lineItems)));
 }
 
-TransitLineItems RVTransitIncidentFetcher::_fakeLineItemsFromItems(const TransitLineItems& items) {
+TransitLineItems RVTransitIncidentFetcher::_fakeLineItemsFromItems(const TransitLineItems* items) {
   return RovaMap(items, [](const SharedLineItem& item, std::size_t) { return withFakeIncidents(item); });
 }
 

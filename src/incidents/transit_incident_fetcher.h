@@ -11,23 +11,19 @@
 
 namespace linewatch {
 
-/// Fetches the user's favourite lines with their current incidents. Made for one fetch; it lives on until the
-/// fetch has ended, even if nobody keeps it.
+/// Fetches the user's favourite lines with their current incidents. Made for one fetch, which keeps it alive
+/// until it ends.
 class RVTransitIncidentFetcher : public std::enable_shared_from_this<RVTransitIncidentFetcher> {
  public:
   using Handler = RVTransitIncidentFetcherRequest::Handler;
 
   static std::shared_ptr<RVTransitIncidentFetcher> make();
 
-  /// Starts the fetch and returns. The handler, if any, is called on the main thread once the fetch has
-  /// ended, never before this call has returned. The result is the service's line items in its own order, an
-  /// empty list when no favourite is a line, or the service's error. Main thread.
+  /// Starts the fetch and returns. The handler, which may be empty, is called on the main thread when the
+  /// fetch ends, never before this call has returned. The result is the service's line items in the service's
+  /// order, an empty list when no favourite is a line, or the service's error. Main thread.
   std::shared_ptr<RVTransitIncidentFetcherRequest> fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
       Handler completionHandler);
-
-  /// The items with fake incidents on some of those that have none. A random number is drawn for each such
-  /// item.
-  static TransitLineItems _fakeLineItemsFromItems(const TransitLineItems& items);
 
  private:
   using Request = detail::RVTransitIncidentFetcherRequest;
@@ -35,9 +31,13 @@ class RVTransitIncidentFetcher : public std::enable_shared_from_this<RVTransitIn
   RVTransitIncidentFetcher() = default;
 
   void fetchIncidentsForFavorites(const Favorites& favorites, const std::shared_ptr<Request>& request);
-  void _fetchIncidentsForLines(const std::vector<SharedLine>& lines, const std::shared_ptr<Request>& request);
+  void _fetchIncidentsForLines(const std::vector<SharedLine>& lines,
+                               const std::shared_ptr<Request>& withRequest);
   static void finish(Request& request, std::shared_ptr<const TransitLineItems> lineItems,
                      std::optional<Error> error);
+  /// Adds fake incidents to some of the items that have none: one random number is drawn for each such item.
+  /// `items` may be null, which counts as empty.
+  static TransitLineItems _fakeLineItemsFromItems(const TransitLineItems* items);
 };
 
 }  // namespace linewatch

@@ -12,7 +12,7 @@ void RVTransitIncidentFetcherRequest::addHandler(Handler handler) {
   if (!handler) return;
   std::shared_ptr<RVResult> result;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!result_) {
       handlers_.push_back(std::move(handler));
       return;
@@ -23,12 +23,12 @@ void RVTransitIncidentFetcherRequest::addHandler(Handler handler) {
 }
 
 std::shared_ptr<RVResult> RVTransitIncidentFetcherRequest::result() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return result_;
 }
 
 std::vector<RVTransitIncidentFetcherRequest::Handler> RVTransitIncidentFetcherRequest::handlers() const {
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   return handlers_;
 }
 
@@ -36,7 +36,7 @@ void RVTransitIncidentFetcherRequest::setResultAndInvokeCompletionHandlers(
     const std::shared_ptr<RVResult>& result) {
   std::vector<Handler> snapshot;
   {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     result_ = result;
     snapshot = handlers_;
   }

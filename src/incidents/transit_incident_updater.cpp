@@ -19,8 +19,8 @@ void add(RVTransitIncidentUpdater::Dates& dates, const std::optional<Date>& date
   if (date) dates.insert(*date);
 }
 
-/// When the incident changes what a list shows. One that has yet to begin gives its end as well, be that past
-/// or not; one that has ended gives nothing.
+/// Adds the dates at which the incident changes the list. A future incident adds its end too, even a past
+/// one; an incident that has ended adds nothing.
 void addDatesOf(const TransitIncident& incident, Date now, RVTransitIncidentUpdater::Dates& dates) {
   const auto start = incident.startDate();
   const auto end = incident.endDate();

@@ -11,25 +11,25 @@ namespace linewatch {
 class Timer;
 class RVTransitIncidentUpdater;
 
-/// Hears when the list has become old. Main thread.
+/// Is told when the list has to be rebuilt or fetched again. Main thread.
 class RVTransitIncidentUpdaterObserver {
  public:
   virtual ~RVTransitIncidentUpdaterObserver() = default;
 
-  /// An incident has begun or ended: the list is to be built again from the same data.
+  /// An incident has begun or ended: the list must be rebuilt from the same data.
   virtual void transitIncidentUpdaterDateExpired(RVTransitIncidentUpdater& updater, Date date) = 0;
-  /// The refresh interval has passed: the data is to be fetched again.
+  /// The refresh interval has passed: the data should be fetched again.
   virtual void transitIncidentUpdaterNeedsRefresh(RVTransitIncidentUpdater& updater) = 0;
 };
 
-/// Tells its observer when one set of line items needs to be shown or fetched anew: at each start and end of
-/// an incident, and whenever the refresh interval has passed. Main thread.
+/// Tells its observer when a list made from a set of line items is out of date: at each start and end of an
+/// incident, and each time the refresh interval has passed. Main thread.
 ///
-/// It runs from the moment it is made. The main loop keeps it alive until it is invalidated, so whoever made
-/// it invalidates it.
+/// It runs from its construction. The main loop keeps it alive until it is invalidated, so its owner must
+/// invalidate it.
 class RVTransitIncidentUpdater : public std::enable_shared_from_this<RVTransitIncidentUpdater> {
  public:
-  /// Distinct, the next one first.
+  /// Distinct dates, the earliest first.
   using Dates = std::set<Date>;
 
   static std::shared_ptr<RVTransitIncidentUpdater> make(TransitLineItems lineItems, Seconds refreshInterval);
@@ -37,20 +37,19 @@ class RVTransitIncidentUpdater : public std::enable_shared_from_this<RVTransitIn
   RVTransitIncidentUpdater(const RVTransitIncidentUpdater&) = delete;
   RVTransitIncidentUpdater& operator=(const RVTransitIncidentUpdater&) = delete;
 
-  /// Known weakly; one that is gone hears nothing.
+  /// A weak reference; an observer that is gone is told nothing.
   void setObserver(std::weak_ptr<RVTransitIncidentUpdaterObserver> observer) {
     observer_ = std::move(observer);
   }
   std::shared_ptr<RVTransitIncidentUpdaterObserver> observer() const { return observer_.lock(); }
 
-  /// The dates that have not been reported yet, as they are at this moment. They are read off the incidents
-  /// once, when the updater is made. Dates behind one that is already past when its turn comes stay and are
-  /// never reported.
+  /// A snapshot of the dates not yet reported. They are computed once, at construction. When the earliest
+  /// date is already past, no timer is armed: that date and all later ones stay and are never reported.
   Dates updateDates() const { return dates_; }
   const TransitLineItems& lineItems() const { return lineItems_; }
   Seconds refreshInterval() const { return refreshInterval_; }
 
-  /// Nothing is reported any more.
+  /// Stops both timers; nothing is reported afterwards.
   void invalidate();
 
  private:
@@ -62,7 +61,7 @@ class RVTransitIncidentUpdater : public std::enable_shared_from_this<RVTransitIn
   void _schedulateNextUpdate();
   void _nextUpdateTimerFired();
   void _autoRefreshTimerFired();
-  /// Removes the next date; now when there is none.
+  /// Removes the earliest date and returns it; the current date when none is left.
   Date takeNextDate();
 
   Dates dates_;

@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// Full opacity, and the faint one of rows that stand for no single line: single-precision 0.2.
+/// The opacity of line artworks, and the faint one of generic images: 0.2 in single precision.
 inline constexpr double kFullAlpha = 1.0;
 inline constexpr double kFaintAlpha = static_cast<double>(0.2F);
 
@@ -22,7 +22,7 @@ class RVConfiguredArtwork : public Object {
   double alpha() const { return alpha_; }
 
   bool isEqual(const Object& other) const override;
-  /// Sources that are not equal by themselves are still equal when their secure archives are the same bytes.
+  /// Sources that are unequal by `isEqual` still count as equal when their secure archives are identical.
   bool isEqualToConfiguredArtwork(const RVConfiguredArtwork& other) const;
   std::size_t hash() const override { return hash_; }
   std::string description() const override;

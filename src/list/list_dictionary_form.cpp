@@ -15,7 +15,7 @@ namespace linewatch {
 
 namespace {
 
-/// The part's fields that are set; the first one always, so that the part can be seen to be there.
+/// The part's fields that are set. The first field is always there, to show that the part is present.
 template <class Part>
 Dictionary formOfPart(const Part& part) {
   Dictionary form = fields::dictionary(part);
@@ -64,13 +64,19 @@ Value formOf(const std::optional<TransitArtworks>& artworks) {
   return forms;
 }
 
+Value formOf(const std::optional<TransitItems>& items) {
+  if (!items) return noValue();
+  Array forms;
+  forms.reserve(items->size());
+  for (const SharedTransitItem& item : *items) forms.push_back(dictionaryForm(*item));
+  return forms;
+}
+
 }  // namespace
 
 Dictionary dictionaryForm(const RVTransitListItem& list) {
-  Array expandedItems;
-  expandedItems.reserve(list.expandedItems().size());
-  for (const SharedTransitItem& item : list.expandedItems()) expandedItems.push_back(dictionaryForm(*item));
-  return {{"summaryItem", dictionaryForm(list.summaryItem())}, {"expandedItems", std::move(expandedItems)}};
+  return {{"summaryItem", dictionaryForm(list.summaryItem())},
+          {"expandedItems", formOf(list.expandedItems())}};
 }
 
 Dictionary dictionaryForm(const RVTransitItem& item) {

@@ -1,110 +1,119 @@
+#include <algorithm>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include <tsl/robin_set.h>
+
 #include "list/localized_text.h"
 #include "list/row_artwork.h"
 #include "list/transit_artwork_equality.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "platform/platform.h"
-#include "shared/hash_index.h"
-#include "shared/text_hash.h"
 
 namespace linewatch {
 
 namespace {
 
 /// Empty when neither the line nor its system has one.
-std::string_view nameStandingForLine(const TransitLineItem& line) {
+std::string_view nameOfLineOrSystem(const TransitLineItem& line) {
   if (const std::string& name = line.name(); !name.empty()) return name;
   return line.system() ? std::string_view(line.system()->name) : std::string_view();
 }
 
-/// Each name once, where it first occurs.
-std::vector<std::string_view> distinctNames(const LinesOfRow& lines) {
+/// Each name once, in the order in which the lines first give it.
+std::vector<std::string_view> distinctNames(const Lines& lines) {
   std::vector<std::string_view> names;
-  names.reserve(lines.size());
-  HashIndex seen;
-  seen.reserve(lines.size());
+  tsl::robin_set<std::string_view> known(lines.size());
   for (const TransitLineItem* line : lines) {
-    const std::string_view name = nameStandingForLine(*line);
-    if (name.empty()) continue;
-    const auto search =
-        seen.search(hashOfText(name), [&](std::uint32_t place) { return names[place] == name; });
-    if (search.place()) continue;
-    seen.enter(search, static_cast<std::uint32_t>(names.size()));
-    names.push_back(name);
+    const std::string_view name = nameOfLineOrSystem(*line);
+    if (!name.empty() && known.insert(name).second) names.push_back(name);
   }
   return names;
 }
 
-/// Of two names the first, of more all but the last joined into one text.
+/// The first of two names; of more, all but the last joined into one text.
 std::string allButLast(std::span<const std::string_view> names) {
   if (names.size() == 2) return std::string(names.front());
   return platform().localization().joinCommaDelimited(names.first(names.size() - 1));
 }
 
-/// The artwork that the systems of all lines share; null when they differ or have none. Lines without a
-/// system artwork are passed over until the first that has one.
-SharedArtwork commonSystemArtwork(const LinesOfRow& lines) {
-  const TransitArtworkDataSource* common = nullptr;
-  const SharedArtwork* result = nullptr;
+/// The artwork that the systems of all lines share; null when they differ or have none. Lines before the
+/// first system artwork may lack one, later lines may not.
+SharedArtwork commonSystemArtwork(const Lines& lines) {
+  SharedArtwork common;
   for (const TransitLineItem* line : lines) {
     const SharedArtwork& artwork = systemArtworkOfLine(*line);
-    if (common == nullptr) {
-      common = artwork.get();
-      result = &artwork;
-    } else if (!artwork || !TransitArtworkDataSourceIsEqual(artwork.get(), common)) {
+    if (!common) {
+      common = artwork;
+    } else if (!TransitArtworkDataSourceIsEqual(artwork.get(), common.get())) {
       return nullptr;
     }
   }
-  return common ? *result : nullptr;
+  return common;
 }
+
+/// The position of the first row equal to each row.
+using FirstRows = TransitItemMap<std::size_t>;
+
+bool affectsSeveralLines(const ItemToLinesMap::value_type& entry) { return entry.second.size() > 1; }
 
 }  // namespace
 
 void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
     TransitItems& items, ItemToLinesMap& itemToLinesMap) const {
-  // Rewriting adds entries, which are not rewritten again.
-  const std::size_t entryCount = itemToLinesMap.entryCount();
-  for (std::size_t entry = 0; entry < entryCount; ++entry) {
-    if (itemToLinesMap.lineCount(entry) < 2) continue;
-    SharedTransitItem& row = items[itemToLinesMap.firstRowOfEntry(entry)];
-    SharedTransitItem former = std::exchange(
-        row, itemNamingLines(itemToLinesMap.itemOfEntry(entry), itemToLinesMap.linesOfEntry(entry)));
-    itemToLinesMap.replaceItem(entry, std::move(former), *row);
+  if (std::ranges::none_of(itemToLinesMap, affectsSeveralLines)) return;
+  // The keys as they are before the map changes, in the order of the rows.
+  TransitItems keys;
+  FirstRows firstRows;
+  for (std::size_t row = 0; row < items.size(); ++row) {
+    if (firstRows.try_emplace(items[row], row).second) keys.push_back(items[row]);
+  }
+  for (const SharedTransitItem& oldItem : keys) {
+    const auto entry = itemToLinesMap.find(oldItem);
+    if (entry == itemToLinesMap.end() || !affectsSeveralLines(*entry)) continue;
+    Lines lines = std::move(entry.value());
+    itemToLinesMap.erase(entry);
+    const SharedTransitItem newItem = itemNamingLines(*oldItem, lines);
+    const std::size_t row = firstRows.at(oldItem);
+    items[row] = newItem;
+    itemToLinesMap.insert_or_assign(newItem, std::move(lines));
+    // The new row may equal another row, which may come first.
+    const auto first = firstRows.try_emplace(newItem, row).first;
+    first.value() = std::min(first.value(), row);
   }
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::itemNamingLines(const RVTransitItem& item,
-                                                                       const LinesOfRow& lines) const {
+                                                                       const Lines& lines) const {
   return std::make_shared<const RVTransitItem>(item.sharedPrimaryText(),
                                                _prependLineNames(lines, item.secondaryText()),
                                                artworkOfLines(lines), item.displayArtwork(), item.openable());
 }
 
 std::shared_ptr<const RVConfiguredArtwork> RVTransitIncidentsDataSourceBuilder::artworkOfLines(
-    const LinesOfRow& lines) const {
+    const Lines& lines) const {
   SharedArtwork common = commonSystemArtwork(lines);
   if (!common) return imageArtwork("WidgetGenericTransit", kFaintAlpha);
   return lineArtwork(std::move(common), artworkCache_);
 }
 
-std::optional<std::string> RVTransitIncidentsDataSourceBuilder::_prependLineNames(
-    const LinesOfRow& lines, const std::optional<std::string>& text) {
+OptionalText RVTransitIncidentsDataSourceBuilder::_prependLineNames(const Lines& lines,
+                                                                    const OptionalText& toText) {
   const auto names = distinctNames(lines);
-  if (names.empty()) return text;
-  const bool hasText = text && !text->empty();
+  if (names.empty()) return toText;
+  const bool hasText = toText && !toText->empty();
   const bool areTwo = names.size() == 2;
   const std::string last(names.back());
   if (names.size() == 1)
-    return hasText ? widgetText("LineWatch_Single_Line_Prepended_Incident_Text", {last, *text}) : last;
+    return hasText ? widgetText("LineWatch_Single_Line_Prepended_Incident_Text", {last, *toText}) : last;
   if (hasText)
     return widgetText(
         areTwo ? "LineWatch_2_Lines_Prepended_Incident_Text" : "LineWatch_N_Lines_Prepended_Incident_Text",
-        {allButLast(names), last, *text});
+        {allButLast(names), last, *toText});
   return widgetText(areTwo ? "LineWatch_2_Lines_Concatenated" : "LineWatch_N_Lines_Names_Concatenated",
                     {allButLast(names), last});
 }

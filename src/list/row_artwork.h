@@ -8,18 +8,17 @@
 
 namespace linewatch {
 
-/// The artwork of a row that shows an image of the widget's own.
+/// A row's artwork that shows one of the widget's images.
 std::shared_ptr<const RVConfiguredArtwork> imageArtwork(std::string imageName, double alpha);
 
-/// The artwork of a row that shows a line's or a system's artwork at the size of rows; the description may be
-/// null.
+/// A row's artwork that shows a line's or a system's artwork at the row size. The description may be null.
 std::shared_ptr<const RVConfiguredArtwork> lineArtwork(SharedArtwork artworkDataSource,
                                                        std::shared_ptr<ArtworkDataSourceCache> artworkCache);
 
-/// What stands for a line alone: its alternate artwork, else its system's; null when it has neither.
+/// The line's alternate artwork, else its system's artwork; null when it has neither.
 const SharedArtwork& artworkStandingForLine(const TransitLineItem& line);
 
-/// The artwork of the line's system; null when there is none.
+/// The artwork of the line's system; null without a system or an artwork.
 const SharedArtwork& systemArtworkOfLine(const TransitLineItem& line);
 
 }  // namespace linewatch

@@ -1,3 +1,7 @@
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <unordered_set>
 #include <utility>
 
@@ -8,7 +12,6 @@
 #include "platform/companion_application.h"
 #include "platform/platform.h"
 #include "platform/transit_storage_incident.h"
-#include "shared/hash_index.h"
 #include "shared/rova_map.h"
 #include "wire/keyed_archiver.h"
 
@@ -16,47 +19,50 @@ namespace linewatch {
 
 namespace {
 
-/// Gathers artworks, each distinct one once, in the order in which they first come.
+struct ArtworkHash {
+  std::size_t operator()(const SharedArtwork& artwork) const { return hash(*artwork); }
+};
+struct ArtworksEqual {
+  bool operator()(const SharedArtwork& a, const SharedArtwork& b) const {
+    return TransitArtworkDataSourceIsEqual(a.get(), b.get());
+  }
+};
+
+/// Each distinct artwork once, in the order in which the rows and their lines first show it.
 class DistinctArtworks {
  public:
   void add(const SharedArtwork& artwork) {
-    // Lines often come in runs that share one description.
+    // Rows of one line come in a run.
     if (!artwork || (!artworks_.empty() && artwork == artworks_.back())) return;
-    const auto search = seen_.search(hash(*artwork), [&](std::uint32_t place) {
-      return TransitArtworkDataSourceIsEqual(artwork.get(), artworks_[place].get());
-    });
-    if (search.place()) return;
-    seen_.enter(search, static_cast<std::uint32_t>(artworks_.size()));
-    artworks_.push_back(artwork);
+    if (known_.insert(artwork).second) artworks_.push_back(artwork);
   }
   TransitArtworks take() { return std::move(artworks_); }
 
  private:
   TransitArtworks artworks_;
-  HashIndex seen_;
+  std::unordered_set<SharedArtwork, ArtworkHash, ArtworksEqual> known_;
 };
 
-/// In the order of the rows, and of the lines that list each. Rows that share an entry add nothing after the
-/// first.
-TransitArtworks artworksOfRows(const ItemToLinesMap& itemToLinesMap, std::size_t rowCount) {
+TransitArtworks artworksOfItems(const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
   DistinctArtworks artworks;
-  std::vector<bool> isDone(itemToLinesMap.entryCount());
-  for (std::size_t row = 0; row < rowCount; ++row) {
-    const std::size_t entry = itemToLinesMap.entryOfRow(row);
-    if (isDone[entry]) continue;
-    isDone[entry] = true;
-    itemToLinesMap.forEachLine(
-        entry, [&](const TransitLineItem& line) { artworks.add(artworkStandingForLine(line)); });
+  for (const SharedTransitItem& item : items) {
+    const auto entry = itemToLinesMap.find(item);
+    if (entry == itemToLinesMap.end()) continue;
+    for (const TransitLineItem* line : entry->second) artworks.add(artworkStandingForLine(*line));
   }
   return artworks.take();
 }
 
-std::size_t countLines(std::span<const TransitLineItem* const> lines) {
+/// How many different lines the incidents were first listed by.
+std::size_t countLines(const TransitIncidents& incidents,
+                       const IncidentsToLineMapping& incidentsToLineMapping) {
   std::unordered_set<std::uint64_t> muids;
   const TransitLineItem* last = nullptr;
-  for (const TransitLineItem* line : lines) {
-    if (line != last) muids.insert(line->muid());
-    last = line;
+  for (const SharedIncident& incident : incidents) {
+    const auto line = incidentsToLineMapping.find(incident->muid());
+    if (line == incidentsToLineMapping.end() || line->second == last) continue;
+    last = line->second;
+    muids.insert(last->muid());
   }
   return muids.size();
 }
@@ -64,10 +70,10 @@ std::size_t countLines(std::span<const TransitLineItem* const> lines) {
 }  // namespace
 
 std::shared_ptr<const RVTransitSummaryItem> RVTransitIncidentsDataSourceBuilder::_summaryItemForIncidents(
-    const TransitIncidents& incidents, const ItemToLinesMap& itemToLinesMap) {
+    const TransitIncidents& incidents, const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
   return std::make_shared<const RVTransitSummaryItem>(
       kestrowText("LineWatch_Summary_advisory_count", {std::uint64_t{incidents.size()}}),
-      artworksOfRows(itemToLinesMap, incidents.size()), _activityDataForIncidents(incidents));
+      artworksOfItems(items, itemToLinesMap), _activityDataForIncidents(incidents));
 }
 
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_activityDataForIncidents(
@@ -83,10 +89,10 @@ std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_incidentsOverflowItemForIncidents(
-    const TransitIncidents& incidents, std::span<const TransitLineItem* const> linesOfIncidents) {
+    const TransitIncidents& incidents, const IncidentsToLineMapping& incidentsToLineMapping) {
   return std::make_shared<const RVTransitItem>(
       _advisoriesOverflowTitleForIncidentCount(incidents.size()),
-      _advisoriesOverflowSecondaryTextForLineItemsCount(countLines(linesOfIncidents)),
+      _advisoriesOverflowSecondaryTextForLineItemsCount(countLines(incidents, incidentsToLineMapping)),
       imageArtwork("advisories-v2", kFaintAlpha), /*displayArtwork=*/true,
       _activityDataForIncidents(incidents));
 }

@@ -4,9 +4,8 @@
 
 namespace linewatch {
 
-/// Whether two artwork descriptions show the same thing, field by field; each may be null, and two null ones
-/// are equal. Only the fields that identify an artwork take part: `hash(const TransitArtworkDataSource&)`
-/// agrees with it.
+/// Compares the fields of two artwork descriptions that identify an artwork. Each may be null; two null
+/// descriptions are equal. Equal descriptions have the same `hash(const TransitArtworkDataSource&)`.
 bool TransitArtworkDataSourceIsEqual(const TransitArtworkDataSource* a, const TransitArtworkDataSource* b);
 
 }  // namespace linewatch

@@ -9,8 +9,8 @@
 
 namespace linewatch {
 
-/// Makes the list of a failed fetch: one row that says that nothing could be loaded, and why as far as the
-/// device can tell when the list is first asked for. The error itself is kept but not consulted.
+/// Builds the list of a failed fetch: one row that says that loading failed, with the reason that the device
+/// gives when the list is first asked for. The error is kept but not read.
 class RVTransitIncidentDataSourceErrorBuilder final : public RVTransitItemDataSourceBuilder {
  public:
   explicit RVTransitIncidentDataSourceErrorBuilder(Error error) : error_(std::move(error)) {}

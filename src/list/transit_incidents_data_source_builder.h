@@ -3,24 +3,25 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "activity/user_activity_data.h"
+#include "list/incident_rows.h"
 #include "list/item_to_lines_map.h"
+#include "list/listed_line.h"
 #include "list/transit_incident_filter.h"
 #include "list/transit_item_data_source_builder.h"
 
 namespace linewatch {
 
-/// Makes the list of a user's lines: a row for each incident in force, the lines that share one named in it,
-/// a row for the lines that run well, and a row for what goes beyond the row limit. Time and memory grow in
+/// Builds the list of a user's lines: a row for each incident in force that names the lines sharing it, one
+/// row for the lines in good service, and one for the incidents beyond the row limit. Time and memory grow in
 /// proportion to the lines and the incidents that they list.
 class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSourceBuilder {
  public:
-  /// `lineItems` in the order of the rows to be. Builds nothing yet.
+  /// Rows follow the order of `lineItems`. `maxNumberOfItems` 0 means no limit; `artworkCache` and
+  /// `analytics` may be null. Builds nothing yet.
   RVTransitIncidentsDataSourceBuilder(std::shared_ptr<const TransitLineItems> lineItems,
                                       std::uint64_t maxNumberOfItems,
                                       std::shared_ptr<ArtworkDataSourceCache> artworkCache,
@@ -32,8 +33,8 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
   std::uint64_t maxNumberOfItems() const { return maxNumberOfItems_; }
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
 
-  /// Filter and analytics can be replaced until the list is first asked for. Without a filter of its own the
-  /// builder makes the usual one; without analytics nothing is recorded.
+  /// Filter and analytics can be replaced until the first call of `listItem`. The builder makes a default
+  /// filter when it has none; without analytics nothing is recorded.
   const std::shared_ptr<RVTransitIncidentFilter>& incidentFilter();
   void setIncidentFilter(std::shared_ptr<RVTransitIncidentFilter> filter) {
     incidentFilter_ = std::move(filter);
@@ -44,50 +45,40 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
   }
 
  private:
-  /// What one build gathers while it walks the lines.
-  struct Rows;
-  /// What every row of one line shares: its artwork, and what opens it (absent until it is first asked for,
-  /// null when it cannot be made).
-  struct LineProducts {
-    const TransitLineItem* line = nullptr;
-    std::shared_ptr<const RVConfiguredArtwork> artwork;
-    std::optional<std::shared_ptr<const RVUserActivityData>> activityData;
-  };
-
   std::shared_ptr<const RVTransitListItem> _buildTransitListItem();
-  std::shared_ptr<const RVTransitListItem> noFavoritesList();
-  Rows collectRows();
-  bool addRowOrLine(const TransitLineItem& line, std::size_t index, Rows& rows);
-  TransitItems expandedItems(Rows rows) const;
-  void record(const Rows& rows) const;
+  std::shared_ptr<const RVTransitListItem> listWithoutFavorites() const;
+  void record(const IncidentRows& rows) const;
 
-  SharedTransitItem _itemForIncidentAtIndex(std::size_t index, const TransitLineItem& line);
-  /// The products of the line whose rows are being made; made with its first row.
-  LineProducts& productsOfLine(const TransitLineItem& line);
-  std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(const TransitLineItem& line);
+  // Incident rows.
+  /// Adds the rows of a line's incidents, and the line to the rows that earlier lines have made. False when
+  /// it made no new row.
+  bool addRowsOfLine(const TransitLineItem& line, IncidentRows& rows);
+  static SharedTransitItem _itemForIncidentAtIndex(std::size_t index, ListedLine& inLine);
+  static std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(ListedLine& line);
 
+  // Rows of good service.
   SharedTransitItem _allClearItem() const;
   std::string _allClearSecondaryText() const;
-  static SharedTransitItem _clearServiceItemForLines(std::size_t lineCount);
-  static std::string _clearServiceSecondaryTextForLines(std::size_t lineCount);
+  static SharedTransitItem _clearServiceItemForLines(const Lines& lines);
+  static std::string _clearServiceSecondaryTextForLines(const Lines& lines);
   static std::shared_ptr<const RVOpenable> _urlForFavorites();
 
-  void applyRowLimit(TransitItems& items, bool endsWithGoodService, const Rows& rows) const;
+  void applyRowLimit(TransitItems& expandedItems, bool endsWithGoodService, const IncidentRows& rows) const;
 
   // Incidents that several lines share.
   void _updateItemsAffectingSeveralLines(TransitItems& items, ItemToLinesMap& itemToLinesMap) const;
-  SharedTransitItem itemNamingLines(const RVTransitItem& item, const LinesOfRow& lines) const;
-  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(const LinesOfRow& lines) const;
-  static std::optional<std::string> _prependLineNames(const LinesOfRow& lines,
-                                                      const std::optional<std::string>& text);
+  SharedTransitItem itemNamingLines(const RVTransitItem& item, const Lines& lines) const;
+  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(const Lines& lines) const;
+  /// Absent only when `toText` is absent and no line has a name.
+  static OptionalText _prependLineNames(const Lines& lines, const OptionalText& toText);
 
   // Rows that stand for several incidents.
   static std::shared_ptr<const RVTransitSummaryItem> _summaryItemForIncidents(
-      const TransitIncidents& incidents, const ItemToLinesMap& itemToLinesMap);
+      const TransitIncidents& incidents, const TransitItems& items, const ItemToLinesMap& itemToLinesMap);
   static std::shared_ptr<const RVUserActivityData> _activityDataForIncidents(
       const TransitIncidents& incidents);
   static SharedTransitItem _incidentsOverflowItemForIncidents(
-      const TransitIncidents& incidents, std::span<const TransitLineItem* const> linesOfIncidents);
+      const TransitIncidents& incidents, const IncidentsToLineMapping& incidentsToLineMapping);
   static std::string _advisoriesOverflowTitleForIncidentCount(std::uint64_t count);
   static std::string _advisoriesOverflowSecondaryTextForLineItemsCount(std::uint64_t count);
 
@@ -97,7 +88,6 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
   std::shared_ptr<ArtworkDataSourceCache> artworkCache_;
   std::shared_ptr<RVTransitIncidentFilter> incidentFilter_;
   std::shared_ptr<RVTransitIncidentsAnalyticsDelegate> analytics_;
-  LineProducts currentLine_;
 };
 
 }  // namespace linewatch

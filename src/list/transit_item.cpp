@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "shared/number_hash.h"
-#include "shared/text_hash.h"
 
 namespace linewatch {
 
@@ -16,7 +15,7 @@ namespace {
 
 const std::size_t kHashOfTrue = hashOfNumber(std::uint64_t{1});
 
-std::size_t hashOrZero(const SharedText& text) { return *text ? hashOfText(**text) : 0; }
+std::size_t hashOrZero(const SharedText& text) { return *text ? std::hash<std::string>{}(**text) : 0; }
 
 std::string addressOf(const void* object) {
   char text[32];
@@ -40,7 +39,7 @@ RVTransitItem::RVTransitItem(SharedText primaryText, SharedText secondaryText,
       displayArtwork_(displayArtwork),
       openable_(std::move(openable)) {}
 
-std::shared_ptr<const RVTransitItem> RVTransitItem::copy() const {
+std::shared_ptr<const RVTransitItem> RVTransitItem::copyWithZone() const {
   return std::make_shared<const RVTransitItem>(primaryText_, secondaryText_, artwork_, displayArtwork_,
                                                openable_);
 }

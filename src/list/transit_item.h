@@ -12,7 +12,7 @@
 
 namespace linewatch {
 
-/// One row of the list: an incident, good service, the incidents that do not fit, no favourites, or an error.
+/// One row of the list: an incident, good service, the overflow of incidents, no favourites, or an error.
 /// Immutable.
 class RVTransitItem : public Object {
  public:
@@ -24,14 +24,14 @@ class RVTransitItem : public Object {
 
   const OptionalText& primaryText() const { return *primaryText_; }
   const OptionalText& secondaryText() const { return *secondaryText_; }
-  /// For another row that has this text too.
+  /// For another row with the same text.
   const SharedText& sharedPrimaryText() const { return primaryText_; }
   const std::shared_ptr<const RVConfiguredArtwork>& artwork() const { return artwork_; }
   bool displayArtwork() const { return displayArtwork_; }
   const std::shared_ptr<const RVOpenable>& openable() const { return openable_; }
 
-  /// A new item with the same values.
-  std::shared_ptr<const RVTransitItem> copy() const;
+  /// A new item with the same values. The system's allocation zones have no counterpart here.
+  std::shared_ptr<const RVTransitItem> copyWithZone() const;
 
   /// Only two objects of exactly this class can be equal.
   bool isEqual(const Object& other) const override;

@@ -11,20 +11,20 @@ namespace linewatch {
 
 class ArtworkDataSourceCache;
 
-/// Makes one list. Main thread.
+/// Builds one list. Main thread.
 class RVTransitItemDataSourceBuilder {
  public:
   virtual ~RVTransitItemDataSourceBuilder() = default;
-  /// Built on the first call; every later call gives the same object.
+  /// Builds the list on the first call and returns the same object on every later call.
   virtual std::shared_ptr<const RVTransitListItem> listItem() = 0;
 };
 
-/// A row limit that limits nothing.
+/// The row limit that means no limit.
 inline constexpr std::uint64_t kNoRowLimit = ~std::uint64_t{0};
 
-/// A new builder for the outcome of a fetch: of the error row for a failure, of the incidents for a success,
-/// null for a result that is neither. `maxNumberOfItems` 0 means no limit; `artworkCache` and `analytics` may
-/// be null.
+/// A new builder for the outcome of a fetch: the error builder for a failure, the incidents builder for a
+/// success, null for a result that is neither. `maxNumberOfItems` 0 means no limit; `artworkCache` and
+/// `analytics` may be null.
 std::unique_ptr<RVTransitItemDataSourceBuilder> RVTransitDataSourceBuilderForResult(
     const RVResult& result, std::uint64_t maxNumberOfItems,
     std::shared_ptr<ArtworkDataSourceCache> artworkCache,

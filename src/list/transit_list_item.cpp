@@ -6,7 +6,7 @@ namespace linewatch {
 
 namespace {
 
-/// The summary row as an object, whatever its kind; null when there is none.
+/// The summary row as an object; null when there is none.
 const Object* objectOf(const SummaryItem& summary) {
   struct {
     const Object* operator()(std::monostate) const { return nullptr; }
@@ -26,10 +26,10 @@ bool areEqual(const SummaryItem& a, const SummaryItem& b) {
   return one == other || (one && other && one->isEqual(*other));
 }
 
-RVTransitListItem::RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems)
+RVTransitListItem::RVTransitListItem(SummaryItem summaryItem, std::optional<TransitItems> expandedItems)
     : summaryItem_(std::move(summaryItem)), expandedItems_(std::move(expandedItems)) {
   if (!objectOf(summaryItem_)) summaryItem_ = std::monostate();
-  std::erase(expandedItems_, nullptr);
+  if (expandedItems_) std::erase(*expandedItems_, nullptr);
 }
 
 bool RVTransitListItem::isEqual(const Object& other) const {
@@ -39,19 +39,22 @@ bool RVTransitListItem::isEqual(const Object& other) const {
 }
 
 bool RVTransitListItem::isEqualToListItem(const RVTransitListItem& other) const {
-  return areEqual(summaryItem_, other.summaryItem_) && areEqual(expandedItems_, other.expandedItems_);
+  if (!areEqual(summaryItem_, other.summaryItem_)) return false;
+  if (!expandedItems_ || !other.expandedItems_) return !expandedItems_ && !other.expandedItems_;
+  return areEqual(*expandedItems_, *other.expandedItems_);
 }
 
 std::size_t RVTransitListItem::hash() const {
   const Object* summary = objectOf(summaryItem_);
-  return (summary ? summary->hash() : 0) ^ expandedItems_.size();
+  return (summary ? summary->hash() : 0) ^ (expandedItems_ ? expandedItems_->size() : 0);
 }
 
 std::string RVTransitListItem::description() const {
   const Object* summary = objectOf(summaryItem_);
   std::string text =
       "<" + classNameOf(*this) + " | summary: " + (summary ? summary->description() : "(null)");
-  for (const SharedTransitItem& item : expandedItems_) text += " | " + item->description();
+  for (const SharedTransitItem& item : expandedItems_.value_or(TransitItems{}))
+    text += " | " + item->description();
   return text + ">";
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -11,21 +12,23 @@
 
 namespace linewatch {
 
-/// The row of the compact list: none, a row that stands for itself, or one that stands for several incidents.
+/// The row of the compact list: none, a single row, or the summary of several incidents.
 using SummaryItem =
     std::variant<std::monostate, SharedTransitItem, std::shared_ptr<const RVTransitSummaryItem>>;
 
 bool areEqual(const SummaryItem& a, const SummaryItem& b);
 
-/// The whole list: its one row when compact, and its rows from top to bottom when expanded (none: it does not
-/// expand). Immutable; two are equal when all their rows are.
+/// The whole list: its one row when compact, and its rows from top to bottom when expanded. Immutable; two
+/// lists are equal when all their rows are.
 class RVTransitListItem : public Object {
  public:
-  /// A row that is null is no row: the list holds none.
-  RVTransitListItem(SummaryItem summaryItem, TransitItems expandedItems);
+  /// `expandedItems` may be absent, which is unequal to empty. Null rows are left out.
+  RVTransitListItem(SummaryItem summaryItem, std::optional<TransitItems> expandedItems);
 
   const SummaryItem& summaryItem() const { return summaryItem_; }
-  const TransitItems& expandedItems() const { return expandedItems_; }
+  const std::optional<TransitItems>& expandedItems() const { return expandedItems_; }
+  /// Whether there is anything to show beyond the compact row.
+  bool hasExpandedItems() const { return expandedItems_ && !expandedItems_->empty(); }
 
   bool isEqual(const Object& other) const override;
   bool isEqualToListItem(const RVTransitListItem& other) const;
@@ -34,7 +37,7 @@ class RVTransitListItem : public Object {
 
  private:
   SummaryItem summaryItem_;
-  TransitItems expandedItems_;
+  std::optional<TransitItems> expandedItems_;
 };
 
 }  // namespace linewatch

@@ -14,11 +14,11 @@ namespace linewatch {
 
 using TransitArtworks = std::vector<SharedArtwork>;
 
-/// The compact row that stands for two or more incidents. Immutable.
+/// The compact row that sums up two or more incidents. Immutable.
 class RVTransitSummaryItem : public Object {
  public:
-  /// Each may be absent. `artworks` holds the distinct artworks of the lines affected, in the order to show
-  /// them.
+  /// Each argument may be absent. `artworks` holds the distinct artworks of the affected lines in display
+  /// order.
   RVTransitSummaryItem(std::optional<std::string> text, std::optional<TransitArtworks> artworks,
                        std::shared_ptr<const RVUserActivityData> userActivityData);
 
@@ -27,7 +27,8 @@ class RVTransitSummaryItem : public Object {
   const std::shared_ptr<const RVUserActivityData>& userActivityData() const { return userActivityData_; }
 
   bool isEqual(const Object& other) const override;
-  /// The artworks are compared one by one by what they describe; an absent list is not an empty one.
+  /// Compares the artworks pairwise with `TransitArtworkDataSourceIsEqual`. An absent list is unequal to an
+  /// empty one.
   bool isEqualToSummaryItem(const RVTransitSummaryItem& other) const;
   std::size_t hash() const override;
   std::string description() const override;

@@ -11,7 +11,7 @@
 
 namespace linewatch {
 
-/// Something that an incident affects.
+/// A line, stop or other part of the network that an incident affects.
 class TransitIncidentEntity {
  public:
   virtual ~TransitIncidentEntity() = default;
@@ -23,9 +23,9 @@ class TransitIncidentEntity {
 
 using TransitIncidentEntities = std::vector<std::shared_ptr<const TransitIncidentEntity>>;
 
-/// A disruption of service on one or more lines. Two records with one `muid` are the same incident.
+/// A disruption of service on one or more lines. Records with the same `muid` are the same incident.
 ///
-/// Read on any thread; a record that others can see does not change.
+/// Readable on any thread: a shared record never changes.
 class TransitIncident {
  public:
   virtual ~TransitIncident() = default;
@@ -33,9 +33,9 @@ class TransitIncident {
   virtual std::uint64_t muid() const = 0;
   /// True when nothing runs.
   virtual bool isBlockingIncident() const = 0;
-  /// Absent: since always.
+  /// When the incident begins; absent when it has no beginning.
   virtual std::optional<Date> startDate() const = 0;
-  /// Absent: until further notice.
+  /// When the incident ends; absent when that is not known.
   virtual std::optional<Date> endDate() const = 0;
   virtual const OptionalText& title() const = 0;
   virtual const OptionalText& summary() const = 0;
@@ -43,7 +43,7 @@ class TransitIncident {
   virtual const OptionalText& messageForRoutePlanning() const = 0;
   virtual const OptionalText& messageForRouteStepping() const = 0;
   virtual const OptionalText& messageForNonRoutable() const = 0;
-  /// A page with more about it.
+  /// The address of a page about the incident.
   virtual const OptionalText& infoURL() const = 0;
   virtual std::int64_t iconType() const = 0;
   virtual std::optional<Date> creationDate() const = 0;

@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// What the analytics logger is told about the session that an event belongs to.
+/// The session of an event, for the analytics logger.
 struct UserSessionSnapshot {
   std::string sessionIdentifier;
 };
@@ -18,11 +18,12 @@ class UserSession {
  public:
   virtual ~UserSession() = default;
 
-  /// Makes the session's identifier known to the companion application if `share`, anew if `reset`.
+  /// Shares the session's identifier with the companion application if `share`; replaces the identifier first
+  /// if `reset`.
   virtual void sessionEntity(bool share, bool reset) = 0;
-  /// The URL that carries the shared session along.
+  /// The URL with the shared session added.
   virtual URL sharedSessionPunchOutURL(const std::string& absoluteString) = 0;
-  /// The user info that carries the shared session along.
+  /// The user info with the shared session added.
   virtual Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) = 0;
   virtual UserSessionSnapshot snapshot() = 0;
 };

@@ -149,7 +149,7 @@ std::shared_ptr<const RVTransitListItem> RVTransitIncidentDataSource::builtListI
 
 bool RVTransitIncidentDataSource::_sanatizedExpandedValue(bool expanded,
                                                           const RVTransitListItem* forListItem) {
-  if (!expanded || (forListItem && !forListItem->expandedItems().empty())) return expanded;
+  if (!expanded || (forListItem && forListItem->hasExpandedItems())) return expanded;
   logError(kExpandingRefused, {forListItem ? forListItem->description() : "(null)"});
   return false;
 }
@@ -163,7 +163,8 @@ void RVTransitIncidentDataSource::notifyDelegate() {
 /// The summary comes last: its column width stays, for the expanded rows too.
 void RVTransitIncidentDataSource::_updateAdjustedShieldItemsAndColumnWidth() {
   if (!shieldAdjustedExpandedItems_) {
-    shieldAdjustedExpandedItems_ = fittedIntoColumn(listItem_ ? listItem_->expandedItems() : TransitItems{});
+    shieldAdjustedExpandedItems_ =
+        fittedIntoColumn(listItem_ ? listItem_->expandedItems().value_or(TransitItems{}) : TransitItems{});
   }
   if (!shieldAjustedSummaryItem_) shieldAjustedSummaryItem_ = summaryFittedIntoColumn();
 }

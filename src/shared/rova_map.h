@@ -31,11 +31,10 @@ T rovaMapValue(T&& pointer) {
 
 }  // namespace detail
 
-/// The values that `operation` gives for the elements of `collection`, in the collection's own order.
+/// Transforms each element of `collection` with `operation` and returns the results in order.
 ///
-/// `operation(element, position)` gives a std::optional or a pointer; an empty one is left out. The position
-/// counts every element before this one, those that gave nothing included. The result has no gaps and is
-/// never absent.
+/// `operation(element, position)` returns a std::optional or a pointer; empty results are left out. Positions
+/// count from 0 and include the elements with empty results. The returned list is never absent.
 template <std::ranges::input_range Collection, class Operation>
 auto RovaMap(const Collection& collection, Operation&& operation) {
   using Result = std::remove_cvref_t<

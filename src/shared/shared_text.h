@@ -8,18 +8,18 @@
 
 namespace linewatch {
 
-/// A text, or none. Absent is not the same as empty.
+/// A text or none. Absent and empty differ.
 using OptionalText = std::optional<std::string>;
 
-/// A text, or none, that never changes, so that copies share it. Read on any thread.
+/// An immutable text or none. Copies share the text. Readable on any thread.
 class SharedText {
  public:
-  /// None.
+  /// No text.
   SharedText() = default;
-  /// Whatever gives an optional text: a text, a literal, none.
+  /// From a text, a literal or none.
   template <std::convertible_to<OptionalText> T>
   SharedText(T text) : text_(std::make_shared<const OptionalText>(std::move(text))) {}
-  /// A text that is part of `owner`, which lives as long as a copy of this does.
+  /// A text that is part of `owner`. The copies keep `owner` alive.
   template <class Owner>
   static SharedText partOf(std::shared_ptr<const Owner> owner, const OptionalText& text) {
     return SharedText(std::shared_ptr<const OptionalText>(std::move(owner), &text));
@@ -28,7 +28,7 @@ class SharedText {
   const OptionalText& operator*() const { return text_ ? *text_ : none(); }
   const OptionalText* operator->() const { return &**this; }
 
-  /// By the texts.
+  /// Compares the texts.
   friend bool operator==(const SharedText& a, const SharedText& b) { return a.text_ == b.text_ || *a == *b; }
 
  private:

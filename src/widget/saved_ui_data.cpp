@@ -13,7 +13,7 @@ namespace {
 
 using SharedState = std::shared_ptr<const RVTransitIncidentViewControllerState>;
 
-// Whole, so that a line of the log can be searched for.
+// On one line, so that the text of a log line can be found here.
 // clang-format off
 constexpr std::string_view kParsingFailed =
     "Error parsing ViewModel data loaded from GroupSettings, removing it (key: %{private}@): %{private}@ - error: %{private}@";

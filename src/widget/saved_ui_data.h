@@ -7,15 +7,15 @@
 
 namespace linewatch {
 
-/// The key of the saved state in the preferences that the widget shares with the companion application.
+/// The key of the saved state in the app group's preferences.
 inline constexpr std::string_view kSavedUIDataKey = "Rova.LineWatch.savedUIData";
 
-/// Replaces the saved state. False when this one could not be archived or written; then the old one stays.
-/// Main thread.
+/// Replaces the saved state. False when the new state could not be archived or written; the old state then
+/// stays. Main thread.
 bool saveUIData(const std::shared_ptr<const RVTransitIncidentViewControllerState>& state);
 
-/// The saved state; null when there is none, or none that can be read. What fails to decode is removed. Main
-/// thread.
+/// The saved state; null when there is none or it cannot be read. A state that fails to decode is removed
+/// from the preferences. Main thread.
 std::shared_ptr<const RVTransitIncidentViewControllerState> loadSavedUIData();
 
 }  // namespace linewatch

@@ -52,7 +52,7 @@ std::shared_ptr<RVResult> decodeResult(KeyedDecoder& decoder) {
   return nullptr;
 }
 
-/// A record in an archive that is read well and holds no result: no state, but no decoding failure either.
+/// An empty state for a valid record without a result, which is not a decoding failure.
 SharedState stateOrEmpty(KeyedDecoder& decoder) {
   auto state = State::makeWithDecoder(decoder);
   return state ? state : std::make_shared<const State>(nullptr, false);

@@ -13,19 +13,19 @@
 
 namespace linewatch {
 
-/// What the widget keeps for its next showing: the last fetch result and whether it was expanded. Immutable.
+/// The saved state of the widget: the last fetch result and whether the widget was expanded. Immutable.
 ///
 ///     keys of the archive          present
-///     "lineItemResultSuccess"      the result has a success object: a list of `TransitStorageLineItem`
-///     "lineItemResultError"        else, the result has an error: the error
+///     "lineItemResultSuccess"      with a success object: a list of `TransitStorageLineItem`
+///     "lineItemResultError"        without a success object but with an error: the error
 ///     "expanded"                   always: a bool
 class RVTransitIncidentViewControllerState final : public Object, public Archivable {
  public:
   static constexpr std::string_view kArchiveClassName = "RVTransitIncidentViewControllerState";
-  /// A class name of states in archives of old; it is read, never written.
+  /// The class name in old archives: read, never written.
   static constexpr std::string_view kFormerArchiveClassName = "RVTransitListItemData";
 
-  /// `lineItemsResult` is kept as it is, and may be null.
+  /// `lineItemsResult` is shared, not copied, and may be null.
   RVTransitIncidentViewControllerState(std::shared_ptr<RVResult> lineItemsResult, bool expanded);
 
   const std::shared_ptr<RVResult>& lineItemsResult() const { return lineItemsResult_; }
@@ -33,11 +33,11 @@ class RVTransitIncidentViewControllerState final : public Object, public Archiva
 
   std::string_view archiveClassName() const override { return kArchiveClassName; }
   void encodeWithCoder(KeyedCoder& coder) const override;
-  /// Null when the parts hold no result.
+  /// Null when the archive holds no result.
   static std::shared_ptr<const RVTransitIncidentViewControllerState> makeWithDecoder(KeyedDecoder& decoder);
 
-  /// The state in the archive. Null when the bytes are no archive or hold no state, and when something in an
-  /// archive could not be decoded; only then `error` is set.
+  /// The state in the archive; null when the bytes are not an archive, hold no state or cannot be decoded.
+  /// `error` is set only in the last case.
   static std::shared_ptr<const RVTransitIncidentViewControllerState> unarchiveFromData(
       const Bytes& data, std::optional<Error>& error);
 

@@ -22,14 +22,14 @@ namespace {
 constexpr Seconds kRefreshInterval{1800};
 constexpr std::size_t kListSection = 0;
 
-/// Calling from another thread is a programming error.
+/// Ends the process: a call from another thread is a programming error.
 void requireMainThread() {
   if (platform().mainLoop().isMainThread()) return;
   std::fputs("The widget was asked to fetch on another thread than the main one.\n", stderr);
   std::abort();
 }
 
-/// A success is new data to the host, be the list the same or absent.
+/// Every result but an error is new data for the host, even when the list did not change.
 WidgetUpdateResult updateResultOf(const RVResult& result) {
   return result.error() ? WidgetUpdateResult::failed : WidgetUpdateResult::newData;
 }
@@ -48,10 +48,10 @@ RVTransitIncidentsViewController::RVTransitIncidentsViewController(std::shared_p
                                                                    const Size& viewSize)
     : extensionContext_(std::move(context)), viewSize_(viewSize) {}
 
-// The main loop keeps a running updater alive.
+// A running updater is kept alive by the main loop.
 RVTransitIncidentsViewController::~RVTransitIncidentsViewController() { setUpdater(nullptr); }
 
-// ---- The view comes and goes ----
+// ---- View lifecycle ----
 
 std::shared_ptr<ui::View> RVTransitIncidentsViewController::loadView() {
   return std::make_shared<ui::View>(ui::Rect{0, 0, viewSize_.width, viewSize_.height});
@@ -150,7 +150,7 @@ void RVTransitIncidentsViewController::setTransitLineItemResult(const std::share
   if (dataSource_) dataSource_->updateTransitLineItemResult(result, analyticsDelegate_);
 }
 
-// ---- Keeping current ----
+// ---- Refresh ----
 
 void RVTransitIncidentsViewController::_createUpdaterForTransitLineItemsIfVisible() {
   const auto lineItems = transitLineItemResult_ ? transitLineItemResult_->successObject() : nullptr;
@@ -234,7 +234,7 @@ void RVTransitIncidentsViewController::dataSourceDidSelectOpenableItem(
   });
 }
 
-// ---- What is kept for the next showing ----
+// ---- Saved state ----
 
 std::shared_ptr<const RVTransitIncidentViewControllerState>
 RVTransitIncidentsViewController::_loadSavedUIData() const {

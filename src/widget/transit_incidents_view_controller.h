@@ -19,11 +19,11 @@ namespace linewatch {
 
 class ArtworkDataSourceCache;
 
-/// The controller of the widget: what a host makes, shows and asks for updates. Main thread.
+/// The widget's principal controller, which a host makes, shows and asks for updates. Main thread.
 ///
 /// It fetches the favourite lines with their incidents, one fetch at a time, and shows them in a table that
-/// fills its view; keeps the list current while it is visible; shows the last list at once the next time;
-/// opens the row that is tapped; and records what was shown and done.
+/// fills its view. It keeps the list current while it is visible, restores the last list at the next start,
+/// opens the tapped row and records analytics.
 class RVTransitIncidentsViewController final
     : public ui::ViewController,
       public WidgetProviding,
@@ -31,8 +31,8 @@ class RVTransitIncidentsViewController final
       public RVTransitIncidentDataSourceDelegate,
       public std::enable_shared_from_this<RVTransitIncidentsViewController> {
  public:
-  /// Without a context the controller is not hosted: it shows the list, with no limit to the rows. `viewSize`
-  /// is the view's until the host gives it another.
+  /// Without a context the controller is not hosted and shows the list without a row limit. `viewSize` is the
+  /// view's initial size.
   static std::shared_ptr<RVTransitIncidentsViewController> make(std::shared_ptr<ExtensionContext> context,
                                                                 const Size& viewSize);
   ~RVTransitIncidentsViewController() override;
@@ -62,23 +62,23 @@ class RVTransitIncidentsViewController final
                                        const std::shared_ptr<const RVOpenable>& item,
                                        const ui::IndexPath& atIndexPath) override;
 
-  /// From the moment the view will appear until it will disappear.
+  /// True from `viewWillAppear` until `viewWillDisappear`.
   bool isVisible() const { return visible_; }
   /// Both null until the view is loaded.
   const std::shared_ptr<ui::TableView>& tableView() const { return tableView_; }
   const std::shared_ptr<RVTransitIncidentDataSource>& dataSource() const { return dataSource_; }
-  /// Null but while the widget is visible and holds the line items of a fetch.
+  /// Null unless the widget is visible and the last fetch gave line items.
   const std::shared_ptr<RVTransitIncidentUpdater>& updater() const { return updater_; }
   /// The fetch in flight, or null.
   const std::shared_ptr<RVTransitIncidentFetcherRequest>& request() const { return request_; }
-  /// The host's: told when a fetch has begun, whoever wanted it, and when it has ended and another may begin.
+  /// Called when a fetch begins and when it has ended, whoever started it. For the host.
   void setRequestHandler(std::function<void()> handler) { requestHandler_ = std::move(handler); }
-  /// What the last fetch gave; null until one has ended. A saved list never stands here.
+  /// The result of the last fetch; null before the first. A restored list is not stored here.
   const std::shared_ptr<RVResult>& transitLineItemResult() const { return transitLineItemResult_; }
   const std::shared_ptr<RVTransitIncidentsAnalyticsDelegate>& analyticsDelegate() const {
     return analyticsDelegate_;
   }
-  /// Made when it is first asked for.
+  /// Made on first use.
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache();
 
  protected:

@@ -3,8 +3,8 @@
 namespace linewatch {
 
 WidgetDisplayMode widgetLargestAvailableDisplayMode(const RVTransitListItem* list) {
-  return list != nullptr && !list->expandedItems().empty() ? WidgetDisplayMode::expanded
-                                                           : WidgetDisplayMode::compact;
+  return list != nullptr && list->hasExpandedItems() ? WidgetDisplayMode::expanded
+                                                     : WidgetDisplayMode::compact;
 }
 
 }  // namespace linewatch

@@ -5,8 +5,8 @@
 
 namespace linewatch {
 
-/// The largest mode in which the list has something to show: expanded when it has rows for that. A null list
-/// has none.
+/// The largest mode that the list supports: expanded when it has expanded rows. A null list supports compact
+/// only.
 WidgetDisplayMode widgetLargestAvailableDisplayMode(const RVTransitListItem* list);
 
 }  // namespace linewatch

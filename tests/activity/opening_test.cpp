@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include "activity/openable_url.h"
 #include "activity/rova_activity.h"
 #include "activity/user_activity_data.h"
+#include "simulation/forwarding_platform.h"
 #include "simulation/platform_test.h"
 #include "temporary_folder.h"
 
@@ -28,6 +30,20 @@ struct Outcome {
   int calls = 0;
   bool success = false;
   std::optional<Error> error;
+};
+
+/// A simulated platform that notes how the session is shared.
+class WatchedPlatform final : public ForwardingPlatform, public UserSession {
+ public:
+  UserSession& userSession() override { return *this; }
+  void sessionEntity(bool share, bool reset) override {
+    calls.push_back(std::string(share ? "share" : "keep") + (reset ? ", reset" : ""));
+  }
+  URL sharedSessionPunchOutURL(const std::string& absoluteString) override { return {absoluteString}; }
+  Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override { return userInfo; }
+  UserSessionSnapshot snapshot() override { return {}; }
+
+  std::vector<std::string> calls;
 };
 
 class Opening : public PlatformTest {
@@ -191,10 +207,22 @@ TEST_F(Opening, TheSessionIsCarriedAlong) {
   EXPECT_EQ(platform_->transcript().eventsNamed("openURL").at(0).field("url"), Value("rova://?t=r#s1"));
 }
 
+TEST_F(Opening, SharesTheSessionAndNeverResetsIt) {
+  const auto watched = std::make_shared<WatchedPlatform>();
+  installPlatform(watched);
+  RVUserActivityData::make("T", Dictionary{});
+  OpenableURL(URL{"rova://?t=r"}).openInContext(watched->simulated().makeViewController(), nullptr);
+  EXPECT_THAT(watched->calls, ElementsAre("share", "share"));
+}
+
 TEST_F(Opening, AURLOpensNothingWithoutTheWidgetsController) {
   const OpenableURL url(URL{"rova://?t=r"});
-  open(url);
-  open(url, std::make_shared<RovaActivity>());
+  for (const std::shared_ptr<Object>& context :
+       {std::shared_ptr<Object>(), std::shared_ptr<Object>(std::make_shared<RovaActivity>())}) {
+    open(url, context);
+    platform_->runUntilIdle();
+    EXPECT_EQ(outcome_.calls, 0);
+  }
   EXPECT_THAT(platform_->transcript().names(), IsEmpty());
   World world;
   world.host.hosted = false;

@@ -1,4 +1,7 @@
+#include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -6,6 +9,7 @@
 
 #include "analytics/transit_incidents_analytics_delegate.h"
 #include "platform/transit_records.h"
+#include "simulation/forwarding_platform.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -14,6 +18,24 @@ namespace {
 using simulation::World;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// A simulated platform that notes the arguments which the transcript leaves out.
+class WatchedPlatform final : public ForwardingPlatform, public UsageRecorder, public AnalyticsLogger {
+ public:
+  UsageRecorder& usageRecorder() override { return *this; }
+  AnalyticsLogger& analyticsLogger() override { return *this; }
+  void captureUserAction(std::string_view action, std::int64_t,
+                         const std::optional<std::string>& eventValue) override {
+    calls.push_back(std::string(action) + ", value " + eventValue.value_or("none"));
+  }
+  void captureEvent(const WidgetInteractionEvent&, const UserSessionSnapshot& session) override {
+    calls.push_back("event of " + session.sessionIdentifier);
+    if (onEvent) onEvent();
+  }
+
+  std::vector<std::string> calls;
+  std::function<void()> onEvent;
+};
 
 class AnalyticsSession : public PlatformTest {
  protected:
@@ -170,6 +192,22 @@ TEST_F(AnalyticsSession, AnOpenEndsItWithTheRowsNumber) {
     EXPECT_EQ(events()[0].field("endState"), Value(1));
     EXPECT_EQ(events()[0].field("record").get<Dictionary>()->at("tappedItemIndex"), Value(row.index));
   }
+}
+
+TEST_F(AnalyticsSession, PassesNoValueWithActionsAndTheSessionWithTheEvent) {
+  const auto watched = std::make_shared<WatchedPlatform>();
+  installPlatform(watched);
+  analytics_->startSessionIfNeeded();
+  analytics_->recordWidgetChangeDisplayMode(WidgetDisplayMode::expanded);
+  analytics_->recordWidgetChangeDisplayMode(WidgetDisplayMode::compact);
+  watched->onEvent = [&] {
+    EXPECT_NE(analytics_->sessionStartDate(), std::nullopt) << "the session is cleared last";
+    EXPECT_NE(analytics_->analyticsData(), nullptr);
+  };
+  analytics_->recordOpenItemAtIndexPath({.row = 1});
+  EXPECT_THAT(watched->calls, ElementsAre("SHOW_MORE, value none", "SHOW_LESS, value none",
+                                          "TAP_WIDGET_ITEM, value none", "event of simulated session"));
+  EXPECT_EQ(analytics_->sessionStartDate(), std::nullopt);
 }
 
 TEST_F(AnalyticsSession, TellsWhetherTheDeviceWasLocked) {

@@ -75,6 +75,8 @@ LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "simulation/scenario": r"nlohmann/.*",
     "wire/archive": r"nlohmann/.*",
     "wire": r"bzlib\.h",
+    "list": r"tsl/.*",
+    "analytics": r"tsl/.*",
     "shared": r"cxxabi\.h|" + POSIX,  # cxxabi.h for the names of classes
 }.items()}
 # Folders that have threads of their own or guard what theirs share.

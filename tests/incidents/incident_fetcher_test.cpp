@@ -8,6 +8,9 @@
 #include "incidents/companion_stores.h"
 #include "incidents/debug_transit_incident.h"
 #include "incidents/transit_incident_fetcher.h"
+#include "platform/main_loop.h"
+#include "platform/transit_service.h"
+#include "simulation/forwarding_platform.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -16,6 +19,28 @@ namespace {
 using simulation::World;
 using simulation::WorldFavorite;
 using testing::ElementsAre;
+
+/// Answers every look-up with no line items and an error at the same time.
+class ContradictoryService final : public TransitService, public TransitLinesTicket {
+ public:
+  std::shared_ptr<TransitLinesTicket> ticketForTransitLines(std::vector<MapItemIdentifier>) override {
+    return {std::shared_ptr<void>(), this};
+  }
+  void submit(Handler handler) override {
+    platform().mainLoop().dispatchAsync([handler = std::move(handler)] {
+      handler(std::make_shared<const TransitLineItems>(), Error{"Transit", 7, {}});
+    });
+  }
+};
+
+class ContradictoryPlatform final : public ForwardingPlatform {
+ public:
+  using ForwardingPlatform::ForwardingPlatform;
+  TransitService& transitService() override { return service_; }
+
+ private:
+  ContradictoryService service_;
+};
 
 class IncidentFetcher : public PlatformTest {
  protected:
@@ -50,17 +75,17 @@ class IncidentFetcher : public PlatformTest {
 
 TEST_F(IncidentFetcher, LooksUpTheFavouritesThatAreLines) {
   World world = city();
-  world.favorites = {
-      line("C"), {WorldFavorite::Kind::place, {}, "Home"}, line(std::nullopt), line("B"), line("A")};
+  world.favorites = {line("C"),          {WorldFavorite::Kind::place, {}, "Home"},
+                     line(std::nullopt), line("B"),
+                     line("A"),          line("C")};
   const auto result = fetch(world);
   ASSERT_NE(result->successObject(), nullptr);
   EXPECT_FALSE(result->error());
-  ASSERT_EQ(result->successObject()->size(), 2U);
   EXPECT_EQ(result->successObject()->front()->name(), "C");
   EXPECT_THAT(
       platform_->transcript().logTexts("debug"),
-      ElementsAre("Received 5 favorites from container.",
-                  "Issuing favorite lines lookup request for Muids: [3, 1].", "Received 2 line items."));
+      ElementsAre("Received 6 favorites from container.",
+                  "Issuing favorite lines lookup request for Muids: [3, 1, 3].", "Received 3 line items."));
 }
 
 TEST_F(IncidentFetcher, WithoutFavouriteLinesAnswersAnEmptyListAndAsksNobody) {
@@ -86,6 +111,25 @@ TEST_F(IncidentFetcher, PassesTheServicesAnswerThrough) {
   EXPECT_FALSE(neither->error());
   EXPECT_EQ(neither->successObject(), nullptr);
   EXPECT_TRUE(platform_->transcript().hasLogText("Received 0 line items."));
+
+  world.preferences.insert_or_assign("Rova.LineWatch.internal.injectFakeIncidents", true);
+  const auto faked = fetch(world);
+  ASSERT_NE(faked->successObject(), nullptr) << "with fake incidents on, no items become an empty list";
+  EXPECT_TRUE(faked->successObject()->empty());
+}
+
+TEST_F(IncidentFetcher, AnErrorWinsOverItemsThatComeWithIt) {
+  World world = city();
+  world.favorites = {line("A")};
+  const auto contradictory = std::make_shared<ContradictoryPlatform>(std::move(world));
+  installPlatform(contradictory);
+  std::shared_ptr<RVResult> result;
+  RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+      [&](const std::shared_ptr<RVResult>& given) { result = given; });
+  contradictory->simulated().advance(10);
+  ASSERT_NE(result, nullptr);
+  EXPECT_EQ(result->error(), (Error{"Transit", 7, {}}));
+  EXPECT_EQ(result->successObject(), nullptr);
 }
 
 TEST_F(IncidentFetcher, InjectsFakeIncidentsWhereTheSwitchesAndTheDrawsSaySo) {

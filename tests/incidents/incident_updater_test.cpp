@@ -96,6 +96,7 @@ TEST_F(IncidentUpdater, ReportsTheDatesAtWhichTheListChanges) {
                {"600", "700"},
                {"600", "700"}},
            Row{"an end in the past stands in the way", {{{300, -60}, {-1, 600}}}, {"-60", "300", "600"}, {}},
+           Row{"so does an end at this moment", {{{300, 0}}}, {"0", "300"}, {}},
        }) {
     listener_->heard.clear();
     install();

@@ -248,7 +248,7 @@ class Reading {
         result.summary.artwork += shieldOf(artwork) + " ";
       result.summary.opens = read(summary.userActivityData().get());
     }
-    for (const SharedTransitItem& item : list.expandedItems()) result.rows.push_back(read(*item));
+    for (const SharedTransitItem& item : *list.expandedItems()) result.rows.push_back(read(*item));
     return result;
   }
 

@@ -1,4 +1,5 @@
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -78,7 +79,7 @@ class ListBuilder : public PlatformTest {
         ->listItem();
   }
   std::vector<std::string> rows(const std::vector<LineSketch>& sketches, std::uint64_t limit = 0) {
-    return texts(build(sketches, limit)->expandedItems());
+    return texts(*build(sketches, limit)->expandedItems());
   }
 
   std::shared_ptr<RVTransitIncidentsAnalyticsDelegate> analytics_;
@@ -90,13 +91,13 @@ TEST_F(ListBuilder, ListsWithoutIncidentRowsShowOnlyTheirSummary) {
   const auto& row = std::get<SharedTransitItem>(none->summaryItem());
   EXPECT_TRUE(row->openable()->isEqual(OpenableURL(URL{"rova://?t=r"})));
   EXPECT_FALSE(row->displayArtwork());
-  EXPECT_THAT(none->expandedItems(), IsEmpty());
+  EXPECT_THAT(*none->expandedItems(), IsEmpty());
 
   EXPECT_EQ(summaryText(*build({{"A", {}}})),
             "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Singular");
   const auto two = build({{"A", {}}, {"B", {incident(1, std::nullopt, "")}}});
   EXPECT_EQ(summaryText(*two), "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Plural(2)");
-  EXPECT_THAT(two->expandedItems(), IsEmpty());
+  EXPECT_THAT(*two->expandedItems(), IsEmpty());
 }
 
 TEST_F(ListBuilder, ShowsIncidentsInForceBothEndsIncluded) {
@@ -143,7 +144,7 @@ TEST_F(ListBuilder, RowsOpenNothingWhenNothingCanBeMadeToOpen) {
   install(world);
   const std::vector<LineSketch> two = {{"A", {incident(1, "I1"), incident(2, "I2")}}};
   EXPECT_EQ(summaryOf(*build(two)).userActivityData(), nullptr);
-  EXPECT_EQ(build(two, 1)->expandedItems()[0]->openable(), nullptr);
+  EXPECT_EQ(build(two, 1)->expandedItems()->at(0)->openable(), nullptr);
 }
 
 TEST_F(ListBuilder, ErrorsWinAndTellWhatTheDeviceKnows) {
@@ -167,11 +168,21 @@ TEST_F(ListBuilder, ErrorsWinAndTellWhatTheDeviceKnows) {
     const RVResult both(lines({{"A", {}}}), Error{"Transit", 7, {}});
     const auto list = RVTransitDataSourceBuilderForResult(both, 0, nullptr, nullptr)->listItem();
     EXPECT_EQ(summaryText(*list), std::string("LineWatchLoadingError_Title / ") + row.expected);
-    EXPECT_THAT(list->expandedItems(), IsEmpty());
+    EXPECT_THAT(*list->expandedItems(), IsEmpty());
     EXPECT_EQ(std::get<SharedTransitItem>(list->summaryItem())->openable(), nullptr);
   }
   EXPECT_EQ(RVTransitDataSourceBuilderForResult(RVResult(nullptr, std::nullopt), 0, nullptr, nullptr),
             nullptr);
+}
+
+TEST_F(ListBuilder, AnErrorListIsFixedWhenItIsFirstAskedFor) {
+  const auto builder =
+      RVTransitDataSourceBuilderForResult(RVResult(Error{"Transit", 7, {}}), 0, nullptr, nullptr);
+  platform_->changeWorld([](World& world) { world.diagnosis = ConnectionFailureDiagnosis::airplaneMode; });
+  const auto list = builder->listItem();
+  EXPECT_EQ(summaryText(*list), "LineWatchLoadingError_Title / LineWatchLoadingError_AirplaneMode_WIFI");
+  platform_->changeWorld([](World& world) { world.diagnosis = ConnectionFailureDiagnosis::other; });
+  EXPECT_EQ(builder->listItem(), list);
 }
 
 TEST_F(ListBuilder, AnalyticsHearOfEveryShownIncidentBeforeTheLimit) {
@@ -201,15 +212,44 @@ TEST_F(ListBuilder, ALinesRecordIsMadeOnceABuildHoweverManyRowsItHas) {
                                             {"D", {}}};
   for (std::size_t builds = 1; builds <= 2; ++builds) {
     const auto list = build(sketches);
-    EXPECT_EQ(list->expandedItems().size(), 5U);
+    EXPECT_EQ(list->expandedItems()->size(), 5U);
     EXPECT_EQ(quiet->compressor().count, 2 * builds) << "C and D have no row of their own";
-    EXPECT_EQ(list->expandedItems()[0]->openable(), list->expandedItems()[2]->openable());
+    EXPECT_TRUE(list->expandedItems()->at(0)->openable()->isEqual(*list->expandedItems()->at(2)->openable()));
   }
 }
 
-TEST_F(ListBuilder, EachRowSharesTheSession) {
-  build({{"A", {incident(1, "I1"), incident(2, "I2"), incident(3, "I3")}}});
-  EXPECT_EQ(platform_->transcript().countOf("shareSession"), 4U) << "three rows and the summary";
+TEST_F(ListBuilder, EachRowSharesTheSessionAndNeverResetsIt) {
+  const auto quiet = std::make_shared<QuietPlatform>();
+  installPlatform(quiet);
+  build({{"A", {incident(1, "I1"), incident(2, "I2"), incident(3, "I3")}}, {"B", {}}});
+  EXPECT_EQ(quiet->userSession().shareCount, 5U) << "three rows, the summary and the good-service row";
+  EXPECT_EQ(quiet->userSession().resetCount, 0U);
+}
+
+TEST_F(ListBuilder, RewritesTheFirstOfTwoRowsThatBecomeEqual) {
+  // The first row, rewritten, equals the second. The second's turn then rewrites the first one again.
+  const auto twice = incident(1, "Strike", "T");
+  const auto worded = incident(2, "Strike", "LineWatch_Single_Line_Prepended_Incident_Text(A|T)");
+  const auto system = std::make_shared<const TransitSystem>(TransitSystem{.artwork = shield("M")});
+  const auto line = std::make_shared<const TransitLineRecord>(
+      TransitLineFields{.muid = 1, .name = "A", .system = system}, TransitIncidents{twice, twice, worded});
+  const auto items = std::make_shared<const TransitLineItems>(TransitLineItems{line});
+  const auto list = RVTransitDataSourceBuilderForResult(RVResult(items), 0, nullptr, nullptr)->listItem();
+  EXPECT_THAT(texts(*list->expandedItems()),
+              ElementsAre("Strike / LineWatch_Single_Line_Prepended_Incident_Text(A|"
+                          "LineWatch_Single_Line_Prepended_Incident_Text(A|T))",
+                          "Strike / LineWatch_Single_Line_Prepended_Incident_Text(A|T)"));
+}
+
+TEST_F(ListBuilder, RowsWhoseTextsAreEqualHashDifferentlyInAMap) {
+  std::set<std::size_t> hashes;
+  for (int number = 0; number < 1000; ++number) {
+    const std::string text = "Line " + std::to_string(number);
+    const auto item = std::make_shared<const RVTransitItem>(text, text, nullptr, true, nullptr);
+    EXPECT_EQ(item->hash(), 2654435761U);
+    hashes.insert(TransitItemHash()(item));
+  }
+  EXPECT_EQ(hashes.size(), 1000U);
 }
 
 TEST_F(ListBuilder, ARowOpensNothingWhenItsRecordCannotBeCompressed) {
@@ -217,8 +257,8 @@ TEST_F(ListBuilder, ARowOpensNothingWhenItsRecordCannotBeCompressed) {
   world.compresses = false;
   install(world);
   const auto list = build({{"A", {incident(1, "I1"), incident(2, "I2")}}});
-  EXPECT_EQ(list->expandedItems()[0]->openable(), nullptr);
-  EXPECT_EQ(list->expandedItems()[1]->openable(), nullptr);
+  EXPECT_EQ(list->expandedItems()->at(0)->openable(), nullptr);
+  EXPECT_EQ(list->expandedItems()->at(1)->openable(), nullptr);
   EXPECT_NE(summaryOf(*list).userActivityData(), nullptr);
   EXPECT_EQ(platform_->compressor().callCount(), 1U) << "tried once a line";
 }

@@ -28,7 +28,7 @@ TEST_F(ListDictionaryForm, ShowsEachKindOfRow) {
                                                            false, nullptr);
   const auto summary =
       std::make_shared<const RVTransitSummaryItem>("2", TransitArtworks{shield("A"), shield("B")}, activity);
-  EXPECT_EQ(jsonText(dictionaryForm(RVTransitListItem(summary, {line, image}))),
+  EXPECT_EQ(jsonText(dictionaryForm(RVTransitListItem(summary, TransitItems{line, image}))),
             R"({"expandedItems": [)"
             R"({"artwork": {"alpha": 1, "shield": {"shieldText": "A", "shieldType": 0}, "size": 3}, )"
             R"("displayArtwork": true, "kind": "item", "openable": {"url": "rova://?t=r"}, )"
@@ -38,7 +38,7 @@ TEST_F(ListDictionaryForm, ShowsEachKindOfRow) {
             R"("summaryItem": {"artworks": [{"shieldText": "A", "shieldType": 0}, )"
             R"({"shieldText": "B", "shieldType": 0}], "kind": "summary", )"
             R"("openable": {"activityType": "x.List", "userInfo": {"bs": "AQID"}}, "primaryText": "2"}})");
-  EXPECT_EQ(jsonText(dictionaryForm(RVTransitListItem({}, {}))),
+  EXPECT_EQ(jsonText(dictionaryForm(RVTransitListItem({}, TransitItems{}))),
             R"({"expandedItems": [], "summaryItem": null})");
 }
 

@@ -10,7 +10,6 @@
 #include "activity/openable_url.h"
 #include "list/transit_artwork_equality.h"
 #include "list/transit_list_item.h"
-#include "shared/text_hash.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -73,7 +72,7 @@ TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
   };
   const auto url = [](const char* text) { return std::make_shared<const OpenableURL>(URL{text}); };
   const RVTransitItem item("P", "S", artwork(1), true, url("u"));
-  const auto copy = item.copy();
+  const auto copy = item.copyWithZone();
   EXPECT_TRUE(item.isEqual(*copy));
   EXPECT_EQ(item.hash(), copy->hash());
   EXPECT_EQ(copy->artwork(), item.artwork());
@@ -98,9 +97,10 @@ TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
   EXPECT_FALSE(derived.isEqual(item));
 
   const RVTransitItem bare("P", std::nullopt, nullptr, true, nullptr);
-  EXPECT_EQ(bare.hash(), hashOfText("P") ^ 2654435761U);
+  EXPECT_EQ(bare.hash(), std::hash<std::string>{}("P") ^ 2654435761U);
   EXPECT_EQ(RVTransitItem("P", "S", nullptr, false, url("u")).hash(),
-            hashOfText("P") ^ hashOfText("S") ^ url("u")->hash());
+            std::hash<std::string>{}("P") ^ std::hash<std::string>{}("S") ^ url("u")->hash());
+  EXPECT_EQ(RVTransitItem("P", "P", artwork(0.75), false, nullptr).hash(), artwork(0.75)->hash());
   const std::string text = bare.description();
   EXPECT_TRUE(text.starts_with("<RVTransitItem:0x")) << text;
   EXPECT_TRUE(text.ends_with(
@@ -141,21 +141,25 @@ TEST_F(ListModel, ListsAreEqualRowByRow) {
     return std::make_shared<const RVTransitItem>(text, std::nullopt, nullptr, true, nullptr);
   };
   const auto summary = std::make_shared<const RVTransitSummaryItem>("a", std::nullopt, nullptr);
-  const RVTransitListItem list(summary, {item("a"), item("b")});
+  const RVTransitListItem list(summary, TransitItems{item("a"), item("b")});
   const RVTransitListItem same(std::make_shared<const RVTransitSummaryItem>("a", std::nullopt, nullptr),
-                               {item("a"), item("b")});
+                               TransitItems{item("a"), item("b")});
   EXPECT_TRUE(list.isEqual(same));
   EXPECT_EQ(list.hash(), same.hash());
   EXPECT_EQ(list.hash(), summary->hash() ^ 2U);
-  EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, {item("b"), item("a")})));
-  EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, {item("a")})));
-  EXPECT_FALSE(list.isEqual(RVTransitListItem({}, {item("a"), item("b")})));
+  EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, TransitItems{item("b"), item("a")})));
+  EXPECT_FALSE(list.isEqual(RVTransitListItem(summary, TransitItems{item("a")})));
+  EXPECT_FALSE(list.isEqual(RVTransitListItem({}, TransitItems{item("a"), item("b")})));
   EXPECT_FALSE(RVTransitListItem(item("a"), {}).isEqual(RVTransitListItem(summary, {}))) << "of another kind";
-  EXPECT_TRUE(RVTransitListItem({}, {}).isEqual(RVTransitListItem({}, {})));
+  const RVTransitListItem absent({}, std::nullopt), empty({}, TransitItems{});
+  EXPECT_TRUE(absent.isEqual(RVTransitListItem({}, std::nullopt)));
+  EXPECT_TRUE(empty.isEqual(RVTransitListItem({}, TransitItems{})));
+  EXPECT_FALSE(absent.isEqual(empty));
+  EXPECT_FALSE(empty.isEqual(absent));
 
-  const RVTransitListItem withNulls(SharedTransitItem(), {nullptr, item("a"), nullptr});
+  const RVTransitListItem withNulls(SharedTransitItem(), TransitItems{nullptr, item("a"), nullptr});
   EXPECT_TRUE(std::holds_alternative<std::monostate>(withNulls.summaryItem()));
-  EXPECT_TRUE(withNulls.isEqual(RVTransitListItem({}, {item("a")}))) << "a null row is none";
+  EXPECT_TRUE(withNulls.isEqual(RVTransitListItem({}, TransitItems{item("a")}))) << "a null row is none";
 }
 
 TEST(TransitArtworkEquality, ReadsTheFieldsThatIdentifyAnArtwork) {
@@ -167,7 +171,7 @@ TEST(TransitArtworkEquality, ReadsTheFieldsThatIdentifyAnArtwork) {
       .iconFallbackShieldDataSource = ShieldDataSource{.shieldType = 4},
       .hasRoutingIncidentBadge = true,
       .accessibilityText = "A"};
-  std::vector<TransitArtworkDataSource> others(17, base);
+  std::vector<TransitArtworkDataSource> others(18, base);
   others[0].artworkSourceType = 0;
   others[1].artworkUseType = 0;
   others[2].shieldDataSource.reset();
@@ -185,6 +189,7 @@ TEST(TransitArtworkEquality, ReadsTheFieldsThatIdentifyAnArtwork) {
   others[14].hasRoutingIncidentBadge = false;
   others[15].accessibilityText.reset();
   others[16].accessibilityText = "B";
+  others[17].iconFallbackShieldDataSource->shieldColorString = "00FF00";
   for (std::size_t i = 0; i < others.size(); ++i) {
     EXPECT_FALSE(TransitArtworkDataSourceIsEqual(&base, &others[i])) << i;
     EXPECT_FALSE(TransitArtworkDataSourceIsEqual(&others[i], &base)) << i;

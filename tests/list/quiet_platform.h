@@ -9,13 +9,18 @@
 
 namespace linewatch {
 
-/// A session that nobody watches.
+/// A session that only counts how it is shared and reset.
 class QuietSession final : public UserSession {
  public:
-  void sessionEntity(bool, bool) override {}
+  void sessionEntity(bool share, bool reset) override {
+    if (share) ++shareCount;
+    if (reset) ++resetCount;
+  }
   URL sharedSessionPunchOutURL(const std::string& absoluteString) override { return {absoluteString}; }
   Dictionary sharedSessionPunchOutUserInfo(Dictionary userInfo) override { return userInfo; }
   UserSessionSnapshot snapshot() override { return {}; }
+
+  std::size_t shareCount = 0, resetCount = 0;
 };
 
 /// Counts what is to be compressed and gives a few bytes that tell one record from another.
@@ -41,7 +46,7 @@ class QuietArchiver final : public KeyedArchiver {
 class QuietPlatform final : public ForwardingPlatform {
  public:
   KeyedArchiver& keyedArchiver() override { return archiver_; }
-  UserSession& userSession() override { return session_; }
+  QuietSession& userSession() override { return session_; }
   CountingCompressor& compressor() override { return compressor_; }
 
  private:

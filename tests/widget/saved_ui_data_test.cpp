@@ -10,6 +10,7 @@
 
 #include "platform/companion_application.h"
 #include "platform/transit_storage_line_item.h"
+#include "simulation/forwarding_platform.h"
 #include "simulation/platform_test.h"
 #include "simulation/world/world_records.h"
 
@@ -40,6 +41,46 @@ class AnyRecord : public Archivable {
   std::string name_;
   Parts parts_;
   bool isSecure_;
+};
+
+/// Forwards to an unarchiver and notes whether decoding was finished.
+class WatchedUnarchiver final : public KeyedUnarchiver {
+ public:
+  WatchedUnarchiver(std::unique_ptr<KeyedUnarchiver> unarchiver, bool& hasFinished)
+      : unarchiver_(std::move(unarchiver)), hasFinished_(hasFinished) {}
+
+  void setFactory(std::string className, ArchivableFactory factory) override {
+    unarchiver_->setFactory(std::move(className), std::move(factory));
+  }
+  std::optional<ArchivedObject> decodeTopLevelObject(const AllowedClasses& allowed,
+                                                     std::optional<Error>& error) override {
+    return unarchiver_->decodeTopLevelObject(allowed, error);
+  }
+  void finishDecoding() override {
+    hasFinished_ = true;
+    unarchiver_->finishDecoding();
+  }
+
+ private:
+  std::unique_ptr<KeyedUnarchiver> unarchiver_;
+  bool& hasFinished_;
+};
+
+/// A simulated platform that notes how the keyed archiver is used.
+class WatchedPlatform final : public ForwardingPlatform, public KeyedArchiver {
+ public:
+  KeyedArchiver& keyedArchiver() override { return *this; }
+  std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) override {
+    requiredSecureCoding = requiringSecureCoding;
+    return simulated().keyedArchiver().archivedData(root, requiringSecureCoding);
+  }
+  std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes& bytes) override {
+    return std::make_unique<WatchedUnarchiver>(simulated().keyedArchiver().openForReading(bytes),
+                                               hasFinishedDecoding);
+  }
+
+  bool requiredSecureCoding = false;
+  bool hasFinishedDecoding = false;
 };
 
 class SavedUIData : public PlatformTest {
@@ -223,6 +264,7 @@ TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
     if (row.then == Then::isRemoved) {
       EXPECT_THAT(lines[0], HasSubstr(": (null) - error: KeyedArchiveErrorDomain ")) << row.name;
       EXPECT_THAT(platform_->transcript().names(), ElementsAre("preferencesRemoved")) << row.name;
+      EXPECT_EQ(platform_->transcript().events().front().name, "log") << "logged before it is removed";
     }
   }
 }
@@ -258,6 +300,15 @@ TEST_F(SavedUIData, EveryDamageToAnArchiveIsSurvived) {
       EXPECT_TRUE(state == nullptr || state->lineItemsResult() != nullptr);
     }
   }
+}
+
+TEST_F(SavedUIData, RequiresSecureCodingAndFinishesDecoding) {
+  const auto watched = std::make_shared<WatchedPlatform>();
+  installPlatform(watched);
+  save(std::make_shared<RVResult>(threeLines()), true);
+  EXPECT_TRUE(watched->requiredSecureCoding);
+  EXPECT_NE(loadSavedUIData(), nullptr);
+  EXPECT_TRUE(watched->hasFinishedDecoding);
 }
 
 TEST_F(SavedUIData, TheOldStateStaysWhenTheNewOneCannotBeArchived) {

@@ -1,5 +1,6 @@
 #include "widget/transit_incidents_view_controller.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -124,14 +125,17 @@ TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
     bool hasUpdater, hasList;
   };
   for (const Row& row :
-       {Row{"lines", Answer::lines, "u 0", true, true}, Row{"an error", Answer::error, "u 2", false, true},
-        Row{"neither", Answer::nothing, "u 0", false, false}}) {
+       {Row{"lines", Answer::lines, "0", true, true}, Row{"an error", Answer::error, "2", false, true},
+        Row{"neither", Answer::nothing, "0", false, false}}) {
     startVisible();
     EXPECT_NE(controller().updater(), nullptr);
     set([&](World& world) { world.service.answer = row.answer; });
     perform(step::Update{"u"});
+    perform(step::Update{"joined"});
     advance(1);
-    EXPECT_THAT(updateResults(), ElementsAre(row.result)) << row.name;
+    EXPECT_THAT(updateResults(),
+                ElementsAre(std::string("u ") + row.result, std::string("joined ") + row.result))
+        << row.name;
     EXPECT_EQ(controller().updater() != nullptr, row.hasUpdater) << row.name;
     EXPECT_EQ(controller().dataSource()->listItem() != nullptr, row.hasList) << row.name;
     clear();
@@ -140,9 +144,49 @@ TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
   }
 }
 
+TEST_F(ViewController, AHostThatAsksAgainInItsHandlerJoinsTheSameFetch) {
+  start();
+  Names calls;
+  controller().widgetPerformUpdateWithCompletionHandler([&](WidgetUpdateResult) {
+    calls.emplace_back("first");
+    controller().widgetPerformUpdateWithCompletionHandler(
+        [&](WidgetUpdateResult) { calls.emplace_back("second"); });
+    calls.emplace_back("has asked again");
+  });
+  advance(1);
+  EXPECT_THAT(calls, ElementsAre("first", "second", "has asked again"));
+  EXPECT_EQ(count("lookup"), 1U);
+  EXPECT_EQ(controller().request(), nullptr);
+}
+
+TEST_F(ViewController, AResultWithItemsAndAnErrorIsAFailureToTheHostOnly) {
+  startVisible();
+  perform(step::Update{"u"});
+  controller().request()->addHandler([](const std::shared_ptr<RVResult>& result) {
+    result->setError(Error{"Transit", 7, {}});
+  });
+  perform(step::Update{"joined"});
+  advance(1);
+  EXPECT_THAT(updateResults(), ElementsAre("u 0", "joined 2"));
+  perform(step::Disappear{});
+  perform(step::Appear{.did = false});
+  EXPECT_NE(controller().updater(), nullptr) << "the line items still have dates";
+}
+
+TEST_F(ViewController, MakesTheUpdaterBeforeItSetsTheRowHeight) {
+  startVisible();
+  perform(step::Disappear{});
+  set([](World& world) { world.host.compact.height = 105; });
+  clear();
+  perform(step::Appear{.did = false});
+  EXPECT_EQ(controller().dataSource()->rowHeight(), 105) << "the limit of rows stays";
+  EXPECT_THAT(events(), ElementsAre("timer", "timer", "largestAvailableDisplayMode", "reload",
+                                    "preferredContentSize", "largestAvailableDisplayMode"));
+}
+
 TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   startVisible();
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U);
   const auto recorded = [this] { return *controller().analyticsDelegate()->analyticsData(); };
   EXPECT_EQ(recorded().transitIncidents.size(), 2U);
   clear();
@@ -152,7 +196,7 @@ TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   const auto updater = controller().updater();
   advance(1200);
   EXPECT_EQ(count("lookup"), 1U) << "the refresh does";
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U) << "works and good service";
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U) << "works and good service";
   EXPECT_NE(controller().updater(), updater) << "a new one for each result";
 
   perform(step::Disappear{});
@@ -276,7 +320,9 @@ TEST_F(ViewController, FollowsTheHostsModeNotWhatItIsTold) {
   EXPECT_EQ(controller().preferredContentSize(), (Size{400, 220}));
   clear();
   controller().widgetActiveDisplayModeDidChange(WidgetDisplayMode::compact, {});
-  EXPECT_THAT(events(), ElementsAre("usage")) << "recorded as told, but the host still shows it expanded";
+  EXPECT_THAT(events(), ElementsAre("usage")) << "the context still says expanded";
+  EXPECT_EQ(host_->transcript().eventsNamed("usage")[0].field("action"), Value("SHOW_LESS"))
+      << "recorded with the mode as given";
   EXPECT_TRUE(controller().dataSource()->isExpanded());
 }
 
@@ -362,10 +408,10 @@ TEST_F(ViewController, AKilledProcessLeavesTheStateBefore) {
   advance(1);
   perform(step::Restart{});
   perform(step::Load{});
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U);
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U);
   perform(step::Appear{});
   advance(1);
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems().size(), 2U)
+  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U)
       << "the strike and good service";
 }
 

@@ -1,0 +1,35 @@
+#include "list/incident_rows.h"
+
+#include <utility>
+
+namespace linewatch {
+
+std::optional<std::size_t> IncidentRows::find(std::uint64_t muid) const {
+  const auto row = rowOfIncident_.find(muid);
+  return row == rowOfIncident_.end() ? std::nullopt : std::optional(row->second);
+}
+
+void IncidentRows::add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line) {
+  rowOfIncident_.emplace(incident->muid(), items_.size());
+  itemToLinesMap_[item].push_back(&line);
+  hashes_.push_back(0);
+  firstLines_.push_back(&line);
+  incidents_.push_back(incident);
+  items_.push_back(std::move(item));
+}
+
+void IncidentRows::addLine(std::size_t row, const TransitLineItem& line) {
+  std::size_t& hash = hashes_[row];
+  if (hash == 0) hash = TransitItemHash()(items_[row]);
+  itemToLinesMap_.at(items_[row], hash).push_back(&line);
+}
+
+IncidentsToLineMapping IncidentRows::incidentsToLineMapping() const {
+  IncidentsToLineMapping mapping;
+  mapping.reserve(incidents_.size());
+  for (std::size_t row = 0; row < incidents_.size(); ++row)
+    mapping.emplace(incidents_[row]->muid(), firstLines_[row]);
+  return mapping;
+}
+
+}  // namespace linewatch

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include <tsl/robin_map.h>
+
+#include "analytics/transit_incidents_analytics_delegate.h"
+#include "list/item_to_lines_map.h"
+#include "list/transit_item.h"
+#include "platform/transit_incident.h"
+#include "platform/transit_line.h"
+#include "shared/hash_mixing.h"
+
+namespace linewatch {
+
+/// The rows that one build of the list has made so far, in the order in which they were made.
+class IncidentRows {
+ public:
+  /// The incidents that have a row, each once: `items()[i]` is the row of `incidents()[i]`.
+  const TransitIncidents& incidents() const { return incidents_; }
+  TransitItems& items() { return items_; }
+  const TransitItems& items() const { return items_; }
+
+  /// The position of the row of the incident with this `muid`; none when it has no row.
+  std::optional<std::size_t> find(std::uint64_t muid) const;
+  /// Adds the row of an incident that has none, made under `line`.
+  void add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line);
+  /// Adds one more line that lists the incident of a row.
+  void addLine(std::size_t row, const TransitLineItem& line);
+
+  ItemToLinesMap& itemToLinesMap() { return itemToLinesMap_; }
+  const ItemToLinesMap& itemToLinesMap() const { return itemToLinesMap_; }
+  IncidentsToLineMapping incidentsToLineMapping() const;
+
+ private:
+  TransitIncidents incidents_;
+  TransitItems items_;
+  /// For each row, the line under which it was made.
+  Lines firstLines_;
+  /// The hash of each row to which lines were added, because one incident may be listed by every line; else
+  /// 0.
+  std::vector<std::size_t> hashes_;
+  ItemToLinesMap itemToLinesMap_;
+  tsl::robin_map<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;
+};
+
+}  // namespace linewatch
