@@ -45,7 +45,7 @@ std::optional<Error> StoredDatabase::write(const Operation& operation) {
   return writer_.write(operation);
 }
 
-bool StoredDatabase::save(Operation operation, std::function<void()> settled) {
+bool StoredDatabase::save(Operation operation, std::function<void(bool isSaved)> settled) {
   if (options_.defersSaves) {
     queue_.post([this, operation = std::move(operation), settled = std::move(settled)] {
       return tryDeferred(operation, settled);
@@ -54,18 +54,19 @@ bool StoredDatabase::save(Operation operation, std::function<void()> settled) {
   }
   const auto error = saveNow(operation);
   report(error);
-  if (settled) settled();
+  if (settled) settled(!error);
   return !error;
 }
 
-bool StoredDatabase::tryDeferred(const Operation& operation, const std::function<void()>& settled) {
+bool StoredDatabase::tryDeferred(const Operation& operation,
+                                 const std::function<void(bool isSaved)>& settled) {
   const auto error = saveNow(operation);
   if (error && isBusy(*error)) {
     report(busy("another program is using it; changes are saved when it is free"));
     return false;
   }
   report(error);
-  if (settled) settled();
+  if (settled) settled(!error);
   return true;
 }
 

@@ -61,19 +61,21 @@ class StoredDatabase {
   std::optional<Error> write(const Operation& operation) LINEWATCH_EXCLUDES(writerMutex_);
   /// As `write`, for callers who cannot hand an error on: it goes to the log. After damage `operation` goes
   /// to the new file. Deferred, it is tried until the file is free, and must own all that it needs.
-  /// `settled`, which may be empty, is called once when the write is done or has failed, on any thread, but
-  /// not for a write that is lost at the end. False when it has failed already.
-  bool save(Operation operation, std::function<void()> settled = {}) LINEWATCH_EXCLUDES(writerMutex_);
+  /// `settled`, which may be empty, is called once after the commit, or with false after a failure, on any
+  /// thread, but not for a write that is lost at the end. False when it has failed already.
+  bool save(Operation operation, std::function<void(bool isSaved)> settled = {})
+      LINEWATCH_EXCLUDES(writerMutex_);
   /// Waits until the deferred writes are done; false when another program keeps them from it.
   bool waitUntilSaved() { return queue_.waitUntilDone(); }
 
   /// Writes the error, if there is one, to the log, each sentence once. Damage that costs the user nothing is
   /// for debugging only.
   void report(const std::optional<Error>& error) LINEWATCH_EXCLUDES(reportedMutex_);
+  Log& log() const { return log_; }
 
  private:
   std::optional<Error> saveNow(const Operation& operation) LINEWATCH_EXCLUDES(writerMutex_);
-  bool tryDeferred(const Operation& operation, const std::function<void()>& settled);
+  bool tryDeferred(const Operation& operation, const std::function<void(bool isSaved)>& settled);
   Error busy(std::string_view why) const;
   void report(const std::string& sentence, LogLevel level) LINEWATCH_EXCLUDES(reportedMutex_);
 

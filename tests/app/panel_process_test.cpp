@@ -68,7 +68,7 @@ class PanelProcess {
 };
 
 // Logged once the list is in the file.
-constexpr const char* kSaves = "is saved for the next start";
+constexpr const char* kSaves = "The preference Rova.LineWatch.savedUIData is saved";
 constexpr const char* kLoads = "View model loaded";
 constexpr const char* kFetches = "Received 7 line items";
 

@@ -23,10 +23,11 @@ SharedTransitItem row(std::shared_ptr<const ArtworkImageSource> artwork, const s
 RVTransitListItem threeRows() {
   return {std::make_shared<const RVTransitSummaryItem>(
               "2 advisories", TransitArtworks{shield("M1"), shield("12", "F2B705")}, nullptr),
-          {row(std::make_shared<const SizedTransitArtwork>(shield("M1"), 3, nullptr), "Strike",
-               "No trains run before noon"),
-           row(std::make_shared<const SizedTransitArtwork>(shield("12"), 3, nullptr), "Détour", "Via Halles"),
-           row(std::make_shared<const NamedImage>("good-v2"), "Good Service", "1 other line")}};
+          TransitItems{row(std::make_shared<const SizedTransitArtwork>(shield("M1"), 3, nullptr), "Strike",
+                           "No trains run before noon"),
+                       row(std::make_shared<const SizedTransitArtwork>(shield("12"), 3, nullptr), "Détour",
+                           "Via Halles"),
+                       row(std::make_shared<const NamedImage>("good-v2"), "Good Service", "1 other line")}};
 }
 
 TEST(TerminalText, AlignsTextsBesideTheShields) {

@@ -250,7 +250,7 @@ TEST_F(StoredDatabaseTest, DeferredWritesWaitInOrderUntilTheFileIsFree) {
   int settledCount = 0;
   whileHeld([&] {
     for (const char* text : {"one", "two"})
-      EXPECT_TRUE(deferring->save(adding(text), [&] { ++settledCount; }));
+      EXPECT_TRUE(deferring->save(adding(text), [&](bool isSaved) { settledCount += isSaved ? 1 : 0; }));
     EXPECT_EQ(failureCodeOf(*deferring->write(adding("refused"))), FailureCode::busy);
     EXPECT_THAT(textsIn(*deferring), IsEmpty()) << "reading goes on";
   });

@@ -151,7 +151,6 @@ void HostedWidget::saveState() {
     return logDebug("The list on screen could not be saved; the one saved before stays");
   savedResult_ = result;
   savedExpanded_ = isExpanded;
-  logDebug("The list on screen is saved for the next start");
 }
 
 }  // namespace linewatch::desktop
