@@ -1,4 +1,5 @@
-// What a feed's lines cost a start: read from its tables, or taken from the bytes kept of them.
+// Times the loading of a feed's lines at a start: from the tables of the feed, and from the cached line
+// index.
 
 #include <memory>
 #include <string>
