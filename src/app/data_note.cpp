@@ -11,7 +11,7 @@ std::string dataNote(Session& session, const TerminalStyle& style) {
            "\n";
   }
   std::string note;
-  for (const auto& state : session.platform().feeds().alertsStates()) {
+  for (const auto& state : session.platform().feeds().states()) {
     const std::string name =
         session.platform().feeds().feeds().size() > 1 ? terminalLine(state.feed) + ": " : "";
     note += terminalFaint(

@@ -65,8 +65,8 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   saved.feedCache()->holdBack();
   const auto lines = documents.lineIndexOf(feed);
   if (!lines) return refused(lines.error());
-  const auto alerts = documents.alertsOf(feed, nullptr);
-  if (!alerts) return refused(alerts.error());
+  const auto alerts = documents.alertsOf(feed, {});
+  if (alerts.failure) return refused(*alerts.failure);
   const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
   if (!*added) return refusedNameInUse(feed.name);

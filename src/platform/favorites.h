@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/transit_line.h"
+#include "shared/outcome.h"
 
 namespace linewatch {
 
@@ -35,9 +36,9 @@ class RemoteFavoritesPersister {
  public:
   virtual ~RemoteFavoritesPersister() = default;
 
-  /// All favourites in the user's order. What cannot be read is left out and logged. May take long; called on
-  /// any thread, one call at a time.
-  virtual Favorites readFavorites() = 0;
+  /// All favourites in the user's order; an error when they cannot be read. A single favourite that is not
+  /// understood is left out and logged. May take long; called on any thread, one call at a time.
+  virtual Outcome<Favorites> readFavorites() = 0;
 };
 
 /// The user's favourites, for concurrent reading.
@@ -45,9 +46,9 @@ class FavoritesContainer {
  public:
   virtual ~FavoritesContainer() = default;
 
-  /// Calls `operation` exactly once with all favourites: not within this call, but possibly on another thread
-  /// while this call still returns.
-  virtual void readContents(std::function<void(const Favorites&)> operation) = 0;
+  /// Calls `operation` exactly once with all favourites or the error of the read: not within this call, but
+  /// possibly on another thread while this call still returns.
+  virtual void readContents(std::function<void(const Outcome<Favorites>&)> operation) = 0;
 };
 
 }  // namespace linewatch

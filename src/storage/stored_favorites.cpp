@@ -75,14 +75,7 @@ Outcome<bool> StoredFavorites::remove(const StoredFavorite& favorite) {
   return error ? Outcome<bool>(*error) : isRemoved;
 }
 
-Favorites StoredFavoritesPersister::readFavorites() {
-  auto favorites = read();
-  if (favorites) return *std::move(favorites);
-  database_->report(favorites.error());
-  return {};
-}
-
-Outcome<Favorites> StoredFavoritesPersister::read() const {
+Outcome<Favorites> StoredFavoritesPersister::readFavorites() {
   const auto stored = StoredFavorites(database_).list();
   if (!stored) return stored.error();
   Favorites favorites;

@@ -50,9 +50,7 @@ class StoredFavoritesPersister final : public RemoteFavoritesPersister {
   StoredFavoritesPersister(SharedDatabase database, LineResolver resolve)
       : database_(std::move(database)), resolve_(std::move(resolve)) {}
 
-  Favorites readFavorites() override;
-  /// The same, for those who must tell favourites that cannot be read from none.
-  Outcome<Favorites> read() const;
+  Outcome<Favorites> readFavorites() override;
 
  private:
   Favorite favoriteOf(const StoredFavorite& stored) const;

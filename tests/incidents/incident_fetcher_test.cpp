@@ -8,6 +8,7 @@
 #include "incidents/companion_stores.h"
 #include "incidents/debug_transit_incident.h"
 #include "incidents/transit_incident_fetcher.h"
+#include "simulation/forwarding_platform.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch {
@@ -167,6 +168,32 @@ TEST(FetcherRequest, LosesAndRepeatsNoHandlerThatRacesTheResult) {
     adder.join();
     EXPECT_EQ(calls, 20);
   }
+}
+
+/// A platform whose favourites cannot be read.
+class UnreadableFavorites final : public ForwardingPlatform {
+ public:
+  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
+    class Persister final : public RemoteFavoritesPersister {
+      Outcome<Favorites> readFavorites() override { return Error{"Favorites", 7, {}}; }
+    };
+    return std::make_shared<Persister>();
+  }
+};
+
+TEST(UnreadableFavoritesTest, AreAnErrorOnTheMainThreadAndNoEmptyList) {
+  const auto platform = std::make_shared<UnreadableFavorites>();
+  installPlatform(platform);
+  std::optional<Error> error;
+  RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+      [&](const std::shared_ptr<RVResult>& result) {
+        EXPECT_TRUE(platform->mainLoop().isMainThread());
+        error = result->error();
+      });
+  platform->simulated().advance(10);
+  EXPECT_EQ(error, (Error{"Favorites", 7, {}}));
+  EXPECT_EQ(platform->simulated().transcript().countOf("lookup"), 0U);
+  installPlatform(nullptr);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "feeds/alerts/incident_records.h"
+
 #include <set>
 
 #include <gmock/gmock.h>
@@ -5,7 +7,6 @@
 
 #include "feeds/alerts/alerts_sketch.h"
 #include "feeds/alerts/desktop_incident_string_provider.h"
-#include "feeds/alerts/incident_records.h"
 
 namespace linewatch {
 namespace {
@@ -75,6 +76,19 @@ TEST(IncidentRecords, OnlyNoServiceBlocks) {
   for (std::int32_t effect = 0; effect <= 11; ++effect) {
     EXPECT_EQ(recordOf({.id = "1", .effect = effect})->isBlockingIncident(), effect == 1) << effect;
   }
+}
+
+TEST(IncidentRecords, NoServiceAtStopsIsNotNoServiceOfTheLine) {
+  const auto recordAbout = [](std::vector<SelectorSketch> selectors) {
+    const AlertSketch alert{.id = "1", .selectors = std::move(selectors), .cause = 10, .effect = 1};
+    return recordsOf({.alerts = {alert}}).ofRoute(0).at(0);
+  };
+  const auto closed = recordAbout({{.route = "1", .stop = "a"}, {.route = "1", .stop = "b"}});
+  EXPECT_FALSE(closed->isBlockingIncident());
+  EXPECT_EQ(row(closed), "Service alert / Construction");
+  const auto blocked = recordAbout({{.route = "1", .stop = "a"}, {.route = "1"}});
+  EXPECT_TRUE(blocked->isBlockingIncident());
+  EXPECT_EQ(row(blocked), "No service / Construction");
 }
 
 TEST(IncidentRecords, MissingTextsAreGivenInWords) {
