@@ -204,10 +204,10 @@ void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, Ca
 
 FeedAlerts FeedDocuments::alertsOf(const StoredFeed& feed, FeedAlerts held) {
   if (feed.alerts.empty()) {
-    return afterFailure(std::move(held),
-                        failure(FailureCode::unknown, feedCalled(feed), "",
-                                "it has no alerts, so nothing is known of its lines"),
-                        now_());
+    // No fetch failed, so there is nothing to retry.
+    held.failure = failure(FailureCode::unknown, feedCalled(feed), "",
+                           "it has no alerts, so nothing is known of its lines");
+    return held;
   }
   return isHttpURL(feed.alerts) ? remoteAlerts(feed, std::move(held)) : localAlerts(feed, std::move(held));
 }

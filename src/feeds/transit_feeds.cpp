@@ -21,14 +21,25 @@ void logCounts(const std::string& feedName, const IncidentTable& table) {
        counts.alertsWithoutSelector});
 }
 
-void logTrouble(const FeedState& state) {
-  if (!state.error) return;
-  if (state.kind == FeedState::Kind::kept) {
-    logError("%@; the alerts received at %@ serve for now",
-             {sentenceOf(*state.error), description(*state.since)});
-  } else if (state.kind != FeedState::Kind::unreachable) {
-    logError("%@", {sentenceOf(*state.error)});
+/// Logs the errors of feeds that are not the error of the answer.
+void logTrouble(const std::vector<FeedState>& states, const Outcome<TransitLineItems>& answer) {
+  for (const FeedState& state : states) {
+    if (!state.error || (!answer && answer.error() == state.error)) continue;
+    if (state.kind == FeedState::Kind::kept) {
+      logError("%@; the alerts received at %@ serve for now",
+               {sentenceOf(*state.error), description(*state.since)});
+    } else {
+      logError("%@", {sentenceOf(*state.error)});
+    }
   }
+}
+
+/// A timetable that could not be read is not tried again for this long, so that one command does not wait for
+/// the same server several times.
+constexpr Seconds kTimetableRetry{15};
+
+bool hasJustFailed(const FeedAlerts& alerts, Date now) {
+  return alerts.failure && *alerts.failed <= now && now - *alerts.failed < kTimetableRetry;
 }
 
 std::optional<Date> headerTime(const AlertsMessage& message) {
@@ -129,6 +140,7 @@ FeedLines TransitFeeds::lines() {
 Outcome<SharedLineIndex> TransitFeeds::loadLines(std::size_t feed) {
   LoadedFeed& loaded = loaded_[feed];
   if (loaded.lines) return loaded.lines;
+  if (hasJustFailed(loaded.alerts, documents_->now())) return *loaded.alerts.failure;
   auto lines = documents_->lineIndexOf(feeds_[feed]);
   if (!lines) {
     loaded.alerts = afterFailure(std::move(loaded.alerts), lines.error(), documents_->now());
@@ -148,7 +160,10 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
     if (!states.contains(place.feed)) states.emplace(place.feed, update(place.feed, now));
   }
   publish(places, states);
-  return error ? *error : answer(places, states, now);
+  if (error) return *error;
+  auto items = answer(places, states, now);
+  logTrouble(this->states(), items);
+  return items;
 }
 
 std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
@@ -191,9 +206,7 @@ FeedState TransitFeeds::update(std::size_t feed, Date now) {
       logCounts(feeds_[feed].name, *loaded.incidents);
     }
   }
-  FeedState state = stateOf(factsOf(feeds_[feed], loaded.alerts, loaded.incidents.get()), now);
-  logTrouble(state);
-  return state;
+  return stateOf(factsOf(feeds_[feed], loaded.alerts, loaded.incidents.get()), now);
 }
 
 bool TransitFeeds::isKnown(const Place& place, const States& states) {

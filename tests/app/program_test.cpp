@@ -176,7 +176,12 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
 
   std::filesystem::copy(folder_ / "gtfs", folder_ / "lost");
   runProgram(saved({"feed", "add", "lost", "--gtfs", folder_ / "lost", "--alerts", folder_ / "alerts.pb"}));
+  runProgram(saved({"favorites", "add", "lost:r1"}));
   std::filesystem::remove_all(folder_ / "lost");
+  const auto partial = runProgram(saved({"show"}));
+  EXPECT_EQ(partial.status, 0);
+  EXPECT_THAT(partial.output, AllOf(HasSubstr("Good Service"), HasSubstr("feed lost: "),
+                                    HasSubstr("no such file or folder\nUnknown lines: r1\n")));
   const auto found = runProgram(saved({"lines", "central"}));
   EXPECT_EQ(found.status, 2);
   EXPECT_THAT(found.output, HasSubstr("Zoo – Central"));

@@ -171,17 +171,22 @@ TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
   EXPECT_THAT(feeds.unknownLines(),
               ElementsAre(UnknownLine{"silent", "2", "silent two"}, UnknownLine{"lost", "1", "1"},
                           UnknownLine{"broken", "1", "broken one"}));
+  EXPECT_THAT(platform_->transcript().logTexts("error"),
+              ElementsAre(HasSubstr("feed lost: "), HasSubstr("feed silent: "), HasSubstr("feed broken: ")));
   std::vector<std::string> states;
   for (const FeedState& state : feeds.states()) {
     states.push_back(state.feed + (state.knowsLines() ? " known" : " unknown"));
-    EXPECT_EQ(state.failures, state.knowsLines() ? 0U : 1U) << state.feed;
+    EXPECT_EQ(nextRetry(state, now_).has_value(), state.feed == "lost" || state.feed == "broken");
   }
   EXPECT_THAT(states, ElementsAre("lost unknown", "good known", "silent unknown", "broken unknown"));
 
   EXPECT_THAT(lines(feeds, {line("silent", "1"), line("lost", "1")}),
               ElementsAre("feed silent: it has no alerts, so nothing is known of its lines"));
   EXPECT_THAT(lines(feeds, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
-  EXPECT_EQ(feeds.states().at(0).failures, 3U) << "one more for each look-up";
+  EXPECT_EQ(feeds.states().at(0).failures, 1U) << "it is not tried again so soon";
+  now_ += Seconds(15);
+  EXPECT_THAT(lines(feeds, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
+  EXPECT_EQ(feeds.states().at(0).failures, 2U);
   EXPECT_THAT(lines(feeds, {line("broken", "1")}),
               ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts + ": "), HasSubstr("byte 0"))));
   EXPECT_THAT(lines(feeds, {line("good", "none")}), IsEmpty()) << "a line that is gone is no error";
@@ -203,21 +208,21 @@ TEST_F(TransitFeedsTest, FindsALineWithoutItsFeedByMuid) {
 }
 
 TEST_F(TransitFeedsTest, LinesOfAlertsThatMatchNothingAreUnknown) {
-  const auto errors = [this](const FeedSketch& alerts) {
+  const auto answer = [this](const FeedSketch& alerts) {
     platform_->transcript().clear();
     TransitFeeds feeds(always({feed("bus", alerts)}), documents(), {});
-    (void)lines(feeds, {line("bus", "2")});
+    auto given = lines(feeds, {line("bus", "2")});
     EXPECT_EQ(feeds.states().at(0).knowsLines(), feeds.unknownLines().empty());
     EXPECT_THAT(platform_->transcript().logTexts("debug"), ElementsAre(HasSubstr(" resolve to nothing")));
-    return platform_->transcript().logTexts("error");
+    return given;
   };
   const AlertSketch elsewhere = alertOf("nowhere", "Works"), aimless = {.id = "a", .header = {{"Storm", ""}}};
   EXPECT_THAT(
-      errors({.alerts = {elsewhere, aimless}}),
+      answer({.alerts = {elsewhere, aimless}}),
       ElementsAre("feed bus: alerts: 1 of 1 selector resolved to nothing, 1 alert without a selector: "
                   "the alerts do not match the timetable"));
-  EXPECT_THAT(errors({.alerts = {elsewhere, aimless, alertOf("1", "Strike")}}), IsEmpty());
-  EXPECT_THAT(errors({}), IsEmpty());
+  EXPECT_THAT(answer({.alerts = {elsewhere, aimless, alertOf("1", "Strike")}}), ElementsAre("bus two:"));
+  EXPECT_THAT(answer({}), ElementsAre("bus two:"));
 }
 
 TEST_F(TransitFeedsTest, ChecksFeedsThatNobodyAskedFor) {
