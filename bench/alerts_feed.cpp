@@ -24,7 +24,7 @@
 #include "feeds/gtfs/line_records.h"
 #include "platform/transit_records.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 constexpr std::size_t kLines = 1000;
@@ -202,4 +202,4 @@ void NamedAlertsToLineItems(benchmark::State& state) {
 BENCHMARK(NamedAlertsToLineItems)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

@@ -11,7 +11,7 @@
 #include "feeds/gtfs/line_records.h"
 #include "feeds/gtfs/line_search.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 std::string routesTable(std::int64_t routes) {
@@ -84,4 +84,4 @@ BENCHMARK(makeTenLines)->Arg(100)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(search)->Arg(100)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch

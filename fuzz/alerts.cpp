@@ -19,7 +19,6 @@
 namespace {
 
 using namespace linewatch;
-using namespace linewatch::desktop;
 
 void require(bool holds) {
   if (!holds) std::abort();

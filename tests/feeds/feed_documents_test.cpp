@@ -52,7 +52,7 @@ class FeedDocumentsTest : public testing::Test {
   std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
 };
 
-TEST_F(FeedDocumentsTest, AsksAServerWithConditionsAndNotTooOften) {
+TEST_F(FeedDocumentsTest, FetchesConditionallyAndAtMostEveryFifteenSeconds) {
   const StoredFeed feed{"bus", "", "https://example.org/alerts"};
   const auto feedDocuments = documents(cache());
   FeedAlerts held;
@@ -80,7 +80,7 @@ TEST_F(FeedDocumentsTest, AsksAServerWithConditionsAndNotTooOften) {
   EXPECT_EQ(server_->requests.size(), 4U) << "what was confirmed is as good as new";
 }
 
-TEST_F(FeedDocumentsTest, AsksNotAgainBeforeMaxAgeUpToFiveMinutes) {
+TEST_F(FeedDocumentsTest, FetchesNothingBeforeMaxAgeUpToFiveMinutes) {
   FeedAlerts held;
   const auto requestsAfter = [&](double seconds, std::optional<Seconds> maxAge) {
     now_ += Seconds(seconds);
@@ -100,7 +100,7 @@ TEST_F(FeedDocumentsTest, AsksNotAgainBeforeMaxAgeUpToFiveMinutes) {
   EXPECT_EQ(requestsAfter(-20, {}), 1U) << "the clock was set back";
 }
 
-TEST_F(FeedDocumentsTest, HoldsTheAlertsThroughFailuresAndWaitsForRetryAfter) {
+TEST_F(FeedDocumentsTest, KeepsAlertsThroughFailuresAndWaitsForRetryAfter) {
   FeedAlerts held;
   const auto after = [&](double seconds) {
     now_ += Seconds(seconds);
@@ -176,7 +176,7 @@ constexpr char kZip[] =
     "PK\1\2\x14\3\x14\0\0\0\0\0\0\0!\0:\xCF\x0F\xF2\x0C\0\0\0\x0C\0\0\0\n\0\0\0\0\0\0\0\0\0\0\0\x80\1\0\0\0\0"
     "routes.txtPK\5\6\0\0\0\0\1\0\1\0008\0\0\0004\0\0\0\0\0";
 
-TEST_F(FeedDocumentsTest, KeptLinesServeWhenATimetableCannotBeHad) {
+TEST_F(FeedDocumentsTest, CachedLinesServeWhenTheTimetableCannotBeFetched) {
   const StoredFeed feed{"bus", "https://example.org/gtfs.zip", ""};
   const auto lineIds = [&] {
     const auto index = documents(cache())->lineIndexOf(feed);
@@ -199,7 +199,7 @@ TEST_F(FeedDocumentsTest, KeptLinesServeWhenATimetableCannotBeHad) {
   EXPECT_EQ(lineIds(), "M1");
 }
 
-TEST_F(FeedDocumentsTest, KeepsTheLinesOfATimetableUntilItsFilesChange) {
+TEST_F(FeedDocumentsTest, CachesTheLinesOfAFolderUntilItsFilesChange) {
   const auto routes = folder_.path() / "bus" / "routes.txt";
   std::filesystem::create_directories(routes.parent_path());
   writeFile(routes, "route_id,route_short_name\n1,bus one\n2,bus two\n");

@@ -32,7 +32,7 @@ class SampleCity : public testing::Test {
   SharedLineIndex lines_;
 };
 
-TEST_F(SampleCity, ShowsWhatAFeedCanSay) {
+TEST_F(SampleCity, HasEveryKindOfRoute) {
   LineRecords records(lines_);
   std::set<std::int64_t> modes;
   std::set<std::string> systems;

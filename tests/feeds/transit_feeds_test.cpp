@@ -63,7 +63,7 @@ class TransitFeedsTest : public testing::Test {
 
 MapItemIdentifier line(const char* feed, const char* route) { return {stableMuid(feed, route), feed, route}; }
 
-TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
+TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithTheIncidentsOfEachFeed) {
   TransitFeeds feeds(always({feed("bus", {.alerts = {alertOf("1", "Works"), alertOf("1", "Strike")}}),
                              feed("rail", {.alerts = {alertOf("2", "Storm")}, .timestamp = 0})}),
                      documents(), {});
@@ -81,7 +81,7 @@ TEST_F(TransitFeedsTest, AnswersInTheOrderAskedWithWhatTheOwnFeedSays) {
   EXPECT_THAT(lines(feeds, {}), IsEmpty());
 }
 
-TEST_F(TransitFeedsTest, FollowsTheFeedsThatAreShown) {
+TEST_F(TransitFeedsTest, ReadsTheListOfFeedsAtEachLookUp) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}});
   Outcome<std::vector<StoredFeed>> shown = std::vector<StoredFeed>{bus};
   TransitFeeds feeds([&] { return shown; }, documents(), {});
@@ -96,7 +96,7 @@ TEST_F(TransitFeedsTest, FollowsTheFeedsThatAreShown) {
   EXPECT_THAT(lines(feeds, both), ElementsAre("bus one: Works"));
 }
 
-TEST_F(TransitFeedsTest, TellsWhichLinesHaveAnIncident) {
+TEST_F(TransitFeedsTest, GivesTheLinesOfAnIncident) {
   const AlertSketch works{
       .id = "works", .selectors = {{.route = "2"}, {.route = "1"}}, .header = {{"Works", ""}}};
   TransitFeeds feeds(always({feed("bus", {.alerts = {alertOf("1", "Strike"), works}}),
@@ -242,7 +242,7 @@ TEST_F(TransitFeedsTest, ChecksFeedsThatNobodyAskedFor) {
   EXPECT_THAT(feeds.states(), IsEmpty()) << "no look-up asked for them";
 }
 
-TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
+TEST_F(TransitFeedsTest, IgnoresAnOlderPayload) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}, .timestamp = 500});
   TransitFeeds feeds(always({bus}), documents(), {});
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
@@ -255,7 +255,7 @@ TEST_F(TransitFeedsTest, GoesOnWithTheAlertsItHoldsWhenAnOlderPayloadComes) {
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one:"));
 }
 
-TEST_F(TransitFeedsTest, ALineIsTheSameWhenOnlyTheFeedGrewYounger) {
+TEST_F(TransitFeedsTest, ANewHeaderTimeAloneChangesNoLine) {
   FeedSketch alerts{.alerts = {alertOf("1", "Works")}, .timestamp = 500};
   const StoredFeed bus = feed("bus", alerts);
   TransitFeeds feeds(always({bus}), documents(), {});

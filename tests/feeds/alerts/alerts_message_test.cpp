@@ -34,7 +34,7 @@ std::vector<std::string> ids(const AlertsMessage& message) {
   return all;
 }
 
-TEST(AlertsMessage, HoldsWhatTheBytesSay) {
+TEST(AlertsMessage, DecodesAllFields) {
   const SharedAlertsMessage message = messageOf(everything());
   EXPECT_EQ(message->version(), "2.0");
   EXPECT_EQ(message->timestamp(), 1234U);
@@ -89,7 +89,7 @@ TEST(AlertsMessage, UnknownNumbersAndFieldsHideNothing) {
   }
 }
 
-TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
+TEST(AlertsMessage, FieldsOfARepeatedMessageAreMerged) {
   AlertSketch one{.id = "a", .header = {{"Works", "en"}}};
   AlertSketch two{.header = {{"Bauarbeiten", "de"}}, .description = {{"More.", "en"}}};
   std::string entity = bytesOf(one);
@@ -103,7 +103,7 @@ TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
   EXPECT_EQ((*message)->translations((*message)->entities()[0]).size(), 3U);
 }
 
-TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesPlaceAndReason) {
+TEST(AlertsMessage, TheErrorOfADamagedFeedNamesPlaceAndReason) {
   const std::string good = bytesOf(everything());
   const std::string twoAlerts = bytesOf(FeedSketch{.alerts = {{.id = "a"}}});
   struct Row {

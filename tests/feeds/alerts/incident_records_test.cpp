@@ -42,7 +42,7 @@ std::string row(const SharedIncident& incident) {
          provider.cellSecondaryTextForIncident(incident)->value_or("-");
 }
 
-TEST(IncidentRecords, SayWhatTheFeedSays) {
+TEST(IncidentRecords, HaveTheTextsAndPeriodOfTheAlert) {
   const auto incident =
       recordOf({.id = "1",
                 .header = {{"<b>Works</b>", "en"}, {"Bau", "de"}},
@@ -62,7 +62,7 @@ TEST(IncidentRecords, SayWhatTheFeedSays) {
   EXPECT_EQ(incident->creationDate(), std::nullopt);
 }
 
-TEST(IncidentRecords, DetailsHaveWhatTheRowCouldNotTake) {
+TEST(IncidentRecords, TheDetailsHaveTheWholeHeader) {
   std::string header;
   for (int word = 0; word < 150; ++word) header += "word ";
   header += "end";
@@ -114,7 +114,7 @@ TEST(IncidentRecords, MissingTextsAreGivenInWords) {
   }
 }
 
-TEST(IncidentRecords, ChooseEachTextsLanguageAmongThoseThatSaySomething) {
+TEST(IncidentRecords, ChooseTheLanguageOfEachTextAmongThoseNotEmpty) {
   const AlertSketch alert{.header = {{"Bau", "de"}, {"  ", "en"}, {"Travaux", "fr"}},
                           .description = {{"Buses.", "en"}, {"Busse.", "de"}}};
   EXPECT_EQ(row(recordOf(alert, {"fr", "en"})), "Travaux / Buses.");

@@ -43,7 +43,7 @@ std::string affected(const IncidentTable& table) {
   return ids;
 }
 
-TEST(IncidentTable, ASelectorFitsWhatHoldsInAllItStates) {
+TEST(IncidentTable, AllFieldsOfASelectorMustFit) {
   struct Row {
     const char* name;
     SelectorSketch selector;
