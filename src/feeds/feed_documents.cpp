@@ -205,9 +205,8 @@ void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, Ca
 FeedAlerts FeedDocuments::alertsOf(const StoredFeed& feed, FeedAlerts held) {
   if (feed.alerts.empty()) {
     // No fetch failed, so there is nothing to retry.
-    held.failure = failure(FailureCode::unknown, feedCalled(feed), "",
-                           "it has no alerts, so nothing is known of its lines");
-    return held;
+    return {.failure = failure(FailureCode::unknown, feedCalled(feed), "",
+                               "it has no alerts, so nothing is known of its lines")};
   }
   return isHttpURL(feed.alerts) ? remoteAlerts(feed, std::move(held)) : localAlerts(feed, std::move(held));
 }

@@ -39,7 +39,8 @@ void logTrouble(const std::vector<FeedState>& states, const Outcome<TransitLineI
 constexpr Seconds kTimetableRetry{15};
 
 bool hasJustFailed(const FeedAlerts& alerts, Date now) {
-  return alerts.failure && *alerts.failed <= now && now - *alerts.failed < kTimetableRetry;
+  if (!alerts.failed || *alerts.failed > now) return false;
+  return now - *alerts.failed < kTimetableRetry || (alerts.retryAfter && now < *alerts.retryAfter);
 }
 
 std::optional<Date> headerTime(const AlertsMessage& message) {
@@ -63,6 +64,13 @@ FeedFacts factsOf(const StoredFeed& feed, const FeedAlerts& alerts, const Incide
 }
 
 }  // namespace
+
+FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
+                      Date now) {
+  if (!alerts.message) return stateOf(factsOf(feed, alerts, nullptr), now);
+  const IncidentTable incidents(alerts.message, lines);
+  return stateOf(factsOf(feed, alerts, &incidents), now);
+}
 
 TransitFeeds::TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language)
     : source_(std::move(source)),
@@ -259,16 +267,6 @@ Outcome<std::vector<FeedState>> TransitFeeds::check(Date now) {
   }
   publish();
   return states;
-}
-
-FeedState TransitFeeds::checkNew(const StoredFeed& feed, Date now) const {
-  FeedAlerts alerts;
-  const auto lines = documents_->lineIndexOf(feed);
-  if (!lines) return stateOf(factsOf(feed, afterFailure({}, lines.error(), now), nullptr), now);
-  alerts = documents_->alertsOf(feed, {});
-  if (!alerts.message) return stateOf(factsOf(feed, alerts, nullptr), now);
-  const IncidentTable incidents(alerts.message, *lines);
-  return stateOf(factsOf(feed, alerts, &incidents), now);
 }
 
 TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const std::uint64_t> muids) {

@@ -41,6 +41,10 @@ struct UnknownLine {
   bool operator==(const UnknownLine&) const = default;
 };
 
+/// The state of a feed whose lines and alerts have been read.
+FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
+                      Date now);
+
 /// The lines of all feeds with their incidents. A feed's lines are loaded when they are first asked for; its
 /// alerts are asked for at every look-up. Any thread. A call that loads waits for the calls that are loading.
 class TransitFeeds {
@@ -75,8 +79,6 @@ class TransitFeeds {
 
   /// Reads every feed and gives their states, in the order of the feeds.
   Outcome<std::vector<FeedState>> check(Date now) LINEWATCH_EXCLUDES(loadingMutex_);
-  /// Reads a feed that is not in the list and gives its state.
-  FeedState checkNew(const StoredFeed& feed, Date now) const;
 
   /// For each incident the lines that have it, in the order of the feeds. Knows the feeds that have been
   /// read, loads nothing and waits for no server.

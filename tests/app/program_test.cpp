@@ -165,7 +165,8 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
-  EXPECT_THAT(runProgram(saved({"feed"})).output, HasSubstr(folder_ / "alerts.pb"));
+  EXPECT_THAT(runProgram(saved({"feed"})).output,
+              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("  state      fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
@@ -188,6 +189,8 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_THAT(found.errors, HasSubstr("feed lost"));
   EXPECT_THAT(runProgram(saved({"favorites", "add", "9"})).errors, HasSubstr("feed lost"));
 
+  EXPECT_THAT(runProgram(saved({"feed"})).output,
+              HasSubstr("  state      its lines are unknown: feed lost: " + (folder_ / "lost")));
   for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }

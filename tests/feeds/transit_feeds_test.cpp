@@ -225,7 +225,7 @@ TEST_F(TransitFeedsTest, LinesOfAlertsThatMatchNothingAreUnknown) {
   EXPECT_THAT(answer({}), ElementsAre("bus two:"));
 }
 
-TEST_F(TransitFeedsTest, ChecksFeedsThatNobodyAskedFor) {
+TEST_F(TransitFeedsTest, GivesTheStatesOfAllFeeds) {
   const StoredFeed fresh = feed("fresh", {}), old = feed("old", {.timestamp = 1}),
                    lost{"lost", (folder_.path() / "lost").string(), ""};
   now_ = Date(Seconds(90'000));
@@ -237,8 +237,8 @@ TEST_F(TransitFeedsTest, ChecksFeedsThatNobodyAskedFor) {
   ASSERT_TRUE(checked);
   for (std::size_t place = 0; place < expected.size(); ++place)
     EXPECT_EQ(checked->at(place).kind, expected[place]);
-  EXPECT_EQ(feeds.checkNew(old, now_).kind, Kind::outdated);
-  EXPECT_EQ(feeds.checkNew(lost, now_).kind, Kind::unreachable);
+  const auto read = documents();
+  EXPECT_EQ(stateOfFeed(old, *read->lineIndexOf(old), read->alertsOf(old, {}), now_).kind, Kind::outdated);
   EXPECT_THAT(feeds.states(), IsEmpty()) << "no look-up asked for them";
 }
 
