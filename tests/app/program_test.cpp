@@ -251,6 +251,19 @@ TEST_F(ProgramTest, LogsADamagedCacheOnlyWhenVerbose) {
   }
 }
 
+TEST_F(ProgramTest, SaysOfAFeedThatItsAlertsDoNotMatch) {
+  folder_.write("alerts.pb", alertsFeed(alertEntity("a", "of another city", "Strike")));
+  const auto added = runProgram(
+      saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
+  EXPECT_EQ(added.output,
+            "Added town with 2 lines\nIts state: its lines are unknown: feed town: alerts: 1 of 1 selector "
+            "resolved to nothing: the alerts do not match the timetable\n");
+  const auto shown = runProgram(given({"--favorite", "r1", "show"}));
+  EXPECT_EQ(shown.status, 1);
+  EXPECT_THAT(shown.output, Not(HasSubstr("Good Service")));
+  EXPECT_THAT(shown.errors, HasSubstr("the alerts do not match the timetable"));
+}
+
 TEST_F(ProgramTest, APreferenceTurnsOnFakeIncidents) {
   folder_.write("alerts.pb", alertsFeed(""));
   const auto shown = [&](const std::string& value) {
