@@ -19,7 +19,6 @@
 namespace {
 
 using namespace linewatch;
-using namespace linewatch::desktop;
 
 void require(bool holds) {
   if (!holds) std::abort();
@@ -83,14 +82,14 @@ void checkRecords(const SharedAlertsMessage& message) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   checkText(input);
-  const auto message = readAlertsMessage(std::string(input));
+  const auto message = readAlertsMessage(Bytes(data, data + size));
   if (!message) {
     requireShowable(message.error().description());
     return 0;
   }
   checkRecords(*message);
   // The same once more changes nothing, whether it is the whole or a difference.
-  const auto again = updatedAlerts(*message, std::string(input));
+  const auto again = updatedAlerts(*message, *message);
   require(again.succeeded() && (*again)->timestamp() == (*message)->timestamp());
   checkRecords(*again);
   return 0;

@@ -13,7 +13,7 @@
 #include "feeds/gtfs/line_records.h"
 #include "feeds/text/utf8.h"
 
-namespace linewatch::desktop {
+namespace linewatch {
 namespace {
 
 void require(bool holds) {
@@ -84,10 +84,10 @@ void ask(std::string_view query) {
 }
 
 }  // namespace
-}  // namespace linewatch::desktop
+}  // namespace linewatch
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace linewatch::desktop;
+  using namespace linewatch;
   if (size == 0) return 0;
   const std::span<const std::uint8_t> bytes(data + 1, size - 1);
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "app/commands.h"
+#include "app/local_time.h"
 #include "feeds/text/utf8.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
@@ -34,7 +35,28 @@ std::optional<Error> nameError(const std::string& name) {
 
 std::string lineCount(std::size_t count) { return std::to_string(count) + (count == 1 ? " line" : " lines"); }
 
-Report listFeeds(const SavedState& saved, TransitFeeds& shown) {
+/// A feed's state in one line.
+std::string stateInWords(const FeedState& state) {
+  using Kind = FeedState::Kind;
+  const std::string since = state.since ? localTime(*state.since) : "";
+  const std::string why = state.error ? terminalLine(sentenceOf(*state.error)) : "";
+  switch (state.kind) {
+    case Kind::fresh:
+      return "fresh";
+    case Kind::stale:
+      return "stale: its alerts are of " + since;
+    case Kind::kept:
+      return "kept: the alerts of " + since + " serve for now; " + why;
+    case Kind::unreachable:
+    case Kind::outdated:
+    case Kind::notMatching:
+    case Kind::incomplete:
+      break;
+  }
+  return "its lines are unknown: " + why;
+}
+
+Report listFeeds(const SavedState& saved, TransitFeeds& shown, Date now) {
   const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
@@ -42,10 +64,14 @@ Report listFeeds(const SavedState& saved, TransitFeeds& shown) {
     return Report::of(
         "No feeds yet, so the sample city is shown. Add one: linewatch feed add NAME --gtfs G --alerts A\n");
   }
+  const auto states = shown.check(now);
+  if (!states) return refused(states.error());
   Report report;
   for (const StoredFeed& feed : *feeds) {
+    const auto state = std::ranges::find(*states, feed.name, &FeedState::feed);
     report.output += feed.name + "\n  timetable  " + terminalLine(feed.gtfs) + "\n  alerts     " +
                      terminalLine(feed.alerts) + "\n";
+    if (state != states->end()) report.output += "  state      " + stateInWords(*state) + "\n";
   }
   return report;
 }
@@ -65,13 +91,15 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   saved.feedCache()->holdBack();
   const auto lines = documents.lineIndexOf(feed);
   if (!lines) return refused(lines.error());
-  const auto alerts = documents.alertsOf(feed, nullptr);
-  if (!alerts) return refused(alerts.error());
+  const auto alerts = documents.alertsOf(feed, {});
+  if (alerts.failure) return refused(*alerts.failure);
   const auto added = saved.feeds().add(feed);
   if (!added) return refused(added.error());
   if (!*added) return refusedNameInUse(feed.name);
   saved.feedCache()->writeHeldBack();
-  return Report::of("Added " + feed.name + " with " + lineCount((*lines)->routes().size()) + "\n");
+  const FeedState state = stateOfFeed(feed, *lines, alerts, documents.now());
+  return Report::of("Added " + feed.name + " with " + lineCount((*lines)->routes().size()) + "\n" +
+                    (state.kind == FeedState::Kind::fresh ? "" : "Its state: " + stateInWords(state) + "\n"));
 }
 
 Report removeFeed(const SavedState& saved, const std::string& name) {
@@ -95,7 +123,7 @@ Report feed(Session& session, const FeedCommand& command) {
     case FeedCommand::Action::list:
       break;
   }
-  return listFeeds(*saved, session.platform().feeds());
+  return listFeeds(*saved, session.platform().feeds(), session.platform().mainLoop().now());
 }
 
 }  // namespace linewatch::app

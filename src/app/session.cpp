@@ -78,7 +78,7 @@ std::optional<Error> Session::unusedFeedError() {
   if (platform_->saved() || !favorites || !favorites->empty()) return std::nullopt;
   for (const StoredFeed& feed : platform_->feeds().feeds()) {
     if (const auto lines = platform_->documents().lineIndexOf(feed); !lines) return lines.error();
-    if (const auto alerts = platform_->documents().alertsOf(feed, nullptr); !alerts) return alerts.error();
+    if (auto alerts = platform_->documents().alertsOf(feed, {}); alerts.failure) return alerts.failure;
   }
   return std::nullopt;
 }

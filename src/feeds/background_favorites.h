@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// Reads through a persister on a background queue, where the operations run as well.
+/// Reads through a persister on a background queue and runs the operations there.
 class BackgroundFavoritesContainer final : public FavoritesContainer {
  public:
   /// Without a persister there are no favourites.
@@ -16,7 +16,7 @@ class BackgroundFavoritesContainer final : public FavoritesContainer {
                                std::shared_ptr<RemoteFavoritesPersister> persister)
       : queue_(std::move(queue)), persister_(std::move(persister)) {}
 
-  void readContents(std::function<void(const Favorites&)> operation) override {
+  void readContents(std::function<void(const Outcome<Favorites>&)> operation) override {
     queue_->post([persister = persister_, operation = std::move(operation)] {
       operation(persister ? persister->readFavorites() : Favorites{});
     });

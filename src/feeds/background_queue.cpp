@@ -2,22 +2,25 @@
 
 #include <condition_variable>
 #include <deque>
-#include <mutex>
+#include <thread>
 #include <utility>
+
+#include "shared/mutex.h"
 
 namespace linewatch {
 
-/// Shared with the thread, which may outlive the queue when the queue ends on it.
+/// Shared with the thread, which outlives a queue that is destroyed by one of its actions.
 struct BackgroundQueue::Posted {
-  std::mutex mutex;
-  std::condition_variable changed;
-  std::deque<std::function<void()>> actions;
-  bool isFinished = false;
+  Mutex mutex;
+  std::condition_variable_any changed;
+  std::deque<std::function<void()>> actions LINEWATCH_GUARDED_BY(mutex);
+  bool isFinished LINEWATCH_GUARDED_BY(mutex) = false;
+  std::thread thread LINEWATCH_GUARDED_BY(mutex);
 
-  /// Waits for an action; an empty one when there will be no more.
+  /// Waits for the next action; an empty one after the last.
   std::function<void()> take() {
-    std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return isFinished || !actions.empty(); });
+    MutexLock lock(mutex);
+    while (!isFinished && actions.empty()) changed.wait(lock);
     if (actions.empty()) return {};
     std::function<void()> action = std::move(actions.front());
     actions.pop_front();
@@ -31,11 +34,11 @@ BackgroundQueue::~BackgroundQueue() { finish(); }
 
 bool BackgroundQueue::post(std::function<void()> action) {
   {
-    const std::lock_guard lock(posted_->mutex);
+    const MutexLock lock(posted_->mutex);
     if (posted_->isFinished) return false;
     posted_->actions.push_back(std::move(action));
-    if (!thread_.joinable()) {
-      thread_ = std::thread([posted = posted_] {
+    if (!posted_->thread.joinable()) {
+      posted_->thread = std::thread([posted = posted_] {
         while (auto next = posted->take()) next();
       });
     }
@@ -47,9 +50,9 @@ bool BackgroundQueue::post(std::function<void()> action) {
 void BackgroundQueue::finish() {
   std::thread thread;
   {
-    const std::lock_guard lock(posted_->mutex);
+    const MutexLock lock(posted_->mutex);
     posted_->isFinished = true;
-    thread = std::move(thread_);
+    thread = std::move(posted_->thread);
   }
   posted_->changed.notify_one();
   if (!thread.joinable()) return;

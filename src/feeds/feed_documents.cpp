@@ -1,7 +1,8 @@
 #include "feeds/feed_documents.h"
 
-#include <cstdint>
+#include <algorithm>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -18,13 +19,11 @@
 
 namespace linewatch {
 
-/// One of the two documents of a feed, and how the cache treats it.
+/// One of the two documents of a feed.
 struct FeedDocuments::Kind {
+  /// In the cache.
   const char* name;
   std::string StoredFeed::*location;
-  /// For how long a kept document is taken without asking, and for how long when asking fails.
-  Seconds fresh;
-  Seconds usable;
   std::size_t maximumBytes;
 
   static const Kind kTimetable;
@@ -34,13 +33,17 @@ struct FeedDocuments::Kind {
 namespace {
 
 namespace fs = std::filesystem;
-constexpr Seconds kForever{1e12};
+
+// A cached timetable is not asked for again before this.
+constexpr Seconds kTimetableFresh{86400};
+constexpr Seconds kAlertsFresh{15};
+constexpr Seconds kLongestMaxAge{5.0 * 60};
 
 std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
 
-/// What is wrong with that which lies at the location, of which `error` itself does not know.
+/// The error with the feed and the location in front: "feed Metro: https://example.org/alerts: timed out".
 Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
-  return failure(feedCalled(feed), redacted(location), sentenceOf(error));
+  return within(feedCalled(feed), within(redacted(location), error));
 }
 
 fs::path localPath(const std::string& location) {
@@ -55,7 +58,7 @@ Outcome<std::unique_ptr<GtfsSource>> openTimetable(const std::string& location) 
   return openZip(path);
 }
 
-// Changes whenever the files do.
+/// Changes when one of the files that a line index is made from changes.
 std::string fingerprint(const std::string& location) {
   std::string print;
   const fs::path path = localPath(location);
@@ -77,48 +80,62 @@ std::optional<std::string> nonEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
 
-void reportGoingOn(const Error& error, Seconds age) {
-  logError("%@; going on with what was fetched %lu s ago",
-           {sentenceOf(error), static_cast<std::uint64_t>(age.count())});
+/// The server's Retry-After, counted from `now`.
+std::optional<Date> retryAfterOf(const Error& error, Date now) {
+  const auto entry = error.info.find(kRetryAfterKey);
+  const double* const seconds = entry == error.info.end() ? nullptr : entry->second.get<double>();
+  return seconds == nullptr ? std::nullopt : std::optional(now + Seconds(*seconds));
 }
 
-std::string asText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
-Bytes asBytes(const std::string& text) { return {text.begin(), text.end()}; }
+/// A document from the future says that the clock was set back, so its age is not known.
+bool isYoungerThan(Seconds age, Date received, Date now) { return received <= now && now - received < age; }
 
 }  // namespace
 
-const FeedDocuments::Kind FeedDocuments::Kind::kTimetable = {"gtfs", &StoredFeed::gtfs, Seconds(86400),
-                                                             kForever, 512 * kMebibyte};
-const FeedDocuments::Kind FeedDocuments::Kind::kAlerts = {"alerts", &StoredFeed::alerts, Seconds(15),
-                                                          Seconds(900), 64 * kMebibyte};
+const FeedDocuments::Kind FeedDocuments::Kind::kTimetable = {"gtfs", &StoredFeed::gtfs, 512 * kMebibyte};
+const FeedDocuments::Kind FeedDocuments::Kind::kAlerts = {"alerts", &StoredFeed::alerts, 64 * kMebibyte};
 
 FeedDocuments::FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
                              FetcherSource fetcherSource)
     : cache_(std::move(cache)), now_(std::move(now)), fetcherSource_(std::move(fetcherSource)) {}
 
-Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
-  return isHttpURL(feed.gtfs) ? fetchTimetable(feed) : readLocalTimetable(feed);
-}
-
-Outcome<SharedAlertsMessage> FeedDocuments::alertsOf(const StoredFeed& feed,
-                                                     const SharedAlertsMessage& held) {
-  if (feed.alerts.empty())
-    return failure(feedCalled(feed), "", "it has no alerts, so nothing is known of its lines");
-  if (isHttpURL(feed.alerts)) return fetchAlerts(feed, held);
-  Outcome<std::string> payload =
-      contentsOf(localPath(feed.alerts),
-                 {.bytes = Kind::kAlerts.maximumBytes, .time = kFetchTimeout, .stop = stop_.get_token()});
-  if (!payload) return within(feedCalled(feed), payload.error());
-  auto updated = updatedAlerts(held, std::move(*payload));
-  if (!updated) return located(updated.error(), feed, feed.alerts);
-  return updated;
+FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now) {
+  held.retryAfter = retryAfterOf(error, now);
+  held.failed = now;
+  held.failure = error;
+  ++held.failures;
+  return held;
 }
 
 std::optional<CachedDocument> FeedDocuments::find(const StoredFeed& feed, const Kind& kind) const {
   return keeps(feed) ? cache_->find(feed.name, kind.name, feed.*kind.location) : std::nullopt;
 }
 
-Outcome<SharedLineIndex> FeedDocuments::readLocalTimetable(const StoredFeed& feed) {
+Outcome<HttpResponse> FeedDocuments::get(const StoredFeed& feed, const Kind& kind, std::string etag,
+                                         std::string lastModified) {
+  const auto fetcher = fetcherSource_();
+  if (!fetcher) return fetcher.error();
+  const std::string& location = feed.*kind.location;
+  const bool isConditional = !etag.empty() || !lastModified.empty();
+  HttpRequest request{.url = location,
+                      .etag = std::move(etag),
+                      .lastModified = std::move(lastModified),
+                      .maximumBytes = kind.maximumBytes,
+                      .stop = stop_.get_token()};
+  auto response = (*fetcher)->fetch(request);
+  if (!response) return located(response.error(), feed, location);
+  if (response->notModified && !isConditional)
+    return located(failure(FailureCode::malformed, "", "",
+                           "the server says that nothing changed, but was not asked whether"),
+                   feed, location);
+  return response;
+}
+
+Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
+  return isHttpURL(feed.gtfs) ? remoteTimetable(feed) : localTimetable(feed);
+}
+
+Outcome<SharedLineIndex> FeedDocuments::localTimetable(const StoredFeed& feed) {
   const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
   const std::string print = keeps(feed) ? fingerprint(feed.gtfs) : "";
   if (kept && kept->etag == print) {
@@ -128,30 +145,47 @@ Outcome<SharedLineIndex> FeedDocuments::readLocalTimetable(const StoredFeed& fee
                        {.location = feed.gtfs, .fetched = now_(), .etag = print});
 }
 
-Outcome<SharedLineIndex> FeedDocuments::fetchTimetable(const StoredFeed& feed) {
-  Outcome<Fetched> fetched = fetch(feed, Kind::kTimetable);
-  if (!fetched) return fetched.error();
-  if (!fetched->isNew) {
-    auto contents = decodeLineIndex(fetched->document.bytes);
-    if (contents) return indexOf(std::move(*contents));
-    // Another version kept it in another form: have the whole timetable again.
-    fetched = fetchAnew(feed, Kind::kTimetable, std::nullopt);
-    if (!fetched) return fetched.error();
+Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const StoredFeed& feed) {
+  std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
+  SharedLineIndex cached;
+  if (kept) {
+    // The program's version before may have cached it in another form.
+    if (auto contents = decodeLineIndex(kept->bytes)) cached = indexOf(std::move(*contents));
   }
-  auto source = openZip(std::move(fetched->document.bytes));
-  auto index = readTimetable(feed, std::move(source), std::move(fetched->document));
-  if (index) return index;
-  // As where a network answers with a page of its own: the lines known before serve as if it had not
-  // answered.
-  const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
-  if (!kept) return index;
-  auto contents = decodeLineIndex(kept->bytes);
-  if (!contents) return index;
-  logError("%@; going on with the lines known before", {sentenceOf(index.error())});
-  return indexOf(std::move(*contents));
+  if (!cached) kept.reset();
+  if (cached && isYoungerThan(kTimetableFresh, kept->fetched, now_())) return cached;
+
+  Outcome<Fetched> fetched = fetchTimetable(feed, kept);
+  if (fetched && !fetched->isNew) return cached;
+  if (fetched) {
+    auto source = openZip(std::move(fetched->document.bytes));
+    auto index = readTimetable(feed, std::move(source), std::move(fetched->document));
+    if (index) return index;
+    fetched = index.error();
+  }
+  if (!cached || stop_.stop_requested()) return fetched.error();
+  logError("%@; going on with the lines known before", {sentenceOf(fetched.error())});
+  return cached;
 }
 
-/// `document` is what is to be kept of it, without the bytes.
+Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const StoredFeed& feed,
+                                                              const std::optional<CachedDocument>& kept) {
+  auto response = get(feed, Kind::kTimetable, kept ? kept->etag.value_or("") : "",
+                      kept ? kept->lastModified.value_or("") : "");
+  if (!response) return response.error();
+  if (response->notModified) {
+    if (keeps(feed)) cache_->confirm(feed.name, Kind::kTimetable.name, now_());
+    return Fetched{*kept};
+  }
+  return Fetched{{.location = feed.gtfs,
+                  .fetched = now_(),
+                  .etag = nonEmpty(std::move(response->etag)),
+                  .lastModified = nonEmpty(std::move(response->lastModified)),
+                  .bytes = std::move(response->body)},
+                 true};
+}
+
+/// `document`: the cache entry to write, still without bytes.
 Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
                                                       Outcome<std::unique_ptr<GtfsSource>> source,
                                                       CachedDocument document) {
@@ -169,71 +203,99 @@ void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, Ca
   cache_->store(feed.name, Kind::kTimetable.name, std::move(document));
 }
 
-Outcome<SharedAlertsMessage> FeedDocuments::fetchAlerts(const StoredFeed& feed,
-                                                        const SharedAlertsMessage& held) {
-  const std::optional<CachedDocument> kept = find(feed, Kind::kAlerts);
-  SharedAlertsMessage before = held;
-  if (kept && !before) {
-    // What can no longer be read is as good as nothing kept.
-    if (auto message = updatedAlerts(nullptr, asText(kept->bytes))) before = *message;
+FeedAlerts FeedDocuments::alertsOf(const StoredFeed& feed, FeedAlerts held) {
+  if (feed.alerts.empty()) {
+    // No fetch failed, so there is nothing to retry.
+    return {.failure = failure(FailureCode::unknown, feedCalled(feed), "",
+                               "it has no alerts, so nothing is known of its lines")};
   }
-  Outcome<Fetched> fetched = fetch(feed, Kind::kAlerts);
-  if (!fetched) return fetched.error();
-  if (!fetched->isNew) return before ? before : updatedAlerts(nullptr, asText(fetched->document.bytes));
-  auto updated = updatedAlerts(before, asText(fetched->document.bytes));
-  if (!updated) {
-    const Error error = located(updated.error(), feed, feed.alerts);
-    if (!before || ageOf(kept) >= Kind::kAlerts.usable) return error;
-    reportGoingOn(error, ageOf(kept));
-    return before;
-  }
-  if (keeps(feed)) {
-    fetched->document.bytes = asBytes((*updated)->payload());
-    cache_->store(feed.name, Kind::kAlerts.name, std::move(fetched->document));
-  }
-  return updated;
+  return isHttpURL(feed.alerts) ? remoteAlerts(feed, std::move(held)) : localAlerts(feed, std::move(held));
 }
 
-Outcome<FeedDocuments::Fetched> FeedDocuments::fetch(const StoredFeed& feed, const Kind& kind) {
-  std::optional<CachedDocument> kept = find(feed, kind);
-  const Seconds age = ageOf(kept);
-  if (age < kind.fresh) return Fetched{std::move(*kept)};
-  Outcome<Fetched> fetched = fetchAnew(feed, kind, kept);
-  if (fetched || age >= kind.usable || stop_.stop_requested()) return fetched;
-  reportGoingOn(fetched.error(), age);
-  return Fetched{std::move(*kept)};
+/// A file is read anew each time: no earlier message stands in for a file that cannot be read.
+FeedAlerts FeedDocuments::localAlerts(const StoredFeed& feed, FeedAlerts held) {
+  const auto failed = [&](const Error& error) {
+    held.message = nullptr;
+    return afterFailure(std::move(held), error, now_());
+  };
+  Outcome<Bytes> payload =
+      bytesOf(localPath(feed.alerts),
+              {.bytes = Kind::kAlerts.maximumBytes, .time = kFetchTimeout, .stop = stop_.get_token()});
+  if (!payload) return failed(within(feedCalled(feed), payload.error()));
+  auto message = update(feed, held.message, *std::move(payload), now_());
+  if (!message) return failed(message.error());
+  return {.message = *std::move(message), .received = now_()};
 }
 
-/// A document from the future says that the clock was set back: its age is not known.
-Seconds FeedDocuments::ageOf(const std::optional<CachedDocument>& kept) const {
-  return kept && kept->fetched <= now_() ? now_() - kept->fetched : kForever;
+FeedAlerts FeedDocuments::remoteAlerts(const StoredFeed& feed, FeedAlerts held) {
+  if (!held.message) held = cachedAlerts(feed, std::move(held));
+  const Date now = now_();
+  if (held.message && !held.failure && isYoungerThan(held.freshFor, held.received, now)) return held;
+  if (held.retryAfter && *held.failed <= now && now < *held.retryAfter) return held;
+  auto response = get(feed, Kind::kAlerts, held.etag, held.lastModified);
+  if (!response) return afterFailure(std::move(held), response.error(), now_());
+  auto alerts = afterResponse(feed, held, *std::move(response));
+  return alerts ? *std::move(alerts) : afterFailure(std::move(held), alerts.error(), now_());
 }
 
-Outcome<FeedDocuments::Fetched> FeedDocuments::fetchAnew(const StoredFeed& feed, const Kind& kind,
-                                                         const std::optional<CachedDocument>& kept) {
-  const std::string& location = feed.*kind.location;
-  auto fetcher = fetcherSource_();
-  if (!fetcher) return fetcher.error();
-  HttpRequest request{.url = location, .maximumBytes = kind.maximumBytes, .stop = stop_.get_token()};
-  if (kept) {
-    request.etag = kept->etag.value_or("");
-    request.lastModified = kept->lastModified.value_or("");
+/// The alerts that an earlier run has cached; `held` when there are none that can be read.
+FeedAlerts FeedDocuments::cachedAlerts(const StoredFeed& feed, FeedAlerts held) const {
+  std::optional<CachedDocument> kept = find(feed, Kind::kAlerts);
+  if (!kept) return held;
+  auto message = update(feed, nullptr, std::move(kept->bytes), kept->fetched);
+  if (!message) return held;
+  held.message = *std::move(message);
+  held.received = kept->fetched;
+  held.etag = std::move(kept->etag).value_or("");
+  held.lastModified = std::move(kept->lastModified).value_or("");
+  held.freshFor = kAlertsFresh;
+  return held;
+}
+
+Outcome<FeedAlerts> FeedDocuments::afterResponse(const StoredFeed& feed, const FeedAlerts& held,
+                                                 HttpResponse response) {
+  FeedAlerts alerts{
+      .received = now_(),
+      .freshFor = std::clamp(response.maxAge.value_or(kAlertsFresh), kAlertsFresh, kLongestMaxAge)};
+  if (response.notModified) {
+    alerts.message = held.message;
+    alerts.etag = held.etag;
+    alerts.lastModified = held.lastModified;
+    if (keeps(feed)) cache_->confirm(feed.name, Kind::kAlerts.name, alerts.received);
+    return alerts;
   }
-  auto response = (*fetcher)->fetch(request);
-  if (!response) return located(response.error(), feed, location);
-  if (!response->notModified) {
-    return Fetched{{.location = location,
-                    .fetched = now_(),
-                    .etag = nonEmpty(std::move(response->etag)),
-                    .lastModified = nonEmpty(std::move(response->lastModified)),
-                    .bytes = std::move(response->body)},
-                   true};
+  auto message = update(feed, held.message, std::move(response.body), alerts.received);
+  if (!message) return message.error();
+  alerts.message = *std::move(message);
+  alerts.etag = std::move(response.etag);
+  alerts.lastModified = std::move(response.lastModified);
+  keepAlerts(feed, alerts);
+  return alerts;
+}
+
+void FeedDocuments::keepAlerts(const StoredFeed& feed, const FeedAlerts& alerts) {
+  if (!keeps(feed)) return;
+  cache_->store(feed.name, Kind::kAlerts.name,
+                {.location = feed.alerts,
+                 .fetched = alerts.received,
+                 .etag = nonEmpty(alerts.etag),
+                 .lastModified = nonEmpty(alerts.lastModified),
+                 .bytes = alerts.message->payload()});
+}
+
+/// The alerts that hold after a payload came.
+Outcome<SharedAlertsMessage> FeedDocuments::update(const StoredFeed& feed, const SharedAlertsMessage& held,
+                                                   Bytes payload, Date received) const {
+  auto message = readAlertsMessage(std::move(payload));
+  if (message && !hasPlausibleTime(**message, received)) {
+    logError(
+        "feed %@: its alerts say that they were written at %lu s since 1970, after they came; the time of "
+        "receipt counts",
+        {feed.name, (*message)->timestamp()});
+    message = withoutTime(**message);
   }
-  if (!kept)
-    return located(failure("", "", "the server says that nothing changed, but was not asked whether"), feed,
-                   location);
-  if (keeps(feed)) cache_->confirm(feed.name, kind.name, now_());
-  return Fetched{*kept};
+  if (message) message = updatedAlerts(held, *message);
+  return message ? message : located(message.error(), feed, feed.alerts);
 }
 
 }  // namespace linewatch

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,50 +19,79 @@
 
 namespace linewatch {
 
-/// Gets what feeds consist of from where they lie: folders, files, zips and servers.
+/// The alerts of a feed, and how they came.
+struct FeedAlerts {
+  /// Null as long as none came.
+  SharedAlertsMessage message;
+  /// When the message came, or was confirmed. Only with a message.
+  Date received{};
+  /// For the next conditional request.
+  std::string etag, lastModified;
+  /// The message is taken as current without asking for this long after `received`.
+  Seconds freshFor{};
+  /// The outcome of the last attempt: absent after a success.
+  std::optional<Error> failure = {};
+  /// How many attempts failed in a row, and when the last of them did.
+  std::uint32_t failures = 0;
+  std::optional<Date> failed = {};
+  /// The server wants no request before this; absent when it did not say.
+  std::optional<Date> retryAfter = {};
+};
+
+/// The same alerts after an attempt at `now` that failed.
+FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now);
+
+/// Reads the timetables and alerts of feeds from folders, files, zips and servers.
 ///
-/// What a server gave is kept in the cache and asked for with conditions the next time, alerts not again
-/// within 15 seconds and timetables not within a day. When the server cannot be reached, or what it gives
-/// cannot be read, a kept timetable goes on to serve, and kept alerts do for 15 minutes: after that nobody
-/// knows whether the lines run well. Of a timetable the cache holds the line index, which is read in
-/// its place as long as the files are those it was made from. Any thread, several at a time.
+/// A server's documents are kept in the cache and asked for again with conditions: a timetable after a day,
+/// alerts after 15 seconds or after the server's max-age, up to 5 minutes. A cached timetable serves as long
+/// as the server cannot be reached or sends something that is no timetable. The cache holds a timetable as a
+/// line index, which also saves reading the files of a local one as long as they are unchanged. Any thread,
+/// several at a time.
 class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
 
-  /// A null `cache` keeps nothing; of the sample city nothing is kept either, which is read in no time.
-  /// `fetcherSource` is asked when something is first fetched.
+  /// Without a `cache`, and for the sample city, nothing is cached. `fetcherSource` is called at the first
+  /// fetch.
   FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
                 FetcherSource fetcherSource = loadHttpFetcher);
 
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
-  /// The alerts that hold now; `held` is what this gave the last time, or null.
-  Outcome<SharedAlertsMessage> alertsOf(const StoredFeed& feed, const SharedAlertsMessage& held);
   /// From now on an index of a local timetable is read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
-  /// Ends what is being fetched, or read from a file, each with an error, and fetches nothing more.
+  /// The alerts after another attempt to get them. `held` is the answer of the call before, or the default.
+  /// After a failure the message before is still there, whatever its age: `stateOf` says whether it serves.
+  FeedAlerts alertsOf(const StoredFeed& feed, FeedAlerts held);
+  Date now() const { return now_(); }
+  /// Ends the fetches and reads under way, each with an error. Later ones fail at once.
   void stopFetching() { stop_.request_stop(); }
 
  private:
   struct Kind;
-  /// What a server answered: a document, new or as it was kept.
+  /// A document as the server sent it, or the cached one when that is still current.
   struct Fetched {
     CachedDocument document;
     bool isNew = false;
   };
 
   bool keeps(const StoredFeed& feed) const { return cache_ && feed.name != kSampleFeedName; }
-  Seconds ageOf(const std::optional<CachedDocument>& kept) const;
   std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
-  Outcome<Fetched> fetch(const StoredFeed& feed, const Kind& kind);
-  Outcome<Fetched> fetchAnew(const StoredFeed& feed, const Kind& kind,
-                             const std::optional<CachedDocument>& kept);
-  Outcome<SharedLineIndex> readLocalTimetable(const StoredFeed& feed);
-  Outcome<SharedLineIndex> fetchTimetable(const StoredFeed& feed);
+  Outcome<HttpResponse> get(const StoredFeed& feed, const Kind& kind, std::string etag,
+                            std::string lastModified);
+  Outcome<Fetched> fetchTimetable(const StoredFeed& feed, const std::optional<CachedDocument>& kept);
+  Outcome<SharedLineIndex> localTimetable(const StoredFeed& feed);
+  Outcome<SharedLineIndex> remoteTimetable(const StoredFeed& feed);
   Outcome<SharedLineIndex> readTimetable(const StoredFeed& feed, Outcome<std::unique_ptr<GtfsSource>> source,
                                          CachedDocument document);
-  Outcome<SharedAlertsMessage> fetchAlerts(const StoredFeed& feed, const SharedAlertsMessage& held);
   void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
+  FeedAlerts cachedAlerts(const StoredFeed& feed, FeedAlerts held) const;
+  FeedAlerts localAlerts(const StoredFeed& feed, FeedAlerts held);
+  FeedAlerts remoteAlerts(const StoredFeed& feed, FeedAlerts held);
+  Outcome<FeedAlerts> afterResponse(const StoredFeed& feed, const FeedAlerts& held, HttpResponse response);
+  void keepAlerts(const StoredFeed& feed, const FeedAlerts& alerts);
+  Outcome<SharedAlertsMessage> update(const StoredFeed& feed, const SharedAlertsMessage& held, Bytes payload,
+                                      Date received) const;
 
   std::shared_ptr<FeedCache> cache_;
   std::function<Date()> now_;

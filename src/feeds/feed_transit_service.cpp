@@ -26,7 +26,9 @@ class FeedLinesTicket final : public TransitLinesTicket {
         queue && queue->post([feeds = feeds_, &mainLoop = mainLoop_, identifiers = identifiers_, handler] {
           answer(mainLoop, handler, feeds->lineItems(identifiers, mainLoop.now()));
         });
-    if (!isPosted) answer(mainLoop_, handler, failure("transit service", "", "it takes no more look-ups"));
+    if (!isPosted)
+      answer(mainLoop_, handler,
+             failure(FailureCode::cancelled, "transit service", "", "it takes no more look-ups"));
   }
 
  private:

@@ -10,10 +10,9 @@
 
 namespace linewatch {
 
-/// The transit service over open feeds. Look-ups run one after the other on a thread of the service's own, so
-/// that a slow server never holds up the main thread; their answers arrive on the main thread. The main loop
-/// must outlive the tickets and the service, which waits for the look-ups submitted when it is destroyed. A
-/// ticket that comes later is answered with an error.
+/// The transit service over `TransitFeeds`. Look-ups run one after the other on a thread of the service, and
+/// their answers arrive on the main thread. The destructor waits for the submitted look-ups; a ticket that is
+/// submitted later is answered with an error. The main loop must outlive the service and its tickets.
 class FeedTransitService final : public TransitService {
  public:
   FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop)
@@ -21,7 +20,7 @@ class FeedTransitService final : public TransitService {
 
   std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
       std::vector<MapItemIdentifier> identifiers) override;
-  /// Waits for the look-ups under way, and takes no more.
+  /// Waits for the submitted look-ups and takes no more.
   void finish() { queue_->finish(); }
 
  private:

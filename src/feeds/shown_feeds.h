@@ -10,17 +10,16 @@
 
 namespace linewatch {
 
-/// Which feeds are shown: the one given for a run, the user's own, or the sample city until there are any.
-/// Any thread.
+/// The feeds that are shown: the one given for a run, else the user's own, else the sample city. Any thread.
 class ShownFeeds {
  public:
   explicit ShownFeeds(StoredFeed given) : source_(std::move(given)) {}
-  /// `sampleCity`: the folder of it.
+  /// `sampleCity`: the folder of the sample city.
   ShownFeeds(SharedDatabase state, std::filesystem::path sampleCity)
       : source_(Saved{std::move(state), std::move(sampleCity)}) {}
 
-  /// As they are now. An error when they cannot be read, or were lost with a damaged database: a city that
-  /// nobody asked for must not stand in for them.
+  /// The feeds as they are now. An error when they cannot be read or were lost with a damaged database: the
+  /// sample city must not take their place.
   Outcome<std::vector<StoredFeed>> read() const;
 
  private:
@@ -31,7 +30,7 @@ class ShownFeeds {
   std::variant<StoredFeed, Saved> source_;
 };
 
-/// No feed of the user's own has the name.
+/// True when the sample city is shown. A feed of the user's cannot have its name.
 inline bool isSampleCity(const std::vector<StoredFeed>& feeds) {
   return !feeds.empty() && feeds.front().name == kSampleFeedName;
 }

@@ -1,10 +1,9 @@
 #include "feeds/transit_feeds.h"
 
 #include <algorithm>
-#include <map>
+#include <set>
 #include <utility>
 
-#include "feeds/user_favorites.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"
 #include "shared/failure.h"
@@ -13,21 +12,65 @@ namespace linewatch {
 
 namespace {
 
-/// Where no alert can be matched with a line, the lines seem to run well although nobody knows: that is told
-/// to everyone.
-void report(const std::string& feedName, const IncidentTable& table) {
+void logCounts(const std::string& feedName, const IncidentTable& table) {
   const SelectorCounts& counts = table.counts();
   logDebug(
       "feed %@: %lu incidents; of the selectors %lu fit lines, %lu are about single stops or trips, "
       "%lu resolve to nothing; %lu alerts have none",
       {feedName, table.incidents().size(), counts.fitting, counts.notAboutLines, counts.unknown,
        counts.alertsWithoutSelector});
-  const bool saysNothing = counts.fitting == 0 && counts.notAboutLines == 0;
-  const std::string complaint = complaintOf(feedName, counts);
-  if (saysNothing && !complaint.empty()) logError("%@: no line can have any", {complaint});
+}
+
+/// Logs the errors of feeds that are not the error of the answer.
+void logTrouble(const std::vector<FeedState>& states, const Outcome<TransitLineItems>& answer) {
+  for (const FeedState& state : states) {
+    if (!state.error || (!answer && answer.error() == state.error)) continue;
+    if (state.kind == FeedState::Kind::kept) {
+      logError("%@; the alerts received at %@ serve for now",
+               {sentenceOf(*state.error), description(*state.since)});
+    } else {
+      logError("%@", {sentenceOf(*state.error)});
+    }
+  }
+}
+
+/// A timetable that could not be read is not tried again for this long, so that one command does not wait for
+/// the same server several times.
+constexpr Seconds kTimetableRetry{15};
+
+bool hasJustFailed(const FeedAlerts& alerts, Date now) {
+  if (!alerts.failed || *alerts.failed > now) return false;
+  return now - *alerts.failed < kTimetableRetry || (alerts.retryAfter && now < *alerts.retryAfter);
+}
+
+std::optional<Date> headerTime(const AlertsMessage& message) {
+  if (message.timestamp() == 0) return std::nullopt;
+  return Date(Seconds(static_cast<double>(message.timestamp())));
+}
+
+/// `incidents` is null when the feed's lines or alerts have not been read.
+FeedFacts factsOf(const StoredFeed& feed, const FeedAlerts& alerts, const IncidentTable* incidents) {
+  FeedFacts facts{.feed = feed.name,
+                  .failure = alerts.failure,
+                  .failures = alerts.failures,
+                  .failed = alerts.failed,
+                  .retryAfter = alerts.retryAfter};
+  if (!incidents) return facts;
+  facts.received = alerts.received;
+  facts.isWhole = !alerts.message->isDifference();
+  facts.counts = incidents->counts();
+  facts.written = headerTime(*alerts.message);
+  return facts;
 }
 
 }  // namespace
+
+FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
+                      Date now) {
+  if (!alerts.message) return stateOf(factsOf(feed, alerts, nullptr), now);
+  const IncidentTable incidents(alerts.message, lines);
+  return stateOf(factsOf(feed, alerts, &incidents), now);
+}
 
 TransitFeeds::TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language)
     : source_(std::move(source)),
@@ -35,147 +78,209 @@ TransitFeeds::TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documen
       language_(std::make_shared<const IncidentLanguage>(std::move(language))) {}
 
 std::vector<StoredFeed> TransitFeeds::feeds() const {
-  const std::lock_guard lock(mutex_);
-  return feeds_;
+  const MutexLock lock(mutex_);
+  return published_.feeds;
+}
+
+std::vector<FeedState> TransitFeeds::states() const {
+  const MutexLock lock(mutex_);
+  return published_.states;
+}
+
+std::vector<UnknownLine> TransitFeeds::unknownLines() const {
+  const MutexLock lock(mutex_);
+  return published_.unknownLines;
+}
+
+void TransitFeeds::publish() {
+  std::vector<StoredFeed> feeds = feeds_;
+  std::vector<LoadedFeed> loaded = loaded_;
+  const MutexLock lock(mutex_);
+  // The former ones are destroyed after the lock is released.
+  published_.feeds.swap(feeds);
+  published_.loaded.swap(loaded);
 }
 
 std::optional<Error> TransitFeeds::follow() {
-  const std::lock_guard loading(loadingMutex_);
-  return followWhileLoading();
+  const MutexLock loading(loadingMutex_);
+  return followLocked();
 }
 
-std::optional<Error> TransitFeeds::followWhileLoading() {
-  Outcome<std::vector<StoredFeed>> now = source_();
+std::optional<Error> TransitFeeds::followLocked() {
+  const Outcome<std::vector<StoredFeed>> now = source_();
   if (!now) return now.error();
   if (*now == feeds_) return std::nullopt;
   std::vector<LoadedFeed> loaded(now->size());
-  const std::lock_guard lock(mutex_);
   for (std::size_t feed = 0; feed < now->size(); ++feed) {
     const auto known = std::ranges::find(feeds_, (*now)[feed]);
     if (known != feeds_.end())
       loaded[feed] = std::move(loaded_[static_cast<std::size_t>(known - feeds_.begin())]);
   }
-  feeds_.swap(*now);
-  // What is not kept goes without the lock.
-  loaded_.swap(loaded);
+  feeds_ = *now;
+  loaded_ = std::move(loaded);
+  publish();
   return std::nullopt;
 }
 
 Outcome<SharedLineIndex> TransitFeeds::linesOf(std::string_view feedName) {
-  const std::lock_guard loading(loadingMutex_);
-  if (const auto error = followWhileLoading()) return *error;
+  const MutexLock loading(loadingMutex_);
+  if (const auto error = followLocked()) return *error;
   const auto feed = std::ranges::find(feeds_, feedName, &StoredFeed::name);
   if (feed == feeds_.end())
-    return failure("feed " + std::string(feedName), "", "there is no feed of that name");
-  return load(static_cast<std::size_t>(feed - feeds_.begin()));
+    return failure(FailureCode::notFound, "feed " + std::string(feedName), "",
+                   "there is no feed of that name");
+  return loadLines(static_cast<std::size_t>(feed - feeds_.begin()));
 }
 
 FeedLines TransitFeeds::lines() {
-  const std::lock_guard loading(loadingMutex_);
+  const MutexLock loading(loadingMutex_);
   FeedLines all;
-  all.error = followWhileLoading();
+  all.error = followLocked();
   if (all.error) return all;
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
-    auto lines = load(feed);
+    auto lines = loadLines(feed);
     if (lines) all.indexes.push_back(std::move(*lines));
     if (!lines && !all.error) all.error = lines.error();
   }
   return all;
 }
 
-Outcome<SharedLineIndex> TransitFeeds::load(std::size_t feed) {
+Outcome<SharedLineIndex> TransitFeeds::loadLines(std::size_t feed) {
   LoadedFeed& loaded = loaded_[feed];
   if (loaded.lines) return loaded.lines;
+  if (hasJustFailed(loaded.alerts, documents_->now())) return *loaded.alerts.failure;
   auto lines = documents_->lineIndexOf(feeds_[feed]);
-  if (!lines) return lines.error();
-  auto records = std::make_shared<LineRecords>(*lines);
-  const std::lock_guard lock(mutex_);
+  if (!lines) {
+    loaded.alerts = afterFailure(std::move(loaded.alerts), lines.error(), documents_->now());
+    return lines.error();
+  }
+  loaded.records = std::make_shared<LineRecords>(*lines);
   loaded.lines = std::move(*lines);
-  loaded.records = std::move(records);
   return loaded.lines;
 }
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
-  const std::lock_guard loading(loadingMutex_);
-  std::set<std::size_t> read;
-  const auto places = find(identifiers);
-  const std::optional<Error> error = places ? loadIncidents(*places, read) : places.error();
-  {
-    const std::lock_guard lock(mutex_);
-    states_ = statesLocked(read);
+  const MutexLock loading(loadingMutex_);
+  const std::optional<Error> error = followLocked();
+  const std::vector<Place> places = error ? std::vector<Place>() : find(identifiers);
+  States states;
+  for (const Place& place : places) {
+    if (!states.contains(place.feed)) states.emplace(place.feed, update(place.feed, now));
   }
+  publish(places, states);
   if (error) return *error;
-  return makeLineItems(*places, now);
+  auto items = answer(places, states, now);
+  logTrouble(this->states(), items);
+  return items;
 }
 
-Outcome<std::vector<TransitFeeds::Place>> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
-  if (const auto error = followWhileLoading()) return *error;
-  if (std::ranges::find(identifiers, unreadFavorites(), &MapItemIdentifier::muid) != identifiers.end())
-    return failure("favourites", "", "they could not be read");
+std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
+  std::set<std::size_t> tried;
   std::vector<Place> places;
   for (const MapItemIdentifier& identifier : identifiers) {
-    bool found = false;
-    for (std::size_t feed = 0; feed < feeds_.size() && !found; ++feed) {
-      const auto lines = load(feed);
-      if (!lines) return lines.error();
-      const auto route = (*lines)->routeWithMuid(identifier.muid);
-      if (route) places.push_back({feed, *route});
-      found = route.has_value();
+    std::optional<Place> place;
+    for (std::size_t feed = 0; feed < feeds_.size() && !(place && place->route); ++feed) {
+      if (!identifier.feed.empty() && identifier.feed != feeds_[feed].name) continue;
+      // An unreachable feed is tried once a look-up.
+      if (tried.insert(feed).second) (void)loadLines(feed);
+      if (auto found = findIn(feed, identifier); found && (found->route || !place)) place = std::move(found);
     }
-    if (!found) logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
+    if (place)
+      places.push_back(*std::move(place));
+    else
+      logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
   }
   return places;
 }
 
-std::optional<Error> TransitFeeds::loadIncidents(std::span<const Place> places, std::set<std::size_t>& read) {
-  for (const Place& place : places) {
-    if (read.contains(place.feed)) continue;
-    if (auto error = loadIncidents(place.feed)) return error;
-    read.insert(place.feed);
-  }
-  return std::nullopt;
+std::optional<TransitFeeds::Place> TransitFeeds::findIn(std::size_t feed,
+                                                        const MapItemIdentifier& identifier) const {
+  const SharedLineIndex& lines = loaded_[feed].lines;
+  if (!lines) return Place{.feed = feed, .routeId = identifier.routeId};
+  const auto route = identifier.routeId.empty() ? lines->routeWithMuid(identifier.muid)
+                                                : lines->routeWithId(identifier.routeId);
+  return route ? std::optional(Place{feed, route, lines->routes()[*route].id}) : std::nullopt;
 }
 
-std::optional<Error> TransitFeeds::loadIncidents(std::size_t feed) {
+FeedState TransitFeeds::update(std::size_t feed, Date now) {
   LoadedFeed& loaded = loaded_[feed];
-  auto alerts = documents_->alertsOf(feeds_[feed], loaded.alerts);
-  if (!alerts) return alerts.error();
-  if (loaded.alerts == *alerts && loaded.incidents) return std::nullopt;
-  auto incidents = std::make_shared<const IncidentTable>(*alerts, loaded.lines);
-  report(feeds_[feed].name, *incidents);
-  const std::lock_guard lock(mutex_);
-  // Those held before go without the lock.
-  loaded.alerts.swap(*alerts);
-  loaded.incidents.swap(incidents);
-  return std::nullopt;
+  if (loaded.lines) {
+    const SharedAlertsMessage before = loaded.alerts.message;
+    loaded.alerts = documents_->alertsOf(feeds_[feed], std::move(loaded.alerts));
+    const SharedAlertsMessage& message = loaded.alerts.message;
+    if (!message) loaded.incidents = nullptr;
+    if (message && (message != before || !loaded.incidents)) {
+      loaded.incidents = std::make_shared<const IncidentTable>(message, loaded.lines);
+      logCounts(feeds_[feed].name, *loaded.incidents);
+    }
+  }
+  return stateOf(factsOf(feeds_[feed], loaded.alerts, loaded.incidents.get()), now);
 }
 
-TransitLineItems TransitFeeds::makeLineItems(std::span<const Place> places, Date now) {
+bool TransitFeeds::isKnown(const Place& place, const States& states) {
+  return place.route && states.at(place.feed).knowsLines();
+}
+
+void TransitFeeds::publish(std::span<const Place> places, const States& states) {
+  publish();
+  std::vector<FeedState> all;
+  for (const auto& [feed, state] : states) all.push_back(state);
+  std::vector<UnknownLine> unknown;
+  for (const Place& place : places) {
+    if (!isKnown(place, states)) unknown.push_back(unknownLine(place));
+  }
+  const MutexLock lock(mutex_);
+  published_.states.swap(all);
+  published_.unknownLines.swap(unknown);
+}
+
+UnknownLine TransitFeeds::unknownLine(const Place& place) const {
+  return {.feed = feeds_[place.feed].name,
+          .routeId = place.routeId,
+          .name = place.route ? loaded_[place.feed].lines->nameOfRoute(*place.route) : place.routeId};
+}
+
+Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, const States& states,
+                                               Date now) {
   std::map<std::size_t, IncidentRecords> incidents;
   TransitLineItems items;
   items.reserve(places.size());
   for (const Place& place : places) {
+    if (!isKnown(place, states)) continue;
     const LoadedFeed& feed = loaded_[place.feed];
     IncidentRecords& records =
         incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
-    items.push_back(std::make_shared<const TransitLineRecord>(lineFields(*feed.records, place.route),
-                                                              records.ofRoute(place.route)));
+    items.push_back(std::make_shared<const TransitLineRecord>(lineFields(*feed.records, *place.route),
+                                                              records.ofRoute(*place.route)));
   }
+  if (items.empty() && !places.empty()) return *states.at(places.front().feed).error;
   return items;
+}
+
+Outcome<std::vector<FeedState>> TransitFeeds::check(Date now) {
+  const MutexLock loading(loadingMutex_);
+  if (const auto error = followLocked()) return *error;
+  std::vector<FeedState> states;
+  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
+    (void)loadLines(feed);
+    states.push_back(update(feed, now));
+  }
+  publish();
+  return states;
 }
 
 TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const std::uint64_t> muids) {
   LinesOfIncidents lines;
   for (const std::uint64_t muid : muids) lines[muid];
-  for (const LoadedFeed& feed : loadedFeeds()) {
+  std::vector<LoadedFeed> loaded;
+  {
+    const MutexLock lock(mutex_);
+    loaded = published_.loaded;
+  }
+  for (const LoadedFeed& feed : loaded) {
     if (feed.incidents) addLinesWithIncidents(feed, lines);
   }
   return lines;
-}
-
-std::vector<TransitFeeds::LoadedFeed> TransitFeeds::loadedFeeds() const {
-  const std::lock_guard lock(mutex_);
-  return loaded_;
 }
 
 void TransitFeeds::addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncidents& lines) {
@@ -195,25 +300,8 @@ void TransitFeeds::addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncident
 }
 
 std::shared_ptr<const TransitLineFields> TransitFeeds::lineFields(LineRecords& records, std::size_t route) {
-  const std::lock_guard lock(recordsMutex_);
+  const MutexLock lock(recordsMutex_);
   return records.lineFieldsOfRoute(route);
-}
-
-std::vector<TransitFeeds::AlertsState> TransitFeeds::alertsStates() const {
-  const std::lock_guard lock(mutex_);
-  return states_;
-}
-
-std::vector<TransitFeeds::AlertsState> TransitFeeds::statesLocked(const std::set<std::size_t>& read) const {
-  std::vector<AlertsState> states;
-  states.reserve(read.size());
-  for (const std::size_t feed : read) {
-    const std::uint64_t written = loaded_[feed].alerts->timestamp();
-    states.push_back({.feed = feeds_[feed].name,
-                      .written = written == 0 ? std::nullopt
-                                              : std::optional(Date(Seconds(static_cast<double>(written))))});
-  }
-  return states;
 }
 
 }  // namespace linewatch

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,100 +14,138 @@
 #include "feeds/alerts/incident_records.h"
 #include "feeds/alerts/incident_table.h"
 #include "feeds/feed_documents.h"
+#include "feeds/feed_state.h"
 #include "feeds/gtfs/line_index.h"
 #include "feeds/gtfs/line_records.h"
 #include "platform/transit_line.h"
+#include "shared/mutex.h"
 #include "shared/outcome.h"
 
 namespace linewatch {
 
-/// The lines of several feeds, as far as they can be had.
+/// The lines of the feeds that can be read.
 struct FeedLines {
-  /// A feed each.
+  /// One for each feed that can be read, in the order of the feeds.
   std::vector<SharedLineIndex> indexes;
-  /// What is wrong with the first feed that cannot be read; absent when all can.
+  /// The error of the first feed that cannot be read; absent when all can.
   std::optional<Error> error;
 };
 
-/// The lines of all feeds with their incidents. Each feed's lines are loaded when they are first asked for
-/// and kept; its alerts are asked for at every look-up. Any thread; what loads waits for what is loading.
+/// A line that was asked for and of which nothing is known at present.
+struct UnknownLine {
+  std::string feed;
+  std::string routeId;
+  /// The line's name; its route id when the timetable cannot be read.
+  std::string name;
+
+  bool operator==(const UnknownLine&) const = default;
+};
+
+/// The state of a feed whose lines and alerts have been read.
+FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
+                      Date now);
+
+/// The lines of all feeds with their incidents. A feed's lines are loaded when they are first asked for; its
+/// alerts are asked for at every look-up. Any thread. A call that loads waits for the calls that are loading.
 class TransitFeeds {
  public:
-  /// What is known of a feed's alerts.
-  struct AlertsState {
-    std::string feed;
-    /// When the feed says that it was written; absent when it does not say.
-    std::optional<Date> written;
-  };
-
-  /// Gives the feeds as they are now. Called on any thread, one at a time.
+  /// Gives the current list of feeds. Called on any thread, one call at a time.
   using Source = std::function<Outcome<std::vector<StoredFeed>>()>;
 
   TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language);
 
-  /// Those that were followed last.
-  std::vector<StoredFeed> feeds() const;
-  /// Takes the feeds as they are now, which every look-up does. What has been loaded of those that stay is
-  /// kept. After an error all are as before.
-  std::optional<Error> follow();
+  /// The feeds of the last `follow` or look-up. Waits for nothing.
+  std::vector<StoredFeed> feeds() const LINEWATCH_EXCLUDES(mutex_);
+  /// Reads the list of feeds, as every look-up does. Feeds that are still in it stay loaded. After an error
+  /// nothing has changed.
+  std::optional<Error> follow() LINEWATCH_EXCLUDES(loadingMutex_);
 
   /// The lines of the feed with that name.
-  Outcome<SharedLineIndex> linesOf(std::string_view feedName);
-  /// The lines of every feed that can be read, in the order of the feeds.
-  FeedLines lines();
+  Outcome<SharedLineIndex> linesOf(std::string_view feedName) LINEWATCH_EXCLUDES(loadingMutex_);
+  FeedLines lines() LINEWATCH_EXCLUDES(loadingMutex_);
 
-  /// The lines asked with the incidents that they have at `now`, in the order asked; those that no feed has
-  /// are left out. An error when the alerts of one of them, or the lines of any feed, cannot be had: what is
-  /// not known must not pass for good service.
-  Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now);
+  /// The lines asked for, in that order, with the incidents that they have at `now`. Lines that no feed has
+  /// are left out. So are the lines of a feed whose state says that nothing is known of them; `unknownLines`
+  /// names these. An error when the list of feeds cannot be read, or when none of the lines is known: then it
+  /// is the error of the first unknown line's feed.
+  Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now)
+      LINEWATCH_EXCLUDES(loadingMutex_);
+  /// The states of the feeds of the lines that the last look-up asked for, in the order of the feeds. Waits
+  /// for nothing.
+  std::vector<FeedState> states() const LINEWATCH_EXCLUDES(mutex_);
+  /// The lines that the last look-up left out because nothing is known of them, in the order asked. Waits for
+  /// nothing.
+  std::vector<UnknownLine> unknownLines() const LINEWATCH_EXCLUDES(mutex_);
 
-  /// The lines, in the feeds' order, that the alerts read last say have each of the incidents, by `muid`.
-  /// Nothing is loaded for it, and no server waited for: of feeds that were not read nothing is known.
+  /// Reads every feed and gives their states, in the order of the feeds.
+  Outcome<std::vector<FeedState>> check(Date now) LINEWATCH_EXCLUDES(loadingMutex_);
+
+  /// For each incident the lines that have it, in the order of the feeds. Knows the feeds that have been
+  /// read, loads nothing and waits for no server.
   using LinesOfIncidents = std::map<std::uint64_t, std::vector<std::shared_ptr<const TransitLineFields>>>;
-  LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids);
-
-  /// Of the feeds that the last look-up read, in their order. Waits for nothing.
-  std::vector<AlertsState> alertsStates() const;
+  LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids) LINEWATCH_EXCLUDES(mutex_);
 
  private:
   struct LoadedFeed {
+    /// Null until the timetable has been read.
     SharedLineIndex lines;
-    SharedAlertsMessage alerts;
-    SharedIncidentTable incidents;
     std::shared_ptr<LineRecords> records;
+    FeedAlerts alerts;
+    /// Made from `lines` and `alerts.message`; null until both are there.
+    SharedIncidentTable incidents;
   };
+  /// A line that was asked for.
   struct Place {
-    std::size_t feed;
-    std::size_t route;
+    std::size_t feed = 0;
+    /// Absent when the feed's timetable cannot be read.
+    std::optional<std::size_t> route;
+    std::string routeId;
   };
+  using States = std::map<std::size_t, FeedState>;
 
-  std::optional<Error> followWhileLoading();
-  Outcome<SharedLineIndex> load(std::size_t feed);
-  Outcome<std::vector<Place>> find(std::span<const MapItemIdentifier> identifiers);
-  /// Of the places' feeds, each once; `read` gets those that could be had.
-  std::optional<Error> loadIncidents(std::span<const Place> places, std::set<std::size_t>& read);
-  std::optional<Error> loadIncidents(std::size_t feed);
-  /// While loading.
-  TransitLineItems makeLineItems(std::span<const Place> places, Date now);
-  std::vector<LoadedFeed> loadedFeeds() const;
-  std::vector<AlertsState> statesLocked(const std::set<std::size_t>& read) const;
+  std::optional<Error> followLocked() LINEWATCH_REQUIRES(loadingMutex_);
+  Outcome<SharedLineIndex> loadLines(std::size_t feed) LINEWATCH_REQUIRES(loadingMutex_);
+  /// Loads the feeds that may have the lines.
+  std::vector<Place> find(std::span<const MapItemIdentifier> identifiers) LINEWATCH_REQUIRES(loadingMutex_);
+  /// Absent when the feed does not have the line.
+  std::optional<Place> findIn(std::size_t feed, const MapItemIdentifier& identifier) const
+      LINEWATCH_REQUIRES(loadingMutex_);
+  /// Gets the feed's alerts if its lines are loaded.
+  FeedState update(std::size_t feed, Date now) LINEWATCH_REQUIRES(loadingMutex_);
+  Outcome<TransitLineItems> answer(std::span<const Place> places, const States& states, Date now)
+      LINEWATCH_REQUIRES(loadingMutex_);
+  static bool isKnown(const Place& place, const States& states);
+  UnknownLine unknownLine(const Place& place) const LINEWATCH_REQUIRES(loadingMutex_);
+  void publish() LINEWATCH_REQUIRES(loadingMutex_) LINEWATCH_EXCLUDES(mutex_);
+  /// Also publishes the states and the unknown lines of a look-up.
+  void publish(std::span<const Place> places, const States& states) LINEWATCH_REQUIRES(loadingMutex_)
+      LINEWATCH_EXCLUDES(mutex_);
   void addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncidents& lines);
-  std::shared_ptr<const TransitLineFields> lineFields(LineRecords& records, std::size_t route);
+  std::shared_ptr<const TransitLineFields> lineFields(LineRecords& records, std::size_t route)
+      LINEWATCH_EXCLUDES(recordsMutex_);
 
   const Source source_;
   const std::shared_ptr<FeedDocuments> documents_;
   const SharedIncidentLanguage language_;
 
-  /// Held while feeds are loaded, which may take as long as a server does.
-  std::mutex loadingMutex_;
-  /// Guards the feeds, and is held for moments only. They are changed under both, so that whoever loads may
-  /// read without it.
-  mutable std::mutex mutex_;
-  std::vector<StoredFeed> feeds_;
-  std::vector<LoadedFeed> loaded_;
-  std::vector<AlertsState> states_;
-  /// Of any feed: whoever reads a feed's records fills them. Taken under none but the loading one.
-  std::mutex recordsMutex_;
+  /// Held while feeds are loaded, which may take as long as a server takes.
+  Mutex loadingMutex_;
+  std::vector<StoredFeed> feeds_ LINEWATCH_GUARDED_BY(loadingMutex_);
+  /// One for each feed.
+  std::vector<LoadedFeed> loaded_ LINEWATCH_GUARDED_BY(loadingMutex_);
+
+  /// What the calls that wait for nothing read: a copy of the state after the last loading.
+  struct Published {
+    std::vector<StoredFeed> feeds;
+    std::vector<LoadedFeed> loaded;
+    std::vector<FeedState> states;
+    std::vector<UnknownLine> unknownLines;
+  };
+  /// Held for moments only.
+  mutable Mutex mutex_;
+  Published published_ LINEWATCH_GUARDED_BY(mutex_);
+  /// The `LineRecords` of all feeds fill themselves while they are read.
+  Mutex recordsMutex_;
 };
 
 }  // namespace linewatch

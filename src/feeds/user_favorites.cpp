@@ -20,7 +20,9 @@ constexpr std::string_view kSampleFavoritesChangedKey = "sampleFavoritesChanged"
 
 Outcome<std::vector<StoredFavorite>> sampleFavorites(const std::filesystem::path& city) {
   std::ifstream file(city / "favorites.txt");
-  if (!file) return failure("the sample city", (city / "favorites.txt").string(), "cannot be read");
+  if (!file)
+    return failure(FailureCode::unreadable, "the sample city", (city / "favorites.txt").string(),
+                   "cannot be read");
   std::vector<StoredFavorite> favorites;
   for (std::string routeId; std::getline(file, routeId);) {
     if (!routeId.empty()) favorites.push_back({FavoriteKind::line, std::string(kSampleFeedName), routeId});
@@ -32,12 +34,12 @@ StoredPreferences programPreferences(const SharedDatabase& state) {
   return {state, std::string(kProgramSuite)};
 }
 
-/// Enough to look the line up, without having loaded the feed. Whether the feed still has it is for the
-/// transit service to say, which also tells when the feed cannot be read.
+/// A line with its identifier only, so that the feed need not be loaded. The transit service says whether the
+/// feed still has the line.
 SharedLine lineToLookUp(const std::string& feed, const std::string& routeId) {
   const std::uint64_t muid = stableMuid(feed, routeId);
   return std::make_shared<const TransitLineRecord>(
-      TransitLineFields{.muid = muid, .identifier = MapItemIdentifier{muid}, .name = routeId},
+      TransitLineFields{.muid = muid, .identifier = MapItemIdentifier{muid, feed, routeId}, .name = routeId},
       TransitIncidents{});
 }
 
@@ -65,8 +67,6 @@ UserFavorites::UserFavorites(const std::vector<std::string>& givenRouteIds) {
   source_ = std::move(given);
 }
 
-std::uint64_t unreadFavorites() { return stableMuid("", ""); }
-
 UserFavorites::UserFavorites(SharedDatabase state, std::filesystem::path sampleCity)
     : source_(Saved{std::move(state), std::move(sampleCity)}) {}
 
@@ -83,16 +83,15 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 Outcome<std::vector<bool>> UserFavorites::change(const std::vector<StoredFavorite>& favorites,
                                                  bool isAdded) const {
   if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorites, isAdded);
-  return failure("favourites", "", "a run without saved state keeps none");
+  return failure(FailureCode::unsupported, "favourites", "", "a run without saved state keeps none");
 }
 
-Favorites UserFavorites::read() const {
+Outcome<Favorites> UserFavorites::read() const {
   if (const auto* const given = std::get_if<Given>(&source_)) return toLookUp(given->lines);
   const Saved& saved = std::get<Saved>(source_);
   auto favorites = saved.favorites();
-  if (favorites) return *std::move(favorites);
-  saved.state->report(favorites.error());
-  return {FavoriteTransitLine{lineToLookUp("", "")}};
+  if (!favorites) saved.state->report(favorites.error());
+  return favorites;
 }
 
 Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
@@ -107,7 +106,7 @@ Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
 Outcome<Favorites> UserFavorites::Saved::favorites() const {
   const auto whose = owner();
   if (!whose) return whose.error();
-  if (*whose != Owner::sampleCity) return StoredFavoritesPersister(state, lineToLookUp).read();
+  if (*whose != Owner::sampleCity) return StoredFavoritesPersister(state, lineToLookUp).readFavorites();
   const auto sample = sampleFavorites(sampleCity);
   return sample ? toLookUp(*sample) : Outcome<Favorites>(sample.error());
 }

@@ -54,8 +54,11 @@ std::shared_ptr<RVTransitIncidentFetcher> RVTransitIncidentFetcher::make() {
 std::shared_ptr<RVTransitIncidentFetcherRequest>
 RVTransitIncidentFetcher::fetchFavoriteLinesTransitIncidentsWithCompletionHandler(Handler completionHandler) {
   auto request = std::make_shared<Request>(std::move(completionHandler));
-  defaultContainer()->readContents([self = shared_from_this(), request](const Favorites& favorites) {
-    self->fetchIncidentsForFavorites(favorites, request);
+  defaultContainer()->readContents([self = shared_from_this(), request](const Outcome<Favorites>& favorites) {
+    if (favorites) return self->fetchIncidentsForFavorites(*favorites, request);
+    // An empty list would say that the user has no favourites.
+    platform().mainLoop().dispatchAsync(
+        [request, error = favorites.error()] { finish(*request, nullptr, error); });
   });
   return request;
 }

@@ -21,7 +21,8 @@ class RVTransitIncidentFetcher : public std::enable_shared_from_this<RVTransitIn
 
   /// Starts the fetch and returns. The handler, which may be empty, is called on the main thread when the
   /// fetch ends, never before this call has returned. The result is the service's line items in the service's
-  /// order, an empty list when no favourite is a line, or the service's error. Main thread.
+  /// order, an empty list when no favourite is a line, or the error of the service or of reading the
+  /// favourites. Main thread.
   std::shared_ptr<RVTransitIncidentFetcherRequest> fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
       Handler completionHandler);
 

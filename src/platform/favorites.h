@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/transit_line.h"
+#include "shared/outcome.h"
 
 namespace linewatch {
 
@@ -34,9 +35,10 @@ class RemoteFavoritesPersister {
  public:
   virtual ~RemoteFavoritesPersister() = default;
 
-  /// All favourites in the user's order; empty when there are none. A favourite that cannot be read is left
-  /// out and logged. May read files and so take a while. Any thread, but one call at a time.
-  virtual Favorites readFavorites() = 0;
+  /// All favourites in the user's order, empty when there are none; an error when they cannot be read. A
+  /// single favourite that is not understood is left out and logged. May read files and so take a while. Any
+  /// thread, but one call at a time.
+  virtual Outcome<Favorites> readFavorites() = 0;
 };
 
 /// Reads the user's favourites off the main thread. Any thread.
@@ -44,10 +46,9 @@ class FavoritesContainer {
  public:
   virtual ~FavoritesContainer() = default;
 
-  /// Calls `operation` exactly once with all favourites, on a thread of the container's choice and never from
-  /// within this call; it may run before this call has returned. Does not fail: favourites that cannot be
-  /// read are left out.
-  virtual void readContents(std::function<void(const Favorites&)> operation) = 0;
+  /// Calls `operation` exactly once with all favourites or the error of the read, on a thread of the
+  /// container's choice and never from within this call; it may run before this call has returned.
+  virtual void readContents(std::function<void(const Outcome<Favorites>&)> operation) = 0;
 };
 
 }  // namespace linewatch

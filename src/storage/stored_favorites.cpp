@@ -94,14 +94,7 @@ Outcome<std::vector<bool>> StoredFavorites::remove(const std::vector<StoredFavor
   return changeEach(*database_, favorites, deleteFavorite);
 }
 
-Favorites StoredFavoritesPersister::readFavorites() {
-  auto favorites = read();
-  if (favorites) return *std::move(favorites);
-  database_->report(favorites.error());
-  return {};
-}
-
-Outcome<Favorites> StoredFavoritesPersister::read() const {
+Outcome<Favorites> StoredFavoritesPersister::readFavorites() {
   const auto stored = StoredFavorites(database_).list();
   if (!stored) return stored.error();
   Favorites favorites;

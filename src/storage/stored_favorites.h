@@ -55,9 +55,7 @@ class StoredFavoritesPersister final : public RemoteFavoritesPersister {
   StoredFavoritesPersister(SharedDatabase database, LineResolver resolve)
       : database_(std::move(database)), resolve_(std::move(resolve)) {}
 
-  Favorites readFavorites() override;
-  /// The same, with the error when the favourites cannot be read.
-  Outcome<Favorites> read() const;
+  Outcome<Favorites> readFavorites() override;
 
  private:
   Favorite favoriteOf(const StoredFavorite& stored) const;

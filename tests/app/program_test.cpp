@@ -167,7 +167,8 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
-  EXPECT_THAT(runProgram(saved({"feed"})).output, HasSubstr(folder_ / "alerts.pb"));
+  EXPECT_THAT(runProgram(saved({"feed"})).output,
+              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("  state      fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
@@ -178,13 +179,20 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
 
   std::filesystem::copy(folder_ / "gtfs", folder_ / "lost");
   runProgram(saved({"feed", "add", "lost", "--gtfs", folder_ / "lost", "--alerts", folder_ / "alerts.pb"}));
+  runProgram(saved({"favorites", "add", "lost:r1"}));
   std::filesystem::remove_all(folder_ / "lost");
+  const auto partial = runProgram(saved({"show"}));
+  EXPECT_EQ(partial.status, 0);
+  EXPECT_THAT(partial.output, AllOf(HasSubstr("Good Service"), HasSubstr("feed lost: "),
+                                    HasSubstr("no such file or folder\nUnknown lines: r1\n")));
   const auto found = runProgram(saved({"lines", "central"}));
   EXPECT_EQ(found.status, 2);
   EXPECT_THAT(found.output, HasSubstr("Zoo – Central"));
   EXPECT_THAT(found.errors, HasSubstr("feed lost"));
   EXPECT_THAT(runProgram(saved({"favorites", "add", "9"})).errors, HasSubstr("feed lost"));
 
+  EXPECT_THAT(runProgram(saved({"feed"})).output,
+              HasSubstr("  state      its lines are unknown: feed lost: " + (folder_ / "lost")));
   for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
@@ -269,6 +277,19 @@ TEST_F(ProgramTest, AFileThatMayGrowNoFurtherIsAFailureLikeAnyOther) {
   EXPECT_EQ(run.status, 2);
   EXPECT_THAT(run.errors, EndsWith("state/linewatch.sqlite: it cannot be made: File too large\n"));
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "M1"})).output, "Removed M1\n");
+}
+
+TEST_F(ProgramTest, SaysOfAFeedThatItsAlertsDoNotMatch) {
+  folder_.write("alerts.pb", alertsFeed(alertEntity("a", "of another city", "Strike")));
+  const auto added = runProgram(
+      saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
+  EXPECT_EQ(added.output,
+            "Added town with 2 lines\nIts state: its lines are unknown: feed town: alerts: 1 of 1 selector "
+            "resolved to nothing: the alerts do not match the timetable\n");
+  const auto shown = runProgram(given({"--favorite", "r1", "show"}));
+  EXPECT_EQ(shown.status, 1);
+  EXPECT_THAT(shown.output, Not(HasSubstr("Good Service")));
+  EXPECT_THAT(shown.errors, HasSubstr("the alerts do not match the timetable"));
 }
 
 TEST_F(ProgramTest, APreferenceTurnsOnFakeIncidents) {

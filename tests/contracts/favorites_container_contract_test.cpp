@@ -49,15 +49,15 @@ class DesktopContainers final : public Containers {
 /// Gives fixed favourites and counts the reads.
 class CountingPersister final : public RemoteFavoritesPersister {
  public:
-  explicit CountingPersister(Favorites favorites) : favorites_(std::move(favorites)) {}
-  Favorites readFavorites() override {
+  explicit CountingPersister(Outcome<Favorites> favorites) : favorites_(std::move(favorites)) {}
+  Outcome<Favorites> readFavorites() override {
     ++count;
     return favorites_;
   }
   int count = 0;
 
  private:
-  Favorites favorites_;
+  Outcome<Favorites> favorites_;
 };
 
 class FavoritesContainerContract : public testing::TestWithParam<Subject<Containers>> {
@@ -71,7 +71,8 @@ TEST_P(FavoritesContainerContract, EachOperationIsCalledOnceWithAllFavoritesInOr
   const auto container = containers_->make(persister);
   std::vector<std::string> calls;
   for (const char* name : {"first", "second"}) {
-    container->readContents([&calls, name](const Favorites& favorites) {
+    container->readContents([&calls, name](const Outcome<Favorites>& read) {
+      const Favorites& favorites = *read;
       ASSERT_EQ(favorites.size(), 4U);
       calls.push_back(name + std::get<FavoritePlace>(favorites[0]).name +
                       std::get<FavoriteRegion>(favorites[2]).name);
@@ -85,6 +86,15 @@ TEST_P(FavoritesContainerContract, EachOperationIsCalledOnceWithAllFavoritesInOr
   EXPECT_EQ(calls.size(), 2U);
 }
 
+TEST_P(FavoritesContainerContract, GivesTheErrorOfFavoritesThatCannotBeRead) {
+  const Error error{"Favorites", 7, {}};
+  const auto container = containers_->make(std::make_shared<CountingPersister>(Outcome<Favorites>(error)));
+  std::vector<Error> errors;
+  container->readContents([&](const Outcome<Favorites>& favorites) { errors.push_back(favorites.error()); });
+  containers_->finishReading();
+  EXPECT_THAT(errors, ElementsAre(error));
+}
+
 TEST_P(FavoritesContainerContract, AnOperationIsNotCalledWithinTheCall) {
   const auto container = containers_->make(nullptr);
   // If the operation ran within the call, this thread would lock the mutex twice.
@@ -92,9 +102,9 @@ TEST_P(FavoritesContainerContract, AnOperationIsNotCalledWithinTheCall) {
   bool isCalled = false;
   {
     const MutexLock lock(held);
-    container->readContents([&](const Favorites& favorites) {
+    container->readContents([&](const Outcome<Favorites>& favorites) {
       const MutexLock inner(held);
-      EXPECT_THAT(favorites, IsEmpty());
+      EXPECT_THAT(*favorites, IsEmpty());
       isCalled = true;
     });
     EXPECT_FALSE(isCalled);
@@ -108,7 +118,8 @@ TEST_P(FavoritesContainerContract, AnOperationLivesUntilItHasRun) {
   auto held = std::make_shared<int>(1);
   const std::weak_ptr<int> watched = held;
   bool isCalled = false;
-  container->readContents([&isCalled, held = std::move(held)](const Favorites&) { isCalled = *held == 1; });
+  container->readContents(
+      [&isCalled, held = std::move(held)](const Outcome<Favorites>&) { isCalled = *held == 1; });
   // The container may be destroyed before it has read.
   container.reset();
   containers_->finishReading();

@@ -49,9 +49,10 @@ class DesktopCity final : public City {
  public:
   DesktopCity() {
     writeFile(folder_.path() / "routes.txt", "route_id\nA\nB\n");
-    writeFile(folder_.path() / "alerts.pb",
-              bytesOf(FeedSketch{
-                  .alerts = {{.id = "1", .selectors = {{.route = "A"}}, .header = {{"Strike", ""}}}}}));
+    writeFile(
+        folder_.path() / "alerts.pb",
+        bytesOf(FeedSketch{.alerts = {{.id = "1", .selectors = {{.route = "A"}}, .header = {{"Strike", ""}}}},
+                           .timestamp = 0}));
   }
   TransitService& service() override { return *service_; }
   MapItemIdentifier line(const std::string& name) const override { return {stableMuid("city", name)}; }

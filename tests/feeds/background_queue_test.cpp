@@ -30,7 +30,7 @@ TEST(BackgroundQueue, RunsEachActionOnceInOrderOnOneThread) {
   EXPECT_NE(threads[0], std::this_thread::get_id());
 }
 
-TEST(BackgroundQueue, TakesNothingAfterItsEnd) {
+TEST(BackgroundQueue, RunsNothingAfterFinish) {
   BackgroundQueue queue;
   std::vector<int> ran;
   queue.post([&] { ran.push_back(1); });
@@ -40,7 +40,7 @@ TEST(BackgroundQueue, TakesNothingAfterItsEnd) {
   EXPECT_THAT(ran, ElementsAre(1));
 }
 
-TEST(BackgroundQueue, MayEndOnItsOwnThread) {
+TEST(BackgroundQueue, MayBeFinishedOnItsOwnThread) {
   std::promise<void> mayStart;
   std::promise<void> drained;
   auto queue = std::make_shared<BackgroundQueue>();

@@ -19,7 +19,7 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
   const TemporaryFolder folder;
   const auto routes = folder.path() / "routes.txt", alerts = folder.path() / "alerts.pb";
   writeFile(routes, "route_id\n1\n2\n");
-  writeFile(alerts, bytesOf(FeedSketch{}));
+  writeFile(alerts, bytesOf(FeedSketch{.timestamp = 0}));
   MainLoop& loop = world->mainLoop();
   std::vector<std::string> answers;
   std::shared_ptr<TransitLinesTicket> last;

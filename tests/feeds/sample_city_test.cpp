@@ -32,7 +32,7 @@ class SampleCity : public testing::Test {
   SharedLineIndex lines_;
 };
 
-TEST_F(SampleCity, ShowsWhatAFeedCanSay) {
+TEST_F(SampleCity, HasEveryKindOfRoute) {
   LineRecords records(lines_);
   std::set<std::int64_t> modes;
   std::set<std::string> systems;
@@ -64,10 +64,12 @@ TEST_F(SampleCity, HasTheFavoritesItNames) {
 }
 
 TEST_F(SampleCity, HasAlertsAboutItsLines) {
-  const auto message = readAlertsMessage(textIn(LINEWATCH_ROOT "/samples/city/alerts.pb"));
+  const auto message = readAlertsMessage(payloadOf(textIn(LINEWATCH_ROOT "/samples/city/alerts.pb")));
   ASSERT_TRUE(message) << sentenceOf(message);
   const auto table = std::make_shared<const IncidentTable>(*message, lines_);
-  EXPECT_EQ(table->counts(), (SelectorCounts{.fitting = 8, .notAboutLines = 2}));
+  EXPECT_EQ(table->counts().fitting, 8U);
+  EXPECT_EQ(table->counts().notAboutLines, 2U);
+  EXPECT_EQ(complaintOf("sample", table->counts()), "");
   const auto titles = [&](const char* route, const char* language) {
     IncidentRecords records(
         table, std::make_shared<const IncidentLanguage>(IncidentLanguage{.languages = {language}}), Date());

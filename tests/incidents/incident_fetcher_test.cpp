@@ -213,5 +213,31 @@ TEST(FetcherRequest, LosesAndRepeatsNoHandlerThatRacesTheResult) {
   }
 }
 
+/// A platform whose favourites cannot be read.
+class UnreadableFavorites final : public ForwardingPlatform {
+ public:
+  std::shared_ptr<RemoteFavoritesPersister> makeRemoteFavoritesPersister() override {
+    class Persister final : public RemoteFavoritesPersister {
+      Outcome<Favorites> readFavorites() override { return Error{"Favorites", 7, {}}; }
+    };
+    return std::make_shared<Persister>();
+  }
+};
+
+TEST(UnreadableFavoritesTest, AreAnErrorOnTheMainThreadAndNoEmptyList) {
+  const auto platform = std::make_shared<UnreadableFavorites>();
+  installPlatform(platform);
+  std::optional<Error> error;
+  RVTransitIncidentFetcher::make()->fetchFavoriteLinesTransitIncidentsWithCompletionHandler(
+      [&](const std::shared_ptr<RVResult>& result) {
+        EXPECT_TRUE(platform->mainLoop().isMainThread());
+        error = result->error();
+      });
+  platform->simulated().advance(10);
+  EXPECT_EQ(error, (Error{"Favorites", 7, {}}));
+  EXPECT_EQ(platform->simulated().transcript().countOf("lookup"), 0U);
+  installPlatform(nullptr);
+}
+
 }  // namespace
 }  // namespace linewatch

@@ -50,7 +50,7 @@ TEST_F(WriteWholeTest, ReplacesAFileAndWhatALinkLeadsTo) {
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("dangling", "later", "link", "new", "old", "second"));
 }
 
-TEST_F(WriteWholeTest, WhatCannotBeWrittenStaysAsItWas) {
+TEST_F(WriteWholeTest, AFileThatCannotBeWrittenStaysAsItWas) {
   folder_.write("old", "before");
   folder_.write("folder/file", "");
   fs::create_symlink("circle", folder_ / "circle");
@@ -71,7 +71,7 @@ TEST_F(WriteWholeTest, WhatCannotBeWrittenStaysAsItWas) {
 }
 
 // Some of these are anyone's to replace when the tests run as root.
-TEST_F(WriteWholeTest, WhatIsNoPlainFileIsWrittenAsItIs) {
+TEST_F(WriteWholeTest, PipesAndDevicesAreWrittenInPlace) {
   ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
   fs::create_symlink("/dev/null", folder_ / "null");
   fs::create_symlink("/dev/full", folder_ / "full");
@@ -87,7 +87,7 @@ TEST_F(WriteWholeTest, WhatIsNoPlainFileIsWrittenAsItIs) {
 }
 
 // The shell goes on with the file that it has open.
-TEST_F(WriteWholeTest, AFileThatIsOpenUnderAnotherNameIsWrittenOn) {
+TEST_F(WriteWholeTest, AnOpenDescriptorIsWrittenWhereItStands) {
   const std::string file = folder_ / "open";
   const auto closed = [](std::FILE* open) { std::fclose(open); };
   const std::unique_ptr<std::FILE, decltype(closed)> open(std::fopen(file.c_str(), "w+"), closed);
@@ -131,7 +131,7 @@ TEST_F(ContentsOfTest, APipeIsReadToItsEndHoweverLateItsWriterComes) {
   }
 }
 
-TEST_F(ContentsOfTest, NoPipeHoldsItsReaderForEver) {
+TEST_F(ContentsOfTest, APipeWithoutAnEndIsAnError) {
   const auto isOutOfTime = HasSubstr("pipe: its end did not come in time");
   EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "without a writer";
   {
@@ -148,7 +148,7 @@ TEST_F(ContentsOfTest, NoPipeHoldsItsReaderForEver) {
   EXPECT_THAT(read({.time = Seconds(0.2)}), isOutOfTime) << "with one that does not end";
 }
 
-TEST_F(ContentsOfTest, EndsWhenItIsNoLongerWanted) {
+TEST_F(ContentsOfTest, AStopRequestEndsTheReading) {
   std::stop_source stop;
   std::thread stopper([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(60));

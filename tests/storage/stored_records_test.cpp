@@ -72,7 +72,7 @@ TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
                                        EXPECT_EQ(feed, "metro");
                                        return route == "red" ? red : nullptr;
                                      });
-  const Favorites read = persister.readFavorites();
+  const Favorites read = *persister.readFavorites();
   ASSERT_EQ(read.size(), 3U);
   EXPECT_EQ(std::get<FavoriteTransitLine>(read[0]).transitLine, red);
   EXPECT_EQ(std::get<FavoritePlace>(read[1]).name, "Home");

@@ -151,9 +151,9 @@ bool Panel::rememberChoice(std::optional<Choice> now) {
 /// How old what is shown is: as old as the oldest of it.
 QString Panel::dataNote() {
   if (platform().showsSampleCity()) return (*texts_)("SampleCity");
-  const auto states = platform().feeds().alertsStates();
+  const auto states = platform().feeds().states();
   if (states.empty()) return {};
-  const auto& oldest = std::ranges::min(states, {}, &TransitFeeds::AlertsState::written);
+  const auto& oldest = std::ranges::min(states, {}, &FeedState::written);
   if (!oldest.written) return (*texts_)("AlertsOfUnknownAge");
   const QString when =
       texts_->dateAndTime(*oldest.written, platform().mainLoop().now(), QLocale::ShortFormat);

@@ -5,9 +5,9 @@
 
 namespace linewatch {
 
-/// Why an alert was given, with the numbers of the wire.
+/// The cause of an alert, with the numbers of the wire format.
 enum class AlertCause : std::uint8_t {
-  unknownCause = 1,  // also a missing cause and one that has no number here
+  unknownCause = 1,  // also a missing cause and numbers not listed here
   otherCause = 2,
   technicalProblem = 3,
   strike = 4,
@@ -22,7 +22,7 @@ enum class AlertCause : std::uint8_t {
 };
 inline constexpr std::size_t kAlertCauses = 12;
 
-/// What an alert does to the service, with the numbers of the wire.
+/// The effect of an alert on the service, with the numbers of the wire format.
 enum class AlertEffect : std::uint8_t {
   noService = 1,
   reducedService = 2,
@@ -31,14 +31,14 @@ enum class AlertEffect : std::uint8_t {
   additionalService = 5,
   modifiedService = 6,
   otherEffect = 7,
-  unknownEffect = 8,  // also a missing effect and one that has no number here
+  unknownEffect = 8,  // also a missing effect and numbers not listed here
   stopMoved = 9,
   noEffect = 10,
   accessibilityIssue = 11,
 };
 inline constexpr std::size_t kAlertEffects = 11;
 
-/// True when the alert is about the stops it names and not about the service that calls there.
+/// True when an alert with this effect is about the stops it names, not about the lines that call there.
 constexpr bool isAboutStopAlone(AlertEffect effect) {
   return effect == AlertEffect::stopMoved || effect == AlertEffect::accessibilityIssue ||
          effect == AlertEffect::noEffect;

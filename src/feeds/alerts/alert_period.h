@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// An absent side is open.
+/// An absent start or end is open.
 struct ShownPeriod {
   std::optional<Date> start;
   std::optional<Date> end;
@@ -16,9 +16,8 @@ struct ShownPeriod {
   bool operator==(const ShownPeriod&) const = default;
 };
 
-/// The period that an incident has at a time: the one that runs (start ≤ now < end), of several the one that
-/// ends last; else the next to come; else the last that ran. Open on both sides when there are no periods to
-/// show in.
+/// The period to show at `now`: the running one (start ≤ now < end), of several the one that ends last; else
+/// the next to come; else the last one. Open on both sides when the alert has no periods to be shown in.
 ShownPeriod periodToShow(std::span<const AlertPeriod> periods, Date now);
 
 }  // namespace linewatch

@@ -39,7 +39,7 @@
 //   Texts        1 translation              Translation, repeated
 //   Translation  1 text, 2 language         text
 //
-// A message that comes twice where one is meant is one message, as everywhere in this encoding.
+// A field of one message that occurs twice is one message with the fields of both, as the encoding defines.
 
 namespace linewatch {
 
@@ -69,8 +69,8 @@ enum class TripField : Number { tripId = 1, routeId = 5, modifiedTrip = 7 };
 enum class TextsField : Number { translation = 1 };
 enum class TranslationField : Number { text = 1, language = 2 };
 
-// Entities, texts, periods and selectors together: a hundred times the largest feeds, and well within memory
-// although each may take fifty times its bytes.
+// Entities, texts, periods and selectors together: a hundred times as many as the largest feeds have. A part
+// may take fifty times the bytes of its encoding, so this also bounds the memory.
 constexpr std::size_t kMostParts = 2'000'000;
 
 struct Fault : protozero::exception {
@@ -79,7 +79,8 @@ struct Fault : protozero::exception {
   std::string why;
 };
 
-/// The fields of one message in turn, each read as what it should be; what is not read is skipped.
+/// Reads the fields of one message in turn. A field that is not read is skipped; one of another wire type
+/// than expected is a fault.
 template <class Field>
 class Fields : public protozero::pbf_message<Field> {
  public:
@@ -145,6 +146,11 @@ std::optional<AlertText> textIn(AlertField field) {
   }
 }
 
+std::string_view textOf(const Bytes& bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+/// What a payload of another format looks like; empty when there is no guess.
 std::string_view guessAtContent(std::string_view payload) {
   if (payload.empty()) return "the payload is empty";
   if (payload.front() == '<') return "a page of markup, not a GTFS-Realtime message";
@@ -198,7 +204,7 @@ AlertSelector readSelector(std::string_view bytes) {
     if (fields.is(SelectorField::stopId)) selector.namesStop = !fields.bytes().empty();
   }
   selector.tripRouteId = trip.routeId;
-  // What describes a trip but tells no route is about that trip, wherever it runs.
+  // A trip without id and route, e.g. a start time alone, is about that trip only.
   const bool tellsRoute = !selector.routeId.empty() || !trip.routeId.empty();
   selector.namesTrip = trip.isNamed || (trip.isStated && !tellsRoute);
   return selector;
@@ -206,15 +212,15 @@ AlertSelector readSelector(std::string_view bytes) {
 
 }  // namespace
 
-/// Fills a message in, and knows at any time where in the payload it is.
+/// Fills a message in and keeps track of the position in the payload, which errors name.
 class AlertsDecoder {
  public:
-  static Outcome<SharedAlertsMessage> read(std::string payload) {
+  static Outcome<SharedAlertsMessage> read(Bytes payload) {
     AlertsDecoder decoder(std::move(payload));
     const auto failed = [&](const std::string& place, std::string_view why) {
-      const std::string_view guess = guessAtContent(decoder.message_->payload_);
-      return guess.empty() ? failure("damaged, or not a GTFS-Realtime message", place, why)
-                           : failure(guess, "", "");
+      const std::string_view guess = guessAtContent(textOf(decoder.message_->payload_));
+      if (!guess.empty()) return failure(FailureCode::malformed, guess, "", "");
+      return failure(FailureCode::malformed, "damaged, or not a GTFS-Realtime message", place, why);
     };
     if (const auto fault = decoder.readWhole()) return failed(decoder.place(), *fault);
     if (!decoder.sawHeader_) return failed("", "it has no header");
@@ -224,8 +230,8 @@ class AlertsDecoder {
  private:
   enum class Place { none, header, entity };
 
-  // As many parts as an ordinary feed of this size has; memory that is not used costs nothing.
-  explicit AlertsDecoder(std::string payload) : message_(new AlertsMessage(std::move(payload))) {
+  // Reserves the parts that a usual feed of this size has. Unused memory is never touched.
+  explicit AlertsDecoder(Bytes payload) : message_(new AlertsMessage(std::move(payload))) {
     const std::size_t size = message_->payload_.size();
     message_->entities_.reserve(size / 512);
     message_->translations_.reserve(size / 96);
@@ -239,15 +245,14 @@ class AlertsDecoder {
     return part_ == Place::entity ? "entity " + std::to_string(entityNumber_) + " at " + byte : byte;
   }
 
-  // Where the message that is being read starts; a fault between two of them is told from the end of the
-  // last.
+  // Notes the message that is read next. A fault between two messages is reported at the end of the first.
   std::string_view enter(Place part, std::string_view bytes) {
     part_ = part;
-    offset_ = static_cast<std::size_t>(bytes.data() - message_->payload_.data());
+    offset_ = static_cast<std::size_t>(bytes.data() - textOf(message_->payload_).data());
     return bytes;
   }
 
-  /// What is wrong with the payload; absent when all of it has been read.
+  /// The fault that stopped the reading; absent when the whole payload was read.
   std::optional<std::string> readWhole() {
     try {
       readMessage();
@@ -266,7 +271,7 @@ class AlertsDecoder {
   }
 
   void readMessage() {
-    for (Fields<MessageField> fields(message_->payload_); fields.next(); leave(fields.length())) {
+    for (Fields<MessageField> fields(textOf(message_->payload_)); fields.next(); leave(fields.length())) {
       switch (fields.tag()) {
         case MessageField::header:
           readHeader(enter(Place::header, fields.bytes()));
@@ -347,7 +352,7 @@ class AlertsDecoder {
     }
   }
 
-  // The older field says when to show an alert that has none of the newer ones.
+  // active_period counts only for an alert without communication and impact periods.
   void finish(AlertsMessage::Entity& entity) {
     std::vector<AlertPeriod>& periods = message_->periods_;
     if (periods.size() == entity.periods.first) {
@@ -387,7 +392,7 @@ class AlertsDecoder {
   std::size_t parts_ = 0;
 };
 
-Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload) {
+Outcome<SharedAlertsMessage> readAlertsMessage(Bytes payload) {
   return AlertsDecoder::read(std::move(payload));
 }
 

@@ -10,6 +10,7 @@
 
 #include "feeds/alerts/alert_enumerations.h"
 #include "shared/outcome.h"
+#include "shared/value.h"
 
 namespace linewatch {
 
@@ -26,11 +27,11 @@ struct AlertTranslation {
   bool operator==(const AlertTranslation&) const = default;
 };
 
-/// In seconds since 1970; 0 is an open side.
+/// In seconds since 1970. A start or end of 0 is open.
 struct AlertPeriod {
   enum class Use : std::uint8_t {
     show,    // when to show the alert
-    affect,  // when the service is affected, where the feed tells the two apart
+    affect,  // when the service is affected; only in feeds that give both
   };
   Use use = Use::show;
   std::uint64_t start = 0;
@@ -39,21 +40,21 @@ struct AlertPeriod {
   bool operator==(const AlertPeriod&) const = default;
 };
 
-/// What an alert is about. All that is stated holds at once; an empty text is not stated.
+/// What an alert is about. All stated fields hold at once; an empty text is a field that is not stated.
 struct AlertSelector {
   std::string_view agencyId;
   std::string_view routeId;
   /// The route of a trip that has no id of its own.
   std::string_view tripRouteId;
   std::optional<std::int32_t> routeType;
-  /// It is about a single trip.
+  /// The selector is about a single trip.
   bool namesTrip = false;
   bool namesStop = false;
 
   bool operator==(const AlertSelector&) const = default;
 };
 
-/// The decoded alerts of one payload. The texts are views into the payload, which the message keeps.
+/// The decoded alerts of one payload. Its texts are views into the payload, which the message keeps.
 /// Immutable; read on any thread.
 class AlertsMessage {
  public:
@@ -63,7 +64,7 @@ class AlertsMessage {
   };
   struct Entity {
     std::string_view id;
-    /// The whole entity as it stands in the payload, without its tag and length.
+    /// The entity's bytes in the payload, without tag and length.
     std::string_view bytes;
     bool isDeleted = false;
     /// False for the trip updates and vehicles of a feed of everything.
@@ -78,16 +79,17 @@ class AlertsMessage {
   AlertsMessage(const AlertsMessage&) = delete;
   AlertsMessage& operator=(const AlertsMessage&) = delete;
 
-  const std::string& payload() const { return payload_; }
+  const Bytes& payload() const { return payload_; }
   const std::string& version() const { return version_; }
-  /// Only what changed since the message before.
+  /// True for a message that lists only changes: its entities add to those of earlier messages, or delete
+  /// them.
   bool isDifference() const { return isDifference_; }
   /// Seconds since 1970; 0 when not stated.
   std::uint64_t timestamp() const { return timestamp_; }
 
   /// In the feed's order.
   std::span<const Entity> entities() const { return entities_; }
-  /// The texts of a kind stand together, each kind in the feed's order.
+  /// Sorted by kind; texts of one kind are in the feed's order.
   std::span<const AlertTranslation> translations(const Entity& entity) const {
     return within(translations_, entity.translations);
   }
@@ -100,14 +102,14 @@ class AlertsMessage {
 
  private:
   friend class AlertsDecoder;
-  explicit AlertsMessage(std::string payload) : payload_(std::move(payload)) {}
+  explicit AlertsMessage(Bytes payload) : payload_(std::move(payload)) {}
 
   template <class Part>
   static std::span<const Part> within(const std::vector<Part>& parts, Range range) {
     return std::span(parts).subspan(range.first, range.count);
   }
 
-  std::string payload_;
+  Bytes payload_;
   std::string version_;
   bool isDifference_ = false;
   std::uint64_t timestamp_ = 0;
@@ -119,9 +121,9 @@ class AlertsMessage {
 
 using SharedAlertsMessage = std::shared_ptr<const AlertsMessage>;
 
-/// Decodes a payload. A payload without a header is none of a feed; one with a header alone says that all is
-/// well. What is incomplete is not broken: an alert without texts, cause, effect or selectors is held with
-/// what it has. An error says where in the payload, and why.
-Outcome<SharedAlertsMessage> readAlertsMessage(std::string payload);
+/// Decodes a payload. A header alone is a feed without alerts; a payload without a header is an error. An
+/// alert that lacks texts, cause, effect or selectors is kept with the parts it has. The error of a damaged
+/// payload says where and why.
+Outcome<SharedAlertsMessage> readAlertsMessage(Bytes payload);
 
 }  // namespace linewatch

@@ -4,7 +4,7 @@
 
 namespace linewatch {
 
-/// The words that the incidents of feeds already have. Holds nothing.
+/// Gives the texts that the incidents of feeds already have. Stateless.
 class DesktopIncidentStringProvider final : public IncidentStringProvider {
  public:
   SharedText cellTitleForIncident(const SharedIncident& incident) override {

@@ -24,7 +24,7 @@ class Mixer {
   std::size_t state_ = 0;
 };
 
-/// Hash and equality of what two entities must agree in to be one incident.
+/// Hash and equality of entities that are one incident: effect, periods and texts.
 struct SameContent {
   const AlertsMessage* message;
 
@@ -50,7 +50,7 @@ struct SameContent {
   }
 };
 
-/// A language in which an incident, by its place among them, has texts.
+/// A language in which the incident with that index has texts.
 struct SpokenLanguage {
   std::uint32_t incident;
   std::string_view language;
@@ -108,13 +108,13 @@ class Collector {
   struct Known {
     std::uint32_t incident;
     std::uint32_t others = 0;
-    /// Whether the languages of the incident's own entity are among those spoken, which they need not be
-    /// before its id comes again.
+    /// False until the languages of the incident's own entity are in `spoken_`, which happens when its id
+    /// occurs again.
     bool isNoted = false;
   };
 
-  // Some feeds give one message as an entity a language. More entities than there are languages are none of
-  // that.
+  // Some feeds give an alert as one entity for each language. More entities than languages exist are
+  // something else.
   bool addsLanguages(Known& known, std::uint32_t place) {
     constexpr std::size_t kMostLanguages = 64;
     const DistinctIncident& incident = incidents_[known.incident];
@@ -128,7 +128,7 @@ class Collector {
   }
   bool speaksAnew(std::uint32_t incident, std::uint32_t place) const {
     const auto translations = message_.translations(message_.entities()[place]);
-    // A text without a language may be in any.
+    // A text without a tag may be in any language.
     return !translations.empty() && !spoken_.contains({incident, {}}) &&
            std::ranges::none_of(translations, [&](const AlertTranslation& translation) {
              return translation.language.empty() || spoken_.contains({incident, translation.language});

@@ -8,20 +8,20 @@
 
 namespace linewatch {
 
-/// One incident of a feed and the entities that tell of it, as places among the message's entities.
+/// One incident of a feed and the entities that describe it, as indexes into the message's entities.
 struct DistinctIncident {
-  /// The entity that it has its id, effect and periods from.
+  /// The entity that gives the id, the effect and the periods.
   std::uint32_t entity = 0;
-  /// Entities that say the same of other lines: in every text, period and in the effect.
+  /// Entities with the same texts, periods and effect, usually about other lines.
   std::vector<std::uint32_t> repetitions;
-  /// Entities of the same id that say it in other languages.
+  /// Entities with the same id and texts in other languages.
   std::vector<std::uint32_t> otherLanguages;
-  /// How many incidents before this one have its id although they are about something else.
+  /// How many earlier incidents have the same id but differ in content.
   std::uint32_t sameIdBefore = 0;
 };
 
-/// The incidents that the message's alerts tell of, in the order of their first entities. Takes time in
-/// proportion to the message.
+/// The incidents of the message's alerts, in the order of their first entities. Takes time proportional to
+/// the size of the message.
 std::vector<DistinctIncident> distinctIncidents(const AlertsMessage& message);
 
 }  // namespace linewatch

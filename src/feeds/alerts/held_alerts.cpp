@@ -1,30 +1,31 @@
 #include "feeds/alerts/held_alerts.h"
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <protozero/pbf_writer.hpp>
 
-// Changes are made on the bytes: the entities of both payloads are put together into a payload that says
-// everything and is read like any other. So one decoded message is all there is to hold, however many changes
-// came.
+// Changes are applied to the bytes: the entities of both messages are written as one payload, which is then
+// decoded like a received one. So one decoded message is held, however many changes came, and its payload can
+// be cached.
 
 namespace linewatch {
 
 namespace {
 
-/// Entities by id, in the order in which their ids first came. An id may stand for several.
+/// The bytes of entities by id, in the order in which the ids first came. Several entities may share an id.
 class EntitiesById {
  public:
   void add(const AlertsMessage::Entity& entity) { entitiesOf(entity.id).push_back(entity.bytes); }
   void remove(std::string_view id) { entitiesOf(id).clear(); }
-  template <class Operation>
-  void forEach(Operation operation) const {
-    for (const auto& entities : entities_) {
-      for (const std::string_view bytes : entities) operation(bytes);
-    }
+  std::vector<std::string_view> all() const {
+    std::vector<std::string_view> all;
+    for (const auto& entities : entities_) all.insert(all.end(), entities.begin(), entities.end());
+    return all;
   }
 
  private:
@@ -56,30 +57,53 @@ EntitiesById entitiesAfter(const AlertsMessage* held, const AlertsMessage& chang
   return all;
 }
 
-std::string payloadOf(const AlertsMessage& changes, std::uint64_t timestamp, const EntitiesById& entities) {
-  std::string header;
-  protozero::pbf_writer headerWriter(header);
-  headerWriter.add_string(1, changes.version());
-  headerWriter.add_uint64(3, timestamp);
+struct Header {
+  std::string version;
+  bool isDifference = false;
+  std::uint64_t timestamp = 0;
+};
+
+Bytes payloadOf(const Header& header, const std::vector<std::string_view>& entities) {
+  std::string headerBytes;
+  protozero::pbf_writer headerWriter(headerBytes);
+  headerWriter.add_string(1, header.version);
+  if (header.isDifference) headerWriter.add_enum(2, 1);
+  if (header.timestamp != 0) headerWriter.add_uint64(3, header.timestamp);
 
   std::string payload;
   protozero::pbf_writer writer(payload);
-  writer.add_message(1, header);
-  entities.forEach([&](std::string_view bytes) { writer.add_message(2, bytes.data(), bytes.size()); });
-  return payload;
+  writer.add_message(1, headerBytes);
+  for (const std::string_view bytes : entities) writer.add_message(2, bytes.data(), bytes.size());
+  return {payload.begin(), payload.end()};
+}
+
+bool isOlder(const AlertsMessage& message, const AlertsMessage& held) {
+  return message.timestamp() != 0 && message.timestamp() < held.timestamp();
 }
 
 }  // namespace
 
-Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held, std::string payload) {
-  Outcome<SharedAlertsMessage> read = readAlertsMessage(std::move(payload));
-  if (!read) return read;
-  const AlertsMessage& message = **read;
-  const bool isOlder = held && message.timestamp() != 0 && message.timestamp() < held->timestamp();
-  if (isOlder) return held;
-  if (!message.isDifference()) return read;
-  const std::uint64_t timestamp = message.timestamp() == 0 && held ? held->timestamp() : message.timestamp();
-  return readAlertsMessage(payloadOf(message, timestamp, entitiesAfter(held.get(), message)));
+Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held,
+                                           const SharedAlertsMessage& message) {
+  if (held && isOlder(*message, *held)) return held;
+  if (!message->isDifference()) return message;
+  const std::uint64_t heldTime = held ? held->timestamp() : 0;
+  const Header header{.version = message->version(),
+                      .isDifference = !held || held->isDifference(),
+                      .timestamp = message->timestamp() == 0 ? heldTime : message->timestamp()};
+  return readAlertsMessage(payloadOf(header, entitiesAfter(held.get(), *message).all()));
+}
+
+bool hasPlausibleTime(const AlertsMessage& message, Date received) {
+  constexpr Seconds kTolerance{300};
+  return Date(Seconds(static_cast<double>(message.timestamp()))) <= received + kTolerance;
+}
+
+Outcome<SharedAlertsMessage> withoutTime(const AlertsMessage& message) {
+  std::vector<std::string_view> entities;
+  for (const AlertsMessage::Entity& entity : message.entities()) entities.push_back(entity.bytes);
+  return readAlertsMessage(
+      payloadOf({.version = message.version(), .isDifference = message.isDifference()}, entities));
 }
 
 }  // namespace linewatch

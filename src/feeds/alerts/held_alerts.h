@@ -1,14 +1,25 @@
 #pragma once
 
-#include <string>
-
 #include "feeds/alerts/alerts_message.h"
+#include "shared/date.h"
 
 namespace linewatch {
 
-/// What holds of a feed's alerts once a payload came in: `held` itself when the payload is older, what the
-/// payload says when it says everything, and else `held` with the payload's changes made. Null for `held`
-/// when nothing came before. An unreadable payload is an error, and what was held goes on to hold.
-Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held, std::string payload);
+/// The alerts that hold after `message` came in:
+///  - `held` when the header of `message` is older than that of `held`. A header without a time is never
+///    older;
+///  - else `message` when it lists all alerts;
+///  - else `held` with the changes of `message`. This is a difference itself as long as no message has listed
+///    all alerts.
+/// `held` is null before the first message. An error when there are too many alerts to hold.
+Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held,
+                                           const SharedAlertsMessage& message);
+
+/// True unless the header's time lies more than 5 minutes after the receipt: then the server's clock is
+/// wrong, or the time is in milliseconds.
+bool hasPlausibleTime(const AlertsMessage& message, Date received);
+
+/// The same alerts without a time in the header, also in the payload.
+Outcome<SharedAlertsMessage> withoutTime(const AlertsMessage& message);
 
 }  // namespace linewatch

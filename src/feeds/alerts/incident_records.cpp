@@ -1,5 +1,6 @@
 #include "feeds/alerts/incident_records.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "feeds/alerts/alert_period.h"
@@ -16,13 +17,19 @@ OptionalText present(std::string text) {
   return text.empty() ? OptionalText() : OptionalText(std::move(text));
 }
 
-/// Effect and cause in words, without what the title says already.
-std::string effectAndCauseBelow(std::string_view title, const AlertsMessage::Entity& entity,
+/// Effect and cause in words, each left out when the title says it already.
+std::string effectAndCauseBelow(std::string_view title, AlertEffect effect, AlertCause cause,
                                 const FeedTexts& words) {
   const auto news = [title](const std::string& text) {
     return titleSays(title, text) ? std::string() : text;
   };
-  return words.together(news(words.effect(entity.effect)), news(words.cause(entity.cause)));
+  return words.together(news(words.effect(effect)), news(words.cause(cause)));
+}
+
+/// True when the alert has selectors and each of them names a stop.
+bool namesOnlyStops(const AlertsMessage& message, const AlertsMessage::Entity& alert) {
+  const auto selectors = message.selectors(alert);
+  return !selectors.empty() && std::ranges::all_of(selectors, &AlertSelector::namesStop);
 }
 
 }  // namespace
@@ -46,36 +53,50 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   const AlertsMessage& message = table_->message();
   const AlertsMessage::Entity& entity = message.entities()[incident.entity];
   const FeedTexts& words = language_->texts;
+  const AlertEffect effect = effectOnLines(incident);
   const ShownPeriod period = periodToShow(message.periods(entity), now_);
   const std::string header = bestText(incident, AlertText::header);
   std::string description = bestText(incident, AlertText::description);
 
   TransitIncidentFields fields{.muid = muidOf(incident),
-                               .isBlockingIncident = entity.effect == AlertEffect::noService,
+                               .isBlockingIncident = effect == AlertEffect::noService,
                                .startDate = period.start,
                                .endDate = period.end};
   std::string title = rowTitle(header);
-  if (title.empty()) title = words.effect(entity.effect);
+  if (title.empty()) title = words.effect(effect);
   if (title.empty()) title = words.incident;
   std::string secondary = rowSecondaryText(description, title);
-  if (secondary.empty()) secondary = effectAndCauseBelow(title, entity, words);
+  if (secondary.empty()) secondary = effectAndCauseBelow(title, effect, entity.cause, words);
   if (title.ends_with(kEllipsis) && !header.ends_with(kEllipsis)) {
-    // The details have what the row could not take.
+    // The details show the part of the header that was cut from the row.
     description = description.empty() ? header : header + "\n\n" + description;
   }
   fields.summary = present(std::move(secondary));
   fields.title = present(std::move(title));
   fields.fullDescription = present(std::move(description));
   fields.infoURL = bestAddress(incident);
-  // When the incident was last updated is not known: the header's date is of the feed and another each time,
-  // and would make an unchanged list count as a new one.
+  // lastUpdated stays absent. The feed's header time changes with every fetch, and with it an unchanged list
+  // would count as a new one.
   return std::make_shared<const TransitStorageIncident>(std::move(fields));
+}
+
+/// "No service" at stops alone says nothing of the service of the lines that call there.
+AlertEffect IncidentRecords::effectOnLines(const DistinctIncident& incident) const {
+  const AlertsMessage& message = table_->message();
+  const AlertsMessage::Entity& alert = message.entities()[incident.entity];
+  if (alert.effect != AlertEffect::noService) return alert.effect;
+  const auto atStops = [&](std::uint32_t place) {
+    return namesOnlyStops(message, message.entities()[place]);
+  };
+  const bool isAboutStops = atStops(incident.entity) && std::ranges::all_of(incident.repetitions, atStops) &&
+                            std::ranges::all_of(incident.otherLanguages, atStops);
+  return isAboutStops ? AlertEffect::unknownEffect : alert.effect;
 }
 
 std::uint64_t IncidentRecords::muidOf(const DistinctIncident& incident) const {
   const AlertsMessage::Entity& entity = table_->message().entities()[incident.entity];
   std::string id(entity.id);
-  if (id.empty()) id = entity.bytes;  // what tells it from others that have no id either
+  if (id.empty()) id = entity.bytes;  // tells incidents without ids apart
   if (incident.sameIdBefore > 0) id.append(1, '\0').append(std::to_string(incident.sameIdBefore));
   return stableMuid(table_->lines().feedName(), id);
 }

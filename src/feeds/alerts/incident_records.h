@@ -15,7 +15,7 @@
 
 namespace linewatch {
 
-/// How the user reads incidents.
+/// The language in which a user reads incidents.
 struct IncidentLanguage {
   /// Language tags, the best first.
   std::vector<std::string> languages;
@@ -24,21 +24,22 @@ struct IncidentLanguage {
 
 using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
 
-/// Makes the records of the incidents of a table, each when a line that has it is asked for and once for all
-/// of them.
+/// Makes the record of each incident when a line that has it is first asked for. Lines with the same incident
+/// share its record.
 class IncidentRecords {
  public:
   /// `now` chooses among the periods of an incident.
   IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now);
 
   TransitIncidents ofRoute(std::size_t route);
-  /// The `muid` of the record of an incident of the table, by its place there.
+  /// The `muid` of an incident, by its index in the table.
   std::uint64_t muidOf(std::size_t place) const { return muidOf(table_->incidents()[place]); }
 
  private:
   SharedIncident record(std::uint32_t place);
   SharedIncident make(const DistinctIncident& incident) const;
   std::uint64_t muidOf(const DistinctIncident& incident) const;
+  AlertEffect effectOnLines(const DistinctIncident& incident) const;
   std::vector<AlertTranslation> translations(const DistinctIncident& incident, AlertText kind) const;
   std::string bestText(const DistinctIncident& incident, AlertText kind) const;
   OptionalText bestAddress(const DistinctIncident& incident) const;

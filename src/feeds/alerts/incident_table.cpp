@@ -13,6 +13,11 @@ bool typeCovers(std::int32_t selected, const std::optional<std::int32_t>& type) 
   return type && (*type == selected || basicRouteType(*type) == selected);
 }
 
+/// Empty when the selector names no route.
+std::string_view routeIdOf(const AlertSelector& selector) {
+  return selector.routeId.empty() ? selector.tripRouteId : selector.routeId;
+}
+
 std::string counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + (count == 1 ? one : many);
 }
@@ -63,6 +68,7 @@ void IncidentTable::addSelectors(std::uint32_t incident, std::uint32_t entity) {
   const auto selectors = message_->selectors(alert);
   if (selectors.empty()) ++counts_.alertsWithoutSelector;
   for (const AlertSelector& selector : selectors) {
+    countRoute(selector);
     switch (addSelector(incident, selector, alert.effect)) {
       case Fit::lines:
         ++counts_.fitting;
@@ -77,9 +83,16 @@ void IncidentTable::addSelectors(std::uint32_t incident, std::uint32_t entity) {
   }
 }
 
+void IncidentTable::countRoute(const AlertSelector& selector) {
+  const std::string_view routeId = routeIdOf(selector);
+  if (routeId.empty()) return;
+  ++counts_.namingRoutes;
+  if (!lines_->routeWithId(routeId)) ++counts_.unknownRoutes;
+}
+
 IncidentTable::Fit IncidentTable::addSelector(std::uint32_t incident, const AlertSelector& selector,
                                               AlertEffect effect) {
-  const std::string_view routeId = selector.routeId.empty() ? selector.tripRouteId : selector.routeId;
+  const std::string_view routeId = routeIdOf(selector);
   if (selector.namesTrip) return Fit::noLine;
   if (selector.namesStop && (routeId.empty() || isAboutStopAlone(effect))) return Fit::noLine;
   return routeId.empty() ? addToGroup(incident, selector) : addToRoute(incident, selector, routeId);
@@ -129,8 +142,8 @@ std::optional<IncidentTable::AgencyKey> IncidentTable::agencyNamed(std::string_v
   return AgencyKey{.byId = known->second, .text = known->first};
 }
 
-// A line whose agency, or whose agency's id, the feed does not tell is not taken from an alert that names
-// both.
+// False when the selector's agency is not the route's. A route whose agency has no id, or is not stated, may
+// belong to any agency.
 bool IncidentTable::mayBelongTo(const FeedRoute& route, std::string_view agency) const {
   if (agency.empty() || !route.agency) return true;
   const FeedAgency& owner = lines_->agencies()[*route.agency];

@@ -16,26 +16,29 @@
 
 namespace linewatch {
 
-/// What became of the selectors of a feed's alerts.
+/// How the selectors of a feed's alerts were matched with its lines. Each selector is one of the first three.
 struct SelectorCounts {
-  /// They fit a line or more.
+  /// Fit a line or more.
   std::size_t fitting = 0;
-  /// They are about single stops or trips.
+  /// Are about single stops or trips.
   std::size_t notAboutLines = 0;
-  /// They name nothing that the lines know: the lines and the alerts may not belong together.
+  /// Name an agency, a route type or a route that the timetable does not have.
   std::size_t unknown = 0;
   /// Alerts that do not say what they are about.
   std::size_t alertsWithoutSelector = 0;
+  /// Name a route, with or without a stop or a trip; and how many of these the timetable does not have.
+  std::size_t namingRoutes = 0;
+  std::size_t unknownRoutes = 0;
 
   bool operator==(const SelectorCounts&) const = default;
 };
 
-/// What is wrong with the counts; empty when every alert could be understood. Stops and trips alone are no
-/// fault.
+/// One line for the user about the selectors that could not be matched, e.g. "feed Metro: alerts: 3 of 8
+/// selectors resolved to nothing"; empty when there are none.
 std::string complaintOf(std::string_view feedName, const SelectorCounts& counts);
 
-/// Which incidents a line has. Built in time proportional to lines and selectors, whatever the number of
-/// lines that a selector fits. Immutable; read on any thread.
+/// The incidents of each line of a feed. Built in time proportional to the number of lines and selectors,
+/// also when a selector fits every line. Immutable; read on any thread.
 class IncidentTable {
  public:
   IncidentTable(SharedAlertsMessage message, SharedLineIndex lines);
@@ -45,11 +48,11 @@ class IncidentTable {
   const std::vector<DistinctIncident>& incidents() const { return incidents_; }
   const SelectorCounts& counts() const { return counts_; }
 
-  /// Places in `incidents()`, ascending: each incident once, in the feed's order.
+  /// Indexes into `incidents()`, ascending, so in the feed's order; each incident once.
   std::vector<std::uint32_t> incidentsOfRoute(std::size_t route) const;
 
  private:
-  // An agency as selectors name it: whether by its id, and the text.
+  // An agency as a selector names it: by its id, else by its name.
   struct AgencyKey {
     bool byId = false;
     std::string_view text;
@@ -57,7 +60,7 @@ class IncidentTable {
       return std::tie(byId, text) < std::tie(other.byId, other.text);
     }
   };
-  // What selectors without a route are about: the lines of an agency, of a type, or of both.
+  // The lines that a selector without a route fits: those of an agency, of a route type, or of both.
   struct GroupKey {
     std::optional<AgencyKey> agency;
     std::optional<std::int32_t> type;
@@ -70,7 +73,7 @@ class IncidentTable {
     std::size_t selectors = 0;
     bool hasLines = false;
   };
-  // An incident of a route, and the place of the route's incident before it.
+  // An incident of a route, and the index of the route's previous listing.
   struct Listing {
     std::uint32_t incident;
     std::uint32_t before;
@@ -80,6 +83,7 @@ class IncidentTable {
 
   void indexAgencies();
   void addSelectors(std::uint32_t incident, std::uint32_t entity);
+  void countRoute(const AlertSelector& selector);
   Fit addSelector(std::uint32_t incident, const AlertSelector& selector, AlertEffect effect);
   Fit addToRoute(std::uint32_t incident, const AlertSelector& selector, std::string_view routeId);
   Fit addToGroup(std::uint32_t incident, const AlertSelector& selector);
@@ -94,7 +98,7 @@ class IncidentTable {
   SharedLineIndex lines_;
   std::vector<DistinctIncident> incidents_;
   std::map<std::string_view, bool> agencyTexts_;  // true for an id, false for a name alone
-  // One list for all routes, as most have few incidents or none: each entry leads to the one before it.
+  // One list for all routes, because most have few incidents or none. Each route's listings are linked.
   std::vector<Listing> listings_;
   std::vector<std::uint32_t> lastOfRoutes_;
   std::map<GroupKey, Group> groups_;

@@ -10,18 +10,18 @@
 
 namespace linewatch {
 
-/// Comma-separated values as feeds have them, row by row:
-///  - a value may stand in quotes, and then hold commas, line ends and doubled quotes; a quote inside a value
-///    that does not start with one is an ordinary character;
-///  - spaces and tabs around a value, outside its quotes, are no part of it;
-///  - lines end with LF, CR LF or CR; blank lines and a byte order mark at the start are passed over.
+/// Reads the comma-separated values of feeds row by row:
+///  - a quoted value may hold commas, line ends and doubled quotes; a quote inside an unquoted value is an
+///    ordinary character;
+///  - spaces and tabs around a value and outside its quotes are dropped;
+///  - lines end with LF, CR LF or CR; blank lines and a byte order mark at the start are skipped.
 ///
-/// Rows are views into the text, which has to outlive the reader.
+/// Rows are views into the text, which must outlive the reader.
 class CsvReader {
  public:
   static constexpr std::size_t kLongestValue = std::size_t{64} << 10U;
   static constexpr std::size_t kMostValues = 512;
-  /// Far more lines than any country publishes in one feed.
+  /// Far more than the routes of any country.
   static constexpr std::size_t kMostRows = 200'000;
 
   struct Fault {
@@ -38,7 +38,7 @@ class CsvReader {
   std::span<const std::string_view> values() const { return values_; }
   /// The line on which the row starts, from 1.
   std::size_t line() const { return rowLine_; }
-  /// What stopped the reading before the end of the text, if anything did.
+  /// The fault that stopped the reading; absent when none did.
   const std::optional<Fault>& fault() const { return fault_; }
 
  private:
@@ -60,7 +60,8 @@ class CsvReader {
   std::size_t rowLine_ = 1;
   std::size_t rows_ = 0;
   std::vector<std::string_view> values_;
-  /// The values of the row that are no piece of the text, for they had doubled quotes. Their addresses stay.
+  /// The values of the row that had doubled quotes and so are no piece of the text. A deque keeps their
+  /// addresses.
   std::deque<std::string> unescaped_;
   std::optional<Fault> fault_;
 };

@@ -10,21 +10,22 @@
 
 namespace linewatch {
 
-/// Comma-separated values whose first row names the columns. The text has to outlive the table.
+/// Comma-separated values whose first row names the columns. The text must outlive the table.
 class CsvTable {
  public:
-  /// Where a column stands; one past the last for a column that the table does not have.
+  /// The index of a column; the number of columns when the table does not have it.
   using Column = std::size_t;
 
   explicit CsvTable(std::string_view text);
 
-  /// A name that stands twice means its first column.
+  /// Of two columns of one name, the first.
   Column column(std::string_view name) const;
   bool has(Column column) const { return column < names_.size(); }
 
   /// Goes to the next row; false at the end and at a fault.
   bool next() { return reader_.next(); }
-  /// The row's value; empty where the row or the table has none. Valid until the next call of `next`.
+  /// The row's value in that column; empty when the row or the table lacks it. Valid until the next call of
+  /// `next`.
   std::string_view value(Column column) const;
 
   std::size_t line() const { return reader_.line(); }

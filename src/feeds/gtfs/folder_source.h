@@ -11,7 +11,7 @@ class FolderSource final : public GtfsSource {
  public:
   explicit FolderSource(std::filesystem::path folder);
 
-  /// A folder that is not there is an error, not a feed without tables.
+  /// A missing folder is an error; a missing table in the folder is not.
   Outcome<std::optional<std::string>> file(std::string_view name) override;
 
  private:

@@ -21,7 +21,7 @@ using Contents = LineIndex::Contents;
 
 bool isTagCharacter(char byte) { return isAsciiAlphanumeric(byte) || byte == '-'; }
 
-/// "mul" stands for several languages: that is to say, none for the whole feed.
+/// Empty when the text is no tag. "mul" means several languages, so it is no language of the feed either.
 std::string languageTag(std::string_view text) {
   std::string tag(text);
   std::replace(tag.begin(), tag.end(), '_', '-');
@@ -48,13 +48,13 @@ void readAgencies(CsvTable& table, Contents& contents) {
   }
 }
 
-/// The feed's own word on its language comes first, the agencies' second.
+/// The language in feed_info.txt; that of the agencies counts only without it.
 void readLanguage(CsvTable& table, Contents& contents) {
   const auto language = table.column("feed_lang");
   if (table.next()) contents.language = languageTag(table.value(language));
 }
 
-/// Places of agencies by id. Routes of a feed with a single agency need not name it.
+/// Indexes of agencies by id. In a feed with one agency, routes without an agency id are that agency's.
 class AgencyPlaces {
  public:
   explicit AgencyPlaces(const std::vector<FeedAgency>& agencies) {
@@ -93,7 +93,7 @@ FeedRoute routeOfRow(const CsvTable& table, const RouteColumns& columns, const A
                   .type = number(table.value(columns.type)),
                   .color = normalizedColor(table.value(columns.color)),
                   .textColor = normalizedColor(table.value(columns.textColor))};
-  // People then call it by its id, which as it stands is no text to show.
+  // A route without names is shown by its id.
   if (route.shortName.empty() && route.longName.empty()) route.longName = singleLine(route.id);
   return route;
 }
@@ -111,12 +111,12 @@ void readRoutes(CsvTable& table, Contents& contents) {
 
 struct TableReading {
   std::string_view file;
-  /// The column without which the table says nothing; none for a table that a feed can do without.
+  /// A required column; absent for an optional table.
   std::optional<std::string_view> neededColumn;
   void (*read)(CsvTable&, Contents&);
 };
 
-// Routes name agencies, so that they come after them.
+// In this order, because routes refer to agencies.
 constexpr TableReading kTables[] = {
     {"agency.txt", std::nullopt, readAgencies},
     {"feed_info.txt", std::nullopt, readLanguage},
@@ -135,13 +135,15 @@ std::optional<CsvReader::Fault> readTable(const TableReading& reading, CsvTable&
 std::optional<Error> readFrom(GtfsSource& source, const TableReading& reading, Contents& contents) {
   Outcome<std::optional<std::string>> bytes = source.file(reading.file);
   if (!bytes) return bytes.error();
-  if (!*bytes && reading.neededColumn) return failure(reading.file, "", "the feed has no such file");
+  if (!*bytes && reading.neededColumn)
+    return failure(FailureCode::notFound, reading.file, "", "the feed has no such file");
   if (!*bytes) return std::nullopt;
   const std::string text = withValidUtf8(std::move(**bytes));
   CsvTable table(text);
   const std::optional<CsvReader::Fault> fault = readTable(reading, table, contents);
   if (!fault) return std::nullopt;
-  return failure(std::string(reading.file) + " line " + std::to_string(fault->line), "", fault->why);
+  return failure(FailureCode::malformed, std::string(reading.file) + " line " + std::to_string(fault->line),
+                 "", fault->why);
 }
 
 const std::string& languageOfAgencies(const Contents& contents) {

@@ -8,9 +8,9 @@
 
 namespace linewatch {
 
-/// Reads what a timetable feed says about its lines: agency.txt, feed_info.txt and routes.txt, the last of
-/// which it has to have. Missing columns and values are left empty, a route id that comes again is left out;
-/// a table that cannot be read as one is an error that names file, line and reason.
+/// Reads the lines of a timetable feed from agency.txt, feed_info.txt and routes.txt; only routes.txt is
+/// required. Missing columns and values are left empty. Of several routes with one id the first counts. The
+/// error of a malformed table names file, line and reason.
 Outcome<LineIndex::Contents> readGtfs(GtfsSource& source, std::string feedName);
 
 }  // namespace linewatch

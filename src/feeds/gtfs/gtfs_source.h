@@ -10,11 +10,11 @@
 
 namespace linewatch {
 
-/// More than any feed needs for a table of its lines or agencies; a larger file is refused unread.
+/// Far more than the table of any feed's lines or agencies. A larger file is refused unread.
 inline constexpr std::size_t kLargestGtfsTable = 64 * kMebibyte;
 
-/// Where the tables of a timetable feed lie: a folder, or an archive. Used by one thread at a time. Its
-/// errors name a table, not the place of the whole: that is known to who opened it.
+/// The folder or archive that holds the tables of a timetable feed. Used by one thread at a time. Errors name
+/// the table; the caller, who knows the folder or archive, adds that.
 class GtfsSource {
  public:
   GtfsSource() = default;
@@ -22,8 +22,8 @@ class GtfsSource {
   GtfsSource& operator=(const GtfsSource&) = delete;
   virtual ~GtfsSource() = default;
 
-  /// The bytes of the table, e.g. of "routes.txt"; none when the feed has no such table. At most
-  /// `kLargestGtfsTable` bytes.
+  /// The bytes of a table, e.g. of "routes.txt", at most `kLargestGtfsTable`; none when the feed does not
+  /// have the table.
   virtual Outcome<std::optional<std::string>> file(std::string_view name) = 0;
 };
 

@@ -22,12 +22,12 @@ struct FeedAgency {
   bool operator==(const FeedAgency&) const = default;
 };
 
-/// A route of a feed, as routes.txt states it: what the rest of the program calls a line. Texts may be empty.
+/// A route of a feed, as routes.txt states it. The rest of the program calls it a line. Texts may be empty.
 struct FeedRoute {
   std::string id;
   std::string shortName;
   std::string longName;
-  /// The place of its agency in the index; absent when the feed does not say.
+  /// The index of its agency in `agencies()`; absent when the feed does not say.
   std::optional<std::uint32_t> agency;
   /// The basic or extended route type; absent when missing or not a number.
   std::optional<std::int32_t> type;
@@ -38,7 +38,8 @@ struct FeedRoute {
   bool operator==(const FeedRoute&) const = default;
 };
 
-/// A stable 64-bit name of a thing of a feed: the same on every machine and in every run, never 0.
+/// A stable 64-bit identifier of a route or an alert of a feed: the same on every machine and in every run,
+/// never 0.
 std::uint64_t stableMuid(std::string_view feedName, std::string_view id);
 
 /// The lines of one feed, for look-up. Immutable; read on any thread.
@@ -49,7 +50,7 @@ class LineIndex {
     /// The feed's own language tag; empty when not stated.
     std::string language;
     std::vector<FeedAgency> agencies;
-    /// In the feed's order. A route id that comes again is left out by whoever fills this in.
+    /// In the feed's order, with distinct ids.
     std::vector<FeedRoute> routes;
 
     bool operator==(const Contents&) const = default;
@@ -65,7 +66,7 @@ class LineIndex {
   std::span<const FeedAgency> agencies() const { return contents_.agencies; }
   std::span<const FeedRoute> routes() const { return contents_.routes; }
 
-  /// The route's place in `routes()`, or none.
+  /// The route's index in `routes()`, or none.
   std::optional<std::size_t> routeWithId(std::string_view id) const;
   std::optional<std::size_t> routeWithMuid(std::uint64_t muid) const;
   /// The `muid` of the line that the route is.
@@ -76,8 +77,8 @@ class LineIndex {
  private:
   Contents contents_;
   std::vector<std::uint64_t> muids_;
-  /// Sorted. Quicker made than a hash table, of which there is one at every start; and no feed can make it
-  /// slow.
+  /// Sorted. Each start builds it anew: sorting is faster than filling a hash table, and no feed can slow it
+  /// down with colliding ids.
   std::vector<std::pair<std::uint64_t, std::uint32_t>> routesByMuid_;
 };
 

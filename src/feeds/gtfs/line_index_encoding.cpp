@@ -96,7 +96,7 @@ void write(Writer& writer, const std::vector<T>& entries) {
   for (const T& entry : entries) write(writer, entry);
 }
 
-/// Reads on until the first fault; after it everything reads as empty.
+/// After the first fault every value reads as empty.
 class Reader {
  public:
   explicit Reader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
@@ -139,7 +139,7 @@ class Reader {
 
   std::string text() { return std::string(raw(number())); }
 
-  /// The number of entries to come, none of which is smaller than `smallest` bytes.
+  /// The number of entries that follow. Each takes at least `smallest` bytes, which bounds it.
   std::uint32_t count(std::size_t smallest) {
     const std::uint32_t count = number();
     if (count <= left() / smallest) return count;
@@ -225,7 +225,8 @@ Outcome<LineIndex::Contents> decodeLineIndex(std::span<const std::uint8_t> bytes
   if (reader.raw(kSignature.size()) != kSignature) reader.stop("they are of another kind or version");
   LineIndex::Contents contents = readContents(reader);
   if (reader.fault() == nullptr) return contents;
-  return failure("kept lines of a feed", "byte " + std::to_string(reader.position()), reader.fault());
+  return failure(FailureCode::damaged, "kept lines of a feed", "byte " + std::to_string(reader.position()),
+                 reader.fault());
 }
 
 }  // namespace linewatch

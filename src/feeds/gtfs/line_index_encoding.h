@@ -6,9 +6,9 @@
 
 namespace linewatch {
 
-// What a line index is made from, as bytes to keep, so that a start need not read the feed again:
+// The encoding of a line index in the cache, so that a start need not read the feed again:
 //
-//   bytes  what
+//   bytes  content
 //   4      "LWLI"
 //   1      version of this layout, 1
 //          text     feed name
@@ -18,11 +18,11 @@ namespace linewatch {
 //            text     name
 //            text     language
 //          number   of routes; then for each:
-//   1        which of the optional values follow: 1 agency, 2 type, 4 colour, 8 text colour
+//   1        flags of the optional values that follow: 1 agency, 2 type, 4 colour, 8 text colour
 //            text     id
 //            text     short name
 //            text     long name
-//            number   agency: its place among the agencies
+//            number   agency: its index among the agencies
 //   4        type, little-endian, two's complement
 //   3        colour: red, green, blue
 //   3        text colour
@@ -31,11 +31,11 @@ namespace linewatch {
 //           last of several bytes is not 0
 //   text:   number of bytes, then the bytes
 //
-// Equal contents have equal bytes, and each contents has one form only. A malformed colour is not kept.
+// Equal contents have equal bytes. A malformed colour is left out.
 
 Bytes encodeLineIndex(const LineIndex::Contents& contents);
 
-/// Any bytes may be given; those that are not of this form are an error, which says where they leave it.
+/// Any bytes may be given. The error of malformed ones says at which byte they go wrong.
 Outcome<LineIndex::Contents> decodeLineIndex(std::span<const std::uint8_t> bytes);
 
 }  // namespace linewatch

@@ -54,8 +54,7 @@ std::vector<FoundLine> linesWithId(std::span<const SharedLineIndex> indexes, std
   return lines;
 }
 
-// What a line may be called: its number, or where it has none its name; the name beside the number; and what
-// its shield says.
+// The names of a line: its number, or else its name; its long name; the text of its shield.
 using Naming = std::string (*)(const LineIndex& index, std::size_t route);
 constexpr Naming kNamings[] = {
     [](const LineIndex& index, std::size_t route) { return std::string(index.nameOfRoute(route)); },
@@ -94,8 +93,7 @@ std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> inde
   return lines;
 }
 
-/// In how many places two texts differ: the characters to add, drop or change on the way from one to the
-/// other.
+/// The edit distance: how many characters must be added, dropped or changed to turn one text into the other.
 std::size_t differences(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
@@ -110,8 +108,8 @@ std::size_t differences(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-/// The lines that the name may be a slip for: those that a search finds, else those that are one slip in four
-/// characters away.
+/// The lines that a misspelt name may mean: those that a search finds, else those within an edit distance of
+/// one in four characters.
 std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::string_view name) {
   const std::string wanted = comparableName(name);
   if (wanted.empty()) return {};
@@ -126,12 +124,14 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
 }
 
 Error severalLines(const std::string& what, std::span<const FoundLine> lines) {
-  return failure(what, "", "several lines have this name; name one as " + listed(lines, byId));
+  return failure(FailureCode::invalid, what, "",
+                 "several lines have this name; name one as " + listed(lines, byId));
 }
 
 Error noLine(const std::string& what, std::span<const FoundLine> lines) {
-  if (lines.empty()) return failure(what, "", "no feed has such a line");
-  return failure(what, "", "no feed has such a line; did you mean " + listed(lines, byId) + "?");
+  if (lines.empty()) return failure(FailureCode::notFound, what, "", "no feed has such a line");
+  return failure(FailureCode::notFound, what, "",
+                 "no feed has such a line; did you mean " + listed(lines, byId) + "?");
 }
 
 }  // namespace

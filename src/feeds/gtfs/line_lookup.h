@@ -8,9 +8,9 @@
 
 namespace linewatch {
 
-/// The one line that a user names: by its route id, by feed and route id ("Metro:12"), or by a name that no
-/// other line has ("12", "Metro:Red Line"). The error of a name that fits several lines, or none, says which
-/// ones may be meant.
+/// Finds the line that a user names: by its route id, by feed and route id ("Metro:12"), or by a name that no
+/// other line has ("12", "Metro:Red Line"). When several lines or none have the name, the error lists the
+/// likely ones.
 Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name);
 
 }  // namespace linewatch

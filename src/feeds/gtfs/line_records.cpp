@@ -12,7 +12,7 @@ namespace linewatch {
 
 namespace {
 
-/// Without a colour of its own a shield is painted as the theme has it, text included.
+/// A route without a colour has a shield in the colours of the theme.
 ShieldDataSource shield(TransitMode mode, std::string text, const std::string& color,
                         const std::string& textColor) {
   return {
@@ -28,16 +28,17 @@ TransitArtworkDataSource artworkOf(ShieldDataSource shield, const std::string& s
           .accessibilityText = spoken};
 }
 
-/// Unnamed: what a screen reader calls a mode depends on the user's language.
+/// Without a name: a screen reader's word for the mode depends on the user's language.
 TransitArtworkDataSource iconOf(TransitMode mode) {
   return {.artworkSourceType = kArtworkSourceIcon,
           .iconDataSource = IconDataSource{.defaultTransitType = static_cast<std::int64_t>(mode)}};
 }
 
-/// For each agency the first of all routes in the colour of more than half of the agency's own: such a colour
-/// is the agency's. Null where no colour is.
+/// For each agency the first route in the colour of more than half of its routes, which counts as the
+/// agency's colour; null when no colour has that majority.
 std::vector<const FeedRoute*> routesInAgencyColors(const LineIndex& index) {
-  // Each route with another colour takes one vote off: only a colour with a majority is sure to be left.
+  // Majority vote: a route of another colour takes a vote from the candidate, so only a colour with a
+  // majority is sure to remain.
   struct Vote {
     const FeedRoute* leader = nullptr;
     std::ptrdiff_t votes = 0;
@@ -107,7 +108,7 @@ const std::shared_ptr<const TransitSystem>& LineRecords::systemOf(std::uint32_t 
     badge = shared(
         artworkOf(shield(TransitMode::other, std::move(text), colored->color, colored->textColor), name));
   }
-  // Apart from the routes' ids: an agency and a route may go by the same one.
+  // With a prefix, because an agency and a route may have the same id.
   const std::uint64_t muid = stableMuid(index_->feedName() + " agencies", entry.id.empty() ? name : entry.id);
   system = std::make_shared<const TransitSystem>(TransitSystem{.muid = muid, .name = name, .artwork = badge});
   return system;

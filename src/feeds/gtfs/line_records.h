@@ -11,16 +11,16 @@
 
 namespace linewatch {
 
-/// Makes the records of a feed's lines, each once and when it is first asked for; lines that look the same
-/// share their artworks, lines of one agency their system. Used by one thread at a time; records are read on
-/// any.
+/// Makes the record of each line of a feed when it is first asked for, and keeps it. Lines with equal
+/// artworks share them, and lines of one agency share its system. Used by one thread at a time; the records
+/// may be read on any.
 class LineRecords {
  public:
   explicit LineRecords(SharedLineIndex index);
 
   const SharedLineIndex& index() const { return index_; }
 
-  /// Never null. The system is null when the feed does not say whose the route is.
+  /// Never null. The record's system is null when the feed does not state the route's agency.
   const std::shared_ptr<const TransitLineFields>& lineFieldsOfRoute(std::size_t route);
 
  private:
@@ -33,15 +33,14 @@ class LineRecords {
 
   std::shared_ptr<const TransitLineFields> makeLineFields(std::size_t route);
   const std::shared_ptr<const TransitSystem>& systemOf(std::uint32_t agency);
-  /// A route in the agency's own colour; null when the agency has none.
+  /// A route in the agency's colour; null when the agency has none.
   const FeedRoute* routeInColorOf(std::uint32_t agency);
   SharedArtwork shared(TransitArtworkDataSource artwork);
 
   SharedLineIndex index_;
   std::unordered_map<std::size_t, std::shared_ptr<const TransitLineFields>> lines_;
   std::unordered_map<std::uint32_t, std::shared_ptr<const TransitSystem>> systems_;
-  /// For each agency, found with the first of them: to look for them one by one would take a pass over all
-  /// routes each.
+  /// One for each agency, all found in one pass over the routes.
   std::vector<const FeedRoute*> routesInAgencyColors_;
   std::unordered_set<SharedArtwork, HashOfArtwork, SameArtwork> artworks_;
 };

@@ -13,8 +13,8 @@ namespace {
 
 enum class Fit { name, startOfName, startsOfWords, partsOfWords, none };
 
-/// Of bytes: three letters, or one of a script that puts no spaces between words. Less is a part of all too
-/// many words; and a number is no part of another.
+/// In bytes: three Latin letters, or one of a script without spaces between words. Shorter parts would match
+/// too many words, and digits would match inside other numbers.
 constexpr std::size_t kShortestPart = 3;
 
 bool isWorthFindingWithin(std::string_view word) {
@@ -41,7 +41,7 @@ class Query {
     return folded(texts);
   }
 
-  /// The worst fit of a word that is looked for.
+  /// The worst fit among the words of the query.
   Fit fitOfWords(const std::string& texts) const {
     const std::vector<std::string_view> words = wordsOf(texts);
     Fit worst = Fit::startsOfWords;

@@ -10,14 +10,14 @@
 
 namespace linewatch {
 
-/// One line of one of several feeds.
+/// A line and the feed that it belongs to.
 struct FoundLine {
   SharedLineIndex index;
   std::size_t route = 0;
 
   const FeedRoute& entry() const { return index->routes()[route]; }
   const std::string& name() const { return index->nameOfRoute(route); }
-  /// What says more than a short name does, where there is such a name.
+  /// The long name; the short one when there is none.
   const std::string& longName() const { return entry().longName.empty() ? name() : entry().longName; }
   /// Empty when the feed does not say.
   std::string agencyName() const {
@@ -26,10 +26,11 @@ struct FoundLine {
   bool operator==(const FoundLine&) const = default;
 };
 
-/// The lines that the query fits: each of its words starts a word of the line's names or of its agency's, or
-/// is a part of one, in any order, case and accent. Lines of that very name come first, then lines whose name
-/// starts so, both in natural order; then the rest as the feeds have them, those where a word is but a part
-/// last. Only words of three letters and no digit count as parts. An empty query fits every line.
+/// The lines that match the query. Each word of the query must start a word of the line's or its agency's
+/// name, or be part of one; order, case and accents do not matter. Parts must have three letters and no
+/// digit. First come lines with exactly that name, then lines whose name starts with it, both in natural
+/// order; then the rest in the order of the feeds, with matches of parts last. An empty query matches every
+/// line.
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
 
 }  // namespace linewatch

@@ -7,8 +7,8 @@
 
 namespace linewatch {
 
-/// The mode of transport that a basic or extended route type stands for; `other` for any that has no icon of
-/// its own, such as a taxi, and for none.
+/// The mode of transport of a basic or extended route type; `other` for a type without an icon of its own,
+/// such as a taxi, and for an absent one.
 TransitMode modeOfRouteType(std::optional<std::int32_t> routeType);
 
 }  // namespace linewatch

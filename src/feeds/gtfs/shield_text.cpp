@@ -14,7 +14,7 @@ namespace linewatch {
 
 namespace {
 
-// In characters. A feed's own short name may take more room than what is made up for one.
+// In characters. A feed's own short name may be longer than an abbreviation made here.
 constexpr std::size_t kLongestShortName = 12;
 constexpr std::size_t kLongestAbbreviation = 6;
 constexpr std::size_t kMostInitials = 4;
@@ -22,7 +22,7 @@ constexpr std::size_t kStartOfWord = 3;
 
 constexpr std::string_view kBetweenEnds[] = {" - ", " – ", " — ", " ↔ ", " <> ", " <-> "};
 
-// What a shield's shape and place say already; folded.
+// Words that a shield need not repeat; folded.
 constexpr std::string_view kWordsForLine[] = {"line",  "route", "linie", "ligne", "linea", "linha",
                                               "linia", "lijn",  "linje", "bus",   "tram",  "metro"};
 
@@ -53,7 +53,7 @@ std::string startOf(std::string_view text, std::size_t characters) {
   return start;
 }
 
-/// "Antioch - SFIA/Millbrae" runs between two places: "A–S".
+/// The initials of both ends of a line: "A–S" for "Antioch - SFIA/Millbrae".
 std::optional<std::string> initialsOfEnds(std::string_view name) {
   for (const std::string_view between : kBetweenEnds) {
     const std::size_t first = name.find(between);
@@ -71,7 +71,7 @@ std::string joined(std::span<const std::string_view> words) {
   return text;
 }
 
-/// Leaves out small words ("of", "de la") where the others are written large.
+/// Leaves out lower-case words ("of", "de la") unless all words are lower-case.
 std::string initialsOf(std::span<const std::string_view> words) {
   const bool allSmall = std::all_of(words.begin(), words.end(), startsSmall);
   std::string initials;
@@ -99,7 +99,7 @@ std::string abbreviationOfLine(std::string_view name) {
   std::string telling = joined(words);
   if (!telling.empty() && isShort(telling)) return telling;
   const auto number = std::find_if(words.begin(), words.end(), hasDigit);
-  // A number cut short would be another's.
+  // A number cut short would be another line's number.
   if (number != words.end() && (isShort(*number) || isNumber(*number))) return std::string(*number);
   return abbreviationOfWords(telling.empty() ? name : telling);
 }

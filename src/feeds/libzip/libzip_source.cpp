@@ -41,7 +41,7 @@ class ZipError {
   zip_error_t error_{};
 };
 
-/// In words for the user; the library's own where they are the best there are.
+/// A sentence for the user, from the library where there is none here.
 std::string reasonFor(zip_error_t* error) {
   switch (zip_error_code_zip(error)) {
     case ZIP_ER_NOZIP:
@@ -63,10 +63,10 @@ std::string reasonFor(zip_error_t* error) {
   }
 }
 
-/// What the user would do by hand with a second folder that some tools add.
+/// False for folders and for the second tree that some tools add.
 bool isOfTheFeed(std::string_view entry) { return !entry.starts_with("__MACOSX/") && !entry.ends_with('/'); }
 
-/// The folder in which all the feed's entries are, with its slash; empty for the top.
+/// The folder that holds all entries of the feed, with its slash; empty for the top.
 std::string commonFolder(zip_t* archive) {
   std::optional<std::string> common;
   for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
@@ -82,7 +82,8 @@ std::string commonFolder(zip_t* archive) {
 }
 
 Error tooLarge(std::string_view name) {
-  return failure(name, "", "it unpacks to more than " + sizeInWords(kLargestGtfsTable));
+  return failure(FailureCode::tooLarge, name, "",
+                 "it unpacks to more than " + sizeInWords(kLargestGtfsTable));
 }
 
 class ZipSource final : public GtfsSource {
@@ -95,7 +96,7 @@ class ZipSource final : public GtfsSource {
  private:
   Outcome<std::optional<std::string>> unpacked(zip_uint64_t entry, std::string_view name);
 
-  /// Its bytes, if any, are the archive's until the end: a vector that moves keeps their place.
+  /// `archive_` reads the bytes of this vector; moving the vector keeps their address.
   ZipArchive input_;
   Archive archive_;
   std::string folder_;
@@ -107,10 +108,10 @@ Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
   if (entry < 0) return std::optional<std::string>();
   zip_stat_t facts;
   if (zip_stat_index(archive_.get(), static_cast<zip_uint64_t>(entry), 0, &facts) != 0) {
-    return failure(name, "", reasonFor(zip_get_error(archive_.get())));
+    return failure(FailureCode::malformed, name, "", reasonFor(zip_get_error(archive_.get())));
   }
   if ((facts.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && facts.encryption_method != ZIP_EM_NONE) {
-    return failure(name, "", "it is encrypted");
+    return failure(FailureCode::unsupported, name, "", "it is encrypted");
   }
   if ((facts.valid & ZIP_STAT_SIZE) != 0 && facts.size > kLargestGtfsTable) {
     return tooLarge(name);
@@ -118,18 +119,18 @@ Outcome<std::optional<std::string>> ZipSource::file(std::string_view name) {
   return unpacked(static_cast<zip_uint64_t>(entry), name);
 }
 
-/// The size that the archive states is not believed: reading goes on to the end, where the check sum is
-/// compared.
+/// Reads to the end, where libzip compares the checksum. The size stated in the archive may be wrong.
 Outcome<std::optional<std::string>> ZipSource::unpacked(zip_uint64_t entry, std::string_view name) {
   const ArchivedFile file(zip_fopen_index(archive_.get(), entry, 0));
-  if (!file) return failure(name, "", reasonFor(zip_get_error(archive_.get())));
+  if (!file) return failure(FailureCode::malformed, name, "", reasonFor(zip_get_error(archive_.get())));
   std::string bytes;
   for (;;) {
     const std::size_t size = bytes.size();
     if (size > kLargestGtfsTable) return tooLarge(name);
     bytes.resize(size + kBlock);
     const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, kBlock);
-    if (count < 0) return failure(name, "", reasonFor(zip_file_get_error(file.get())));
+    if (count < 0)
+      return failure(FailureCode::malformed, name, "", reasonFor(zip_file_get_error(file.get())));
     bytes.resize(size + static_cast<std::size_t>(count));
     if (count == 0) return std::optional(std::move(bytes));
   }
@@ -146,12 +147,13 @@ Outcome<std::unique_ptr<GtfsSource>> opened(ZipArchive input) {
   ZipError error;
   ArchiveBytes packed = packedBytes(input, error);
   Archive archive(packed ? zip_open_from_source(packed.get(), ZIP_RDONLY, error.get()) : nullptr);
-  if (!archive) return failure("", "", reasonFor(error.get()));
-  (void)packed.release();  // the archive's now
+  if (!archive) return failure(FailureCode::malformed, "", "", reasonFor(error.get()));
+  (void)packed.release();  // now owned by the archive
   const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
-  if (entries == 0) return failure("", "", "it holds no files");
+  if (entries == 0) return failure(FailureCode::malformed, "", "", "it holds no files");
   if (entries > kMostEntries)
-    return failure("", "", "it holds more than " + std::to_string(kMostEntries) + " files");
+    return failure(FailureCode::tooLarge, "", "",
+                   "it holds more than " + std::to_string(kMostEntries) + " files");
   return std::unique_ptr<GtfsSource>(std::make_unique<ZipSource>(std::move(input), std::move(archive)));
 }
 

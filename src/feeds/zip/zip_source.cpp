@@ -23,10 +23,13 @@ Outcome<std::unique_ptr<GtfsSource>> open(ZipArchive archive) {
 Outcome<std::unique_ptr<GtfsSource>> openZip(const std::filesystem::path& archive) {
   std::error_code trouble;
   const std::filesystem::file_status status = std::filesystem::status(archive, trouble);
-  if (status.type() == std::filesystem::file_type::none) return failure("", "", trouble.message());
-  if (!std::filesystem::exists(status)) return failure("", "", "no such file or folder");
-  // A pipe or a device could keep its reader waiting for ever.
-  if (!std::filesystem::is_regular_file(status)) return failure("", "", "it is not a file");
+  if (status.type() == std::filesystem::file_type::none)
+    return failure(failureCodeOf(trouble), "", "", trouble.message());
+  if (!std::filesystem::exists(status))
+    return failure(FailureCode::notFound, "", "", "no such file or folder");
+  // Reading a pipe or a device might never end.
+  if (!std::filesystem::is_regular_file(status))
+    return failure(FailureCode::unreadable, "", "", "it is not a file");
   return open(archive);
 }
 

@@ -9,14 +9,14 @@
 
 namespace linewatch {
 
-/// The tables of a feed in a zip archive, at its top or all in one folder of it. What is damaged, encrypted
-/// or no archive at all is an error. The reader of archives is loaded on first use.
+/// Opens the tables of a feed in a zip archive, at its top or all in one folder. A damaged or encrypted
+/// archive is an error. The first call loads libzip.
 Outcome<std::unique_ptr<GtfsSource>> openZip(const std::filesystem::path& archive);
 
 /// The same for an archive in memory.
 Outcome<std::unique_ptr<GtfsSource>> openZip(Bytes bytes);
 
-/// What passes between the program and its module: an archive in a file, or in memory.
+/// An archive in a file or in memory, and the function of the module that opens it.
 using ZipArchive = std::variant<std::filesystem::path, Bytes>;
 using ZipOpening = void (*)(ZipArchive archive, Outcome<std::unique_ptr<GtfsSource>>& source);
 

@@ -12,7 +12,7 @@ class SimulatedFavoritesPersister final : public RemoteFavoritesPersister {
  public:
   explicit SimulatedFavoritesPersister(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
 
-  Favorites readFavorites() override { return backstage_->records()->favorites(); }
+  Outcome<Favorites> readFavorites() override { return backstage_->records()->favorites(); }
 
  private:
   SharedBackstage backstage_;
@@ -25,7 +25,7 @@ class SimulatedFavoritesContainer final : public FavoritesContainer {
   SimulatedFavoritesContainer(SharedBackstage backstage, std::shared_ptr<RemoteFavoritesPersister> persister)
       : backstage_(std::move(backstage)), persister_(std::move(persister)) {}
 
-  void readContents(std::function<void(const Favorites&)> operation) override {
+  void readContents(std::function<void(const Outcome<Favorites>&)> operation) override {
     backstage_->mainLoop.runElsewhere([persister = persister_, operation = std::move(operation)] {
       operation(persister ? persister->readFavorites() : Favorites{});
     });

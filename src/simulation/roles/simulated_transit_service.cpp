@@ -10,7 +10,7 @@ using Identifiers = std::vector<MapItemIdentifier>;
 
 Array muidsOf(const Identifiers& identifiers) {
   Array muids;
-  for (const MapItemIdentifier identifier : identifiers) muids.emplace_back(identifier.muid);
+  for (const MapItemIdentifier& identifier : identifiers) muids.emplace_back(identifier.muid);
   return muids;
 }
 

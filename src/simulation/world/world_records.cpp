@@ -115,7 +115,7 @@ WorldRecords::WorldRecords(const World& world) {
 TransitLineItems WorldRecords::linesFor(const std::vector<MapItemIdentifier>& identifiers) const {
   TransitLineItems items;
   items.reserve(identifiers.size());
-  for (const MapItemIdentifier identifier : identifiers) {
+  for (const MapItemIdentifier& identifier : identifiers) {
     const auto line = linesByIdentifier_.find(identifier.muid);
     if (line != linesByIdentifier_.end()) items.push_back(line->second);
   }

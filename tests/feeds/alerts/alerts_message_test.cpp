@@ -34,7 +34,7 @@ std::vector<std::string> ids(const AlertsMessage& message) {
   return all;
 }
 
-TEST(AlertsMessage, HoldsWhatTheBytesSay) {
+TEST(AlertsMessage, DecodesAllFields) {
   const SharedAlertsMessage message = messageOf(everything());
   EXPECT_EQ(message->version(), "2.0");
   EXPECT_EQ(message->timestamp(), 1234U);
@@ -80,7 +80,7 @@ TEST(AlertsMessage, NewerPeriodsReplaceTheActiveOnes) {
 TEST(AlertsMessage, UnknownNumbersAndFieldsHideNothing) {
   std::string bytes = bytesOf(FeedSketch{.alerts = {{.id = "a", .cause = 99, .effect = -1}, {.id = "b"}}});
   protozero::pbf_writer(bytes).add_string(1000, "an extension");
-  const auto message = readAlertsMessage(bytes);
+  const auto message = readAlertsMessage(payloadOf(bytes));
   ASSERT_TRUE(message) << sentenceOf(message);
   ASSERT_THAT(ids(**message), ElementsAre("a", "b"));
   for (const AlertsMessage::Entity& entity : (*message)->entities()) {
@@ -89,7 +89,7 @@ TEST(AlertsMessage, UnknownNumbersAndFieldsHideNothing) {
   }
 }
 
-TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
+TEST(AlertsMessage, FieldsOfARepeatedMessageAreMerged) {
   AlertSketch one{.id = "a", .header = {{"Works", "en"}}};
   AlertSketch two{.header = {{"Bauarbeiten", "de"}}, .description = {{"More.", "en"}}};
   std::string entity = bytesOf(one);
@@ -97,13 +97,13 @@ TEST(AlertsMessage, AMessageInPiecesIsOneMessage) {
   entity += rest.substr(2);  // all but the second empty id
   std::string bytes = bytesOf(FeedSketch{});
   protozero::pbf_writer(bytes).add_message(2, entity);
-  const auto message = readAlertsMessage(bytes);
+  const auto message = readAlertsMessage(payloadOf(bytes));
   ASSERT_TRUE(message) << sentenceOf(message);
   ASSERT_THAT(ids(**message), ElementsAre("a"));
   EXPECT_EQ((*message)->translations((*message)->entities()[0]).size(), 3U);
 }
 
-TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesPlaceAndReason) {
+TEST(AlertsMessage, TheErrorOfADamagedFeedNamesPlaceAndReason) {
   const std::string good = bytesOf(everything());
   const std::string twoAlerts = bytesOf(FeedSketch{.alerts = {{.id = "a"}}});
   struct Row {
@@ -124,74 +124,14 @@ TEST(AlertsMessage, WhatIsNoFeedIsAnErrorThatNamesPlaceAndReason) {
            Row{std::string("\x08\x01", 2), "field 1 is not bytes"},
            Row{std::string("\x0A\x02\x1A\x00", 4), "header at byte 2: field 3 is not a number"},
        }) {
-    EXPECT_THAT(sentenceOf(readAlertsMessage(row.payload)), HasSubstr(row.sentence));
+    EXPECT_THAT(sentenceOf(readAlertsMessage(payloadOf(row.payload))), HasSubstr(row.sentence));
   }
 }
 
 TEST(AlertsMessage, AHeaderAloneIsGoodService) {
-  const auto message = readAlertsMessage(bytesOf(FeedSketch{}));
+  const auto message = readAlertsMessage(payloadOf(bytesOf(FeedSketch{})));
   ASSERT_TRUE(message);
   EXPECT_THAT((*message)->entities(), IsEmpty());
-}
-
-class HeldAlerts : public testing::Test {
- protected:
-  void receive(const FeedSketch& feed) {
-    const auto updated = updatedAlerts(held_, bytesOf(feed));
-    ASSERT_TRUE(updated) << sentenceOf(updated);
-    held_ = *updated;
-  }
-  std::string texts() const {
-    std::string all;
-    for (const AlertsMessage::Entity& entity : held_->entities()) {
-      if (!all.empty()) all += ' ';
-      all.append(entity.id);
-      for (const AlertTranslation& text : held_->translations(entity)) all.append("=").append(text.text);
-    }
-    return all;
-  }
-
-  SharedAlertsMessage held_;
-};
-
-AlertSketch alert(std::string id, std::string header) {
-  return {.id = std::move(id), .header = {{std::move(header), ""}}};
-}
-
-TEST_F(HeldAlerts, AWholeFeedReplacesAndADifferenceChanges) {
-  receive({.alerts = {alert("a", "1"), alert("b", "2"), alert("c", "3")}, .timestamp = 100});
-  receive({.alerts = {alert("d", "4"),
-                      alert("b", "5"),
-                      {.id = "a", .isDeleted = true},
-                      {.id = "x", .isDeleted = true}},
-           .timestamp = 101,
-           .isDifference = true});
-  EXPECT_EQ(texts(), "b=5 c=3 d=4");
-  EXPECT_EQ(held_->timestamp(), 101U);
-  receive({.alerts = {alert("a", "6")}, .timestamp = 0, .isDifference = true});
-  EXPECT_EQ(texts(), "b=5 c=3 d=4 a=6");
-  EXPECT_EQ(held_->timestamp(), 101U);
-  receive({.alerts = {alert("z", "9")}, .timestamp = 102});
-  EXPECT_EQ(texts(), "z=9");
-}
-
-TEST_F(HeldAlerts, ADifferenceOfNothingAndOfAnIdThatStandsTwice) {
-  receive({.alerts = {alert("a", "1"), alert("a", "2")}, .isDifference = true});
-  EXPECT_EQ(texts(), "a=1 a=2");
-  receive({.alerts = {alert("a", "3")}, .isDifference = true});
-  EXPECT_EQ(texts(), "a=3");
-}
-
-TEST_F(HeldAlerts, OlderPayloadsAreIgnoredAndBrokenOnesChangeNothing) {
-  receive({.alerts = {alert("a", "1")}, .timestamp = 100});
-  receive({.alerts = {alert("a", "older")}, .timestamp = 99});
-  receive({.alerts = {{.id = "a", .isDeleted = true}}, .timestamp = 99, .isDifference = true});
-  EXPECT_EQ(texts(), "a=1");
-  receive({.alerts = {alert("a", "2")}, .timestamp = 100});
-  EXPECT_EQ(texts(), "a=2");
-  EXPECT_FALSE(updatedAlerts(held_, "no feed"));
-  receive({.alerts = {alert("a", "undated")}, .timestamp = 0});
-  EXPECT_EQ(texts(), "a=undated");
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ TEST(AlertsPeer, AgreesOnEveryDamagedFeedThatIsStillRead) {
       bytes[random() % bytes.size()] = static_cast<char>(random());
     }
     if (random() % 4 == 0) bytes.erase(random() % bytes.size(), 1 + random() % 3);
-    const auto message = readAlertsMessage(bytes);
+    const auto message = readAlertsMessage(payloadOf(bytes));
     peer::FeedMessage expected;
     const bool isReadable = expected.ParsePartialFromString(bytes) && expected.has_header();
     refused += message ? 0 : 1;

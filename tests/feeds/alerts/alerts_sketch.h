@@ -12,7 +12,7 @@
 #include "feeds/alerts/alerts_message.h"
 #include "shared/failure.h"
 
-// Alerts as tests write them down, and their bytes.
+// Alerts as tests describe them, and their encoding.
 
 namespace linewatch {
 
@@ -127,8 +127,12 @@ inline std::string bytesOf(const FeedSketch& sketch) {
   return bytes;
 }
 
+inline Bytes payloadOf(std::string_view bytes) { return {bytes.begin(), bytes.end()}; }
+
 /// The decoded message of a sketch that can be read.
-inline SharedAlertsMessage messageOf(const FeedSketch& sketch) { return *readAlertsMessage(bytesOf(sketch)); }
+inline SharedAlertsMessage messageOf(const FeedSketch& sketch) {
+  return *readAlertsMessage(payloadOf(bytesOf(sketch)));
+}
 
 /// The sentence of an error, or "" of a success.
 template <class T>

@@ -57,7 +57,7 @@ TEST(CsvReader, NamesTheLineOfEachRowAndOfTheFault) {
   EXPECT_FALSE(reader.next());
 }
 
-TEST(CsvReader, RefusesWhatNoFeedMeans) {
+TEST(CsvReader, RefusesOpenQuotesLongValuesAndLongRows) {
   const std::pair<std::string, std::string> cases[] = {
       {"x\na,\"b", "a quote is not closed"},
       {"x\na,\"b\"\"", "a quote is not closed"},
@@ -73,7 +73,7 @@ TEST(CsvReader, RefusesWhatNoFeedMeans) {
   }
 }
 
-TEST(CsvReader, EndsWhereNoFeedGoesOn) {
+TEST(CsvReader, LimitsTheNumberOfRows) {
   std::string text;
   for (std::size_t row = 0; row <= CsvReader::kMostRows; ++row) text += "a\n";
   CsvReader reader(text);
@@ -141,7 +141,7 @@ TEST(CsvTable, FindsValuesByTheNamesOfTheirColumns) {
   EXPECT_FALSE(table.next());
 }
 
-TEST(Utf8, ReplacesWhatIsNone) {
+TEST(Utf8, ReplacesInvalidBytes) {
   EXPECT_EQ(withValidUtf8("Zürich 東京 🚋"), "Zürich 東京 🚋");
   EXPECT_EQ(withValidUtf8("Z\xFCrich"), "Z\uFFFDrich");
   EXPECT_EQ(withValidUtf8("\xE6\x9D"), "\uFFFD");

@@ -34,12 +34,12 @@ TEST(LineIndexEncoding, HasTheDocumentedLayout) {
                    7,   1,   'r', 1,   '1', 0, 0,   0xFE, 0xFF, 0xFF, 0xFF, 1, 2, 0xFF}));
 }
 
-TEST(LineIndexEncoding, KeepsEveryContents) {
+TEST(LineIndexEncoding, RoundTripsEveryContents) {
   EXPECT_EQ(*decodeLineIndex(encodeLineIndex(wideContents())), wideContents());
   EXPECT_EQ(*decodeLineIndex(encodeLineIndex({})), LineIndex::Contents());
 }
 
-TEST(LineIndexEncoding, LeavesOutColorsThatAreNone) {
+TEST(LineIndexEncoding, LeavesOutMalformedColors) {
   LineIndex::Contents contents = wideContents();
   contents.routes[0].color = "ff0000";
   contents.routes[1].textColor = "white";
@@ -48,7 +48,7 @@ TEST(LineIndexEncoding, LeavesOutColorsThatAreNone) {
   EXPECT_EQ(kept.routes[1].textColor, "");
 }
 
-TEST(LineIndexEncoding, RefusesOtherBytes) {
+TEST(LineIndexEncoding, RefusesMalformedBytes) {
   const Bytes good = encodeLineIndex(wideContents());
   for (std::size_t size = 0; size < good.size(); ++size) {
     EXPECT_NE(decodingFaultOf(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size))), "none")

@@ -38,7 +38,7 @@ TEST(LineRecords, MakeALineOfARoute) {
   EXPECT_EQ(line.system->artwork->accessibilityText, "Alpha Transit");
 }
 
-TEST(LineRecords, LeaveOutWhatTheFeedDoesNotSay) {
+TEST(LineRecords, LeaveAbsentFieldsAbsent) {
   LineRecords records(indexOf({{"", "", ""}}, {{"r1", "", "", std::nullopt, std::nullopt, "", "FFFFFF"},
                                                {"r2", "", "", 0, std::nullopt, "", ""}}));
   const TransitLineFields& line = *records.lineFieldsOfRoute(0);
@@ -52,7 +52,7 @@ TEST(LineRecords, LeaveOutWhatTheFeedDoesNotSay) {
   EXPECT_EQ(nameless.artwork, nullptr);
 }
 
-TEST(LineRecords, ShareWhatIsEqual) {
+TEST(LineRecords, ShareEqualParts) {
   LineRecords records(
       indexOf({{"A", "Alpha Transit", ""}, {"7", "Beta", ""}}, {{"1", "7", "North", 0, 3, "C8102E", ""},
                                                                 {"2", "7", "South", 0, 3, "C8102E", ""},
@@ -94,7 +94,7 @@ TEST(LineRecords, PutOnAnAgencysColorTheTextColorThatComesWithItFirst) {
   EXPECT_EQ(badge.textColorString, "FFFFFF");
 }
 
-TEST(LineRecords, OfAnyNumberOfAgenciesTakeTimeInProportion) {
+TEST(LineRecords, TakeLinearTimeForManyAgencies) {
   // Whoever looked through all routes for the colour of each agency would not end.
   constexpr std::uint32_t kAgencies = 100'000;
   std::vector<FeedAgency> agencies;
@@ -127,7 +127,7 @@ TEST(RouteMode, CoversBasicAndExtendedTypes) {
   EXPECT_EQ(modeOfRouteType(std::nullopt), TransitMode::other);
 }
 
-TEST(ShieldText, ComesDownToAFewCharacters) {
+TEST(ShieldText, IsAFewCharacters) {
   const auto shieldOf = [](std::string shortName, std::string longName) {
     return shieldText(
         {.id = "route-0815", .shortName = std::move(shortName), .longName = std::move(longName)});

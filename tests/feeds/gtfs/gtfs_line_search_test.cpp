@@ -61,14 +61,14 @@ TEST_F(LineSearchTest, IgnoresCaseAccentsAndTheOrderOfWords) {
   EXPECT_THAT(found("zoo neuf"), IsEmpty());
 }
 
-TEST_F(LineSearchTest, FindsPartsOfWordsLastAndNoneThatSayLittle) {
+TEST_F(LineSearchTest, FindsPartsOfWordsLastAndNoShortOnes) {
   EXPECT_THAT(found("luse ZOO"), ElementsAre("m:1"));
   EXPECT_THAT(found("rei"), ElementsAre("m:3"));
   EXPECT_THAT(found("lu"), IsEmpty());
   EXPECT_THAT(found("00"), IsEmpty());
 }
 
-TEST_F(LineSearchTest, GivesEveryLineForNothingAndNoneForSigns) {
+TEST_F(LineSearchTest, GivesEveryLineForAnEmptyQueryAndNoneForPunctuation) {
   EXPECT_THAT(found(""), ElementsAre("m:3", "b1", "m:5", "b9", "m:2", "m:1", "m:3", "m:4"));
   EXPECT_THAT(found(" \t"), testing::SizeIs(8));
   EXPECT_THAT(found("?!"), IsEmpty());
@@ -84,7 +84,7 @@ TEST_F(LineSearchTest, FindsTheLineThatIsNamed) {
   EXPECT_EQ(named("harbour"), "Bus / b1") << "the name beside the number";
 }
 
-TEST_F(LineSearchTest, SaysWhichLinesMayBeMeant) {
+TEST_F(LineSearchTest, SuggestsLinesForAnUnknownName) {
   EXPECT_EQ(named("1"),
             "line \"1\": several lines have this name; name one as Metro:m:3 (Straße der Freiheit), Bus:b1 "
             "(Harbour)");

@@ -77,7 +77,7 @@ TEST(GtfsReader, TakesTheLanguageOfTheFeedThenOfItsAgencies) {
   EXPECT_EQ(languageOf("Deutsch (Schweiz)", ""), "");
 }
 
-TEST(GtfsReader, SaysWhatIsWrongWhereAndWhy) {
+TEST(GtfsReader, NamesFileLineAndReasonOfAFault) {
   EXPECT_EQ(faultOf({}), "routes.txt: the feed has no such file");
   EXPECT_EQ(faultOf({{"routes.txt", ""}}), "routes.txt line 1: there is no column route_id");
   EXPECT_EQ(faultOf({{"routes.txt", "route_short_name\n1\n"}}),
@@ -105,7 +105,7 @@ TEST_F(FolderSourceTest, GivesFilesAsTheyAre) {
   EXPECT_EQ(*source.file("agency.txt"), std::nullopt);
 }
 
-TEST_F(FolderSourceTest, RefusesWhatIsNoFileOrTooLarge) {
+TEST_F(FolderSourceTest, RefusesFoldersAndLargeFiles) {
   fs::create_directory(folder_ / "routes.txt");
   EXPECT_EQ(faultOfFile("routes.txt"), "routes.txt: it is not a file");
   folder_.write("agency.txt", "");

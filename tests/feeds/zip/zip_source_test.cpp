@@ -59,7 +59,7 @@ Bytes patched(Bytes bytes, const Bytes& from, const Bytes& to) {
   return bytes;
 }
 
-TEST(ZipSource, GivesTheFilesOfTheTop) {
+TEST(ZipSource, ReadsFilesAtTheTop) {
   const Bytes bytes = zipOf({{"routes.txt", "route_id\n1\n"}, {"empty.txt", ""}, {"more/agency.txt", "x"}});
   EXPECT_EQ(fileOf(bytes, "routes.txt"), "route_id\n1\n");
   EXPECT_EQ(fileOf(bytes, "empty.txt"), "");
@@ -67,7 +67,7 @@ TEST(ZipSource, GivesTheFilesOfTheTop) {
   EXPECT_EQ(fileOf(zipOf({{"a.txt", std::string(300'000, 'a')}}), "a.txt"), std::string(300'000, 'a'));
 }
 
-TEST(ZipSource, LooksIntoTheOneFolderThatHoldsEverything) {
+TEST(ZipSource, ReadsFilesInASingleFolder) {
   const Files inFolder = {{"feed/gtfs/", ""},
                           {"feed/gtfs/routes.txt", "r"},
                           {"feed/gtfs/agency.txt", "a"},
@@ -77,7 +77,7 @@ TEST(ZipSource, LooksIntoTheOneFolderThatHoldsEverything) {
   EXPECT_EQ(fileOf(zipOf({{"feed/routes.txt", "r"}, {"feed2/agency.txt", "a"}}), "routes.txt"), std::nullopt);
 }
 
-TEST(ZipSource, RefusesWhatIsNoArchive) {
+TEST(ZipSource, RefusesOtherFiles) {
   EXPECT_EQ(fileOf({}, "routes.txt"), "it holds no files");
   EXPECT_EQ(fileOf({'<', 'h', 't', 'm', 'l', '>'}, "routes.txt"),
             "it is no zip archive, or not the whole of one");
@@ -104,13 +104,13 @@ TEST(ZipSource, RefusesDamagedEncryptedAndEndlessFiles) {
   EXPECT_EQ(fileOf(liar, "routes.txt"), "routes.txt: it unpacks to more than 64 MiB");
 }
 
-TEST(ZipSource, RefusesArchivesOfCountlessFiles) {
+TEST(ZipSource, RefusesArchivesOfTooManyFiles) {
   Files files;
   for (int i = 0; i <= 10'000; ++i) files.emplace_back(std::to_string(i), "");
   EXPECT_EQ(fileOf(zipOf(files), "routes.txt"), "it holds more than 10000 files");
 }
 
-TEST(ZipSource, OpensFilesOfTheDisk) {
+TEST(ZipSource, OpensFilesOnDisk) {
   const TemporaryFolder folder;
   const Bytes bytes = zipOf({{"routes.txt", "r"}});
   const std::string path = folder.write("feed.zip", {bytes.begin(), bytes.end()});

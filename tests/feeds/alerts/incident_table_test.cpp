@@ -1,11 +1,11 @@
+#include "feeds/alerts/incident_table.h"
+
 #include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "feeds/alerts/alert_period.h"
 #include "feeds/alerts/alerts_sketch.h"
-#include "feeds/alerts/incident_table.h"
 #include "feeds/gtfs/route_type_family.h"
 
 namespace linewatch {
@@ -43,7 +43,7 @@ std::string affected(const IncidentTable& table) {
   return ids;
 }
 
-TEST(IncidentTable, ASelectorFitsWhatHoldsInAllItStates) {
+TEST(IncidentTable, AllFieldsOfASelectorMustFit) {
   struct Row {
     const char* name;
     SelectorSketch selector;
@@ -110,116 +110,40 @@ TEST(IncidentTable, ALineListsAnIncidentOnceInTheFeedsOrder) {
 }
 
 TEST(IncidentTable, CountsSelectorsThatResolveToNothing) {
-  const IncidentTable table = tableOf({{.id = "1",
-                                        .selectors = {{.route = "M1"},
-                                                      {.route = "nowhere"},
-                                                      {.agency = "Nobody"},
-                                                      {.type = 3},
-                                                      {.type = 4},
-                                                      {.agency = "A", .type = 4},
-                                                      {},
-                                                      {.stop = "s"},
-                                                      {.trip = TripSketch{.tripId = "t"}}}},
-                                       {.id = "2"}});
-  EXPECT_EQ(table.counts(),
-            (SelectorCounts{.fitting = 2, .notAboutLines = 2, .unknown = 5, .alertsWithoutSelector = 1}));
+  const IncidentTable table =
+      tableOf({{.id = "1",
+                .selectors = {{.route = "M1"},
+                              {.route = "nowhere"},
+                              {.agency = "Nobody"},
+                              {.type = 3},
+                              {.type = 4},
+                              {.agency = "A", .type = 4},
+                              {},
+                              {.stop = "s"},
+                              {.trip = TripSketch{.tripId = "t"}},
+                              {.trip = TripSketch{.tripId = "t", .routeId = "gone"}}}},
+               {.id = "2"}});
+  EXPECT_EQ(table.counts(), (SelectorCounts{.fitting = 2,
+                                            .notAboutLines = 3,
+                                            .unknown = 5,
+                                            .alertsWithoutSelector = 1,
+                                            .namingRoutes = 3,
+                                            .unknownRoutes = 2}));
   EXPECT_EQ(complaintOf("Metro", table.counts()),
-            "feed Metro: alerts: 5 of 9 selectors resolved to nothing, 1 alert without a selector");
+            "feed Metro: alerts: 5 of 10 selectors resolved to nothing, 1 alert without a selector");
   EXPECT_EQ(complaintOf("Metro", {.fitting = 2, .notAboutLines = 2}), "");
 }
 
-std::vector<std::string> distinctIds(const IncidentTable& table) {
-  std::vector<std::string> ids;
-  for (const DistinctIncident& incident : table.incidents()) {
-    ids.emplace_back(table.message().entities()[incident.entity].id);
-  }
-  return ids;
-}
-
-TEST(IncidentTable, EntitiesThatSayTheSameAreOneIncident) {
-  const AlertSketch base{.id = "1",
-                         .selectors = {{.route = "M1"}},
-                         .header = {{"Works", "en"}, {"Bau", "de"}},
-                         .description = {{"Buses.", "en"}},
-                         .effect = 4,
-                         .active = {{1, 2}}};
-  const auto changed = [&](auto change) {
-    AlertSketch other = base;
-    other.id = "2";
-    other.cause = 3;
-    other.selectors = {{.route = "S1"}};
-    change(other);
-    return tableOf({base, other, {.id = "3", .header = base.header}});
-  };
-  const IncidentTable same = changed([](AlertSketch&) {});
-  EXPECT_THAT(distinctIds(same), ElementsAre("1", "3"));
-  EXPECT_EQ(affected(same), "M1 S1 ");
-  EXPECT_THAT(same.incidentsOfRoute(2), ElementsAre(0U));
-  const auto isApart = ElementsAre("1", "2", "3");
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.description[0].text = "Trams."; })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.header[1].text = "Umbau"; })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.header.pop_back(); })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.header[1].language = "gsw"; })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.effect = 1; })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.active[0].second = 3; })), isApart);
-  EXPECT_THAT(distinctIds(changed([](AlertSketch& a) { a.active.clear(); })), isApart);
-}
-
-TEST(IncidentTable, AnEntityALanguageIsOneIncidentAndOtherIdsThatRepeatAreNot) {
+TEST(IncidentTable, EveryEntityOfAnIncidentCounts) {
   const IncidentTable table =
       tableOf({{.id = "1", .selectors = {{.route = "M1"}}, .header = {{"Works", "en"}}},
                {.id = "1", .selectors = {{.route = "T1"}}, .header = {{"Bau", "de"}}},
-               {.id = "1", .selectors = {{.route = "M1"}}, .header = {{"Strike", "en"}}},
-               {.id = "1", .selectors = {{.route = "M1"}}, .header = {{"Untagged", ""}}}});
-  ASSERT_EQ(table.incidents().size(), 3U);
-  EXPECT_THAT(table.incidents()[0].otherLanguages, ElementsAre(1U));
-  EXPECT_EQ(table.incidents()[1].sameIdBefore, 1U);
-  EXPECT_EQ(table.incidents()[2].sameIdBefore, 2U);
-  EXPECT_THAT(table.incidentsOfRoute(1), ElementsAre(0U));
+               {.id = "2", .selectors = {{.route = "S1"}}, .header = {{"Works", "en"}}}});
+  ASSERT_EQ(table.incidents().size(), 1U);
+  EXPECT_EQ(affected(table), "M1 T1 S1 ");
 }
 
-TEST(IncidentTable, EntitiesOfOneIdInAnyNumberOfLanguagesTakeTimeInProportion) {
-  // Whoever compared every language with every other, or noted them again for each entity, would not end.
-  constexpr int kLanguages = 100'000;
-  AlertSketch first{.id = "1"}, other{.id = "1"};
-  for (int language = 0; language < kLanguages; ++language) {
-    first.header.push_back({"Works", "a" + std::to_string(language)});
-    other.header.push_back({"Bau", "b" + std::to_string(language)});
-  }
-  std::vector<AlertSketch> alerts{first, other};
-  for (int number = 0; number < kLanguages; ++number) {
-    alerts.push_back({.id = "1", .header = {{std::to_string(number), "a1"}}});
-  }
-  const IncidentTable table = tableOf(alerts);
-  ASSERT_EQ(table.incidents().size(), 1U + kLanguages);
-  EXPECT_THAT(table.incidents()[0].otherLanguages, ElementsAre(1U));
-}
-
-TEST(RouteTypes, AreCoveredByTheirBasicTypes) {
-  for (const auto& [extended, basic] : std::vector<std::pair<int, std::optional<int>>>{{100, 2},
-                                                                                       {117, 2},
-                                                                                       {118, {}},
-                                                                                       {200, 3},
-                                                                                       {401, 1},
-                                                                                       {405, 12},
-                                                                                       {700, 3},
-                                                                                       {715, 3},
-                                                                                       {800, 11},
-                                                                                       {900, 0},
-                                                                                       {1000, 4},
-                                                                                       {1100, {}},
-                                                                                       {1200, 4},
-                                                                                       {1300, 6},
-                                                                                       {1400, 7},
-                                                                                       {1501, {}},
-                                                                                       {1700, {}},
-                                                                                       {2, {}},
-                                                                                       {-1, {}}}) {
-    EXPECT_EQ(basicRouteType(extended), basic) << extended;
-  }
-}
-
-// The rules once more, a line and a selector at a time.
+// The matching rules written out for one line and one selector.
 bool fits(const LineIndex& lines, std::size_t place, const SelectorSketch& selector, std::int32_t effect) {
   const FeedRoute& line = lines.routes()[place];
   const bool tellsRoute = !selector.route.empty() || (selector.trip && !selector.trip->routeId.empty());
@@ -319,40 +243,6 @@ TEST(IncidentTable, AgreesWithTheRulesOnRandomFeeds) {
     }
   }
   EXPECT_GT(matches, 1000U);
-}
-
-TEST(ShownPeriod, IsTheRunningOneElseTheNextElseTheLast) {
-  using Use = AlertPeriod::Use;
-  const auto at = [](double seconds) { return Date(Seconds(seconds)); };
-  struct Row {
-    const char* name;
-    std::vector<AlertPeriod> periods;
-    double now;
-    ShownPeriod expected;
-  };
-  const std::uint64_t never = ~std::uint64_t{0};
-  const std::vector<AlertPeriod> days = {{Use::show, 100, 200}, {Use::show, 500, 600}, {Use::show, 300, 400}};
-  for (const Row& row : {
-           Row{"none", {}, 50, {}},
-           Row{"first to come", days, 50, {at(100), at(200)}},
-           Row{"starts now", days, 300, {at(300), at(400)}},
-           Row{"ends now", days, 400, {at(500), at(600)}},
-           Row{"between", days, 250, {at(300), at(400)}},
-           Row{"all past", days, 700, {at(500), at(600)}},
-           Row{"open start", {{Use::show, 0, 200}}, 50, {{}, at(200)}},
-           Row{"open end", {{Use::show, 10, 0}}, 50, {at(10), {}}},
-           Row{"end of all bits", {{Use::show, 10, never}}, 50, {at(10), {}}},
-           Row{"end past 2100", {{Use::show, 10, 4'200'000'000}}, 50, {at(10), {}}},
-           Row{"end before 2100", {{Use::show, 10, 4'000'000'000}}, 50, {at(10), at(4'000'000'000)}},
-           Row{"two that run",
-               {{Use::show, 10, 90}, {Use::show, 20, 300}, {Use::show, 0, 80}},
-               50,
-               {at(20), at(300)}},
-           Row{"when service is affected is not when to show", {{Use::affect, 60, 70}}, 50, {}},
-           Row{"only when to show", {{Use::affect, 60, 70}, {Use::show, 40, 80}}, 50, {at(40), at(80)}},
-       }) {
-    EXPECT_EQ(periodToShow(row.periods, at(row.now)), row.expected) << row.name;
-  }
 }
 
 }  // namespace

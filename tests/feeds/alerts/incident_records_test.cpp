@@ -1,3 +1,5 @@
+#include "feeds/alerts/incident_records.h"
+
 #include <set>
 
 #include <gmock/gmock.h>
@@ -5,7 +7,6 @@
 
 #include "feeds/alerts/alerts_sketch.h"
 #include "feeds/alerts/desktop_incident_string_provider.h"
-#include "feeds/alerts/incident_records.h"
 
 namespace linewatch {
 namespace {
@@ -41,7 +42,7 @@ std::string row(const SharedIncident& incident) {
          provider.cellSecondaryTextForIncident(incident)->value_or("-");
 }
 
-TEST(IncidentRecords, SayWhatTheFeedSays) {
+TEST(IncidentRecords, HaveTheTextsAndPeriodOfTheAlert) {
   const auto incident =
       recordOf({.id = "1",
                 .header = {{"<b>Works</b>", "en"}, {"Bau", "de"}},
@@ -61,7 +62,7 @@ TEST(IncidentRecords, SayWhatTheFeedSays) {
   EXPECT_EQ(incident->creationDate(), std::nullopt);
 }
 
-TEST(IncidentRecords, DetailsHaveWhatTheRowCouldNotTake) {
+TEST(IncidentRecords, TheDetailsHaveTheWholeHeader) {
   std::string header;
   for (int word = 0; word < 150; ++word) header += "word ";
   header += "end";
@@ -75,6 +76,19 @@ TEST(IncidentRecords, OnlyNoServiceBlocks) {
   for (std::int32_t effect = 0; effect <= 11; ++effect) {
     EXPECT_EQ(recordOf({.id = "1", .effect = effect})->isBlockingIncident(), effect == 1) << effect;
   }
+}
+
+TEST(IncidentRecords, NoServiceAtStopsIsNotNoServiceOfTheLine) {
+  const auto recordAbout = [](std::vector<SelectorSketch> selectors) {
+    const AlertSketch alert{.id = "1", .selectors = std::move(selectors), .cause = 10, .effect = 1};
+    return recordsOf({.alerts = {alert}}).ofRoute(0).at(0);
+  };
+  const auto closed = recordAbout({{.route = "1", .stop = "a"}, {.route = "1", .stop = "b"}});
+  EXPECT_FALSE(closed->isBlockingIncident());
+  EXPECT_EQ(row(closed), "Service alert / Construction");
+  const auto blocked = recordAbout({{.route = "1", .stop = "a"}, {.route = "1"}});
+  EXPECT_TRUE(blocked->isBlockingIncident());
+  EXPECT_EQ(row(blocked), "No service / Construction");
 }
 
 TEST(IncidentRecords, MissingTextsAreGivenInWords) {
@@ -100,7 +114,7 @@ TEST(IncidentRecords, MissingTextsAreGivenInWords) {
   }
 }
 
-TEST(IncidentRecords, ChooseEachTextsLanguageAmongThoseThatSaySomething) {
+TEST(IncidentRecords, ChooseTheLanguageOfEachTextAmongThoseNotEmpty) {
   const AlertSketch alert{.header = {{"Bau", "de"}, {"  ", "en"}, {"Travaux", "fr"}},
                           .description = {{"Buses.", "en"}, {"Busse.", "de"}}};
   EXPECT_EQ(row(recordOf(alert, {"fr", "en"})), "Travaux / Buses.");

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "feeds/alerts/incident_table.h"
+#include "shared/date.h"
+#include "shared/error.h"
+
+namespace linewatch {
+
+/// Alerts older than this no longer stand in for an answer that cannot be had.
+inline constexpr Seconds kAlertsGrace{15.0 * 60};
+
+/// What is known of a feed's alerts at one moment.
+struct FeedState {
+  enum class Kind : std::uint8_t {
+    fresh,
+    kept,         // the last fetch failed, and the alerts before it serve for the time of grace
+    stale,        // the feed's own header is older than an hour
+    outdated,     // the feed's own header is older than a day
+    notMatching,  // the alerts are about routes that the timetable does not have
+    incomplete,   // only changes have come so far, and no list of all alerts
+    unreachable,  // the lines or the alerts cannot be had
+  };
+
+  std::string feed;
+  Kind kind = Kind::fresh;
+  /// `kept` and `unreachable`: when alerts last came. `stale` and `outdated`: the time in the header. Absent
+  /// for the other kinds, and when no alerts ever came.
+  std::optional<Date> since;
+  /// The time in the feed's header; absent when the feed does not say, or says a time that cannot be.
+  std::optional<Date> written;
+  /// One sentence for the user, with the name of the feed; absent for `fresh` and `stale`.
+  std::optional<Error> error;
+  /// How many fetches failed in a row, and when the last of them did.
+  std::uint32_t failures = 0;
+  std::optional<Date> failed;
+  /// The server's Retry-After as a point in time; absent when it gave none.
+  std::optional<Date> retryAfter;
+
+  /// False when nothing can be said of the feed's lines: they are left out of an answer.
+  bool knowsLines() const { return kind == Kind::fresh || kind == Kind::kept || kind == Kind::stale; }
+  bool operator==(const FeedState&) const = default;
+};
+
+/// What the state of a feed follows from.
+struct FeedFacts {
+  std::string feed;
+  /// The time in the header; absent when the feed does not say.
+  std::optional<Date> written;
+  /// When the alerts last came, or were confirmed; absent when there are none.
+  std::optional<Date> received;
+  /// True once a message has listed all alerts.
+  bool isWhole = true;
+  SelectorCounts counts;
+  /// Why the last attempt failed; absent after a success.
+  std::optional<Error> failure;
+  std::uint32_t failures = 0;
+  std::optional<Date> failed;
+  std::optional<Date> retryAfter;
+};
+
+FeedState stateOf(const FeedFacts& facts, Date now);
+
+/// When a failed fetch should be tried again: at the server's Retry-After, else a minute after the first
+/// failure, and twice as long after each further one, up to 15 minutes. Never before `now`; absent when the
+/// last fetch did not fail.
+std::optional<Date> nextRetry(const FeedState& state, Date now);
+
+/// When the kept alerts stop to serve, so that the lines must be answered anew; absent for other states.
+std::optional<Date> graceEnd(const FeedState& state);
+
+/// The earliest moment at which one of the feeds needs an update before the ordinary one: a retry or the end
+/// of a grace.
+std::optional<Date> nextUpdate(std::span<const FeedState> states, Date now);
+
+}  // namespace linewatch

@@ -1,0 +1,86 @@
+#include "feeds/alerts/distinct_incidents.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "feeds/alerts/alerts_sketch.h"
+
+namespace linewatch {
+namespace {
+
+using testing::ElementsAre;
+
+/// The incidents of alerts, and the ids of the entities that give them.
+struct Distinct {
+  explicit Distinct(const std::vector<AlertSketch>& alerts) {
+    const SharedAlertsMessage message = messageOf({.alerts = alerts});
+    incidents = distinctIncidents(*message);
+    for (const DistinctIncident& incident : incidents)
+      ids.emplace_back(message->entities()[incident.entity].id);
+  }
+
+  std::vector<DistinctIncident> incidents;
+  std::vector<std::string> ids;
+};
+
+TEST(DistinctIncidents, EntitiesThatAgreeInTextsPeriodsAndEffectAreOne) {
+  const AlertSketch base{.id = "1",
+                         .header = {{"Works", "en"}, {"Bau", "de"}},
+                         .description = {{"Buses.", "en"}},
+                         .effect = 4,
+                         .active = {{1, 2}}};
+  const auto changed = [&](auto change) {
+    AlertSketch other = base;
+    other.id = "2";
+    other.cause = 3;
+    other.selectors = {{.route = "S1"}};
+    change(other);
+    return Distinct({base, other, {.id = "3", .header = base.header}});
+  };
+  const Distinct same = changed([](AlertSketch&) {});
+  EXPECT_THAT(same.ids, ElementsAre("1", "3"));
+  EXPECT_THAT(same.incidents[0].repetitions, ElementsAre(1U));
+  const auto isApart = ElementsAre("1", "2", "3");
+  EXPECT_THAT(changed([](AlertSketch& a) { a.description[0].text = "Trams."; }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.header[1].text = "Umbau"; }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.header.pop_back(); }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.header[1].language = "gsw"; }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.effect = 1; }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.active[0].second = 3; }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.active.clear(); }).ids, isApart);
+}
+
+TEST(DistinctIncidents, EntitiesOfOneIdInSeveralLanguagesAreOne) {
+  const auto incidents = Distinct({{.id = "1", .header = {{"Works", "en"}}},
+                                   {.id = "1", .header = {{"Bau", "de"}}},
+                                   {.id = "1", .header = {{"Strike", "en"}}},
+                                   {.id = "1", .header = {{"Untagged", ""}}}})
+                             .incidents;
+  ASSERT_EQ(incidents.size(), 3U);
+  EXPECT_THAT(incidents[0].otherLanguages, ElementsAre(1U));
+  EXPECT_EQ(incidents[1].sameIdBefore, 1U);
+  EXPECT_EQ(incidents[2].sameIdBefore, 2U);
+}
+
+TEST(DistinctIncidents, TakeLinearTimeForManyLanguagesOfOneId) {
+  // Quadratic time would be ten billion comparisons.
+  constexpr int kLanguages = 100'000;
+  AlertSketch first{.id = "1"}, other{.id = "1"};
+  for (int language = 0; language < kLanguages; ++language) {
+    first.header.push_back({"Works", "a" + std::to_string(language)});
+    other.header.push_back({"Bau", "b" + std::to_string(language)});
+  }
+  std::vector<AlertSketch> alerts{first, other};
+  for (int number = 0; number < kLanguages; ++number) {
+    alerts.push_back({.id = "1", .header = {{std::to_string(number), "a1"}}});
+  }
+  const auto incidents = Distinct(alerts).incidents;
+  ASSERT_EQ(incidents.size(), 1U + kLanguages);
+  EXPECT_THAT(incidents[0].otherLanguages, ElementsAre(1U));
+}
+
+}  // namespace
+}  // namespace linewatch
