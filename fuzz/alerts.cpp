@@ -35,8 +35,8 @@ void requireShowable(std::string_view text) {
 void checkText(std::string_view written) {
   const std::string text = plainText(written);
   requireShowable(text);
-  const std::string title = rowTitle(text.substr(0, text.find('\n')));
-  for (const std::string& row : {title, rowSecondaryText(text, title)}) {
+  const std::string title = rowTitle(text.substr(0, text.find('\n')), "de");
+  for (const std::string& row : {title, rowSecondaryText(text, title, "de")}) {
     requireShowable(row);
     require(row.find('\n') == std::string::npos);
     require(!row.starts_with(' ') && !row.ends_with(' '));

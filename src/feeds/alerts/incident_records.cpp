@@ -16,7 +16,7 @@ OptionalText present(std::string text) {
   return text.empty() ? OptionalText() : OptionalText(std::move(text));
 }
 
-/// Effect and cause in words, without what the title says already.
+/// Effect and cause in words, each unless the title says it.
 std::string effectAndCauseBelow(std::string_view title, const AlertsMessage::Entity& entity,
                                 const FeedTexts& words) {
   const auto news = [title](const std::string& text) {
@@ -47,35 +47,38 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   const AlertsMessage::Entity& entity = message.entities()[incident.entity];
   const FeedTexts& words = language_->texts;
   const ShownPeriod period = periodToShow(message.periods(entity), now_);
-  const std::string header = bestText(incident, AlertText::header);
-  std::string description = bestText(incident, AlertText::description);
+  const Text header = bestText(incident, AlertText::header);
+  const Text description = bestText(incident, AlertText::description);
 
   TransitIncidentFields fields{.muid = muidOf(incident),
                                .isBlockingIncident = entity.effect == AlertEffect::noService,
                                .startDate = period.start,
                                .endDate = period.end};
-  std::string title = rowTitle(header);
-  if (title.empty()) title = words.effect(entity.effect);
+  std::string title = rowTitle(header.text, header.language);
+  if (title.empty() || onlyNamesLines(title, entity)) {
+    if (const std::string& effect = words.effect(entity.effect); !effect.empty()) title = effect;
+  }
   if (title.empty()) title = words.incident;
-  std::string secondary = rowSecondaryText(description, title);
+  std::string secondary = rowSecondaryText(description.text, title, description.language);
   if (secondary.empty()) secondary = effectAndCauseBelow(title, entity, words);
-  if (title.ends_with(kEllipsis) && !header.ends_with(kEllipsis)) {
-    // The details have what the row could not take.
-    description = description.empty() ? header : header + "\n\n" + description;
+  std::string details = description.text;
+  if (title.ends_with(kEllipsis) && !header.text.ends_with(kEllipsis)) {
+    // The details have the part that the row has no room for.
+    details = details.empty() ? header.text : header.text + "\n\n" + details;
   }
   fields.summary = present(std::move(secondary));
   fields.title = present(std::move(title));
-  fields.fullDescription = present(std::move(description));
+  fields.fullDescription = present(std::move(details));
   fields.infoURL = bestAddress(incident);
-  // When the incident was last updated is not known: the header's date is of the feed and another each time,
-  // and would make an unchanged list count as a new one.
+  // The feed does not tell when an incident was last updated. The date in its header changes with every
+  // answer, and an unchanged list would count as a new one.
   return std::make_shared<const TransitStorageIncident>(std::move(fields));
 }
 
 std::uint64_t IncidentRecords::muidOf(const DistinctIncident& incident) const {
   const AlertsMessage::Entity& entity = table_->message().entities()[incident.entity];
   std::string id(entity.id);
-  if (id.empty()) id = entity.bytes;  // what tells it from others that have no id either
+  if (id.empty()) id = entity.bytes;  // its content tells it from others without an id
   if (incident.sameIdBefore > 0) id.append(1, '\0').append(std::to_string(incident.sameIdBefore));
   return stableMuid(table_->lines().feedName(), id);
 }
@@ -94,11 +97,24 @@ std::vector<AlertTranslation> IncidentRecords::translations(const DistinctIncide
   return translationsByFit(std::move(all), language_->languages, table_->lines().language());
 }
 
-std::string IncidentRecords::bestText(const DistinctIncident& incident, AlertText kind) const {
+IncidentRecords::Text IncidentRecords::bestText(const DistinctIncident& incident, AlertText kind) const {
   for (const AlertTranslation& translation : translations(incident, kind)) {
-    if (std::string text = plainText(translation.text); !text.empty()) return text;
+    const std::string_view tag = translation.language;
+    if (std::string text = plainText(translation.text); !text.empty()) {
+      return {std::move(text), tag.empty() ? std::string_view(table_->lines().language()) : tag};
+    }
   }
   return {};
+}
+
+bool IncidentRecords::onlyNamesLines(std::string_view title, const AlertsMessage::Entity& entity) const {
+  for (const AlertSelector& selector : table_->message().selectors(entity)) {
+    const auto route = table_->lines().routeWithId(selector.routeId);
+    if (!route) continue;
+    const FeedRoute& line = table_->lines().routes()[*route];
+    if (onlyNamesLine(title, line.shortName, line.longName)) return true;
+  }
+  return false;
 }
 
 OptionalText IncidentRecords::bestAddress(const DistinctIncident& incident) const {

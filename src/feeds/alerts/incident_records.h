@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -24,8 +25,8 @@ struct IncidentLanguage {
 
 using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
 
-/// Makes the records of the incidents of a table, each when a line that has it is asked for and once for all
-/// of them.
+/// Makes the records of a table's incidents: each when a line that has it is first asked for, and once for
+/// all lines.
 class IncidentRecords {
  public:
   /// `now` chooses among the periods of an incident.
@@ -36,11 +37,18 @@ class IncidentRecords {
   std::uint64_t muidOf(std::size_t place) const { return muidOf(table_->incidents()[place]); }
 
  private:
+  /// A text as plain text, in the language of its tag or else of the feed. Empty when there is none.
+  struct Text {
+    std::string text;
+    std::string_view language;
+  };
+
   SharedIncident record(std::uint32_t place);
   SharedIncident make(const DistinctIncident& incident) const;
   std::uint64_t muidOf(const DistinctIncident& incident) const;
   std::vector<AlertTranslation> translations(const DistinctIncident& incident, AlertText kind) const;
-  std::string bestText(const DistinctIncident& incident, AlertText kind) const;
+  Text bestText(const DistinctIncident& incident, AlertText kind) const;
+  bool onlyNamesLines(std::string_view title, const AlertsMessage::Entity& entity) const;
   OptionalText bestAddress(const DistinctIncident& incident) const;
 
   SharedIncidentTable table_;
