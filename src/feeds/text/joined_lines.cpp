@@ -169,6 +169,16 @@ bool removeBullet(std::string_view& line) {
   return true;
 }
 
+/// The bullet that a line starts with, or that follows the colon of a list on one line ("Stops: • A • B").
+/// Empty when there is none.
+std::string_view bulletOfList(std::string_view line) {
+  const std::size_t colon = line.find(": ");
+  const std::string_view list = colon == std::string_view::npos ? std::string_view() : line.substr(colon + 2);
+  const auto* const bullet = std::ranges::find_if(
+      kBullets, [&](std::string_view each) { return line.starts_with(each) || list.starts_with(each); });
+  return bullet == std::end(kBullets) ? std::string_view() : *bullet;
+}
+
 /// Removes a row of stars or dashes from the start of the line.
 void removeOrnament(std::string_view& line) {
   constexpr std::size_t kShortest = 3;
@@ -212,14 +222,15 @@ class LineJoiner {
       : wrap_(wrap), take_(take) {}
 
   void add(std::string_view line, bool startsParagraph) {
-    removeOrnament(line);
-    const bool isItem = removeBullet(line);
-    if (line.empty()) return;
-    const char* joint = current_.empty() ? "" : jointBefore(line, startsParagraph, isItem);
-    if (!joint) flush();
-    if (joint) current_ += joint;
-    current_ += line;
-    lastLineLength_ = countCharacters(line);
+    const std::string_view bullet = bulletOfList(line);
+    if (bullet.empty()) return addItem(line, startsParagraph);
+    const std::string separator = std::string(" ").append(bullet).append(" ");
+    for (std::size_t end = 0; (end = line.find(separator)) != std::string_view::npos;) {
+      addItem(line.substr(0, end), startsParagraph);
+      startsParagraph = false;
+      line.remove_prefix(end + 1);
+    }
+    addItem(line, startsParagraph);
   }
   void flush() {
     if (!current_.empty()) wantsMore_ = wantsMore_ && take_(current_);
@@ -230,6 +241,17 @@ class LineJoiner {
   bool wantsMore() const { return wantsMore_; }
 
  private:
+  void addItem(std::string_view line, bool startsParagraph) {
+    removeOrnament(line);
+    const bool isItem = removeBullet(line);
+    if (line.empty()) return;
+    const char* joint = current_.empty() ? "" : jointBefore(line, startsParagraph, isItem);
+    if (!joint) flush();
+    if (joint) current_ += joint;
+    current_ += line;
+    lastLineLength_ = countCharacters(line);
+  }
+
   // What to put between the lines; null when the line starts anew.
   const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
     if (endsWithAny(current_, ":")) {

@@ -43,6 +43,9 @@ TEST(JoinedLines, BulletsOfAllKindsMakeAList) {
         << bullet;
   }
   EXPECT_THAT(linesOf("Closed:\n• Zoo\n• Park.\n• Bridge"), ElementsAre("Closed: Zoo, Park.", "Bridge"));
+  EXPECT_THAT(linesOf("Closed: ∙ Zoo ∙ Park"), ElementsAre("Closed: Zoo, Park"));
+  EXPECT_THAT(linesOf("• Zoo • Park"), ElementsAre("Zoo, Park"));
+  EXPECT_THAT(linesOf("Line 5 • Line 7"), ElementsAre("Line 5 • Line 7")) << "no list";
 }
 
 TEST(JoinedLines, WrappedLinesGoOn) {
