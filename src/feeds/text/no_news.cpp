@@ -18,12 +18,11 @@ namespace {
 // All lists hold comparable words, as a sorted list where they are searched.
 
 constexpr std::string_view kGreetings[] = {
-    " attention ",     " beste ",     " cara ",     " caras ",     " care ",     " cari ",
-    " caro ",          " caros ",     " cher ",     " chers ",     " chères ",   " dear ",
-    " estimada ",      " estimadas ", " estimado ", " estimados ", " gentile ",  " gentili ",
-    " geachte ",       " liebe ",     " lieber ",   " madame ",    " mesdames ", " sehr geehrte ",
-    " sehr geehrter ", " werte ",
-};
+    " attention ",    " beste ",         " bonjour ",   " cara ",     " caras ",     " care ",
+    " cari ",         " caro ",          " caros ",     " cher ",     " chers ",     " chères ",
+    " dear ",         " estimada ",      " estimadas ", " estimado ", " estimados ", " geachte ",
+    " gentile ",      " gentili ",       " hallo ",     " hello ",    " liebe ",     " lieber ",
+    " sehr geehrte ", " sehr geehrter ", " werte "};
 constexpr std::string_view kAddressees[] = {
     "client",      "cliente",   "clientes",   "clienti",    "clients",    "commuters",   "customer",
     "customers",   "damen",     "fahrgast",   "fahrgäste",  "fahrgästen", "herren",      "kunden",
@@ -32,6 +31,9 @@ constexpr std::string_view kAddressees[] = {
     "reizigers",   "rider",     "riders",     "travellers", "travelers",  "utentes",     "utenti",
     "viaggiatori", "viajeros",  "voyageur",   "voyageurs",  "usagers",
 };
+
+constexpr std::string_view kPairsOfAddressees[] = {" madame monsieur ", " mesdames messieurs ",
+                                                   " mesdames et messieurs "};
 
 constexpr std::string_view kHeadings[] = {" achtung ",
                                           " additional information ",
@@ -208,6 +210,11 @@ constexpr std::string_view kStartsOfNoNews[] = {
     " wir entschuldigen uns ",
 };
 
+// Notes in brackets on the alert itself.
+constexpr std::string_view kUpdateNotes[] = {" aktualisiert ", " aktualisierung ", " korrektur ",
+                                             " maj ",          " mise à jour ",    " stand ",
+                                             " update ",       " updated "};
+
 // What stands before a direction: it says nothing of what is going on there.
 constexpr std::string_view kBeforeDirections[] = {
     " affected direction ",    " affected directions ",
@@ -309,6 +316,9 @@ std::string_view withoutMarks(std::string_view text) {
 }  // namespace
 
 std::string_view withoutSalutation(std::string_view text) {
+  for (const std::string_view pair : kPairsOfAddressees) {
+    if (std::string_view rest = text; takeWords(rest, pair)) return withoutMarks(rest);
+  }
   constexpr std::size_t kMostWords = 8;
   const std::string_view head = text.substr(0, 100);
   if (startOf(comparableWords(head), kGreetings) == nullptr) return text;
@@ -326,6 +336,7 @@ std::string_view withoutSalutation(std::string_view text) {
 
 bool isNoNews(std::string_view sentence) {
   const std::string words = comparableWords(sentence);
+  if (sentence.starts_with('(') && startOf(words, kUpdateNotes) != nullptr) return true;
   return words.size() == 1 || std::ranges::binary_search(kHeadings, words) ||
          startOf(words, kStartsOfNoNews) || isDirection(words) || namesLinesAlone(sentence, words);
 }

@@ -150,7 +150,7 @@ TEST(RowText, TakesTimeInProportion) {
         "- \n",     "title ", "title: ", "cause: ", "www.a ", "a, ",      "x www.a b c d ",
         "Update 1 "}) {
     std::string hostile;
-    while (hostile.size() < 100'000) hostile += piece;
+    while (hostile.size() < 50'000) hostile += piece;
     const std::string text = plainText(hostile);
     EXPECT_LE(countCharacters(rowTitle(text, "en")), 400U);
     EXPECT_LE(countCharacters(secondaryText(text, "title")), 400U);

@@ -19,7 +19,8 @@ TEST(NoNews, SalutationsGo) {
            Row{"Dear passengers, line 5", "line 5"},
            Row{"Attention riders: use bus 5", "use bus 5"},
            Row{"Chers voyageurs, la ligne 5", "la ligne 5"},
-           Row{"Mesdames, Messieurs, la ligne 5", "Mesdames, Messieurs, la ligne 5"},
+           Row{"Mesdames, Messieurs, la ligne 5", "la ligne 5"},
+           Row{"Hello riders! Line 5", "Line 5"},
            Row{"Dear Street is closed, use bus 5", "Dear Street is closed, use bus 5"},
            Row{"Attention: customers wait", "Attention: customers wait"},
            Row{"Fahrgäste, die Linie 5", "Fahrgäste, die Linie 5"},
@@ -48,6 +49,7 @@ TEST(NoNews, HeadingsDirectionsLinesMapsAndThanks) {
                            "Vielen Dank für Ihr Verständnis!",
                            "We apologise for the delay.",
                            "Merci de votre compréhension.",
+                           "(Update 1: new dates)",
                            "- - -",
                            ""}) {
     EXPECT_TRUE(isNoNews(text)) << text;
@@ -55,7 +57,7 @@ TEST(NoNews, HeadingsDirectionsLinesMapsAndThanks) {
   for (const char* text :
        {"Change at the pier.", "Reason: strike", "No trains",
         "Affected direction: Eastbound to the Zoo and the pier", "Affected route: 5 to the Zoo",
-        "Affected stops: Zoo", "See the staff at the pier", "停電です。"}) {
+        "Affected stops: Zoo", "See the staff at the pier", "(Line 5 only)", "停電です。"}) {
     EXPECT_FALSE(isNoNews(text)) << text;
   }
 }
