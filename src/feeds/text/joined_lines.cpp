@@ -265,7 +265,7 @@ class LineJoiner {
   void flush() {
     if (!current_.empty()) wantsMore_ = wantsMore_ && take_(current_);
     current_.clear();
-    isInList_ = false;
+    isInList_ = hasItems_ = false;
   }
 
   bool wantsMore() const { return wantsMore_; }
@@ -286,22 +286,24 @@ class LineJoiner {
   const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
     if (endsWithAny(current_, ":")) {
       if (startsParagraph && line.ends_with(':')) return nullptr;
-      isInList_ = isInList_ || !startsParagraph || isItem;
+      isInList_ = true;
       return " ";
     }
     if (startsParagraph) return goesOnAcrossParagraphs(line, isItem) ? " " : nullptr;
-    if (isInList_ || isItem) return jointInList();
+    const bool isWrapped = !isItem && startsLowerCase(line) && wrap_.isFull(lastLineLength_, line);
+    if ((isInList_ && !isWrapped) || isItem) return jointInList();
     return goesOn(line) ? " " : nullptr;
   }
 
-  const char* jointInList() const {
+  const char* jointInList() {
     if (endsSentence(current_)) return nullptr;
+    hasItems_ = true;
     return endsWithAny(current_, ",;") ? " " : ", ";
   }
 
   // Some editors make every line a paragraph.
   bool goesOnAcrossParagraphs(std::string_view line, bool isItem) const {
-    return !isInList_ && !isItem && startsLowerCase(line) && !endsSentence(current_) &&
+    return !hasItems_ && !isItem && startsLowerCase(line) && !endsSentence(current_) &&
            !endsWithAny(current_, ";");
   }
 
@@ -315,7 +317,8 @@ class LineJoiner {
   const std::function<bool(std::string_view)>& take_;
   bool wantsMore_ = true;
   std::string current_;
-  bool isInList_ = false;
+  bool isInList_ = false;  // below a colon
+  bool hasItems_ = false;  // joined as items of a list
   std::size_t lastLineLength_ = 0;
 };
 
