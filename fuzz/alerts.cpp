@@ -13,13 +13,13 @@
 #include "feeds/alerts/held_alerts.h"
 #include "feeds/alerts/incident_records.h"
 #include "feeds/alerts/row_text.h"
+#include "feeds/text/hidden_characters.h"
 #include "feeds/text/plain_text.h"
 #include "feeds/text/utf8.h"
 
 namespace {
 
 using namespace linewatch;
-using namespace linewatch::desktop;
 
 void require(bool holds) {
   if (!holds) std::abort();
@@ -27,9 +27,10 @@ void require(bool holds) {
 
 void requireShowable(std::string_view text) {
   require(isValidUtf8(text));
-  require(std::none_of(text.begin(), text.end(), [](char byte) {
-    return byte != '\n' && (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F);
-  }));
+  while (!text.empty()) {
+    const std::int32_t character = takeCharacter(text);
+    require(character == '\n' || !isHiddenCharacter(character));
+  }
 }
 
 void checkText(std::string_view written) {

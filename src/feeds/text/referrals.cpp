@@ -92,9 +92,7 @@ std::string aroundAddress(std::string_view text, std::size_t place) {
   return std::string(before).append(keepsMark ? 1U : 0U, last).append(behind);
 }
 
-}  // namespace
-
-std::string withoutReferrals(std::string_view sentence) {
+std::string withoutAddresses(std::string_view sentence) {
   constexpr int kMostAddresses = 4;  // each costs a copy of the sentence
   std::string text(sentence);
   std::size_t place = 0;
@@ -111,6 +109,14 @@ std::string withoutReferrals(std::string_view sentence) {
     text = std::move(rest);
   }
   return text;
+}
+
+}  // namespace
+
+std::string withoutReferrals(std::string_view sentence) {
+  const std::string text = withoutAddresses(sentence);
+  const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
 }  // namespace linewatch

@@ -32,6 +32,7 @@ TEST(Referrals, LastClauseWithAnAddressGoes) {
        "Buses run instead until Friday"},
       {"brackets", "Buses run instead (map: https://example.org).", "Buses run instead."},
       {"link in brackets", "Use the [stops nearby](https://example.org).", "Use the stops nearby."},
+      {"brackets at the start", "(www.example.org) Buses run.", "Buses run."},
       {"no address", "Buses run instead, and on time.", "Buses run instead, and on time."},
   });
 }
