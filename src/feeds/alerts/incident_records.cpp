@@ -25,6 +25,12 @@ std::string effectAndCauseBelow(std::string_view title, const AlertsMessage::Ent
   return words.together(news(words.effect(entity.effect)), news(words.cause(entity.cause)));
 }
 
+/// The effect in words, else the cause; absent when neither is known.
+OptionalText effectOrCause(const AlertsMessage::Entity& entity, const FeedTexts& words) {
+  const std::string& effect = words.effect(entity.effect);
+  return present(effect.empty() ? words.cause(entity.cause) : effect);
+}
+
 }  // namespace
 
 IncidentRecords::IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now)
@@ -55,9 +61,8 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
                                .startDate = period.start,
                                .endDate = period.end};
   std::string title = rowTitle(header.text, header.language);
-  if (title.empty() || onlyNamesLines(title, entity)) {
-    if (const std::string& effect = words.effect(entity.effect); !effect.empty()) title = effect;
-  }
+  if (title.empty()) title = words.effect(entity.effect);
+  if (onlyNamesLines(title, entity)) title = effectOrCause(entity, words).value_or(title);
   if (title.empty()) title = words.incident;
   std::string secondary = rowSecondaryText(description.text, title, description.language);
   if (secondary.empty()) secondary = effectAndCauseBelow(title, entity, words);

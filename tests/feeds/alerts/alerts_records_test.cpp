@@ -116,6 +116,8 @@ TEST(IncidentRecords, TitlesThatOnlyNameTheLineSayTheEffect) {
   const TextsSketch text = {{"Use stop A.", ""}};
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .effect = 4}),
             "Detour / Use stop A.");
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .cause = 10}),
+            "Construction / Use stop A.");
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text}),
             "17 Harbour Street / Use stop A.")
       << "an unknown effect has no words";
