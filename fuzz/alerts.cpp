@@ -13,6 +13,7 @@
 #include "feeds/alerts/held_alerts.h"
 #include "feeds/alerts/incident_records.h"
 #include "feeds/alerts/row_text.h"
+#include "feeds/text/hidden_characters.h"
 #include "feeds/text/plain_text.h"
 #include "feeds/text/utf8.h"
 
@@ -26,16 +27,17 @@ void require(bool holds) {
 
 void requireShowable(std::string_view text) {
   require(isValidUtf8(text));
-  require(std::none_of(text.begin(), text.end(), [](char byte) {
-    return byte != '\n' && (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F);
-  }));
+  while (!text.empty()) {
+    const std::int32_t character = takeCharacter(text);
+    require(character == '\n' || !isHiddenCharacter(character));
+  }
 }
 
 void checkText(std::string_view written) {
   const std::string text = plainText(written);
   requireShowable(text);
-  const std::string title = rowTitle(text.substr(0, text.find('\n')));
-  for (const std::string& row : {title, rowSecondaryText(text, title)}) {
+  const std::string title = rowTitle(text.substr(0, text.find('\n')), "de");
+  for (const std::string& row : {title, rowSecondaryText(text, title, "de")}) {
     requireShowable(row);
     require(row.find('\n') == std::string::npos);
     require(!row.starts_with(' ') && !row.ends_with(' '));

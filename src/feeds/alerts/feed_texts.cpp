@@ -11,7 +11,7 @@ struct Entry {
   std::string_view english;
 };
 
-// By their numbers; those without a key tell nothing.
+// In the order of their numbers. Unknown and other causes and effects have no words.
 constexpr Entry kCauses[kAlertCauses] = {
     {},
     {},

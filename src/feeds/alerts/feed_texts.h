@@ -9,25 +9,25 @@
 
 namespace linewatch {
 
-/// The words for what a feed gives as a number, in the user's language.
+/// The words for the causes and effects of a feed, in the user's language.
 struct FeedTexts {
-  /// Looks a text up by its key; the second argument is the English text.
+  /// Looks up a text by its key. The second argument is the English text.
   using LookUp = std::function<std::string(std::string_view key, std::string_view english)>;
 
   static FeedTexts english();
   static FeedTexts lookedUp(const LookUp& lookUp);
 
-  /// Empty for a cause or an effect that tells nothing.
+  /// Empty for unknown and other causes and effects.
   const std::string& cause(AlertCause cause) const { return causes[static_cast<std::size_t>(cause) - 1]; }
   const std::string& effect(AlertEffect effect) const {
     return effects[static_cast<std::size_t>(effect) - 1];
   }
-  /// An effect and a cause as one text, or the one that is not empty.
+  /// Both as one text ("Detour · Construction"). When one is empty, the other.
   std::string together(const std::string& effectWords, const std::string& causeWords) const;
 
   std::array<std::string, kAlertCauses> causes;
   std::array<std::string, kAlertEffects> effects;
-  /// The title of an incident that comes without any words.
+  /// The title of an incident without a header and without a known effect.
   std::string incident;
   /// {0} is an effect, {1} a cause.
   std::string effectAndCauseFormat;

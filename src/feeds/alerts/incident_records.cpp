@@ -32,6 +32,12 @@ bool namesOnlyStops(const AlertsMessage& message, const AlertsMessage::Entity& a
   return !selectors.empty() && std::ranges::all_of(selectors, &AlertSelector::namesStop);
 }
 
+/// The effect in words, else the cause; absent when neither is known.
+OptionalText effectOrCause(AlertEffect effect, AlertCause cause, const FeedTexts& words) {
+  const std::string& effectInWords = words.effect(effect);
+  return present(effectInWords.empty() ? words.cause(cause) : effectInWords);
+}
+
 }  // namespace
 
 IncidentRecords::IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now)
@@ -55,25 +61,27 @@ SharedIncident IncidentRecords::make(const DistinctIncident& incident) const {
   const FeedTexts& words = language_->texts;
   const AlertEffect effect = effectOnLines(incident);
   const ShownPeriod period = periodToShow(message.periods(entity), now_);
-  const std::string header = bestText(incident, AlertText::header);
-  std::string description = bestText(incident, AlertText::description);
+  const Text header = bestText(incident, AlertText::header);
+  const Text description = bestText(incident, AlertText::description);
 
   TransitIncidentFields fields{.muid = muidOf(incident),
                                .isBlockingIncident = effect == AlertEffect::noService,
                                .startDate = period.start,
                                .endDate = period.end};
-  std::string title = rowTitle(header);
+  std::string title = rowTitle(header.text, header.language);
   if (title.empty()) title = words.effect(effect);
+  if (onlyNamesLines(title, entity)) title = effectOrCause(effect, entity.cause, words).value_or(title);
   if (title.empty()) title = words.incident;
-  std::string secondary = rowSecondaryText(description, title);
+  std::string secondary = rowSecondaryText(description.text, title, description.language);
   if (secondary.empty()) secondary = effectAndCauseBelow(title, effect, entity.cause, words);
-  if (title.ends_with(kEllipsis) && !header.ends_with(kEllipsis)) {
+  std::string details = description.text;
+  if (title.ends_with(kEllipsis) && !header.text.ends_with(kEllipsis)) {
     // The details show the part of the header that was cut from the row.
-    description = description.empty() ? header : header + "\n\n" + description;
+    details = details.empty() ? header.text : header.text + "\n\n" + details;
   }
   fields.summary = present(std::move(secondary));
   fields.title = present(std::move(title));
-  fields.fullDescription = present(std::move(description));
+  fields.fullDescription = present(std::move(details));
   fields.infoURL = bestAddress(incident);
   // lastUpdated stays absent. The feed's header time changes with every fetch, and with it an unchanged list
   // would count as a new one.
@@ -115,11 +123,24 @@ std::vector<AlertTranslation> IncidentRecords::translations(const DistinctIncide
   return translationsByFit(std::move(all), language_->languages, table_->lines().language());
 }
 
-std::string IncidentRecords::bestText(const DistinctIncident& incident, AlertText kind) const {
+IncidentRecords::Text IncidentRecords::bestText(const DistinctIncident& incident, AlertText kind) const {
   for (const AlertTranslation& translation : translations(incident, kind)) {
-    if (std::string text = plainText(translation.text); !text.empty()) return text;
+    const std::string_view tag = translation.language;
+    if (std::string text = plainText(translation.text); !text.empty()) {
+      return {std::move(text), tag.empty() ? std::string_view(table_->lines().language()) : tag};
+    }
   }
   return {};
+}
+
+bool IncidentRecords::onlyNamesLines(std::string_view title, const AlertsMessage::Entity& entity) const {
+  for (const AlertSelector& selector : table_->message().selectors(entity)) {
+    const auto route = table_->lines().routeWithId(selector.routeId);
+    if (!route) continue;
+    const FeedRoute& line = table_->lines().routes()[*route];
+    if (onlyNamesLine(title, line.shortName, line.longName)) return true;
+  }
+  return false;
 }
 
 OptionalText IncidentRecords::bestAddress(const DistinctIncident& incident) const {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -36,12 +37,19 @@ class IncidentRecords {
   std::uint64_t muidOf(std::size_t place) const { return muidOf(table_->incidents()[place]); }
 
  private:
+  /// A text as plain text, in the language of its tag or else of the feed. Empty when there is none.
+  struct Text {
+    std::string text;
+    std::string_view language;
+  };
+
   SharedIncident record(std::uint32_t place);
   SharedIncident make(const DistinctIncident& incident) const;
   std::uint64_t muidOf(const DistinctIncident& incident) const;
   AlertEffect effectOnLines(const DistinctIncident& incident) const;
   std::vector<AlertTranslation> translations(const DistinctIncident& incident, AlertText kind) const;
-  std::string bestText(const DistinctIncident& incident, AlertText kind) const;
+  Text bestText(const DistinctIncident& incident, AlertText kind) const;
+  bool onlyNamesLines(std::string_view title, const AlertsMessage::Entity& entity) const;
   OptionalText bestAddress(const DistinctIncident& incident) const;
 
   SharedIncidentTable table_;

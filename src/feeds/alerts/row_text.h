@@ -5,18 +5,24 @@
 
 namespace linewatch {
 
-/// What ends a text that was cut.
+/// The end of a text that was cut.
 inline constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
 
-/// A header, as plain text, on one line.
-std::string rowTitle(std::string_view header);
+// All texts are plain text. `language` is the language tag of the text; it may be empty.
 
-/// The first sentences of a description, as plain text, that say something which the title does not: one or a
-/// few, whole where they are not endless. Addresses of pages are left to the details. Empty when there is
-/// nothing new.
-std::string rowSecondaryText(std::string_view description, std::string_view title);
+/// A header on one line, without salutation and web addresses.
+std::string rowTitle(std::string_view header, std::string_view language);
+
+/// The first sentences of a description that say something new: more than the title, a heading, a salutation
+/// or a reference to a page or map. One or a few sentences, whole unless they are endless. Empty when nothing
+/// is new.
+std::string rowSecondaryText(std::string_view description, std::string_view title, std::string_view language);
 
 /// True when the title has all the words of the text, in their order.
 bool titleSays(std::string_view title, std::string_view text);
+
+/// True when the title says no more than the shield and the name of a line do, as "17 Harbour Street" for the
+/// line "17". A train by its category and number ("IR 36") is a title.
+bool onlyNamesLine(std::string_view title, std::string_view shortName, std::string_view longName);
 
 }  // namespace linewatch

@@ -15,7 +15,7 @@ namespace {
 
 char tagByte(char byte) { return byte == '_' ? '-' : asciiSmall(byte); }
 
-/// The next part of a tag, which loses it.
+/// Takes the first part off a tag.
 std::string_view takeSubtag(std::string_view& tag) {
   const std::size_t end = std::min(tag.find_first_of("-_"), tag.size());
   const std::string_view subtag = tag.substr(0, end);
@@ -27,8 +27,7 @@ bool isSameSubtag(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, tagByte, tagByte);
 }
 
-/// The tag with the script that Chinese is written in where it is spoken, unless it names one: "zh-TW" is
-/// "zh-Hant-TW".
+/// A Chinese tag with the script of its region, unless it names one: "zh-TW" gives "zh-Hant-TW".
 std::string withScript(std::string_view tag) {
   std::string_view rest = tag;
   if (!isSameSubtag(takeSubtag(rest), "zh")) return std::string(tag);
@@ -42,8 +41,8 @@ std::string withScript(std::string_view tag) {
   return std::string("zh-") + script + std::string(tag.substr(2));
 }
 
-/// 0 for another language; else the more, the more parts are the same, and a tag that says nothing else is
-/// better.
+/// How well a tag fits: 0 for another language, more for each part that is the same, and one more when the
+/// given tag has no further part.
 int fit(std::string_view wantedTag, std::string_view givenTag) {
   const std::string expandedWanted = withScript(wantedTag), expanded = withScript(givenTag);
   std::string_view wanted = expandedWanted, tag = expanded;

@@ -9,10 +9,10 @@
 
 namespace linewatch {
 
-/// The translations, best first: those in the user's languages, the language the user likes better first and
-/// in it the tag that has most in common; then the feed's own language, then the untagged ones, then the
-/// others. Those that fit equally stay in their order. Tags are compared as "pt-BR", "pt_br" and "PT-BR" are
-/// the same.
+/// The translations, best first: those in the user's languages, in the user's order and by the parts that the
+/// tags have in common; then those in the feed's own language, then those without a tag, then all others.
+/// Equally good ones stay in their order. Case and separator of tags make no difference: "pt-BR" equals
+/// "pt_br".
 std::vector<AlertTranslation> translationsByFit(std::vector<AlertTranslation> translations,
                                                 std::span<const std::string> userLanguages,
                                                 std::string_view feedLanguage);

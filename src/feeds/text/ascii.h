@@ -2,7 +2,8 @@
 
 namespace linewatch {
 
-// Of single bytes, whatever the locale. A byte of a longer character is none of these, and stays as it is.
+// For single bytes, in any locale. The bytes of a character outside ASCII belong to no class and stay
+// unchanged.
 
 constexpr bool isAsciiDigit(char byte) { return byte >= '0' && byte <= '9'; }
 constexpr bool isAsciiCapital(char byte) { return byte >= 'A' && byte <= 'Z'; }

@@ -19,14 +19,14 @@ struct Spelling {
   const char* plain;
 };
 
-// Letters that are no base letter with a mark to the standard, yet are typed as one. Small: case is folded
-// first.
+// Letters that Unicode does not decompose, but that people type as plain letters. In lower case, because case
+// is folded first.
 constexpr Spelling kSpellings[] = {{U'æ', "ae"}, {U'œ', "oe"}, {U'ø', "o"}, {U'đ', "d"},  {U'ð', "d"},
                                    {U'ħ', "h"},  {U'ı', "i"},  {U'ł', "l"}, {U'þ', "th"}, {U'ŧ', "t"}};
 
 bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
-/// Compatible forms and cases made one, and marks parted from their letters.
+/// Folds case and compatible forms, and splits accents from their letters.
 icu::UnicodeString decomposed(std::string_view text) {
   UErrorCode trouble = U_ZERO_ERROR;
   const auto* const fold = icu::Normalizer2::getNFKCCasefoldInstance(trouble);
@@ -53,7 +53,7 @@ bool isOfWord(UChar32 character) {
   return (category & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
 }
 
-/// Takes a run of digits off the front, without the zeros it starts with.
+/// Takes a run of digits off the front, and returns it without leading zeros.
 std::string_view takeNumber(std::string_view& text) {
   const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
   std::string_view digits = text.substr(0, end);

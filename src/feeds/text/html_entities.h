@@ -6,11 +6,11 @@
 
 namespace linewatch {
 
-/// The character that HTML calls by a name ("eacute"), or none that texts of agencies are known to use.
+/// The character that an HTML entity names ("eacute"). Absent for a name that HTML 4 does not have.
 std::optional<std::int32_t> namedCharacter(std::string_view name);
 
-/// What a character number of HTML stands for: numbers 128 to 159 are characters of Windows-1252, and U+FFFD
-/// is for those of no character.
+/// The character of a numeric entity ("&#233;"). As in browsers, 128 to 159 are characters of Windows-1252,
+/// and numbers without a character give U+FFFD.
 std::int32_t numberedCharacter(std::int32_t number);
 
 }  // namespace linewatch

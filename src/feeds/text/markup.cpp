@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "feeds/text/ascii.h"
 #include "feeds/text/html_entities.h"
@@ -14,14 +15,15 @@ namespace linewatch {
 
 namespace {
 
+/// What a tag does to the lines of the text.
 enum class Break { none, space, line, block, item, paragraph, hidden };
 
 struct Tag {
   std::string_view name;
-  Break atBreak;
+  Break lines;
 };
 
-// Only these are taken for tags: agencies also write <Stop A>.
+// Nothing else is read as a tag: agencies also write <Stop A>.
 constexpr Tag kTags[] = {
     {"a", Break::none},        {"abbr", Break::none},    {"article", Break::paragraph},
     {"b", Break::none},        {"big", Break::none},     {"blockquote", Break::paragraph},
@@ -56,7 +58,7 @@ const Tag* tagNamed(std::string_view name) {
   return found != std::end(kTags) && found->name == sought ? found : nullptr;
 }
 
-/// Finds the next of something again and again without looking twice at the same byte.
+/// Finds the next occurrence again and again, and looks at each byte once.
 class ForwardSearch {
  public:
   ForwardSearch(std::string_view text, std::string_view sought) : text_(text), sought_(sought) {}
@@ -95,7 +97,7 @@ std::optional<std::int32_t> referenced(std::string_view name) {
   return numberedCharacter(number);
 }
 
-// The text starts with '&'. Without the closing ';' it is none: "?a=1&copy=2" is an address.
+// The text starts with '&'. A reference needs the closing ';': "?a=1&copy=2" is an address.
 std::optional<CharacterReference> characterReference(std::string_view text) {
   constexpr std::size_t kLongest = 10;  // "&thetasym;", and more than any number needs
   const std::size_t end = text.substr(0, kLongest).find(';');
@@ -107,7 +109,7 @@ std::optional<CharacterReference> characterReference(std::string_view text) {
 
 constexpr char kSpecial[] = {'<', '&', kMarkupLineBreak, kMarkupBlockBreak, kMarkupParagraphBreak, '\0'};
 
-/// A look for each of them in turn passes over a text faster than one look for them all.
+/// One search for each byte is faster than one search for all of them.
 bool mayBeMarkup(std::string_view text) {
   return std::ranges::any_of(std::string_view(kSpecial),
                              [text](char byte) { return text.find(byte) != std::string_view::npos; });
@@ -117,11 +119,18 @@ bool isBreak(char byte) {
   return byte == kMarkupLineBreak || byte == kMarkupBlockBreak || byte == kMarkupParagraphBreak;
 }
 
+/// True for the rest of a tag behind its name: nothing, or attributes of which one at least has a value. In
+/// "stop <b or c>" it is text.
+bool mayBeAttributes(std::string_view rest) {
+  return rest.find_first_not_of(" /\t\r\n") == std::string_view::npos ||
+         rest.find('=') != std::string_view::npos;
+}
+
 /// One pass over the markup.
 class MarkupReader {
  public:
   explicit MarkupReader(std::string_view markup)
-      : markup_(markup), tagEnds_(markup, ">"), commentEnds_(markup, "-->") {}
+      : markup_(markup), tagStarts_(markup, "<"), tagEnds_(markup, ">"), commentEnds_(markup, "-->") {}
 
   std::string read() {
     text_.reserve(markup_.size());
@@ -133,8 +142,11 @@ class MarkupReader {
     }
     return std::move(text_);
   }
-  /// The text that came out may be markup itself.
+  /// The text may be markup itself, which was escaped.
   bool uncoveredMarkup() const { return uncoveredMarkup_; }
+  bool hasTags() const { return hasTags_; }
+  /// A tag ended a line.
+  bool hasBreaks() const { return hasBreaks_; }
   MarkupReader& again() {
     isSecondPass_ = true;
     return *this;
@@ -167,14 +179,17 @@ class MarkupReader {
     const Tag* tag = tagNamed(name);
     if (!tag) return false;
     const std::size_t end = tagEnds_.from(start);
-    if (end == std::string_view::npos) return false;
+    if (end == std::string_view::npos || tagStarts_.from(start) < end) return false;
+    if (!mayBeAttributes(markup_.substr(start + name.size(), end - start - name.size()))) return false;
     place_ = end + 1;
-    apply(tag->atBreak, isClosing);
+    hasTags_ = true;
+    hasBreaks_ |= tag->lines != Break::none && tag->lines != Break::space && tag->lines != Break::hidden;
+    apply(tag->lines, isClosing);
     return true;
   }
 
-  void apply(Break atBreak, bool isClosing) {
-    switch (atBreak) {
+  void apply(Break lines, bool isClosing) {
+    switch (lines) {
       case Break::none:
         return;
       case Break::space:
@@ -205,6 +220,7 @@ class MarkupReader {
   }
 
   std::string_view markup_;
+  ForwardSearch tagStarts_;
   ForwardSearch tagEnds_;
   ForwardSearch commentEnds_;
   std::size_t place_ = 0;
@@ -212,7 +228,27 @@ class MarkupReader {
   bool isHidden_ = false;
   bool isSecondPass_ = false;
   bool uncoveredMarkup_ = false;
+  bool hasTags_ = false;
+  bool hasBreaks_ = false;
 };
+
+/// Makes the line ends of the source spaces, as a browser does. Where no tag ends a line, the author may have
+/// relied on empty lines: these stay.
+std::string withSourceLinesFolded(std::string_view text, bool keepsEmptyLines) {
+  std::string folded;
+  folded.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t gap = std::min(text.find_first_of("\r\n"), text.size());
+    folded += text.substr(0, gap);
+    text.remove_prefix(gap);
+    const std::string_view ends = text.substr(0, text.find_first_not_of("\r\n \t"));
+    text.remove_prefix(ends.size());
+    if (ends.empty()) continue;
+    const bool isEmptyLine = std::ranges::count(ends, '\n') > 1;
+    folded += isEmptyLine && keepsEmptyLines ? kMarkupParagraphBreak : ' ';
+  }
+  return folded;
+}
 
 }  // namespace
 
@@ -220,7 +256,16 @@ std::string textOfMarkup(std::string_view markup) {
   if (!mayBeMarkup(markup)) return std::string(markup);
   MarkupReader reader(markup);
   std::string text = reader.read();
-  return reader.uncoveredMarkup() ? MarkupReader(text).again().read() : text;
+  bool hasTags = reader.hasTags();
+  bool hasBreaks = reader.hasBreaks();
+  if (reader.uncoveredMarkup()) {
+    MarkupReader second(text);
+    std::string uncovered = second.again().read();
+    hasTags |= second.hasTags();
+    hasBreaks |= second.hasBreaks();
+    text = std::move(uncovered);
+  }
+  return hasTags ? withSourceLinesFolded(text, !hasBreaks) : text;
 }
 
 }  // namespace linewatch

@@ -8,6 +8,7 @@
 #include <unicode/uchar.h>
 
 #include "feeds/text/ascii.h"
+#include "feeds/text/hidden_characters.h"
 #include "feeds/text/markup.h"
 #include "feeds/text/utf8.h"
 
@@ -16,30 +17,9 @@ namespace linewatch {
 namespace {
 
 constexpr std::int32_t kNextLine = 0x85;
+constexpr std::int32_t kNoBreakSpace = 0xA0;
 constexpr std::int32_t kLineSeparator = 0x2028;
 constexpr std::int32_t kParagraphSeparator = 0x2029;
-
-struct CharacterRange {
-  std::int32_t first;
-  std::int32_t last;
-};
-// Beyond the control characters: what is not seen and may turn the rest of a row around or hide in it.
-constexpr CharacterRange kDropped[] = {
-    {0xAD, 0xAD},      // soft hyphen
-    {0x200B, 0x200B},  // zero width space
-    {0x202A, 0x202E},  // direction: embeddings and overrides
-    {0x2060, 0x206F},  // word joiner, isolates, shaping
-    {0xFEFF, 0xFEFF},  // byte order mark
-    {0xFFF9, 0xFFFB},  // annotations
-    {0xFFFE, 0xFFFF},  // no characters
-};
-
-bool isDropped(std::int32_t character) {
-  if (character < 0xAD) return character < 0x20 || (character >= 0x7F && character < 0xA0);
-  return std::ranges::any_of(kDropped, [character](const CharacterRange& range) {
-    return character >= range.first && character <= range.last;
-  });
-}
 
 /// Writes text with its white space folded.
 class FoldedWriter {
@@ -48,19 +28,26 @@ class FoldedWriter {
   void space() { hasSpace_ = true; }
   void lineFeed() { ++lineFeeds_; }
   void markupLineBreak() { ++markupLineBreaks_; }
-  void atLeast(int breaks) { fewest_ = std::max(fewest_, breaks); }
+  void atLeast(int breaks) { fewest_ = std::max(fewest_, isBlankBlock_ ? 2 : breaks); }
+  /// Editors write an empty line as a block that holds this space alone.
+  void noBreakSpace() {
+    space();
+    isBlankBlock_ = fewest_ > 0;
+  }
   void character(std::int32_t character) {
     writeGap();
     appendCharacter(text_, character);
+    isVisible_ = isVisible_ || isVisibleCharacter(character);
   }
-  void characters(std::string_view run) {
+  void visibleCharacters(std::string_view run) {
     writeGap();
     text_ += run;
+    isVisible_ = true;
   }
-  std::string finish() && { return std::move(text_); }
+  std::string finish() && { return isVisible_ ? std::move(text_) : std::string(); }
 
  private:
-  // A break of the markup and one of its source beside it are the same break.
+  // A break by a tag and a line feed beside it are one break.
   void writeGap() {
     const int breaks = std::min(std::max({lineFeeds_, markupLineBreaks_, fewest_}), 2);
     if (!text_.empty()) {
@@ -71,11 +58,14 @@ class FoldedWriter {
       }
     }
     hasSpace_ = false;
+    isBlankBlock_ = false;
     lineFeeds_ = markupLineBreaks_ = fewest_ = 0;
   }
 
   std::string text_;
+  bool isVisible_ = false;
   bool hasSpace_ = false;
+  bool isBlankBlock_ = false;
   int lineFeeds_ = 0;
   int markupLineBreaks_ = 0;
   int fewest_ = 0;
@@ -96,16 +86,18 @@ void writeShown(FoldedWriter& writer, std::int32_t character) {
       return writer.atLeast(2);
     case '\t':
       return writer.space();
+    case kNoBreakSpace:
+      return writer.noBreakSpace();
     default:
       break;
   }
-  if (isDropped(character)) return;
+  if (isHiddenCharacter(character)) return;
   if (u_isUWhiteSpace(character)) return writer.space();
   writer.character(character);
 }
 
-// The length of what the text starts with and what stays as it is: visible ASCII and letters of two bytes,
-// with single spaces between them.
+// The length of the run at the start of the text that is kept as it is: visible ASCII and letters of two
+// bytes, with single spaces between them.
 std::size_t plainRun(std::string_view text) {
   const auto byteAt = [text](std::size_t place) { return static_cast<unsigned char>(text[place]); };
   const auto isVisibleAscii = [](unsigned char byte) { return byte > ' ' && byte < 0x7F; };
@@ -113,7 +105,8 @@ std::size_t plainRun(std::string_view text) {
     if (place + 1 >= text.size()) return false;
     const unsigned char byte = byteAt(place), next = byteAt(place + 1);
     if (byte == ' ') return place > 0 && isVisibleAscii(next);
-    return byte >= 0xC3 && byte <= 0xDF && (next & 0xC0U) == 0x80U;
+    const bool isLetterPair = (byte >= 0xC3 && byte <= 0xCB) || (byte >= 0xCE && byte <= 0xD5);
+    return isLetterPair && (next & 0xC0U) == 0x80U;
   };
   std::size_t end = 0;
   while (end < text.size()) {
@@ -135,7 +128,7 @@ std::string plainText(std::string_view written) {
   FoldedWriter writer(text.size());
   for (std::string_view rest = text; !rest.empty();) {
     if (const std::size_t run = plainRun(rest); run > 0) {
-      writer.characters(rest.substr(0, run));
+      writer.visibleCharacters(rest.substr(0, run));
       rest.remove_prefix(run);
       continue;
     }

@@ -6,12 +6,13 @@
 
 namespace linewatch {
 
-/// What an agency wrote as plain text: markup undone, control characters and those that override the
-/// direction of writing dropped, white space folded, U+FFFD for what is no UTF-8. Lines end with one line
-/// feed, paragraphs with two; nothing stands around them.
+/// An agency's text as plain text: markup is undone, hidden characters (controls, direction overrides, tags,
+/// fillers) are dropped, white space is folded, and bytes that are no UTF-8 become U+FFFD. Lines end with one
+/// line feed, paragraphs with two. There is no white space around the text. A text without a visible
+/// character is empty.
 std::string plainText(std::string_view written);
 
-/// The address of a page that may be opened: of http or https, without a blank. Absent for anything else.
+/// The address of a page that may be opened: http or https, without spaces. Absent for anything else.
 std::optional<std::string> webAddress(std::string_view written);
 
 }  // namespace linewatch

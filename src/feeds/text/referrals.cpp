@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <utility>
 
 #include "feeds/text/ascii.h"
 
@@ -12,10 +13,11 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-// How sentences begin whose first half only leads to an address: "For more information, visit …".
+// First words of a sentence that only leads to an address: "For more information, visit …".
 constexpr std::string_view kInvitations[] = {
-    "details", "find", "for", "further", "für",  "info", "learn", "mais", "meer", "mehr",  "more", "más",
-    "nähere",  "para", "per", "please",  "plus", "pour", "see",   "to",   "view", "visit", "voor", "weitere",
+    "check", "details", "find",  "for",  "further", "für",    "info", "infos", "karte",   "learn", "mais",
+    "map",   "meer",    "mehr",  "more", "más",     "nähere", "para", "per",   "please",  "plan",  "plus",
+    "pour",  "see",     "siehe", "to",   "view",    "visit",  "voir", "voor",  "weitere",
 };
 
 /// Where the first address begins, its scheme included; `kNone` without one.
@@ -26,7 +28,7 @@ std::size_t findAddress(std::string_view text) {
   return before == kNone ? 0 : before + 1;
 }
 
-/// Takes out the brackets around the address at `place`, with all in them; false when there are none.
+/// Removes the brackets around the address at `place` and their content; false when there are none.
 bool removeBrackets(std::string& text, std::size_t place) {
   const std::size_t open = text.find_last_of("()", place), close = text.find(')', place);
   if (open == kNone || close == kNone || text[open] == ')') return false;
@@ -51,25 +53,70 @@ bool isInvitation(std::string_view clause) {
   return std::ranges::find(kInvitations, firstWord(clause)) != std::end(kInvitations);
 }
 
-/// What stands before the clause with the address; empty when that is part of the invitation.
-std::string_view clausesBefore(std::string_view text, std::size_t place) {
-  std::size_t end = kNone;
-  for (const std::string_view boundary : {", ", "; ", " - ", " \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
-    const std::size_t found = text.substr(0, place).rfind(boundary);
-    if (found != kNone && (end == kNone || found > end)) end = found;
+/// Where the clause with the address at `place` is parted from the text before it; `kNone` when it is the
+/// first.
+std::size_t boundaryBefore(std::string_view text, std::size_t place) {
+  std::size_t boundary = kNone;
+  for (const std::string_view mark : {", ", "; ", " - ", " \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
+    const std::size_t found = text.substr(0, place).rfind(mark);
+    if (found != kNone && (boundary == kNone || found > boundary)) boundary = found;
   }
-  if (end == kNone || isInvitation(text)) return {};
-  return text.substr(0, end);
+  return boundary;
+}
+
+std::string_view withoutMarkAtStart(std::string_view clause) {
+  const std::size_t start = clause.find_first_not_of(",;- \xE2\x80\x93\x94");
+  return start == kNone ? std::string_view() : clause.substr(start);
+}
+
+// Words that lead to the address behind them. In byte order.
+constexpr std::string_view kBeforeAddress[] = {
+    "at", "auf", "en",    "in",    "on",  "op",    "see",  "siehe",
+    "su", "sur", "unter", "using", "via", "visit", "voir",
+};
+constexpr std::size_t kFewestWordsBehind = 2;
+
+/// "The timetable at https://… starts on Monday" without its address: "The timetable starts on Monday". Empty
+/// when too little stands behind the address.
+std::string aroundAddress(std::string_view text, std::size_t place) {
+  const std::size_t end = text.find(' ', place);
+  if (place == 0 || end == kNone) return {};
+  const std::string_view behind = text.substr(end);
+  if (std::ranges::count(behind, ' ') < static_cast<std::ptrdiff_t>(kFewestWordsBehind)) return {};
+  std::string_view before = text.substr(0, place - 1);
+  const std::size_t space = before.rfind(' ');
+  const std::string_view word = space == kNone ? before : before.substr(space + 1);
+  if (space != kNone && std::ranges::binary_search(kBeforeAddress, word)) before = before.substr(0, space);
+  const char last = text[end - 1];
+  const bool keepsMark = last == ',' || last == ';' || last == ':';
+  return std::string(before).append(keepsMark ? 1U : 0U, last).append(behind);
+}
+
+std::string withoutAddresses(std::string_view sentence) {
+  constexpr int kMostAddresses = 4;  // each costs a copy of the sentence
+  std::string text(sentence);
+  std::size_t place = 0;
+  for (int count = 0; (place = findAddress(text)) != kNone; ++count) {
+    if (count == kMostAddresses) return text.substr(0, place);
+    if (removeBrackets(text, place)) continue;
+    if (isInvitation(text)) return {};
+    const std::size_t boundary = boundaryBefore(text, place);
+    const std::string before = boundary == kNone ? std::string() : text.substr(0, boundary);
+    if (boundary != kNone && isInvitation(withoutMarkAtStart(std::string_view(text).substr(boundary))))
+      return before;
+    std::string rest = aroundAddress(text, place);
+    if (rest.empty()) return before;
+    text = std::move(rest);
+  }
+  return text;
 }
 
 }  // namespace
 
 std::string withoutReferrals(std::string_view sentence) {
-  std::string text(sentence);
-  for (std::size_t place = 0; (place = findAddress(text)) != kNone;) {
-    if (!removeBrackets(text, place)) return std::string(clausesBefore(text, place));
-  }
-  return text;
+  const std::string text = withoutAddresses(sentence);
+  const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(start, text.find_last_not_of(' ') + 1 - start);
 }
 
 }  // namespace linewatch

@@ -4,11 +4,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
+#include <memory>
 #include <string>
+#include <unordered_set>
+#include <utility>
 
+#include <unicode/brkiter.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/ures.h>
+#include <unicode/utext.h>
 
 #include "feeds/text/ascii.h"
+#include "feeds/text/joined_lines.h"
+#include "feeds/text/sentence_ends.h"
 #include "feeds/text/utf8.h"
 
 namespace linewatch {
@@ -17,62 +27,34 @@ namespace {
 
 using TakeSentence = std::function<bool(std::string_view)>;
 
-// What agencies cut short, in the languages of their texts; in byte order and without the full stop.
+// The languages that ICU knows abbreviations of.
+constexpr std::string_view kLanguagesWithAbbreviations[] = {"de", "en", "es", "fr", "it", "pt", "ru"};
+
+// Abbreviations of timetables and street names that ICU does not know, or does not know as agencies write
+// them. In byte order, folded, without the full stop.
 constexpr std::string_view kAbbreviations[] = {
-    "abs",    "abzw",  "al",   "approx", "apr",     "aprox", "aug",  "av",   "avda",    "ave",
-    "bd",     "bf",    "bhf",  "bldg",   "blvd",    "bru",   "brux", "bzw",  "ca",      "col",
-    "cres",   "ct",    "ctr",  "ctra",   "dec",     "dept",  "dez",  "di",   "dir",     "do",
-    "dr",     "dra",   "ed",   "ehem",   "einschl", "eng",   "esc",  "est",  "estr",    "evt",
-    "evtl",   "feb",   "fr",   "fri",    "ft",      "gen",   "ggf",  "gov",  "gral",    "gén",
-    "hausnr", "hbf",   "hr",   "hrs",    "hst",     "hts",   "hwy",  "imp",  "incl",    "inkl",
-    "intl",   "jan",   "jct",  "jr",     "jul",     "jun",   "ks",   "lg",   "ln",      "lt",
-    "mar",    "mass",  "max",  "mi",     "min",     "mme",   "mo",   "mon",  "mr",      "mrs",
-    "ms",     "mt",    "mtn",  "nov",    "nr",      "nám",   "oct",  "okt",  "os",      "pkwy",
-    "pl",     "pla",   "prof", "pt",     "pza",     "pç",    "rd",   "resp", "ri",      "rte",
-    "rtg",    "sa",    "sat",  "sep",    "sept",    "so",    "sog",  "sq",   "sr",      "st",
-    "sta",    "staz",  "std",  "ste",    "stn",     "sto",   "str",  "sun",  "tel",     "thu",
-    "thur",   "thurs", "tue",  "tues",   "ul",      "urb",   "usw",  "vgl",  "vorauss", "voraussichtl",
-    "vs",     "wed",   "wg",   "zw",     "zzgl",    "św",
-};
-// Articles, and words that stand before them: a line that ends so was wrapped there. Without those that may
-// end a sentence too: "fällt aus", "way in", "8 am".
-constexpr std::string_view kLeadingOn[] = {
-    "al",   "and",   "at",   "au",  "aux", "between", "da",       "dans", "das",  "de",    "dei",
-    "del",  "della", "dem",  "den", "der", "des",     "di",       "die",  "dos",  "du",    "e",
-    "ed",   "eine",  "el",   "em",  "en",  "et",      "for",      "from", "für",  "gegen", "into",
-    "la",   "las",   "le",   "les", "los", "na",      "och",      "of",   "or",   "os",    "por",
-    "pour", "près",  "sur",  "the", "to",  "und",     "until",    "van",  "vers", "via",   "vom",
-    "von",  "voor",  "with", "y",   "zum", "zur",     "zwischen", "à",
+    "abzw",       "al",   "allg", "approx",    "apr",          "aprox", "aug",   "av",   "avda", "ave",
+    "bd",         "bf",   "bhf",  "bldg",      "blvd",         "bru",   "brux",  "bzw",  "ca",   "cres",
+    "ct",         "ctr",  "ctra", "dec",       "dept",         "di",    "dir",   "do",   "dr",   "eing",
+    "eng",        "esc",  "est",  "estr",      "evt",          "feb",   "fr",    "fri",  "ft",   "gen",
+    "gov",        "gral", "gén",  "hausnr",    "hrs",          "hst",   "hts",   "hwy",  "imp",  "incl",
+    "intl",       "jan",  "jct",  "jr",        "jul",          "jun",   "ks",    "lg",   "ln",   "lt",
+    "mar",        "mass", "max",  "mi",        "min",          "mme",   "mo",    "mon",  "mt",   "mtn",
+    "nov",        "nr",   "nám",  "obertürkh", "oct",          "okt",   "os",    "pkwy", "pl",   "pla",
+    "pt",         "pza",  "pç",   "rd",        "resp",         "ri",    "rte",   "rtg",  "sa",   "sat",
+    "sep",        "sept", "so",   "sq",        "sr",           "st",    "sta",   "staz", "ste",  "stn",
+    "sto",        "str",  "sun",  "tel",       "thu",          "thur",  "thurs", "tue",  "tues", "ul",
+    "untertürkh", "urb",  "usw",  "vorauss",   "voraussichtl", "vsl",   "vstl",  "wed",  "wg",   "zw",
+    "św",
 };
 // Months as "27. Oktober" has them behind the day.
 constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
                                                      "jul", "aug", "sep", "okt", "nov", "dez", "dec"};
 
-constexpr std::size_t kShortestWrappedLine = 60;
-constexpr std::size_t kLongestWrappedLine = 90;
-
 std::string withoutCase(std::string_view text) {
   std::string result;
   while (!text.empty()) appendCharacter(result, u_foldCase(takeCharacter(text), U_FOLD_CASE_DEFAULT));
   return result;
-}
-
-bool isTerminator(std::int32_t character) {
-  return character == '.' || character == '!' || character == '?' || character == 0x2026;
-}
-// Of scripts that set no space behind it.
-bool isFullWidthTerminator(std::int32_t character) {
-  return character == 0x3002 || character == 0xFF01 || character == 0xFF1F;
-}
-bool isCloser(std::int32_t character) {
-  constexpr std::u32string_view kClosers = U")]}\"'»”’";
-  return kClosers.find(static_cast<char32_t>(character)) != std::u32string_view::npos;
-}
-
-/// The word that ends the text, up to a space or an opening bracket.
-std::string_view lastWord(std::string_view text) {
-  const std::size_t before = text.find_last_of(" \n([/\"");
-  return before == std::string_view::npos ? text : text.substr(before + 1);
 }
 
 bool isDayBeforeMonth(std::string_view word, std::string_view next) {
@@ -89,7 +71,7 @@ bool isNumbered(std::string_view word, std::string_view next) {
          std::ranges::none_of(word, isAsciiDigit);
 }
 
-// `word` stands before the full stop, `next` behind it and the space.
+/// True when the full stop between `word` and `next` may belong to an abbreviation or a date.
 bool mayGoOn(std::string_view word, std::string_view next) {
   const bool isInitial = countCharacters(word) == 1 && !isAsciiDigit(word.front());
   const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
@@ -99,180 +81,131 @@ bool mayGoOn(std::string_view word, std::string_view next) {
          (word.ends_with("str") && !next.empty() && isAsciiDigit(next.front()));  // "Bahnhofstr. 5"
 }
 
-/// "Detour at": what belongs to it stands on the next line.
-bool leadsOn(std::string_view line) {
-  return std::ranges::binary_search(kLeadingOn, lastWord(line)) && lastWord(line).size() < line.size();
+struct CloseResource {
+  void operator()(UResourceBundle* resource) const { ures_close(resource); }
+};
+using Resource = std::unique_ptr<UResourceBundle, CloseResource>;
+
+/// How ICU cuts sentences of a language.
+class SentenceRules {
+ public:
+  /// `language` is one of `kLanguagesWithAbbreviations`, or empty for any other.
+  explicit SentenceRules(const std::string& language) {
+    UErrorCode trouble = U_ZERO_ERROR;
+    breaks_.reset(icu::BreakIterator::createSentenceInstance(icu::Locale(language.c_str()), trouble));
+    if (U_FAILURE(trouble)) breaks_ = nullptr;
+    if (!language.empty()) loadAbbreviations(language);
+  }
+
+  /// Null when ICU's data is missing.
+  icu::BreakIterator* breaks() const { return breaks_.get(); }
+  /// `word` is written with its full stop.
+  bool isAbbreviation(std::string_view word) const { return abbreviations_.contains(std::string(word)); }
+
+ private:
+  // ICU's own filtered iterator compares only the ends of words: it takes the "r." of "weiter." for an
+  // abbreviation. So its list is read here, and compared with whole words.
+  void loadAbbreviations(const std::string& language) {
+    UErrorCode trouble = U_ZERO_ERROR;
+    const Resource data(ures_open(U_ICUDATA_NAME "-brkitr", language.c_str(), &trouble));
+    const Resource exceptions(ures_getByKey(data.get(), "exceptions", nullptr, &trouble));
+    const Resource list(ures_getByKey(exceptions.get(), "SentenceBreak", nullptr, &trouble));
+    while (U_SUCCESS(trouble) && ures_hasNext(list.get()) != 0) {
+      std::int32_t length = 0;
+      const UChar* const text = ures_getNextString(list.get(), &length, nullptr, &trouble);
+      std::string abbreviation;
+      if (U_SUCCESS(trouble)) icu::UnicodeString(text, length).toUTF8String(abbreviation);
+      abbreviations_.insert(std::move(abbreviation));
+    }
+  }
+
+  std::unique_ptr<icu::BreakIterator> breaks_;
+  std::unordered_set<std::string> abbreviations_;
+};
+
+/// The rules of this thread for a language tag, made when first used.
+const SentenceRules& rulesFor(std::string_view tag) {
+  static thread_local std::map<std::string, SentenceRules> rules;
+  std::string language(tag.substr(0, tag.find_first_of("-_")));
+  std::ranges::transform(language, language.begin(), asciiSmall);
+  if (!std::ranges::binary_search(kLanguagesWithAbbreviations, language)) language.clear();
+  return rules.try_emplace(language, language).first->second;
 }
 
-bool startsLowerCase(std::string_view text) { return !text.empty() && u_islower(takeCharacter(text)) != 0; }
+struct CloseText {
+  void operator()(UText* text) const { utext_close(text); }
+};
 
-bool endsWithAny(std::string_view text, std::string_view bytes) {
-  return !text.empty() && bytes.find(text.back()) != std::string_view::npos;
-}
-
-/// Cuts a line into its sentences.
+/// Cuts one line into its sentences.
 class SentenceCutter {
  public:
-  SentenceCutter(std::string_view line, const TakeSentence& take) : line_(line), take_(take) {}
+  SentenceCutter(std::string_view line, std::string_view language, const TakeSentence& take)
+      : line_(line), language_(language), take_(take) {}
 
   /// False when no more are wanted.
   bool cut() {
-    while (wantsMore_ && (place_ = nextCandidate()) < line_.size()) {
-      const std::size_t stop = place_;
-      const std::int32_t character = takeAt(place_);
-      if (isFullWidthTerminator(character)) {
-        finish(place_);
-      } else if (isTerminator(character)) {
-        consider(stop, character);
-      }
-    }
-    finish(line_.size());
-    return wantsMore_;
+    if (mayHaveBreak()) cutAtBreaks(rulesFor(language_));
+    return finish(line_.size());
   }
 
  private:
-  // Where the next byte is that may belong to a terminator.
-  std::size_t nextCandidate() const {
+  // Most lines have no terminator but the last character, and need no iterator.
+  bool mayHaveBreak() const {
     const auto mayEnd = [](char byte) {
       return byte == '.' || byte == '!' || byte == '?' || static_cast<unsigned char>(byte) >= 0xE2;
     };
-    const auto* const found = std::find_if(line_.begin() + place_, line_.end(), mayEnd);
-    return static_cast<std::size_t>(found - line_.begin());
+    return line_.size() > 1 && std::any_of(line_.begin(), line_.end() - 1, mayEnd);
   }
 
-  // The character at a place, which moves behind it.
-  std::int32_t takeAt(std::size_t& place) const {
-    std::string_view rest = line_.substr(place);
-    const std::int32_t character = takeCharacter(rest);
-    place = line_.size() - rest.size();
-    return character;
-  }
-
-  void consider(std::size_t stop, std::int32_t terminator) {
-    bool isSingle = true;
-    for (std::size_t after = place_; after < line_.size(); place_ = after) {
-      const std::int32_t next = takeAt(after);
-      if (!isTerminator(next) && !isCloser(next)) break;
-      isSingle = false;
+  void cutAtBreaks(const SentenceRules& rules) {
+    UErrorCode trouble = U_ZERO_ERROR;
+    const std::unique_ptr<UText, CloseText> text(
+        utext_openUTF8(nullptr, line_.data(), static_cast<std::int64_t>(line_.size()), &trouble));
+    icu::BreakIterator* const breaks = rules.breaks();
+    if (breaks == nullptr || U_FAILURE(trouble)) return;
+    breaks->setText(text.get(), trouble);
+    std::int32_t place = 0;
+    while (U_SUCCESS(trouble) && wantsMore_ && (place = breaks->next()) != icu::BreakIterator::DONE) {
+      if (isEnd(static_cast<std::size_t>(place), rules)) finish(static_cast<std::size_t>(place));
     }
-    if (place_ >= line_.size() || line_[place_] != ' ') return;
-    const std::string_view next = line_.substr(place_ + 1);
-    const std::string_view word = lastWord(line_.substr(start_, stop - start_));
-    if (startsLowerCase(next) || (terminator == '.' && isSingle && mayGoOn(word, next))) return;
-    finish(place_);
   }
 
-  void finish(std::size_t end) {
-    const std::string_view sentence = line_.substr(start_, end - start_);
+  bool isEnd(std::size_t place, const SentenceRules& rules) const {
+    if (place <= start_ || place >= line_.size()) return false;
+    const std::string_view sentence = withoutSpaces(line_.substr(start_, place - start_));
+    const std::string_view next = line_.substr(place);
+    if (sentence.empty() || startsLowerCase(next)) return false;
+    const bool hasSpace = line_[place - 1] == ' ';
+    if (!hasSpace) return endsSentence(sentence) && static_cast<unsigned char>(sentence.back()) >= 0x80;
+    if (sentence.back() != '.' || sentence.ends_with("..")) return true;
+    const std::string_view word = lastWord(sentence);
+    return !rules.isAbbreviation(word) && !mayGoOn(word.substr(0, word.size() - 1), next);
+  }
+
+  static std::string_view withoutSpaces(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+  }
+
+  bool finish(std::size_t end) {
+    const std::string_view sentence = withoutSpaces(line_.substr(start_, end - start_));
     if (!sentence.empty() && wantsMore_) wantsMore_ = take_(sentence);
-    start_ = std::min(line_.find_first_not_of(' ', end), line_.size());
-    place_ = std::max(place_, start_);
+    start_ = std::min(end, line_.size());
+    return wantsMore_;
   }
 
   std::string_view line_;
+  std::string_view language_;
   const TakeSentence& take_;
   bool wantsMore_ = true;
   std::size_t start_ = 0;
-  std::size_t place_ = 0;
-};
-
-/// Puts lines that belong together on one line.
-class LineJoiner {
- public:
-  explicit LineJoiner(const TakeSentence& take) : take_(take) {}
-
-  void add(std::string_view line, bool startsParagraph) {
-    const bool isItem = removeBullet(line);
-    if (line.empty()) return;
-    const char* joint = current_.empty() ? "" : jointBefore(line, startsParagraph, isItem);
-    if (!joint) flush();
-    if (joint) current_ += joint;
-    current_ += line;
-    lastLineLength_ = countCharacters(line);
-  }
-  void flush() {
-    wantsMore_ = wantsMore_ && SentenceCutter(current_, take_).cut();
-    current_.clear();
-    isInList_ = false;
-  }
-
-  bool wantsMore() const { return wantsMore_; }
-
- private:
-  static bool removeBullet(std::string_view& line) {
-    for (const std::string_view bullet : {"\xE2\x80\xA2 ", "- ", "\xE2\x80\x93 ", "* ", "\xC2\xB7 "}) {
-      if (!line.starts_with(bullet)) continue;
-      line.remove_prefix(bullet.size());
-      return true;
-    }
-    return false;
-  }
-
-  // What to put between; null when the line starts anew.
-  const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
-    if (endsWithAny(current_, ":")) {
-      if (startsParagraph && line.ends_with(':')) return nullptr;
-      isInList_ = isInList_ || !startsParagraph || isItem;
-      return " ";
-    }
-    if (startsParagraph) return nullptr;
-    if (isInList_ || isItem) return jointInList();
-    if (startsLowerCase(line) || endsWithAny(current_, ",") || leadsOn(current_)) return " ";
-    const bool isWrapped = lastLineLength_ >= kShortestWrappedLine && lastLineLength_ <= kLongestWrappedLine;
-    return isWrapped && !endsSentence(current_) ? " " : nullptr;
-  }
-
-  const char* jointInList() const {
-    if (endsSentence(current_)) return nullptr;
-    return endsWithAny(current_, ",;") ? " " : ", ";
-  }
-
-  const TakeSentence& take_;
-  bool wantsMore_ = true;
-  std::string current_;
-  bool isInList_ = false;
-  std::size_t lastLineLength_ = 0;
 };
 
 }  // namespace
 
-void forEachSentence(std::string_view plainText, const std::function<bool(std::string_view)>& take) {
-  LineJoiner joiner(take);
-  bool startsParagraph = false;
-  while (!plainText.empty() && joiner.wantsMore()) {
-    const std::size_t end = std::min(plainText.find('\n'), plainText.size());
-    const std::string_view line = plainText.substr(0, end);
-    joiner.add(line, startsParagraph);
-    startsParagraph = line.empty();
-    plainText.remove_prefix(std::min(end + 1, plainText.size()));
-  }
-  joiner.flush();
-}
-
-namespace {
-
-/// The last character that is no closing bracket or quotation mark; 0 when there is none among the last few.
-std::int32_t lastCharacterInside(std::string_view text) {
-  constexpr std::size_t kMostClosers = 16;  // bytes
-  text.remove_prefix(text.size() - std::min(text.size(), kMostClosers));
-  std::int32_t last = 0;
-  while (!text.empty()) {
-    const std::int32_t character = takeCharacter(text);
-    if (!isCloser(character)) last = character;
-  }
-  return last;
-}
-
-}  // namespace
-
-bool endsSentence(std::string_view text) {
-  const std::int32_t last = lastCharacterInside(text);
-  return isTerminator(last) || isFullWidthTerminator(last);
-}
-
-std::string_view jointAfter(std::string_view text) {
-  if (text.empty() || isFullWidthTerminator(lastCharacterInside(text))) return "";
-  return endsSentence(text) ? " " : ". ";
+void forEachSentence(std::string_view plainText, std::string_view language,
+                     const std::function<bool(std::string_view)>& take) {
+  forEachJoinedLine(plainText, language,
+                    [&](std::string_view line) { return SentenceCutter(line, language, take).cut(); });
 }
 
 }  // namespace linewatch

@@ -4,6 +4,7 @@
 
 #include <unicode/uchar.h>
 
+#include "feeds/text/hidden_characters.h"
 #include "feeds/text/utf8.h"
 
 namespace linewatch {
@@ -17,27 +18,25 @@ bool isSingleLine(std::string_view text) {
          text.find("  ") == std::string_view::npos && !text.starts_with(' ') && !text.ends_with(' ');
 }
 
-bool turnsDirection(UChar32 character) {
-  return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
-}
-
 }  // namespace
 
 std::string singleLine(std::string_view text) {
   if (isSingleLine(text)) return std::string(text);
   std::string line;
   bool gap = false;
+  bool isVisible = false;
   while (!text.empty()) {
     const UChar32 character = takeCharacter(text);
     if (u_isUWhiteSpace(character)) {
       gap = true;
-    } else if (u_charType(character) != U_CONTROL_CHAR && !turnsDirection(character)) {
+    } else if (!isHiddenCharacter(character)) {
+      isVisible = isVisible || isVisibleCharacter(character);
       if (gap && !line.empty()) line.push_back(' ');
       gap = false;
       appendCharacter(line, character);
     }
   }
-  return line;
+  return isVisible ? line : std::string();
 }
 
 }  // namespace linewatch

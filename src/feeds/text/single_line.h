@@ -5,8 +5,8 @@
 
 namespace linewatch {
 
-/// A feed's name of something as one line to show: white space is folded, and control characters and the
-/// marks that would turn the direction of the text around it are dropped.
+/// A name from a feed as one line to show: white space is folded, and hidden characters (controls, direction
+/// overrides, tags, fillers) are dropped. A name without a visible character is empty.
 std::string singleLine(std::string_view text);
 
 }  // namespace linewatch

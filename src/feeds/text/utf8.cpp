@@ -8,9 +8,9 @@ namespace linewatch {
 
 namespace {
 
-/// Negative for a piece that is no UTF-8.
+/// Takes the first character off the text. Negative for bytes that are no UTF-8.
 UChar32 taken(std::string_view& text) {
-  // The macro narrows what it has masked.
+  // The macro converts to narrower types; it masks the values first.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
   std::size_t length = 0;

@@ -114,6 +114,36 @@ TEST(IncidentRecords, MissingTextsAreGivenInWords) {
   }
 }
 
+TEST(IncidentRecords, TitlesThatOnlyNameTheLineSayTheEffect) {
+  LineIndex::Contents contents{.feedName = "test", .language = "en"};
+  FeedRoute& route = contents.routes.emplace_back();
+  route.id = "1";
+  route.shortName = "17";
+  route.longName = "Harbour Street";
+  const auto index = std::make_shared<const LineIndex>(std::move(contents));
+  const auto rowOf = [&](AlertSketch alert) {
+    alert.selectors = {{.route = "1"}};
+    IncidentRecords records(std::make_shared<const IncidentTable>(messageOf({.alerts = {alert}}), index),
+                            std::make_shared<const IncidentLanguage>(), Date(Seconds(0)));
+    return row(records.ofRoute(0).at(0));
+  };
+  const TextsSketch text = {{"Use stop A.", ""}};
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .effect = 4}),
+            "Detour / Use stop A.");
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .cause = 10}),
+            "Construction / Use stop A.");
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text}),
+            "17 Harbour Street / Use stop A.")
+      << "an unknown effect has no words";
+  EXPECT_EQ(rowOf({.header = {{"Line 5", ""}}, .description = text, .effect = 4}), "Line 5 / Use stop A.");
+}
+
+TEST(IncidentRecords, CutSentencesInTheLanguageOfTheText) {
+  const TextsSketch german = {{"Gesperrt ggf. Sonntag. Bitte warten.", "de"}};
+  EXPECT_EQ(row(recordOf({.header = {{"Bau", "de"}}, .description = german}, {"de"})),
+            "Bau / Gesperrt ggf. Sonntag. Bitte warten.");
+}
+
 TEST(IncidentRecords, ChooseTheLanguageOfEachTextAmongThoseNotEmpty) {
   const AlertSketch alert{.header = {{"Bau", "de"}, {"  ", "en"}, {"Travaux", "fr"}},
                           .description = {{"Buses.", "en"}, {"Busse.", "de"}}};
