@@ -71,7 +71,8 @@ class StoredDatabase {
   /// Writes the error, if there is one, to the log, each sentence once. Damage that costs the user nothing is
   /// for debugging only.
   void report(const std::optional<Error>& error) LINEWATCH_EXCLUDES(reportedMutex_);
-  Log& log() const { return log_; }
+  /// The log for what `settled` has to say of a deferred write; null when `save` writes at once.
+  Log* deferredLog() const { return options_.defersSaves ? &log_ : nullptr; }
 
  private:
   std::optional<Error> saveNow(const Operation& operation) LINEWATCH_EXCLUDES(writerMutex_);

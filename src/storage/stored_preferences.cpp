@@ -103,11 +103,13 @@ bool StoredPreferences::mayExist(std::string_view key) const {
 bool StoredPreferences::save(std::optional<Value> value, std::string_view key,
                              StoredDatabase::Operation operation) {
   const auto ticket = pending_->add(suite_, key, std::move(value));
-  return database_->save(std::move(operation), [pending = pending_, &log = database_->log(), suite = suite_,
-                                                key = std::string(key), ticket](bool isSaved) {
-    pending->settle(suite, key, ticket);
-    if (isSaved) log.write({LogLevel::debug, kLogCategory, "The preference %@ is saved", {key}});
-  });
+  return database_->save(std::move(operation),
+                         [pending = pending_, log = database_->deferredLog(), suite = suite_,
+                          key = std::string(key), ticket](bool isSaved) {
+                           pending->settle(suite, key, ticket);
+                           if (isSaved && log)
+                             log->write({LogLevel::debug, kLogCategory, "The preference %@ is saved", {key}});
+                         });
 }
 
 Error StoredPreferences::failureAt(std::string_view key, std::string_view why) const {
