@@ -259,6 +259,7 @@ TEST_F(StoredDatabaseTest, DeferredWritesWaitInOrderUntilTheFileIsFree) {
   whileHeld([&] { deferring->save(adding("three")); });
   EXPECT_FALSE(deferring->write(adding("four"))) << "after the deferred writes";
   deferring->save([](SqliteDatabase& database) { return database.run("nonsense"); });
+  EXPECT_TRUE(deferring->waitUntilSaved()) << "so that it does not hold the file";
   whileHeld([&] { deferring->save(adding("at the end")); });
   deferring.reset();
   EXPECT_THAT(textsIn(holder),
