@@ -82,7 +82,9 @@ void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data()
 
 /// A write beyond the limit for the size of files is to fail with an error like any other, not to end the
 /// program. Handled, as an ignored signal would be ignored by the programs that this one starts, too.
-void surviveFileSizeLimit() { std::signal(SIGXFSZ, [](int) {}); }
+void surviveFileSizeLimit() {
+  std::signal(SIGXFSZ, [](int) {});
+}
 
 int complain(const std::string& sentence, int status) {
   write("linewatch: " + terminalLine(sentence) + "\n", stderr);
