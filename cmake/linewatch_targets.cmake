@@ -48,6 +48,8 @@ endfunction()
 function(linewatch_module folder)
   linewatch_add_folder(${folder} MODULE ${ARGN})
   get_filename_component(output ${folder} NAME)
+  # A module has copies of the libraries that the program has too; neither takes the other's for its own.
+  target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
   set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output} PREFIX ""
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib/linewatch)
 endfunction()
