@@ -1,4 +1,4 @@
-// What starting a process with Qt Core costs.
+// A process with Qt Core that does nothing: the cost of a start.
 
 #include <QCoreApplication>
 

@@ -74,7 +74,7 @@ City oneIncidentOnEveryLine(std::size_t listings) {
   return cityOf(std::vector<TransitIncidents>(listings, {incident(1, "Strike")}), 1, 1);
 }
 
-/// One line whose incidents have their title as their secondary text too: in the hash of a row they cancel.
+/// One line with incidents whose title equals their secondary text: the two cancel in the hash of a row.
 City equalTexts(std::size_t listings) {
   TransitIncidents incidents;
   for (std::uint64_t muid = 0; muid < listings; ++muid) {
@@ -146,7 +146,7 @@ class FullTable {
   std::unordered_map<std::uint64_t, const TransitLineItem*> table_;
 };
 
-/// The processor time of this thread in seconds, which other processes do not disturb.
+/// The processor time of this thread in seconds, independent of other processes.
 double processorTime() {
   timespec time{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);

@@ -1,5 +1,5 @@
-// text_picture FILE WIDTH HEIGHT LINES: what a small program does that draws so many lines of text into a
-// picture of that many pixels and saves it. The whole-process benchmark runs it beside `linewatch render`.
+// text_picture FILE WIDTH HEIGHT LINES: draws so many lines of text into a picture of WIDTH by HEIGHT pixels
+// and saves it. The whole-process benchmark runs it beside `linewatch render`.
 
 #include <QGuiApplication>
 #include <QImage>

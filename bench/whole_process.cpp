@@ -1,6 +1,6 @@
-// Runs the whole program beside small Qt programs that do no more than they must: `show` of the sample city
-// beside one that does nothing, and `render` of its expanded widget beside one that draws as many lines of
-// text into a picture of that size and saves it. The time is the processor time of the whole process, which
+// Compares the whole program with minimal Qt programs: `show` of the sample city with a program that does
+// nothing, and `render` of its expanded widget with one that draws as many lines of text into a picture of
+// that size and saves it. The time is the processor time of the whole process, which
 // other work on the machine changes little.
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 namespace linewatch {
 namespace {
 
-/// A folder that nobody else has, for the pictures and as a home without any state.
+/// A new folder for the pictures, and as a home without saved state.
 const std::string& scratch() {
   static const std::string folder = [] {
     std::string name = (std::filesystem::temp_directory_path() / "linewatch-bench-XXXXXX").string();
@@ -43,7 +43,7 @@ double seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
-/// The processor time in seconds; absent unless the program came to a good end.
+/// The processor time in seconds; absent unless the program exited with status 0.
 std::optional<double> timeOf(std::vector<std::string> words) {
   std::vector<std::string> variables{"HOME=" + scratch(), "LANG=en_US.UTF-8", "XDG_RUNTIME_DIR=" + scratch(),
                                      "QT_QPA_PLATFORM=offscreen"};

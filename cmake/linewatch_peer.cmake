@@ -1,9 +1,8 @@
 include_guard(GLOBAL)
 find_package(Protobuf REQUIRED)
 
-# linewatch_peer(name proto): the library <name>, what the .proto file describes as libprotobuf implements it, for the
-# tests that compare the two and the benchmarks that race them. Generated code is not held to this project's
-# warnings.
+# linewatch_peer(name proto): the library <name> with the code that protoc generates from the .proto file. Tests compare
+# this project's encoding with it, and benchmarks its speed. Generated code is compiled without this project's warnings.
 function(linewatch_peer name proto)
   get_filename_component(folder ${proto} DIRECTORY)
   get_filename_component(messages ${proto} NAME_WE)

@@ -1,12 +1,12 @@
 # One target a folder of src/, so that the linker keeps the arrows between them: a folder that uses another without
 # naming it here fails to link.
 
-# A designated initializer names what matters and leaves the rest at its default.
+# Designated initializers may leave fields at their defaults, so the warning about missing fields is off.
 add_library(linewatch_options INTERFACE)
 target_compile_options(linewatch_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wno-missing-field-initializers -Wnon-virtual-dtor -Woverloaded-virtual -Werror
-  # GCC 12 takes an optimized `"literal" + std::string()` for overlapping copies, and sees uninitialized members in
-  # optionals and variants that hold none.
+  # GCC 12 wrongly warns of overlapping copies in an optimized `"literal" + std::string()`, and of uninitialized
+  # members in empty optionals and variants.
   $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict -Wno-maybe-uninitialized>)
 target_include_directories(linewatch_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
@@ -16,8 +16,8 @@ if(LINEWATCH_SANITIZE)
   target_link_options(linewatch_options INTERFACE -fsanitize=${LINEWATCH_SANITIZE})
 endif()
 
-# Adds the folder's target, a STATIC library or a MODULE, and sets `name` to the target's name. A library without
-# sources is its headers. The arguments are those of the functions below.
+# Adds the folder's target, a STATIC library or a MODULE, and sets `name` to the target's name. A folder without
+# sources becomes an INTERFACE library. The functions below document the arguments.
 function(linewatch_add_folder folder kind)
   cmake_parse_arguments(arg "" "" "DEPENDS;LINK" ${ARGN})
   string(REPLACE "/" "_" name ${folder})

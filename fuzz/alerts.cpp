@@ -1,5 +1,5 @@
-// Any bytes as alerts: decoded, applied as an update, matched with lines and made into records. What comes
-// out must be fit to be shown, or an error.
+// Decodes any bytes as alerts, applies them as an update, matches them with lines and makes records. The
+// result must be records with valid text, or an error.
 
 #include <algorithm>
 #include <cstddef>
@@ -90,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
   }
   checkRecords(*message);
-  // The same once more changes nothing, whether it is the whole or a difference.
+  // Applying the same message again changes nothing, whether it is a full one or a difference.
   const auto again = updatedAlerts(*message, *message);
   require(again.succeeded() && (*again)->timestamp() == (*message)->timestamp());
   checkRecords(*again);

@@ -1,5 +1,5 @@
-// Any bytes as the tables of a timetable feed, as its kept lines, and as what a user asks them for. The first
-// byte says which.
+// Reads any bytes as the tables of a timetable feed, as a cached line index, or as a user's query for lines.
+// The first byte chooses.
 
 #include <algorithm>
 #include <cstddef>
@@ -20,7 +20,7 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-/// Two tables in one text, parted by a NUL.
+/// Two tables in one text, separated by a NUL.
 class Tables final : public GtfsSource {
  public:
   explicit Tables(std::string_view text)
@@ -38,7 +38,7 @@ class Tables final : public GtfsSource {
   std::string agencies_;
 };
 
-/// What holds of the lines of every feed, whatever it says.
+/// Checks that hold for the lines of every feed.
 void use(const LineIndex::Contents& contents) {
   const SharedLineIndex index = std::make_shared<const LineIndex>(contents);
   LineRecords records(index);

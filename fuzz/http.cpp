@@ -1,5 +1,5 @@
-// Any bytes as the answer of a server: header lines up to an empty one, then the body. An answer is either
-// refused or within its limits, in whatever pieces it comes, and no message shows a key.
+// Reads any bytes as a server's answer: header lines up to an empty one, then the body. However it is split
+// into pieces, an answer is refused or within its limits, and no message shows a key.
 
 #include <algorithm>
 #include <cstddef>
@@ -68,12 +68,12 @@ void checkAnswer(std::string_view answer) {
   requireValidator(whole->lastModified);
 }
 
-/// The first line of the text is taken for a key.
+/// The first line of the text is the key.
 void checkRedaction(std::string_view text) {
   constexpr std::size_t kMostBytes = 512;  // looking for a key everywhere takes time
   text = text.substr(0, kMostBytes);
   const std::string key(text.substr(0, std::min(text.find('\n'), std::size_t{32})));
-  // A key of asterisks is in what replaces it.
+  // A key of asterisks is part of its own replacement.
   if (key.find_first_not_of('*') == std::string::npos) return;
   const std::string safe = redacted(text, {key});
   require(safe.find(key) == std::string::npos || key.find('*') != std::string::npos);

@@ -10,7 +10,7 @@
 
 namespace linewatch {
 
-/// A folder of its own that is gone with the object.
+/// A new folder that is removed with the object.
 class TemporaryFolder {
  public:
   TemporaryFolder() {

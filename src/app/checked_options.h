@@ -11,15 +11,15 @@
 
 namespace linewatch::app {
 
-// Options whose values are checked. An error names the option, the value, and what the value should be.
+// Options with checked values. An error names the option, the value, and the values that it takes.
 
 /// The error text of a value that an option does not take.
 inline std::string wrongValue(const std::string& text, const std::string& fault) {
   return '"' + text + "\" is " + fault;
 }
 
-/// Adds an option. `take` stores a value, or returns false for one that is wrong. `fault` says what is wrong,
-/// e.g. "not a number".
+/// Adds an option. `take` stores a value, or returns false for an invalid one. `fault` is the reason for the
+/// user, e.g. "not a number".
 template <class Take>
 CLI::Option* addChecked(CLI::App& app, const std::string& name, const Take& take, const std::string& about,
                         const std::string& fault) {

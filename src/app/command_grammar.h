@@ -8,8 +8,7 @@
 
 namespace linewatch::app {
 
-/// The subcommands. Parsing fills in the fields of the subcommand that is used, which then becomes
-/// `command()`.
+/// The subcommands. Parsing fills in the fields of the subcommand in use and makes it `command()`.
 class CommandGrammar {
  public:
   explicit CommandGrammar(CLI::App& app);

@@ -19,7 +19,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
 Report feed(Session& session, const FeedCommand& command);
 Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
-/// Needs no session, since a scenario is its own platform.
+/// Needs no session: a scenario makes its own platform.
 Report simulate(const SimulateCommand& command);
 
 }  // namespace linewatch::app

@@ -80,8 +80,8 @@ class Dispatch {
 
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-/// A write beyond the limit for the size of files is to fail with an error like any other, not to end the
-/// program. Handled, as an ignored signal would be ignored by the programs that this one starts, too.
+/// A write beyond the limit for the size of files must fail with an error instead of ending the program. The
+/// signal is handled, not ignored, because programs that this one starts would inherit an ignored signal.
 void surviveFileSizeLimit() {
   std::signal(SIGXFSZ, [](int) {});
 }

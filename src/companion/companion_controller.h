@@ -20,7 +20,7 @@ class CompanionController final : public SystemController {
   /// Without an opener there is no companion application: activities can be made, but opening one fails.
   explicit CompanionController(Opener opener) : opener_(std::move(opener)) {}
 
-  /// Makes an activity of any type below the companion application's prefix.
+  /// Makes an activity of any type that begins with the companion application's prefix.
   std::optional<UserActivity> makeUserActivity(const std::string& activityType) override;
   /// The widget as a plug-in of the companion application.
   std::optional<BundleRecord> bundleRecordOfCurrentProcess() override;

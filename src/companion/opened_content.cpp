@@ -88,7 +88,7 @@ Outcome<OpenedContent> decodeOpenedContent(const std::string& name, const Bytes&
   if (!beginsLikeBzip2(bytes)) return decodeUncompressed(name, bytes, archiver);
   const auto content = decompressed(name, bytes);
   if (content) return decodeUncompressed(name, *content, archiver);
-  // These three bytes are also a field of a record: number 8, of 90 bytes, the first of them "h".
+  // "BZh" is also a valid start of a record: field 8 with 90 bytes, the first one an "h".
   if (auto record = messageWithData<RovaActivity>(bytes)) return OpenedContent(SharedActivity(record));
   return content.error();
 }

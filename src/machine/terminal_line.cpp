@@ -7,7 +7,7 @@ namespace linewatch {
 
 namespace {
 
-/// How many bytes the UTF-8 character has that begins with this byte; 1 for a byte that begins none.
+/// The length of the UTF-8 character that begins with this byte; 1 if the byte begins none.
 std::size_t sequenceLength(unsigned char first) {
   if (first >= 0xC2 && first <= 0xDF) return 2;
   if (first >= 0xE0 && first <= 0xEF) return 3;
@@ -16,7 +16,7 @@ std::size_t sequenceLength(unsigned char first) {
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
-/// Up to where the continuation bytes of the text's first character reach; more than nothing.
+/// The length of the text's first character, at least 1; shorter when continuation bytes are missing.
 std::size_t firstCharacter(std::string_view text) {
   const std::size_t wanted = std::min(text.size(), sequenceLength(static_cast<unsigned char>(text.front())));
   std::size_t length = 1;

@@ -75,7 +75,7 @@ class Platform {
   virtual std::shared_ptr<FavoritesContainer> makeFavoritesContainer(
       std::shared_ptr<RemoteFavoritesPersister> persister) = 0;
 
-  /// New managers that draw icons and shields. They do not cache what they have drawn. Never null.
+  /// New managers that draw icons and shields, without a cache. Never null.
   virtual std::shared_ptr<IconManager> makeIconManager() = 0;
   virtual std::shared_ptr<ShieldManager> makeShieldManager() = 0;
 

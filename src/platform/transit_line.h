@@ -43,8 +43,8 @@ class TransitLine {
   virtual const std::shared_ptr<const TransitSystem>& system() const = 0;
   virtual std::int64_t departureTimeDisplayStyle() const = 0;
   virtual bool departuresAreVehicleSpecific() const = 0;
-  /// The artwork shown beside the line's name, that of its mode, and that shown in place of its name. Each
-  /// may be null.
+  /// The artwork beside the line's name, the mode's artwork, and the artwork in place of the name. Each may
+  /// be null.
   virtual const SharedArtwork& artwork() const = 0;
   virtual const SharedArtwork& modeArtwork() const = 0;
   virtual const SharedArtwork& alternateArtwork() const = 0;

@@ -18,7 +18,7 @@ void scaleStackView(ui::StackView& stackView, const DynamicTypeValue& value) {
   stackView.setSpacing(stackView.snappedToPixel(value.scaledValue()));
 }
 
-/// Of the objects registered now. A font provider may register others meanwhile.
+/// A copy of the objects registered now, because a font provider may register others meanwhile.
 template <class Key, class Value, class Operation>
 void forEachEntry(const WeakKeyTable<Key, Value>& table, Operation operation) {
   for (const auto& key : table.keys()) {

@@ -14,7 +14,7 @@
 
 namespace linewatch {
 
-/// The rectangle of a part of a cell, in the cell's coordinates. The name is that of the part's field.
+/// The rectangle of a part of a cell, in the cell's coordinates, under the name of the part's field.
 struct NamedRect {
   std::string_view name;
   ui::Rect rect;

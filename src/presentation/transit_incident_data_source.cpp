@@ -189,7 +189,7 @@ ArtworkWidthCalculatorSizeParameter RVTransitIncidentDataSource::_sizeParameters
   const double room = availableWidth_ - kWidthBesideArtwork;
   ArtworkWidthCalculatorSizeParameter parameter;
   parameter.defaultArtworkViewWidth = kDefaultArtworkViewWidth;
-  // What is not a number stays so.
+  // NaN stays NaN.
   parameter.maxArtworkViewWidth = room < kDefaultArtworkViewWidth ? kDefaultArtworkViewWidth : room;
   parameter.artworkInsets.right = kArtworkTrailingInset;
   return parameter;

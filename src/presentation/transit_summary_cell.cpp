@@ -10,7 +10,7 @@ namespace linewatch {
 
 namespace {
 
-/// From the text's baseline to that of the shields; the same at every text size.
+/// From the text's baseline to the shields' baseline; the same at every text size.
 constexpr double kSummaryBaselineSpacing = 35.0;
 constexpr std::int64_t kShieldSize = 3;
 constexpr std::int64_t kIconSize = 3;

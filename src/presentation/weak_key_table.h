@@ -29,7 +29,7 @@ class WeakKeyTable {
     sweepSometimes();
     const auto [place, isNew] = places_.try_emplace(key.get(), entries_.size());
     if (isNew) entries_.emplace_back();
-    // An entry at the same address may be that of a destroyed object.
+    // A destroyed object may have left an entry at the same address.
     entries_[place->second] = {key.get(), key, value, kKeysKeepValues ? nullptr : value};
     keepWith(*key, std::move(value));
   }

@@ -29,7 +29,7 @@ struct ReadingLimits {
 
 /// The bytes of a file, or an error that reads "FILE: why".
 Outcome<std::string> contentsOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
-/// The same for a file that is no text.
+/// The same for a binary file.
 Outcome<Bytes> bytesOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
 
 /// Writes a file whole or not at all: the old contents stay until the new ones are on the disk. A link stays

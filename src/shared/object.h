@@ -10,8 +10,8 @@ namespace linewatch {
 
 /// What may stand where the system asks for "any object": it can be compared, hashed and described.
 ///
-/// By default an object equals only itself. Whoever overrides `isEqual` overrides `hash` as well: equal
-/// objects hash equally.
+/// By default an object equals only itself. A class that overrides `isEqual` also overrides `hash`, because
+/// equal objects must hash equally.
 class Object {
  public:
   virtual ~Object() = default;
@@ -47,7 +47,7 @@ std::string classNameOf(const Object& object);
 
 }  // namespace linewatch
 
-/// For the standard containers: objects by what they are, not where.
+/// For the standard containers: compare and hash the objects, not their addresses.
 template <std::derived_from<linewatch::Object> T>
 struct std::hash<T> {
   std::size_t operator()(const T& object) const { return object.hash(); }

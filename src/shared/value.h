@@ -66,7 +66,7 @@ class Value {
   Storage storage_;
 };
 
-/// Stands where there is no value: an object that is absent.
+/// The value for "no value": an absent object.
 Value noValue();
 bool isNoValue(const Value& value);
 /// The value, or the one that stands for none.

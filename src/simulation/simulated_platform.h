@@ -31,8 +31,8 @@ class SimulatedPlatform final : public Platform {
  public:
   static std::shared_ptr<SimulatedPlatform> make(World world = {});
   /// The platform of a new process in the same world. It keeps the preferences of `previous`, and continues
-  /// its transcript and clock; everything else starts anew. Actions and timers of `previous` that are still
-  /// waiting never run.
+  /// its transcript and clock; everything else starts fresh. Waiting actions and timers of `previous` never
+  /// run.
   static std::shared_ptr<SimulatedPlatform> restarted(SimulatedPlatform& previous);
   ~SimulatedPlatform() override;
 

@@ -37,7 +37,7 @@ std::optional<Error> DatabaseConnection::read(const Operation& operation) {
 
 std::optional<Error> DatabaseConnection::write(const Operation& operation) {
   auto error = commitIn(operation);
-  // What was committed to a file that another program has moved away meanwhile is not in the new one.
+  // Another program may have moved the file away meanwhile. A commit to it is not in the new file.
   return !error && isReplaced() ? commitIn(operation) : error;
 }
 
@@ -50,13 +50,13 @@ std::optional<Error> DatabaseConnection::commitIn(const Operation& operation) {
 
 void DatabaseConnection::prepareToWrite() {
   if (!file_.identity()) return;
-  // The next write meets the same error, and tells it.
+  // The next write fails with the same error and reports it.
   static_cast<void>(attempt([this] { return openForWriting(); }));
 }
 
 void DatabaseConnection::close() {
-  // With a log the file could not be read in a folder that cannot be written. This fails, and need not work,
-  // as long as others use the file.
+  // A file with a log cannot be read in a read-only folder. This fails while other programs use the file,
+  // which does no harm.
   const bool mayHaveLog = file_.hasLog() || (isForWriting_ && options_.usesLog);
   if (connection_ && !isReplaced() && mayHaveLog) {
     connection_->setBusyTimeout({});
@@ -92,8 +92,8 @@ std::optional<Error> DatabaseConnection::openForReading() {
   return error;
 }
 
-/// A program that was killed can leave a file that wants a log beside it, in a folder where none can be made.
-/// Then no program can be writing there.
+/// A killed program can leave a file that needs a log in a folder where none can be made. No program can be
+/// writing there then.
 bool DatabaseConnection::needsLogThatCannotBeMade(const Error& error) const {
   const FailureCode code = failureCodeOf(error);
   return (code == FailureCode::unreadable || code == FailureCode::readOnly) && !file_.hasLog();
@@ -106,7 +106,7 @@ std::optional<Error> DatabaseConnection::openForWriting() {
   file_.restrictToOwner();
   if (auto error = connect(SqliteDatabase::Mode::readWrite)) return error;
   auto error = checkAndMigrate();
-  // Without a log, which another program may prevent, everything works, if slower.
+  // Another program may prevent the log. Everything works without it, only slower.
   if (!error && options_.usesLog) static_cast<void>(connection_->run("PRAGMA journal_mode = WAL"));
   if (!error) error = connection_->runScript("PRAGMA synchronous = " + std::string(schema_.synchronous));
   if (error) connection_.reset();
@@ -150,7 +150,7 @@ std::optional<Error> DatabaseConnection::checkAndMigrate() {
 Outcome<std::int64_t> DatabaseConnection::readVersion() {
   std::int64_t version = 0;
   std::int64_t applicationId = 0;
-  // In one statement, so that both are of the same moment.
+  // One statement, so that both values are from the same moment.
   const auto error =
       connection_->run("SELECT user_version, application_id FROM pragma_user_version, pragma_application_id",
                        {}, [&](const SqliteRow& row) {
@@ -158,7 +158,7 @@ Outcome<std::int64_t> DatabaseConnection::readVersion() {
                          applicationId = row.integer(1);
                        });
   if (error) return *error;
-  // SQLite takes a file without bytes for a new database; here a new file is never seen before it is whole.
+  // SQLite treats an empty file as a new database. Here it is damage, because a new file appears complete.
   if (applicationId == 0 && file_.hasNoBytes()) return refusal(FailureCode::damaged, "it is empty");
   if (applicationId != schema_.applicationId)
     return refusal(FailureCode::unsupported, "another program's database stands in its place");

@@ -29,10 +29,10 @@ class DatabaseConnection {
     std::chrono::milliseconds busyTimeout{3000};
     /// The most pages of 4096 bytes that the file may have; absent: SQLite's own limit.
     std::optional<std::int64_t> maximumPageCount;
-    /// Whether the file has a write-ahead log while this connection writes: then no reader waits for a
-    /// writer, nor a writer for a reader.
+    /// Whether the file has a write-ahead log while this connection writes, so that readers and writers do
+    /// not wait for each other.
     bool usesLog = false;
-    /// Whether calls after one that waited in vain do not wait, until one finds the file free.
+    /// After a call that waited the whole timeout, whether the next ones fail at once until the file is free.
     bool waitsOnce = false;
   };
 
@@ -43,15 +43,15 @@ class DatabaseConnection {
   DatabaseConnection(const DatabaseConnection&) = delete;
   DatabaseConnection& operator=(const DatabaseConnection&) = delete;
 
-  /// Runs `operation` if there is a file. Writes nothing, except that it finishes what a killed program left
-  /// half done, and brings an older file to this version.
+  /// Runs `operation` if there is a file. Writes nothing, except that it rolls back a killed program's
+  /// transaction and migrates an older file to this version.
   std::optional<Error> read(const Operation& operation);
   /// Runs `operation` in one transaction and returns after the commit: all of it is on the disk or, after an
   /// error, none. Makes the file and its folder when they are missing.
   std::optional<Error> write(const Operation& operation);
   /// Opens the file for writing, if there is one, so that it has its log before the first write.
   void prepareToWrite();
-  /// Ends the use of the file, which the last user leaves without a log.
+  /// Closes the file. The last connection to close it removes its log.
   void close();
 
  private:
@@ -83,7 +83,8 @@ class DatabaseConnection {
   bool wasBusy_ = false;
 };
 
-/// What is lost with the damaged file that was set aside last, by any program; absent when there is none.
+/// The error that describes the loss with the last damaged file set aside, by any program; absent when there
+/// is none.
 std::optional<Error> lossOf(const DatabaseFile& file, const DatabaseSchema& schema);
 
 }  // namespace linewatch

@@ -44,7 +44,7 @@ class Descriptor {
   int descriptor_;
 };
 
-/// Takes away what `allowed` does not name, and adds nothing: a file that its owner made read-only stays so.
+/// Removes the permissions outside of `allowed` and adds none, so a read-only file stays read-only.
 void restrictMode(const fs::path& path, mode_t allowed) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0 || status.st_uid != ::geteuid()) return;
@@ -141,7 +141,7 @@ std::error_code DatabaseFile::create(std::span<const std::uint8_t> bytes) const 
 std::error_code DatabaseFile::putInPlace(const fs::path& made) const {
   if (::link(made.c_str(), path_.c_str()) == 0 || errno == EEXIST) return {};
   const std::error_code error = lastSystemError();
-  // The unfinished file is gone when a program that was faster has removed it.
+  // The unfinished file is gone when a faster program has removed it.
   if (!isKnownAbsent()) return {};
   const bool hasNoLinks = error == std::errc::operation_not_permitted ||
                           error == std::errc::operation_not_supported ||
@@ -150,7 +150,8 @@ std::error_code DatabaseFile::putInPlace(const fs::path& made) const {
   return ::rename(made.c_str(), path_.c_str()) == 0 ? std::error_code() : lastSystemError();
 }
 
-// Programs that were killed leave theirs. One that is being made is of no use any longer.
+// Removes the unfinished files of programs that were killed. An unfinished file of a running program is not
+// needed any more either.
 void DatabaseFile::removeUnfinished() const {
   const std::string prefix = path_.filename().string() + std::string(kUnfinishedSuffix);
   std::error_code ignored;
@@ -168,7 +169,7 @@ std::error_code DatabaseFile::setAside(const std::optional<Identity>& damaged) c
   if (identity() != damaged) return {};
   restrictToOwner();
   const fs::path aside = damagedName(countSetAside() + 1);
-  // The companions go first: SQLite would apply one that stayed to the new file.
+  // The journal and the log are moved first: SQLite would apply a journal left behind to the new file.
   for (const char* suffix : kCompanionSuffixes) {
     static_cast<void>(::rename(beside(suffix).c_str(), (aside.string() + suffix).c_str()));
   }

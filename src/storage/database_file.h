@@ -16,7 +16,7 @@ namespace linewatch {
 /// and no state, so any thread may use it.
 class DatabaseFile {
  public:
-  /// Tells the file from another one that took its place.
+  /// Identifies the file, so that a replaced file is noticed.
   struct Identity {
     dev_t device;
     ino_t inode;
@@ -38,11 +38,11 @@ class DatabaseFile {
   /// Makes the folder and its missing parents, all with mode 0700. An existing folder loses the rights of
   /// group and others, unless another user owns it or its sticky bit says that it is shared, as /tmp is.
   std::error_code makeFolder() const;
-  /// Leaves of the modes of the file and of those beside it at most 0600. Files of another user stay as they
-  /// are.
+  /// Reduces the modes of the file and of SQLite's files beside it to 0600 at most. Files of another user
+  /// stay as they are.
   void restrictToOwner() const;
-  /// Puts a file with these bytes into place at once: no one ever sees a part of it. No error when another
-  /// program has put one there first, which then stays.
+  /// Creates the file with these bytes atomically: no program ever sees a part of it. When another program
+  /// has created it first, that file stays, without an error.
   std::error_code create(std::span<const std::uint8_t> bytes) const;
 
   /// Renames the file, with its journal or log, to the next free name: "x.damaged", "x.damaged-2" … Does

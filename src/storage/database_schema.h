@@ -6,7 +6,7 @@
 
 namespace linewatch {
 
-/// What a database file holds.
+/// The tables of a database file, and how the file is recognised.
 struct DatabaseSchema {
   /// What messages call it, e.g. "state database".
   std::string_view name;
@@ -14,7 +14,7 @@ struct DatabaseSchema {
   std::int32_t applicationId;
   /// The statements that lead from each version to the next, the first ones from an empty file to version 1.
   std::span<const std::string_view> migrations;
-  /// What a user can do after a damaged file was set aside; empty when the contents can be had again.
+  /// Advice to the user after a damaged file was set aside; empty when the contents can be fetched again.
   std::string_view remedy = {};
   /// A value of SQLite's `PRAGMA synchronous`. EXTRA keeps every commit through a power cut, also with a
   /// rollback journal; for a write-ahead log it equals FULL.

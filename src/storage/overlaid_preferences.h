@@ -47,7 +47,7 @@ class OverlaidPreferences final : public PreferencesStore {
   std::shared_ptr<PreferencesStore> store_;
 };
 
-/// Values that override those of every suite for one run. Main thread.
+/// Values that override the stored values of every suite for one run. Main thread.
 class GivenPreferences {
  public:
   explicit GivenPreferences(Dictionary values) : values_(std::move(values)) {}
@@ -68,7 +68,7 @@ class GivenPreferences {
   }
 
   const Dictionary values_;
-  /// Apart from one another: to set a value in one suite changes no other.
+  /// One table per suite: setting a value in one suite changes no other.
   std::map<std::string, std::shared_ptr<Dictionary>> suites_;
 };
 

@@ -15,7 +15,7 @@ namespace linewatch {
 /// The preferences that were set or removed and are not in the database yet. Any thread.
 class PendingPreferences {
  public:
-  /// Tells one change from a later one of the same key.
+  /// Distinguishes a change from a later one of the same key.
   using Ticket = std::uint64_t;
 
   /// No value: the preference was removed.
@@ -25,13 +25,13 @@ class PendingPreferences {
     changes_.insert_or_assign(nameOf(suite, key), Change{std::move(value), ++lastTicket_});
     return lastTicket_;
   }
-  /// The change is in the database, or has failed. A later one of the same key remains.
+  /// Forgets the change, which is in the database or has failed. A later change of the same key remains.
   void settle(std::string_view suite, std::string_view key, Ticket ticket) LINEWATCH_EXCLUDES(mutex_) {
     const MutexLock lock(mutex_);
     const auto change = changes_.find(nameOf(suite, key));
     if (change != changes_.end() && change->second.ticket == ticket) changes_.erase(change);
   }
-  /// Absent when no change is pending; an absent value within when the preference was removed.
+  /// Absent when no change is pending; it holds an absent value when the preference was removed.
   std::optional<std::optional<Value>> find(std::string_view suite, std::string_view key) const
       LINEWATCH_EXCLUDES(mutex_) {
     const MutexLock lock(mutex_);

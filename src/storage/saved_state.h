@@ -26,8 +26,8 @@ class SavedState {
   const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
   /// The user's own feeds.
   StoredFeeds feeds() const { return StoredFeeds(database_); }
-  /// Whether another program keeps the state from being read, which passes; other errors do not. Waits for
-  /// the busy timeout. Any thread.
+  /// Whether the state cannot be read because another program holds it. Unlike other errors this one passes.
+  /// Waits for the busy timeout. Any thread.
   bool isHeld() const;
   /// Main thread, because of the given preferences.
   std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;

@@ -39,14 +39,14 @@ constexpr std::array kReasons = {
     Reason{SQLITE_NOTADB, FailureCode::damaged, "it is damaged, or is no database"},
     Reason{SQLITE_CORRUPT, FailureCode::damaged, "it is damaged"}};
 
-/// The errno behind a result; 0 when there is none worth telling.
+/// The errno that caused a result, e.g. EACCES; 0 when it would not help the user.
 int systemErrorBehind(sqlite3* connection, int result) {
   const int primary = result & kPrimaryCodeMask;
   const bool isOfSystem = primary == SQLITE_CANTOPEN || primary == SQLITE_IOERR;
   return connection != nullptr && isOfSystem ? sqlite3_system_errno(connection) : 0;
 }
 
-/// A file's address for SQLite, which takes ? and # in it for its own.
+/// The file's URI for SQLite, with ? and # escaped.
 std::string immutableAddressOf(const std::filesystem::path& file) {
   std::string address = "file:";
   for (const char c : file.string()) {

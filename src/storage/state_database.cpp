@@ -76,7 +76,7 @@ constexpr DatabaseSchema kStateSchema{
 // A commit that a power cut takes back is fetched again.
 constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations, "", "FULL"};  // "LWFC"
 
-/// Without the cache everything works, if slower: nobody waits for it.
+/// Everything works without the cache, only slower, so no call waits long for it.
 constexpr std::chrono::milliseconds kCacheBusyTimeout{100};
 
 }  // namespace

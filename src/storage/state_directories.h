@@ -11,7 +11,7 @@ namespace linewatch {
 struct StateDirectories {
   /// For favourites, feeds and preferences.
   std::filesystem::path data;
-  /// For feeds that can be fetched again.
+  /// For cached feeds, which can be fetched again.
   std::filesystem::path cache;
 
   /// Everything in the given folder. Fails for an empty name, for a file, and for a relative name when the

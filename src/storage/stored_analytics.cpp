@@ -108,7 +108,7 @@ Outcome<std::vector<StoredWidgetSession>> storedWidgetSessions(StoredDatabase& d
     }
     if (!row.isNull(11)) record->transitIncidents.push_back({row.text(11), row.optionalText(12)});
   };
-  // One statement, so that a session that another program records meanwhile is whole or absent.
+  // One statement, so that a session recorded meanwhile by another program is read whole or not at all.
   const auto error = database.read([&](SqliteDatabase& open) {
     return open.run(
         "SELECT id, user_session, interaction_type, end_state, was_locked, start, duration, "

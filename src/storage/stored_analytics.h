@@ -19,7 +19,7 @@ inline constexpr std::int64_t kKeptAnalyticsCount = 10'000;
 /// Whether the user allows recording. Asked before each record.
 using AnalyticsSwitch = std::function<bool()>;
 
-/// Makes events of its arguments and adds nothing.
+/// Makes events from its arguments alone.
 class PlainEventFactory final : public AnalyticsEventFactory {
  public:
   WidgetInteractionEvent widgetInteractionEvent(std::int64_t interactionType, std::int64_t endState,

@@ -30,7 +30,7 @@ class StoredDatabase {
     /// Whether `save` leaves its writes to a thread of their own, for a program whose main thread must not
     /// wait for the disk. The file then has a write-ahead log, so that reading does not wait either.
     bool defersSaves = false;
-    /// Whether calls after one that waited in vain do not wait, until one finds the file free.
+    /// After a call that waited the whole timeout, whether the next ones fail at once until the file is free.
     bool waitsOnce = false;
 
     DatabaseConnection::Options forReading() const {
@@ -51,7 +51,8 @@ class StoredDatabase {
   StoredDatabase& operator=(const StoredDatabase&) = delete;
 
   const std::filesystem::path& file() const { return file_.path(); }
-  /// What is lost with the damaged file that was set aside last, by any program; absent when there is none.
+  /// The error that describes the loss with the last damaged file set aside, by any program; absent when
+  /// there is none.
   std::optional<Error> loss() const { return lossOf(file_, schema_); }
 
   /// Runs `operation` if there is a file. Does not see deferred writes.
@@ -59,8 +60,8 @@ class StoredDatabase {
   /// Runs `operation` in one transaction, after the deferred writes, and returns after the commit: all of it
   /// is on the disk or, after an error, none. Makes the file and its folder when they are missing.
   std::optional<Error> write(const Operation& operation) LINEWATCH_EXCLUDES(writerMutex_);
-  /// As `write`, for callers who cannot hand an error on: it goes to the log. After damage `operation` goes
-  /// to the new file. Deferred, it is tried until the file is free, and must own all that it needs.
+  /// As `write`, for callers that cannot return an error: it goes to the log. After damage `operation` writes
+  /// to the new file. A deferred write is retried until the file is free, and must own its data.
   /// `settled`, which may be empty, is called once after the commit, or with false after a failure, on any
   /// thread, but not for a write that is lost at the end. False when it has failed already.
   bool save(Operation operation, std::function<void(bool isSaved)> settled = {})
@@ -71,7 +72,7 @@ class StoredDatabase {
   /// Writes the error, if there is one, to the log, each sentence once. Damage that costs the user nothing is
   /// for debugging only.
   void report(const std::optional<Error>& error) LINEWATCH_EXCLUDES(reportedMutex_);
-  /// The log for what `settled` has to say of a deferred write; null when `save` writes at once.
+  /// The log for the messages of `settled`; null when `save` writes at once.
   Log* deferredLog() const { return options_.defersSaves ? &log_ : nullptr; }
 
  private:
@@ -85,7 +86,7 @@ class StoredDatabase {
   Log& log_;
   const Options options_;
 
-  /// Two connections: whoever reads does not wait for a commit.
+  /// Two connections, so that a read does not wait for a commit.
   Mutex readerMutex_;
   DatabaseConnection reader_ LINEWATCH_GUARDED_BY(readerMutex_);
   Mutex writerMutex_;

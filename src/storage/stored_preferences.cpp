@@ -13,7 +13,7 @@ std::optional<Value> StoredPreferences::objectForKey(std::string_view key) const
   return std::nullopt;
 }
 
-// The pending changes come first: one that is saved meanwhile is found in the database.
+// Pending changes are read first: a change that is saved in between is then found in the database.
 Outcome<std::optional<Value>> StoredPreferences::read(std::string_view key) const {
   if (auto changed = pending_->find(suite_, key)) return *std::move(changed);
   const auto bytes = readBytes(key);

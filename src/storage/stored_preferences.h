@@ -16,9 +16,9 @@ namespace linewatch {
 /// Bytes of an encoded value. A larger one is neither kept nor read, so that nobody waits for it.
 inline constexpr std::int64_t kLargestPreference = std::int64_t{16} << 20;
 
-/// A store on one suite of the state database. It keeps nothing itself: every store on the suite, in every
-/// process, sees the same values, those with the same `pending` also the values that are not saved yet. Any
-/// thread. A value that cannot be read counts as absent, with a line in the log.
+/// A store on one suite of the state database. It keeps nothing itself: all stores on the suite, in every
+/// process, see the same values. Stores with the same `pending` also see the values that are not saved yet.
+/// A value that cannot be read counts as absent, with a line in the log. Any thread.
 class StoredPreferences final : public PreferencesStore {
  public:
   StoredPreferences(SharedDatabase database, std::string suite,

@@ -7,7 +7,7 @@ namespace linewatch {
 
 namespace {
 
-/// Between two tries, each of which itself waits for the file.
+/// The pause between two tries. Each try also waits for the busy timeout.
 constexpr std::chrono::milliseconds kRetryDelay{50};
 constexpr int kTriesAtClose = 20;
 
@@ -22,7 +22,7 @@ void WriteQueue::post(Write write) {
 
 bool WriteQueue::waitUntilDone() {
   MutexLock lock(mutex_);
-  // The try that is under way may have begun before the file became free; the one after it has not.
+  // The running try may have begun before the file became free, so the next one counts.
   const std::uint64_t patience = failedTries_ + 2;
   changed_.notify_all();
   while (!writes_.empty() && failedTries_ < patience) changed_.wait(lock);
@@ -48,7 +48,7 @@ void WriteQueue::run() {
   while (triesLeft > 0) {
     while (writes_.empty() && !isClosing_) changed_.wait(lock);
     if (writes_.empty()) return;
-    // The front stays where it is while others are added behind it.
+    // A reference to the front stays valid while writes are added at the back.
     const Write& write = writes_.front();
     lock.unlock();
     const bool isDone = write();

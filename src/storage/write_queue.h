@@ -12,11 +12,11 @@
 namespace linewatch {
 
 /// Runs writes on a thread of its own, one after the other in the order in which they were posted. A write
-/// that finds the file in use is tried again until it is done, and those behind it wait. Any thread. The
-/// thread starts with the first write.
+/// that finds the file in use is retried until it is done, and the later writes wait. Any thread. The thread
+/// starts with the first write.
 class WriteQueue {
  public:
-  /// Returns false when it has to be tried again. Waits for a bounded time only, and does not call the queue.
+  /// Returns false when it has to be retried. Waits for a bounded time only, and does not call the queue.
   using Write = std::function<bool()>;
 
   WriteQueue() = default;
@@ -27,18 +27,18 @@ class WriteQueue {
 
   /// Must not be called after `close`.
   void post(Write write) LINEWATCH_EXCLUDES(mutex_);
-  /// Waits until all writes are done: true. False when one of them still finds the file in use after having
-  /// been tried anew.
+  /// Waits until all writes are done and returns true. Returns false when a retry still finds the file in
+  /// use.
   bool waitUntilDone() LINEWATCH_EXCLUDES(mutex_);
-  /// Runs what was posted and ends the thread. After 20 tries that found the file in use, with 50 ms between
-  /// them, the rest is given up. Returns how many writes were given up.
+  /// Runs the posted writes and ends the thread. After 20 tries that found the file in use, 50 ms apart, it
+  /// gives up the remaining writes. Returns their number.
   std::size_t close() LINEWATCH_EXCLUDES(mutex_);
 
  private:
   void run() LINEWATCH_EXCLUDES(mutex_);
 
   Mutex mutex_;
-  /// Posted, done, failed or closing.
+  /// Notified when a write is posted, done or failed, and at `close`.
   std::condition_variable_any changed_;
   std::deque<Write> writes_ LINEWATCH_GUARDED_BY(mutex_);
   std::uint64_t failedTries_ LINEWATCH_GUARDED_BY(mutex_) = 0;

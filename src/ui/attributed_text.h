@@ -18,7 +18,7 @@ struct ParagraphStyle {
   bool operator==(const ParagraphStyle&) const = default;
 };
 
-/// The attributes of a run of text. An absent one is that of the whole label.
+/// The attributes of a run of text. For an absent one the label's own applies.
 struct TextAttributes {
   std::optional<Font> font;
   std::optional<Color> color;

@@ -58,8 +58,8 @@ class Canvas {
   /// A radius is limited to half the shorter side.
   virtual void fillRoundedRect(const Rect& rect, double radius, const Color& color) = 0;
   virtual void fillPath(const Path& path, const Color& color) = 0;
-  /// Draws a layout of the same platform's text engine with its top left corner at `origin`. `color` is that
-  /// of runs without one.
+  /// Draws a layout of the same platform's text engine with its top left corner at `origin`. Runs without a
+  /// color are drawn in `color`.
   virtual void drawText(const TextLayout& layout, const Point& origin, const Color& color) = 0;
   /// Draws an image of the same platform's image source, stretched to `rect`.
   virtual void drawImage(const Image& image, const Rect& rect) = 0;

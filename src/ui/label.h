@@ -44,7 +44,7 @@ class Label : public View {
   std::optional<double> intrinsicHeight(double width) override;
   double contentHeightWithin(const Size& size) override;
   double firstLineHeight(double width) override;
-  /// Those of the text at the width last measured. The baselines of an empty label are its edges.
+  /// The text's baselines at the width last measured. The baselines of an empty label are its edges.
   std::optional<double> firstBaselineFromTop() override;
   double lastBaselineFromBottom() override;
 

@@ -87,7 +87,7 @@ std::size_t TableView::numberOfRowsInSection(std::size_t section) {
   return section < numberOfSections() ? sectionStarts_[section + 1] - sectionStarts_[section] : 0;
 }
 
-// The number of rows when there is no such row.
+// The number of rows when no row matches.
 std::size_t TableView::flatRow(const IndexPath& indexPath) const {
   if (indexPath.section + 1 >= sectionStarts_.size()) return heights_.count();
   const std::size_t start = sectionStarts_[indexPath.section];

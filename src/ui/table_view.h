@@ -61,7 +61,7 @@ class TableView : public View {
   explicit TableView(const Rect& frame = {});
   ~TableView() override;
 
-  /// Held weakly, both.
+  /// Both are held weakly.
   void setDataSource(const std::shared_ptr<TableViewDataSource>& dataSource);
   void setDelegate(const std::shared_ptr<TableViewDelegate>& delegate);
 
@@ -168,7 +168,7 @@ class TableView : public View {
   /// The number of rows before each section; the last element counts all rows.
   std::vector<std::size_t> sectionStarts_{0};
   RowHeights heights_;
-  /// The rows whose heights are those of their cells, not estimates; as many as heights.
+  /// For each row, whether its height is its cell's, not an estimate.
   std::vector<bool> measured_;
   bool rowsLoaded_ = false;
   std::vector<ShownRow> shown_;

@@ -12,7 +12,7 @@ namespace linewatch::ui {
 
 namespace {
 
-// A layout that keeps marking itself is taken as it is after this many rounds.
+// The limit of layout rounds, for a layout that marks itself again in each round.
 constexpr int kLayoutPasses = 10;
 
 Rect sanitized(const Rect& frame) {

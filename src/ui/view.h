@@ -44,7 +44,7 @@ class View : public LayoutBox {
   Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
   Point convertPointFrom(const Point& point, const View& ancestor) const;
 
-  /// The view's own, else the superview's, else that of the interface settings.
+  /// The view's own direction, else the superview's, else the interface settings' direction.
   LayoutDirection layoutDirection() const final;
   void setLayoutDirection(std::optional<LayoutDirection> direction);
   /// Pixels per point; inherited likewise.
@@ -58,7 +58,7 @@ class View : public LayoutBox {
 
   /// Whether the width and the height grow with the superview's. For views that constraints do not place.
   void setResizesWithSuperview(bool width, bool height);
-  /// The view, this one or one inside it, whose baselines are this view's.
+  /// The view that gives this view its baselines: this one or one inside it.
   virtual View& viewForFirstBaselineLayout() { return *this; }
   virtual View& viewForLastBaselineLayout() { return *this; }
 
@@ -68,8 +68,8 @@ class View : public LayoutBox {
   void layoutIfNeeded();
   /// Lays out the subviews. An override calls it too.
   virtual void layoutSubviews();
-  /// Of a layout root whose width and height are pulled towards `size` with the priorities: the size that its
-  /// constraints allow. Any other view has its own size.
+  /// The size that a layout root's constraints allow when its width and height are pulled towards `size` with
+  /// the priorities. A view that is no layout root returns its own size.
   virtual Size systemLayoutSizeFittingSize(const Size& size, LayoutPriority withHorizontalFittingPriority,
                                            LayoutPriority verticalFittingPriority);
 
@@ -88,8 +88,8 @@ class View : public LayoutBox {
   /// Draws the view and everything inside it; the canvas's origin is the superview's.
   void render(Canvas& canvas);
   void setNeedsDisplay();
-  /// Of a view without superview: called when something inside needs a layout or a drawing, often several
-  /// times. For the window.
+  /// For the window: on a view without superview, called when something inside needs a layout or a drawing,
+  /// often several times.
   void setInvalidationHandler(std::function<void()> handler) { invalidationHandler_ = std::move(handler); }
 
   // ---- Input ----

@@ -24,7 +24,7 @@ TEST_P(UserSessionContract, SharingAddsToTheURLAndTheUserInfoAtMostOnce) {
          {"rova://?t=r", "rova://favorites?type=2&map=3", "https://example.org/a?b#c", ""}) {
       const URL once = session_->sharedSessionPunchOutURL(address);
       EXPECT_THAT(once.absoluteString, StartsWith(address));
-      // A row's URL has the session already when it is opened, which adds it again.
+      // A row's URL already has the session; opening it adds the session again.
       EXPECT_EQ(session_->sharedSessionPunchOutURL(once.absoluteString), once);
     }
     const Dictionary carrying = session_->sharedSessionPunchOutUserInfo(userInfo);

@@ -27,7 +27,7 @@ using testing::StartsWith;
 
 class WriteWholeTest : public testing::Test {
  protected:
-  /// What is wrong; empty when it was written.
+  /// The error; empty when the file was written.
   std::string write(const std::string& name, const std::string& bytes) const {
     const auto error = writeWhole(folder_ / name, bytes);
     return error ? sentenceOf(*error) : "";
@@ -70,7 +70,7 @@ TEST_F(WriteWholeTest, AFileThatCannotBeWrittenStaysAsItWas) {
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("circle", "folder", "old"));
 }
 
-// Some of these are anyone's to replace when the tests run as root.
+// Root may replace some of these files.
 TEST_F(WriteWholeTest, PipesAndDevicesAreWrittenInPlace) {
   ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
   fs::create_symlink("/dev/null", folder_ / "null");
@@ -106,7 +106,7 @@ class ContentsOfTest : public testing::Test {
  protected:
   ContentsOfTest() { EXPECT_EQ(mkfifo(pipe_.c_str(), 0600), 0); }
 
-  /// What is read, or what is wrong.
+  /// The bytes read, or the error.
   std::string read(const ReadingLimits& limits) const {
     const auto contents = contentsOf(pipe_, limits);
     return contents ? *contents : sentenceOf(contents.error());

@@ -203,7 +203,7 @@ TEST_F(StoredDatabaseTest, AFileThatTookTheDamagedOnesPlaceStays) {
   writeNotes({"lost"});
   auto slow = open();
   const auto error = slow.read([&](SqliteDatabase&) -> std::optional<Error> {
-    // Meanwhile another program has found the damage and begun a new file.
+    // Meanwhile another program has found the damage and made a new file.
     std::filesystem::rename(file(), file().string() + ".damaged");
     writeNotes({"new"});
     return failure(FailureCode::damaged, "", "", "damaged");
@@ -351,7 +351,7 @@ TEST_F(StoredDatabaseTest, ProgramsThatStartTogetherInANewFolderAllWork) {
   EXPECT_THAT(namesIn(file().parent_path()), ElementsAre("notes.sqlite"));
 }
 
-/// Takes root's rights over files away from the process for a while; another user has none to lose.
+/// Drops root's rights over files during its life; does nothing for another user.
 class WithoutRootsRights {
  public:
   WithoutRootsRights() : user_(::geteuid()), changed_(user_ == 0 && ::seteuid(65534) == 0) {}

@@ -25,7 +25,7 @@ using testing::IsEmpty;
 
 class StoredRecordsTest : public testing::Test {
  protected:
-  /// As another program would see it.
+  /// Reads the state as another program would.
   SharedDatabase openState() { return makeStateDatabase(*StateDirectories::under(folder_.path()), log_); }
   SharedDatabase openCache() { return makeCacheDatabase(*StateDirectories::under(folder_.path()), log_); }
 
@@ -172,7 +172,7 @@ class HeldPreferencesTest : public StoredRecordsTest {
     for (const char* key : {"off", "changed", "removed"}) preferencesOfAnother().setObject(false, key);
     state_ = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
                                {.busyTimeout = std::chrono::milliseconds(1), .defersSaves = true});
-    // Once it has its log, even an exclusive lock keeps nobody from reading.
+    // With a write-ahead log even an exclusive lock does not block readers.
     EXPECT_TRUE(state_->waitUntilSaved());
     auto holder = SqliteDatabase::open("", state_->file(), SqliteDatabase::Mode::readWrite, {});
     EXPECT_FALSE(holder->run("BEGIN EXCLUSIVE"));

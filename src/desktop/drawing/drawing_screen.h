@@ -30,7 +30,7 @@ class DrawingScreen final : public DesktopScreen {
  public:
   explicit DrawingScreen(ScreenSettings settings);
 
-  /// Whoever changes the text size also posts kTextSizeDidChangeNotification.
+  /// The caller also posts kTextSizeDidChangeNotification.
   ScreenSettings& settings() { return settings_; }
 
   ui::TextEngine& textEngine() override { return textEngine_; }

@@ -14,8 +14,8 @@ class RecordingCanvas final : public ui::Canvas {
 
   struct Drawn {
     Kind kind = Kind::rect;
-    /// In points from the canvas's origin. That of a text line reaches from its ascent to its descent; that
-    /// of a path encloses its points.
+    /// In points from the canvas's origin. A text line's rectangle reaches from its ascent to its descent; a
+    /// path's encloses its points.
     ui::Rect rect;
     ui::RGBA color;
     /// The product of all alphas at the time of drawing.

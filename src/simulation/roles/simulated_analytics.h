@@ -5,7 +5,7 @@
 
 namespace linewatch::simulation {
 
-/// The record as it stands in the transcript; fields that were never set are left out.
+/// The form of the record in the transcript; fields that were never set are left out.
 Dictionary dictionaryOf(const WidgetAnalyticsRecord& record);
 
 /// Records every action as "usage".

@@ -7,7 +7,7 @@ namespace linewatch::simulation {
 
 namespace {
 
-/// Whether a value can be written: an object of the process cannot, anything else can.
+/// Whether a value can be written. Only an object of the process cannot.
 struct CanBeWritten {
   bool operator()(const std::shared_ptr<const Object>&) const { return false; }
   bool operator()(const Array& array) const { return std::ranges::all_of(array, *this); }

@@ -9,7 +9,7 @@
 
 namespace linewatch::simulation {
 
-/// Gives the numbers of the world's list in order, then those of a `std::mt19937` that starts with the
+/// Gives the numbers of the world's list in order, then the numbers of a `std::mt19937` that starts with the
 /// world's seed; the C++ standard fixes its numbers. A list or seed that is assigned while the world runs
 /// starts from its beginning, even when it is the same as before.
 class SimulatedRandomSource final : public RandomSource {

@@ -55,7 +55,7 @@ class DocumentBuilder final : public nlohmann::json_sax<Json> {
     Json* value;
     /// The number of complete elements or entries.
     std::size_t count = 0;
-    /// The key of the current entry, and those of all entries so far.
+    /// The key of the current entry, and the keys of all entries so far.
     std::string key;
     std::set<std::string> keys;
   };

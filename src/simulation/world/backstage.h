@@ -18,7 +18,7 @@ struct Backstage {
         mainLoop(world.start, elapsed, transcript) {}
 
   World world;
-  /// The records of the world; made when first needed, and again after a change of the world.
+  /// The records of the world, made when first needed and again after a change of the world.
   std::shared_ptr<const WorldRecords> records() {
     if (!records_) records_ = std::make_shared<const WorldRecords>(world);
     return records_;

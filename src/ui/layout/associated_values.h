@@ -7,7 +7,7 @@
 
 namespace linewatch::ui {
 
-/// Values that others keep with an object, so that they are destroyed with it.
+/// Values that other code attaches to an object, destroyed together with it.
 class AssociatedValues {
  public:
   /// Replaces the owner's earlier value; null removes it. `owner` is an identity only.

@@ -59,7 +59,7 @@ class CassowarySolver {
 
   struct Symbol {
     Kind kind = Kind::unused;
-    /// The row whose basic symbol this is.
+    /// The row that has this symbol as its basic one.
     std::uint32_t row = kNone;
   };
 

@@ -45,8 +45,8 @@ void ConstraintSystem::setConstant(Id id, double constant) {
 
 bool ConstraintSystem::solve() {
   if (!dirty_) return false;
-  const bool anew = !leftOut_.empty() || solver_.pivots() > kPivotsOfATableau;
-  if (anew || !solveChanges()) solveAnew();
+  const bool isFull = !leftOut_.empty() || solver_.pivots() > kPivotsOfATableau;
+  if (isFull || !solveChanges()) solveAll();
   removed_.clear();
   changed_.clear();
   added_.clear();
@@ -90,8 +90,8 @@ bool ConstraintSystem::enter(Slot& slot) {
   return slot.handle.has_value();
 }
 
-void ConstraintSystem::solveAnew() {
-  ++timesSolvedAnew_;
+void ConstraintSystem::solveAll() {
+  ++fullSolves_;
   solver_.clear();
   for (CassowarySolver::Variable& variable : variables_) variable = solver_.addVariable();
   std::vector<Id> order;

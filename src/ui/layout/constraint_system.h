@@ -48,7 +48,7 @@ class ConstraintSystem {
   /// The required constraints left out by the last `solve`.
   const std::vector<Id>& leftOut() const { return leftOut_; }
   /// How often the whole system was solved again, not only the changes.
-  std::size_t timesSolvedAnew() const { return timesSolvedAnew_; }
+  std::size_t fullSolves() const { return fullSolves_; }
 
  private:
   struct Slot {
@@ -62,7 +62,7 @@ class ConstraintSystem {
   bool applyConstants();
   bool applyAdditions();
   bool enter(Slot& slot);
-  void solveAnew();
+  void solveAll();
 
   CassowarySolver solver_;
   /// The solver's number of each variable; a new one whenever the whole system is solved again.
@@ -72,7 +72,7 @@ class ConstraintSystem {
   std::vector<Id> changed_;
   std::vector<Id> added_;
   std::vector<Id> leftOut_;
-  std::size_t timesSolvedAnew_ = 0;
+  std::size_t fullSolves_ = 0;
   bool dirty_ = false;
 };
 

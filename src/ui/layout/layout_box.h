@@ -39,7 +39,7 @@ class LayoutBox : public LayoutItem {
   virtual LayoutBox* superbox() const = 0;
   virtual std::size_t subboxCount() const = 0;
   virtual LayoutBox& subboxAt(std::size_t index) const = 0;
-  /// True for the box itself too.
+  /// Also true for the box itself.
   bool isDescendantOf(const LayoutBox& box) const;
   bool isLayoutRoot() const { return ownLayoutRoot_ || superbox() == nullptr; }
   LayoutBox& layoutRoot();
@@ -64,7 +64,7 @@ class LayoutBox : public LayoutItem {
   /// that the layout gave the box.
   virtual std::optional<double> intrinsicWidth() { return std::nullopt; }
   virtual std::optional<double> intrinsicHeight(double /*width*/) { return std::nullopt; }
-  /// The part of a height too small for the content that the content fills, e.g. with whole lines of text.
+  /// How much of a height that is too small for the content it fills, e.g. the height of its whole lines.
   virtual double contentHeightWithin(const Size& size) { return size.height; }
   /// The height of one line of text; 0 without text.
   virtual double firstLineHeight(double /*width*/) { return 0; }
@@ -72,7 +72,7 @@ class LayoutBox : public LayoutItem {
   virtual std::optional<double> firstBaselineFromTop() { return std::nullopt; }
   /// The last baseline's distance above the bottom.
   virtual double lastBaselineFromBottom() { return 0; }
-  /// The box, this one or one inside it, whose baseline is this box's.
+  /// The box that gives this box its baseline: this one or one inside it.
   virtual LayoutBox& boxForFirstBaseline() { return *this; }
   virtual LayoutBox& boxForLastBaseline() { return *this; }
   /// To be called whenever the content's size or baselines may have changed.
@@ -90,13 +90,13 @@ class LayoutBox : public LayoutItem {
   void didEnterSuperbox();
   /// To be called while the superbox is still there. Constraints with items that stay behind become inactive.
   void willLeaveSuperbox();
-  /// To be called in the destructor of whoever owns the subboxes, before they go.
+  /// To be called in the destructor of the owner of the subboxes, before they are destroyed.
   void endLayout();
 
-  /// Of a layout root: gives the frames inside it.
+  /// Gives the frames inside a layout root.
   void layOutByConstraints();
-  /// Of a layout root whose width and height are pulled towards `target` with the priorities: the size that
-  /// its constraints allow.
+  /// The size that a layout root's constraints allow when its width and height are pulled towards `target`
+  /// with the priorities.
   Size fittingSize(const Size& target, LayoutPriority horizontal, LayoutPriority vertical);
   /// Something that the fitting size depends on has changed.
   void forgetFittingSize();
@@ -115,7 +115,7 @@ class LayoutBox : public LayoutItem {
   LayoutEngine& engine();
 
   std::vector<std::shared_ptr<LayoutGuide>> guides_;
-  /// The active constraints whose nearest common box this is.
+  /// The active constraints between items whose nearest common box is this one.
   std::vector<SharedConstraint> constraints_;
   std::unique_ptr<LayoutEngine> engine_;
   bool laidOutByConstraints_ = false;

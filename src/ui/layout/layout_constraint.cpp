@@ -36,7 +36,7 @@ std::string text(double number) {
 
 LayoutBox* ownerOf(LayoutItem* item) { return item != nullptr ? item->owningBox() : nullptr; }
 
-/// The nearest box that both are or are inside; null when they are in different trees.
+/// The nearest box that contains both items, or is one of them; null when they are in different trees.
 LayoutBox* commonBox(LayoutBox* a, LayoutBox* b) {
   if (a == nullptr || b == nullptr) return nullptr;
   while (a != nullptr && !b->isDescendantOf(*a)) a = a->superbox();

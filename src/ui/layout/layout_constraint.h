@@ -19,7 +19,7 @@ namespace linewatch::ui {
 /// left out until it gets a finite one. Main thread.
 class LayoutConstraint final : public Object, public std::enable_shared_from_this<LayoutConstraint> {
  public:
-  /// For the anchors. `second` without an item: related to the constant alone.
+  /// For the anchors. Without a second item `first` is related to the constant alone.
   static std::shared_ptr<LayoutConstraint> make(LayoutTerm first, Relation relation, LayoutTerm second,
                                                 double constant);
 

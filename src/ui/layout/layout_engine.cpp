@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint32_t kNoSlot = UINT32_MAX;
 // A given frame wins over everything but constraints.
 constexpr LayoutPriority kFramePriority = 999.5;
-// Ends the search where boxes name each other as the one whose baseline is theirs.
+// Ends the search when boxes name each other as the source of their baselines.
 constexpr int kLongestBaselineChain = 32;
 
 constexpr std::array kAxes = {Axis::horizontal, Axis::vertical};

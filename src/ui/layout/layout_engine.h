@@ -13,7 +13,8 @@
 namespace linewatch::ui {
 
 /// Solves the constraints of one layout root and gives its boxes their frames. It is made at the root's first
-/// layout, and anew after boxes were added or removed; any other change updates the systems of the two axes.
+/// layout, and made again after boxes were added or removed; any other change updates the systems of both
+/// axes.
 ///
 /// Horizontal lengths are measured from the leading edge. A right-to-left layout is solved alike and mirrored
 /// when frames are given.
@@ -60,7 +61,7 @@ class LayoutEngine {
     std::optional<double> measuredWidth;
     std::optional<double> firstBaselineFromTop;
     double lastBaselineFromBottom = 0;
-    /// Keep a shown text, or its baselines, inside the root.
+    /// Rows that keep a shown text, or its baselines, inside the root.
     RowId topInside, bottomInside;
     /// Replaces the solved vertical edges of a text that keeps its first line.
     std::optional<Edges> firstLine;
@@ -126,7 +127,7 @@ class LayoutEngine {
   std::vector<Item> items_;
   SlotTable<Entry> entries_;
   std::vector<std::uint32_t> queue_;
-  /// Entries whose rows are made again when texts have other baselines.
+  /// Constraints on baselines: their rows are made again when the baselines change.
   std::vector<std::uint32_t> baselineEntries_;
   PerAxis<std::optional<LayoutPriority>> rootPriority_;
   std::optional<Fitting> fitting_;

@@ -18,18 +18,18 @@ struct PerAxis {
 
 enum class Relation : std::uint8_t { lessThanOrEqual, equal, greaterThanOrEqual };
 
-/// How much a constraint matters, from 1 to 1000. A constraint below kRequiredPriority gives way where it
-/// must; a higher one is served before any lower one.
+/// How much a constraint matters, from 1 to 1000. A constraint below kRequiredPriority may be violated; a
+/// higher priority wins over any lower one.
 using LayoutPriority = double;
 
 inline constexpr LayoutPriority kRequiredPriority = 1000;
 /// How strongly content resists being made smaller than it is.
 inline constexpr LayoutPriority kHighPriority = 750;
-/// How strongly text stays inside its layout root: it rather loses lines.
+/// How strongly text stays inside its layout root. It is stronger than the resistance, so text loses lines.
 inline constexpr LayoutPriority kTextInsidePriority = 800;
 /// How strongly content resists being made larger.
 inline constexpr LayoutPriority kLowPriority = 250;
-/// Pulls a size towards nothing where it is asked how small it can be.
+/// Pulls a size towards 0 to find the smallest possible size.
 inline constexpr LayoutPriority kFittingSizePriority = 50;
 
 }  // namespace linewatch::ui

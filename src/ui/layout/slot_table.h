@@ -7,7 +7,7 @@
 
 namespace linewatch::ui {
 
-/// Entries under numbers that do not change. The number of a removed entry is used again.
+/// Entries with fixed numbers. The number of a removed entry is reused.
 template <class T>
 class SlotTable {
  public:

@@ -347,7 +347,7 @@ TEST_F(CborKeyedArchive, LargeGarbageIsRefusedWithinMemoryAndStack) {
 TEST_F(CborKeyedArchive, AnArchiveWithTooManyItemsIsNotWritten) {
   constexpr std::size_t kMaximumItemCount = 100;
   CborKeyedArchiver archiver(kMaximumItemCount);
-  // The array of the list and its kind are items too.
+  // The array of the list and its kind number also count as items.
   const ArchivedObject most{ArchivedList(98, {Value(true)})}, tooMany{ArchivedList(99, {Value(true)})};
   const auto bytes = archiver.archivedData(most, false);
   ASSERT_TRUE(bytes);
