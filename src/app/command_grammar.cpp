@@ -54,7 +54,7 @@ void CommandGrammar::addPanel(CLI::App& app) {
            if (!words) throw CLI::ValidationError("--companion", sentenceOf(words.error()));
            panel_.companion = std::move(*words);
          },
-         "A command to run with what a row opens, instead of showing it in a window")
+         "A command to run with the content of a tapped row, instead of a window")
       ->type_name("COMMAND")
       ->envname("LINEWATCH_COMPANION");
   sub->callback([this] { command_ = panel_; });
@@ -129,7 +129,7 @@ void CommandGrammar::addAnalytics(CLI::App& app) {
 
 void CommandGrammar::addOpen(CLI::App& app) {
   CLI::App* const sub =
-      app.add_subcommand("open", "Print what a row gives the companion application to open");
+      app.add_subcommand("open", "Print the content of a row, as the companion application gets it");
   sub->add_option("FILE", open_.file, "An activity record, compressed or not, or an incident list")
       ->required()
       ->type_name("");

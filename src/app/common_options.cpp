@@ -73,7 +73,7 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
   addShownLines(app, options);
   addSurroundings(app, options);
   addPreferences(app, options);
-  app.add_flag("-v,--verbose", options.verbose, "Log to standard error what is done");
+  app.add_flag("-v,--verbose", options.verbose, "Log every step to standard error");
   app.option_defaults()->group(usualGroup);
 }
 

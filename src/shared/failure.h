@@ -58,7 +58,7 @@ inline Error failure(FailureCode code, std::string_view what, std::string_view w
   return {
       std::string(kFailureDomain), static_cast<std::int64_t>(code), {{kLocalizedDescriptionKey, sentence}}};
 }
-/// A failure that no caller tells apart from others.
+/// A failure with the code `other`.
 inline Error failure(std::string_view what, std::string_view where, std::string_view why) {
   return failure(FailureCode::other, what, where, why);
 }

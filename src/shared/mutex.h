@@ -2,19 +2,19 @@
 
 #include <mutex>
 
-// What clang's thread safety analysis reads; other compilers see nothing. The standard library's own mutex
-// carries no such attributes here.
+// Attributes for clang's thread safety analysis; empty for other compilers. The standard library's own mutex
+// has none of them here.
 #if defined(__clang__)
 #define LINEWATCH_THREAD_ATTRIBUTE(x) __attribute__((x))
 #else
 #define LINEWATCH_THREAD_ATTRIBUTE(x)
 #endif
 
-/// Of a member: it is read and written with the mutex held, and not otherwise.
+/// A member that is read and written only while the mutex is held.
 #define LINEWATCH_GUARDED_BY(mutex) LINEWATCH_THREAD_ATTRIBUTE(guarded_by(mutex))
-/// Of a function: its caller holds the mutex.
+/// A function whose caller holds the mutex.
 #define LINEWATCH_REQUIRES(mutex) LINEWATCH_THREAD_ATTRIBUTE(requires_capability(mutex))
-/// Of a function: its caller does not hold the mutex, which the function takes.
+/// A function that locks the mutex, so its caller must not hold it.
 #define LINEWATCH_EXCLUDES(mutex) LINEWATCH_THREAD_ATTRIBUTE(locks_excluded(mutex))
 
 namespace linewatch {

@@ -72,7 +72,7 @@ constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
 
 constexpr DatabaseSchema kStateSchema{
     "state database", 0x4C575354, kStateMigrations,  // "LWST"
-    "add your feeds and favourites again, or remove that file to start anew"};
+    "add your feeds and favourites again, or remove that file to start afresh"};
 // A commit that a power cut takes back is fetched again.
 constexpr DatabaseSchema kCacheSchema{"feed cache", 0x4C574643, kCacheMigrations, "", "FULL"};  // "LWFC"
 

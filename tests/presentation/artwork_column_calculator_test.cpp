@@ -95,7 +95,7 @@ TEST_F(ArtworkColumn, CorrectsUnusableParameters) {
   EXPECT_TRUE(std::isnan(sanitized(73, kNotANumber).second));
 }
 
-TEST_F(ArtworkColumn, EndsWithAnyNumbers) {
+TEST_F(ArtworkColumn, TerminatesForAnyNumbers) {
   const auto wide = sizedArtwork(300, cache_), notANumber = sizedArtwork(kNotANumber, cache_, 3, "NaN");
   EXPECT_EQ(columnWidth({wide}, {73, kNotANumber, kInsets}), 73)
       << "nothing fits into a maximum that is not a number";

@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(RovaMap, LeavesOutWhatGivesNothingAndStillCountsIt) {
+TEST(RovaMap, LeavesOutEmptyResultsAndStillCountsTheirPositions) {
   std::vector<std::size_t> positions;
   const auto mapped =
       RovaMap(std::list<std::string>{"a", "", "a"}, [&](const std::string& text, std::size_t at) {
@@ -30,7 +30,7 @@ TEST(RovaMap, LeavesOutWhatGivesNothingAndStillCountsIt) {
   EXPECT_THAT(pointers, ElementsAre(testing::Pointee(1), testing::Pointee(1)));
 }
 
-TEST(RovaMap, AnEmptyOrAbsentCollectionGivesAnEmptyListUnasked) {
+TEST(RovaMap, AnEmptyOrAbsentCollectionGivesAnEmptyListWithoutACall) {
   const auto never = [](int, std::size_t) -> std::optional<int> {
     ADD_FAILURE();
     return 0;

@@ -73,7 +73,7 @@ class StoredDatabaseTest : public testing::Test {
   RecordingLog log_;
 };
 
-TEST_F(StoredDatabaseTest, ReadingMakesNothing) {
+TEST_F(StoredDatabaseTest, ReadingCreatesNoFile) {
   auto database = open();
   EXPECT_THAT(textsIn(database), IsEmpty());
   EXPECT_THAT(namesIn(folder_.path()), IsEmpty());
@@ -302,7 +302,7 @@ TEST_F(StoredDatabaseTest, TheFileHasALogOnlyWhileSavesAreDeferred) {
   EXPECT_EQ(textIn(file()), before);
 }
 
-TEST_F(StoredDatabaseTest, IsTheUsersAloneWhateverTheUmask) {
+TEST_F(StoredDatabaseTest, OnlyItsUserMayReadItWhateverTheUmask) {
   const auto modeOf = [](const std::filesystem::path& path) {
     return static_cast<unsigned>(std::filesystem::status(path).permissions());
   };

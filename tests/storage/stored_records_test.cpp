@@ -166,9 +166,9 @@ TEST_F(StoredRecordsTest, PreferencesThatCannotBeReadAreReportedAndCanBeRemoved)
 }
 
 /// Another program holds the database while preferences are set.
-class HeldPreferencesTest : public StoredRecordsTest {
+class DeferredPreferencesTest : public StoredRecordsTest {
  protected:
-  HeldPreferencesTest() {
+  DeferredPreferencesTest() {
     for (const char* key : {"off", "changed", "removed"}) preferencesOfAnother().setObject(false, key);
     state_ = makeStateDatabase(*StateDirectories::under(folder_.path()), log_,
                                {.busyTimeout = std::chrono::milliseconds(1), .defersSaves = true});
@@ -191,7 +191,7 @@ class HeldPreferencesTest : public StoredRecordsTest {
   std::optional<SqliteDatabase> holder_;
 };
 
-TEST_F(HeldPreferencesTest, AreAsTheyWereSetLast) {
+TEST_F(DeferredPreferencesTest, AreReadAsTheyWereSetLast) {
   EXPECT_TRUE(preferences().setObject("early", "key"));
   for (const char* key : {"key", "changed", "taken back"}) EXPECT_TRUE(preferences().setObject("late", key));
   for (const char* key : {"removed", "taken back"}) preferences().removeObject(key);
@@ -206,21 +206,21 @@ TEST_F(HeldPreferencesTest, AreAsTheyWereSetLast) {
   expectChanges(preferencesOfAnother());
 }
 
-TEST_F(HeldPreferencesTest, AreNotWrittenAgainWhenTheyAreTheSame) {
+TEST_F(DeferredPreferencesTest, AreNotWrittenAgainWhenTheyAreTheSame) {
   EXPECT_TRUE(preferences().setObject(false, "off"));
   preferences().removeObject("never there");
   EXPECT_TRUE(state_->waitUntilSaved()) << "nothing can be lost at the end";
   holder_.reset();
 }
 
-TEST_F(HeldPreferencesTest, AreTheOldOnesAfterADeferredWriteHasFailed) {
+TEST_F(DeferredPreferencesTest, AreTheOldOnesAfterADeferredWriteHasFailed) {
   EXPECT_TRUE(preferences().setObject("late", "off"));
   ASSERT_FALSE(holder_->runScript("DROP TABLE preference; COMMIT"));
   release();
   EXPECT_FALSE(preferences().objectForKey("off")) << "as the table is gone";
 }
 
-TEST_F(StoredRecordsTest, WhatHasNoRoomLeavesTheOldValue) {
+TEST_F(StoredRecordsTest, AValueThatDoesNotFitLeavesTheOldValue) {
   const auto tight =
       makeStateDatabase(*StateDirectories::under(folder_.path()), log_, {.maximumPageCount = 20});
   StoredPreferences preferences(tight, "suite");

@@ -8,7 +8,7 @@
 namespace linewatch::ui {
 namespace {
 
-TEST(RowHeightsTest, AgreeWithASum) {
+TEST(RowHeightsTest, OffsetsAreTheSumsOfHeights) {
   std::mt19937 random(3);
   std::vector<double> plain;
   for (int i = 0; i < 100; ++i) plain.push_back(std::uniform_int_distribution(0, 9)(random));

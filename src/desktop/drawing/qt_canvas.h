@@ -11,9 +11,9 @@ namespace linewatch::desktop {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance);
 
-/// What the paint device can do; the canvas makes up for the rest.
+/// The capabilities of the paint device; the canvas replaces the missing ones.
 enum class CanvasKind {
-  /// Everything: it has pixels.
+  /// All capabilities: a device with pixels.
   full,
   /// Text, but not glyphs that are images, such as emoji. They are drawn as images.
   text,

@@ -5,7 +5,8 @@
 
 namespace linewatch::desktop {
 
-/// The shape of a mode's shields. Modes differ by shape, for those who cannot tell them by colour.
+/// The shape of a mode's shields. Each mode has its own shape, so that colours are not needed to tell modes
+/// apart.
 struct ShieldForm {
   /// How far the left and right ends lean inwards at the top and at the bottom, as fractions of the shield's
   /// height.

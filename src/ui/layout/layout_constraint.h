@@ -23,7 +23,7 @@ class LayoutConstraint final : public Object, public std::enable_shared_from_thi
   static std::shared_ptr<LayoutConstraint> make(LayoutTerm first, Relation relation, LayoutTerm second,
                                                 double constant);
 
-  /// Null when the item has been destroyed; the second also where there is none.
+  /// Null when the item has been destroyed. The second is also null when the constraint has none.
   LayoutItem* firstItem() const { return *first_.item; }
   LayoutItem* secondItem() const { return second_.item ? *second_.item : nullptr; }
 
