@@ -107,7 +107,8 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
       device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {}
 
-DesktopPlatform::~DesktopPlatform() = default;
+// The favourites container shares the database, which writes to the log until it is closed.
+DesktopPlatform::~DesktopPlatform() { destroyOnceObjects(); }
 
 std::optional<Error> DesktopPlatform::open() {
   if (!settings_.given) {
