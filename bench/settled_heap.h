@@ -15,8 +15,8 @@ inline void keepHeap() {
   mallopt(M_MMAP_THRESHOLD, kNever);
 }
 
-/// Has the allocator join what was freed before, which it puts off until the next large request, so that what
-/// comes next is not charged for it.
+/// Makes the allocator coalesce freed memory now. It defers this until a large request, and the work measured
+/// next would pay for it.
 inline void settleHeap() {
   constexpr std::size_t kLargeRequest = std::size_t{1} << 20U;
   void* const memory = std::malloc(kLargeRequest);
