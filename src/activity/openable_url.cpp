@@ -12,7 +12,7 @@ void OpenableURL::openInContext(const std::shared_ptr<Object>& context, OpenHand
   const auto controller = std::dynamic_pointer_cast<ui::ViewController>(context);
   if (!controller) return;
   UserSession& session = platform().userSession();
-  session.sessionEntity(/*share=*/true, /*reset=*/false);
+  session.shareSession();
   const URL punchOut = session.sharedSessionPunchOutURL(url_.absoluteString);
   const auto host = controller->extensionContext();
   if (!host) return;

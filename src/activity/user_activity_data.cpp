@@ -32,7 +32,7 @@ std::shared_ptr<const RVUserActivityData> RVUserActivityData::make(std::optional
 RVUserActivityData::RVUserActivityData(Passkey, std::optional<std::string> activityType,
                                        std::optional<Dictionary> userInfo)
     : activityType_(std::move(activityType)) {
-  platform().userSession().sessionEntity(/*share=*/true, /*reset=*/false);
+  platform().userSession().shareSession();
   if (userInfo) userInfo_ = platform().userSession().sharedSessionPunchOutUserInfo(*std::move(userInfo));
 }
 

@@ -11,17 +11,14 @@ std::optional<std::size_t> IncidentRows::find(std::uint64_t muid) const {
 
 void IncidentRows::add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line) {
   rowOfIncident_.emplace(incident->muid(), items_.size());
-  itemToLinesMap_[item].push_back(&line);
-  hashes_.push_back(0);
+  itemToLinesMap_[item].push_back(line);
   firstLines_.push_back(&line);
   incidents_.push_back(incident);
   items_.push_back(std::move(item));
 }
 
 void IncidentRows::addLine(std::size_t row, const TransitLineItem& line) {
-  std::size_t& hash = hashes_[row];
-  if (hash == 0) hash = TransitItemHash()(items_[row]);
-  itemToLinesMap_.at(items_[row], hash).push_back(&line);
+  itemToLinesMap_.at(items_[row]).push_back(line);
 }
 
 IncidentsToLineMapping IncidentRows::incidentsToLineMapping() const {

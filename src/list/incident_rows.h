@@ -19,6 +19,11 @@ namespace linewatch {
 /// The rows that one build of the list has made so far, in the order in which they were made.
 class IncidentRows {
  public:
+  IncidentRows() {
+    itemToLinesMap_.max_load_factor(kMaxLoadFactor);
+    rowOfIncident_.max_load_factor(kMaxLoadFactor);
+  }
+
   /// The incidents that have a row, each once: `items()[i]` is the row of `incidents()[i]`.
   const TransitIncidents& incidents() const { return incidents_; }
   TransitItems& items() { return items_; }
@@ -40,9 +45,6 @@ class IncidentRows {
   TransitItems items_;
   /// For each row, the line under which it was made.
   Lines firstLines_;
-  /// The hash of each row to which lines were added, because one incident may be listed by every line; else
-  /// 0.
-  std::vector<std::size_t> hashes_;
   ItemToLinesMap itemToLinesMap_;
   tsl::robin_map<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;
 };

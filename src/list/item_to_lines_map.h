@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -14,11 +15,36 @@ namespace linewatch {
 
 /// Lines of the builder's input, which outlives every list of this kind.
 using Lines = std::vector<const TransitLineItem*>;
+using LineSpan = std::span<const TransitLineItem* const>;
 
-/// Hashes a row for tables. `RVTransitItem::hash()` is an exclusive or, in which a title that equals its
-/// secondary text cancels; here such rows hash differently.
+/// The lines that list a row's incident, in their order. A single line, which most rows have, needs no memory
+/// of its own.
+class LinesOfRow {
+ public:
+  void push_back(const TransitLineItem& line) {
+    if (first_ == nullptr) {
+      first_ = &line;
+      return;
+    }
+    if (!all_) all_ = std::make_unique<Lines>(Lines{first_});
+    all_->push_back(&line);
+  }
+  LineSpan all() const { return all_ ? LineSpan(*all_) : LineSpan(&first_, first_ == nullptr ? 0 : 1); }
+  bool areSeveral() const { return all_ != nullptr; }
+
+ private:
+  const TransitLineItem* first_ = nullptr;
+  /// Null up to one line, then the first line too.
+  std::unique_ptr<Lines> all_;
+};
+
+/// How full a table of rows may get. Half full, as the container's default is, no longer fits the cache at
+/// ten thousand rows.
+inline constexpr float kMaxLoadFactor = 0.8F;
+
+/// Hashes a row for tables.
 struct TransitItemHash {
-  std::size_t operator()(const SharedTransitItem& item) const;
+  std::size_t operator()(const SharedTransitItem& item) const { return item->tableHash(); }
 };
 
 /// Compares rows by value.
@@ -33,6 +59,6 @@ using TransitItemMap = tsl::robin_map<SharedTransitItem, T, TransitItemHash, Tra
 
 /// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
 /// entry.
-using ItemToLinesMap = TransitItemMap<Lines>;
+using ItemToLinesMap = TransitItemMap<LinesOfRow>;
 
 }  // namespace linewatch

@@ -25,9 +25,10 @@ std::string_view nameOfLineOrSystem(const TransitLineItem& line) {
 }
 
 /// Each name once, in the order in which the lines first give it.
-std::vector<std::string_view> distinctNames(const Lines& lines) {
+std::vector<std::string_view> distinctNames(LineSpan lines) {
   std::vector<std::string_view> names;
-  tsl::robin_set<std::string_view> known(lines.size());
+  tsl::robin_set<std::string_view> known;
+  known.reserve(lines.size());
   for (const TransitLineItem* line : lines) {
     const std::string_view name = nameOfLineOrSystem(*line);
     if (!name.empty() && known.insert(name).second) names.push_back(name);
@@ -43,7 +44,7 @@ std::string allButLast(std::span<const std::string_view> names) {
 
 /// The artwork that the systems of all lines share; null when they differ or have none. Lines before the
 /// first system artwork may lack one, later lines may not.
-SharedArtwork commonSystemArtwork(const Lines& lines) {
+SharedArtwork commonSystemArtwork(LineSpan lines) {
   SharedArtwork common;
   for (const TransitLineItem* line : lines) {
     const SharedArtwork& artwork = systemArtworkOfLine(*line);
@@ -59,7 +60,7 @@ SharedArtwork commonSystemArtwork(const Lines& lines) {
 /// The position of the first row equal to each row.
 using FirstRows = TransitItemMap<std::size_t>;
 
-bool affectsSeveralLines(const ItemToLinesMap::value_type& entry) { return entry.second.size() > 1; }
+bool affectsSeveralLines(const ItemToLinesMap::value_type& entry) { return entry.second.areSeveral(); }
 
 }  // namespace
 
@@ -75,9 +76,9 @@ void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
   for (const SharedTransitItem& oldItem : keys) {
     const auto entry = itemToLinesMap.find(oldItem);
     if (entry == itemToLinesMap.end() || !affectsSeveralLines(*entry)) continue;
-    Lines lines = std::move(entry.value());
+    LinesOfRow lines = std::move(entry.value());
     itemToLinesMap.erase(entry);
-    const SharedTransitItem newItem = itemNamingLines(*oldItem, lines);
+    const SharedTransitItem newItem = itemNamingLines(*oldItem, lines.all());
     const std::size_t row = firstRows.at(oldItem);
     items[row] = newItem;
     itemToLinesMap.insert_or_assign(newItem, std::move(lines));
@@ -88,20 +89,20 @@ void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::itemNamingLines(const RVTransitItem& item,
-                                                                       const Lines& lines) const {
+                                                                       LineSpan lines) const {
   return std::make_shared<const RVTransitItem>(item.sharedPrimaryText(),
                                                _prependLineNames(lines, item.secondaryText()),
                                                artworkOfLines(lines), item.displayArtwork(), item.openable());
 }
 
 std::shared_ptr<const RVConfiguredArtwork> RVTransitIncidentsDataSourceBuilder::artworkOfLines(
-    const Lines& lines) const {
+    LineSpan lines) const {
   SharedArtwork common = commonSystemArtwork(lines);
   if (!common) return imageArtwork("WidgetGenericTransit", kFaintAlpha);
   return lineArtwork(std::move(common), artworkCache_);
 }
 
-OptionalText RVTransitIncidentsDataSourceBuilder::_prependLineNames(const Lines& lines,
+OptionalText RVTransitIncidentsDataSourceBuilder::_prependLineNames(LineSpan lines,
                                                                     const OptionalText& toText) {
   const auto names = distinctNames(lines);
   if (names.empty()) return toText;

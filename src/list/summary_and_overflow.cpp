@@ -48,7 +48,7 @@ TransitArtworks artworksOfItems(const TransitItems& items, const ItemToLinesMap&
   for (const SharedTransitItem& item : items) {
     const auto entry = itemToLinesMap.find(item);
     if (entry == itemToLinesMap.end()) continue;
-    for (const TransitLineItem* line : entry->second) artworks.add(artworkStandingForLine(*line));
+    for (const TransitLineItem* line : entry->second.all()) artworks.add(artworkStandingForLine(*line));
   }
   return artworks.take();
 }

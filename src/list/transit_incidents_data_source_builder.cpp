@@ -3,12 +3,16 @@
 #include <optional>
 #include <utility>
 
+#include "activity/bzip2_compression.h"
 #include "activity/openable_url.h"
+#include "activity/rova_activity.h"
 #include "list/localized_text.h"
 #include "list/row_artwork.h"
 #include "platform/companion_application.h"
 #include "platform/incident_string_provider.h"
 #include "platform/platform.h"
+#include "platform/transit_storage_line_item.h"
+#include "platform/url_display_options.h"
 #include "platform/user_session.h"
 
 namespace linewatch {
@@ -17,11 +21,6 @@ namespace {
 
 constexpr int kMapType = 3;
 constexpr int kFavoritesType = 2;
-
-const std::string& lineActivityType() {
-  static const std::string kType = std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident";
-  return kType;
-}
 
 bool isEmpty(const SharedText& text) { return !*text || (*text)->empty(); }
 
@@ -60,15 +59,15 @@ std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::_b
   _updateItemsAffectingSeveralLines(rows.items(), rows.itemToLinesMap());
   record(rows);
 
-  TransitItems expandedItems = rows.items();
   const bool hasGoodService = !unaffectedLines.empty();
-  if (expandedItems.empty()) return makeList(_allClearItem());
-  if (expandedItems.size() == 1) {
-    if (!hasGoodService) return makeList(rows.items().front());
-    expandedItems.push_back(_clearServiceItemForLines(unaffectedLines));
-    return makeList(rows.items().front(), std::move(expandedItems));
+  if (rows.items().empty()) return makeList(_allClearItem());
+  if (rows.items().size() == 1) {
+    SharedTransitItem row = rows.items().front();
+    if (!hasGoodService) return makeList(std::move(row));
+    return makeList(row, {row, _clearServiceItemForLines(unaffectedLines)});
   }
   auto summary = _summaryItemForIncidents(rows.incidents(), rows.items(), rows.itemToLinesMap());
+  TransitItems expandedItems = std::move(rows.items());
   if (hasGoodService) expandedItems.push_back(_clearServiceItemForLines(unaffectedLines));
   applyRowLimit(expandedItems, hasGoodService, rows);
   return makeList(std::move(summary), std::move(expandedItems));
@@ -89,7 +88,7 @@ void RVTransitIncidentsDataSourceBuilder::record(const IncidentRows& rows) const
 }
 
 bool RVTransitIncidentsDataSourceBuilder::addRowsOfLine(const TransitLineItem& line, IncidentRows& rows) {
-  ListedLine listedLine(line, artworkCache_);
+  ListedLine listedLine{line};
   const TransitIncidents& incidents = line.incidents();
   bool madeNewRow = false;
   for (std::size_t index = 0; index < incidents.size(); ++index) {
@@ -106,24 +105,46 @@ bool RVTransitIncidentsDataSourceBuilder::addRowsOfLine(const TransitLineItem& l
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_itemForIncidentAtIndex(std::size_t index,
-                                                                               ListedLine& inLine) {
-  const TransitIncidents& incidents = inLine.line().incidents();
+                                                                               ListedLine& inLine) const {
+  const TransitIncidents& incidents = inLine.line.incidents();
   if (index >= incidents.size()) return nullptr;
   IncidentStringProvider& texts = platform().incidentStringProvider();
   auto title = texts.cellTitleForIncident(incidents[index]);
   auto secondaryText = texts.cellSecondaryTextForIncident(incidents[index]);
   if (isEmpty(title) && isEmpty(secondaryText)) return nullptr;
-  return std::make_shared<const RVTransitItem>(std::move(title), std::move(secondaryText), inLine.artwork(),
-                                               /*displayArtwork=*/true, _userActivityDataForLineItem(inLine));
+  return std::make_shared<const RVTransitItem>(std::move(title), std::move(secondaryText),
+                                               artworkOfRows(inLine),
+                                               /*displayArtwork=*/true, activityDataOfNextRow(inLine));
+}
+
+const std::shared_ptr<const RVConfiguredArtwork>& RVTransitIncidentsDataSourceBuilder::artworkOfRows(
+    ListedLine& line) const {
+  if (!line.artwork) line.artwork = lineArtwork(artworkStandingForLine(line.line), artworkCache_);
+  return line.artwork;
+}
+
+const std::shared_ptr<const RVUserActivityData>& RVTransitIncidentsDataSourceBuilder::activityDataOfNextRow(
+    ListedLine& line) {
+  if (!line.activityData) {
+    line.activityData = _userActivityDataForLineItem(line.line);
+  } else if (*line.activityData) {
+    // Making the data has shared the session for the first row only.
+    platform().userSession().shareSession();
+  }
+  return *line.activityData;
 }
 
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_userActivityDataForLineItem(
-    ListedLine& line) {
-  const std::optional<Bytes>& record = line.compressedRecord();
-  if (!record) return nullptr;
-  Dictionary userInfo;
-  userInfo.emplace(kActivityRecordKey, *record);
-  return RVUserActivityData::make(lineActivityType(), std::move(userInfo));
+    const TransitLineItem& line) {
+  auto options = std::make_shared<UrlDisplayOptions>();
+  options->setMapType(kMapType);
+  RovaActivity activity;
+  activity.setLineItem(std::make_shared<TransitStorageLineItem>(line));
+  activity.setDisplayOptions(std::move(options));
+  auto compressed = bzip2CompressedData(activity.data());
+  if (!compressed) return nullptr;
+  return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident",
+                                  Dictionary{{kActivityRecordKey, *std::move(compressed)}});
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_allClearItem() const {
@@ -150,7 +171,7 @@ std::string RVTransitIncidentsDataSourceBuilder::_clearServiceSecondaryTextForLi
 std::shared_ptr<const RVOpenable> RVTransitIncidentsDataSourceBuilder::_urlForFavorites() {
   const URL url = platform().mapURLBuilder().urlForFavorites(kFavoritesType, kMapType);
   UserSession& session = platform().userSession();
-  session.sessionEntity(/*share=*/true, /*reset=*/false);
+  session.shareSession();
   return std::make_shared<const OpenableURL>(session.sharedSessionPunchOutURL(url.absoluteString));
 }
 

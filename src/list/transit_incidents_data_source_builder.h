@@ -53,8 +53,11 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
   /// Adds the rows of a line's incidents, and the line to the rows that earlier lines have made. False when
   /// it made no new row.
   bool addRowsOfLine(const TransitLineItem& line, IncidentRows& rows);
-  static SharedTransitItem _itemForIncidentAtIndex(std::size_t index, ListedLine& inLine);
-  static std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(ListedLine& line);
+  SharedTransitItem _itemForIncidentAtIndex(std::size_t index, ListedLine& inLine) const;
+  const std::shared_ptr<const RVConfiguredArtwork>& artworkOfRows(ListedLine& line) const;
+  /// Shares the session, once for each row.
+  static const std::shared_ptr<const RVUserActivityData>& activityDataOfNextRow(ListedLine& line);
+  static std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(const TransitLineItem& line);
 
   // Rows of good service.
   SharedTransitItem _allClearItem() const;
@@ -67,10 +70,10 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
 
   // Incidents that several lines share.
   void _updateItemsAffectingSeveralLines(TransitItems& items, ItemToLinesMap& itemToLinesMap) const;
-  SharedTransitItem itemNamingLines(const RVTransitItem& item, const Lines& lines) const;
-  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(const Lines& lines) const;
+  SharedTransitItem itemNamingLines(const RVTransitItem& item, LineSpan lines) const;
+  std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(LineSpan lines) const;
   /// Absent only when `toText` is absent and no line has a name.
-  static OptionalText _prependLineNames(const Lines& lines, const OptionalText& toText);
+  static OptionalText _prependLineNames(LineSpan lines, const OptionalText& toText);
 
   // Rows that stand for several incidents.
   static std::shared_ptr<const RVTransitSummaryItem> _summaryItemForIncidents(

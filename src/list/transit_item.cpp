@@ -7,6 +7,7 @@
 #include <typeinfo>
 #include <utility>
 
+#include "shared/hash_mixing.h"
 #include "shared/number_hash.h"
 
 namespace linewatch {
@@ -37,7 +38,13 @@ RVTransitItem::RVTransitItem(SharedText primaryText, SharedText secondaryText,
       secondaryText_(std::move(secondaryText)),
       artwork_(std::move(artwork)),
       displayArtwork_(displayArtwork),
-      openable_(std::move(openable)) {}
+      openable_(std::move(openable)) {
+  const std::size_t primary = hashOrZero(primaryText_), secondary = hashOrZero(secondaryText_);
+  const std::size_t artworkHash = hashOrZero(artwork_), openableHash = hashOrZero(openable_);
+  const std::size_t display = displayArtwork_ ? kHashOfTrue : 0;
+  hash_ = primary ^ secondary ^ artworkHash ^ display ^ openableHash;
+  tableHash_ = mixedHash(mixedHash(mixedHash(primary, secondary), artworkHash), openableHash ^ display);
+}
 
 std::shared_ptr<const RVTransitItem> RVTransitItem::copyWithZone() const {
   return std::make_shared<const RVTransitItem>(primaryText_, secondaryText_, artwork_, displayArtwork_,
@@ -54,11 +61,6 @@ bool RVTransitItem::isEqualToTransitItem(const RVTransitItem& other) const {
   return bothAbsentOrEqual(artwork_, other.artwork_) && displayArtwork_ == other.displayArtwork_ &&
          primaryText_ == other.primaryText_ && secondaryText_ == other.secondaryText_ &&
          bothAbsentOrEqual(openable_, other.openable_);
-}
-
-std::size_t RVTransitItem::hash() const {
-  return hashOrZero(primaryText_) ^ hashOrZero(secondaryText_) ^ hashOrZero(artwork_) ^
-         (displayArtwork_ ? kHashOfTrue : 0) ^ hashOrZero(openable_);
 }
 
 std::string RVTransitItem::description() const {

@@ -36,7 +36,10 @@ class RVTransitItem : public Object {
   /// Only two objects of exactly this class can be equal.
   bool isEqual(const Object& other) const override;
   bool isEqualToTransitItem(const RVTransitItem& other) const;
-  std::size_t hash() const override;
+  /// The exclusive or of the values' hashes, in which a title that equals its secondary text cancels.
+  std::size_t hash() const override { return hash_; }
+  /// Another hash of the same values, for tables of rows: equal texts do not cancel in it.
+  std::size_t tableHash() const { return tableHash_; }
   std::string description() const override;
 
  private:
@@ -45,6 +48,8 @@ class RVTransitItem : public Object {
   std::shared_ptr<const RVConfiguredArtwork> artwork_;
   bool displayArtwork_;
   std::shared_ptr<const RVOpenable> openable_;
+  std::size_t hash_;
+  std::size_t tableHash_;
 };
 
 using SharedTransitItem = std::shared_ptr<const RVTransitItem>;

@@ -21,6 +21,8 @@ class UserSession {
   /// Shares the session's identifier with the companion application if `share`; replaces the identifier first
   /// if `reset`.
   virtual void sessionEntity(bool share, bool reset) = 0;
+  /// Shares the session's identifier with the companion application and keeps the identifier.
+  void shareSession() { sessionEntity(/*share=*/true, /*reset=*/false); }
   /// The URL with the shared session added.
   virtual URL sharedSessionPunchOutURL(const std::string& absoluteString) = 0;
   /// The user info with the shared session added.

@@ -85,7 +85,7 @@ TEST_F(Opening, ActivitiesAreEqualByTypeAndUserInfo) {
   EXPECT_FALSE(data->isEqual(OpenableURL(URL{"T"})));
 }
 
-TEST_F(Opening, AnActivityGoesToTheApplicationThatContainsTheWidget) {
+TEST_F(Opening, AnActivityOpensInTheContainingApplication) {
   const auto data = RVUserActivityData::make("org.linewatch.T", Dictionary{{"key", "value"}});
   EXPECT_THAT(platform_->transcript().names(), ElementsAre("shareSession"));
   for (int times = 1; times <= 2; ++times) {
@@ -107,7 +107,7 @@ TEST_F(Opening, AnActivityGoesToTheApplicationThatContainsTheWidget) {
   platform_->runUntilIdle();
 }
 
-TEST_F(Opening, TheSystemsFailureArrivesUnchanged) {
+TEST_F(Opening, PassesOnTheErrorOfTheSystem) {
   World world;
   world.opens = false;
   install(world);
@@ -118,7 +118,7 @@ TEST_F(Opening, TheSystemsFailureArrivesUnchanged) {
   EXPECT_EQ(outcome_.error->domain, simulation::kSimulatedOpeningErrorDomain);
 }
 
-TEST_F(Opening, WhatCannotBecomeAnActivityReportsItself) {
+TEST_F(Opening, ARefusedActivityTypeIsAnError) {
   World world;
   world.acceptsActivities = false;
   install(world);
@@ -140,7 +140,7 @@ TEST_F(Opening, WhatCannotBecomeAnActivityReportsItself) {
   EXPECT_THAT(platform_->transcript().logTexts(), IsEmpty());
 }
 
-TEST_F(Opening, TheContainingApplicationFollowsTheProcessesRecord) {
+TEST_F(Opening, FindsTheContainingApplicationFromTheBundleRecord) {
   struct Row {
     WorldBundle bundle;
     std::optional<std::string> application;
@@ -174,7 +174,7 @@ TEST_F(Opening, TheContainingApplicationFollowsTheProcessesRecord) {
   }
 }
 
-TEST_F(Opening, AURLGoesThroughTheHostOfTheWidget) {
+TEST_F(Opening, TheHostOpensAURL) {
   const OpenableURL url(URL{"rova://?t=r"});
   for (const bool opens : {true, false}) {
     World world;
@@ -199,7 +199,7 @@ TEST_F(Opening, AURLGoesThroughTheHostOfTheWidget) {
   EXPECT_EQ(urls.size(), 2U);
 }
 
-TEST_F(Opening, TheSessionIsCarriedAlong) {
+TEST_F(Opening, AddsTheSessionToUserInfoAndURL) {
   platform_->userSession().setMark("s1");
   const auto data = RVUserActivityData::make("T", Dictionary{{"key", "value"}});
   EXPECT_EQ(data->userInfo(), (Dictionary{{"key", "value"}, {"session", "s1"}}));
@@ -243,7 +243,7 @@ Bytes unpacked(const Bytes& packed) {
   return {text.begin(), text.end()};
 }
 
-TEST_F(Opening, CompressedRecordsUnpackToTheirBytes) {
+TEST_F(Opening, CompressedRecordsDecompressToTheSameBytes) {
   RovaActivity activity;
   activity.setSearchString("Hauptbahnhof");
   std::string longText;
@@ -257,7 +257,7 @@ TEST_F(Opening, CompressedRecordsUnpackToTheirBytes) {
   }
 }
 
-TEST_F(Opening, WhatCannotBeCompressedGivesNothing) {
+TEST_F(Opening, AFailedCompressionGivesNoBytes) {
   World world;
   world.compresses = false;
   install(world);

@@ -96,7 +96,7 @@ std::string textOf(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 constexpr std::uint64_t kSeed = 20261124;
 
-TEST(RecordPeer, WritesTheSameBytesAndReadsTheOthers) {
+TEST(RecordPeer, EachReadsTheSameBytesThatBothWrite) {
   SCOPED_TRACE("seed " + std::to_string(kSeed));
   RandomRecord random(kSeed);
   for (int round = 0; round < 500 && !testing::Test::HasFailure(); ++round) {
@@ -137,7 +137,7 @@ TEST(RecordPeer, MergesAlike) {
   }
 }
 
-TEST(RecordPeer, DamagedBytesNeitherCrashNorReadAsMoreThanTheyHold) {
+TEST(RecordPeer, DamagedBytesDoNotCrashTheReader) {
   SCOPED_TRACE("seed " + std::to_string(kSeed));
   RandomRecord random(kSeed);
   for (int round = 0; round < 2000 && !testing::Test::HasFailure(); ++round) {

@@ -84,7 +84,7 @@ RovaActivity fullActivity() {
   return activity;
 }
 
-TEST(RovaActivity, ReadsWhatItsWriterWouldNotWrite) {
+TEST(RovaActivity, ReadsEncodingsThatItsWriterDoesNotProduce) {
   struct Row {
     const char* name;
     const char* bytes;
@@ -129,7 +129,7 @@ TEST(RovaActivity, ReadsWhatItsWriterWouldNotWrite) {
   }
 }
 
-TEST(RovaActivity, WhatFailsToReadIsLeftPartlyFilled) {
+TEST(RovaActivity, AFailedReadLeavesTheRecordPartlyFilled) {
   RovaActivity activity;
   EXPECT_FALSE(reads(activity, hex("10 01 | 3A 02 30")));
   EXPECT_EQ(activity.collectionsMode(), CollectionsMode::bookmarks);
@@ -141,7 +141,7 @@ TEST(RovaActivity, WhatFailsToReadIsLeftPartlyFilled) {
   EXPECT_EQ(cut.selectedTransitFeatureID(), 0U);
 }
 
-TEST(RovaActivity, PresenceAndNotTheValueDecides) {
+TEST(RovaActivity, WritesAFieldThatIsPresentWhateverItsValue) {
   RovaActivity activity;
   EXPECT_FALSE(activity.hasSelectedTransitFeatureID());
   activity.setSelectedTransitFeatureID(0);
@@ -206,7 +206,7 @@ TEST(RovaActivity, EnumerationsHaveNamesBothWays) {
   EXPECT_EQ(collectionsModeAsString(CollectionsMode{7}), "(unknown: 7)");
 }
 
-TEST(RovaActivity, SearchPlacesAreAListThatTheFirstAddMakes) {
+TEST(RovaActivity, TheFirstAddedSearchPlaceMakesTheList) {
   RovaActivity activity;
   EXPECT_FALSE(activity.searchPlaces());
   activity.clearSearchPlaces();
@@ -255,7 +255,7 @@ TEST(RovaActivity, CopyingSharesAndDeepCopyingDoesNot) {
   EXPECT_TRUE(original.isEqual(fullActivity()));
 }
 
-TEST(RovaActivity, MergingTakesOverWhatTheOtherHas) {
+TEST(RovaActivity, MergingTakesOverTheFieldsThatTheOtherHas) {
   RovaActivity into, from;
   into.setCollectionsMode(CollectionsMode::recents);
   into.setSearchString("kept");
@@ -287,7 +287,7 @@ TEST(RovaActivity, MergingTakesOverWhatTheOtherHas) {
   EXPECT_EQ(into.searchPlacesCount(), 4U) << "another class is left alone";
 }
 
-TEST(RovaActivity, DiffersByEveryFieldAndByPresenceAlone) {
+TEST(RovaActivity, ComparesEveryFieldAndItsPresence) {
   const std::vector<std::function<void(RovaActivity&)>> changes = {
       [](RovaActivity& a) { a.displayOptions()->setMapType(4); },
       [](RovaActivity& a) { a.setHasCollectionsMode(false); },

@@ -79,7 +79,7 @@ class AnalyticsSession : public PlatformTest {
   std::unique_ptr<RVTransitIncidentsAnalyticsDelegate> analytics_;
 };
 
-TEST_F(AnalyticsSession, OneShowingIsOneEvent) {
+TEST_F(AnalyticsSession, LogsOneEventEachTimeTheWidgetIsShown) {
   platform_->advance(2);
   analytics_->startSessionIfNeeded();
   record(2, ~std::uint64_t{0});
@@ -113,7 +113,7 @@ TEST_F(AnalyticsSession, AnIncidentWithoutATitleHasNoneInTheRecord) {
             Value(Array{Dictionary{{"transitLineMuid", "0"}}}));
 }
 
-TEST_F(AnalyticsSession, WithoutASessionOnlyAnOpenLeavesATrace) {
+TEST_F(AnalyticsSession, WithoutASessionOnlyAnOpenIsRecorded) {
   analytics_->recordWidgetChangeDisplayMode(WidgetDisplayMode::expanded);
   record(1);
   analytics_->recordCloseSessionSwiping();
@@ -123,7 +123,7 @@ TEST_F(AnalyticsSession, WithoutASessionOnlyAnOpenLeavesATrace) {
   EXPECT_THAT(actions(), ElementsAre("TAP_WIDGET_ITEM"));
 }
 
-TEST_F(AnalyticsSession, RemembersHowFarItWasExpanded) {
+TEST_F(AnalyticsSession, RecordsWhetherItWasExpandedAtFirstAndEver) {
   show(WidgetDisplayMode::expanded);
   analytics_->startSessionIfNeeded();
   EXPECT_EQ(analytics_->analyticsData()->initiallyExpanded, true);
@@ -147,7 +147,7 @@ TEST_F(AnalyticsSession, RemembersHowFarItWasExpanded) {
       << "a controller that is gone counts as compact";
 }
 
-TEST_F(AnalyticsSession, ASecondStartKeepsTheDateAndForgetsTheRest) {
+TEST_F(AnalyticsSession, ASecondStartKeepsTheDateAndClearsTheRecord) {
   analytics_->startSessionIfNeeded();
   record(3);
   platform_->advance(1);
@@ -156,7 +156,7 @@ TEST_F(AnalyticsSession, ASecondStartKeepsTheDateAndForgetsTheRest) {
   EXPECT_EQ(analytics_->sessionStartDate(), platform_->world().start);
 }
 
-TEST_F(AnalyticsSession, CountsWhatWasShownByTheLatestList) {
+TEST_F(AnalyticsSession, TheMessageTypeIsThatOfTheLatestList) {
   analytics_->startSessionIfNeeded();
   struct Row {
     std::size_t incidents;

@@ -88,7 +88,7 @@ TEST_F(IncidentFetcher, LooksUpTheFavouritesThatAreLines) {
                   "Issuing favorite lines lookup request for Muids: [3, 1, 3].", "Received 3 line items."));
 }
 
-TEST_F(IncidentFetcher, WithoutFavouriteLinesAnswersAnEmptyListAndAsksNobody) {
+TEST_F(IncidentFetcher, WithoutFavouriteLinesGivesAnEmptyListAndAsksNoService) {
   World world = city();
   world.favorites = {{WorldFavorite::Kind::place, {}, "Home"}, line(std::nullopt)};
   const auto result = fetch(world);
@@ -98,7 +98,7 @@ TEST_F(IncidentFetcher, WithoutFavouriteLinesAnswersAnEmptyListAndAsksNobody) {
   EXPECT_TRUE(platform_->transcript().hasLogText("0 Favorite lines, returning early."));
 }
 
-TEST_F(IncidentFetcher, PassesTheServicesAnswerThrough) {
+TEST_F(IncidentFetcher, PassesOnTheAnswerOfTheService) {
   World world = city();
   world.favorites = {line("A")};
   world.service.answer = simulation::WorldService::Answer::error;
@@ -132,7 +132,7 @@ TEST_F(IncidentFetcher, AnErrorWinsOverItemsThatComeWithIt) {
   EXPECT_EQ(result->successObject(), nullptr);
 }
 
-TEST_F(IncidentFetcher, InjectsFakeIncidentsWhereTheSwitchesAndTheDrawsSaySo) {
+TEST_F(IncidentFetcher, InjectsFakeIncidentsByPreferenceAndRandomNumber) {
   struct Row {
     const char* name;
     std::vector<std::uint32_t> draws;
@@ -170,7 +170,7 @@ TEST_F(IncidentFetcher, InjectsFakeIncidentsWhereTheSwitchesAndTheDrawsSaySo) {
   }
 }
 
-TEST_F(IncidentFetcher, OneContainerAPlatformAndANewStoreACall) {
+TEST_F(IncidentFetcher, MakesOneContainerPerPlatformAndOneStorePerCall) {
   const auto container = defaultContainer();
   EXPECT_EQ(container, defaultContainer());
   EXPECT_NE(_rova_groupUserDefaults(), _rova_groupUserDefaults());
@@ -200,7 +200,7 @@ TEST(FetcherRequest, CallsEveryHandlerOnceInOrder) {
   EXPECT_EQ(request.handlers().size(), 3U);
 }
 
-TEST(FetcherRequest, LosesAndRepeatsNoHandlerThatRacesTheResult) {
+TEST(FetcherRequest, CallsAHandlerOnceWhenItRacesTheResult) {
   for (int round = 0; round < 200; ++round) {
     detail::RVTransitIncidentFetcherRequest request(nullptr);
     std::atomic<int> calls = 0;
@@ -224,7 +224,7 @@ class UnreadableFavorites final : public ForwardingPlatform {
   }
 };
 
-TEST(UnreadableFavoritesTest, AreAnErrorOnTheMainThreadAndNoEmptyList) {
+TEST(UnreadableFavoritesTest, GiveAnErrorOnTheMainThread) {
   const auto platform = std::make_shared<UnreadableFavorites>();
   installPlatform(platform);
   std::optional<Error> error;

@@ -130,7 +130,7 @@ TEST_F(IncidentUpdater, RefreshesWheneverTheIntervalHasPassed) {
                   "Incident updater auto-refresh timer fired."));
 }
 
-TEST_F(IncidentUpdater, ArmsTheNextTimerBeforeTheObserverHears) {
+TEST_F(IncidentUpdater, ArmsTheNextTimerBeforeItNotifiesTheObserver) {
   struct Stopper : Listener {
     void transitIncidentUpdaterDateExpired(RVTransitIncidentUpdater& updater, Date date) override {
       Listener::transitIncidentUpdaterDateExpired(updater, date);

@@ -113,7 +113,7 @@ TEST_F(ListBuilder, ShowsIncidentsInForceBothEndsIncluded) {
               ElementsAre("1 / -", "2 / -", "5 / -", "6 / -"));
 }
 
-TEST_F(ListBuilder, BuildsOnceWithTheFilterThatItHasThen) {
+TEST_F(ListBuilder, BuildsOnceWithItsFilterAtTheFirstCall) {
   class Nothing final : public RVTransitIncidentFilter {
     bool shouldDisplayIncident(const TransitIncident&) const override { return false; }
   };
@@ -138,7 +138,7 @@ TEST_F(ListBuilder, RebuildingFromTheSameInputGivesAnEqualList) {
   EXPECT_FALSE(list->isEqual(*build(sketches)));
 }
 
-TEST_F(ListBuilder, RowsOpenNothingWhenNothingCanBeMadeToOpen) {
+TEST_F(ListBuilder, SummaryAndOverflowOpenNothingWithoutAnArchive) {
   World world;
   world.archives = false;
   install(world);
@@ -147,7 +147,7 @@ TEST_F(ListBuilder, RowsOpenNothingWhenNothingCanBeMadeToOpen) {
   EXPECT_EQ(build(two, 1)->expandedItems()->at(0)->openable(), nullptr);
 }
 
-TEST_F(ListBuilder, ErrorsWinAndTellWhatTheDeviceKnows) {
+TEST_F(ListBuilder, AnErrorWinsAndItsTextFollowsTheDiagnosis) {
   struct Row {
     ConnectionFailureDiagnosis diagnosis;
     bool wapi;
@@ -175,7 +175,7 @@ TEST_F(ListBuilder, ErrorsWinAndTellWhatTheDeviceKnows) {
             nullptr);
 }
 
-TEST_F(ListBuilder, AnErrorListIsFixedWhenItIsFirstAskedFor) {
+TEST_F(ListBuilder, AnErrorListIsBuiltAtTheFirstCallAndKept) {
   const auto builder =
       RVTransitDataSourceBuilderForResult(RVResult(Error{"Transit", 7, {}}), 0, nullptr, nullptr);
   platform_->changeWorld([](World& world) { world.diagnosis = ConnectionFailureDiagnosis::airplaneMode; });
@@ -185,7 +185,7 @@ TEST_F(ListBuilder, AnErrorListIsFixedWhenItIsFirstAskedFor) {
   EXPECT_EQ(builder->listItem(), list);
 }
 
-TEST_F(ListBuilder, AnalyticsHearOfEveryShownIncidentBeforeTheLimit) {
+TEST_F(ListBuilder, RecordsEveryShownIncidentBeforeTheRowLimit) {
   const auto controller = platform_->makeViewController();
   analytics_ = std::make_shared<RVTransitIncidentsAnalyticsDelegate>(controller);
   const std::vector<LineSketch> sketches = {{"A", {incident(1, "I1"), incident(2, "I2"), incident(3, "I3")}}};
@@ -202,7 +202,7 @@ TEST_F(ListBuilder, AnalyticsHearOfEveryShownIncidentBeforeTheLimit) {
   EXPECT_EQ(analytics_->analyticsData()->transitIncidents.size(), 3U);
 }
 
-TEST_F(ListBuilder, ALinesRecordIsMadeOnceABuildHoweverManyRowsItHas) {
+TEST_F(ListBuilder, CompressesALinesRecordOnceABuild) {
   const auto quiet = std::make_shared<QuietPlatform>();
   installPlatform(quiet);
   const auto shared = incident(1, "I1");

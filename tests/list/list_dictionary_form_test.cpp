@@ -42,7 +42,7 @@ TEST_F(ListDictionaryForm, ShowsEachKindOfRow) {
             R"({"expandedItems": [], "summaryItem": null})");
 }
 
-TEST_F(ListDictionaryForm, DescribesAnArtworkByWhatIsSet) {
+TEST_F(ListDictionaryForm, DescribesOnlyTheFieldsOfAnArtworkThatAreSet) {
   TransitArtworkDataSource artwork;
   EXPECT_EQ(jsonText(dictionaryForm(artwork)), "{}");
   artwork.artworkSourceType = kArtworkSourceIcon;

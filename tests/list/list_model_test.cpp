@@ -108,7 +108,7 @@ TEST_F(ListModel, ItemsDifferByEachOfTheirValuesAndByTheirClass) {
       << text;
 }
 
-TEST_F(ListModel, SummariesCompareTheirArtworksByWhatTheyDescribe) {
+TEST_F(ListModel, SummariesCompareTheirArtworksByValue) {
   const auto shields = [](const std::vector<std::string>& texts) {
     TransitArtworks artworks;
     for (const std::string& text : texts) {

@@ -23,7 +23,7 @@ class QuietSession final : public UserSession {
   std::size_t shareCount = 0, resetCount = 0;
 };
 
-/// Counts what is to be compressed and gives a few bytes that tell one record from another.
+/// Counts its calls and gives the first bytes instead of compressing.
 class CountingCompressor final : public Compressor {
  public:
   std::optional<Bytes> bzip2(const Bytes& data) override {
@@ -41,8 +41,8 @@ class QuietArchiver final : public KeyedArchiver {
   std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes&) override { return nullptr; }
 };
 
-/// A simulated platform that keeps no transcript of the session and makes no bytes: what is left of building
-/// a list is the building.
+/// A simulated platform without a session transcript, compression and archives. A test or benchmark on it
+/// sees the building of a list alone.
 class QuietPlatform final : public ForwardingPlatform {
  public:
   KeyedArchiver& keyedArchiver() override { return archiver_; }

@@ -149,7 +149,7 @@ TEST_F(SavedUIData, ComesBackInTheNextProcess) {
                           "<RVTransitIncidentViewControllerState | result: 3 line items | expanded: YES>"));
 }
 
-TEST_F(SavedUIData, KeepsWhatTheResultIsReadAs) {
+TEST_F(SavedUIData, KeepsTheResultAsSuccessOrFailure) {
   const Error error{"Transit", 7, {{"tries", 3}}};
   struct Row {
     const char* name;
@@ -198,7 +198,7 @@ TEST_F(SavedUIData, WritesOnlyTheKeysOfItsKindOfResult) {
   EXPECT_THAT(keysOf(nullptr), ElementsAre("expanded"));
 }
 
-TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
+TEST_F(SavedUIData, RemovesAStateOnlyWhenDecodingFails) {
   enum class Then { loads, givesNone, isRemoved };
   struct Row {
     const char* name;
@@ -269,7 +269,7 @@ TEST_F(SavedUIData, RemovesOnlyWhatFailsToDecode) {
   }
 }
 
-TEST_F(SavedUIData, WhatIsNoArchiveStaysStored) {
+TEST_F(SavedUIData, AValueThatIsNoArchiveStaysStored) {
   EXPECT_EQ(loadInNextProcess(), nullptr);
   EXPECT_THAT(platform_->transcript().logTexts(),
               ElementsAre("No view model found in GroupSettings (key: Rova.LineWatch.savedUIData)"));
@@ -283,7 +283,7 @@ TEST_F(SavedUIData, WhatIsNoArchiveStaysStored) {
   }
 }
 
-TEST_F(SavedUIData, EveryDamageToAnArchiveIsSurvived) {
+TEST_F(SavedUIData, SurvivesAnyDamageToAnArchive) {
   save(std::make_shared<RVResult>(threeLines()), true);
   const Bytes whole = *stored().find(kSavedUIDataKey)->second.get<Bytes>();
   platform_->log().setEnabled(LogLevel::debug, false);

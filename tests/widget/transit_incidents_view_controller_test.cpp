@@ -105,7 +105,7 @@ TEST_F(ViewController, FillsItsViewWithATable) {
   EXPECT_EQ(controller().dataSource()->availableWidth(), 300) << "the compact widget's, not the view's";
 }
 
-TEST_F(ViewController, OneFetchServesAllWhoAskAlsoWhenTheControllerIsGone) {
+TEST_F(ViewController, OneFetchAnswersAllHandlersAlsoAfterTheControllerIsGone) {
   start();
   perform(step::Update{"asked first"});
   perform(step::Update{"joined"});
@@ -117,7 +117,7 @@ TEST_F(ViewController, OneFetchServesAllWhoAskAlsoWhenTheControllerIsGone) {
   EXPECT_EQ(count("reload"), 0U);
 }
 
-TEST_F(ViewController, TellsTheHostWhatCameOfAnUpdate) {
+TEST_F(ViewController, ReportsTheUpdateResultToTheHost) {
   struct Row {
     const char* name;
     Answer answer;
@@ -204,7 +204,7 @@ TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   controller().transitIncidentUpdaterDateExpired(*updater, World().start);
   controller().transitIncidentUpdaterNeedsRefresh(*updater);
   advance(10);
-  EXPECT_THAT(events(), IsEmpty()) << "what comes late is ignored";
+  EXPECT_THAT(events(), IsEmpty()) << "late answers are ignored";
   perform(step::Appear{});
   EXPECT_NE(controller().updater(), nullptr) << "from the last result, before the fetch has ended";
 }
@@ -222,7 +222,7 @@ TEST_F(ViewController, AnEmptyListOfFavouritesIsRefreshedToo) {
   EXPECT_EQ(count("lookup"), 1U);
 }
 
-TEST_F(ViewController, AResultThatComesOutOfSightIsShownTheNextTime) {
+TEST_F(ViewController, AResultThatArrivesWhileHiddenIsShownTheNextTime) {
   start();
   perform(step::Appear{});
   perform(step::Disappear{});
@@ -309,7 +309,7 @@ TEST_F(ViewController, WithoutAHostShowsTheListAllTheSame) {
   EXPECT_FALSE(controller().dataSource()->isExpanded()) << "there is nobody to say so";
 }
 
-TEST_F(ViewController, FollowsTheHostsModeNotWhatItIsTold) {
+TEST_F(ViewController, FollowsTheModeOfTheHostNotTheArgument) {
   World world = cityWithAStrike();
   world.host.expanded.width = 400;
   startVisible(std::move(world));
@@ -326,7 +326,7 @@ TEST_F(ViewController, FollowsTheHostsModeNotWhatItIsTold) {
   EXPECT_TRUE(controller().dataSource()->isExpanded());
 }
 
-TEST_F(ViewController, TheHostLearnsWhetherThereIsMoreToShow) {
+TEST_F(ViewController, TellsTheHostTheLargestDisplayMode) {
   const auto modeOf = [this] {
     return host_->transcript().eventsNamed("largestAvailableDisplayMode").back().field("mode");
   };
@@ -343,7 +343,7 @@ TEST_F(ViewController, TheHostLearnsWhetherThereIsMoreToShow) {
   EXPECT_EQ(controller().preferredContentSize(), (Size{359, 0}));
 }
 
-TEST_F(ViewController, ANewWidthMovesTheRowsOnlyWhenTheyLookDifferent) {
+TEST_F(ViewController, ANewWidthReloadsTheRowsOnlyWhenTheirArtworkChanges) {
   World world = cityWithAStrike();
   world.lines["B"].incidents = {};
   world.lines["A"].alternateArtwork.emplace().shieldDataSource = ShieldDataSource{.shieldText = "A"};
@@ -400,7 +400,7 @@ TEST_F(ViewController, PurgesTheArtworkWhenMemoryIsShort) {
   EXPECT_THAT(events(), ElementsAre("cachePurged"));
 }
 
-TEST_F(ViewController, AKilledProcessLeavesTheStateBefore) {
+TEST_F(ViewController, AKilledProcessLeavesTheStateOfItsLastHiding) {
   startVisible();
   perform(step::Disappear{});
   perform(step::Appear{});
