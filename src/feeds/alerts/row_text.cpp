@@ -198,7 +198,7 @@ constexpr std::string_view kLineWords[] = {
 bool isTrainName(std::string_view title) {
   constexpr std::size_t kLongestCategory = 4;
   const std::size_t space = title.find(' ');
-  if (space == std::string_view::npos || space > kLongestCategory) return false;
+  if (space > kLongestCategory) return false;  // also when there is no space
   const std::string_view number = title.substr(space + 1);
   return std::ranges::all_of(title.substr(0, space), isAsciiCapital) && !number.empty() &&
          std::ranges::all_of(number, isAsciiDigit);

@@ -127,7 +127,11 @@ void CurlTransfer::setHeaders() {
   if (!request.lastModified.empty()) addHeader("If-Modified-Since: " + request.lastModified);
   if (order_.sendsKeys) {
     // libcurl takes "Name:" as an order to leave the header out, and "Name;" as one without a value.
-    for (const auto& [name, value] : request.headers) addHeader(name + (value.empty() ? ";" : ": " + value));
+    for (const auto& [name, value] : request.headers) {
+      std::string line = name;
+      line.append(value.empty() ? ";" : ": ").append(value);
+      addHeader(line);
+    }
     setUser(HttpUrl::parse(request.url));
   }
   set(CURLOPT_HTTPHEADER, headers_.get());
@@ -158,7 +162,7 @@ std::optional<Error> CurlTransfer::run() {
   const std::stop_callback wake(order_.request.stop, [this] { curl_multi_wakeup(multi_.get()); });
   int running = 1;
   for (;;) {
-    if (const auto error = interruption()) return error;
+    if (auto error = interruption()) return error;
     curl_multi_perform(multi_.get(), &running);
     if (running == 0 || reader_.isSettled()) break;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(order_.deadline - Clock::now());

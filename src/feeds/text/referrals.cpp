@@ -101,7 +101,7 @@ std::string withoutAddresses(std::string_view sentence) {
     if (removeBrackets(text, place)) continue;
     if (isInvitation(text)) return {};
     const std::size_t boundary = boundaryBefore(text, place);
-    const std::string before = boundary == kNone ? std::string() : text.substr(0, boundary);
+    std::string before = boundary == kNone ? std::string() : text.substr(0, boundary);
     if (boundary != kNone && isInvitation(withoutMarkAtStart(std::string_view(text).substr(boundary))))
       return before;
     std::string rest = aroundAddress(text, place);

@@ -49,7 +49,7 @@ void LayoutBox::didEnterSuperbox() {
   structureDidChange();
 }
 
-void LayoutBox::willLeaveSuperbox() {
+void LayoutBox::willLeaveSuperbox() const {
   LayoutBox& former = *superbox();
   former.dropConstraintsWith(*this);
   if (!ownLayoutRoot_) former.structureDidChange();

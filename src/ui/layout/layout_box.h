@@ -89,7 +89,7 @@ class LayoutBox : public LayoutItem {
   /// To be called once the box has a new superbox.
   void didEnterSuperbox();
   /// To be called while the superbox is still there. Constraints with items that stay behind become inactive.
-  void willLeaveSuperbox();
+  void willLeaveSuperbox() const;
   /// To be called in the destructor of the owner of the subboxes, before they are destroyed.
   void endLayout();
 
