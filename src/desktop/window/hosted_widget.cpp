@@ -140,7 +140,10 @@ void HostedWidget::requestDidChange() {
   } else {
     const std::optional<Error>& error = controller_->transitLineItemResult()->error();
     listDate_ = error ? std::nullopt : std::optional(newsDate());
-    if (isShown_) saveState();
+    if (isShown_) {
+      saveState();
+      if (isListDateOld()) noteListDate();
+    }
     logFailureOnce(error);
     updates_.fetchDidEnd(error.has_value());
   }
@@ -168,9 +171,13 @@ void HostedWidget::saveState() {
     return logDebug("The list on screen could not be saved; the one saved before stays");
   savedResult_ = result;
   savedExpanded_ = isExpanded;
-  if (!listDate_ || !savedListDate_ || *listDate_ < *savedListDate_ ||
-      *listDate_ - *savedListDate_ > kListDatePrecision)
-    noteListDate();
+}
+
+/// Whether the saved list is the one on screen, but with another date.
+bool HostedWidget::isListDateOld() const {
+  if (savedResult_ != controller_->transitLineItemResult()) return false;
+  if (!listDate_ || !savedListDate_) return listDate_ != savedListDate_;
+  return *listDate_ < *savedListDate_ || *listDate_ - *savedListDate_ > kListDatePrecision;
 }
 
 /// Tells the next start how old the saved list is. The widget's own saved state does not say that.

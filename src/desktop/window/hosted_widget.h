@@ -77,6 +77,7 @@ class HostedWidget final : public QObject {
   void applyMode();
   void logFailureOnce(const std::optional<Error>& error);
   void saveState();
+  bool isListDateOld() const;
   void noteListDate();
   Date newsDate() const;
 

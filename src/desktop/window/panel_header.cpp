@@ -168,6 +168,8 @@ void PanelHeader::setNews(const QString& text, const QString& details) {
   newsRow_->setVisible(!text.isEmpty());
 }
 
+bool PanelHeader::hasNews() const { return !newsRow_->isHidden(); }
+
 void PanelHeader::setToggle(const QString& text, bool isVisible) {
   toggle_->setText(text);
   toggle_->setVisible(isVisible);

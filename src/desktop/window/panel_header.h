@@ -43,6 +43,7 @@ class PanelHeader final : public QWidget {
   /// `details`: plain text, shown as a tool tip and told by assistive technology. An empty text removes the
   /// news.
   void setNews(const QString& text, const QString& details);
+  bool hasNews() const;
 
   void setToggle(const QString& text, bool isVisible);
   bool toggleHasFocus() const;

@@ -239,7 +239,7 @@ void PanelWindow::appearOrDisappear() {
 
 QString PanelWindow::noteText() const {
   if (widget_->isFetching() && isUserWaiting_) return (*texts_)("Updating");
-  if (!widget_->showsSavedList()) return widget_->fetchError() ? QString() : services_.dataNote();
+  if (!widget_->showsSavedList()) return header_->hasNews() ? QString() : services_.dataNote();
   if (!controller().dataSource()->listItem()) return (*texts_)("Updating");
   const auto date = widget_->savedListDate();
   if (!date) return (*texts_)("ListOfUnknownAge");
@@ -248,10 +248,11 @@ QString PanelWindow::noteText() const {
 
 FeedNews PanelWindow::feedNews() const { return services_.feedNews ? services_.feedNews() : FeedNews(); }
 
-/// An update that the panel itself asks for changes nothing here until it has ended.
+/// An update that the panel itself asks for changes nothing here until it has ended. The news say more of the
+/// age than the note does, and take its place.
 void PanelWindow::showNote() {
-  header_->setNote(noteText());
   showNews();
+  header_->setNote(noteText());
 }
 
 /// The reasons are long and name servers and files, so they are shown only as a tool tip.
