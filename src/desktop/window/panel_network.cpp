@@ -1,8 +1,11 @@
 #include "desktop/window/panel_network.h"
 
-#include <QNetworkInformation>
 #include <QTimer>
 #include <utility>
+
+#include "platform/log.h"
+#include "shared/failure.h"
+#include "shared/module.h"
 
 namespace linewatch::desktop {
 
@@ -11,16 +14,17 @@ namespace {
 /// Finding the service loads libraries, so it waits until the window is on screen.
 constexpr int kDelayMilliseconds = 2000;
 
-void startWatching(QObject& owner, const std::function<void(bool)>& changed) {
-  if (!QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Metered)) return;
-  auto* const information = QNetworkInformation::instance();
-  QObject::connect(information, &QNetworkInformation::isMeteredChanged, &owner, changed);
-  if (information->isMetered()) changed(true);
+using WatchMetering = void(QObject& owner, const std::function<void(bool isMetered)>& changed);
+
+void startWatching(QObject& owner, const std::function<void(bool isMetered)>& changed) {
+  const Outcome<void*> entry = moduleEntry("network", "linewatch_watchMetering");
+  if (!entry) return logDebug("%@", {sentenceOf(entry.error())});
+  reinterpret_cast<WatchMetering*> (*entry)(owner, changed);
 }
 
 }  // namespace
 
-void watchMetering(QObject& owner, std::function<void(bool)> changed) {
+void watchMetering(QObject& owner, std::function<void(bool isMetered)> changed) {
   QTimer::singleShot(kDelayMilliseconds, &owner,
                      [&owner, changed = std::move(changed)] { startWatching(owner, changed); });
 }

@@ -56,7 +56,7 @@ TEST_F(PanelTest, ShowsTheSavedListAfterItWasKilled) {
   platform_->makePreferencesStore(kCompanionAppGroupSuite)->setObject(saved, kSavedUIDataKey);
   platform_->simulated().advance(700);
   makePanel();
-  EXPECT_EQ(note(), "Last updated 11 minutes ago");
+  EXPECT_EQ(note(), "Updated 11 minutes ago");
   EXPECT_EQ(rows().rowCount(), 3U);
   EXPECT_TRUE(panel_->isExpanded());
   EXPECT_EQ(panel_->height(), height);
