@@ -1,6 +1,10 @@
 #include "app/command_grammar.h"
 
+#include <charconv>
+#include <cstdint>
+#include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -19,6 +23,18 @@ std::string textSizeNames() {
     names += name;
   }
   return names;
+}
+
+/// From a whole number of seconds ("90", "90s") or minutes ("2m"); absent when it is anything else, or out of
+/// range.
+std::optional<Seconds> refreshInterval(const std::string& text) {
+  const bool isMinutes = text.ends_with('m');
+  const char* const end = text.data() + text.size() - (isMinutes || text.ends_with('s') ? 1 : 0);
+  std::uint32_t count = 0;
+  const auto [stop, trouble] = std::from_chars(text.data(), end, count);
+  if (trouble != std::errc() || stop != end) return std::nullopt;
+  const Seconds interval{static_cast<double>(count) * (isMinutes ? 60 : 1)};
+  return interval >= Seconds(30) && interval <= Seconds(1800) ? std::optional(interval) : std::nullopt;
 }
 
 }  // namespace
@@ -57,6 +73,14 @@ void CommandGrammar::addPanel(CLI::App& app) {
          "A command to run with the content of a tapped row, instead of a window")
       ->type_name("COMMAND")
       ->envname("LINEWATCH_COMPANION");
+  const auto takeRefresh = [this](const std::string& text) {
+    const auto interval = refreshInterval(text);
+    panel_.refresh = interval.value_or(panel_.refresh);
+    return interval.has_value();
+  };
+  addChecked(*sub, "--refresh", takeRefresh, "How often it asks for news, 30s to 30m; usually 2m",
+             "not a time from 30s to 30m, such as 90, 90s or 2m")
+      ->type_name("TIME");
   sub->callback([this] { command_ = panel_; });
 }
 

@@ -92,6 +92,8 @@ struct RenderCommand {
 struct PanelCommand {
   /// The words of the user's companion command; empty: the program's own windows are used.
   std::vector<std::string> companion;
+  /// How often the panel asks for an update.
+  Seconds refresh{120};
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,

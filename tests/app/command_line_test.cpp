@@ -34,6 +34,10 @@ TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
 
 TEST(CommandLineTest, ParsesEachCommand) {
   EXPECT_THAT(commandOf<PanelCommand>({}).companion, IsEmpty());
+  EXPECT_EQ(commandOf<PanelCommand>({}).refresh, Seconds(120));
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30s"}).refresh, Seconds(30));
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "45"}).refresh, Seconds(45));
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30m"}).refresh, Seconds(1800));
   EXPECT_FALSE(commandOf<ShowCommand>({"show"}).expanded);
   EXPECT_EQ(commandOf<FavoritesCommand>({"favorites"}).action, FavoritesCommand::Action::list);
   const auto added = commandOf<FavoritesCommand>({"favorites", "add", "M1", "7"});
@@ -64,6 +68,11 @@ TEST(CommandLineTest, RefusesWrongUsage) {
            {{"--preference", "=x", "show"}, "--preference: \"=x\" is not of the form KEY=VALUE"},
            {{"render", "-o", "x.png", "--text-size", "huge"}, "--text-size: \"huge\" is none of XS, S"},
            {{"panel", "--companion", "viewer 'x"}, "viewer 'x: a quote is not closed"},
+           {{"panel", "--refresh", "29"}, "\"29\" is not a time from 30s to 30m"},
+           {{"panel", "--refresh", "31m"}, "\"31m\" is not a time from 30s to 30m"},
+           {{"panel", "--refresh", "2 m"}, "\"2 m\" is not a time from 30s to 30m"},
+           {{"panel", "--refresh", "-60"}, "--refresh"},
+           {{"panel", "--refresh", "s"}, "\"s\" is not a time from 30s to 30m"},
            {{"panel", "--companion", "viewer \"x\\\""}, "a quote is not closed"},
            {{"panel", "--companion", "viewer \\"}, "nothing follows"}}) {
     const auto report = std::get<Report>(parse(arguments));

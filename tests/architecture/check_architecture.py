@@ -23,6 +23,7 @@ ARROWS = {
     "desktop/drawing": ["desktop"],
     "desktop": ["companion", "desktop/loop", "feeds", "localization", "wire/archive", "ui"],
     "desktop/loop": ["machine"],
+    "desktop/network": ["shared"],
     "companion": ["activity"],
     "localization": ["platform"],
     "machine": ["platform"],

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/loop/clock_watch.h"
 #include "desktop/loop/folder_watch.h"
 #include "desktop/loop/network_watch.h"
 #include "desktop/window/color_scheme.h"
+#include "desktop/window/panel_network.h"
 #include "ui/notification_center.h"
 
 namespace linewatch::app {
@@ -30,13 +32,15 @@ desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<st
 }  // namespace
 
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-             const std::vector<std::string>& command, std::uint64_t maxRows)
+             const std::vector<std::string>& command, const desktop::PanelOptions& options)
     : session_(session),
       screen_(screen),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
-      window_(texts_, panelServices(), maxRows) {
+      window_(texts_, panelServices(), options) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
+  desktop::watchClock(window_, [this] { window_.checkClock(); });
+  desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
   desktop::followDesktopColorScheme(window_);
   if (isStateHeld()) {
     loadWindowOnceStateIsFree();
@@ -119,7 +123,12 @@ desktop::PanelServices Panel::panelServices() {
                 screen_.settings().category = category;
                 platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
               },
-          .dataNote = [this] { return dataNote(); }};
+          .dataNote = [this] { return dataNote(); },
+          .feedNews =
+              [this] {
+                TransitFeeds& feeds = platform().feeds();
+                return desktop::FeedNews{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
+              }};
 }
 
 std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {

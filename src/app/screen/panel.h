@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -18,9 +17,9 @@ namespace linewatch::app {
 /// is done on another thread. Main thread, under a QApplication; session and screen must outlive it.
 class Panel {
  public:
-  /// `command`: the words of the user's own companion; empty: none. `maxRows`: 0 for no limit.
+  /// `command`: the words of the user's own companion; empty: none.
   Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-        const std::vector<std::string>& command, std::uint64_t maxRows);
+        const std::vector<std::string>& command, const desktop::PanelOptions& options);
   ~Panel();
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;

@@ -98,7 +98,9 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   if (!session) return refused(session.error());
   // An error is not reported here: the panel shows it, and recovers when it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
-  shown = std::make_unique<Panel>(**session, *screen, locale, command.companion, options.maxRows);
+  shown =
+      std::make_unique<Panel>(**session, *screen, locale, command.companion,
+                              desktop::PanelOptions{.maxRows = options.maxRows, .refresh = command.refresh});
   shown->window().show();
   QApplication::exec();
   shown = nullptr;

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/window/panel_preferences.h"
 #include "platform/log.h"
+#include "platform/main_loop.h"
+#include "platform/platform.h"
 #include "shared/failure.h"
 #include "widget/saved_ui_data.h"
 #include "widget/transit_incidents_view_controller.h"
@@ -11,11 +14,21 @@
 
 namespace linewatch::desktop {
 
+namespace {
+
+/// While the list on screen stays current, its date is written only this often.
+constexpr Seconds kListDatePrecision{600};
+
+}  // namespace
+
 HostedWidget::HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL,
-                           std::optional<bool> wantsExpanded)
+                           std::optional<bool> wantsExpanded, PanelUpdates::Settings updates)
     : host_(std::make_shared<PanelHost>(limits, std::move(openURL))),
       controller_(RVTransitIncidentsViewController::make(host_, {limits.width, limits.compactHeight})),
-      updates_([this] { controller_->widgetPerformUpdateWithCompletionHandler(nullptr); }) {
+      feedStates_(updates.feedStates),
+      updates_([this] { controller_->widgetPerformUpdateWithCompletionHandler(nullptr); },
+               std::move(updates)),
+      savedListDate_(keptListDate()) {
   controller_->view();
   const auto& dataSource = controller_->dataSource();
   wantsExpanded_ = wantsExpanded.value_or(dataSource->isExpanded());
@@ -47,6 +60,7 @@ void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
   } else {
     controller_->viewWillDisappear(true);
     controller_->viewDidDisappear(true);
+    noteListDate();
   }
 }
 
@@ -113,6 +127,8 @@ void HostedWidget::applyMode() {
 
 bool HostedWidget::isFetching() const { return controller_->request() != nullptr; }
 
+bool HostedWidget::showsSavedList() const { return !controller_->transitLineItemResult(); }
+
 std::optional<Error> HostedWidget::fetchError() const {
   return controller_->dataSource()->transitLineItemResult()->error();
 }
@@ -122,8 +138,12 @@ void HostedWidget::requestDidChange() {
   if (isFetching()) {
     updates_.fetchDidBegin();
   } else {
-    if (isShown_) saveState();
     const std::optional<Error>& error = controller_->transitLineItemResult()->error();
+    listDate_ = error ? std::nullopt : std::optional(newsDate());
+    if (isShown_) {
+      saveState();
+      if (isListDateOld()) noteListDate();
+    }
     logFailureOnce(error);
     updates_.fetchDidEnd(error.has_value());
   }
@@ -151,6 +171,30 @@ void HostedWidget::saveState() {
     return logDebug("The list on screen could not be saved; the one saved before stays");
   savedResult_ = result;
   savedExpanded_ = isExpanded;
+}
+
+/// Whether the saved list is the one on screen, but with another date.
+bool HostedWidget::isListDateOld() const {
+  if (savedResult_ != controller_->transitLineItemResult()) return false;
+  if (!listDate_ || !savedListDate_) return listDate_ != savedListDate_;
+  return *listDate_ < *savedListDate_ || *listDate_ - *savedListDate_ > kListDatePrecision;
+}
+
+/// Tells the next start how old the saved list is. The widget's own saved state does not say that.
+void HostedWidget::noteListDate() {
+  if (!controller_->transitLineItemResult() || listDate_ == savedListDate_) return;
+  savedListDate_ = listDate_;
+  keepListDate(listDate_);
+}
+
+/// The age of a list whose feeds were all just fetched is 0; kept alerts are older.
+Date HostedWidget::newsDate() const {
+  Date date = platform().mainLoop().now();
+  if (!feedStates_) return date;
+  for (const FeedState& state : feedStates_()) {
+    if (state.kind == FeedState::Kind::kept && state.since) date = std::min(date, *state.since);
+  }
+  return date;
 }
 
 }  // namespace linewatch::desktop

@@ -5,9 +5,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "desktop/window/panel_host.h"
 #include "desktop/window/panel_updates.h"
+#include "shared/date.h"
 #include "shared/error.h"
 
 namespace linewatch {
@@ -34,8 +36,8 @@ class HostedWidget final : public QObject {
 
   /// `wantsExpanded`: the user's choice; absent before the first one: as the widget was when it was saved. No
   /// handler is called before `start`.
-  HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL,
-               std::optional<bool> wantsExpanded);
+  HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL, std::optional<bool> wantsExpanded,
+               PanelUpdates::Settings updates = {});
   ~HostedWidget() override;
 
   void start(Handlers handlers);
@@ -61,6 +63,10 @@ class HostedWidget final : public QObject {
   bool isFetching() const;
   /// Why the last fetch failed; absent when it did not.
   std::optional<Error> fetchError() const;
+  /// Whether no fetch has ended yet, so that the list is the saved one, if there is any.
+  bool showsSavedList() const;
+  /// When the saved list was last known to be current; absent when that is not known.
+  std::optional<Date> savedListDate() const { return savedListDate_; }
 
   RVTransitIncidentsViewController& controller() { return *controller_; }
 
@@ -71,9 +77,13 @@ class HostedWidget final : public QObject {
   void applyMode();
   void logFailureOnce(const std::optional<Error>& error);
   void saveState();
+  bool isListDateOld() const;
+  void noteListDate();
+  Date newsDate() const;
 
   std::shared_ptr<PanelHost> host_;
   std::shared_ptr<RVTransitIncidentsViewController> controller_;
+  std::function<std::vector<FeedState>()> feedStates_;
   PanelUpdates updates_;
   Handlers handlers_;
   bool isShown_ = false;
@@ -83,6 +93,9 @@ class HostedWidget final : public QObject {
   /// What was saved last.
   std::shared_ptr<const RVResult> savedResult_;
   bool savedExpanded_ = false;
+  std::optional<Date> savedListDate_;
+  /// When the list on screen was last known to be current; absent for an error.
+  std::optional<Date> listDate_;
   /// The failure that was logged last; empty after a success.
   std::string loggedFailure_;
 };

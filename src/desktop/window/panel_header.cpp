@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionToolButton>
 #include <QToolButton>
@@ -30,6 +31,10 @@ constexpr double kNoteSize = 11;
 constexpr double kMostHeaderScale = 1.6;
 // A label with room for fewer letters than this shows nothing.
 constexpr int kFewLetters = 6;
+constexpr int kNewsSpacing = 8;
+constexpr int kNewsBottomInset = 8;
+// A wider button stands below the news instead of beside it.
+constexpr double kMostButtonWidth = 0.4;
 
 double headerScale(ui::TextSizeCategory textSize) {
   return std::clamp(ui::scaleFactor(ui::TextStyle::body, textSize), 1.0, kMostHeaderScale);
@@ -64,35 +69,63 @@ class ArrowlessMenuButton final : public QToolButton {
 
 }  // namespace
 
-PanelHeader::PanelHeader(const WindowTexts& texts, std::function<void()> toggled)
+PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
     : title_(new ElidingLabel),
       note_(new ElidingLabel),
       toggle_(new QToolButton),
-      menuButton_(new ArrowlessMenuButton) {
+      menuButton_(new ArrowlessMenuButton),
+      news_(new QLabel),
+      tryAgain_(new QPushButton(texts("TryAgain"))) {
   title_->setText(texts("Title"));
-  note_->setForegroundRole(kFaintRole);
-  note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  toggle_->hide();
-  connect(toggle_, &QToolButton::clicked, this, std::move(toggled));
+  connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
+  connect(tryAgain_, &QPushButton::clicked, this, std::move(actions.tryAgain));
   menuButton_->setText(QStringLiteral("⋯"));
   menuButton_->setPopupMode(QToolButton::InstantPopup);
   menuButton_->setAccessibleName(texts("Menu"));
   setPlainToolTip(*menuButton_, texts("Menu"));
-  for (QToolButton* const button : {toggle_, menuButton_}) {
-    button->setAutoRaise(true);
+  for (QAbstractButton* const button :
+       {static_cast<QAbstractButton*>(toggle_), static_cast<QAbstractButton*>(menuButton_),
+        static_cast<QAbstractButton*>(tryAgain_)}) {
     button->setFocusPolicy(Qt::StrongFocus);
     clickOnEnter(*button);
   }
-  auto* const layout = new QHBoxLayout(this);
+  auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kHeaderLeftInset, 0, kHeaderRightInset, 0);
+  layout->setSpacing(0);
+  layout->addWidget(topRow_ = makeTopRow());
+  layout->addWidget(newsRow_ = makeNewsRow());
+}
+
+QWidget* PanelHeader::makeTopRow() {
+  note_->setObjectName(QStringLiteral("note"));
+  note_->setForegroundRole(kFaintRole);
+  note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  toggle_->hide();
+  for (QToolButton* const button : {toggle_, menuButton_}) button->setAutoRaise(true);
+  auto* const row = new QWidget;
+  auto* const layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(title_);
   layout->addWidget(note_, 1);
   layout->addWidget(toggle_);
   layout->addWidget(menuButton_);
+  return row;
 }
 
-int PanelHeader::heightAt(ui::TextSizeCategory textSize) {
-  return static_cast<int>(std::lround(kHeaderHeight * headerScale(textSize)));
+QWidget* PanelHeader::makeNewsRow() {
+  news_->setObjectName(QStringLiteral("news"));
+  news_->setTextFormat(Qt::PlainText);
+  news_->setWordWrap(true);
+  tryAgain_->setObjectName(QStringLiteral("tryAgain"));
+  tryAgain_->setAutoDefault(false);
+  auto* const row = new QWidget;
+  newsLayout_ = new QBoxLayout(QBoxLayout::LeftToRight, row);
+  newsLayout_->setContentsMargins(0, 0, 0, kNewsBottomInset);
+  newsLayout_->setSpacing(kNewsSpacing);
+  newsLayout_->addWidget(news_, 1);
+  newsLayout_->addWidget(tryAgain_);
+  row->hide();
+  return row;
 }
 
 void PanelHeader::setTextSize(ui::TextSizeCategory textSize) {
@@ -101,18 +134,41 @@ void PanelHeader::setTextSize(ui::TextSizeCategory textSize) {
   note_->setFont(qtFont(kNoteSize * scale, QFont::Normal));
   toggle_->setFont(qtFont(kTitleSize * scale, QFont::Medium));
   menuButton_->setFont(qtFont(kTitleSize * scale, QFont::DemiBold));
-  setFixedHeight(heightAt(textSize));
+  news_->setFont(qtFont(kNoteSize * scale, QFont::Normal));
+  tryAgain_->setFont(qtFont(kNoteSize * scale, QFont::Medium));
+  topRow_->setFixedHeight(static_cast<int>(std::lround(kHeaderHeight * scale)));
+}
+
+void PanelHeader::fitTo(int width) {
+  const int room = width - kHeaderLeftInset - kHeaderRightInset;
+  const QSize button = tryAgain_->sizeHint();
+  const bool isBeside = button.width() <= kMostButtonWidth * room;
+  newsLayout_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  newsLayout_->setAlignment(tryAgain_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
+  const int textHeight = news_->heightForWidth(isBeside ? room - button.width() - kNewsSpacing : room);
+  const int newsHeight =
+      isBeside ? std::max(textHeight, button.height()) : textHeight + kNewsSpacing + button.height();
+  newsRow_->setFixedHeight(newsHeight + kNewsBottomInset);
+  setFixedHeight(topRow_->height() + (newsRow_->isHidden() ? 0 : newsRow_->height()));
 }
 
 void PanelHeader::setMenu(QMenu* menu) { menuButton_->setMenu(menu); }
 
 QMenu* PanelHeader::menu() const { return menuButton_->menu(); }
 
-void PanelHeader::setNote(const QString& note, const QString& toolTip, const QString& reason) {
+void PanelHeader::setNote(const QString& note) {
   note_->setText(note);
-  setPlainToolTip(*note_, toolTip);
-  note_->setAccessibleDescription(reason);
+  setPlainToolTip(*note_, note);
+  note_->setAccessibleDescription({});
 }
+
+void PanelHeader::setNews(const QString& text, const QString& details) {
+  if (news_->text() != text) news_->setText(text);
+  if (news_->accessibleDescription() != details) setPlainToolTip(*news_, details);
+  newsRow_->setVisible(!text.isEmpty());
+}
+
+bool PanelHeader::hasNews() const { return !newsRow_->isHidden(); }
 
 void PanelHeader::setToggle(const QString& text, bool isVisible) {
   toggle_->setText(text);
@@ -120,5 +176,6 @@ void PanelHeader::setToggle(const QString& text, bool isVisible) {
 }
 
 bool PanelHeader::toggleHasFocus() const { return toggle_->hasFocus(); }
+bool PanelHeader::tryAgainHasFocus() const { return tryAgain_->hasFocus(); }
 
 }  // namespace linewatch::desktop

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view kTextSizeKey = "panelTextSize";
 constexpr std::string_view kExpandedKey = "panelExpanded";
+constexpr std::string_view kListDateKey = "panelListDate";
 
 std::shared_ptr<PreferencesStore> programPreferences() {
   return platform().makePreferencesStore(kProgramSuite);
@@ -37,5 +38,16 @@ std::optional<bool> keptExpansion() {
 }
 
 void keepExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded, kExpandedKey); }
+
+std::optional<Date> keptListDate() {
+  const auto value = programPreferences()->objectForKey(kListDateKey);
+  const auto* const seconds = value ? value->get<double>() : nullptr;
+  return seconds ? std::optional(Date(Seconds(*seconds))) : std::nullopt;
+}
+
+void keepListDate(std::optional<Date> date) {
+  if (!date) return programPreferences()->removeObject(kListDateKey);
+  programPreferences()->setObject(secondsOf(*date), kListDateKey);
+}
 
 }  // namespace linewatch::desktop

@@ -24,6 +24,7 @@
 #include "desktop/window/plain_tool_tip.h"
 #include "desktop/window/row_words.h"
 #include "desktop/window/window_colors.h"
+#include "platform/main_loop.h"
 #include "platform/platform.h"
 #include "shared/failure.h"
 #include "ui/interface_settings.h"
@@ -45,6 +46,7 @@ constexpr double kPlaceholderSize = 13;
 constexpr int kFrameAllowance = 48;
 
 constexpr int kResizeMilliseconds = 220;
+constexpr int kAgingMilliseconds = 60'000;
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
@@ -58,13 +60,14 @@ QString menuText(const QString& text, const QKeySequence& shortcut) {
 
 }  // namespace
 
-PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::uint64_t maxRows)
-    : texts_(std::move(texts)), services_(std::move(services)), maxRows_(maxRows) {
+PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options)
+    : texts_(std::move(texts)), services_(std::move(services)), options_(options) {
   setWindowTitle((*texts_)("Title"));
   resize(static_cast<int>(kCompactSize.width) + 2 * kMargin, height());
   setMinimumWidth(kLeastWidth);
   setMaximumWidth(kMostWidth);
-  header_ = new PanelHeader(*texts_, [this] { setExpanded(!isExpanded()); });
+  header_ = new PanelHeader(
+      *texts_, {.toggle = [this] { setExpanded(!isExpanded()); }, .tryAgain = [this] { requestUpdate(); }});
   placeholder_ = makePlaceholder();
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -76,22 +79,36 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, std::u
   resizing_->setEasingCurve(QEasingCurve::InOutCubic);
   connect(resizing_, &QVariantAnimation::valueChanged, this,
           [this](const QVariant& height) { applyRowsHeight(height.toDouble()); });
-  header_->setTextSize(textSizeNow());
+  aging_ = new QTimer(this);
+  aging_->setSingleShot(true);
+  aging_->setInterval(kAgingMilliseconds);
+  aging_->setTimerType(Qt::VeryCoarseTimer);
+  connect(aging_, &QTimer::timeout, this, [this] { showNote(); });
+  setHeaderTextSize(textSizeNow());
   applyRowsHeight(compactHeightAt(textSizeNow()));
   showPalette();
 }
 
 void PanelWindow::loadWidget() {
   if (const auto textSize = keptTextSize()) services_.setTextSize(*textSize);
-  widget_ = std::make_unique<HostedWidget>(limitsFor(textSizeNow()), services_.openURL, keptExpansion());
+  setHeaderTextSize(textSizeNow());
+  widget_ = std::make_unique<HostedWidget>(
+      limitsFor(textSizeNow()), services_.openURL, keptExpansion(),
+      PanelUpdates::Settings{.refresh = options_.refresh,
+                             .feedStates = [this] { return feedNews().states; }});
+  widget_->updates().setMetered(isMetered_);
   makeRows();
   for (QAction* const action : actions()) action->setEnabled(true);
-  header_->setTextSize(textSizeNow());
   fitRows(/*animated=*/false);
   widget_->start({.contentDidChange = [this] { fitRows(/*animated=*/widget_->isShown()); },
                   .modeDidChange = [this] { showMode(); },
-                  .fetchDidChange = [this] { showNote(); }});
+                  .fetchDidChange =
+                      [this] {
+                        if (!widget_->isFetching()) isUserWaiting_ = false;
+                        showNote();
+                      }});
   rows_->setFocus();
+  showNote();
   appearOrDisappear();
 }
 
@@ -102,11 +119,23 @@ PanelWindow::~PanelWindow() {
 }
 
 void PanelWindow::requestUpdate() {
-  if (widget_) widget_->updates().userDidAsk();
+  if (!widget_) return;
+  isUserWaiting_ = true;
+  widget_->updates().userDidAsk();
+  showNote();
 }
 
 void PanelWindow::connectionDidReturn() {
   if (widget_) widget_->updates().connectionDidReturn();
+}
+
+void PanelWindow::checkClock() {
+  if (widget_) widget_->updates().checkClock();
+}
+
+void PanelWindow::setMetered(bool isMetered) {
+  isMetered_ = isMetered;
+  if (widget_) widget_->updates().setMetered(isMetered);
 }
 
 void PanelWindow::favoritesDidChange() {
@@ -208,19 +237,58 @@ void PanelWindow::appearOrDisappear() {
 
 // ---- The header ----
 
-/// While updates fail, the note is empty: the age of the data says nothing beside the error row. The reason
-/// is long and names servers and files, so it is shown only as a tool tip.
+QString PanelWindow::noteText() const {
+  if (widget_->isFetching() && isUserWaiting_) return (*texts_)("Updating");
+  if (!widget_->showsSavedList()) return header_->hasNews() ? QString() : services_.dataNote();
+  if (!controller().dataSource()->listItem()) return (*texts_)("Updating");
+  const auto date = widget_->savedListDate();
+  if (!date) return (*texts_)("ListOfUnknownAge");
+  return (*texts_)("ListUpdated", {agoInWords(*date, *texts_, platform().mainLoop().now()).toStdString()});
+}
+
+FeedNews PanelWindow::feedNews() const { return services_.feedNews ? services_.feedNews() : FeedNews(); }
+
+/// An update that the panel itself asks for changes nothing here until it has ended. The news say more of the
+/// age than the note does, and take its place.
 void PanelWindow::showNote() {
-  const auto error = widget_->fetchError();
-  const QString reason = error ? QString::fromStdString(sentenceOf(*error)) : QString();
-  QString note;
-  if (widget_->isFetching()) {
-    note = (*texts_)("Updating");
-  } else if (!error) {
-    note = services_.dataNote();
+  showNews();
+  header_->setNote(noteText());
+}
+
+/// The reasons are long and name servers and files, so they are shown only as a tool tip.
+void PanelWindow::showNews() {
+  PanelNews news;
+  bool isError = false;
+  if (!widget_->showsSavedList()) {
+    FeedNews facts = feedNews();
+    facts.error = widget_->fetchError();
+    isError = facts.error.has_value();
+    news = panelNews(facts, *texts_, platform().mainLoop().now());
   }
-  header_->setNote(note, note.isEmpty() ? reason : note, reason);
-  setPlainToolTip(*rows_, reason);
+  // A button that disappears must not keep the focus.
+  if (news.text.isEmpty() && header_->tryAgainHasFocus()) rows_->setFocus(Qt::TabFocusReason);
+  header_->setNews(news.text, news.details);
+  setPlainToolTip(*rows_, isError ? news.details : QString());
+  fitHeader();
+  const bool hasAge = news.hasAge || widget_->showsSavedList();
+  if (hasAge && widget_->isShown())
+    aging_->start();
+  else
+    aging_->stop();
+}
+
+void PanelWindow::setHeaderTextSize(ui::TextSizeCategory category) {
+  header_->setTextSize(category);
+  header_->fitTo(width() - 2 * kMargin);
+}
+
+/// The news take room from the rows.
+void PanelWindow::fitHeader() {
+  const int before = header_->height();
+  header_->fitTo(width() - 2 * kMargin);
+  if (header_->height() == before) return;
+  if (widget_->isShown()) widget_->setLimits(limitsFor(textSizeNow()));
+  fitRows(/*animated=*/false);
 }
 
 void PanelWindow::showMode() {
@@ -237,15 +305,14 @@ void PanelWindow::setExpanded(bool expanded) {
 
 // ---- Sizes ----
 
-double PanelWindow::roomForRows(ui::TextSizeCategory textSize) const {
-  return screen()->availableGeometry().height() - 2 * kMargin - PanelHeader::heightAt(textSize) -
-         kFrameAllowance;
+double PanelWindow::roomForRows() const {
+  return screen()->availableGeometry().height() - 2 * kMargin - header_->height() - kFrameAllowance;
 }
 
 PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize) const {
   const double rowHeight = compactHeightAt(textSize);
   const double rows =
-      maxRows_ > 0 ? static_cast<double>(maxRows_) : std::floor(roomForRows(textSize) / rowHeight);
+      options_.maxRows > 0 ? static_cast<double>(options_.maxRows) : std::floor(roomForRows() / rowHeight);
   return {static_cast<double>(width() - 2 * kMargin), rowHeight, rowHeight * std::max(1.0, rows)};
 }
 
@@ -264,7 +331,7 @@ void PanelWindow::roomDidChange() {
 }
 
 void PanelWindow::fitRows(bool animated) {
-  const double height = widget_->preferredHeight(roomForRows(textSizeNow()));
+  const double height = widget_->preferredHeight(roomForRows());
   resizing_->stop();
   const bool stylesAnimate = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
   if (!animated || !stylesAnimate) return applyRowsHeight(height);
@@ -277,12 +344,14 @@ void PanelWindow::fitRows(bool animated) {
 void PanelWindow::applyRowsHeight(double height) {
   QWidget* const body = rows_ ? rows_ : placeholder_;
   body->setFixedHeight(static_cast<int>(std::lround(height)));
+  header_->fitTo(width() - 2 * kMargin);
   setFixedHeight(body->height() + header_->height() + 2 * kMargin);
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
   if (!widget_ || event->size().width() == event->oldSize().width()) return;
   widget_->widthDidChange(limitsFor(textSizeNow()), rows_->height());
+  applyRowsHeight(rows_->height());
 }
 
 // ---- Text size ----
@@ -296,7 +365,7 @@ void PanelWindow::changeTextSize(int steps) {
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
   keepTextSize(category);
-  header_->setTextSize(category);
+  setHeaderTextSize(category);
   widget_->setLimits(limitsFor(category));
   services_.setTextSize(category);
   widget_->textSizeDidChange();

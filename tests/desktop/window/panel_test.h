@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QAction>
 #include <QLabel>
+#include <QPushButton>
 #include <QToolButton>
 #include <string>
 #include <vector>
@@ -58,7 +60,7 @@ class PanelTest : public testing::Test {
   void makePanel() {
     panel_ = nullptr;
     const auto texts = std::make_shared<const WindowTexts>(*UserLocale::parse("en"));
-    panel_ = std::make_unique<PanelWindow>(texts, services(), maxRows_);
+    panel_ = std::make_unique<PanelWindow>(texts, services(), PanelOptions{.maxRows = maxRows_});
     panel_->loadWidget();
   }
   /// Shows the panel, and waits until its first fetch has ended.
@@ -74,8 +76,21 @@ class PanelTest : public testing::Test {
     platform_->simulated().changeWorld(change);
   }
   std::size_t count(std::string_view event) { return platform_->simulated().transcript().countOf(event); }
-  std::string note() { return panel_->findChildren<QLabel*>().back()->text().toStdString(); }
+  std::string note() { return panel_->findChild<QLabel*>("note")->text().toStdString(); }
+  /// What the header says of the feeds; empty when it says nothing.
+  std::string news() {
+    const auto* const label = panel_->findChild<QLabel*>("news");
+    return label->isVisible() ? label->text().toStdString() : "";
+  }
+  QPushButton& tryAgain() { return *panel_->findChild<QPushButton*>("tryAgain"); }
   QToolButton& toggle() { return *panel_->findChildren<QToolButton*>().front(); }
+  void trigger(const QKeySequence& keys) {
+    for (QAction* action : panel_->actions()) {
+      if (action->shortcuts().contains(keys)) action->trigger();
+    }
+    settle();
+  }
+  QRect boundsOf(const QWidget& part) { return {part.mapTo(panel_.get(), QPoint()), part.size()}; }
   RowSurface& rows() { return panel_->rows(); }
   QPointF middleOf(std::size_t row) { return QRectF(rows().rectOf(row)).center(); }
 
@@ -84,6 +99,8 @@ class PanelTest : public testing::Test {
   std::uint64_t maxRows_ = 4;
   std::vector<std::string> openedURLs_;
   int favoritesShown_ = 0;
+  /// What the feeds say after each fetch.
+  FeedNews feedNews_;
 
  private:
   PanelServices services() {
@@ -97,6 +114,7 @@ class PanelTest : public testing::Test {
       change([&](simulation::World& world) { world.textSize = category; });
     };
     services.dataNote = [] { return QStringLiteral("A note"); };
+    services.feedNews = [this] { return feedNews_; };
     return services;
   }
 };

@@ -3,89 +3,191 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "shared/failure.h"
 #include "simulation/platform_test.h"
 
 namespace linewatch::desktop {
 namespace {
 
-/// Fetches end when the test calls `end`.
+using testing::ElementsAre;
+using Kind = FeedState::Kind;
+
+constexpr double kSleep = 3600;
+
+/// Fetches take no time and end as `fetch_` says, unless the test holds them.
 class PanelUpdatesTest : public PlatformTest {
  protected:
-  PanelUpdatesTest() { updates_.setInSight(true); }
+  void SetUp() override {
+    updates_.setInSight(true);
+    ask();
+  }
 
-  void end(bool failed) { updates_.fetchDidEnd(failed); }
-  /// How many fetches start within the time, each of which fails.
-  int failuresWithin(double seconds) {
+  Date now() { return platform_->mainLoop().now(); }
+  /// A feed that failed just now, so many times in a row.
+  FeedState failing(std::uint32_t failures, Kind kind = Kind::unreachable) {
+    return {.feed = "bus", .kind = kind, .failures = failures, .failed = now()};
+  }
+  void ask() {
+    ++asked_;
+    updates_.fetchDidBegin();
+    if (!holdsFetches_) end();
+  }
+  void end() {
+    if (fetch_) fetch_();
+    updates_.fetchDidEnd(/*failed=*/false);
+  }
+  /// How many fetches start within the time.
+  int within(double seconds) {
     const int before = asked_;
-    for (double passed = 0; passed < seconds; ++passed) {
-      const int askedBefore = asked_;
-      platform_->advance(1);
-      if (asked_ != askedBefore) end(/*failed=*/true);
-    }
+    pass(seconds);
     return asked_ - before;
+  }
+  void pass(double seconds) {
+    for (double passed = 0; passed < seconds; ++passed) {
+      clocks_.realTime += Seconds(1);
+      clocks_.sinceStart += Seconds(1);
+      clocks_.awake += Seconds(1);
+      platform_->advance(1);
+    }
+  }
+  /// Seconds until the next fetch starts.
+  int pause() {
+    int seconds = 0;
+    for (const int before = asked_; asked_ == before && seconds < 20'000; ++seconds) pass(1);
+    return seconds;
   }
 
   int asked_ = 0;
-  PanelUpdates updates_{[this] {
-    ++asked_;
-    updates_.fetchDidBegin();
-  }};
+  bool holdsFetches_ = false;
+  /// Sets `states_` when a fetch ends.
+  std::function<void()> fetch_;
+  std::vector<FeedState> states_;
+  ClockReading clocks_;
+  PanelUpdates updates_{[this] { ask(); },
+                        {.refresh = Seconds(120),
+                         .feedStates = [this] { return states_; },
+                         .readClocks = [this] { return clocks_; }}};
 };
 
-TEST_F(PanelUpdatesTest, AFailedFetchCountsOnceForAllWhoWait) {
+TEST_F(PanelUpdatesTest, RefreshesWithJitterWhileInSight) {
+  std::vector<int> pauses;
+  for (int i = 0; i < 20; ++i) pauses.push_back(pause());
+  EXPECT_THAT(pauses, testing::Each(testing::AllOf(testing::Ge(120), testing::Le(133))));
+  EXPECT_NE(std::ranges::min(pauses), std::ranges::max(pauses)) << "panels drift apart";
+  updates_.setMetered(true);
+  EXPECT_GE(pause(), 600) << "the pending update is put off too";
+  updates_.setMetered(false);
+  updates_.setInSight(false);
+  EXPECT_EQ(within(4000), 0);
+}
+
+TEST_F(PanelUpdatesTest, RetriesAFailedFeedWithGrowingPauses) {
+  std::uint32_t failures = 0;
+  fetch_ = [&] { states_ = {failing(++failures)}; };
+  updates_.userDidAsk();
+  for (const int least : {60, 120, 240, 480, 900, 900}) {
+    const int seconds = pause();
+    EXPECT_GE(seconds, least);
+    EXPECT_LE(seconds, least + 6);
+  }
+  fetch_ = [&] { states_ = {failing(1)}, states_[0].retryAfter = now() + Seconds(3000); };
+  updates_.userDidAsk();
+  EXPECT_GE(pause(), 3000) << "the server says when";
+  fetch_ = [&] { states_ = {failing(9), {.feed = "tram"}}; };
+  updates_.userDidAsk();
+  EXPECT_LE(pause(), 133) << "for the feed that works";
+}
+
+TEST_F(PanelUpdatesTest, AsksWhenTheGraceOfKeptAlertsEnds) {
+  struct Row {
+    const char* when;
+    double keptFor;
+    std::uint32_t failures;
+    int least, most;
+  };
+  for (const Row& row : {Row{"before the retry", 600, 5, 300, 301}, Row{"after the retry", 600, 1, 60, 66},
+                         Row{"just ended", 899.5, 5, 5, 6}}) {
+    fetch_ = [&] {
+      states_ = {failing(row.failures, Kind::kept)};
+      states_[0].since = now() - Seconds(row.keptFor);
+    };
+    updates_.userDidAsk();
+    const int seconds = pause();
+    EXPECT_GE(seconds, row.least) << row.when;
+    EXPECT_LE(seconds, row.most) << row.when;
+  }
+}
+
+TEST_F(PanelUpdatesTest, AsksOnceAfterSleepOrAJumpOfTheClock) {
+  struct Row {
+    const char* what;
+    ClockReading change;
+    int asks;
+  };
+  for (const Row& row :
+       {Row{"sleep", {.realTime = Seconds(kSleep), .sinceStart = Seconds(kSleep)}, 1},
+        Row{"set forward", {.realTime = Seconds(40)}, 1}, Row{"set back", {.realTime = Seconds(-kSleep)}, 1},
+        Row{"corrected a little", {.realTime = Seconds(3)}, 0}}) {
+    const int before = asked_;
+    clocks_.realTime += row.change.realTime;
+    clocks_.sinceStart += row.change.sinceStart;
+    updates_.checkClock();
+    updates_.checkClock();
+    updates_.connectionDidReturn();
+    EXPECT_EQ(asked_ - before, row.asks) << row.what;
+  }
+  clocks_.sinceStart += Seconds(kSleep);
+  clocks_.realTime += Seconds(kSleep);
+  const int before = asked_;
+  updates_.userDidAsk();
+  updates_.checkClock();
+  EXPECT_EQ(asked_ - before, 1) << "a fetch has begun since the machine woke up";
+}
+
+TEST_F(PanelUpdatesTest, AsksAgainForWhatARunningFetchMayHaveMissed) {
+  holdsFetches_ = true;
   updates_.userDidAsk();
   for (int i = 0; i < 8; ++i) updates_.userDidAsk();
-  EXPECT_EQ(asked_, 1);
-  end(true);
-  EXPECT_EQ(failuresWithin(70), 1);
-  EXPECT_EQ(failuresWithin(70), 0) << "the intervals grow";
-  EXPECT_EQ(failuresWithin(12 * 3600), 27) << "up to half an hour";
-  updates_.userDidAsk();
-  end(true);
-  EXPECT_EQ(failuresWithin(70), 1) << "the user resets the interval";
-  updates_.userDidAsk();
-  end(false);
-  EXPECT_EQ(failuresWithin(4000), 0);
+  EXPECT_EQ(asked_, 2);
+  updates_.favoritesDidChange();
+  updates_.favoritesDidChange();
+  EXPECT_EQ(asked_, 2);
+  end();
+  EXPECT_EQ(asked_, 3);
+  clocks_.sinceStart += Seconds(kSleep);
+  updates_.checkClock();
+  EXPECT_EQ(asked_, 3);
+  end();
+  EXPECT_EQ(asked_, 4) << "the machine slept during the fetch";
+  end();
+  EXPECT_EQ(asked_, 4);
 }
 
 TEST_F(PanelUpdatesTest, RetriesSoonAfterTheConnectionReturns) {
-  updates_.userDidAsk();
+  pass(20);
+  fetch_ = [this] { states_ = {failing(5)}; };
   updates_.connectionDidReturn();
-  EXPECT_EQ(asked_, 1);
-  end(true);
-  EXPECT_EQ(failuresWithin(10), 1) << "the failed fetch began without a connection";
-  EXPECT_EQ(failuresWithin(50), 0) << "only once";
-  EXPECT_EQ(failuresWithin(20), 1);
+  EXPECT_EQ(asked_, 2);
+  EXPECT_EQ(within(7), 1) << "the connection was not ready yet";
+  EXPECT_EQ(within(50), 0) << "only once";
+  fetch_ = [this] { states_ = {{.feed = "bus"}}; };
   updates_.connectionDidReturn();
   EXPECT_EQ(asked_, 4);
-  end(true);
-  EXPECT_EQ(failuresWithin(10), 1) << "the connection was not ready yet";
-}
-
-TEST_F(PanelUpdatesTest, FetchesAgainAfterAChangeDuringAFetch) {
-  updates_.fetchDidBegin();
-  updates_.favoritesDidChange();
-  updates_.favoritesDidChange();
-  EXPECT_EQ(asked_, 0);
-  end(false);
-  EXPECT_EQ(asked_, 1);
-  end(false);
-  EXPECT_EQ(asked_, 1);
-  updates_.favoritesDidChange();
-  EXPECT_EQ(asked_, 2);
+  EXPECT_EQ(within(100), 0);
 }
 
 TEST_F(PanelUpdatesTest, FetchesNothingWhileHidden) {
-  updates_.userDidAsk();
-  end(true);
   updates_.setInSight(false);
-  EXPECT_EQ(failuresWithin(4000), 0);
+  const int before = asked_;
   updates_.connectionDidReturn();
   updates_.favoritesDidChange();
+  clocks_.sinceStart += Seconds(kSleep);
+  updates_.checkClock();
   updates_.fetchDidBegin();
   updates_.favoritesDidChange();
-  end(true);
-  EXPECT_EQ(asked_, 1);
+  end();
+  EXPECT_EQ(within(4000), 0);
+  EXPECT_EQ(asked_, before);
 }
 
 }  // namespace

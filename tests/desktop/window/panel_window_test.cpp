@@ -54,12 +54,16 @@ TEST_F(PanelTest, ShowsTheSavedListAfterItWasKilled) {
   const auto saved = *platform_->makePreferencesStore(kCompanionAppGroupSuite)->objectForKey(kSavedUIDataKey);
   panel_ = nullptr;
   platform_->makePreferencesStore(kCompanionAppGroupSuite)->setObject(saved, kSavedUIDataKey);
+  platform_->simulated().advance(700);
   makePanel();
+  EXPECT_EQ(note(), "Updated 11 minutes ago");
   EXPECT_EQ(rows().rowCount(), 3U);
   EXPECT_TRUE(panel_->isExpanded());
   EXPECT_EQ(panel_->height(), height);
   EXPECT_FALSE(toggle().isHidden());
   EXPECT_EQ(toggle().text(), "Show Less");
+  show();
+  EXPECT_EQ(note(), "A note") << "the first answer has come";
 }
 
 TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
@@ -159,27 +163,65 @@ TEST_F(PanelTest, RecoversAfterAFailedRefresh) {
   platform_->simulated().log().setListener([&](const LogMessage& message) {
     if (message.level == LogLevel::error) ++errorsLogged;
   });
-  EXPECT_EQ(note(), "A note");
+  const int height = panel_->height();
   change([](auto& world) { world.service.answer = simulation::WorldService::Answer::error; });
   while (count("lookup") < 2) advance(0.1);
-  EXPECT_EQ(note(), "Updating…");
+  EXPECT_EQ(note(), "A note") << "the user did not ask for this update";
   advance(1);
   EXPECT_EQ(note(), "") << "the age is hidden beside an error";
-  advance(70);
+  EXPECT_EQ(news(), "The advisories could not be loaded.");
+  EXPECT_FALSE(rows().toolTip().isEmpty());
+  advance(140);
   EXPECT_EQ(count("lookup"), 3U);
   EXPECT_EQ(errorsLogged, 1) << "each reason is logged once";
-  EXPECT_FALSE(rows().toolTip().isEmpty());
   change([](auto& world) { world.service.answer = simulation::WorldService::Answer::lines; });
-  advance(140);
+  tryAgain().setFocus();
+  press(tryAgain(), Qt::Key_Return);
+  settle();
+  EXPECT_EQ(note(), "Updating…");
+  advance(1);
   EXPECT_EQ(count("lookup"), 4U);
   EXPECT_EQ(rows().wordsOf(0).name, "LineWatch_Summary_advisory_count(2)");
   EXPECT_EQ(note(), "A note");
+  EXPECT_EQ(news(), "");
+  EXPECT_EQ(panel_->height(), height);
+  EXPECT_TRUE(rows().hasFocus()) << "the button that had the focus is gone";
   EXPECT_EQ(rows().toolTip(), "");
   while (count("lookup") < 5) advance(0.1);
   change([](auto& world) { world.favorites = {{.line = "C"}}; });
   panel_->favoritesDidChange();
   advance(2);
   EXPECT_EQ(count("lookup"), 6U) << "the refresh may not have seen the change";
+}
+
+TEST_F(PanelTest, TheHeaderGivesNewsOfTheFeedsInFullAtEverySize) {
+  start();
+  feedNews_.states = {{.feed = "City Buses", .kind = FeedState::Kind::kept, .failures = 1}};
+  feedNews_.states[0].since = platform_->mainLoop().now();
+  feedNews_.states[0].failed = platform_->mainLoop().now();
+  feedNews_.unknownLines = {{.name = "5"}, {.name = "7"}};
+  show();
+  EXPECT_EQ(news(),
+            "City Buses cannot be updated; its advisories came less than a minute ago. "
+            "No news of lines 5 and 7.");
+  const auto& label = *panel_->findChild<QLabel*>("news");
+  for (const int largerBy : {0, 20}) {
+    for (int i = 0; i < largerBy; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+      for (const int width : {280, 640}) {
+        panel_->setLayoutDirection(direction);
+        panel_->resize(width, panel_->height());
+        settle();
+        EXPECT_GE(label.height(), label.heightForWidth(label.width()));
+        EXPECT_GE(tryAgain().width(), tryAgain().sizeHint().width());
+        EXPECT_TRUE(panel_->rect().contains(boundsOf(tryAgain())));
+        EXPECT_GT(boundsOf(rows()).top(), boundsOf(label).bottom());
+      }
+    }
+  }
+  QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&tryAgain());
+  EXPECT_EQ(accessible->text(QAccessible::Name), "Try Again");
+  EXPECT_TRUE(accessible->state().focusable);
 }
 
 TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
@@ -195,12 +237,6 @@ TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
 
 TEST_F(PanelTest, HandlesShortcuts) {
   startShown();
-  const auto trigger = [this](const QKeySequence& keys) {
-    for (QAction* action : panel_->actions()) {
-      if (action->shortcuts().contains(keys)) action->trigger();
-    }
-    settle();
-  };
   trigger(Qt::Key_F5);
   EXPECT_EQ(note(), "Updating…");
   advance(1);

@@ -1,0 +1,104 @@
+#include "desktop/window/panel_news.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "shared/failure.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+/// More names than this would fill the header.
+constexpr std::size_t kMostNames = 6;
+
+/// The text for a feed in that state, and the one without a date.
+struct FeedSentence {
+  FeedState::Kind kind;
+  std::string_view dated, undated;
+};
+
+/// In the order in which the header names feeds: those without news first.
+constexpr std::array kSentences = {
+    FeedSentence{FeedState::Kind::unreachable, "FeedUnreachable", "FeedNeverLoaded"},
+    FeedSentence{FeedState::Kind::notMatching, "FeedNotMatching", "FeedNotMatching"},
+    FeedSentence{FeedState::Kind::outdated, "FeedOutdated", "FeedOfUnknownAge"},
+    FeedSentence{FeedState::Kind::incomplete, "FeedIncomplete", "FeedIncomplete"},
+    FeedSentence{FeedState::Kind::kept, "FeedKept", "FeedNeverLoaded"},
+    FeedSentence{FeedState::Kind::stale, "FeedStale", "FeedOfUnknownAge"},
+};
+
+auto rankOf(const FeedState& state) { return std::ranges::find(kSentences, state.kind, &FeedSentence::kind); }
+
+/// The feeds that are not fresh, the worst first.
+std::vector<FeedState> unsoundFeeds(std::vector<FeedState> states) {
+  std::erase_if(states, [](const FeedState& state) { return rankOf(state) == kSentences.end(); });
+  std::ranges::stable_sort(states, {}, rankOf);
+  return states;
+}
+
+QString feedSentence(const FeedState& state, const WindowTexts& texts, Date now) {
+  const FeedSentence& sentence = *rankOf(state);
+  if (!state.since) return texts(sentence.undated, {state.feed});
+  return texts(sentence.dated, {state.feed, agoInWords(*state.since, texts, now).toStdString()});
+}
+
+QString withReason(const QString& sentence, const std::optional<Error>& error, const WindowTexts& texts) {
+  if (!error) return sentence;
+  return texts("BecauseOf", {sentence.toStdString(), sentenceOf(*error)});
+}
+
+/// "5, 7 and 12"; of many names the first ones, and how many more there are.
+std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& texts) {
+  const std::size_t named = lines.size() > kMostNames ? kMostNames - 1 : lines.size();
+  QStringList names;
+  for (const UnknownLine& line : std::span(lines).first(named)) names << QString::fromStdString(line.name);
+  if (named < lines.size()) names << texts("MoreNames", {std::uint64_t{lines.size() - named}});
+  const QString last = names.takeLast();
+  if (names.isEmpty()) return last.toStdString();
+  return texts("ListEnd", {names.join(QStringLiteral(", ")).toStdString(), last.toStdString()}).toStdString();
+}
+
+}  // namespace
+
+QString agoInWords(Date date, const WindowTexts& texts, Date now) {
+  constexpr double kMinute = 60, kHour = 3600, kDay = 86400;
+  const double age = (now - date).count();
+  const auto count = [&](std::string_view name, double unit) {
+    return texts(name, {static_cast<std::uint64_t>(age / unit)});
+  };
+  if (age >= 2 * kDay) return count("DaysAgo", kDay);
+  if (age >= 2 * kHour) return count("HoursAgo", kHour);
+  return age >= kMinute ? count("MinutesAgo", kMinute) : texts("JustNow");
+}
+
+PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {
+  PanelNews said;
+  QStringList sentences, details;
+  const std::vector<FeedState> feeds = unsoundFeeds(news.states);
+  for (const FeedState& feed : feeds) {
+    details << withReason(feedSentence(feed, texts, now), feed.error, texts);
+    said.hasAge |= feed.since.has_value();
+  }
+  if (!feeds.empty()) sentences << feedSentence(feeds.front(), texts, now);
+  if (feeds.size() > 1) sentences << texts("MoreFeeds", {std::uint64_t{feeds.size() - 1}});
+  if (feeds.empty() && news.error) {
+    sentences << texts("ListNotLoaded");
+    details << withReason(sentences.back(), news.error, texts);
+  }
+  if (!news.unknownLines.empty()) {
+    sentences << texts("NoNewsOfLines",
+                       {std::uint64_t{news.unknownLines.size()}, listOf(news.unknownLines, texts)});
+    details << sentences.back();
+  }
+  said.text = sentences.join(QLatin1Char(' '));
+  said.details = details.join(QLatin1Char(' '));
+  return said;
+}
+
+}  // namespace linewatch::desktop
