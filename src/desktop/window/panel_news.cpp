@@ -15,7 +15,7 @@ namespace linewatch::desktop {
 namespace {
 
 /// More names than this would fill the header.
-constexpr std::size_t kMostNames = 6;
+constexpr std::size_t kMostNamedLines = 6;
 
 /// The text for a feed in that state, and the one without a date.
 struct FeedSentence {
@@ -55,7 +55,7 @@ QString withReason(const QString& sentence, const std::optional<Error>& error, c
 
 /// "5, 7 and 12"; of many names the first ones, and how many more there are.
 std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& texts) {
-  const std::size_t named = lines.size() > kMostNames ? kMostNames - 1 : lines.size();
+  const std::size_t named = lines.size() > kMostNamedLines ? kMostNamedLines - 1 : lines.size();
   QStringList names;
   for (const UnknownLine& line : std::span(lines).first(named)) names << QString::fromStdString(line.name);
   if (named < lines.size()) names << texts("MoreNames", {std::uint64_t{lines.size() - named}});
