@@ -67,6 +67,14 @@ void CommandGrammar::addShow(CLI::App& app) {
   sub->callback([this] { command_ = show_; });
 }
 
+void CommandGrammar::addLineChoice(CLI::App& adding) {
+  adding.add_option("--stops", favorites_.stops, "The stops whose notices are shown: all, none or IDs")
+      ->type_name("all|none|ID,...");
+  adding.add_option("--direction", favorites_.direction, "The direction whose incidents are shown")
+      ->check(CLI::IsMember({"0", "1", "both"}))
+      ->type_name("0|1|both");
+}
+
 void CommandGrammar::addFavorites(CLI::App& app) {
   using enum FavoritesCommand::Action;
   CLI::App* const sub = app.add_subcommand("favorites", "List, add or remove favourite lines");
@@ -80,8 +88,9 @@ void CommandGrammar::addFavorites(CLI::App& app) {
   };
   for (const auto& [name, about, action] : {Row{"add", "Add lines, by name or route id", add},
                                             Row{"remove", "Remove lines, by name or route id", remove}}) {
-    addAction(*sub, name, about, favorites_, action)
-        ->add_option("LINE", favorites_.lines, "A route id, FEED:ROUTE_ID, or a name that one line has")
+    CLI::App* const changing = addAction(*sub, name, about, favorites_, action);
+    if (action == add) addLineChoice(*changing);
+    changing->add_option("LINE", favorites_.lines, "A route id, FEED:ROUTE_ID, or a name that one line has")
         ->required()
         ->type_name("");
   }

@@ -24,6 +24,7 @@ class CommandGrammar {
   void addPanel(CLI::App& app);
   void addShow(CLI::App& app);
   void addFavorites(CLI::App& app);
+  void addLineChoice(CLI::App& adding);
   void addLines(CLI::App& app);
   void addFeed(CLI::App& app);
   void addAnalytics(CLI::App& app);

@@ -42,6 +42,8 @@ struct FavoritesCommand {
   enum class Action { list, add, remove };
   Action action = Action::list;
   std::vector<std::string> lines;
+  /// For `add`: "all", "none" or ids of stops with commas between, and "0", "1" or "both". Absent: as before.
+  std::optional<std::string> stops = {}, direction = {};
 };
 
 struct LinesCommand {

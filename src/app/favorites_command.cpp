@@ -1,8 +1,12 @@
+#include <algorithm>
+#include <sstream>
+
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
 #include "feeds/gtfs/line_lookup.h"
 #include "machine/terminal_line.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 
@@ -28,31 +32,122 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
   return std::nullopt;
 }
 
+/// The choice as the options of "favorites add" write it; empty for everything.
+std::string inWords(const LineChoice& choice) {
+  std::string words;
+  if (choice.stops != LineChoice::Stops::all) {
+    std::string ids;
+    for (const std::string& id : choice.stopIds) ids.append(ids.empty() ? "" : ",").append(id);
+    words += "  --stops " + (choice.stops == LineChoice::Stops::none ? "none" : terminalLine(ids));
+  }
+  if (choice.direction) words += "  --direction " + std::to_string(*choice.direction);
+  return words;
+}
+
+/// `table` has a line of text for each of the favourites.
+std::string withChoices(const std::string& table, const std::vector<LineChoice>& choices) {
+  std::istringstream rows(table);
+  std::string text;
+  std::size_t place = 0;
+  for (std::string row; std::getline(rows, row); ++place) text += row + inWords(choices[place]) + "\n";
+  return text;
+}
+
 Report list(Session& session, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
   if (favorites->empty()) return Report::of("No favourites yet. Add one: linewatch favorites add LINE\n");
   std::vector<FoundLine> known;
+  std::vector<LineChoice> choices;
   std::string unknown;
   for (const auto& [favorite, line] : *favorites) {
     if (line) known.push_back(*line);
-    if (!line) unknown += "unknown line  " + terminalLine(favorite.feed + ":" + favorite.subject) + "\n";
+    if (line) choices.push_back(favorite.choice);
+    if (!line)
+      unknown += "unknown line  " + terminalLine(favorite.feed + ":" + favorite.subject) +
+                 inWords(favorite.choice) + "\n";
   }
-  return Report::of(lineTable(known, style) + unknown);
+  return Report::of(withChoices(lineTable(known, style), choices) + unknown);
 }
 
-Report add(Session& session, const std::vector<std::string>& names) {
+std::vector<std::string> idsIn(const std::string& list) {
+  std::istringstream parts(list);
+  std::vector<std::string> ids;
+  for (std::string id; std::getline(parts, id, ',');) {
+    if (!id.empty()) ids.push_back(id);
+  }
+  return ids;
+}
+
+/// The choice with what the options change.
+LineChoice changed(LineChoice choice, const FavoritesCommand& command) {
+  using Stops = LineChoice::Stops;
+  if (command.stops) {
+    choice.stops = *command.stops == "all"    ? Stops::all
+                   : *command.stops == "none" ? Stops::none
+                                              : Stops::chosen;
+    choice.stopIds = choice.stops == Stops::chosen ? idsIn(*command.stops) : std::vector<std::string>();
+  }
+  if (command.direction) {
+    choice.direction = *command.direction == "both"
+                           ? std::nullopt
+                           : std::optional(static_cast<std::uint8_t>(*command.direction == "1" ? 1 : 0));
+  }
+  return choice;
+}
+
+/// The error of a chosen stop that the line's feed does not have.
+std::optional<Error> unknownStop(Session& session, const StoredFavorite& favorite) {
+  if (favorite.choice.stopIds.empty()) return std::nullopt;
+  const auto stops = session.platform().feeds().stopsOf(favorite.feed);
+  if (!stops) return stops.error();
+  for (const std::string& id : favorite.choice.stopIds) {
+    if (!(*stops)->find(id))
+      return failure(FailureCode::notFound, "stop \"" + id + "\"", "",
+                     "feed " + favorite.feed + " has no stop with this id");
+  }
+  return std::nullopt;
+}
+
+/// The lines as favourites, with the choice that the options make of the one before.
+Outcome<std::vector<StoredFavorite>> withChoice(Session& session, std::vector<StoredFavorite> favorites,
+                                                const FavoritesCommand& command) {
+  const auto stored = session.platform().favorites().lines();
+  if (!stored) return stored.error();
+  for (StoredFavorite& favorite : favorites) {
+    const auto known =
+        std::ranges::find_if(*stored, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
+    favorite.choice = changed(known == stored->end() ? LineChoice() : known->choice, command);
+    if (auto error = unknownStop(session, favorite)) return *std::move(error);
+  }
+  return favorites;
+}
+
+Report add(Session& session, const FavoritesCommand& command) {
   // All lines are looked up before any is added, so that one mistake adds none.
-  const auto found = linesNamed(session, names);
+  const auto found = linesNamed(session, command.lines);
   if (!found) return refused(found.error());
   std::vector<StoredFavorite> chosen;
   for (const FoundLine& line : *found) chosen.push_back(favoriteOf(line));
-  const auto added = session.platform().favorites().change(chosen, true);
+  const bool hasChoice = command.stops || command.direction;
+  if (hasChoice && command.stops && *command.stops != "none" && idsIn(*command.stops).empty())
+    return refused(failure(FailureCode::invalid, "--stops", "", "it names no stop; say all, none or ids"));
+  const auto before = session.platform().favorites().lines();
+  if (!before) return refused(before.error());
+  if (hasChoice) {
+    auto withOptions = withChoice(session, std::move(chosen), command);
+    if (!withOptions) return refused(withOptions.error());
+    chosen = *std::move(withOptions);
+  }
+  const UserFavorites& favorites = session.platform().favorites();
+  const auto added = hasChoice ? favorites.addWithChoice(chosen) : favorites.change(chosen, true);
   if (!added) return refused(added.error());
   Report report;
   for (std::size_t i = 0; i < found->size(); ++i) {
-    report.output +=
-        ((*added)[i] ? "Added " : "Already a favourite: ") + terminalLine((*found)[i].name()) + "\n";
+    const bool wasThere =
+        std::ranges::any_of(*before, [&](const StoredFavorite& other) { return other.isSameAs(chosen[i]); });
+    const char* const done = !(*added)[i] ? "Already a favourite: " : wasThere ? "Changed " : "Added ";
+    report.output += done + terminalLine((*found)[i].name()) + "\n";
   }
   return report;
 }
@@ -87,7 +182,7 @@ Report remove(Session& session, const std::vector<std::string>& names) {
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style) {
   switch (command.action) {
     case FavoritesCommand::Action::add:
-      return add(session, command.lines);
+      return add(session, command);
     case FavoritesCommand::Action::remove:
       return remove(session, command.lines);
     case FavoritesCommand::Action::list:

@@ -62,7 +62,8 @@ Outcome<std::unique_ptr<GtfsSource>> openTimetable(const std::string& location) 
 std::string fingerprint(const std::string& location) {
   std::string print;
   const fs::path path = localPath(location);
-  for (const fs::path& file : {path, path / "agency.txt", path / "feed_info.txt", path / "routes.txt"}) {
+  for (const fs::path& file :
+       {path, path / "agency.txt", path / "feed_info.txt", path / "routes.txt", path / "stops.txt"}) {
     std::error_code error;
     const auto time = fs::last_write_time(file, error);
     if (error) continue;
@@ -193,12 +194,60 @@ Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
   auto contents = readGtfs(**source, feed.name);
   if (!contents) return located(contents.error(), feed, feed.gtfs);
   const SharedLineIndex index = indexOf(std::move(*contents));
+  if (keepsTimetable(feed) || isHttpURL(feed.gtfs)) keepStops(feed, **source);
   keepIndex(feed, *index, std::move(document));
   return index;
 }
 
+bool FeedDocuments::keepsTimetable(const StoredFeed& feed) const {
+  return keeps(feed) && (isHttpURL(feed.gtfs) || keepsLocalTimetables_);
+}
+
+/// Lines without names of stops are better than no lines: an error goes to the log only.
+void FeedDocuments::keepStops(const StoredFeed& feed, GtfsSource& source) {
+  auto pages = readStopPages(source);
+  if (!pages) {
+    logError("%@; its stops are shown by their ids", {sentenceOf(located(pages.error(), feed, feed.gtfs))});
+    pages = std::vector<StopPage>();
+  }
+  if (keepsTimetable(feed)) {
+    std::vector<CachedStopPage> kept;
+    for (StopPage& page : *pages) kept.push_back({std::move(page.firstId), std::move(page.text)});
+    return cache_->storeStops(feed.name, feed.gtfs, std::move(kept));
+  }
+  const MutexLock lock(stopsMutex_);
+  stopsInMemory_.insert_or_assign(feed.gtfs, *std::move(pages));
+}
+
+std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed) {
+  return std::make_shared<StopNames>(
+      std::vector<StopNames::PageSource>{[this, feed](std::string_view id) { return stopPage(feed, id); }});
+}
+
+std::optional<std::string> FeedDocuments::stopPage(const StoredFeed& feed, std::string_view id) {
+  if (keeps(feed)) {
+    if (auto page = cache_->stopPage(feed.name, feed.gtfs, id)) return page;
+  }
+  const auto isRead = [&] {
+    const MutexLock lock(stopsMutex_);
+    return stopsInMemory_.contains(feed.gtfs);
+  };
+  if (!isHttpURL(feed.gtfs) && !isRead()) {
+    auto source = openTimetable(feed.gtfs);
+    auto pages = source ? readStopPages(**source) : Outcome<std::vector<StopPage>>(source.error());
+    if (!pages)
+      logError("%@; its stops are shown by their ids", {sentenceOf(located(pages.error(), feed, feed.gtfs))});
+    const MutexLock lock(stopsMutex_);
+    stopsInMemory_.emplace(feed.gtfs, pages ? *std::move(pages) : std::vector<StopPage>());
+  }
+  const MutexLock lock(stopsMutex_);
+  const auto pages = stopsInMemory_.find(feed.gtfs);
+  const StopPage* const page = pages == stopsInMemory_.end() ? nullptr : pageWithStop(pages->second, id);
+  return page ? std::optional(page->text) : std::nullopt;
+}
+
 void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
-  if (!keeps(feed) || (!isHttpURL(feed.gtfs) && !keepsLocalTimetables_)) return;
+  if (!keepsTimetable(feed)) return;
   document.bytes = encodeLineIndex(index.contents());
   cache_->store(feed.name, Kind::kTimetable.name, std::move(document));
 }

@@ -3,16 +3,20 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 #include "feeds/alerts/alerts_message.h"
 #include "feeds/gtfs/gtfs_source.h"
 #include "feeds/gtfs/line_index.h"
+#include "feeds/gtfs/stop_names.h"
 #include "feeds/http/http_fetcher.h"
 #include "shared/date.h"
+#include "shared/mutex.h"
 #include "shared/outcome.h"
 #include "storage/feed_cache.h"
 #include "storage/stored_feeds.h"
@@ -58,6 +62,9 @@ class FeedDocuments {
                 FetcherSource fetcherSource = loadHttpFetcher);
 
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
+  /// The names of the feed's stops. They are on the disk beside the line index; without a cache they are read
+  /// from the timetable when one is first asked for.
+  std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed);
   /// From now on an index of a local timetable is read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// The alerts after another attempt to get them. `held` is the answer of the call before, or the default.
@@ -76,6 +83,7 @@ class FeedDocuments {
   };
 
   bool keeps(const StoredFeed& feed) const { return cache_ && feed.name != kSampleFeedName; }
+  bool keepsTimetable(const StoredFeed& feed) const;
   std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
   Outcome<HttpResponse> get(const StoredFeed& feed, const Kind& kind, std::string etag,
                             std::string lastModified);
@@ -84,6 +92,9 @@ class FeedDocuments {
   Outcome<SharedLineIndex> remoteTimetable(const StoredFeed& feed);
   Outcome<SharedLineIndex> readTimetable(const StoredFeed& feed, Outcome<std::unique_ptr<GtfsSource>> source,
                                          CachedDocument document);
+  /// Keeps the stops in the cache, or in memory where nothing is cached.
+  void keepStops(const StoredFeed& feed, GtfsSource& source);
+  std::optional<std::string> stopPage(const StoredFeed& feed, std::string_view id);
   void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
   FeedAlerts cachedAlerts(const StoredFeed& feed, FeedAlerts held) const;
   FeedAlerts localAlerts(const StoredFeed& feed, FeedAlerts held);
@@ -98,6 +109,11 @@ class FeedDocuments {
   FetcherSource fetcherSource_;
   std::stop_source stop_;
   std::atomic<bool> keepsLocalTimetables_ = true;
+
+  /// The stops of timetables that are not cached, by location.
+  using StopPages = std::map<std::string, std::vector<StopPage>>;
+  Mutex stopsMutex_;
+  StopPages stopsInMemory_ LINEWATCH_GUARDED_BY(stopsMutex_);
 };
 
 }  // namespace linewatch

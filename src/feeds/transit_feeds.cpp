@@ -63,6 +63,14 @@ FeedFacts factsOf(const StoredFeed& feed, const FeedAlerts& alerts, const Incide
   return facts;
 }
 
+bool hasAllNotices(const IncidentTable& incidents, std::size_t route,
+                   const std::vector<std::uint32_t>& notices) {
+  const std::vector<StopNotice> ofRoute = incidents.stopNoticesOfRoute(route);
+  return std::ranges::all_of(notices, [&](std::uint32_t notice) {
+    return std::ranges::find(ofRoute, notice, &StopNotice::incident) != ofRoute.end();
+  });
+}
+
 }  // namespace
 
 FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
@@ -117,6 +125,7 @@ std::optional<Error> TransitFeeds::followLocked() {
       loaded[feed] = std::move(loaded_[static_cast<std::size_t>(known - feeds_.begin())]);
   }
   feeds_ = *now;
+  records_.clear();
   loaded_ = std::move(loaded);
   publish();
   return std::nullopt;
@@ -170,6 +179,7 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
   publish(places, states);
   if (error) return *error;
   auto items = answer(places, states, now);
+  publishStopIncidents();
   logTrouble(this->states(), items);
   return items;
 }
@@ -185,10 +195,12 @@ std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdent
       if (tried.insert(feed).second) (void)loadLines(feed);
       if (auto found = findIn(feed, identifier); found && (found->route || !place)) place = std::move(found);
     }
-    if (place)
-      places.push_back(*std::move(place));
-    else
+    if (!place) {
       logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
+      continue;
+    }
+    place->choice = identifier.choice;
+    places.push_back(*std::move(place));
   }
   return places;
 }
@@ -242,19 +254,30 @@ UnknownLine TransitFeeds::unknownLine(const Place& place) const {
 
 Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, const States& states,
                                                Date now) {
-  std::map<std::size_t, IncidentRecords> incidents;
+  records_.clear();
   TransitLineItems items;
   items.reserve(places.size());
   for (const Place& place : places) {
     if (!isKnown(place, states)) continue;
     const LoadedFeed& feed = loaded_[place.feed];
-    IncidentRecords& records =
-        incidents.try_emplace(place.feed, feed.incidents, language_, now).first->second;
-    items.push_back(std::make_shared<const TransitLineRecord>(lineFields(*feed.records, *place.route),
-                                                              records.ofRoute(*place.route)));
+    items.push_back(std::make_shared<const TransitLineRecord>(
+        lineFields(*feed.records, *place.route),
+        recordsOf(place.feed, now).ofRoute(*place.route, place.choice)));
   }
   if (items.empty() && !places.empty()) return *states.at(places.front().feed).error;
   return items;
+}
+
+IncidentRecords& TransitFeeds::recordsOf(std::size_t feed, Date now) {
+  LoadedFeed& loaded = loaded_[feed];
+  if (!loaded.stops) loaded.stops = documents_->stopNamesOf(feeds_[feed]);
+  return records_.try_emplace(feed, loaded.incidents, language_, now, loaded.stops).first->second;
+}
+
+void TransitFeeds::publishStopIncidents() {
+  for (const auto& [feed, records] : records_)
+    loaded_[feed].noticesOfStopIncidents = records.noticesOfStopIncidents();
+  publish();
 }
 
 Outcome<std::vector<FeedState>> TransitFeeds::check(Date now) {
@@ -283,6 +306,25 @@ TransitFeeds::LinesOfIncidents TransitFeeds::linesWithIncidents(std::span<const 
   return lines;
 }
 
+IncidentDetailsByMuid TransitFeeds::detailsOfIncidents(std::span<const std::uint64_t> muids) {
+  const MutexLock loading(loadingMutex_);
+  IncidentDetailsByMuid all;
+  for (const std::uint64_t muid : muids) {
+    for (const auto& [feed, records] : records_) {
+      if (auto details = records.detailsOf(muid)) all.emplace(muid, *std::move(details));
+    }
+  }
+  return all;
+}
+
+Outcome<std::shared_ptr<StopNames>> TransitFeeds::stopsOf(std::string_view feedName) {
+  const MutexLock loading(loadingMutex_);
+  if (const auto error = followLocked()) return *error;
+  const auto feed = std::ranges::find(feeds_, feedName, &StoredFeed::name);
+  if (feed == feeds_.end()) return std::make_shared<StopNames>(std::vector<StopNames::PageSource>());
+  return documents_->stopNamesOf(*feed);
+}
+
 void TransitFeeds::addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncidents& lines) {
   const IncidentRecords records(feed.incidents, language_, Date{});
   std::map<std::uint32_t, std::uint64_t> wanted;
@@ -290,11 +332,19 @@ void TransitFeeds::addLinesWithIncidents(const LoadedFeed& feed, LinesOfIncident
     const std::uint64_t muid = records.muidOf(place);
     if (lines.contains(muid)) wanted.emplace(place, muid);
   }
-  if (wanted.empty()) return;
+  IncidentRecords::NoticesOfStopIncidents wantedNotices;
+  for (const auto& [muid, notices] : feed.noticesOfStopIncidents) {
+    if (lines.contains(muid)) wantedNotices.emplace(muid, notices);
+  }
+  if (wanted.empty() && wantedNotices.empty()) return;
   for (std::size_t route = 0; route < feed.lines->routes().size(); ++route) {
     for (const std::uint32_t place : feed.incidents->incidentsOfRoute(route)) {
       const auto incident = wanted.find(place);
       if (incident != wanted.end()) lines[incident->second].push_back(lineFields(*feed.records, route));
+    }
+    for (const auto& [muid, notices] : wantedNotices) {
+      if (hasAllNotices(*feed.incidents, route, notices))
+        lines[muid].push_back(lineFields(*feed.records, route));
     }
   }
 }

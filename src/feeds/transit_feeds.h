@@ -84,6 +84,12 @@ class TransitFeeds {
   /// read, loads nothing and waits for no server.
   using LinesOfIncidents = std::map<std::uint64_t, std::vector<std::shared_ptr<const TransitLineFields>>>;
   LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids) LINEWATCH_EXCLUDES(mutex_);
+  /// What the feeds say of these incidents beside their texts. Knows the incidents of the last look-up;
+  /// leaves out others.
+  IncidentDetailsByMuid detailsOfIncidents(std::span<const std::uint64_t> muids)
+      LINEWATCH_EXCLUDES(loadingMutex_);
+  /// The names of the stops of the feed with that name.
+  Outcome<std::shared_ptr<StopNames>> stopsOf(std::string_view feedName) LINEWATCH_EXCLUDES(loadingMutex_);
 
  private:
   struct LoadedFeed {
@@ -93,6 +99,9 @@ class TransitFeeds {
     FeedAlerts alerts;
     /// Made from `lines` and `alerts.message`; null until both are there.
     SharedIncidentTable incidents;
+    /// Null until an alert names a stop.
+    std::shared_ptr<StopNames> stops;
+    IncidentRecords::NoticesOfStopIncidents noticesOfStopIncidents;
   };
   /// A line that was asked for.
   struct Place {
@@ -100,6 +109,7 @@ class TransitFeeds {
     /// Absent when the feed's timetable cannot be read.
     std::optional<std::size_t> route;
     std::string routeId;
+    LineChoice choice;
   };
   using States = std::map<std::size_t, FeedState>;
 
@@ -116,6 +126,8 @@ class TransitFeeds {
       LINEWATCH_REQUIRES(loadingMutex_);
   static bool isKnown(const Place& place, const States& states);
   UnknownLine unknownLine(const Place& place) const LINEWATCH_REQUIRES(loadingMutex_);
+  IncidentRecords& recordsOf(std::size_t feed, Date now) LINEWATCH_REQUIRES(loadingMutex_);
+  void publishStopIncidents() LINEWATCH_REQUIRES(loadingMutex_) LINEWATCH_EXCLUDES(mutex_);
   void publish() LINEWATCH_REQUIRES(loadingMutex_) LINEWATCH_EXCLUDES(mutex_);
   /// Also publishes the states and the unknown lines of a look-up.
   void publish(std::span<const Place> places, const States& states) LINEWATCH_REQUIRES(loadingMutex_)
@@ -133,6 +145,8 @@ class TransitFeeds {
   std::vector<StoredFeed> feeds_ LINEWATCH_GUARDED_BY(loadingMutex_);
   /// One for each feed.
   std::vector<LoadedFeed> loaded_ LINEWATCH_GUARDED_BY(loadingMutex_);
+  /// Those of the last look-up, by feed.
+  std::map<std::size_t, IncidentRecords> records_ LINEWATCH_GUARDED_BY(loadingMutex_);
 
   /// What the calls that wait for nothing read: a copy of the state after the last loading.
   struct Published {

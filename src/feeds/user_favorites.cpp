@@ -36,10 +36,13 @@ StoredPreferences programPreferences(const SharedDatabase& state) {
 
 /// A line with its identifier only, so that the feed need not be loaded. The transit service says whether the
 /// feed still has the line.
-SharedLine lineToLookUp(const std::string& feed, const std::string& routeId) {
-  const std::uint64_t muid = stableMuid(feed, routeId);
+SharedLine lineToLookUp(const StoredFavorite& favorite) {
+  const std::string& routeId = favorite.subject;
+  const std::uint64_t muid = stableMuid(favorite.feed, routeId);
   return std::make_shared<const TransitLineRecord>(
-      TransitLineFields{.muid = muid, .identifier = MapItemIdentifier{muid, feed, routeId}, .name = routeId},
+      TransitLineFields{.muid = muid,
+                        .identifier = MapItemIdentifier{muid, favorite.feed, routeId, favorite.choice},
+                        .name = routeId},
       TransitIncidents{});
 }
 
@@ -47,7 +50,7 @@ Favorites toLookUp(const std::vector<StoredFavorite>& lines) {
   Favorites favorites;
   favorites.reserve(lines.size());
   for (const StoredFavorite& line : lines) {
-    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line.feed, line.subject)});
+    favorites.emplace_back(FavoriteTransitLine{lineToLookUp(line)});
   }
   return favorites;
 }
@@ -83,6 +86,11 @@ Outcome<bool> UserFavorites::change(const StoredFavorite& favorite, bool isAdded
 Outcome<std::vector<bool>> UserFavorites::change(const std::vector<StoredFavorite>& favorites,
                                                  bool isAdded) const {
   if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->change(favorites, isAdded);
+  return failure(FailureCode::unsupported, "favourites", "", "a run without saved state keeps none");
+}
+
+Outcome<std::vector<bool>> UserFavorites::addWithChoice(const std::vector<StoredFavorite>& favorites) const {
+  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->addWithChoice(favorites);
   return failure(FailureCode::unsupported, "favourites", "", "a run without saved state keeps none");
 }
 
@@ -132,6 +140,13 @@ Outcome<std::vector<bool>> UserFavorites::Saved::change(const std::vector<Stored
   }
   StoredFavorites stored(state);
   return isAdded ? stored.add(favorites) : stored.remove(favorites);
+}
+
+Outcome<std::vector<bool>> UserFavorites::Saved::addWithChoice(
+    const std::vector<StoredFavorite>& favorites) const {
+  // The first change makes the sample city's favourites the user's own.
+  if (const auto taken = change({}, true); !taken) return taken.error();
+  return StoredFavorites(state).addWithChoice(favorites);
 }
 
 /// Makes the favourites of the sample city the user's own.

@@ -32,7 +32,10 @@ class UserFavorites {
   /// Adds or removes all of the favourites, or none. For each of them: false when that changed nothing. Given
   /// favourites cannot be changed.
   Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
-  /// The same for one favourite.
+  /// Adds all of the favourites, or none; those that are there already get the new choice. For each of them:
+  /// false when that changed nothing.
+  Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites) const;
+  /// Adds or removes one favourite.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
   /// The favourites of every kind as the widget takes them. An error is also written to the log.
   Outcome<Favorites> read() const;
@@ -51,6 +54,7 @@ class UserFavorites {
     Outcome<Favorites> favorites() const;
     Outcome<std::vector<StoredFavorite>> lines() const;
     Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
+    Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites) const;
     std::optional<Error> takeOverSampleFavorites() const;
   };
 

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/line_choice.h"
+
 namespace linewatch {
 
 /// The identifier by which the transit service knows something on the map.
@@ -12,6 +14,7 @@ struct MapItemIdentifier {
   /// `muid` alone is enough to find the line.
   std::string feed = {};
   std::string routeId = {};
+  LineChoice choice = {};
 
   bool operator==(const MapItemIdentifier&) const = default;
 };

@@ -40,8 +40,35 @@ void FeedCache::confirm(std::string_view feed, std::string_view kind, Date fetch
   });
 }
 
+void FeedCache::storeStops(std::string_view feed, std::string_view location,
+                           std::vector<CachedStopPage> pages) {
+  write([feed = std::string(feed), location = std::string(location),
+         pages = std::move(pages)](SqliteDatabase& database) {
+    auto error = database.run("DELETE FROM stop_page WHERE feed = ? AND location = ?", {feed, location});
+    for (const CachedStopPage& page : pages) {
+      if (error) break;
+      error = database.run("INSERT INTO stop_page (feed, location, first_id, stops) VALUES (?, ?, ?, ?)",
+                           {feed, location, page.firstId, page.text});
+    }
+    return error;
+  });
+}
+
+std::optional<std::string> FeedCache::stopPage(std::string_view feed, std::string_view location,
+                                               std::string_view id) const {
+  std::optional<std::string> page;
+  database_->report(database_->read([&](SqliteDatabase& database) {
+    return database.run(
+        "SELECT stops FROM stop_page WHERE feed = ? AND location = ? AND first_id <= ? "
+        "ORDER BY first_id DESC LIMIT 1",
+        {feed, location, id}, [&](const SqliteRow& row) { page = row.text(0); });
+  }));
+  return page;
+}
+
 void FeedCache::remove(std::string_view feed) {
   write([feed = std::string(feed)](SqliteDatabase& database) {
+    if (auto error = database.run("DELETE FROM stop_page WHERE feed = ?", {feed})) return error;
     return database.run("DELETE FROM document WHERE feed = ?", {feed});
   });
 }

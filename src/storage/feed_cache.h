@@ -25,6 +25,12 @@ struct CachedDocument {
   bool operator==(const CachedDocument&) const = default;
 };
 
+/// A piece of a feed's sorted stops, as text. The first page starts with an empty id.
+struct CachedStopPage {
+  std::string firstId;
+  std::string text;
+};
+
 /// The document that was last fetched for each feed and kind ("gtfs", "alerts"), in the cache database. As
 /// everything can be fetched again, a failure goes to the log and counts as nothing found. Any thread.
 class FeedCache {
@@ -38,7 +44,12 @@ class FeedCache {
   void store(std::string_view feed, std::string_view kind, CachedDocument document);
   /// Records that the kept document was still current at `fetched`.
   void confirm(std::string_view feed, std::string_view kind, Date fetched);
-  /// Removes the documents of the feed.
+  /// Replaces the stops of a timetable. The pages are sorted by their first ids.
+  void storeStops(std::string_view feed, std::string_view location, std::vector<CachedStopPage> pages);
+  /// The text of the page that has the stop if any has; absent when the stops are not cached.
+  std::optional<std::string> stopPage(std::string_view feed, std::string_view location,
+                                      std::string_view id) const;
+  /// Removes the documents and stops of the feed.
   void remove(std::string_view feed);
 
   /// From now on changes wait for `writeHeldBack` and are not seen before: a feed that is refused in the end

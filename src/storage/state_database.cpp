@@ -8,7 +8,7 @@ namespace linewatch {
 namespace {
 
 // Released steps never change: a change of the tables is a new step after them.
-constexpr std::array<std::string_view, 1> kStateMigrations = {R"sql(
+constexpr std::array<std::string_view, 2> kStateMigrations = {R"sql(
   CREATE TABLE favorite (
     position INTEGER PRIMARY KEY,
     kind TEXT NOT NULL,
@@ -55,9 +55,15 @@ constexpr std::array<std::string_view, 1> kStateMigrations = {R"sql(
     target INTEGER NOT NULL,
     value TEXT
   ) STRICT;
+)sql",
+                                                              R"sql(
+  -- The stops whose notices are wanted: NULL for all, else ids, one a line; none when empty.
+  ALTER TABLE favorite ADD COLUMN stops TEXT;
+  -- 0, 1, or -1 for both directions.
+  ALTER TABLE favorite ADD COLUMN direction INTEGER NOT NULL DEFAULT -1;
 )sql"};
 
-constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
+constexpr std::array<std::string_view, 2> kCacheMigrations = {R"sql(
   CREATE TABLE document (
     feed TEXT NOT NULL,
     kind TEXT NOT NULL,
@@ -68,6 +74,17 @@ constexpr std::array<std::string_view, 1> kCacheMigrations = {R"sql(
     bytes BLOB NOT NULL,
     PRIMARY KEY (feed, kind)
   ) STRICT;
+)sql",
+                                                              R"sql(
+  CREATE TABLE stop_page (
+    feed TEXT NOT NULL,
+    location TEXT NOT NULL,
+    first_id TEXT NOT NULL,
+    stops TEXT NOT NULL,    -- sorted by id, one line each
+    PRIMARY KEY (feed, location, first_id)
+  ) STRICT;
+  -- Their stops were not kept, so they are read again.
+  DELETE FROM document WHERE kind = 'gtfs';
 )sql"};
 
 constexpr DatabaseSchema kStateSchema{

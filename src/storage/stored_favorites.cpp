@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "shared/failure.h"
@@ -26,6 +28,29 @@ std::optional<FavoriteKind> kindNamed(std::string_view name) {
   return known == kKinds.end() ? std::nullopt : std::optional(known->kind);
 }
 
+// The column "stops": NULL for all stops, else the ids of the chosen ones, one a line. Empty for none.
+std::optional<std::string> stopsColumn(const LineChoice& choice) {
+  if (choice.stops == LineChoice::Stops::all) return std::nullopt;
+  std::string ids;
+  for (const std::string& id : choice.stopIds) ids.append(ids.empty() ? "" : "\n").append(id);
+  return ids;
+}
+
+// The column "direction": 0, 1 or, for both, -1.
+std::int64_t directionColumn(const LineChoice& choice) {
+  return choice.direction ? static_cast<std::int64_t>(*choice.direction) : -1;
+}
+
+LineChoice choiceIn(const std::optional<std::string>& stops, std::int64_t direction) {
+  LineChoice choice;
+  if (direction == 0 || direction == 1) choice.direction = static_cast<std::uint8_t>(direction);
+  if (!stops) return choice;
+  choice.stops = stops->empty() ? LineChoice::Stops::none : LineChoice::Stops::chosen;
+  std::istringstream ids(*stops);
+  for (std::string id; std::getline(ids, id);) choice.stopIds.push_back(id);
+  return choice;
+}
+
 using FavoriteChange = Outcome<bool>(SqliteDatabase& database, const StoredFavorite& favorite);
 
 /// Changes all favourites in one transaction; for each of them whether that changed something.
@@ -47,8 +72,10 @@ Outcome<std::vector<bool>> changeEach(StoredDatabase& state, const std::vector<S
 }  // namespace
 
 Outcome<bool> insertFavorite(SqliteDatabase& database, const StoredFavorite& favorite) {
-  const auto error = database.run("INSERT OR IGNORE INTO favorite (kind, feed, subject) VALUES (?, ?, ?)",
-                                  {nameOf(favorite.kind), favorite.feed, favorite.subject});
+  const auto error = database.run(
+      "INSERT OR IGNORE INTO favorite (kind, feed, subject, stops, direction) VALUES (?, ?, ?, ?, ?)",
+      {nameOf(favorite.kind), favorite.feed, favorite.subject, parameterOf(stopsColumn(favorite.choice)),
+       directionColumn(favorite.choice)});
   return error ? Outcome<bool>(*error) : database.changedRowCount() > 0;
 }
 
@@ -58,15 +85,33 @@ Outcome<bool> deleteFavorite(SqliteDatabase& database, const StoredFavorite& fav
   return error ? Outcome<bool>(*error) : database.changedRowCount() > 0;
 }
 
+namespace {
+
+Outcome<bool> insertOrChoose(SqliteDatabase& database, const StoredFavorite& favorite) {
+  const auto isInserted = insertFavorite(database, favorite);
+  if (!isInserted || *isInserted) return isInserted;
+  const auto stops = stopsColumn(favorite.choice);
+  const std::int64_t direction = directionColumn(favorite.choice);
+  const auto error = database.run(
+      "UPDATE favorite SET stops = ?, direction = ? WHERE kind = ? AND feed = ? AND subject = ? AND "
+      "(stops IS NOT ? OR direction <> ?)",
+      {parameterOf(stops), direction, nameOf(favorite.kind), favorite.feed, favorite.subject,
+       parameterOf(stops), direction});
+  return error ? Outcome<bool>(*error) : database.changedRowCount() > 0;
+}
+
+}  // namespace
+
 Outcome<std::vector<StoredFavorite>> StoredFavorites::list() const {
   std::vector<StoredFavorite> favorites;
   std::vector<std::string> unknownKinds;
   const auto error = database_->read([&](SqliteDatabase& database) {
-    return database.run("SELECT kind, feed, subject FROM favorite ORDER BY position", {},
+    return database.run("SELECT kind, feed, subject, stops, direction FROM favorite ORDER BY position", {},
                         [&](const SqliteRow& row) {
                           const std::string name = row.text(0);
                           if (const auto kind = kindNamed(name)) {
-                            favorites.push_back({*kind, row.text(1), row.text(2)});
+                            favorites.push_back({*kind, row.text(1), row.text(2),
+                                                 choiceIn(row.optionalText(3), row.integer(4))});
                           } else {
                             unknownKinds.push_back(name);
                           }
@@ -83,11 +128,15 @@ Outcome<std::vector<bool>> StoredFavorites::add(const std::vector<StoredFavorite
   return changeEach(*database_, favorites, insertFavorite);
 }
 
+Outcome<std::vector<bool>> StoredFavorites::addWithChoice(const std::vector<StoredFavorite>& favorites) {
+  return changeEach(*database_, favorites, insertOrChoose);
+}
+
 Outcome<std::vector<bool>> StoredFavorites::remove(const std::vector<StoredFavorite>& favorites) {
   const auto known = list();
   if (!known) return known.error();
   const bool areUnknown = std::ranges::none_of(favorites, [&known](const StoredFavorite& favorite) {
-    return std::ranges::find(*known, favorite) != known->end();
+    return std::ranges::any_of(*known, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
   });
   // A removal that changes nothing must not make a database.
   if (areUnknown) return std::vector<bool>(favorites.size(), false);
@@ -114,7 +163,7 @@ Favorite StoredFavoritesPersister::favoriteOf(const StoredFavorite& stored) cons
     case FavoriteKind::line:
       break;
   }
-  return FavoriteTransitLine{resolve_(stored.feed, stored.subject)};
+  return FavoriteTransitLine{resolve_(stored)};
 }
 
 }  // namespace linewatch

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/favorites.h"
+#include "platform/line_choice.h"
 #include "shared/outcome.h"
 #include "storage/state_database.h"
 
@@ -21,8 +22,14 @@ struct StoredFavorite {
   std::string feed;
   /// The route id of a line in its feed; the name of anything else.
   std::string subject;
+  /// The incidents of a line that are wanted.
+  LineChoice choice = {};
 
   bool operator==(const StoredFavorite&) const = default;
+  /// True for the same favourite, whatever the choices.
+  bool isSameAs(const StoredFavorite& other) const {
+    return kind == other.kind && feed == other.feed && subject == other.subject;
+  }
 };
 
 /// Adds the favourite at the end, within a transaction; false when it is there already.
@@ -39,6 +46,9 @@ class StoredFavorites {
   Outcome<std::vector<StoredFavorite>> list() const;
   /// Adds the favourites at the end, all or none. For each of them: false when it was one already.
   Outcome<std::vector<bool>> add(const std::vector<StoredFavorite>& favorites);
+  /// As `add`, and gives the favourites that are there already the new choice. For each of them: false when
+  /// that changed nothing.
+  Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites);
   /// Removes the favourites, all or none. For each of them: false when it was none.
   Outcome<std::vector<bool>> remove(const std::vector<StoredFavorite>& favorites);
 
@@ -46,8 +56,8 @@ class StoredFavorites {
   SharedDatabase database_;
 };
 
-/// Finds the line of a feed's route; null when the feed or the route is not known. Called on any thread.
-using LineResolver = std::function<SharedLine(const std::string& feed, const std::string& routeId)>;
+/// Finds the line of a favourite; null when the feed or the route is not known. Called on any thread.
+using LineResolver = std::function<SharedLine(const StoredFavorite& favorite)>;
 
 /// Reads the favourites from the database and their lines from `resolve`.
 class StoredFavoritesPersister final : public RemoteFavoritesPersister {

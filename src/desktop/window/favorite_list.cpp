@@ -59,7 +59,8 @@ void FavoriteList::add(const Entry& entry, bool isFavorite) {
 }
 
 bool FavoriteList::contains(const StoredFavorite& favorite) const {
-  return std::ranges::find(favorites_, favorite) != favorites_.end();
+  return std::ranges::any_of(favorites_,
+                             [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
 }
 
 void FavoriteList::setMarks(const std::function<bool(const StoredFavorite&)>& isFavorite) {

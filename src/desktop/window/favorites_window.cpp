@@ -228,7 +228,7 @@ FavoriteList::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
 }
 
 bool FavoritesWindow::isFavorite(const StoredFavorite& line) const {
-  return std::ranges::find(favorites_, line) != favorites_.end();
+  return std::ranges::any_of(favorites_, [&](const StoredFavorite& other) { return other.isSameAs(line); });
 }
 
 void FavoritesWindow::addLine(const FavoriteList::Entry& entry) {
@@ -244,7 +244,7 @@ bool FavoritesWindow::change(const StoredFavorite& favorite, bool isAdded) {
     return false;
   }
   if (!*changed) return true;
-  std::erase(favorites_, favorite);
+  std::erase_if(favorites_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
   if (isAdded) favorites_.push_back(favorite);
   services_.didChange();
   return true;

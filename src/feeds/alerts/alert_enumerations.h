@@ -38,6 +38,15 @@ enum class AlertEffect : std::uint8_t {
 };
 inline constexpr std::size_t kAlertEffects = 11;
 
+/// How bad the effect is, with the numbers of the wire format.
+enum class AlertSeverity : std::uint8_t {
+  unknownSeverity = 1,  // also a missing severity and numbers not listed here
+  info = 2,
+  warning = 3,
+  severe = 4,
+};
+inline constexpr std::size_t kAlertSeverities = 4;
+
 /// True when an alert with this effect is about the stops it names, not about the lines that call there.
 constexpr bool isAboutStopAlone(AlertEffect effect) {
   return effect == AlertEffect::stopMoved || effect == AlertEffect::accessibilityIssue ||

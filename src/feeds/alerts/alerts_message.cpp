@@ -27,14 +27,17 @@
 //               11 description_text         Texts
 //               12 tts_header_text          Texts
 //               13 tts_description_text     Texts
+//               14 severity_level           enumeration
 //   Period       1 start, 2 end             seconds
 //   Selector     1 agency_id                text
 //                2 route_id                 text
 //                3 route_type               int32
 //                4 trip                     Trip
 //                5 stop_id                  text
+//                6 direction_id             0 or 1
 //   Trip         1 trip_id                  text
 //                5 route_id                 text
+//                6 direction_id             0 or 1
 //                7 modified_trip            message
 //   Texts        1 translation              Translation, repeated
 //   Translation  1 text, 2 language         text
@@ -62,10 +65,18 @@ enum class AlertField : Number {
   descriptionText = 11,
   spokenHeaderText = 12,
   spokenDescriptionText = 13,
+  severityLevel = 14,
 };
 enum class PeriodField : Number { start = 1, end = 2 };
-enum class SelectorField : Number { agencyId = 1, routeId = 2, routeType = 3, trip = 4, stopId = 5 };
-enum class TripField : Number { tripId = 1, routeId = 5, modifiedTrip = 7 };
+enum class SelectorField : Number {
+  agencyId = 1,
+  routeId = 2,
+  routeType = 3,
+  trip = 4,
+  stopId = 5,
+  directionId = 6
+};
+enum class TripField : Number { tripId = 1, routeId = 5, directionId = 6, modifiedTrip = 7 };
 enum class TextsField : Number { translation = 1 };
 enum class TranslationField : Number { text = 1, language = 2 };
 
@@ -178,8 +189,14 @@ AlertTranslation readTranslation(std::string_view bytes, AlertText kind) {
   return translation;
 }
 
+/// Absent for a number that is no direction.
+std::optional<std::uint8_t> directionOf(std::uint64_t number) {
+  return number <= 1 ? std::optional(static_cast<std::uint8_t>(number)) : std::nullopt;
+}
+
 struct Trip {
   std::string_view routeId;
+  std::optional<std::uint8_t> direction;
   bool isNamed = false;
   bool isStated = false;
 };
@@ -190,6 +207,7 @@ void readTrip(std::string_view bytes, Trip& trip) {
     const bool isName = fields.is(TripField::tripId) || fields.is(TripField::modifiedTrip);
     if (isName) trip.isNamed |= !fields.bytes().empty();
     if (fields.is(TripField::routeId)) trip.routeId = fields.bytes();
+    if (fields.is(TripField::directionId)) trip.direction = directionOf(fields.number());
   }
 }
 
@@ -201,9 +219,11 @@ AlertSelector readSelector(std::string_view bytes) {
     if (fields.is(SelectorField::routeId)) selector.routeId = fields.bytes();
     if (fields.is(SelectorField::routeType)) selector.routeType = fields.integer();
     if (fields.is(SelectorField::trip)) readTrip(fields.bytes(), trip);
-    if (fields.is(SelectorField::stopId)) selector.namesStop = !fields.bytes().empty();
+    if (fields.is(SelectorField::stopId)) selector.stopId = fields.bytes();
+    if (fields.is(SelectorField::directionId)) selector.direction = directionOf(fields.number());
   }
   selector.tripRouteId = trip.routeId;
+  if (!selector.direction) selector.direction = trip.direction;
   // A trip without id and route, e.g. a start time alone, is about that trip only.
   const bool tellsRoute = !selector.routeId.empty() || !trip.routeId.empty();
   selector.namesTrip = trip.isNamed || (trip.isStated && !tellsRoute);
@@ -337,6 +357,9 @@ class AlertsDecoder {
           break;
         case AlertField::effect:
           entity.effect = enumerator(fields.integer(), kAlertEffects, AlertEffect::unknownEffect);
+          break;
+        case AlertField::severityLevel:
+          entity.severity = enumerator(fields.integer(), kAlertSeverities, AlertSeverity::unknownSeverity);
           break;
         default:
           if (const auto text = textIn(fields.tag())) readTexts(fields.bytes(), *text);

@@ -49,7 +49,11 @@ struct AlertSelector {
   std::optional<std::int32_t> routeType;
   /// The selector is about a single trip.
   bool namesTrip = false;
-  bool namesStop = false;
+  std::string_view stopId;
+  /// 0 or 1, also that of a trip without an id.
+  std::optional<std::uint8_t> direction;
+
+  bool namesStop() const { return !stopId.empty(); }
 
   bool operator==(const AlertSelector&) const = default;
 };
@@ -71,6 +75,7 @@ class AlertsMessage {
     bool hasAlert = false;
     AlertCause cause = AlertCause::unknownCause;
     AlertEffect effect = AlertEffect::unknownEffect;
+    AlertSeverity severity = AlertSeverity::unknownSeverity;
     Range translations;
     Range periods;
     Range selectors;

@@ -39,8 +39,24 @@ constexpr Entry kEffects[kAlertEffects] = {
     {"LineWatch_Feed_Effect_NoEffect", "Service not affected"},
     {"LineWatch_Feed_Effect_AccessibilityIssue", "Accessibility issue"},
 };
-constexpr Entry kIncident = {"LineWatch_Feed_Incident", "Service alert"};
-constexpr Entry kEffectAndCause = {"LineWatch_Feed_EffectAndCause", "{0} · {1}"};
+
+struct NamedFormat {
+  std::string FeedTexts::*text;
+  Entry entry;
+};
+constexpr NamedFormat kFormats[] = {
+    {&FeedTexts::incident, {"LineWatch_Feed_Incident", "Service alert"}},
+    {&FeedTexts::effectAndCauseFormat, {"LineWatch_Feed_EffectAndCause", "{0} · {1}"}},
+    {&FeedTexts::stopClosedFormat, {"LineWatch_Feed_Stop_Closed", "{0} closed"}},
+    {&FeedTexts::stopMovedFormat, {"LineWatch_Feed_Stop_Moved", "{0} moved"}},
+    {&FeedTexts::stopAccessibilityFormat, {"LineWatch_Feed_Stop_Accessibility", "{0}: accessibility issue"}},
+    {&FeedTexts::stopAffectedFormat, {"LineWatch_Feed_Stop_Affected", "{0} affected"}},
+    {&FeedTexts::stopsAffectedFormat,
+     {"LineWatch_Feed_StopsAffected", "{0, plural, one {# stop affected} other {# stops affected}}"}},
+    {&FeedTexts::stopWithIdFormat, {"LineWatch_Feed_StopWithId", "Stop {0}"}},
+    {&FeedTexts::linesFormat, {"LineWatch_Feed_Lines", "Lines: {0}"}},
+    {&FeedTexts::stopsFormat, {"LineWatch_Feed_Stops", "Stops: {0}"}},
+};
 
 void replace(std::string& text, std::string_view sought, const std::string& replacement) {
   if (const std::size_t place = text.find(sought); place != std::string::npos) {
@@ -61,9 +77,26 @@ FeedTexts FeedTexts::lookedUp(const LookUp& lookUp) {
   FeedTexts texts;
   for (std::size_t place = 0; place < kAlertCauses; ++place) texts.causes[place] = text(kCauses[place]);
   for (std::size_t place = 0; place < kAlertEffects; ++place) texts.effects[place] = text(kEffects[place]);
-  texts.incident = text(kIncident);
-  texts.effectAndCauseFormat = text(kEffectAndCause);
+  for (const NamedFormat& format : kFormats) texts.*format.text = text(format.entry);
   return texts;
+}
+
+std::string FeedTexts::effectAtStops(AlertEffect effect, const std::string& stops) const {
+  switch (effect) {
+    case AlertEffect::noService:
+      return filledIn(stopClosedFormat, stops);
+    case AlertEffect::stopMoved:
+      return filledIn(stopMovedFormat, stops);
+    case AlertEffect::accessibilityIssue:
+      return filledIn(stopAccessibilityFormat, stops);
+    default:
+      return stops;
+  }
+}
+
+std::string filledIn(std::string format, const std::string& value) {
+  replace(format, "{0}", value);
+  return format;
 }
 
 std::string FeedTexts::together(const std::string& effectWords, const std::string& causeWords) const {

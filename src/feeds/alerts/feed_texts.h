@@ -22,6 +22,9 @@ struct FeedTexts {
   const std::string& effect(AlertEffect effect) const {
     return effects[static_cast<std::size_t>(effect) - 1];
   }
+  /// What an effect does to a stop ("Harbour closed"); the names alone for an effect without words for stops.
+  /// `stops` are names, one or several.
+  std::string effectAtStops(AlertEffect effect, const std::string& stops) const;
   /// Both as one text ("Detour · Construction"). When one is empty, the other.
   std::string together(const std::string& effectWords, const std::string& causeWords) const;
 
@@ -31,8 +34,19 @@ struct FeedTexts {
   std::string incident;
   /// {0} is an effect, {1} a cause.
   std::string effectAndCauseFormat;
+  /// {0} is the name of a stop.
+  std::string stopClosedFormat, stopMovedFormat, stopAccessibilityFormat, stopAffectedFormat;
+  /// {0} is the number of stops, at least 2; an ICU message with plural forms.
+  std::string stopsAffectedFormat;
+  /// For a stop without a name; {0} is its id.
+  std::string stopWithIdFormat;
+  /// {0} is a list of names.
+  std::string linesFormat, stopsFormat;
 
   bool operator==(const FeedTexts&) const = default;
 };
+
+/// The format with `value` for {0}.
+std::string filledIn(std::string format, const std::string& value);
 
 }  // namespace linewatch

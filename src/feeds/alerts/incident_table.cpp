@@ -1,6 +1,7 @@
 #include "feeds/alerts/incident_table.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "feeds/gtfs/route_type_family.h"
@@ -45,7 +46,9 @@ IncidentTable::IncidentTable(SharedAlertsMessage message, SharedLineIndex lines)
       incidents_(distinctIncidents(*message_)),
       lastOfRoutes_(lines_->routes().size(), kNone) {
   indexAgencies();
+  aboutStops_.reserve(incidents_.size());
   for (std::uint32_t incident = 0; incident < incidents_.size(); ++incident) {
+    aboutStops_.push_back(findIsAboutStops(incident));
     const DistinctIncident& entry = incidents_[incident];
     addSelectors(incident, entry.entity);
     for (const std::uint32_t entity : entry.repetitions) addSelectors(incident, entity);
@@ -63,13 +66,46 @@ void IncidentTable::indexAgencies() {
   }
 }
 
+std::vector<std::uint32_t> IncidentTable::entitiesOf(std::uint32_t incident) const {
+  const DistinctIncident& entry = incidents_[incident];
+  std::vector<std::uint32_t> entities{entry.entity};
+  entities.insert(entities.end(), entry.repetitions.begin(), entry.repetitions.end());
+  entities.insert(entities.end(), entry.otherLanguages.begin(), entry.otherLanguages.end());
+  return entities;
+}
+
+bool IncidentTable::findIsAboutStops(std::uint32_t incident) const {
+  const DistinctIncident& entry = incidents_[incident];
+  const AlertEffect effect = message_->entities()[entry.entity].effect;
+  if (isAboutStopAlone(effect)) return true;
+  const auto namesOnlyStops = [this](std::uint32_t entity) { return this->namesOnlyStops(entity); };
+  const bool mayBe =
+      effect == AlertEffect::noService || effect == AlertEffect::unknownEffect || !hasText(entry.entity);
+  return mayBe && namesOnlyStops(entry.entity) && std::ranges::all_of(entry.repetitions, namesOnlyStops) &&
+         std::ranges::all_of(entry.otherLanguages, namesOnlyStops);
+}
+
+bool IncidentTable::hasText(std::uint32_t entity) const {
+  return std::ranges::any_of(
+      message_->translations(message_->entities()[entity]), [](const AlertTranslation& translation) {
+        const bool isShown =
+            translation.kind == AlertText::header || translation.kind == AlertText::description;
+        return isShown && !translation.text.empty();
+      });
+}
+
+bool IncidentTable::namesOnlyStops(std::uint32_t entity) const {
+  const auto selectors = message_->selectors(message_->entities()[entity]);
+  return !selectors.empty() && std::ranges::all_of(selectors, &AlertSelector::namesStop);
+}
+
 void IncidentTable::addSelectors(std::uint32_t incident, std::uint32_t entity) {
   const AlertsMessage::Entity& alert = message_->entities()[entity];
   const auto selectors = message_->selectors(alert);
   if (selectors.empty()) ++counts_.alertsWithoutSelector;
   for (const AlertSelector& selector : selectors) {
     countRoute(selector);
-    switch (addSelector(incident, selector, alert.effect)) {
+    switch (addSelector(incident, selector)) {
       case Fit::lines:
         ++counts_.fitting;
         break;
@@ -90,11 +126,10 @@ void IncidentTable::countRoute(const AlertSelector& selector) {
   if (!lines_->routeWithId(routeId)) ++counts_.unknownRoutes;
 }
 
-IncidentTable::Fit IncidentTable::addSelector(std::uint32_t incident, const AlertSelector& selector,
-                                              AlertEffect effect) {
+IncidentTable::Fit IncidentTable::addSelector(std::uint32_t incident, const AlertSelector& selector) {
   const std::string_view routeId = routeIdOf(selector);
   if (selector.namesTrip) return Fit::noLine;
-  if (selector.namesStop && (routeId.empty() || isAboutStopAlone(effect))) return Fit::noLine;
+  if (selector.namesStop() && routeId.empty()) return Fit::noLine;
   return routeId.empty() ? addToGroup(incident, selector) : addToRoute(incident, selector, routeId);
 }
 
@@ -106,7 +141,7 @@ IncidentTable::Fit IncidentTable::addToRoute(std::uint32_t incident, const Alert
   if (!mayBelongTo(route, selector.agencyId)) return Fit::unknown;
   if (selector.routeType && route.type && !typeCovers(*selector.routeType, route.type)) return Fit::unknown;
   std::uint32_t& last = lastOfRoutes_[*place];
-  listings_.push_back({.incident = incident, .before = last});
+  listings_.push_back({.selector = &selector, .incident = incident, .before = last});
   last = static_cast<std::uint32_t>(listings_.size() - 1);
   return Fit::lines;
 }
@@ -173,11 +208,19 @@ void IncidentTable::forGroupsOf(std::size_t route, Operation operation) const {
   }
 }
 
-std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route) const {
-  std::vector<std::uint32_t> all;
+template <class Operation>
+void IncidentTable::forListingsOf(std::size_t route, Direction direction, Operation operation) const {
   for (std::uint32_t place = lastOfRoutes_[route]; place != kNone; place = listings_[place].before) {
-    all.push_back(listings_[place].incident);
+    const Direction named = listings_[place].selector->direction;
+    if (!direction || !named || named == direction) operation(listings_[place]);
   }
+}
+
+std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route, Direction direction) const {
+  std::vector<std::uint32_t> all;
+  forListingsOf(route, direction, [&](const Listing& listing) {
+    if (!isStopNotice(listing)) all.push_back(listing.incident);
+  });
   forGroupsOf(route, [&](const GroupKey& key) {
     const std::vector<std::uint32_t>& ofGroup = groups_.find(key)->second.incidents;
     all.insert(all.end(), ofGroup.begin(), ofGroup.end());
@@ -185,6 +228,20 @@ std::vector<std::uint32_t> IncidentTable::incidentsOfRoute(std::size_t route) co
   std::sort(all.begin(), all.end());
   all.erase(std::unique(all.begin(), all.end()), all.end());
   return all;
+}
+
+std::vector<StopNotice> IncidentTable::stopNoticesOfRoute(std::size_t route, Direction direction) const {
+  std::map<std::uint32_t, std::set<std::string_view>> stopsOfNotices;
+  forListingsOf(route, direction, [&](const Listing& listing) {
+    if (isStopNotice(listing)) stopsOfNotices[listing.incident].insert(listing.selector->stopId);
+  });
+  if (stopsOfNotices.empty()) return {};
+  // The line lists these already, because they also name the whole line.
+  for (const std::uint32_t incident : incidentsOfRoute(route, direction)) stopsOfNotices.erase(incident);
+  std::vector<StopNotice> notices;
+  for (const auto& [incident, stops] : stopsOfNotices)
+    notices.push_back({incident, {stops.begin(), stops.end()}});
+  return notices;
 }
 
 }  // namespace linewatch

@@ -20,7 +20,7 @@ namespace linewatch {
 struct SelectorCounts {
   /// Fit a line or more.
   std::size_t fitting = 0;
-  /// Are about single stops or trips.
+  /// Are about single trips, or about stops without naming a line.
   std::size_t notAboutLines = 0;
   /// Name an agency, a route type or a route that the timetable does not have.
   std::size_t unknown = 0;
@@ -37,6 +37,16 @@ struct SelectorCounts {
 /// selectors resolved to nothing"; empty when there are none.
 std::string complaintOf(std::string_view feedName, const SelectorCounts& counts);
 
+/// An alert about stops of a line alone, which says nothing of the line's service.
+struct StopNotice {
+  /// An index into `IncidentTable::incidents()`.
+  std::uint32_t incident = 0;
+  /// The ids of the line's stops that the alert names, sorted, each once.
+  std::vector<std::string_view> stopIds;
+
+  bool operator==(const StopNotice&) const = default;
+};
+
 /// The incidents of each line of a feed. Built in time proportional to the number of lines and selectors,
 /// also when a selector fits every line. Immutable; read on any thread.
 class IncidentTable {
@@ -48,8 +58,20 @@ class IncidentTable {
   const std::vector<DistinctIncident>& incidents() const { return incidents_; }
   const SelectorCounts& counts() const { return counts_; }
 
-  /// Indexes into `incidents()`, ascending, so in the feed's order; each incident once.
-  std::vector<std::uint32_t> incidentsOfRoute(std::size_t route) const;
+  /// A direction of a line, 0 or 1; absent for both. An alert that names no direction is about both.
+  using Direction = std::optional<std::uint8_t>;
+
+  /// Indexes into `incidents()`, ascending, so in the feed's order; each incident once. Stop notices are not
+  /// among them.
+  std::vector<std::uint32_t> incidentsOfRoute(std::size_t route, Direction direction = {}) const;
+  /// In the feed's order.
+  std::vector<StopNotice> stopNoticesOfRoute(std::size_t route, Direction direction = {}) const;
+  /// True for an alert that is about the stops it names alone: by its effect, or because each of its
+  /// selectors names a stop and it states no effect on the lines. Its selectors that name a line and a stop
+  /// make stop notices.
+  bool isAboutStops(std::uint32_t incident) const { return aboutStops_[incident]; }
+  /// The entities that describe an incident, as indexes into the message's entities.
+  std::vector<std::uint32_t> entitiesOf(std::uint32_t incident) const;
 
  private:
   // An agency as a selector names it: by its id, else by its name.
@@ -73,8 +95,9 @@ class IncidentTable {
     std::size_t selectors = 0;
     bool hasLines = false;
   };
-  // An incident of a route, and the index of the route's previous listing.
+  // A selector that fits a route, its incident, and the index of the route's previous listing.
   struct Listing {
+    const AlertSelector* selector;
     std::uint32_t incident;
     std::uint32_t before;
   };
@@ -82,12 +105,20 @@ class IncidentTable {
   enum class Fit { lines, noLine, unknown };
 
   void indexAgencies();
+  bool findIsAboutStops(std::uint32_t incident) const;
+  bool hasText(std::uint32_t entity) const;
+  bool namesOnlyStops(std::uint32_t entity) const;
   void addSelectors(std::uint32_t incident, std::uint32_t entity);
   void countRoute(const AlertSelector& selector);
-  Fit addSelector(std::uint32_t incident, const AlertSelector& selector, AlertEffect effect);
+  Fit addSelector(std::uint32_t incident, const AlertSelector& selector);
   Fit addToRoute(std::uint32_t incident, const AlertSelector& selector, std::string_view routeId);
   Fit addToGroup(std::uint32_t incident, const AlertSelector& selector);
   void countGroups();
+  bool isStopNotice(const Listing& listing) const {
+    return listing.selector->namesStop() && aboutStops_[listing.incident];
+  }
+  template <class Operation>
+  void forListingsOf(std::size_t route, Direction direction, Operation operation) const;
 
   std::optional<AgencyKey> agencyNamed(std::string_view text) const;
   bool mayBelongTo(const FeedRoute& route, std::string_view agency) const;
@@ -97,6 +128,7 @@ class IncidentTable {
   SharedAlertsMessage message_;
   SharedLineIndex lines_;
   std::vector<DistinctIncident> incidents_;
+  std::vector<bool> aboutStops_;                  // one for each incident
   std::map<std::string_view, bool> agencyTexts_;  // true for an id, false for a name alone
   // One list for all routes, because most have few incidents or none. Each route's listings are linked.
   std::vector<Listing> listings_;

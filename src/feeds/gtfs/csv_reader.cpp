@@ -36,7 +36,7 @@ std::size_t lineEndsIn(std::string_view text) {
 
 }  // namespace
 
-CsvReader::CsvReader(std::string_view text) : text_(text) {
+CsvReader::CsvReader(std::string_view text, std::size_t mostRows) : text_(text), mostRows_(mostRows) {
   if (text_.starts_with(kByteOrderMark)) text_.remove_prefix(kByteOrderMark.size());
 }
 
@@ -46,8 +46,8 @@ bool CsvReader::next() {
     readRow();
     const bool blank = withoutTrailingBlanks(text_.substr(start, position_ - start)).empty();
     skipLineEnd();
-    if (!blank && ++rows_ > kMostRows)
-      stop(rowLine_, "there are more than " + std::to_string(kMostRows) + " rows");
+    if (!blank && ++rows_ > mostRows_)
+      stop(rowLine_, "there are more than " + std::to_string(mostRows_) + " rows");
     if (!blank && !fault_) return true;
   }
   values_.clear();

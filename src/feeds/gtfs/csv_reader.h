@@ -30,7 +30,8 @@ class CsvReader {
     std::string why;
   };
 
-  explicit CsvReader(std::string_view text);
+  /// More than `mostRows` rows are a fault.
+  explicit CsvReader(std::string_view text, std::size_t mostRows = kMostRows);
 
   /// Goes to the next row; false at the end of the text and at a fault.
   bool next();
@@ -59,6 +60,7 @@ class CsvReader {
   std::size_t line_ = 1;
   std::size_t rowLine_ = 1;
   std::size_t rows_ = 0;
+  std::size_t mostRows_;
   std::vector<std::string_view> values_;
   /// The values of the row that had doubled quotes and so are no piece of the text. A deque keeps their
   /// addresses.

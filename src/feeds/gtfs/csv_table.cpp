@@ -4,7 +4,7 @@
 
 namespace linewatch {
 
-CsvTable::CsvTable(std::string_view text) : reader_(text) {
+CsvTable::CsvTable(std::string_view text, std::size_t mostRows) : reader_(text, mostRows) {
   if (reader_.next()) names_.assign(reader_.values().begin(), reader_.values().end());
 }
 

@@ -16,7 +16,8 @@ class CsvTable {
   /// The index of a column; the number of columns when the table does not have it.
   using Column = std::size_t;
 
-  explicit CsvTable(std::string_view text);
+  /// More than `mostRows` rows are a fault.
+  explicit CsvTable(std::string_view text, std::size_t mostRows = CsvReader::kMostRows);
 
   /// Of two columns of one name, the first.
   Column column(std::string_view name) const;

@@ -49,8 +49,9 @@ TEST(AlertsMessage, DecodesAllFields) {
               ElementsAre(AlertPeriod{.start = 10, .end = 20}, AlertPeriod{.end = 30}));
   EXPECT_THAT(
       message->selectors(works),
-      ElementsAre(AlertSelector{.agencyId = "A", .routeId = "R", .routeType = 3, .namesStop = true},
-                  AlertSelector{.tripRouteId = "R", .namesTrip = true}, AlertSelector{.tripRouteId = "R"}));
+      ElementsAre(
+          AlertSelector{.agencyId = "A", .routeId = "R", .routeType = 3, .stopId = "S", .direction = 1},
+          AlertSelector{.tripRouteId = "R", .namesTrip = true}, AlertSelector{.tripRouteId = "R"}));
   using Text = AlertTranslation;
   EXPECT_THAT(
       message->translations(works),

@@ -27,6 +27,7 @@ std::string described(const AlertsMessage& message) {
     add(all, "\nentity ", std::string(entity.id));
     add(all, "deleted ", entity.isDeleted ? 1 : 0);
     add(all, "effect ", static_cast<std::uint64_t>(entity.effect));
+    add(all, "severity ", static_cast<std::uint64_t>(entity.severity));
     for (const AlertPeriod& period : message.periods(entity)) {
       add(all, period.use == AlertPeriod::Use::show ? "show " : "affect ", period.start);
       add(all, "to ", period.end);
@@ -36,7 +37,8 @@ std::string described(const AlertsMessage& message) {
       add(all, "route ", std::string(selector.routeId));
       if (selector.routeType) add(all, "type ", std::to_string(*selector.routeType));
       add(all, "trip's route ", std::string(selector.tripRouteId));
-      add(all, "stop ", selector.namesStop ? 1 : 0);
+      add(all, "stop ", std::string(selector.stopId));
+      if (selector.direction) add(all, "direction ", *selector.direction);
     }
     for (const AlertTranslation& text : message.translations(entity)) add(all, "text ", said(text));
   }
@@ -54,6 +56,8 @@ void addRandomPeriods(std::string& all, const char* name,
 void describe(std::string& all, const peer::Alert& alert) {
   add(all, "effect ",
       static_cast<std::uint64_t>(alert.effect() >= 1 && alert.effect() <= 11 ? alert.effect() : 8));
+  const std::int32_t severity = alert.severity_level();
+  add(all, "severity ", static_cast<std::uint64_t>(severity >= 1 && severity <= 4 ? severity : 1));
   const bool hasNewer = !alert.communication_period().empty() || !alert.impact_period().empty();
   if (!hasNewer) addRandomPeriods(all, "show ", alert.active_period());
   addRandomPeriods(all, "show ", alert.communication_period());
@@ -63,7 +67,11 @@ void describe(std::string& all, const peer::Alert& alert) {
     add(all, "route ", selector.route_id());
     if (selector.has_route_type()) add(all, "type ", std::to_string(selector.route_type()));
     add(all, "trip's route ", selector.trip().route_id());
-    add(all, "stop ", selector.stop_id().empty() ? 0 : 1);
+    add(all, "stop ", selector.stop_id());
+    const bool isOwnDirection = selector.has_direction_id() && selector.direction_id() <= 1;
+    const std::uint64_t direction = isOwnDirection ? selector.direction_id() : selector.trip().direction_id();
+    if (isOwnDirection || (selector.trip().has_direction_id() && direction <= 1))
+      add(all, "direction ", direction);
   }
   for (const peer::TranslatedString* texts : {&alert.url(), &alert.header_text(), &alert.description_text(),
                                               &alert.tts_header_text(), &alert.tts_description_text()}) {
@@ -87,12 +95,14 @@ FeedSketch feed() {
   AlertSketch works{
       .id = "works",
       .selectors = {{.agency = "A", .route = "R", .type = 3, .stop = "S", .direction = 1},
-                    {.trip = TripSketch{.tripId = "T", .routeId = "R", .startTime = "08:00:00"}}},
+                    {.trip =
+                         TripSketch{.tripId = "T", .routeId = "R", .startTime = "08:00:00", .direction = 0}}},
       .header = {{"Works", "en"}, {"Bauarbeiten", "de"}},
       .description = {{"Buses run instead.", "en"}},
       .url = {{"https://example.org/", ""}},
       .cause = 10,
       .effect = 4,
+      .severity = 3,
       .active = {{10, 20}, {0, 30}}};
   AlertSketch later{.id = "later", .header = {{"Later", ""}}, .communication = {{1, 2}, {5, 0}}};
   return {.alerts = {works, later, {.id = "gone", .isDeleted = true}}, .timestamp = 1'700'000'000};

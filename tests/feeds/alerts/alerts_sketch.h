@@ -19,6 +19,7 @@ namespace linewatch {
 struct TripSketch {
   std::string tripId, routeId;
   std::string startTime;
+  std::optional<std::uint32_t> direction;
 };
 
 struct SelectorSketch {
@@ -40,7 +41,7 @@ struct AlertSketch {
   std::string id;
   std::vector<SelectorSketch> selectors;
   TextsSketch header, description, url;
-  std::int32_t cause = 0, effect = 0;
+  std::int32_t cause = 0, effect = 0, severity = 0;
   PeriodsSketch active, communication, impact;
   bool isDeleted = false;
 };
@@ -67,6 +68,7 @@ inline std::string bytesOf(const SelectorSketch& selector) {
     addText(tripWriter, 1, selector.trip->tripId);
     addText(tripWriter, 2, selector.trip->startTime);
     addText(tripWriter, 5, selector.trip->routeId);
+    if (selector.trip->direction) tripWriter.add_uint32(6, *selector.trip->direction);
     writer.add_message(4, trip);
   }
   addText(writer, 5, selector.stop);
@@ -110,6 +112,7 @@ inline std::string bytesOf(const AlertSketch& sketch) {
   addTexts(alert, 8, sketch.url);
   addTexts(alert, 10, sketch.header);
   addTexts(alert, 11, sketch.description);
+  if (sketch.severity != 0) alert.add_int32(14, sketch.severity);
   entity.add_message(5, alertBytes);
   return bytes;
 }

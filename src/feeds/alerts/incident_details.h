@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "feeds/alerts/alert_enumerations.h"
+#include "feeds/alerts/alerts_message.h"
+
+namespace linewatch {
+
+/// A stop that an alert names.
+struct IncidentStop {
+  std::string id;
+  /// Empty when the timetable does not have the stop.
+  std::string name;
+
+  bool operator==(const IncidentStop&) const = default;
+};
+
+/// What a feed says of an incident beside its texts.
+struct IncidentDetails {
+  AlertEffect effect = AlertEffect::unknownEffect;
+  AlertCause cause = AlertCause::unknownCause;
+  AlertSeverity severity = AlertSeverity::unknownSeverity;
+  /// In the feed's order.
+  std::vector<AlertPeriod> periods = {};
+  /// The stops that its selectors name, in the order of their ids.
+  std::vector<IncidentStop> stops = {};
+  /// The directions of lines that its selectors name, 0 before 1; empty when they name none.
+  std::vector<std::uint8_t> directions = {};
+  /// The `muid`s of the notices that an incident about stops holds, ascending; empty for other incidents.
+  std::vector<std::uint64_t> notices = {};
+
+  bool operator==(const IncidentDetails&) const = default;
+};
+
+using IncidentDetailsByMuid = std::map<std::uint64_t, IncidentDetails>;
+
+}  // namespace linewatch
