@@ -174,6 +174,13 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2"})).output, "Already a favourite: 2\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Strike"));
+  EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "--stops", "none", "--direction", "1"})).output,
+            "Changed 2\n");
+  EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "--direction", "both"})).output, "Changed 2\n");
+  EXPECT_THAT(runProgram(saved({"favorites"})).output,
+              AllOf(HasSubstr("  --stops none\n"), Not(HasSubstr("--direction"))));
+  EXPECT_THAT(runProgram(saved({"favorites", "add", "2", "--stops", "nowhere"})).errors,
+              HasSubstr("stop \"nowhere\""));
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "r1"})).output, "Removed r1\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Good Service"));
 

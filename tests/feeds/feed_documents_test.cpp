@@ -80,6 +80,26 @@ TEST_F(FeedDocumentsTest, FetchesConditionallyAndAtMostEveryFifteenSeconds) {
   EXPECT_EQ(server_->requests.size(), 4U) << "what was confirmed is as good as new";
 }
 
+TEST_F(FeedDocumentsTest, KnowsTheStopsOfCachedAndUncachedTimetables) {
+  const auto timetable = folder_.path() / "gtfs";
+  std::filesystem::create_directories(timetable);
+  writeFile(timetable / "routes.txt", "route_id\n1\n");
+  const auto nameOfStop = [&](const std::shared_ptr<FeedDocuments>& feedDocuments) {
+    const StoredFeed feed{"bus", timetable.string(), ""};
+    EXPECT_TRUE(feedDocuments->lineIndexOf(feed));
+    const auto names = feedDocuments->stopNamesOf(feed);
+    return names->find("s") ? names->find("s")->name : "none";
+  };
+  EXPECT_EQ(nameOfStop(documents(cache())), "none");
+  writeFile(timetable / "stops.txt", "stop_id,stop_name\ns,Harbour\n");
+  EXPECT_EQ(nameOfStop(documents()), "Harbour");
+  EXPECT_EQ(nameOfStop(documents(cache())), "Harbour") << "the new table is noticed";
+  EXPECT_EQ(cache()->stopPage("bus", timetable.string(), "s"), "s\tHarbour\t\n");
+  writeFile(timetable / "stops.txt", "stop_id,stop_name\n\"s,Harbour\n");
+  EXPECT_EQ(nameOfStop(documents(cache())), "none");
+  EXPECT_THAT(log_.lines(), IsEmpty()) << "the cache had no trouble";
+}
+
 TEST_F(FeedDocumentsTest, FetchesNothingBeforeMaxAgeUpToFiveMinutes) {
   FeedAlerts held;
   const auto requestsAfter = [&](double seconds, std::optional<Seconds> maxAge) {

@@ -116,6 +116,26 @@ TEST_F(TransitFeedsTest, GivesTheLinesOfAnIncident) {
   EXPECT_EQ(namesOf(7), "");
 }
 
+TEST_F(TransitFeedsTest, StopNoticesHaveNamesLinesAndDetails) {
+  const AlertSketch closed{.id = "closed",
+                           .selectors = {{.route = "1", .stop = "s"}, {.route = "2", .stop = "s"}},
+                           .effect = 1,
+                           .severity = 3};
+  const StoredFeed bus = feed("bus", {.alerts = {closed, alertOf("1", "Works")}});
+  writeFile(folder_.path() / "bus" / "stops.txt", "stop_id,stop_name\ns,Harbour\n");
+  TransitFeeds feeds(always({bus}), documents(), {});
+  MapItemIdentifier withoutStops = line("bus", "1");
+  withoutStops.choice.stops = LineChoice::Stops::none;
+  EXPECT_THAT(lines(feeds, {line("bus", "1"), line("bus", "2"), withoutStops}),
+              ElementsAre("bus one: Works Harbour closed", "bus two: Harbour closed", "bus one: Works"));
+  const auto items = *feeds.lineItems(std::vector{line("bus", "2")}, now_);
+  const std::uint64_t muid = items.at(0)->incidents().at(0)->muid();
+  EXPECT_EQ(feeds.linesWithIncidents({&muid, 1}).at(muid).size(), 2U);
+  const auto details = feeds.detailsOfIncidents({&muid, 1});
+  EXPECT_THAT(details.at(muid).stops, ElementsAre(IncidentStop{"s", "Harbour"}));
+  EXPECT_EQ(details.at(muid).severity, AlertSeverity::warning);
+}
+
 /// A server that answers once it is released.
 class SlowServer final : public HttpFetcher {
  public:

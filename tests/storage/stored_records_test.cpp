@@ -60,6 +60,43 @@ TEST_F(StoredRecordsTest, FavoritesKeepTheUsersOrder) {
   EXPECT_THAT(*StoredFavorites(openState()).list(), ElementsAre(kHome, kBlue, kOtherRed, kRed));
 }
 
+TEST_F(StoredRecordsTest, FavoritesKeepTheirChoices) {
+  const auto red = [](LineChoice choice) {
+    StoredFavorite favorite = kRed;
+    favorite.choice = std::move(choice);
+    return favorite;
+  };
+  using Stops = LineChoice::Stops;
+  StoredFavorites favorites(openState());
+  for (const LineChoice& choice :
+       {LineChoice{.stops = Stops::chosen, .stopIds = {"a", "b c"}, .direction = 1},
+        LineChoice{.stops = Stops::none, .direction = 0}, LineChoice{}}) {
+    EXPECT_THAT(*favorites.addWithChoice({red(choice), kBlue}), ElementsAre(true, testing::_));
+    EXPECT_THAT(*StoredFavorites(openState()).list(), ElementsAre(red(choice), kBlue));
+    EXPECT_THAT(*favorites.addWithChoice({red(choice)}), ElementsAre(false));
+  }
+  EXPECT_THAT(*favorites.addWithChoice({red({.direction = 1})}), ElementsAre(true));
+  EXPECT_THAT(*favorites.add({kRed}), ElementsAre(false)) << "adding it again changes no choice";
+  EXPECT_THAT(*favorites.list(), ElementsAre(red({.direction = 1}), kBlue));
+  EXPECT_THAT(*favorites.remove({kRed}), ElementsAre(true)) << "whatever its choice";
+}
+
+TEST_F(StoredRecordsTest, CacheFindsThePageOfAStop) {
+  FeedCache cache(openCache());
+  cache.storeStops("metro", "https://a", {{"", "a b"}, {"m", "m n"}});
+  cache.storeStops("bus", "https://a", {{"", "z"}});
+  const auto page = [&](std::string_view id) {
+    return FeedCache(openCache()).stopPage("metro", "https://a", id).value_or("none");
+  };
+  EXPECT_EQ(page("A") + page("lz") + page("m") + page("zz"), "a ba bm nm n");
+  EXPECT_FALSE(cache.stopPage("metro", "https://b", "a"));
+  cache.storeStops("metro", "https://a", {{"", "new"}});
+  EXPECT_EQ(page("m"), "new");
+  cache.remove("metro");
+  EXPECT_EQ(page("m"), "none");
+  EXPECT_EQ(cache.stopPage("bus", "https://a", "z"), "z");
+}
+
 TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
   StoredFavorites favorites(openState());
   ASSERT_TRUE(favorites.add({kRed, kHome, kBlue}));
@@ -67,11 +104,10 @@ TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
     return database.run("INSERT INTO favorite (kind, feed, subject) VALUES ('boat', '', 'Ferry')");
   }));
   const auto red = std::make_shared<const TransitLineRecord>(TransitLineFields{}, TransitIncidents{});
-  StoredFavoritesPersister persister(openState(),
-                                     [&](const std::string& feed, const std::string& route) -> SharedLine {
-                                       EXPECT_EQ(feed, "metro");
-                                       return route == "red" ? red : nullptr;
-                                     });
+  StoredFavoritesPersister persister(openState(), [&](const StoredFavorite& favorite) -> SharedLine {
+    EXPECT_EQ(favorite.feed, "metro");
+    return favorite.subject == "red" ? red : nullptr;
+  });
   const Favorites read = *persister.readFavorites();
   ASSERT_EQ(read.size(), 3U);
   EXPECT_EQ(std::get<FavoriteTransitLine>(read[0]).transitLine, red);

@@ -78,17 +78,12 @@ TEST(IncidentRecords, OnlyNoServiceBlocks) {
   }
 }
 
-TEST(IncidentRecords, NoServiceAtStopsIsNotNoServiceOfTheLine) {
-  const auto recordAbout = [](std::vector<SelectorSketch> selectors) {
-    const AlertSketch alert{.id = "1", .selectors = std::move(selectors), .cause = 10, .effect = 1};
-    return recordsOf({.alerts = {alert}}).ofRoute(0).at(0);
-  };
-  const auto closed = recordAbout({{.route = "1", .stop = "a"}, {.route = "1", .stop = "b"}});
-  EXPECT_FALSE(closed->isBlockingIncident());
-  EXPECT_EQ(row(closed), "Service alert / Construction");
-  const auto blocked = recordAbout({{.route = "1", .stop = "a"}, {.route = "1"}});
+TEST(IncidentRecords, NoServiceOfTheLineAndOneOfItsStopsIsNoServiceOfTheLine) {
+  const AlertSketch alert{
+      .id = "1", .selectors = {{.route = "1", .stop = "a"}, {.route = "1"}}, .cause = 10, .effect = 1};
+  const auto blocked = recordsOf({.alerts = {alert}}).ofRoute(0).at(0);
   EXPECT_TRUE(blocked->isBlockingIncident());
-  EXPECT_EQ(row(blocked), "No service / Construction");
+  EXPECT_EQ(row(blocked), "No service / Construction · Stop a");
 }
 
 TEST(IncidentRecords, MissingTextsAreGivenInWords) {

@@ -82,18 +82,58 @@ TEST(IncidentTable, AllFieldsOfASelectorMustFit) {
            Row{"stop and agency", {.agency = "A", .stop = "s"}, ""},
            Row{"nothing", {}, ""},
        }) {
-    EXPECT_EQ(affected(tableOf({{.id = "1", .selectors = {row.selector}}})), row.lines) << row.name;
+    EXPECT_EQ(
+        affected(tableOf({{.id = "1", .selectors = {row.selector}, .header = {{"Works", ""}}, .effect = 4}})),
+        row.lines)
+        << row.name;
   }
 }
 
-TEST(IncidentTable, AStopOfALineCountsUnlessTheEffectIsAboutTheStop) {
-  for (std::int32_t effect = 0; effect <= 11; ++effect) {
-    const bool isAboutStop = effect == 9 || effect == 10 || effect == 11;
-    const IncidentTable table =
-        tableOf({{.id = "1", .selectors = {{.route = "T1", .stop = "s"}}, .effect = effect}});
-    EXPECT_EQ(affected(table), isAboutStop ? "" : "T1 ") << effect;
-    EXPECT_EQ(affected(tableOf({{.id = "1", .selectors = {{.route = "T1"}}, .effect = effect}})), "T1 ");
+/// The line's stops that alerts are about, or "line" where the alerts are about the line.
+std::string about(const AlertSketch& alert) {
+  const IncidentTable table = tableOf({alert});
+  std::string text = table.incidentsOfRoute(1).empty() ? "" : "line";
+  for (const StopNotice& notice : table.stopNoticesOfRoute(1)) {
+    for (const std::string_view id : notice.stopIds) text.append(id).append(" ");
   }
+  return text;
+}
+
+TEST(IncidentTable, AnAlertAboutStopsAloneIsANoticeOfThem) {
+  const std::vector<SelectorSketch> stops{{.route = "T1", .stop = "s"},
+                                          {.route = "T1", .stop = "r"},
+                                          {.route = "T1", .stop = "s"},
+                                          {.stop = "q"}};
+  std::vector<SelectorSketch> mixed{{.route = "T1", .stop = "s"}, {.route = "M1"}};
+  for (std::int32_t effect = 0; effect <= 11; ++effect) {
+    const bool isAboutStop = effect >= 9;
+    const bool statesNoEffect = effect <= 1 || effect == 8;
+    const auto alert = [&](const std::vector<SelectorSketch>& selectors, const TextsSketch& header) {
+      return AlertSketch{.id = "1", .selectors = selectors, .header = header, .effect = effect};
+    };
+    const TextsSketch header{{"Works", ""}};
+    EXPECT_EQ(about(alert(stops, header)), isAboutStop || statesNoEffect ? "r s " : "line") << effect;
+    EXPECT_EQ(about(alert(stops, {})), "r s ") << effect;
+    EXPECT_EQ(about(alert(mixed, header)), isAboutStop ? "s " : "line") << effect;
+    EXPECT_EQ(about(alert({{.route = "T1"}, {.route = "T1", .stop = "s"}}, header)), "line")
+        << "a line lists an alert once";
+    EXPECT_EQ(about(alert({{.stop = "s"}}, header)), "") << "no line is named";
+  }
+}
+
+TEST(IncidentTable, ADirectionLeavesOutSelectorsOfTheOther) {
+  const IncidentTable table =
+      tableOf({{.id = "0", .selectors = {{.route = "T1", .direction = 0}}, .header = {{"out", ""}}},
+               {.id = "1", .selectors = {{.trip = TripSketch{.routeId = "T1", .direction = 1}}}},
+               {.id = "2", .selectors = {{.route = "T1"}}, .header = {{"both", ""}}},
+               {.id = "3",
+                .selectors = {{.route = "T1", .stop = "s", .direction = 1}, {.route = "T1", .stop = "r"}},
+                .effect = 9}});
+  EXPECT_THAT(table.incidentsOfRoute(1), ElementsAre(0U, 1U, 2U));
+  EXPECT_THAT(table.incidentsOfRoute(1, 0), ElementsAre(0U, 2U));
+  EXPECT_THAT(table.incidentsOfRoute(1, 1), ElementsAre(1U, 2U));
+  EXPECT_THAT(table.stopNoticesOfRoute(1, 0), ElementsAre(StopNotice{3, {"r"}}));
+  EXPECT_THAT(table.stopNoticesOfRoute(1, 1), ElementsAre(StopNotice{3, {"r", "s"}}));
 }
 
 TEST(IncidentTable, ALineListsAnIncidentOnceInTheFeedsOrder) {
@@ -144,12 +184,12 @@ TEST(IncidentTable, EveryEntityOfAnIncidentCounts) {
 }
 
 // The matching rules written out for one line and one selector.
-bool fits(const LineIndex& lines, std::size_t place, const SelectorSketch& selector, std::int32_t effect) {
+bool fits(const LineIndex& lines, std::size_t place, const SelectorSketch& selector, bool isAboutStops) {
   const FeedRoute& line = lines.routes()[place];
   const bool tellsRoute = !selector.route.empty() || (selector.trip && !selector.trip->routeId.empty());
   if (selector.trip && !selector.trip->tripId.empty()) return false;
   if (selector.trip && !tellsRoute && !selector.trip->startTime.empty()) return false;
-  if (!selector.stop.empty() && (!tellsRoute || (effect >= 9 && effect <= 11))) return false;
+  if (!selector.stop.empty() && (!tellsRoute || isAboutStops)) return false;
   if (!tellsRoute && selector.agency.empty() && !selector.type) return false;
   if (!selector.route.empty() && selector.route != line.id) return false;
   if (selector.trip && !selector.trip->routeId.empty() && selector.trip->routeId != line.id) return false;
@@ -232,8 +272,12 @@ TEST(IncidentTable, AgreesWithTheRulesOnRandomFeeds) {
       std::vector<std::uint32_t> expected;
       for (std::uint32_t alert = 0; alert < alerts.size(); ++alert) {
         const auto& selectors = alerts[alert].selectors;
+        const std::int32_t effect = alerts[alert].effect;
+        const bool areStops = std::ranges::none_of(
+            selectors, [](const SelectorSketch& selector) { return selector.stop.empty(); });
+        const bool isAboutStops = effect >= 9 || (areStops && (effect <= 1 || effect == 8));
         if (std::any_of(selectors.begin(), selectors.end(), [&](const SelectorSketch& selector) {
-              return fits(*lines, line, selector, alerts[alert].effect);
+              return fits(*lines, line, selector, isAboutStops);
             })) {
           expected.push_back(alert);
         }
