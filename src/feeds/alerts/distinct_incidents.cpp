@@ -24,7 +24,26 @@ class Mixer {
   std::size_t state_ = 0;
 };
 
-/// Hash and equality of entities that are one incident: effect, periods and texts.
+bool isWordless(const AlertsMessage& message, const Entity& entity) {
+  return std::ranges::none_of(message.translations(entity), [](const AlertTranslation& translation) {
+    return translation.kind == AlertText::header || translation.kind == AlertText::description;
+  });
+}
+
+/// Sorted, each once.
+std::vector<std::string_view> stopsOf(const AlertsMessage& message, const Entity& entity) {
+  std::vector<std::string_view> stops;
+  for (const AlertSelector& selector : message.selectors(entity)) {
+    if (selector.namesStop()) stops.push_back(selector.stopId);
+  }
+  std::ranges::sort(stops);
+  const auto repeated = std::ranges::unique(stops);
+  stops.erase(repeated.begin(), repeated.end());
+  return stops;
+}
+
+/// Hash and equality of entities that are one incident: effect, periods and texts. An alert without texts is
+/// worded from its cause and stops, so these count too.
 struct SameContent {
   const AlertsMessage* message;
 
@@ -40,13 +59,21 @@ struct SameContent {
       mixer.add(translation.text);
       mixer.add(translation.language);
     }
+    if (isWordless(*message, entity)) {
+      mixer.add(static_cast<std::size_t>(entity.cause));
+      for (const std::string_view stop : stopsOf(*message, entity)) mixer.add(stop);
+    }
     return mixer.result();
   }
   bool operator()(std::uint32_t a, std::uint32_t b) const {
     const Entity& one = message->entities()[a];
     const Entity& other = message->entities()[b];
     return one.effect == other.effect && std::ranges::equal(message->periods(one), message->periods(other)) &&
-           std::ranges::equal(message->translations(one), message->translations(other));
+           std::ranges::equal(message->translations(one), message->translations(other)) &&
+           (!isWordless(*message, one) || isWordedAlike(one, other));
+  }
+  bool isWordedAlike(const Entity& one, const Entity& other) const {
+    return one.cause == other.cause && stopsOf(*message, one) == stopsOf(*message, other);
   }
 };
 

@@ -12,7 +12,8 @@ namespace linewatch {
 struct DistinctIncident {
   /// The entity that gives the id, the effect and the periods.
   std::uint32_t entity = 0;
-  /// Entities with the same texts, periods and effect, usually about other lines.
+  /// Entities with the same texts, periods and effect, usually about other lines. Without texts their causes
+  /// and stops are the same too.
   std::vector<std::uint32_t> repetitions;
   /// Entities with the same id and texts in other languages.
   std::vector<std::uint32_t> otherLanguages;

@@ -53,6 +53,24 @@ TEST(DistinctIncidents, EntitiesThatAgreeInTextsPeriodsAndEffectAreOne) {
   EXPECT_THAT(changed([](AlertSketch& a) { a.active.clear(); }).ids, isApart);
 }
 
+TEST(DistinctIncidents, EntitiesWithoutTextsMustAgreeInCauseAndStops) {
+  const AlertSketch base{
+      .id = "1", .selectors = {{.route = "1", .stop = "a"}, {.stop = "b"}}, .cause = 10, .effect = 4};
+  const auto changed = [&](auto change) {
+    AlertSketch other = base;
+    other.id = "2";
+    change(other);
+    return Distinct({base, other}).ids.size();
+  };
+  EXPECT_EQ(changed([](AlertSketch& a) {
+              a.selectors = {{.stop = "b"}, {.route = "7", .stop = "a"}, {.route = "7", .stop = "b"}};
+            }),
+            1U);
+  EXPECT_EQ(changed([](AlertSketch& a) { a.cause = 3; }), 2U);
+  EXPECT_EQ(changed([](AlertSketch& a) { a.selectors.pop_back(); }), 2U);
+  EXPECT_EQ(changed([](AlertSketch& a) { a.selectors[1].stop = "c"; }), 2U);
+}
+
 TEST(DistinctIncidents, EntitiesOfOneIdInSeveralLanguagesAreOne) {
   const auto incidents = Distinct({{.id = "1", .header = {{"Works", "en"}}},
                                    {.id = "1", .header = {{"Bau", "de"}}},
