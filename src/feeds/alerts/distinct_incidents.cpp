@@ -31,7 +31,7 @@ bool isWordless(const AlertsMessage& message, const Entity& entity) {
 }
 
 /// Sorted, each once.
-std::vector<std::string_view> stopsOf(const AlertsMessage& message, const Entity& entity) {
+std::vector<std::string_view> namedStops(const AlertsMessage& message, const Entity& entity) {
   std::vector<std::string_view> stops;
   for (const AlertSelector& selector : message.selectors(entity)) {
     if (selector.namesStop()) stops.push_back(selector.stopId);
@@ -61,7 +61,7 @@ struct SameContent {
     }
     if (isWordless(*message, entity)) {
       mixer.add(static_cast<std::size_t>(entity.cause));
-      for (const std::string_view stop : stopsOf(*message, entity)) mixer.add(stop);
+      for (const std::string_view stop : namedStops(*message, entity)) mixer.add(stop);
     }
     return mixer.result();
   }
@@ -73,7 +73,7 @@ struct SameContent {
            (!isWordless(*message, one) || isWordedAlike(one, other));
   }
   bool isWordedAlike(const Entity& one, const Entity& other) const {
-    return one.cause == other.cause && stopsOf(*message, one) == stopsOf(*message, other);
+    return one.cause == other.cause && namedStops(*message, one) == namedStops(*message, other);
   }
 };
 

@@ -92,6 +92,8 @@ WordedStopNotice IncidentRecords::worded(const StopNotice& notice) const {
   const AlertsMessage::Entity& alert = table_->message().entities()[incident.entity];
   Text header = bestText(incident, AlertText::header);
   Text description = bestText(incident, AlertText::description);
+  // The shield says this already.
+  if (onlyNamesLines(header.text, alert)) header.text.clear();
   return {.muid = muidOf(incident),
           .effect = alert.effect,
           .cause = alert.cause,

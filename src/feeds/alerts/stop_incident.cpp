@@ -46,7 +46,7 @@ std::string joinedNames(const Names& names) {
 }
 
 /// The pattern with the count in the plural form that the language has for it.
-std::string counted(const std::string& pattern, std::size_t count, const IncidentLanguage& language) {
+std::string countedStops(const std::string& pattern, std::size_t count, const IncidentLanguage& language) {
   const std::string tag = language.languages.empty() ? "en" : language.languages.front();
   UErrorCode error = U_ZERO_ERROR;
   const icu::MessageFormat format(icu::UnicodeString::fromUTF8(pattern),
@@ -167,7 +167,7 @@ SharedIncident stopIncident(std::uint64_t muid, Notices notices, const IncidentL
   TransitIncidentFields fields{.muid = muid, .startDate = period.start, .endDate = period.end};
   const bool isOne = stops.size() == 1;
   std::string title = isOne ? titleForStop(stops.front(), notices, words)
-                            : counted(words.stopsAffectedFormat, stops.size(), language);
+                            : countedStops(words.stopsAffectedFormat, stops.size(), language);
   fields.summary = presentText(isOne ? newsOf(notices, title, words) : effectsAtStops(notices, words));
   fields.title = presentText(std::move(title));
   fields.fullDescription = presentText(ownTextsOf(notices, words));
