@@ -166,9 +166,9 @@ TEST_F(ProgramTest, FailsWhenItsOutputCannotBeWritten) {
 TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
-  EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
+  EXPECT_EQ(added.output, "Added town: 2 lines, 1 alert now\nIts state: fresh\n") << added.errors;
   EXPECT_THAT(runProgram(saved({"feed"})).output,
-              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("  state      fresh\n")));
+              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("town: 2 lines; fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
@@ -199,7 +199,7 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"favorites", "add", "9"})).errors, HasSubstr("feed lost"));
 
   EXPECT_THAT(runProgram(saved({"feed"})).output,
-              HasSubstr("  state      its lines are unknown: feed lost: " + (folder_ / "lost")));
+              HasSubstr("lost: its lines are unknown: " + (folder_ / "lost")));
   for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
@@ -291,7 +291,7 @@ TEST_F(ProgramTest, SaysOfAFeedThatItsAlertsDoNotMatch) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output,
-            "Added town with 2 lines\nIts state: its lines are unknown: feed town: alerts: 1 of 1 selector "
+            "Added town: 2 lines, 1 alert now\nIts state: its lines are unknown: alerts: 1 of 1 selector "
             "resolved to nothing: the alerts do not match the timetable\n");
   const auto shown = runProgram(given({"--favorite", "r1", "show"}));
   EXPECT_EQ(shown.status, 1);
