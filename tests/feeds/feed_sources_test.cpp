@@ -1,3 +1,4 @@
+#include <barrier>
 #include <map>
 #include <string>
 #include <utility>
@@ -183,6 +184,40 @@ TEST_F(FeedSourcesTest, TheCacheHoldsNoKeyAndTellsLocationsApartThatDifferInThei
   EXPECT_EQ(server_->requests.size(), requests);
   EXPECT_THAT(textIn(StateDirectories::under(folder_.path())->cache / "feeds.sqlite"),
               AllOf(HasSubstr("http://a/1?area=***"), Not(HasSubstr("s3cret"))));
+}
+
+/// Answers no request before all that are expected have come.
+class MeetingServer final : public HttpFetcher {
+ public:
+  Outcome<HttpResponse> fetch(const HttpRequest& request) override {
+    together_.arrive_and_wait();
+    return failure(request.url, "", "away");
+  }
+
+ private:
+  std::barrier<> together_{3};
+};
+
+TEST_F(FeedSourcesTest, ALookUpAsksTheServersOfAllFeedsSideBySide) {
+  std::vector<StoredFeed> all;
+  for (const char* name : {"a", "b", "c"})
+    all.push_back({name, folder_ / "one", "http://" + std::string(name)});
+  const auto server = std::make_shared<MeetingServer>();
+  TransitFeeds feeds(
+      [&] { return all; },
+      std::make_shared<FeedDocuments>(
+          nullptr, [this] { return now_; },
+          [&]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server); }),
+      {});
+  std::vector<std::string> sentences;
+  const auto checked = feeds.check(now_);
+  ASSERT_TRUE(checked);
+  for (const FeedState& state : *checked) sentences.push_back(sentenceOf(*state.error));
+  EXPECT_THAT(sentences, ElementsAre("feed a: http://a: http://a: away", "feed b: http://b: http://b: away",
+                                     "feed c: http://c: http://c: away"));
+  const std::vector<MapItemIdentifier> asked{
+      {.feed = "c", .routeId = "1"}, {.feed = "a", .routeId = "1"}, {.feed = "b", .routeId = "2"}};
+  EXPECT_EQ(sentenceOf(feeds.lineItems(asked, now_).error()), "feed c: http://c: http://c: away");
 }
 
 }  // namespace
