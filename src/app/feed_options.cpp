@@ -99,13 +99,20 @@ void addKeyCommand(CLI::App& app, const std::string& name, std::string& command,
   app.add_option_function<std::string>(name, take, about)->type_name("COMMAND");
 }
 
-void addKeysOf(CLI::App& app, const std::string& prefix, FeedOptions::Keys& keys, const std::string& whose) {
-  addFields(app, "--" + prefix + "header", ':', keys.headers,
-            "A header for " + whose + ", e.g. 'Authorization: apikey KEY'; KEY is asked for");
-  addFields(app, "--" + prefix + "query-key", '=', keys.query,
-            "A parameter for the URL of " + whose + "; the key is asked for");
-  addKeyCommand(app, "--" + prefix + "key-command", keys.command,
-                "A command that prints the key of " + whose + ", which is then not asked for");
+/// The help of the three options of a group.
+struct KeyHelp {
+  std::string header, queryKey, command;
+};
+
+void addKeysOf(CLI::App& app, const std::string& prefix, FeedOptions::Keys& keys, const KeyHelp& help) {
+  addFields(app, "--" + prefix + "header", ':', keys.headers, help.header);
+  addFields(app, "--" + prefix + "query-key", '=', keys.query, help.queryKey);
+  addKeyCommand(app, "--" + prefix + "key-command", keys.command, help.command);
+}
+
+KeyHelp helpFor(const std::string& document) {
+  return {"As --header, for " + document + " alone", "As --query-key, for " + document + " alone",
+          "As --key-command, for " + document + " alone"};
 }
 
 }  // namespace
@@ -118,9 +125,12 @@ void addLocationOptions(CLI::App& app, FeedOptions& options, const LocationHelp&
 void addKeyOptions(CLI::App& app, FeedOptions& options) {
   const std::string usualGroup = app.option_defaults()->get_group();
   app.option_defaults()->group("Keys");
-  addKeysOf(app, "", options.keys, "the servers");
-  addKeysOf(app, "gtfs-", options.gtfsKeys, "the timetable's server alone");
-  addKeysOf(app, "alerts-", options.alertsKeys, "the alerts' server alone");
+  addKeysOf(app, "", options.keys,
+            {"A header that the servers want, e.g. 'Authorization: apikey KEY'; the key is asked for",
+             "A parameter that the servers want in the URL; its value, the key, is asked for",
+             "A command that prints the key, which is then not asked for"});
+  addKeysOf(app, "gtfs-", options.gtfsKeys, helpFor("the timetable"));
+  addKeysOf(app, "alerts-", options.alertsKeys, helpFor("the alerts"));
   app.option_defaults()->group(usualGroup);
 }
 
