@@ -7,8 +7,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "feeds/http/http_fetcher.h"
-
 namespace linewatch::app {
 
 // Options with checked values. An error names the option, the value, and the values that it takes.
@@ -51,20 +49,6 @@ CLI::Option* addNumber(CLI::App& app, const std::string& name, Number& number,
   const std::string kind = std::is_integral_v<Number> ? "whole number" : "number";
   return addChecked(app, name, take, about + ", " + range.text, "not a " + kind + " from " + range.text)
       ->type_name("N");
-}
-
-/// Adds an option for the location of a feed: a file, a folder or a URL.
-template <class Text>
-CLI::Option* addLocation(CLI::App& app, const std::string& name, Text& location, const std::string& about) {
-  const auto take = [&location](const std::string& text) {
-    const bool fits = isHttpURL(text) || text.starts_with("file://") ||
-                      (!text.empty() && text.find("://") == std::string::npos);
-    if (fits) location = text;
-    return fits;
-  };
-  return addChecked(app, name, take, about,
-                    "neither a file nor an address that starts with http:// or https://")
-      ->type_name("PLACE");
 }
 
 }  // namespace linewatch::app

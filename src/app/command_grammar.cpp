@@ -9,8 +9,9 @@
 #include <variant>
 
 #include "app/checked_options.h"
-#include "app/shell_words.h"
+#include "app/feed_options.h"
 #include "shared/failure.h"
+#include "shared/shell_words.h"
 
 namespace linewatch::app {
 
@@ -130,14 +131,21 @@ void CommandGrammar::addLines(CLI::App& app) {
 
 void CommandGrammar::addFeed(CLI::App& app) {
   using enum FeedCommand::Action;
-  CLI::App* const sub = app.add_subcommand("feed", "List, add or remove feeds");
+  CLI::App* const sub = app.add_subcommand("feed", "List, add, change or remove feeds");
   sub->require_subcommand(0, 1)->fallthrough();
   sub->preparse_callback([this](std::size_t) { command_ = feed_; });
   addAction(*sub, "list", "List the feeds", feed_, list);
   CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
   adding->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
-  addLocation(*adding, "--gtfs", feed_.gtfs, "Its timetable: a GTFS folder, zip or URL")->required();
-  addLocation(*adding, "--alerts", feed_.alerts, "Its service alerts: a file or URL")->required();
+  addLocationOptions(*adding, feed_.options,
+                     {.gtfs = "Its timetable: a GTFS folder, zip or URL; may be repeated",
+                      .alerts = "Its service alerts: a file or URL; may be repeated",
+                      .areRequired = true});
+  addKeyOptions(*adding, feed_.options);
+  CLI::App* const changing = addAction(*sub, "key", "Change or ask for the key of a feed", feed_, key);
+  changing->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
+  addKeyOptions(*changing, feed_.options);
+  changing->add_flag("--remove", feed_.removesKeys, "Remove its keys");
   addAction(*sub, "remove", "Remove a feed and its cached files", feed_, remove)
       ->add_option("NAME", feed_.name, "Its name")
       ->required()

@@ -1,13 +1,18 @@
 #include "app/command_line.h"
 
+#include <cstddef>
+#include <span>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "app/command_grammar.h"
 #include "app/common_options.h"
+#include "feeds/http/redacted.h"
 
 namespace linewatch::app {
 
@@ -23,7 +28,17 @@ constexpr const char* kFooter =
 constexpr const char* kFooterOfCommands =
     "The common options, such as --state-dir, --now and --locale, work too: see linewatch --help.";
 
-Report reportOf(const CLI::App& app, const CLI::ParseError& error) {
+/// The values of arguments that look like a header, which may be a key after a mistyped option.
+std::vector<std::string> headerValues(int argc, const char* const* argv) {
+  std::vector<std::string> values;
+  for (const std::string_view argument : std::span(argv, static_cast<std::size_t>(argc))) {
+    const std::size_t end = argument.find(": ");
+    if (end != std::string_view::npos) values.emplace_back(argument.substr(end + 2));
+  }
+  return values;
+}
+
+Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& secrets) {
   if (error.get_exit_code() == 0) {
     std::ostringstream out;
     app.exit(error, out, out);
@@ -33,7 +48,7 @@ Report reportOf(const CLI::App& app, const CLI::ParseError& error) {
   for (auto used = app.get_subcommands(); !used.empty(); used = used.front()->get_subcommands())
     command += " " + used.front()->get_name();
   return {.output = {},
-          .complaint = std::string(error.what()) + " (" + command + " --help says more)",
+          .complaint = redacted(error.what(), secrets) + " (" + command + " --help says more)",
           .status = 2};
 }
 
@@ -52,7 +67,7 @@ std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return reportOf(app, error);
+    return reportOf(app, error, headerValues(argc, argv));
   }
   return CommandLine{std::move(options), grammar.command()};
 }

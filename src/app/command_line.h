@@ -11,16 +11,34 @@
 #include "localization/user_locale.h"
 #include "shared/date.h"
 #include "shared/value.h"
+#include "storage/stored_feeds.h"
 #include "ui/text_style.h"
 
 namespace linewatch::app {
 
+/// The options that name the locations of a feed and where its keys go.
+struct FeedOptions {
+  struct Keys {
+    std::vector<FeedKeys::Field> headers;
+    std::vector<FeedKeys::Field> query;
+    std::string command;
+
+    bool areGiven() const { return !headers.empty() || !query.empty() || !command.empty(); }
+  };
+
+  /// Files or URLs.
+  std::vector<std::string> gtfs;
+  std::vector<std::string> alerts;
+  /// Keys for both documents, and those that one document has instead.
+  Keys keys;
+  Keys gtfsKeys;
+  Keys alertsKeys;
+};
+
 /// Options that every command takes.
 struct CommonOptions {
-  /// For a run without saved state: a timetable and its alerts, each a file or URL, and the route ids of the
-  /// favourites.
-  std::optional<std::string> gtfs;
-  std::optional<std::string> alerts;
+  /// For a run without saved state: its feed, and the route ids of the favourites.
+  FeedOptions feed;
   std::vector<std::string> favorites;
   /// The time to use instead of the present time.
   std::optional<Date> now;
@@ -52,11 +70,12 @@ struct LinesCommand {
 };
 
 struct FeedCommand {
-  enum class Action { list, add, remove };
+  enum class Action { list, add, key, remove };
   Action action = Action::list;
   std::string name;
-  std::string gtfs;
-  std::string alerts;
+  FeedOptions options;
+  /// `key`: the feed needs no keys any more.
+  bool removesKeys = false;
 };
 
 /// Prints or clears the recorded use of the widget, or turns recording on or off.

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/checked_options.h"
+#include "app/feed_options.h"
 #include "app/iso_time.h"
 
 namespace linewatch::app {
@@ -22,8 +23,9 @@ bool addPreference(const std::string& text, CommonOptions& options) {
 }
 
 void addShownLines(CLI::App& app, CommonOptions& options) {
-  addLocation(app, "--gtfs", options.gtfs, "Timetable for this run: a GTFS folder, zip or URL");
-  addLocation(app, "--alerts", options.alerts, "Its GTFS-Realtime service alerts: a file or URL");
+  addLocationOptions(app, options.feed,
+                     {.gtfs = "Timetable for this run: a GTFS folder, zip or URL; may be repeated",
+                      .alerts = "Its GTFS-Realtime service alerts: a file or URL; may be repeated"});
   app.add_option("--favorite", options.favorites,
                  "A favourite for this run, by its route id; may be repeated")
       ->type_name("ROUTE_ID")
@@ -73,6 +75,7 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
   addShownLines(app, options);
   addSurroundings(app, options);
   addPreferences(app, options);
+  addKeyOptions(app, options.feed);
   app.add_flag("-v,--verbose", options.verbose, "Log every step to standard error");
   app.option_defaults()->group(usualGroup);
 }

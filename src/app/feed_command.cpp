@@ -1,12 +1,19 @@
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 #include "app/commands.h"
-#include "app/local_time.h"
+#include "app/duration_words.h"
+#include "app/feed_sources.h"
+#include "feeds/alerts/alert_period.h"
+#include "feeds/alerts/distinct_incidents.h"
+#include "feeds/http/redacted.h"
 #include "feeds/text/utf8.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "shared/shell_words.h"
 
 namespace linewatch::app {
 
@@ -15,7 +22,7 @@ namespace {
 /// Bytes.
 constexpr std::size_t kLongestName = 100;
 
-// The location as an absolute path or URL, since the feed is later read from other working directories.
+/// The location as an absolute path or URL: the feed is later read from other working directories.
 std::string absoluteLocation(const std::string& location) {
   if (location.find("://") != std::string::npos) return location;
   std::error_code error;
@@ -33,27 +40,60 @@ std::optional<Error> nameError(const std::string& name) {
   return std::nullopt;
 }
 
-std::string lineCount(std::size_t count) { return std::to_string(count) + (count == 1 ? " line" : " lines"); }
+std::string counted(std::size_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+/// The sentence of a feed's error without the name of the feed.
+std::string reasonOf(const FeedState& state) {
+  if (!state.error) return "";
+  std::string sentence = sentenceOf(*state.error);
+  const std::string name = "feed " + state.feed + ": ";
+  if (sentence.starts_with(name)) sentence.erase(0, name.size());
+  return terminalLine(sentence);
+}
 
 /// A feed's state in one line.
-std::string stateInWords(const FeedState& state) {
+std::string stateInWords(const FeedState& state, Date now) {
   using Kind = FeedState::Kind;
-  const std::string since = state.since ? localTime(*state.since) : "";
-  const std::string why = state.error ? terminalLine(sentenceOf(*state.error)) : "";
+  const std::string age = state.since ? durationInWords(now - *state.since) : "";
   switch (state.kind) {
     case Kind::fresh:
       return "fresh";
     case Kind::stale:
-      return "stale: its alerts are of " + since;
+      return "stale, as its alerts are " + age + " old";
     case Kind::kept:
-      return "kept: the alerts of " + since + " serve for now; " + why;
+      return "the alerts of " + age + " ago serve for now: " + reasonOf(state);
     case Kind::unreachable:
+      if (!age.empty())
+        return "its lines are unknown since its last alerts, " + age + " ago: " + reasonOf(state);
+      break;
     case Kind::outdated:
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return "its lines are unknown: " + why;
+  return "its lines are unknown: " + reasonOf(state);
+}
+
+/// Where a key goes and where it comes from, never the key.
+std::string keysInWords(const FeedKeys& keys) {
+  std::string words;
+  for (const FeedKeys::Field& field : keys.headers)
+    words += (words.empty() ? "header " : ", header ") + field.name;
+  for (const FeedKeys::Field& field : keys.query)
+    words += (words.empty() ? "parameter " : ", parameter ") + field.name;
+  const auto command = shellWords(keys.command);
+  if (command && !command->empty()) words += ", printed by " + command->front();
+  return words;
+}
+
+std::string sourceInWords(const char* document, const FeedSource& source) {
+  std::string words;
+  for (const std::string& location : source.locations)
+    words += document + terminalLine(redacted(location)) + "\n";
+  if (source.keys.isEmpty()) return words;
+  return words + "    key      " + terminalLine(keysInWords(source.keys)) + "\n";
 }
 
 Report listFeeds(const SavedState& saved, TransitFeeds& shown, Date now) {
@@ -69,9 +109,10 @@ Report listFeeds(const SavedState& saved, TransitFeeds& shown, Date now) {
   Report report;
   for (const StoredFeed& feed : *feeds) {
     const auto state = std::ranges::find(*states, feed.name, &FeedState::feed);
-    report.output += feed.name + "\n  timetable  " + terminalLine(feed.gtfs) + "\n  alerts     " +
-                     terminalLine(feed.alerts) + "\n";
-    if (state != states->end()) report.output += "  state      " + stateInWords(*state) + "\n";
+    const auto lines = shown.linesOf(feed.name);
+    report.output += feed.name + ": " + (lines ? counted((*lines)->routes().size(), "line") + "; " : "") +
+                     (state == states->end() ? "not read" : stateInWords(*state, now)) + "\n" +
+                     sourceInWords("  timetable  ", feed.gtfs) + sourceInWords("  alerts     ", feed.alerts);
   }
   return report;
 }
@@ -80,32 +121,85 @@ Report refusedNameInUse(const std::string& name) {
   return refused(failure("feed " + name, "", "a feed of that name exists; remove it first"));
 }
 
+Report refusedUnknownName(const std::string& name) {
+  return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
+}
+
+/// How many different alerts are shown at that time.
+std::size_t shownAlertCount(const AlertsMessage& message, Date now) {
+  const auto incidents = distinctIncidents(message);
+  const auto count = std::ranges::count_if(incidents, [&](const DistinctIncident& incident) {
+    const ShownPeriod period = periodToShow(message.periods(message.entities()[incident.entity]), now);
+    return (!period.start || *period.start <= now) && (!period.end || now < *period.end);
+  });
+  return static_cast<std::size_t>(count);
+}
+
+std::string findings(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
+                     Date now) {
+  return counted(lines->routes().size(), "line") + ", " +
+         counted(shownAlertCount(*alerts.message, now), "alert") +
+         " now\nIts state: " + stateInWords(stateOfFeed(feed, lines, alerts, now), now) + "\n";
+}
+
 Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
   if (const auto fault = nameError(command.name)) return refused(*fault);
-  const StoredFeed feed{command.name, absoluteLocation(command.gtfs), absoluteLocation(command.alerts)};
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
-  if (std::ranges::find(*known, feed.name, &StoredFeed::name) != known->end())
-    return refusedNameInUse(feed.name);
+  if (std::ranges::find(*known, command.name, &StoredFeed::name) != known->end())
+    return refusedNameInUse(command.name);
+  auto feed = feedFrom(command.options, command.name);
+  if (!feed) return refused(feed.error());
+  for (FeedSource* source : {&feed->gtfs, &feed->alerts})
+    std::ranges::transform(source->locations, source->locations.begin(), absoluteLocation);
   // A feed that cannot be read is not added: the user is here to correct the mistake.
   saved.feedCache()->holdBack();
-  const auto lines = documents.lineIndexOf(feed);
+  saved.feedCache()->remove(feed->name);
+  const auto lines = documents.lineIndexOf(*feed);
   if (!lines) return refused(lines.error());
-  const auto alerts = documents.alertsOf(feed, {});
+  const auto alerts = documents.alertsOf(*feed, {});
   if (alerts.failure) return refused(*alerts.failure);
-  const auto added = saved.feeds().add(feed);
+  const auto added = saved.feeds().add(*feed);
   if (!added) return refused(added.error());
-  if (!*added) return refusedNameInUse(feed.name);
+  if (!*added) return refusedNameInUse(feed->name);
   saved.feedCache()->writeHeldBack();
-  const FeedState state = stateOfFeed(feed, *lines, alerts, documents.now());
-  return Report::of("Added " + feed.name + " with " + lineCount((*lines)->routes().size()) + "\n" +
-                    (state.kind == FeedState::Kind::fresh ? "" : "Its state: " + stateInWords(state) + "\n"));
+  return Report::of("Added " + feed->name + ": " + findings(*feed, *lines, alerts, documents.now()));
+}
+
+/// Saves the keys even when the feed cannot be read with them now, and says so.
+Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
+  const auto known = saved.feeds().list();
+  if (!known) return refused(known.error());
+  const auto before = std::ranges::find(*known, command.name, &StoredFeed::name);
+  if (before == known->end()) return refusedUnknownName(command.name);
+  StoredFeed feed = *before;
+  if (command.removesKeys) {
+    feed.gtfs.keys = {};
+    feed.alerts.keys = {};
+  } else {
+    auto changed = withNewKeys(feed, command.options);
+    if (!changed) return refused(changed.error());
+    feed = *std::move(changed);
+  }
+  const auto changed = saved.feeds().change(feed);
+  if (!changed) return refused(changed.error());
+  if (!*changed) return refusedUnknownName(feed.name);
+  const std::string done =
+      (command.removesKeys ? "Removed the keys of " : "Changed the keys of ") + feed.name;
+  // Cached documents say nothing of the new keys.
+  saved.feedCache()->holdBack();
+  const auto lines = documents.lineIndexOf(feed);
+  const auto alerts = documents.alertsOf(feed, {});
+  saved.feedCache()->writeHeldBack();
+  const std::optional<Error> error = lines ? alerts.failure : lines.error();
+  if (error) return {.output = done + "\n", .complaint = sentenceOf(*error), .status = 1};
+  return Report::of(done + ": " + findings(feed, *lines, alerts, documents.now()));
 }
 
 Report removeFeed(const SavedState& saved, const std::string& name) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
-  if (!*removed) return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
+  if (!*removed) return refusedUnknownName(name);
   saved.feedCache()->remove(name);
   return Report::of("Removed " + name + "; its favourites are kept in case it comes back\n");
 }
@@ -118,6 +212,8 @@ Report feed(Session& session, const FeedCommand& command) {
   switch (command.action) {
     case FeedCommand::Action::add:
       return addFeed(session.platform().documents(), *saved, command);
+    case FeedCommand::Action::key:
+      return changeKeys(session.platform().documents(), *saved, command);
     case FeedCommand::Action::remove:
       return removeFeed(*saved, command.name);
     case FeedCommand::Action::list:

@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <utility>
 
+#include "app/feed_sources.h"
 #include "incidents/transit_incident_fetcher.h"
 #include "shared/failure.h"
 #include "shared/installation.h"
@@ -21,11 +22,15 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
                            .verbose = options.verbose,
                            .preferences = options.preferences};
   if (options.stateDir) settings.stateFolder = *options.stateDir;
-  if (!options.gtfs && !options.alerts && options.favorites.empty()) return settings;
-  if (!options.gtfs) return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
-  if (!options.alerts)
+  const FeedOptions& feed = options.feed;
+  if (feed.gtfs.empty() && feed.alerts.empty() && options.favorites.empty()) return settings;
+  if (feed.gtfs.empty())
+    return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
+  if (feed.alerts.empty())
     return failure("--alerts is missing", "", "a run without saved state needs service alerts");
-  settings.given = {*options.gtfs, *options.alerts, options.favorites};
+  auto given = feedFrom(feed, std::string(kGivenFeedName));
+  if (!given) return given.error();
+  settings.given = {std::move(given->gtfs), std::move(given->alerts), options.favorites};
   return settings;
 }
 

@@ -30,7 +30,7 @@ void reportUnknownFavorites(Session& session, const CommonOptions& options, Repo
   const std::string names = unknownFavorites(session);
   if (names.empty()) return;
   report.complaint = "unknown favourites are left out: " + names;
-  if (options.gtfs) report.status = 2;
+  if (!options.feed.gtfs.empty()) report.status = 2;
 }
 
 }  // namespace

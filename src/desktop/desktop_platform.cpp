@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <stop_token>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -13,6 +15,7 @@
 #include "feeds/http/http_fetcher.h"
 #include "localization/icu_localization.h"
 #include "machine/connection_diagnosis.h"
+#include "machine/key_command.h"
 #include "machine/system_random_source.h"
 #include "platform/log.h"
 #include "storage/stored_analytics.h"
@@ -116,8 +119,9 @@ std::optional<Error> DesktopPlatform::open() {
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_, savingOptions(settings_));
   }
-  documents_ = std::make_shared<FeedDocuments>(saved_ ? saved_->feedCache() : nullptr,
-                                               [this] { return mainLoop_.now(); });
+  documents_ = std::make_shared<FeedDocuments>(
+      saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
+      [](const std::string& command, const std::stop_token& stop) { return keyFromCommand(command, stop); });
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
 }
@@ -135,8 +139,10 @@ UserFavorites DesktopPlatform::chosenFavorites() const {
 /// Files cannot fail because of the network, so the connection is only diagnosed when a feed is on a server.
 ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
   const auto feeds = roles_->feeds->feeds();
-  const bool asksServers = std::ranges::any_of(
-      feeds, [](const StoredFeed& feed) { return isHttpURL(feed.gtfs) || isHttpURL(feed.alerts); });
+  const bool asksServers = std::ranges::any_of(feeds, [](const StoredFeed& feed) {
+    return std::ranges::any_of(feed.gtfs.locations, isHttpURL) ||
+           std::ranges::any_of(feed.alerts.locations, isHttpURL);
+  });
   return asksServers ? diagnoseConnection() : ConnectionFailureDiagnosis::unknown;
 }
 

@@ -11,6 +11,7 @@
 #include "localization/user_locale.h"
 #include "shared/date.h"
 #include "storage/overlaid_preferences.h"
+#include "storage/stored_feeds.h"
 
 namespace linewatch::desktop {
 
@@ -18,8 +19,8 @@ namespace linewatch::desktop {
 struct DesktopSettings {
   /// One feed that is given on the command line, for a run without saved state.
   struct GivenFeed {
-    std::string gtfs;
-    std::string alerts;
+    FeedSource gtfs;
+    FeedSource alerts;
     /// Route ids.
     std::vector<std::string> favorites;
   };

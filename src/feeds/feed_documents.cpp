@@ -7,10 +7,13 @@
 #include <utility>
 
 #include "feeds/alerts/held_alerts.h"
+#include "feeds/feed_keys.h"
 #include "feeds/gtfs/folder_source.h"
 #include "feeds/gtfs/gtfs_reader.h"
 #include "feeds/gtfs/line_index_encoding.h"
+#include "feeds/gtfs/merged_lines.h"
 #include "feeds/http/redacted.h"
+#include "feeds/side_by_side.h"
 #include "feeds/zip/zip_source.h"
 #include "platform/log.h"
 #include "shared/byte_size.h"
@@ -23,11 +26,34 @@ namespace linewatch {
 struct FeedDocuments::Kind {
   /// In the cache.
   const char* name;
-  std::string StoredFeed::*location;
+  FeedSource StoredFeed::*source;
   std::size_t maximumBytes;
 
   static const Kind kTimetable;
   static const Kind kAlerts;
+};
+
+/// One location of one of the documents.
+struct FeedDocuments::Place {
+  const StoredFeed& feed;
+  const Kind& kind;
+  std::size_t index = 0;
+
+  const FeedSource& source() const { return feed.*kind.source; }
+  const std::string& location() const { return source().locations[index]; }
+  /// The location as it may be printed and cached.
+  std::string safeLocation() const { return redacted(location()); }
+  /// The name of the entry in the cache, e.g. "alerts" for the first location and "alerts 2" for the second:
+  /// safe locations that differ in a key alone are equal.
+  std::string cacheKind() const {
+    return index == 0 ? kind.name : kind.name + (" " + std::to_string(index + 1));
+  }
+  /// Names the stops of the location in the cache.
+  std::string stopsKey() const { return cacheKind() + " " + safeLocation(); }
+  /// The error with the feed and the location in front: "feed Metro: https://example.org/alerts: timed out".
+  Error located(const Error& error) const {
+    return within("feed " + feed.name, within(safeLocation(), error));
+  }
 };
 
 namespace {
@@ -40,11 +66,6 @@ constexpr Seconds kAlertsFresh{15};
 constexpr Seconds kLongestMaxAge{5.0 * 60};
 
 std::string feedCalled(const StoredFeed& feed) { return "feed " + feed.name; }
-
-/// The error with the feed and the location in front: "feed Metro: https://example.org/alerts: timed out".
-Error located(const Error& error, const StoredFeed& feed, const std::string& location) {
-  return within(feedCalled(feed), within(redacted(location), error));
-}
 
 fs::path localPath(const std::string& location) {
   constexpr std::string_view kScheme = "file://";
@@ -81,11 +102,46 @@ std::optional<std::string> nonEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
 
-/// The server's Retry-After, counted from `now`.
-std::optional<Date> retryAfterOf(const Error& error, Date now) {
-  const auto entry = error.info.find(kRetryAfterKey);
-  const double* const seconds = entry == error.info.end() ? nullptr : entry->second.get<double>();
-  return seconds == nullptr ? std::nullopt : std::optional(now + Seconds(*seconds));
+/// True when the server wants a key or another one.
+bool wantsOtherKey(const Error& error) {
+  const std::optional<int> status = httpStatusOf(error);
+  return status == 401 || status == 403;
+}
+
+/// The error with advice on how to give the key that the server wants.
+Error withKeyAdvice(const Error& error) {
+  Error whole =
+      failure(failureCodeOf(error), "", "",
+              sentenceOf(error) +
+                  "; give a key with --header or --query-key, which \"linewatch feed key\" takes for a "
+                  "feed that was added");
+  whole.info.insert(error.info.begin(), error.info.end());
+  return whole;
+}
+
+bool haveMessages(const std::vector<FeedAlerts>& parts) {
+  return std::ranges::find(parts, nullptr, &FeedAlerts::message) == parts.end();
+}
+
+/// The alerts of all locations together, still without a message.
+FeedAlerts together(std::vector<FeedAlerts> parts) {
+  FeedAlerts all;
+  if (haveMessages(parts)) all.received = std::ranges::min(parts, {}, &FeedAlerts::received).received;
+  for (const FeedAlerts& part : parts) {
+    if (!part.failure || all.failure) continue;
+    all.failure = part.failure;
+    all.failures = part.failures;
+    all.failed = part.failed;
+    all.retryAfter = part.retryAfter;
+  }
+  all.parts = std::move(parts);
+  return all;
+}
+
+std::vector<SharedAlertsMessage> messagesOf(const std::vector<FeedAlerts>& parts) {
+  std::vector<SharedAlertsMessage> messages;
+  for (const FeedAlerts& part : parts) messages.push_back(part.message);
+  return messages;
 }
 
 /// A document from the future says that the clock was set back, so its age is not known.
@@ -97,57 +153,91 @@ const FeedDocuments::Kind FeedDocuments::Kind::kTimetable = {"gtfs", &StoredFeed
 const FeedDocuments::Kind FeedDocuments::Kind::kAlerts = {"alerts", &StoredFeed::alerts, 64 * kMebibyte};
 
 FeedDocuments::FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
-                             FetcherSource fetcherSource)
-    : cache_(std::move(cache)), now_(std::move(now)), fetcherSource_(std::move(fetcherSource)) {}
+                             FetcherSource fetcherSource, CommandKeys::Runner runKeyCommand)
+    : cache_(std::move(cache)),
+      now_(std::move(now)),
+      fetcherSource_(std::move(fetcherSource)),
+      commandKeys_(std::move(runKeyCommand)) {}
 
 FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now) {
-  held.retryAfter = retryAfterOf(error, now);
+  const std::optional<Seconds> wait = retryAfterOf(error);
+  held.retryAfter = wait ? std::optional(now + *wait) : std::nullopt;
   held.failed = now;
   held.failure = error;
   ++held.failures;
   return held;
 }
 
-std::optional<CachedDocument> FeedDocuments::find(const StoredFeed& feed, const Kind& kind) const {
-  return keeps(feed) ? cache_->find(feed.name, kind.name, feed.*kind.location) : std::nullopt;
+std::optional<CachedDocument> FeedDocuments::find(const Place& place) const {
+  if (!keeps(place.feed)) return std::nullopt;
+  return cache_->find(place.feed.name, place.cacheKind(), place.safeLocation());
 }
 
-Outcome<HttpResponse> FeedDocuments::get(const StoredFeed& feed, const Kind& kind, std::string etag,
-                                         std::string lastModified) {
+/// The request with the keys that the location's server gets.
+Outcome<HttpRequest> FeedDocuments::requestOf(const Place& place) {
+  HttpRequest request{
+      .url = place.location(), .maximumBytes = place.kind.maximumBytes, .stop = stop_.get_token()};
+  const FeedKeys& keys = place.source().keys;
+  std::string key = keys.key;
+  if (!keys.command.empty() && wantsKey(keys)) {
+    auto printed = commandKeys_.keyOf(keys.command, request.stop);
+    if (!printed) return printed.error();
+    key = *std::move(printed);
+  }
+  addKeys(keys, key, request);
+  return request;
+}
+
+Outcome<HttpResponse> FeedDocuments::get(const Place& place, const std::string& etag,
+                                         const std::string& lastModified) {
   const auto fetcher = fetcherSource_();
   if (!fetcher) return fetcher.error();
-  const std::string& location = feed.*kind.location;
-  const bool isConditional = !etag.empty() || !lastModified.empty();
-  HttpRequest request{.url = location,
-                      .etag = std::move(etag),
-                      .lastModified = std::move(lastModified),
-                      .maximumBytes = kind.maximumBytes,
-                      .stop = stop_.get_token()};
-  auto response = (*fetcher)->fetch(request);
-  if (!response) return located(response.error(), feed, location);
-  if (response->notModified && !isConditional)
-    return located(failure(FailureCode::malformed, "", "",
-                           "the server says that nothing changed, but was not asked whether"),
-                   feed, location);
+  auto request = requestOf(place);
+  if (!request) return place.located(request.error());
+  request->etag = etag;
+  request->lastModified = lastModified;
+  auto response = (*fetcher)->fetch(*request);
+  if (!response && wantsOtherKey(response.error())) {
+    commandKeys_.forget(place.source().keys.command);
+    response = withKeyAdvice(response.error());
+  }
+  if (!response) return place.located(redacted(response.error(), request->secrets));
+  if (response->notModified && etag.empty() && lastModified.empty())
+    return place.located(failure(FailureCode::malformed, "", "",
+                                 "the server says that nothing changed, but was not asked whether"));
   return response;
 }
 
 Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
-  return isHttpURL(feed.gtfs) ? remoteTimetable(feed) : localTimetable(feed);
+  const std::size_t count = feed.gtfs.locations.size();
+  if (count == 0) return failure(FailureCode::notFound, feedCalled(feed), "", "it has no timetable");
+  std::vector<SharedLineIndex> indexes(count);
+  std::vector<std::optional<Error>> errors(count);
+  runSideBySide(count, [&](std::size_t index) {
+    auto lines = timetable({feed, Kind::kTimetable, index});
+    if (lines) indexes[index] = *std::move(lines);
+    if (!lines) errors[index] = lines.error();
+  });
+  const auto error = std::ranges::find_if(errors, [](const auto& found) { return found.has_value(); });
+  return error == errors.end() ? Outcome<SharedLineIndex>(mergedLines(indexes)) : **error;
 }
 
-Outcome<SharedLineIndex> FeedDocuments::localTimetable(const StoredFeed& feed) {
-  const std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
-  const std::string print = keeps(feed) ? fingerprint(feed.gtfs) : "";
+Outcome<SharedLineIndex> FeedDocuments::timetable(const Place& place) {
+  return isHttpURL(place.location()) ? remoteTimetable(place) : localTimetable(place);
+}
+
+Outcome<SharedLineIndex> FeedDocuments::localTimetable(const Place& place) {
+  const std::optional<CachedDocument> kept = find(place);
+  const std::string print = keeps(place.feed) ? fingerprint(place.location()) : "";
   if (kept && kept->etag == print) {
     if (auto contents = decodeLineIndex(kept->bytes)) return indexOf(std::move(*contents));
   }
-  return readTimetable(feed, openTimetable(feed.gtfs),
-                       {.location = feed.gtfs, .fetched = now_(), .etag = print});
+  return readTimetable(place, openTimetable(place.location()),
+                       {.location = place.safeLocation(), .fetched = now_(), .etag = print});
 }
 
-Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const StoredFeed& feed) {
-  std::optional<CachedDocument> kept = find(feed, Kind::kTimetable);
+Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
+  std::optional<CachedDocument> kept = find(place);
   SharedLineIndex cached;
   if (kept) {
     // The program's version before may have cached it in another form.
@@ -156,11 +246,11 @@ Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const StoredFeed& feed) 
   if (!cached) kept.reset();
   if (cached && isYoungerThan(kTimetableFresh, kept->fetched, now_())) return cached;
 
-  Outcome<Fetched> fetched = fetchTimetable(feed, kept);
+  Outcome<Fetched> fetched = fetchTimetable(place, kept);
   if (fetched && !fetched->isNew) return cached;
   if (fetched) {
     auto source = openZip(std::move(fetched->document.bytes));
-    auto index = readTimetable(feed, std::move(source), std::move(fetched->document));
+    auto index = readTimetable(place, std::move(source), std::move(fetched->document));
     if (index) return index;
     fetched = index.error();
   }
@@ -169,16 +259,16 @@ Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const StoredFeed& feed) 
   return cached;
 }
 
-Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const StoredFeed& feed,
+Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const Place& place,
                                                               const std::optional<CachedDocument>& kept) {
-  auto response = get(feed, Kind::kTimetable, kept ? kept->etag.value_or("") : "",
-                      kept ? kept->lastModified.value_or("") : "");
+  auto response =
+      get(place, kept ? kept->etag.value_or("") : "", kept ? kept->lastModified.value_or("") : "");
   if (!response) return response.error();
   if (response->notModified) {
-    if (keeps(feed)) cache_->confirm(feed.name, Kind::kTimetable.name, now_());
+    if (keeps(place.feed)) cache_->confirm(place.feed.name, place.cacheKind(), now_());
     return Fetched{*kept};
   }
-  return Fetched{{.location = feed.gtfs,
+  return Fetched{{.location = place.safeLocation(),
                   .fetched = now_(),
                   .etag = nonEmpty(std::move(response->etag)),
                   .lastModified = nonEmpty(std::move(response->lastModified)),
@@ -187,111 +277,139 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const StoredFeed& 
 }
 
 /// `document`: the cache entry to write, still without bytes.
-Outcome<SharedLineIndex> FeedDocuments::readTimetable(const StoredFeed& feed,
+Outcome<SharedLineIndex> FeedDocuments::readTimetable(const Place& place,
                                                       Outcome<std::unique_ptr<GtfsSource>> source,
                                                       CachedDocument document) {
-  if (!source) return located(source.error(), feed, feed.gtfs);
-  auto contents = readGtfs(**source, feed.name);
-  if (!contents) return located(contents.error(), feed, feed.gtfs);
+  if (!source) return place.located(source.error());
+  auto contents = readGtfs(**source, place.feed.name);
+  if (!contents) return place.located(contents.error());
   const SharedLineIndex index = indexOf(std::move(*contents));
-  if (keepsTimetable(feed) || isHttpURL(feed.gtfs)) keepStops(feed, **source);
-  keepIndex(feed, *index, std::move(document));
+  if (keepsTimetable(place) || isHttpURL(place.location())) keepStops(place, **source);
+  keepIndex(place, *index, std::move(document));
   return index;
 }
 
-bool FeedDocuments::keepsTimetable(const StoredFeed& feed) const {
-  return keeps(feed) && (isHttpURL(feed.gtfs) || keepsLocalTimetables_);
+bool FeedDocuments::keepsTimetable(const Place& place) const {
+  return keeps(place.feed) && (isHttpURL(place.location()) || keepsLocalTimetables_);
 }
 
 /// Lines without names of stops are better than no lines: an error goes to the log only.
-void FeedDocuments::keepStops(const StoredFeed& feed, GtfsSource& source) {
+void FeedDocuments::keepStops(const Place& place, GtfsSource& source) {
   auto pages = readStopPages(source);
   if (!pages) {
-    logError("%@; its stops are shown by their ids", {sentenceOf(located(pages.error(), feed, feed.gtfs))});
+    logError("%@; its stops are shown by their ids", {sentenceOf(place.located(pages.error()))});
     pages = std::vector<StopPage>();
   }
-  if (keepsTimetable(feed)) {
+  if (keepsTimetable(place)) {
     std::vector<CachedStopPage> kept;
     for (StopPage& page : *pages) kept.push_back({std::move(page.firstId), std::move(page.text)});
-    return cache_->storeStops(feed.name, feed.gtfs, std::move(kept));
+    return cache_->storeStops(place.feed.name, place.stopsKey(), std::move(kept));
   }
   const MutexLock lock(stopsMutex_);
-  stopsInMemory_.insert_or_assign(feed.gtfs, *std::move(pages));
+  stopsInMemory_.insert_or_assign(place.location(), *std::move(pages));
 }
 
 std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed) {
-  return std::make_shared<StopNames>(
-      std::vector<StopNames::PageSource>{[this, feed](std::string_view id) { return stopPage(feed, id); }});
+  std::vector<StopNames::PageSource> sources;
+  for (std::size_t index = 0; index < feed.gtfs.locations.size(); ++index) {
+    sources.emplace_back([this, feed, index](std::string_view id) {
+      return stopPage({feed, Kind::kTimetable, index}, id);
+    });
+  }
+  return std::make_shared<StopNames>(std::move(sources));
 }
 
-std::optional<std::string> FeedDocuments::stopPage(const StoredFeed& feed, std::string_view id) {
-  if (keeps(feed)) {
-    if (auto page = cache_->stopPage(feed.name, feed.gtfs, id)) return page;
+std::optional<std::string> FeedDocuments::stopPage(const Place& place, std::string_view id) {
+  if (keeps(place.feed)) {
+    if (auto page = cache_->stopPage(place.feed.name, place.stopsKey(), id)) return page;
   }
+  const std::string& location = place.location();
   const auto isRead = [&] {
     const MutexLock lock(stopsMutex_);
-    return stopsInMemory_.contains(feed.gtfs);
+    return stopsInMemory_.contains(location);
   };
-  if (!isHttpURL(feed.gtfs) && !isRead()) {
-    auto source = openTimetable(feed.gtfs);
+  if (!isHttpURL(location) && !isRead()) {
+    auto source = openTimetable(location);
     auto pages = source ? readStopPages(**source) : Outcome<std::vector<StopPage>>(source.error());
-    if (!pages)
-      logError("%@; its stops are shown by their ids", {sentenceOf(located(pages.error(), feed, feed.gtfs))});
+    if (!pages) logError("%@; its stops are shown by their ids", {sentenceOf(place.located(pages.error()))});
     const MutexLock lock(stopsMutex_);
-    stopsInMemory_.emplace(feed.gtfs, pages ? *std::move(pages) : std::vector<StopPage>());
+    stopsInMemory_.emplace(location, pages ? *std::move(pages) : std::vector<StopPage>());
   }
   const MutexLock lock(stopsMutex_);
-  const auto pages = stopsInMemory_.find(feed.gtfs);
+  const auto pages = stopsInMemory_.find(location);
   const StopPage* const page = pages == stopsInMemory_.end() ? nullptr : pageWithStop(pages->second, id);
   return page ? std::optional(page->text) : std::nullopt;
 }
 
-void FeedDocuments::keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document) {
-  if (!keepsTimetable(feed)) return;
+void FeedDocuments::keepIndex(const Place& place, const LineIndex& index, CachedDocument document) {
+  if (!keepsTimetable(place)) return;
   document.bytes = encodeLineIndex(index.contents());
-  cache_->store(feed.name, Kind::kTimetable.name, std::move(document));
+  cache_->store(place.feed.name, place.cacheKind(), std::move(document));
 }
 
 FeedAlerts FeedDocuments::alertsOf(const StoredFeed& feed, FeedAlerts held) {
-  if (feed.alerts.empty()) {
+  const std::size_t count = feed.alerts.locations.size();
+  if (count == 0) {
     // No fetch failed, so there is nothing to retry.
     return {.failure = failure(FailureCode::unknown, feedCalled(feed), "",
                                "it has no alerts, so nothing is known of its lines")};
   }
-  return isHttpURL(feed.alerts) ? remoteAlerts(feed, std::move(held)) : localAlerts(feed, std::move(held));
+  if (count == 1) return alerts({feed, Kind::kAlerts}, std::move(held));
+  std::vector<FeedAlerts> parts = std::move(held.parts);
+  parts.resize(count);
+  const auto before = messagesOf(parts);
+  runSideBySide(count, [&](std::size_t index) {
+    parts[index] = alerts({feed, Kind::kAlerts, index}, std::move(parts[index]));
+  });
+  FeedAlerts all = together(std::move(parts));
+  const auto messages = messagesOf(all.parts);
+  if (!haveMessages(all.parts)) return all;
+  if (held.message && messages == before) {
+    all.message = held.message;
+    return all;
+  }
+  auto merged = mergedAlerts(messages);
+  if (!merged) return afterFailure(std::move(all), within(feedCalled(feed), merged.error()), now_());
+  all.message = *std::move(merged);
+  return all;
+}
+
+FeedAlerts FeedDocuments::alerts(const Place& place, FeedAlerts held) {
+  return isHttpURL(place.location()) ? remoteAlerts(place, std::move(held))
+                                     : localAlerts(place, std::move(held));
 }
 
 /// A file is read anew each time: no earlier message stands in for a file that cannot be read.
-FeedAlerts FeedDocuments::localAlerts(const StoredFeed& feed, FeedAlerts held) {
+FeedAlerts FeedDocuments::localAlerts(const Place& place, FeedAlerts held) {
   const auto failed = [&](const Error& error) {
     held.message = nullptr;
     return afterFailure(std::move(held), error, now_());
   };
   Outcome<Bytes> payload =
-      bytesOf(localPath(feed.alerts),
+      bytesOf(localPath(place.location()),
               {.bytes = Kind::kAlerts.maximumBytes, .time = kFetchTimeout, .stop = stop_.get_token()});
-  if (!payload) return failed(within(feedCalled(feed), payload.error()));
-  auto message = update(feed, held.message, *std::move(payload), now_());
+  if (!payload) return failed(within(feedCalled(place.feed), payload.error()));
+  auto message = update(place, held.message, *std::move(payload), now_());
   if (!message) return failed(message.error());
   return {.message = *std::move(message), .received = now_()};
 }
 
-FeedAlerts FeedDocuments::remoteAlerts(const StoredFeed& feed, FeedAlerts held) {
-  if (!held.message) held = cachedAlerts(feed, std::move(held));
+FeedAlerts FeedDocuments::remoteAlerts(const Place& place, FeedAlerts held) {
+  if (!held.message) held = cachedAlerts(place, std::move(held));
   const Date now = now_();
   if (held.message && !held.failure && isYoungerThan(held.freshFor, held.received, now)) return held;
   if (held.retryAfter && *held.failed <= now && now < *held.retryAfter) return held;
-  auto response = get(feed, Kind::kAlerts, held.etag, held.lastModified);
+  auto response = get(place, held.etag, held.lastModified);
   if (!response) return afterFailure(std::move(held), response.error(), now_());
-  auto alerts = afterResponse(feed, held, *std::move(response));
+  auto alerts = afterResponse(place, held, *std::move(response));
   return alerts ? *std::move(alerts) : afterFailure(std::move(held), alerts.error(), now_());
 }
 
 /// The alerts that an earlier run has cached; `held` when there are none that can be read.
-FeedAlerts FeedDocuments::cachedAlerts(const StoredFeed& feed, FeedAlerts held) const {
-  std::optional<CachedDocument> kept = find(feed, Kind::kAlerts);
+FeedAlerts FeedDocuments::cachedAlerts(const Place& place, FeedAlerts held) const {
+  std::optional<CachedDocument> kept = find(place);
   if (!kept) return held;
-  auto message = update(feed, nullptr, std::move(kept->bytes), kept->fetched);
+  auto message = update(place, nullptr, std::move(kept->bytes), kept->fetched);
   if (!message) return held;
   held.message = *std::move(message);
   held.received = kept->fetched;
@@ -301,7 +419,7 @@ FeedAlerts FeedDocuments::cachedAlerts(const StoredFeed& feed, FeedAlerts held) 
   return held;
 }
 
-Outcome<FeedAlerts> FeedDocuments::afterResponse(const StoredFeed& feed, const FeedAlerts& held,
+Outcome<FeedAlerts> FeedDocuments::afterResponse(const Place& place, const FeedAlerts& held,
                                                  HttpResponse response) {
   FeedAlerts alerts{
       .received = now_(),
@@ -310,22 +428,22 @@ Outcome<FeedAlerts> FeedDocuments::afterResponse(const StoredFeed& feed, const F
     alerts.message = held.message;
     alerts.etag = held.etag;
     alerts.lastModified = held.lastModified;
-    if (keeps(feed)) cache_->confirm(feed.name, Kind::kAlerts.name, alerts.received);
+    if (keeps(place.feed)) cache_->confirm(place.feed.name, place.cacheKind(), alerts.received);
     return alerts;
   }
-  auto message = update(feed, held.message, std::move(response.body), alerts.received);
+  auto message = update(place, held.message, std::move(response.body), alerts.received);
   if (!message) return message.error();
   alerts.message = *std::move(message);
   alerts.etag = std::move(response.etag);
   alerts.lastModified = std::move(response.lastModified);
-  keepAlerts(feed, alerts);
+  keepAlerts(place, alerts);
   return alerts;
 }
 
-void FeedDocuments::keepAlerts(const StoredFeed& feed, const FeedAlerts& alerts) {
-  if (!keeps(feed)) return;
-  cache_->store(feed.name, Kind::kAlerts.name,
-                {.location = feed.alerts,
+void FeedDocuments::keepAlerts(const Place& place, const FeedAlerts& alerts) {
+  if (!keeps(place.feed)) return;
+  cache_->store(place.feed.name, place.cacheKind(),
+                {.location = place.safeLocation(),
                  .fetched = alerts.received,
                  .etag = nonEmpty(alerts.etag),
                  .lastModified = nonEmpty(alerts.lastModified),
@@ -333,18 +451,18 @@ void FeedDocuments::keepAlerts(const StoredFeed& feed, const FeedAlerts& alerts)
 }
 
 /// The alerts that hold after a payload came.
-Outcome<SharedAlertsMessage> FeedDocuments::update(const StoredFeed& feed, const SharedAlertsMessage& held,
+Outcome<SharedAlertsMessage> FeedDocuments::update(const Place& place, const SharedAlertsMessage& held,
                                                    Bytes payload, Date received) const {
   auto message = readAlertsMessage(std::move(payload));
   if (message && !hasPlausibleTime(**message, received)) {
     logError(
         "feed %@: its alerts say that they were written at %lu s since 1970, after they came; the time of "
         "receipt counts",
-        {feed.name, (*message)->timestamp()});
+        {place.feed.name, (*message)->timestamp()});
     message = withoutTime(**message);
   }
   if (message) message = updatedAlerts(held, *message);
-  return message ? message : located(message.error(), feed, feed.alerts);
+  return message ? message : place.located(message.error());
 }
 
 }  // namespace linewatch

@@ -8,9 +8,11 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "feeds/alerts/alerts_message.h"
+#include "feeds/command_keys.h"
 #include "feeds/gtfs/gtfs_source.h"
 #include "feeds/gtfs/line_index.h"
 #include "feeds/gtfs/stop_names.h"
@@ -40,6 +42,10 @@ struct FeedAlerts {
   std::optional<Date> failed = {};
   /// The server wants no request before this; absent when it did not say.
   std::optional<Date> retryAfter = {};
+  /// Of a feed with several locations: the alerts of each. The rest then describes all of them together: the
+  /// message is there when each location has one, `received` is the earliest time of receipt, and the failure
+  /// is that of the first location that failed.
+  std::vector<FeedAlerts> parts = {};
 };
 
 /// The same alerts after an attempt at `now` that failed.
@@ -50,16 +56,17 @@ FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now);
 /// A server's documents are kept in the cache and asked for again with conditions: a timetable after a day,
 /// alerts after 15 seconds or after the server's max-age, up to 5 minutes. A cached timetable serves as long
 /// as the server cannot be reached or sends something that is no timetable. The cache holds a timetable as a
-/// line index, which also saves reading the files of a local one as long as they are unchanged. Any thread,
-/// several at a time.
+/// line index, which also saves reading the files of a local one as long as they are unchanged. Neither the
+/// cache nor an error or the log holds a key. The documents of a feed with several locations are read side by
+/// side. Any thread, several at a time.
 class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
 
   /// Without a `cache`, and for the sample city, nothing is cached. `fetcherSource` is called at the first
-  /// fetch.
+  /// fetch, `runKeyCommand` for feeds whose key a command prints.
   FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
-                FetcherSource fetcherSource = loadHttpFetcher);
+                FetcherSource fetcherSource = loadHttpFetcher, CommandKeys::Runner runKeyCommand = {});
 
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The names of the feed's stops. They are on the disk beside the line index; without a cache they are read
@@ -71,11 +78,12 @@ class FeedDocuments {
   /// After a failure the message before is still there, whatever its age: `stateOf` says whether it serves.
   FeedAlerts alertsOf(const StoredFeed& feed, FeedAlerts held);
   Date now() const { return now_(); }
-  /// Ends the fetches and reads under way, each with an error. Later ones fail at once.
+  /// Ends the fetches, key commands and reads under way, each with an error. Later ones fail at once.
   void stopFetching() { stop_.request_stop(); }
 
  private:
   struct Kind;
+  struct Place;
   /// A document as the server sent it, or the cached one when that is still current.
   struct Fetched {
     CachedDocument document;
@@ -83,30 +91,33 @@ class FeedDocuments {
   };
 
   bool keeps(const StoredFeed& feed) const { return cache_ && feed.name != kSampleFeedName; }
-  bool keepsTimetable(const StoredFeed& feed) const;
-  std::optional<CachedDocument> find(const StoredFeed& feed, const Kind& kind) const;
-  Outcome<HttpResponse> get(const StoredFeed& feed, const Kind& kind, std::string etag,
-                            std::string lastModified);
-  Outcome<Fetched> fetchTimetable(const StoredFeed& feed, const std::optional<CachedDocument>& kept);
-  Outcome<SharedLineIndex> localTimetable(const StoredFeed& feed);
-  Outcome<SharedLineIndex> remoteTimetable(const StoredFeed& feed);
-  Outcome<SharedLineIndex> readTimetable(const StoredFeed& feed, Outcome<std::unique_ptr<GtfsSource>> source,
+  bool keepsTimetable(const Place& place) const;
+  std::optional<CachedDocument> find(const Place& place) const;
+  Outcome<HttpRequest> requestOf(const Place& place);
+  Outcome<HttpResponse> get(const Place& place, const std::string& etag, const std::string& lastModified);
+  Outcome<SharedLineIndex> timetable(const Place& place);
+  Outcome<Fetched> fetchTimetable(const Place& place, const std::optional<CachedDocument>& kept);
+  Outcome<SharedLineIndex> localTimetable(const Place& place);
+  Outcome<SharedLineIndex> remoteTimetable(const Place& place);
+  Outcome<SharedLineIndex> readTimetable(const Place& place, Outcome<std::unique_ptr<GtfsSource>> source,
                                          CachedDocument document);
   /// Keeps the stops in the cache, or in memory where nothing is cached.
-  void keepStops(const StoredFeed& feed, GtfsSource& source);
-  std::optional<std::string> stopPage(const StoredFeed& feed, std::string_view id);
-  void keepIndex(const StoredFeed& feed, const LineIndex& index, CachedDocument document);
-  FeedAlerts cachedAlerts(const StoredFeed& feed, FeedAlerts held) const;
-  FeedAlerts localAlerts(const StoredFeed& feed, FeedAlerts held);
-  FeedAlerts remoteAlerts(const StoredFeed& feed, FeedAlerts held);
-  Outcome<FeedAlerts> afterResponse(const StoredFeed& feed, const FeedAlerts& held, HttpResponse response);
-  void keepAlerts(const StoredFeed& feed, const FeedAlerts& alerts);
-  Outcome<SharedAlertsMessage> update(const StoredFeed& feed, const SharedAlertsMessage& held, Bytes payload,
+  void keepStops(const Place& place, GtfsSource& source);
+  std::optional<std::string> stopPage(const Place& place, std::string_view id);
+  void keepIndex(const Place& place, const LineIndex& index, CachedDocument document);
+  FeedAlerts alerts(const Place& place, FeedAlerts held);
+  FeedAlerts cachedAlerts(const Place& place, FeedAlerts held) const;
+  FeedAlerts localAlerts(const Place& place, FeedAlerts held);
+  FeedAlerts remoteAlerts(const Place& place, FeedAlerts held);
+  Outcome<FeedAlerts> afterResponse(const Place& place, const FeedAlerts& held, HttpResponse response);
+  void keepAlerts(const Place& place, const FeedAlerts& alerts);
+  Outcome<SharedAlertsMessage> update(const Place& place, const SharedAlertsMessage& held, Bytes payload,
                                       Date received) const;
 
   std::shared_ptr<FeedCache> cache_;
   std::function<Date()> now_;
   FetcherSource fetcherSource_;
+  CommandKeys commandKeys_;
   std::stop_source stop_;
   std::atomic<bool> keepsLocalTimetables_ = true;
 

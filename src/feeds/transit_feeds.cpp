@@ -1,9 +1,11 @@
 #include "feeds/transit_feeds.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <utility>
 
+#include "feeds/side_by_side.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"
 #include "shared/failure.h"
@@ -146,6 +148,7 @@ FeedLines TransitFeeds::lines() {
   FeedLines all;
   all.error = followLocked();
   if (all.error) return all;
+  loadLines(allFeeds());
   for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
     auto lines = loadLines(feed);
     if (lines) all.indexes.push_back(std::move(*lines));
@@ -155,27 +158,42 @@ FeedLines TransitFeeds::lines() {
 }
 
 Outcome<SharedLineIndex> TransitFeeds::loadLines(std::size_t feed) {
+  loadLines(std::vector{feed});
+  const LoadedFeed& loaded = loaded_[feed];
+  return loaded.lines ? Outcome<SharedLineIndex>(loaded.lines) : *loaded.alerts.failure;
+}
+
+void TransitFeeds::loadLines(const std::vector<std::size_t>& feeds) {
+  std::vector<std::size_t> wanted;
+  std::vector<StoredFeed> asked;
+  for (const std::size_t feed : feeds) {
+    if (loaded_[feed].lines || hasJustFailed(loaded_[feed].alerts, documents_->now())) continue;
+    wanted.push_back(feed);
+    asked.push_back(feeds_[feed]);
+  }
+  std::vector<std::optional<Outcome<SharedLineIndex>>> read(wanted.size());
+  runSideBySide(wanted.size(),
+                [&](std::size_t place) { read[place].emplace(documents_->lineIndexOf(asked[place])); });
+  for (std::size_t place = 0; place < wanted.size(); ++place) takeLines(wanted[place], *read[place]);
+}
+
+void TransitFeeds::takeLines(std::size_t feed, const Outcome<SharedLineIndex>& lines) {
   LoadedFeed& loaded = loaded_[feed];
-  if (loaded.lines) return loaded.lines;
-  if (hasJustFailed(loaded.alerts, documents_->now())) return *loaded.alerts.failure;
-  auto lines = documents_->lineIndexOf(feeds_[feed]);
   if (!lines) {
     loaded.alerts = afterFailure(std::move(loaded.alerts), lines.error(), documents_->now());
-    return lines.error();
+    return;
   }
   loaded.records = std::make_shared<LineRecords>(*lines);
-  loaded.lines = std::move(*lines);
-  return loaded.lines;
+  loaded.lines = *lines;
 }
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
   const MutexLock loading(loadingMutex_);
   const std::optional<Error> error = followLocked();
   const std::vector<Place> places = error ? std::vector<Place>() : find(identifiers);
-  States states;
-  for (const Place& place : places) {
-    if (!states.contains(place.feed)) states.emplace(place.feed, update(place.feed, now));
-  }
+  std::set<std::size_t> feeds;
+  for (const Place& place : places) feeds.insert(place.feed);
+  const States states = update({feeds.begin(), feeds.end()}, now);
   publish(places, states);
   if (error) return *error;
   auto items = answer(places, states, now);
@@ -185,6 +203,7 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
 }
 
 std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {
+  loadLines(feedsNamedBy(identifiers));
   std::set<std::size_t> tried;
   std::vector<Place> places;
   for (const MapItemIdentifier& identifier : identifiers) {
@@ -205,6 +224,21 @@ std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdent
   return places;
 }
 
+std::vector<std::size_t> TransitFeeds::allFeeds() const {
+  std::vector<std::size_t> all(feeds_.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  return all;
+}
+
+std::vector<std::size_t> TransitFeeds::feedsNamedBy(std::span<const MapItemIdentifier> identifiers) const {
+  std::vector<std::size_t> named;
+  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
+    const auto asked = std::ranges::find(identifiers, feeds_[feed].name, &MapItemIdentifier::feed);
+    if (asked != identifiers.end()) named.push_back(feed);
+  }
+  return named;
+}
+
 std::optional<TransitFeeds::Place> TransitFeeds::findIn(std::size_t feed,
                                                         const MapItemIdentifier& identifier) const {
   const SharedLineIndex& lines = loaded_[feed].lines;
@@ -214,19 +248,38 @@ std::optional<TransitFeeds::Place> TransitFeeds::findIn(std::size_t feed,
   return route ? std::optional(Place{feed, route, lines->routes()[*route].id}) : std::nullopt;
 }
 
-FeedState TransitFeeds::update(std::size_t feed, Date now) {
-  LoadedFeed& loaded = loaded_[feed];
-  if (loaded.lines) {
-    const SharedAlertsMessage before = loaded.alerts.message;
-    loaded.alerts = documents_->alertsOf(feeds_[feed], std::move(loaded.alerts));
-    const SharedAlertsMessage& message = loaded.alerts.message;
-    if (!message) loaded.incidents = nullptr;
-    if (message && (message != before || !loaded.incidents)) {
-      loaded.incidents = std::make_shared<const IncidentTable>(message, loaded.lines);
-      logCounts(feeds_[feed].name, *loaded.incidents);
-    }
+TransitFeeds::States TransitFeeds::update(const std::vector<std::size_t>& feeds, Date now) {
+  std::vector<std::size_t> wanted;
+  std::vector<StoredFeed> asked;
+  std::vector<FeedAlerts> alerts;
+  for (const std::size_t feed : feeds) {
+    if (!loaded_[feed].lines) continue;
+    wanted.push_back(feed);
+    asked.push_back(feeds_[feed]);
+    alerts.push_back(loaded_[feed].alerts);
   }
-  return stateOf(factsOf(feeds_[feed], loaded.alerts, loaded.incidents.get()), now);
+  runSideBySide(wanted.size(), [&](std::size_t place) {
+    alerts[place] = documents_->alertsOf(asked[place], std::move(alerts[place]));
+  });
+  for (std::size_t place = 0; place < wanted.size(); ++place)
+    takeAlerts(wanted[place], std::move(alerts[place]));
+  States states;
+  for (const std::size_t feed : feeds) {
+    const LoadedFeed& loaded = loaded_[feed];
+    states.emplace(feed, stateOf(factsOf(feeds_[feed], loaded.alerts, loaded.incidents.get()), now));
+  }
+  return states;
+}
+
+void TransitFeeds::takeAlerts(std::size_t feed, FeedAlerts alerts) {
+  LoadedFeed& loaded = loaded_[feed];
+  const SharedAlertsMessage before = std::exchange(loaded.alerts, std::move(alerts)).message;
+  const SharedAlertsMessage& message = loaded.alerts.message;
+  if (!message) loaded.incidents = nullptr;
+  if (message && (message != before || !loaded.incidents)) {
+    loaded.incidents = std::make_shared<const IncidentTable>(message, loaded.lines);
+    logCounts(feeds_[feed].name, *loaded.incidents);
+  }
 }
 
 bool TransitFeeds::isKnown(const Place& place, const States& states) {
@@ -283,11 +336,9 @@ void TransitFeeds::publishStopIncidents() {
 Outcome<std::vector<FeedState>> TransitFeeds::check(Date now) {
   const MutexLock loading(loadingMutex_);
   if (const auto error = followLocked()) return *error;
+  loadLines(allFeeds());
   std::vector<FeedState> states;
-  for (std::size_t feed = 0; feed < feeds_.size(); ++feed) {
-    (void)loadLines(feed);
-    states.push_back(update(feed, now));
-  }
+  for (const auto& [feed, state] : update(allFeeds(), now)) states.push_back(state);
   publish();
   return states;
 }

@@ -115,13 +115,21 @@ class TransitFeeds {
 
   std::optional<Error> followLocked() LINEWATCH_REQUIRES(loadingMutex_);
   Outcome<SharedLineIndex> loadLines(std::size_t feed) LINEWATCH_REQUIRES(loadingMutex_);
+  /// Loads the lines of the feeds side by side, so that the waits for their servers overlap. A feed that has
+  /// just failed is left out.
+  void loadLines(const std::vector<std::size_t>& feeds) LINEWATCH_REQUIRES(loadingMutex_);
+  void takeLines(std::size_t feed, const Outcome<SharedLineIndex>& lines) LINEWATCH_REQUIRES(loadingMutex_);
+  std::vector<std::size_t> allFeeds() const LINEWATCH_REQUIRES(loadingMutex_);
+  std::vector<std::size_t> feedsNamedBy(std::span<const MapItemIdentifier> identifiers) const
+      LINEWATCH_REQUIRES(loadingMutex_);
   /// Loads the feeds that may have the lines.
   std::vector<Place> find(std::span<const MapItemIdentifier> identifiers) LINEWATCH_REQUIRES(loadingMutex_);
   /// Absent when the feed does not have the line.
   std::optional<Place> findIn(std::size_t feed, const MapItemIdentifier& identifier) const
       LINEWATCH_REQUIRES(loadingMutex_);
-  /// Gets the feed's alerts if its lines are loaded.
-  FeedState update(std::size_t feed, Date now) LINEWATCH_REQUIRES(loadingMutex_);
+  /// Gets the alerts of those feeds whose lines are loaded, side by side.
+  States update(const std::vector<std::size_t>& feeds, Date now) LINEWATCH_REQUIRES(loadingMutex_);
+  void takeAlerts(std::size_t feed, FeedAlerts alerts) LINEWATCH_REQUIRES(loadingMutex_);
   Outcome<TransitLineItems> answer(std::span<const Place> places, const States& states, Date now)
       LINEWATCH_REQUIRES(loadingMutex_);
   static bool isKnown(const Place& place, const States& states);

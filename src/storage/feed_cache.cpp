@@ -12,6 +12,7 @@ CachedDocument documentIn(const SqliteRow& row) {
 
 std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string_view kind,
                                               std::string_view location) const {
+  if (isHeldBack()) return std::nullopt;
   std::optional<CachedDocument> document;
   database_->report(database_->read([&](SqliteDatabase& database) {
     return database.run(
@@ -76,6 +77,11 @@ void FeedCache::remove(std::string_view feed) {
 void FeedCache::holdBack() {
   const MutexLock lock(mutex_);
   heldBack_.emplace();
+}
+
+bool FeedCache::isHeldBack() const {
+  const MutexLock lock(mutex_);
+  return heldBack_.has_value();
 }
 
 void FeedCache::writeHeldBack() {

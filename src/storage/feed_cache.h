@@ -15,7 +15,7 @@ namespace linewatch {
 
 /// A fetched document of a feed, with the validators for the next conditional request.
 struct CachedDocument {
-  /// The URL or path.
+  /// Where it was fetched, without keys.
   std::string location;
   Date fetched;
   std::optional<std::string> etag;
@@ -39,7 +39,7 @@ class FeedCache {
 
   /// The document, if it was fetched from `location`.
   std::optional<CachedDocument> find(std::string_view feed, std::string_view kind,
-                                     std::string_view location) const;
+                                     std::string_view location) const LINEWATCH_EXCLUDES(mutex_);
   /// Replaces the document.
   void store(std::string_view feed, std::string_view kind, CachedDocument document);
   /// Records that the kept document was still current at `fetched`.
@@ -52,8 +52,8 @@ class FeedCache {
   /// Removes the documents and stops of the feed.
   void remove(std::string_view feed);
 
-  /// From now on changes wait for `writeHeldBack` and are not seen before: a feed that is refused in the end
-  /// must leave nothing behind.
+  /// From now on changes wait for `writeHeldBack`, and nothing is found before. So a feed that is refused in
+  /// the end leaves nothing behind, and each document of a new feed, or with a new key, is really fetched.
   void holdBack() LINEWATCH_EXCLUDES(mutex_);
   void writeHeldBack() LINEWATCH_EXCLUDES(mutex_);
 
@@ -63,8 +63,10 @@ class FeedCache {
   /// False when changes are not held back.
   bool holdBackIfAsked(StoredDatabase::Operation& operation) LINEWATCH_EXCLUDES(mutex_);
 
+  bool isHeldBack() const LINEWATCH_EXCLUDES(mutex_);
+
   SharedDatabase database_;
-  Mutex mutex_;
+  mutable Mutex mutex_;
   /// Absent unless changes are held back.
   std::optional<Operations> heldBack_ LINEWATCH_GUARDED_BY(mutex_);
 };

@@ -8,7 +8,7 @@ namespace linewatch {
 namespace {
 
 // Released steps never change: a change of the tables is a new step after them.
-constexpr std::array<std::string_view, 2> kStateMigrations = {R"sql(
+constexpr std::array<std::string_view, 3> kStateMigrations = {R"sql(
   CREATE TABLE favorite (
     position INTEGER PRIMARY KEY,
     kind TEXT NOT NULL,
@@ -61,9 +61,24 @@ constexpr std::array<std::string_view, 2> kStateMigrations = {R"sql(
   ALTER TABLE favorite ADD COLUMN stops TEXT;
   -- 0, 1, or -1 for both directions.
   ALTER TABLE favorite ADD COLUMN direction INTEGER NOT NULL DEFAULT -1;
+)sql",
+                                                              R"sql(
+  CREATE TABLE feed_part (
+    feed TEXT NOT NULL,      -- its name
+    document TEXT NOT NULL,  -- gtfs or alerts
+    position INTEGER NOT NULL,
+    kind TEXT NOT NULL,      -- location, header, query, key or command
+    name TEXT NOT NULL,      -- of a header or a query parameter, else empty
+    value TEXT NOT NULL,
+    PRIMARY KEY (feed, document, position)
+  ) STRICT;
+  INSERT INTO feed_part SELECT name, 'gtfs', 0, 'location', '', gtfs FROM feed WHERE gtfs <> '';
+  INSERT INTO feed_part SELECT name, 'alerts', 0, 'location', '', alerts FROM feed WHERE alerts <> '';
+  ALTER TABLE feed DROP COLUMN gtfs;
+  ALTER TABLE feed DROP COLUMN alerts;
 )sql"};
 
-constexpr std::array<std::string_view, 2> kCacheMigrations = {R"sql(
+constexpr std::array<std::string_view, 3> kCacheMigrations = {R"sql(
   CREATE TABLE document (
     feed TEXT NOT NULL,
     kind TEXT NOT NULL,
@@ -84,6 +99,13 @@ constexpr std::array<std::string_view, 2> kCacheMigrations = {R"sql(
     PRIMARY KEY (feed, location, first_id)
   ) STRICT;
   -- Their stops were not kept, so they are read again.
+  DELETE FROM document WHERE kind = 'gtfs';
+)sql",
+                                                              // Locations may have held keys.
+                                                              R"sql(
+  PRAGMA secure_delete = ON;
+  DELETE FROM document WHERE location LIKE '%?%' OR location LIKE '%@%' OR location LIKE '%#%';
+  DELETE FROM stop_page;  -- under other names from now on
   DELETE FROM document WHERE kind = 'gtfs';
 )sql"};
 

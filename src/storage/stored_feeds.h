@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -10,18 +11,56 @@
 
 namespace linewatch {
 
-/// Names that no feed of the user's may have: those of the sample city and of the feed of a run without saved
-/// state.
+/// Names that the program uses itself, so that no feed of the user can have them: the sample city, and the
+/// feed of a run without saved state.
 inline constexpr std::string_view kSampleFeedName = "sample";
 inline constexpr std::string_view kGivenFeedName = "given";
+
+/// The headers and query parameters that identify the user to a server. All values are secret.
+struct FeedKeys {
+  struct Field {
+    std::string name;
+    /// The word KEY in it stands for the key, e.g. "apikey KEY".
+    std::string value;
+
+    bool operator==(const Field&) const = default;
+  };
+
+  std::vector<Field> headers;
+  std::vector<Field> query;
+  /// The key; empty when a command prints it or when no value holds the word KEY.
+  std::string key;
+  /// A command whose first line of output is the key, split as by `shellWords`; empty: none.
+  std::string command;
+
+  bool isEmpty() const { return headers.empty() && query.empty(); }
+  bool operator==(const FeedKeys&) const = default;
+};
+
+/// Where the timetable or the alerts of a feed are.
+struct FeedSource {
+  FeedSource() = default;
+  /// One location without keys; none when it is empty.
+  template <class Text>
+  requires std::is_convertible_v<Text, std::string> FeedSource(
+      Text&& location) {  // NOLINT(google-explicit-constructor)
+    std::string text = std::forward<Text>(location);
+    if (!text.empty()) locations.push_back(std::move(text));
+  }
+
+  /// Files or URLs, a timetable also folders. Several together are one timetable, or one list of alerts.
+  std::vector<std::string> locations;
+  FeedKeys keys;
+
+  bool operator==(const FeedSource&) const = default;
+};
 
 /// A feed that the user has set up.
 struct StoredFeed {
   std::string name;
-  /// The schedule: a folder, a zip file or a URL.
-  std::string gtfs;
-  /// The service alerts: a file or a URL; empty for a feed without.
-  std::string alerts;
+  FeedSource gtfs;
+  /// Without locations for a feed that has no alerts.
+  FeedSource alerts;
 
   bool operator==(const StoredFeed&) const = default;
 };
@@ -34,7 +73,10 @@ class StoredFeeds {
   Outcome<std::vector<StoredFeed>> list() const;
   /// Adds the feed; false when there is one of that name, which stays as it is.
   Outcome<bool> add(const StoredFeed& feed);
-  /// False when there is no such feed. Favourites of the feed stay, as it may come back.
+  /// Gives the feed of that name new locations and keys; false when there is none.
+  Outcome<bool> change(const StoredFeed& feed);
+  /// False when there is no such feed. Favourites of the feed stay, as it may come back. The file keeps no
+  /// bytes of its keys, nor of keys that `change` replaces.
   Outcome<bool> remove(std::string_view name);
 
  private:

@@ -26,7 +26,7 @@ TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
        {std::vector<const char*>{"--gtfs", "g", "--favorite", "1", "--favorite", "2", "show", "--json"},
         std::vector<const char*>{"show", "--favorite", "1", "--json", "--gtfs", "g", "--favorite", "2"}}) {
     const auto line = std::get<CommandLine>(parse(arguments));
-    EXPECT_EQ(line.common.gtfs, "g");
+    EXPECT_THAT(line.common.feed.gtfs, ElementsAre("g"));
     EXPECT_THAT(line.common.favorites, ElementsAre("1", "2"));
     EXPECT_TRUE(std::get<ShowCommand>(line.command).json);
   }
@@ -48,9 +48,43 @@ TEST(CommandLineTest, ParsesEachCommand) {
   EXPECT_THAT(commandOf<LinesCommand>({"lines", "central", "bus"}).query, ElementsAre("central", "bus"));
   const auto feed = commandOf<FeedCommand>({"feed", "add", "metro", "--gtfs", "g.zip", "--alerts", "a.pb"});
   EXPECT_EQ(feed.name, "metro");
-  EXPECT_EQ(feed.gtfs, "g.zip");
+  EXPECT_THAT(feed.options.gtfs, ElementsAre("g.zip"));
   EXPECT_EQ(commandOf<FeedCommand>({"feed"}).action, FeedCommand::Action::list);
   EXPECT_EQ(commandOf<OpenCommand>({"open", "file"}).file, "file");
+}
+
+TEST(CommandLineTest, TakesSeveralLocationsAndKeysOfEachDocument) {
+  using Field = FeedKeys::Field;
+  const auto feed = commandOf<FeedCommand>({"feed",
+                                            "add",
+                                            "metro",
+                                            "--gtfs",
+                                            "a",
+                                            "--alerts",
+                                            "b",
+                                            "--alerts",
+                                            "c",
+                                            "--gtfs",
+                                            "d",
+                                            "--header",
+                                            "X-Key:  apikey KEY ",
+                                            "--header",
+                                            "X-User: a:b",
+                                            "--query-key",
+                                            "token",
+                                            "--query-key",
+                                            "id=KEY-1",
+                                            "--gtfs-header",
+                                            "X-Other:",
+                                            "--alerts-key-command",
+                                            "pass show 'a b'"});
+  EXPECT_THAT(feed.options.gtfs, ElementsAre("a", "d"));
+  EXPECT_THAT(feed.options.alerts, ElementsAre("b", "c"));
+  EXPECT_THAT(feed.options.keys.headers, ElementsAre(Field{"X-Key", "apikey KEY"}, Field{"X-User", "a:b"}));
+  EXPECT_THAT(feed.options.keys.query, ElementsAre(Field{"token", "KEY"}, Field{"id", "KEY-1"}));
+  EXPECT_THAT(feed.options.gtfsKeys.headers, ElementsAre(Field{"X-Other", "KEY"}));
+  EXPECT_EQ(feed.options.alertsKeys.command, "pass show 'a b'");
+  EXPECT_TRUE(commandOf<FeedCommand>({"feed", "key", "metro", "--remove"}).removesKeys);
 }
 
 TEST(CommandLineTest, RefusesWrongUsage) {
@@ -62,7 +96,7 @@ TEST(CommandLineTest, RefusesWrongUsage) {
            {{"favorites", "add"}, "LINE"},
            {{"--gtfs", "", "show"}, "--gtfs: \"\" is neither a file nor"},
            {{"feed", "add", "metro", "--gtfs", "g", "--alerts", "ftp://x"},
-            "--alerts: \"ftp://x\" is neither a file nor"},
+            "--alerts: \"ftp://***\" is neither a file nor"},
            {{"--locale", "???", "show"}, "--locale: \"???\" is not a language such as en or de-CH"},
            {{"--now", "yesterday", "show"}, "--now: \"yesterday\" is not a time such as 2026"},
            {{"--preference", "=x", "show"}, "--preference: \"=x\" is not of the form KEY=VALUE"},

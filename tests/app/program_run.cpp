@@ -22,11 +22,12 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 
 }  // namespace
 
-ProgramRun runProgram(const std::vector<std::string>& arguments,
-                      const std::vector<std::string>& environment) {
+ProgramRun runProgram(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+                      const std::string& input) {
   const TemporaryFolder folder;
   const std::string output = folder / "out";
   const std::string errors = folder / "err";
+  const std::string inputFile = folder.write("in", input);
   std::vector<std::string> words{LINEWATCH_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<std::string> variables{"TZ=UTC", "LANG=en_US.UTF-8", "HOME=" + (folder / "home")};
@@ -34,7 +35,7 @@ ProgramRun runProgram(const std::vector<std::string>& arguments,
 
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, inputFile.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT, 0600);
   pid_t process = 0;

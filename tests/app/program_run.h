@@ -12,8 +12,9 @@ struct ProgramRun {
   std::string errors;
 };
 
-/// Runs the built program. Its environment is empty except for `environment`, as "NAME=VALUE".
+/// Runs the built program with `input` on its standard input. Its environment is empty except for
+/// `environment`, as "NAME=VALUE".
 ProgramRun runProgram(const std::vector<std::string>& arguments,
-                      const std::vector<std::string>& environment = {});
+                      const std::vector<std::string>& environment = {}, const std::string& input = "");
 
 }  // namespace linewatch::app

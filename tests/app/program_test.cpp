@@ -166,9 +166,9 @@ TEST_F(ProgramTest, FailsWhenItsOutputCannotBeWritten) {
 TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
-  EXPECT_EQ(added.output, "Added town with 2 lines\n") << added.errors;
+  EXPECT_EQ(added.output, "Added town: 2 lines, 1 alert now\nIts state: fresh\n") << added.errors;
   EXPECT_THAT(runProgram(saved({"feed"})).output,
-              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("  state      fresh\n")));
+              AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("town: 2 lines; fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
@@ -199,7 +199,7 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"favorites", "add", "9"})).errors, HasSubstr("feed lost"));
 
   EXPECT_THAT(runProgram(saved({"feed"})).output,
-              HasSubstr("  state      its lines are unknown: feed lost: " + (folder_ / "lost")));
+              HasSubstr("lost: its lines are unknown: " + (folder_ / "lost")));
   for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
@@ -246,17 +246,18 @@ TEST_F(ProgramTest, DoesNotShowTheSampleCityAfterALostDatabase) {
 }
 
 TEST_F(ProgramTest, LogsADamagedCacheOnlyWhenVerbose) {
-  for (const char* verbose : {"", "--verbose"}) {
+  ASSERT_EQ(runProgram(
+                saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}))
+                .status,
+            0);
+  for (const bool isVerbose : {false, true}) {
     folder_.write("state/cache/feeds.sqlite", std::string(5000, 'x'));
-    std::vector<std::string> words =
-        saved({"feed", "add", "town", "--gtfs", folder_ / "none", "--alerts", folder_ / "alerts.pb"});
-    if (*verbose) words.insert(words.begin(), verbose);
-    const auto run = runProgram(words);
-    EXPECT_EQ(run.status, 2);
-    EXPECT_THAT(run.errors,
-                EndsWith("linewatch: feed town: " + (folder_ / "none: no such file or folder\n")));
-    EXPECT_EQ(run.errors.find("is set aside as feeds.sqlite.damaged") != std::string::npos, *verbose != 0);
-    EXPECT_EQ(run.errors.starts_with("linewatch: feed town"), *verbose == 0) << run.errors;
+    const auto run = runProgram(
+        saved(isVerbose ? std::vector<std::string>{"-v", "feed"} : std::vector<std::string>{"feed"}));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.output, HasSubstr("town: 2 lines; fresh\n"));
+    EXPECT_EQ(run.errors.find("is set aside as feeds.sqlite.damaged") != std::string::npos, isVerbose);
+    EXPECT_EQ(run.errors.empty(), !isVerbose) << run.errors;
   }
 }
 
@@ -291,7 +292,7 @@ TEST_F(ProgramTest, SaysOfAFeedThatItsAlertsDoNotMatch) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output,
-            "Added town with 2 lines\nIts state: its lines are unknown: feed town: alerts: 1 of 1 selector "
+            "Added town: 2 lines, 1 alert now\nIts state: its lines are unknown: alerts: 1 of 1 selector "
             "resolved to nothing: the alerts do not match the timetable\n");
   const auto shown = runProgram(given({"--favorite", "r1", "show"}));
   EXPECT_EQ(shown.status, 1);

@@ -57,7 +57,7 @@ ARROWS = {
 STANDARD_HEADER = re.compile(r"[a-z_0-9]+")
 THREADS = {"thread", "future", "condition_variable", "semaphore", "latch", "barrier"}
 # POSIX, for files and the processes of this program.
-POSIX = r"dlfcn\.h|fcntl\.h|poll\.h|unistd\.h|sys/.*"
+POSIX = r"dlfcn\.h|fcntl\.h|poll\.h|spawn\.h|unistd\.h|sys/.*"
 # What a folder may use beyond the standard library; a folder that is not named: nothing. None: anything.
 LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "app": None,

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "feeds/scripted_server.h"
+#include "feeds/timetable_zip.h"
 #include "platform/recording_log.h"
 #include "shared/failure.h"
 #include "simulation/simulated_platform.h"
@@ -190,12 +191,6 @@ TEST_F(FeedDocumentsTest, AWrongClockOfTheServerMakesNoLaterAnswerOlder) {
   EXPECT_EQ(answered("e", 2079), "d 2080");
 }
 
-// A zip with a routes.txt: "route_id\nM1\n".
-constexpr char kZip[] =
-    "PK\3\4\x14\0\0\0\0\0\0\0!\0:\xCF\x0F\xF2\x0C\0\0\0\x0C\0\0\0\n\0\0\0routes.txtroute_id\nM1\n"
-    "PK\1\2\x14\3\x14\0\0\0\0\0\0\0!\0:\xCF\x0F\xF2\x0C\0\0\0\x0C\0\0\0\n\0\0\0\0\0\0\0\0\0\0\0\x80\1\0\0\0\0"
-    "routes.txtPK\5\6\0\0\0\0\1\0\1\0008\0\0\0004\0\0\0\0\0";
-
 TEST_F(FeedDocumentsTest, CachedLinesServeWhenTheTimetableCannotBeFetched) {
   const StoredFeed feed{"bus", "https://example.org/gtfs.zip", ""};
   const auto lineIds = [&] {
@@ -205,7 +200,7 @@ TEST_F(FeedDocumentsTest, CachedLinesServeWhenTheTimetableCannotBeFetched) {
   server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_EQ(lineIds(),
             "feed bus: https://example.org/gtfs.zip: it is no zip archive, or not the whole of one");
-  server_->answer = HttpResponse{.body = Bytes(std::begin(kZip), std::end(kZip) - 1)};
+  server_->answer = HttpResponse{.body = Bytes(kTimetableZip.begin(), kTimetableZip.end())};
   EXPECT_EQ(lineIds(), "M1");
   EXPECT_EQ(lineIds(), "M1");
   EXPECT_EQ(server_->requests.size(), 2U) << "a timetable is asked for once a day";

@@ -178,8 +178,8 @@ TEST_F(TransitFeedsTest, AnswersFromWhatItKnowsWhileAServerIsWaitedFor) {
 TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
   const StoredFeed good = feed("good", {});
   StoredFeed silent = feed("silent", {}), broken = feed("broken", {});
-  silent.alerts.clear();
-  writeFile(broken.alerts, "no feed");
+  silent.alerts = {};
+  writeFile(broken.alerts.locations.front(), "no feed");
   const StoredFeed lost{"lost", (folder_.path() / "lost").string(), good.alerts};
   TransitFeeds feeds(always({lost, good, silent, broken}), documents(), {});
   EXPECT_THAT(lines(feeds, {line("good", "1")}), ElementsAre("good one:"));
@@ -208,7 +208,8 @@ TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
   EXPECT_THAT(lines(feeds, {line("lost", "1")}), ElementsAre(HasSubstr("no such file or folder")));
   EXPECT_EQ(feeds.states().at(0).failures, 2U);
   EXPECT_THAT(lines(feeds, {line("broken", "1")}),
-              ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts + ": "), HasSubstr("byte 0"))));
+              ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts.locations.front() + ": "),
+                                HasSubstr("byte 0"))));
   EXPECT_THAT(lines(feeds, {line("good", "none")}), IsEmpty()) << "a line that is gone is no error";
 
   const FeedLines known = feeds.lines();
@@ -249,7 +250,7 @@ TEST_F(TransitFeedsTest, GivesTheStatesOfAllFeeds) {
   const StoredFeed fresh = feed("fresh", {}), old = feed("old", {.timestamp = 1}),
                    lost{"lost", (folder_.path() / "lost").string(), ""};
   now_ = Date(Seconds(90'000));
-  writeFile(fresh.alerts, bytesOf({.timestamp = 90'000}));
+  writeFile(fresh.alerts.locations.front(), bytesOf({.timestamp = 90'000}));
   TransitFeeds feeds(always({fresh, old, lost}), documents(), {});
   using Kind = FeedState::Kind;
   const std::vector<Kind> expected{Kind::fresh, Kind::outdated, Kind::unreachable};
@@ -266,12 +267,12 @@ TEST_F(TransitFeedsTest, IgnoresAnOlderPayload) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}, .timestamp = 500});
   TransitFeeds feeds(always({bus}), documents(), {});
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
-  writeFile(bus.alerts, bytesOf({.timestamp = 499}));
+  writeFile(bus.alerts.locations.front(), bytesOf({.timestamp = 499}));
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works"));
-  writeFile(bus.alerts,
+  writeFile(bus.alerts.locations.front(),
             bytesOf({.alerts = {alertOf("1", "Strike")}, .timestamp = 501, .isDifference = true}));
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one: Works Strike"));
-  writeFile(bus.alerts, bytesOf({.timestamp = 502}));
+  writeFile(bus.alerts.locations.front(), bytesOf({.timestamp = 502}));
   EXPECT_THAT(lines(feeds, {line("bus", "1")}), ElementsAre("bus one:"));
 }
 
@@ -285,12 +286,12 @@ TEST_F(TransitFeedsTest, ANewHeaderTimeAloneChangesNoLine) {
   };
   const Bytes before = stored();
   alerts.timestamp = 600;
-  writeFile(bus.alerts, bytesOf(alerts));
+  writeFile(bus.alerts.locations.front(), bytesOf(alerts));
   now_ += Seconds(60);
   EXPECT_EQ(stored(), before);
   EXPECT_EQ(feeds.states().at(0).written, Date(Seconds(600)));
   alerts.alerts[0].effect = 1;
-  writeFile(bus.alerts, bytesOf(alerts));
+  writeFile(bus.alerts.locations.front(), bytesOf(alerts));
   EXPECT_NE(stored(), before);
 }
 

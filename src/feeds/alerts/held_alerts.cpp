@@ -1,6 +1,9 @@
 #include "feeds/alerts/held_alerts.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -77,6 +80,31 @@ Bytes payloadOf(const Header& header, const std::vector<std::string_view>& entit
   return {payload.begin(), payload.end()};
 }
 
+/// The id within the alerts of several payloads. The first payload's ids stay as they are, unless they look
+/// like an id of another payload.
+std::string qualifiedId(std::size_t payload, std::string_view id) {
+  constexpr char kMark = '\x1F';
+  if (id.empty() || (payload == 0 && id.front() != kMark)) return std::string(id);
+  return kMark + std::to_string(payload) + ":" + std::string(id);
+}
+
+/// The entity's bytes with a second id, which replaces the first for every reader.
+std::string withId(std::string_view entity, const std::string& id) {
+  std::string bytes(entity);
+  protozero::pbf_writer(bytes).add_string(1, id);
+  return bytes;
+}
+
+/// The earliest of the stated times; 0 when none is stated.
+std::uint64_t earliestTime(std::span<const SharedAlertsMessage> messages) {
+  std::uint64_t earliest = 0;
+  for (const SharedAlertsMessage& message : messages) {
+    const std::uint64_t time = message->timestamp();
+    if (time != 0 && (earliest == 0 || time < earliest)) earliest = time;
+  }
+  return earliest;
+}
+
 bool isOlder(const AlertsMessage& message, const AlertsMessage& held) {
   return message.timestamp() != 0 && message.timestamp() < held.timestamp();
 }
@@ -92,6 +120,22 @@ Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held,
                       .isDifference = !held || held->isDifference(),
                       .timestamp = message->timestamp() == 0 ? heldTime : message->timestamp()};
   return readAlertsMessage(payloadOf(header, entitiesAfter(held.get(), *message).all()));
+}
+
+Outcome<SharedAlertsMessage> mergedAlerts(std::span<const SharedAlertsMessage> messages) {
+  if (messages.size() == 1) return messages.front();
+  Header header{.version = messages.front()->version(), .timestamp = earliestTime(messages)};
+  std::deque<std::string> changed;
+  std::vector<std::string_view> entities;
+  for (std::size_t payload = 0; payload < messages.size(); ++payload) {
+    header.isDifference |= messages[payload]->isDifference();
+    for (const AlertsMessage::Entity& entity : messages[payload]->entities()) {
+      if (entity.isDeleted) continue;
+      const std::string id = qualifiedId(payload, entity.id);
+      entities.push_back(id == entity.id ? entity.bytes : changed.emplace_back(withId(entity.bytes, id)));
+    }
+  }
+  return readAlertsMessage(payloadOf(header, entities));
 }
 
 bool hasPlausibleTime(const AlertsMessage& message, Date received) {

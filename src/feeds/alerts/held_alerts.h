@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "feeds/alerts/alerts_message.h"
 #include "shared/date.h"
 
@@ -14,6 +16,11 @@ namespace linewatch {
 /// `held` is null before the first message. An error when there are too many alerts to hold.
 Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held,
                                            const SharedAlertsMessage& message);
+
+/// The alerts of several payloads of one feed, in that order, as one message. Ids of different payloads never
+/// collide. The time is the earliest that a header states, and one difference makes the whole a difference.
+/// `messages` is not empty. An error when there are too many alerts to hold.
+Outcome<SharedAlertsMessage> mergedAlerts(std::span<const SharedAlertsMessage> messages);
 
 /// True unless the header's time lies more than 5 minutes after the receipt: then the server's clock is
 /// wrong, or the time is in milliseconds.

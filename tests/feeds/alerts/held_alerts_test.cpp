@@ -1,6 +1,7 @@
 #include "feeds/alerts/held_alerts.h"
 
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -97,6 +98,33 @@ TEST_F(HeldAlerts, OlderMessagesAreIgnored) {
   EXPECT_EQ(texts(), "a=2");
   receive({.alerts = {alert("a", "undated")}, .timestamp = 0});
   EXPECT_EQ(texts(), "a=undated");
+}
+
+TEST_F(HeldAlerts, MergesPayloadsWithoutMixingUpTheirIds) {
+  const auto merge = [this](const std::vector<FeedSketch>& feeds) {
+    std::vector<SharedAlertsMessage> messages;
+    for (const FeedSketch& feed : feeds) messages.push_back(messageOf(feed));
+    held_ = *mergedAlerts(messages);
+  };
+  merge({{.alerts = {alert("a", "1"), alert("b", "2")}, .timestamp = 300},
+         {.alerts = {alert("a", "3"), alert("", "4"), {.id = "c", .isDeleted = true}}, .timestamp = 200},
+         {.alerts = {alert("a", "5")}, .timestamp = 0}});
+  EXPECT_EQ(texts(),
+            "a=1 b=2 \x1F"
+            "1:a=3 =4 \x1F"
+            "2:a=5");
+  EXPECT_EQ(held_->timestamp(), 200U) << "the oldest";
+  EXPECT_FALSE(held_->isDifference());
+  merge({{.alerts = {alert("\x1F"
+                           "1:a",
+                           "1")}},
+         {.alerts = {alert("a", "2")}, .isDifference = true}});
+  EXPECT_EQ(texts(),
+            "\x1F"
+            "0:\x1F"
+            "1:a=1 \x1F"
+            "1:a=2");
+  EXPECT_TRUE(held_->isDifference());
 }
 
 }  // namespace

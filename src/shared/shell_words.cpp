@@ -1,11 +1,11 @@
-#include "app/shell_words.h"
+#include "shared/shell_words.h"
 
 #include <optional>
 #include <utility>
 
 #include "shared/failure.h"
 
-namespace linewatch::app {
+namespace linewatch {
 
 namespace {
 
@@ -74,4 +74,4 @@ Outcome<std::vector<std::string>> shellWords(std::string_view command) {
   return std::move(words).words();
 }
 
-}  // namespace linewatch::app
+}  // namespace linewatch
