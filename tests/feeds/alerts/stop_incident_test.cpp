@@ -64,7 +64,7 @@ TEST_F(StopIncidentTest, TheNoticesOfALineAreOneIncidentAfterTheOthers) {
                                   notice("b", "pier", kMoved), detour, notice("c", "unknown", kNoService)})
                              .ofRoute(0);
   EXPECT_THAT(rows(incidents),
-              ElementsAre("Detour at the bay / Detour",
+              ElementsAre("Detour at the bay / -",
                           "3 stops affected / Cadboro Bay at Sinclair, Stop unknown closed; Pier moved"));
   EXPECT_FALSE(incidents[1]->isBlockingIncident());
   EXPECT_EQ(incidents[1]->fullDescription(),

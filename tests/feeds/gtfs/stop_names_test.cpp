@@ -64,7 +64,7 @@ TEST(StopNames, MayBeMissingButNotDamaged) {
   MemorySource none({});
   EXPECT_THAT(*readStopPages(none), IsEmpty());
   EXPECT_EQ(pageWithStop({}, "a"), nullptr);
-  MemorySource damaged({{"stops.txt", "stop_id\n\"a"}});
+  MemorySource damaged({{"stops.txt", std::string("stop_id\n\"a")}});
   const auto pages = readStopPages(damaged);
   ASSERT_FALSE(pages);
   EXPECT_THAT(sentenceOf(pages.error()), HasSubstr("stops.txt line 2"));
