@@ -35,4 +35,10 @@ const std::optional<Bytes>& ListedLine::compressedRecord() {
   return *compressedRecord_;
 }
 
+std::shared_ptr<const RVUserActivityData> ListedLine::shared(
+    std::shared_ptr<const RVUserActivityData> openable) {
+  if (!openable_ || !openable_->isEqualToUserActivityData(*openable)) openable_ = std::move(openable);
+  return openable_;
+}
+
 }  // namespace linewatch

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 
+#include "activity/user_activity_data.h"
 #include "list/configured_artwork.h"
 #include "platform/transit_line.h"
 #include "shared/value.h"
@@ -25,12 +26,15 @@ class ListedLine {
   const std::shared_ptr<const RVConfiguredArtwork>& artwork();
   /// The compressed activity record that opens the line; none when it cannot be compressed.
   const std::optional<Bytes>& compressedRecord();
+  /// The first of the openables that equals this one. The rows of a line hold the same bytes, once in memory.
+  std::shared_ptr<const RVUserActivityData> shared(std::shared_ptr<const RVUserActivityData> openable);
 
  private:
   const TransitLineItem& line_;
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache_;
   std::shared_ptr<const RVConfiguredArtwork> artwork_;
   std::optional<std::optional<Bytes>> compressedRecord_;
+  std::shared_ptr<const RVUserActivityData> openable_;
 };
 
 }  // namespace linewatch

@@ -123,7 +123,7 @@ std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_
   if (!record) return nullptr;
   Dictionary userInfo;
   userInfo.emplace(kActivityRecordKey, *record);
-  return RVUserActivityData::make(lineActivityType(), std::move(userInfo));
+  return line.shared(RVUserActivityData::make(lineActivityType(), std::move(userInfo)));
 }
 
 SharedTransitItem RVTransitIncidentsDataSourceBuilder::_allClearItem() const {
