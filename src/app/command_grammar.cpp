@@ -88,7 +88,8 @@ void CommandGrammar::addPanel(CLI::App& app) {
 void CommandGrammar::addShow(CLI::App& app) {
   CLI::App* const sub = app.add_subcommand("show", "Print the list once");
   sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
-  sub->add_flag("--json", show_.json, "Print the list as a JSON object");
+  sub->add_flag("--upcoming", show_.upcoming, "Print what begins within 7 days instead of the list");
+  sub->add_flag("--json", show_.json, "Print feeds, lines, incidents and rows as a JSON object");
   sub->callback([this] { command_ = show_; });
 }
 

@@ -54,6 +54,8 @@ struct CommonOptions {
 struct ShowCommand {
   bool expanded = false;
   bool json = false;
+  /// Show what begins in the next days instead of the list.
+  bool upcoming = false;
 };
 
 struct FavoritesCommand {

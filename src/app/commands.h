@@ -9,7 +9,8 @@
 
 namespace linewatch::app {
 
-/// Lines that tell how old the shown alerts are; empty when no feed was read.
+/// The state of each feed that was read, one a line, and the names of the unknown lines; empty when no feed
+/// was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,

@@ -1,42 +1,76 @@
+#include <string_view>
+#include <utility>
+#include <vector>
+
 #include "app/commands.h"
 #include "app/local_time.h"
 #include "machine/terminal_line.h"
+#include "platform/localization.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
 
 namespace {
 
-/// Why the lines of some feeds are not in the list, and the names of these lines.
-std::string unknownNote(const TransitFeeds& feeds, const TerminalStyle& style) {
-  std::string note, names;
-  for (const FeedState& state : feeds.states()) {
-    if (!state.knowsLines()) note += terminalFaint(terminalLine(sentenceOf(*state.error)), style) + "\n";
+std::string alertsAge(const FeedState& state, Date now) {
+  if (!state.written) return "of unknown age";
+  return "of " + localTime(*state.written) + " (" + durationInWords(now - *state.written) + " old)";
+}
+
+/// The sentence of the state's error without the name of the feed; empty without an error.
+std::string reasonOf(const FeedState& state) {
+  if (!state.error) return {};
+  std::string sentence = sentenceOf(*state.error);
+  const std::string name = "feed " + state.feed + ": ";
+  return sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+}
+
+/// The state of a feed without its name, e.g. "no alerts for 20 minutes: alerts: connection refused".
+std::string stateNote(const FeedState& state, Date now) {
+  using Kind = FeedState::Kind;
+  const std::string duration = state.since ? durationInWords(now - *state.since) : "";
+  switch (state.kind) {
+    case Kind::fresh:
+      return "Alerts " + alertsAge(state, now);
+    case Kind::stale:
+      return "Alerts " + alertsAge(state, now) + "; the feed has not been renewed since";
+    case Kind::kept:
+      return "Alerts received " + duration + " ago, because the last update failed: " + reasonOf(state);
+    case Kind::unreachable:
+      return (duration.empty() ? "No alerts so far: " : "No alerts for " + duration + ": ") + reasonOf(state);
+    case Kind::outdated:
+      return "Alerts " + alertsAge(state, now) + ", too old to be shown";
+    case Kind::notMatching:
+    case Kind::incomplete:
+      break;
   }
-  for (const UnknownLine& line : feeds.unknownLines()) names += (names.empty() ? "" : ", ") + line.name;
-  if (!names.empty()) note += terminalFaint("Unknown lines: " + terminalLine(names), style) + "\n";
-  return note;
+  return "Alerts not shown: " + reasonOf(state);
+}
+
+std::string unknownLines(Session& session) {
+  const std::vector<UnknownLine> lines = session.platform().feeds().unknownLines();
+  std::vector<std::string_view> names;
+  for (const UnknownLine& line : lines) names.emplace_back(line.name);
+  return session.platform().localization().joinCommaDelimited(names);
 }
 
 }  // namespace
 
 std::string dataNote(Session& session, const TerminalStyle& style) {
-  if (session.platform().showsSampleCity()) {
-    return terminalFaint("This is a made-up city. Yours: linewatch feed add NAME --gtfs G --alerts A",
-                         style) +
-           "\n";
-  }
+  const auto line = [&style](const std::string& text) {
+    return terminalFaint(terminalLine(text), style) + "\n";
+  };
+  if (session.platform().showsSampleCity())
+    return line("This is a made-up city. Yours: linewatch feed add NAME --gtfs G --alerts A");
+  const Date now = session.platform().mainLoop().now();
+  const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
   std::string note;
-  for (const auto& state : session.platform().feeds().states()) {
-    if (!state.knowsLines()) continue;
-    const std::string name =
-        session.platform().feeds().feeds().size() > 1 ? terminalLine(state.feed) + ": " : "";
-    note += terminalFaint(
-                name + (state.written ? "Alerts of " + localTime(*state.written) : "Alerts of unknown age"),
-                style) +
-            "\n";
+  for (const FeedState& state : session.platform().feeds().states()) {
+    const std::string name = isOnlyFeed ? "" : state.feed + ": ";
+    note += line(name + stateNote(state, now));
   }
-  return note + unknownNote(session.platform().feeds(), style);
+  const std::string unknown = unknownLines(session);
+  return unknown.empty() ? note : note + line("Unknown lines: " + unknown);
 }
 
 }  // namespace linewatch::app

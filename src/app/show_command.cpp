@@ -1,8 +1,11 @@
 #include <optional>
+#include <utility>
 
 #include "app/commands.h"
 #include "app/favorite_lines.h"
-#include "list/list_dictionary_form.h"
+#include "app/show_document.h"
+#include "app/shown_content.h"
+#include "app/upcoming_text.h"
 #include "list/transit_item_data_source_builder.h"
 #include "wire/json_text.h"
 
@@ -33,6 +36,18 @@ void reportUnknownFavorites(Session& session, const CommonOptions& options, Repo
   if (!options.feed.gtfs.empty()) report.status = 2;
 }
 
+void addDocument(const ShownContent& content, Report& report) {
+  const auto document = showDocument(content);
+  if (!document) {
+    report = refused(document.error());
+    return;
+  }
+  report.output = jsonText(document->form) + "\n";
+  if (document->recordsLeftOut == 0 || !report.complaint.empty()) return;
+  report.complaint = "show --json: " + std::to_string(document->recordsLeftOut) +
+                     " records are null, because all of them would exceed 64 MiB; choose fewer lines";
+}
+
 }  // namespace
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
@@ -47,11 +62,16 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
   } else {
     reportUnknownFavorites(session, options, report);
   }
-  if (list) {
-    report.output =
-        command.json ? jsonText(dictionaryForm(*list)) + "\n" : terminalText(*list, command.expanded, style);
+  if (command.json) {
+    addDocument(shownContent(session, *result, list), report);
+    return report;
   }
-  if (!command.json && report.status != 1) report.output += dataNote(session, style);
+  if (command.upcoming) {
+    report.output = upcomingText(session, *result, localeOf(options), style);
+  } else if (list) {
+    report.output = terminalText(*list, command.expanded, style);
+  }
+  report.output += dataNote(session, style);
   return report;
 }
 

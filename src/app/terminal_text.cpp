@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <variant>
 #include <vector>
 
@@ -78,8 +79,11 @@ Mark markOfImage(const std::string& name, const TerminalStyle& style) {
 std::string labelOf(const TransitArtworkDataSource& artwork) {
   const auto& shield =
       artwork.shieldDataSource ? artwork.shieldDataSource : artwork.iconFallbackShieldDataSource;
-  if (shield && shield->shieldText) return terminalLine(*shield->shieldText);
-  return terminalLine(artwork.accessibilityText.value_or(""));
+  std::string label = terminalLine(shield && shield->shieldText ? *shield->shieldText
+                                                                : artwork.accessibilityText.value_or(""));
+  // The sign of a line without service.
+  if (artwork.hasRoutingIncidentBadge) label += label.empty() ? "✕" : " ✕";
+  return label;
 }
 
 Mark markOfItem(const RVTransitItem& item, const TerminalStyle& style) {
@@ -119,22 +123,21 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
   return lines;
 }
 
-/// Writes rows with a mark and two texts. The texts of all rows begin at the same column.
+/// Writes rows with a mark and texts. The texts of all rows begin at the same column.
 class RowWriter {
  public:
   RowWriter(const TerminalStyle& style, std::size_t markWidth)
       : style_(style), indent_(markWidth == 0 ? 0 : markWidth + 2) {}
 
-  void write(const Mark& mark, const std::optional<std::string>& primary,
-             const std::optional<std::string>& secondary) {
+  /// The first text is printed in bold. Empty texts are left out.
+  void write(const Mark& mark, std::span<const OptionalText> texts) {
     pending_ = mark;
-    writeLines(primary, kBold);
-    writeLines(secondary, "");
+    for (const OptionalText& text : texts) writeLines(text, &text == &texts.front() ? kBold : "");
   }
   std::string take() { return std::move(text_); }
 
  private:
-  void writeLines(const std::optional<std::string>& text, std::string_view code) {
+  void writeLines(const OptionalText& text, std::string_view code) {
     if (!text || text->empty()) return;
     for (const std::string& line : wrapped(terminalLine(*text), textColumns())) {
       text_ += pending_.text;
@@ -155,18 +158,43 @@ class RowWriter {
   std::string text_;
 };
 
-std::string rowsText(const TransitItems& items, const TerminalStyle& style) {
-  std::vector<Mark> marks;
+struct MarkedRow {
+  Mark mark;
+  std::vector<OptionalText> texts;
+};
+
+std::string rowsText(const std::vector<MarkedRow>& rows, const TerminalStyle& style) {
   std::size_t markWidth = 0;
-  for (const SharedTransitItem& item : items) {
-    marks.push_back(markOfItem(*item, style));
-    markWidth = std::max(markWidth, marks.back().width);
-  }
+  for (const MarkedRow& row : rows) markWidth = std::max(markWidth, row.mark.width);
   RowWriter writer(style, markWidth);
-  for (std::size_t row = 0; row < items.size(); ++row) {
-    writer.write(marks[row], items[row]->primaryText(), items[row]->secondaryText());
-  }
+  for (const MarkedRow& row : rows) writer.write(row.mark, row.texts);
   return writer.take();
+}
+
+std::string rowsText(const TransitItems& items, const TerminalStyle& style) {
+  std::vector<MarkedRow> rows;
+  rows.reserve(items.size());
+  for (const SharedTransitItem& item : items)
+    rows.push_back({markOfItem(*item, style), {item->primaryText(), item->secondaryText()}});
+  return rowsText(rows, style);
+}
+
+/// The first shields side by side, then the number of the others.
+Mark markOfShields(const TransitArtworks& shields, const TerminalStyle& style) {
+  constexpr std::size_t kMostShields = 3;
+  Mark mark;
+  const auto add = [&](const std::string& text, std::size_t width) {
+    if (width == 0) return;
+    if (mark.width > 0) mark.text += ' ';
+    mark.width += width + (mark.width > 0 ? 1 : 0);
+    mark.text += text;
+  };
+  const std::size_t shown = std::min(shields.size(), kMostShields);
+  for (std::size_t shield = 0; shield < shown; ++shield)
+    add(terminalShield(*shields[shield], style), terminalShieldWidth(*shields[shield]));
+  const std::string others = "+" + std::to_string(shields.size() - shown);
+  if (shields.size() > shown) add(others, others.size());
+  return mark;
 }
 
 std::string shieldRow(const TransitArtworks& artworks, const TerminalStyle& style) {
@@ -189,7 +217,7 @@ struct SummaryText {
   std::string operator()(const SharedTransitItem& item) const { return rowsText({item}, style); }
   std::string operator()(const std::shared_ptr<const RVTransitSummaryItem>& item) const {
     RowWriter writer(style, 0);
-    writer.write({}, item->primaryText(), std::nullopt);
+    writer.write({}, std::vector<OptionalText>{item->primaryText()});
     return writer.take() + (item->artworks() ? shieldRow(*item->artworks(), style) : "");
   }
 };
@@ -227,6 +255,13 @@ std::string terminalText(const RVTransitListItem& list, bool expanded, const Ter
   // A list without expanded items shows its one row in both modes.
   if (expanded && list.hasExpandedItems()) return rowsText(*list.expandedItems(), style);
   return std::visit(SummaryText{style}, list.summaryItem());
+}
+
+std::string terminalRows(std::span<const TerminalRow> rows, const TerminalStyle& style) {
+  std::vector<MarkedRow> marked;
+  marked.reserve(rows.size());
+  for (const TerminalRow& row : rows) marked.push_back({markOfShields(row.shields, style), row.texts});
+  return rowsText(marked, style);
 }
 
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style) {

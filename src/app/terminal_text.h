@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "list/transit_list_item.h"
+#include "shared/shared_text.h"
 
 namespace linewatch::app {
 
@@ -24,7 +27,18 @@ struct TerminalStyle {
 /// line's colours or in brackets. The texts are safe to print on a terminal.
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style);
 
-/// A line's shield as it is printed before a row.
+/// A row of texts after the shields of its lines.
+struct TerminalRow {
+  /// None of them is null. The first few are printed, and the number of the others.
+  TransitArtworks shields;
+  /// The first is the title. Absent and empty texts are left out.
+  std::vector<OptionalText> texts;
+};
+
+/// The rows as text, with their texts beginning at the same column.
+std::string terminalRows(std::span<const TerminalRow> rows, const TerminalStyle& style);
+
+/// A line's shield as it is printed before a row, with a cross when the line has no service.
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style);
 /// The columns that the shield takes.
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork);

@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "feeds/service_badge.h"
 #include "feeds/side_by_side.h"
 #include "platform/log.h"
 #include "platform/transit_records.h"
@@ -313,9 +314,10 @@ Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, co
   for (const Place& place : places) {
     if (!isKnown(place, states)) continue;
     const LoadedFeed& feed = loaded_[place.feed];
-    items.push_back(std::make_shared<const TransitLineRecord>(
-        lineFields(*feed.records, *place.route),
-        recordsOf(place.feed, now).ofRoute(*place.route, place.choice)));
+    TransitIncidents incidents = recordsOf(place.feed, now).ofRoute(*place.route, place.choice);
+    auto fields = withServiceBadge(lineFields(*feed.records, *place.route), incidents, now,
+                                   language_->texts.effect(AlertEffect::noService));
+    items.push_back(std::make_shared<const TransitLineRecord>(std::move(fields), std::move(incidents)));
   }
   if (items.empty() && !places.empty()) return *states.at(places.front().feed).error;
   return items;

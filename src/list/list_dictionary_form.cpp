@@ -46,13 +46,25 @@ Value formOf(const std::shared_ptr<const RVConfiguredArtwork>& artwork) {
   return form;
 }
 
-Value formOf(const RVOpenable* openable) {
+Value formOf(const Value& value, const BytesForm& formOfBytes) {
+  const auto* bytes = value.get<Bytes>();
+  return bytes && formOfBytes ? formOfBytes(*bytes) : value;
+}
+
+Value formOf(const std::optional<Dictionary>& userInfo, const BytesForm& formOfBytes) {
+  if (!userInfo) return noValue();
+  Dictionary form;
+  for (const auto& [key, value] : *userInfo) form.emplace(key, formOf(value, formOfBytes));
+  return form;
+}
+
+Value formOf(const RVOpenable* openable, const BytesForm& formOfBytes) {
   if (const auto* url = dynamic_cast<const OpenableURL*>(openable)) {
     return Dictionary{{"url", url->url().absoluteString}};
   }
   if (const auto* activity = dynamic_cast<const RVUserActivityData*>(openable)) {
     return Dictionary{{"activityType", valueOrNone(activity->activityType())},
-                      {"userInfo", valueOrNone(activity->userInfo())}};
+                      {"userInfo", formOf(activity->userInfo(), formOfBytes)}};
   }
   return openable ? Value(openable->description()) : noValue();
 }
@@ -64,46 +76,48 @@ Value formOf(const std::optional<TransitArtworks>& artworks) {
   return forms;
 }
 
-Value formOf(const std::optional<TransitItems>& items) {
+Value formOf(const std::optional<TransitItems>& items, const BytesForm& formOfBytes) {
   if (!items) return noValue();
   Array forms;
   forms.reserve(items->size());
-  for (const SharedTransitItem& item : *items) forms.push_back(dictionaryForm(*item));
+  for (const SharedTransitItem& item : *items) forms.push_back(dictionaryForm(*item, formOfBytes));
   return forms;
 }
 
 }  // namespace
 
-Dictionary dictionaryForm(const RVTransitListItem& list) {
-  return {{"summaryItem", dictionaryForm(list.summaryItem())},
-          {"expandedItems", formOf(list.expandedItems())}};
+Dictionary dictionaryForm(const RVTransitListItem& list, const BytesForm& formOfBytes) {
+  return {{"summaryItem", dictionaryForm(list.summaryItem(), formOfBytes)},
+          {"expandedItems", formOf(list.expandedItems(), formOfBytes)}};
 }
 
-Dictionary dictionaryForm(const RVTransitItem& item) {
+Dictionary dictionaryForm(const RVTransitItem& item, const BytesForm& formOfBytes) {
   return {{"kind", "item"},
           {"primaryText", valueOrNone(item.primaryText())},
           {"secondaryText", valueOrNone(item.secondaryText())},
           {"displayArtwork", item.displayArtwork()},
           {"artwork", formOf(item.artwork())},
-          {"openable", formOf(item.openable().get())}};
+          {"openable", formOf(item.openable().get(), formOfBytes)}};
 }
 
-Dictionary dictionaryForm(const RVTransitSummaryItem& item) {
+Dictionary dictionaryForm(const RVTransitSummaryItem& item, const BytesForm& formOfBytes) {
   return {{"kind", "summary"},
           {"primaryText", valueOrNone(item.primaryText())},
           {"artworks", formOf(item.artworks())},
-          {"openable", formOf(item.userActivityData().get())}};
+          {"openable", formOf(item.userActivityData().get(), formOfBytes)}};
 }
 
-Value dictionaryForm(const SummaryItem& item) {
-  struct {
+Value dictionaryForm(const SummaryItem& item, const BytesForm& formOfBytes) {
+  struct Visitor {
+    const BytesForm& formOfBytes;
+
     Value operator()(std::monostate) const { return noValue(); }
-    Value operator()(const SharedTransitItem& row) const { return dictionaryForm(*row); }
+    Value operator()(const SharedTransitItem& row) const { return dictionaryForm(*row, formOfBytes); }
     Value operator()(const std::shared_ptr<const RVTransitSummaryItem>& row) const {
-      return dictionaryForm(*row);
+      return dictionaryForm(*row, formOfBytes);
     }
-  } visitor;
-  return std::visit(visitor, item);
+  };
+  return std::visit(Visitor{formOfBytes}, item);
 }
 
 Dictionary dictionaryForm(const TransitArtworkDataSource& artwork) {

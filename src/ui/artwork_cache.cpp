@@ -1,6 +1,7 @@
 #include "ui/artwork_cache.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace linewatch {
 
@@ -25,6 +26,14 @@ Picture TransitArtworkManager::shield(const std::optional<ShieldDataSource>& shi
 }
 
 Picture TransitArtworkManager::image(const TransitArtworkDataSource& artwork, const ArtworkSize& size) const {
+  Picture picture = imageWithoutBadge(artwork, size);
+  return picture && artwork.hasRoutingIncidentBadge
+             ? shieldManager_->withIncidentBadge(std::move(picture), size)
+             : picture;
+}
+
+Picture TransitArtworkManager::imageWithoutBadge(const TransitArtworkDataSource& artwork,
+                                                 const ArtworkSize& size) const {
   const bool iconFirst = artwork.artworkSourceType == kArtworkSourceIcon;
   Picture picture = iconFirst ? icon(artwork, size) : shield(artwork.shieldDataSource, artwork, size);
   if (!picture) picture = shield(artwork.iconFallbackShieldDataSource, artwork, size);

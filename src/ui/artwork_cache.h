@@ -35,6 +35,11 @@ class ShieldManager {
   virtual std::shared_ptr<const ui::Image> image(const ShieldDataSource& shield,
                                                  std::optional<double> widthAtStep3,
                                                  const ArtworkSize& size) = 0;
+  /// The image with the sign of a line that has no service. By default the image alone.
+  virtual std::shared_ptr<const ui::Image> withIncidentBadge(std::shared_ptr<const ui::Image> image,
+                                                             const ArtworkSize&) {
+    return image;
+  }
   /// Drops everything that can be made again.
   virtual void purge() {}
 };
@@ -59,12 +64,15 @@ class TransitArtworkManager {
 
   /// The shield or icon that the source type names. When it is missing or unknown to the managers: the icon's
   /// fallback shield, then the other of shield and icon. A description without any of them gives an empty
-  /// shield or icon. Null when nothing can be drawn.
+  /// shield or icon. Null when nothing can be drawn. The image has a sign when the description asks for the
+  /// badge.
   std::shared_ptr<const ui::Image> image(const TransitArtworkDataSource& artwork,
                                          const ArtworkSize& size) const;
   void purge();
 
  private:
+  std::shared_ptr<const ui::Image> imageWithoutBadge(const TransitArtworkDataSource& artwork,
+                                                     const ArtworkSize& size) const;
   std::shared_ptr<const ui::Image> icon(const TransitArtworkDataSource& artwork,
                                         const ArtworkSize& size) const;
   std::shared_ptr<const ui::Image> shield(const std::optional<ShieldDataSource>& shield,

@@ -39,6 +39,17 @@ std::size_t lengthOfCodePoint(std::string_view text, std::size_t place) {
   return length;
 }
 
+void appendUnicodeEscape(std::string& json, std::uint8_t code) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  json.append("\\u00").append(1, kDigits[code >> 4]).append(1, kDigits[code & 15]);
+}
+
+/// The second byte of a C1 control, U+0080 to U+009F: terminals obey these too. 0 for other characters.
+std::uint8_t c1Control(std::string_view character) {
+  const bool isControl = character.size() == 2 && byteAt(character, 0) == 0xC2 && byteAt(character, 1) < 0xA0;
+  return isControl ? byteAt(character, 1) : 0;
+}
+
 void appendEscaped(std::string& json, char character) {
   switch (character) {
     case '"':
@@ -56,11 +67,11 @@ void appendEscaped(std::string& json, char character) {
     default:
       break;
   }
-  if (const auto code = static_cast<std::uint8_t>(character); code >= 0x20) {
+  constexpr std::uint8_t kDelete = 0x7F;
+  if (const auto code = static_cast<std::uint8_t>(character); code >= 0x20 && code != kDelete) {
     json += character;
   } else {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    json.append("\\u00").append(1, kDigits[code >> 4]).append(1, kDigits[code & 15]);
+    appendUnicodeEscape(json, code);
   }
 }
 
@@ -70,6 +81,8 @@ void appendQuoted(std::string& json, std::string_view text) {
     const std::size_t length = lengthOfCodePoint(text, place);
     if (length == 1) {
       appendEscaped(json, text[place]);
+    } else if (const std::uint8_t control = c1Control(text.substr(place, length))) {
+      appendUnicodeEscape(json, control);
     } else {
       json += length == 0 ? kReplacementCharacter : text.substr(place, length);
     }

@@ -74,6 +74,22 @@ TEST_F(ProgramTest, UsesTheGivenTimeForTheWholeList) {
   EXPECT_THAT(run.output, AllOf(HasSubstr("Strike"), Not(HasSubstr("Fog")))) << run.errors;
 }
 
+TEST_F(ProgramTest, PrintsWhatBeginsWithinSevenDays) {
+  constexpr std::size_t kDay = 86400, kNow = 1'795'507'200;
+  const auto between = [](std::size_t start, std::size_t end) {
+    return field(1, "\x08" + varint(start) + "\x10" + varint(end));
+  };
+  folder_.write("alerts.pb",
+                alertsFeed(alertEntity("a", "r1", "Works", between(kNow + kDay, kNow + 2 * kDay)) +
+                           alertEntity("b", "r1", "Far", between(kNow + 8 * kDay, 0))));
+  const std::vector<std::string> show{"--favorite",           "r1",   "--now",
+                                      "2026-11-24T08:00:00Z", "show", "--upcoming"};
+  EXPECT_EQ(runProgram(given(show)).output,
+            "[1]  Works\n     11/25/26 8:00 AM – 11/26/26 8:00 AM\nAlerts of unknown age\n");
+  folder_.write("alerts.pb", alertsFeed(""));
+  EXPECT_THAT(runProgram(given(show)).output, StartsWith("Nothing begins within 7 days.\n"));
+}
+
 TEST_F(ProgramTest, DrawsAWidgetWithoutFavourites) {
   const auto run = runProgram(given({"render", "-o", folder_ / "none.svg"}));
   EXPECT_EQ(run.status, 0) << run.errors;
@@ -190,8 +206,9 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   std::filesystem::remove_all(folder_ / "lost");
   const auto partial = runProgram(saved({"show"}));
   EXPECT_EQ(partial.status, 0);
-  EXPECT_THAT(partial.output, AllOf(HasSubstr("Good Service"), HasSubstr("feed lost: "),
-                                    HasSubstr("no such file or folder\nUnknown lines: r1\n")));
+  EXPECT_THAT(partial.output,
+              AllOf(HasSubstr("Good Service"), HasSubstr("town: Alerts of unknown age\nlost: No alerts"),
+                    HasSubstr("no such file or folder\nUnknown lines: r1\n")));
   const auto found = runProgram(saved({"lines", "central"}));
   EXPECT_EQ(found.status, 2);
   EXPECT_THAT(found.output, HasSubstr("Zoo – Central"));

@@ -54,6 +54,21 @@ TEST(TerminalText, PaintsShieldsInTheLinesColours) {
   EXPECT_EQ(terminalShield(*shield("7", "nocolr"), {.colors = Colors::full}), "[7]");
 }
 
+TEST(TerminalText, MarksLinesWithoutService) {
+  TransitArtworkDataSource artwork = *shield("7", "C8102E");
+  artwork.hasRoutingIncidentBadge = true;
+  EXPECT_EQ(terminalShield(artwork, {}), "[7 ✕]");
+  EXPECT_EQ(terminalShieldWidth(artwork), 5U);
+}
+
+TEST(TerminalText, CountsTheShieldsThatDoNotFit) {
+  const std::vector<TerminalRow> rows{
+      {.shields = {shield("1"), shield("2"), shield("3"), shield("4"), shield("5")},
+       .texts = {"Works", "", "Text"}},
+      {.shields = {shield("9")}, .texts = {std::nullopt, "Fair"}}};
+  EXPECT_EQ(terminalRows(rows, {}), "[1] [2] [3] +2  Works\n                Text\n[9]             Fair\n");
+}
+
 TEST(TerminalText, MeasuresColumns) {
   EXPECT_EQ(terminalWidth("Zürich"), 6U);
   EXPECT_EQ(terminalWidth("e\u0301"), 1U);

@@ -42,6 +42,15 @@ TEST_F(ListDictionaryForm, ShowsEachKindOfRow) {
             R"({"expandedItems": [], "summaryItem": null})");
 }
 
+TEST_F(ListDictionaryForm, PrintsAnotherValueInPlaceOfBytes) {
+  const auto row = std::make_shared<const RVTransitItem>(
+      "Strike", std::nullopt, nullptr, true,
+      RVUserActivityData::make("x", Dictionary{{"bs", Bytes{1, 2}}, {"text", "kept"}}));
+  const Dictionary form =
+      dictionaryForm(*row, [](const Bytes& bytes) { return Value(std::uint64_t{bytes.size()}); });
+  EXPECT_EQ(jsonText(form.at("openable")), R"({"activityType": "x", "userInfo": {"bs": 2, "text": "kept"}})");
+}
+
 TEST_F(ListDictionaryForm, DescribesOnlyTheFieldsOfAnArtworkThatAreSet) {
   TransitArtworkDataSource artwork;
   EXPECT_EQ(jsonText(dictionaryForm(artwork)), "{}");

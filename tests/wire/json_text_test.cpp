@@ -40,7 +40,9 @@ TEST(JsonText, WritesEveryKindOfValueInOneForm) {
 }
 
 TEST(JsonText, EscapesStringsAndReplacesBytesThatAreNotUTF8) {
-  EXPECT_EQ(jsonQuoted("a\"b\\c\n\t\x01\x7F/"), "\"a\\\"b\\\\c\\n\\t\\u0001\x7F/\"");
+  EXPECT_EQ(jsonQuoted("a\"b\\c\n\t\x01\x7F/"), "\"a\\\"b\\\\c\\n\\t\\u0001\\u007f/\"");
+  // Controls of two bytes, and their neighbours.
+  EXPECT_EQ(jsonQuoted("\xC2\x80\xC2\x9B\xC2\xA0\xC3\x80"), "\"\\u0080\\u009b\xC2\xA0\xC3\x80\"");
   EXPECT_EQ(jsonQuoted("ü·😀"), "\"ü·😀\"");
   const std::string bad = "\xEF\xBF\xBD";
   struct Row {

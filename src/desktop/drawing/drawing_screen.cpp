@@ -28,7 +28,7 @@ std::shared_ptr<IconManager> DrawingScreen::makeIconManager() {
 }
 
 std::shared_ptr<ShieldManager> DrawingScreen::makeShieldManager() {
-  return std::make_shared<LineShieldManager>();
+  return std::make_shared<LineShieldManager>(settings_.direction);
 }
 
 }  // namespace linewatch::desktop

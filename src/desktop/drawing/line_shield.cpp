@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/drawing/incident_badge.h"
 #include "desktop/drawing/qt_text_engine.h"
 #include "desktop/drawing/typefaces.h"
 #include "feeds/gtfs/colors.h"
@@ -119,6 +120,11 @@ std::shared_ptr<const ui::Image> LineShieldManager::image(const ShieldDataSource
                                                           const ArtworkSize& size) {
   const std::string text = trimmed(shield.shieldText.value_or(""));
   return text.empty() ? nullptr : std::make_shared<LineShield>(shield, text, widthAtStep3, size);
+}
+
+std::shared_ptr<const ui::Image> LineShieldManager::withIncidentBadge(std::shared_ptr<const ui::Image> image,
+                                                                      const ArtworkSize& size) {
+  return std::make_shared<IncidentBadge>(std::move(image), isMirrored_, size.scale);
 }
 
 }  // namespace linewatch::desktop

@@ -39,8 +39,17 @@ class LineShield final : public ui::Image {
 /// Makes shields. Needs a QGuiApplication.
 class LineShieldManager final : public ShieldManager {
  public:
+  /// `direction` tells on which side a sign stands.
+  explicit LineShieldManager(ui::LayoutDirection direction = ui::LayoutDirection::leftToRight)
+      : isMirrored_(direction == ui::LayoutDirection::rightToLeft) {}
+
   std::shared_ptr<const ui::Image> image(const ShieldDataSource& shield, std::optional<double> widthAtStep3,
                                          const ArtworkSize& size) override;
+  std::shared_ptr<const ui::Image> withIncidentBadge(std::shared_ptr<const ui::Image> image,
+                                                     const ArtworkSize& size) override;
+
+ private:
+  bool isMirrored_;
 };
 
 /// The height of shields and icons at a size step, in points.

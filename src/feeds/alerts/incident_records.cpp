@@ -171,12 +171,10 @@ std::optional<IncidentDetails> IncidentRecords::detailsOf(std::uint64_t muid) co
     std::ranges::sort(details.notices);
     return details;
   }
-  for (const auto& [place, record] : made_) {
-    if (record->muid() != muid) continue;
-    addDetails(place, details);
-    return details;
-  }
-  return std::nullopt;
+  const auto place = placesOfMade_.find(muid);
+  if (place == placesOfMade_.end()) return std::nullopt;
+  addDetails(place->second, details);
+  return details;
 }
 
 /// Effect and cause are those of the first alert, the severity is the worst.
@@ -205,7 +203,10 @@ void IncidentRecords::addDetails(std::uint32_t place, IncidentDetails& details) 
 
 SharedIncident IncidentRecords::record(std::uint32_t place) {
   SharedIncident& known = made_[place];
-  if (!known) known = make(place);
+  if (!known) {
+    known = make(place);
+    placesOfMade_.emplace(known->muid(), place);
+  }
   return known;
 }
 

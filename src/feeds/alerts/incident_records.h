@@ -76,6 +76,8 @@ class IncidentRecords {
   Date now_;
   std::shared_ptr<StopNames> stops_;
   std::unordered_map<std::uint32_t, SharedIncident> made_;
+  /// The places of the incidents in `made_`, by `muid`.
+  std::map<std::uint64_t, std::uint32_t> placesOfMade_;
   std::map<std::uint64_t, SharedIncident> madeStopIncidents_;
   NoticesOfStopIncidents noticesOfStopIncidents_;
 };

@@ -146,5 +146,22 @@ TEST_F(Shields, IconsAreAsHighAsShields) {
   }
 }
 
+TEST_F(Shields, OfALineWithoutServiceHaveASignAtTheTrailingTopCorner) {
+  const auto isRed = [](const QColor& color) { return color.red() > 180 && color.blue() < 60; };
+  LineShieldManager mirrored(ui::LayoutDirection::rightToLeft);
+  for (const std::int64_t step : {-4, 3, 12}) {
+    const auto plain = shield("7", TransitMode::bus, "0055AA", {step, 2});
+    const auto badged = shields_.withIncidentBadge(plain, {step, 2});
+    const ui::Size size = badged->size();
+    EXPECT_EQ(size.height, plain->size().height);
+    EXPECT_GT(size.width, plain->size().width);
+    const double nearTop = size.height * 0.13, nearTrailing = size.height * 0.27;
+    EXPECT_TRUE(isRed(pixelAt(*badged, size.width - nearTrailing, nearTop))) << step;
+    EXPECT_FALSE(isRed(pixelAt(*badged, nearTrailing, nearTop)));
+    EXPECT_FALSE(isRed(pixelAt(*badged, size.width - nearTrailing, size.height * 0.8)));
+    EXPECT_TRUE(isRed(pixelAt(*mirrored.withIncidentBadge(plain, {step, 2}), nearTrailing, nearTop)));
+  }
+}
+
 }  // namespace
 }  // namespace linewatch::desktop
