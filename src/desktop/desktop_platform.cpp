@@ -102,8 +102,8 @@ Outcome<std::shared_ptr<DesktopPlatform>> DesktopPlatform::make(DesktopSettings 
 }
 
 DesktopPlatform::DesktopPlatform(DesktopSettings settings)
-    : settings_(std::move(settings)),
-      log_(settings_.verbose),
+    : detail::PlatformLog{StderrLog(settings.verbose)},
+      settings_(std::move(settings)),
       mainLoop_(settings_.now,
                 settings_.isTimeFrozen ? QtMainLoop::Clock::frozen : QtMainLoop::Clock::running),
       systemController_(settings_.openActivity),

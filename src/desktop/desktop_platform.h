@@ -23,9 +23,19 @@
 
 namespace linewatch::desktop {
 
+namespace detail {
+
+/// The log of a platform, as a base class in front of `Platform`: what `Platform::once` keeps is destroyed
+/// with that base, and writes its last changes, and lines of the log, then.
+struct PlatformLog {
+  StderrLog log_;
+};
+
+}  // namespace detail
+
 /// The real platform: Qt's main loop, open feeds, SQLite and ICU. To be made on the main thread, after a
 /// QCoreApplication.
-class DesktopPlatform final : public Platform {
+class DesktopPlatform final : private detail::PlatformLog, public Platform {
  public:
   /// Fails when the folder for saved state is not known. Reads no saved state yet, and follows no feed.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
@@ -82,7 +92,6 @@ class DesktopPlatform final : public Platform {
   ConnectionFailureDiagnosis diagnose() const;
 
   DesktopSettings settings_;
-  StderrLog log_;
   QtMainLoop mainLoop_;
   ui::NotificationCenter notificationCenter_;
   CompanionController systemController_;
