@@ -115,6 +115,31 @@ TEST_F(ItemCell, ShowsAllLinesAsLongAsTheBlockFitsIntoTheRow) {
   EXPECT_LE(rect("secondaryLabel").maxY(), 110) << "lines of a shortened text are wholly in the row";
 }
 
+TEST_F(ItemCell, ALongTitleLeavesALineForTheSecondaryText) {
+  const std::string title(600, 'x');
+  for (const std::size_t secondaryLines : {1, 4}) {
+    for (const double rowHeight : {110.0, 64.0}) {
+      SCOPED_TRACE(rowHeight);
+      show(item(title, std::string(secondaryLines * 31, 'y')), 89, rowHeight);
+      const auto primary = cell_->primaryLabel()->displayedLayout();
+      const auto secondary = cell_->secondaryLabel()->displayedLayout();
+      ASSERT_EQ(secondary->lines.size(), 1U);
+      EXPECT_EQ(secondary->lines.back().truncated, secondaryLines > 1);
+      EXPECT_TRUE(primary->lines.back().truncated);
+      EXPECT_GE(primary->lines.size(), rowHeight > 100 ? 4U : 2U) << "the title gets all other lines";
+      EXPECT_GE(rect("primaryLabel").y, 0);
+      EXPECT_LE(rect("secondaryLabel").maxY(), rowHeight);
+    }
+  }
+  for (const auto& noText : {std::optional<std::string>(), std::optional<std::string>("")}) {
+    show(item(title, noText));
+    EXPECT_EQ(cell_->primaryLabel()->displayedLayout()->lines.size(), 5U) << "no line is kept for no text";
+  }
+  setTextSize(ui::TextSizeCategory::AX5);
+  show(item(title, "y"), 89, 64);
+  EXPECT_EQ(cell_->primaryLabel()->displayedLayout()->lines.size(), 1U) << "the title's line comes first";
+}
+
 TEST_F(ItemCell, ShowsTheFirstLineAtEveryTextSize) {
   for (const std::string_view name : ui::kTextSizeCategoryNames) {
     SCOPED_TRACE(name);

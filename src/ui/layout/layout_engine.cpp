@@ -14,6 +14,9 @@ namespace {
 constexpr std::uint32_t kNoSlot = UINT32_MAX;
 // A given frame wins over everything but constraints.
 constexpr LayoutPriority kFramePriority = 999.5;
+// When texts lose lines, the first text keeps its first line before the other texts keep theirs.
+constexpr LayoutPriority kFirstTextLinePriority = 790;
+constexpr LayoutPriority kTextLinePriority = 780;
 // Ends the search where boxes name each other as the one whose baseline is theirs.
 constexpr int kLongestBaselineChain = 32;
 
@@ -315,6 +318,7 @@ void LayoutEngine::setFrameRows(Item& item) {
 void LayoutEngine::measureHeights() {
   for (std::size_t i = 1; i < items_.size(); ++i) {
     if (items_[i].box == nullptr) continue;
+    if (items_[i].oneLine) systems_.vertical.remove(*std::exchange(items_[i].oneLine, std::nullopt));
     measureHeight(items_[i]);
     keepBaselinesInRoot(items_[i]);
   }
@@ -379,12 +383,16 @@ bool LayoutEngine::isTooLow(const Item& item) const {
 }
 
 // When the constraints leave every text its whole height, only baselines have to be in the root. Else texts
-// lose lines, and the lines left are wholly in the root. The next layout starts from the whole texts again.
+// lose lines, but no text loses all its lines to another one, and the lines left are wholly in the root. The
+// next layout starts from the whole texts again.
 void LayoutEngine::fitTexts() {
   for (Item& item : items_) item.firstLine.reset();
   if (std::none_of(items_.begin(), items_.end(), [&](const Item& item) { return isTooLow(item); })) return;
+  LayoutPriority priority = kFirstTextLinePriority;
   for (Item& item : items_) {
-    if (item.bottomInside) keepInRoot(item, 0, 0);
+    if (!item.bottomInside) continue;
+    keepInRoot(item, 0, 0);
+    keepOneLine(item, std::exchange(priority, kTextLinePriority));
   }
   systems_.vertical.solve();
   for (Item& item : items_) {
@@ -394,6 +402,15 @@ void LayoutEngine::fitTexts() {
   const auto first =
       std::find_if(items_.begin(), items_.end(), [](const Item& item) { return item.bottomInside; });
   keepFirstLine(*first);
+}
+
+void LayoutEngine::keepOneLine(Item& item, LayoutPriority priority) {
+  LinearConstraint linear;
+  linear.priority = priority;
+  linear.relation = Relation::greaterThanOrEqual;
+  linear.constant = -item.box->firstLineHeight(frameInRoot(item).width);
+  linear.addTerm(item.axes.vertical.size, 1);
+  item.oneLine = systems_.vertical.add(linear);
 }
 
 // Makes the text ask only for the lines that it shows, so that a block of texts is as high as the lines in

@@ -62,6 +62,8 @@ class LayoutEngine {
     double lastBaselineFromBottom = 0;
     /// Keep a shown text, or its baselines, inside the root.
     RowId topInside, bottomInside;
+    /// Keeps a line of a text while texts lose lines.
+    RowId oneLine;
     /// Replaces the solved vertical edges of a text that keeps its first line.
     std::optional<Edges> firstLine;
     bool isRoot = false;
@@ -109,6 +111,7 @@ class LayoutEngine {
   bool isShownText(const Item& item) const;
   void fitTexts();
   bool isTooLow(const Item& item) const;
+  void keepOneLine(Item& item, LayoutPriority priority);
   void shortenText(Item& item);
   void keepFirstLine(Item& item);
   void logLeftOut(Axis axis);
