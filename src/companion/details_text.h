@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace linewatch {
+
+/// The text without white space at its ends.
+std::string_view trimmed(std::string_view text);
+
+/// Splits a text into blocks of at most `limit` bytes: after the last line in that range, else after the last
+/// word, else between two characters. The line break or space at a split is left out. An empty text has no
+/// blocks.
+std::vector<std::string_view> textBlocks(std::string_view text, std::size_t limit);
+
+/// The description without the title at its head. The title is only left out when it stands there as a whole
+/// sentence or line.
+std::string_view descriptionWithoutTitle(std::string_view description, std::string_view title);
+
+/// The words that are not empty, each once, without `title`. Letter case of ASCII does not matter.
+std::vector<std::string> distinctWords(const std::vector<std::string>& words, std::string_view title);
+
+/// True when the text contains every name.
+bool namesAll(std::string_view text, const std::vector<std::string>& names);
+
+}  // namespace linewatch
