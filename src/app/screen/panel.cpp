@@ -20,6 +20,13 @@ QStringList qtWords(const std::vector<std::string>& words) {
   return list;
 }
 
+/// Loads nothing and waits for no server.
+desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<std::uint64_t>& muids) {
+  desktop::FoundIncidents found;
+  for (auto& [muid, lines] : feeds.linesWithIncidents(muids)) found[muid].lines = std::move(lines);
+  return found;
+}
+
 }  // namespace
 
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
@@ -74,13 +81,13 @@ void Panel::loadWindowOnceStateIsFree() {
 }
 
 desktop::DetailsServices Panel::detailsServices() {
-  return {.findLines =
-              [this](std::vector<std::uint64_t> muids, desktop::DetailsServices::LinesFound found) {
+  return {.findIncidents =
+              [this](std::vector<std::uint64_t> muids, desktop::DetailsServices::IncidentsFound found) {
                 inBackground([&feeds = platform().feeds(),
-                              muids = std::move(muids)] { return feeds.linesWithIncidents(muids); },
+                              muids = std::move(muids)] { return foundIncidents(feeds, muids); },
                              std::move(found));
               },
-          .openLink = [](const QUrl& url) { QDesktopServices::openUrl(url); }};
+          .openLink = [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
 }
 
 desktop::FavoritesServices Panel::favoritesServices() {

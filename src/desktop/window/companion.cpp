@@ -20,6 +20,15 @@ bool isAboutFavorites(const URL& url) {
   return parsed.host().isEmpty() || parsed.host() == QLatin1String("favorites");
 }
 
+/// The content; an error also for a record without a line.
+Outcome<OpenedContent> decodedToShow(const std::string& type, const Bytes& bytes, KeyedArchiver& archiver) {
+  auto content = decodeOpenedContent(type, bytes, archiver);
+  if (!content) return content;
+  const auto* const record = std::get_if<std::shared_ptr<const RovaActivity>>(&*content);
+  if (record && !(*record)->lineItem()) return failure(type, "", "its record has no line");
+  return content;
+}
+
 }  // namespace
 
 Companion::Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
@@ -27,7 +36,9 @@ Companion::Companion(SharedWindowTexts texts, QStringList command, DetailsServic
     : texts_(std::move(texts)),
       command_(std::move(command)),
       detailsServices_(std::move(details)),
-      favoritesServices_(std::move(favorites)) {}
+      favoritesServices_(std::move(favorites)) {
+  decoding_.setMaxThreadCount(1);
+}
 
 void Companion::openURL(const URL& url, const URLHandler& done) {
   const auto error = open(url);
@@ -36,9 +47,22 @@ void Companion::openURL(const URL& url, const URLHandler& done) {
 }
 
 void Companion::openActivity(const UserActivity& activity, const OpenHandler& done) {
-  const auto error = open(activity);
-  if (error) logError("%@", {sentenceOf(*error)});
-  if (done) done(!error, error);
+  const auto answer = [done](const std::optional<Error>& error) {
+    if (error) logError("%@", {sentenceOf(*error)});
+    if (done) done(!error, error);
+  };
+  if (command_.isSet()) return answer(command_.open(activity));
+  const auto bytes = contentBytes(activity);
+  if (!bytes) return answer(bytes.error());
+  decoding_.start(
+      [this, answer, type = activity.activityType, bytes = *bytes, &archiver = platform().keyedArchiver()] {
+        auto content = std::make_shared<const Outcome<OpenedContent>>(decodedToShow(type, bytes, archiver));
+        const auto present = [this, answer, content] {
+          if (*content) show(**content);
+          answer(*content ? std::nullopt : std::optional<Error>(content->error()));
+        };
+        QMetaObject::invokeMethod(&receiver_, present, Qt::QueuedConnection);
+      });
 }
 
 std::optional<Error> Companion::open(const URL& url) {
@@ -48,17 +72,9 @@ std::optional<Error> Companion::open(const URL& url) {
   return std::nullopt;
 }
 
-std::optional<Error> Companion::open(const UserActivity& activity) {
-  if (command_.isSet()) return command_.open(activity);
-  const auto bytes = contentBytes(activity);
-  if (!bytes) return bytes.error();
-  const auto what = decodeOpenedContent(activity.activityType, *bytes, platform().keyedArchiver());
-  if (!what) return what.error();
-  const auto* const record = std::get_if<std::shared_ptr<const RovaActivity>>(&*what);
-  if (record && !(*record)->lineItem()) return failure(activity.activityType, "", "its record has no line");
+void Companion::show(const OpenedContent& content) {
   if (!details_) details_ = std::make_unique<DetailsWindow>(texts_, detailsServices_);
-  details_->present(*what);
-  return std::nullopt;
+  details_->present(content);
 }
 
 void Companion::showFavorites() {

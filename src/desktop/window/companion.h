@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QObject>
 #include <QStringList>
+#include <QThreadPool>
 #include <functional>
 #include <memory>
 
@@ -27,6 +29,8 @@ class Companion {
   /// Opens a URL of the companion application. Both of its URLs lead to the favourites. Without a command any
   /// other URL fails.
   void openURL(const URL& url, const URLHandler& done);
+  /// Decodes the activity's content on a thread of its own, since a record may be large; `done` is then
+  /// called on the main thread, once the content is shown.
   void openActivity(const UserActivity& activity, const OpenHandler& done);
   /// Shows the favourites in a window of this program, even with a command.
   void showFavorites();
@@ -34,7 +38,7 @@ class Companion {
   void favoritesDidChange();
 
  private:
-  std::optional<Error> open(const UserActivity& activity);
+  void show(const OpenedContent& content);
   std::optional<Error> open(const URL& url);
 
   SharedWindowTexts texts_;
@@ -45,6 +49,10 @@ class Companion {
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;
   ui::TextSizeCategory favoritesTextSize_ = ui::kDefaultTextSizeCategory;
+  /// Gets the decoded contents on the main thread; those that come later are dropped.
+  QObject receiver_;
+  /// One thread, so that contents are shown in the order asked. Waits at its end for the thread.
+  QThreadPool decoding_;
 };
 
 }  // namespace linewatch::desktop

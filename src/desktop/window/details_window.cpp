@@ -1,14 +1,16 @@
 #include "desktop/window/details_window.h"
 
 #include <QBoxLayout>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QLabel>
+#include <QPointer>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <algorithm>
+#include <array>
 #include <utility>
 
+#include "companion/details_text.h"
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/link_button.h"
 #include "desktop/window/plain_tool_tip.h"
@@ -25,7 +27,9 @@ namespace {
 constexpr int kDetailsWidth = 440;
 constexpr int kDetailsMargin = 24;
 constexpr int kGapWithinIncident = 8;
+constexpr int kSmallGap = 4;
 constexpr int kGapBetweenIncidents = 20;
+constexpr int kGapAboveHeading = 32;
 constexpr int kLeastDetailsHeight = 200;
 constexpr double kLineSize = 20;
 constexpr double kHeadingSize = 16;
@@ -36,21 +40,50 @@ constexpr std::int64_t kLineShieldStep = 7;
 constexpr std::int64_t kAffectedShieldStep = 2;
 // The part of the screen's height that the window takes by itself.
 constexpr double kShareOfScreen = 0.8;
-
-QString textOf(const OptionalText& text) { return QString::fromStdString(text.value_or("")).trimmed(); }
+// Bytes of a text in one label. Laying out a label of this size takes a few milliseconds.
+constexpr std::size_t kTextBlock = 1500;
+// Characters without a space after which a word may be broken.
+constexpr int kLongestWord = 50;
+// Milliseconds for which incidents are added in one turn of the event loop.
+constexpr qint64 kAddingSlice = 8;
+// What is shown of lists and titles that have no limit of their own.
+constexpr std::size_t kMostShields = 40;
+constexpr std::size_t kMostNames = 60;
+constexpr std::size_t kLongestShortText = 200;
+// How far ahead incidents are coming up.
+constexpr Seconds kComingUp{7.0 * 86400};
 
 std::string shieldTextOf(const SharedArtwork& artwork) {
   return artwork && artwork->shieldDataSource ? artwork->shieldDataSource->shieldText.value_or("") : "";
 }
 
-QString listOfNames(const std::vector<std::shared_ptr<const TransitLineFields>>& lines) {
-  std::vector<std::string_view> names;
-  names.reserve(lines.size());
-  for (const auto& line : lines) names.emplace_back(line->name);
-  return QString::fromStdString(platform().localization().joinCommaDelimited(names));
+/// The text's first characters.
+QString shortened(std::string_view text) {
+  const auto blocks = textBlocks(trimmed(text), kLongestShortText);
+  if (blocks.empty()) return {};
+  const QString first = QString::fromUtf8(blocks.front().data(), static_cast<int>(blocks.front().size()));
+  return blocks.size() > 1 ? first + QStringLiteral("…") : first;
 }
 
-QFrame* makeRule() {
+/// Allows line breaks in words that are longer than any line.
+QString withBreaks(std::string_view text) {
+  QString broken;
+  int wordLength = 0;
+  for (const QChar character : QString::fromUtf8(text.data(), static_cast<int>(text.size()))) {
+    wordLength = character.isSpace() ? 0 : wordLength + 1;
+    broken += character;
+    if (wordLength < kLongestWord || character.isHighSurrogate()) continue;
+    broken += QChar(0x200B);
+    wordLength = 0;
+  }
+  return broken;
+}
+
+bool isWebPage(const QUrl& url) {
+  return url.isValid() && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
+}
+
+QWidget* makeRule() {
   auto* const rule = new QFrame;
   rule->setFrameShape(QFrame::HLine);
   rule->setFrameShadow(QFrame::Plain);
@@ -58,19 +91,50 @@ QFrame* makeRule() {
   return rule;
 }
 
+std::string_view descriptionOf(const TransitIncident& incident) {
+  const OptionalText& full = incident.fullDescription() ? incident.fullDescription() : incident.summary();
+  return full ? std::string_view(*full) : std::string_view();
+}
+
+const std::string& titleOf(const TransitIncident& incident) {
+  static const std::string kNone;
+  return incident.title() ? *incident.title() : kNone;
+}
+
+/// The groups in which a line's incidents are shown.
+enum class Group : std::size_t { now, comingUp, later, ended };
+constexpr std::array<std::string_view, 4> kGroupHeadings = {"", "ComingUp", "Later", "Ended"};
+
+Group groupOf(const TransitIncident& incident, Date now) {
+  const auto start = incident.startDate();
+  if (start && *start > now) return *start <= now + kComingUp ? Group::comingUp : Group::later;
+  const auto end = incident.endDate();
+  return end && *end <= now ? Group::ended : Group::now;
+}
+
 }  // namespace
 
+struct DetailsWindow::TextStyles {
+  TextStyle line, heading, title, body, small, faint, alarm;
+};
+
 DetailsWindow::DetailsWindow(SharedWindowTexts texts, DetailsServices services)
-    : CompanionWindow(std::move(texts)), services_(std::move(services)) {
+    : CompanionWindow(std::move(texts)),
+      services_(std::move(services)),
+      column_(new DetailsColumn(kDetailsMargin)),
+      words_(this->texts().feedTexts()) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  scroll_ = new QScrollArea;
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidgetResizable(true);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll_->setFocusPolicy(Qt::StrongFocus);
-  layout->addWidget(scroll_);
+  layout->addWidget(column_);
+  column_->setHeightHandler([this] {
+    // The window grows with its content unless the user has changed its height.
+    if (isVisible() && height() == fittedHeight_) fitHeight();
+  });
+  addingMore_.setSingleShot(true);
+  connect(&addingMore_, &QTimer::timeout, this, [this] { addSomeEntries(); });
 }
+
+DetailsWindow::~DetailsWindow() = default;
 
 void DetailsWindow::present(const OpenedContent& what) {
   startOver();
@@ -79,153 +143,327 @@ void DetailsWindow::present(const OpenedContent& what) {
   } else if (const auto& line = std::get<std::shared_ptr<const RovaActivity>>(what)->lineItem()) {
     present(*line);
   }
-  column_->addStretch();
-  scroll_->setAccessibleName(windowTitle());
+  column_->setAccessibleName(windowTitle());
+  addSomeEntries();
+  lookUp();
+  resize(kDetailsWidth, kLeastDetailsHeight);
+  layout()->activate();
+  column_->layOut();
   fitHeight();
   bringUp();
-  scroll_->setFocus(Qt::OtherFocusReason);
+  column_->setFocus(Qt::OtherFocusReason);
 }
 
 void DetailsWindow::startOver() {
-  placesOfLines_.clear();
+  column_->clear();
+  entries_.clear();
+  nextEntry_ = 0;
+  found_.clear();
+  lookedUpParts_.clear();
+  failedLinks_.clear();
   shownLine_ = 0;
-  content_ = new QWidget;
-  column_ = new QVBoxLayout(content_);
-  column_->setContentsMargins(kDetailsMargin, kDetailsMargin, kDetailsMargin, kDetailsMargin);
-  column_->setSpacing(kGapWithinIncident);
-  scroll_->setWidget(content_);
+  ++presentation_;
+  const auto style = [this](double points, Tone tone = Tone::plain, QFont::Weight weight = QFont::Normal) {
+    const QFont shown = font(points, weight);
+    return TextStyle{shown, QFontMetrics(shown), tone};
+  };
+  styles_ = std::make_unique<const TextStyles>(TextStyles{
+      style(kLineSize, Tone::plain, QFont::DemiBold), style(kBodySize, Tone::faint, QFont::DemiBold),
+      style(kHeadingSize, Tone::plain, QFont::DemiBold), style(kBodySize), style(kSmallSize),
+      style(kSmallSize, Tone::faint), style(kSmallSize, Tone::alarming, QFont::DemiBold)});
   setWindowTitle(texts()("Title"));
+}
+
+/// Qt would take a single "[*]" out of a title.
+void DetailsWindow::setTitle(const std::string& title) {
+  setWindowTitle(shortened(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
 void DetailsWindow::fitHeight() {
   const int room = static_cast<int>(screen()->availableGeometry().height() * kShareOfScreen);
-  column_->activate();
-  const int needed = column_->totalHeightForWidth(kDetailsWidth);
-  fittedHeight_ = std::clamp(needed, kLeastDetailsHeight, std::max(kLeastDetailsHeight, room));
-  resize(kDetailsWidth, fittedHeight_);
+  fittedHeight_ =
+      std::clamp(column_->contentHeight(), kLeastDetailsHeight, std::max(kLeastDetailsHeight, room));
+  resize(width(), fittedHeight_);
 }
 
 // ---- The content ----
 
 void DetailsWindow::present(const TransitLineItem& line) {
   shownLine_ = line.muid();
-  // Qt would take a single "[*]" out of a title.
-  setWindowTitle(QString::fromStdString(line.name()).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
-  addLine(line);
-  if (line.incidents().empty()) {
-    column_->addSpacing(kGapBetweenIncidents - kGapWithinIncident);
-    column_->addWidget(makeLabel(texts()("NoIncidents"), font(kBodySize)));
-  }
-  presentIncidents(line.incidents());
+  setTitle(line.name());
+  const SharedArtwork artwork = line.alternateArtwork() ? line.alternateArtwork() : line.artwork();
+  column_->add({.make = [this, name = line.name(), system = line.system(),
+                         artwork] { return makeLineHeader(name, system, artwork); },
+                .gap = 0,
+                .estimatedHeight = 40});
+  addGroups(line.incidents());
 }
 
 void DetailsWindow::present(const StoredIncidents& incidents) {
-  setWindowTitle(texts()("Advisories", {std::uint64_t{incidents.size()}}));
-  column_->addWidget(makeLabel(windowTitle(), font(kLineSize, QFont::DemiBold)));
-  presentIncidents({incidents.begin(), incidents.end()});
+  const QString title = texts()("Advisories", {std::uint64_t{incidents.size()}});
+  setWindowTitle(title);
+  column_->add({.make = [this, title] { return makeText(title.toStdString(), styles_->line); },
+                .gap = 0,
+                .estimatedHeight = styles_->line.metrics.lineSpacing()});
+  for (const auto& incident : incidents) entries_.push_back({{}, incident});
 }
 
-void DetailsWindow::presentIncidents(const TransitIncidents& incidents) {
-  std::vector<std::uint64_t> muids;
-  for (const SharedIncident& incident : incidents) {
-    addIncident(incident);
-    muids.push_back(incident->muid());
+void DetailsWindow::addGroups(const TransitIncidents& incidents) {
+  const Date now = platform().mainLoop().now();
+  std::array<TransitIncidents, kGroupHeadings.size()> groups;
+  for (const SharedIncident& incident : incidents)
+    groups[static_cast<std::size_t>(groupOf(*incident, now))].push_back(incident);
+  for (const Group group : {Group::comingUp, Group::later}) {
+    std::ranges::stable_sort(groups[static_cast<std::size_t>(group)], {},
+                             [](const SharedIncident& incident) { return *incident->startDate(); });
   }
-  services_.findLines(std::move(muids), [window = QPointer<DetailsWindow>(this),
-                                         asked = content_](const TransitFeeds::LinesOfIncidents& lines) {
-    if (window && asked && asked == window->content_) window->addAffectedLines(lines);
+  if (groups.front().empty())
+    addText(nullptr, texts()("NoIncidents").toStdString(), styles_->body, kGapBetweenIncidents);
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    if (i > 0 && !groups[i].empty()) entries_.push_back({texts()(kGroupHeadings[i]), nullptr});
+    for (SharedIncident& incident : groups[i]) entries_.push_back({{}, std::move(incident)});
+  }
+}
+
+void DetailsWindow::lookUp() {
+  std::vector<std::uint64_t> muids;
+  for (const Entry& entry : entries_) {
+    if (entry.incident) muids.push_back(entry.incident->muid());
+  }
+  services_.findIncidents(std::move(muids), [window = QPointer<DetailsWindow>(this),
+                                             presentation = presentation_](const FoundIncidents& found) {
+    if (window && window->presentation_ == presentation) window->showFound(found);
   });
+}
+
+void DetailsWindow::showFound(FoundIncidents found) {
+  found_ = std::move(found);
+  for (const auto& [muid, part] : lookedUpParts_) {
+    if (found_.contains(muid)) column_->remake(part, styles_->small.metrics.lineSpacing());
+  }
+}
+
+void DetailsWindow::addSomeEntries() {
+  QElapsedTimer slice;
+  slice.start();
+  while (nextEntry_ < entries_.size() && slice.elapsed() < kAddingSlice) {
+    const Entry& entry = entries_[nextEntry_++];
+    if (entry.incident) {
+      addIncident(entry.incident);
+    } else {
+      addHeading(entry.heading);
+    }
+  }
+  if (nextEntry_ < entries_.size()) addingMore_.start(0);
 }
 
 // ---- Parts of the content ----
 
-void DetailsWindow::addLine(const TransitLine& line) {
-  auto* const row = new QHBoxLayout;
+QWidget* DetailsWindow::makeLineHeader(const std::string& name,
+                                       const std::shared_ptr<const TransitSystem>& system,
+                                       const SharedArtwork& artwork) const {
+  auto* const header = new QWidget;
+  auto* const row = new QHBoxLayout(header);
+  row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(kGapWithinIncident * 2);
-  const SharedArtwork& artwork = line.alternateArtwork() ? line.alternateArtwork() : line.artwork();
   auto* const shield = new ArtworkStrip({artwork}, artworkStep(kLineShieldStep), artworkCache());
-  shield->setAccessibleName(QString::fromStdString(line.name()));
+  shield->setAccessibleName(shortened(name));
   shield->setFixedSize(shield->sizeHint());
   row->addWidget(shield, 0, Qt::AlignTop);
   auto* const names = new QVBoxLayout;
   names->setSpacing(2);
   // The name is left out when the shield already says it.
-  if (shield->isEmpty() || shieldTextOf(artwork) != line.name())
-    names->addWidget(makeLabel(QString::fromStdString(line.name()), font(kLineSize, QFont::DemiBold)));
-  if (line.system())
-    names->addWidget(makeLabel(QString::fromStdString(line.system()->name), font(kBodySize), Tone::faint));
+  if (shield->isEmpty() || shieldTextOf(artwork) != name)
+    names->addWidget(makeText(shortened(name).toStdString(), styles_->line));
+  if (system) names->addWidget(makeLabel(shortened(system->name), font(kBodySize), Tone::faint));
   row->addLayout(names, 1);
   row->setAlignment(names, Qt::AlignVCenter);
-  column_->addLayout(row);
+  return header;
+}
+
+void DetailsWindow::addHeading(const QString& heading) {
+  addText(nullptr, heading.toStdString(), styles_->heading, kGapAboveHeading);
 }
 
 void DetailsWindow::addIncident(const SharedIncident& incident) {
-  column_->addSpacing(kGapBetweenIncidents / 2 - kGapWithinIncident / 2);
-  column_->addWidget(makeRule());
-  column_->addSpacing(kGapBetweenIncidents / 2 - kGapWithinIncident / 2);
-  auto* const lines = new QVBoxLayout;
-  column_->addLayout(lines);
-  placesOfLines_.emplace(incident->muid(), lines);
-  const auto title = platform().incidentStringProvider().cellTitleForIncident(incident);
-  column_->addWidget(makeLabel(textOf(*title), font(kHeadingSize, QFont::DemiBold)));
-  if (incident->isBlockingIncident())
-    column_->addWidget(makeLabel(texts()("NoService"), font(kSmallSize, QFont::DemiBold), Tone::alarming));
-  column_->addWidget(makeLabel(periodOf(*incident), font(kSmallSize), Tone::faint));
-  const OptionalText& full = incident->fullDescription() ? incident->fullDescription() : incident->summary();
-  if (const QString text = textOf(full); !text.isEmpty()) {
-    QLabel* const body = makeLabel(text, font(kBodySize));
-    body->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    column_->addWidget(body);
-  }
-  addLink(incident->infoURL());
-  if (const auto updated = incident->lastUpdated()) {
-    const QString when = texts().dateAndTime(*updated, platform().mainLoop().now());
-    column_->addWidget(makeLabel(texts()("Updated", {when.toStdString()}), font(kSmallSize), Tone::faint));
-  }
-}
-
-QString DetailsWindow::periodOf(const TransitIncident& incident) const {
+  const std::string_view title = trimmed(titleOf(*incident));
+  column_->add({.make = makeRule, .gap = kGapBetweenIncidents / 2, .estimatedHeight = 2});
+  addLookedUp(
+      incident, [this](const FoundIncident& found) { return makeLines(found); }, kGapBetweenIncidents / 2);
+  addLookedUp(
+      incident, [this](const FoundIncident& found) { return makeMoreLines(found); }, kSmallGap);
+  addText(incident, title, styles_->title, kGapBetweenIncidents / 2);
+  addLookedUp(
+      incident, [this, incident](const FoundIncident& found) { return makeFacts(*incident, found); },
+      kSmallGap);
   const Date now = platform().mainLoop().now();
-  const auto text = [&](Date date) { return texts().dateAndTime(date, now).toStdString(); };
-  const std::optional<Date> start = incident.startDate();
-  const std::optional<Date> end = incident.endDate();
-  if (start && end) return texts()("Period", {text(*start), text(*end)});
-  if (start) return texts()("From", {text(*start)});
-  return end ? texts()("Until", {text(*end)}) : texts()("UntilFurtherNotice");
+  addText(nullptr, texts().period(incident->startDate(), incident->endDate(), now).toStdString(),
+          styles_->faint, kSmallGap);
+  addLookedUp(
+      incident, [this, incident](const FoundIncident& found) { return makeStops(*incident, found); },
+      kSmallGap);
+  addDescription(incident, title);
+  addLink(incident);
+  addUpdated(*incident);
 }
 
-void DetailsWindow::addLink(const OptionalText& address) {
-  const QUrl url(textOf(address), QUrl::StrictMode);
-  // Only web pages are opened: other schemes may start any program.
-  if (!url.isValid() || (url.scheme() != QLatin1String("https") && url.scheme() != QLatin1String("http")))
+void DetailsWindow::addText(const std::shared_ptr<const void>& owner, std::string_view text,
+                            const TextStyle& style, int gap) {
+  // A text without an owner is short, and copied.
+  auto kept = owner;
+  if (!kept) {
+    auto copy = std::make_shared<const std::string>(text);
+    text = *copy;
+    kept = std::move(copy);
+  }
+  const int perLine =
+      std::max(1, (kDetailsWidth - 2 * kDetailsMargin) / std::max(1, style.metrics.averageCharWidth()));
+  for (const std::string_view block : textBlocks(text, kTextBlock)) {
+    const auto lines =
+        std::ranges::count(block, '\n') + 1 + static_cast<std::ptrdiff_t>(block.size()) / perLine;
+    column_->add({.make = [this, kept, block, &style] { return makeText(block, style); },
+                  .gap = std::exchange(gap, 0),
+                  .estimatedHeight = static_cast<int>(lines) * style.metrics.lineSpacing()});
+  }
+}
+
+QLabel* DetailsWindow::makeText(std::string_view text, const TextStyle& style) const {
+  QLabel* const label = makeLabel(withBreaks(text), style.font, style.tone);
+  if (&style == &styles_->body)
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  return label;
+}
+
+void DetailsWindow::addDescription(const SharedIncident& incident, std::string_view title) {
+  addText(incident, descriptionWithoutTitle(descriptionOf(*incident), title), styles_->body,
+          kGapWithinIncident);
+}
+
+void DetailsWindow::addUpdated(const TransitIncident& incident) {
+  const auto updated = incident.lastUpdated();
+  if (!updated) return;
+  const QString when = texts().shortDateAndTime(*updated, platform().mainLoop().now());
+  addText(nullptr, texts()("Updated", {when.toStdString()}).toStdString(), styles_->faint,
+          kGapWithinIncident);
+}
+
+/// Only web pages are opened: other schemes may start any program.
+void DetailsWindow::addLink(const SharedIncident& incident) {
+  const QString address = shortened(incident->infoURL().value_or(""));
+  if (address.isEmpty()) return;
+  const QUrl url(QString::fromStdString(*incident->infoURL()).trimmed(), QUrl::StrictMode);
+  if (!isWebPage(url)) {
+    addText(nullptr, texts()("LinkRefused", {address.toStdString()}).toStdString(), styles_->faint,
+            kGapWithinIncident);
     return;
+  }
+  const std::size_t failurePart = column_->partCount() + 1;
+  column_->add({.make = [this, url, failurePart] { return makeLink(url, failurePart); },
+                .gap = kGapWithinIncident,
+                .estimatedHeight = styles_->body.metrics.lineSpacing() + 4});
+  column_->add({.make = [this, address, failurePart]() -> QWidget* {
+                  if (!failedLinks_.contains(failurePart)) return nullptr;
+                  return makeText(texts()("LinkFailed", {address.toStdString()}).toStdString(),
+                                  styles_->alarm);
+                },
+                .gap = kSmallGap,
+                .estimatedHeight = 0});
+}
+
+QWidget* DetailsWindow::makeLink(const QUrl& url, std::size_t failurePart) {
   auto* const link = new LinkButton(texts()("MoreInformation"));
   link->setFont(font(kBodySize));
-  setPlainToolTip(*link, url.toDisplayString());
+  setPlainToolTip(*link, shortened(url.toDisplayString().toStdString()));
   link->setAccessibleDescription(url.host());
-  connect(link, &LinkButton::clicked, this, [this, url] { services_.openLink(url); });
-  column_->addWidget(link, 0, Qt::AlignLeading);
+  connect(link, &LinkButton::clicked, this, [this, url, failurePart] {
+    const bool isOpened = services_.openLink(url);
+    if (isOpened == !failedLinks_.contains(failurePart)) return;
+    isOpened ? (void)failedLinks_.erase(failurePart) : (void)failedLinks_.insert(failurePart);
+    column_->remake(failurePart, isOpened ? 0 : styles_->alarm.metrics.lineSpacing());
+  });
+  return link;
+}
+
+// ---- What was looked up ----
+
+const FoundIncident& DetailsWindow::foundOf(std::uint64_t muid) const {
+  static const FoundIncident kNothing;
+  const auto found = found_.find(muid);
+  return found == found_.end() ? kNothing : found->second;
+}
+
+void DetailsWindow::addLookedUp(const SharedIncident& incident,
+                                std::function<QWidget*(const FoundIncident&)> make, int gap) {
+  const std::uint64_t muid = incident->muid();
+  const std::size_t part =
+      column_->add({.make = [this, muid, make = std::move(make)] { return make(foundOf(muid)); },
+                    .gap = gap,
+                    .estimatedHeight = found_.contains(muid) ? styles_->small.metrics.lineSpacing() : 0});
+  lookedUpParts_.emplace(muid, part);
 }
 
 /// The lines of an incident are left out if the window is about that one line.
-void DetailsWindow::addAffectedLines(const TransitFeeds::LinesOfIncidents& found) {
-  for (const auto& [muid, lines] : found) {
-    const auto place = placesOfLines_.find(muid);
-    if (place == placesOfLines_.end() || lines.empty()) continue;
-    if (lines.size() == 1 && lines.front()->muid == shownLine_) continue;
-    const QString names =
-        texts()("AffectedLines", {std::uint64_t{lines.size()}, listOfNames(lines).toStdString()});
-    std::vector<SharedArtwork> artworks;
-    for (const auto& line : lines)
+bool DetailsWindow::namesOtherLines(const FoundIncident& found) const {
+  return !found.lines.empty() && (found.lines.size() > 1 || found.lines.front()->muid != shownLine_);
+}
+
+std::string DetailsWindow::listOfNames(const std::vector<std::string_view>& names, std::size_t most) const {
+  const std::size_t shown = std::min(names.size(), most);
+  const std::vector<std::string_view> first(names.begin(),
+                                            names.begin() + static_cast<std::ptrdiff_t>(shown));
+  const std::string list = platform().localization().joinCommaDelimited(first);
+  if (shown == names.size()) return list;
+  return texts()("AndMore", {list, std::uint64_t{names.size() - shown}}).toStdString();
+}
+
+QWidget* DetailsWindow::makeLines(const FoundIncident& found) const {
+  if (!namesOtherLines(found)) return nullptr;
+  std::vector<std::string_view> names;
+  std::vector<SharedArtwork> artworks;
+  for (const auto& line : found.lines) {
+    names.push_back(line->name);
+    if (artworks.size() < kMostShields)
       artworks.push_back(line->alternateArtwork ? line->alternateArtwork : line->artwork);
-    auto* const strip = new ArtworkStrip(artworks, artworkStep(kAffectedShieldStep), artworkCache());
-    strip->setAccessibleName(names);
-    setPlainToolTip(*strip, names);
-    place->second->addWidget(strip);
-    strip->show();
   }
-  // The window grows unless the user has changed its height.
-  if (isVisible() && height() == fittedHeight_) fitHeight();
+  const QString text =
+      texts()("AffectedLines", {std::uint64_t{names.size()}, listOfNames(names, kMostNames)});
+  auto* const strip = new ArtworkStrip(artworks, artworkStep(kAffectedShieldStep), artworkCache());
+  strip->setAccessibleName(text);
+  setPlainToolTip(*strip, text);
+  return strip;
+}
+
+QWidget* DetailsWindow::makeMoreLines(const FoundIncident& found) const {
+  if (found.lines.size() <= kMostShields) return nullptr;
+  const QString text = texts()("MoreAffectedLines", {std::uint64_t{found.lines.size() - kMostShields}});
+  return makeText(text.toStdString(), styles_->faint);
+}
+
+/// Severity, effect and cause in one line, as far as the title does not say them already.
+QWidget* DetailsWindow::makeFacts(const TransitIncident& incident, const FoundIncident& found) const {
+  static constexpr std::array<std::string_view, 4> kSeverities = {"", "SeverityInfo", "SeverityWarning",
+                                                                  "SeveritySevere"};
+  const std::string_view severity = kSeverities[static_cast<std::size_t>(found.severity)];
+  const std::vector<std::string> words =
+      distinctWords({severity.empty() ? "" : texts()(severity).toStdString(),
+                     incident.isBlockingIncident() ? words_.effect(AlertEffect::noService) : "",
+                     words_.effect(found.effect), words_.cause(found.cause),
+                     found.isOneDirectionOnly ? texts()("OneDirection").toStdString() : ""},
+                    titleOf(incident));
+  if (words.empty()) return nullptr;
+  std::string line;
+  for (const std::string& word : words) line += (line.empty() ? "" : " · ") + word;
+  const bool isAlarming = incident.isBlockingIncident() || found.severity == IncidentSeverity::severe;
+  return makeText(line, isAlarming ? styles_->alarm : styles_->small);
+}
+
+QWidget* DetailsWindow::makeStops(const TransitIncident& incident, const FoundIncident& found) const {
+  if (found.stops.empty()) return nullptr;
+  const std::string_view searched = descriptionOf(incident).substr(0, kTextBlock);
+  if (namesAll(searched, found.stops)) return nullptr;
+  const std::vector<std::string_view> names(found.stops.begin(), found.stops.end());
+  const QString text = texts()("Stops", {std::uint64_t{names.size()}, listOfNames(names, kMostNames)});
+  return makeText(text.toStdString(), styles_->small);
 }
 
 }  // namespace linewatch::desktop

@@ -1,62 +1,110 @@
 #pragma once
 
-#include <QPointer>
+#include <QFontMetrics>
+#include <QTimer>
 #include <QUrl>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "companion/opened_content.h"
 #include "desktop/window/companion_window.h"
-#include "feeds/transit_feeds.h"
-
-class QBoxLayout;
-class QScrollArea;
+#include "desktop/window/details_column.h"
+#include "desktop/window/found_incidents.h"
+#include "feeds/alerts/feed_texts.h"
 
 namespace linewatch::desktop {
 
 /// What the details window needs of the program around it.
 struct DetailsServices {
-  using LinesFound = std::function<void(const TransitFeeds::LinesOfIncidents&)>;
+  using IncidentsFound = std::function<void(const FoundIncidents&)>;
 
-  /// Finds the lines that have the incidents with these `muid`s, and calls `found` once, at once or later, on
-  /// the main thread.
-  std::function<void(std::vector<std::uint64_t> muids, LinesFound found)> findLines;
-  std::function<void(const QUrl&)> openLink;
+  /// Looks the incidents with these `muid`s up in the feeds, and calls `found` once, at once or later, on the
+  /// main thread.
+  std::function<void(std::vector<std::uint64_t> muids, IncidentsFound found)> findIncidents;
+  /// False when the page could not be opened.
+  std::function<bool(const QUrl&)> openLink;
 };
 
-/// Shows what a row opens: a line with its incidents, or a list of incidents. Each incident has its dates,
-/// its full text, the lines that it affects and a link.
+/// Shows what a row opens: a line with its incidents, or a list of incidents. Each incident is headed by the
+/// lines that it affects, and has its severity, effect and cause, its dates, its stops, its full text and a
+/// link. Incidents are added in slices of the event loop, and made into widgets near the visible range only.
 class DetailsWindow final : public CompanionWindow {
  public:
   DetailsWindow(SharedWindowTexts texts, DetailsServices services);
+  ~DetailsWindow() override;
 
   /// Replaces what was shown before.
   void present(const OpenedContent& what);
 
  private:
+  struct TextStyle {
+    QFont font;
+    QFontMetrics metrics;
+    Tone tone = Tone::plain;
+  };
+  struct TextStyles;
+  /// An incident, or the heading of a group of incidents.
+  struct Entry {
+    QString heading;
+    SharedIncident incident;
+  };
+
   void present(const TransitLineItem& line);
   void present(const StoredIncidents& incidents);
-  void presentIncidents(const TransitIncidents& incidents);
+  void lookUp();
+  void addGroups(const TransitIncidents& incidents);
+  void addSomeEntries();
 
-  void addLine(const TransitLine& line);
+  QWidget* makeLineHeader(const std::string& name, const std::shared_ptr<const TransitSystem>& system,
+                          const SharedArtwork& artwork) const;
+  void addHeading(const QString& heading);
   void addIncident(const SharedIncident& incident);
-  void addLink(const OptionalText& address);
-  void addAffectedLines(const TransitFeeds::LinesOfIncidents& lines);
-  QString periodOf(const TransitIncident& incident) const;
+  /// `owner` keeps the text alive.
+  void addText(const std::shared_ptr<const void>& owner, std::string_view text, const TextStyle& style,
+               int gap);
+  void addDescription(const SharedIncident& incident, std::string_view title);
+  void addLink(const SharedIncident& incident);
+  void addUpdated(const TransitIncident& incident);
+  /// Adds a part that depends on what the feeds know of the incident.
+  void addLookedUp(const SharedIncident& incident, std::function<QWidget*(const FoundIncident&)> make,
+                   int gap);
 
+  QWidget* makeLines(const FoundIncident& found) const;
+  QWidget* makeMoreLines(const FoundIncident& found) const;
+  QWidget* makeFacts(const TransitIncident& incident, const FoundIncident& found) const;
+  QWidget* makeStops(const TransitIncident& incident, const FoundIncident& found) const;
+  QWidget* makeLink(const QUrl& url, std::size_t failurePart);
+  QLabel* makeText(std::string_view text, const TextStyle& style) const;
+
+  bool namesOtherLines(const FoundIncident& found) const;
+  std::string listOfNames(const std::vector<std::string_view>& names, std::size_t most) const;
+  const FoundIncident& foundOf(std::uint64_t muid) const;
+  void showFound(FoundIncidents found);
   void startOver();
+  void setTitle(const std::string& title);
   void fitHeight();
 
   DetailsServices services_;
-  QScrollArea* scroll_ = nullptr;
-  /// The widget with the present content; each `present` makes a new one.
-  QPointer<QWidget> content_;
-  QBoxLayout* column_ = nullptr;
-  /// The layout for the affected lines of each shown incident, by the incident's `muid`.
-  std::map<std::uint64_t, QBoxLayout*> placesOfLines_;
+  DetailsColumn* column_ = nullptr;
+  FeedTexts words_;
+  std::unique_ptr<const TextStyles> styles_;
+  std::vector<Entry> entries_;
+  std::size_t nextEntry_ = 0;
+  QTimer addingMore_;
+  FoundIncidents found_;
+  /// The parts that show what was found, by the incident's `muid`.
+  std::multimap<std::uint64_t, std::size_t> lookedUpParts_;
+  std::set<std::size_t> failedLinks_;
+  /// Counts the presentations, so that an answer for an earlier one is ignored.
+  int presentation_ = 0;
   /// The `muid` of the line that is shown; 0: none.
   std::uint64_t shownLine_ = 0;
   int fittedHeight_ = 0;

@@ -12,6 +12,7 @@ LinkButton::LinkButton(const QString& text) {
   setCursor(Qt::PointingHandCursor);
   setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   clickOnEnter(*this);
 }
 

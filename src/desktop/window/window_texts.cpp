@@ -6,6 +6,10 @@
 #include <variant>
 #include <vector>
 
+#include <unicode/datefmt.h>
+#include <unicode/locid.h>
+#include <unicode/timezone.h>
+
 namespace linewatch::desktop {
 
 namespace {
@@ -17,6 +21,18 @@ std::string isolated(const std::string& text) { return "\u2068" + text + "\u2069
 
 QDateTime localTime(Date date) {
   return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date) * 1000)));
+}
+
+/// The date in the order and with the words of the locale. `skeleton`: the fields to show.
+QString shortDate(const QDate& date, const char* skeleton, const QLocale& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createInstanceForSkeleton(
+      skeleton, icu::Locale::forLanguageTag(locale.bcp47Name().toStdString(), status), status));
+  if (U_FAILURE(status)) return locale.toString(date, QLocale::ShortFormat);
+  format->setTimeZone(*icu::TimeZone::getGMT());
+  icu::UnicodeString text;
+  format->format(static_cast<UDate>(date.startOfDay(Qt::UTC).toMSecsSinceEpoch()), text);
+  return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
 }
 
 }  // namespace
@@ -44,6 +60,31 @@ QString WindowTexts::dateAndTime(Date date, Date now, QLocale::FormatType format
   QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
   if (time.date() == localTime(now).date()) return timeOfDay;
   return locale_.toString(time.date(), format) + QStringLiteral(", ") + timeOfDay;
+}
+
+QString WindowTexts::shortDateAndTime(Date date, Date now) const {
+  const QDateTime time = localTime(date);
+  const QDate today = localTime(now).date();
+  const QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
+  if (time.date() == today) return timeOfDay;
+  const char* const skeleton = time.date().year() == today.year() ? "EEEMMMd" : "yMMMd";
+  return shortDate(time.date(), skeleton, locale_) + QStringLiteral(", ") + timeOfDay;
+}
+
+QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, Date now) const {
+  const auto& texts = *this;
+  if (!start && !end) return texts("UntilFurtherNotice");
+  if (!end) return texts("From", {shortDateAndTime(*start, now).toStdString()});
+  if (!start) return texts("Until", {shortDateAndTime(*end, now).toStdString()});
+  const bool isOneDay = localTime(*start).date() == localTime(*end).date();
+  return texts("Period", {shortDateAndTime(*start, now).toStdString(),
+                          shortDateAndTime(*end, isOneDay ? *start : now).toStdString()});
+}
+
+FeedTexts WindowTexts::feedTexts() const {
+  return FeedTexts::lookedUp([this](std::string_view key, std::string_view english) {
+    return localization_->feedString(key, english);
+  });
 }
 
 }  // namespace linewatch::desktop

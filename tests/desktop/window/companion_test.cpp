@@ -34,7 +34,8 @@ TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
   openRow(activityOfRow(0));
   const auto fields = std::make_shared<const TransitLineFields>(TransitLineFields{
       .muid = 2, .name = hostile, .artwork = std::make_shared<const TransitArtworkDataSource>(artwork("7"))});
-  findLines_({{11, {fields}}});
+  found_({{11, {.lines = {fields}, .stops = {hostile}}}});
+  settle();
   stored_ = {{FavoriteKind::line, hostile, hostile}};
   openFavorites();
   int toolTips = 0;
@@ -67,9 +68,7 @@ TEST_F(CompanionTest, ExplainsWhatItCannotOpen) {
   withoutLine.setDisplayOptions(std::move(options));
   for (const Dictionary& given : {info, Dictionary{}, Dictionary{{"bs", "text"}}, Dictionary{{"bs", Bytes{}}},
                                   Dictionary{{"bs", withoutLine.data()}}}) {
-    std::optional<Error> failed;
-    companion_->openActivity({*data.activityType(), given},
-                             [&](bool, const std::optional<Error>& error) { failed = error; });
+    const std::optional<Error> failed = errorOfOpening({*data.activityType(), given});
     ASSERT_TRUE(failed);
     EXPECT_THAT(sentenceOf(*failed), HasSubstr(*data.activityType()));
   }

@@ -57,11 +57,20 @@ class CompanionTest : public PanelTest {
   }
   /// Opens the row's own activity.
   bool openRow(const RVUserActivityData& data) {
-    bool opened = false;
-    companion_->openActivity({*data.activityType(), *data.userInfo()},
-                             [&](bool success, const std::optional<Error>&) { opened = success; });
+    return !errorOfOpening({*data.activityType(), *data.userInfo()});
+  }
+  /// Waits until the activity has been opened.
+  std::optional<Error> errorOfOpening(const UserActivity& activity) {
+    bool isDone = false;
+    std::optional<Error> failed;
+    companion_->openActivity(activity, [&](bool success, const std::optional<Error>& error) {
+      isDone = true;
+      failed = error;
+      EXPECT_NE(success, error.has_value());
+    });
+    while (!isDone) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     settle();
-    return opened;
+    return failed;
   }
   const RVUserActivityData& activityOfRow(std::size_t row) {
     const auto item =
@@ -100,12 +109,16 @@ class CompanionTest : public PanelTest {
   }
 
   DetailsServices detailsServices() {
-    return {.findLines =
-                [this](std::vector<std::uint64_t> muids, const DetailsServices::LinesFound& found) {
-                  askedLines_ = std::move(muids);
-                  findLines_ = found;
+    return {.findIncidents =
+                [this](std::vector<std::uint64_t> muids, const DetailsServices::IncidentsFound& found) {
+                  askedIncidents_ = std::move(muids);
+                  found_ = found;
                 },
-            .openLink = [this](const QUrl& url) { openedLinks_.append(url.toString()); }};
+            .openLink =
+                [this](const QUrl& url) {
+                  openedLinks_.append(url.toString());
+                  return linksOpen_;
+                }};
   }
   FavoritesServices favoritesServices() {
     return {.favorites = [this]() -> Outcome<std::vector<StoredFavorite>> {
@@ -138,8 +151,9 @@ class CompanionTest : public PanelTest {
   }
 
   std::unique_ptr<Companion> companion_;
-  std::vector<std::uint64_t> askedLines_;
-  DetailsServices::LinesFound findLines_;
+  std::vector<std::uint64_t> askedIncidents_;
+  DetailsServices::IncidentsFound found_;
+  bool linksOpen_ = true;
   QStringList openedLinks_;
   std::vector<StoredFavorite> stored_;
   std::function<void(const FeedLines&)> linesLoaded_;

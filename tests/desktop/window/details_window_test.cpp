@@ -1,5 +1,11 @@
 #include "desktop/window/details_window.h"
 
+#include <QScrollBar>
+#include <QTimer>
+#include <QWheelEvent>
+#include <algorithm>
+#include <chrono>
+
 #include "desktop/window/companion_test.h"
 #include "desktop/window/link_button.h"
 
@@ -10,56 +16,284 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-TEST_F(CompanionTest, ShowsTheLineOfARow) {
-  startCompanion();
-  ASSERT_TRUE(openRow(activityOfRow(0)));
-  const auto* const details = window<DetailsWindow>();
-  ASSERT_NE(details, nullptr);
-  EXPECT_EQ(details->windowTitle(), "A");
-  const QStringList labels = labelsOf(*details);
-  EXPECT_THAT(labels, Contains("Metro"));
-  EXPECT_THAT(labels, Not(Contains("A"))) << "the shield says it already";
-  EXPECT_THAT(labels, Contains("Strike"));
-  EXPECT_THAT(labels, Contains("No service"));
-  EXPECT_THAT(labels, Contains("Few trains run.\n\nMore <b>buses</b> do."));
-  EXPECT_TRUE(labels.filter("Until ").size() == 1) << labels.join("|").toStdString();
-  for (const QLabel* label : details->findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
-  press(*details->findChild<LinkButton*>(), Qt::Key_Return);
-  EXPECT_THAT(openedLinks_, ElementsAre("https://example.org/strike"));
-}
-
-TEST_F(CompanionTest, AddsAffectedLinesWhenTheyAreFound) {
-  startCompanion();
-  openRow(activityOfRow(0));
-  EXPECT_THAT(askedLines_, ElementsAre(11U));
-  const auto lineCalled = [](std::uint64_t muid, const std::string& name) {
+class DetailsWindowTest : public CompanionTest {
+ protected:
+  std::shared_ptr<const TransitLineFields> line(std::uint64_t muid, const std::string& name) {
     const auto shield = std::make_shared<const TransitArtworkDataSource>(artwork(name));
     return std::make_shared<const TransitLineFields>(
         TransitLineFields{.muid = muid, .name = name, .artwork = shield});
+  }
+  /// Opens line "A" with other incidents.
+  void openLine(const std::vector<TransitIncidentFields>& incidents) {
+    TransitIncidents records;
+    for (const TransitIncidentFields& fields : incidents)
+      records.push_back(std::make_shared<const TransitIncidentRecord>(fields));
+    openLine(std::move(records));
+  }
+  void openLine(TransitIncidents incidents) {
+    const auto record = std::make_shared<RovaActivity>();
+    record->setLineItem(std::make_shared<const TransitStorageLineItem>(
+        TransitLineRecord(TransitLineFields{.muid = 1, .name = "A"}, std::move(incidents))));
+    UserActivity activity{*activityOfRow(0).activityType(), {{kActivityRecordKey, record->data()}}};
+    EXPECT_FALSE(errorOfOpening(activity));
+  }
+  DetailsWindow& details() { return *window<DetailsWindow>(); }
+  QStringList labels() { return labelsOf(details()); }
+  Date now() { return platform_->mainLoop().now(); }
+};
+
+TEST_F(DetailsWindowTest, ShowsTheLineOfARow) {
+  startCompanion();
+  ASSERT_TRUE(openRow(activityOfRow(0)));
+  EXPECT_EQ(details().windowTitle(), "A");
+  EXPECT_THAT(labels(), Contains("Metro"));
+  EXPECT_THAT(labels(), Not(Contains("A"))) << "the shield says it already";
+  EXPECT_THAT(labels(), Contains("Strike"));
+  EXPECT_THAT(labels(), Contains("No service"));
+  EXPECT_THAT(labels(), Contains("Few trains run.\n\nMore <b>buses</b> do."));
+  EXPECT_TRUE(labels().filter("Until ").size() == 1) << labels().join("|").toStdString();
+  for (const QLabel* label : details().findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
+  press(*details().findChild<LinkButton*>(), Qt::Key_Return);
+  EXPECT_THAT(openedLinks_, ElementsAre("https://example.org/strike"));
+  EXPECT_TRUE(labels().filter("could not be opened").empty());
+}
+
+TEST_F(DetailsWindowTest, SaysWhichLinksCannotBeOpened) {
+  startCompanion();
+  linksOpen_ = false;
+  openRow(activityOfRow(0));
+  auto& link = *details().findChild<LinkButton*>();
+  press(link, Qt::Key_Return);
+  EXPECT_THAT(labels(), Contains("This page could not be opened: https://example.org/strike"));
+  linksOpen_ = true;
+  press(link, Qt::Key_Return);
+  EXPECT_TRUE(labels().filter("could not be opened").empty());
+
+  openRow(activityOfRow(1));
+  EXPECT_EQ(details().findChild<LinkButton*>(), nullptr) << "only web pages get a link";
+  EXPECT_THAT(labels(), Contains("This link is not a web page and cannot be opened: file:///etc/passwd"));
+}
+
+TEST_F(DetailsWindowTest, AddsWhatTheFeedsKnowWhenItIsFound) {
+  startCompanion();
+  openRow(activityOfRow(0));
+  EXPECT_THAT(askedIncidents_, ElementsAre(11U));
+  const auto strips = [&] { return stripsOf(details()); };
+  const auto find = [&](const DetailsServices::IncidentsFound& found, const FoundIncidents& incidents) {
+    found(incidents);
+    settle();
   };
-  const auto strips = [] { return stripsOf(*window<DetailsWindow>()); };
-  const auto findOfFirst = findLines_;
-  findLines_({{11, {lineCalled(1, "A")}}});
+  const auto foundOfFirst = found_;
+  find(found_, {{11, {.lines = {line(1, "A")}}}});
   EXPECT_EQ(strips().size(), 1U) << "the line of the window itself is left out";
-  const int height = window<DetailsWindow>()->height();
-  findLines_({{11, {lineCalled(1, "A"), lineCalled(2, "B")}}, {99, {}}});
+  const int height = details().height();
+  FoundIncident strike{.lines = {line(1, "A"), line(2, "B")},
+                       .severity = IncidentSeverity::severe,
+                       .cause = AlertCause::strike,
+                       .effect = AlertEffect::noService,
+                       .stops = {"Harbour", "Zoo"},
+                       .isOneDirectionOnly = true};
+  find(found_, {{11, strike}, {99, {}}});
   ASSERT_EQ(strips().size(), 2U);
   EXPECT_EQ(strips().back()->accessibleName(), "Affected lines: A, B");
-  EXPECT_GT(window<DetailsWindow>()->height(), height);
+  EXPECT_THAT(labels(), Contains("Severe · No service · In one direction only"))
+      << "the title says the cause, and the record the effect";
+  EXPECT_THAT(labels(), Contains("Stops: Harbour, Zoo"));
+  EXPECT_GT(details().height(), height);
+
   openRow(activityOfRow(1));
-  findOfFirst({{12, {lineCalled(1, "A"), lineCalled(2, "B")}}});
+  find(foundOfFirst, {{12, {.lines = {line(1, "A"), line(2, "B")}}}});
   EXPECT_EQ(strips().size(), 1U) << "an answer for earlier content is ignored";
 }
 
-TEST_F(CompanionTest, ShowsTheIncidentsOfTheSummary) {
+TEST_F(DetailsWindowTest, NamesThousandsOfLinesInPart) {
+  startCompanion();
+  openRow(activityOfRow(0));
+  FoundIncident found;
+  for (std::uint64_t i = 0; i < 1000; ++i) found.lines.push_back(line(i + 1, std::to_string(i)));
+  found_({{11, found}});
+  settle();
+  EXPECT_THAT(labels(), Contains("and 960 more lines"));
+  EXPECT_TRUE(stripsOf(details()).back()->accessibleName().endsWith("57, 58, 59 and 940 more"));
+}
+
+TEST_F(DetailsWindowTest, ShowsTheIncidentsOfTheSummary) {
   startCompanion();
   ASSERT_TRUE(openRow(activityOfSummary()));
-  const auto* const details = window<DetailsWindow>();
-  EXPECT_EQ(details->windowTitle(), "2 Advisories");
-  EXPECT_THAT(labelsOf(*details), Contains("Strike"));
-  EXPECT_THAT(labelsOf(*details), Contains("Works"));
-  EXPECT_THAT(askedLines_, ElementsAre(11U, 12U));
-  EXPECT_EQ(details->findChildren<LinkButton*>().size(), 1) << "only web pages get a link";
+  EXPECT_EQ(details().windowTitle(), "2 Advisories");
+  EXPECT_THAT(labels(), Contains("Strike"));
+  EXPECT_THAT(labels(), Contains("Works"));
+  EXPECT_THAT(askedIncidents_, ElementsAre(11U, 12U));
+}
+
+TEST_F(DetailsWindowTest, SeparatesWhatIsComingUpFromWhatIsNow) {
+  startCompanion();
+  const Seconds day(86400);
+  openLine({{.muid = 1, .startDate = now() + 3 * day, .title = "In three days"},
+            {.muid = 2, .startDate = now() + 8 * day, .title = "In eight days"},
+            {.muid = 3, .startDate = now() - day, .endDate = now() - Seconds(1), .title = "Yesterday"},
+            {.muid = 4, .startDate = now() + day, .title = "Tomorrow"},
+            {.muid = 5, .endDate = now() + day, .title = "Now"}});
+  const QStringList all = labels();
+  QStringList order;
+  for (const QString& label : all) {
+    if (!label.startsWith("From ") && !label.contains(" to ") && !label.startsWith("Until "))
+      order.append(label);
+  }
+  EXPECT_THAT(order, ElementsAre("A", "Now", "Coming up", "Tomorrow", "In three days", "Later",
+                                 "In eight days", "Ended", "Yesterday"));
+  openLine({{.muid = 4, .startDate = now() + day, .title = "Tomorrow"}});
+  EXPECT_THAT(labels(), Contains("No advisories are known for this line."));
+  EXPECT_THAT(labels(), Contains("Coming up"));
+}
+
+TEST_F(DetailsWindowTest, SaysNothingTwice) {
+  startCompanion();
+  openLine({{.muid = 1, .title = "Line A closed", .fullDescription = "Line A closed. Stops Zoo and Hills."},
+            {.muid = 2, .title = "Works", .summary = "works."}});
+  found_({{1, {.effect = AlertEffect::detour, .stops = {"Zoo", "Hills"}}}});
+  settle();
+  EXPECT_THAT(labels(), ElementsAre("A", "Line A closed", "Until further notice", "Stops Zoo and Hills.",
+                                    "Works", "Until further notice", "Detour"));
+}
+
+/// Notes the longest time between two turns of the main thread's event loop.
+class Heartbeat {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  Heartbeat() {
+    QObject::connect(&timer_, &QTimer::timeout, [this] { beat(); });
+    timer_.start(0);
+  }
+  /// Counts the time since the last beat too.
+  double longestMilliseconds() {
+    beat();
+    return longest_;
+  }
+
+ private:
+  void beat() {
+    const auto now = Clock::now();
+    longest_ = std::max(longest_, std::chrono::duration<double, std::milli>(now - last_).count());
+    last_ = now;
+  }
+
+  QTimer timer_;
+  Clock::time_point last_ = Clock::now();
+  double longest_ = 0;
+};
+
+class LargeDetailsTest : public DetailsWindowTest {
+ protected:
+  // Milliseconds. The window aims at 50; the rest is for a busy machine and sanitizers.
+  static constexpr double kLongestHold = 400;
+
+  /// Scrolls by wheel, by page and to both ends.
+  void scrollAround() {
+    auto& column = *details().findChild<DetailsColumn*>();
+    QScrollBar& bar = *column.verticalScrollBar();
+    const auto turn = [] { QCoreApplication::processEvents(); };
+    for (int i = 0; i < 60; ++i) {
+      if (i % 2 == 0) bar.setValue(bar.value() + 120);
+      if (i % 2 == 1) bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+      turn();
+    }
+    for (int i = 1; i < 20; ++i) {
+      bar.setValue(bar.maximum() / 20 * i);
+      turn();
+    }
+    press(column, Qt::Key_End);
+    for (int i = 0; i < 20; ++i) turn();
+  }
+  /// Opens and scrolls, and gives the longest time the main thread was held, in milliseconds.
+  double holdOf(const std::vector<TransitIncidentFields>& incidents) {
+    startCompanion();
+    // The first window and the first text of a process load the style and fonts.
+    openRow(activityOfRow(0));
+    Heartbeat heartbeat;
+    openLine(incidents);
+    scrollAround();
+    const double hold = heartbeat.longestMilliseconds();
+    RecordProperty("longestHoldInMilliseconds", std::to_string(hold));
+    return hold;
+  }
+  std::size_t widgets() { return static_cast<std::size_t>(details().findChildren<QWidget*>().size()); }
+};
+
+std::string wordsOf(std::size_t bytes) {
+  std::string words;
+  for (std::size_t i = 0; words.size() < bytes; ++i)
+    words +=
+        "Trains of line " + std::to_string(i) + (i % 40 == 39 ? " end at the harbour.\n\n" : " are late, ");
+  return words + "THE END";
+}
+
+TEST_F(LargeDetailsTest, ThousandsOfIncidentsHoldTheMainThreadForMomentsOnly) {
+  std::vector<TransitIncidentFields> incidents;
+  for (std::uint64_t i = 0; i < 4000; ++i) {
+    incidents.push_back({.muid = i + 1,
+                         .startDate = now(),
+                         .title = "Incident " + std::to_string(i),
+                         .fullDescription = wordsOf(300),
+                         .infoURL = "https://example.org/"});
+  }
+  EXPECT_LT(holdOf(incidents), kLongestHold);
+  EXPECT_THAT(labels(), Contains("Incident 3999")) << "the last one is shown at the end";
+  EXPECT_LT(widgets(), 600U) << "only those near the visible range have widgets";
+  Heartbeat heartbeat;
+  FoundIncidents found;
+  for (std::uint64_t i = 0; i < 4000; ++i)
+    found[i + 1] = {.lines = {line(1, "A"), line(2, "B")}, .effect = AlertEffect::detour};
+  found_(found);
+  settle();
+  EXPECT_LT(heartbeat.longestMilliseconds(), kLongestHold);
+  EXPECT_THAT(labels(), Contains("Detour"));
+}
+
+TEST_F(LargeDetailsTest, ATextOfMegabytesHoldsTheMainThreadForMomentsOnly) {
+  EXPECT_LT(holdOf({{.muid = 1, .title = "Long", .fullDescription = wordsOf(8'000'000)}}), kLongestHold);
+  EXPECT_TRUE(labels().back().endsWith("THE END"));
+  EXPECT_LT(widgets(), 200U);
+}
+
+TEST_F(LargeDetailsTest, ATextWithoutSpacesIsWrapped) {
+  EXPECT_LT(holdOf({{.muid = 1,
+                     .title = std::string(1'000'000, 'x'),
+                     .fullDescription = std::string(1'000'000, '\n')}}),
+            kLongestHold);
+  for (const QLabel* const label : details().findChildren<QLabel*>())
+    EXPECT_LE(label->minimumSizeHint().width(), details().width()) << label->text().left(20).toStdString();
+}
+
+TEST_F(LargeDetailsTest, WhatIsVisibleStaysWhenHeightsAboveAreCorrected) {
+  startCompanion();
+  std::vector<TransitIncidentFields> incidents;
+  for (std::uint64_t i = 0; i < 300; ++i)
+    incidents.push_back(
+        {.muid = i + 1, .title = "Incident " + std::to_string(i), .fullDescription = wordsOf(2000)});
+  openLine(incidents);
+  auto& column = *details().findChild<DetailsColumn*>();
+  QScrollBar& bar = *column.verticalScrollBar();
+  bar.setValue(bar.maximum() / 2);
+  settle();
+  const QLabel* seen = nullptr;
+  for (const QLabel* const label : details().findChildren<QLabel*>()) {
+    if (label->text().startsWith("Incident") && label->y() > 0 && label->y() < column.height()) seen = label;
+  }
+  ASSERT_NE(seen, nullptr);
+  const QString text = seen->text();
+  const int y = seen->y();
+  FoundIncidents found;
+  for (std::uint64_t i = 0; i < 300; ++i) found[i + 1] = {.effect = AlertEffect::detour};
+  // Those above and not those that are visible.
+  found.erase(found.lower_bound(text.mid(9).toULongLong() - 5), found.end());
+  found_(found);
+  settle();
+  const auto all = details().findChildren<QLabel*>();
+  const auto again = std::ranges::find(all, text, [](const QLabel* label) { return label->text(); });
+  ASSERT_NE(again, all.end());
+  EXPECT_NEAR((*again)->y(), y, 1);
 }
 
 }  // namespace

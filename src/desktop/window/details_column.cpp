@@ -1,0 +1,240 @@
+#include "desktop/window/details_column.h"
+
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+#include <utility>
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Milliseconds. Long enough for a screen of text, and well below what a user notices.
+constexpr qint64 kSlice = 12;
+// Points beyond the visible range in which parts are made.
+constexpr int kLeastOverscan = 300;
+constexpr int kScrollStep = 24;
+
+}  // namespace
+
+DetailsColumn::DetailsColumn(int margin) : margin_(margin) {
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFocusPolicy(Qt::StrongFocus);
+  verticalScrollBar()->setSingleStep(kScrollStep);
+  later_.setSingleShot(true);
+  connect(&later_, &QTimer::timeout, this, [this] { layOut(); });
+}
+
+void DetailsColumn::clear() {
+  for (const auto& [index, widget] : widgets_) delete widget;
+  widgets_.clear();
+  slots_.clear();
+  verticalScrollBar()->setRange(0, 0);
+}
+
+std::size_t DetailsColumn::add(ColumnPart part) {
+  Slot slot;
+  slot.height = part.estimatedHeight;
+  slot.isEmpty = part.estimatedHeight == 0;
+  slot.part = std::move(part);
+  slot.top = slots_.empty() ? margin_ : slots_.back().top + slots_.back().extent();
+  slots_.push_back(std::move(slot));
+  layOutLater();
+  return slots_.size() - 1;
+}
+
+void DetailsColumn::remake(std::size_t index, int estimatedHeight) {
+  Slot& slot = slots_[index];
+  slot.measuredWidth = 0;
+  slot.height = slot.part.estimatedHeight = estimatedHeight;
+  slot.isEmpty = estimatedHeight == 0;
+  if (const auto made = widgets_.find(index); made != widgets_.end()) {
+    // The widget may be the sender of the present event.
+    if (made->second != nullptr) {
+      made->second->hide();
+      made->second->deleteLater();
+    }
+    widgets_.erase(made);
+  }
+  layOutLater();
+}
+
+void DetailsColumn::layOutLater() {
+  if (!later_.isActive()) later_.start(0);
+}
+
+// ---- Layout ----
+
+void DetailsColumn::layOut() {
+  slice_.start();
+  const Anchor fixed = anchor();
+  const bool isComplete = makeNear(fixed);
+  place(fixed);
+  if (isComplete) {
+    later_.stop();
+  } else {
+    later_.start(0);
+  }
+  if (heightDidChange_) heightDidChange_();
+}
+
+bool DetailsColumn::isSliceOver() const { return slice_.elapsed() >= kSlice; }
+
+/// Does not depend on the scroll bar, which takes its room from the margin: a bar that came and went with the
+/// height of the text would never come to rest.
+int DetailsColumn::contentWidth() const { return std::max(1, width() - 2 * margin_); }
+
+int DetailsColumn::contentHeight() const {
+  int height = 2 * margin_;
+  for (const Slot& slot : slots_) height += slot.extent();
+  return height;
+}
+
+void DetailsColumn::updateTops() {
+  int top = margin_;
+  for (Slot& slot : slots_) {
+    slot.top = top;
+    top += slot.extent();
+  }
+}
+
+DetailsColumn::Anchor DetailsColumn::anchor() const {
+  const QScrollBar& bar = *verticalScrollBar();
+  const auto below = std::ranges::upper_bound(slots_, bar.value(), {}, &Slot::top);
+  const std::size_t index =
+      below == slots_.begin() ? 0 : static_cast<std::size_t>(below - slots_.begin()) - 1;
+  const int top = slots_.empty() ? 0 : slots_[index].top;
+  return {index, bar.value() - top, bar.value() > 0 && bar.value() == bar.maximum()};
+}
+
+bool DetailsColumn::makeNear(const Anchor& anchor) {
+  const int overscan = std::max(kLeastOverscan, viewport()->height());
+  std::size_t last = anchor.index;
+  int room = viewport()->height() + anchor.offset + overscan;
+  for (; last < slots_.size() && room > 0; ++last) {
+    if (isSliceOver()) return false;
+    ensure(last);
+    room -= slots_[last].extent();
+  }
+  std::size_t first = anchor.index;
+  // At the end the parts above fill the visible range.
+  room = overscan - anchor.offset + (anchor.isAtEnd ? viewport()->height() : 0);
+  for (; first > 0 && room > 0; --first) {
+    if (isSliceOver()) return false;
+    ensure(first - 1);
+    room -= slots_[first - 1].extent();
+  }
+  dropOutside(first, last);
+  return true;
+}
+
+void DetailsColumn::ensure(std::size_t index) {
+  Slot& slot = slots_[index];
+  const auto [place, isNew] = widgets_.try_emplace(index, nullptr);
+  if (isNew) {
+    place->second = slot.part.make();
+    if (place->second != nullptr) place->second->setParent(viewport());
+    hasTabOrder_ = false;
+  }
+  if (!isNew && slot.measuredWidth == contentWidth()) return;
+  slot.measuredWidth = contentWidth();
+  slot.isEmpty = place->second == nullptr;
+  if (place->second != nullptr) measure(slot, *place->second);
+}
+
+void DetailsColumn::measure(Slot& slot, QWidget& widget) const {
+  widget.ensurePolished();
+  const int width = contentWidth();
+  slot.height = widget.hasHeightForWidth() ? widget.heightForWidth(width) : widget.sizeHint().height();
+}
+
+void DetailsColumn::dropOutside(std::size_t first, std::size_t last) {
+  for (auto each = widgets_.begin(); each != widgets_.end();) {
+    QWidget* const widget = each->second;
+    const bool isNear = each->first >= first && each->first < last;
+    // A widget with the keyboard's focus stays, so that the focus is not lost by scrolling.
+    const bool hasFocus = widget != nullptr && (widget->hasFocus() || widget->isAncestorOf(focusWidget()));
+    if (isNear || hasFocus) {
+      ++each;
+      continue;
+    }
+    delete widget;
+    each = widgets_.erase(each);
+  }
+}
+
+void DetailsColumn::place(const Anchor& anchor) {
+  updateTops();
+  isPlacing_ = true;
+  QScrollBar& bar = *verticalScrollBar();
+  bar.setPageStep(viewport()->height());
+  bar.setRange(0, std::max(0, contentHeight() - viewport()->height()));
+  const int kept = slots_.empty() ? 0 : slots_[anchor.index].top + anchor.offset;
+  bar.setValue(anchor.isAtEnd ? bar.maximum() : kept);
+  isPlacing_ = false;
+  placeWidgets();
+  if (!std::exchange(hasTabOrder_, true)) chainTabOrder();
+}
+
+void DetailsColumn::placeWidgets() {
+  const int scrolled = verticalScrollBar()->value();
+  const int barWidth = width() - viewport()->width();
+  const int left = isRightToLeft() ? margin_ - barWidth : margin_;
+  for (const auto& [index, widget] : widgets_) {
+    if (widget == nullptr) continue;
+    const Slot& slot = slots_[index];
+    const bool isFixed = widget->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
+    const int width = isFixed ? std::min(widget->sizeHint().width(), contentWidth()) : contentWidth();
+    const int x = isRightToLeft() ? left + contentWidth() - width : left;
+    widget->setGeometry(x, slot.top + slot.part.gap - scrolled, width, slot.height);
+    widget->show();
+  }
+}
+
+/// New widgets come last in the window's focus chain, wherever they are in the column.
+void DetailsColumn::chainTabOrder() {
+  QWidget* before = this;
+  for (const auto& [index, widget] : widgets_) {
+    if (widget == nullptr) continue;
+    setTabOrder(before, widget);
+    before = widget;
+  }
+}
+
+// ---- Events ----
+
+void DetailsColumn::scrollContentsBy(int, int) {
+  if (!isPlacing_) layOut();
+}
+
+void DetailsColumn::resizeEvent(QResizeEvent* event) {
+  QAbstractScrollArea::resizeEvent(event);
+  if (!isPlacing_) layOut();
+}
+
+void DetailsColumn::showEvent(QShowEvent* event) {
+  QAbstractScrollArea::showEvent(event);
+  layOut();
+}
+
+void DetailsColumn::keyPressEvent(QKeyEvent* event) {
+  QScrollBar& bar = *verticalScrollBar();
+  if (event->key() == Qt::Key_Home) return bar.setValue(0);
+  if (event->key() == Qt::Key_End) return bar.setValue(bar.maximum());
+  QAbstractScrollArea::keyPressEvent(event);
+}
+
+/// Scrolls to the widget that gets the focus.
+bool DetailsColumn::focusNextPrevChild(bool next) {
+  if (!QAbstractScrollArea::focusNextPrevChild(next)) return false;
+  const QWidget* const focused = window()->focusWidget();
+  if (focused == nullptr || !viewport()->isAncestorOf(focused)) return true;
+  const int top = focused->mapTo(viewport(), QPoint()).y();
+  const int tooLow = std::max(0, top + focused->height() + margin_ - viewport()->height());
+  const int shift = top < 0 ? top - margin_ : tooLow;
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + shift);
+  return true;
+}
+
+}  // namespace linewatch::desktop
