@@ -1,6 +1,7 @@
 #include "companion/details_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace linewatch {
 
@@ -55,14 +56,17 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kWhiteSpace) + 1 - first);
 }
 
+std::string_view takeTextBlock(std::string_view& text, std::size_t limit) {
+  if (text.size() <= limit) return std::exchange(text, {});
+  const Split split = firstSplit(text, limit);
+  const std::string_view block = text.substr(0, split.block);
+  text.remove_prefix(split.next);
+  return block;
+}
+
 std::vector<std::string_view> textBlocks(std::string_view text, std::size_t limit) {
   std::vector<std::string_view> blocks;
-  while (text.size() > limit) {
-    const Split split = firstSplit(text, limit);
-    blocks.push_back(text.substr(0, split.block));
-    text.remove_prefix(split.next);
-  }
-  if (!text.empty()) blocks.push_back(text);
+  while (!text.empty()) blocks.push_back(takeTextBlock(text, limit));
   return blocks;
 }
 

@@ -10,9 +10,11 @@ namespace linewatch {
 /// The text without white space at its ends.
 std::string_view trimmed(std::string_view text);
 
-/// Splits a text into blocks of at most `limit` bytes: after the last line in that range, else after the last
-/// word, else between two characters. The line break or space at a split is left out. An empty text has no
-/// blocks.
+/// Takes a block of at most `limit` bytes from the front of a text: up to the last line in that range, else
+/// up to the last word, else up to the last whole character. The line break or space after it is left out.
+std::string_view takeTextBlock(std::string_view& text, std::size_t limit);
+
+/// All blocks of the text; none of an empty text.
 std::vector<std::string_view> textBlocks(std::string_view text, std::size_t limit);
 
 /// The description without the title at its head. The title is only left out when it stands there as a whole

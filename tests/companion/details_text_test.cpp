@@ -12,7 +12,7 @@ using testing::IsEmpty;
 TEST(DetailsText, SplitsAtLinesElseAtWordsElseBetweenCharacters) {
   EXPECT_THAT(textBlocks("", 10), IsEmpty());
   EXPECT_THAT(textBlocks("one line", 10), ElementsAre("one line"));
-  EXPECT_THAT(textBlocks("line 1\nb c\n\nline 4", 12), ElementsAre("line 1\nb c", "\nline 4"))
+  EXPECT_THAT(textBlocks("line 1\nb c\n\nline 4", 12), ElementsAre("line 1\nb c\n", "line 4"))
       << "an empty line stays";
   EXPECT_THAT(textBlocks("some words in a row", 12), ElementsAre("some words", "in a row"));
   EXPECT_THAT(textBlocks("a\nwordwithoutend", 9), ElementsAre("a\nwordwit", "houtend"))

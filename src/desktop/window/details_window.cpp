@@ -26,6 +26,7 @@ namespace {
 // Points.
 constexpr int kDetailsWidth = 440;
 constexpr int kDetailsMargin = 24;
+constexpr int kTextWidth = kDetailsWidth - 2 * kDetailsMargin;
 constexpr int kGapWithinIncident = 8;
 constexpr int kSmallGap = 4;
 constexpr int kGapBetweenIncidents = 20;
@@ -42,8 +43,6 @@ constexpr std::int64_t kAffectedShieldStep = 2;
 constexpr double kShareOfScreen = 0.8;
 // Bytes of a text in one label. Laying out a label of this size takes a few milliseconds.
 constexpr std::size_t kTextBlock = 1500;
-// Characters without a space after which a word may be broken.
-constexpr int kLongestWord = 50;
 // Milliseconds for which incidents are added in one turn of the event loop.
 constexpr qint64 kAddingSlice = 8;
 // What is shown of lists and titles that have no limit of their own.
@@ -59,21 +58,20 @@ std::string shieldTextOf(const SharedArtwork& artwork) {
 
 /// The text's first characters.
 QString shortened(std::string_view text) {
-  const auto blocks = textBlocks(trimmed(text), kLongestShortText);
-  if (blocks.empty()) return {};
-  const QString first = QString::fromUtf8(blocks.front().data(), static_cast<int>(blocks.front().size()));
-  return blocks.size() > 1 ? first + QStringLiteral("…") : first;
+  std::string_view rest = trimmed(text);
+  const std::string_view first = takeTextBlock(rest, kLongestShortText);
+  const QString shown = QString::fromUtf8(first.data(), static_cast<int>(first.size()));
+  return rest.empty() ? shown : shown + QStringLiteral("…");
 }
 
-/// Allows line breaks in words that are longer than any line.
-QString withBreaks(std::string_view text) {
-  QString broken;
+/// Allows breaks in words of more characters than `longest`, after every `longest` characters.
+QString withBreaks(std::string_view text, int longest) {
+  QString broken = QString::fromUtf8(text.data(), static_cast<int>(text.size()));
   int wordLength = 0;
-  for (const QChar character : QString::fromUtf8(text.data(), static_cast<int>(text.size()))) {
-    wordLength = character.isSpace() ? 0 : wordLength + 1;
-    broken += character;
-    if (wordLength < kLongestWord || character.isHighSurrogate()) continue;
-    broken += QChar(0x200B);
+  for (int i = 0; i < broken.size(); ++i) {
+    wordLength = broken[i].isSpace() ? 0 : wordLength + 1;
+    if (wordLength <= longest || broken[i].isLowSurrogate()) continue;
+    broken.insert(i, QChar(0x200B));
     wordLength = 0;
   }
   return broken;
@@ -158,6 +156,7 @@ void DetailsWindow::startOver() {
   column_->clear();
   entries_.clear();
   nextEntry_ = 0;
+  steps_.clear();
   found_.clear();
   lookedUpParts_.clear();
   failedLinks_.clear();
@@ -217,8 +216,7 @@ void DetailsWindow::addGroups(const TransitIncidents& incidents) {
     std::ranges::stable_sort(groups[static_cast<std::size_t>(group)], {},
                              [](const SharedIncident& incident) { return *incident->startDate(); });
   }
-  if (groups.front().empty())
-    addText(nullptr, texts()("NoIncidents").toStdString(), styles_->body, kGapBetweenIncidents);
+  if (groups.front().empty()) addShortText(texts()("NoIncidents"), styles_->body, kGapBetweenIncidents);
   for (std::size_t i = 0; i < groups.size(); ++i) {
     if (i > 0 && !groups[i].empty()) entries_.push_back({texts()(kGroupHeadings[i]), nullptr});
     for (SharedIncident& incident : groups[i]) entries_.push_back({{}, std::move(incident)});
@@ -246,15 +244,17 @@ void DetailsWindow::showFound(FoundIncidents found) {
 void DetailsWindow::addSomeEntries() {
   QElapsedTimer slice;
   slice.start();
-  while (nextEntry_ < entries_.size() && slice.elapsed() < kAddingSlice) {
-    const Entry& entry = entries_[nextEntry_++];
-    if (entry.incident) {
-      addIncident(entry.incident);
+  while (slice.elapsed() < kAddingSlice) {
+    if (!steps_.empty()) {
+      if (steps_.front()()) steps_.pop_front();
+    } else if (nextEntry_ < entries_.size()) {
+      const Entry& entry = entries_[nextEntry_++];
+      entry.incident ? addIncident(entry.incident) : addHeading(entry.heading);
     } else {
-      addHeading(entry.heading);
+      return;
     }
   }
-  if (nextEntry_ < entries_.size()) addingMore_.start(0);
+  addingMore_.start(0);
 }
 
 // ---- Parts of the content ----
@@ -282,69 +282,82 @@ QWidget* DetailsWindow::makeLineHeader(const std::string& name,
 }
 
 void DetailsWindow::addHeading(const QString& heading) {
-  addText(nullptr, heading.toStdString(), styles_->heading, kGapAboveHeading);
+  addShortText(heading, styles_->heading, kGapAboveHeading);
 }
 
 void DetailsWindow::addIncident(const SharedIncident& incident) {
   const std::string_view title = trimmed(titleOf(*incident));
+  addHead(incident);
+  addLongText(incident, title, styles_->title, kGapBetweenIncidents / 2);
+  steps_.emplace_back([this, incident] {
+    addFacts(incident);
+    return true;
+  });
+  addLongText(incident, descriptionWithoutTitle(descriptionOf(*incident), title), styles_->body,
+              kGapWithinIncident);
+  steps_.emplace_back([this, incident] {
+    addLink(incident);
+    addUpdated(*incident);
+    return true;
+  });
+}
+
+void DetailsWindow::addHead(const SharedIncident& incident) {
   column_->add({.make = makeRule, .gap = kGapBetweenIncidents / 2, .estimatedHeight = 2});
   addLookedUp(
       incident, [this](const FoundIncident& found) { return makeLines(found); }, kGapBetweenIncidents / 2);
   addLookedUp(
       incident, [this](const FoundIncident& found) { return makeMoreLines(found); }, kSmallGap);
-  addText(incident, title, styles_->title, kGapBetweenIncidents / 2);
+}
+
+void DetailsWindow::addFacts(const SharedIncident& incident) {
   addLookedUp(
       incident, [this, incident](const FoundIncident& found) { return makeFacts(*incident, found); },
       kSmallGap);
   const Date now = platform().mainLoop().now();
-  addText(nullptr, texts().period(incident->startDate(), incident->endDate(), now).toStdString(),
-          styles_->faint, kSmallGap);
+  addShortText(texts().period(incident->startDate(), incident->endDate(), now), styles_->faint, kSmallGap);
   addLookedUp(
       incident, [this, incident](const FoundIncident& found) { return makeStops(*incident, found); },
       kSmallGap);
-  addDescription(incident, title);
-  addLink(incident);
-  addUpdated(*incident);
 }
 
-void DetailsWindow::addText(const std::shared_ptr<const void>& owner, std::string_view text,
-                            const TextStyle& style, int gap) {
-  // A text without an owner is short, and copied.
-  auto kept = owner;
-  if (!kept) {
-    auto copy = std::make_shared<const std::string>(text);
-    text = *copy;
-    kept = std::move(copy);
-  }
-  const int perLine =
-      std::max(1, (kDetailsWidth - 2 * kDetailsMargin) / std::max(1, style.metrics.averageCharWidth()));
-  for (const std::string_view block : textBlocks(text, kTextBlock)) {
-    const auto lines =
-        std::ranges::count(block, '\n') + 1 + static_cast<std::ptrdiff_t>(block.size()) / perLine;
-    column_->add({.make = [this, kept, block, &style] { return makeText(block, style); },
-                  .gap = std::exchange(gap, 0),
-                  .estimatedHeight = static_cast<int>(lines) * style.metrics.lineSpacing()});
-  }
+void DetailsWindow::addShortText(const QString& text, const TextStyle& style, int gap) {
+  const auto kept = std::make_shared<const std::string>(text.toStdString());
+  addBlock(kept, *kept, style, gap);
+}
+
+void DetailsWindow::addLongText(const std::shared_ptr<const void>& owner, std::string_view text,
+                                const TextStyle& style, int gap) {
+  if (text.empty()) return;
+  steps_.emplace_back([this, owner, rest = text, &style, gap]() mutable {
+    addBlock(owner, takeTextBlock(rest, kTextBlock), style, std::exchange(gap, 0));
+    return rest.empty();
+  });
+}
+
+void DetailsWindow::addBlock(const std::shared_ptr<const void>& owner, std::string_view block,
+                             const TextStyle& style, int gap) {
+  const int perLine = std::max(1, kTextWidth / std::max(1, style.metrics.averageCharWidth()));
+  const auto lines = std::ranges::count(block, '\n') + 1 + std::ssize(block) / perLine;
+  column_->add({.make = [this, owner, block, &style] { return makeText(block, style); },
+                .gap = gap,
+                .estimatedHeight = static_cast<int>(lines) * style.metrics.lineSpacing()});
 }
 
 QLabel* DetailsWindow::makeText(std::string_view text, const TextStyle& style) const {
-  QLabel* const label = makeLabel(withBreaks(text), style.font, style.tone);
+  const int longest =
+      std::max(1, kTextWidth / std::max(1, style.metrics.horizontalAdvance(QLatin1Char('W'))));
+  QLabel* const label = makeLabel(withBreaks(text, longest), style.font, style.tone);
   if (&style == &styles_->body)
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   return label;
-}
-
-void DetailsWindow::addDescription(const SharedIncident& incident, std::string_view title) {
-  addText(incident, descriptionWithoutTitle(descriptionOf(*incident), title), styles_->body,
-          kGapWithinIncident);
 }
 
 void DetailsWindow::addUpdated(const TransitIncident& incident) {
   const auto updated = incident.lastUpdated();
   if (!updated) return;
   const QString when = texts().shortDateAndTime(*updated, platform().mainLoop().now());
-  addText(nullptr, texts()("Updated", {when.toStdString()}).toStdString(), styles_->faint,
-          kGapWithinIncident);
+  addShortText(texts()("Updated", {when.toStdString()}), styles_->faint, kGapWithinIncident);
 }
 
 /// Only web pages are opened: other schemes may start any program.
@@ -353,8 +366,7 @@ void DetailsWindow::addLink(const SharedIncident& incident) {
   if (address.isEmpty()) return;
   const QUrl url(QString::fromStdString(*incident->infoURL()).trimmed(), QUrl::StrictMode);
   if (!isWebPage(url)) {
-    addText(nullptr, texts()("LinkRefused", {address.toStdString()}).toStdString(), styles_->faint,
-            kGapWithinIncident);
+    addShortText(texts()("LinkRefused", {address.toStdString()}), styles_->faint, kGapWithinIncident);
     return;
   }
   const std::size_t failurePart = column_->partCount() + 1;

@@ -5,6 +5,7 @@
 #include <QUrl>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -67,10 +68,14 @@ class DetailsWindow final : public CompanionWindow {
                           const SharedArtwork& artwork) const;
   void addHeading(const QString& heading);
   void addIncident(const SharedIncident& incident);
-  /// `owner` keeps the text alive.
-  void addText(const std::shared_ptr<const void>& owner, std::string_view text, const TextStyle& style,
-               int gap);
-  void addDescription(const SharedIncident& incident, std::string_view title);
+  void addHead(const SharedIncident& incident);
+  void addFacts(const SharedIncident& incident);
+  void addShortText(const QString& text, const TextStyle& style, int gap);
+  /// Adds the blocks of the text in later steps. `owner` keeps the text alive.
+  void addLongText(const std::shared_ptr<const void>& owner, std::string_view text, const TextStyle& style,
+                   int gap);
+  void addBlock(const std::shared_ptr<const void>& owner, std::string_view block, const TextStyle& style,
+                int gap);
   void addLink(const SharedIncident& incident);
   void addUpdated(const TransitIncident& incident);
   /// Adds a part that depends on what the feeds know of the incident.
@@ -98,6 +103,9 @@ class DetailsWindow final : public CompanionWindow {
   std::unique_ptr<const TextStyles> styles_;
   std::vector<Entry> entries_;
   std::size_t nextEntry_ = 0;
+  /// Each adds some parts of the incident that is being added, and is true when it has added all of its
+  /// parts.
+  std::deque<std::function<bool()>> steps_;
   QTimer addingMore_;
   FoundIncidents found_;
   /// The parts that show what was found, by the incident's `muid`.
