@@ -272,12 +272,14 @@ QWidget* DetailsWindow::makeLineHeader(const std::string& name,
   row->addWidget(shield, 0, Qt::AlignTop);
   auto* const names = new QVBoxLayout;
   names->setSpacing(2);
+  // Stretches, not an alignment: an aligned layout gets the height of a single line.
+  names->addStretch();
   // The name is left out when the shield already says it.
   if (shield->isEmpty() || shieldTextOf(artwork) != name)
     names->addWidget(makeText(shortened(name).toStdString(), styles_->line));
   if (system) names->addWidget(makeLabel(shortened(system->name), font(kBodySize), Tone::faint));
+  names->addStretch();
   row->addLayout(names, 1);
-  row->setAlignment(names, Qt::AlignVCenter);
   return header;
 }
 

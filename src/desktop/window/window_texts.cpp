@@ -76,9 +76,9 @@ QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, 
   if (!start && !end) return texts("UntilFurtherNotice");
   if (!end) return texts("From", {shortDateAndTime(*start, now).toStdString()});
   if (!start) return texts("Until", {shortDateAndTime(*end, now).toStdString()});
-  const bool isOneDay = localTime(*start).date() == localTime(*end).date();
-  return texts("Period", {shortDateAndTime(*start, now).toStdString(),
-                          shortDateAndTime(*end, isOneDay ? *start : now).toStdString()});
+  // The end has no date only on the day of the start: after another date, a time alone would belong to that.
+  return texts("Period",
+               {shortDateAndTime(*start, now).toStdString(), shortDateAndTime(*end, *start).toStdString()});
 }
 
 FeedTexts WindowTexts::feedTexts() const {

@@ -1,5 +1,6 @@
 #include "desktop/window/details_window.h"
 
+#include <QDateTime>
 #include <QScrollBar>
 #include <QTimer>
 #include <QWheelEvent>
@@ -161,6 +162,33 @@ TEST_F(DetailsWindowTest, SaysNothingTwice) {
   settle();
   EXPECT_THAT(labels(), ElementsAre("A", "Line A closed", "Until further notice", "Stops Zoo and Hills.",
                                     "Works", "Until further notice", "Detour"));
+}
+
+TEST_F(DetailsWindowTest, ShowsTheWholeNameAtTheLargestTextSize) {
+  startCompanion();
+  change([](simulation::World& world) {
+    world.textSize = ui::TextSizeCategory::AX5;
+    world.lines["A"].name = "Harbour – Hills – Central – Zoo";
+  });
+  panel_->requestUpdate();
+  advance(1);
+  openRow(activityOfRow(0));
+  for (const QLabel* const label : details().findChildren<QLabel*>())
+    EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
+}
+
+TEST_F(DetailsWindowTest, DatesAreShortAndADayIsSaidOnce) {
+  const WindowTexts texts(*UserLocale::parse("en"));
+  const auto at = [](int day, int hour) {
+    return Date(Seconds(static_cast<double>(QDateTime({2026, 11, day}, {hour, 0}).toSecsSinceEpoch())));
+  };
+  const Date now = at(24, 8);
+  EXPECT_EQ(texts.period(at(24, 9), at(24, 10), now), "9:00 AM to 10:00 AM");
+  EXPECT_EQ(texts.period(at(26, 9), at(26, 10), now), "Thu, Nov 26, 9:00 AM to 10:00 AM");
+  EXPECT_EQ(texts.period(at(23, 9), at(24, 10), now), "Mon, Nov 23, 9:00 AM to Tue, Nov 24, 10:00 AM");
+  EXPECT_EQ(texts.period(at(23, 9), std::nullopt, now + Seconds(366 * 86400.0)),
+            "From Nov 23, 2026, 9:00 AM");
+  EXPECT_EQ(texts.period(std::nullopt, std::nullopt, now), "Until further notice");
 }
 
 /// Notes the longest time between two turns of the main thread's event loop.
