@@ -12,6 +12,8 @@ namespace linewatch::app {
 /// The state of each feed that was read, one a line, and the names of the unknown lines; empty when no feed
 /// was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
+/// The sentence of the state's error without the name of the feed; empty without an error.
+std::string reasonOf(const FeedState& state);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);

@@ -17,14 +17,6 @@ std::string alertsAge(const FeedState& state, Date now) {
   return "of " + localTime(*state.written) + " (" + durationInWords(now - *state.written) + " old)";
 }
 
-/// The sentence of the state's error without the name of the feed; empty without an error.
-std::string reasonOf(const FeedState& state) {
-  if (!state.error) return {};
-  std::string sentence = sentenceOf(*state.error);
-  const std::string name = "feed " + state.feed + ": ";
-  return sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
-}
-
 /// The state of a feed without its name, e.g. "no alerts for 20 minutes: alerts: connection refused".
 std::string stateNote(const FeedState& state, Date now) {
   using Kind = FeedState::Kind;
@@ -55,6 +47,13 @@ std::string unknownLines(Session& session) {
 }
 
 }  // namespace
+
+std::string reasonOf(const FeedState& state) {
+  if (!state.error) return {};
+  std::string sentence = sentenceOf(*state.error);
+  const std::string name = "feed " + state.feed + ": ";
+  return sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+}
 
 std::string dataNote(Session& session, const TerminalStyle& style) {
   const auto line = [&style](const std::string& text) {

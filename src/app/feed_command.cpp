@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "app/commands.h"
-#include "app/duration_words.h"
 #include "app/feed_sources.h"
+#include "app/local_time.h"
 #include "feeds/alerts/alert_period.h"
 #include "feeds/alerts/distinct_incidents.h"
 #include "feeds/http/redacted.h"
@@ -44,15 +44,6 @@ std::string counted(std::size_t count, const std::string& thing) {
   return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
-/// The sentence of a feed's error without the name of the feed.
-std::string reasonOf(const FeedState& state) {
-  if (!state.error) return "";
-  std::string sentence = sentenceOf(*state.error);
-  const std::string name = "feed " + state.feed + ": ";
-  if (sentence.starts_with(name)) sentence.erase(0, name.size());
-  return terminalLine(sentence);
-}
-
 /// A feed's state in one line.
 std::string stateInWords(const FeedState& state, Date now) {
   using Kind = FeedState::Kind;
@@ -63,17 +54,18 @@ std::string stateInWords(const FeedState& state, Date now) {
     case Kind::stale:
       return "stale, as its alerts are " + age + " old";
     case Kind::kept:
-      return "the alerts of " + age + " ago serve for now: " + reasonOf(state);
+      return "the alerts of " + age + " ago serve for now: " + terminalLine(reasonOf(state));
     case Kind::unreachable:
       if (!age.empty())
-        return "its lines are unknown since its last alerts, " + age + " ago: " + reasonOf(state);
+        return "its lines are unknown since its last alerts, " + age +
+               " ago: " + terminalLine(reasonOf(state));
       break;
     case Kind::outdated:
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return "its lines are unknown: " + reasonOf(state);
+  return "its lines are unknown: " + terminalLine(reasonOf(state));
 }
 
 /// Where a key goes and where it comes from, never the key.

@@ -110,8 +110,7 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
       device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {}
 
-// The favourites container shares the database, which writes to the log until it is closed.
-DesktopPlatform::~DesktopPlatform() { destroyOnceObjects(); }
+DesktopPlatform::~DesktopPlatform() = default;
 
 std::optional<Error> DesktopPlatform::open() {
   if (!settings_.given) {

@@ -23,12 +23,6 @@ std::shared_ptr<void> Platform::onceOfType(std::type_index type,
   return slot;
 }
 
-void Platform::destroyOnceObjects() {
-  decltype(once_) destroyed;
-  const MutexLock lock(onceMutex_);
-  std::swap(destroyed, once_);
-}
-
 void installPlatform(std::shared_ptr<Platform> platform) { installed() = std::move(platform); }
 
 Platform& platform() {

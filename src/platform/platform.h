@@ -87,10 +87,6 @@ class Platform {
         onceOfType(typeid(T), [&]() -> std::shared_ptr<void> { return make(); }));
   }
 
- protected:
-  /// Destroys the objects that `once` has made, for the destructor of a platform whose roles they use.
-  void destroyOnceObjects() LINEWATCH_EXCLUDES(onceMutex_);
-
  private:
   std::shared_ptr<void> onceOfType(std::type_index type, const std::function<std::shared_ptr<void>()>& make)
       LINEWATCH_EXCLUDES(onceMutex_);

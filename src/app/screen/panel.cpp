@@ -26,6 +26,16 @@ QStringList qtWords(const std::vector<std::string>& words) {
 desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<std::uint64_t>& muids) {
   desktop::FoundIncidents found;
   for (auto& [muid, lines] : feeds.linesWithIncidents(muids)) found[muid].lines = std::move(lines);
+  for (auto& [muid, details] : feeds.detailsOfIncidents(muids)) {
+    desktop::FoundIncident& incident = found[muid];
+    incident.severity = details.severity;
+    incident.effect = details.effect;
+    incident.cause = details.cause;
+    for (IncidentStop& stop : details.stops) {
+      if (!stop.name.empty()) incident.stops.push_back(std::move(stop.name));
+    }
+    incident.isOneDirectionOnly = details.directions.size() == 1;
+  }
   return found;
 }
 

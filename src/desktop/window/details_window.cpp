@@ -467,7 +467,7 @@ QWidget* DetailsWindow::makeFacts(const TransitIncident& incident, const FoundIn
   if (words.empty()) return nullptr;
   std::string line;
   for (const std::string& word : words) line += (line.empty() ? "" : " · ") + word;
-  const bool isAlarming = incident.isBlockingIncident() || found.severity == IncidentSeverity::severe;
+  const bool isAlarming = incident.isBlockingIncident() || found.severity == AlertSeverity::severe;
   return makeText(line, isAlarming ? styles_->alarm : styles_->small);
 }
 

@@ -11,14 +11,11 @@
 
 namespace linewatch::desktop {
 
-/// How bad an incident is.
-enum class IncidentSeverity : std::uint8_t { unknown, info, warning, severe };
-
 /// The facts of an incident that a row does not hand over.
 struct FoundIncident {
   /// The lines that have the incident, in the order of the feeds.
   std::vector<std::shared_ptr<const TransitLineFields>> lines = {};
-  IncidentSeverity severity = IncidentSeverity::unknown;
+  AlertSeverity severity = AlertSeverity::unknownSeverity;
   AlertCause cause = AlertCause::unknownCause;
   AlertEffect effect = AlertEffect::unknownEffect;
   /// The names of the stops that the incident is about, in the feed's order.

@@ -95,7 +95,7 @@ TEST_F(DetailsWindowTest, AddsWhatTheFeedsKnowWhenItIsFound) {
   EXPECT_EQ(strips().size(), 1U) << "the line of the window itself is left out";
   const int height = details().height();
   FoundIncident strike{.lines = {line(1, "A"), line(2, "B")},
-                       .severity = IncidentSeverity::severe,
+                       .severity = AlertSeverity::severe,
                        .cause = AlertCause::strike,
                        .effect = AlertEffect::noService,
                        .stops = {"Harbour", "Zoo"},
