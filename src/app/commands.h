@@ -6,6 +6,7 @@
 #include "app/report.h"
 #include "app/session.h"
 #include "app/terminal_text.h"
+#include "feeds/feed_state.h"
 
 namespace linewatch::app {
 

@@ -455,8 +455,9 @@ QWidget* DetailsWindow::makeMoreLines(const FoundIncident& found) const {
 
 /// Severity, effect and cause in one line, as far as the title does not say them already.
 QWidget* DetailsWindow::makeFacts(const TransitIncident& incident, const FoundIncident& found) const {
-  static constexpr std::array<std::string_view, 4> kSeverities = {"", "SeverityInfo", "SeverityWarning",
-                                                                  "SeveritySevere"};
+  // By AlertSeverity, whose first value is 1.
+  static constexpr std::array<std::string_view, kAlertSeverities + 1> kSeverities = {
+      "", "", "SeverityInfo", "SeverityWarning", "SeveritySevere"};
   const std::string_view severity = kSeverities[static_cast<std::size_t>(found.severity)];
   const std::vector<std::string> words =
       distinctWords({severity.empty() ? "" : texts()(severity).toStdString(),
