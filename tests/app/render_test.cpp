@@ -84,7 +84,7 @@ TEST_F(RenderTest, OptionsDetermineThePicturesSize) {
   for (const auto& [options, size] : {std::pair{Options{"--scale", "1"}, Pixels{359, 110}},
                                       {{"--scale", "0.5", "--width", "201"}, {101, 55}},
                                       {{"--width", "240", "--scale", "3"}, {720, 330}},
-                                      {{"--expanded"}, {718, 1100}},
+                                      {{"--expanded"}, {718, 1320}},
                                       {{"--expanded", "--max-rows", "3"}, {718, 660}},
                                       {{"--text-size", "XS"}, {718, 220}},
                                       {{"--text-size", "AX5", "--expanded", "--max-rows", "2"}, {718, 1372}},

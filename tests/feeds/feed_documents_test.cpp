@@ -95,7 +95,7 @@ TEST_F(FeedDocumentsTest, KnowsTheStopsOfCachedAndUncachedTimetables) {
   writeFile(timetable / "stops.txt", "stop_id,stop_name\ns,Harbour\n");
   EXPECT_EQ(nameOfStop(documents()), "Harbour");
   EXPECT_EQ(nameOfStop(documents(cache())), "Harbour") << "the new table is noticed";
-  EXPECT_EQ(cache()->stopPage("bus", timetable.string(), "s"), "s\tHarbour\t\n");
+  EXPECT_EQ(cache()->stopPage("bus", "gtfs " + timetable.string(), "s"), "s\tHarbour\t\n");
   writeFile(timetable / "stops.txt", "stop_id,stop_name\n\"s,Harbour\n");
   EXPECT_EQ(nameOfStop(documents(cache())), "none");
   EXPECT_THAT(log_.lines(), IsEmpty()) << "the cache had no trouble";

@@ -121,7 +121,7 @@ class PanelInputTest(unittest.TestCase):
         self.wait_for_fetches(2)
 
         self.keys("Tab", "Return")
-        expanded = compact + 4 * ROW_HEIGHT
+        expanded = compact + 5 * ROW_HEIGHT
         self.wait_for_height("every row", lambda height: height == expanded)
         self.keys("space")
         self.wait_for_height("one row", lambda height: height == compact)
@@ -130,7 +130,7 @@ class PanelInputTest(unittest.TestCase):
 
         self.keys("shift+Tab", "Down", "Down", "Return")
         self.assertIn('"name": "7"', self.wait_for_call(1))
-        middle = round(expanded - MARGIN - 4.5 * ROW_HEIGHT)
+        middle = round(expanded - MARGIN - 5.5 * ROW_HEIGHT)
         self.xdotool("mousemove", "--window", self.window, "200", str(middle), "click", "1")
         self.assertIn('"name": "M1"', self.wait_for_call(2))
         self.keys("ctrl+plus")

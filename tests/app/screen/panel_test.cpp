@@ -75,22 +75,22 @@ class PanelRunTest : public testing::Test {
 
 TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   panel_->window().show();
-  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  waitUntil([this] { return nameOf(0) == "5 Advisories"; });
   panel_->window().setExpanded(true);
   desktop::settle();
-  ASSERT_EQ(rows().rowCount(), 5U);
+  ASSERT_EQ(rows().rowCount(), 6U);
   EXPECT_EQ(nameOf(0), "M1, Signal failure at Zentralbahnhof");
   clickRow(0);
   ASSERT_NE(window<desktop::DetailsWindow>(), nullptr);
   EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1");
 
-  clickRow(4);
+  clickRow(5);
   ASSERT_NE(window<desktop::FavoritesWindow>(), nullptr);
   auto* const list = window<desktop::FavoritesWindow>()->findChild<QListWidget*>();
   waitUntil([list] { return list->count() == 7; });
   list->item(0)->setCheckState(Qt::Unchecked);
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
-  EXPECT_EQ(rows().rowCount(), 4U);
+  EXPECT_EQ(rows().rowCount(), 5U);
 
   EXPECT_TRUE(session_->platform().saved()->database()->waitUntilSaved());
   const auto actions = storedUserActions(*session_->platform().saved()->database());
@@ -105,7 +105,7 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
 
 TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
   panel_->window().show();
-  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  waitUntil([this] { return nameOf(0) == "5 Advisories"; });
   const auto& favorites = session_->platform().favorites();
   const auto lines = favorites.lines();
   ASSERT_TRUE(lines);
@@ -115,7 +115,7 @@ TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
 
 TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   panel_->window().show();
-  waitUntil([this] { return nameOf(0) == "4 Advisories"; });
+  waitUntil([this] { return nameOf(0) == "5 Advisories"; });
   panel_->window().setExpanded(true);
   end();
   auto other = SqliteDatabase::open("state database", folder_.path() / "state" / "linewatch.sqlite",
@@ -137,7 +137,7 @@ TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   ASSERT_FALSE(other->run("ROLLBACK"));
   waitUntil([this] { return !toggle().isHidden(); });
   EXPECT_EQ(toggle().text(), "Show Less");
-  EXPECT_EQ(rows().rowCount(), 5U) << "the list saved before both starts";
+  EXPECT_EQ(rows().rowCount(), 6U) << "the list saved before both starts";
 }
 
 }  // namespace
