@@ -37,8 +37,8 @@ std::vector<std::string_view> namedStops(const AlertsMessage& message, const Ent
     if (selector.namesStop()) stops.push_back(selector.stopId);
   }
   std::ranges::sort(stops);
-  const auto repeated = std::ranges::unique(stops);
-  stops.erase(repeated.begin(), repeated.end());
+  // Clang 14 cannot compile std::ranges::unique of this standard library.
+  stops.erase(std::unique(stops.begin(), stops.end()), stops.end());
   return stops;
 }
 

@@ -41,8 +41,9 @@ std::vector<StopLine> stopLinesOf(CsvTable& table) {
          singleLine(table.value(name)) + '\t' + std::string(fitsIntoPage(parent) ? parent : "") + '\n'});
   }
   std::ranges::stable_sort(lines, {}, &StopLine::id);
-  const auto repeated = std::ranges::unique(lines, {}, &StopLine::id);
-  lines.erase(repeated.begin(), repeated.end());
+  // Clang 14 cannot compile std::ranges::unique of this standard library.
+  const auto isSameStop = [](const StopLine& one, const StopLine& other) { return one.id == other.id; };
+  lines.erase(std::unique(lines.begin(), lines.end(), isSameStop), lines.end());
   return lines;
 }
 
