@@ -10,8 +10,8 @@
 
 namespace linewatch {
 
-/// The domain of the error for a description from which no user activity could be made (code 0), and the key
-/// of that description in the error's info.
+/// The error's domain when no user activity can be made from a description; its code is 0. The error's info
+/// holds the description under the key below.
 inline constexpr const char* kUserActivityErrorDomain = "RVUserActivityErrorDomain";
 inline constexpr const char* kUserActivityErrorMissingActivityKey = "RVUserActivityErrorMissingActivityKey";
 

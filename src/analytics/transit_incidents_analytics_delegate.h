@@ -21,8 +21,8 @@ namespace linewatch {
 /// belong to the build of the list.
 using IncidentsToLineMapping = tsl::robin_map<std::uint64_t, const TransitLineItem*, IdentifierHash>;
 
-/// Records what the widget showed and what the user did with it: one session and one event for each showing
-/// of the widget. Most calls outside a session are dropped; nothing is reported back. Main thread.
+/// Records each showing of the widget as one session and one event: the list on screen, and the user's
+/// actions. Most calls outside a session are dropped. Failures are not reported. Main thread.
 class RVTransitIncidentsAnalyticsDelegate {
  public:
   /// The controller tells the current display mode, which counts as compact once the controller is gone.

@@ -39,7 +39,7 @@ struct ShownContent {
   Date now;
   std::vector<FeedState> feeds;
   std::vector<ShownLine> lines;
-  /// Of the incidents of the lines. An incident that is not here has no details.
+  /// The details of the lines' incidents, by `muid`. An incident without details is missing.
   IncidentDetailsByMuid details;
   std::vector<UpcomingIncident> upcoming;
   /// May be null.
@@ -60,9 +60,9 @@ struct ShowDocument {
   std::size_t recordsLeftOut = 0;
 };
 
-/// What `show --json` prints, as docs/json.md and docs/show.schema.json describe it. Its size is in
-/// proportion to the incidents and lines, because a line's record is there once and its rows refer to it. An
-/// error when the lines list more incidents than the limit. Reads the clock of the installed platform.
+/// Makes the document that `show --json` prints; docs/json.md and docs/show.schema.json describe it. A line's
+/// record stands in it once and rows refer to it, so the size grows with the incidents and lines. An error
+/// when the lines list more incidents than the limit. Reads the clock of the installed platform.
 Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocumentLimits& limits = {});
 
 }  // namespace linewatch::app

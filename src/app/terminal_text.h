@@ -11,7 +11,7 @@
 
 namespace linewatch::app {
 
-/// What the terminal can show.
+/// How texts are printed: with which colours, and how wide.
 struct TerminalStyle {
   enum class Colors { none, palette, full };
   Colors colors = Colors::none;

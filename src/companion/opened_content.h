@@ -15,7 +15,7 @@ namespace linewatch {
 
 using StoredIncidents = std::vector<std::shared_ptr<const TransitStorageIncident>>;
 
-/// What a row gives the companion application to show: the activity record of a line, or a list of incidents.
+/// The decoded content of a row's activity: the activity record of a line, or a list of incidents.
 using OpenedContent = std::variant<std::shared_ptr<const RovaActivity>, StoredIncidents>;
 
 /// Decodes an activity record, compressed with bzip2 or not, or an archived incident list. `name` names the

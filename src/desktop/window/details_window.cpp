@@ -45,7 +45,7 @@ constexpr double kShareOfScreen = 0.8;
 constexpr std::size_t kTextBlock = 1500;
 // Milliseconds for which incidents are added in one turn of the event loop.
 constexpr qint64 kAddingSlice = 8;
-// What is shown of lists and titles that have no limit of their own.
+// Longer lists and titles are cut to these.
 constexpr std::size_t kMostShields = 40;
 constexpr std::size_t kMostNames = 60;
 constexpr std::size_t kLongestShortText = 200;
