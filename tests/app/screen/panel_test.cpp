@@ -81,7 +81,7 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   ASSERT_EQ(rows().rowCount(), 6U);
   EXPECT_EQ(nameOf(0), "M1, Signal failure at Zentralbahnhof");
   clickRow(0);
-  ASSERT_NE(window<desktop::DetailsWindow>(), nullptr);
+  waitUntil([] { return window<desktop::DetailsWindow>() != nullptr; });
   EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1");
 
   clickRow(5);
