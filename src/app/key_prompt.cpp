@@ -61,13 +61,10 @@ std::string readLine(bool isTerminal) {
   std::string line;
   while (const auto character = nextCharacter()) {
     if (*character == '\n' || *character == '\r' || line.size() > kLongestKey) return line;
-    if (!isTerminal) {
-      line += *character;
-    } else if (*character == kInterrupt || *character == kEndOfInput) {
-      return {};
-    } else if (*character == '\b' || *character == '\x7F') {
+    if (isTerminal && (*character == kInterrupt || *character == kEndOfInput)) return {};
+    if (isTerminal && (*character == '\b' || *character == '\x7F')) {
       if (!line.empty()) line.pop_back();
-    } else if (*character == kEraseLine) {
+    } else if (isTerminal && *character == kEraseLine) {
       line.clear();
     } else {
       line += *character;

@@ -104,7 +104,7 @@ std::optional<std::string> nonEmpty(std::string text) {
 
 /// True when the server wants a key or another one.
 bool wantsOtherKey(const Error& error) {
-  const std::optional<int> status = httpStatusOf(error);
+  const int status = httpStatusOf(error).value_or(0);
   return status == 401 || status == 403;
 }
 
@@ -215,8 +215,11 @@ Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
   std::vector<std::optional<Error>> errors(count);
   runSideBySide(count, [&](std::size_t index) {
     auto lines = timetable({feed, Kind::kTimetable, index});
-    if (lines) indexes[index] = *std::move(lines);
-    if (!lines) errors[index] = lines.error();
+    if (lines) {
+      indexes[index] = *std::move(lines);
+    } else {
+      errors[index] = lines.error();
+    }
   });
   const auto error = std::ranges::find_if(errors, [](const auto& found) { return found.has_value(); });
   return error == errors.end() ? Outcome<SharedLineIndex>(mergedLines(indexes)) : **error;

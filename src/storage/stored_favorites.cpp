@@ -88,7 +88,7 @@ Outcome<bool> deleteFavorite(SqliteDatabase& database, const StoredFavorite& fav
 namespace {
 
 Outcome<bool> insertOrChoose(SqliteDatabase& database, const StoredFavorite& favorite) {
-  const auto isInserted = insertFavorite(database, favorite);
+  auto isInserted = insertFavorite(database, favorite);
   if (!isInserted || *isInserted) return isInserted;
   const auto stops = stopsColumn(favorite.choice);
   const std::int64_t direction = directionColumn(favorite.choice);

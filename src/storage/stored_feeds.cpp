@@ -34,11 +34,17 @@ std::vector<FeedPart> partsOf(const FeedSource& source) {
 
 /// Kinds of a later version are left out.
 void addPart(const std::string& kind, std::string name, std::string value, FeedSource& source) {
-  if (kind == "location") source.locations.push_back(std::move(value));
-  if (kind == "header") source.keys.headers.push_back({std::move(name), std::move(value)});
-  if (kind == "query") source.keys.query.push_back({std::move(name), std::move(value)});
-  if (kind == "key") source.keys.key = std::move(value);
-  if (kind == "command") source.keys.command = std::move(value);
+  if (kind == "location") {
+    source.locations.push_back(std::move(value));
+  } else if (kind == "header") {
+    source.keys.headers.push_back({std::move(name), std::move(value)});
+  } else if (kind == "query") {
+    source.keys.query.push_back({std::move(name), std::move(value)});
+  } else if (kind == "key") {
+    source.keys.key = std::move(value);
+  } else if (kind == "command") {
+    source.keys.command = std::move(value);
+  }
 }
 
 std::optional<Error> insertParts(SqliteDatabase& database, const StoredFeed& feed) {

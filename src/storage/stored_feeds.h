@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -41,12 +40,10 @@ struct FeedKeys {
 struct FeedSource {
   FeedSource() = default;
   /// One location without keys; none when it is empty.
-  template <class Text>
-  requires std::is_convertible_v<Text, std::string> FeedSource(
-      Text&& location) {  // NOLINT(google-explicit-constructor)
-    std::string text = std::forward<Text>(location);
-    if (!text.empty()) locations.push_back(std::move(text));
+  FeedSource(std::string location) {
+    if (!location.empty()) locations.push_back(std::move(location));
   }
+  FeedSource(const char* location) : FeedSource(std::string(location)) {}
 
   /// Files or URLs, a timetable also folders. Several together are one timetable, or one list of alerts.
   std::vector<std::string> locations;

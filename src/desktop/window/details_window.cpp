@@ -425,9 +425,9 @@ std::string DetailsWindow::listOfNames(const std::vector<std::string_view>& name
   const std::size_t shown = std::min(names.size(), most);
   const std::vector<std::string_view> first(names.begin(),
                                             names.begin() + static_cast<std::ptrdiff_t>(shown));
-  const std::string list = platform().localization().joinCommaDelimited(first);
+  std::string list = platform().localization().joinCommaDelimited(first);
   if (shown == names.size()) return list;
-  return texts()("AndMore", {list, std::uint64_t{names.size() - shown}}).toStdString();
+  return texts()("AndMore", {std::move(list), std::uint64_t{names.size() - shown}}).toStdString();
 }
 
 QWidget* DetailsWindow::makeLines(const FoundIncident& found) const {

@@ -65,7 +65,7 @@ QString WindowTexts::dateAndTime(Date date, Date now, QLocale::FormatType format
 QString WindowTexts::shortDateAndTime(Date date, Date now) const {
   const QDateTime time = localTime(date);
   const QDate today = localTime(now).date();
-  const QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
+  QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
   if (time.date() == today) return timeOfDay;
   const char* const skeleton = time.date().year() == today.year() ? "EEEMMMd" : "yMMMd";
   return shortDate(time.date(), skeleton, locale_) + QStringLiteral(", ") + timeOfDay;
