@@ -11,7 +11,7 @@
 
 namespace linewatch {
 
-/// Alerts older than this no longer stand in for an answer that cannot be had.
+/// Alerts as old as this no longer stand in for an answer that cannot be had.
 inline constexpr Seconds kAlertsGrace{15.0 * 60};
 
 /// What is known of a feed's alerts at one moment.

@@ -30,7 +30,7 @@ constexpr HeaderField kHeaderFields[] = {
     {"etag", &ResponseHeader::etag},
     {"last-modified", &ResponseHeader::lastModified},
     {"location", &ResponseHeader::location},
-    {"content-length", &ResponseHeader::contentLength},
+    {"content-length", &ResponseHeader::contentLength, true},
     {"content-encoding", &ResponseHeader::contentEncoding, true},
     {"transfer-encoding", &ResponseHeader::transferEncoding, true},
     {"cache-control", &ResponseHeader::cacheControl, true},
@@ -174,7 +174,12 @@ Outcome<ResponseHeader> parseResponseHeader(std::string_view text) {
 }
 
 std::optional<std::uint64_t> contentLength(const ResponseHeader& header) {
-  return wholeNumber(header.contentLength);
+  std::string_view stated = header.contentLength;
+  const auto length = wholeNumber(trimmed(takePart(stated, ',')));
+  while (!stated.empty()) {
+    if (wholeNumber(trimmed(takePart(stated, ','))) != length) return std::nullopt;
+  }
+  return length;
 }
 
 std::optional<Seconds> maxAge(const ResponseHeader& header) {

@@ -30,7 +30,7 @@ struct ResponseHeader {
 /// the header malformed; lines that are no field are skipped.
 Outcome<ResponseHeader> parseResponseHeader(std::string_view text);
 
-/// Content-Length in bytes; absent when it is missing or no number.
+/// Content-Length in bytes; absent when it is missing, no number, or stated twice with different numbers.
 std::optional<std::uint64_t> contentLength(const ResponseHeader& header);
 
 /// For how long the answer is fresh: max-age less Age, from 0 to 5 minutes. Absent without max-age and under

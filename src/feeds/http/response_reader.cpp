@@ -49,7 +49,10 @@ bool ResponseReader::endHeader() {
 }
 
 bool ResponseReader::prepareBody() {
-  const std::uint64_t stated = contentLength(*header_).value_or(0);
+  const auto length = contentLength(*header_);
+  if (!length && !header_->contentLength.empty())
+    return fail(malformedAnswer("the length that the answer states is not clear"));
+  const std::uint64_t stated = length.value_or(0);
   if (stated > request_.maximumBytes) return fail(answerTooLarge(request_.maximumBytes));
   const std::string& transfer = header_->transferEncoding;
   const std::string& content = header_->contentEncoding;

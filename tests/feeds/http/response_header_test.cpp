@@ -25,6 +25,9 @@ TEST(ResponseHeader, ReadsFieldsInAnyCaseWithoutTheSpaceAroundThem) {
   EXPECT_EQ(header.lastModified, "Tue, 24 Nov 2026 08:00:00 GMT");
   EXPECT_EQ(header.location, "/x");
   EXPECT_EQ(contentLength(header), 12U);
+  EXPECT_EQ(contentLength({.contentLength = "12, 12"}), 12U);
+  EXPECT_FALSE(contentLength({.contentLength = "12, 13"}));
+  EXPECT_FALSE(contentLength({.contentLength = "-12"}));
 }
 
 TEST(ResponseHeader, DropsFieldsWithControlCharacters) {
