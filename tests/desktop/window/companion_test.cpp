@@ -144,7 +144,7 @@ TEST_F(CompanionTest, RunsTheUsersCommand) {
   EXPECT_EQ(Bytes(contents.begin(), contents.end()), *activityOfRow(0).userInfo()->at("bs").get<Bytes>());
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
   companion_ = nullptr;
-  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(file).parent_path()));
 
   startCompanion({"/nowhere/companion", "--open"});
   EXPECT_FALSE(openURL("rova://?t=r"));
