@@ -34,8 +34,7 @@ TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
   openRow(activityOfRow(0));
   const auto fields = std::make_shared<const TransitLineFields>(TransitLineFields{
       .muid = 2, .name = hostile, .artwork = std::make_shared<const TransitArtworkDataSource>(artwork("7"))});
-  found_({{11, {.lines = {fields}, .stops = {hostile}}}});
-  settle();
+  find({{11, {.lines = {fields}, .stops = {hostile}}}});
   stored_ = {{FavoriteKind::line, hostile, hostile}};
   openFavorites();
   int toolTips = 0;
