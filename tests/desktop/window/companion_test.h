@@ -3,10 +3,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -135,9 +137,15 @@ class CompanionTest : public PanelTest {
             },
             .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
               if (isReadOnly_) return failure("state database", "", "it may only be read");
-              std::erase(stored_, favorite);
+              std::erase_if(stored_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
               if (isAdded) stored_.push_back(favorite);
               return true;
+            },
+            .choose = [this](const StoredFavorite& favorite) -> Outcome<bool> {
+              if (isReadOnly_) return failure("state database", "", "it may only be read");
+              const auto stored = std::ranges::find_if(
+                  stored_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
+              return std::exchange(*stored, favorite) != favorite;
             },
             .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
             .didChange = [this] { ++changes_; }};
