@@ -1,6 +1,7 @@
 #include "desktop/window/line_choice_menu.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QStringList>
 #include <cstdint>
 #include <string>
@@ -56,19 +57,22 @@ LineChoiceMenu::LineChoiceMenu(const LineChoice& choice, const WindowTexts& text
                                QWidget* parent)
     : QMenu(parent), present_(choice), chosen_(std::move(chosen)) {
   setAttribute(Qt::WA_DeleteOnClose);
-  add(texts("AllStops"), withStops(choice, Stops::all));
-  if (choice.stops == Stops::chosen) add(chosenStops(choice, texts), choice);
-  add(texts("NoStops"), withStops(choice, Stops::none));
+  auto& stops = *new QActionGroup(this);
+  add(texts("AllStops"), withStops(choice, Stops::all), stops);
+  if (choice.stops == Stops::chosen) add(chosenStops(choice, texts), choice, stops);
+  add(texts("NoStops"), withStops(choice, Stops::none), stops);
   addSeparator();
-  add(texts("BothDirections"), withDirection(choice, std::nullopt));
+  auto& directions = *new QActionGroup(this);
+  add(texts("BothDirections"), withDirection(choice, std::nullopt), directions);
   for (const std::uint8_t direction : {std::uint8_t{0}, std::uint8_t{1}})
-    add(oneDirection(direction, texts), withDirection(choice, direction));
+    add(oneDirection(direction, texts), withDirection(choice, direction), directions);
 }
 
-void LineChoiceMenu::add(const QString& text, const LineChoice& choice) {
+void LineChoiceMenu::add(const QString& text, const LineChoice& choice, QActionGroup& group) {
   // An "&" in a stop's id would otherwise be taken for a shortcut.
   QAction* const action = addAction(QString(text).replace(QLatin1Char('&'), QLatin1String("&&")));
   action->setCheckable(true);
+  group.addAction(action);
   action->setChecked(choice == present_);
   connect(action, &QAction::triggered, this, [this, choice] {
     if (choice != present_) chosen_(choice);

@@ -6,6 +6,8 @@
 #include "desktop/window/window_texts.h"
 #include "platform/line_choice.h"
 
+class QActionGroup;
+
 namespace linewatch::desktop {
 
 /// The choice in a few words, e.g. "No notices of stops · Direction 1 only". Empty for the default choice,
@@ -23,8 +25,8 @@ class LineChoiceMenu final : public QMenu {
   LineChoiceMenu(const LineChoice& choice, const WindowTexts& texts, Chosen chosen, QWidget* parent);
 
  private:
-  /// Adds one of several entries of which the present one has a mark.
-  void add(const QString& text, const LineChoice& choice);
+  /// Adds an entry that has the group's mark if the choice is the present one.
+  void add(const QString& text, const LineChoice& choice, QActionGroup& group);
 
   LineChoice present_;
   Chosen chosen_;

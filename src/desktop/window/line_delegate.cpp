@@ -19,7 +19,7 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr double kRowInset = 12;
+constexpr double kRowInset = 16;
 constexpr double kRowGap = 12;
 constexpr double kShieldColumn = 52;
 constexpr double kMarkSize = 22;
