@@ -120,6 +120,11 @@ desktop::FavoritesServices Panel::favoritesServices() {
     services.change = [this](const StoredFavorite& favorite, bool isAdded) {
       return platform().favorites().change(favorite, isAdded);
     };
+    services.choose = [this](const StoredFavorite& favorite) -> Outcome<bool> {
+      const auto changed = platform().favorites().addWithChoice({favorite});
+      if (!changed) return changed.error();
+      return changed->front();
+    };
   }
   return services;
 }

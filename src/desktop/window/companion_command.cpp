@@ -1,8 +1,11 @@
 #include "desktop/window/companion_command.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <filesystem>
+#include <utility>
 
 #include "companion/companion_session.h"
 #include "companion/opened_content.h"
@@ -22,7 +25,13 @@ QString sessionOf(const UserActivity& activity) {
   return text ? QString::fromStdString(*text) : QString();
 }
 
+std::filesystem::path temporaryFolder() { return QDir::tempPath().toStdString(); }
+
 }  // namespace
+
+CompanionCommand::CompanionCommand(QStringList words) : words_(std::move(words)) {
+  if (isSet()) ContentFolder::removeAbandoned(temporaryFolder());
+}
 
 std::optional<Error> CompanionCommand::open(const URL& url) const {
   return start(QString::fromStdString(url.absoluteString), nullptr);
@@ -31,7 +40,9 @@ std::optional<Error> CompanionCommand::open(const URL& url) const {
 std::optional<Error> CompanionCommand::open(const UserActivity& activity) {
   const auto bytes = contentBytes(activity);
   if (!bytes) return bytes.error();
-  QFile file(nextFile(activity));
+  const auto path = newFile(activity);
+  if (!path) return within("the companion command", path.error());
+  QFile file(*path);
   const auto size = static_cast<qint64>(bytes->size());
   const bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
                          file.write(reinterpret_cast<const char*>(bytes->data()), size) == size &&
@@ -41,10 +52,15 @@ std::optional<Error> CompanionCommand::open(const UserActivity& activity) {
   return start(file.fileName(), &activity);
 }
 
-QString CompanionCommand::nextFile(const UserActivity& activity) {
-  if (!folder_) folder_ = std::make_unique<QTemporaryDir>();
+Outcome<QString> CompanionCommand::newFile(const UserActivity& activity) {
+  if (!folder_) {
+    auto made = ContentFolder::make(temporaryFolder());
+    if (!made) return made.error();
+    folder_.emplace(std::move(*made));
+  }
   const QString extension = QString::fromStdString(activity.activityType).section(QLatin1Char('.'), -1);
-  return folder_->filePath(QString::number(++fileCount_) + QLatin1Char('.') + extension);
+  const QString name = QString::number(++fileCount_) + QLatin1Char('.') + extension;
+  return QDir(QString::fromStdString(folder_->path().string())).filePath(name);
 }
 
 std::optional<Error> CompanionCommand::start(const QString& argument, const UserActivity* activity) const {

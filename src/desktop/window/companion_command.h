@@ -2,39 +2,37 @@
 
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
-#include <memory>
 #include <optional>
-#include <utility>
 
+#include "companion/content_folder.h"
 #include "platform/system_controller.h"
 #include "platform/url.h"
 #include "shared/error.h"
 
 namespace linewatch::desktop {
 
-/// A command of the user's that is run with what a row opens. One argument is added to its words: a URL, or
-/// the path of a file with the encoded content. The file is deleted with this object. The environment
-/// variables LINEWATCH_ACTIVITY_TYPE and LINEWATCH_SESSION describe the content. Main thread.
+/// The user's own companion: a command that LineWatch starts for each tapped row. The command's words get one
+/// more argument. This is either a URL, or the path of a file with the row's encoded content; the file is
+/// deleted with this object. The environment variables LINEWATCH_ACTIVITY_TYPE and LINEWATCH_SESSION describe
+/// the content. Main thread.
 class CompanionCommand {
  public:
-  /// `words`: the program and its first arguments; empty: no command.
-  explicit CompanionCommand(QStringList words) : words_(std::move(words)) {}
+  /// `words`: the program and its first arguments; empty when the user has no command.
+  explicit CompanionCommand(QStringList words);
 
-  /// Whether there is a command.
+  /// Whether the user has a command.
   bool isSet() const { return !words_.isEmpty(); }
-  /// Starts the command, and does not wait for it. An error when it cannot be started.
+  /// Starts the command and does not wait for its end. An error when it cannot be started.
   std::optional<Error> open(const URL& url) const;
   std::optional<Error> open(const UserActivity& activity);
 
  private:
   std::optional<Error> start(const QString& argument, const UserActivity* activity) const;
-  /// A path for a new file.
-  QString nextFile(const UserActivity& activity);
+  /// The path of a new file, in a folder that is made for the first file.
+  Outcome<QString> newFile(const UserActivity& activity);
 
   QStringList words_;
-  /// Made on first use.
-  std::unique_ptr<QTemporaryDir> folder_;
+  std::optional<ContentFolder> folder_;
   int fileCount_ = 0;
 };
 

@@ -9,9 +9,10 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Milliseconds. Long enough for a screen of text, and well below what a user notices.
-constexpr qint64 kSlice = 12;
-// Points beyond the visible range in which parts are made.
+// Milliseconds. With the widget that is begun last, and with painting, a turn of the event loop takes up
+// to 25.
+constexpr qint64 kSlice = 6;
+// Points above and below the visible range in which widgets exist.
 constexpr int kLeastOverscan = 300;
 constexpr int kScrollStep = 24;
 
@@ -30,6 +31,7 @@ void DetailsColumn::clear() {
   for (const auto& [index, widget] : widgets_) delete widget;
   widgets_.clear();
   slots_.clear();
+  revealed_.reset();
   verticalScrollBar()->setRange(0, 0);
 }
 
@@ -50,7 +52,7 @@ void DetailsColumn::remake(std::size_t index, int estimatedHeight) {
   slot.height = slot.part.estimatedHeight = estimatedHeight;
   slot.isEmpty = estimatedHeight == 0;
   if (const auto made = widgets_.find(index); made != widgets_.end()) {
-    // The widget may be the sender of the present event.
+    // The widget may be the sender of the event that is being handled.
     if (made->second != nullptr) {
       made->second->hide();
       made->second->deleteLater();
@@ -68,10 +70,11 @@ void DetailsColumn::layOutLater() {
 
 void DetailsColumn::layOut() {
   slice_.start();
-  const Anchor fixed = anchor();
+  const Anchor fixed = revealed_.value_or(anchor());
   const bool isComplete = makeNear(fixed);
   place(fixed);
   if (isComplete) {
+    revealed_.reset();
     later_.stop();
   } else {
     later_.start(0);
@@ -81,8 +84,8 @@ void DetailsColumn::layOut() {
 
 bool DetailsColumn::isSliceOver() const { return slice_.elapsed() >= kSlice; }
 
-/// Does not depend on the scroll bar, which takes its room from the margin: a bar that came and went with the
-/// height of the text would never come to rest.
+/// The scroll bar takes its room from the margin, not from the content. Otherwise the text would wrap
+/// differently with the bar, and could need the bar only when it is there.
 int DetailsColumn::contentWidth() const { return std::max(1, width() - 2 * margin_); }
 
 int DetailsColumn::contentHeight() const {
@@ -135,7 +138,6 @@ void DetailsColumn::ensure(std::size_t index) {
   if (isNew) {
     place->second = slot.part.make();
     if (place->second != nullptr) place->second->setParent(viewport());
-    hasTabOrder_ = false;
   }
   if (!isNew && slot.measuredWidth == contentWidth()) return;
   slot.measuredWidth = contentWidth();
@@ -153,7 +155,7 @@ void DetailsColumn::dropOutside(std::size_t first, std::size_t last) {
   for (auto each = widgets_.begin(); each != widgets_.end();) {
     QWidget* const widget = each->second;
     const bool isNear = each->first >= first && each->first < last;
-    // A widget with the keyboard's focus stays, so that the focus is not lost by scrolling.
+    // A widget with the focus stays, so that scrolling does not take the focus away.
     const bool hasFocus = widget != nullptr && (widget->hasFocus() || widget->isAncestorOf(focusWidget()));
     if (isNear || hasFocus) {
       ++each;
@@ -174,7 +176,6 @@ void DetailsColumn::place(const Anchor& anchor) {
   bar.setValue(anchor.isAtEnd ? bar.maximum() : kept);
   isPlacing_ = false;
   placeWidgets();
-  if (!std::exchange(hasTabOrder_, true)) chainTabOrder();
 }
 
 void DetailsColumn::placeWidgets() {
@@ -192,20 +193,57 @@ void DetailsColumn::placeWidgets() {
   }
 }
 
-/// New widgets come last in the window's focus chain, wherever they are in the column.
-void DetailsColumn::chainTabOrder() {
-  QWidget* before = this;
+// ---- Focus ----
+
+std::optional<std::size_t> DetailsColumn::focusedPart() const {
+  const QWidget* const focused = window()->focusWidget();
   for (const auto& [index, widget] : widgets_) {
-    if (widget == nullptr) continue;
-    setTabOrder(before, widget);
-    before = widget;
+    if (widget != nullptr && (widget == focused || widget->isAncestorOf(focused))) return index;
   }
+  return std::nullopt;
+}
+
+/// While the column itself has the focus, Tab starts at the visible range and Shift+Tab at the end.
+std::optional<std::size_t> DetailsColumn::nextFocusPart(bool forward) const {
+  const auto focused = focusedPart();
+  std::size_t index = focused.value_or(forward ? anchor().index : slots_.size());
+  if (forward && focused) ++index;
+  if (forward) {
+    while (index < slots_.size() && !slots_[index].part.takesFocus) ++index;
+    return index < slots_.size() ? std::optional(index) : std::nullopt;
+  }
+  while (index > 0 && !slots_[index - 1].part.takesFocus) --index;
+  return index > 0 ? std::optional(index - 1) : std::nullopt;
+}
+
+/// A part that was not visible comes to the bottom of the visible range, so that the text above it, which it
+/// belongs to, is visible too.
+QWidget* DetailsColumn::reveal(std::size_t index) {
+  ensure(index);
+  const Slot& slot = slots_[index];
+  const int top = slot.top - verticalScrollBar()->value();
+  const int height = viewport()->height();
+  if (top < 0 || top + slot.extent() > height)
+    revealed_ = Anchor{.index = index, .offset = slot.extent() + margin_ - height};
+  layOut();
+  return widgets_[index];
+}
+
+/// Tab after the last part, and Shift+Tab before the first one, give the focus back to the column, which is
+/// the only other widget of the window that takes it.
+bool DetailsColumn::focusNextPrevChild(bool next) {
+  const auto index = nextFocusPart(next);
+  QWidget* const widget = index ? reveal(*index) : nullptr;
+  (widget != nullptr ? widget : this)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
 }
 
 // ---- Events ----
 
 void DetailsColumn::scrollContentsBy(int, int) {
-  if (!isPlacing_) layOut();
+  if (isPlacing_) return;
+  revealed_.reset();
+  layOut();
 }
 
 void DetailsColumn::resizeEvent(QResizeEvent* event) {
@@ -223,18 +261,6 @@ void DetailsColumn::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Home) return bar.setValue(0);
   if (event->key() == Qt::Key_End) return bar.setValue(bar.maximum());
   QAbstractScrollArea::keyPressEvent(event);
-}
-
-/// Scrolls to the widget that gets the focus.
-bool DetailsColumn::focusNextPrevChild(bool next) {
-  if (!QAbstractScrollArea::focusNextPrevChild(next)) return false;
-  const QWidget* const focused = window()->focusWidget();
-  if (focused == nullptr || !viewport()->isAncestorOf(focused)) return true;
-  const int top = focused->mapTo(viewport(), QPoint()).y();
-  const int tooLow = std::max(0, top + focused->height() + margin_ - viewport()->height());
-  const int shift = top < 0 ? top - margin_ : tooLow;
-  verticalScrollBar()->setValue(verticalScrollBar()->value() + shift);
-  return true;
 }
 
 }  // namespace linewatch::desktop

@@ -6,24 +6,28 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace linewatch::desktop {
 
-/// One part of a column: a widget that is made when it comes near the visible range.
+/// One part of a column. Its widget exists only while the part is near the visible range.
 struct ColumnPart {
-  /// Makes the part's widget; may give null when there is nothing to show. A widget of a fixed width is
-  /// placed at the leading edge; any other is as wide as the column.
+  /// Makes the part's widget; null when there is nothing to show. A widget of a fixed width is placed at the
+  /// leading edge; any other is as wide as the column.
   std::function<QWidget*()> make;
-  /// Points above the part, unless it has nothing to show.
+  /// Points above the part; no gap when the part has no widget.
   int gap = 0;
-  /// Points; the part's height until its widget has been made.
+  /// Points; the part's height until its widget is made.
   int estimatedHeight = 0;
+  /// Whether Tab stops at the part's widget.
+  bool takesFocus = false;
 };
 
-/// A scrolling column of any number of parts. Only the parts near the visible range have widgets, and these
-/// are made in slices, so that the main thread is never held for long. Parts that have not been made count
-/// with their estimated heights; what is visible does not move when the estimates are corrected. Main thread.
+/// A scrolling column of any number of parts. Only parts near the visible range have widgets. They are made
+/// in slices of a few milliseconds, so that the main thread can handle other events in between. A part
+/// without a widget counts with its estimated height; when the estimate is corrected, the visible parts keep
+/// their places. Tab goes through the parts that take the focus, in order, wherever they are. Main thread.
 class DetailsColumn final : public QAbstractScrollArea {
  public:
   /// `margin`: points between the content and the column's edges.
@@ -32,10 +36,13 @@ class DetailsColumn final : public QAbstractScrollArea {
   void clear();
   /// Returns the part's index. Parts are laid out in the next turn of the event loop, or by `layOut`.
   std::size_t add(ColumnPart part);
-  /// To be called when the part's `make` gives something else.
+  /// Makes the part's widget again. To be called when `make` would make another widget than before.
   void remake(std::size_t index, int estimatedHeight);
-  /// Makes and places parts near the visible range for as long as a slice lasts; goes on later if necessary.
+  /// Makes and places the widgets near the visible range for one slice. The rest follows in later turns of
+  /// the event loop.
   void layOut();
+  /// Whether every widget near the visible range exists.
+  bool isComplete() const { return !later_.isActive(); }
   /// The height of all parts and both margins at that width, in points.
   int contentHeight() const;
   std::size_t partCount() const { return slots_.size(); }
@@ -62,16 +69,22 @@ class DetailsColumn final : public QAbstractScrollArea {
 
     int extent() const { return isEmpty ? 0 : part.gap + height; }
   };
-  /// A point of the content that stays where it is seen.
+  /// The part that keeps its place on screen while other parts get their heights.
   struct Anchor {
     std::size_t index = 0;
+    /// From the part's top to the top of the visible range, in points.
     int offset = 0;
+    /// Whether the column is scrolled to its end, and stays there.
     bool isAtEnd = false;
   };
 
   void layOutLater();
   int contentWidth() const;
   Anchor anchor() const;
+  std::optional<std::size_t> focusedPart() const;
+  std::optional<std::size_t> nextFocusPart(bool forward) const;
+  /// Makes the part's widget, and scrolls if it is not visible.
+  QWidget* reveal(std::size_t index);
   /// False when the slice ended before all parts near the anchor were made.
   bool makeNear(const Anchor& anchor);
   void ensure(std::size_t index);
@@ -80,7 +93,6 @@ class DetailsColumn final : public QAbstractScrollArea {
   void updateTops();
   void place(const Anchor& anchor);
   void placeWidgets();
-  void chainTabOrder();
   bool isSliceOver() const;
 
   int margin_;
@@ -91,7 +103,8 @@ class DetailsColumn final : public QAbstractScrollArea {
   QTimer later_;
   std::function<void()> heightDidChange_;
   bool isPlacing_ = false;
-  bool hasTabOrder_ = true;
+  /// While a revealed part is laid out: that part. Otherwise the first visible part is the anchor.
+  std::optional<Anchor> revealed_;
 };
 
 }  // namespace linewatch::desktop

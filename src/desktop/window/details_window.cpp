@@ -15,6 +15,7 @@
 #include "desktop/window/link_button.h"
 #include "desktop/window/plain_tool_tip.h"
 #include "desktop/window/window_colors.h"
+#include "feeds/upcoming_incidents.h"
 #include "platform/incident_string_provider.h"
 #include "platform/main_loop.h"
 #include "platform/platform.h"
@@ -42,15 +43,13 @@ constexpr std::int64_t kAffectedShieldStep = 2;
 // The part of the screen's height that the window takes by itself.
 constexpr double kShareOfScreen = 0.8;
 // Bytes of a text in one label. Laying out a label of this size takes a few milliseconds.
-constexpr std::size_t kTextBlock = 1500;
+constexpr std::size_t kTextBlock = 1000;
 // Milliseconds for which incidents are added in one turn of the event loop.
-constexpr qint64 kAddingSlice = 8;
+constexpr qint64 kAddingSlice = 4;
 // Longer lists and titles are cut to these.
 constexpr std::size_t kMostShields = 40;
 constexpr std::size_t kMostNames = 60;
 constexpr std::size_t kLongestShortText = 200;
-// How far ahead incidents are coming up.
-constexpr Seconds kComingUp{7.0 * 86400};
 
 std::string shieldTextOf(const SharedArtwork& artwork) {
   return artwork && artwork->shieldDataSource ? artwork->shieldDataSource->shieldText.value_or("") : "";
@@ -105,7 +104,7 @@ constexpr std::array<std::string_view, 4> kGroupHeadings = {"", "ComingUp", "Lat
 
 Group groupOf(const TransitIncident& incident, Date now) {
   const auto start = incident.startDate();
-  if (start && *start > now) return *start <= now + kComingUp ? Group::comingUp : Group::later;
+  if (start && *start > now) return *start <= now + kUpcomingSpan ? Group::comingUp : Group::later;
   const auto end = incident.endDate();
   return end && *end <= now ? Group::ended : Group::now;
 }
@@ -134,11 +133,11 @@ DetailsWindow::DetailsWindow(SharedWindowTexts texts, DetailsServices services)
 
 DetailsWindow::~DetailsWindow() = default;
 
-void DetailsWindow::present(const OpenedContent& what) {
+void DetailsWindow::present(const OpenedContent& content) {
   startOver();
-  if (const auto* const incidents = std::get_if<StoredIncidents>(&what)) {
+  if (const auto* const incidents = std::get_if<StoredIncidents>(&content)) {
     present(*incidents);
-  } else if (const auto& line = std::get<std::shared_ptr<const RovaActivity>>(what)->lineItem()) {
+  } else if (const auto& line = std::get<std::shared_ptr<const RovaActivity>>(content)->lineItem()) {
     present(*line);
   }
   column_->setAccessibleName(windowTitle());
@@ -151,6 +150,8 @@ void DetailsWindow::present(const OpenedContent& what) {
   bringUp();
   column_->setFocus(Qt::OtherFocusReason);
 }
+
+bool DetailsWindow::isComplete() const { return !hasMoreToAdd() && column_->isComplete(); }
 
 void DetailsWindow::startOver() {
   column_->clear();
@@ -244,17 +245,15 @@ void DetailsWindow::showFound(FoundIncidents found) {
 void DetailsWindow::addSomeEntries() {
   QElapsedTimer slice;
   slice.start();
-  while (slice.elapsed() < kAddingSlice) {
-    if (!steps_.empty()) {
-      if (steps_.front()()) steps_.pop_front();
-    } else if (nextEntry_ < entries_.size()) {
+  while (hasMoreToAdd() && slice.elapsed() < kAddingSlice) {
+    if (steps_.empty()) {
       const Entry& entry = entries_[nextEntry_++];
       entry.incident ? addIncident(entry.incident) : addHeading(entry.heading);
-    } else {
-      return;
+    } else if (steps_.front()()) {
+      steps_.pop_front();
     }
   }
-  addingMore_.start(0);
+  if (hasMoreToAdd()) addingMore_.start(0);
 }
 
 // ---- Parts of the content ----
@@ -374,7 +373,8 @@ void DetailsWindow::addLink(const SharedIncident& incident) {
   const std::size_t failurePart = column_->partCount() + 1;
   column_->add({.make = [this, url, failurePart] { return makeLink(url, failurePart); },
                 .gap = kGapWithinIncident,
-                .estimatedHeight = styles_->body.metrics.lineSpacing() + 4});
+                .estimatedHeight = styles_->body.metrics.lineSpacing() + 4,
+                .takesFocus = true});
   column_->add({.make = [this, address, failurePart]() -> QWidget* {
                   if (!failedLinks_.contains(failurePart)) return nullptr;
                   return makeText(texts()("LinkFailed", {address.toStdString()}).toStdString(),

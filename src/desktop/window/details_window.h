@@ -42,8 +42,10 @@ class DetailsWindow final : public CompanionWindow {
   DetailsWindow(SharedWindowTexts texts, DetailsServices services);
   ~DetailsWindow() override;
 
-  /// Replaces what was shown before.
-  void present(const OpenedContent& what);
+  /// Replaces the former content.
+  void present(const OpenedContent& content);
+  /// Whether every incident has been added and everything near the visible range has been drawn.
+  bool isComplete() const;
 
  private:
   struct TextStyle {
@@ -62,6 +64,7 @@ class DetailsWindow final : public CompanionWindow {
   void present(const StoredIncidents& incidents);
   void lookUp();
   void addGroups(const TransitIncidents& incidents);
+  bool hasMoreToAdd() const { return !steps_.empty() || nextEntry_ < entries_.size(); }
   void addSomeEntries();
 
   QWidget* makeLineHeader(const std::string& name, const std::shared_ptr<const TransitSystem>& system,

@@ -1,5 +1,6 @@
 #include "desktop/window/favorite_list.h"
 
+#include <QContextMenuEvent>
 #include <QFont>
 #include <QKeyEvent>
 #include <QScrollBar>
@@ -14,11 +15,18 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// What assistive technology reads: the shield, the name and the agency.
-QString accessibleText(const FavoriteList::Entry& entry) {
+/// The second line of a row.
+QString detailsOf(const FavoriteList::Entry& entry, const FavoriteList::Mark& mark) {
+  QStringList words{entry.agency, mark.choice};
+  words.removeAll(QString());
+  return words.join(QStringLiteral(" · "));
+}
+
+/// What assistive technology reads: the shield, the name, the agency and the choice.
+QString accessibleText(const FavoriteList::Entry& entry, const FavoriteList::Mark& mark) {
   const auto& shield = entry.artwork ? entry.artwork->shieldDataSource : std::nullopt;
   const QString shieldText = shield ? QString::fromStdString(shield->shieldText.value_or("")) : QString();
-  QStringList words{shieldText, entry.name, entry.agency};
+  QStringList words{shieldText, entry.name, entry.agency, mark.choice};
   words.removeAll(QString());
   return words.join(QStringLiteral(", "));
 }
@@ -28,8 +36,8 @@ Qt::CheckState checkState(bool isFavorite) { return isFavorite ? Qt::Checked : Q
 }  // namespace
 
 FavoriteList::FavoriteList(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step,
-                           const QFont& nameFont, const QFont& agencyFont, Change change)
-    : change_(std::move(change)) {
+                           const QFont& nameFont, const QFont& agencyFont, Handlers handlers)
+    : handlers_(std::move(handlers)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
   setSelectionMode(QAbstractItemView::NoSelection);
@@ -43,47 +51,55 @@ FavoriteList::FavoriteList(std::shared_ptr<ArtworkDataSourceCache> cache, std::i
 void FavoriteList::clearEntries() {
   const QSignalBlocker blocker(this);
   clear();
-  favorites_.clear();
+  entries_.clear();
 }
 
-void FavoriteList::add(const Entry& entry, bool isFavorite) {
+void FavoriteList::add(const Entry& entry, const Mark& mark) {
   const QSignalBlocker blocker(this);
-  favorites_.push_back(entry.favorite);
+  entries_.push_back(entry);
   auto* const item = new QListWidgetItem(entry.name, this);
-  item->setData(LineDelegate::kAgencyRole, entry.agency);
   item->setData(LineDelegate::kArtworkRole, QVariant::fromValue(entry.artwork));
-  item->setData(Qt::AccessibleTextRole, accessibleText(entry));
-  item->setCheckState(checkState(isFavorite));
-  item->setFlags(change_ ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
-                         : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+  item->setFlags(handlers_.change ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
+                                  : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+  show(mark, entries_.size() - 1);
+}
+
+void FavoriteList::show(const Mark& mark, std::size_t row) {
+  QListWidgetItem* const item = this->item(static_cast<int>(row));
+  item->setData(LineDelegate::kDetailsRole, detailsOf(entries_[row], mark));
+  item->setData(Qt::AccessibleTextRole, accessibleText(entries_[row], mark));
+  item->setCheckState(checkState(mark.isFavorite));
 }
 
 bool FavoriteList::contains(const StoredFavorite& favorite) const {
-  return std::ranges::any_of(favorites_,
-                             [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
+  return std::ranges::any_of(entries_, [&](const Entry& entry) { return entry.favorite.isSameAs(favorite); });
 }
 
-void FavoriteList::setMarks(const std::function<bool(const StoredFavorite&)>& isFavorite) {
+void FavoriteList::setMarks(const MarkOf& markOf) {
   const QSignalBlocker blocker(this);
-  for (std::size_t row = 0; row < favorites_.size(); ++row)
-    item(static_cast<int>(row))->setCheckState(checkState(isFavorite(favorites_[row])));
+  for (std::size_t row = 0; row < entries_.size(); ++row) show(markOf(entries_[row].favorite), row);
+  viewport()->update();
 }
 
 FavoriteList::Place FavoriteList::place() const {
-  const int row = currentRow();
-  return {row < 0 ? std::nullopt : std::optional(favorites_[static_cast<std::size_t>(row)]),
-          verticalScrollBar()->value()};
+  const QListWidgetItem* const current = currentItem();
+  return {current ? std::optional(entryOf(*current).favorite) : std::nullopt, verticalScrollBar()->value()};
 }
 
 void FavoriteList::restore(const Place& place) {
-  const auto found = place.current ? std::ranges::find(favorites_, *place.current) : favorites_.end();
-  if (found != favorites_.end()) setCurrentRow(static_cast<int>(found - favorites_.begin()));
+  const auto isCurrent = [&](const Entry& entry) { return entry.favorite.isSameAs(*place.current); };
+  const auto found = place.current ? std::ranges::find_if(entries_, isCurrent) : entries_.end();
+  if (found != entries_.end()) setCurrentRow(static_cast<int>(found - entries_.begin()));
   verticalScrollBar()->setValue(place.scrolledTo);
+}
+
+const FavoriteList::Entry& FavoriteList::entryOf(const QListWidgetItem& item) const {
+  return entries_[static_cast<std::size_t>(row(&item))];
 }
 
 void FavoriteList::itemDidChange(QListWidgetItem& item) {
   const bool isAdded = item.checkState() == Qt::Checked;
-  if (change_(favorites_[static_cast<std::size_t>(row(&item))], isAdded)) return;
+  if (handlers_.change(entryOf(item).favorite, isAdded)) return;
   const QSignalBlocker blocker(this);
   item.setCheckState(checkState(!isAdded));
 }
@@ -99,6 +115,14 @@ void FavoriteList::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
     return QListWidget::keyPressEvent(event);
   toggleCurrent();
+}
+
+void FavoriteList::contextMenuEvent(QContextMenuEvent* event) {
+  const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QListWidgetItem* const item = isByKey ? currentItem() : itemAt(event->pos());
+  if (!item || !handlers_.showMenu) return event->ignore();
+  const QPoint place = isByKey ? visualItemRect(item).center() : event->pos();
+  handlers_.showMenu(entryOf(*item).favorite, viewport()->mapToGlobal(place));
 }
 
 }  // namespace linewatch::desktop

@@ -13,8 +13,8 @@ class QFont;
 
 namespace linewatch::desktop {
 
-/// A list of lines, each with a mark that says whether it is a favourite. A click, Space or Enter toggles the
-/// mark.
+/// A list of lines, each with a mark that shows whether it is a favourite. A click, Space or Enter toggles
+/// the mark.
 class FavoriteList final : public QListWidget {
  public:
   struct Entry {
@@ -24,20 +24,32 @@ class FavoriteList final : public QListWidget {
     SharedArtwork artwork;
   };
 
-  /// Stores that a line is a favourite or no longer one; false when that failed, and the mark goes back.
-  using Change = std::function<bool(const StoredFavorite& favorite, bool isAdded)>;
+  struct Mark {
+    bool isFavorite = false;
+    /// The incidents that the user has chosen, in words; empty for all.
+    QString choice = {};
+  };
+  using MarkOf = std::function<Mark(const StoredFavorite&)>;
 
-  /// `step`: the size step of shields. Without `change` the marks cannot be changed.
+  struct Handlers {
+    /// Adds or removes a favourite. If it fails it returns false, and the mark goes back. Without this
+    /// handler the marks cannot be changed.
+    std::function<bool(const StoredFavorite& favorite, bool isAdded)> change = {};
+    /// Shows the menu of a line at a place on the screen.
+    std::function<void(const StoredFavorite& favorite, const QPoint& place)> showMenu = {};
+  };
+
+  /// `step`: the size step of shields.
   FavoriteList(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, const QFont& nameFont,
-               const QFont& agencyFont, Change change);
+               const QFont& agencyFont, Handlers handlers);
 
   void clearEntries();
-  void add(const Entry& entry, bool isFavorite);
+  void add(const Entry& entry, const Mark& mark);
   bool contains(const StoredFavorite& favorite) const;
   /// Sets the mark of every line.
-  void setMarks(const std::function<bool(const StoredFavorite&)>& isFavorite);
+  void setMarks(const MarkOf& markOf);
 
-  /// The current line and the scroll position, to be restored after the list was filled again.
+  /// The current line and the scroll position. They are restored after the list has been filled again.
   struct Place {
     std::optional<StoredFavorite> current;
     int scrolledTo = 0;
@@ -47,14 +59,17 @@ class FavoriteList final : public QListWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  const Entry& entryOf(const QListWidgetItem& item) const;
+  void show(const Mark& mark, std::size_t row);
   void itemDidChange(QListWidgetItem& item);
   void toggleCurrent();
 
-  Change change_;
-  /// The favourite of each row.
-  std::vector<StoredFavorite> favorites_;
+  Handlers handlers_;
+  /// By row.
+  std::vector<Entry> entries_;
 };
 
 }  // namespace linewatch::desktop

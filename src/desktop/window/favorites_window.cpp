@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/window/line_choice_menu.h"
 #include "desktop/window/window_colors.h"
 #include "feeds/user_favorites.h"
 #include "shared/failure.h"
@@ -31,8 +32,8 @@ constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
 constexpr int kRetryMilliseconds = 1000;
 
-/// A search field with a rounded outline on the card's background. A style sheet would not follow changes of
-/// the palette.
+/// A search field with a rounded outline. It is painted here because a style sheet would not follow changes
+/// of the palette.
 class OutlinedField final : public QLineEdit {
  public:
   OutlinedField() {
@@ -53,6 +54,13 @@ class OutlinedField final : public QLineEdit {
   }
 };
 
+/// The favourite in the list for the same line; null when there is none.
+const StoredFavorite* findSame(const std::vector<StoredFavorite>& favorites, const StoredFavorite& line) {
+  const auto found =
+      std::ranges::find_if(favorites, [&](const StoredFavorite& other) { return other.isSameAs(line); });
+  return found == favorites.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices services)
@@ -68,11 +76,13 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
   search_->installEventFilter(this);
   connect(search_, &QLineEdit::textChanged, this, [this] { showLines(); });
   hint_ = makeLabel({}, font(kHintSize), Tone::faint);
-  FavoriteList::Change applyChange;
-  if (services_.change)
-    applyChange = [this](const StoredFavorite& favorite, bool isAdded) { return change(favorite, isAdded); };
+  FavoriteList::Handlers handlers;
+  if (services_.change) {
+    handlers.change = [this](const StoredFavorite& line, bool isAdded) { return change(line, isAdded); };
+    handlers.showMenu = [this](const StoredFavorite& line, const QPoint& place) { showMenu(line, place); };
+  }
   list_ = new FavoriteList(artworkCache(), artworkStep(kListedShieldStep), font(kLineNameSize, QFont::Medium),
-                           font(kAgencySize), std::move(applyChange));
+                           font(kAgencySize), std::move(handlers));
   list_->setAccessibleName(this->texts()("FavoritesTitle"));
   for (QWidget* const part : {static_cast<QWidget*>(search_), static_cast<QWidget*>(hint_)}) {
     auto* const row = new QHBoxLayout;
@@ -93,7 +103,7 @@ void FavoritesWindow::showTitle() {
 
 void FavoritesWindow::present() {
   const auto stored = services_.favorites();
-  favorites_ = stored ? *stored : std::vector<StoredFavorite>();
+  setFavorites(stored ? *stored : std::vector<StoredFavorite>());
   favoritesError_ = stored ? std::nullopt : std::optional(stored.error());
   showTitle();
   const QSignalBlocker blocker(search_);
@@ -116,14 +126,14 @@ void FavoritesWindow::readAgain() {
   followChanges();
 }
 
-/// Favourites that cannot be read now are assumed to be unchanged.
+/// If the favourites cannot be read, the window assumes that they have not changed.
 void FavoritesWindow::followChanges() {
   auto stored = services_.favorites();
   if (!stored) {
     if (favoritesError_) showError(favoritesError_.emplace(stored.error()));
     return;
   }
-  favorites_ = std::move(*stored);
+  setFavorites(std::move(*stored));
   if (std::exchange(favoritesError_, std::nullopt)) {
     retry_->stop();
     search_->setEnabled(static_cast<bool>(services_.change));
@@ -167,7 +177,7 @@ void FavoritesWindow::showLines() {
   } else {
     showFound(searchLines(lines_.indexes, query.toStdString()));
   }
-  // This says more about missing lines than any other hint.
+  // The error replaces other hints, because it explains why lines are missing.
   if (lines_.error) showError(*lines_.error);
 }
 
@@ -178,10 +188,10 @@ void FavoritesWindow::showLinesAgain() {
   list_->restore(place);
 }
 
-/// Updates the marks. A listed line that is no longer a favourite stays in the list, as if the user had
-/// removed it here.
+/// Updates the marks. If the list shows the favourites, new ones are added to it; removed ones stay, as if
+/// the user had removed them here.
 void FavoritesWindow::showMarks() {
-  list_->setMarks([this](const StoredFavorite& line) { return isFavorite(line); });
+  list_->setMarks([this](const StoredFavorite& line) { return markOf(line); });
   if (!listsFavorites_) return;
   for (const StoredFavorite& favorite : favorites_) {
     if (!list_->contains(favorite)) addLine(entryOf(favorite));
@@ -203,7 +213,7 @@ void FavoritesWindow::showFound(const std::vector<FoundLine>& found) {
 void FavoritesWindow::showFavorites() {
   listsFavorites_ = true;
   for (const StoredFavorite& favorite : favorites_) addLine(entryOf(favorite));
-  if (!services_.change) showHint(texts()("FavoritesGiven"));
+  showHint(texts()(services_.change ? "ChoiceHint" : "FavoritesGiven"));
 }
 
 void FavoritesWindow::showHint(const QString& hint) {
@@ -227,27 +237,65 @@ FavoriteList::Entry FavoritesWindow::entryOf(const StoredFavorite& favorite) {
           nullptr};
 }
 
-bool FavoritesWindow::isFavorite(const StoredFavorite& line) const {
-  return std::ranges::any_of(favorites_, [&](const StoredFavorite& other) { return other.isSameAs(line); });
+/// Remembers the favourites that are no longer there.
+void FavoritesWindow::setFavorites(std::vector<StoredFavorite> favorites) {
+  const std::vector<StoredFavorite> before = std::exchange(favorites_, std::move(favorites));
+  for (const StoredFavorite& favorite : before) {
+    if (favoriteFor(favorite)) continue;
+    std::erase_if(removed_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
+    removed_.push_back(favorite);
+  }
 }
 
-void FavoritesWindow::addLine(const FavoriteList::Entry& entry) {
-  list_->add(entry, isFavorite(entry.favorite));
+const StoredFavorite* FavoritesWindow::favoriteFor(const StoredFavorite& line) const {
+  return findSame(favorites_, line);
 }
+
+FavoriteList::Mark FavoritesWindow::markOf(const StoredFavorite& line) const {
+  const StoredFavorite* const favorite = favoriteFor(line);
+  return favorite ? FavoriteList::Mark{true, choiceInWords(favorite->choice, texts())} : FavoriteList::Mark{};
+}
+
+void FavoritesWindow::addLine(const FavoriteList::Entry& entry) { list_->add(entry, markOf(entry.favorite)); }
 
 // ---- Changes ----
 
-bool FavoritesWindow::change(const StoredFavorite& favorite, bool isAdded) {
+bool FavoritesWindow::change(const StoredFavorite& line, bool isAdded) {
+  const StoredFavorite* const known = findSame(removed_, line);
+  const StoredFavorite favorite = isAdded && known ? *known : line;
   const auto changed = services_.change(favorite, isAdded);
   if (!changed) {
     showError(changed.error());
     return false;
   }
   if (!*changed) return true;
-  std::erase_if(favorites_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
-  if (isAdded) favorites_.push_back(favorite);
+  std::vector<StoredFavorite> favorites = favorites_;
+  std::erase_if(favorites, [&](const StoredFavorite& other) { return other.isSameAs(line); });
+  if (isAdded) favorites.push_back(favorite);
+  setFavorites(std::move(favorites));
+  showMarks();
   services_.didChange();
   return true;
+}
+
+void FavoritesWindow::showMenu(const StoredFavorite& line, const QPoint& place) {
+  const StoredFavorite* const favorite = favoriteFor(line);
+  if (!favorite) return;
+  auto* const menu = new LineChoiceMenu(
+      favorite->choice, texts(),
+      [this, favorite = *favorite](const LineChoice& choice) { choose(favorite, choice); }, this);
+  menu->popup(place);
+}
+
+void FavoritesWindow::choose(StoredFavorite favorite, const LineChoice& choice) {
+  favorite.choice = choice;
+  const auto changed = services_.choose(favorite);
+  if (!changed) return showError(changed.error());
+  for (StoredFavorite& other : favorites_) {
+    if (other.isSameAs(favorite)) other.choice = choice;
+  }
+  showMarks();
+  if (*changed) services_.didChange();
 }
 
 /// In the search field, Enter and Down lead to the list.

@@ -24,9 +24,11 @@ namespace linewatch::desktop {
 /// What the favourites window needs of the program around it.
 struct FavoritesServices {
   std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
-  /// Adds or removes a favourite; false when that changes nothing. Empty when the favourites cannot be
-  /// changed.
+  /// Adds or removes a favourite; false when that changes nothing. An empty function when the favourites
+  /// cannot be changed.
   std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
+  /// Gives a favourite the choice in it; false when that changes nothing. Used only with `change`.
+  std::function<Outcome<bool>(const StoredFavorite&)> choose;
   /// Loads the lines of every feed that can be read, and calls back once, at once or later, on the main
   /// thread.
   std::function<void(std::function<void(const FeedLines&)>)> loadLines;
@@ -34,8 +36,9 @@ struct FavoritesServices {
   std::function<void()> didChange;
 };
 
-/// Shows the favourite lines, or the lines that a search finds, and lets the user add and remove favourites.
-/// A removed line stays in the list until the next search, so that it can be added back.
+/// Shows the favourite lines, or the lines that a search finds. The user adds and removes favourites, and
+/// chooses which incidents of a favourite are shown. A removed line stays in the list until the next search;
+/// if the user adds it back, it has its former choice.
 class FavoritesWindow final : public CompanionWindow {
  public:
   /// The most lines that are listed.
@@ -43,11 +46,10 @@ class FavoritesWindow final : public CompanionWindow {
 
   FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);
 
-  /// Shows the present favourites, or lines to choose from if there are none. While the favourites cannot be
-  /// read, the open window tries again every second.
+  /// Shows the favourites, or all lines if there are no favourites. If the favourites cannot be read, the
+  /// window tries again every second.
   void present();
-  /// Shows changes that were made elsewhere, without moving the user's place in the list. After an error the
-  /// search gets the focus.
+  /// Shows changes that another program or window has made. The current line and the scroll position stay.
   void followChanges();
 
  protected:
@@ -66,27 +68,34 @@ class FavoritesWindow final : public CompanionWindow {
   void showFavorites();
   void showHint(const QString& hint);
   void showError(const Error& error);
-  bool isFavorite(const StoredFavorite& line) const;
+  void setFavorites(std::vector<StoredFavorite> favorites);
+  /// Null when the line is no favourite.
+  const StoredFavorite* favoriteFor(const StoredFavorite& line) const;
+  FavoriteList::Mark markOf(const StoredFavorite& line) const;
   void addLine(const FavoriteList::Entry& entry);
   FavoriteList::Entry entryOf(const FoundLine& line);
   FavoriteList::Entry entryOf(const StoredFavorite& favorite);
   void goToList();
-  bool change(const StoredFavorite& favorite, bool isAdded);
+  bool change(const StoredFavorite& line, bool isAdded);
+  void showMenu(const StoredFavorite& line, const QPoint& place);
+  void choose(StoredFavorite favorite, const LineChoice& choice);
 
   FavoritesServices services_;
   QLineEdit* search_ = nullptr;
   QLabel* hint_ = nullptr;
   FavoriteList* list_ = nullptr;
-  /// Runs as long as the favourites cannot be read.
+  /// Runs while the favourites cannot be read.
   QTimer* retry_ = nullptr;
 
   std::vector<StoredFavorite> favorites_;
-  /// Why the favourites cannot be read, in which case nothing can be chosen; absent when they can.
+  /// Favourites that were removed while the window was open, with their choices.
+  std::vector<StoredFavorite> removed_;
+  /// Why the favourites cannot be read. Nothing can be changed then.
   std::optional<Error> favoritesError_;
   FeedLines lines_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
-  /// Whether the list shows the favourites, not the lines that a search found.
+  /// Whether the list shows the favourites, and not the result of a search.
   bool listsFavorites_ = false;
 };
 

@@ -19,7 +19,7 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr double kRowInset = 12;
+constexpr double kRowInset = 16;
 constexpr double kRowGap = 12;
 constexpr double kShieldColumn = 52;
 constexpr double kMarkSize = 22;
@@ -89,15 +89,15 @@ bool asksForChange(const QEvent& event) {
 }  // namespace
 
 LineDelegate::LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step,
-                           const QFont& nameFont, const QFont& agencyFont, QObject* parent)
+                           const QFont& nameFont, const QFont& detailsFont, QObject* parent)
     : QStyledItemDelegate(parent),
       cache_(std::move(cache)),
       step_(step),
       nameFont_(nameFont),
-      agencyFont_(agencyFont) {}
+      detailsFont_(detailsFont) {}
 
 QSize LineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
-  const double text = QFontMetricsF(nameFont_).height() + kLineGap + QFontMetricsF(agencyFont_).height();
+  const double text = QFontMetricsF(nameFont_).height() + kLineGap + QFontMetricsF(detailsFont_).height();
   return {0, static_cast<int>(std::ceil(text + 2 * kRoomAboveText))};
 }
 
@@ -149,11 +149,11 @@ void LineDelegate::paintNames(QPainter& painter, const QStyleOptionViewItem& opt
                      static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), text);
     return top + metrics.height() + kLineGap;
   };
-  const bool hasAgency = !index.data(kAgencyRole).toString().isEmpty();
+  const bool hasDetails = !index.data(kDetailsRole).toString().isEmpty();
   const double nameHeight = QFontMetricsF(nameFont_).height();
-  const double top = hasAgency ? place.top() + kRoomAboveText : place.center().y() - nameHeight / 2;
+  const double top = hasDetails ? place.top() + kRoomAboveText : place.center().y() - nameHeight / 2;
   const double next = paintText(Qt::DisplayRole, nameFont_, QPalette::Text, top);
-  if (hasAgency) paintText(kAgencyRole, agencyFont_, kFaintRole, next);
+  if (hasDetails) paintText(kDetailsRole, detailsFont_, kFaintRole, next);
 }
 
 bool LineDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem&,

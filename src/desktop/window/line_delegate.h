@@ -7,17 +7,17 @@
 
 namespace linewatch::desktop {
 
-/// Draws one line of a list: its shield, its name above its agency, and a mark that tells whether it is
-/// checked. A click anywhere on the row, or Space, toggles the mark.
+/// Draws one transit line of a list: its shield, its name, a text below the name, and a mark that shows
+/// whether the item is checked. A click anywhere on the row, or Space, toggles the mark.
 class LineDelegate final : public QStyledItemDelegate {
  public:
-  /// The agency's name. The line's name is the item's text; the item may be checkable.
-  static constexpr int kAgencyRole = Qt::UserRole;
+  /// The text below the name. The name is the item's own text. The item may be checkable.
+  static constexpr int kDetailsRole = Qt::UserRole;
   /// The line's shield, as a SharedArtwork.
   static constexpr int kArtworkRole = Qt::UserRole + 1;
 
   LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, const QFont& nameFont,
-               const QFont& agencyFont, QObject* parent);
+               const QFont& detailsFont, QObject* parent);
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -33,7 +33,7 @@ class LineDelegate final : public QStyledItemDelegate {
   std::shared_ptr<ArtworkDataSourceCache> cache_;
   std::int64_t step_;
   QFont nameFont_;
-  QFont agencyFont_;
+  QFont detailsFont_;
 };
 
 }  // namespace linewatch::desktop

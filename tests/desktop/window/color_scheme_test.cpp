@@ -63,12 +63,6 @@ class Portal final : public QDBusVirtualObject {
   int questions_ = 0;
 };
 
-template <class Condition>
-void waitUntil(Condition condition) {
-  while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  settle();
-}
-
 TEST(ColorSchemeTest, FollowsTheDesktopsSettings) {
   needApplication();
   Portal portal;

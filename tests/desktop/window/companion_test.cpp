@@ -34,8 +34,7 @@ TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
   openRow(activityOfRow(0));
   const auto fields = std::make_shared<const TransitLineFields>(TransitLineFields{
       .muid = 2, .name = hostile, .artwork = std::make_shared<const TransitArtworkDataSource>(artwork("7"))});
-  found_({{11, {.lines = {fields}, .stops = {hostile}}}});
-  settle();
+  find({{11, {.lines = {fields}, .stops = {hostile}}}});
   stored_ = {{FavoriteKind::line, hostile, hostile}};
   openFavorites();
   int toolTips = 0;
@@ -144,7 +143,7 @@ TEST_F(CompanionTest, RunsTheUsersCommand) {
   EXPECT_EQ(Bytes(contents.begin(), contents.end()), *activityOfRow(0).userInfo()->at("bs").get<Bytes>());
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
   companion_ = nullptr;
-  EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(file).parent_path()));
 
   startCompanion({"/nowhere/companion", "--open"});
   EXPECT_FALSE(openURL("rova://?t=r"));

@@ -3,10 +3,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -59,8 +61,14 @@ class CompanionTest : public PanelTest {
   bool openRow(const RVUserActivityData& data) {
     return !errorOfOpening({*data.activityType(), *data.userInfo()});
   }
-  /// Waits until the activity has been opened.
+  /// Waits until the activity has been opened and the details window shows all of it.
   std::optional<Error> errorOfOpening(const UserActivity& activity) {
+    const std::optional<Error> failed = errorOfDecoding(activity);
+    waitForDetails();
+    return failed;
+  }
+  /// Waits only until the details window has begun to show the activity.
+  std::optional<Error> errorOfDecoding(const UserActivity& activity) {
     bool isDone = false;
     std::optional<Error> failed;
     companion_->openActivity(activity, [&](bool success, const std::optional<Error>& error) {
@@ -68,9 +76,18 @@ class CompanionTest : public PanelTest {
       failed = error;
       EXPECT_NE(success, error.has_value());
     });
-    while (!isDone) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    settle();
+    waitUntil([&] { return isDone; });
     return failed;
+  }
+  /// Tells the details window what the feeds know, and waits until it shows that.
+  void find(const FoundIncidents& incidents) { find(found_, incidents); }
+  void find(const DetailsServices::IncidentsFound& found, const FoundIncidents& incidents) {
+    found(incidents);
+    waitForDetails();
+  }
+  /// The details window adds its content in several turns of the event loop.
+  static void waitForDetails() {
+    waitUntil([] { return !window<DetailsWindow>() || window<DetailsWindow>()->isComplete(); });
   }
   const RVUserActivityData& activityOfRow(std::size_t row) {
     const auto item =
@@ -88,13 +105,6 @@ class CompanionTest : public PanelTest {
     return opened;
   }
 
-  template <class Window>
-  static Window* window() {
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-      if (auto* const found = dynamic_cast<Window*>(widget); found && found->isVisible()) return found;
-    }
-    return nullptr;
-  }
   static std::vector<ArtworkStrip*> stripsOf(const QWidget& window) {
     std::vector<ArtworkStrip*> strips;
     for (QWidget* const child : window.findChildren<QWidget*>()) {
@@ -127,9 +137,15 @@ class CompanionTest : public PanelTest {
             },
             .change = [this](const StoredFavorite& favorite, bool isAdded) -> Outcome<bool> {
               if (isReadOnly_) return failure("state database", "", "it may only be read");
-              std::erase(stored_, favorite);
+              std::erase_if(stored_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
               if (isAdded) stored_.push_back(favorite);
               return true;
+            },
+            .choose = [this](const StoredFavorite& favorite) -> Outcome<bool> {
+              if (isReadOnly_) return failure("state database", "", "it may only be read");
+              const auto stored = std::ranges::find_if(
+                  stored_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
+              return std::exchange(*stored, favorite) != favorite;
             },
             .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
             .didChange = [this] { ++changes_; }};

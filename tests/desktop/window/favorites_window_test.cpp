@@ -1,9 +1,10 @@
 #include "desktop/window/favorites_window.h"
 
-#include <QDeadlineTimer>
+#include <QContextMenuEvent>
 #include <utility>
 
 #include "desktop/window/companion_test.h"
+#include "desktop/window/line_choice_menu.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -32,6 +33,51 @@ TEST_F(CompanionTest, RemovesAFavouriteAndAddsItBack) {
   EXPECT_EQ(list.item(0)->checkState(), Qt::Checked);
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
   EXPECT_EQ(changes_, 2);
+}
+
+TEST_F(CompanionTest, ChoosesTheStopsAndTheDirectionOfAFavourite) {
+  startCompanion();
+  const LineChoice stops{.stops = LineChoice::Stops::chosen, .stopIds = {"s&1", "s2"}};
+  stored_ = {{FavoriteKind::line, "city", "r2", stops}};
+  QListWidget& list = openFavorites();
+  const auto spoken = [&] { return list.item(0)->data(Qt::AccessibleTextRole).toString().toStdString(); };
+  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, Notices of stops s&1, s2");
+  const auto openMenu = [&] {
+    list.setCurrentRow(0);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QApplication::sendEvent(list.viewport(), &event);
+    return window<LineChoiceMenu>();
+  };
+  const auto choose = [&](const QString& text) {
+    LineChoiceMenu* const menu = openMenu();
+    for (QAction* const action : menu->actions()) {
+      if (action->text() == text) action->trigger();
+    }
+    menu->close();
+    settle();
+  };
+  QStringList checked;
+  for (const QAction* const action : openMenu()->actions()) {
+    if (action->isChecked()) checked << action->text();
+  }
+  EXPECT_THAT(checked, ElementsAre("Notices of stops s&&1, s2", "Both directions"));
+  window<LineChoiceMenu>()->close();
+
+  choose("Direction 1 only");
+  choose("No notices of stops");
+  const LineChoice chosen{.stops = LineChoice::Stops::none, .direction = 1};
+  EXPECT_EQ(stored_.front().choice, chosen);
+  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, No notices of stops · Direction 1 only");
+  EXPECT_EQ(changes_, 2);
+  press(list, Qt::Key_Space);
+  EXPECT_TRUE(stored_.empty());
+  EXPECT_EQ(openMenu(), nullptr) << "it is no favourite";
+  press(list, Qt::Key_Space);
+  EXPECT_EQ(stored_.front().choice, chosen) << "it is added back as it was";
+  isReadOnly_ = true;
+  choose("Notices of all stops");
+  EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
+  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, No notices of stops · Direction 1 only");
 }
 
 TEST_F(CompanionTest, FollowsChangesByOthersAndKeepsThePlace) {
@@ -105,9 +151,8 @@ TEST_F(CompanionTest, WorksWithoutAnUnreadableFeedButNotWithoutFavourites) {
   whyUnreadable_.clear();
   linesError_ = std::nullopt;
   const auto* const search = window<FavoritesWindow>()->findChild<QLineEdit*>();
-  for (QDeadlineTimer patience(5000); !search->isEnabled() && !patience.hasExpired();)
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-  EXPECT_TRUE(search->isEnabled()) << "it recovers by itself";
+  // The window tries again by itself.
+  waitUntil([search] { return search->isEnabled(); });
   EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
   EXPECT_THAT(hints(), Not(Contains("state database: it is damaged")));
 }

@@ -144,6 +144,28 @@ TEST_F(PanelUpdatesTest, AsksOnceAfterSleepOrAJumpOfTheClock) {
   EXPECT_EQ(asked_ - before, 1) << "a fetch has begun since the machine woke up";
 }
 
+/// The main loop's timers, the watch of the clock and the watch of the network all notice that the machine
+/// woke up, in any order and before or after a fetch has ended.
+TEST_F(PanelUpdatesTest, AsksOnceAfterSleepInWhateverOrderItIsNoticed) {
+  const auto timer = [this] { pause(); };
+  const auto clock = [this] { updates_.checkClock(); };
+  const auto network = [this] { updates_.connectionDidReturn(); };
+  const std::vector<std::vector<std::function<void()>>> orders = {
+      {clock, network}, {network, clock}, {timer, clock, network}, {timer, network, clock}};
+  for (const bool holds : {false, true}) {
+    for (std::size_t i = 0; i < orders.size(); ++i) {
+      pass(20);
+      holdsFetches_ = holds;
+      clocks_.realTime += Seconds(kSleep);
+      clocks_.sinceStart += Seconds(kSleep);
+      const int before = asked_;
+      for (const auto& notice : orders[i]) notice();
+      if (holds) end();
+      EXPECT_EQ(asked_ - before, 1) << "order " << i << (holds ? ", during the fetch" : ", after it");
+    }
+  }
+}
+
 TEST_F(PanelUpdatesTest, AsksAgainForWhatARunningFetchMayHaveMissed) {
   holdsFetches_ = true;
   updates_.userDidAsk();

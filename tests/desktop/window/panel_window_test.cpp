@@ -111,7 +111,7 @@ TEST_F(PanelTest, AnImmediateResizeStopsTheAnimation) {
   const std::unique_ptr<QStyle> moving(QStyleFactory::create("fusion"));
   panel_->setStyle(moving.get());
   panel_->setExpanded(true);
-  settle();
+  // It cannot end before the event loop runs.
   const auto& resizing = *panel_->findChild<QVariantAnimation*>();
   EXPECT_EQ(resizing.state(), QAbstractAnimation::Running);
   panel_->hide();

@@ -39,6 +39,22 @@ inline void settle() {
   }
 }
 
+/// Runs the event loop until the condition holds. The test's time limit ends it otherwise.
+template <class Condition>
+void waitUntil(Condition condition) {
+  while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  settle();
+}
+
+/// The visible window of this class; null when there is none.
+template <class Window>
+Window* window() {
+  for (QWidget* const widget : QApplication::topLevelWidgets()) {
+    if (auto* const found = dynamic_cast<Window*>(widget); found && found->isVisible()) return found;
+  }
+  return nullptr;
+}
+
 inline void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
   QKeyEvent down(QEvent::KeyPress, key, modifiers);
   QApplication::sendEvent(&widget, &down);
