@@ -84,6 +84,14 @@ void syncFolder(const fs::path& folder) {
   if (opened.get() >= 0) ::fsync(opened.get());
 }
 
+/// They may be new, or a killed program may have made them.
+void syncFoldersAbove(const fs::path& folder) {
+  for (fs::path above = folder; above.has_relative_path();) {
+    above = above.parent_path();
+    syncFolder(above);
+  }
+}
+
 }  // namespace
 
 std::optional<DatabaseFile::Identity> DatabaseFile::identity() const {
@@ -129,6 +137,8 @@ std::error_code DatabaseFile::create(std::span<const std::uint8_t> bytes) const 
   std::error_code error;
   if (::fchmod(made.get(), kOwnerOnly) != 0) error = lastSystemError();
   if (!error) error = writeAndSync(made.get(), bytes);
+  // Before the file has its name: from then on no program makes it again.
+  if (!error) syncFoldersAbove(path_.parent_path());
   if (!error) error = putInPlace(name);
   ::unlink(name.c_str());
   if (error) return error;

@@ -1,0 +1,298 @@
+#!/usr/bin/env python3
+"""kill_test.py PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and looks for losses.
+
+Favourites and feeds are added and removed, and panels save what they show. Half of the kills are at a random moment,
+half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
+"loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
+killed has done all or nothing, and the databases are whole.
+"""
+
+import collections
+import contextlib
+import os
+import pathlib
+import random
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+LINES = [f"r{number}" for number in range(12)]
+FEEDS = ["spare", "other"]
+PATIENCE = 60  # seconds, for a program that hangs
+LONGEST_COMMAND = 0.15  # seconds; a kill is at a random moment of these
+LONGEST_PANEL = 1.5
+SAVED_STATE = "Rova.LineWatch.savedUIData"
+NEW_START = 25  # kills after which a new machine is taken
+
+
+class Loss(Exception):
+    pass
+
+
+class Disk:
+    """A folder whose synced contents are known, see disk_faults.cpp."""
+
+    def __init__(self, folder):
+        self.root = folder / "disk"
+        self.synced = folder / "synced"
+        self.calls = folder / "calls"
+        self.root.mkdir()
+        self.all_synced()
+
+    def all_synced(self):
+        shutil.rmtree(self.synced, ignore_errors=True)
+        self.synced.mkdir()
+        for path in [self.root, *self.root.rglob("*")]:
+            if path.is_dir():
+                entries = [f"{'d' if entry.is_dir() else 'f'} {entry.stat().st_ino} {entry.name}\n"
+                           for entry in path.iterdir()]
+                (self.synced / f"folder-{path.stat().st_ino}").write_text("".join(entries))
+            else:
+                shutil.copyfile(path, self.synced / f"file-{path.stat().st_ino}")
+
+    def lose_power(self):
+        after = self.root.with_name("after")
+        self.restore(self.root.stat().st_ino, after)
+        shutil.rmtree(self.root)
+        after.rename(self.root)
+        self.all_synced()
+
+    def restore(self, inode, folder):
+        folder.mkdir(mode=0o700)
+        entries = self.synced / f"folder-{inode}"
+        for line in entries.read_text().splitlines() if entries.exists() else []:
+            kind, number, name = line.split(" ", 2)
+            kept = self.synced / f"file-{number}"
+            if kind == "d":
+                self.restore(number, folder / name)
+            elif kept.exists():
+                shutil.copyfile(kept, folder / name)
+            else:
+                (folder / name).touch()
+            (folder / name).chmod(0o700 if kind == "d" else 0o600)
+
+
+class Machine:
+    """A user's machine and what the user has been told of its state."""
+
+    def __init__(self, program, faults, folder):
+        self.program, self.faults, self.folder = program, faults, folder
+        self.disk = Disk(folder)
+        self.state = self.disk.root / "home" / "state"
+        (self.disk.root / "home").mkdir()
+        self.disk.all_synced()
+        self.favorites, self.feeds, self.has_saved_state = [], [], False
+        # What a killed program changed without confirming it can be seen before it is synced. A power cut then brings
+        # back one of these states.
+        self.not_synced_yet = []
+        (folder / "gtfs").mkdir()
+        (folder / "alerts.pb").write_bytes(b"\x0a\x0d\x0a\x032.0\x10\x00\x18\x80\xea\xe0\xaf\x06")
+        (folder / "gtfs" / "routes.txt").write_text(
+            "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},3\n" for line in LINES))
+
+    def start(self, words, kill_at=0, torn=False):
+        self.disk.calls.write_bytes(b"")
+        environment = dict(os.environ, HOME=str(self.folder), LANG="en_US.UTF-8", LC_ALL="", LD_PRELOAD=self.faults,
+                           QT_QPA_PLATFORM="offscreen", XDG_RUNTIME_DIR=str(self.folder),
+                           LINEWATCH_DISK=str(self.disk.root), LINEWATCH_CALLS=str(self.disk.calls),
+                           LINEWATCH_SYNCED=str(self.disk.synced), LINEWATCH_KILL_AT=str(kill_at),
+                           LINEWATCH_TORN="1" if torn else "")
+        return subprocess.Popen([self.program, "--state-dir", self.state, *words], env=environment, text=True,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def run(self, words, **how):
+        process = self.start(words, **how)
+        output, errors = process.communicate(timeout=PATIENCE)
+        return process.returncode, output, errors
+
+    def must(self, words):
+        status, output, errors = self.run(words)
+        if status != 0:
+            raise Loss(f"{' '.join(words)} fails: {output}{errors}")
+        return output
+
+    @staticmethod
+    def faults_in(path):
+        try:
+            with contextlib.closing(sqlite3.connect(path)) as database:
+                faults = [row[0] for row in database.execute("PRAGMA integrity_check")]
+        except sqlite3.DatabaseError as error:
+            return [str(error)]
+        return [] if faults == ["ok"] else faults
+
+    def stored(self):
+        """Read by the program first, as a user would, which also rolls back what a killed one left half done."""
+        self.must(["favorites"])
+        databases = [path for path in self.state.rglob("*.sqlite*") if path.suffix == ".sqlite"]
+        for path in databases:
+            if faults := self.faults_in(path):
+                raise Loss(f"{path.name} is damaged: {faults}")
+        if damaged := [path.name for path in self.state.rglob("*.damaged*")]:
+            raise Loss(f"set aside: {damaged}")
+        file = self.state / "linewatch.sqlite"
+        if not file.exists():
+            return [], [], False
+        with contextlib.closing(sqlite3.connect(file)) as database:
+            favorites = [f"{feed}:{subject}" for feed, subject in
+                         database.execute("SELECT feed, subject FROM favorite ORDER BY position")]
+            feeds = [row[0] for row in database.execute("SELECT name FROM feed ORDER BY position")]
+            for feed in feeds:
+                parts = database.execute("SELECT count(*) FROM feed_part WHERE feed = ?", [feed]).fetchone()[0]
+                if parts != 2:
+                    raise Loss(f"feed {feed} has {parts} of its 2 locations")
+            saved = database.execute("SELECT length(value) FROM preference WHERE key = ?", [SAVED_STATE]).fetchall()
+        return favorites, feeds, bool(saved) and saved[0][0] > 0
+
+
+    def check(self, after, confirmed, power):
+        """After a change that should lead to the state `after`, and a kill or a power cut."""
+        favorites, feeds, has_saved_state = self.stored()
+        before = (self.favorites, self.feeds)
+        changes = after != before
+        wanted = [after] if confirmed else [before, after]
+        if power and not (confirmed and changes):
+            wanted = wanted + self.not_synced_yet
+        if (favorites, feeds) not in wanted:
+            raise Loss(f"stored are {favorites} and {feeds}, not {' or '.join(map(str, wanted))}")
+        if self.has_saved_state and not has_saved_state and not power:
+            raise Loss("the saved state is gone")
+        if power or confirmed and changes:
+            self.not_synced_yet = []
+        elif not confirmed:
+            self.not_synced_yet.append(before)
+        self.favorites, self.feeds, self.has_saved_state = favorites, feeds, has_saved_state
+
+
+class KillTest:
+    def __init__(self, program, faults, seed):
+        self.program, self.faults = program, faults
+        self.dice = random.Random(seed)
+        self.counts = collections.Counter()
+        self.calls = {}  # the number of calls of each kind of command, and the calls that were met
+        self.met = collections.defaultdict(set)
+
+    def run(self, kills):
+        started = time.monotonic()
+        while self.counts["kills"] < kills:
+            with tempfile.TemporaryDirectory(prefix="linewatch-kills-") as folder:
+                machine = Machine(self.program, self.faults, pathlib.Path(folder).resolve())
+                enough = min(kills, self.counts["kills"] + NEW_START)
+                while self.counts["kills"] < enough:
+                    self.kill_once(machine)
+        self.counts["seconds"] = round(time.monotonic() - started)
+
+    # ---- Commands: the words and what they make of the favourites and the feeds ----
+
+    def command(self, machine):
+        if not machine.feeds:
+            return "the first feed", self.adding("city", machine), machine.favorites, ["city"]
+        others = [feed for feed in machine.feeds if feed != "city"]
+        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed"])
+        line = "city:" + self.dice.choice(LINES)
+        if kind == "remove" and machine.favorites:
+            line = self.dice.choice(machine.favorites)
+            left = [favorite for favorite in machine.favorites if favorite != line]
+            return kind, ["favorites", "remove", line], left, machine.feeds
+        if kind == "add feed" and len(others) < len(FEEDS):
+            name = next(feed for feed in FEEDS if feed not in others)
+            return kind, self.adding(name, machine), machine.favorites, machine.feeds + [name]
+        if kind == "remove feed" and others:
+            left = [feed for feed in machine.feeds if feed != others[0]]
+            return kind, ["feed", "remove", others[0]], machine.favorites, left
+        if kind == "panel" and machine.favorites:
+            return kind, ["panel"], machine.favorites, machine.feeds
+        after = machine.favorites + ([] if line in machine.favorites else [line])
+        return "add", ["favorites", "add", line], after, machine.feeds
+
+    @staticmethod
+    def adding(name, machine):
+        return ["feed", "add", name, "--gtfs", str(machine.folder / "gtfs"), "--alerts", str(machine.folder / "alerts.pb")]
+
+    # ---- Kills ----
+
+    def kill_once(self, machine):
+        kind, words, favorites, feeds = self.command(machine)
+        if kind == "panel" and self.dice.random() < 0.5:
+            kind, favorites = self.change_beside_panel(machine, favorites)
+            confirmed = True
+        else:
+            status, confirmed = self.kill(machine, kind, words)
+            if status not in (0, -signal.SIGKILL):
+                raise Loss(f"{' '.join(words)} ends with {status}")
+        power = self.dice.random() < 0.5
+        if power:
+            machine.disk.lose_power()
+        try:
+            machine.check((favorites, feeds), confirmed, power)
+        except Loss as loss:
+            raise Loss(f"{kind}: {' '.join(words)}, {'power lost' if power else 'killed'}: {loss}") from None
+        self.counts["power cuts"] += power
+        self.counts["confirmed changes"] += confirmed
+
+    def kill(self, machine, kind, words):
+        """The status, and whether the program has confirmed the change before its end."""
+        longest = LONGEST_PANEL if kind == "panel" else LONGEST_COMMAND
+        kill_at = self.unmet_call(kind) if self.dice.random() < 0.5 else 0
+        process = machine.start(words, kill_at=kill_at, torn=self.dice.random() < 0.5)
+        patience = PATIENCE if kill_at and kind != "panel" else longest if kill_at else self.dice.uniform(0, longest)
+        met = kill_at
+        try:
+            output, _ = process.communicate(timeout=patience)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            output, _ = process.communicate()
+            met = 0
+        if met and process.returncode == -signal.SIGKILL:
+            self.met[kind].add(met)
+            self.count_kill("at a call")
+        else:
+            self.calls[kind] = max(self.calls.get(kind, 1), machine.disk.calls.stat().st_size)
+            if process.returncode:
+                self.count_kill("at a moment")
+        return process.returncode, kind != "panel" and (process.returncode == 0 or output != "")
+
+    def unmet_call(self, kind):
+        calls = range(1, self.calls.get(kind, 1) + 1)
+        return self.dice.choice([call for call in calls if call not in self.met[kind]] or calls)
+
+    def count_kill(self, where):
+        self.counts["kills"] += 1
+        self.counts[f"kills {where}"] += 1
+
+    def change_beside_panel(self, machine, favorites):
+        """A favourite is added while a panel runs, and then the panel is killed."""
+        panel = machine.start(["panel"])
+        line = "city:" + self.dice.choice(LINES)
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            panel.wait(timeout=self.dice.uniform(0, LONGEST_PANEL))
+        machine.must(["favorites", "add", line])
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            panel.wait(timeout=self.dice.uniform(0, LONGEST_COMMAND))
+        panel.kill()
+        panel.communicate()
+        self.count_kill("at a moment")
+        return "panel and add", favorites + ([] if line in favorites else [line])
+
+
+def main():
+    program, faults, kills = sys.argv[1], sys.argv[2], int(sys.argv[3])
+    seed = int(sys.argv[4]) if len(sys.argv) > 4 else 1
+    print(f"seed {seed}", flush=True)
+    test = KillTest(program, faults, seed)
+    try:
+        test.run(kills)
+    except Loss as loss:
+        print(f"after {test.counts['kills']} kills, {loss}")
+        return 1
+    print(", ".join(f"{count} {name}" for name, count in test.counts.items()))
+    for kind, calls in sorted(test.calls.items()):
+        print(f"{kind}: killed at {len(test.met[kind])} of {calls} calls that write")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
