@@ -54,6 +54,9 @@ struct FeedDocuments::Place {
   Error located(const Error& error) const {
     return within("feed " + feed.name, within(safeLocation(), error));
   }
+  void logStopsError(const Error& error) const {
+    logError("%@; its stops are shown by their ids", {sentenceOf(located(error))});
+  }
 };
 
 namespace {
@@ -142,6 +145,16 @@ std::vector<SharedAlertsMessage> messagesOf(const std::vector<FeedAlerts>& parts
   std::vector<SharedAlertsMessage> messages;
   for (const FeedAlerts& part : parts) messages.push_back(part.message);
   return messages;
+}
+
+StopIds stopIdsIn(const AlertsMessage& alerts) {
+  StopIds ids;
+  for (const AlertsMessage::Entity& entity : alerts.entities()) {
+    for (const AlertSelector& selector : alerts.selectors(entity)) {
+      if (selector.namesStop()) ids.emplace(selector.stopId);
+    }
+  }
+  return ids;
 }
 
 /// A document from the future says that the clock was set back, so its age is not known.
@@ -298,50 +311,66 @@ bool FeedDocuments::keepsTimetable(const Place& place) const {
 
 /// Lines without names of stops are better than no lines: an error goes to the log only.
 void FeedDocuments::keepStops(const Place& place, GtfsSource& source) {
+  if (!keepsTimetable(place)) {
+    auto table = source.file(kStopsTable);
+    const MutexLock lock(stopsMutex_);
+    uncachedStops_.insert_or_assign(
+        place.location(),
+        UncachedStops{.table = table ? std::move(*table).value_or("") : "", .searches = {}});
+    if (!table) place.logStopsError(table.error());
+    return;
+  }
   auto pages = readStopPages(source);
-  if (!pages) {
-    logError("%@; its stops are shown by their ids", {sentenceOf(place.located(pages.error()))});
-    pages = std::vector<StopPage>();
-  }
-  if (keepsTimetable(place)) {
-    std::vector<CachedStopPage> kept;
-    for (StopPage& page : *pages) kept.push_back({std::move(page.firstId), std::move(page.text)});
-    return cache_->storeStops(place.feed.name, place.stopsKey(), std::move(kept));
-  }
-  const MutexLock lock(stopsMutex_);
-  stopsInMemory_.insert_or_assign(place.location(), *std::move(pages));
+  if (!pages) place.logStopsError(pages.error());
+  std::vector<CachedStopPage> kept;
+  for (StopPage& page : pages ? *pages : std::vector<StopPage>())
+    kept.push_back({std::move(page.firstId), std::move(page.text)});
+  cache_->storeStops(place.feed.name, place.stopsKey(), std::move(kept));
 }
 
-std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed) {
+std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed, SharedAlertsMessage alerts) {
   std::vector<StopNames::PageSource> sources;
   for (std::size_t index = 0; index < feed.gtfs.locations.size(); ++index) {
-    sources.emplace_back([this, feed, index](std::string_view id) {
-      return stopPage({feed, Kind::kTimetable, index}, id);
+    sources.emplace_back([this, feed, index, alerts](std::string_view id) {
+      return stopPage({feed, Kind::kTimetable, index}, id, alerts);
     });
   }
   return std::make_shared<StopNames>(std::move(sources));
 }
 
-std::optional<std::string> FeedDocuments::stopPage(const Place& place, std::string_view id) {
+std::optional<std::string> FeedDocuments::stopPage(const Place& place, std::string_view id,
+                                                   const SharedAlertsMessage& alerts) {
   if (keeps(place.feed)) {
     if (auto page = cache_->stopPage(place.feed.name, place.stopsKey(), id)) return page;
   }
-  const std::string& location = place.location();
-  const auto isRead = [&] {
-    const MutexLock lock(stopsMutex_);
-    return stopsInMemory_.contains(location);
-  };
-  if (!isHttpURL(location) && !isRead()) {
-    auto source = openTimetable(location);
-    auto pages = source ? readStopPages(**source) : Outcome<std::vector<StopPage>>(source.error());
-    if (!pages) logError("%@; its stops are shown by their ids", {sentenceOf(place.located(pages.error()))});
-    const MutexLock lock(stopsMutex_);
-    stopsInMemory_.emplace(location, pages ? *std::move(pages) : std::vector<StopPage>());
-  }
   const MutexLock lock(stopsMutex_);
-  const auto pages = stopsInMemory_.find(location);
-  const StopPage* const page = pages == stopsInMemory_.end() ? nullptr : pageWithStop(pages->second, id);
+  UncachedStops& stops = uncachedStops_[place.location()];
+  const auto hasId = [id](const UncachedStops::Search& search) { return search.ids.contains(id); };
+  auto search = std::ranges::find_if(stops.searches, hasId);
+  if (search == stops.searches.end()) {
+    StopIds ids = alerts && stops.searches.empty() ? stopIdsIn(*alerts) : StopIds();
+    ids.emplace(id);
+    auto pages = searchStops(place, ids, stops);
+    search = stops.searches.insert(search, {std::move(ids), std::move(pages)});
+  }
+  const StopPage* const page = pageWithStop(search->pages, id);
   return page ? std::optional(page->text) : std::nullopt;
+}
+
+/// No stops after an error, which goes to the log.
+std::vector<StopPage> FeedDocuments::searchStops(const Place& place, const StopIds& ids,
+                                                 UncachedStops& stops) const {
+  const auto found = [&]() -> Outcome<std::vector<StopPage>> {
+    if (stops.table) {
+      StopsTable table(*stops.table);
+      return findStops(table, ids);
+    }
+    if (isHttpURL(place.location())) return std::vector<StopPage>();
+    auto source = openTimetable(place.location());
+    return source ? findStops(**source, ids) : source.error();
+  }();
+  if (!found) place.logStopsError(found.error());
+  return found ? *found : std::vector<StopPage>();
 }
 
 void FeedDocuments::keepIndex(const Place& place, const LineIndex& index, CachedDocument document) {

@@ -16,6 +16,7 @@
 #include "feeds/gtfs/gtfs_source.h"
 #include "feeds/gtfs/line_index.h"
 #include "feeds/gtfs/stop_names.h"
+#include "feeds/gtfs/stop_search.h"
 #include "feeds/http/http_fetcher.h"
 #include "shared/date.h"
 #include "shared/mutex.h"
@@ -69,9 +70,9 @@ class FeedDocuments {
                 FetcherSource fetcherSource = loadHttpFetcher, CommandKeys::Runner runKeyCommand = {});
 
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
-  /// The names of the feed's stops. They are on the disk beside the line index; without a cache they are read
-  /// from the timetable when one is first asked for.
-  std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed);
+  /// The names of the feed's stops. They are in the cache beside the line index. Without a cache the
+  /// timetable is searched when a stop is first asked for, once for all stops that `alerts` name.
+  std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, SharedAlertsMessage alerts = nullptr);
   /// From now on an index of a local timetable is read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// The alerts after another attempt to get them. `held` is the answer of the call before, or the default.
@@ -101,9 +102,10 @@ class FeedDocuments {
   Outcome<SharedLineIndex> remoteTimetable(const Place& place);
   Outcome<SharedLineIndex> readTimetable(const Place& place, Outcome<std::unique_ptr<GtfsSource>> source,
                                          CachedDocument document);
-  /// Keeps the stops in the cache, or in memory where nothing is cached.
+  /// Keeps the stops in the cache, or the table in memory where nothing is cached.
   void keepStops(const Place& place, GtfsSource& source);
-  std::optional<std::string> stopPage(const Place& place, std::string_view id);
+  std::optional<std::string> stopPage(const Place& place, std::string_view id,
+                                      const SharedAlertsMessage& alerts);
   void keepIndex(const Place& place, const LineIndex& index, CachedDocument document);
   FeedAlerts alerts(const Place& place, FeedAlerts held);
   FeedAlerts cachedAlerts(const Place& place, FeedAlerts held) const;
@@ -121,10 +123,22 @@ class FeedDocuments {
   std::stop_source stop_;
   std::atomic<bool> keepsLocalTimetables_ = true;
 
-  /// The stops of timetables that are not cached, by location.
-  using StopPages = std::map<std::string, std::vector<StopPage>>;
+  /// The stops of a timetable that are not in the cache.
+  struct UncachedStops {
+    /// The stops.txt of a fetched timetable; absent for a local one, which is read again for each search.
+    std::optional<std::string> table;
+    struct Search {
+      StopIds ids;
+      /// The stops that were found.
+      std::vector<StopPage> pages;
+    };
+    std::vector<Search> searches;
+  };
+  std::vector<StopPage> searchStops(const Place& place, const StopIds& ids, UncachedStops& stops) const;
+
   Mutex stopsMutex_;
-  StopPages stopsInMemory_ LINEWATCH_GUARDED_BY(stopsMutex_);
+  /// By location.
+  std::map<std::string, UncachedStops> uncachedStops_ LINEWATCH_GUARDED_BY(stopsMutex_);
 };
 
 }  // namespace linewatch

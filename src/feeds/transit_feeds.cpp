@@ -279,6 +279,7 @@ void TransitFeeds::takeAlerts(std::size_t feed, FeedAlerts alerts) {
   if (!message) loaded.incidents = nullptr;
   if (message && (message != before || !loaded.incidents)) {
     loaded.incidents = std::make_shared<const IncidentTable>(message, loaded.lines);
+    loaded.stops = nullptr;
     logCounts(feeds_[feed].name, *loaded.incidents);
   }
 }
@@ -325,7 +326,7 @@ Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, co
 
 IncidentRecords& TransitFeeds::recordsOf(std::size_t feed, Date now) {
   LoadedFeed& loaded = loaded_[feed];
-  if (!loaded.stops) loaded.stops = documents_->stopNamesOf(feeds_[feed]);
+  if (!loaded.stops) loaded.stops = documents_->stopNamesOf(feeds_[feed], loaded.alerts.message);
   return records_.try_emplace(feed, loaded.incidents, language_, now, loaded.stops).first->second;
 }
 

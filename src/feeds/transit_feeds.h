@@ -99,7 +99,7 @@ class TransitFeeds {
     FeedAlerts alerts;
     /// Made from `lines` and `alerts.message`; null until both are there.
     SharedIncidentTable incidents;
-    /// Null until an alert names a stop.
+    /// Null until the incidents of these alerts are asked for.
     std::shared_ptr<StopNames> stops;
     IncidentRecords::NoticesOfStopIncidents noticesOfStopIncidents;
   };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 
 #include "feeds/gtfs/gtfs_source.h"
@@ -13,8 +14,12 @@ class FolderSource final : public GtfsSource {
 
   /// A missing folder is an error; a missing table in the folder is not.
   Outcome<std::optional<std::string>> file(std::string_view name) override;
+  Outcome<bool> read(std::string_view name, const PieceTaker& take) override;
 
  private:
+  /// The size in bytes; none when the feed does not have the table.
+  Outcome<std::optional<std::uintmax_t>> sizeOf(std::string_view name) const;
+
   std::filesystem::path folder_;
 };
 

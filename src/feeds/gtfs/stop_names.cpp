@@ -12,7 +12,6 @@ namespace linewatch {
 
 namespace {
 
-constexpr std::string_view kStopsTable = "stops.txt";
 /// Ten times the stops of a large country.
 constexpr std::size_t kMostStops = 5'000'000;
 constexpr std::size_t kPageSize = 16384;

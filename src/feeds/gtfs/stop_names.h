@@ -12,6 +12,8 @@
 
 namespace linewatch {
 
+inline constexpr std::string_view kStopsTable = "stops.txt";
+
 /// A piece of the sorted stops of a feed. Its text has one line per stop: id, name and the id of the station
 /// that the stop is part of, separated by tabs. Name and station may be empty.
 struct StopPage {
