@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,14 +15,11 @@
 #include "feeds/text/hidden_characters.h"
 #include "feeds/text/plain_text.h"
 #include "feeds/text/utf8.h"
+#include "require.h"
 
 namespace {
 
 using namespace linewatch;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 void requireShowable(std::string_view text) {
   require(isValidUtf8(text));

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "feeds/gtfs/gtfs_reader.h"
@@ -12,13 +11,10 @@
 #include "feeds/gtfs/line_lookup.h"
 #include "feeds/gtfs/line_records.h"
 #include "feeds/text/utf8.h"
+#include "require.h"
 
 namespace linewatch {
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 /// Two tables in one text, separated by a NUL.
 class Tables final : public GtfsSource {

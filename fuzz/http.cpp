@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "feeds/http/redacted.h"
 #include "feeds/http/response_reader.h"
+#include "require.h"
 #include "shared/failure.h"
 
 namespace {
@@ -22,10 +22,6 @@ const HttpRequest kRequest{.url = "https://agency.example/feed",
                            .maximumBytes = kMostBodyBytes,
                            .maximumHeaderBytes = 4096,
                            .maximumHeaderLines = 50};
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 Outcome<HttpResponse> readAnswer(std::string_view answer, std::size_t pieceSize) {
   ResponseReader reader(kRequest);

@@ -3,17 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
 #include "activity/rova_activity.h"
+#include "require.h"
 
 namespace {
 
 using namespace linewatch;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 /// Compares bytes instead of records, because a NaN is not equal to itself.
 void checkRecord(const RovaActivity& read) {

@@ -3,22 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 #include "platform/companion_application.h"
+#include "require.h"
 #include "simulation/simulated_platform.h"
 #include "widget/saved_ui_data.h"
-
-namespace {
-
-using namespace linewatch;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto platform = simulation::SimulatedPlatform::make();

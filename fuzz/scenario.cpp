@@ -5,26 +5,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "require.h"
 #include "simulation/scenario/scenario_run.h"
 
 namespace {
 
 using namespace linewatch;
 using namespace linewatch::simulation;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-void requireOneLine(const Error& error) {
-  const std::string sentence = error.info.at(kLocalizedDescriptionKey).description();
-  require(!sentence.empty() && sentence.find('\n') == std::string::npos);
-}
 
 Seconds lengthOf(const Scenario& scenario) {
   Seconds length{0};
