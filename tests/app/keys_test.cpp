@@ -120,6 +120,8 @@ TEST_F(KeysTest, NoOutputAndNoFileButTheStateDatabaseHoldsASecret) {
     for (std::vector<std::string> words :
          std::vector<std::vector<std::string>>{{"show", "--expanded", "-v"},
                                                {"show", "--json", "-v"},
+                                               {"show", "--upcoming", "-v"},
+                                               {"analytics", "-v"},
                                                {"feed", "-v"},
                                                {"lines", "-v"},
                                                {"favorites", "-v"},
@@ -151,6 +153,11 @@ TEST_F(KeysTest, NoComplaintAboutUsageShowsASecret) {
                                                 adding({"--header", "X-Key: s3cret\nX-More: s3cret"}),
                                                 adding({"--key-command", "echo 's3cret"}),
                                                 adding({"--alerts", "ftp://ann:s3cret@a/?s3cret"}),
+                                                adding({"--api-key", "s3cret"}),
+                                                adding({"--api-token=s3cret"}),
+                                                adding({"--query-keys", "token=s3cret"}),
+                                                adding({"--alerts", "agency.example/alerts?key=s3cret"}),
+                                                adding({"--gtfs", "ann:s3cret@agency.example/gtfs.zip"}),
                                                 {address("/alerts")}}) {
     const auto result = run(words);
     EXPECT_EQ(result.status, 2);
@@ -227,9 +234,10 @@ class KeyPromptTest : public KeysTest {
       ::execv(LINEWATCH_PROGRAM, arguments.data());
       ::_exit(127);
     }
+    while (!shown_.ends_with("Key for feed town: ") && readByte()) continue;
     // Stays open, so that the terminal keeps its settings after the program's end.
     otherEnd_ = ::open(::ptsname(terminal_), O_RDWR | O_NOCTTY);
-    while (!shown_.ends_with("Key for feed town: ") && readByte()) continue;
+    ASSERT_THAT(shown_, HasSubstr("Key for feed town: "));
     ASSERT_FALSE(hasEcho());
   }
   void TearDown() override {
