@@ -1,5 +1,6 @@
 #include "app/command_line.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <sstream>
@@ -28,14 +29,36 @@ constexpr const char* kFooter =
 constexpr const char* kFooterOfCommands =
     "The common options, such as --state-dir, --now and --locale, work too: see linewatch --help.";
 
-/// The values of arguments that look like a header, which may be a key after a mistyped option.
-std::vector<std::string> headerValues(int argc, const char* const* argv) {
-  std::vector<std::string> values;
+bool hasOption(const CLI::App& app, const std::string& option) {
+  if (app.get_option_no_throw(option) != nullptr) return true;
+  return std::ranges::any_of(app.get_subcommands([](const CLI::App*) { return true; }),
+                             [&](const CLI::App* command) { return hasOption(*command, option); });
+}
+
+/// True for a mistyped option that was to give a key, e.g. "--api-key".
+bool isMistypedKeyOption(const CLI::App& app, std::string_view option) {
+  constexpr std::string_view kWords[] = {"key", "token", "header", "query", "secret", "password"};
+  return option.starts_with("-") && !hasOption(app, std::string(option)) &&
+         std::ranges::any_of(
+             kWords, [option](std::string_view word) { return option.find(word) != std::string_view::npos; });
+}
+
+/// The parts of the arguments that may be keys. An error names the argument that was not understood, and
+/// after a mistyped option that is its value.
+std::vector<std::string> possibleKeys(const CLI::App& app, int argc, const char* const* argv) {
+  std::vector<std::string> keys;
+  bool isValue = false;
   for (const std::string_view argument : std::span(argv, static_cast<std::size_t>(argc))) {
-    const std::size_t end = argument.find(": ");
-    if (end != std::string_view::npos) values.emplace_back(argument.substr(end + 2));
+    const std::size_t colon = argument.find(": ");
+    if (colon != std::string_view::npos) keys.emplace_back(argument.substr(colon + 2));
+    const std::size_t equals = argument.find('=');
+    const bool isOption = isMistypedKeyOption(app, argument.substr(0, equals));
+    if ((isOption || isValue) && equals != std::string_view::npos)
+      keys.emplace_back(argument.substr(equals + 1));
+    if (isValue && !argument.starts_with("-")) keys.emplace_back(argument);
+    isValue = isOption && equals == std::string_view::npos;
   }
-  return values;
+  return keys;
 }
 
 Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& secrets) {
@@ -67,7 +90,7 @@ std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return reportOf(app, error, headerValues(argc, argv));
+    return reportOf(app, error, possibleKeys(app, argc, argv));
   }
   return CommandLine{std::move(options), grammar.command()};
 }

@@ -178,7 +178,9 @@ Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedC
   if (!*changed) return refusedUnknownName(feed.name);
   const std::string done =
       (command.removesKeys ? "Removed the keys of " : "Changed the keys of ") + feed.name;
-  // Cached documents say nothing of the new keys.
+  // Cached documents came with the old keys, so the new ones are tried now, and again at the next look-up if
+  // the server refuses them.
+  saved.feedCache()->expire(feed.name);
   saved.feedCache()->holdBack();
   const auto lines = documents.lineIndexOf(feed);
   const auto alerts = documents.alertsOf(feed, {});

@@ -1,9 +1,11 @@
 #include "app/feed_options.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "app/checked_options.h"
@@ -19,14 +21,23 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-bool isLocation(const std::string& text) {
-  return isHttpURL(text) || text.starts_with("file://") ||
-         (!text.empty() && text.find("://") == std::string::npos);
+/// True for a URL without its scheme, e.g. "agency.example/alerts?key=1": no file of that name exists, and
+/// its query or user name may be a key.
+bool lacksScheme(const std::string& text) {
+  std::error_code error;
+  return text.find("://") == std::string::npos && text.find_first_of("?@") != std::string::npos &&
+         !std::filesystem::exists(text, error);
 }
 
-/// A location as an error may show it: of another scheme than http the scheme alone, as the rest may hold a
+bool isLocation(const std::string& text) {
+  if (isHttpURL(text) || text.starts_with("file://")) return true;
+  return !text.empty() && text.find("://") == std::string::npos && !lacksScheme(text);
+}
+
+/// A location as an error may show it. Only the scheme of one that is not http, as the rest may hold a
 /// password.
 std::string printableLocation(const std::string& text) {
+  if (lacksScheme(text)) return redacted("http://" + text).substr(7);
   const std::size_t scheme = text.find("://");
   if (scheme == std::string::npos || isHttpURL(text)) return redacted(text);
   return text.substr(0, scheme) + "://***";

@@ -1,6 +1,8 @@
 #include "app/key_prompt.h"
 
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
@@ -22,28 +24,67 @@ constexpr char kInterrupt = 3;   // Control-C
 constexpr char kEndOfInput = 4;  // Control-D
 constexpr char kEraseLine = 21;  // Control-U
 
+constexpr std::array kSignalsThatEnd = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
+
+/// The settings of the terminal before the echo was turned off. Only signal handlers read it, and they are
+/// set after it.
+termios terminalBefore;
+
+/// Drops what was typed, so that no part of the key reaches the shell. Does not wait for the output, which
+/// the user may have stopped. Safe in a signal handler.
+void showTyping() {
+  ::tcflush(STDIN_FILENO, TCIFLUSH);
+  ::tcsetattr(STDIN_FILENO, TCSANOW, &terminalBefore);
+}
+
+/// Ends the program as the signal would have, after turning on the echo. Further signals wait meanwhile.
+void endWithEcho(int signal) {
+  showTyping();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
 /// The terminal on standard input without echo, for as long as this lives. Keys such as Control-C arrive as
-/// characters, so that nothing ends the program while the echo is off. Does nothing without a terminal.
+/// characters, and a signal that ends the program turns on the echo first. Does nothing without a terminal.
 class QuietTerminal {
  public:
   QuietTerminal() {
-    if (::tcgetattr(STDIN_FILENO, &before_) != 0) return;
-    termios quiet = before_;
+    if (::tcgetattr(STDIN_FILENO, &terminalBefore) != 0) return;
+    setHandlers();
+    termios quiet = terminalBefore;
     quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO | ICANON | ISIG);
     quiet.c_cc[VMIN] = 1;
     quiet.c_cc[VTIME] = 0;
     isQuiet_ = ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet) == 0;
+    if (!isQuiet_) resetHandlers();
   }
   QuietTerminal(const QuietTerminal&) = delete;
   QuietTerminal& operator=(const QuietTerminal&) = delete;
   ~QuietTerminal() {
-    if (isQuiet_) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+    if (!isQuiet_) return;
+    showTyping();
+    resetHandlers();
   }
 
   bool isQuiet() const { return isQuiet_; }
 
  private:
-  termios before_{};
+  /// A signal that the program ignores, e.g. under nohup, stays ignored.
+  void setHandlers() {
+    struct sigaction handling {};
+    handling.sa_handler = endWithEcho;
+    for (const int signal : kSignalsThatEnd) ::sigaddset(&handling.sa_mask, signal);
+    for (std::size_t i = 0; i < kSignalsThatEnd.size(); ++i) {
+      ::sigaction(kSignalsThatEnd[i], nullptr, &handlingBefore_[i]);
+      if (handlingBefore_[i].sa_handler != SIG_IGN) ::sigaction(kSignalsThatEnd[i], &handling, nullptr);
+    }
+  }
+  void resetHandlers() {
+    for (std::size_t i = 0; i < kSignalsThatEnd.size(); ++i)
+      ::sigaction(kSignalsThatEnd[i], &handlingBefore_[i], nullptr);
+  }
+
+  std::array<struct sigaction, kSignalsThatEnd.size()> handlingBefore_{};
   bool isQuiet_ = false;
 };
 

@@ -175,20 +175,29 @@ class LineForms {
   std::unordered_set<std::uint64_t, IdentifierHash> known_;
 };
 
-std::size_t listingsOf(const ShownContent& content) {
+/// The error when the lines list more incidents than the limits allow.
+std::optional<Error> excess(const ShownContent& content, const ShowDocumentLimits& limits) {
   std::size_t listings = 0;
-  for (const ShownLine& line : content.lines) listings += line.item ? line.item->incidents().size() : 0;
-  return listings;
+  std::unordered_set<std::uint64_t, IdentifierHash> incidents;
+  for (const ShownLine& line : content.lines) {
+    if (!line.item) continue;
+    listings += line.item->incidents().size();
+    for (const SharedIncident& incident : line.item->incidents()) incidents.insert(incident->muid());
+  }
+  const auto tooMany = [](const char* verb, std::size_t count, std::size_t limit) {
+    return failure(FailureCode::tooLarge, "show --json", "",
+                   std::string("the favourite lines ") + verb + " " + std::to_string(count) +
+                       " incidents, more than " + std::to_string(limit) + "; choose fewer lines");
+  };
+  if (listings > limits.listings) return tooMany("list", listings, limits.listings);
+  if (incidents.size() > limits.incidents) return tooMany("have", incidents.size(), limits.incidents);
+  return std::nullopt;
 }
 
 }  // namespace
 
 Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocumentLimits& limits) {
-  if (const std::size_t listings = listingsOf(content); listings > limits.listings) {
-    return failure(FailureCode::tooLarge, "show --json", "",
-                   "the favourite lines list " + std::to_string(listings) + " incidents, more than " +
-                       std::to_string(limits.listings) + "; choose fewer lines");
-  }
+  if (auto error = excess(content, limits)) return *std::move(error);
   ShowDocument document;
   RowRecords records;
   Dictionary& form = document.form;

@@ -50,6 +50,9 @@ struct ShownContent {
 struct ShowDocumentLimits {
   /// The incidents of all lines, each counted once a line. With more there is no document.
   std::size_t listings = 1'000'000;
+  /// The different incidents. Each takes about 50 µs and, at the most, 10 kB of memory. With more there is no
+  /// document.
+  std::size_t incidents = 50'000;
   /// Bytes of all records together, before they are encoded. Further records are null.
   std::size_t recordBytes = std::size_t{64} << 20U;
 };

@@ -203,6 +203,7 @@ Outcome<HttpRequest> FeedDocuments::requestOf(const Place& place) {
 
 Outcome<HttpResponse> FeedDocuments::get(const Place& place, const std::string& etag,
                                          const std::string& lastModified) {
+  if (auto error = postponement(place)) return *std::move(error);
   const auto fetcher = fetcherSource_();
   if (!fetcher) return fetcher.error();
   auto request = requestOf(place);
@@ -214,11 +215,36 @@ Outcome<HttpResponse> FeedDocuments::get(const Place& place, const std::string& 
     commandKeys_.forget(place.source().keys.command);
     response = withKeyAdvice(response.error());
   }
-  if (!response) return place.located(redacted(response.error(), request->secrets));
+  if (!response) {
+    const Error error = redacted(response.error(), request->secrets);
+    keepPostponement(place, error);
+    return place.located(error);
+  }
   if (response->notModified && etag.empty() && lastModified.empty())
     return place.located(failure(FailureCode::malformed, "", "",
                                  "the server says that nothing changed, but was not asked whether"));
   return response;
+}
+
+/// The error of an earlier fetch whose Retry-After is still to come, with the rest of that time. A restarted
+/// program has forgotten it, and the cache has not.
+std::optional<Error> FeedDocuments::postponement(const Place& place) const {
+  if (!keeps(place.feed)) return std::nullopt;
+  const auto fetch = cache_->postponed(place.feed.name, place.cacheKind(), place.safeLocation());
+  const Date now = now_();
+  if (!fetch || now < fetch->failed || now >= fetch->retryAfter) return std::nullopt;
+  Error error = place.located(fetch->error);
+  error.info.insert_or_assign(kRetryAfterKey, (fetch->retryAfter - now).count());
+  return error;
+}
+
+void FeedDocuments::keepPostponement(const Place& place, const Error& error) {
+  const std::optional<Seconds> wait = retryAfterOf(error);
+  if (!keeps(place.feed) || !wait) return;
+  const Date now = now_();
+  cache_->postpone(
+      place.feed.name, place.cacheKind(),
+      {.location = place.safeLocation(), .failed = now, .retryAfter = now + *wait, .error = error});
 }
 
 Outcome<SharedLineIndex> FeedDocuments::lineIndexOf(const StoredFeed& feed) {
@@ -260,7 +286,7 @@ Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
     if (auto contents = decodeLineIndex(kept->bytes)) cached = indexOf(std::move(*contents));
   }
   if (!cached) kept.reset();
-  if (cached && isYoungerThan(kTimetableFresh, kept->fetched, now_())) return cached;
+  if (cached && isYoungerThan(kept->freshFor.value_or(kTimetableFresh), kept->fetched, now_())) return cached;
 
   Outcome<Fetched> fetched = fetchTimetable(place, kept);
   if (fetched && !fetched->isNew) return cached;
@@ -281,7 +307,7 @@ Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const Place& place
       get(place, kept ? kept->etag.value_or("") : "", kept ? kept->lastModified.value_or("") : "");
   if (!response) return response.error();
   if (response->notModified) {
-    if (keeps(place.feed)) cache_->confirm(place.feed.name, place.cacheKind(), now_());
+    if (keeps(place.feed)) cache_->confirm(place.feed.name, place.cacheKind(), now_(), {});
     return Fetched{*kept};
   }
   return Fetched{{.location = place.safeLocation(),
@@ -447,7 +473,7 @@ FeedAlerts FeedDocuments::cachedAlerts(const Place& place, FeedAlerts held) cons
   held.received = kept->fetched;
   held.etag = std::move(kept->etag).value_or("");
   held.lastModified = std::move(kept->lastModified).value_or("");
-  held.freshFor = kAlertsFresh;
+  held.freshFor = kept->freshFor.value_or(kAlertsFresh);
   return held;
 }
 
@@ -460,7 +486,8 @@ Outcome<FeedAlerts> FeedDocuments::afterResponse(const Place& place, const FeedA
     alerts.message = held.message;
     alerts.etag = held.etag;
     alerts.lastModified = held.lastModified;
-    if (keeps(place.feed)) cache_->confirm(place.feed.name, place.cacheKind(), alerts.received);
+    if (keeps(place.feed))
+      cache_->confirm(place.feed.name, place.cacheKind(), alerts.received, alerts.freshFor);
     return alerts;
   }
   auto message = update(place, held.message, std::move(response.body), alerts.received);
@@ -479,7 +506,8 @@ void FeedDocuments::keepAlerts(const Place& place, const FeedAlerts& alerts) {
                  .fetched = alerts.received,
                  .etag = nonEmpty(alerts.etag),
                  .lastModified = nonEmpty(alerts.lastModified),
-                 .bytes = alerts.message->payload()});
+                 .bytes = alerts.message->payload(),
+                 .freshFor = alerts.freshFor});
 }
 
 /// The alerts that hold after a payload came.

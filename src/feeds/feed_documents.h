@@ -96,6 +96,8 @@ class FeedDocuments {
   std::optional<CachedDocument> find(const Place& place) const;
   Outcome<HttpRequest> requestOf(const Place& place);
   Outcome<HttpResponse> get(const Place& place, const std::string& etag, const std::string& lastModified);
+  std::optional<Error> postponement(const Place& place) const;
+  void keepPostponement(const Place& place, const Error& error);
   Outcome<SharedLineIndex> timetable(const Place& place);
   Outcome<Fetched> fetchTimetable(const Place& place, const std::optional<CachedDocument>& kept);
   Outcome<SharedLineIndex> localTimetable(const Place& place);

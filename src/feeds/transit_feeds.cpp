@@ -24,19 +24,6 @@ void logCounts(const std::string& feedName, const IncidentTable& table) {
        counts.alertsWithoutSelector});
 }
 
-/// Logs the errors of feeds that are not the error of the answer.
-void logTrouble(const std::vector<FeedState>& states, const Outcome<TransitLineItems>& answer) {
-  for (const FeedState& state : states) {
-    if (!state.error || (!answer && answer.error() == state.error)) continue;
-    if (state.kind == FeedState::Kind::kept) {
-      logError("%@; the alerts received at %@ serve for now",
-               {sentenceOf(*state.error), description(*state.since)});
-    } else {
-      logError("%@", {sentenceOf(*state.error)});
-    }
-  }
-}
-
 /// A timetable that could not be read is not tried again for this long, so that one command does not wait for
 /// the same server several times.
 constexpr Seconds kTimetableRetry{15};
@@ -199,8 +186,21 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
   if (error) return *error;
   auto items = answer(places, states, now);
   publishStopIncidents();
-  logTrouble(this->states(), items);
+  logErrors(states, items);
   return items;
+}
+
+/// Logs the errors of feeds, except the error of the answer and what the last look-up has logged: a retry
+/// that fails in the same way is no news.
+void TransitFeeds::logErrors(const States& states, const Outcome<TransitLineItems>& answer) {
+  for (const auto& [feed, state] : states) {
+    std::string text = state.error ? sentenceOf(*state.error) : "";
+    if (state.kind == FeedState::Kind::kept)
+      text += "; the alerts received at " + description(*state.since) + " serve for now";
+    const std::string logged = std::exchange(loaded_[feed].loggedError, text);
+    if (text.empty() || text == logged || (!answer && answer.error() == state.error)) continue;
+    logError("%@", {text});
+  }
 }
 
 std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdentifier> identifiers) {

@@ -102,6 +102,8 @@ class TransitFeeds {
     /// Null until the incidents of these alerts are asked for.
     std::shared_ptr<StopNames> stops;
     IncidentRecords::NoticesOfStopIncidents noticesOfStopIncidents;
+    /// The text that the last look-up logged about the feed, or would have; empty when it had no error.
+    std::string loggedError;
   };
   /// A line that was asked for.
   struct Place {
@@ -135,6 +137,8 @@ class TransitFeeds {
   static bool isKnown(const Place& place, const States& states);
   UnknownLine unknownLine(const Place& place) const LINEWATCH_REQUIRES(loadingMutex_);
   IncidentRecords& recordsOf(std::size_t feed, Date now) LINEWATCH_REQUIRES(loadingMutex_);
+  void logErrors(const States& states, const Outcome<TransitLineItems>& answer)
+      LINEWATCH_REQUIRES(loadingMutex_);
   void publishStopIncidents() LINEWATCH_REQUIRES(loadingMutex_) LINEWATCH_EXCLUDES(mutex_);
   void publish() LINEWATCH_REQUIRES(loadingMutex_) LINEWATCH_EXCLUDES(mutex_);
   /// Also publishes the states and the unknown lines of a look-up.

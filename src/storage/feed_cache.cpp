@@ -1,11 +1,36 @@
 #include "storage/feed_cache.h"
 
+#include <cstdint>
+
+#include "shared/failure.h"
+
 namespace linewatch {
 
 namespace {
 
 CachedDocument documentIn(const SqliteRow& row) {
-  return {row.text(0), Date(Seconds(row.real(1))), row.optionalText(2), row.optionalText(3), row.bytes(4)};
+  CachedDocument document{.location = row.text(0),
+                          .fetched = Date(Seconds(row.real(1))),
+                          .etag = row.optionalText(2),
+                          .lastModified = row.optionalText(3),
+                          .bytes = row.bytes(4)};
+  if (!row.isNull(5)) document.freshFor = Seconds(row.real(5));
+  return document;
+}
+
+PostponedFetch postponedIn(const SqliteRow& row) {
+  return {.location = row.text(0),
+          .failed = Date(Seconds(row.real(1))),
+          .retryAfter = Date(Seconds(row.real(2))),
+          .error = failure(static_cast<FailureCode>(row.integer(3)), "", "", row.text(4))};
+}
+
+std::optional<Error> forgetPostponed(SqliteDatabase& database, std::string_view feed, std::string_view kind) {
+  return database.run("DELETE FROM postponed WHERE feed = ? AND kind = ?", {feed, kind});
+}
+
+SqliteParameter secondsParameter(const std::optional<Seconds>& seconds) {
+  return seconds ? SqliteParameter(seconds->count()) : SqliteParameter();
 }
 
 }  // namespace
@@ -16,7 +41,7 @@ std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string
   std::optional<CachedDocument> document;
   database_->report(database_->read([&](SqliteDatabase& database) {
     return database.run(
-        "SELECT location, fetched, etag, last_modified, bytes FROM document "
+        "SELECT location, fetched, etag, last_modified, bytes, fresh_for FROM document "
         "WHERE feed = ? AND kind = ? AND location = ?",
         {feed, kind, location}, [&](const SqliteRow& row) { document = documentIn(row); });
   }));
@@ -26,19 +51,53 @@ std::optional<CachedDocument> FeedCache::find(std::string_view feed, std::string
 void FeedCache::store(std::string_view feed, std::string_view kind, CachedDocument document) {
   write([feed = std::string(feed), kind = std::string(kind),
          document = std::move(document)](SqliteDatabase& database) {
+    if (auto error = forgetPostponed(database, feed, kind)) return error;
     return database.run(
-        "INSERT OR REPLACE INTO document (feed, kind, location, fetched, etag, last_modified, bytes) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?)",
+        "INSERT OR REPLACE INTO document (feed, kind, location, fetched, etag, last_modified, bytes, "
+        "fresh_for) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
         {feed, kind, document.location, secondsOf(document.fetched), parameterOf(document.etag),
-         parameterOf(document.lastModified), document.bytes});
+         parameterOf(document.lastModified), document.bytes, secondsParameter(document.freshFor)});
   });
 }
 
-void FeedCache::confirm(std::string_view feed, std::string_view kind, Date fetched) {
-  write([feed = std::string(feed), kind = std::string(kind), fetched](SqliteDatabase& database) {
-    return database.run("UPDATE document SET fetched = ? WHERE feed = ? AND kind = ?",
-                        {secondsOf(fetched), feed, kind});
+void FeedCache::confirm(std::string_view feed, std::string_view kind, Date fetched,
+                        std::optional<Seconds> freshFor) {
+  write([feed = std::string(feed), kind = std::string(kind), fetched, freshFor](SqliteDatabase& database) {
+    if (auto error = forgetPostponed(database, feed, kind)) return error;
+    return database.run("UPDATE document SET fetched = ?, fresh_for = ? WHERE feed = ? AND kind = ?",
+                        {secondsOf(fetched), secondsParameter(freshFor), feed, kind});
   });
+}
+
+void FeedCache::expire(std::string_view feed) {
+  write([feed = std::string(feed)](SqliteDatabase& database) {
+    if (auto error = database.run("DELETE FROM postponed WHERE feed = ?", {feed})) return error;
+    return database.run("UPDATE document SET fresh_for = 0 WHERE feed = ?", {feed});
+  });
+}
+
+void FeedCache::postpone(std::string_view feed, std::string_view kind, PostponedFetch fetch) {
+  write([feed = std::string(feed), kind = std::string(kind),
+         fetch = std::move(fetch)](SqliteDatabase& database) {
+    return database.run(
+        "INSERT OR REPLACE INTO postponed (feed, kind, location, failed, retry_after, code, reason) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?)",
+        {feed, kind, fetch.location, secondsOf(fetch.failed), secondsOf(fetch.retryAfter),
+         static_cast<std::int64_t>(failureCodeOf(fetch.error)), sentenceOf(fetch.error)});
+  });
+}
+
+std::optional<PostponedFetch> FeedCache::postponed(std::string_view feed, std::string_view kind,
+                                                   std::string_view location) const {
+  if (isHeldBack()) return std::nullopt;
+  std::optional<PostponedFetch> fetch;
+  database_->report(database_->read([&](SqliteDatabase& database) {
+    return database.run(
+        "SELECT location, failed, retry_after, code, reason FROM postponed "
+        "WHERE feed = ? AND kind = ? AND location = ?",
+        {feed, kind, location}, [&](const SqliteRow& row) { fetch = postponedIn(row); });
+  }));
+  return fetch;
 }
 
 void FeedCache::storeStops(std::string_view feed, std::string_view location,
@@ -69,8 +128,11 @@ std::optional<std::string> FeedCache::stopPage(std::string_view feed, std::strin
 
 void FeedCache::remove(std::string_view feed) {
   write([feed = std::string(feed)](SqliteDatabase& database) {
-    if (auto error = database.run("DELETE FROM stop_page WHERE feed = ?", {feed})) return error;
-    return database.run("DELETE FROM document WHERE feed = ?", {feed});
+    std::optional<Error> error;
+    for (const char* table : {"stop_page", "postponed", "document"}) {
+      if (!error) error = database.run(std::string("DELETE FROM ") + table + " WHERE feed = ?", {feed});
+    }
+    return error;
   });
 }
 

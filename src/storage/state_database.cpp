@@ -78,7 +78,7 @@ constexpr std::array<std::string_view, 3> kStateMigrations = {R"sql(
   ALTER TABLE feed DROP COLUMN alerts;
 )sql"};
 
-constexpr std::array<std::string_view, 3> kCacheMigrations = {R"sql(
+constexpr std::array<std::string_view, 4> kCacheMigrations = {R"sql(
   CREATE TABLE document (
     feed TEXT NOT NULL,
     kind TEXT NOT NULL,
@@ -107,6 +107,21 @@ constexpr std::array<std::string_view, 3> kCacheMigrations = {R"sql(
   DELETE FROM document WHERE location LIKE '%?%' OR location LIKE '%@%' OR location LIKE '%#%';
   DELETE FROM stop_page;  -- under other names from now on
   DELETE FROM document WHERE kind = 'gtfs';
+)sql",
+                                                              R"sql(
+  -- Seconds after the fetch; NULL when the server did not say.
+  ALTER TABLE document ADD COLUMN fresh_for REAL;
+  -- Fetches that failed with a Retry-After.
+  CREATE TABLE postponed (
+    feed TEXT NOT NULL,
+    kind TEXT NOT NULL,
+    location TEXT NOT NULL,
+    failed REAL NOT NULL,       -- seconds since 1970
+    retry_after REAL NOT NULL,  -- seconds since 1970
+    code INTEGER NOT NULL,
+    reason TEXT NOT NULL,
+    PRIMARY KEY (feed, kind)
+  ) STRICT;
 )sql"};
 
 constexpr DatabaseSchema kStateSchema{

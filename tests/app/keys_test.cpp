@@ -1,8 +1,11 @@
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -117,6 +120,8 @@ TEST_F(KeysTest, NoOutputAndNoFileButTheStateDatabaseHoldsASecret) {
     for (std::vector<std::string> words :
          std::vector<std::vector<std::string>>{{"show", "--expanded", "-v"},
                                                {"show", "--json", "-v"},
+                                               {"show", "--upcoming", "-v"},
+                                               {"analytics", "-v"},
                                                {"feed", "-v"},
                                                {"lines", "-v"},
                                                {"favorites", "-v"},
@@ -148,6 +153,11 @@ TEST_F(KeysTest, NoComplaintAboutUsageShowsASecret) {
                                                 adding({"--header", "X-Key: s3cret\nX-More: s3cret"}),
                                                 adding({"--key-command", "echo 's3cret"}),
                                                 adding({"--alerts", "ftp://ann:s3cret@a/?s3cret"}),
+                                                adding({"--api-key", "s3cret"}),
+                                                adding({"--api-token=s3cret"}),
+                                                adding({"--query-keys", "token=s3cret"}),
+                                                adding({"--alerts", "agency.example/alerts?key=s3cret"}),
+                                                adding({"--gtfs", "ann:s3cret@agency.example/gtfs.zip"}),
                                                 {address("/alerts")}}) {
     const auto result = run(words);
     EXPECT_EQ(result.status, 2);
@@ -176,8 +186,10 @@ TEST_F(KeysTest, TakesTheKeyFromACommandOrFromAPipeAndChangesIt) {
   EXPECT_EQ(wrong.output, "Changed the keys of town\n");
   EXPECT_THAT(wrong.errors,
               HasSubstr("/gtfs?area=***: it cannot be fetched: the server does not accept the key"));
+  EXPECT_THAT(run({"feed"}).output, AllOf(HasSubstr("town: 1 line; "), Not(HasSubstr("fresh"))))
+      << "the alerts of the key before serve, and the new one is refused";
   EXPECT_THAT(run({"feed", "key", "town", "--remove"}).output, StartsWith("Removed the keys of town"));
-  EXPECT_THAT(run({"feed"}).output, Not(HasSubstr("header")));
+  EXPECT_THAT(run({"feed"}).output, Not(HasSubstr("header X-Key")));
 }
 
 TEST_F(KeysTest, AsksForTheKeyOfEachDocumentWhereTheyDiffer) {
@@ -207,32 +219,89 @@ TEST_F(KeysTest, ARunWithoutSavedStateHasKeysAndSeveralFeedsToo) {
   EXPECT_THAT(result.output, HasSubstr("Strike")) << result.errors;
 }
 
-TEST_F(KeysTest, ATerminalDoesNotShowTheKey) {
-  int terminal = -1;
-  const pid_t process = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-  ASSERT_GE(process, 0);
-  if (process == 0) {
-    auto words = adding(kKeyOptions);
-    words.insert(words.begin(), {LINEWATCH_PROGRAM, "--state-dir", folder_ / "state"});
-    std::vector<char*> arguments;
-    for (std::string& word : words) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    ::execv(LINEWATCH_PROGRAM, arguments.data());
-    ::_exit(127);
+/// A `feed add` on a terminal that has come to its question for the key.
+class KeyPromptTest : public KeysTest {
+ protected:
+  void SetUp() override {
+    process_ = ::forkpty(&terminal_, nullptr, nullptr, nullptr);
+    ASSERT_GE(process_, 0);
+    if (process_ == 0) {
+      auto words = adding(kKeyOptions);
+      words.insert(words.begin(), {LINEWATCH_PROGRAM, "--state-dir", folder_ / "state"});
+      std::vector<char*> arguments;
+      for (std::string& word : words) arguments.push_back(word.data());
+      arguments.push_back(nullptr);
+      ::execv(LINEWATCH_PROGRAM, arguments.data());
+      ::_exit(127);
+    }
+    while (!shown_.ends_with("Key for feed town: ") && readByte()) continue;
+    // Stays open, so that the terminal keeps its settings after the program's end.
+    otherEnd_ = ::open(::ptsname(terminal_), O_RDWR | O_NOCTTY);
+    ASSERT_THAT(shown_, HasSubstr("Key for feed town: "));
+    ASSERT_FALSE(hasEcho());
   }
-  std::string shown;
-  char byte = 0;
-  bool isAnswered = false;
-  while (::read(terminal, &byte, 1) == 1) {
-    shown += byte;
-    if (isAnswered || !shown.ends_with("Key for feed town: ")) continue;
-    isAnswered = true;
-    const std::string typed = "wrong\x15s3cret-keyx\x7F\n";
-    EXPECT_EQ(::write(terminal, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
+  void TearDown() override {
+    ::close(otherEnd_);
+    ::close(terminal_);
   }
-  ::waitpid(process, nullptr, 0);
-  ::close(terminal);
-  EXPECT_THAT(shown, AllOf(HasSubstr("Added town: 1 line"), Not(HasSubstr(kMarker))));
+
+  void type(const std::string& keys) const {
+    EXPECT_EQ(::write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  }
+  bool hasEcho() const {
+    termios settings{};
+    EXPECT_EQ(::tcgetattr(otherEnd_, &settings), 0);
+    return (settings.c_lflag & ECHO) != 0 && (settings.c_lflag & ISIG) != 0;
+  }
+  /// The status of the program's end.
+  int end() const {
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    return status;
+  }
+  /// Everything that the terminal has shown until the program's end.
+  std::string shown() {
+    ::close(otherEnd_);
+    otherEnd_ = -1;
+    while (readByte()) continue;
+    return shown_;
+  }
+
+  pid_t process_ = -1;
+
+ private:
+  bool readByte() {
+    char byte = 0;
+    if (::read(terminal_, &byte, 1) != 1) return false;
+    shown_ += byte;
+    return true;
+  }
+
+  int terminal_ = -1;
+  int otherEnd_ = -1;
+  std::string shown_;
+};
+
+TEST_F(KeyPromptTest, DoesNotShowTheKey) {
+  type("wrong\x15s3cret-keyx\x7F\n");
+  EXPECT_THAT(shown(), AllOf(HasSubstr("Added town: 1 line"), Not(HasSubstr(kMarker))));
+  EXPECT_EQ(end(), 0);
+}
+
+TEST_F(KeyPromptTest, TurnsTheEchoOnBeforeASignalEndsTheProgram) {
+  type("s3cret");
+  for (int i = 0; i < 3; ++i) ::kill(process_, SIGTERM);
+  const int status = end();
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+  EXPECT_TRUE(hasEcho());
+  EXPECT_THAT(shown(), Not(HasSubstr(kMarker)));
+}
+
+TEST_F(KeyPromptTest, TurnsTheEchoOnAfterControlC) {
+  type("s3cret\x03\x03\x03");
+  end();
+  EXPECT_TRUE(hasEcho());
+  EXPECT_THAT(shown(), Not(HasSubstr(kMarker)));
 }
 
 }  // namespace

@@ -57,7 +57,9 @@ TEST_F(ShowDocumentTest, RefusesMoreIncidentsThanTheLimit) {
   EXPECT_TRUE(showDocument(content, {.listings = 4}));
   const auto refused = showDocument(content, {.listings = 3});
   ASSERT_FALSE(refused);
-  EXPECT_THAT(sentenceOf(refused.error()), HasSubstr("4 incidents, more than 3"));
+  EXPECT_THAT(sentenceOf(refused.error()), HasSubstr("list 4 incidents, more than 3"));
+  EXPECT_TRUE(showDocument(content, {.incidents = 1})) << "the lines share the incident";
+  EXPECT_THAT(sentenceOf(showDocument(content, {.incidents = 0}).error()), HasSubstr("have 1 incidents"));
 }
 
 }  // namespace

@@ -174,6 +174,44 @@ TEST_F(FeedDocumentsTest, AnotherProcessFindsTheAlertsInTheCache) {
   EXPECT_EQ(ids(documents(cache())->alertsOf(elsewhere, {})), "c ");
 }
 
+TEST_F(FeedDocumentsTest, AnotherProcessKeepsTheTimesThatTheServerAskedFor) {
+  const StoredFeed feed{"bus", "https://example.org/gtfs", "https://example.org/alerts"};
+  // Each call is a new process.
+  const auto alertsAfter = [&](double seconds) {
+    now_ += Seconds(seconds);
+    return documents(cache())->alertsOf(feed, {});
+  };
+  const auto linesAfter = [&](double seconds) {
+    now_ += Seconds(seconds);
+    const auto index = documents(cache())->lineIndexOf(feed);
+    return index ? "lines" : sentenceOf(index.error());
+  };
+  auto answer = body({.alerts = {{.id = "a"}}}, "tag");
+  answer.maxAge = Seconds(120);
+  server_->answer = answer;
+  EXPECT_EQ(ids(alertsAfter(0)), "a ");
+  Error busy = failure(FailureCode::unreachable, "", "", "busy");
+  busy.info.emplace(kRetryAfterKey, 600.0);
+  server_->answer = busy;
+  EXPECT_EQ(ids(alertsAfter(119)), "a ") << "max-age";
+  const std::string sentence = "feed bus: https://example.org/alerts: busy";
+  EXPECT_EQ(ids(alertsAfter(1)), "a " + sentence);
+  EXPECT_EQ(linesAfter(0), "feed bus: https://example.org/gtfs: busy") << "each document waits by itself";
+
+  server_->answer = HttpResponse{.notModified = true};
+  const std::size_t requests = server_->requests.size();
+  const FeedAlerts waiting = alertsAfter(500);
+  EXPECT_EQ(ids(waiting), "a " + sentence);
+  EXPECT_EQ(failureCodeOf(*waiting.failure), FailureCode::unreachable);
+  EXPECT_EQ(waiting.retryAfter, now_ + Seconds(100));
+  EXPECT_EQ(linesAfter(99), "feed bus: https://example.org/gtfs: busy");
+  EXPECT_EQ(server_->requests.size(), requests) << "Retry-After";
+  EXPECT_EQ(ids(alertsAfter(1)), "a ");
+  EXPECT_EQ(ids(alertsAfter(20)), "a ") << "the failure is forgotten";
+  server_->answer = HttpResponse{.body = Bytes(kTimetableZip.begin(), kTimetableZip.end())};
+  EXPECT_EQ(linesAfter(0), "lines");
+}
+
 TEST_F(FeedDocumentsTest, AWrongClockOfTheServerMakesNoLaterAnswerOlder) {
   const StoredFeed feed{"bus", "", "https://example.org/alerts"};
   const auto answered = [&](const char* id, std::uint64_t timestamp) {

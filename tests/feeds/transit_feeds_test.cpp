@@ -219,6 +219,26 @@ TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
   EXPECT_FALSE(feeds.linesOf("nowhere"));
 }
 
+TEST_F(TransitFeedsTest, LogsAFailureThatRepeatsItselfOnce) {
+  StoredFeed remote = feed("bus", {});
+  remote.alerts = "https://example.org/alerts";
+  TransitFeeds feeds(always({remote, feed("rail", {})}), documents(), {});
+  const auto logged = [&](const Outcome<HttpResponse>& answer) {
+    server_->answer = answer;
+    now_ += Seconds(60);
+    lines(feeds, {line("bus", "1"), line("rail", "1")});
+    return platform_->transcript().logTexts("error").size();
+  };
+  const auto timedOut = failure("timed out", "", "");
+  EXPECT_EQ(logged(timedOut), 1U);
+  EXPECT_EQ(logged(timedOut), 1U);
+  EXPECT_EQ(logged(failure("no such host", "", "")), 2U);
+  EXPECT_EQ(logged(body({})), 2U);
+  EXPECT_EQ(logged(timedOut), 3U);
+  for (int minute = 2; minute < 15; ++minute) EXPECT_EQ(logged(timedOut), 3U) << minute;
+  EXPECT_EQ(logged(timedOut), 4U) << "the alerts no longer serve";
+}
+
 TEST_F(TransitFeedsTest, FindsALineWithoutItsFeedByMuid) {
   const StoredFeed lost{"lost", (folder_.path() / "lost").string(), ""};
   TransitFeeds feeds(always({lost, feed("good", {})}), documents(), {});

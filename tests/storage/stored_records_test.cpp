@@ -228,8 +228,12 @@ TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
   EXPECT_EQ(cache.find("metro", "alerts", "https://a"), second);
   EXPECT_FALSE(cache.find("metro", "gtfs", "https://b"));
 
-  cache.confirm("metro", "gtfs", Date(Seconds(77)));
+  cache.confirm("metro", "gtfs", Date(Seconds(77)), Seconds(60));
   EXPECT_EQ(cache.find("metro", "gtfs", "https://a")->fetched, Date(Seconds(77)));
+  EXPECT_EQ(cache.find("metro", "gtfs", "https://a")->freshFor, Seconds(60));
+  cache.expire("metro");
+  EXPECT_EQ(cache.find("metro", "gtfs", "https://a")->freshFor, Seconds(0));
+  EXPECT_FALSE(cache.find("bus", "gtfs", "https://a")->freshFor);
   cache.store("metro", "gtfs", second);
   EXPECT_EQ(cache.find("metro", "gtfs", "https://a"), second);
   cache.remove("metro");
@@ -247,7 +251,7 @@ TEST_F(StoredRecordsTest, NobodyWaitsLongForACacheThatAnotherProgramHolds) {
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < 50; ++i) {
     EXPECT_FALSE(cache.find("metro", "gtfs", "https://a"));
-    cache.confirm("metro", "gtfs", Date(Seconds(2)));
+    cache.confirm("metro", "gtfs", Date(Seconds(2)), {});
   }
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "0.1 s each would be 10";
   ASSERT_FALSE(holder->run("ROLLBACK"));

@@ -41,13 +41,19 @@ CsvReader::CsvReader(std::string_view text, std::size_t mostRows) : text_(text),
 }
 
 bool CsvReader::next() {
+  if (!readNext()) return false;
+  if (++rows_ <= mostRows_) return true;
+  stop(rowLine_, "there are more than " + std::to_string(mostRows_) + " rows");
+  values_.clear();
+  return false;
+}
+
+bool CsvReader::readNext() {
   while (!fault_ && !atEnd()) {
     const std::size_t start = position_;
     readRow();
     const bool blank = withoutTrailingBlanks(text_.substr(start, position_ - start)).empty();
     skipLineEnd();
-    if (!blank && ++rows_ > mostRows_)
-      stop(rowLine_, "there are more than " + std::to_string(mostRows_) + " rows");
     if (!blank && !fault_) return true;
   }
   values_.clear();

@@ -30,9 +30,11 @@ class CsvReader {
     std::string why;
   };
 
-  /// More than `mostRows` rows are a fault.
+  /// More than `mostRows` rows are a fault; a header does not count.
   explicit CsvReader(std::string_view text, std::size_t mostRows = kMostRows);
 
+  /// As `next`, for a first row that names the columns.
+  bool readHeader() { return readNext(); }
   /// Goes to the next row; false at the end of the text and at a fault.
   bool next();
   /// The row's values, at least one. Valid until the next call of `next`.
@@ -45,6 +47,7 @@ class CsvReader {
  private:
   bool atEnd() const { return position_ == text_.size(); }
   bool atLineEnd() const;
+  bool readNext();
   void readRow();
   void readValue();
   void readPlainValue();
@@ -62,7 +65,7 @@ class CsvReader {
   std::size_t rows_ = 0;
   std::size_t mostRows_;
   std::vector<std::string_view> values_;
-  /// The values of the row that had doubled quotes and so are no piece of the text. A deque keeps their
+  /// The row's values with doubled quotes, as single quotes. A deque, because its elements keep their
   /// addresses.
   std::deque<std::string> unescaped_;
   std::optional<Fault> fault_;

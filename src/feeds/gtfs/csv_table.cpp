@@ -5,7 +5,7 @@
 namespace linewatch {
 
 CsvTable::CsvTable(std::string_view text, std::size_t mostRows) : reader_(text, mostRows) {
-  if (reader_.next()) names_.assign(reader_.values().begin(), reader_.values().end());
+  if (reader_.readHeader()) names_.assign(reader_.values().begin(), reader_.values().end());
 }
 
 CsvTable::Column CsvTable::column(std::string_view name) const {

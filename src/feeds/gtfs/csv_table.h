@@ -13,13 +13,13 @@ namespace linewatch {
 /// Comma-separated values whose first row names the columns. The text must outlive the table.
 class CsvTable {
  public:
-  /// The index of a column; the number of columns when the table does not have it.
+  /// The index of a column; for a column that the table does not have, the number of its columns.
   using Column = std::size_t;
 
-  /// More than `mostRows` rows are a fault.
+  /// More than `mostRows` rows below the header are a fault.
   explicit CsvTable(std::string_view text, std::size_t mostRows = CsvReader::kMostRows);
 
-  /// Of two columns of one name, the first.
+  /// The first column of that name.
   Column column(std::string_view name) const;
   bool has(Column column) const { return column < names_.size(); }
 

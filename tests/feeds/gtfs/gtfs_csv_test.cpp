@@ -82,6 +82,14 @@ TEST(CsvReader, LimitsTheNumberOfRows) {
   ASSERT_TRUE(reader.fault());
   EXPECT_EQ(reader.fault()->why, "there are more than 200000 rows");
   EXPECT_EQ(reader.fault()->line, CsvReader::kMostRows + 1);
+
+  CsvTable table("id\n1\n2\n3\n", 2);
+  EXPECT_TRUE(table.next() && table.next()) << "the header is no row";
+  EXPECT_FALSE(table.next());
+  EXPECT_EQ(table.fault()->why, "there are more than 2 rows");
+  CsvTable full("id\n1\n2\n", 2);
+  while (full.next()) continue;
+  EXPECT_FALSE(full.fault());
 }
 
 std::string randomValue(std::mt19937& random) {
