@@ -138,7 +138,6 @@ constexpr std::string_view kChangeHeadings[] = {
     " change ",          " changes ",  " qu est ce qui change ", " was ändert sich ", " what is changing ",
     " what s changing ", " änderung ", " änderungen ",
 };
-constexpr std::size_t kLongestHeading = 60;  // bytes
 constexpr std::string_view kReasonHeadings[] = {
     " causa ",
     " cause ",
@@ -191,6 +190,18 @@ const std::string_view* startOf(std::string_view words, const std::string_view (
 template <std::size_t Count>
 bool isListed(std::string_view word, const std::string_view (&list)[Count]) {
   return std::ranges::find(list, word) != std::end(list);
+}
+
+template <std::size_t Count>
+bool isHeadingOf(std::string_view line, const std::string_view (&headings)[Count]) {
+  constexpr std::size_t kLongest = 40;  // bytes; most lines are longer
+  return line.size() <= kLongest && isListed(comparableWords(line), headings);
+}
+
+/// The first words of a text, as comparable words: enough for every greeting and introduction.
+std::string headOf(std::string_view text) {
+  constexpr std::size_t kLongest = 60;  // bytes
+  return comparableWords(text.substr(0, kLongest));
 }
 
 std::size_t countWords(std::string_view comparable) {
@@ -261,8 +272,7 @@ std::string_view withoutSalutation(std::string_view text) {
     if (std::string_view rest = text; takeWords(rest, pair)) return withoutMarks(rest);
   }
   constexpr std::size_t kMostWords = 8;
-  const std::string_view head = text.substr(0, 100);
-  if (startOf(comparableWords(head), kGreetings) == nullptr) return text;
+  if (startOf(headOf(text), kGreetings) == nullptr) return text;
   std::string_view rest = text;
   bool hasAddressee = false;
   for (std::size_t count = 0; count < kMostWords; ++count) {
@@ -278,38 +288,33 @@ std::string_view withoutSalutation(std::string_view text) {
 }  // namespace
 
 std::string_view withoutPreamble(std::string_view text) {
-  std::string_view rest = withoutSalutation(text);
-  for (const std::string_view introduction : kIntroductions) {
-    if (takeWords(rest, introduction)) return withoutMarks(rest);
-  }
-  return rest;
+  const std::string_view rest = withoutSalutation(text);
+  std::string_view sentence = rest;
+  const std::string_view* const introduction = startOf(headOf(rest), kIntroductions);
+  return introduction && takeWords(sentence, *introduction) ? withoutMarks(sentence) : rest;
 }
 
 std::string_view withoutUpdateNote(std::string_view text) {
   if (text.starts_with('(')) return text;
-  for (const std::string_view note : kUpdateNotes) {
-    std::string_view rest = text;
-    if (!takeWords(rest, note)) continue;
-    const std::size_t end = rest.find_first_not_of(" 0123456789/.,:-");
-    const bool isNote = rest.substr(0, end).find_first_not_of(' ') < end;
-    return isNote && end != std::string_view::npos ? rest.substr(end) : text;
-  }
-  return text;
+  const std::string_view* const note = startOf(headOf(text), kUpdateNotes);
+  std::string_view rest = text;
+  if (!note || !takeWords(rest, *note)) return text;
+  const std::size_t end = rest.find_first_not_of(" 0123456789/.,:-");
+  const bool isMarked = rest.substr(0, end).find_first_not_of(' ') < end;
+  return isMarked && end != std::string_view::npos ? rest.substr(end) : text;
 }
 
 std::string_view underChangeHeading(std::string_view plainText) {
   while (!plainText.empty()) {
     const std::size_t end = std::min(plainText.find('\n'), plainText.size());
-    const std::string line = comparableWords(plainText.substr(0, std::min(end, kLongestHeading)));
+    const std::string_view line = plainText.substr(0, end);
     plainText.remove_prefix(std::min(end + 1, plainText.size()));
-    if (isListed(line, kChangeHeadings)) return plainText;
+    if (isHeadingOf(line, kChangeHeadings)) return plainText;
   }
   return {};
 }
 
-bool isReasonHeading(std::string_view sentence) {
-  return isListed(comparableWords(sentence), kReasonHeadings);
-}
+bool isReasonHeading(std::string_view sentence) { return isHeadingOf(sentence, kReasonHeadings); }
 
 bool isNoNews(std::string_view sentence) {
   const std::string words = comparableWords(sentence);
