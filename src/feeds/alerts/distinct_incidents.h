@@ -12,12 +12,12 @@ namespace linewatch {
 struct DistinctIncident {
   /// The entity that gives the id, the effect and the periods.
   std::uint32_t entity = 0;
-  /// Entities with the same texts, periods and effect, usually about other lines. Without texts their causes
-  /// and stops are the same too.
+  /// Entities with the same texts, periods, effect and stops, usually about other lines. Those without texts
+  /// also have the same cause.
   std::vector<std::uint32_t> repetitions;
   /// Entities with the same id and texts in other languages.
   std::vector<std::uint32_t> otherLanguages;
-  /// How many earlier incidents have the same id but differ in content.
+  /// The number of earlier incidents with the same id.
   std::uint32_t sameIdBefore = 0;
 };
 

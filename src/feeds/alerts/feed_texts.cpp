@@ -45,6 +45,7 @@ struct NamedFormat {
   Entry entry;
 };
 constexpr NamedFormat kFormats[] = {
+    {&FeedTexts::language, {"LineWatch_Feed_Language", "en"}},
     {&FeedTexts::incident, {"LineWatch_Feed_Incident", "Service alert"}},
     {&FeedTexts::effectAndCauseFormat, {"LineWatch_Feed_EffectAndCause", "{0} · {1}"}},
     {&FeedTexts::stopClosedFormat, {"LineWatch_Feed_Stop_Closed", "{0} closed"}},
@@ -54,6 +55,7 @@ constexpr NamedFormat kFormats[] = {
     {&FeedTexts::stopsAffectedFormat,
      {"LineWatch_Feed_StopsAffected", "{0, plural, one {# stop affected} other {# stops affected}}"}},
     {&FeedTexts::stopWithIdFormat, {"LineWatch_Feed_StopWithId", "Stop {0}"}},
+    {&FeedTexts::moreStopsFormat, {"LineWatch_Feed_MoreStops", "{0} more"}},
     {&FeedTexts::linesFormat, {"LineWatch_Feed_Lines", "Lines: {0}"}},
     {&FeedTexts::stopsFormat, {"LineWatch_Feed_Stops", "Stops: {0}"}},
 };
@@ -81,17 +83,17 @@ FeedTexts FeedTexts::lookedUp(const LookUp& lookUp) {
   return texts;
 }
 
+bool FeedTexts::hasWordsForStops(AlertEffect effect) {
+  return effect == AlertEffect::noService || effect == AlertEffect::stopMoved ||
+         effect == AlertEffect::accessibilityIssue;
+}
+
 std::string FeedTexts::effectAtStops(AlertEffect effect, const std::string& stops) const {
-  switch (effect) {
-    case AlertEffect::noService:
-      return filledIn(stopClosedFormat, stops);
-    case AlertEffect::stopMoved:
-      return filledIn(stopMovedFormat, stops);
-    case AlertEffect::accessibilityIssue:
-      return filledIn(stopAccessibilityFormat, stops);
-    default:
-      return stops;
-  }
+  if (!hasWordsForStops(effect)) return stops;
+  const std::string& format = effect == AlertEffect::noService   ? stopClosedFormat
+                              : effect == AlertEffect::stopMoved ? stopMovedFormat
+                                                                 : stopAccessibilityFormat;
+  return filledIn(format, stops);
 }
 
 std::string filledIn(std::string format, const std::string& value) {

@@ -22,12 +22,15 @@ struct FeedTexts {
   const std::string& effect(AlertEffect effect) const {
     return effects[static_cast<std::size_t>(effect) - 1];
   }
-  /// What an effect does to a stop ("Harbour closed"); the names alone for an effect without words for stops.
-  /// `stops` are names, one or several.
+  /// What an effect does to stops: "Harbour closed". The names alone unless `hasWordsForStops` is true of the
+  /// effect. `stops` are names, one or several.
   std::string effectAtStops(AlertEffect effect, const std::string& stops) const;
+  static bool hasWordsForStops(AlertEffect effect);
   /// Both as one text ("Detour · Construction"). When one is empty, the other.
   std::string together(const std::string& effectWords, const std::string& causeWords) const;
 
+  /// The language tag of the texts.
+  std::string language;
   std::array<std::string, kAlertCauses> causes;
   std::array<std::string, kAlertEffects> effects;
   /// The title of an incident without a header and without a known effect.
@@ -40,6 +43,8 @@ struct FeedTexts {
   std::string stopsAffectedFormat;
   /// For a stop without a name; {0} is its id.
   std::string stopWithIdFormat;
+  /// The end of a list of names that is too long for a row; {0} is the number of names left out.
+  std::string moreStopsFormat;
   /// {0} is a list of names.
   std::string linesFormat, stopsFormat;
 

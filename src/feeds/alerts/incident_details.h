@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,8 @@
 #include "feeds/alerts/alerts_message.h"
 
 namespace linewatch {
+
+struct IncidentSources;
 
 /// A stop that an alert names.
 struct IncidentStop {
@@ -30,12 +33,14 @@ struct IncidentDetails {
   std::vector<IncidentStop> stops = {};
   /// The directions of lines that its selectors name, 0 before 1; empty when they name none.
   std::vector<std::uint8_t> directions = {};
-  /// The `muid`s of the notices that an incident about stops holds, ascending; empty for other incidents.
-  std::vector<std::uint64_t> notices = {};
 
   bool operator==(const IncidentDetails&) const = default;
 };
 
 using IncidentDetailsByMuid = std::map<std::uint64_t, IncidentDetails>;
+
+/// The details of incidents of the table taken together: the first known effect and cause, the worst
+/// severity, and all periods, stops and directions.
+IncidentDetails incidentDetails(const IncidentSources& sources, std::span<const std::uint32_t> places);
 
 }  // namespace linewatch

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,5 +18,11 @@ struct IncidentLanguage {
 };
 
 using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
+
+/// The names as a list in the user's language: "A, B and C".
+std::string joinedNames(std::span<const std::string> names, const IncidentLanguage& language);
+
+/// An ICU message pattern with the count in the plural form that the user's language has for it.
+std::string counted(const std::string& pattern, std::size_t count, const IncidentLanguage& language);
 
 }  // namespace linewatch

@@ -66,10 +66,6 @@ class IncidentTable {
   std::vector<std::uint32_t> incidentsOfRoute(std::size_t route, Direction direction = {}) const;
   /// In the feed's order.
   std::vector<StopNotice> stopNoticesOfRoute(std::size_t route, Direction direction = {}) const;
-  /// True for an alert that is about the stops it names alone: by its effect, or because each of its
-  /// selectors names a stop and it states no effect on the lines. Its selectors that name a line and a stop
-  /// make stop notices.
-  bool isAboutStops(std::uint32_t incident) const { return aboutStops_[incident]; }
   /// The entities that describe an incident, as indexes into the message's entities.
   std::vector<std::uint32_t> entitiesOf(std::uint32_t incident) const;
 

@@ -18,6 +18,16 @@ std::string rowTitle(std::string_view header, std::string_view language);
 /// is new.
 std::string rowSecondaryText(std::string_view description, std::string_view title, std::string_view language);
 
+/// The first sentence of a description that says something new, to stand in for a title. Empty when there is
+/// none, or when it is too long for a title.
+std::string titleFromText(std::string_view description, std::string_view language);
+
+/// Cuts a text that is endless at a word, with an ellipsis.
+std::string cutToRow(std::string text);
+
+/// Appends a sentence behind a full stop and a space.
+void appendSentence(std::string& text, std::string_view sentence);
+
 /// True when the title has all the words of the text, in their order.
 bool titleSays(std::string_view title, std::string_view text);
 

@@ -4,9 +4,7 @@
 #include <map>
 #include <utility>
 
-#include <unicode/locid.h>
-#include <unicode/msgfmt.h>
-
+#include "feeds/alerts/incident_texts.h"
 #include "feeds/alerts/row_text.h"
 #include "feeds/gtfs/line_index.h"
 #include "platform/transit_storage_incident.h"
@@ -21,10 +19,6 @@ using Names = std::vector<std::string>;
 /// A row has no room for more.
 constexpr std::size_t kMostNames = 8;
 
-OptionalText presentText(std::string text) {
-  return text.empty() ? OptionalText() : OptionalText(std::move(text));
-}
-
 void addOnce(Names& names, const std::string& name) {
   if (std::ranges::find(names, name) == names.end()) names.push_back(name);
 }
@@ -32,104 +26,115 @@ void addOnce(Names& names, const std::string& name) {
 Names stopsOf(Notices notices) {
   Names all;
   for (const WordedStopNotice& notice : notices) {
-    for (const std::string& stop : notice.stops) addOnce(all, stop);
+    for (const std::string& stop : notice.stops.names) addOnce(all, stop);
   }
   return all;
 }
 
-std::string joinedNames(const Names& names) {
-  std::string text;
-  for (std::size_t place = 0; place < std::min(names.size(), kMostNames); ++place) {
-    text.append(place == 0 ? "" : ", ").append(names[place]);
+/// The names that a row has room for: "A, B and 3 more".
+std::string rowList(Names names, const IncidentLanguage& language) {
+  if (names.size() > kMostNames) {
+    const std::size_t more = names.size() - kMostNames;
+    names.resize(kMostNames);
+    names.push_back(filledIn(language.texts.moreStopsFormat, std::to_string(more)));
   }
-  return names.size() > kMostNames ? text.append(", ").append(kEllipsis) : text;
+  return joinedNames(names, language);
 }
 
-/// The pattern with the count in the plural form that the language has for it.
-std::string countedStops(const std::string& pattern, std::size_t count, const IncidentLanguage& language) {
-  const std::string tag = language.languages.empty() ? "en" : language.languages.front();
-  UErrorCode error = U_ZERO_ERROR;
-  const icu::MessageFormat format(icu::UnicodeString::fromUTF8(pattern),
-                                  icu::Locale::forLanguageTag(tag, error), error);
-  const icu::Formattable number(static_cast<std::int64_t>(count));
-  icu::UnicodeString text;
-  icu::FieldPosition ignored(icu::FieldPosition::DONT_CARE);
-  if (U_SUCCESS(error)) format.format(&number, 1, text, ignored, error);
-  std::string result;
-  return U_SUCCESS(error) ? text.toUTF8String(result) : pattern;
+/// True when names and effect say what happens: "Harbour closed". Otherwise the agency's header says it
+/// better.
+bool areNamesEnough(const WordedStopNotice& notice) {
+  return notice.header.empty() || (notice.stops.areAllKnown && FeedTexts::hasWordsForStops(notice.effect));
 }
 
-/// "Harbour, Pier closed, Market moved": the stops of each effect together, in the order of the notices.
-std::string effectsAtStops(Notices notices, const FeedTexts& words) {
+/// "Harbour and Pier closed; Market moved": the stops of each effect together, in the order of the notices.
+std::string effectsAtNamedStops(Notices notices, const IncidentLanguage& language) {
   std::vector<std::pair<AlertEffect, Names>> stopsByEffect;
   for (const WordedStopNotice& notice : notices) {
+    if (!areNamesEnough(notice)) continue;
     auto known = std::ranges::find(stopsByEffect, notice.effect, &std::pair<AlertEffect, Names>::first);
     if (known == stopsByEffect.end()) known = stopsByEffect.insert(known, {notice.effect, {}});
-    for (const std::string& stop : notice.stops) addOnce(known->second, stop);
+    for (const std::string& stop : notice.stops.names) addOnce(known->second, stop);
   }
   std::string text;
   for (const auto& [effect, stops] : stopsByEffect) {
-    text.append(text.empty() ? "" : "; ").append(words.effectAtStops(effect, joinedNames(stops)));
+    text.append(text.empty() ? "" : "; ")
+        .append(language.texts.effectAtStops(effect, rowList(stops, language)));
   }
   return text;
 }
 
+std::string summaryOfStops(Notices notices, const IncidentLanguage& language) {
+  Names headers;
+  for (const WordedStopNotice& notice : notices) {
+    if (!areNamesEnough(notice)) addOnce(headers, rowTitle(notice.header, notice.language));
+  }
+  std::string text = effectsAtNamedStops(notices, language);
+  for (const std::string& header : headers) appendSentence(text, header);
+  return cutToRow(std::move(text));
+}
+
 /// The header and the description, or the effect and the cause in words.
-std::string ownTextOf(const WordedStopNotice& notice, const FeedTexts& words) {
+std::string ownTextOf(const WordedStopNotice& notice, const IncidentLanguage& language) {
+  const FeedTexts& words = language.texts;
   const std::string& header = notice.header;
   if (header.empty() && notice.description.empty()) {
-    return words.together(words.effectAtStops(notice.effect, joinedNames(notice.stops)),
+    return words.together(words.effectAtStops(notice.effect, joinedNames(notice.stops.names, language)),
                           words.cause(notice.cause));
   }
   if (header.empty() || notice.description.empty()) return header + notice.description;
   return header + "\n" + notice.description;
 }
 
-std::string ownTextsOf(Notices notices, const FeedTexts& words) {
+std::string ownTextsOf(Notices notices, const IncidentLanguage& language) {
   std::string all;
   for (const WordedStopNotice& notice : notices) {
-    const std::string text = ownTextOf(notice, words);
+    const std::string text = ownTextOf(notice, language);
     if (!all.empty()) all += "\n\n";
     all += text;
     // The text may not tell the stops, or only some.
+    const Names& stops = notice.stops.names;
     const bool saysStops =
-        std::ranges::all_of(notice.stops, [&](const std::string& stop) { return titleSays(text, stop); });
-    if (!saysStops) {
-      Names names = notice.stops;
-      std::string list;
-      for (const std::string& name : names) list.append(list.empty() ? "" : ", ").append(name);
-      all += "\n" + filledIn(words.stopsFormat, list);
-    }
+        std::ranges::all_of(stops, [&](const std::string& stop) { return titleSays(text, stop); });
+    if (!saysStops) all += "\n" + filledIn(language.texts.stopsFormat, joinedNames(stops, language));
     if (notices.size() > 1 && notice.url) all += "\n" + *notice.url;
   }
   return all;
 }
 
-/// The title for one stop: the agency's header where it is the only one and names the stop, else the stop
-/// with the effect.
-std::string titleForStop(const std::string& stop, Notices notices, const FeedTexts& words) {
-  const WordedStopNotice& first = notices.front();
-  if (notices.size() == 1) {
-    std::string header = rowTitle(first.header, first.language);
-    if (titleSays(header, stop)) return header;
-  }
-  const bool isOneEffect = std::ranges::all_of(
-      notices, [&](const WordedStopNotice& notice) { return notice.effect == first.effect; });
-  const std::string told = isOneEffect ? words.effectAtStops(first.effect, stop) : stop;
-  return told == stop ? filledIn(words.stopAffectedFormat, stop) : told;
+/// The agency's header, where it is about one stop or the only one and says which stop it is about.
+std::string headerAsTitle(Notices notices, const Names& stops) {
+  const auto hasHeader = [](const WordedStopNotice& notice) { return !notice.header.empty(); };
+  const auto notice = std::ranges::find_if(notices, hasHeader);
+  if (notice == notices.end()) return {};
+  std::string header = rowTitle(notice->header, notice->language);
+  const bool isUnnamed =
+      !std::ranges::all_of(notices, [](const WordedStopNotice& each) { return each.stops.areAllKnown; });
+  if (isUnnamed) return notices.size() == 1 || stops.size() == 1 ? header : std::string();
+  const bool isTheOnly = notices.size() == 1 && stops.size() == 1;
+  return isTheOnly && titleSays(header, stops.front()) ? header : std::string();
 }
 
-/// What the notices say beyond the title.
+/// "Harbour closed"; "Harbour affected" where no effect is known or there are several.
+std::string titleForStop(const std::string& stop, Notices notices, const FeedTexts& words) {
+  const AlertEffect effect = notices.front().effect;
+  const bool isOneEffect =
+      std::ranges::all_of(notices, [&](const WordedStopNotice& notice) { return notice.effect == effect; });
+  return isOneEffect && FeedTexts::hasWordsForStops(effect) ? words.effectAtStops(effect, stop)
+                                                            : filledIn(words.stopAffectedFormat, stop);
+}
+
+/// What the notices say beyond the title: their headers, then their descriptions.
 std::string newsOf(Notices notices, const std::string& title, const FeedTexts& words) {
-  std::string texts;
+  std::string headers, descriptions;
   for (const WordedStopNotice& notice : notices) {
-    texts.append(texts.empty() ? "" : "\n").append(notice.header);
-    if (!notice.description.empty()) texts.append("\n").append(notice.description);
+    headers.append(notice.header).append("\n");
+    descriptions.append(notice.description).append("\n");
   }
-  std::string news = rowSecondaryText(texts, title, notices.front().language);
-  return news.empty() && !titleSays(title, words.cause(notices.front().cause))
-             ? words.cause(notices.front().cause)
-             : news;
+  std::string news = rowSecondaryText(headers + descriptions, title, notices.front().language);
+  if (!news.empty()) return news;
+  const std::string& cause = words.cause(notices.front().cause);
+  return titleSays(title, cause) ? std::string() : cause;
 }
 
 ShownPeriod wholePeriodOf(Notices notices) {
@@ -149,7 +154,7 @@ std::uint64_t muidOfStopIncident(std::string_view feedName, Notices notices) {
   std::map<std::uint64_t, Names> stopsByNotice;
   for (const WordedStopNotice& notice : notices) {
     Names& stops = stopsByNotice[notice.muid];
-    stops.insert(stops.end(), notice.stops.begin(), notice.stops.end());
+    stops.insert(stops.end(), notice.stops.names.begin(), notice.stops.names.end());
   }
   std::string id = "stops";
   for (auto& [muid, stops] : stopsByNotice) {
@@ -165,12 +170,13 @@ SharedIncident stopIncident(std::uint64_t muid, Notices notices, const IncidentL
   const Names stops = stopsOf(notices);
   const ShownPeriod period = wholePeriodOf(notices);
   TransitIncidentFields fields{.muid = muid, .startDate = period.start, .endDate = period.end};
-  const bool isOne = stops.size() == 1;
-  std::string title = isOne ? titleForStop(stops.front(), notices, words)
-                            : countedStops(words.stopsAffectedFormat, stops.size(), language);
-  fields.summary = presentText(isOne ? newsOf(notices, title, words) : effectsAtStops(notices, words));
-  fields.title = presentText(std::move(title));
-  fields.fullDescription = presentText(ownTextsOf(notices, words));
+  std::string title = headerAsTitle(notices, stops);
+  if (title.empty() && stops.size() == 1) title = titleForStop(stops.front(), notices, words);
+  const bool isCounted = title.empty();
+  if (isCounted) title = counted(words.stopsAffectedFormat, stops.size(), language);
+  fields.summary = textIfAny(isCounted ? summaryOfStops(notices, language) : newsOf(notices, title, words));
+  fields.title = textIfAny(std::move(title));
+  fields.fullDescription = textIfAny(ownTextsOf(notices, language));
   if (notices.size() == 1) fields.infoURL = notices.front().url;
   return std::make_shared<const TransitStorageIncident>(std::move(fields));
 }

@@ -43,14 +43,14 @@ constexpr std::string_view kHeadings[] = {
     " causa ", " cause ", " change ", " changes ", " conséquence ", " conséquences ", " contexte ",
     " dauer ", " descripción ", " description ", " descrizione ", " detail ", " details ", " detalles ",
     " detour ", " dettagli ", " détail ", " détails ", " en bref ", " fahrplanänderung ",
-    " fahrplanänderungen ", " fermata ", " grund ", " hinweis ", " hinweise ", " impact ", " important ",
+    " fahrplanänderungen ", " fermata ", " grund ", " hinfahrt ", " hinweis ", " hinweise ", " impact ", " important ",
     " info ", " información ", " information ", " informationen ", " informations ", " informazione ",
     " informazioni ", " informação ", " infos ", " korrektur ", " let op ", " location ", " maßnahme ",
     " meldung ", " mise à jour ", " more info ", " more information ", " motif ", " motivo ", " neuigkeit ",
     " note ", " notice ", " nouvelle ", " oorzaak ", " ort ", " overview ", " período ", " pourquoi ",
     " problem ", " période ", " qu est ce qui change ", " que se passe t il ", " quoi ", " qué pasa ",
     " raison ", " reason ", " reason for change ", " reason for the change ", " reden ", " rider alert ",
-    " route ", " service advisory ", " service alert ", " service change ", " service changes ",
+    " route ", " rückfahrt ", " service advisory ", " service alert ", " service change ", " service changes ",
     " summary ", " survey results ", " terminänderung ", " travel advice ", " update ", " ursache ",
     " verkehrsmeldung ", " warning ", " warum ", " was bedeutet das ", " was ist los ", " was passiert ",
     " was ändert sich ", " weitere informationen ", " what ", " what does this mean ", " what is changing ",
@@ -77,6 +77,7 @@ constexpr std::string_view kStartsOfNoNews[] = {
     " nous vous prions de nous excuser ",
     " nous vous remercions ",
     " pedimos desculpa ",
+    " please check for updated ",
     " please see map ",
     " please see the map ",
     " rogamos disculpen ",
@@ -111,10 +112,46 @@ constexpr std::string_view kStartsOfNoNews[] = {
     " wir entschuldigen uns ",
 };
 
-// Notes in brackets on the alert itself.
-constexpr std::string_view kUpdateNotes[] = {" aktualisiert ", " aktualisierung ", " korrektur ",
-                                             " maj ",          " mise à jour ",    " stand ",
-                                             " update ",       " updated "};
+// Notes on the alert itself, in brackets or in front of a date or a colon.
+constexpr std::string_view kUpdateNotes[] = {
+    " aktualisiert ", " aktualisierung ", " correction ", " erneute terminänderung ", " korrektur ",
+    " maj ",          " mise à jour ",    " stand ",      " terminänderung ",         " update ",
+    " updated ",
+};
+
+// Words before a whole sentence that says the news. In German the verb of that sentence would be at its end.
+constexpr std::string_view kIntroductions[] = {
+    " be advised that ",
+    " customers are advised that ",
+    " informamos que ",
+    " nous vous informons que ",
+    " passengers are advised that ",
+    " please be advised that ",
+    " please note that ",
+    " riders are advised that ",
+    " se informa que ",
+    " si avvisa che ",
+    " si informa che ",
+};
+
+constexpr std::string_view kChangeHeadings[] = {
+    " change ",          " changes ",  " qu est ce qui change ", " was ändert sich ", " what is changing ",
+    " what s changing ", " änderung ", " änderungen ",
+};
+constexpr std::string_view kReasonHeadings[] = {
+    " causa ",
+    " cause ",
+    " grund ",
+    " motif ",
+    " motivo ",
+    " oorzaak ",
+    " raison ",
+    " reason ",
+    " reden ",
+    " reason for change ",
+    " reason for the change ",
+    " ursache ",
+};
 
 // What stands before a direction: it says nothing of what is going on there.
 constexpr std::string_view kBeforeDirections[] = {
@@ -153,6 +190,18 @@ const std::string_view* startOf(std::string_view words, const std::string_view (
 template <std::size_t Count>
 bool isListed(std::string_view word, const std::string_view (&list)[Count]) {
   return std::ranges::find(list, word) != std::end(list);
+}
+
+template <std::size_t Count>
+bool isHeadingOf(std::string_view line, const std::string_view (&headings)[Count]) {
+  constexpr std::size_t kLongest = 40;  // bytes; most lines are longer
+  return line.size() <= kLongest && isListed(comparableWords(line), headings);
+}
+
+/// The first words of a text, as comparable words: enough for every greeting and introduction.
+std::string headOf(std::string_view text) {
+  constexpr std::size_t kLongest = 60;  // bytes
+  return comparableWords(text.substr(0, kLongest));
 }
 
 std::size_t countWords(std::string_view comparable) {
@@ -216,13 +265,14 @@ std::string_view withoutMarks(std::string_view text) {
 
 }  // namespace
 
+namespace {
+
 std::string_view withoutSalutation(std::string_view text) {
   for (const std::string_view pair : kPairsOfAddressees) {
     if (std::string_view rest = text; takeWords(rest, pair)) return withoutMarks(rest);
   }
   constexpr std::size_t kMostWords = 8;
-  const std::string_view head = text.substr(0, 100);
-  if (startOf(comparableWords(head), kGreetings) == nullptr) return text;
+  if (startOf(headOf(text), kGreetings) == nullptr) return text;
   std::string_view rest = text;
   bool hasAddressee = false;
   for (std::size_t count = 0; count < kMostWords; ++count) {
@@ -234,6 +284,37 @@ std::string_view withoutSalutation(std::string_view text) {
   }
   return text;
 }
+
+}  // namespace
+
+std::string_view withoutPreamble(std::string_view text) {
+  const std::string_view rest = withoutSalutation(text);
+  std::string_view sentence = rest;
+  const std::string_view* const introduction = startOf(headOf(rest), kIntroductions);
+  return introduction && takeWords(sentence, *introduction) ? withoutMarks(sentence) : rest;
+}
+
+std::string_view withoutUpdateNote(std::string_view text) {
+  if (text.starts_with('(')) return text;
+  const std::string_view* const note = startOf(headOf(text), kUpdateNotes);
+  std::string_view rest = text;
+  if (!note || !takeWords(rest, *note)) return text;
+  const std::size_t end = rest.find_first_not_of(" 0123456789/.,:-");
+  const bool isMarked = rest.substr(0, end).find_first_not_of(' ') < end;
+  return isMarked && end != std::string_view::npos ? rest.substr(end) : text;
+}
+
+std::string_view underChangeHeading(std::string_view plainText) {
+  while (!plainText.empty()) {
+    const std::size_t end = std::min(plainText.find('\n'), plainText.size());
+    const std::string_view line = plainText.substr(0, end);
+    plainText.remove_prefix(std::min(end + 1, plainText.size()));
+    if (isHeadingOf(line, kChangeHeadings)) return plainText;
+  }
+  return {};
+}
+
+bool isReasonHeading(std::string_view sentence) { return isHeadingOf(sentence, kReasonHeadings); }
 
 bool isNoNews(std::string_view sentence) {
   const std::string words = comparableWords(sentence);
@@ -254,7 +335,9 @@ std::string_view withoutKnownFields(std::string_view text, std::string_view know
 }
 
 std::string capitalized(std::string_view text) {
-  if (!startsLowerCase(text)) return std::string(text);
+  const std::string_view word = text.substr(0, text.find(' '));
+  const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
+  if (isAddress || !startsLowerCase(text)) return std::string(text);
   std::string_view rest = text;
   const std::int32_t first = takeCharacter(rest);
   std::string_view letters = rest;

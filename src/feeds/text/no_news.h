@@ -7,9 +7,20 @@ namespace linewatch {
 
 // What agencies write around their news, in German, English, French, Spanish, Italian, Dutch and Portuguese.
 
-/// The text without the salutation that it starts with: "Dear passengers, the lift is closed" gives "the lift
-/// is closed".
-std::string_view withoutSalutation(std::string_view text);
+/// The text without the salutation and the polite words that it starts with: "Dear passengers, please note
+/// that the lift is closed" gives "the lift is closed".
+std::string_view withoutPreamble(std::string_view text);
+
+/// The text without a note at its start that it was updated: "Update 3 May: the lift is closed" gives "the
+/// lift is closed".
+std::string_view withoutUpdateNote(std::string_view text);
+
+/// What stands below a heading that announces a change ("What is changing?") on a line of its own; empty when
+/// there is none.
+std::string_view underChangeHeading(std::string_view plainText);
+
+/// True for a heading that announces a reason, e.g. "Reason".
+bool isReasonHeading(std::string_view sentence);
 
 /// True for a sentence that tells nothing of the service: a heading ("What's happening?"), a direction
 /// ("Affected direction: Eastbound"), the lines alone ("Affected routes: 5, 7"), a reference to a map, thanks
@@ -20,8 +31,8 @@ bool isNoNews(std::string_view sentence);
 /// known. `known` is a text as comparable words.
 std::string_view withoutKnownFields(std::string_view text, std::string_view known);
 
-/// The text with its first letter in upper case, unless the first word has an upper case letter further on
-/// ("iBus").
+/// The text with its first letter in upper case, unless the first word is an address or has an upper
+/// case letter further on ("iBus").
 std::string capitalized(std::string_view text);
 
 }  // namespace linewatch

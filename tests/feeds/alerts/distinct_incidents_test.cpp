@@ -1,6 +1,7 @@
 #include "feeds/alerts/distinct_incidents.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -26,21 +27,26 @@ struct Distinct {
   std::vector<std::string> ids;
 };
 
-TEST(DistinctIncidents, EntitiesThatAgreeInTextsPeriodsAndEffectAreOne) {
+TEST(DistinctIncidents, EntitiesThatAgreeInTextsPeriodsEffectAndStopsAreOne) {
   const AlertSketch base{.id = "1",
+                         .selectors = {{.route = "1", .stop = "a"}, {.stop = "b"}},
                          .header = {{"Works", "en"}, {"Bau", "de"}},
                          .description = {{"Buses.", "en"}},
                          .effect = 4,
-                         .active = {{1, 2}}};
+                         .active = {{1, 2}, {3, 4}}};
   const auto changed = [&](auto change) {
     AlertSketch other = base;
     other.id = "2";
-    other.cause = 3;
-    other.selectors = {{.route = "S1"}};
     change(other);
     return Distinct({base, other, {.id = "3", .header = base.header}});
   };
-  const Distinct same = changed([](AlertSketch&) {});
+  const Distinct same = changed([](AlertSketch& a) {
+    a.cause = 3;
+    a.severity = 4;
+    a.selectors = {{.stop = "b"}, {.route = "7", .stop = "a"}, {.route = "7", .stop = "b"}};
+    std::swap(a.header[0], a.header[1]);
+    std::swap(a.active[0], a.active[1]);
+  });
   EXPECT_THAT(same.ids, ElementsAre("1", "3"));
   EXPECT_THAT(same.incidents[0].repetitions, ElementsAre(1U));
   const auto isApart = ElementsAre("1", "2", "3");
@@ -51,24 +57,17 @@ TEST(DistinctIncidents, EntitiesThatAgreeInTextsPeriodsAndEffectAreOne) {
   EXPECT_THAT(changed([](AlertSketch& a) { a.effect = 1; }).ids, isApart);
   EXPECT_THAT(changed([](AlertSketch& a) { a.active[0].second = 3; }).ids, isApart);
   EXPECT_THAT(changed([](AlertSketch& a) { a.active.clear(); }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.selectors.pop_back(); }).ids, isApart);
+  EXPECT_THAT(changed([](AlertSketch& a) { a.selectors[1].stop = "c"; }).ids, isApart);
 }
 
-TEST(DistinctIncidents, EntitiesWithoutTextsMustAgreeInCauseAndStops) {
-  const AlertSketch base{
-      .id = "1", .selectors = {{.route = "1", .stop = "a"}, {.stop = "b"}}, .cause = 10, .effect = 4};
-  const auto changed = [&](auto change) {
-    AlertSketch other = base;
-    other.id = "2";
-    change(other);
-    return Distinct({base, other}).ids.size();
-  };
-  EXPECT_EQ(changed([](AlertSketch& a) {
-              a.selectors = {{.stop = "b"}, {.route = "7", .stop = "a"}, {.route = "7", .stop = "b"}};
-            }),
-            1U);
-  EXPECT_EQ(changed([](AlertSketch& a) { a.cause = 3; }), 2U);
-  EXPECT_EQ(changed([](AlertSketch& a) { a.selectors.pop_back(); }), 2U);
-  EXPECT_EQ(changed([](AlertSketch& a) { a.selectors[1].stop = "c"; }), 2U);
+TEST(DistinctIncidents, EntitiesWithoutTextsMustAgreeInCause) {
+  const AlertSketch first{.id = "1", .cause = 10, .effect = 4};
+  AlertSketch second = first;
+  second.id = "2";
+  EXPECT_EQ(Distinct({first, second}).ids.size(), 1U);
+  second.cause = 3;
+  EXPECT_EQ(Distinct({first, second}).ids.size(), 2U);
 }
 
 TEST(DistinctIncidents, EntitiesOfOneIdInSeveralLanguagesAreOne) {

@@ -102,6 +102,9 @@ TEST(IncidentRecords, MissingTextsAreGivenInWords) {
            Row{{.header = {{"Line 5 detour", ""}}, .cause = 8, .effect = 4}, "Line 5 detour / Weather"},
            Row{{.cause = 10, .effect = 4}, "Detour / Construction"},
            Row{{.description = {{"Use bus 5.", ""}}, .effect = 4}, "Detour / Use bus 5."},
+           Row{{.description = {{"Use bus 5. It is free.", ""}}, .cause = 10}, "Use bus 5. / It is free."},
+           Row{{.description = {{std::string(161, 'x') + ".", ""}}},
+               "Service alert / X" + std::string(160, 'x') + "."},
            Row{{.header = {{" <br> ", ""}}}, "Service alert / -"},
            Row{{}, "Service alert / -"},
        }) {
@@ -127,9 +130,9 @@ TEST(IncidentRecords, TitlesThatOnlyNameTheLineSayTheEffect) {
             "Detour / Use stop A.");
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .cause = 10}),
             "Construction / Use stop A.");
-  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text}),
-            "17 Harbour Street / Use stop A.")
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text}), "Use stop A. / -")
       << "an unknown effect has no words";
+  EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}}), "17 Harbour Street / -");
   EXPECT_EQ(rowOf({.header = {{"Line 5", ""}}, .description = text, .effect = 4}), "Line 5 / Use stop A.");
 }
 

@@ -28,6 +28,7 @@ TEST(RowText, TitleIsTheHeaderOnOneLine) {
            Row{"Dear passengers", "Dear passengers"},
            Row{"Line 5 is late. Check at https://example.org", "Line 5 is late."},
            Row{"https://example.org", "https://example.org"},
+           Row{"elevator out of service", "Elevator out of service"},
            Row{"Works - ", "Works"},
            Row{"Stop moved – :", "Stop moved"},
            Row{"", ""},
@@ -84,6 +85,15 @@ TEST(RowText, TitleIsNotSaidTwice) {
       {"Lines 2 and 4: works at the pier", "Lines 2 and 4: stop A is closed.", "Stop A is closed."},
       {"Line 5: works in Long Street", "Update 3/5, line 5, works in Long Street, detour until Friday.",
        "Detour until Friday."},
+      {"MAJ L 5 detour, end of works", "MAJ Line 5 detour, end of works, back to normal", "Back to normal"},
+      {"Line 5 works from 3 May for weeks", "Line 5 works from the 3 May for weeks: use stop A",
+       "Line 5 works from the 3 May for weeks: use stop A"},
+      {"Ligne 5 travaux à compter 3 mai", "Ligne 5 travaux à compter du 3 mai: arrêt déplacé",
+       "Arrêt déplacé"},
+      {"Detour", "Detour between Pier and Zoo", "Between Pier and Zoo"},
+      {"Detour", "DETOUR 17 North - Long Street is closed", "17 North - Long Street is closed"},
+      {"Line 5 detour in both directions from May", "Line 5 detour in both directions from May for works",
+       "For works"},
   });
 }
 
@@ -94,6 +104,8 @@ TEST(RowText, WhatBelongsToTheTitlesWordsStays) {
       {"Line 5", "Line 5-7 do not run.", "Line 5-7 do not run."},
       {"Line 5", "Line 55 does not run.", "Line 55 does not run."},
       {"Line 5", "Line 5\ndoes not run.", "Line 5 does not run."},
+      {"Detour", "Detour of line 5", "Detour of line 5"},
+      {"Stop A moved", "Stop A not moved: use stop B", "Stop A not moved: use stop B"},
       {"Works 3", "Works 3 - 7 May on line 5.", "Works 3 - 7 May on line 5."},
       {"Lines 5 and 7: detour", "Line 5: use stop A. Line 7: use stop B.",
        "Line 5: use stop A. Line 7: use stop B."},
@@ -105,7 +117,9 @@ TEST(RowText, WhatBelongsToTheTitlesWordsStays) {
 TEST(RowText, HeadingsSalutationsAndFieldsAreNoNews) {
   expectSecondaryTexts({
       {"Route 5 notice", "Change\n\nFewer trips at night.\n\nReason\n\nFewer drivers.",
-       "Fewer trips at night. Fewer drivers."},
+       "Fewer trips at night. Reason: Fewer drivers."},
+      {"Route 5 notice", "Our changes take effect on Sunday.\nChange\nFewer trips.", "Fewer trips."},
+      {"Route 5 notice", "Fewer trips.\nChange\n\nReason", "Fewer trips."},
       {"Route 5 detour", "What's happening?\nThe bridge is closed.\nSee a map of this change.",
        "The bridge is closed."},
       {"Route 5 detour", "Affected direction: Eastbound\n\nAffected stops:\nPier\nZoo",
@@ -138,6 +152,9 @@ TEST(RowText, TakesAsManySentencesAsReadWell) {
   for (int word = 0; word < 200; ++word) endless += "wörter ";
   const std::string cut = secondaryText(endless, "");
   EXPECT_THAT(cut, testing::EndsWith("wörter…"));
+  std::string endlessList;
+  for (int item = 0; item < 60; ++item) endlessList += "Long Street, ";
+  EXPECT_THAT(secondaryText(endlessList, ""), testing::EndsWith("Long Street…"));
   EXPECT_LE(countCharacters(cut), 400U);
   EXPECT_TRUE(isValidUtf8(rowTitle(std::string(500, 'x') + "ö", "de")));
 }

@@ -65,7 +65,7 @@ TEST_F(StopIncidentTest, TheNoticesOfALineAreOneIncidentAfterTheOthers) {
                              .ofRoute(0);
   EXPECT_THAT(rows(incidents),
               ElementsAre("Detour at the bay / -",
-                          "3 stops affected / Cadboro Bay at Sinclair, Stop unknown closed; Pier moved"));
+                          "3 stops affected / Cadboro Bay at Sinclair and Stop unknown closed; Pier moved"));
   EXPECT_FALSE(incidents[1]->isBlockingIncident());
   EXPECT_EQ(incidents[1]->fullDescription(),
             "Stop 7 is out\nStops: Cadboro Bay at Sinclair\n\nPier moved\n\nStop unknown closed");
@@ -91,12 +91,51 @@ TEST_F(StopIncidentTest, OneStopIsNamedInTheTitle) {
   }
 }
 
-TEST_F(StopIncidentTest, CountsInTheUsersLanguage) {
-  IncidentLanguage language{.languages = {"pl"}};
-  language.texts.stopsAffectedFormat = "{0, plural, one {# stop} few {few #} other {many #}}";
+TEST_F(StopIncidentTest, CountsAndListsInTheLanguageOfItsTexts) {
+  const std::vector<AlertSketch> three{notice("a", "bay", kMoved), notice("b", "pier", kMoved),
+                                       notice("c", "cross", kMoved)};
+  IncidentLanguage polish{.languages = {"pl"}};
+  polish.texts.stopsAffectedFormat = "{0, plural, one {# stop} few {few #} other {many #}}";
+  EXPECT_THAT(rows(records(three, 0, polish).ofRoute(0)),
+              ElementsAre("many 3 / Cadboro Bay at Sinclair, Pier, and Cross moved"));
+  polish.texts.language = "pl";
+  EXPECT_THAT(rows(records(three, 0, polish).ofRoute(0)),
+              ElementsAre("few 3 / Cadboro Bay at Sinclair, Pier i Cross moved"));
+  EXPECT_THAT(rows(records(three, 0, {.languages = {"en-GB", "en"}}).ofRoute(0)),
+              ElementsAre("3 stops affected / Cadboro Bay at Sinclair, Pier and Cross moved"));
+}
+
+TEST_F(StopIncidentTest, HeadersStandForStopsWithoutNames) {
+  const AlertSketch harbour = notice("a", "x1", kNoService, "Harbour is closed");
+  AlertSketch both = harbour;
+  both.selectors.push_back({.route = "1", .stop = "x2"});
+  both.description = {{"Until May.", ""}};
+  struct Row {
+    std::vector<AlertSketch> alerts;
+    std::string row;
+  };
+  for (const Row& r : {
+           Row{{harbour}, "Harbour is closed / -"},
+           Row{{both}, "Harbour is closed / Until May."},
+           Row{{harbour, notice("b", "x1", kMoved, "Quay is moved")}, "Harbour is closed / Quay is moved"},
+           Row{{harbour, notice("b", "bay", kMoved, "Works"), notice("c", "x3", kMoved, "Harbour is closed")},
+               "3 stops affected / Cadboro Bay at Sinclair moved. Harbour is closed"},
+           Row{{notice("a", "bay", kUnknown, "No shelter"), notice("b", "pier", kUnknown)},
+               "2 stops affected / Pier. No shelter"},
+           Row{{notice("a", "x1", kNoService)}, "Stop x1 closed / -"},
+       }) {
+    EXPECT_THAT(rows(records(r.alerts).ofRoute(0)), ElementsAre(r.row));
+  }
+}
+
+TEST_F(StopIncidentTest, ALongListIsCounted) {
+  AlertSketch many = notice("a", "s0", kMoved);
+  for (int stop = 1; stop < 11; ++stop)
+    many.selectors.push_back({.route = "1", .stop = "s" + std::to_string(stop % 10)});
   EXPECT_THAT(
-      rows(records({notice("a", "bay", kMoved), notice("b", "pier", kMoved)}, 0, language).ofRoute(0)),
-      ElementsAre("few 2 / Cadboro Bay at Sinclair, Pier moved"));
+      rows(records({many}).ofRoute(0)),
+      ElementsAre("10 stops affected / Stop s0, Stop s1, Stop s2, Stop s3, Stop s4, Stop s5, Stop s6, "
+                  "Stop s7, and 2 more moved"));
 }
 
 TEST_F(StopIncidentTest, LinesWithTheSameNoticesShareIt) {
@@ -122,7 +161,7 @@ TEST_F(StopIncidentTest, LastsFromTheEarliestStartToTheLatestEndOfThoseInForce) 
       records({with(notice("a", "bay", kMoved), 20, 120), with(notice("b", "pier", kMoved), 50, 200),
                with(notice("c", "cross", kMoved), 150, 300), with(notice("d", "cross", kMoved), 1, 2)})
           .ofRoute(0);
-  ASSERT_THAT(rows(incidents), ElementsAre("2 stops affected / Cadboro Bay at Sinclair, Pier moved",
+  ASSERT_THAT(rows(incidents), ElementsAre("2 stops affected / Cadboro Bay at Sinclair and Pier moved",
                                            "Cross moved / -", "Cross moved / -"));
   EXPECT_EQ(incidents[0]->startDate(), Date(Seconds(20)));
   EXPECT_EQ(incidents[0]->endDate(), Date(Seconds(200)));
@@ -165,16 +204,13 @@ TEST_F(StopIncidentTest, HasTheDetailsOfAllItsNotices) {
   moved.selectors[0].direction = 1;
   IncidentRecords& all = records({closed, moved});
   const auto incidents = all.ofRoute(0);
-  std::vector<std::uint64_t> notices{stableMuid("test", "a"), stableMuid("test", "b")};
-  std::ranges::sort(notices);
   EXPECT_EQ(all.detailsOf(incidents.at(0)->muid()),
             (IncidentDetails{.effect = AlertEffect::noService,
                              .cause = AlertCause::construction,
                              .severity = AlertSeverity::severe,
                              .periods = {{.start = 50, .end = 200}},
                              .stops = {{"bay", "Cadboro Bay at Sinclair"}, {"pier", "Pier"}},
-                             .directions = {1},
-                             .notices = notices}));
+                             .directions = {1}}));
   EXPECT_EQ(all.detailsOf(7), std::nullopt);
 }
 
@@ -185,7 +221,7 @@ TEST_F(StopIncidentTest, AlertsWithoutTextsAreWordedFromEffectCauseStopsAndLines
   const auto incidents = records({detour}).ofRoute(0);
   EXPECT_THAT(rows(incidents), ElementsAre("Detour / Construction · Cadboro Bay at Sinclair"));
   EXPECT_EQ(incidents[0]->fullDescription(),
-            "Detour · Construction\nLines: 1, 2\nStops: Cadboro Bay at Sinclair");
+            "Detour · Construction\nLines: 1 and 2\nStops: Cadboro Bay at Sinclair");
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace linewatch {
 namespace {
 
-TEST(NoNews, SalutationsGo) {
+TEST(NoNews, PreamblesGo) {
   struct Row {
     const char* text;
     const char* rest;
@@ -21,11 +21,14 @@ TEST(NoNews, SalutationsGo) {
            Row{"Chers voyageurs, la ligne 5", "la ligne 5"},
            Row{"Mesdames, Messieurs, la ligne 5", "la ligne 5"},
            Row{"Hello riders! Line 5", "Line 5"},
+           Row{"Dear riders, please note that line 5 is late", "line 5 is late"},
+           Row{"Informamos que, no dia 5, a linha", "no dia 5, a linha"},
+           Row{"Please note the change", "Please note the change"},
            Row{"Dear Street is closed, use bus 5", "Dear Street is closed, use bus 5"},
            Row{"Attention: customers wait", "Attention: customers wait"},
            Row{"Fahrgäste, die Linie 5", "Fahrgäste, die Linie 5"},
        }) {
-    EXPECT_EQ(withoutSalutation(row.text), row.rest) << row.text;
+    EXPECT_EQ(withoutPreamble(row.text), row.rest) << row.text;
   }
 }
 
@@ -62,6 +65,20 @@ TEST(NoNews, HeadingsDirectionsLinesMapsAndThanks) {
   }
 }
 
+TEST(NoNews, UpdateNotesGo) {
+  EXPECT_EQ(withoutUpdateNote("Erneute Terminänderung: Nur noch bis Mai"), "Nur noch bis Mai");
+  EXPECT_EQ(withoutUpdateNote("Update 3/5, line 5"), "line 5");
+  EXPECT_EQ(withoutUpdateNote("Update Street is closed"), "Update Street is closed");
+  EXPECT_EQ(withoutUpdateNote("(Update 1: new dates)"), "(Update 1: new dates)");
+}
+
+TEST(NoNews, ChangeHeadingsStandOnTheirOwnLine) {
+  EXPECT_EQ(underChangeHeading("Plans took effect.\n\nChange:\nFewer trips."), "Fewer trips.");
+  EXPECT_EQ(underChangeHeading("Change of plans\nFewer trips."), "");
+  EXPECT_TRUE(isReasonHeading("Grund:"));
+  EXPECT_FALSE(isReasonHeading("Grund: Bau"));
+}
+
 TEST(NoNews, FieldsThatSayWhatIsKnownGo) {
   const std::string known = comparableWords("Route 5 detour at Long Street for works");
   EXPECT_EQ(withoutKnownFields("Notice: Route: 5 Location: Long Street Cause: works", known), "");
@@ -76,6 +93,7 @@ TEST(NoNews, FirstLettersAreCapitals) {
   EXPECT_EQ(capitalized("über Land"), "Über Land");
   EXPECT_EQ(capitalized("iBus stops"), "iBus stops");
   EXPECT_EQ(capitalized("17 south"), "17 south");
+  EXPECT_EQ(capitalized("www.example.org"), "www.example.org");
   EXPECT_EQ(capitalized(""), "");
 }
 
