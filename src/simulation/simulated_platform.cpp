@@ -53,6 +53,7 @@ void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
   change(world);
   stored = world.preferences;
   world.start = start;
+  backstage_->mainLoop.setClockOffset(world.clockOffset);
   backstage_->worldChanged();
   if (world.textSize != textSize) notificationCenter_.post(ui::kTextSizeDidChangeNotification);
 }

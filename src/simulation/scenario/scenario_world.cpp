@@ -190,6 +190,7 @@ struct Keys<WorldService> {
 template <>
 struct Keys<World> {
   static constexpr auto table = std::tuple{key("locale", &World::locale),
+                                           key("clockOffset", &World::clockOffset),
                                            key("layoutDirection", &World::layoutDirection),
                                            key("scale", &World::scale).checked(positive),
                                            key("textSize", &World::textSize),

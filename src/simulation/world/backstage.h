@@ -15,7 +15,9 @@ struct Backstage {
   Backstage(World scripted, Seconds elapsed, std::shared_ptr<Transcript> record)
       : world(std::move(scripted)),
         transcript(std::move(record)),
-        mainLoop(world.start, elapsed, transcript) {}
+        mainLoop(world.start, elapsed, transcript) {
+    mainLoop.setClockOffset(world.clockOffset);
+  }
 
   World world;
   /// The records of the world, made when first needed and again after a change of the world.

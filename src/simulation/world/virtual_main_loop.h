@@ -28,7 +28,9 @@ class VirtualMainLoop final : public MainLoop {
   VirtualMainLoop(Date start, Seconds elapsed, std::shared_ptr<Transcript> transcript);
   ~VirtualMainLoop() override;
 
-  Date now() const override { return start_ + elapsed(); }
+  Date now() const override { return start_ + elapsed() + clockOffset_.load(); }
+  /// Sets the clock ahead of the start plus the elapsed time. Timers do not follow.
+  void setClockOffset(Seconds offset) { clockOffset_ = offset; }
   /// False while an action of `runElsewhere` runs.
   bool isMainThread() const override { return onMainThread_; }
   void dispatchAsync(std::function<void()> action) override;
@@ -72,6 +74,7 @@ class VirtualMainLoop final : public MainLoop {
 
   Date start_;
   std::atomic<Nanoseconds> elapsed_;
+  std::atomic<Seconds> clockOffset_ = Seconds(0);
   std::shared_ptr<Transcript> transcript_;
   Mutex mutex_;
   std::deque<Dispatched> dispatched_ LINEWATCH_GUARDED_BY(mutex_);

@@ -127,6 +127,8 @@ struct Restarting {
 struct World {
   /// The date at second 0: 2026-11-24T08:00:00Z.
   Date start{Seconds(1795507200)};
+  /// How far the clock is set ahead, negative: back. Timers do not follow a clock that is set.
+  Seconds clockOffset{0};
 
   /// A note for the reader of a scenario. Nothing depends on it, because texts are their keys.
   std::string locale = "en";

@@ -190,7 +190,7 @@ class Generator {
 
   Json change() {
     Json json = step("set");
-    switch (dice_.below(10)) {
+    switch (dice_.below(11)) {
       case 0:
       case 1:
         json["incidents"][keyed("I", 1 + dice_.below(kIncidents - 1))] = incident();
@@ -210,6 +210,9 @@ class Generator {
         break;
       case 7:
         addFault(json);
+        break;
+      case 8:
+        json["clockOffset"] = dice_.of(std::array{-86400.0, -3600.0, -0.25, 0.0, 0.0, 60.0, 3600.0, 86400.0});
         break;
       default:
         json["service"] = service();

@@ -74,7 +74,7 @@ class WidgetModel {
   };
 
   const simulation::World& world() const { return platform_->world(); }
-  Date now() const { return world().start + Seconds(time_); }
+  Date now() const { return world().start + Seconds(time_) + world().clockOffset; }
   void call(const std::string& text);
 
   void load();
