@@ -82,6 +82,12 @@ void CommandGrammar::addPanel(CLI::App& app) {
   addChecked(*sub, "--refresh", takeRefresh, "How often it asks for news, 30s to 30m; usually 2m",
              "not a time from 30s to 30m, such as 90, 90s or 2m")
       ->type_name("TIME");
+  sub->add_option(
+         "--record", panel_.record,
+         "Write the last hour to a file that simulate runs, at the end; without keys and addresses of feeds")
+      ->type_name("FILE");
+  sub->add_flag("--anonymous", panel_.isAnonymous,
+                "Replace names and texts in what is recorded; equal ones stay equal");
   sub->callback([this] { command_ = panel_; });
 }
 
@@ -201,11 +207,23 @@ void CommandGrammar::addRender(CLI::App& app) {
 void CommandGrammar::addSimulate(CLI::App& app) {
   CLI::App* const sub =
       app.add_subcommand("simulate", "Run a scenario in virtual time and print its transcript");
-  sub->add_option("SCENARIO", simulate_.scenario, "A simulated world and the host's steps, in JSON")
-      ->required()
-      ->type_name("");
-  sub->add_option("-o,--output", simulate_.output, "Write the transcript to a file")->type_name("FILE");
-  sub->callback([this] { command_ = simulate_; });
+  CLI::Option* const scenario =
+      sub->add_option("SCENARIO", simulate_.scenario, "A simulated world and the host's steps, in JSON")
+          ->type_name("");
+  sub->add_option("-o,--output", simulate_.output, "Write the output to a file")->type_name("FILE");
+  sub->add_option("--until", simulate_.until, "End at this time, in seconds from the start")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("SECONDS");
+  sub->add_option("--step", simulate_.step, "End after this step, counted from 0")->type_name("N");
+  sub->add_flag("--show", simulate_.show, "Print the widget at the end instead of the transcript");
+  sub->add_option("--diff", simulate_.compared, "Tell where two transcripts part; runs nothing")
+      ->expected(2)
+      ->excludes(scenario)
+      ->type_name("A B");
+  sub->callback([this] {
+    if (simulate_.scenario.empty() && simulate_.compared.empty()) throw CLI::RequiredError("SCENARIO");
+    command_ = simulate_;
+  });
 }
 
 }  // namespace linewatch::app

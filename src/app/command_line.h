@@ -91,10 +91,19 @@ struct OpenCommand {
   std::string file;
 };
 
+/// Runs a scenario, or compares two transcripts.
 struct SimulateCommand {
   std::string scenario;
-  /// The transcript's file; empty: standard output.
+  /// The output's file; empty: standard output.
   std::string output;
+  /// Seconds from the scenario's start at which the run ends; absent: at the end of the scenario.
+  std::optional<double> until = {};
+  /// The last step, counted from 0.
+  std::optional<std::size_t> step = {};
+  /// Print the widget at the end of the run instead of the transcript.
+  bool show = false;
+  /// Two files; empty: nothing to compare.
+  std::vector<std::string> compared = {};
 };
 
 /// Draws the widget into a file.
@@ -115,6 +124,10 @@ struct PanelCommand {
   std::vector<std::string> companion;
   /// How often the panel asks for an update.
   Seconds refresh{120};
+  /// The file for a scenario of what happened; empty: none.
+  std::string record;
+  /// Scenarios have stand-ins for names and texts.
+  bool isAnonymous = false;
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,

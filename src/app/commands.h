@@ -24,6 +24,6 @@ Report feed(Session& session, const FeedCommand& command);
 Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session: a scenario makes its own platform.
-Report simulate(const SimulateCommand& command);
+Report simulate(const SimulateCommand& command, const TerminalStyle& style);
 
 }  // namespace linewatch::app

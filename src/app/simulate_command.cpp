@@ -1,19 +1,65 @@
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include "app/commands.h"
+#include "app/terminal_text.h"
+#include "machine/terminal_line.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "simulation/scenario/scenario_run.h"
+#include "simulation/scenario/transcript_difference.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
-Report simulate(const SimulateCommand& command) {
+namespace {
+
+/// The lines without what a terminal would act on.
+std::string printable(const std::string& text) {
+  std::istringstream lines(text);
+  std::string safe;
+  for (std::string line; std::getline(lines, line);) safe += terminalLine(line) + "\n";
+  return safe;
+}
+
+/// Status 1 when the transcripts differ.
+Report compare(const std::string& first, const std::string& second) {
+  const auto a = contentsOf(first);
+  if (!a) return refused(a.error());
+  const auto b = contentsOf(second);
+  if (!b) return refused(b.error());
+  const auto difference = simulation::transcriptDifference({first, *a}, {second, *b});
+  if (!difference) return refused(difference.error());
+  if (!*difference) return Report::of("The transcripts are the same.\n");
+  return {.output = printable(**difference), .complaint = {}, .status = 1};
+}
+
+/// The widget at the end of the run, below a line that says when that is.
+std::string widgetText(const simulation::ScenarioRun& run, const TerminalStyle& style) {
+  std::string text = "At " + jsonText(Value(run.time.count())) + " s, after " + std::to_string(run.steps) +
+                     (run.steps == 1 ? " step" : " steps");
+  if (!run.list) return text + ": nothing is shown.\n";
+  text += run.isExpanded ? ", expanded:\n" : ", compact:\n";
+  return text + terminalText(*run.list, run.isExpanded, style);
+}
+
+}  // namespace
+
+Report simulate(const SimulateCommand& command, const TerminalStyle& style) {
+  if (!command.compared.empty()) return compare(command.compared.front(), command.compared.back());
   const auto text = contentsOf(command.scenario);
   if (!text) return refused(text.error());
-  const auto lines = simulation::runScenario(*text);
-  if (!lines) return refused(failure(command.scenario, "", sentenceOf(lines.error())));
+  simulation::RunEnd end{.until = {}, .step = command.step};
+  if (command.until) end.until = Seconds(*command.until);
+  const auto run = simulation::runScenarioUntil(*text, end);
+  if (!run) return refused(failure(command.scenario, "", sentenceOf(run.error())));
   Report report;
-  for (const std::string& line : *lines) report.output += line + "\n";
+  if (command.show) {
+    report.output = widgetText(*run, command.output.empty() ? style : TerminalStyle());
+  } else {
+    for (const std::string& line : run->transcript) report.output += line + "\n";
+  }
   if (command.output.empty()) return report;
   if (const auto error = writeWhole(command.output, report.output)) return refused(*error);
   report.output.clear();

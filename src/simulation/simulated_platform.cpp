@@ -42,7 +42,18 @@ SimulatedPlatform::SimulatedPlatform(SharedBackstage backstage,
       extensionContext_(std::make_shared<SimulatedExtensionContext>(backstage_)) {}
 
 // Actions that wait in the loop may own the backstage that owns the loop.
-SimulatedPlatform::~SimulatedPlatform() { mainLoop().discardAll(); }
+SimulatedPlatform::~SimulatedPlatform() {
+  mainLoop().discardAll();
+  backstage_->waitingLookups.clear();
+}
+
+bool SimulatedPlatform::answerLookup() {
+  if (backstage_->waitingLookups.empty()) return false;
+  const auto answer = std::move(backstage_->waitingLookups.front());
+  backstage_->waitingLookups.pop_front();
+  answer();
+  return true;
+}
 
 void SimulatedPlatform::changeWorld(const std::function<void(World&)>& change) {
   World& world = backstage_->world;

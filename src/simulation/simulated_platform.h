@@ -42,6 +42,10 @@ class SimulatedPlatform final : public Platform {
   /// of the clock does not change.
   void changeWorld(const std::function<void(World&)>& change);
 
+  /// Answers the look-up that has waited longest, of those that the world gives no delay. False when none
+  /// waits.
+  bool answerLookup();
+
   Transcript& transcript() { return *backstage_->transcript; }
   /// The values of all preferences stores.
   PreferencesStorage& preferences() { return *preferences_; }

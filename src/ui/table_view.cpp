@@ -343,6 +343,7 @@ bool TableView::highlightsRow(const IndexPath& indexPath) {
 
 bool TableView::tapRow(const IndexPath& indexPath) {
   if (!highlightsRow(indexPath)) return false;
+  if (tapHandler_) tapHandler_(indexPath);
   if (selected_) deselectRow(IndexPath(*selected_), false);
   selected_ = indexPath;
   setCellFlag(indexPath, &TableViewCell::setSelected, true);

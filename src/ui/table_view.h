@@ -119,6 +119,10 @@ class TableView : public View {
   void deselectRow(const IndexPath& indexPath, bool animated);
   /// Whether a press on the row highlights it, as the delegate decides.
   bool highlightsRow(const IndexPath& indexPath);
+  /// Called before a row is selected. For the window.
+  void setTapHandler(std::function<void(const IndexPath& indexPath)> handler) {
+    tapHandler_ = std::move(handler);
+  }
   /// Selects the row if it highlights; false otherwise.
   bool tapRow(const IndexPath& indexPath);
 
@@ -161,6 +165,7 @@ class TableView : public View {
 
   std::weak_ptr<TableViewDataSource> dataSource_;
   std::weak_ptr<TableViewDelegate> delegate_;
+  std::function<void(const IndexPath& indexPath)> tapHandler_;
   std::function<void(std::size_t, RowAnimation)> reloadHandler_;
   std::map<std::string, CellFactory> factories_;
   std::size_t cellsMade_ = 0;

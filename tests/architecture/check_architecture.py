@@ -17,7 +17,7 @@ import sys
 
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
-    "app/screen": ["app", "desktop/window"],
+    "app/screen": ["app", "desktop/window", "simulation/recording"],
     "app": ["desktop", "simulation/scenario"],
     "desktop/window": ["desktop/drawing", "widget"],
     "desktop/drawing": ["desktop"],
@@ -27,6 +27,7 @@ ARROWS = {
     "companion": ["activity"],
     "localization": ["platform"],
     "machine": ["platform"],
+    "simulation/recording": ["simulation/scenario"],
     "simulation/scenario": ["simulation", "widget"],
     "simulation": ["simulation/roles"],
     "simulation/roles": ["simulation/world", "wire/archive"],

@@ -1,6 +1,9 @@
 #include "app/screen/panel.h"
 
 #include <QDesktopServices>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
 #include <QPointer>
 #include <algorithm>
 #include <utility>
@@ -42,12 +45,13 @@ desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<st
 }  // namespace
 
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-             const std::vector<std::string>& command, const desktop::PanelOptions& options)
+             const std::vector<std::string>& command, const desktop::PanelOptions& options,
+             PanelRecording* recording)
     : session_(session),
       screen_(screen),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
-      window_(texts_, panelServices(), options) {
+      window_(texts_, panelServices(recording), options) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::watchClock(window_, [this] { window_.checkClock(); });
   desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
@@ -129,21 +133,39 @@ desktop::FavoritesServices Panel::favoritesServices() {
   return services;
 }
 
-desktop::PanelServices Panel::panelServices() {
-  return {.openURL = [this](const URL& url,
-                            const std::function<void(bool)>& done) { companion_.openURL(url, done); },
-          .showFavorites = [this] { companion_.showFavorites(); },
-          .setTextSize =
-              [this](ui::TextSizeCategory category) {
-                screen_.settings().category = category;
-                platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
-              },
-          .dataNote = [this] { return dataNote(); },
-          .feedNews =
-              [this] {
-                TransitFeeds& feeds = platform().feeds();
-                return desktop::FeedNews{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
-              }};
+desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
+  desktop::PanelServices services{
+      .openURL = [this](const URL& url,
+                        const std::function<void(bool)>& done) { companion_.openURL(url, done); },
+      .showFavorites = [this] { companion_.showFavorites(); },
+      .setTextSize =
+          [this](ui::TextSizeCategory category) {
+            screen_.settings().category = category;
+            platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+          },
+      .dataNote = [this] { return dataNote(); },
+      .feedNews =
+          [this] {
+            TransitFeeds& feeds = platform().feeds();
+            return desktop::FeedNews{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
+          }};
+  if (recording) {
+    services.observer = recording->recorder();
+    services.saveRecording = [this, recording] { saveRecording(*recording); };
+  }
+  return services;
+}
+
+void Panel::saveRecording(PanelRecording& recording) {
+  const QString file =
+      QFileDialog::getSaveFileName(&window_, (*texts_)("SaveWhatHappened"), QStringLiteral("linewatch.json"));
+  if (file.isEmpty()) return;
+  const auto error = recording.save(QFile::encodeName(file).toStdString());
+  if (!error) return;
+  QMessageBox box(QMessageBox::Warning, (*texts_)("Title"), QString::fromStdString(sentenceOf(*error)),
+                  QMessageBox::Ok, &window_);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
 }
 
 std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {

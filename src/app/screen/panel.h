@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/screen/panel_recording.h"
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/window/companion.h"
@@ -14,12 +15,14 @@
 namespace linewatch::app {
 
 /// The panel, what a row of it opens, and what both of them need of the program. What has to wait for feeds
-/// is done on another thread. Main thread, under a QApplication; session and screen must outlive it.
+/// is done on another thread. Main thread, under a QApplication; session, screen and recording must outlive
+/// it.
 class Panel {
  public:
-  /// `command`: the words of the user's own companion; empty: none.
+  /// `command`: the words of the user's own companion; empty: none. `recording` may be null.
   Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-        const std::vector<std::string>& command, const desktop::PanelOptions& options);
+        const std::vector<std::string>& command, const desktop::PanelOptions& options,
+        PanelRecording* recording = nullptr);
   ~Panel();
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
@@ -31,7 +34,8 @@ class Panel {
   desktop::DesktopPlatform& platform() { return session_.platform(); }
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
-  desktop::PanelServices panelServices();
+  desktop::PanelServices panelServices(PanelRecording* recording);
+  void saveRecording(PanelRecording& recording);
   /// What the user has chosen to see.
   struct Choice {
     std::vector<StoredFeed> feeds;

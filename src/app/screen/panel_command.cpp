@@ -12,6 +12,9 @@
 #include <unistd.h>
 
 #include "app/screen/panel.h"
+#include "app/screen/panel_recording.h"
+#include "platform/platform.h"
+#include "simulation/recording/recording_platform.h"
 
 namespace linewatch::app {
 
@@ -98,13 +101,17 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   if (!session) return refused(session.error());
   // An error is not reported here: the panel shows it, and recovers when it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
-  shown =
-      std::make_unique<Panel>(**session, *screen, locale, command.companion,
-                              desktop::PanelOptions{.maxRows = options.maxRows, .refresh = command.refresh});
+  PanelRecording recording(command.isAnonymous);
+  installPlatform(
+      std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
+  shown = std::make_unique<Panel>(
+      **session, *screen, locale, command.companion,
+      desktop::PanelOptions{.maxRows = options.maxRows, .refresh = command.refresh}, &recording);
   shown->window().show();
   QApplication::exec();
   shown = nullptr;
-  return {};
+  const auto error = command.record.empty() ? std::nullopt : recording.save(command.record);
+  return error ? refused(*error) : Report();
 }
 
 }  // namespace linewatch::app

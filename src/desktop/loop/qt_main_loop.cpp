@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 #include <QThread>
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
@@ -56,11 +57,14 @@ struct QtMainLoop::Timers {
 
   void arm() const {
     itimerspec setting{};
-    if (!byTurn.empty()) setting.it_value = toTimespec(std::max(byTurn.begin()->first.first, Seconds(1e-9)));
+    if (!byTurn.empty())
+      setting.it_value = toTimespec(std::max(byTurn.begin()->first.first - skipped.load(), Seconds(1e-9)));
     timerfd_settime(descriptor, TFD_TIMER_ABSTIME, &setting, nullptr);
   }
 
   int descriptor;
+  /// What the kernel's clock does not know of. Any thread.
+  std::atomic<Seconds> skipped{Seconds(0)};
   std::map<Turn, std::shared_ptr<class QtTimer>> byTurn;
   std::uint64_t scheduledCount = 0;
 };
@@ -131,14 +135,20 @@ class QtTimer final : public Timer, public std::enable_shared_from_this<QtTimer>
 };
 
 QtMainLoop::QtMainLoop(std::optional<Date> startsAt, Clock clock)
-    : startsAt_(startsAt), clock_(clock), madeAt_(uptime()), timers_(std::make_shared<Timers>()) {}
+    : startsAt_(startsAt), clock_(clock), timers_(std::make_shared<Timers>()), madeAt_(uptime()) {}
 
 QtMainLoop::~QtMainLoop() = default;
 
-Seconds QtMainLoop::uptime() {
+Seconds QtMainLoop::uptime() const {
   timespec time{};
   clock_gettime(CLOCK_BOOTTIME, &time);
-  return Seconds(static_cast<double>(time.tv_sec)) + std::chrono::nanoseconds(time.tv_nsec);
+  return timers_->skipped.load() + Seconds(static_cast<double>(time.tv_sec)) +
+         std::chrono::nanoseconds(time.tv_nsec);
+}
+
+void QtMainLoop::skip(Seconds time) {
+  timers_->skipped = timers_->skipped.load() + time;
+  timers_->arm();
 }
 
 Date QtMainLoop::now() const {

@@ -35,20 +35,24 @@ class QtMainLoop final : public MainLoop {
   /// A negative interval or NaN counts as zero. Repeats of less than a millisecond count as one millisecond.
   std::shared_ptr<Timer> scheduleTimer(Seconds interval, bool repeats, std::function<void()> action) override;
 
+  /// Lets time pass at once, as if the machine had slept: timers that come due fire in the loop's next turn.
+  /// A clock without a start time of its own does not move.
+  void skip(Seconds time);
+
  private:
   friend class QtTimer;
   using Turn = std::pair<Seconds, std::uint64_t>;
   struct Timers;
 
-  static Seconds uptime();
+  Seconds uptime() const;
   void fireDueTimers();
 
   QObject receiver_;
   std::optional<Date> startsAt_;
   Clock clock_;
-  Seconds madeAt_;
   /// Shared, so that a timer that outlives the loop notices it.
   std::shared_ptr<Timers> timers_;
+  Seconds madeAt_;
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 

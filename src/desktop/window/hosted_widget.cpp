@@ -8,6 +8,7 @@
 #include "platform/main_loop.h"
 #include "platform/platform.h"
 #include "shared/failure.h"
+#include "widget/host_observer.h"
 #include "widget/saved_ui_data.h"
 #include "widget/transit_incidents_view_controller.h"
 #include "widget/widget_display_mode.h"
@@ -19,17 +20,35 @@ namespace {
 /// While the list on screen stays current, its date is written only this often.
 constexpr Seconds kListDatePrecision{600};
 
+/// Opens, and tells the observer whether that succeeded.
+PanelHost::OpenURL observed(PanelHost::OpenURL openURL, std::shared_ptr<HostObserver> observer) {
+  if (!observer) return openURL;
+  return [openURL = std::move(openURL), observer = std::move(observer)](
+             const URL& url, std::function<void(bool success)> completion) {
+    openURL(url, [observer, completion = std::move(completion)](bool success) {
+      observer->hostDidOpen(success);
+      if (completion) completion(success);
+    });
+  };
+}
+
 }  // namespace
 
 HostedWidget::HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL,
-                           std::optional<bool> wantsExpanded, PanelUpdates::Settings updates)
-    : host_(std::make_shared<PanelHost>(limits, std::move(openURL))),
+                           std::optional<bool> wantsExpanded, PanelUpdates::Settings updates,
+                           std::shared_ptr<HostObserver> observer)
+    : observer_(std::move(observer)),
+      host_(std::make_shared<PanelHost>(limits, observed(std::move(openURL), observer_))),
       controller_(RVTransitIncidentsViewController::make(host_, {limits.width, limits.compactHeight})),
       feedStates_(updates.feedStates),
-      updates_([this] { controller_->widgetPerformUpdateWithCompletionHandler(nullptr); },
-               std::move(updates)),
+      updates_([this] { askForUpdate(); }, std::move(updates)),
       savedListDate_(keptListDate()) {
   controller_->view();
+  if (observer_) {
+    observer_->hostDidLoad(controller_, {limits.width, limits.compactHeight});
+    controller_->tableView()->setTapHandler(
+        [observer = observer_](const ui::IndexPath& indexPath) { observer->hostWillTap(indexPath.row); });
+  }
   const auto& dataSource = controller_->dataSource();
   wantsExpanded_ = wantsExpanded.value_or(dataSource->isExpanded());
   if (dataSource->isExpanded()) host_->setActiveDisplayMode(WidgetDisplayMode::expanded);
@@ -55,9 +74,11 @@ void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
   updates_.setInSight(isShown);
   if (isShown) {
     host_->setLimits(limits);
+    if (observer_) observer_->hostWillShow();
     controller_->viewWillAppear(true);
     controller_->viewDidAppear(true);
   } else {
+    if (observer_) observer_->hostWillHide();
     controller_->viewWillDisappear(true);
     controller_->viewDidDisappear(true);
     noteListDate();
@@ -68,6 +89,7 @@ void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
 
 void HostedWidget::widthDidChange(const PanelHost::Limits& limits, double height) {
   host_->setLimits(limits);
+  if (observer_) observer_->hostWillResize({limits.width, height});
   controller_->viewWillTransitionToSize({limits.width, height});
 }
 
@@ -87,6 +109,7 @@ void HostedWidget::textSizeDidChange() {
 }
 
 void HostedWidget::contentDidChange() {
+  if (observer_) observer_->hostDidShowContent();
   handlers_.contentDidChange();
   if (isShown_) saveState();
 }
@@ -117,6 +140,7 @@ void HostedWidget::applyMode() {
   isModePending_ = false;
   const auto mode = offersMore() && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
   if (mode != host_->activeDisplayMode()) {
+    if (observer_) observer_->hostWillChangeMode(mode);
     host_->setActiveDisplayMode(mode);
     controller_->widgetActiveDisplayModeDidChange(mode, host_->maximumSizeForDisplayMode(mode));
   }
@@ -124,6 +148,11 @@ void HostedWidget::applyMode() {
 }
 
 // ---- Updates ----
+
+void HostedWidget::askForUpdate() {
+  if (observer_) observer_->hostWillAskForUpdate();
+  controller_->widgetPerformUpdateWithCompletionHandler(nullptr);
+}
 
 bool HostedWidget::isFetching() const { return controller_->request() != nullptr; }
 

@@ -13,6 +13,7 @@
 #include "shared/error.h"
 
 namespace linewatch {
+class HostObserver;
 class RVResult;
 class RVTransitIncidentsViewController;
 }  // namespace linewatch
@@ -35,9 +36,9 @@ class HostedWidget final : public QObject {
   };
 
   /// `wantsExpanded`: the user's choice; absent before the first one: as the widget was when it was saved. No
-  /// handler is called before `start`.
+  /// handler is called before `start`. `observer` may be null.
   HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL, std::optional<bool> wantsExpanded,
-               PanelUpdates::Settings updates = {});
+               PanelUpdates::Settings updates = {}, std::shared_ptr<HostObserver> observer = nullptr);
   ~HostedWidget() override;
 
   void start(Handlers handlers);
@@ -81,6 +82,10 @@ class HostedWidget final : public QObject {
   void noteListDate();
   Date newsDate() const;
 
+  void askForUpdate();
+
+  /// Null when nobody observes.
+  std::shared_ptr<HostObserver> observer_;
   std::shared_ptr<PanelHost> host_;
   std::shared_ptr<RVTransitIncidentsViewController> controller_;
   std::function<std::vector<FeedState>()> feedStates_;

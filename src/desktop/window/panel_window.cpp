@@ -94,8 +94,8 @@ void PanelWindow::loadWidget() {
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
       limitsFor(textSizeNow()), services_.openURL, keptExpansion(),
-      PanelUpdates::Settings{.refresh = options_.refresh,
-                             .feedStates = [this] { return feedNews().states; }});
+      PanelUpdates::Settings{.refresh = options_.refresh, .feedStates = [this] { return feedNews().states; }},
+      services_.observer);
   widget_->updates().setMetered(isMetered_);
   makeRows();
   for (QAction* const action : actions()) action->setEnabled(true);
@@ -174,12 +174,17 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  QAction* const save =
+      services_.saveRecording
+          ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S}, services_.saveRecording)
+          : nullptr;
   // These need the widget; closing the window does not.
   for (QAction* const action : actions()) action->setEnabled(false);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
   menu->insertSeparator(actions()[2]);
+  if (save) menu->insertSeparator(save);
   menu->insertSeparator(actions().back());
   header_->setMenu(menu);
 }

@@ -17,6 +17,10 @@ class QAction;
 class QTimer;
 class QVariantAnimation;
 
+namespace linewatch {
+class HostObserver;
+}
+
 namespace linewatch::desktop {
 
 class PanelHeader;
@@ -32,6 +36,10 @@ struct PanelServices {
   /// The feeds' states and the unknown lines after the last fetch; `error` is left out. An empty function:
   /// all is well.
   std::function<FeedNews()> feedNews = {};
+  /// Hears what the panel does with the widget; may be null.
+  std::shared_ptr<HostObserver> observer = nullptr;
+  /// Lets the user save what has happened. An empty function: the menu does not offer that.
+  std::function<void()> saveRecording = {};
 };
 
 struct PanelOptions {

@@ -7,12 +7,15 @@
 
 namespace linewatch::simulation {
 
-/// Reads the current favourites of the world.
+/// Reads the current favourites of the world, unless the world says that they cannot be read.
 class SimulatedFavoritesPersister final : public RemoteFavoritesPersister {
  public:
   explicit SimulatedFavoritesPersister(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
 
-  Outcome<Favorites> readFavorites() override { return backstage_->records()->favorites(); }
+  Outcome<Favorites> readFavorites() override {
+    if (const auto& error = backstage_->world.favoritesError) return *error;
+    return backstage_->records()->favorites();
+  }
 
  private:
   SharedBackstage backstage_;

@@ -22,7 +22,9 @@ void answer(Backstage& backstage, const Identifiers& identifiers,
   const WorldService& service = backstage.world.service;
   switch (service.answer) {
     case WorldService::Answer::lines:
-      return handler(share(backstage.records()->linesFor(identifiers)), std::nullopt);
+      return handler(share(service.lines ? backstage.records()->linesNamed(*service.lines)
+                                         : backstage.records()->linesFor(identifiers)),
+                     std::nullopt);
     case WorldService::Answer::all:
       return handler(share(backstage.records()->allLines()), std::nullopt);
     case WorldService::Answer::error:
@@ -44,11 +46,16 @@ class Ticket final : public TransitLinesTicket {
       return;
     }
     backstage_->transcript->record("lookup", {{"identifiers", muidsOf(identifiers_)}});
-    backstage_->mainLoop.runAfter(
-        backstage_->world.service.delay,
-        [backstage = backstage_, identifiers = identifiers_, handler = std::move(handler)] {
-          answer(*backstage, identifiers, handler);
-        });
+    // The waiting look-ups are the backstage's own, and must not own it.
+    auto answerNow = [backstage = std::weak_ptr(backstage_), identifiers = identifiers_,
+                      handler = std::move(handler)] {
+      if (const auto present = backstage.lock()) answer(*present, identifiers, handler);
+    };
+    if (const auto delay = backstage_->world.service.delay) {
+      backstage_->mainLoop.runAfter(*delay, std::move(answerNow));
+    } else {
+      backstage_->waitingLookups.push_back(std::move(answerNow));
+    }
   }
 
  private:

@@ -4,25 +4,17 @@
 #include <array>
 #include <iterator>
 #include <memory>
-#include <tuple>
 #include <utility>
 
 #include "simulation/scenario/scenario_reading.h"
+#include "simulation/scenario/scenario_step_keys.h"
 #include "simulation/scenario/scenario_world.h"
 
 namespace linewatch::simulation {
 
 namespace {
 
-constexpr std::string_view kKindKey = "do";
-constexpr std::string_view kStepsKey = "steps";
-/// In a longer time a repeating timer fires so often that the run takes too long.
-constexpr Seconds kLongestAdvance{366 * 86400.0};
-
-const char* canBeAdvanced(const Seconds& seconds) {
-  if (seconds < Seconds(0)) return "must not be negative";
-  return seconds > kLongestAdvance ? "must be at most 31622400, a year" : nullptr;
-}
+constexpr std::string_view kStartKey = "start";
 
 /// Reads the steps in order. Knows at each step what the world is then and whether a widget is loaded.
 class StepReader {
@@ -38,7 +30,7 @@ class StepReader {
     Step (StepReader::*read)(const Place&, const JsonObject&);
     Controller controller;
   };
-  static const std::array<Kind, 18> kKinds;
+  static const std::array<Kind, 20> kKinds;
 
   template <class T>
   Step readKeys(const Place& place, const JsonObject& object);
@@ -60,72 +52,27 @@ class StepReader {
   std::size_t updateCount_ = 0;
 };
 
-}  // namespace
-
-template <>
-struct Keys<step::Load> {
-  static constexpr std::tuple<> table{};
-};
-template <>
-struct Keys<step::Appear> : Keys<step::Load> {};
-template <>
-struct Keys<step::Disappear> : Keys<step::Load> {};
-template <>
-struct Keys<step::MemoryWarning> : Keys<step::Load> {};
-template <>
-struct Keys<step::Snapshot> : Keys<step::Load> {};
-template <>
-struct Keys<step::Release> : Keys<step::Load> {};
-template <>
-struct Keys<step::Restart> : Keys<step::Load> {};
-template <>
-struct Keys<step::Update> {
-  static constexpr auto table = std::tuple{key("id", &step::Update::id)};
-};
-template <>
-struct Keys<step::Advance> {
-  static constexpr auto table =
-      std::tuple{key("seconds", &step::Advance::seconds).required().checked(canBeAdvanced)};
-};
-template <>
-struct Keys<step::DisplayMode> {
-  static constexpr auto table = std::tuple{key("mode", &step::DisplayMode::mode).required()};
-};
-template <>
-struct Keys<step::Tap> {
-  static constexpr auto table = std::tuple{key("row", &step::Tap::row).required()};
-};
-template <>
-struct Keys<step::Resize> {
-  static constexpr auto table = std::tuple{key("width", &step::Resize::width).required(),
-                                           key("height", &step::Resize::height).required()};
-};
-template <>
-struct Keys<step::TextSize> {
-  static constexpr auto table = std::tuple{key("category", &step::TextSize::category).required()};
-};
-
-namespace {
-
-const std::array<StepReader::Kind, 18> StepReader::kKinds = {{
-    {"load", &StepReader::readLoad, Controller::none},
-    {"appear", &StepReader::readTurn<step::Appear, true, true>, Controller::needed},
+const std::array<StepReader::Kind, 20> StepReader::kKinds = {{
+    {Keys<step::Load>::name, &StepReader::readLoad, Controller::none},
+    {Keys<step::Appear>::name, &StepReader::readTurn<step::Appear, true, true>, Controller::needed},
     {"willAppear", &StepReader::readTurn<step::Appear, true, false>, Controller::needed},
     {"didAppear", &StepReader::readTurn<step::Appear, false, true>, Controller::needed},
-    {"disappear", &StepReader::readTurn<step::Disappear, true, true>, Controller::needed},
+    {Keys<step::Disappear>::name, &StepReader::readTurn<step::Disappear, true, true>, Controller::needed},
     {"willDisappear", &StepReader::readTurn<step::Disappear, true, false>, Controller::needed},
     {"didDisappear", &StepReader::readTurn<step::Disappear, false, true>, Controller::needed},
-    {"update", &StepReader::readUpdate, Controller::needed},
-    {"advance", &StepReader::readKeys<step::Advance>, Controller::any},
-    {"displayMode", &StepReader::readKeys<step::DisplayMode>, Controller::needed},
-    {"tap", &StepReader::readKeys<step::Tap>, Controller::needed},
-    {"resize", &StepReader::readKeys<step::Resize>, Controller::needed},
-    {"textSize", &StepReader::readKeys<step::TextSize>, Controller::any},
-    {"memoryWarning", &StepReader::readKeys<step::MemoryWarning>, Controller::needed},
-    {"set", &StepReader::readSet, Controller::any},
-    {"snapshot", &StepReader::readKeys<step::Snapshot>, Controller::needed},
-    {"release", &StepReader::readDrop<step::Release>, Controller::needed},
-    {"restart", &StepReader::readDrop<step::Restart>, Controller::any},
+    {Keys<step::Update>::name, &StepReader::readUpdate, Controller::needed},
+    {Keys<step::Advance>::name, &StepReader::readKeys<step::Advance>, Controller::any},
+    {Keys<step::DisplayMode>::name, &StepReader::readKeys<step::DisplayMode>, Controller::needed},
+    {Keys<step::Tap>::name, &StepReader::readKeys<step::Tap>, Controller::needed},
+    {Keys<step::Resize>::name, &StepReader::readKeys<step::Resize>, Controller::needed},
+    {Keys<step::Limits>::name, &StepReader::readKeys<step::Limits>, Controller::needed},
+    {Keys<step::Answer>::name, &StepReader::readKeys<step::Answer>, Controller::any},
+    {Keys<step::TextSize>::name, &StepReader::readKeys<step::TextSize>, Controller::any},
+    {Keys<step::MemoryWarning>::name, &StepReader::readKeys<step::MemoryWarning>, Controller::needed},
+    {Keys<step::Set>::name, &StepReader::readSet, Controller::any},
+    {Keys<step::Snapshot>::name, &StepReader::readKeys<step::Snapshot>, Controller::needed},
+    {Keys<step::Release>::name, &StepReader::readDrop<step::Release>, Controller::needed},
+    {Keys<step::Restart>::name, &StepReader::readDrop<step::Restart>, Controller::any},
 }};
 
 Step StepReader::read(const Place& place, const JsonObject& object) {
@@ -194,6 +141,7 @@ Step StepReader::readUpdate(const Place& place, const JsonObject& object) {
 
 /// Tries the change on the world now, so that its faults are found, and makes it when the step is performed.
 Step StepReader::readSet(const Place& place, const JsonObject& object) {
+  if (hasKey(object, kStartKey)) faults_.add(Place(place, kStartKey), "cannot change");
   readWorld(faults_, place, object, kKindKey, world_);
   return step::Set{[object](World& world) {
     Faults none;

@@ -45,6 +45,12 @@ struct Tap {
 struct Resize {
   double width = 0, height = 0;
 };
+/// The host gives the widget other largest sizes and makes it ask for them.
+struct Limits {
+  Size compact, expanded;
+};
+/// The service answers the look-up that has waited longest, of those without a delay.
+struct Answer {};
 struct TextSize {
   ui::TextSizeCategory category = ui::kDefaultTextSizeCategory;
 };
@@ -62,9 +68,10 @@ struct Restart {};
 
 }  // namespace step
 
-using Step = std::variant<step::Load, step::Appear, step::Disappear, step::Update, step::Advance,
-                          step::DisplayMode, step::Tap, step::Resize, step::TextSize, step::MemoryWarning,
-                          step::Set, step::Snapshot, step::Release, step::Restart>;
+using Step =
+    std::variant<step::Load, step::Appear, step::Disappear, step::Update, step::Advance, step::DisplayMode,
+                 step::Tap, step::Resize, step::Limits, step::TextSize, step::MemoryWarning, step::Answer,
+                 step::Set, step::Snapshot, step::Release, step::Restart>;
 
 /// A world and the steps performed in it. The steps are in a possible order: a step that needs a widget comes
 /// after a `Load`.

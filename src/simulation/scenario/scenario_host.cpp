@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "simulation/scenario/scenario_snapshot.h"
+#include "ui/notification_center.h"
 #include "widget/transit_incidents_view_controller.h"
 
 namespace linewatch::simulation {
@@ -43,6 +44,14 @@ struct ScenarioHost::Performer {
   Fault operator()(const step::Resize& resize) const {
     host.resize({resize.width, resize.height});
     return std::nullopt;
+  }
+  Fault operator()(const step::Limits& limits) const {
+    host.limit(limits.compact, limits.expanded);
+    return std::nullopt;
+  }
+  Fault operator()(const step::Answer&) const {
+    if (host.platform_->answerLookup()) return std::nullopt;
+    return "no look-up waits for an answer";
   }
   Fault operator()(const step::TextSize& textSize) const {
     host.change([&](World& world) { world.textSize = textSize.category; });
@@ -123,6 +132,15 @@ std::optional<std::string> ScenarioHost::tap(std::size_t row) {
 void ScenarioHost::resize(const Size& size) {
   controller_->viewWillTransitionToSize(size);
   controller_->view().setFrame({0, 0, size.width, size.height});
+}
+
+/// The widget reads its limits again when the text size changes, and at few other times.
+void ScenarioHost::limit(const Size& compact, const Size& expanded) {
+  platform_->changeWorld([&](World& world) {
+    world.host.compact = compact;
+    world.host.expanded = expanded;
+  });
+  platform_->notificationCenter().post(ui::kTextSizeDidChangeNotification);
 }
 
 void ScenarioHost::change(const std::function<void(World&)>& change) {

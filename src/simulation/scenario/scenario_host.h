@@ -41,6 +41,7 @@ class ScenarioHost {
   void setActiveMode(WidgetDisplayMode mode);
   std::optional<std::string> tap(std::size_t row);
   void resize(const Size& size);
+  void limit(const Size& compact, const Size& expanded);
   void change(const std::function<void(World&)>& change);
   void restart();
 

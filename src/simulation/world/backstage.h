@@ -1,5 +1,7 @@
 #pragma once
 
+#include <deque>
+#include <functional>
 #include <memory>
 
 #include "simulation/world/transcript.h"
@@ -29,6 +31,8 @@ struct Backstage {
 
   std::shared_ptr<Transcript> transcript;
   VirtualMainLoop mainLoop;
+  /// Answer the look-ups that wait for the host, in the order of their submission.
+  std::deque<std::function<void()>> waitingLookups;
 
  private:
   std::shared_ptr<const WorldRecords> records_;

@@ -91,7 +91,8 @@ struct WorldLine {
 /// How the transit service answers.
 struct WorldService {
   enum class Answer {
-    /// The items of the lines asked for, in that order; unknown lines are left out.
+    /// The items of `lines`; without these, of the lines asked for, in that order. Unknown lines are left
+    /// out.
     lines,
     error,
     /// Neither items nor an error.
@@ -100,9 +101,12 @@ struct WorldService {
     all
   };
 
-  /// The seconds from the submission of a look-up to its answer. The answer shows the world as it is then.
-  Seconds delay{0.5};
+  /// The seconds from the submission of a look-up to its answer; absent: until the host lets it be answered.
+  /// The answer shows the world as it is then.
+  std::optional<Seconds> delay = Seconds(0.5);
   Answer answer = Answer::lines;
+  /// The keys of the lines that the service knows at the moment, in the order in which it answers them.
+  std::optional<std::vector<std::string>> lines;
   Error error{"Transit", 7, {}};
 };
 
@@ -144,6 +148,8 @@ struct World {
   /// The values of the companion application's suite at the start and during a change of the world.
   Dictionary preferences;
   std::vector<WorldFavorite> favorites;
+  /// Why the favourites cannot be read; absent when they can.
+  std::optional<Error> favoritesError;
   KeyedTable<WorldSystem> systems;
   KeyedTable<WorldLine> lines;
   KeyedTable<WorldIncident> incidents;

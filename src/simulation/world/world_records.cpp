@@ -12,6 +12,7 @@ namespace {
 template <class Record>
 using Records = std::unordered_map<std::string, std::shared_ptr<const Record>>;
 
+/// Null when there is no such key.
 template <class Record>
 std::shared_ptr<const Record> recordFor(const Records<Record>& records, const std::string& key) {
   const auto entry = records.find(key);
@@ -103,6 +104,7 @@ WorldRecords::WorldRecords(const World& world) {
   for (const auto& [key, line] : world.lines) {
     auto fields = std::make_shared<const TransitLineFields>(lineFields(line, systems));
     lines_.push_back(std::make_shared<const TransitLineRecord>(fields, incidentsOf(line, incidents)));
+    linesByKey_.emplace(key, lines_.back());
     if (line.identifier) linesByIdentifier_.try_emplace(line.muid, lines_.back());
     // A favourite holds the line without its incidents.
     savedLines.emplace(key, std::make_shared<const TransitLineRecord>(std::move(fields), TransitIncidents{}));
@@ -118,6 +120,15 @@ TransitLineItems WorldRecords::linesFor(const std::vector<MapItemIdentifier>& id
   for (const MapItemIdentifier& identifier : identifiers) {
     const auto line = linesByIdentifier_.find(identifier.muid);
     if (line != linesByIdentifier_.end()) items.push_back(line->second);
+  }
+  return items;
+}
+
+TransitLineItems WorldRecords::linesNamed(const std::vector<std::string>& keys) const {
+  TransitLineItems items;
+  items.reserve(keys.size());
+  for (const std::string& key : keys) {
+    if (auto line = recordFor(linesByKey_, key)) items.push_back(std::move(line));
   }
   return items;
 }

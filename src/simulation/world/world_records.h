@@ -22,12 +22,15 @@ class WorldRecords {
   const TransitLineItems& allLines() const { return lines_; }
   /// The items of the identifiers, in the order given; unknown identifiers are left out.
   TransitLineItems linesFor(const std::vector<MapItemIdentifier>& identifiers) const;
+  /// The items of the lines with these keys, in the order given; unknown keys are left out.
+  TransitLineItems linesNamed(const std::vector<std::string>& keys) const;
   /// In the user's order.
   const Favorites& favorites() const { return favorites_; }
 
  private:
   TransitLineItems lines_;
   std::unordered_map<std::uint64_t, SharedLineItem> linesByIdentifier_;
+  std::unordered_map<std::string, SharedLineItem> linesByKey_;
   Favorites favorites_;
 };
 

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "simulation/recording/recorded_answer.h"
+#include "simulation/world/world.h"
+
+namespace linewatch::simulation {
+
+/// Whole microseconds since the start of the scenario.
+using Microseconds = std::int64_t;
+
+/// Something that a host, a user or the transit service did: the JSON text of a step, or an answer.
+struct RecordedEvent {
+  Microseconds time = 0;
+  std::variant<std::string, std::shared_ptr<const RecordedAnswer>> what;
+  bool isTap = false;
+};
+
+/// The events from one fetch to the next, and the state before the first of them. A replay can begin with any
+/// segment: it makes a widget that has the state, and lets it appear, which starts the fetch.
+struct RecordedSegment {
+  /// The start of the fetch.
+  Microseconds time = 0;
+  /// The list before the fetch has ended; null when the widget shows none.
+  std::shared_ptr<const RecordedAnswer> list;
+  bool isExpanded = false;
+  /// False for the first segment, which begins with a new widget.
+  bool isShown = false;
+  WorldHost host;
+  ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
+  ConnectionFailureDiagnosis diagnosis = ConnectionFailureDiagnosis::unknown;
+  /// Whether a tapped row is opened.
+  bool opens = true;
+  /// The favourites that the fetch reads; absent until they are known.
+  std::optional<RecordedFavorites> favorites;
+  std::vector<RecordedEvent> events;
+  /// The memory of the events, without that of entries, about.
+  std::size_t bytes = 0;
+};
+
+}  // namespace linewatch::simulation
