@@ -28,7 +28,7 @@ constexpr const char* kFooter =
 constexpr const char* kFooterOfCommands =
     "The common options, such as --state-dir, --now and --locale, work too: see linewatch --help.";
 
-/// The values of arguments that look like a header, which may be a key after a mistyped option.
+/// The values in arguments that look like a header. After a mistyped option such a value may be a key.
 std::vector<std::string> headerValues(int argc, const char* const* argv) {
   std::vector<std::string> values;
   for (const std::string_view argument : std::span(argv, static_cast<std::size_t>(argc))) {

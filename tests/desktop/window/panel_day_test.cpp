@@ -15,7 +15,7 @@ class PanelDayTest : public PlatformTest {
  protected:
   void SetUp() override {
     writeFile(folder_.path() / "routes.txt", "route_id\n1\n");
-    updates_.setInSight(true);
+    updates_.setVisible(true);
     update();
   }
 

@@ -18,7 +18,7 @@ constexpr double kSleep = 3600;
 class PanelUpdatesTest : public PlatformTest {
  protected:
   void SetUp() override {
-    updates_.setInSight(true);
+    updates_.setVisible(true);
     ask();
   }
 
@@ -77,7 +77,7 @@ TEST_F(PanelUpdatesTest, RefreshesWithJitterWhileInSight) {
   updates_.setMetered(true);
   EXPECT_GE(pause(), 600) << "the pending update is put off too";
   updates_.setMetered(false);
-  updates_.setInSight(false);
+  updates_.setVisible(false);
   EXPECT_EQ(within(4000), 0);
 }
 
@@ -199,7 +199,7 @@ TEST_F(PanelUpdatesTest, RetriesSoonAfterTheConnectionReturns) {
 }
 
 TEST_F(PanelUpdatesTest, FetchesNothingWhileHidden) {
-  updates_.setInSight(false);
+  updates_.setVisible(false);
   const int before = asked_;
   updates_.connectionDidReturn();
   updates_.favoritesDidChange();
