@@ -35,7 +35,7 @@ std::string messageInWords(const std::optional<std::int64_t>& type) {
   return "an error, or closed before the first update";
 }
 
-/// The line's present name, or its number when no feed has it.
+/// The line's name in the feeds, or its number if no feed has it.
 std::string nameOfLine(const std::string& muid, const std::vector<SharedLineIndex>& indexes) {
   std::uint64_t number = 0;
   std::from_chars(muid.data(), muid.data() + muid.size(), number);
@@ -121,7 +121,7 @@ Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
   const auto recorded = recordsIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
-  // Feeds are read only to name the lines of sessions.
+  // The feeds are needed only for the names of the lines.
   std::string text =
       textOf(*recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes);
   if (text.empty()) text = "Nothing has been recorded.\n";

@@ -9,15 +9,15 @@
 
 namespace linewatch::app {
 
-// Options with checked values. An error names the option, the value, and the values that it takes.
+// Options with checked values. An error has the option, the value, and the valid values.
 
-/// The error text of a value that an option does not take.
+/// The error text for an invalid value of an option.
 inline std::string wrongValue(const std::string& text, const std::string& fault) {
   return '"' + text + "\" is " + fault;
 }
 
-/// Adds an option. `take` stores a value, or returns false for an invalid one. `fault` is the reason for the
-/// user, e.g. "not a number".
+/// Adds an option. `take` stores a value, and returns false if it is invalid. `fault` tells the user why,
+/// e.g. "not a number".
 template <class Take>
 CLI::Option* addChecked(CLI::App& app, const std::string& name, const Take& take, const std::string& about,
                         const std::string& fault) {
@@ -27,7 +27,7 @@ CLI::Option* addChecked(CLI::App& app, const std::string& name, const Take& take
   return app.add_option_function<std::string>(name, check, about);
 }
 
-/// The numbers that an option takes; `text` is the range in words.
+/// The valid numbers of an option; `text` is the range in words.
 template <class Number>
 struct NumberRange {
   Number least, most;

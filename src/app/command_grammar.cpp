@@ -26,7 +26,7 @@ std::string textSizeNames() {
   return names;
 }
 
-/// From a whole number of seconds ("90", "90s") or minutes ("2m"); absent when it is anything else, or out of
+/// Parses a whole number of seconds ("90", "90s") or minutes ("2m"); absent for anything else, and out of
 /// range.
 std::optional<Seconds> refreshInterval(const std::string& text) {
   const bool isMinutes = text.ends_with('m');
@@ -111,7 +111,7 @@ void CommandGrammar::addFavorites(CLI::App& app) {
   using enum FavoritesCommand::Action;
   CLI::App* const sub = app.add_subcommand("favorites", "List, add or remove favourite lines");
   sub->require_subcommand(0, 1)->fallthrough();
-  // A subcommand's callback runs after its parent's, so this is the command without a subcommand.
+  // A subcommand's callback runs after this one, and replaces this command.
   sub->preparse_callback([this](std::size_t) { command_ = favorites_; });
   addAction(*sub, "list", "List the favourites", favorites_, list);
   struct Row {

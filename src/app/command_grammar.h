@@ -8,12 +8,12 @@
 
 namespace linewatch::app {
 
-/// The subcommands. Parsing fills in the fields of the subcommand in use and makes it `command()`.
+/// The subcommands. Parsing fills the fields of the used subcommand, which `command()` then returns.
 class CommandGrammar {
  public:
   explicit CommandGrammar(CLI::App& app);
 
-  /// The panel when no subcommand was used.
+  /// The panel if no subcommand was used.
   const Command& command() const { return command_; }
 
  private:

@@ -16,7 +16,7 @@
 
 namespace linewatch::app {
 
-/// The options that name the locations of a feed and where its keys go.
+/// The options for a feed's locations and keys.
 struct FeedOptions {
   struct Keys {
     std::vector<FeedKeys::Field> headers;
@@ -29,32 +29,32 @@ struct FeedOptions {
   /// Files or URLs.
   std::vector<std::string> gtfs;
   std::vector<std::string> alerts;
-  /// Keys for both documents, and those that one document has instead.
+  /// The keys of both documents, and keys that replace them for one document.
   Keys keys;
   Keys gtfsKeys;
   Keys alertsKeys;
 };
 
-/// Options that every command takes.
+/// The options of all commands.
 struct CommonOptions {
-  /// For a run without saved state: its feed, and the route ids of the favourites.
+  /// The feed, and the route ids of the favourites, of a run without saved state.
   FeedOptions feed;
   std::vector<std::string> favorites;
-  /// The time to use instead of the present time.
+  /// The time at which the run's clock starts.
   std::optional<Date> now;
-  /// The most rows of the expanded list; 0: no limit.
+  /// The largest number of rows of the expanded list; 0: no limit.
   std::uint64_t maxRows = 0;
   std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
   bool verbose = false;
-  /// Preferences that override the saved ones in this run.
+  /// Preferences of this run; they replace the saved ones.
   Dictionary preferences;
 };
 
 struct ShowCommand {
   bool expanded = false;
   bool json = false;
-  /// Show what begins in the next days instead of the list.
+  /// Print the incidents of the next days instead of the list.
   bool upcoming = false;
 };
 
@@ -62,7 +62,8 @@ struct FavoritesCommand {
   enum class Action { list, add, remove };
   Action action = Action::list;
   std::vector<std::string> lines;
-  /// For `add`: "all", "none" or ids of stops with commas between, and "0", "1" or "both". Absent: as before.
+  /// For `add`: "all", "none" or stop ids with commas between them; "0", "1" or "both". Absent if the choice
+  /// stays.
   std::optional<std::string> stops = {}, direction = {};
 };
 
@@ -76,7 +77,7 @@ struct FeedCommand {
   Action action = Action::list;
   std::string name;
   FeedOptions options;
-  /// `key`: the feed needs no keys any more.
+  /// For `key`: remove the feed's keys.
   bool removesKeys = false;
 };
 
@@ -120,9 +121,9 @@ struct RenderCommand {
 
 /// Shows the panel.
 struct PanelCommand {
-  /// The words of the user's companion command; empty: the program's own windows are used.
+  /// The words of the user's companion command; empty for the program's own windows.
   std::vector<std::string> companion;
-  /// How often the panel asks for an update.
+  /// The time between two updates.
   Seconds refresh{120};
   /// The file for a scenario of what happened; empty: none.
   std::string record;
@@ -138,8 +139,7 @@ struct CommandLine {
   Command command;
 };
 
-/// The parsed command line. A report instead when there is nothing to run: help, the version, or an error in
-/// the usage.
+/// The parsed command line, or a report if there is nothing to run: help, the version, or a usage error.
 std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv);
 
 }  // namespace linewatch::app

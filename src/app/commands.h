@@ -10,10 +10,10 @@
 
 namespace linewatch::app {
 
-/// The state of each feed that was read, one a line, and the names of the unknown lines; empty when no feed
-/// was read.
+/// One line for the state of each feed that was read, and one with the names of unknown lines. Empty if no
+/// feed was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
-/// The sentence of the state's error without the name of the feed; empty without an error.
+/// The sentence of the state's error, without the name of the feed; empty without an error.
 std::string reasonOf(const FeedState& state);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
@@ -23,7 +23,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
 Report feed(Session& session, const FeedCommand& command);
 Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
-/// Needs no session: a scenario makes its own platform.
+/// Needs no session, because a scenario makes its own platform.
 Report simulate(const SimulateCommand& command, const TerminalStyle& style);
 
 }  // namespace linewatch::app

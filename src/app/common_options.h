@@ -6,7 +6,7 @@
 
 namespace linewatch::app {
 
-/// Adds the options that every command takes. Parsing stores their values in `options`.
+/// Adds the options of all commands. Parsing stores their values in `options`.
 void addCommonOptions(CLI::App& app, CommonOptions& options);
 
 }  // namespace linewatch::app

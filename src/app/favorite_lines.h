@@ -10,7 +10,7 @@
 
 namespace linewatch::app {
 
-/// A favourite and its line. The line is absent when its feed does not have it or cannot be read.
+/// A favourite and its line. The line is absent if its feed does not have it or cannot be read.
 struct FavoriteLine {
   StoredFavorite favorite;
   std::optional<FoundLine> line;

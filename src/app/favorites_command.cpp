@@ -17,14 +17,14 @@ Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<s
   std::vector<FoundLine> found;
   for (const std::string& name : names) {
     auto line = findLine(all.indexes, name);
-    // The line may be in a feed that cannot be read.
+    // The line may belong to a feed that cannot be read.
     if (!line) return all.error ? *all.error : line.error();
     found.push_back(std::move(*line));
   }
   return found;
 }
 
-/// Favourites can be removed by their id even if their feed or line no longer exists.
+/// A favourite can be removed by its id even if its feed or line no longer exists.
 std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored, const std::string& name) {
   for (const StoredFavorite& favorite : stored) {
     if (favorite.subject == name || favorite.feed + ":" + favorite.subject == name) return favorite;
@@ -32,7 +32,7 @@ std::optional<StoredFavorite> storedAs(const std::vector<StoredFavorite>& stored
   return std::nullopt;
 }
 
-/// The choice as the options of "favorites add" write it; empty for everything.
+/// The choice as options of `favorites add`; empty for the default.
 std::string inWords(const LineChoice& choice) {
   std::string words;
   if (choice.stops != LineChoice::Stops::all) {
@@ -44,7 +44,7 @@ std::string inWords(const LineChoice& choice) {
   return words;
 }
 
-/// `table` has a line of text for each of the favourites.
+/// Appends each favourite's choice to its row in the table.
 std::string withChoices(const std::string& table, const std::vector<LineChoice>& choices) {
   std::istringstream rows(table);
   std::string text;
@@ -79,7 +79,7 @@ std::vector<std::string> idsIn(const std::string& list) {
   return ids;
 }
 
-/// The choice with what the options change.
+/// The choice after the options have changed it.
 LineChoice changed(LineChoice choice, const FavoritesCommand& command) {
   using Stops = LineChoice::Stops;
   if (command.stops) {
@@ -96,7 +96,7 @@ LineChoice changed(LineChoice choice, const FavoritesCommand& command) {
   return choice;
 }
 
-/// The error of a chosen stop that the line's feed does not have.
+/// An error if the line's feed does not have a chosen stop.
 std::optional<Error> unknownStop(Session& session, const StoredFavorite& favorite) {
   if (favorite.choice.stopIds.empty()) return std::nullopt;
   const auto stops = session.platform().feeds().stopsOf(favorite.feed);
@@ -109,7 +109,7 @@ std::optional<Error> unknownStop(Session& session, const StoredFavorite& favorit
   return std::nullopt;
 }
 
-/// The lines as favourites, with the choice that the options make of the one before.
+/// The favourites with their present choices, changed by the options.
 Outcome<std::vector<StoredFavorite>> withChoice(Session& session, std::vector<StoredFavorite> favorites,
                                                 const FavoritesCommand& command) {
   const auto stored = session.platform().favorites().lines();
@@ -124,7 +124,7 @@ Outcome<std::vector<StoredFavorite>> withChoice(Session& session, std::vector<St
 }
 
 Report add(Session& session, const FavoritesCommand& command) {
-  // All lines are looked up before any is added, so that one mistake adds none.
+  // All lines are looked up before any is added, so that a mistake adds none.
   const auto found = linesNamed(session, command.lines);
   if (!found) return refused(found.error());
   std::vector<StoredFavorite> chosen;

@@ -22,7 +22,7 @@ namespace {
 /// Bytes.
 constexpr std::size_t kLongestName = 100;
 
-/// The location as an absolute path or URL: the feed is later read from other working directories.
+/// The location as an absolute path or URL, because the feed is later read from other working directories.
 std::string absoluteLocation(const std::string& location) {
   if (location.find("://") != std::string::npos) return location;
   std::error_code error;
@@ -68,7 +68,7 @@ std::string stateInWords(const FeedState& state, Date now) {
   return "its lines are unknown: " + terminalLine(reasonOf(state));
 }
 
-/// Where a key goes and where it comes from, never the key.
+/// How the key is sent and where it comes from, without the key.
 std::string keysInWords(const FeedKeys& keys) {
   std::string words;
   for (const FeedKeys::Field& field : keys.headers)
@@ -117,7 +117,7 @@ Report refusedUnknownName(const std::string& name) {
   return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
 }
 
-/// How many different alerts are shown at that time.
+/// The number of different alerts in force at that time.
 std::size_t shownAlertCount(const AlertsMessage& message, Date now) {
   const auto incidents = distinctIncidents(message);
   const auto count = std::ranges::count_if(incidents, [&](const DistinctIncident& incident) {
@@ -144,7 +144,7 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   if (!feed) return refused(feed.error());
   for (FeedSource* source : {&feed->gtfs, &feed->alerts})
     std::ranges::transform(source->locations, source->locations.begin(), absoluteLocation);
-  // A feed that cannot be read is not added: the user is here to correct the mistake.
+  // A feed that cannot be read is not added. The user can correct the mistake and try again.
   saved.feedCache()->holdBack();
   saved.feedCache()->remove(feed->name);
   const auto lines = documents.lineIndexOf(*feed);
@@ -158,7 +158,7 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   return Report::of("Added " + feed->name + ": " + findings(*feed, *lines, alerts, documents.now()));
 }
 
-/// Saves the keys even when the feed cannot be read with them now, and says so.
+/// Saves the keys even if the feed cannot be read with them, and prints the error.
 Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());

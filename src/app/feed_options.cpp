@@ -34,8 +34,8 @@ bool isLocation(const std::string& text) {
   return !text.empty() && text.find("://") == std::string::npos && !lacksScheme(text);
 }
 
-/// A location as an error may show it. Only the scheme of one that is not http, as the rest may hold a
-/// password.
+/// A location for an error message. Only the scheme is shown if it is not http(s), because the rest may
+/// contain a password.
 std::string printableLocation(const std::string& text) {
   if (lacksScheme(text)) return redacted("http://" + text).substr(7);
   const std::size_t scheme = text.find("://");
@@ -67,8 +67,7 @@ std::string_view withoutBlanks(std::string_view text) {
   return text.substr(0, text.find_last_not_of(" \t") + 1);
 }
 
-/// "Name: value"; a field without a value has the key as its value. The field has an empty name when the text
-/// is malformed.
+/// Parses "Name: value". Without a value the key is the value. The name is empty if the text is malformed.
 FeedKeys::Field fieldIn(std::string_view text, char separator) {
   const std::size_t end = std::min(text.find(separator), text.size());
   const std::string_view name = withoutBlanks(text.substr(0, end));
@@ -110,7 +109,7 @@ void addKeyCommand(CLI::App& app, const std::string& name, std::string& command,
   app.add_option_function<std::string>(name, take, about)->type_name("COMMAND");
 }
 
-/// The help of the three options of a group.
+/// The help texts of the three options.
 struct KeyHelp {
   std::string header, queryKey, command;
 };

@@ -6,7 +6,7 @@
 
 namespace linewatch::app {
 
-/// The help of the options that name locations.
+/// The help texts of the location options.
 struct LocationHelp {
   const char* gtfs;
   const char* alerts;
@@ -16,8 +16,8 @@ struct LocationHelp {
 /// Adds --gtfs and --alerts, which may be repeated.
 void addLocationOptions(CLI::App& app, FeedOptions& options, const LocationHelp& help);
 
-/// Adds --header, --query-key and --key-command, and the same for one document as --gtfs-header,
-/// --alerts-header and so on. No error shows a value.
+/// Adds --header, --query-key and --key-command, and their variants for one document, e.g. --gtfs-header. No
+/// error contains a value.
 void addKeyOptions(CLI::App& app, FeedOptions& options);
 
 }  // namespace linewatch::app

@@ -13,8 +13,8 @@ namespace linewatch::app {
 
 namespace {
 
-/// Changes the keys of a document. New headers or parameters replace all earlier ones; a new command alone
-/// replaces the key only.
+/// Changes the keys of a document. New headers or parameters replace all earlier ones. A new command alone
+/// replaces only the key.
 void change(FeedKeys& keys, const FeedOptions::Keys& given) {
   if (!given.areGiven()) return;
   if (!given.headers.empty() || !given.query.empty()) keys = {.headers = given.headers, .query = given.query};
@@ -22,7 +22,7 @@ void change(FeedKeys& keys, const FeedOptions::Keys& given) {
   keys.command = given.command;
 }
 
-/// The options of one document: each option of its own stands in for the common one.
+/// The options of one document. An option for this document replaces the general one.
 FeedOptions::Keys chosen(const FeedOptions::Keys& common, const FeedOptions::Keys& own) {
   return {.headers = own.headers.empty() ? common.headers : own.headers,
           .query = own.query.empty() ? common.query : own.query,
@@ -45,7 +45,7 @@ std::optional<Error> ask(const std::string& whose, FeedKeys& keys) {
   return std::nullopt;
 }
 
-/// `isShared`: one key serves both documents.
+/// `isShared`: both documents have the same key.
 std::optional<Error> ask(StoredFeed& feed, bool isShared) {
   const std::string name = "feed " + feed.name;
   const bool wantsBoth = isToBeAsked(feed.gtfs.keys) && isToBeAsked(feed.alerts.keys);

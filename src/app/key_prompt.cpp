@@ -44,8 +44,9 @@ void endWithEcho(int signal) {
   std::raise(signal);
 }
 
-/// The terminal on standard input without echo, for as long as this lives. Keys such as Control-C arrive as
-/// characters, and a signal that ends the program turns on the echo first. Does nothing without a terminal.
+/// Turns off the echo of the terminal on standard input while this object lives. Keys such as Control-C are
+/// read as characters, and a signal that ends the program turns on the echo first. Does nothing without a
+/// terminal.
 class QuietTerminal {
  public:
   QuietTerminal() {
@@ -88,7 +89,8 @@ class QuietTerminal {
   bool isQuiet_ = false;
 };
 
-/// One at a time, as the next line of a pipe may be another key. Absent at the end of the input.
+/// Reads one character at a time, because the next line of a pipe may be another key. Absent at the end of
+/// the input.
 std::optional<char> nextCharacter() {
   char character = 0;
   ssize_t count = 0;
@@ -97,7 +99,7 @@ std::optional<char> nextCharacter() {
   return count == 1 ? std::optional(character) : std::nullopt;
 }
 
-/// Empty when the input ends or the user breaks off.
+/// Empty at the end of the input, or if the user cancels.
 std::string readLine(bool isTerminal) {
   std::string line;
   while (const auto character = nextCharacter()) {

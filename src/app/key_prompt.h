@@ -6,8 +6,8 @@
 
 namespace linewatch::app {
 
-/// Asks on the terminal for a key, which it does not show, or reads one line where standard input is no
-/// terminal. `whose` completes "Key for ", e.g. "feed Metro". An error when no key came.
+/// Asks for a key. On a terminal the key is not shown; otherwise one line of standard input is read. `whose`
+/// completes "Key for ", e.g. "feed Metro". An error if there is no key.
 Outcome<std::string> askForKey(const std::string& whose);
 
 }  // namespace linewatch::app

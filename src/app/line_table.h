@@ -8,7 +8,7 @@
 
 namespace linewatch::app {
 
-/// A table with one row per line: shield, long name, agency, and the id by which other commands know it.
+/// A table with one row for each line: shield, long name, agency, and the id that other commands take.
 std::string lineTable(const std::vector<FoundLine>& lines, const TerminalStyle& style);
 
 }  // namespace linewatch::app

@@ -19,7 +19,7 @@ std::string joined(const std::vector<std::string>& words) {
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style) {
   const FeedLines all = session.platform().feeds().lines();
   const std::vector<FoundLine> found = searchLines(all.indexes, joined(command.query));
-  // A feed that cannot be read may have the line.
+  // The line may be in a feed that cannot be read.
   Report report = all.error ? refused(*all.error) : Report{};
   report.output = lineTable(found, style);
   if (found.empty() && !all.error)

@@ -10,8 +10,8 @@ class KeyedArchiver;
 
 namespace linewatch::app {
 
-/// The content of a file that a row gave to the companion application, as JSON: an activity record,
-/// compressed or not, or a list of incidents.
+/// The content of a row as JSON, from a file of the companion application: an activity record, compressed or
+/// not, or a list of incidents.
 Outcome<std::string> openedText(const std::string& file, KeyedArchiver& archiver);
 
 }  // namespace linewatch::app

@@ -19,15 +19,15 @@ namespace linewatch::app {
 
 namespace {
 
-/// Replaces this process with linewatch-screen, which can draw. It is a program of its own because its
-/// libraries take longer to load than most commands run. Returns only the error when it cannot be started.
+/// Replaces this process with linewatch-screen, which can draw. It is another program because loading its
+/// libraries takes longer than most commands run. Returns only if it cannot be started, with the error.
 Report replaceWithScreenProgram(char** argv) {
   const std::string path = installedParts() / "linewatch-screen";
   execv(path.c_str(), argv);
   return refused(failure(path, "", std::generic_category().message(errno)));
 }
 
-/// Runs a command with what it needs: a session, linewatch-screen, or nothing.
+/// Runs a command: with a session, in linewatch-screen, or alone.
 class Dispatch {
  public:
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
@@ -66,7 +66,8 @@ class Dispatch {
  private:
   template <auto open = Session::open, class Work>
   Report inSession(Work work) const {
-    // The application gets the program's name only, because Qt would take its own options from the arguments.
+    // The application gets only the program's name, because Qt would remove its own options from the
+    // arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
     const auto session = open(options_, {});
@@ -80,8 +81,8 @@ class Dispatch {
 
 void write(const std::string& text, std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-/// A write beyond the limit for the size of files must fail with an error instead of ending the program. The
-/// signal is handled, not ignored, because programs that this one starts would inherit an ignored signal.
+/// Makes a write beyond the file size limit fail with an error; by default it would end the program. The
+/// signal is handled and not ignored, because child processes inherit ignored signals.
 void surviveFileSizeLimit() {
   std::signal(SIGXFSZ, [](int) {});
 }

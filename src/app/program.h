@@ -7,7 +7,7 @@
 
 namespace linewatch::app {
 
-/// Runs the program and returns its exit status. Commands that draw replace this process with
+/// Runs the program and returns its exit status. For commands that draw, the process becomes
 /// linewatch-screen.
 int run(int argc, char** argv);
 

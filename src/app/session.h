@@ -13,14 +13,14 @@
 
 namespace linewatch::app {
 
-/// One run of the program: the desktop platform, which is installed for as long as the session lives.
+/// One run of the program. The desktop platform is installed while the session lives.
 class Session {
  public:
   using Adjustment = std::function<void(desktop::DesktopSettings&)>;
 
-  /// `adjust` may be empty. It changes the platform's settings for the command.
+  /// `adjust` changes the platform's settings for the command; may be empty.
   static Outcome<std::unique_ptr<Session>> open(const CommonOptions& options, const Adjustment& adjust = {});
-  /// For commands that show feeds: also reads which feeds there are, and fails when that cannot be read.
+  /// For commands that show feeds. Reads which feeds there are; an error if that fails.
   static Outcome<std::unique_ptr<Session>> openWithFeeds(const CommonOptions& options,
                                                          const Adjustment& adjust = {});
   ~Session();
@@ -28,10 +28,10 @@ class Session {
   Session& operator=(const Session&) = delete;
 
   desktop::DesktopPlatform& platform() { return *platform_; }
-  /// Fetches the favourite lines with their incidents, as the widget does, and waits for the result.
+  /// Fetches the favourite lines with their incidents, like the widget, and waits for the result.
   std::shared_ptr<const RVResult> fetch();
-  /// The error of the feed on the command line when it has no favourites, since nothing else would read it.
-  /// Absent when the feed can be read.
+  /// Without favourites nothing reads the feed on the command line. This reads it, and returns its error;
+  /// absent if it can be read.
   std::optional<Error> unusedFeedError();
 
  private:
@@ -40,7 +40,7 @@ class Session {
   std::shared_ptr<desktop::DesktopPlatform> platform_;
 };
 
-/// The user's language and region: from the options, else from the environment.
+/// The user's language and region, from the options or the environment.
 UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

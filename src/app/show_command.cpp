@@ -28,7 +28,7 @@ std::string unknownFavorites(Session& session) {
   return names;
 }
 
-// The list is right but lacks these lines, and the user must hear of that.
+// The list does not contain these favourites, so the user must be told.
 void reportUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
   const std::string names = unknownFavorites(session);
   if (names.empty()) return;

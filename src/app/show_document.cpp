@@ -21,7 +21,7 @@ namespace {
 // In the order of FeedState::Kind.
 constexpr std::array<std::string_view, 7> kStateNames = {
     "fresh", "kept", "stale", "outdated", "notMatching", "incomplete", "unreachable"};
-// The next three in the order of their numbers, from 1 on.
+// The next three tables are in the order of the enumerations' values, from 1 on.
 constexpr std::array<std::string_view, kAlertCauses> kCauseNames = {
     "unknown", "other",   "technicalProblem", "strike",       "demonstration",  "accident",
     "holiday", "weather", "maintenance",      "construction", "policeActivity", "medicalEmergency"};
@@ -36,7 +36,7 @@ std::string_view nameOf(const std::array<std::string_view, count>& names, Number
   return names.at(static_cast<std::size_t>(number) - 1);
 }
 
-// As a text: a number of 64 bits is more than many readers of JSON keep.
+// A string, because many JSON readers do not keep 64 bits of a number.
 Value idForm(std::uint64_t muid) { return std::to_string(muid); }
 
 Value dateForm(const std::optional<Date>& date) { return date ? Value(description(*date)) : noValue(); }
@@ -61,7 +61,7 @@ Dictionary periodForm(const AlertPeriod& period) {
   return {{"start", secondsForm(period.start)}, {"end", secondsForm(period.end)}};
 }
 
-/// When the incident is shown.
+/// The periods in which the incident is shown.
 std::vector<AlertPeriod> shownPeriods(std::vector<AlertPeriod> periods) {
   std::erase_if(periods, [](const AlertPeriod& period) { return period.use != AlertPeriod::Use::show; });
   return periods;
@@ -109,16 +109,16 @@ Dictionary upcomingForm(const UpcomingIncident& upcoming, const ShownContent& co
   return form;
 }
 
-/// Numbers the bytes that rows hand over. Rows of one line share theirs, so their address tells them.
+/// Numbers the records of the rows. The rows of one line share a record, so its address identifies it.
 class RowRecords {
  public:
-  /// Stands in a row in place of the bytes.
+  /// The reference that replaces the bytes in a row.
   Value reference(const Bytes& bytes) {
     const auto [place, isNew] = places_.try_emplace(&bytes, records_.size());
     if (isNew) records_.push_back(&bytes);
     return Dictionary{{"record", std::uint64_t{place->second}}};
   }
-  /// None for the records that would make all of them larger than `limit`; these are counted.
+  /// The records, in base64; null if all of them together would exceed `limit`. Counts the null ones.
   Array forms(std::size_t limit, std::size_t& leftOut) const {
     return formsOf(records_, [&](const Bytes* bytes) {
       const bool fits = bytes->size() <= limit;
@@ -133,7 +133,7 @@ class RowRecords {
   std::vector<const Bytes*> records_;
 };
 
-/// The lines and the incidents that are in force.
+/// The lines, and their incidents in force.
 class LineForms {
  public:
   explicit LineForms(const ShownContent& content) : content_(content) {

@@ -17,7 +17,7 @@
 
 namespace linewatch::app {
 
-/// The version of the document. It grows when a field is removed or changes its meaning, not when one is
+/// The version of the document. It grows if a field is removed or changes its meaning, but not if one is
 /// added.
 inline constexpr int kShowDocumentVersion = 1;
 
@@ -26,46 +26,47 @@ struct ShownLine {
   std::uint64_t muid = 0;
   std::string feed;
   std::string routeId;
-  /// The route id when the timetable does not have the line or cannot be read.
+  /// The name; the route id if the timetable does not have the line or cannot be read.
   std::string name;
   /// Empty when not known.
   std::string agency;
-  /// Null when nothing is known of the line's incidents.
+  /// Null for an unknown line.
   SharedLineItem item;
 };
 
-/// All that the document tells.
+/// The content of the document.
 struct ShownContent {
   Date now;
   std::vector<FeedState> feeds;
   std::vector<ShownLine> lines;
-  /// The details of the lines' incidents, by `muid`. An incident without details is missing.
+  /// The details of the incidents, by `muid`; an incident may have none.
   IncidentDetailsByMuid details;
   std::vector<UpcomingIncident> upcoming;
   /// May be null.
   std::shared_ptr<const RVTransitListItem> list;
 };
 
-/// Bounds of the document, whatever the feeds hold.
+/// The limits of the document.
 struct ShowDocumentLimits {
-  /// The incidents of all lines, each counted once a line. With more there is no document.
-  std::size_t listings = 1'000'000;
-  /// The different incidents. Each takes about 50 µs and, at the most, 10 kB of memory. With more there is no
+  /// The number of incidents of all lines; a shared incident counts for each line. With more there is no
   /// document.
+  std::size_t listings = 1'000'000;
+  /// The number of different incidents. Each takes about 50 µs and at most 10 kB of memory. With more there is
+  /// no document.
   std::size_t incidents = 50'000;
-  /// Bytes of all records together, before they are encoded. Further records are null.
+  /// The size of all records together, in bytes before base64. Records beyond it are null.
   std::size_t recordBytes = std::size_t{64} << 20U;
 };
 
 struct ShowDocument {
   Dictionary form;
-  /// How many records are null because of the limit.
+  /// The number of records beyond the limit.
   std::size_t recordsLeftOut = 0;
 };
 
-/// Makes the document that `show --json` prints; docs/json.md and docs/show.schema.json describe it. A line's
-/// record stands in it once and rows refer to it, so the size grows with the incidents and lines. An error
-/// when the lines list more incidents than the limit. Reads the clock of the installed platform.
+/// Makes the document of `show --json`; docs/json.md and docs/show.schema.json describe it. Each record is in
+/// it once, and rows refer to it, so its size grows with the number of lines and incidents. An error if the
+/// lines have more incidents than the limit. Reads the clock of the installed platform.
 Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocumentLimits& limits = {});
 
 }  // namespace linewatch::app

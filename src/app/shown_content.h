@@ -6,8 +6,8 @@
 
 namespace linewatch::app {
 
-/// Gathers what is known after a fetch: the favourite lines in the user's order, then lines of the result
-/// that are no favourites. `list` may be null.
+/// Collects the content after a fetch: the favourite lines in the user's order, then other lines of the
+/// result. `list` may be null.
 ShownContent shownContent(Session& session, const RVResult& result,
                           std::shared_ptr<const RVTransitListItem> list);
 

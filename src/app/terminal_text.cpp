@@ -37,7 +37,7 @@ std::optional<RGB> parsedColor(const std::optional<std::string>& digits) {
   return RGB{value >> 16U, (value >> 8U) & 0xFFU, value & 0xFFU};
 }
 
-// The nearest colour in the 6 × 6 × 6 cube that 256-colour terminals have from entry 16 on.
+// The nearest colour in the 6 × 6 × 6 cube of 256-colour terminals, which begins at entry 16.
 unsigned paletteEntry(RGB color) {
   const auto step = [](unsigned channel) { return (channel * 5 + 127) / 255; };
   return 16 + 36 * step(color.red) + 6 * step(color.green) + step(color.blue);
@@ -81,7 +81,7 @@ std::string labelOf(const TransitArtworkDataSource& artwork) {
       artwork.shieldDataSource ? artwork.shieldDataSource : artwork.iconFallbackShieldDataSource;
   std::string label = terminalLine(shield && shield->shieldText ? *shield->shieldText
                                                                 : artwork.accessibilityText.value_or(""));
-  // The sign of a line without service.
+  // The sign for a line without service.
   if (artwork.hasRoutingIncidentBadge) label += label.empty() ? "✕" : " ✕";
   return label;
 }
@@ -123,7 +123,7 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
   return lines;
 }
 
-/// Writes rows with a mark and texts. The texts of all rows begin at the same column.
+/// Writes rows of a mark and texts. The texts of all rows begin at the same column.
 class RowWriter {
  public:
   RowWriter(const TerminalStyle& style, std::size_t markWidth)
@@ -252,7 +252,7 @@ TerminalStyle TerminalStyle::ofStandardOutput() {
 }
 
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
-  // A list without expanded items shows its one row in both modes.
+  // A list without expanded items has the same row in both modes.
   if (expanded && list.hasExpandedItems()) return rowsText(*list.expandedItems(), style);
   return std::visit(SummaryText{style}, list.summaryItem());
 }

@@ -11,39 +11,39 @@
 
 namespace linewatch::app {
 
-/// How texts are printed: with which colours, and how wide.
+/// The style of printed texts: colours and width.
 struct TerminalStyle {
   enum class Colors { none, palette, full };
   Colors colors = Colors::none;
-  /// The columns at which texts are wrapped; 0: not wrapped.
+  /// The width at which texts wrap, in columns; 0: no wrapping.
   std::size_t columns = 0;
 
-  /// The style for standard output: plain when it is not a terminal, NO_COLOR is set, or TERM is "dumb" or
-  /// empty.
+  /// The style for standard output. It is plain if standard output is not a terminal, if NO_COLOR is set, or
+  /// if TERM is "dumb" or empty.
   static TerminalStyle ofStandardOutput();
 };
 
-/// The list as text: its one row, or every row when `expanded`. A line's shield comes before its row, in the
-/// line's colours or in brackets. The texts are safe to print on a terminal.
+/// The list as text: the compact row, or all rows if `expanded`. Each row begins with the line's shield, in
+/// the line's colours or in brackets. The text is safe to print on a terminal.
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style);
 
-/// A row of texts after the shields of its lines.
+/// A row: the shields of its lines, then texts.
 struct TerminalRow {
-  /// None of them is null. The first few are printed, and the number of the others.
+  /// Not null. The first few are printed, then the number of the others.
   TransitArtworks shields;
-  /// The first is the title. Absent and empty texts are left out.
+  /// The first one is the title. Absent and empty texts are left out.
   std::vector<OptionalText> texts;
 };
 
-/// The rows as text, with their texts beginning at the same column.
+/// The rows as text. The texts of all rows begin at the same column.
 std::string terminalRows(std::span<const TerminalRow> rows, const TerminalStyle& style);
 
-/// A line's shield as it is printed before a row, with a cross when the line has no service.
+/// A line's shield, with a cross if the line has no service.
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style);
-/// The columns that the shield takes.
+/// The width of the shield in columns.
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork);
 
-/// The columns that the text takes.
+/// The width of the text in columns.
 std::size_t terminalWidth(std::string_view text);
 
 /// The text in a fainter colour.

@@ -9,8 +9,8 @@
 
 namespace linewatch::app {
 
-/// The incidents of the next 7 days, the earliest first: each with the shields of its lines, its texts and
-/// its dates in the user's language. One sentence when there are none.
+/// The incidents that begin within 7 days, in order of their start: the shields of the lines, the texts, and
+/// the dates in the user's language. One sentence if there are none.
 std::string upcomingText(Session& session, const RVResult& result, const UserLocale& locale,
                          const TerminalStyle& style);
 

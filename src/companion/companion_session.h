@@ -13,10 +13,10 @@ inline constexpr std::string_view kCompanionScheme = "rova";
 inline constexpr std::string_view kSessionParameter = "session";
 inline constexpr std::string_view kSessionKey = "sessionIdentifier";
 
-/// The session of one run of the program: a random identifier that is only kept in memory.
+/// The session of one run of the program: a random identifier in memory.
 ///
-/// Once it is shared, it is added to the query of the companion application's URLs and to user infos. Other
-/// URLs never get it. Adding it twice is the same as adding it once.
+/// After it has been shared, URLs of the companion application have it in their query, and user infos have it
+/// too. Other URLs never have it. A URL or user info that has it stays as it is.
 class CompanionSession final : public UserSession {
  public:
   CompanionSession();

@@ -26,7 +26,7 @@ std::size_t lastInSecondHalf(std::string_view range, char separator) {
   return place == std::string_view::npos || place < range.size() / 2 ? std::string_view::npos : place;
 }
 
-/// The length of the first block, and of the block with its separator.
+/// The length of the first block, without and with its separator.
 struct Split {
   std::size_t block;
   std::size_t next;

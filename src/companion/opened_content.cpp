@@ -16,10 +16,10 @@ namespace linewatch {
 
 namespace {
 
-// A record is a few kilobytes; a file that unpacks to more than this is not one.
+// Records have a few kilobytes. A file that unpacks to more than this is not a record.
 constexpr std::size_t kLargestRecord = 64 * kMebibyte;
 constexpr std::string_view kBzip2Magic = "BZh";
-// The keys of a row activity's user info that hold encoded content.
+// The keys in a row activity's user info for encoded content.
 constexpr std::array<const char*, 2> kContentKeys = {kActivityRecordKey, kIncidentListKey};
 
 bool beginsLikeBzip2(const Bytes& bytes) {

@@ -18,13 +18,13 @@ using StoredIncidents = std::vector<std::shared_ptr<const TransitStorageIncident
 /// The decoded content of a row's activity: the activity record of a line, or a list of incidents.
 using OpenedContent = std::variant<std::shared_ptr<const RovaActivity>, StoredIncidents>;
 
-/// Decodes an activity record, compressed with bzip2 or not, or an archived incident list. `name` names the
-/// bytes in errors. A record whose first bytes look like bzip2's "BZh" but that bzip2 refuses is read as an
-/// uncompressed record.
+/// Decodes an activity record, compressed with bzip2 or not, or an archived incident list. Errors name the
+/// bytes `name`. A record may begin with bzip2's "BZh": if bzip2 refuses it, it is read as an uncompressed
+/// record.
 Outcome<OpenedContent> decodeOpenedContent(const std::string& name, const Bytes& bytes,
                                            KeyedArchiver& archiver);
 
-/// The encoded bytes in a row's activity, which may be compressed; an error when it has none.
+/// The encoded bytes in a row's activity, compressed or not; an error without any.
 Outcome<Bytes> contentBytes(const UserActivity& activity);
 
 }  // namespace linewatch

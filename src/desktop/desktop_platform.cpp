@@ -37,7 +37,7 @@ StoredDatabase::Options savingOptions(const DesktopSettings& settings) {
   return options;
 }
 
-/// Records nothing: for a run without saved state.
+/// For a run without saved state, which records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
   void captureUserAction(std::string_view, std::int64_t, const std::optional<std::string>&) override {}
@@ -58,7 +58,7 @@ std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved) {
 
 }  // namespace
 
-/// The roles that need only those members of the platform that are declared before `roles_`.
+/// Makes the roles. May use only the members that are declared before `roles_`.
 struct DesktopPlatform::Roles {
   Roles(DesktopPlatform& platform, const UserLocale& locale)
       : localization(locale),
@@ -135,7 +135,7 @@ UserFavorites DesktopPlatform::chosenFavorites() const {
   return {saved_->database(), settings_.sampleCity};
 }
 
-/// Files cannot fail because of the network, so the connection is only diagnosed when a feed is on a server.
+/// The connection is diagnosed only if a feed is on a server: local files do not need it.
 ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
   const auto feeds = roles_->feeds->feeds();
   const bool asksServers = std::ranges::any_of(feeds, [](const StoredFeed& feed) {
@@ -146,8 +146,8 @@ ConnectionFailureDiagnosis DesktopPlatform::diagnose() const {
 }
 
 void DesktopPlatform::finishBackgroundWork() {
-  // Favourites that were read on this queue are looked up by the transit service next, so the queue ends
-  // first.
+  // Favourites are read on this queue, and the transit service looks their lines up. So the queue ends before
+  // the service.
   roles_->favoritesQueue->finish();
   roles_->transitService.finish();
 }

@@ -25,33 +25,33 @@ namespace linewatch::desktop {
 
 namespace detail {
 
-/// The log of a platform, as a base class in front of `Platform`: what `Platform::once` keeps is destroyed
-/// with that base, and writes its last changes, and lines of the log, then.
+/// The log of a platform. It is a base class in front of `Platform`, so that it is destroyed last: objects in
+/// `Platform::once` write their last changes, and lines of the log, in their destructors.
 struct PlatformLog {
   StderrLog log_;
 };
 
 }  // namespace detail
 
-/// The real platform: Qt's main loop, open feeds, SQLite and ICU. To be made on the main thread, after a
+/// The real platform: Qt's main loop, open feeds, SQLite and ICU. Made on the main thread, after a
 /// QCoreApplication.
 class DesktopPlatform final : private detail::PlatformLog, public Platform {
  public:
-  /// Fails when the folder for saved state is not known. Reads no saved state yet, and follows no feed.
+  /// An error when the folder for saved state is unknown. Does not yet read saved state or feeds.
   static Outcome<std::shared_ptr<DesktopPlatform>> make(DesktopSettings settings);
   ~DesktopPlatform() override;
 
-  /// Waits for the background threads, which start nothing new after that. They may use the installed
-  /// platform, so this must be called before another one is installed.
+  /// Waits for the background threads, which then start nothing new. They may use the installed platform, so
+  /// another platform must be installed only after this call.
   void finishBackgroundWork();
-  /// Stops running downloads, whose results are no longer needed.
+  /// Stops running downloads, because their results are no longer needed.
   void stopFetching() { documents_->stopFetching(); }
 
   TransitFeeds& feeds();
   const UserFavorites& favorites() const;
-  /// The saved state; null in a run without saved state.
+  /// Null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
-  /// True until the user has added a feed, as of the last look-up.
+  /// Whether the last look-up used the sample city, because the user has added no feed.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
 

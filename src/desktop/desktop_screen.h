@@ -15,8 +15,8 @@ class TextEngine;
 
 namespace linewatch::desktop {
 
-/// The roles that only views need. They are separate because loading Qt's drawing libraries takes longer than
-/// most commands run. Main thread.
+/// The roles for views only. They are separate because loading Qt's drawing libraries takes longer than most
+/// commands run. Main thread.
 class DesktopScreen {
  public:
   virtual ~DesktopScreen() = default;

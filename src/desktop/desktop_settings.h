@@ -17,7 +17,7 @@ namespace linewatch::desktop {
 
 /// The settings of one run of the program.
 struct DesktopSettings {
-  /// One feed that is given on the command line, for a run without saved state.
+  /// The feed on the command line of a run without saved state.
   struct GivenFeed {
     FeedSource gtfs;
     FeedSource alerts;
@@ -26,22 +26,22 @@ struct DesktopSettings {
   };
 
   std::optional<GivenFeed> given;
-  /// The folder for all saved state; absent: the user's XDG folders.
+  /// The folder for all saved state; absent for the user's XDG folders.
   std::optional<std::filesystem::path> stateFolder;
-  /// The sample city's folder. The sample city is shown until the user adds a feed.
+  /// The folder of the sample city, which is shown until the user adds a feed.
   std::filesystem::path sampleCity;
   std::optional<Date> now;
-  /// Whether the clock stays at `now`, as for a list that is printed once. Otherwise it goes on from there.
+  /// Whether the clock stops at `now`, e.g. to print a list. Otherwise it goes on from there.
   bool isTimeFrozen = false;
   UserLocale locale;
   bool verbose = false;
-  /// Whether a person uses the main thread, as in the panel. Unconfirmed changes are then saved on another
-  /// thread, and nothing waits longer than 0.1 s for another program.
+  /// Whether the main thread has to react to a user at any time, as in the panel. Then changes are saved on
+  /// another thread, and waiting for another program ends after 0.1 s.
   bool isInteractive = false;
-  /// Values that override the companion application's preferences in this run.
+  /// Preferences of the companion application for this run; they replace the saved ones.
   Dictionary preferences;
   CompanionController::Opener openActivity;
-  /// Null for a run without views, which never asks for the roles of a screen.
+  /// Null in a run without views, which does not ask for these roles.
   std::shared_ptr<DesktopScreen> screen;
 };
 

@@ -19,12 +19,12 @@ namespace {
 
 constexpr std::string_view kFeedTable = "feed";
 constexpr std::string_view kWindowTable = "window";
-/// The list delimiter for a locale that ICU has none for.
+/// The list delimiter for locales without one in ICU.
 constexpr std::string_view kPlainDelimiter = ", ";
 
 std::string_view nameOf(StringTable table) { return table == StringTable::kestrow ? "kestrow" : "widget"; }
 
-/// Language, table and key: the sort key of texts.
+/// The sort key of texts: language, table and key.
 using TextPlace = std::tuple<std::string_view, std::string_view, std::string_view>;
 
 TextPlace placeOf(const TableText& text) { return {text.language, text.table, text.key}; }
@@ -42,12 +42,12 @@ std::string utf8(const icu::UnicodeString& text) {
 icu::Formattable formattable(const FormatArgument& argument) {
   const auto* count = std::get_if<std::uint64_t>(&argument);
   if (count == nullptr) return {unicode(std::get<std::string>(argument))};
-  // As decimal digits, because a Formattable's own integers are signed.
+  // Formatted as decimal digits, because a Formattable has signed integers only.
   UErrorCode error = U_ZERO_ERROR;
   return {icu::StringPiece(std::to_string(*count)), error};
 }
 
-/// The delimiter between the first two of three list elements; absent when ICU gives none.
+/// The delimiter between the first two of three list elements; absent if ICU has none.
 std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
   const std::array<icu::UnicodeString, 3> elements = {u"a", u"b", u"c"};
   UErrorCode error = U_ZERO_ERROR;
@@ -66,7 +66,7 @@ std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
 struct IcuLocalization::Formats {
   icu::Locale locale;
   std::optional<std::string> listDelimiter;
-  /// Formatters by pattern; null for a text that is not a valid pattern.
+  /// Formatters by pattern; null for an invalid pattern.
   std::unordered_map<std::string, std::unique_ptr<icu::MessageFormat>> messages;
 
   const icu::MessageFormat* message(const std::string& text) {

@@ -14,9 +14,9 @@ namespace linewatch {
 
 /// Localised texts from string tables, with ICU's plural forms, numbers and lists.
 ///
-/// A text is looked up for the user's region, then the user's language, then English. Plural forms and
-/// numbers follow the user's locale if there are texts in its language. Otherwise they follow English in the
-/// user's region: a text and its plural form never come from two languages.
+/// A text is looked up for the user's region, then for the user's language, then in English. If the tables
+/// have the user's language, plural forms and numbers follow the user's locale. Otherwise they follow English
+/// in the user's region, so that a text and its plural form never have different languages.
 class IcuLocalization final : public Localization {
  public:
   explicit IcuLocalization(const UserLocale& locale, std::span<const TableText> texts = embeddedTexts());
@@ -39,7 +39,7 @@ class IcuLocalization final : public Localization {
 
   /// Sorted by language, table and key.
   std::vector<TableText> texts_;
-  /// The languages to look in, in order.
+  /// The languages in the order of the look-up.
   std::vector<std::string> languages_;
   std::unique_ptr<Formats> formats_;
 };

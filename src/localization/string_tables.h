@@ -12,7 +12,7 @@ struct TableText {
   /// "kestrow", "widget", "feed" or "window".
   std::string_view table;
   std::string_view key;
-  /// An ICU MessageFormat pattern if the text has arguments; otherwise plain text.
+  /// An ICU MessageFormat pattern, or plain text if it has no arguments.
   std::string_view text;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kVariables[] = {"LC_ALL", "LC_MESSAGES", "LANG"};
 
-/// "de-CH" for the POSIX name "de_CH.UTF-8": without encoding and variant, with hyphens.
+/// Turns the POSIX name "de_CH.UTF-8" into "de-CH": no encoding and variant, and hyphens.
 std::string tagOfPosixName(std::string_view name) {
   std::string tag(name.substr(0, name.find_first_of(".@")));
   std::ranges::replace(tag, '_', '-');

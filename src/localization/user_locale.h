@@ -13,10 +13,10 @@ namespace linewatch {
 /// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
 class UserLocale {
  public:
-  /// Absent when the text names no language. Takes tags and POSIX names: "de", "de-CH", "de_CH.UTF-8".
+  /// Parses tags and POSIX names: "de", "de-CH", "de_CH.UTF-8". Absent if the text has no language.
   static std::optional<UserLocale> parse(std::string_view text);
-  /// The locale in LC_ALL, else LC_MESSAGES, else LANG. English when none is set, or when it is "C" or not a
-  /// language.
+  /// The locale in LC_ALL, LC_MESSAGES or LANG, whichever is set first. English if none is set, or if it is
+  /// "C" or no language.
   static UserLocale fromEnvironment(const Environment& environment);
 
   const std::string& tag() const { return tag_; }

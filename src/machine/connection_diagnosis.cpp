@@ -18,7 +18,7 @@ std::vector<std::string> fieldsOf(const std::string& line) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-/// Whether `matches` accepts the fields of any line.
+/// Whether `matches` accepts the fields of some line.
 template <class Matches>
 bool anyLine(const std::filesystem::path& file, Matches matches) {
   std::ifstream stream(file);

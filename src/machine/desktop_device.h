@@ -7,11 +7,11 @@
 
 namespace linewatch {
 
-/// A desktop computer: unlocked whenever someone can see the widget, and without the capabilities that only
-/// some hand-held devices have.
+/// A desktop computer. It is unlocked when someone sees the widget, and has none of the capabilities of
+/// hand-held devices.
 class DesktopDevice final : public Device {
  public:
-  /// `diagnose` gives the present state of the connection; when empty, it is unknown.
+  /// `diagnose` returns the state of the connection. Without this function the state is unknown.
   explicit DesktopDevice(std::function<ConnectionFailureDiagnosis()> diagnose)
       : diagnose_(std::move(diagnose)) {}
 

@@ -13,7 +13,7 @@ namespace linewatch {
 
 namespace {
 
-/// Whether a server listens on the socket. A path that begins with a zero byte is an abstract socket.
+/// Whether a server listens on the socket. A path with a zero byte at its start is an abstract socket.
 bool listens(std::string_view path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -32,8 +32,8 @@ bool waylandAnswers(const std::string& display, const std::string& runtimeFolder
   return listens(display.front() == '/' ? display : runtimeFolder + "/" + display);
 }
 
-/// Whether an X display "HOST:NUMBER.SCREEN" can be used. One on this machine has no host, or the host
-/// "unix"; others are taken to work.
+/// Whether the X display "HOST:NUMBER.SCREEN" answers. A display of this machine has no host, or the host
+/// "unix". Displays of other machines are assumed to answer.
 bool xAnswers(const std::string& display) {
   const std::size_t colon = display.rfind(':');
   if (colon == std::string::npos) return false;

@@ -4,8 +4,8 @@
 
 namespace linewatch {
 
-/// Whether a window can be shown: the environment names a display, and if it is on this machine, it answers.
-/// Qt would end the process without one.
+/// Whether a window can be shown: the environment names a display, and a display of this machine answers. If
+/// Qt cannot open the display, it ends the process.
 bool hasDisplay(const Environment& environment);
 
 }  // namespace linewatch

@@ -26,9 +26,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Bytes. Longer output is no key.
+/// In bytes. Longer output is no key.
 constexpr std::size_t kLongestOutput = 65536;
-/// How soon a requested stop is seen.
+/// The time between two checks for a requested stop.
 constexpr std::chrono::milliseconds kStopPause{50};
 
 std::string systemMessage(int error) { return std::generic_category().message(error); }
@@ -41,11 +41,11 @@ class OutputOfProgram {
   OutputOfProgram& operator=(const OutputOfProgram&) = delete;
   ~OutputOfProgram();
 
-  /// The error of the system; 0 when the program runs.
+  /// The system's error; 0 if the program runs.
   int start(std::vector<std::string> words);
   /// Waits for more output; false at its end.
   bool read(std::chrono::milliseconds wait);
-  /// The status that the program ended with; absent while it runs.
+  /// The exit status; absent while the program runs.
   std::optional<int> status();
   const std::string& output() const { return output_; }
 
@@ -53,7 +53,7 @@ class OutputOfProgram {
   int spawn(std::vector<std::string>& words, int writeEnd);
 
   int readEnd_ = -1;
-  /// 0 before the start and after the end.
+  /// 0 before the program's start and after its end.
   pid_t process_ = 0;
   std::string output_;
 };
@@ -110,7 +110,7 @@ std::optional<int> OutputOfProgram::status() {
   return status;
 }
 
-/// Why a command that has ended gives no key; empty when it gives one.
+/// The reason why a command that has ended gives no key; empty if it gives one.
 std::string complaintOf(int status, const std::string& line) {
   if (WIFSIGNALED(status)) return "it was ended by signal " + std::to_string(WTERMSIG(status));
   if (WEXITSTATUS(status) != 0)

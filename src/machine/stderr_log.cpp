@@ -8,7 +8,7 @@ namespace linewatch {
 
 void StderrLog::write(const LogMessage& message) {
   if (!isEnabled(message.level)) return;
-  // One call a line, so that lines of several threads do not mix.
+  // One call for each line, so that the lines of several threads do not mix.
   const std::string line = "linewatch: " + terminalLine(message.text(!isVerbose_)) + "\n";
   std::fwrite(line.data(), 1, line.size(), stream_);
 }

@@ -6,9 +6,9 @@
 
 namespace linewatch {
 
-/// Writes each message as one line, "linewatch: TEXT", to standard error. Errors are always written, without
-/// their private arguments. When verbose, messages of every level are written with all their arguments. Each
-/// line is a terminalLine, since feeds and file names appear in messages. Any thread.
+/// Writes each message to standard error as one line, "linewatch: TEXT". Errors are always written, without
+/// their private arguments. If verbose, messages of every level are written, with all arguments. Each line is
+/// a terminalLine, because messages contain texts of feeds and names of files. Any thread.
 class StderrLog final : public Log {
  public:
   explicit StderrLog(bool isVerbose, std::FILE* stream = stderr) : isVerbose_(isVerbose), stream_(stream) {}

@@ -7,7 +7,7 @@ namespace linewatch {
 
 namespace {
 
-/// The length of the UTF-8 character that begins with this byte; 1 if the byte begins none.
+/// The length of a UTF-8 character with this first byte; 1 for any other byte.
 std::size_t sequenceLength(unsigned char first) {
   if (first >= 0xC2 && first <= 0xDF) return 2;
   if (first >= 0xE0 && first <= 0xEF) return 3;
@@ -16,7 +16,7 @@ std::size_t sequenceLength(unsigned char first) {
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
-/// The length of the text's first character, at least 1; shorter when continuation bytes are missing.
+/// The length of the text's first character, at least 1. Missing continuation bytes do not count.
 std::size_t firstCharacter(std::string_view text) {
   const std::size_t wanted = std::min(text.size(), sequenceLength(static_cast<unsigned char>(text.front())));
   std::size_t length = 1;

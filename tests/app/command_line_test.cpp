@@ -21,7 +21,7 @@ T commandOf(std::vector<const char*> arguments) {
   return std::get<T>(std::get<CommandLine>(parse(std::move(arguments))).command);
 }
 
-TEST(CommandLineTest, TakesCommonOptionsBeforeAndAfterTheCommand) {
+TEST(CommandLineTest, AcceptsCommonOptionsBeforeAndAfterTheCommand) {
   for (const auto& arguments :
        {std::vector<const char*>{"--gtfs", "g", "--favorite", "1", "--favorite", "2", "show", "--json"},
         std::vector<const char*>{"show", "--favorite", "1", "--json", "--gtfs", "g", "--favorite", "2"}}) {
@@ -53,7 +53,7 @@ TEST(CommandLineTest, ParsesEachCommand) {
   EXPECT_EQ(commandOf<OpenCommand>({"open", "file"}).file, "file");
 }
 
-TEST(CommandLineTest, TakesSeveralLocationsAndKeysOfEachDocument) {
+TEST(CommandLineTest, AcceptsSeveralLocationsAndKeysForEachDocument) {
   using Field = FeedKeys::Field;
   const auto feed = commandOf<FeedCommand>({"feed",
                                             "add",

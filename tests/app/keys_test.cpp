@@ -28,7 +28,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// In every secret of these tests.
+/// Every secret in these tests contains this word.
 constexpr const char* kMarker = "s3cret";
 
 /// A server that wants keys.
@@ -53,7 +53,7 @@ class KeysTest : public testing::Test {
     words.insert(words.end(), more.begin(), more.end());
     return words;
   }
-  /// The files that hold a secret.
+  /// The files that contain a secret.
   std::vector<std::string> filesWithSecrets() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_.path())) {
@@ -96,7 +96,7 @@ class KeysTest : public testing::Test {
 
 const std::vector<std::string> kKeyOptions{"--header", "X-Key: apikey KEY", "--query-key", "token"};
 
-TEST_F(KeysTest, NoOutputAndNoFileButTheStateDatabaseHoldsASecret) {
+TEST_F(KeysTest, SecretsAreInTheStateDatabaseOnly) {
   std::string all;
   const auto print = [&](const std::vector<std::string>& words) {
     const auto result = run(words, "s3cret-key\n");
@@ -108,7 +108,7 @@ TEST_F(KeysTest, NoOutputAndNoFileButTheStateDatabaseHoldsASecret) {
   const auto added = print(adding(kKeyOptions));
   EXPECT_EQ(added.output, "Added town: 1 line, 1 alert now\nIts state: fresh\n") << added.errors;
   EXPECT_EQ(print({"favorites", "add", "M1"}).status, 0);
-  // Days apart, so that the timetable is asked for again, too.
+  // The runs are days apart, so that the timetable is requested again too.
   int day = 1;
   for (const char* mode : {"well", "401", "404", "malformed", "elsewhere", "circle", "closed"}) {
     SCOPED_TRACE(mode);
@@ -146,7 +146,7 @@ TEST_F(KeysTest, NoOutputAndNoFileButTheStateDatabaseHoldsASecret) {
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
-TEST_F(KeysTest, NoComplaintAboutUsageShowsASecret) {
+TEST_F(KeysTest, UsageErrorsShowNoSecret) {
   for (const std::vector<std::string>& words : {adding({"--heder", "X-Key: s3cret"}),
                                                 adding({"--header", "X Key: s3cret"}),
                                                 adding({"extra"}),
@@ -165,7 +165,7 @@ TEST_F(KeysTest, NoComplaintAboutUsageShowsASecret) {
   }
 }
 
-TEST_F(KeysTest, TakesTheKeyFromACommandOrFromAPipeAndChangesIt) {
+TEST_F(KeysTest, ReadsAndChangesTheKeyFromACommandOrAPipe) {
   const std::string key = folder_.write("key", "s3cret-key\nsecond line\n");
   auto words = adding(kKeyOptions);
   words.insert(words.end(), {"--key-command", "cat '" + key + "'"});
@@ -192,7 +192,7 @@ TEST_F(KeysTest, TakesTheKeyFromACommandOrFromAPipeAndChangesIt) {
   EXPECT_THAT(run({"feed"}).output, Not(HasSubstr("header X-Key")));
 }
 
-TEST_F(KeysTest, AsksForTheKeyOfEachDocumentWhereTheyDiffer) {
+TEST_F(KeysTest, AsksForTwoKeysIfTheDocumentsDiffer) {
   const std::vector<std::string> words{"feed",
                                        "add",
                                        "town",
@@ -211,7 +211,7 @@ TEST_F(KeysTest, AsksForTheKeyOfEachDocumentWhereTheyDiffer) {
   EXPECT_THAT(run(words, "s3cret-key\ns3cret-key\n").output, StartsWith("Added town"));
 }
 
-TEST_F(KeysTest, ARunWithoutSavedStateHasKeysAndSeveralFeedsToo) {
+TEST_F(KeysTest, RunsWithoutSavedStateWithKeysAndSeveralFeeds) {
   const auto result = runProgram({"--gtfs", address("/gtfs"), "--gtfs", address("/gtfs2"), "--alerts",
                                   address("/alerts"), "--alerts", address("/alerts2"), "--header",
                                   "X-Key: apikey KEY", "--query-key", "token", "--favorite", "M1", "show"},

@@ -18,7 +18,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// The panel in a process of its own, without a display. It logs to standard error what it does.
+/// The panel in a process of its own, without a display. It logs every step to standard error.
 class PanelProcess {
  public:
   explicit PanelProcess(const std::string& stateFolder) {
@@ -67,7 +67,7 @@ class PanelProcess {
   std::FILE* said_ = nullptr;
 };
 
-// Logged once the list is in the file.
+// Logged after the list has been written to the file.
 constexpr const char* kSaves = "The preference Rova.LineWatch.savedUIData is saved";
 constexpr const char* kLoads = "View model loaded";
 constexpr const char* kFetches = "Received 7 line items";
@@ -92,7 +92,7 @@ TEST_F(PanelProcessTest, RestoresItsListAfterItWasKilled) {
 TEST_F(PanelProcessTest, TwoPanelsShareAStateFolder) {
   PanelProcess first(folder_ / "state");
   PanelProcess second(folder_ / "state");
-  // The second panel may find the list that the first one saved, and then has nothing to save.
+  // The second panel may find the saved list of the first one, and then has nothing to save.
   ASSERT_TRUE(first.says(kFetches));
   ASSERT_TRUE(second.says(kFetches));
   EXPECT_EQ(first.end(SIGINT), 0);

@@ -74,7 +74,7 @@ TEST_F(ProgramTest, UsesTheGivenTimeForTheWholeList) {
   EXPECT_THAT(run.output, AllOf(HasSubstr("Strike"), Not(HasSubstr("Fog")))) << run.errors;
 }
 
-TEST_F(ProgramTest, PrintsWhatBeginsWithinSevenDays) {
+TEST_F(ProgramTest, PrintsUpcomingIncidents) {
   constexpr std::size_t kDay = 86400, kNow = 1'795'507'200;
   const auto between = [](std::size_t start, std::size_t end) {
     return field(1, "\x08" + varint(start) + "\x10" + varint(end));
@@ -96,7 +96,7 @@ TEST_F(ProgramTest, DrawsAWidgetWithoutFavourites) {
   EXPECT_TRUE(std::filesystem::exists(folder_ / "none.svg"));
 }
 
-TEST_F(ProgramTest, ExplainsAFailedLoadAndShowsTheErrorRow) {
+TEST_F(ProgramTest, ReportsAFailedLoadAndShowsTheErrorRow) {
   struct Row {
     const char *name, *file, *contents, *words;
   };
@@ -114,7 +114,7 @@ TEST_F(ProgramTest, ExplainsAFailedLoadAndShowsTheErrorRow) {
   }
 }
 
-TEST_F(ProgramTest, FailsForAMissingFileAlsoWithoutFavourites) {
+TEST_F(ProgramTest, ReportsAMissingFileEvenWithoutFavourites) {
   for (const auto& [gtfs, alertsFile] :
        {std::pair{folder_ / "none", folder_ / "alerts.pb"}, {folder_ / "gtfs", folder_ / "none"}}) {
     for (const std::vector<std::string>& command :
@@ -221,7 +221,7 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
 
-TEST_F(ProgramTest, NoTextOfAFeedControlsTheTerminal) {
+TEST_F(ProgramTest, RemovesControlCharactersFromTextsOfAFeed) {
   const std::string id = "\x1B\x07\xC2\x9B";
   folder_.write("gtfs/routes.txt", "route_id,route_type\nr1,3\n" + id + ",3\n");
   folder_.write("alerts.pb", alertsFeed(alertEntity("a", id, "Str\x1B[2Jike")));
@@ -278,7 +278,7 @@ TEST_F(ProgramTest, LogsADamagedCacheOnlyWhenVerbose) {
   }
 }
 
-TEST_F(ProgramTest, ShowKeepsNothingOfALocalFeed) {
+TEST_F(ProgramTest, ShowCachesNoLocalFeed) {
   ASSERT_EQ(runProgram(
                 saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}))
                 .status,
@@ -292,7 +292,7 @@ TEST_F(ProgramTest, ShowKeepsNothingOfALocalFeed) {
   EXPECT_EQ(textIn(folder_ / "state/cache/feeds.sqlite"), cache);
 }
 
-TEST_F(ProgramTest, AFileThatMayGrowNoFurtherIsAFailureLikeAnyOther) {
+TEST_F(ProgramTest, ReportsTheFileSizeLimitAsAnError) {
   rlimit before{};
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
   const rlimit tight{4096, before.rlim_max};
@@ -304,7 +304,7 @@ TEST_F(ProgramTest, AFileThatMayGrowNoFurtherIsAFailureLikeAnyOther) {
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "M1"})).output, "Removed M1\n");
 }
 
-TEST_F(ProgramTest, SaysOfAFeedThatItsAlertsDoNotMatch) {
+TEST_F(ProgramTest, ReportsAlertsThatDoNotMatchTheTimetable) {
   folder_.write("alerts.pb", alertsFeed(alertEntity("a", "of another city", "Strike")));
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));

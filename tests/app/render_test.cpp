@@ -135,7 +135,7 @@ TEST_F(RenderTest, AFailedRunLeavesTheFileUnchanged) {
   EXPECT_EQ(textIn(picture()), "before");
 }
 
-TEST_F(RenderTest, DrawsTheErrorRowAndExplainsTheFailure) {
+TEST_F(RenderTest, DrawsTheErrorRowAndReportsTheFailure) {
   folder_.write("gtfs/routes.txt", "route_id,route_short_name,route_type\nr0,1,3\n");
   const auto run =
       render({"--gtfs", folder_ / "gtfs", "--alerts", folder_ / "none.pb", "--favorite", "r0"}, picture());

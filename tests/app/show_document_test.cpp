@@ -31,7 +31,7 @@ class ShowDocumentTest : public PlatformTest {
   }
 };
 
-TEST_F(ShowDocumentTest, HoldsTheBytesThatRowsShareOnce) {
+TEST_F(ShowDocumentTest, ContainsSharedRecordsOnce) {
   const auto line = record({1, 2, 3});
   const auto document = showDocument(contentWith({row(line), row(record({4})), row(line)}));
   ASSERT_TRUE(document);

@@ -30,7 +30,7 @@ RVTransitListItem threeRows() {
                        row(std::make_shared<const NamedImage>("good-v2"), "Good Service", "1 other line")}};
 }
 
-TEST(TerminalText, AlignsTextsBesideTheShields) {
+TEST(TerminalText, AlignsTextsNextToTheShields) {
   EXPECT_EQ(terminalText(threeRows(), true, {}),
             "[M1]  Strike\n"
             "      No trains run before noon\n"

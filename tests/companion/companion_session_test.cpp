@@ -5,7 +5,7 @@
 namespace linewatch {
 namespace {
 
-TEST(CompanionSession, IsAddedToURLsOnceShared) {
+TEST(CompanionSession, IsAddedToURLsAfterItWasShared) {
   CompanionSession session;
   const std::string identifier = session.snapshot().sessionIdentifier;
   EXPECT_EQ(session.sharedSessionPunchOutURL("rova://?t=r").absoluteString, "rova://?t=r");

@@ -61,7 +61,7 @@ TEST(ContentFolder, RemovesFoldersOfKilledProcessesOnly) {
   ContentFolder::removeAbandoned(parent / "missing");
 }
 
-TEST(ContentFolder, TellsWhereNoFolderCanBeMade) {
+TEST(ContentFolder, ReportsWhereNoFolderCanBeMade) {
   const TemporaryFolder parent;
   const auto folder = ContentFolder::make(parent / "missing");
   ASSERT_FALSE(folder);

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(DetailsText, SplitsAtLinesElseAtWordsElseBetweenCharacters) {
+TEST(DetailsText, SplitsAtLineEndsWordsOrCharacters) {
   EXPECT_THAT(textBlocks("", 10), IsEmpty());
   EXPECT_THAT(textBlocks("one line", 10), ElementsAre("one line"));
   EXPECT_THAT(textBlocks("line 1\nb c\n\nline 4", 12), ElementsAre("line 1\nb c\n", "line 4"))
@@ -46,7 +46,7 @@ TEST(DetailsText, LeavesOutATitleThatTheDescriptionRepeats) {
     EXPECT_EQ(descriptionWithoutTitle(description, title), expected) << description;
 }
 
-TEST(DetailsText, SaysEachWordOnce) {
+TEST(DetailsText, RemovesDuplicateWords) {
   EXPECT_THAT(distinctWords({"Severe", "", "No service", "no service", "Strike"}, "Strike."),
               ElementsAre("Severe", "No service"));
   EXPECT_TRUE(namesAll("Harbour and Zoo closed", {"Zoo", "Harbour"}));

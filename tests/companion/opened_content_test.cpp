@@ -49,7 +49,7 @@ TEST_F(OpenedContentTest, ARecordMayBeginLikeABzip2Stream) {
   EXPECT_NE(record(bytes), nullptr) << error(bytes);
 }
 
-TEST_F(OpenedContentTest, SaysWhyBytesAreNoContent) {
+TEST_F(OpenedContentTest, ReportsWhyBytesAreNoContent) {
   auto activity = std::make_shared<RovaActivity>();
   activity->setDisplayOptions(std::make_shared<UrlDisplayOptions>());
   Bytes cut = *LibraryCompressor().bzip2(activity->data());
@@ -63,7 +63,7 @@ TEST_F(OpenedContentTest, SaysWhyBytesAreNoContent) {
   EXPECT_EQ(error(bytesOf("\x0A\x7F")), "row: it is neither an activity record nor an incident list");
 }
 
-TEST(ContentBytesTest, AnActivityOfAnotherKindHasNone) {
+TEST(ContentBytesTest, OtherActivitiesHaveNone) {
   EXPECT_EQ(*contentBytes({"type", {{kActivityRecordKey, Bytes{1}}}}), Bytes{1});
   EXPECT_EQ(*contentBytes({"type", {{kIncidentListKey, Bytes{2}}}}), Bytes{2});
   for (const Dictionary& info : {Dictionary{}, Dictionary{{kActivityRecordKey, "text"}}})

@@ -54,7 +54,7 @@ TEST(IcuLocalization, FormatsCountsForTheLocale) {
       {"en", "LineWatch_GoodService_Overflow_SecondaryText", 1, "No advisories for 1 other line"},
       {"de", "LineWatch_GoodService_Overflow_SecondaryText", 3, "Keine Störungen auf 3 weiteren Linien"},
       {"de", "Transit_Incident_Not_Displayed_Incidents", 1234, "+1.234"},
-      // French takes 0 for singular; an English text does not.
+      // 0 is singular in French, but not in an English text.
       {"fr", "LineWatch_Summary_advisory_count", 0, "0 Advisories"},
       {"fr-CH", "LineWatch_Summary_advisory_count", 12345, "12’345 Advisories"},
   };

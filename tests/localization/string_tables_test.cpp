@@ -122,7 +122,7 @@ TEST(StringTables, EveryPluralHasTheCategoriesOfItsLanguage) {
   EXPECT_GE(plurals, 10U);
 }
 
-TEST(StringTables, HoldTheTextsThatTheWidgetAsksFor) {
+TEST(StringTables, ContainEveryTextOfTheWidget) {
   const struct {
     StringTable table;
     std::size_t argumentCount;

@@ -41,7 +41,7 @@ class ConnectionDiagnosisTest : public testing::Test {
   NetworkFiles files_{folder_.path() / "route", folder_.path() / "ipv6_route", folder_.path() / "rfkill"};
 };
 
-TEST_F(ConnectionDiagnosisTest, WithoutADefaultRouteThereIsNoInternet) {
+TEST_F(ConnectionDiagnosisTest, NeedsADefaultRouteForTheInternet) {
   EXPECT_EQ(diagnoseConnection(files_), noInternetConnection) << "the files are missing";
   EXPECT_EQ(diagnose(kLocalRoute), noInternetConnection);
   EXPECT_EQ(diagnose(std::string(kLocalRoute) + kDefaultRoute), other);

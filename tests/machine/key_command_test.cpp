@@ -31,7 +31,7 @@ TEST(KeyCommand, GivesTheFirstLineOfTheOutput) {
   EXPECT_EQ(keyOrSentence("sh -c 'cat; echo end of input'"), "end of input");
 }
 
-TEST(KeyCommand, NamesTheProgramThatFailsAndNothingElse) {
+TEST(KeyCommand, ErrorsNameOnlyTheProgram) {
   for (const auto& [command, words] : std::vector<std::pair<const char*, const char*>>{
            {"no-such-program s3cret", "\"no-such-program\": No such file"},
            {"sh -c 'echo s3cret; echo s3cret >&2; exit 3'",
@@ -45,7 +45,7 @@ TEST(KeyCommand, NamesTheProgramThatFailsAndNothingElse) {
   }
 }
 
-TEST(KeyCommand, EndsWithAllThatItStartedAtTheTimeLimitAndOnRequest) {
+TEST(KeyCommand, KillsAllItsProcessesAtTheTimeLimitAndOnRequest) {
   const TemporaryFolder folder;
   // The pipe stays open as long as the inner process lives.
   const std::string pipe = folder / "pipe";

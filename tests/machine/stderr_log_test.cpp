@@ -28,7 +28,7 @@ TEST(StderrLog, WritesOtherLevelsOnlyWhenVerbose) {
   EXPECT_EQ(written(true, error), "linewatch: Lost Ann: why\n");
 }
 
-TEST(StderrLog, WritesOneLineThatATerminalDoesNotActOn) {
+TEST(StderrLog, WritesOneLineWithoutControlCharacters) {
   const LogMessage message{LogLevel::error, kLogCategory, "%@", {"a\nb\x1B[2J"}};
   EXPECT_EQ(written(false, message), "linewatch: a b [2J\n");
 }

@@ -8,7 +8,7 @@
 namespace linewatch {
 namespace {
 
-TEST(TerminalLine, ReplacesWhatATerminalWouldActOn) {
+TEST(TerminalLine, ReplacesControlCharacters) {
   const std::pair<std::string, std::string> rows[] = {
       {"a\nb\r\tc", "a b  c"},
       {"\x1B[2J\x07\x7F", " [2J  "},

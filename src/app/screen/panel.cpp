@@ -25,7 +25,7 @@ QStringList qtWords(const std::vector<std::string>& words) {
   return list;
 }
 
-/// Loads nothing and waits for no server.
+/// Collects the facts from the last fetch. Reads no files and asks no server.
 desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<std::uint64_t>& muids) {
   desktop::FoundIncidents found;
   for (auto& [muid, lines] : feeds.linesWithIncidents(muids)) found[muid].lines = std::move(lines);
@@ -63,14 +63,14 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
   }
 }
 
-// What is still under way answers on the main thread, to nobody.
+// Work that is still running ends here. Its results are dispatched to the main thread but never handled.
 Panel::~Panel() {
   ending_.request_stop();
   platform().stopFetching();
   queue_.finish();
 }
 
-/// Does `work` on the queue and hands what it gave to `done` on the main thread.
+/// Runs `work` on the queue, and `done` with its result on the main thread.
 template <class Work, class Done>
 void Panel::inBackground(Work work, Done done) {
   queue_.post([&mainLoop = platform().mainLoop(), work = std::move(work), done = std::move(done)] {
@@ -85,7 +85,7 @@ void Panel::loadWindow() {
   followChoice();
 }
 
-/// A widget that cannot read its last list would start without one, and save that.
+/// Waits on the queue. A widget that cannot read its last list would start with an empty one, and save that.
 void Panel::loadWindowOnceStateIsFree() {
   inBackground(
       [saved = platform().saved(), ending = ending_.get_token()] {
@@ -176,13 +176,13 @@ std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform)
   return Choice{std::move(*feeds), std::move(*favorites)};
 }
 
-/// The command line and other panels change the favourites and feeds too. Every write to the state database
-/// goes to the log beside it, or puts a journal there for a moment.
+/// The command line and other panels change favourites and feeds too. Every write to the state database
+/// changes its log file, or creates and deletes a journal file beside it.
 void Panel::followChoice() {
   if (!platform().saved()) return;
   rememberChoice(choiceIn(platform()));
   const DatabaseFile file(platform().saved()->database()->file());
-  // A folder that cannot be made has nothing to follow.
+  // Without the folder there are no changes to follow.
   static_cast<void>(file.makeFolder());
   desktop::watchFolder(window_, file.path().parent_path(), {file.logName()}, [this] {
     inBackground([&platform = platform()] { return choiceIn(platform); },
@@ -194,14 +194,14 @@ void Panel::followChoice() {
   });
 }
 
-/// Whether the choice has changed. One that cannot be read counts as unchanged.
+/// Whether the choice has changed. A choice that cannot be read counts as unchanged.
 bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);
   return true;
 }
 
-/// How old what is shown is: as old as the oldest of it.
+/// The age of the list, which is the age of the oldest feed.
 QString Panel::dataNote() {
   if (platform().showsSampleCity()) return (*texts_)("SampleCity");
   const auto states = platform().feeds().states();

@@ -14,12 +14,11 @@
 
 namespace linewatch::app {
 
-/// The panel, what a row of it opens, and what both of them need of the program. What has to wait for feeds
-/// is done on another thread. Main thread, under a QApplication; session, screen and recording must outlive
-/// it.
+/// The panel and its companion, with the services that both need. Work that waits for feeds or files is done
+/// on a background queue. Main thread, under a QApplication. Session, screen and recording must outlive it.
 class Panel {
  public:
-  /// `command`: the words of the user's own companion; empty: none. `recording` may be null.
+  /// `command`: the words of the user's companion command; empty when there is none. `recording` may be null.
   Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
         const std::vector<std::string>& command, const desktop::PanelOptions& options,
         PanelRecording* recording = nullptr);
@@ -36,15 +35,15 @@ class Panel {
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices(PanelRecording* recording);
   void saveRecording(PanelRecording& recording);
-  /// What the user has chosen to see.
+  /// The feeds and favourites of the user.
   struct Choice {
     std::vector<StoredFeed> feeds;
     std::vector<StoredFavorite> favorites;
     bool operator==(const Choice&) const = default;
   };
-  /// Absent when it cannot be read. Any thread; only in a run with saved state.
+  /// Absent when it cannot be read. Needs saved state. Any thread.
   static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
-  /// Whether another program keeps the saved state from being read.
+  /// Whether another program locks the saved state.
   bool isStateHeld();
   void loadWindow();
   void loadWindowOnceStateIsFree();
@@ -62,7 +61,7 @@ class Panel {
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
-  /// As the widget was last told; absent until it could be read.
+  /// The choice at the last update of the widget; absent until it can be read.
   std::optional<Choice> knownChoice_;
 };
 

@@ -22,29 +22,29 @@ namespace {
 
 constexpr std::array kEndingSignals = {SIGTERM, SIGINT, SIGHUP};
 
-// A global, because a signal handler reaches nothing else.
+// Global, because a signal handler has no arguments of its own.
 volatile std::sig_atomic_t endingDescriptor = -1;
 
-/// Installs the handler, unless the program was started with the signal ignored.
+/// Installs the handler. A signal that was ignored at the program's start stays ignored.
 void handleUnlessIgnored(int signal, void (*handler)(int)) {
   if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
-/// A second Ctrl+C ends the program at once, because an orderly end may take a while.
+/// After the first signal, Ctrl+C ends the program at once, because an orderly end may take a while.
 void endAtOnceAtInterrupt() { handleUnlessIgnored(SIGINT, SIG_DFL); }
 
 void askForEnd(int) {
   const int error = errno;
   const std::uint64_t once = 1;
-  // Fails only when the end has been requested already.
+  // Fails only if the end has been requested before.
   [[maybe_unused]] const ssize_t written = ::write(endingDescriptor, &once, sizeof once);
   endAtOnceAtInterrupt();
   errno = error;
 }
 
 /// Quits the application in an orderly way on SIGTERM, SIGINT and SIGHUP, so that the widget disappears and
-/// saves its list. The signals are handled rather than blocked, because child processes would inherit a
-/// blocked signal. One per process.
+/// saves its list. It handles the signals and does not block them, because child processes inherit blocked
+/// signals. One per process.
 class EndOnSignals {
  public:
   EndOnSignals() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
@@ -99,7 +99,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
     };
   });
   if (!session) return refused(session.error());
-  // An error is not reported here: the panel shows it, and recovers when it has passed.
+  // The panel shows this error, until it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
   PanelRecording recording(command.isAnonymous);
   installPlatform(

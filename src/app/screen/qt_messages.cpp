@@ -9,7 +9,7 @@ namespace linewatch::app {
 
 namespace {
 
-// Atomic, because messages come from every thread, also before there is a platform.
+// Atomic, because messages come from every thread. They also come before the platform exists.
 std::atomic<bool> isVerboseAboutQt = false;
 
 void logQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {

@@ -2,8 +2,8 @@
 
 namespace linewatch::app {
 
-/// Sends Qt's messages to the log. They are shown only when it is verbose, because most concern developers,
-/// such as a missing runtime folder. A message that ends the process is always shown.
+/// Writes Qt's messages to the log. Most of them are for developers, e.g. a missing runtime folder, and are
+/// shown only if `isVerbose`. A message that ends the process is always shown.
 void logQtMessages(bool isVerbose);
 
 }  // namespace linewatch::app

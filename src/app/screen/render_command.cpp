@@ -24,17 +24,17 @@ desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const Us
   return settings;
 }
 
-/// Makes the widget appear, and waits until its first fetch has ended.
+/// Shows the widget and waits until its first fetch has ended.
 void showUntilFetched(RVTransitIncidentsViewController& controller) {
   QEventLoop loop;
   controller.viewWillAppear(false);
-  // The update joins the fetch that appearing has started.
+  // This update joins the fetch that `viewWillAppear` has started.
   controller.widgetPerformUpdateWithCompletionHandler([&](WidgetUpdateResult) { loop.quit(); });
   loop.exec();
 }
 
-/// The widget announces its preferred size only when its list changes, which it does not without favourites.
-/// So the data source is asked.
+/// Asks the data source, because the widget announces its preferred size only when its list changes. Without
+/// favourites it never does.
 Size sizeOf(const RVTransitIncidentsViewController& controller, const Size& maximum) {
   const auto& dataSource = *controller.dataSource();
   return dataSource.preferredContentSizeForExpanded(dataSource.isExpanded(), maximum);
@@ -69,7 +69,7 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
       compact, desktop::tallestPicture(command.width, command.scale), mode, options.maxRows);
   const auto controller = RVTransitIncidentsViewController::make(host, compact);
   showUntilFetched(*controller);
-  // The widget can be expanded only now that its list is known.
+  // The widget can be expanded only after its list is known.
   const Size maximum = host->maximumSizeForDisplayMode(mode);
   controller->widgetActiveDisplayModeDidChange(mode, maximum);
   const Report drawn = draw(*controller, sizeOf(*controller, maximum), command);

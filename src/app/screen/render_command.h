@@ -4,7 +4,7 @@
 
 namespace linewatch::app {
 
-/// Draws the widget into a file, as the panel shows it. Needs no display.
+/// Draws the widget into a file, like in the panel. Needs no display.
 Report render(const CommonOptions& options, const RenderCommand& command);
 
 }  // namespace linewatch::app

@@ -2,7 +2,8 @@
 
 namespace linewatch::app {
 
-/// Runs the commands that draw, and returns the exit status. The arguments are those of linewatch.
+/// The main function of linewatch-screen, the program for commands that draw. It has the arguments of
+/// linewatch, and returns the exit status.
 int runOnScreen(int argc, char** argv);
 
 }  // namespace linewatch::app

@@ -7,12 +7,12 @@
 
 namespace linewatch::app {
 
-/// A host for a picture of the widget: every row is as high as the compact widget, and there are as many rows
-/// as fit. It opens no URLs.
+/// The widget's host for a picture. Every row has the height of the compact widget; the number of rows is as
+/// large as the picture allows. It opens no URLs.
 class StillHost final : public ExtensionContext {
  public:
-  /// `compact`: the size of the compact widget in points. `maxHeight`: the most height of all rows in points.
-  /// `maxRows`: 0 for as many as fit.
+  /// `compact`: the size of the compact widget, in points. `maxHeight`: the largest height of all rows, in
+  /// points. `maxRows`: the largest number of rows; 0: only `maxHeight` limits it.
   StillHost(const Size& compact, double maxHeight, WidgetDisplayMode mode, std::uint64_t maxRows)
       : compact_(compact), mode_(mode) {
     const auto fitting = std::max<std::uint64_t>(1, static_cast<std::uint64_t>(maxHeight / compact.height));

@@ -8,11 +8,12 @@
 
 namespace linewatch::desktop {
 
-/// The compact widget's size at the default text size, in points. Every row has its height.
+/// The size of the compact widget at the default text size, in points. Every row of the expanded widget has
+/// its height.
 inline constexpr Size kCompactSize{359, 110};
 
-/// The compact widget's height: larger text makes rows higher, but smaller text does not make them lower,
-/// since rows must be easy to tap.
+/// The height of the compact widget, in points. It grows with larger text but does not shrink with smaller
+/// text, so that rows are easy to tap.
 inline double compactHeightAt(ui::TextSizeCategory textSize) {
   return std::round(kCompactSize.height * std::max(1.0, ui::scaleFactor(ui::TextStyle::body, textSize)));
 }

@@ -9,8 +9,8 @@ namespace linewatch::desktop {
 
 namespace {
 
-// The log of the installed platform, looked up when it is used: the platform is made after the screen, which
-// it contains.
+// Writes to the log of the platform that is installed at the time, because the platform is made after the
+// screen, which it contains.
 class InstalledLog final : public Log {
  public:
   void write(const LogMessage& message) override { platform().log().write(message); }

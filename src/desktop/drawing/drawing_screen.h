@@ -12,7 +12,7 @@
 
 namespace linewatch::desktop {
 
-/// The user's and the display's settings for views. The owner changes them.
+/// The settings of the user and the display. The owner may change them.
 class ScreenSettings final : public ui::InterfaceSettings {
  public:
   ui::TextSizeCategory textSizeCategory() const override { return category; }
@@ -30,7 +30,7 @@ class DrawingScreen final : public DesktopScreen {
  public:
   explicit DrawingScreen(ScreenSettings settings);
 
-  /// The caller also posts kTextSizeDidChangeNotification.
+  /// Whoever changes the text size also posts kTextSizeDidChangeNotification.
   ScreenSettings& settings() { return settings_; }
 
   ui::TextEngine& textEngine() override { return textEngine_; }

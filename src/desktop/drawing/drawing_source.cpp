@@ -5,7 +5,7 @@
 
 #include "desktop/drawing/svg_drawing.h"
 
-// Resources in a static library are linked in only if they are asked for, outside of any namespace.
+// Resources of a static library are linked only if this macro, outside of any namespace, asks for them.
 static void keepDrawings() { Q_INIT_RESOURCE(drawings); }
 
 namespace linewatch::desktop {

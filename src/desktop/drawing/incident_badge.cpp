@@ -14,12 +14,12 @@ constexpr double kDiameter = 0.54;
 constexpr double kRim = 0.09;
 constexpr double kBarWidth = 0.52;
 constexpr double kBarHeight = 0.16;
-/// How much of the sign stands out beside the image. The rest fits the room that shields leave beside their
+/// The part of the sign that is beside the image. The rest covers the space that a shield has next to its
 /// text.
 constexpr double kOverhang = 0.5;
 
 constexpr ui::RGBA kRed{0.80, 0.07, 0.12, 1};
-// The rim tells the sign from a red shield and from a dark background.
+// A light rim separates the sign from a red shield and from a dark background.
 constexpr ui::RGBA kWhite{1, 1, 1, 1};
 
 void fillCentered(ui::Canvas& canvas, const ui::Point& center, const ui::Size& size, double radius,

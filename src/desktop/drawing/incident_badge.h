@@ -6,11 +6,11 @@
 
 namespace linewatch::desktop {
 
-/// A shield or icon with a no-entry sign at its trailing top corner: nothing runs on the line. The sign
-/// covers the room beside the text, never the text itself, and makes the image wider.
+/// A shield or icon with a no-entry sign at its trailing top corner, for a line without service. The sign
+/// never covers the text. It makes the image wider.
 class IncidentBadge final : public ui::Image {
  public:
-  /// `image` is not null. `isMirrored`: the trailing side is the left one. `scale`: pixels a point.
+  /// `image` must not be null. `isMirrored`: the sign is at the left. `scale`: pixels per point.
   IncidentBadge(std::shared_ptr<const ui::Image> image, bool isMirrored, double scale);
 
   ui::Size size() const override { return size_; }
@@ -23,7 +23,7 @@ class IncidentBadge final : public ui::Image {
   std::shared_ptr<const ui::Image> image_;
   bool isMirrored_;
   double diameter_ = 0;
-  /// How far the sign stands out beside the image.
+  /// The width of the sign's part beside the image, in points.
   double overhang_ = 0;
   ui::Size size_;
 };

@@ -19,7 +19,7 @@ constexpr double kHeight = 1.6;
 /// The longest text of a shield, as a multiple of its text size. A longer text ends in an ellipsis.
 constexpr double kLongestText = 8.5;
 constexpr std::string_view kFillOfLinesWithoutColor = "5B6470";
-// A fill with less contrast than this to its background gets an outline.
+// A shield with less contrast than this to the background gets an outline.
 constexpr double kLeastContrastWithBackground = 1.3;
 constexpr double kOutlineWidth = 1;
 constexpr double kOutlineAlpha = 0.32;
@@ -59,7 +59,7 @@ std::string trimmed(const std::string& text) {
 
 }  // namespace
 
-// The height is chosen so that capital letters and digits have as many pixels above them as below.
+// With this height, capital letters and digits have as many pixels above them as below.
 double artworkHeight(const ArtworkSize& size) {
   const double capHeight = ui::snappedToPixel(shieldCapHeight(size), size.scale);
   return capHeight + 2 * ui::snappedToPixel((kHeight * textSize(size) - capHeight) / 2, size.scale);

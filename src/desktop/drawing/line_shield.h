@@ -11,13 +11,13 @@
 
 namespace linewatch::desktop {
 
-/// A line's shield: its text on its colour, in the shape of its mode. It has an outline when its colour is
-/// close to the background.
+/// A line's shield: the line's text on the line's colour, in the shape of its mode. If the colour is close to
+/// the background, it has an outline.
 class LineShield final : public ui::Image {
  public:
   /// The size of the text at size step 3, in points. Each step adds or removes one point.
   static constexpr double kTextSizeAtStep3 = 15;
-  /// `text` is not empty. `widthAtStep3` as in ShieldManager.
+  /// `text` must not be empty. `widthAtStep3`: see ShieldManager.
   LineShield(const ShieldDataSource& shield, const std::string& text, std::optional<double> widthAtStep3,
              const ArtworkSize& size);
 
@@ -39,7 +39,7 @@ class LineShield final : public ui::Image {
 /// Makes shields. Needs a QGuiApplication.
 class LineShieldManager final : public ShieldManager {
  public:
-  /// `direction` tells on which side a sign stands.
+  /// `direction` decides on which side a no-entry sign is.
   explicit LineShieldManager(ui::LayoutDirection direction = ui::LayoutDirection::leftToRight)
       : isMirrored_(direction == ui::LayoutDirection::rightToLeft) {}
 

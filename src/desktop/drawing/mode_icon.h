@@ -7,7 +7,7 @@
 
 namespace linewatch::desktop {
 
-/// Makes icons of modes of transport, as high as a shield of the same size step.
+/// Makes icons of modes of transport. They are as high as a shield of the same size step.
 class ModeIconManager final : public IconManager {
  public:
   explicit ModeIconManager(std::shared_ptr<DrawingSource> drawings) : drawings_(std::move(drawings)) {}

@@ -6,8 +6,8 @@ class QGuiApplication;
 
 namespace linewatch::desktop {
 
-/// The application that Qt needs for fonts and painting, for a process without windows. Works without a
-/// display. There is one per process: null when there is an application already.
+/// Makes the application object that Qt needs for fonts and painting, in a process without windows. Needs no
+/// display. Null if the process already has an application object.
 std::unique_ptr<QGuiApplication> makeOffscreenApplication();
 
 }  // namespace linewatch::desktop

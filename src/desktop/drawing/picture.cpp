@@ -21,8 +21,8 @@ namespace {
 
 constexpr double kLongestSide = 16384;
 constexpr double kMostPixels = 128e6;
-// Qt divides this by 11 to get zlib's level. Levels above 1 take three times as long and hardly make flat
-// areas and text smaller.
+// Qt divides this by 11 to get zlib's level. Higher levels take three times as long, and flat areas and text
+// hardly become smaller.
 constexpr int kPngCompression = 11;
 
 struct PixelSize {
@@ -60,7 +60,7 @@ bool writePng(ui::View& view, const PictureStyle& style, QIODevice& device) {
 bool writeSvg(ui::View& view, const PictureStyle& style, QIODevice& device) {
   QSvgGenerator generator;
   generator.setOutputDevice(&device);
-  // At this resolution Qt's unit of length is a pixel, which the view box maps to a point.
+  // At this resolution Qt's unit of length is a pixel. The view box maps it to a point.
   generator.setResolution(96);
   generator.setViewBox(QRectF(0, 0, style.size.width, style.size.height));
   generator.setSize(QSizeF(style.size.width, style.size.height).toSize());
@@ -122,7 +122,7 @@ std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
   const Writing write = writingFor(file);
   if (write == nullptr) return failure(kWhat, file.string(), "the name must end in .png, .svg or .pdf");
   if (!pixelsOf(style)) return failure(kWhat, file.string(), "the size is not possible for a picture");
-  // The picture is made in memory first, because not every writer of Qt's notices that a disk is full.
+  // The picture is made in memory first, because some of Qt's writers do not report a full disk.
   QBuffer picture;
   picture.open(QIODevice::WriteOnly);
   if (!write(view, style, picture)) return failure(kWhat, file.string(), "it cannot be drawn");

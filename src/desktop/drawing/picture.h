@@ -10,11 +10,11 @@
 
 namespace linewatch::desktop {
 
-/// How a view is drawn into a picture.
+/// The style of a picture of a view.
 struct PictureStyle {
   /// In points. A view of another size is laid out again.
   ui::Size size;
-  /// Pixels per point. Edges and baselines are aligned to these pixels.
+  /// Pixels per point. Edges and baselines lie on these pixels.
   double scale = 2;
   ui::Appearance appearance = ui::Appearance::light;
 };
@@ -23,13 +23,13 @@ struct PictureStyle {
 /// and 128 million in all.
 double tallestPicture(double width, double scale);
 
-/// Draws the view on the appearance's background. Absent when the size is not positive or too large for a
-/// picture. The view keeps the style's size and scale. Needs a QGuiApplication.
+/// Draws the view on the appearance's background. Absent if the size is not positive or exceeds the limit of
+/// a picture. Sets the view's size and scale to those of the style. Needs a QGuiApplication.
 std::optional<QImage> imageOf(ui::View& view, const PictureStyle& style);
 
-/// Writes the view as PNG, SVG or PDF, by the file's extension. Text becomes text in a PDF, and outlines in
-/// an SVG so that it looks the same without the fonts. Emoji become images in both. The file is written
-/// completely or not at all.
+/// Writes the view as PNG, SVG or PDF, according to the file's extension. A PDF has text as text. An SVG has
+/// it as outlines, so that it looks the same without the fonts. In both, emoji are images. If writing fails,
+/// the file is unchanged.
 std::optional<Error> savePicture(ui::View& view, const PictureStyle& style,
                                  const std::filesystem::path& file);
 

@@ -43,13 +43,14 @@ QPainterPath qtPath(const ui::Path& path) {
 // Pixels per point of glyphs that are images. More than this blurs them.
 constexpr double kPixelsOfGlyphPictures = 4;
 
-/// Whether the font's glyphs are images, as in emoji fonts. Qt draws these only on devices with pixels.
+/// Whether the font's glyphs are images, as in emoji fonts. Qt draws these only on devices that consist of
+/// pixels.
 bool hasPictures(const QRawFont& font) {
   return !font.fontTable("CBLC").isEmpty() || !font.fontTable("sbix").isEmpty();
 }
 
-/// The rectangle that glyph images take, from where the baseline begins. The font tells only where each image
-/// begins, so the rest is an estimate.
+/// The rectangle of glyph images, relative to the start of the baseline. The font gives only the start of
+/// each image, so the rest is an estimate.
 QRectF roomFor(const QGlyphRun& glyphs) {
   const double size = glyphs.rawFont().pixelSize();
   QRectF room;

@@ -11,19 +11,18 @@ namespace linewatch::desktop {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance);
 
-/// The capabilities of the paint device; the canvas replaces the missing ones.
+/// The capabilities of the paint device. The canvas works around those that are missing.
 enum class CanvasKind {
-  /// All capabilities: a device with pixels.
+  /// A device that consists of pixels: all capabilities.
   full,
-  /// Text, but not glyphs that are images, such as emoji. They are drawn as images.
+  /// Text, but no glyphs that are images, such as emoji: the canvas draws them as images.
   text,
-  /// Neither clipping nor text. Shapes are cut to the clip before they are drawn, and glyphs are drawn as
-  /// outlines, or as images if they are images.
+  /// No clipping and no text. The canvas cuts shapes to the clip, and draws glyphs as outlines or images.
   outlines
 };
 
-/// A canvas on a painter whose unit is a point. The painter must outlive the canvas, and nothing else may use
-/// it meanwhile.
+/// A canvas on a painter whose unit is a point. The painter must outlive the canvas and must not be used by
+/// others in the meantime.
 class QtCanvas final : public ui::Canvas {
  public:
   QtCanvas(QPainter& painter, ui::Appearance appearance, double scale, CanvasKind kind = CanvasKind::full);
@@ -46,7 +45,7 @@ class QtCanvas final : public ui::Canvas {
  private:
   QColor resolved(const ui::Color& color) const { return qtColor(color, appearance_); }
   void fill(const QPainterPath& path, const QColor& color);
-  /// The part of the plane that is not clipped away, in the painter's present units; absent: all of it.
+  /// The clip, in the painter's present units; absent without one.
   std::optional<QRectF> visible() const;
   void drawGlyphs(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
   void drawOutlines(const QGlyphRun& glyphs, const QPointF& origin, const QColor& color);
@@ -56,7 +55,7 @@ class QtCanvas final : public ui::Canvas {
   ui::Appearance appearance_;
   double scale_;
   CanvasKind kind_;
-  /// For CanvasKind::outlines only: the clips of all open `save` calls, then the present clip, in device
+  /// Only for CanvasKind::outlines: the clip at each open `save` call, then the present clip, in device
   /// units.
   std::vector<std::optional<QRectF>> clips_;
 };

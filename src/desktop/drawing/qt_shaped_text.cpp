@@ -12,7 +12,7 @@ constexpr QChar kEllipsis(0x2026);
 // Qt rounds lengths down to 64ths of a point.
 constexpr double kQtStep = 1.0 / 64;
 
-/// The end of the range from `begin` to `end` without white space at its end.
+/// The end of the range without white space at its end.
 int withoutSpaces(const QTextLayout& layout, int begin, int end) {
   while (end > begin && layout.text().at(end - 1).isSpace()) --end;
   return end;
@@ -40,7 +40,7 @@ QtShapedText::QtShapedText(const ui::AttributedText& text, const Typeface& typef
   wrapped_.resize(text_.paragraphs().size());
 }
 
-// A paragraph has the direction of its first letter; without letters, the interface's direction.
+// The direction of a paragraph is that of its first letter, or of the interface if it has no letter.
 bool QtShapedText::isRightToLeft(const Paragraph& paragraph, ui::LayoutDirection otherwise) const {
   const QStringView units = QStringView(text_.string()).mid(paragraph.begin, paragraph.end - paragraph.begin);
   if (units.isRightToLeft()) return true;
@@ -150,8 +150,8 @@ std::vector<QtShapedText::Line> QtShapedText::linesOf(const ui::TextLayoutReques
   return lines;
 }
 
-// Finds how much fits beside an ellipsis. Then text and ellipsis are shaped together, because shaping may
-// join them.
+// First measures how much text fits next to an ellipsis. Then shapes text and ellipsis together, because
+// shaping may connect them.
 QtShapedText::Line QtShapedText::truncated(const Line& line, double width) const {
   const bool rightToLeft = line.layout->textOption().textDirection() == Qt::RightToLeft;
   const auto withEllipsis = [&](qsizetype end) {
@@ -186,7 +186,7 @@ std::shared_ptr<const ui::TextLayout> QtShapedText::layOut(const ui::TextLayoutR
   auto layout = std::make_shared<ui::TextLayout>();
   for (const Line& line : lines) layout->lines.push_back(measured(line));
   layout->size = ui::placeLines(layout->lines, lineSpacing_, request);
-  // Lines in a fallback font may be taller than the estimate that the limit was computed from.
+  // Lines in a fallback font may be higher than the estimate from which the limit was computed.
   if (lines.size() > 1 && layout->size.height > request.maximumHeight + kQtStep) {
     return layOut(request, lines.size() - 1);
   }

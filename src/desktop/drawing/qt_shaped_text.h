@@ -25,7 +25,7 @@ class QtShapedText final : public ui::ShapedText {
   using Paragraph = UnicodeText::Paragraph;
   using SharedLayout = std::shared_ptr<const QTextLayout>;
 
-  /// A range of UTF-16 units with its own font or colour, from `begin` to the next run.
+  /// A range of UTF-16 units with one font and colour. It ends where the next run begins.
   struct Run {
     qsizetype begin = 0;
     std::optional<QFont> font;
@@ -36,8 +36,8 @@ class QtShapedText final : public ui::ShapedText {
   struct Line {
     SharedLayout layout;
     int number = 0;
-    /// The layout's text begins at `origin` of the whole text; the line is the whole text's units from
-    /// `begin` to `end`.
+    /// The layout's text begins at unit `origin` of the whole text. The line has the units from `begin` to
+    /// `end` of the whole text.
     qsizetype origin = 0;
     qsizetype begin = 0;
     qsizetype end = 0;
@@ -50,7 +50,7 @@ class QtShapedText final : public ui::ShapedText {
     bool rightToLeft = false;
     std::size_t limit = 0;
 
-    /// Whether a layout with at most `wanted` lines would be the same as this one.
+    /// Whether a limit of `wanted` lines gives this layout too.
     bool holdsFor(std::size_t wanted) const {
       const auto lines = static_cast<std::size_t>(layout->lineCount());
       return wanted == limit || (lines < limit && lines <= wanted);
@@ -78,8 +78,8 @@ class QtShapedText final : public ui::ShapedText {
   std::vector<Run> runs_;
   Typeface typeface_;
   double lineSpacing_ = 0;
-  /// The last layouts of each paragraph, in one line and wrapped. A label asks for the same layout several
-  /// times.
+  /// A cache of the last layouts of each paragraph, in one line and wrapped, because a label asks for the
+  /// same layout several times.
   mutable std::vector<SharedLayout> inOneLine_;
   mutable std::vector<Wrapped> wrapped_;
 };

@@ -8,8 +8,8 @@
 
 namespace linewatch::desktop {
 
-/// The text engine, on Qt's text layout. It shapes every script for which a font is installed. Needs a
-/// QGuiApplication, but no display. Text beyond UnicodeText::kLongest is cut off.
+/// The text engine, implemented with Qt's text layout. It handles every script for which a font is installed.
+/// Text beyond UnicodeText::kLongest is cut off. Needs a QGuiApplication, but no display.
 class QtTextEngine final : public ui::TextEngine {
  public:
   ui::FontMetrics metrics(const ui::Font& font) override;
@@ -23,7 +23,7 @@ class QtTextEngine final : public ui::TextEngine {
   std::map<Key, Typeface> typefaces_;
 };
 
-/// A text in a font that need not be one of the text styles.
+/// A text in any font, not only in one of the text styles.
 std::shared_ptr<const ui::ShapedText> shapedText(const ui::AttributedText& text, const Typeface& typeface);
 
 }  // namespace linewatch::desktop

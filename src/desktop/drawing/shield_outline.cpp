@@ -16,7 +16,7 @@ constexpr std::array kForms = {
     ShieldForm{.radiusTop = 0.2, .radiusBottom = 0.2, .padding = 0.44},
     // The front of a tram: a round roof.
     ShieldForm{.radiusTop = 0.46, .radiusBottom = 0.12, .padding = 0.5},
-    // A circle, or a pill where the text is longer.
+    // A circle, or a pill for a longer text.
     ShieldForm{.radiusTop = 0.5, .radiusBottom = 0.5, .padding = 0.5},
     ShieldForm{.radiusTop = 0.05, .radiusBottom = 0.05, .padding = 0.44},
     // A hull.
@@ -27,7 +27,7 @@ constexpr std::array kForms = {
     ShieldForm{.leanTop = 0.26, .slanted = true, .radiusTop = 0.14, .radiusBottom = 0.14, .padding = 0.6},
 };
 
-// The distance from the ends of a quarter circle to its control points, in radii.
+// The distance between the ends of a quarter circle and its control points, in radii.
 constexpr double kQuarterCircle = 0.5523;
 
 struct Corner {

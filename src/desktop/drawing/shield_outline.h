@@ -5,23 +5,21 @@
 
 namespace linewatch::desktop {
 
-/// The shape of a mode's shields. Each mode has its own shape, so that colours are not needed to tell modes
-/// apart.
+/// The shape of a mode's shields. Each mode has its own, so that modes can be told apart without colours.
 struct ShieldForm {
-  /// How far the left and right ends lean inwards at the top and at the bottom, as fractions of the shield's
-  /// height.
+  /// How far the left and right ends lean inwards at the top and at the bottom, as fractions of the height.
   double leanTop = 0;
   double leanBottom = 0;
-  /// Whether the right end leans outwards where the left one leans inwards.
+  /// Whether both ends lean in the same direction, as in a parallelogram.
   bool slanted = false;
   double radiusTop = 0;
   double radiusBottom = 0;
-  /// Room on both sides of the text, as a multiple of the text size.
+  /// The space on both sides of the text, as a multiple of the text size.
   double padding = 0;
 };
 
 const ShieldForm& formOf(TransitMode mode);
-/// The outline of the form, `inset` points inside the rectangle.
+/// The outline of the shape, `inset` points inside the rectangle.
 ui::Path shieldOutline(const ShieldForm& form, const ui::Rect& rect, double inset);
 
 }  // namespace linewatch::desktop

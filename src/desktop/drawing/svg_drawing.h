@@ -11,10 +11,10 @@ class QSvgRenderer;
 
 namespace linewatch::desktop {
 
-/// An SVG drawing whose unit is a point. Its `currentColor` is the label colour of the appearance.
+/// An SVG drawing in points. `currentColor` in it is the appearance's label colour.
 class SvgDrawing final : public ui::Image {
  public:
-  /// `dark` may be empty. The drawing then looks the same in both appearances, except for the label colour.
+  /// If `dark` is empty, both appearances use `light`; only the label colour differs.
   SvgDrawing(QByteArray light, QByteArray dark);
   ~SvgDrawing() override;
 

@@ -10,14 +10,14 @@
 
 namespace linewatch::desktop {
 
-/// Glyphs of one font and one colour. Their positions are relative to the beginning of the line's baseline.
+/// Glyphs of one font and one colour. Positions are relative to the start of the line's baseline.
 struct ColoredGlyphs {
   QGlyphRun glyphs;
-  /// Absent: the colour in which the whole text is drawn.
+  /// Absent for the colour of the whole text.
   std::optional<ui::Color> color;
 };
 
-/// The glyphs of a text layout, for drawing. Observably immutable.
+/// The glyphs of a text layout, for drawing. Immutable for its users.
 class TextGlyphs {
  public:
   /// A range of a line's UTF-16 units in one colour.
@@ -28,7 +28,7 @@ class TextGlyphs {
   };
 
   struct Line {
-    /// The layout that owns the glyphs, and the number of the line in it.
+    /// The layout that has the glyphs, and the line's number in it.
     std::shared_ptr<const QTextLayout> layout;
     int line = 0;
     /// Ranges that together cover the line, in units of the layout's text.
@@ -37,7 +37,7 @@ class TextGlyphs {
 
   explicit TextGlyphs(std::vector<Line> lines) : lines_(std::move(lines)) {}
 
-  /// The glyphs of each line. They are taken from Qt on the first call, since most layouts are only measured.
+  /// The glyphs of each line. They are computed by the first call, because most layouts are only measured.
   const std::vector<std::vector<ColoredGlyphs>>& lines() const;
 
  private:

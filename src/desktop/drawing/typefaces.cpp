@@ -8,14 +8,13 @@ namespace linewatch::desktop {
 
 namespace {
 
-// The first installed family is used. Qt chooses another font if none is installed, or for characters that
-// are missing.
+// Qt uses the first family that is installed, and other fonts if none is, or for missing characters.
 const QStringList& families() {
   static const QStringList names = {"Inter", "Noto Sans", "Noto Color Emoji", "DejaVu Sans"};
   return names;
 }
 
-// A headline is heavier than other text by itself, and heavier still when bold.
+// A headline is heavier than other text. A bold headline is heavier still.
 QFont::Weight weightOf(const ui::Font& font) {
   if (font.traits().bold) return QFont::Bold;
   return font.style() == ui::TextStyle::headline ? QFont::DemiBold : QFont::Normal;

@@ -7,14 +7,14 @@
 
 namespace linewatch::desktop {
 
-/// The font for everything that is drawn, in points. It is not hinted, so that a text has the same width at
-/// every scale.
+/// The program's font. `points`: its size. It has no hinting, so that a text has the same width at every
+/// scale.
 QFont qtFont(double pointSize, QFont::Weight weight, bool italic = false);
 QFont qtFont(const ui::Font& font);
 
 ui::FontMetrics metricsOf(const QFont& font);
 
-/// A font with its metrics, so that Qt looks them up only once.
+/// A font with its metrics, which take Qt some time to compute.
 struct Typeface {
   QFont font;
   ui::FontMetrics metrics;

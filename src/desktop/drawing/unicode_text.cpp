@@ -12,7 +12,7 @@ constexpr std::int32_t kNextLine = 0x85;
 constexpr std::int32_t kWordJoiner = 0x2060;
 constexpr std::int32_t kLineSeparator = 0x2028;
 constexpr std::int32_t kParagraphSeparator = 0x2029;
-// Qt would look for an embedded object to draw in its place.
+// Qt would look for an embedded object to draw.
 constexpr std::int32_t kObjectReplacement = 0xFFFC;
 
 bool endsParagraph(std::int32_t character) {

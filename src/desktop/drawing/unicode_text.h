@@ -8,10 +8,10 @@
 
 namespace linewatch::desktop {
 
-/// A text as UTF-16, with the byte that each unit comes from.
+/// A text as UTF-16, with the position of each unit in the UTF-8 text.
 ///
-/// Bytes that are not UTF-8 become replacement characters. Control characters become word joiners, which are
-/// invisible, and tabs become spaces.
+/// Invalid bytes become replacement characters. Control characters become word joiners, which are invisible;
+/// tabs become spaces.
 class UnicodeText {
  public:
   struct Paragraph {
@@ -19,14 +19,14 @@ class UnicodeText {
     qsizetype end = 0;
   };
 
-  /// Text beyond this many units is cut off. No screen shows that much, and laying out some hostile texts
+  /// Longer text is cut off after this many units: no screen shows more, and the layout of some hostile texts
   /// takes quadratic time.
   static constexpr qsizetype kLongest = 8192;
 
   explicit UnicodeText(std::string_view bytes);
 
   const QString& string() const { return string_; }
-  /// Paragraphs without their line ends. There is at least one, which may be empty.
+  /// The paragraphs, without line ends. There is at least one, which may be empty.
   const std::vector<Paragraph>& paragraphs() const { return paragraphs_; }
   bool isCutShort() const { return cutShort_; }
   std::size_t byteAt(qsizetype unit) const;
@@ -39,7 +39,7 @@ class UnicodeText {
 
   QString string_;
   std::vector<Paragraph> paragraphs_;
-  /// The byte of each unit, and of the end. Empty for ASCII, where bytes and units are the same.
+  /// The byte position of each unit, and of the end. Empty for ASCII, where both positions are equal.
   std::vector<std::uint32_t> bytes_;
   qsizetype paragraphBegin_ = 0;
   bool cutShort_ = false;

@@ -14,7 +14,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// A clock that is kept exact over the network is corrected by much less.
+/// Corrections of a clock that follows a time server are much smaller.
 constexpr Seconds kClockTolerance{30};
 constexpr Seconds kShortestSleep{5};
 
@@ -24,8 +24,8 @@ Seconds timeOf(clockid_t clock) {
   return Seconds(static_cast<double>(time.tv_sec)) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-/// Sets a timer that never expires. The kernel cancels it, and so wakes the program, when the clock is set or
-/// the machine resumes from sleep.
+/// Sets a timer that never expires. When the clock is set or the machine resumes from sleep, the kernel
+/// cancels the timer, and so wakes the program.
 bool armForClockChange(int descriptor) {
   itimerspec never{};
   never.it_value.tv_sec = static_cast<time_t>(timeOf(CLOCK_REALTIME).count() + 100.0 * 365 * 86400);
@@ -55,7 +55,7 @@ void watchClock(QObject& owner, std::function<void()> changed) {
   QObject::connect(notifier, &QSocketNotifier::activated, &owner,
                    [descriptor, notifier, changed = std::move(changed)] {
                      std::uint64_t expirations = 0;
-                     // Fails with ECANCELED, which is the announcement.
+                     // Fails with ECANCELED. This is how the kernel announces the change.
                      [[maybe_unused]] const auto size = read(descriptor, &expirations, sizeof expirations);
                      if (!armForClockChange(descriptor)) notifier->setEnabled(false);
                      changed();

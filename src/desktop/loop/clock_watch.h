@@ -7,11 +7,11 @@
 
 namespace linewatch::desktop {
 
-/// The machine's clocks at one moment.
+/// The times of the machine's clocks.
 struct ClockReading {
   /// The time of day, which can be set.
   Seconds realTime{};
-  /// Since the machine started, with and without the time it slept.
+  /// The time since the machine started, with and without sleep.
   Seconds sinceStart{};
   Seconds awake{};
 };
@@ -21,8 +21,8 @@ ClockReading readClocks();
 /// Whether the machine slept between two readings, or its clock was set by more than half a minute.
 bool hasJumped(const ClockReading& before, const ClockReading& after);
 
-/// Calls `changed` after the machine woke up, and after its clock was set by any amount, as long as `owner`
-/// lives. Wakes the program at no other time. Needs a QCoreApplication; main thread.
+/// Calls `changed` after the machine has resumed from sleep, and after its clock has been set by any amount.
+/// Ends with `owner`. The program is not woken up at other times. Needs a QCoreApplication; main thread.
 void watchClock(QObject& owner, std::function<void()> changed);
 
 }  // namespace linewatch::desktop

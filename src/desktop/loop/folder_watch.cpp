@@ -24,7 +24,7 @@ void watchFolder(QObject& owner, const std::filesystem::path& folder, const std:
   QObject::connect(pause, &QTimer::timeout, watcher, std::move(changed));
   QObject::connect(watcher, &QFileSystemWatcher::directoryChanged, pause, qOverload<>(&QTimer::start));
   QObject::connect(watcher, &QFileSystemWatcher::fileChanged, pause, qOverload<>(&QTimer::start));
-  // A file that comes again is another one, and has to be added again.
+  // A file that was deleted and made again is a new file, which has to be added.
   const auto watchFiles = [watcher, folder, files] {
     for (const std::string& name : files) {
       const std::filesystem::path file = folder / name;

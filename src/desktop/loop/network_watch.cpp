@@ -16,8 +16,8 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// A socket on which the kernel announces new and removed routes; this works on every machine, whatever
-/// manages its network. Negative when the kernel offers none.
+/// A socket on which the kernel announces added and removed routes, whatever program manages the network.
+/// Negative on failure.
 int openRouteNews() {
   const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
   sockaddr_nl address{};
@@ -29,8 +29,8 @@ int openRouteNews() {
   return -1;
 }
 
-/// The contents of the announcements are not needed: each only means that the connection is worth checking.
-/// Some may be lost.
+/// The content of the announcements is not needed, and some may be lost: each one only causes a check of the
+/// connection.
 void discardNews(int descriptor) {
   std::array<char, 8192> news{};
   while (recv(descriptor, news.data(), news.size(), 0) > 0) {

@@ -5,9 +5,8 @@
 
 namespace linewatch::desktop {
 
-/// Calls `returned` whenever the machine has an internet connection again after it had none, as long as
-/// `owner` lives. Never called where the kernel does not announce routes. Needs a QCoreApplication; main
-/// thread.
+/// Calls `returned` each time the machine gets an internet connection after it had none. Ends with `owner`.
+/// Without announcements of the kernel it is never called. Needs a QCoreApplication; main thread.
 void watchNetwork(QObject& owner, std::function<void()> returned);
 
 }  // namespace linewatch::desktop

@@ -41,12 +41,11 @@ timespec toTimespec(Seconds time) {
 
 }  // namespace
 
-/// The scheduled timers in the order in which they fire, and the kernel timer that wakes the loop for the
-/// first.
+/// The scheduled timers, in the order in which they fire, and the kernel timer for the first of them.
 struct QtMainLoop::Timers {
   Timers() : descriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
     if (descriptor >= 0) return;
-    // The platform's log cannot be used: the platform is still being made.
+    // The platform is still being made, so its log cannot be used.
     const std::string why = std::generic_category().message(errno);
     StderrLog(false).write({LogLevel::error, kLogCategory, "cannot make a timer: %@", {why}});
     std::abort();
@@ -111,7 +110,7 @@ class QtTimer final : public Timer, public std::enable_shared_from_this<QtTimer>
     const Seconds shared{std::ceil(due_.count())};
     return shared - due_ <= tolerance_ ? shared : due_;
   }
-  // After a delay a repeating timer fires once, not once for every interval that was missed.
+  // After a delay a repeating timer fires once, and not once for each missed interval.
   void skipTo(Seconds now) {
     const double missed = std::floor((now - due_) / *repeatsEvery_);
     due_ += *repeatsEvery_ * (std::max(missed, 0.0) + 1);
@@ -181,8 +180,8 @@ void QtMainLoop::fireDueTimers() {
   std::uint64_t expirations = 0;
   [[maybe_unused]] const auto size = read(timers_->descriptor, &expirations, sizeof expirations);
   const Seconds now = uptime();
-  // A timer that an action schedules waits for the next turn, so that actions cannot starve the loop's other
-  // work.
+  // A timer that an action schedules fires in a later turn. Otherwise such actions could block the loop's
+  // other work.
   const std::uint64_t scheduledBefore = timers_->scheduledCount;
   const std::shared_ptr<Timers> timers = timers_;
   for (auto next = timers->byTurn.begin(); next != timers->byTurn.end() && next->first.first <= now;

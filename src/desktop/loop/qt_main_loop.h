@@ -14,18 +14,18 @@ class QSocketNotifier;
 
 namespace linewatch::desktop {
 
-/// The main loop, on Qt's event loop. Qt's loop must run on the thread that made this object, under a
-/// QCoreApplication.
+/// The main loop, implemented with Qt's event loop, which must run on the thread that made this object, under
+/// a QCoreApplication.
 ///
-/// All timers share one kernel timer on a clock that also counts while the machine sleeps: timers that came
-/// due during sleep fire when the machine wakes, and an idle loop never wakes up. A timer never fires early.
-/// If its tolerance allows, it fires on a whole second of that clock, together with other timers.
+/// All timers share one kernel timer. Its clock also runs during sleep, so timers that came due during sleep
+/// fire at the resume. An idle loop never wakes up. A timer never fires early. If its tolerance allows, it
+/// fires at a whole second of the clock, together with other timers.
 class QtMainLoop final : public MainLoop {
  public:
-  /// Whether a clock with a start time of its own goes on from there.
+  /// Whether a clock with a given start time runs.
   enum class Clock { running, frozen };
 
-  /// With `startsAt` the clock shows that time now, instead of the machine's.
+  /// With `startsAt` the clock starts at that time instead of the machine's.
   explicit QtMainLoop(std::optional<Date> startsAt = std::nullopt, Clock clock = Clock::running);
   ~QtMainLoop() override;
 
@@ -50,7 +50,7 @@ class QtMainLoop final : public MainLoop {
   QObject receiver_;
   std::optional<Date> startsAt_;
   Clock clock_;
-  /// Shared, so that a timer that outlives the loop notices it.
+  /// Shared, so that a timer notices when the loop has ended.
   std::shared_ptr<Timers> timers_;
   Seconds madeAt_;
   std::unique_ptr<QSocketNotifier> notifier_;

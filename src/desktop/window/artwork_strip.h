@@ -9,7 +9,7 @@
 
 namespace linewatch::desktop {
 
-/// Artworks side by side, in as many rows as their width needs.
+/// A row of artworks that wraps where its width ends.
 class ArtworkStrip final : public QWidget {
  public:
   /// `step`: the artworks' size step. Artworks without an image are left out.

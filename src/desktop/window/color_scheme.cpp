@@ -26,7 +26,7 @@ const QString kColorScheme = QStringLiteral("color-scheme");
 /// Asks for the scheme, without blocking.
 void askForColorScheme(const QDBusConnection& bus, QObject& owner,
                        const std::function<void(ColorScheme)>& changed) {
-  // Newer portals also have "ReadOne", but every portal has this method.
+  // Every portal has this method; only newer ones have "ReadOne".
   QDBusMessage question =
       QDBusMessage::createMethodCall(kPortal, kPortalPath, kSettings, QStringLiteral("Read"));
   question << kAppearance << kColorScheme;
@@ -43,7 +43,7 @@ void askForColorScheme(const QDBusConnection& bus, QObject& owner,
   });
 }
 
-/// Without this check Qt would try to start a bus, and block.
+/// Without this check Qt would try to start a bus, which blocks.
 bool hasSessionBus() {
   if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return true;
   const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
@@ -53,13 +53,13 @@ bool hasSessionBus() {
 }  // namespace
 
 void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function<void(ColorScheme)> changed) {
-  // A change only triggers a new question; the answer counts.
+  // The value is not taken from the signal; every change is followed by a question.
   auto* const asking = new QTimer(&owner);
   asking->setSingleShot(true);
   asking->setInterval(0);
   QObject::connect(asking, &QTimer::timeout, &owner,
                    [bus, &owner, changed = std::move(changed)] { askForColorScheme(bus, owner, changed); });
-  // Accepts the signal from every sender: finding out who the portal is would block.
+  // Accepts the signal from every sender, because looking up the portal's name would block.
   QDBusConnection(bus).connect(QString(), kPortalPath, kSettings, QStringLiteral("SettingChanged"),
                                {kAppearance, kColorScheme}, QString(), asking, SLOT(start()));
   asking->start();
@@ -75,7 +75,7 @@ void applyColorScheme(ColorScheme scheme) {
     return scheme == (now == ui::Appearance::dark ? ColorScheme::dark : ColorScheme::light);
   };
   if (isAsAsked()) return;
-  // The desktop's own palette again.
+  // Restores the desktop's own palette.
   QApplication::setPalette(QPalette());
   if (scheme == ColorScheme::any || isAsAsked()) return;
   QApplication::setPalette(

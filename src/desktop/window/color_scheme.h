@@ -8,19 +8,19 @@ class QDBusConnection;
 
 namespace linewatch::desktop {
 
-/// The colour scheme that the user has chosen for all windows in the desktop's settings.
+/// The colour scheme in the desktop's settings.
 enum class ColorScheme : std::uint8_t { any, dark, light };
 
-/// Calls `changed` with the desktop's setting now and after each change, as long as `owner` lives. Does not
-/// block. Never calls it if no settings service is on the bus. Needs a QCoreApplication; main thread.
+/// Calls `changed` with the desktop's setting now and after each change. Ends with `owner`. Does not block.
+/// Without a settings service on the bus it is never called. Needs a QCoreApplication; main thread.
 void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function<void(ColorScheme)> changed);
 
-/// Keeps the application's colours as the desktop's settings ask, where Qt does not do so itself, as long as
-/// `owner` lives. Needs a QApplication; main thread.
+/// Applies the desktop's colour scheme to the application, now and after each change, unless Qt does so
+/// itself. Ends with `owner`. Needs a QApplication; main thread.
 void followDesktopColorScheme(QObject& owner);
 
-/// Replaces the application's palette if it does not match the scheme, and restores the desktop's palette
-/// when it is no longer needed. Main thread.
+/// Sets a palette of this scheme if the application's palette does not match it, and the desktop's own
+/// palette if that matches. Main thread.
 void applyColorScheme(ColorScheme scheme);
 
 }  // namespace linewatch::desktop

@@ -13,14 +13,15 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// "rova://?t=r" is the URL for users without favourites. Either URL may also carry the session.
+/// Whether the URL opens the favourites: "rova://?t=r" (no favourites yet) or "rova://favorites?…", with or
+/// without a session.
 bool isAboutFavorites(const URL& url) {
   const QUrl parsed(QString::fromStdString(url.absoluteString));
   if (parsed.scheme() != QString::fromUtf8(kCompanionScheme.data(), kCompanionScheme.size())) return false;
   return parsed.host().isEmpty() || parsed.host() == QLatin1String("favorites");
 }
 
-/// The content; an error also for a record without a line.
+/// Decodes the content. A record without a line is an error too.
 Outcome<OpenedContent> decodedToShow(const std::string& type, const Bytes& bytes, KeyedArchiver& archiver) {
   auto content = decodeOpenedContent(type, bytes, archiver);
   if (!content) return content;

@@ -16,23 +16,23 @@
 
 namespace linewatch::desktop {
 
-/// The companion application on the desktop: windows of this program, or a command of the user's. Needs an
+/// The companion application on the desktop: windows of this program, or the user's command. Needs an
 /// installed platform. Main thread.
 class Companion {
  public:
   using URLHandler = std::function<void(bool success)>;
 
-  /// `command`: the words of the user's command, as CompanionCommand takes them; empty: none.
+  /// `command`: the words of the user's command; empty when there is none.
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
             FavoritesServices favorites);
 
-  /// Opens a URL of the companion application. Both of its URLs lead to the favourites. Without a command any
-  /// other URL fails.
+  /// Opens a URL of the companion application. Both of its URLs open the favourites. Without a command all
+  /// other URLs fail.
   void openURL(const URL& url, const URLHandler& done);
-  /// Decodes the activity's content on a thread of its own, since a record may be large; `done` is then
-  /// called on the main thread, once the content is shown.
+  /// Decodes the activity on another thread, because a record may be large. Calls `done` on the main thread,
+  /// after the content is on screen.
   void openActivity(const UserActivity& activity, const OpenHandler& done);
-  /// Shows the favourites in a window of this program, even with a command.
+  /// Shows the favourites window, even if the user has a command.
   void showFavorites();
   /// To be called after another program or window has changed favourites or feeds.
   void favoritesDidChange();
@@ -45,13 +45,13 @@ class Companion {
   CompanionCommand command_;
   DetailsServices detailsServices_;
   FavoritesServices favoritesServices_;
-  /// Made on first use. The favourites window is made again when the text size changes.
+  /// Made on first use. The favourites window is made again after the text size has changed.
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;
   ui::TextSizeCategory favoritesTextSize_ = ui::kDefaultTextSizeCategory;
-  /// Gets the decoded contents on the main thread; those that come later are dropped.
+  /// Receives decoded content on the main thread. Content that arrives after its end is dropped.
   QObject receiver_;
-  /// One thread, so that contents are shown in the order asked. Waits at its end for the thread.
+  /// One thread, so that content is shown in the order of the calls. The destructor waits for the thread.
   QThreadPool decoding_;
 };
 

@@ -27,7 +27,7 @@ double textScale() {
 
 CompanionWindow::CompanionWindow(SharedWindowTexts texts)
     : texts_(std::move(texts)), artworkCache_(memoryConstrainedImageViewCache()) {
-  // Only closing the panel ends the program.
+  // Closing this window does not end the program; closing the panel does.
   setAttribute(Qt::WA_QuitOnClose, false);
   auto* const closing = new QAction(this);
   closing->setShortcuts({Qt::CTRL | Qt::Key_W});
@@ -42,7 +42,7 @@ QFont CompanionWindow::font(double points, QFont::Weight weight) const {
 
 QLabel* CompanionWindow::makeLabel(const QString& text, const QFont& font, Tone tone) const {
   auto* const label = new QLabel;
-  // The format is set before the text: a label that has to guess may take the text of a feed for HTML.
+  // Set before the text. Otherwise the label guesses the format, and may take a feed's text for HTML.
   label->setTextFormat(Qt::PlainText);
   label->setText(text);
   label->setWordWrap(true);
@@ -61,7 +61,7 @@ std::int64_t CompanionWindow::artworkStep(std::int64_t usual) const {
   return std::max<std::int64_t>(usual, std::lround((1 + (double(usual) - 3) / 8) * textScale() * 8 - 5));
 }
 
-void CompanionWindow::bringUp() {
+void CompanionWindow::showInFront() {
   show();
   raise();
   activateWindow();

@@ -12,8 +12,8 @@ class QLabel;
 
 namespace linewatch::desktop {
 
-/// Base of the windows beside the panel: the card's colours, the panel's text size, and Esc or Ctrl+W to
-/// close. Needs an installed platform while it lives. Main thread.
+/// Base class of the details and favourites windows: the card's colours, the panel's text size, and Esc or
+/// Ctrl+W to close. Needs an installed platform while it lives. Main thread.
 class CompanionWindow : public QWidget {
  public:
   ~CompanionWindow() override = default;
@@ -29,10 +29,10 @@ class CompanionWindow : public QWidget {
   QFont font(double points, QFont::Weight weight = QFont::Normal) const;
   /// A label of plain text that wraps.
   QLabel* makeLabel(const QString& text, const QFont& font, Tone tone = Tone::plain) const;
-  /// The size step for artworks beside text, from the step at the default text size.
+  /// The size step of artworks at the present text size. `usual`: the step at the default text size.
   std::int64_t artworkStep(std::int64_t usual) const;
   /// Shows the window in front of all others.
-  void bringUp();
+  void showInFront();
 
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

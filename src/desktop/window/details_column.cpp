@@ -42,7 +42,7 @@ std::size_t DetailsColumn::add(ColumnPart part) {
   slot.part = std::move(part);
   slot.top = slots_.empty() ? margin_ : slots_.back().top + slots_.back().extent();
   slots_.push_back(std::move(slot));
-  layOutLater();
+  scheduleLayout();
   return slots_.size() - 1;
 }
 
@@ -59,10 +59,10 @@ void DetailsColumn::remake(std::size_t index, int estimatedHeight) {
     }
     widgets_.erase(made);
   }
-  layOutLater();
+  scheduleLayout();
 }
 
-void DetailsColumn::layOutLater() {
+void DetailsColumn::scheduleLayout() {
   if (!later_.isActive()) later_.start(0);
 }
 
@@ -71,7 +71,7 @@ void DetailsColumn::layOutLater() {
 void DetailsColumn::layOut() {
   slice_.start();
   const Anchor fixed = revealed_.value_or(anchor());
-  const bool isComplete = makeNear(fixed);
+  const bool isComplete = makeWidgetsNear(fixed);
   place(fixed);
   if (isComplete) {
     revealed_.reset();
@@ -111,13 +111,13 @@ DetailsColumn::Anchor DetailsColumn::anchor() const {
   return {index, bar.value() - top, bar.value() > 0 && bar.value() == bar.maximum()};
 }
 
-bool DetailsColumn::makeNear(const Anchor& anchor) {
+bool DetailsColumn::makeWidgetsNear(const Anchor& anchor) {
   const int overscan = std::max(kLeastOverscan, viewport()->height());
   std::size_t last = anchor.index;
   int room = viewport()->height() + anchor.offset + overscan;
   for (; last < slots_.size() && room > 0; ++last) {
     if (isSliceOver()) return false;
-    ensure(last);
+    ensureWidget(last);
     room -= slots_[last].extent();
   }
   std::size_t first = anchor.index;
@@ -125,14 +125,14 @@ bool DetailsColumn::makeNear(const Anchor& anchor) {
   room = overscan - anchor.offset + (anchor.isAtEnd ? viewport()->height() : 0);
   for (; first > 0 && room > 0; --first) {
     if (isSliceOver()) return false;
-    ensure(first - 1);
+    ensureWidget(first - 1);
     room -= slots_[first - 1].extent();
   }
   dropOutside(first, last);
   return true;
 }
 
-void DetailsColumn::ensure(std::size_t index) {
+void DetailsColumn::ensureWidget(std::size_t index) {
   Slot& slot = slots_[index];
   const auto [place, isNew] = widgets_.try_emplace(index, nullptr);
   if (isNew) {
@@ -219,7 +219,7 @@ std::optional<std::size_t> DetailsColumn::nextFocusPart(bool forward) const {
 /// A part that was not visible comes to the bottom of the visible range, so that the text above it, which it
 /// belongs to, is visible too.
 QWidget* DetailsColumn::reveal(std::size_t index) {
-  ensure(index);
+  ensureWidget(index);
   const Slot& slot = slots_[index];
   const int top = slot.top - verticalScrollBar()->value();
   const int height = viewport()->height();

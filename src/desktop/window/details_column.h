@@ -78,7 +78,7 @@ class DetailsColumn final : public QAbstractScrollArea {
     bool isAtEnd = false;
   };
 
-  void layOutLater();
+  void scheduleLayout();
   int contentWidth() const;
   Anchor anchor() const;
   std::optional<std::size_t> focusedPart() const;
@@ -86,8 +86,8 @@ class DetailsColumn final : public QAbstractScrollArea {
   /// Makes the part's widget, and scrolls if it is not visible.
   QWidget* reveal(std::size_t index);
   /// False when the slice ended before all parts near the anchor were made.
-  bool makeNear(const Anchor& anchor);
-  void ensure(std::size_t index);
+  bool makeWidgetsNear(const Anchor& anchor);
+  void ensureWidget(std::size_t index);
   void measure(Slot& slot, QWidget& widget) const;
   void dropOutside(std::size_t first, std::size_t last);
   void updateTops();

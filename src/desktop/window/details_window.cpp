@@ -40,13 +40,13 @@ constexpr double kSmallSize = 12;
 // Size steps.
 constexpr std::int64_t kLineShieldStep = 7;
 constexpr std::int64_t kAffectedShieldStep = 2;
-// The part of the screen's height that the window takes by itself.
+// The window's largest initial height, as a part of the screen's height.
 constexpr double kShareOfScreen = 0.8;
-// Bytes of a text in one label. Laying out a label of this size takes a few milliseconds.
+// Bytes of text in one label. The layout of such a label takes a few milliseconds.
 constexpr std::size_t kTextBlock = 1000;
-// Milliseconds for which incidents are added in one turn of the event loop.
+// Milliseconds in which one turn of the event loop adds incidents.
 constexpr qint64 kAddingSlice = 4;
-// Longer lists and titles are cut to these.
+// The limits of lists and titles.
 constexpr std::size_t kMostShields = 40;
 constexpr std::size_t kMostNames = 60;
 constexpr std::size_t kLongestShortText = 200;
@@ -63,7 +63,7 @@ QString shortened(std::string_view text) {
   return rest.empty() ? shown : shown + QStringLiteral("…");
 }
 
-/// Allows breaks in words of more characters than `longest`, after every `longest` characters.
+/// Lets long words wrap, after every `longest` characters.
 QString withBreaks(std::string_view text, int longest) {
   QString broken = QString::fromUtf8(text.data(), static_cast<int>(text.size()));
   int wordLength = 0;
@@ -98,7 +98,7 @@ const std::string& titleOf(const TransitIncident& incident) {
   return incident.title() ? *incident.title() : kNone;
 }
 
-/// The groups in which a line's incidents are shown.
+/// The groups of a line's incidents, in the order of the window.
 enum class Group : std::size_t { now, comingUp, later, ended };
 constexpr std::array<std::string_view, 4> kGroupHeadings = {"", "ComingUp", "Later", "Ended"};
 
@@ -147,7 +147,7 @@ void DetailsWindow::present(const OpenedContent& content) {
   layout()->activate();
   column_->layOut();
   fitHeight();
-  bringUp();
+  showInFront();
   column_->setFocus(Qt::OtherFocusReason);
 }
 
@@ -174,7 +174,7 @@ void DetailsWindow::startOver() {
   setWindowTitle(texts()("Title"));
 }
 
-/// Qt would take a single "[*]" out of a title.
+/// Qt removes a single "[*]" from a title.
 void DetailsWindow::setTitle(const std::string& title) {
   setWindowTitle(shortened(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
@@ -271,9 +271,9 @@ QWidget* DetailsWindow::makeLineHeader(const std::string& name,
   row->addWidget(shield, 0, Qt::AlignTop);
   auto* const names = new QVBoxLayout;
   names->setSpacing(2);
-  // Stretches, not an alignment: an aligned layout gets the height of a single line.
+  // With an alignment instead of stretches the layout would get the height of a single line.
   names->addStretch();
-  // The name is left out when the shield already says it.
+  // The shield has the name already.
   if (shield->isEmpty() || shieldTextOf(artwork) != name)
     names->addWidget(makeText(shortened(name).toStdString(), styles_->line));
   if (system) names->addWidget(makeLabel(shortened(system->name), font(kBodySize), Tone::faint));
@@ -361,7 +361,7 @@ void DetailsWindow::addUpdated(const TransitIncident& incident) {
   addShortText(texts()("Updated", {when.toStdString()}), styles_->faint, kGapWithinIncident);
 }
 
-/// Only web pages are opened: other schemes may start any program.
+/// Only web pages get a link: other URLs may start any program.
 void DetailsWindow::addLink(const SharedIncident& incident) {
   const QString address = shortened(incident->infoURL().value_or(""));
   if (address.isEmpty()) return;
@@ -416,7 +416,7 @@ void DetailsWindow::addLookedUp(const SharedIncident& incident,
   lookedUpParts_.emplace(muid, part);
 }
 
-/// The lines of an incident are left out if the window is about that one line.
+/// In the window of a line, an incident that only this line has does not name it.
 bool DetailsWindow::namesOtherLines(const FoundIncident& found) const {
   return !found.lines.empty() && (found.lines.size() > 1 || found.lines.front()->muid != shownLine_);
 }
@@ -453,7 +453,7 @@ QWidget* DetailsWindow::makeMoreLines(const FoundIncident& found) const {
   return makeText(text.toStdString(), styles_->faint);
 }
 
-/// Severity, effect and cause in one line, as far as the title does not say them already.
+/// Severity, effect and cause in one line, without words that are in the title.
 QWidget* DetailsWindow::makeFacts(const TransitIncident& incident, const FoundIncident& found) const {
   // By AlertSeverity, whose first value is 1.
   static constexpr std::array<std::string_view, kAlertSeverities + 1> kSeverities = {

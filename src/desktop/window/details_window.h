@@ -23,20 +23,21 @@
 
 namespace linewatch::desktop {
 
-/// What the details window needs of the program around it.
+/// Functions of the program that the details window calls.
 struct DetailsServices {
   using IncidentsFound = std::function<void(const FoundIncidents&)>;
 
-  /// Looks the incidents with these `muid`s up in the feeds, and calls `found` once, at once or later, on the
+  /// Looks up the incidents with these `muid`s in the feeds. Calls `found` once, at once or later, on the
   /// main thread.
   std::function<void(std::vector<std::uint64_t> muids, IncidentsFound found)> findIncidents;
-  /// False when the page could not be opened.
+  /// Opens a page in the browser; false on failure.
   std::function<bool(const QUrl&)> openLink;
 };
 
-/// Shows what a row opens: a line with its incidents, or a list of incidents. Each incident is headed by the
-/// lines that it affects, and has its severity, effect and cause, its dates, its stops, its full text and a
-/// link. Incidents are added in slices of the event loop, and made into widgets near the visible range only.
+/// Shows the content of a row: a line with its incidents, or a list of incidents. Each incident has the lines
+/// that it affects, its title, severity, effect, cause, dates, stops, full text and link. A turn of the event
+/// loop adds a few incidents only, and only those near the visible range have widgets, so that thousands of
+/// incidents do not block the main thread.
 class DetailsWindow final : public CompanionWindow {
  public:
   DetailsWindow(SharedWindowTexts texts, DetailsServices services);
@@ -74,14 +75,14 @@ class DetailsWindow final : public CompanionWindow {
   void addHead(const SharedIncident& incident);
   void addFacts(const SharedIncident& incident);
   void addShortText(const QString& text, const TextStyle& style, int gap);
-  /// Adds the blocks of the text in later steps. `owner` keeps the text alive.
+  /// Adds a step that adds the text block by block. `owner` keeps the text alive.
   void addLongText(const std::shared_ptr<const void>& owner, std::string_view text, const TextStyle& style,
                    int gap);
   void addBlock(const std::shared_ptr<const void>& owner, std::string_view block, const TextStyle& style,
                 int gap);
   void addLink(const SharedIncident& incident);
   void addUpdated(const TransitIncident& incident);
-  /// Adds a part that depends on what the feeds know of the incident.
+  /// Adds a part that is made of the facts from the feeds. It is made again when they are found.
   void addLookedUp(const SharedIncident& incident, std::function<QWidget*(const FoundIncident&)> make,
                    int gap);
 
@@ -106,17 +107,17 @@ class DetailsWindow final : public CompanionWindow {
   std::unique_ptr<const TextStyles> styles_;
   std::vector<Entry> entries_;
   std::size_t nextEntry_ = 0;
-  /// Each adds some parts of the incident that is being added, and is true when it has added all of its
-  /// parts.
+  /// The remaining steps of the present incident. A step adds some parts, and returns true when it has added
+  /// all of its parts.
   std::deque<std::function<bool()>> steps_;
   QTimer addingMore_;
   FoundIncidents found_;
-  /// The parts that show what was found, by the incident's `muid`.
+  /// The parts that are made again when facts are found, by the incident's `muid`.
   std::multimap<std::uint64_t, std::size_t> lookedUpParts_;
   std::set<std::size_t> failedLinks_;
-  /// Counts the presentations, so that an answer for an earlier one is ignored.
+  /// The number of `present` calls. An answer for an earlier one is ignored.
   int presentation_ = 0;
-  /// The `muid` of the line that is shown; 0: none.
+  /// The `muid` of the line in the window; 0 for a list of incidents.
   std::uint64_t shownLine_ = 0;
   int fittedHeight_ = 0;
 };

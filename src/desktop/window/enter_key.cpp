@@ -7,7 +7,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// Belongs to the button that it clicks.
+/// Clicks the button on Enter. The button owns it.
 class EnterFilter final : public QObject {
  public:
   explicit EnterFilter(QAbstractButton& button) : QObject(&button), button_(button) {}

@@ -4,7 +4,7 @@ class QAbstractButton;
 
 namespace linewatch::desktop {
 
-/// Makes Enter click the button. On most desktops a button reacts to Space only.
+/// Makes Enter click the button. In most desktop styles only Space does.
 void clickOnEnter(QAbstractButton& button);
 
 }  // namespace linewatch::desktop

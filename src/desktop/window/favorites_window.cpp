@@ -111,7 +111,7 @@ void FavoritesWindow::present() {
   search_->setEnabled(stored && services_.change);
   areLinesLoaded_ = false;
   showLines();
-  bringUp();
+  showInFront();
   search_->setFocus(Qt::OtherFocusReason);
   loadLines();
   if (favoritesError_) {

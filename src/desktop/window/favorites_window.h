@@ -21,7 +21,7 @@ class QTimer;
 
 namespace linewatch::desktop {
 
-/// What the favourites window needs of the program around it.
+/// Functions of the program that the favourites window calls.
 struct FavoritesServices {
   std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
   /// Adds or removes a favourite; false when that changes nothing. An empty function when the favourites
@@ -29,7 +29,7 @@ struct FavoritesServices {
   std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
   /// Gives a favourite the choice in it; false when that changes nothing. Used only with `change`.
   std::function<Outcome<bool>(const StoredFavorite&)> choose;
-  /// Loads the lines of every feed that can be read, and calls back once, at once or later, on the main
+  /// Loads the lines of every feed that can be read. Calls the argument once, at once or later, on the main
   /// thread.
   std::function<void(std::function<void(const FeedLines&)>)> loadLines;
   /// Called after each change.
@@ -41,7 +41,7 @@ struct FavoritesServices {
 /// if the user adds it back, it has its former choice.
 class FavoritesWindow final : public CompanionWindow {
  public:
-  /// The most lines that are listed.
+  /// The largest number of lines in the list.
   static constexpr std::size_t kMostLines = 200;
 
   FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);

@@ -11,16 +11,16 @@
 
 namespace linewatch::desktop {
 
-/// The facts of an incident that a row does not hand over.
+/// The facts about an incident that are not in the content of a row.
 struct FoundIncident {
   /// The lines that have the incident, in the order of the feeds.
   std::vector<std::shared_ptr<const TransitLineFields>> lines = {};
   AlertSeverity severity = AlertSeverity::unknownSeverity;
   AlertCause cause = AlertCause::unknownCause;
   AlertEffect effect = AlertEffect::unknownEffect;
-  /// The names of the stops that the incident is about, in the feed's order.
+  /// The names of the affected stops, in the feed's order.
   std::vector<std::string> stops = {};
-  /// The incident is about one of the two directions of its lines.
+  /// Whether the incident affects one direction only.
   bool isOneDirectionOnly = false;
 };
 

@@ -17,7 +17,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// While the list on screen stays current, its date is written only this often.
+/// The date of a list that stays the same is saved only this often.
 constexpr Seconds kListDatePrecision{600};
 
 /// Opens, and tells the observer whether that succeeded.
@@ -42,7 +42,7 @@ HostedWidget::HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL o
       controller_(RVTransitIncidentsViewController::make(host_, {limits.width, limits.compactHeight})),
       feedStates_(updates.feedStates),
       updates_([this] { askForUpdate(); }, std::move(updates)),
-      savedListDate_(keptListDate()) {
+      savedListDate_(loadListDate()) {
   controller_->view();
   if (observer_) {
     observer_->hostDidLoad(controller_, {limits.width, limits.compactHeight});
@@ -71,7 +71,7 @@ void HostedWidget::start(Handlers handlers) {
 
 void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
   if (std::exchange(isShown_, isShown) == isShown) return;
-  updates_.setInSight(isShown);
+  updates_.setVisible(isShown);
   if (isShown) {
     host_->setLimits(limits);
     if (observer_) observer_->hostWillShow();
@@ -81,7 +81,7 @@ void HostedWidget::setShown(bool isShown, const PanelHost::Limits& limits) {
     if (observer_) observer_->hostWillHide();
     controller_->viewWillDisappear(true);
     controller_->viewDidDisappear(true);
-    noteListDate();
+    updateSavedListDate();
   }
 }
 
@@ -93,8 +93,8 @@ void HostedWidget::widthDidChange(const PanelHost::Limits& limits, double height
   controller_->viewWillTransitionToSize({limits.width, height});
 }
 
-/// The data source is asked, because the widget announces its preferred size only when its list changes: not
-/// for the list that it was restored with, nor always for another text size.
+/// Asks the data source, because the widget announces its preferred size only when its list changes: not for
+/// a restored list, and not always for another text size.
 double HostedWidget::preferredHeight(double room) const {
   const auto& dataSource = controller_->dataSource();
   const Size preferred = dataSource->preferredContentSizeForExpanded(
@@ -104,7 +104,8 @@ double HostedWidget::preferredHeight(double room) const {
 
 void HostedWidget::textSizeDidChange() {
   controller_->view().environmentDidChange();
-  // The widget reloads its rows only for another list, but each row got its height when it was made.
+  // The widget reloads its rows only when its list changes, but the height of a row is set when the row is
+  // made.
   controller_->tableView()->reloadData();
 }
 
@@ -127,15 +128,15 @@ void HostedWidget::setExpanded(bool expanded) {
   applyMode();
 }
 
-/// The widget calls this in the middle of an update, so the mode changes later.
+/// Called during an update of the widget, so the mode changes in a later turn of the event loop.
 void HostedWidget::availabilityDidChange() {
   if (std::exchange(isModePending_, true)) return;
   QMetaObject::invokeMethod(
       this, [this] { applyMode(); }, Qt::QueuedConnection);
 }
 
-/// Expands the widget when the user wants that and there is more to show. After an error has passed, the
-/// widget expands again by itself.
+/// Expands the widget if the user wants that and there is more to show. After an error, which collapses the
+/// widget, it expands again by itself.
 void HostedWidget::applyMode() {
   isModePending_ = false;
   const auto mode = offersMore() && wantsExpanded_ ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
@@ -162,16 +163,16 @@ std::optional<Error> HostedWidget::fetchError() const {
   return controller_->dataSource()->transitLineItemResult()->error();
 }
 
-/// Called for every fetch, also for those that the widget starts by itself.
+/// Called when a fetch begins or ends, also if the widget has started it.
 void HostedWidget::requestDidChange() {
   if (isFetching()) {
     updates_.fetchDidBegin();
   } else {
     const std::optional<Error>& error = controller_->transitLineItemResult()->error();
-    listDate_ = error ? std::nullopt : std::optional(newsDate());
+    listDate_ = error ? std::nullopt : std::optional(dateOfOldestAlerts());
     if (isShown_) {
       saveState();
-      if (isListDateOld()) noteListDate();
+      if (isSavedListDateOld()) updateSavedListDate();
     }
     logFailureOnce(error);
     updates_.fetchDidEnd(error.has_value());
@@ -179,16 +180,15 @@ void HostedWidget::requestDidChange() {
   handlers_.fetchDidChange();
 }
 
-/// Retries fail with the same reason again and again: it is logged once, and once more after a success.
+/// A retry often fails for the same reason. Each reason is logged once, and again after a success.
 void HostedWidget::logFailureOnce(const std::optional<Error>& error) {
   std::string reason = error ? sentenceOf(*error) : "";
   if (reason != loggedFailure_ && error) logError("%@", {reason});
   loggedFailure_ = std::move(reason);
 }
 
-/// The widget itself saves its state when it disappears, but a process that is killed never gets there. So
-/// the list is saved as soon as it is on screen. A list that could not be saved is tried again after the next
-/// fetch or change of mode.
+/// The widget saves its state when it disappears, but a killed process never gets there. So the list is saved
+/// as soon as it is on screen. If that fails, it is saved after the next fetch or change of mode.
 void HostedWidget::saveState() {
   const auto& dataSource = controller_->dataSource();
   const auto result = dataSource->transitLineItemResult();
@@ -196,28 +196,28 @@ void HostedWidget::saveState() {
   const bool isExpanded = dataSource->isExpanded();
   if (result == savedResult_ && isExpanded == savedExpanded_) return;
   if (!saveUIData(std::make_shared<const RVTransitIncidentViewControllerState>(result, isExpanded)))
-    // The reason is in the log already.
+    // The log already has the reason.
     return logDebug("The list on screen could not be saved; the one saved before stays");
   savedResult_ = result;
   savedExpanded_ = isExpanded;
 }
 
-/// Whether the saved list is the one on screen, but with another date.
-bool HostedWidget::isListDateOld() const {
+/// Whether the list on screen is saved, but its saved date is out of date.
+bool HostedWidget::isSavedListDateOld() const {
   if (savedResult_ != controller_->transitLineItemResult()) return false;
   if (!listDate_ || !savedListDate_) return listDate_ != savedListDate_;
   return *listDate_ < *savedListDate_ || *listDate_ - *savedListDate_ > kListDatePrecision;
 }
 
-/// Tells the next start how old the saved list is. The widget's own saved state does not say that.
-void HostedWidget::noteListDate() {
+/// Saves the date of the list for the next start. The widget's own saved state has no date.
+void HostedWidget::updateSavedListDate() {
   if (!controller_->transitLineItemResult() || listDate_ == savedListDate_) return;
   savedListDate_ = listDate_;
-  keepListDate(listDate_);
+  saveListDate(listDate_);
 }
 
-/// The age of a list whose feeds were all just fetched is 0; kept alerts are older.
-Date HostedWidget::newsDate() const {
+/// The time of the oldest alerts in the list: now, if all feeds were fetched; earlier, if alerts were kept.
+Date HostedWidget::dateOfOldestAlerts() const {
   Date date = platform().mainLoop().now();
   if (!feedStates_) return date;
   for (const FeedState& state : feedStates_()) {

@@ -20,53 +20,53 @@ class RVTransitIncidentsViewController;
 
 namespace linewatch::desktop {
 
-/// The transit widget inside the panel. It tells the widget when it appears and disappears, which display
-/// mode it has and how large it may be; asks for updates; and saves the widget's list as soon as it is on
-/// screen. Needs an installed platform. Main thread.
+/// The transit widget in the panel. HostedWidget tells the widget when it appears and disappears, its display
+/// mode and its largest size. It also schedules the widget's updates, and saves the widget's list as soon as
+/// the list is on screen. Needs an installed platform. Main thread.
 class HostedWidget final : public QObject {
  public:
-  /// What the panel is told. Each is called after the state has changed.
+  /// Handlers of the panel. Each is called after the state has changed.
   struct Handlers {
-    /// The widget has other rows, or another number of them.
+    /// The rows, or their number, have changed.
     std::function<void()> contentDidChange;
-    /// The display mode, or whether there is more to show, has changed.
+    /// The display mode has changed, or whether the widget has more to show.
     std::function<void()> modeDidChange;
     /// A fetch has begun or ended.
     std::function<void()> fetchDidChange;
   };
 
-  /// `wantsExpanded`: the user's choice; absent before the first one: as the widget was when it was saved. No
+  /// `wantsExpanded`: the user's choice. When absent, the widget has the mode in which it was saved. No
   /// handler is called before `start`. `observer` may be null.
   HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL openURL, std::optional<bool> wantsExpanded,
                PanelUpdates::Settings updates = {}, std::shared_ptr<HostObserver> observer = nullptr);
   ~HostedWidget() override;
 
   void start(Handlers handlers);
-  /// Whether the user can see the widget. Only then does it fetch by itself.
+  /// Whether the widget is visible. A hidden widget does not fetch.
   void setShown(bool isShown, const PanelHost::Limits& limits);
   bool isShown() const { return isShown_; }
 
   const PanelHost::Limits& limits() const { return host_->limits(); }
   void setLimits(const PanelHost::Limits& limits) { host_->setLimits(limits); }
-  /// The window's width has changed; `height` is the present height of the rows, in points.
+  /// To be called after the window's width has changed. `height`: the height of the rows, in points.
   void widthDidChange(const PanelHost::Limits& limits, double height);
-  /// The height of all rows, at least that of one row and at most `room`, in points.
+  /// The height of all rows, in points: at least one row, at most `room`.
   double preferredHeight(double room) const;
   /// To be called after the platform's text size has changed.
   void textSizeDidChange();
 
-  /// Expands or collapses the widget, as the user asks: at once, or as soon as there is more to show.
+  /// Expands or collapses the widget for the user. If it has no more to show, it expands when it has.
   void setExpanded(bool expanded);
   bool isExpanded() const;
   bool offersMore() const;
 
   PanelUpdates& updates() { return updates_; }
   bool isFetching() const;
-  /// Why the last fetch failed; absent when it did not.
+  /// The error of the last fetch; absent after a success.
   std::optional<Error> fetchError() const;
-  /// Whether no fetch has ended yet, so that the list is the saved one, if there is any.
+  /// Whether the list is the saved one, or none, because no fetch has ended yet.
   bool showsSavedList() const;
-  /// When the saved list was last known to be current; absent when that is not known.
+  /// When the saved list was last known to be up to date; absent when unknown.
   std::optional<Date> savedListDate() const { return savedListDate_; }
 
   RVTransitIncidentsViewController& controller() { return *controller_; }
@@ -78,9 +78,9 @@ class HostedWidget final : public QObject {
   void applyMode();
   void logFailureOnce(const std::optional<Error>& error);
   void saveState();
-  bool isListDateOld() const;
-  void noteListDate();
-  Date newsDate() const;
+  bool isSavedListDateOld() const;
+  void updateSavedListDate();
+  Date dateOfOldestAlerts() const;
 
   void askForUpdate();
 
@@ -92,16 +92,16 @@ class HostedWidget final : public QObject {
   PanelUpdates updates_;
   Handlers handlers_;
   bool isShown_ = false;
-  /// The user's choice, even while the widget has nothing more to show.
+  /// The user's choice. It stays while the widget has no more to show.
   bool wantsExpanded_ = false;
   bool isModePending_ = false;
-  /// What was saved last.
+  /// The result and the mode that were saved last.
   std::shared_ptr<const RVResult> savedResult_;
   bool savedExpanded_ = false;
   std::optional<Date> savedListDate_;
-  /// When the list on screen was last known to be current; absent for an error.
+  /// When the list on screen was last known to be up to date; absent for an error.
   std::optional<Date> listDate_;
-  /// The failure that was logged last; empty after a success.
+  /// The sentence that was logged last; empty after a success.
   std::string loggedFailure_;
 };
 

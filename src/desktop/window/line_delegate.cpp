@@ -29,7 +29,7 @@ constexpr double kRowRadius = 8;
 constexpr double kStroke = 1.6;
 constexpr float kHoverAlpha = 0.06F;
 
-/// The rectangle in the interface's direction, from one in a left-to-right row.
+/// Mirrors a rectangle of a left-to-right row if the interface is right-to-left.
 QRectF mirrored(const QRectF& place, const QStyleOptionViewItem& option) {
   if (option.direction == Qt::LeftToRight) return place;
   const QRectF row = option.rect;
@@ -118,7 +118,7 @@ void LineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   painter->restore();
 }
 
-/// Chooses a smaller shield when it does not fit its column.
+/// A shield that does not fit its column gets a smaller size.
 void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index, const QRectF& place) const {
   const auto artwork = index.data(kArtworkRole).value<SharedArtwork>();

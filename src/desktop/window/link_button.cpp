@@ -16,7 +16,7 @@ LinkButton::LinkButton(const QString& text) {
   clickOnEnter(*this);
 }
 
-/// The arrow means that the link leaves the program. It is mirrored in right-to-left interfaces.
+/// The arrow means that the link opens another program. In right-to-left interfaces it is mirrored.
 QString LinkButton::shownText() const {
   return text() + (layoutDirection() == Qt::RightToLeft ? QStringLiteral(" ↖") : QStringLiteral(" ↗"));
 }

@@ -27,21 +27,21 @@ constexpr int kHeaderLeftInset = 16;
 constexpr int kHeaderRightInset = 10;
 constexpr double kTitleSize = 13;
 constexpr double kNoteSize = 11;
-// The header grows at most this much with the text size, because the rows need the room more.
+// The largest scale of the header; the rows need the room more.
 constexpr double kMostHeaderScale = 1.6;
-// A label with room for fewer letters than this shows nothing.
+// If a label has no room for this many letters, it shows nothing.
 constexpr int kFewLetters = 6;
 constexpr int kNewsSpacing = 8;
 constexpr int kNewsBottomInset = 8;
-// A wider button stands below the news instead of beside it.
+// The largest width of the button as a part of the header. A wider button is placed below the news.
 constexpr double kMostButtonWidth = 0.4;
 
 double headerScale(ui::TextSizeCategory textSize) {
   return std::clamp(ui::scaleFactor(ui::TextStyle::body, textSize), 1.0, kMostHeaderScale);
 }
 
-/// A label of plain text that may become narrower than its text. The text then ends in an ellipsis; with room
-/// for only a few letters it is left out.
+/// A label of plain text that may be narrower than its text. The text then ends in an ellipsis, or disappears
+/// if there is room for a few letters only.
 class ElidingLabel final : public QLabel {
  public:
   ElidingLabel() { setTextFormat(Qt::PlainText); }
@@ -58,7 +58,7 @@ class ElidingLabel final : public QLabel {
   }
 };
 
-/// A button with a menu but without the menu arrow: its text, three dots, already means a menu.
+/// A menu button without the arrow: the three dots of its text already mean a menu.
 class ArrowlessMenuButton final : public QToolButton {
  protected:
   void initStyleOption(QStyleOptionToolButton* option) const override {

@@ -14,34 +14,32 @@ class QToolButton;
 
 namespace linewatch::desktop {
 
-/// The panel's header: its title, a note on the data, a button that shows more or fewer rows, and a button
-/// that opens the menu. Below them, when something is wrong, the news of it and a button that tries again.
-/// Main thread.
+/// The panel's header: a title, a note about the data, a button for more or fewer rows, and a menu button.
+/// When something is wrong, a second row has the news and a button to try again. Main thread.
 class PanelHeader final : public QWidget {
  public:
   struct Actions {
     /// The user asks for more or fewer rows.
     std::function<void()> toggle;
-    /// The user asks for another update, because of the news.
+    /// The user asks for another update.
     std::function<void()> tryAgain;
   };
 
   PanelHeader(const WindowTexts& texts, Actions actions);
 
-  /// The texts grow with the text size, but less than the rows do.
+  /// The header's texts grow less than the rows.
   void setTextSize(ui::TextSizeCategory textSize);
-  /// Gives the header the height that it needs at this width, in points. To be called after its width, text
-  /// size or news have changed.
+  /// Sets the height that the header needs at this width, in points. To be called after the width, the text
+  /// size or the news have changed.
   void fitTo(int width);
 
   void setMenu(QMenu* menu);
   QMenu* menu() const;
 
-  /// The tool tip repeats the note, which may be cut short.
+  /// The note may be cut short, so its tooltip has the whole text.
   void setNote(const QString& note);
 
-  /// `details`: plain text, shown as a tool tip and told by assistive technology. An empty text removes the
-  /// news.
+  /// `details`: plain text for the tooltip and for assistive technology. An empty text removes the news.
   void setNews(const QString& text, const QString& details);
   bool hasNews() const;
 

@@ -7,15 +7,16 @@
 
 namespace linewatch::desktop {
 
-/// The panel as the widget sees it: how large the widget may be, and its display mode. Main thread.
+/// The widget's host: tells the widget how large it may be and which display mode it has, and opens its URLs.
+/// Main thread.
 class PanelHost final : public ExtensionContext {
  public:
   using OpenURL = std::function<void(const URL& url, std::function<void(bool success)> completion)>;
 
-  /// The largest sizes of the widget, in points.
+  /// The largest size of the widget, in points.
   struct Limits {
     double width = 0;
-    /// The height of the compact widget, which is that of each row.
+    /// The height of the compact widget. Each row of the expanded widget has the same height.
     double compactHeight = 0;
     double expandedHeight = 0;
   };
@@ -26,7 +27,7 @@ class PanelHost final : public ExtensionContext {
   void setLimits(const Limits& limits) { limits_ = limits; }
   void setActiveDisplayMode(WidgetDisplayMode mode) { active_ = mode; }
   WidgetDisplayMode largestAvailableDisplayMode() const { return largest_; }
-  /// Called whenever the widget says whether it has more to show.
+  /// `handler` is called each time the widget sets its largest available display mode.
   void setAvailabilityHandler(std::function<void()> handler) { availabilityHandler_ = std::move(handler); }
 
   Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const override {

@@ -11,7 +11,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// Finding the service loads libraries, so it waits until the window is on screen.
+/// Looking for the network service loads libraries. It waits until the window is on screen.
 constexpr int kDelayMilliseconds = 2000;
 
 using WatchMetering = void(QObject& owner, const std::function<void(bool isMetered)>& changed);

@@ -5,8 +5,9 @@
 
 namespace linewatch::desktop {
 
-/// Calls `changed` when the network becomes metered or ceases to be, and once soon if it is metered now, as
-/// long as `owner` lives. Never where no service of the machine knows. Needs a QCoreApplication; main thread.
+/// Calls `changed` each time the network becomes metered or unmetered, and soon after the start if it is
+/// metered then. Ends with `owner`. Without a network service on the machine it is never called. Needs a
+/// QCoreApplication; main thread.
 void watchMetering(QObject& owner, std::function<void(bool isMetered)> changed);
 
 }  // namespace linewatch::desktop

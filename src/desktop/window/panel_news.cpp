@@ -14,16 +14,16 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// More names than this would fill the header.
+/// Longer lists of names would fill the header.
 constexpr std::size_t kMostNamedLines = 6;
 
-/// The text for a feed in that state, and the one without a date.
+/// The keys of the texts for one state: with and without an age.
 struct FeedSentence {
   FeedState::Kind kind;
   std::string_view dated, undated;
 };
 
-/// In the order in which the header names feeds: those without news first.
+/// In the order of importance: feeds with unknown lines first.
 constexpr std::array kSentences = {
     FeedSentence{FeedState::Kind::unreachable, "FeedUnreachable", "FeedNeverLoaded"},
     FeedSentence{FeedState::Kind::notMatching, "FeedNotMatching", "FeedNotMatching"},
@@ -35,8 +35,8 @@ constexpr std::array kSentences = {
 
 auto rankOf(const FeedState& state) { return std::ranges::find(kSentences, state.kind, &FeedSentence::kind); }
 
-/// The feeds that are not fresh, the worst first.
-std::vector<FeedState> unsoundFeeds(std::vector<FeedState> states) {
+/// The feeds that are not up to date, the most important first.
+std::vector<FeedState> feedsToReport(std::vector<FeedState> states) {
   std::erase_if(states, [](const FeedState& state) { return rankOf(state) == kSentences.end(); });
   std::ranges::stable_sort(states, {}, rankOf);
   return states;
@@ -53,7 +53,7 @@ QString withReason(const QString& sentence, const std::optional<Error>& error, c
   return texts("BecauseOf", {sentence.toStdString(), sentenceOf(*error)});
 }
 
-/// "5, 7 and 12"; of many names the first ones, and how many more there are.
+/// For example "5, 7 and 12", or "1, 2, 3, 4, 5 and 35 more".
 std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& texts) {
   const std::size_t named = lines.size() > kMostNamedLines ? kMostNamedLines - 1 : lines.size();
   QStringList names;
@@ -78,12 +78,12 @@ QString agoInWords(Date date, const WindowTexts& texts, Date now) {
 }
 
 PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {
-  PanelNews said;
+  PanelNews result;
   QStringList sentences, details;
-  const std::vector<FeedState> feeds = unsoundFeeds(news.states);
+  const std::vector<FeedState> feeds = feedsToReport(news.states);
   for (const FeedState& feed : feeds) {
     details << withReason(feedSentence(feed, texts, now), feed.error, texts);
-    said.hasAge |= feed.since.has_value();
+    result.hasAge |= feed.since.has_value();
   }
   if (!feeds.empty()) sentences << feedSentence(feeds.front(), texts, now);
   if (feeds.size() > 1) sentences << texts("MoreFeeds", {std::uint64_t{feeds.size() - 1}});
@@ -96,9 +96,9 @@ PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {
                        {std::uint64_t{news.unknownLines.size()}, listOf(news.unknownLines, texts)});
     details << sentences.back();
   }
-  said.text = sentences.join(QLatin1Char(' '));
-  said.details = details.join(QLatin1Char(' '));
-  return said;
+  result.text = sentences.join(QLatin1Char(' '));
+  result.details = details.join(QLatin1Char(' '));
+  return result;
 }
 
 }  // namespace linewatch::desktop

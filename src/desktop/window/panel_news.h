@@ -12,21 +12,21 @@
 
 namespace linewatch::desktop {
 
-/// What the last fetch said of the feeds.
+/// The state of the feeds after the last fetch.
 struct FeedNews {
   std::vector<FeedState> states;
   std::vector<UnknownLine> unknownLines;
-  /// Why the list could not be loaded; absent when it could.
+  /// Why the list could not be loaded; absent after a success.
   std::optional<Error> error;
 };
 
-/// What the panel's header says when the list is not all there or not up to date.
+/// The text in the panel's header when the list is incomplete or not up to date.
 struct PanelNews {
-  /// One or two sentences; empty when all is well.
+  /// A few sentences; empty when the list is complete and up to date.
   QString text;
-  /// A sentence for each feed, with the reason in brackets.
+  /// For the tooltip: a sentence for each feed, with the reason in brackets.
   QString details;
-  /// Whether the words will change as time passes.
+  /// Whether the text contains an age, which changes as time passes.
   bool hasAge = false;
 };
 

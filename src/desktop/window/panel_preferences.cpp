@@ -21,31 +21,31 @@ std::shared_ptr<PreferencesStore> programPreferences() {
 
 }  // namespace
 
-std::optional<ui::TextSizeCategory> keptTextSize() {
+std::optional<ui::TextSizeCategory> loadTextSize() {
   const auto value = programPreferences()->objectForKey(kTextSizeKey);
   const auto* const name = value ? value->get<std::string>() : nullptr;
   return name ? ui::textSizeCategoryNamed(*name) : std::nullopt;
 }
 
-void keepTextSize(ui::TextSizeCategory category) {
+void saveTextSize(ui::TextSizeCategory category) {
   programPreferences()->setObject(std::string(ui::nameOf(category)), kTextSizeKey);
 }
 
-std::optional<bool> keptExpansion() {
+std::optional<bool> loadExpansion() {
   const auto preferences = programPreferences();
   if (!preferences->objectForKey(kExpandedKey)) return std::nullopt;
   return preferences->boolForKey(kExpandedKey);
 }
 
-void keepExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded, kExpandedKey); }
+void saveExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded, kExpandedKey); }
 
-std::optional<Date> keptListDate() {
+std::optional<Date> loadListDate() {
   const auto value = programPreferences()->objectForKey(kListDateKey);
   const auto* const seconds = value ? value->get<double>() : nullptr;
   return seconds ? std::optional(Date(Seconds(*seconds))) : std::nullopt;
 }
 
-void keepListDate(std::optional<Date> date) {
+void saveListDate(std::optional<Date> date) {
   if (!date) return programPreferences()->removeObject(kListDateKey);
   programPreferences()->setObject(secondsOf(*date), kListDateKey);
 }

@@ -7,18 +7,18 @@
 
 namespace linewatch::desktop {
 
-// What the panel keeps for its next start; a choice of the user is absent before the first one. Needs an
+// Values that the panel saves for its next start. A choice is absent until the user makes it. Needs an
 // installed platform. Main thread.
 
-std::optional<ui::TextSizeCategory> keptTextSize();
-void keepTextSize(ui::TextSizeCategory category);
+std::optional<ui::TextSizeCategory> loadTextSize();
+void saveTextSize(ui::TextSizeCategory category);
 
-/// Whether the widget is to be expanded as soon as it can be.
-std::optional<bool> keptExpansion();
-void keepExpansion(bool isExpanded);
+/// Whether the user wants the widget expanded.
+std::optional<bool> loadExpansion();
+void saveExpansion(bool isExpanded);
 
-/// When the saved list was last known to be current; absent when none was saved, or only an error.
-std::optional<Date> keptListDate();
-void keepListDate(std::optional<Date> date);
+/// When the saved list was last known to be up to date; absent without a saved list, or if it is an error.
+std::optional<Date> loadListDate();
+void saveListDate(std::optional<Date> date);
 
 }  // namespace linewatch::desktop

@@ -13,14 +13,14 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// After a connection has returned, it may take a few seconds until servers can be reached.
-constexpr Seconds kSoon{5};
-/// An update that ended this recently has seen the connection that has returned.
-constexpr Seconds kJustNow{10};
+/// After the network has returned, it may take a few seconds until servers can be reached.
+constexpr Seconds kRetryAfterReturn{5};
+/// A fetch that ended this recently used the network that has just returned.
+constexpr Seconds kRecently{10};
 constexpr Seconds kMeteredRefresh{600};
 constexpr Seconds kShortestPause{5};
 constexpr Seconds kTimerTolerance{1};
-// What chance adds to a pause: a part of it, and for a retry at most this long.
+// The random part of a pause: at most this share of the pause, and for a retry at most this long.
 constexpr double kJitter = 0.1;
 constexpr Seconds kMostRetryJitter{5};
 
@@ -31,7 +31,7 @@ Date now() { return platform().mainLoop().now(); }
 }  // namespace
 
 PanelUpdates::PanelUpdates(std::function<void()> ask, Settings settings)
-    : ask_(std::move(ask)), settings_(std::move(settings)), begun_(settings_.readClocks()) {}
+    : ask_(std::move(ask)), settings_(std::move(settings)), clocksAtStart_(settings_.readClocks()) {}
 
 std::vector<FeedState> PanelUpdates::feedStates() const {
   return settings_.feedStates ? settings_.feedStates() : std::vector<FeedState>();
@@ -39,24 +39,24 @@ std::vector<FeedState> PanelUpdates::feedStates() const {
 
 void PanelUpdates::fetchDidBegin() {
   isFetching_ = true;
-  begun_ = settings_.readClocks();
+  clocksAtStart_ = settings_.readClocks();
   cancelTimer();
 }
 
 void PanelUpdates::fetchDidEnd(bool failed) {
   isFetching_ = false;
-  ended_ = now();
+  endOfFetch_ = now();
   hasFailed_ = failed || std::ranges::any_of(feedStates(), isFailing);
   const bool mustAskAgain = std::exchange(mustAskAgain_, false);
   const bool connectionHasReturned = std::exchange(connectionHasReturned_, false);
-  if (!isInSight_) return;
+  if (!isVisible_) return;
   if (mustAskAgain) return ask_();
-  if (connectionHasReturned && hasFailed_) return scheduleIn(kSoon);
+  if (connectionHasReturned && hasFailed_) return scheduleIn(kRetryAfterReturn);
   scheduleNext();
 }
 
-void PanelUpdates::setInSight(bool isInSight) {
-  isInSight_ = isInSight;
+void PanelUpdates::setVisible(bool isVisible) {
+  isVisible_ = isVisible;
   cancelTimer();
 }
 
@@ -67,16 +67,17 @@ void PanelUpdates::userDidAsk() {
 void PanelUpdates::favoritesDidChange() {
   if (isFetching_) {
     mustAskAgain_ = true;
-  } else if (isInSight_) {
+  } else if (isVisible_) {
     ask_();
   }
 }
 
-/// A machine that wakes up finds its network a moment later: the update after waking was enough, unless it
-/// failed.
+/// After sleep the network returns a moment after the clock check. If the fetch of the clock check has
+/// succeeded, the network needs no second one.
 void PanelUpdates::connectionDidReturn() {
-  if (!isInSight_) return;
-  if (!isFetching_ && !hasFailed_ && ended_ && *ended_ <= now() && now() - *ended_ < kJustNow) return;
+  if (!isVisible_) return;
+  if (!isFetching_ && !hasFailed_ && endOfFetch_ && *endOfFetch_ <= now() && now() - *endOfFetch_ < kRecently)
+    return;
   connectionHasReturned_ = true;
   if (!isFetching_) ask_();
 }
@@ -88,8 +89,8 @@ void PanelUpdates::setMetered(bool isMetered) {
 
 void PanelUpdates::checkClock() {
   const ClockReading reading = settings_.readClocks();
-  if (!isInSight_ || !hasJumped(begun_, reading)) return;
-  begun_ = reading;
+  if (!isVisible_ || !hasJumped(clocksAtStart_, reading)) return;
+  clocksAtStart_ = reading;
   if (isFetching_) {
     mustAskAgain_ = true;
   } else {
@@ -103,13 +104,14 @@ double PanelUpdates::randomPart() {
   return platform().randomSource().next() / (std::numeric_limits<std::uint32_t>::max() + 1.0);
 }
 
-Seconds PanelUpdates::ordinaryPause() const {
+Seconds PanelUpdates::refreshPause() const {
   const Seconds refresh = isMetered_ ? std::max(settings_.refresh, kMeteredRefresh) : settings_.refresh;
   return refresh * (1 + kJitter * randomPart());
 }
 
-/// Until the first retry or end of a grace; absent when no feed needs one. A retry is never early; the end of
-/// a grace is exact, because from then on the kept alerts no longer count.
+/// The time until the first retry or the first end of a grace period; absent when no feed has failed. A retry
+/// may be late but never early. The end of a grace is exact, because the kept alerts are no longer shown
+/// after it.
 std::optional<Seconds> PanelUpdates::pauseForFeeds(const std::vector<FeedState>& states) const {
   const Date present = now();
   std::optional<Seconds> shortest;
@@ -129,7 +131,7 @@ void PanelUpdates::scheduleNext() {
   const auto forFeeds = pauseForFeeds(states);
   const bool allFail = !states.empty() && std::ranges::all_of(states, isFailing);
   if (allFail && forFeeds) return scheduleIn(*forFeeds);
-  scheduleIn(forFeeds ? std::min(*forFeeds, ordinaryPause()) : ordinaryPause());
+  scheduleIn(forFeeds ? std::min(*forFeeds, refreshPause()) : refreshPause());
 }
 
 void PanelUpdates::scheduleIn(Seconds interval) {

@@ -15,46 +15,49 @@ class Timer;
 
 namespace linewatch::desktop {
 
-/// How often a panel on screen asks for an update, unless the user says otherwise.
+/// The default time between two updates of a visible panel.
 inline constexpr Seconds kUsualRefresh{120};
 
-/// Decides when to ask the widget for updates that it does not start by itself:
+/// Schedules the widget's updates, in addition to those that the widget starts by itself:
 ///
-/// - on screen, every `refresh` seconds and up to a tenth of that more, at random, so that panels that were
-///   started together do not ask together; on a metered network every 10 minutes;
-/// - when a failed feed is to be tried again, and when the grace of its kept alerts ends. While every feed
-///   fails nothing else is asked for;
-/// - once, when the machine wakes up, its clock is set, the network returns, or the favourites change.
+/// - while the widget is visible, every `refresh` seconds plus a random part of at most a tenth, so that
+/// panels
+///   that start together do not fetch together; every 10 minutes on a metered network;
+/// - at the next retry of a failed feed, and when the grace of its kept alerts ends; if every feed has
+/// failed,
+///   only then;
+/// - once after the machine resumes from sleep, after its clock is set, after the network returns, and after
+///   the favourites change.
 ///
-/// Asks for nothing while the widget is hidden. Needs an installed platform. Main thread.
+/// While the widget is hidden nothing is scheduled. Needs an installed platform. Main thread.
 class PanelUpdates {
  public:
   struct Settings {
     Seconds refresh = kUsualRefresh;
-    /// The states of the shown feeds after the last fetch. An empty function: no feed ever fails.
+    /// Gives the states of the feeds after the last fetch. Without this function no feed ever fails.
     std::function<std::vector<FeedState>()> feedStates = {};
     std::function<ClockReading()> readClocks = desktop::readClocks;
   };
 
-  /// `ask` makes the widget start a fetch; it is not called while a fetch runs.
+  /// `ask` makes the widget start a fetch. It is never called while a fetch runs.
   PanelUpdates(std::function<void()> ask, Settings settings);
   ~PanelUpdates() { cancelTimer(); }
   PanelUpdates(const PanelUpdates&) = delete;
   PanelUpdates& operator=(const PanelUpdates&) = delete;
 
-  /// To be called for every fetch, whoever started it. `fetchDidEnd` is called when the next fetch can be
-  /// started.
+  /// To be called for every fetch, also for those that the widget starts by itself. When `fetchDidEnd` is
+  /// called, the next fetch can be started.
   void fetchDidBegin();
   void fetchDidEnd(bool failed);
-  /// A widget that appears starts a fetch by itself.
-  void setInSight(bool isInSight);
+  /// Whether the widget is visible. A widget that appears starts a fetch by itself.
+  void setVisible(bool isVisible);
 
   void userDidAsk();
   void favoritesDidChange();
   void connectionDidReturn();
   void setMetered(bool isMetered);
-  /// To be called when the machine may have slept or its clock may have been set. Asks if one of them
-  /// happened after the last fetch began.
+  /// To be called when the machine may have slept, or when its clock may have been set. Asks for an update if
+  /// one of them has happened since the last fetch began.
   void checkClock();
 
  private:
@@ -62,24 +65,26 @@ class PanelUpdates {
   void scheduleNext();
   void scheduleIn(Seconds interval);
   void cancelTimer();
-  /// A random part of 1.
+  /// A random number from 0 to 1, without 1.
   static double randomPart();
-  Seconds ordinaryPause() const;
+  Seconds refreshPause() const;
   std::optional<Seconds> pauseForFeeds(const std::vector<FeedState>& states) const;
 
   std::function<void()> ask_;
   Settings settings_;
-  bool isInSight_ = false;
+  bool isVisible_ = false;
   bool isFetching_ = false;
   bool isMetered_ = false;
-  /// These happened after the running fetch began, which may not have noticed them.
+  /// Events during the running fetch. The fetch may have started too early to notice them, so they are
+  /// handled when it ends.
   bool mustAskAgain_ = false;
   bool connectionHasReturned_ = false;
-  /// The outcome of the last fetch, and when it ended; absent before the first one.
+  /// Whether the last fetch or one of its feeds failed, and when the fetch ended; absent before the first
+  /// one.
   bool hasFailed_ = false;
-  std::optional<Date> ended_;
-  /// When the last fetch began.
-  ClockReading begun_;
+  std::optional<Date> endOfFetch_;
+  /// The clocks when the last fetch began.
+  ClockReading clocksAtStart_;
   /// Null when no update is scheduled.
   std::shared_ptr<Timer> timer_;
 };

@@ -42,7 +42,7 @@ constexpr int kLeastWidth = 280;
 constexpr int kMostWidth = 640;
 constexpr int kPlaceholderMargin = 16;
 constexpr double kPlaceholderSize = 13;
-// Room for the window's frame, which the screen's available geometry does not exclude.
+// Room for the window's frame: the screen's available geometry includes it.
 constexpr int kFrameAllowance = 48;
 
 constexpr int kResizeMilliseconds = 220;
@@ -50,8 +50,8 @@ constexpr int kAgingMilliseconds = 60'000;
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
-/// The text of a menu entry. In a right-to-left interface, text and shortcut are isolated: otherwise the
-/// parts of "Ctrl+F", and an English text, would be reordered.
+/// The text of a menu entry. In a right-to-left interface the text and the shortcut are isolated. Otherwise
+/// English text and the parts of "Ctrl+F" would be reordered.
 QString menuText(const QString& text, const QKeySequence& shortcut) {
   if (!QApplication::isRightToLeft()) return text;
   return QStringLiteral("\u2068%1\u2069\t\u2066%2\u2069")
@@ -90,10 +90,10 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = keptTextSize()) services_.setTextSize(*textSize);
+  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
-      limitsFor(textSizeNow()), services_.openURL, keptExpansion(),
+      limitsFor(textSizeNow()), services_.openURL, loadExpansion(),
       PanelUpdates::Settings{.refresh = options_.refresh, .feedStates = [this] { return feedNews().states; }},
       services_.observer);
   widget_->updates().setMetered(isMetered_);
@@ -114,7 +114,7 @@ void PanelWindow::loadWidget() {
 
 PanelWindow::~PanelWindow() {
   hide();
-  // It draws the widget's view, so it goes first.
+  // It draws the widget's view, so it is deleted before the widget.
   delete rows_;
 }
 
@@ -144,7 +144,7 @@ void PanelWindow::favoritesDidChange() {
 
 // ---- The window's parts ----
 
-/// Seen only when something, such as another program that uses the saved data, keeps the widget waiting.
+/// Visible only while the widget has to wait, e.g. for another program that locks the saved data.
 QWidget* PanelWindow::makePlaceholder() {
   auto* const label = new QLabel;
   label->setTextFormat(Qt::PlainText);
@@ -178,7 +178,7 @@ void PanelWindow::makeActions() {
       services_.saveRecording
           ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S}, services_.saveRecording)
           : nullptr;
-  // These need the widget; closing the window does not.
+  // The entries so far need the widget; closing the window does not.
   for (QAction* const action : actions()) action->setEnabled(false);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
@@ -253,14 +253,14 @@ QString PanelWindow::noteText() const {
 
 FeedNews PanelWindow::feedNews() const { return services_.feedNews ? services_.feedNews() : FeedNews(); }
 
-/// An update that the panel itself asks for changes nothing here until it has ended. The news say more of the
-/// age than the note does, and take its place.
+/// The note does not change while an update runs that the user has not started. When there is news, the note
+/// is empty, because the news has the ages.
 void PanelWindow::showNote() {
   showNews();
   header_->setNote(noteText());
 }
 
-/// The reasons are long and name servers and files, so they are shown only as a tool tip.
+/// The details are long, with names of servers and files, so they are in the tooltip.
 void PanelWindow::showNews() {
   PanelNews news;
   bool isError = false;
@@ -287,7 +287,7 @@ void PanelWindow::setHeaderTextSize(ui::TextSizeCategory category) {
   header_->fitTo(width() - 2 * kMargin);
 }
 
-/// The news take room from the rows.
+/// The news needs room, which the rows lose.
 void PanelWindow::fitHeader() {
   const int before = header_->height();
   header_->fitTo(width() - 2 * kMargin);
@@ -304,7 +304,7 @@ void PanelWindow::showMode() {
 }
 
 void PanelWindow::setExpanded(bool expanded) {
-  keepExpansion(expanded);
+  saveExpansion(expanded);
   widget_->setExpanded(expanded);
 }
 
@@ -330,7 +330,7 @@ void PanelWindow::screenDidChange() {
 void PanelWindow::roomDidChange() {
   if (!widget_ || !widget_->isShown()) return;
   widget_->setLimits(limitsFor(textSizeNow()));
-  // The widget reads its limits again when the text size changes, and at few other times.
+  // The widget reads its limits again when the text size changes, and on few other occasions.
   platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
   fitRows(/*animated=*/false);
 }
@@ -369,7 +369,7 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  keepTextSize(category);
+  saveTextSize(category);
   setHeaderTextSize(category);
   widget_->setLimits(limitsFor(category));
   services_.setTextSize(category);

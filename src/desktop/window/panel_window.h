@@ -25,16 +25,16 @@ namespace linewatch::desktop {
 
 class PanelHeader;
 
-/// What the panel needs of the program around it.
+/// Functions of the program that the panel calls.
 struct PanelServices {
   PanelHost::OpenURL openURL;
   std::function<void()> showFavorites;
   /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
-  /// A few words on the age of the data; may be empty.
+  /// A short text about the age of the data; may be empty.
   std::function<QString()> dataNote;
-  /// The feeds' states and the unknown lines after the last fetch; `error` is left out. An empty function:
-  /// all is well.
+  /// Gives the states of the feeds and the unknown lines after the last fetch, without `error`. Without this
+  /// function the header never reports a feed.
   std::function<FeedNews()> feedNews = {};
   /// Hears what the panel does with the widget; may be null.
   std::shared_ptr<HostObserver> observer = nullptr;
@@ -43,36 +43,35 @@ struct PanelServices {
 };
 
 struct PanelOptions {
-  /// The most rows of the expanded widget; 0: as many as the screen has room for.
+  /// The largest number of rows of the expanded widget; 0: as many as fit the screen.
   std::uint64_t maxRows = 0;
-  /// How often the panel asks for an update.
+  /// The time between two updates.
   Seconds refresh = kUsualRefresh;
 };
 
-/// The panel: a window with a header above a card. At first the card is empty; `loadWidget` puts the transit
-/// widget into it. Needs an installed platform, which must stay the same while the window lives. Main thread.
+/// The panel's window: a header, and a card with the widget's rows. The card is empty until `loadWidget`.
+/// Needs an installed platform, the same one for the window's whole life. Main thread.
 class PanelWindow final : public QWidget {
  public:
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
-  /// Puts the widget into the card, with its saved list and the user's saved choices. To be called once, as
-  /// soon as saved state can be read.
+  /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
+  /// saved state can be read.
   void loadWidget();
 
-  /// Asks the widget for an update, as the user does. This and the others up to `favoritesDidChange` do
-  /// nothing while the card is empty.
+  /// The user asks for an update. This function and the next four do nothing before `loadWidget`.
   void requestUpdate();
-  /// To be called when the network is back.
+  /// To be called when the network has returned.
   void connectionDidReturn();
-  /// To be called when the machine may have slept or its clock may have been set.
+  /// To be called when the machine may have slept, or when its clock may have been set.
   void checkClock();
   void setMetered(bool isMetered);
-  /// To be called after the favourites have been changed.
+  /// To be called after the favourites have changed.
   void favoritesDidChange();
 
-  /// The rest is for a loaded widget only. Changes the mode as the user asks: at once, or when the widget has
-  /// more to show. The choice is saved.
+  /// The following functions need a loaded widget. The user expands or collapses it: at once, or as soon as
+  /// it has more to show. The choice is saved.
   void setExpanded(bool expanded);
   bool isExpanded() const { return widget_->isExpanded(); }
   RVTransitIncidentsViewController& controller() const { return widget_->controller(); }
@@ -95,7 +94,7 @@ class PanelWindow final : public QWidget {
   void makeRows();
   void showPalette();
 
-  /// The widget's limits at the window's width and on its screen.
+  /// The widget's largest size, for the window's width and its screen.
   PanelHost::Limits limitsFor(ui::TextSizeCategory textSize) const;
   double roomForRows() const;
 
@@ -120,15 +119,15 @@ class PanelWindow final : public QWidget {
 
   PanelHeader* header_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
-  /// Runs while the header says how long ago something was.
+  /// Updates the ages in the header; runs only while there are any.
   QTimer* aging_ = nullptr;
-  /// Whether the user has asked for the update that runs.
+  /// Whether the running update was started by the user.
   bool isUserWaiting_ = false;
   bool isMetered_ = false;
-  /// The connection to the screen that the window is on.
+  /// The signal connection to the window's screen.
   QMetaObject::Connection screenRoom_;
 
-  /// While the card is empty: the placeholder. Afterwards: the widget, and the surface that draws it.
+  /// Exists until the widget is loaded; then the widget and its surface replace it.
   QWidget* placeholder_ = nullptr;
   std::unique_ptr<HostedWidget> widget_;
   RowSurface* rows_ = nullptr;

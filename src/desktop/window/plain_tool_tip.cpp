@@ -7,7 +7,7 @@
 namespace linewatch::desktop {
 
 void setPlainToolTip(QWidget& widget, const QString& text) {
-  // As HTML with every character escaped, so that a long text wraps.
+  // HTML with every character escaped, so that a long text wraps.
   widget.setToolTip(text.isEmpty() ? QString() : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
   widget.setAccessibleDescription(text);
 }

@@ -12,7 +12,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// The row with this number. It is valid as long as the surface has that many rows.
+/// One row. Valid while the surface has that many rows.
 class AccessibleRow final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   AccessibleRow(RowSurface& surface, std::size_t row) : surface_(&surface), row_(row) {}
@@ -111,7 +111,7 @@ class AccessibleRows final : public QAccessibleWidget {
  private:
   RowSurface& surface() const { return *static_cast<RowSurface*>(widget()); }
 
-  /// The rows' interfaces, each made on first use.
+  /// The interfaces of the rows. Each is made when it is first needed.
   mutable std::vector<QAccessible::Id> rows_;
 };
 

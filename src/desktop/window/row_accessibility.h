@@ -4,15 +4,15 @@ namespace linewatch::desktop {
 
 class RowSurface;
 
-/// Makes every RowSurface a list of rows for assistive technology. Each row has a name, a description, its
-/// state and an action that presses it. May be called several times.
+/// Shows every RowSurface to assistive technology as a list. Each row has a name, a description, a state and
+/// an action that presses it. May be called several times.
 void installRowAccessibility();
 
-/// Announces to assistive technology that the rows have changed.
+/// Tells assistive technology that the rows have changed.
 void announceRows(RowSurface& surface);
-/// Announces that the words of the focused row have changed, if the surface has the focus.
+/// Tells assistive technology that the words of the focused row have changed. Does nothing without the focus.
 void announceWords(RowSurface& surface);
-/// Announces which row is focused, if the surface has the focus.
+/// Tells assistive technology which row is focused. Does nothing without the focus.
 void announceFocus(RowSurface& surface);
 
 }  // namespace linewatch::desktop

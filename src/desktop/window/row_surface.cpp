@@ -19,7 +19,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points by which one notch of a mouse wheel scrolls.
+// Points for one notch of a mouse wheel.
 constexpr double kWheelStep = 55;
 constexpr double kWheelUnitsANotch = 120;
 constexpr double kHoverStrength = 0.5;
@@ -99,7 +99,7 @@ void RowSurface::setCurrentRow(std::size_t row) {
 
 void RowSurface::pressRow(std::size_t row) { table_->tapRow({0, row}); }
 
-/// Rows that were never visible have estimated heights, so it may take several steps to get there.
+/// Rows that have never been visible have estimated heights, so several steps may be necessary.
 void RowSurface::scrollToRow(std::size_t row) {
   for (std::size_t i = 0; i <= rowCount(); ++i) {
     layOut();
@@ -111,7 +111,7 @@ void RowSurface::scrollToRow(std::size_t row) {
   }
 }
 
-std::size_t RowSurface::rowsInSight() const {
+std::size_t RowSurface::visibleRowCount() const {
   const auto row = currentRow();
   const double rowHeight = row ? table_->rectForRow({0, *row}).height : 0;
   return rowHeight > 0 ? std::max<std::size_t>(1, static_cast<std::size_t>(height() / rowHeight)) : 1;
@@ -152,7 +152,7 @@ void RowSurface::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath outline;
-  // The rectangle's upper corners lie outside of the surface, so that only the lower ones are rounded.
+  // The upper corners of this rectangle are above the surface, so that only the lower ones are rounded.
   outline.addRoundedRect(QRectF(rect()).adjusted(0, -2 * cornerRadius_, 0, 0), cornerRadius_, cornerRadius_);
   painter.setClipPath(outline);
   if (hoveredRow_) paintFill(painter, *hoveredRow_);
@@ -183,7 +183,8 @@ void RowSurface::paintFocus(QPainter& painter) const {
 /// Draws a scroll indicator, unless all rows are visible.
 void RowSurface::paintPosition(QPainter& painter) const {
   const double content = table_->contentHeight();
-  // The surface has a whole number of points, so less than one point is not scrolled.
+  // The surface's height is rounded to whole points, so a difference of less than a point is no reason to
+  // scroll.
   if (content < height() + 1) return;
   const double room = height() - cornerRadius_ - kPositionInset;
   const double length = std::max(kShortestPosition, room * height() / content);
@@ -201,7 +202,7 @@ void RowSurface::mousePressEvent(QMouseEvent* event) {
   pressBegan(event->position());
 }
 
-/// The pressed row becomes the current row of the keyboard.
+/// The pressed row becomes the current row.
 void RowSurface::pressBegan(const QPointF& position) {
   focusIsShown_ = false;
   if (const auto row = rowAt(position.toPoint())) makeCurrent(*row);
@@ -210,7 +211,7 @@ void RowSurface::pressBegan(const QPointF& position) {
 }
 
 void RowSurface::mouseMoveEvent(QMouseEvent* event) {
-  pointerDidMove(event->position().toPoint());
+  mouseDidMove(event->position().toPoint());
   if (event->buttons() & Qt::LeftButton)
     pointer_.handle(*root_, ui::PointerPhase::moved, pointOf(event->position()));
 }
@@ -224,9 +225,9 @@ void RowSurface::pressEnded(const QPointF& position) {
   pointer_.handle(*root_, ui::PointerPhase::released, pointOf(position));
 }
 
-void RowSurface::leaveEvent(QEvent*) { pointerDidMove(std::nullopt); }
+void RowSurface::leaveEvent(QEvent*) { mouseDidMove(std::nullopt); }
 
-void RowSurface::pointerDidMove(std::optional<QPoint> place) {
+void RowSurface::mouseDidMove(std::optional<QPoint> place) {
   const bool wasHere = mouse_.has_value();
   mouse_ = place;
   const auto before = hoveredRow_;
@@ -234,7 +235,7 @@ void RowSurface::pointerDidMove(std::optional<QPoint> place) {
   if (hoveredRow_ != before || mouse_.has_value() != wasHere) update();
 }
 
-/// Called when rows are painted too, because rows change and scroll under a resting mouse.
+/// Also called for painting, because rows change and scroll under a resting mouse.
 void RowSurface::findHoveredRow() {
   const auto row = mouse_ ? rowAt(*mouse_) : std::nullopt;
   const auto hovered = row && opens(*row) ? row : std::nullopt;
@@ -247,7 +248,7 @@ void RowSurface::cancelPress() { pointer_.handle(*root_, ui::PointerPhase::cance
 
 void RowSurface::wheelEvent(QWheelEvent* event) {
   if (!scrollBy(pointsOf(*event))) return event->ignore();
-  pointerDidMove(event->position().toPoint());
+  mouseDidMove(event->position().toPoint());
 }
 
 bool RowSurface::scrollBy(double points) {
@@ -285,9 +286,9 @@ std::optional<std::size_t> RowSurface::rowForKey(int key) const {
     case Qt::Key_Down:
       return down(1);
     case Qt::Key_PageUp:
-      return up(rowsInSight());
+      return up(visibleRowCount());
     case Qt::Key_PageDown:
-      return down(rowsInSight());
+      return down(visibleRowCount());
     case Qt::Key_Home:
       return 0;
     case Qt::Key_End:

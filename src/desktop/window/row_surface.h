@@ -13,28 +13,28 @@
 
 namespace linewatch::desktop {
 
-/// Draws a view that is filled by a table with one section, and passes mouse, touch and key events to the
-/// table's rows.
+/// Draws a view that contains a table with one section. Passes mouse, touch and key events to the rows.
 class RowSurface final : public QWidget {
  public:
   using Describe = std::function<RowWords(std::size_t row)>;
 
-  /// `describe` gives the words of an existing row.
+  /// `describe` returns the words of a row for assistive technology.
   RowSurface(std::shared_ptr<ui::View> root, std::shared_ptr<ui::TableView> table, Describe describe,
              QWidget* parent = nullptr);
   ~RowSurface() override;
 
   std::size_t rowCount() const;
   RowWords wordsOf(std::size_t row) const { return describe_(row); }
-  /// Whether pressing the row does anything.
+  /// Whether pressing the row opens something.
   bool opens(std::size_t row) const { return table_->highlightsRow({0, row}); }
-  /// The row's rectangle in the surface's coordinates; outside of the surface when it is scrolled out.
+  /// The row's rectangle in the surface's coordinates. It is outside of the surface if the row is not
+  /// visible.
   QRect rectOf(std::size_t row) const;
   std::optional<std::size_t> rowAt(const QPoint& point) const;
-  /// The row that keys act on; absent when there are no rows.
+  /// The row that keys act on; absent without rows.
   std::optional<std::size_t> currentRow() const;
   void setCurrentRow(std::size_t row);
-  /// Does what a tap on the row does.
+  /// The same as a tap on the row.
   void pressRow(std::size_t row);
   void scrollToRow(std::size_t row);
 
@@ -63,12 +63,12 @@ class RowSurface final : public QWidget {
   void paintPosition(QPainter& painter) const;
   void pressBegan(const QPointF& position);
   void pressEnded(const QPointF& position);
-  void pointerDidMove(std::optional<QPoint> place);
+  void mouseDidMove(std::optional<QPoint> place);
   void findHoveredRow();
   void cancelPress();
   bool scrollBy(double points);
   std::optional<std::size_t> rowForKey(int key) const;
-  std::size_t rowsInSight() const;
+  std::size_t visibleRowCount() const;
   void rowsDidReload();
 
   std::shared_ptr<ui::View> root_;
@@ -78,7 +78,7 @@ class RowSurface final : public QWidget {
   TouchGesture touch_;
   double cornerRadius_ = 0;
   std::size_t currentRow_ = 0;
-  /// The words of the current row that were announced last.
+  /// The last announced words of the current row.
   RowWords currentWords_;
   /// The position of the mouse; absent when it is outside.
   std::optional<QPoint> mouse_;

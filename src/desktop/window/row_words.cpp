@@ -11,7 +11,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// A longer list is tiresome to listen to; the details name all lines.
+// Listening to a longer list takes too long; the details name all lines.
 constexpr std::size_t kMostShieldsSaid = 12;
 
 QString joinedWords(const std::vector<std::string>& words) {
@@ -28,7 +28,7 @@ std::optional<std::string> spokenShield(const TransitArtworkDataSource& artwork)
   return artwork.shieldDataSource ? artwork.shieldDataSource->shieldText : std::nullopt;
 }
 
-/// Absent for an image that is not a line's shield.
+/// Absent if the image is not a line's shield.
 std::optional<std::string> spokenArtwork(const RVTransitItem& item) {
   if (!item.displayArtwork() || !item.artwork()) return std::nullopt;
   const auto* const sized = dynamic_cast<const SizedTransitArtwork*>(item.artwork()->artworkSource().get());

@@ -14,8 +14,8 @@ struct RowWords {
   bool operator==(const RowWords&) const = default;
 };
 
-/// The row's texts, with the texts of its shields: these name the line that the row is about. Needs an
-/// installed platform. Main thread.
+/// The row's texts and the texts of its shields, which name the lines. Needs an installed platform. Main
+/// thread.
 RowWords wordsOfItem(const SummaryItem& item);
 
 }  // namespace linewatch::desktop

@@ -9,18 +9,18 @@ class QWidget;
 
 namespace linewatch::desktop {
 
-/// Turns touch events of a widget into taps and scrolling. Only the first finger counts. After it is lifted,
-/// the others are ignored until all are lifted.
+/// Turns touch events into taps and scrolling. Only the first finger counts; other fingers are ignored until
+/// all are lifted.
 class TouchGesture {
  public:
   /// Positions are in the widget's coordinates.
   struct Handlers {
-    /// A finger touches the widget: a tap or the beginning of scrolling.
+    /// A finger touches the widget, to tap or to scroll.
     std::function<void(const QPointF& position)> began;
     std::function<void(const QPointF& position)> tapped;
-    /// The touch scrolls, or the system took it away: it becomes no tap.
+    /// The touch is no tap: it scrolls, or the system has cancelled it.
     std::function<void()> cancelled;
-    /// By that many points; positive when the finger moves up.
+    /// `points` is positive when the finger moves up.
     std::function<void(double points)> scrolled;
   };
 
@@ -30,7 +30,7 @@ class TouchGesture {
 
  private:
   struct Touch {
-    /// The id of the finger that counts.
+    /// The id of the first finger.
     int finger = 0;
     double startY = 0;
     double lastY = 0;

@@ -6,13 +6,13 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Each has a contrast of at least 4.5 on the card.
+// Each has a contrast ratio of at least 4.5 to the card's background.
 constexpr ui::RGBA kLightAlarm{0.76, 0.09, 0.09};
 constexpr ui::RGBA kDarkAlarm{1, 0.52, 0.49};
 constexpr ui::RGBA kLightLink{0.04, 0.34, 0.82};
 constexpr ui::RGBA kDarkLink{0.54, 0.71, 0.97};
 
-// Qt derives the other colours of a palette from these.
+// Qt computes the other colours of a palette from these.
 constexpr QRgb kLightWindow = 0xfff0f0f0;
 constexpr QRgb kDarkWindow = 0xff2d2d2d;
 constexpr QRgb kLightHighlight = 0xff1f6fd6;

@@ -16,14 +16,14 @@ namespace {
 
 constexpr std::string_view kPrefix = "LineWatch_Window_";
 
-/// Isolates the text, so that it keeps its own direction inside other text.
+/// Isolates the text, so that its direction does not affect the text around it.
 std::string isolated(const std::string& text) { return "\u2068" + text + "\u2069"; }
 
 QDateTime localTime(Date date) {
   return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date) * 1000)));
 }
 
-/// The date in the order and with the words of the locale. `skeleton`: the fields to show.
+/// The date in the order and the words of the locale. `skeleton`: ICU's letters for its fields.
 QString shortDate(const QDate& date, const char* skeleton, const QLocale& locale) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createInstanceForSkeleton(
@@ -76,7 +76,8 @@ QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, 
   if (!start && !end) return texts("UntilFurtherNotice");
   if (!end) return texts("From", {shortDateAndTime(*start, now).toStdString()});
   if (!start) return texts("Until", {shortDateAndTime(*end, now).toStdString()});
-  // The end has no date only on the day of the start: after another date, a time alone would belong to that.
+  // The end is without a date only if it is on the day of the start. After another date, a time alone would
+  // seem to be on that date.
   return texts("Period",
                {shortDateAndTime(*start, now).toStdString(), shortDateAndTime(*end, *start).toStdString()});
 }

@@ -20,21 +20,21 @@ class WindowTexts {
  public:
   explicit WindowTexts(const UserLocale& locale);
 
-  /// The text with the key "LineWatch_Window_" + `name`, with its arguments filled in. In right-to-left
-  /// languages each text argument and the whole text are isolated: the text may be English, and a feed's
-  /// names have any direction.
+  /// The text with the key "LineWatch_Window_" + `name`, with its arguments. In right-to-left languages each
+  /// text argument and the whole text are isolated, because the text may be English, and names in a feed may
+  /// have either direction.
   QString operator()(std::string_view name, std::initializer_list<FormatArgument> arguments = {}) const;
-  /// Date and time in the machine's time zone; only the time for a date of today.
+  /// Date and time in the machine's time zone; a date of today has the time only.
   QString dateAndTime(Date date, Date now, QLocale::FormatType format = QLocale::LongFormat) const;
-  /// The same with a short date ("Thu, Nov 26, 10:50"): the year is left out when it is that of `now`.
+  /// The same with a short date ("Thu, Nov 26, 10:50"), without the year if it is the present one.
   QString shortDateAndTime(Date date, Date now) const;
-  /// From one date to the other, short: a date that both have is said once. An absent date is open.
+  /// A period in short dates. If both dates are on one day, the day appears once. An absent date is open.
   QString period(std::optional<Date> start, std::optional<Date> end, Date now) const;
   /// The words for the causes and effects of incidents.
   FeedTexts feedTexts() const;
 
  private:
-  /// A pointer, because formatting caches formatters.
+  /// A pointer, because formatting changes its cache of formatters.
   std::unique_ptr<IcuLocalization> localization_;
   QLocale locale_;
   bool isRightToLeft_;

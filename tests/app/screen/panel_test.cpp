@@ -15,6 +15,8 @@ namespace linewatch::app {
 namespace {
 
 using desktop::click;
+using desktop::waitUntil;
+using desktop::window;
 
 using testing::ElementsAre;
 using testing::Field;
@@ -47,23 +49,10 @@ class PanelRunTest : public testing::Test {
   }
   ~PanelRunTest() override { end(); }
 
-  /// Runs the event loop until the condition holds.
-  template <class Condition>
-  static void waitUntil(Condition condition) {
-    while (!condition()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    desktop::settle();
-  }
   QToolButton& toggle() { return *panel_->window().findChildren<QToolButton*>().front(); }
   desktop::RowSurface& rows() { return panel_->window().rows(); }
   std::string nameOf(std::size_t row) { return rows().wordsOf(row).name.toStdString(); }
   void clickRow(std::size_t row) { click(rows(), QRectF(rows().rectOf(row)).center()); }
-  template <class Window>
-  static Window* window() {
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-      if (auto* const found = dynamic_cast<Window*>(widget); found && found->isVisible()) return found;
-    }
-    return nullptr;
-  }
 
   TemporaryFolder folder_;
   CommonOptions options_;

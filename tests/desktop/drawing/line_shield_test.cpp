@@ -75,7 +75,7 @@ TEST_F(Shields, ShrinkWithEveryStepOnThePixelGrid) {
   }
 }
 
-TEST_F(Shields, TextCanBeReadOnEveryColor) {
+TEST_F(Shields, TextIsReadableOnEveryColor) {
   const auto brightestOf = [&](const ui::Image& image) {
     int brightest = 0;
     const QImage pixels = drawn(image);
@@ -94,7 +94,7 @@ TEST_F(Shields, TextCanBeReadOnEveryColor) {
   EXPECT_EQ(pixelAt(*shield("1", TransitMode::bus, "no colour"), 2, 12), QColor(0x5B, 0x64, 0x70));
 }
 
-TEST_F(Shields, HaveAnOutlineWhenCloseToTheBackground) {
+TEST_F(Shields, HaveAnOutlineIfTheColorIsCloseToTheBackground) {
   const auto white = shield("1", TransitMode::rail, "FFFFFF");
   EXPECT_LT(pixelAt(*white, 12, 0.3).lightness(), 230);
   EXPECT_EQ(pixelAt(*white, 12, 1.6), QColor(Qt::white));
@@ -146,7 +146,7 @@ TEST_F(Shields, IconsAreAsHighAsShields) {
   }
 }
 
-TEST_F(Shields, OfALineWithoutServiceHaveASignAtTheTrailingTopCorner) {
+TEST_F(Shields, HaveASignForALineWithoutService) {
   const auto isRed = [](const QColor& color) { return color.red() > 180 && color.blue() < 60; };
   LineShieldManager mirrored(ui::LayoutDirection::rightToLeft);
   for (const std::int64_t step : {-4, 3, 12}) {

@@ -90,7 +90,7 @@ TEST_F(Picture, ShowsTheViewOnTheBackgroundOfItsAppearance) {
             qtColor(ui::SemanticColor::background, style.appearance));
 }
 
-TEST_F(Picture, IsTheSameInEveryFormat) {
+TEST_F(Picture, LooksTheSameInEveryFormat) {
   const QImage pixels = *imageOf(*view_, kStyle);
   for (const std::string_view name : {"a.png", "a.svg", "a.pdf"}) {
     EXPECT_EQ(savePicture(*view_, kStyle, file(name)), std::nullopt) << name;
@@ -134,7 +134,7 @@ TEST_F(Picture, HasEmojiInEveryFormat) {
   EXPECT_TRUE(contentOf(file("a.pdf")).contains("/Subtype /Image"));
 }
 
-TEST_F(Picture, TheTallestPictureIsTheLargestPossible) {
+TEST_F(Picture, ATallerPictureIsTooLarge) {
   for (const double scale : {0.5, 1.0, 2.0, 8.0}) {
     for (const double width : {100.0, 359.0, 2000.0}) {
       const double height = tallestPicture(width, scale);
@@ -145,7 +145,7 @@ TEST_F(Picture, TheTallestPictureIsTheLargestPossible) {
   }
 }
 
-TEST_F(Picture, AnImpossibleSizeIsAnError) {
+TEST_F(Picture, RefusesAnImpossibleSize) {
   constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
   for (const ui::Size size : {ui::Size{0, 60}, ui::Size{200, -1}, ui::Size{kNotANumber, 60},
                               ui::Size{1e9, 60}, ui::Size{16000, 16000}}) {
@@ -157,7 +157,7 @@ TEST_F(Picture, AnImpossibleSizeIsAnError) {
   EXPECT_FALSE(std::filesystem::exists(file("b.png")));
 }
 
-TEST_F(Picture, AFailedWriteSaysWhy) {
+TEST_F(Picture, ReportsWhyWritingFailed) {
   EXPECT_THAT(savePicture(*view_, kStyle, file("a.gif"))->description(),
               HasSubstr("must end in .png, .svg or .pdf"));
   EXPECT_THAT(savePicture(*view_, kStyle, file("none/a.png"))->description(), HasSubstr("none/a.png"));

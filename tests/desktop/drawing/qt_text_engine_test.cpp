@@ -52,7 +52,7 @@ TEST_F(TextEngine, MetricsAreThoseOfLatinText) {
   }
 }
 
-TEST_F(TextEngine, AHeadlineIsHeavierThanOtherTextAndABoldHeadlineHeavierStill) {
+TEST_F(TextEngine, BoldHeadlinesAreHeavierThanHeadlinesAndText) {
   const auto widthIn = [&](const ui::Font& font) {
     return engine_.shape(AttributedText(sentence_), font)->naturalWidth();
   };
@@ -61,7 +61,7 @@ TEST_F(TextEngine, AHeadlineIsHeavierThanOtherTextAndABoldHeadlineHeavierStill) 
   EXPECT_GT(widthIn(ui::Font(TextStyle::headline, {.bold = true})), headline);
 }
 
-TEST_F(TextEngine, ATextHasTheSameWidthAtEveryScale) {
+TEST_F(TextEngine, TextHasTheSameWidthAtEveryScale) {
   const double width = widthOf(sentence_);
   for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
     const auto exact = layOut(sentence_, {.width = width, .scale = scale});
@@ -88,7 +88,7 @@ TEST_F(TextEngine, BaselinesAreOnThePixelGrid) {
   }
 }
 
-TEST_F(TextEngine, WrapsBetweenWordsOrElseCharacters) {
+TEST_F(TextEngine, WrapsBetweenWordsOrInsideLongWords) {
   const auto words = layOut(sentence_, {.width = 160});
   ASSERT_GE(words->lines.size(), 3);
   std::string joined;
@@ -128,7 +128,7 @@ TEST_F(TextEngine, TruncatedTextEndsInAnEllipsis) {
   }
 }
 
-TEST_F(TextEngine, OneLineModesAndOtherLimits) {
+TEST_F(TextEngine, LimitsTheNumberOfLines) {
   const TextLayoutRequest tail{.width = 120, .lineBreakMode = LineBreakMode::truncatingTail};
   EXPECT_TRUE(layOut(sentence_, tail)->lines.at(0).truncated);
   EXPECT_FALSE(layOut("Short", tail)->lines.at(0).truncated);
@@ -174,7 +174,7 @@ Middles middlesOf(const ui::TextLayout& layout) {
   return {red / redCount, black / blackCount};
 }
 
-TEST_F(TextEngine, ParagraphsHaveTheDirectionOfTheirLetters) {
+TEST_F(TextEngine, TheFirstLetterSetsTheDirectionOfAParagraph) {
   const ui::RGBA red{1, 0, 0};
   const auto redThenBlack = [&](std::string_view first, std::string_view second, LayoutDirection direction) {
     AttributedText text;
@@ -195,7 +195,7 @@ TEST_F(TextEngine, ParagraphsHaveTheDirectionOfTheirLetters) {
   EXPECT_GT(middlesOf(*mirrored).red, middlesOf(*mirrored).black);
 }
 
-TEST_F(TextEngine, RunsKeepTheirFontsAndColorsThroughTruncation) {
+TEST_F(TextEngine, TruncatedRunsKeepTheirFontsAndColors) {
   AttributedText text;
   text.append("Small ", {.font = ui::Font(TextStyle::caption2)});
   text.append("LARGE AND LONG", {.font = ui::Font(TextStyle::largeTitle), .color = ui::RGBA{1, 0, 0}});
@@ -216,7 +216,7 @@ TEST_F(TextEngine, RunsKeepTheirFontsAndColorsThroughTruncation) {
   EXPECT_TRUE(redDot);
 }
 
-TEST_F(TextEngine, InvalidUtf8ShowsAsReplacementCharacters) {
+TEST_F(TextEngine, ShowsInvalidUtf8AsReplacementCharacters) {
   EXPECT_EQ(widthOf("a\xFF\xC3z"), widthOf("a\uFFFD\uFFFDz"));
   EXPECT_EQ(widthOf("\xED\xA0\x80"), widthOf("\uFFFD\uFFFD\uFFFD"));
   const auto layout = layOut("\xFF\xFF zürich \xFF", {.width = widthOf("zürich") + 1});

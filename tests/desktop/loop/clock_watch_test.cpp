@@ -5,7 +5,7 @@
 namespace linewatch::desktop {
 namespace {
 
-TEST(ClockWatchTest, TellsSleepAndASetClockFromTimeThatPasses) {
+TEST(ClockWatchTest, RecognisesSleepAndChangesOfTheClock) {
   struct Row {
     const char* what;
     /// How much each clock advanced.

@@ -94,7 +94,7 @@ TEST_F(QtMainLoopTest, ATimerMayOutliveTheLoop) {
 #endif
 #endif
 
-TEST(QtMainLoopDeathTest, SaysWhyItCannotMakeATimer) {
+TEST(QtMainLoopDeathTest, ReportsWhyItCannotMakeATimer) {
 #ifdef LINEWATCH_NEEDS_FILES
   GTEST_SKIP() << "the sanitizer needs files";
 #endif

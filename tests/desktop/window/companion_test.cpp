@@ -19,7 +19,7 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
+TEST_F(CompanionTest, ShowsEveryTextOfAFeedAsPlainText) {
   const std::string hostile = "<img src=/dev/zero> & <b>[*]";
   startCompanion();
   change([&](simulation::World& world) {
@@ -54,7 +54,7 @@ TEST_F(CompanionTest, NoTextOfAFeedIsRichText) {
   EXPECT_EQ(shown.toPlainText().toStdString(), "Affected line: " + hostile);
 }
 
-TEST_F(CompanionTest, ExplainsWhatItCannotOpen) {
+TEST_F(CompanionTest, ReportsWhyContentCannotBeOpened) {
   startCompanion();
   const auto& data = activityOfRow(0);
   Dictionary info = *data.userInfo();
@@ -76,7 +76,7 @@ TEST_F(CompanionTest, ExplainsWhatItCannotOpen) {
   EXPECT_EQ(window<DetailsWindow>(), nullptr);
 }
 
-TEST_F(CompanionTest, AnOpenWindowFollowsTheTextSize) {
+TEST_F(CompanionTest, OpenWindowsFollowTheTextSize) {
   startCompanion();
   openFavorites();
   const auto searchFont = [] { return window<FavoritesWindow>()->findChild<QLineEdit*>()->font(); };

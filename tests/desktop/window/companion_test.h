@@ -57,7 +57,7 @@ class CompanionTest : public PanelTest {
     return {.artworkSourceType = kArtworkSourceShield,
             .shieldDataSource = ShieldDataSource{.shieldText = text}};
   }
-  /// Opens the row's own activity.
+  /// Opens the activity of a row.
   bool openRow(const RVUserActivityData& data) {
     return !errorOfOpening({*data.activityType(), *data.userInfo()});
   }
@@ -175,7 +175,7 @@ class CompanionTest : public PanelTest {
   std::function<void(const FeedLines&)> linesLoaded_;
   std::optional<Error> linesError_;
   bool isReadOnly_ = false;
-  /// Empty: the favourites can be read.
+  /// Why the favourites cannot be read; empty if they can.
   std::string whyUnreadable_;
   int changes_ = 0;
 };

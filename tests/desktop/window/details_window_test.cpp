@@ -28,7 +28,7 @@ class DetailsWindowTest : public CompanionTest {
     return std::make_shared<const TransitLineFields>(
         TransitLineFields{.muid = muid, .name = name, .artwork = shield});
   }
-  /// Opens line "A" with other incidents.
+  /// Opens line "A" with these incidents.
   void openLine(const std::vector<TransitIncidentFields>& incidents) { openLine(recordsOf(incidents)); }
   static TransitIncidents recordsOf(const std::vector<TransitIncidentFields>& incidents) {
     TransitIncidents records;
@@ -66,7 +66,7 @@ TEST_F(DetailsWindowTest, ShowsTheLineOfARow) {
   EXPECT_TRUE(labels().filter("could not be opened").empty());
 }
 
-TEST_F(DetailsWindowTest, SaysWhichLinksCannotBeOpened) {
+TEST_F(DetailsWindowTest, ReportsLinksThatCannotBeOpened) {
   startCompanion();
   linksOpen_ = false;
   openRow(activityOfRow(0));
@@ -82,7 +82,7 @@ TEST_F(DetailsWindowTest, SaysWhichLinksCannotBeOpened) {
   EXPECT_THAT(labels(), Contains("This link is not a web page and cannot be opened: file:///etc/passwd"));
 }
 
-TEST_F(DetailsWindowTest, AddsWhatTheFeedsKnowWhenItIsFound) {
+TEST_F(DetailsWindowTest, AddsFactsFromTheFeeds) {
   startCompanion();
   openRow(activityOfRow(0));
   EXPECT_THAT(askedIncidents_, ElementsAre(11U));
@@ -110,7 +110,7 @@ TEST_F(DetailsWindowTest, AddsWhatTheFeedsKnowWhenItIsFound) {
   EXPECT_EQ(strips().size(), 1U) << "an answer for earlier content is ignored";
 }
 
-TEST_F(DetailsWindowTest, NamesThousandsOfLinesInPart) {
+TEST_F(DetailsWindowTest, NamesTheFirstOfThousandsOfLines) {
   startCompanion();
   openRow(activityOfRow(0));
   FoundIncident found;
@@ -129,7 +129,7 @@ TEST_F(DetailsWindowTest, ShowsTheIncidentsOfTheSummary) {
   EXPECT_THAT(askedIncidents_, ElementsAre(11U, 12U));
 }
 
-TEST_F(DetailsWindowTest, SeparatesWhatIsComingUpFromWhatIsNow) {
+TEST_F(DetailsWindowTest, GroupsIncidentsByTime) {
   startCompanion();
   const Seconds day(86400);
   openLine({{.muid = 1, .startDate = now() + 3 * day, .title = "In three days"},
@@ -150,7 +150,7 @@ TEST_F(DetailsWindowTest, SeparatesWhatIsComingUpFromWhatIsNow) {
   EXPECT_THAT(labels(), Contains("Coming up"));
 }
 
-TEST_F(DetailsWindowTest, SaysNothingTwice) {
+TEST_F(DetailsWindowTest, ShowsNothingTwice) {
   startCompanion();
   openLine({{.muid = 1, .title = "Line A closed", .fullDescription = "Line A closed. Stops Zoo and Hills."},
             {.muid = 2, .title = "Works", .summary = "works."}});
@@ -172,7 +172,7 @@ TEST_F(DetailsWindowTest, ShowsTheWholeNameAtTheLargestTextSize) {
     EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
 }
 
-TEST_F(DetailsWindowTest, DatesAreShortAndADayIsSaidOnce) {
+TEST_F(DetailsWindowTest, PeriodsHaveShortDates) {
   const WindowTexts texts(*UserLocale::parse("en"));
   const auto at = [](int day, int hour) {
     return Date(Seconds(static_cast<double>(QDateTime({2026, 11, day}, {hour, 0}).toSecsSinceEpoch())));
@@ -278,7 +278,7 @@ std::string wordsOf(std::size_t bytes) {
   return words + "THE END";
 }
 
-TEST_F(LargeDetailsTest, ThousandsOfIncidentsHoldTheMainThreadForMomentsOnly) {
+TEST_F(LargeDetailsTest, ThousandsOfIncidentsDoNotBlockTheMainThread) {
   std::vector<TransitIncidentFields> incidents;
   for (std::uint64_t i = 0; i < 4000; ++i) {
     incidents.push_back({.muid = i + 1,
@@ -298,7 +298,7 @@ TEST_F(LargeDetailsTest, ThousandsOfIncidentsHoldTheMainThreadForMomentsOnly) {
   EXPECT_THAT(labels(), Contains("Detour"));
 }
 
-TEST_F(LargeDetailsTest, ATextOfMegabytesHoldsTheMainThreadForMomentsOnly) {
+TEST_F(LargeDetailsTest, ATextOfMegabytesDoesNotBlockTheMainThread) {
   openAndScroll({{.muid = 1, .title = "Long", .fullDescription = wordsOf(8'000'000)}});
   EXPECT_EQ(labels().filter("THE END").size(), 1) << "the end of the text is shown at the end";
   EXPECT_LT(widgets(), 200U);
@@ -340,7 +340,7 @@ TEST_F(LargeDetailsTest, TabGoesThroughAllLinksInOrder) {
     ASSERT_EQ(linkAfter(Qt::Key_Backtab), "https://example.org/" + QString::number(i));
 }
 
-TEST_F(LargeDetailsTest, WhatIsVisibleStaysWhenHeightsAboveAreCorrected) {
+TEST_F(LargeDetailsTest, VisibleTextStaysWhenHeightsAboveChange) {
   startCompanion();
   std::vector<TransitIncidentFields> incidents;
   for (std::uint64_t i = 0; i < 300; ++i)
@@ -360,7 +360,7 @@ TEST_F(LargeDetailsTest, WhatIsVisibleStaysWhenHeightsAboveAreCorrected) {
   const int y = seen->y();
   FoundIncidents found;
   for (std::uint64_t i = 0; i < 300; ++i) found[i + 1] = {.effect = AlertEffect::detour};
-  // Those above and not those that are visible.
+  // Only incidents above the visible ones.
   found.erase(found.lower_bound(text.mid(9).toULongLong() - 5), found.end());
   find(found);
   const auto all = details().findChildren<QLabel*>();

@@ -128,7 +128,7 @@ TEST_F(CompanionTest, FindsAndAddsLines) {
   EXPECT_EQ(window<FavoritesWindow>(), nullptr);
 }
 
-TEST_F(CompanionTest, WorksWithoutAnUnreadableFeedButNotWithoutFavourites) {
+TEST_F(CompanionTest, ListsNothingWithoutReadableFavourites) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}};
   linesError_ = failure("feed town", "/town", "no such file or folder");

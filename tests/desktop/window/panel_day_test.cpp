@@ -15,7 +15,7 @@ class PanelDayTest : public PlatformTest {
  protected:
   void SetUp() override {
     writeFile(folder_.path() / "routes.txt", "route_id\n1\n");
-    updates_.setInSight(true);
+    updates_.setVisible(true);
     update();
   }
 
@@ -47,8 +47,8 @@ class PanelDayTest : public PlatformTest {
   PanelUpdates updates_{[this] { update(); }, {.feedStates = [this] { return feeds_.states(); }}};
 };
 
-/// The timers may be a second late.
-TEST_F(PanelDayTest, RowsAreNeverOlderThanTheGraceAndTheHeaderSaysWhenTheyAreKept) {
+/// While the rows are kept ones, the header says so. The timers may be a second late.
+TEST_F(PanelDayTest, RowsAreNeverOlderThanTheGrace) {
   const Seconds slack{2};
   int current = 0, kept = 0, unknown = 0;
   for (int minute = 0; minute < 24 * 60; ++minute) {

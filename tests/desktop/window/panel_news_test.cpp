@@ -27,7 +27,7 @@ std::vector<UnknownLine> lines(int count) {
   return lines;
 }
 
-TEST(PanelNewsTest, NamesTheFeedThatIsNotFresh) {
+TEST(PanelNewsTest, NamesTheFeedThatIsNotUpToDate) {
   struct Row {
     FeedState state;
     const char *english, *german;
@@ -74,7 +74,7 @@ TEST(PanelNewsTest, NamesTheWorstFeedAndTheUnknownLines) {
             "The advisories could not be loaded.");
 }
 
-TEST(PanelNewsTest, SaysAgesInWords) {
+TEST(PanelNewsTest, WritesAgesInWords) {
   const WindowTexts texts(*UserLocale::parse("en"));
   struct Row {
     double age;

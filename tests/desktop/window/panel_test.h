@@ -77,7 +77,7 @@ class PanelTest : public testing::Test {
   }
   std::size_t count(std::string_view event) { return platform_->simulated().transcript().countOf(event); }
   std::string note() { return panel_->findChild<QLabel*>("note")->text().toStdString(); }
-  /// What the header says of the feeds; empty when it says nothing.
+  /// The news in the header; empty without any.
   std::string news() {
     const auto* const label = panel_->findChild<QLabel*>("news");
     return label->isVisible() ? label->text().toStdString() : "";
@@ -99,7 +99,7 @@ class PanelTest : public testing::Test {
   std::uint64_t maxRows_ = 4;
   std::vector<std::string> openedURLs_;
   int favoritesShown_ = 0;
-  /// What the feeds say after each fetch.
+  /// The states of the feeds after each fetch.
   FeedNews feedNews_;
 
  private:

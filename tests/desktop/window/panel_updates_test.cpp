@@ -14,11 +14,11 @@ using Kind = FeedState::Kind;
 
 constexpr double kSleep = 3600;
 
-/// Fetches take no time and end as `fetch_` says, unless the test holds them.
+/// A fetch ends at once, and first calls `fetch_`. With `holdsFetches_` the test ends it.
 class PanelUpdatesTest : public PlatformTest {
  protected:
   void SetUp() override {
-    updates_.setInSight(true);
+    updates_.setVisible(true);
     ask();
   }
 
@@ -36,7 +36,7 @@ class PanelUpdatesTest : public PlatformTest {
     if (fetch_) fetch_();
     updates_.fetchDidEnd(/*failed=*/false);
   }
-  /// How many fetches start within the time.
+  /// The number of fetches that start within the time.
   int within(double seconds) {
     const int before = asked_;
     pass(seconds);
@@ -69,7 +69,7 @@ class PanelUpdatesTest : public PlatformTest {
                          .readClocks = [this] { return clocks_; }}};
 };
 
-TEST_F(PanelUpdatesTest, RefreshesWithJitterWhileInSight) {
+TEST_F(PanelUpdatesTest, RefreshesWithJitterWhileVisible) {
   std::vector<int> pauses;
   for (int i = 0; i < 20; ++i) pauses.push_back(pause());
   EXPECT_THAT(pauses, testing::Each(testing::AllOf(testing::Ge(120), testing::Le(133))));
@@ -77,7 +77,7 @@ TEST_F(PanelUpdatesTest, RefreshesWithJitterWhileInSight) {
   updates_.setMetered(true);
   EXPECT_GE(pause(), 600) << "the pending update is put off too";
   updates_.setMetered(false);
-  updates_.setInSight(false);
+  updates_.setVisible(false);
   EXPECT_EQ(within(4000), 0);
 }
 
@@ -144,9 +144,9 @@ TEST_F(PanelUpdatesTest, AsksOnceAfterSleepOrAJumpOfTheClock) {
   EXPECT_EQ(asked_ - before, 1) << "a fetch has begun since the machine woke up";
 }
 
-/// The main loop's timers, the watch of the clock and the watch of the network all notice that the machine
-/// woke up, in any order and before or after a fetch has ended.
-TEST_F(PanelUpdatesTest, AsksOnceAfterSleepInWhateverOrderItIsNoticed) {
+/// After sleep three events come in any order, before or after the end of a fetch: a due timer, the change of
+/// the clock, and the return of the network.
+TEST_F(PanelUpdatesTest, AsksOnceAfterSleepInAnyOrderOfEvents) {
   const auto timer = [this] { pause(); };
   const auto clock = [this] { updates_.checkClock(); };
   const auto network = [this] { updates_.connectionDidReturn(); };
@@ -166,7 +166,7 @@ TEST_F(PanelUpdatesTest, AsksOnceAfterSleepInWhateverOrderItIsNoticed) {
   }
 }
 
-TEST_F(PanelUpdatesTest, AsksAgainForWhatARunningFetchMayHaveMissed) {
+TEST_F(PanelUpdatesTest, AsksAgainIfSomethingHappensDuringAFetch) {
   holdsFetches_ = true;
   updates_.userDidAsk();
   for (int i = 0; i < 8; ++i) updates_.userDidAsk();
@@ -199,7 +199,7 @@ TEST_F(PanelUpdatesTest, RetriesSoonAfterTheConnectionReturns) {
 }
 
 TEST_F(PanelUpdatesTest, FetchesNothingWhileHidden) {
-  updates_.setInSight(false);
+  updates_.setVisible(false);
   const int before = asked_;
   updates_.connectionDidReturn();
   updates_.favoritesDidChange();

@@ -66,7 +66,7 @@ TEST_F(PanelTest, ShowsTheSavedListAfterItWasKilled) {
   EXPECT_EQ(note(), "A note") << "the first answer has come";
 }
 
-TEST_F(PanelTest, OffersToShowMoreWhenThereIsMore) {
+TEST_F(PanelTest, ShowsAndHidesMoreRows) {
   startShown();
   ASSERT_FALSE(toggle().isHidden());
   EXPECT_EQ(toggle().text(), "Show More");
@@ -111,7 +111,7 @@ TEST_F(PanelTest, AnImmediateResizeStopsTheAnimation) {
   const std::unique_ptr<QStyle> moving(QStyleFactory::create("fusion"));
   panel_->setStyle(moving.get());
   panel_->setExpanded(true);
-  // It cannot end before the event loop runs.
+  // The animation cannot end before the event loop runs.
   const auto& resizing = *panel_->findChild<QVariantAnimation*>();
   EXPECT_EQ(resizing.state(), QAbstractAnimation::Running);
   panel_->hide();
@@ -120,7 +120,7 @@ TEST_F(PanelTest, AnImmediateResizeStopsTheAnimation) {
   EXPECT_EQ(rows().height(), 330);
 }
 
-TEST_F(PanelTest, HasNoToggleWhenThereIsNoMore) {
+TEST_F(PanelTest, HasNoToggleForOneRow) {
   auto world = cityWithAStrike();
   world.favorites = {{.line = "C"}};
   startShown(world);
@@ -194,7 +194,7 @@ TEST_F(PanelTest, RecoversAfterAFailedRefresh) {
   EXPECT_EQ(count("lookup"), 6U) << "the refresh may not have seen the change";
 }
 
-TEST_F(PanelTest, TheHeaderGivesNewsOfTheFeedsInFullAtEverySize) {
+TEST_F(PanelTest, TheHeaderShowsAllOfItsNewsAtEverySize) {
   start();
   feedNews_.states = {{.feed = "City Buses", .kind = FeedState::Kind::kept, .failures = 1}};
   feedNews_.states[0].since = platform_->mainLoop().now();
@@ -224,7 +224,7 @@ TEST_F(PanelTest, TheHeaderGivesNewsOfTheFeedsInFullAtEverySize) {
   EXPECT_TRUE(accessible->state().focusable);
 }
 
-TEST_F(PanelTest, SavesALaterListWhenOneCouldNotBeSaved) {
+TEST_F(PanelTest, SavesTheListAgainAfterAFailure) {
   start();
   platform_->diskIsFull = true;
   show();

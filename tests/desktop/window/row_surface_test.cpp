@@ -39,7 +39,7 @@ class RowSurfaceTest : public PanelTest {
   }
 };
 
-TEST_F(RowSurfaceTest, AClickOpensTheRowItBeganAndEndedOn) {
+TEST_F(RowSurfaceTest, AClickOpensARowUnlessItIsDraggedAway) {
   startExpanded();
   click(rows(), middleOf(0));
   EXPECT_EQ(opened(), 1U);
@@ -51,7 +51,7 @@ TEST_F(RowSurfaceTest, AClickOpensTheRowItBeganAndEndedOn) {
   EXPECT_EQ(openedURLs_.size(), 1U);
 }
 
-TEST_F(RowSurfaceTest, KeysMoveAmongTheRowsAndOpenThem) {
+TEST_F(RowSurfaceTest, KeysSelectAndOpenRows) {
   startExpanded();
   EXPECT_EQ(rows().currentRow(), 0U);
   press(rows(), Qt::Key_Down);
@@ -86,7 +86,7 @@ TEST_F(RowSurfaceTest, HighlightsHoveredAndPressedRows) {
   EXPECT_EQ(color(), idle);
 }
 
-TEST_F(RowSurfaceTest, HoverFollowsRowsUnderARestingMouse) {
+TEST_F(RowSurfaceTest, HoverFollowsChangesUnderARestingMouse) {
   auto world = cityWithAStrike();
   world.service.answer = simulation::WorldService::Answer::error;
   startShown(world);
