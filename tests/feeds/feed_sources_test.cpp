@@ -161,7 +161,7 @@ TEST_F(FeedSourcesTest, RunsAKeyCommandOnceAndAgainAfterTheServerRefusesTheKey) 
   EXPECT_EQ(servers_->requests.size(), requests) << "without the key nothing is asked for";
 }
 
-TEST_F(FeedSourcesTest, TheCacheHoldsNoKeyAndTellsLocationsApartThatDifferInTheirQuery) {
+TEST_F(FeedSourcesTest, CachesLocationsThatDifferInAKeyWithoutTheKey) {
   metro_.alerts.locations = {"http://u:s3cret-p@a/1?area=s3cret-1", "http://u:s3cret-p@a/1?area=s3cret-2"};
   servers_->answers.emplace(metro_.alerts.locations[0], body({.alerts = {alertOf("1", "a")}}));
   servers_->answers.emplace(metro_.alerts.locations[1], body({.alerts = {alertOf("1", "b")}}));

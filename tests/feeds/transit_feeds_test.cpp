@@ -132,7 +132,7 @@ class SlowServer final : public HttpFetcher {
   std::promise<void> isAsked, isReleased;
 };
 
-TEST_F(TransitFeedsTest, AnswersFromWhatItKnowsWhileAServerIsWaitedFor) {
+TEST_F(TransitFeedsTest, GivesTheLastStateWhileAServerIsSlow) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}});
   StoredFeed rail = feed("rail", {});
   rail.alerts = "https://example.org/alerts";
@@ -159,7 +159,7 @@ TEST_F(TransitFeedsTest, AnswersFromWhatItKnowsWhileAServerIsWaitedFor) {
   EXPECT_EQ(feeds.states().at(0).feed, "rail");
 }
 
-TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
+TEST_F(TransitFeedsTest, LeavesOutUnknownLines) {
   const StoredFeed good = feed("good", {});
   StoredFeed silent = feed("silent", {}), broken = feed("broken", {});
   silent.alerts = {};
