@@ -41,14 +41,14 @@ struct FeedDocuments::Place {
 
   const FeedSource& source() const { return feed.*kind.source; }
   const std::string& location() const { return source().locations[index]; }
-  /// The location as it may be printed and cached.
+  /// The location without keys, for messages and the cache.
   std::string safeLocation() const { return redacted(location()); }
-  /// The name of the entry in the cache, e.g. "alerts" for the first location and "alerts 2" for the second:
-  /// safe locations that differ in a key alone are equal.
+  /// The name of the cache entry, e.g. "alerts" for the first location and "alerts 2" for the second. It has
+  /// a number because two locations that differ only in their keys have the same safe location.
   std::string cacheKind() const {
     return index == 0 ? kind.name : kind.name + (" " + std::to_string(index + 1));
   }
-  /// Names the stops of the location in the cache.
+  /// The name of the location's stops in the cache.
   std::string stopsKey() const { return cacheKind() + " " + safeLocation(); }
   /// The error with the feed and the location in front: "feed Metro: https://example.org/alerts: timed out".
   Error located(const Error& error) const {
@@ -82,7 +82,7 @@ Outcome<std::unique_ptr<GtfsSource>> openTimetable(const std::string& location) 
   return openZip(path);
 }
 
-/// Changes when one of the files that a line index is made from changes.
+/// A text of the times and sizes of the timetable's files. It differs after one of them has changed.
 std::string fingerprint(const std::string& location) {
   std::string print;
   const fs::path path = localPath(location);
@@ -157,7 +157,7 @@ StopIds stopIdsIn(const AlertsMessage& alerts) {
   return ids;
 }
 
-/// A document from the future says that the clock was set back, so its age is not known.
+/// False for a document from the future: the clock was set back, so its age is not known.
 bool isYoungerThan(Seconds age, Date received, Date now) { return received <= now && now - received < age; }
 
 }  // namespace
@@ -186,7 +186,7 @@ std::optional<CachedDocument> FeedDocuments::find(const Place& place) const {
   return cache_->find(place.feed.name, place.cacheKind(), place.safeLocation());
 }
 
-/// The request with the keys that the location's server gets.
+/// The request for the location, with its keys.
 Outcome<HttpRequest> FeedDocuments::requestOf(const Place& place) {
   HttpRequest request{
       .url = place.location(), .maximumBytes = place.kind.maximumBytes, .stop = stop_.get_token()};
@@ -282,7 +282,7 @@ Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
   std::optional<CachedDocument> kept = find(place);
   SharedLineIndex cached;
   if (kept) {
-    // The program's version before may have cached it in another form.
+    // An earlier version of the program may have cached it in another form.
     if (auto contents = decodeLineIndex(kept->bytes)) cached = indexOf(std::move(*contents));
   }
   if (!cached) kept.reset();
@@ -335,7 +335,7 @@ bool FeedDocuments::keepsTimetable(const Place& place) const {
   return keeps(place.feed) && (isHttpURL(place.location()) || keepsLocalTimetables_);
 }
 
-/// Lines without names of stops are better than no lines: an error goes to the log only.
+/// An error goes to the log only, because lines without stop names are better than no lines.
 void FeedDocuments::keepStops(const Place& place, GtfsSource& source) {
   if (!keepsTimetable(place)) {
     auto table = source.file(kStopsTable);
@@ -437,7 +437,7 @@ FeedAlerts FeedDocuments::alerts(const Place& place, FeedAlerts held) {
                                      : localAlerts(place, std::move(held));
 }
 
-/// A file is read anew each time: no earlier message stands in for a file that cannot be read.
+/// The file is read at each call. If it cannot be read, the earlier message is dropped.
 FeedAlerts FeedDocuments::localAlerts(const Place& place, FeedAlerts held) {
   const auto failed = [&](const Error& error) {
     held.message = nullptr;
@@ -463,7 +463,7 @@ FeedAlerts FeedDocuments::remoteAlerts(const Place& place, FeedAlerts held) {
   return alerts ? *std::move(alerts) : afterFailure(std::move(held), alerts.error(), now_());
 }
 
-/// The alerts that an earlier run has cached; `held` when there are none that can be read.
+/// The alerts in the cache; `held` if there are none or they cannot be read.
 FeedAlerts FeedDocuments::cachedAlerts(const Place& place, FeedAlerts held) const {
   std::optional<CachedDocument> kept = find(place);
   if (!kept) return held;
@@ -510,7 +510,7 @@ void FeedDocuments::keepAlerts(const Place& place, const FeedAlerts& alerts) {
                  .freshFor = alerts.freshFor});
 }
 
-/// The alerts that hold after a payload came.
+/// The alerts after a new payload, which may list changes only.
 Outcome<SharedAlertsMessage> FeedDocuments::update(const Place& place, const SharedAlertsMessage& held,
                                                    Bytes payload, Date received) const {
   auto message = readAlertsMessage(std::move(payload));

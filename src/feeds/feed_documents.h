@@ -28,24 +28,24 @@ namespace linewatch {
 
 /// The alerts of a feed, and how they came.
 struct FeedAlerts {
-  /// Null as long as none came.
+  /// Null until alerts have come.
   SharedAlertsMessage message;
   /// When the message came, or was confirmed. Only with a message.
   Date received{};
   /// For the next conditional request.
   std::string etag, lastModified;
-  /// The message is taken as current without asking for this long after `received`.
+  /// The server is not asked again for this long after `received`.
   Seconds freshFor{};
-  /// The outcome of the last attempt: absent after a success.
+  /// The error of the last attempt; absent after a success.
   std::optional<Error> failure = {};
   /// How many attempts failed in a row, and when the last of them did.
   std::uint32_t failures = 0;
   std::optional<Date> failed = {};
   /// The server wants no request before this; absent when it did not say.
   std::optional<Date> retryAfter = {};
-  /// Of a feed with several locations: the alerts of each. The rest then describes all of them together: the
-  /// message is there when each location has one, `received` is the earliest time of receipt, and the failure
-  /// is that of the first location that failed.
+  /// One for each location of a feed with several locations, else empty. The other fields then describe the
+  /// whole feed: `message` is null until each location has one, `received` is the earliest time of receipt,
+  /// and `failure` is the error of the first location that failed.
   std::vector<FeedAlerts> parts = {};
 };
 
@@ -54,18 +54,17 @@ FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now);
 
 /// Reads the timetables and alerts of feeds from folders, files, zips and servers.
 ///
-/// A server's documents are kept in the cache and asked for again with conditions: a timetable after a day,
-/// alerts after 15 seconds or after the server's max-age, up to 5 minutes. A cached timetable serves as long
-/// as the server cannot be reached or sends something that is no timetable. The cache holds a timetable as a
-/// line index, which also saves reading the files of a local one as long as they are unchanged. Neither the
-/// cache nor an error or the log holds a key. The documents of a feed with several locations are read side by
-/// side. Any thread, several at a time.
+/// Documents of servers are cached, and fetched again with a conditional request: a timetable after a day,
+/// alerts after 15 seconds or after the server's max-age, at most 5 minutes. The cached timetable is used
+/// while the server cannot be reached or sends something else. A timetable is cached as a line index. So the
+/// files of a local timetable are read only after they have changed. No key gets into the cache, an error or
+/// the log. The locations of a feed are read in parallel. Any thread, several calls at a time.
 class FeedDocuments {
  public:
   using FetcherSource = std::function<Outcome<std::shared_ptr<HttpFetcher>>()>;
 
-  /// Without a `cache`, and for the sample city, nothing is cached. `fetcherSource` is called at the first
-  /// fetch, `runKeyCommand` for feeds whose key a command prints.
+  /// Nothing is cached without a `cache`, and nothing of the sample city. `fetcherSource` is called before
+  /// each fetch, and `runKeyCommand` for a feed whose key a command prints.
   FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
                 FetcherSource fetcherSource = loadHttpFetcher, CommandKeys::Runner runKeyCommand = {});
 
@@ -73,19 +72,19 @@ class FeedDocuments {
   /// The names of the feed's stops. They are in the cache beside the line index. Without a cache the
   /// timetable is searched when a stop is first asked for, once for all stops that `alerts` name.
   std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, SharedAlertsMessage alerts = nullptr);
-  /// From now on an index of a local timetable is read from the cache but not written to it.
+  /// From now on local timetables are read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
-  /// The alerts after another attempt to get them. `held` is the answer of the call before, or the default.
-  /// After a failure the message before is still there, whatever its age: `stateOf` says whether it serves.
+  /// Tries to get the feed's alerts. `held` is the result of the last call, or the default. After a failure
+  /// the result still has the earlier message, whatever its age: `stateOf` says whether it may be shown.
   FeedAlerts alertsOf(const StoredFeed& feed, FeedAlerts held);
   Date now() const { return now_(); }
-  /// Ends the fetches, key commands and reads under way, each with an error. Later ones fail at once.
+  /// Ends all running fetches, key commands and reads with an error. Later ones fail at once.
   void stopFetching() { stop_.request_stop(); }
 
  private:
   struct Kind;
   struct Place;
-  /// A document as the server sent it, or the cached one when that is still current.
+  /// The document that the server sent, or the cached one if the server says that it is current.
   struct Fetched {
     CachedDocument document;
     bool isNew = false;

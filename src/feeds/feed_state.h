@@ -11,19 +11,19 @@
 
 namespace linewatch {
 
-/// Alerts as old as this no longer stand in for an answer that cannot be had.
+/// While fetches fail, the last alerts are shown until they are this old.
 inline constexpr Seconds kAlertsGrace{15.0 * 60};
 
-/// What is known of a feed's alerts at one moment.
+/// Whether a feed's alerts can be trusted at one moment, and why not.
 struct FeedState {
   enum class Kind : std::uint8_t {
     fresh,
-    kept,         // the last fetch failed, and the alerts before it serve for the time of grace
+    kept,         // the last fetch failed, and the alerts before it are shown until the grace ends
     stale,        // the feed's own header is older than an hour
     outdated,     // the feed's own header is older than a day
     notMatching,  // the alerts are about routes that the timetable does not have
     incomplete,   // only changes have come so far, and no list of all alerts
-    unreachable,  // the lines or the alerts cannot be had
+    unreachable,  // the lines or the alerts cannot be read
   };
 
   std::string feed;
@@ -31,7 +31,7 @@ struct FeedState {
   /// `kept` and `unreachable`: when alerts last came. `stale` and `outdated`: the time in the header. Absent
   /// for the other kinds, and when no alerts ever came.
   std::optional<Date> since;
-  /// The time in the feed's header; absent when the feed does not say, or says a time that cannot be.
+  /// The time in the feed's header; absent when the header has none or an impossible one.
   std::optional<Date> written;
   /// One sentence for the user, with the name of the feed; absent for `fresh` and `stale`.
   std::optional<Error> error;
@@ -41,12 +41,12 @@ struct FeedState {
   /// The server's Retry-After as a point in time; absent when it gave none.
   std::optional<Date> retryAfter;
 
-  /// False when nothing can be said of the feed's lines: they are left out of an answer.
+  /// False when nothing is known of the feed's lines. They are then left out of an answer.
   bool knowsLines() const { return kind == Kind::fresh || kind == Kind::kept || kind == Kind::stale; }
   bool operator==(const FeedState&) const = default;
 };
 
-/// What the state of a feed follows from.
+/// The facts that decide the state of a feed.
 struct FeedFacts {
   std::string feed;
   /// The time in the header; absent when the feed does not say.
@@ -65,16 +65,16 @@ struct FeedFacts {
 
 FeedState stateOf(const FeedFacts& facts, Date now);
 
-/// When a failed fetch should be tried again: at the server's Retry-After, else a minute after the first
-/// failure, and twice as long after each further one, up to 15 minutes. Never before `now`; absent when the
-/// last fetch did not fail.
+/// When to retry a failed fetch: at the server's Retry-After; without one, a minute after the first failure,
+/// and twice as long after each further one, up to 15 minutes. Not before `now`. Absent when the last fetch
+/// succeeded.
 std::optional<Date> nextRetry(const FeedState& state, Date now);
 
-/// When the kept alerts stop to serve, so that the lines must be answered anew; absent for other states.
+/// When the kept alerts become too old to be shown, so that the list must be made again. Absent for other
+/// states.
 std::optional<Date> graceEnd(const FeedState& state);
 
-/// The earliest moment at which one of the feeds needs an update before the ordinary one: a retry or the end
-/// of a grace.
+/// The earliest retry or end of a grace among the feeds; absent when there is none.
 std::optional<Date> nextUpdate(std::span<const FeedState> states, Date now);
 
 }  // namespace linewatch

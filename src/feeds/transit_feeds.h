@@ -31,7 +31,7 @@ struct FeedLines {
   std::optional<Error> error;
 };
 
-/// A line that was asked for and of which nothing is known at present.
+/// A line that was asked for, but whose incidents are not known.
 struct UnknownLine {
   std::string feed;
   std::string routeId;
@@ -45,8 +45,8 @@ struct UnknownLine {
 FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
                       Date now);
 
-/// The lines of all feeds with their incidents. A feed's lines are loaded when they are first asked for; its
-/// alerts are asked for at every look-up. Any thread. A call that loads waits for the calls that are loading.
+/// The lines of all feeds with their incidents. A feed's timetable is read at the first look-up of its lines;
+/// its alerts are fetched at every look-up. Any thread; of the calls that read feeds one runs at a time.
 class TransitFeeds {
  public:
   /// Gives the current list of feeds. Called on any thread, one call at a time.
@@ -54,38 +54,34 @@ class TransitFeeds {
 
   TransitFeeds(Source source, std::shared_ptr<FeedDocuments> documents, IncidentLanguage language);
 
-  /// The feeds of the last `follow` or look-up. Waits for nothing.
+  /// The feeds as of the last `follow` or look-up. Does not wait.
   std::vector<StoredFeed> feeds() const LINEWATCH_EXCLUDES(mutex_);
-  /// Reads the list of feeds, as every look-up does. Feeds that are still in it stay loaded. After an error
-  /// nothing has changed.
+  /// Reads the list of feeds, as every look-up does. Feeds that are still listed stay loaded. An error
+  /// changes nothing.
   std::optional<Error> follow() LINEWATCH_EXCLUDES(loadingMutex_);
 
   /// The lines of the feed with that name.
   Outcome<SharedLineIndex> linesOf(std::string_view feedName) LINEWATCH_EXCLUDES(loadingMutex_);
   FeedLines lines() LINEWATCH_EXCLUDES(loadingMutex_);
 
-  /// The lines asked for, in that order, with the incidents that they have at `now`. Lines that no feed has
-  /// are left out. So are the lines of a feed whose state says that nothing is known of them; `unknownLines`
-  /// names these. An error when the list of feeds cannot be read, or when none of the lines is known: then it
-  /// is the error of the first unknown line's feed.
+  /// The lines in the order asked, with their incidents at `now`. Leaves out lines that no feed has, and
+  /// lines of which nothing is known; `unknownLines` names the latter. If no line is known at all, the result
+  /// is the error of the first line's feed. Also fails when the list of feeds cannot be read.
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now)
       LINEWATCH_EXCLUDES(loadingMutex_);
-  /// The states of the feeds of the lines that the last look-up asked for, in the order of the feeds. Waits
-  /// for nothing.
+  /// The states of the feeds that the last look-up asked, in the order of the feeds. Does not wait.
   std::vector<FeedState> states() const LINEWATCH_EXCLUDES(mutex_);
-  /// The lines that the last look-up left out because nothing is known of them, in the order asked. Waits for
-  /// nothing.
+  /// The unknown lines of the last look-up, in the order asked. Does not wait.
   std::vector<UnknownLine> unknownLines() const LINEWATCH_EXCLUDES(mutex_);
 
   /// Reads every feed and gives their states, in the order of the feeds.
   Outcome<std::vector<FeedState>> check(Date now) LINEWATCH_EXCLUDES(loadingMutex_);
 
-  /// For each incident the lines that have it, in the order of the feeds. Knows the feeds that have been
-  /// read, loads nothing and waits for no server.
+  /// The lines of each incident, in the order of the feeds. Uses only feeds that have been read, and waits
+  /// for no server.
   using LinesOfIncidents = std::map<std::uint64_t, std::vector<std::shared_ptr<const TransitLineFields>>>;
   LinesOfIncidents linesWithIncidents(std::span<const std::uint64_t> muids) LINEWATCH_EXCLUDES(mutex_);
-  /// What the feeds say of these incidents beside their texts. Knows the incidents of the last look-up;
-  /// leaves out others.
+  /// The details of these incidents. Leaves out incidents that the last look-up did not give.
   IncidentDetailsByMuid detailsOfIncidents(std::span<const std::uint64_t> muids)
       LINEWATCH_EXCLUDES(loadingMutex_);
   /// The names of the stops of the feed with that name.
@@ -117,8 +113,8 @@ class TransitFeeds {
 
   std::optional<Error> followLocked() LINEWATCH_REQUIRES(loadingMutex_);
   Outcome<SharedLineIndex> loadLines(std::size_t feed) LINEWATCH_REQUIRES(loadingMutex_);
-  /// Loads the lines of the feeds side by side, so that the waits for their servers overlap. A feed that has
-  /// just failed is left out.
+  /// Loads the lines of the feeds in parallel, so that the waits for their servers overlap. Leaves out a feed
+  /// that has just failed.
   void loadLines(const std::vector<std::size_t>& feeds) LINEWATCH_REQUIRES(loadingMutex_);
   void takeLines(std::size_t feed, const Outcome<SharedLineIndex>& lines) LINEWATCH_REQUIRES(loadingMutex_);
   std::vector<std::size_t> allFeeds() const LINEWATCH_REQUIRES(loadingMutex_);
@@ -129,7 +125,7 @@ class TransitFeeds {
   /// Absent when the feed does not have the line.
   std::optional<Place> findIn(std::size_t feed, const MapItemIdentifier& identifier) const
       LINEWATCH_REQUIRES(loadingMutex_);
-  /// Gets the alerts of those feeds whose lines are loaded, side by side.
+  /// Gets the alerts of the feeds whose lines are loaded, in parallel.
   States update(const std::vector<std::size_t>& feeds, Date now) LINEWATCH_REQUIRES(loadingMutex_);
   void takeAlerts(std::size_t feed, FeedAlerts alerts) LINEWATCH_REQUIRES(loadingMutex_);
   Outcome<TransitLineItems> answer(std::span<const Place> places, const States& states, Date now)
@@ -157,20 +153,20 @@ class TransitFeeds {
   std::vector<StoredFeed> feeds_ LINEWATCH_GUARDED_BY(loadingMutex_);
   /// One for each feed.
   std::vector<LoadedFeed> loaded_ LINEWATCH_GUARDED_BY(loadingMutex_);
-  /// Those of the last look-up, by feed.
+  /// The incidents of the last look-up, by feed.
   std::map<std::size_t, IncidentRecords> records_ LINEWATCH_GUARDED_BY(loadingMutex_);
 
-  /// What the calls that wait for nothing read: a copy of the state after the last loading.
+  /// A copy of the state after the last look-up, for the calls that do not wait.
   struct Published {
     std::vector<StoredFeed> feeds;
     std::vector<LoadedFeed> loaded;
     std::vector<FeedState> states;
     std::vector<UnknownLine> unknownLines;
   };
-  /// Held for moments only.
+  /// Never held while a feed is read.
   mutable Mutex mutex_;
   Published published_ LINEWATCH_GUARDED_BY(mutex_);
-  /// The `LineRecords` of all feeds fill themselves while they are read.
+  /// `LineRecords` change while they are read: they make a record when it is first asked for.
   Mutex recordsMutex_;
 };
 

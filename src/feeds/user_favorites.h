@@ -14,11 +14,11 @@
 
 namespace linewatch {
 
-/// The line as a favourite names it.
+/// The favourite that names the line.
 StoredFavorite favoriteOf(const FoundLine& line);
 
-/// The user's favourites, given for one run or saved. While the sample city is shown they are the city's own
-/// until the user changes them. Any thread.
+/// The user's favourites, either saved or given for one run. While the sample city is shown, they are the
+/// lines in its favorites.txt until the user changes them. Any thread.
 class UserFavorites {
  public:
   /// Favourites of a run without saved state, by route id in the given feed.
@@ -26,18 +26,18 @@ class UserFavorites {
   /// `sampleCity`: the folder of the sample city.
   UserFavorites(SharedDatabase state, std::filesystem::path sampleCity);
 
-  /// The favourite lines of the feeds that are shown, in the user's order. A line that its feed has no longer
-  /// is among them.
+  /// The favourite lines of the shown feeds, in the user's order. Includes lines that their feed no longer
+  /// has.
   Outcome<std::vector<StoredFavorite>> lines() const;
-  /// Adds or removes all of the favourites, or none. For each of them: false when that changed nothing. Given
-  /// favourites cannot be changed.
+  /// Adds or removes all of the favourites, or none after an error. The result has one value for each: false
+  /// if it was there already, or was not there to remove. Favourites given for one run cannot be changed.
   Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
-  /// Adds all of the favourites, or none; those that are there already get the new choice. For each of them:
-  /// false when that changed nothing.
+  /// As `change` for adding, and gives favourites that are there already the new choice. The result has one
+  /// value for each: false if nothing changed.
   Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites) const;
   /// Adds or removes one favourite.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
-  /// The favourites of every kind as the widget takes them. An error is also written to the log.
+  /// The favourites of every kind, for the widget. An error also goes to the log.
   Outcome<Favorites> read() const;
 
  private:
@@ -61,8 +61,7 @@ class UserFavorites {
   std::variant<Given, Saved> source_;
 };
 
-/// Reads the favourites anew at each call. The widget keeps one persister for its whole life, and the user's
-/// first change turns the sample city's favourites into the user's own.
+/// Reads the favourites at each call, because the widget keeps one persister for its whole life.
 class UserFavoritesPersister final : public RemoteFavoritesPersister {
  public:
   explicit UserFavoritesPersister(UserFavorites favorites) : favorites_(std::move(favorites)) {}

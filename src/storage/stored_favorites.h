@@ -12,7 +12,7 @@
 
 namespace linewatch {
 
-/// What a favourite is.
+/// The kind of thing that a favourite names.
 enum class FavoriteKind { line, place, route, region };
 
 /// A favourite in the database.
@@ -22,7 +22,7 @@ struct StoredFavorite {
   std::string feed;
   /// The route id of a line in its feed; the name of anything else.
   std::string subject;
-  /// The incidents of a line that are wanted.
+  /// Which of the line's incidents the user wants to see.
   LineChoice choice = {};
 
   bool operator==(const StoredFavorite&) const = default;
@@ -32,9 +32,9 @@ struct StoredFavorite {
   }
 };
 
-/// Adds the favourite at the end, within a transaction; false when it is there already.
+/// Adds the favourite at the end; false if it is there already. Call it within a transaction.
 Outcome<bool> insertFavorite(SqliteDatabase& database, const StoredFavorite& favorite);
-/// False when it is not there.
+/// Removes the favourite; false if it is not there. Call it within a transaction.
 Outcome<bool> deleteFavorite(SqliteDatabase& database, const StoredFavorite& favorite);
 
 /// The user's favourites in the state database, in the user's order. Any thread.
@@ -44,12 +44,13 @@ class StoredFavorites {
 
   /// Leaves out favourites of a kind that this version does not know, with a line in the log.
   Outcome<std::vector<StoredFavorite>> list() const;
-  /// Adds the favourites at the end, all or none. For each of them: false when it was one already.
+  /// Adds all of the favourites at the end, or none after an error. The result has one value for each: false
+  /// if it was there already.
   Outcome<std::vector<bool>> add(const std::vector<StoredFavorite>& favorites);
-  /// As `add`, and gives the favourites that are there already the new choice. For each of them: false when
-  /// that changed nothing.
+  /// As `add`, and gives favourites that are there already the new choice. False for those that did not
+  /// change.
   Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites);
-  /// Removes the favourites, all or none. For each of them: false when it was none.
+  /// Removes all of the favourites, or none after an error. False for those that were not there.
   Outcome<std::vector<bool>> remove(const std::vector<StoredFavorite>& favorites);
 
  private:

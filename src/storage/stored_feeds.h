@@ -15,7 +15,7 @@ namespace linewatch {
 inline constexpr std::string_view kSampleFeedName = "sample";
 inline constexpr std::string_view kGivenFeedName = "given";
 
-/// The headers and query parameters that identify the user to a server. All values are secret.
+/// The headers and query parameters with the user's key for a server. All values are secret.
 struct FeedKeys {
   struct Field {
     std::string name;
@@ -29,7 +29,7 @@ struct FeedKeys {
   std::vector<Field> query;
   /// The key; empty when a command prints it or when no value holds the word KEY.
   std::string key;
-  /// A command whose first line of output is the key, split as by `shellWords`; empty: none.
+  /// A command that prints the key as its first line, split by `shellWords`; empty when there is none.
   std::string command;
 
   bool isEmpty() const { return headers.empty() && query.empty(); }
@@ -45,7 +45,7 @@ struct FeedSource {
   }
   FeedSource(const char* location) : FeedSource(std::string(location)) {}
 
-  /// Files or URLs, a timetable also folders. Several together are one timetable, or one list of alerts.
+  /// Files or URLs; folders too for a timetable. Several locations form one timetable or one list of alerts.
   std::vector<std::string> locations;
   FeedKeys keys;
 
@@ -56,7 +56,7 @@ struct FeedSource {
 struct StoredFeed {
   std::string name;
   FeedSource gtfs;
-  /// Without locations for a feed that has no alerts.
+  /// Has no locations if the feed has no alerts.
   FeedSource alerts;
 
   bool operator==(const StoredFeed&) const = default;
@@ -68,12 +68,12 @@ class StoredFeeds {
   explicit StoredFeeds(SharedDatabase database) : database_(std::move(database)) {}
 
   Outcome<std::vector<StoredFeed>> list() const;
-  /// Adds the feed; false when there is one of that name, which stays as it is.
+  /// Adds the feed; false if there is one of that name, which is not changed.
   Outcome<bool> add(const StoredFeed& feed);
-  /// Gives the feed of that name new locations and keys; false when there is none.
+  /// Replaces the locations and keys of the feed of that name; false if there is none.
   Outcome<bool> change(const StoredFeed& feed);
-  /// False when there is no such feed. Favourites of the feed stay, as it may come back. The file keeps no
-  /// bytes of its keys, nor of keys that `change` replaces.
+  /// Removes the feed; false if there is none of that name. Its favourites stay, because the feed may be
+  /// added again. Its keys are overwritten in the file, as are keys that `change` replaces.
   Outcome<bool> remove(std::string_view name);
 
  private:

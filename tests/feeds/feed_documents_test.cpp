@@ -6,12 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "feeds/scripted_server.h"
+#include "feeds/feeds_fixture.h"
 #include "feeds/timetable_zip.h"
-#include "platform/recording_log.h"
-#include "shared/failure.h"
-#include "simulation/simulated_platform.h"
-#include "temporary_folder.h"
 
 namespace linewatch {
 namespace {
@@ -21,45 +17,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class FeedDocumentsTest : public testing::Test {
+class FeedDocumentsTest : public FeedsFixture {
  protected:
-  void SetUp() override { installPlatform(platform_); }
-  void TearDown() override { installPlatform(nullptr); }
-
-  std::shared_ptr<FeedDocuments> documents(std::shared_ptr<FeedCache> cache = nullptr) {
-    return std::make_shared<FeedDocuments>(
-        std::move(cache), [this] { return now_; },
-        [this]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server_); });
-  }
-  std::shared_ptr<FeedCache> cache() {
-    return std::make_shared<FeedCache>(makeCacheDatabase(*StateDirectories::under(folder_.path()), log_));
-  }
-
-  /// The ids of the alerts, and the sentence of the failure.
-  static std::string ids(const FeedAlerts& alerts) {
-    std::string all;
-    if (alerts.message) {
-      for (const auto& entity : alerts.message->entities()) all.append(entity.id).append(" ");
-    }
-    return all + (alerts.failure ? sentenceOf(*alerts.failure) : "");
-  }
-
   const StoredFeed kRemote{"bus", "", "https://example.org/alerts"};
-  TemporaryFolder folder_;
-  RecordingLog log_;
-  /// Sketched feeds are written at 1000.
-  Date now_{Seconds(2000)};
-  std::shared_ptr<ScriptedServer> server_ = std::make_shared<ScriptedServer>();
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
 };
 
 TEST_F(FeedDocumentsTest, FetchesConditionallyAndAtMostEveryFifteenSeconds) {
-  const StoredFeed feed{"bus", "", "https://example.org/alerts"};
   const auto feedDocuments = documents(cache());
   FeedAlerts held;
   const auto after = [&](double seconds) {
     now_ += Seconds(seconds);
-    held = feedDocuments->alertsOf(feed, held);
+    held = feedDocuments->alertsOf(kRemote, held);
     return ids(held);
   };
   server_->answer = body({.alerts = {{.id = "a"}}}, "tag");
@@ -213,11 +181,10 @@ TEST_F(FeedDocumentsTest, AnotherProcessKeepsTheTimesThatTheServerAskedFor) {
 }
 
 TEST_F(FeedDocumentsTest, AWrongClockOfTheServerMakesNoLaterAnswerOlder) {
-  const StoredFeed feed{"bus", "", "https://example.org/alerts"};
   const auto answered = [&](const char* id, std::uint64_t timestamp) {
     now_ += Seconds(20);
     server_->answer = body({.alerts = {{.id = id}}, .timestamp = timestamp});
-    const FeedAlerts alerts = documents(cache())->alertsOf(feed, {});
+    const FeedAlerts alerts = documents(cache())->alertsOf(kRemote, {});
     return ids(alerts) + std::to_string(alerts.message->timestamp());
   };
   EXPECT_EQ(answered("a", 1'800'000'000), "a 0") << "years ahead";

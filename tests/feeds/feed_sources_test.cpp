@@ -7,14 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "feeds/feed_documents.h"
-#include "feeds/scripted_server.h"
+#include "feeds/feeds_fixture.h"
 #include "feeds/transit_feeds.h"
-#include "platform/recording_log.h"
-#include "shared/failure.h"
 #include "shared/mutex.h"
-#include "simulation/simulated_platform.h"
-#include "temporary_folder.h"
 
 namespace linewatch {
 namespace {
@@ -48,29 +43,25 @@ Error statusError(std::int64_t status) {
   return error;
 }
 
-class FeedSourcesTest : public testing::Test {
+class FeedSourcesTest : public FeedsFixture {
  protected:
   void SetUp() override {
-    installPlatform(platform_);
+    FeedsFixture::SetUp();
     metro_.name = "metro";
     folder_.write("one/routes.txt", "route_id\n1\n2\n");
     folder_.write("two/routes.txt", "route_id\n2\n3\n");
   }
-  void TearDown() override { installPlatform(nullptr); }
 
   std::shared_ptr<FeedDocuments> documents(std::shared_ptr<FeedCache> cache = nullptr) {
-    return std::make_shared<FeedDocuments>(
-        std::move(cache), [this] { return now_; },
-        [this]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server_); },
-        [this](const std::string& command, const std::stop_token&) -> Outcome<std::string> {
-          commands_.push_back(command);
-          return command == "broken" ? Outcome<std::string>(failure("the key command", "", "broken"))
-                                     : "key " + std::to_string(commands_.size());
-        });
+    return documentsFrom(servers_, std::move(cache),
+                         [this](const std::string& command, const std::stop_token&) -> Outcome<std::string> {
+                           commands_.push_back(command);
+                           return command == "broken"
+                                      ? Outcome<std::string>(failure("the key command", "", "broken"))
+                                      : "key " + std::to_string(commands_.size());
+                         });
   }
-  std::shared_ptr<FeedCache> cache() {
-    return std::make_shared<FeedCache>(makeCacheDatabase(*StateDirectories::under(folder_.path()), log_));
-  }
+  /// The ids of the alerts; "none" without a message.
   static std::string ids(const FeedAlerts& alerts) {
     std::string all;
     if (!alerts.message) return "none";
@@ -79,12 +70,8 @@ class FeedSourcesTest : public testing::Test {
   }
 
   StoredFeed metro_;
-  TemporaryFolder folder_;
-  RecordingLog log_;
-  Date now_{Seconds(2000)};
-  std::shared_ptr<ServerOfMany> server_ = std::make_shared<ServerOfMany>();
+  std::shared_ptr<ServerOfMany> servers_ = std::make_shared<ServerOfMany>();
   std::vector<std::string> commands_;
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
 };
 
 TEST_F(FeedSourcesTest, SeveralAlertsFeedsAreOneAndAllOfThemMustBeThere) {
@@ -96,12 +83,12 @@ TEST_F(FeedSourcesTest, SeveralAlertsFeedsAreOneAndAllOfThemMustBeThere) {
     held = source->alertsOf(metro_, held);
     return ids(held);
   };
-  server_->answers.emplace("http://a/1", body({.alerts = {alertOf("1", "a")}, .timestamp = 1990}));
-  server_->answers.emplace("http://a/2", failure("away", "", ""));
+  servers_->answers.emplace("http://a/1", body({.alerts = {alertOf("1", "a")}, .timestamp = 1990}));
+  servers_->answers.emplace("http://a/2", failure("away", "", ""));
   EXPECT_EQ(after(0), "none");
   EXPECT_EQ(sentenceOf(*held.failure), "feed metro: http://a/2: away");
   EXPECT_EQ(held.failures, 1U);
-  server_->answers.insert_or_assign("http://a/2", body({.alerts = {alertOf("2", "a")}, .timestamp = 1980}));
+  servers_->answers.insert_or_assign("http://a/2", body({.alerts = {alertOf("2", "a")}, .timestamp = 1980}));
   EXPECT_EQ(after(1),
             "a \x1F"
             "1:a ");
@@ -109,11 +96,11 @@ TEST_F(FeedSourcesTest, SeveralAlertsFeedsAreOneAndAllOfThemMustBeThere) {
   EXPECT_EQ(held.received, Date(Seconds(2000))) << "the earlier of the two";
   EXPECT_EQ(held.message->timestamp(), 1980U);
   const SharedAlertsMessage before = held.message;
-  server_->answers.insert_or_assign("http://a/1", failure("away", "", ""));
+  servers_->answers.insert_or_assign("http://a/1", failure("away", "", ""));
   after(20);
   EXPECT_EQ(sentenceOf(*held.failure), "feed metro: http://a/1: away");
   EXPECT_EQ(held.received, Date(Seconds(2000)));
-  server_->answers.clear();
+  servers_->answers.clear();
   EXPECT_EQ(ids(documents(cache())->alertsOf(metro_, {})), ids(held)) << "each has its own cache entry";
 }
 
@@ -144,13 +131,13 @@ TEST_F(FeedSourcesTest, SendsEachDocumentItsOwnKeys) {
   metro_.alerts.locations = {"http://a/1"};
   metro_.alerts.keys = {.headers = {{"X-Key", "apikey KEY, MONKEYS"}, {"X-User", "ann"}}, .key = "2"};
   EXPECT_FALSE(documents()->lineIndexOf(metro_));
-  EXPECT_THAT(server_->requests.back().query, ElementsAre(NameAndValue{"token", "1"}));
-  EXPECT_THAT(server_->requests.back().headers, IsEmpty());
+  EXPECT_THAT(servers_->requests.back().query, ElementsAre(NameAndValue{"token", "1"}));
+  EXPECT_THAT(servers_->requests.back().headers, IsEmpty());
   documents()->alertsOf(metro_, {});
-  EXPECT_THAT(server_->requests.back().headers,
+  EXPECT_THAT(servers_->requests.back().headers,
               ElementsAre(NameAndValue{"X-Key", "apikey 2, MONKEYS"}, NameAndValue{"X-User", "ann"}));
-  EXPECT_THAT(server_->requests.back().query, IsEmpty());
-  EXPECT_THAT(server_->requests.back().secrets, ElementsAre("2"));
+  EXPECT_THAT(servers_->requests.back().query, IsEmpty());
+  EXPECT_THAT(servers_->requests.back().secrets, ElementsAre("2"));
 }
 
 TEST_F(FeedSourcesTest, RunsAKeyCommandOnceAndAgainAfterTheServerRefusesTheKey) {
@@ -159,29 +146,29 @@ TEST_F(FeedSourcesTest, RunsAKeyCommandOnceAndAgainAfterTheServerRefusesTheKey) 
   const auto source = documents();
   const auto sentKey = [&] {
     source->alertsOf(metro_, {});
-    return server_->requests.back().headers.front().value;
+    return servers_->requests.back().headers.front().value;
   };
   EXPECT_EQ(sentKey(), "key 1");
   EXPECT_EQ(sentKey(), "key 1");
-  server_->answers.emplace("http://a/1", statusError(403));
+  servers_->answers.emplace("http://a/1", statusError(403));
   EXPECT_THAT(sentenceOf(*source->alertsOf(metro_, {}).failure),
               HasSubstr("the server wants a key; give a key with --header or --query-key"));
   EXPECT_EQ(sentKey(), "key 2");
   metro_.alerts.keys.command = "broken";
-  const std::size_t requests = server_->requests.size();
+  const std::size_t requests = servers_->requests.size();
   EXPECT_EQ(sentenceOf(*source->alertsOf(metro_, {}).failure),
             "feed metro: http://a/1: the key command: broken");
-  EXPECT_EQ(server_->requests.size(), requests) << "without the key nothing is asked for";
+  EXPECT_EQ(servers_->requests.size(), requests) << "without the key nothing is asked for";
 }
 
-TEST_F(FeedSourcesTest, TheCacheHoldsNoKeyAndTellsLocationsApartThatDifferInTheirQuery) {
+TEST_F(FeedSourcesTest, CachesLocationsThatDifferInAKeyWithoutTheKey) {
   metro_.alerts.locations = {"http://u:s3cret-p@a/1?area=s3cret-1", "http://u:s3cret-p@a/1?area=s3cret-2"};
-  server_->answers.emplace(metro_.alerts.locations[0], body({.alerts = {alertOf("1", "a")}}));
-  server_->answers.emplace(metro_.alerts.locations[1], body({.alerts = {alertOf("1", "b")}}));
+  servers_->answers.emplace(metro_.alerts.locations[0], body({.alerts = {alertOf("1", "a")}}));
+  servers_->answers.emplace(metro_.alerts.locations[1], body({.alerts = {alertOf("1", "b")}}));
   documents(cache())->alertsOf(metro_, {});
-  const std::size_t requests = server_->requests.size();
+  const std::size_t requests = servers_->requests.size();
   EXPECT_THAT(ids(documents(cache())->alertsOf(metro_, {})), AllOf(HasSubstr("a "), HasSubstr(":b ")));
-  EXPECT_EQ(server_->requests.size(), requests);
+  EXPECT_EQ(servers_->requests.size(), requests);
   EXPECT_THAT(textIn(StateDirectories::under(folder_.path())->cache / "feeds.sqlite"),
               AllOf(HasSubstr("http://a/1?area=***"), Not(HasSubstr("s3cret"))));
 }

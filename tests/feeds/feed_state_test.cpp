@@ -115,7 +115,7 @@ TEST(FeedState, FollowsFromTheFacts) {
   EXPECT_EQ(stateOf(writtenAgo(-300), kNow).written, kNow + Seconds(300));
 }
 
-TEST(FeedState, RetriesAfterAMinuteAndThenTwiceAsLate) {
+TEST(FeedState, RetriesAfterAMinuteAndThenDoublesThePause) {
   FeedState state = stateOf(fresh(), kNow);
   EXPECT_EQ(nextRetry(state, kNow), std::nullopt);
   state.failed = kNow;

@@ -6,11 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "feeds/scripted_server.h"
+#include "feeds/feeds_fixture.h"
 #include "platform/transit_storage_line_item.h"
-#include "shared/failure.h"
-#include "simulation/simulated_platform.h"
-#include "temporary_folder.h"
 
 namespace linewatch {
 namespace {
@@ -20,11 +17,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class TransitFeedsTest : public testing::Test {
+class TransitFeedsTest : public FeedsFixture {
  protected:
-  void SetUp() override { installPlatform(platform_); }
-  void TearDown() override { installPlatform(nullptr); }
-
   /// A feed in files, with the routes 1 and 2.
   StoredFeed feed(const std::string& name, const FeedSketch& alerts) {
     const auto folder = folder_.path() / name;
@@ -38,11 +32,6 @@ class TransitFeedsTest : public testing::Test {
     return [feeds] { return feeds; };
   }
 
-  std::shared_ptr<FeedDocuments> documents() {
-    return std::make_shared<FeedDocuments>(
-        nullptr, [this] { return now_; },
-        [this]() -> Outcome<std::shared_ptr<HttpFetcher>> { return std::shared_ptr<HttpFetcher>(server_); });
-  }
   /// The lines with the titles of their incidents, or the sentence of the error.
   std::vector<std::string> lines(TransitFeeds& feeds, const std::vector<MapItemIdentifier>& identifiers) {
     const auto items = feeds.lineItems(identifiers, now_);
@@ -54,11 +43,6 @@ class TransitFeedsTest : public testing::Test {
     }
     return all;
   }
-  TemporaryFolder folder_;
-  /// Sketched feeds are written at 1000.
-  Date now_{Seconds(2000)};
-  std::shared_ptr<ScriptedServer> server_ = std::make_shared<ScriptedServer>();
-  std::shared_ptr<simulation::SimulatedPlatform> platform_ = simulation::SimulatedPlatform::make();
 };
 
 MapItemIdentifier line(const char* feed, const char* route) { return {stableMuid(feed, route), feed, route}; }
@@ -148,7 +132,7 @@ class SlowServer final : public HttpFetcher {
   std::promise<void> isAsked, isReleased;
 };
 
-TEST_F(TransitFeedsTest, AnswersFromWhatItKnowsWhileAServerIsWaitedFor) {
+TEST_F(TransitFeedsTest, GivesTheLastStateWhileAServerIsSlow) {
   const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}});
   StoredFeed rail = feed("rail", {});
   rail.alerts = "https://example.org/alerts";
@@ -175,7 +159,7 @@ TEST_F(TransitFeedsTest, AnswersFromWhatItKnowsWhileAServerIsWaitedFor) {
   EXPECT_EQ(feeds.states().at(0).feed, "rail");
 }
 
-TEST_F(TransitFeedsTest, LeavesOutTheLinesThatItKnowsNothingOf) {
+TEST_F(TransitFeedsTest, LeavesOutUnknownLines) {
   const StoredFeed good = feed("good", {});
   StoredFeed silent = feed("silent", {}), broken = feed("broken", {});
   silent.alerts = {};

@@ -199,7 +199,7 @@ TEST_F(StoredDatabaseTest, SetsADamagedFileAsideAndBeginsANewOne) {
   }
 }
 
-TEST_F(StoredDatabaseTest, AFileThatTookTheDamagedOnesPlaceStays) {
+TEST_F(StoredDatabaseTest, KeepsAFileThatReplacedTheDamagedOne) {
   writeNotes({"lost"});
   auto slow = open();
   const auto error = slow.read([&](SqliteDatabase&) -> std::optional<Error> {
@@ -268,7 +268,7 @@ TEST_F(StoredDatabaseTest, DeferredWritesWaitInOrderUntilTheFileIsFree) {
               ElementsAre(HasSubstr("using it; changes are saved when it is free"), HasSubstr("nonsense")));
 }
 
-TEST_F(StoredDatabaseTest, TellsHowManyDeferredWritesAreLost) {
+TEST_F(StoredDatabaseTest, LogsTheNumberOfLostDeferredWrites) {
   auto holder = open();
   EXPECT_FALSE(holder.write([&](SqliteDatabase&) {
     auto deferring = openDeferred();

@@ -242,7 +242,7 @@ TEST_F(StoredRecordsTest, CacheHoldsOneDocumentAKindFromTheFeedsOwnLocation) {
   EXPECT_THAT(namesIn(folder_.path()), ElementsAre("cache"));
 }
 
-TEST_F(StoredRecordsTest, NobodyWaitsLongForACacheThatAnotherProgramHolds) {
+TEST_F(StoredRecordsTest, DoesNotWaitLongForALockedCache) {
   const CachedDocument document{"https://a", Date(Seconds(1)), std::nullopt, std::nullopt, {1}};
   FeedCache(openCache()).store("metro", "gtfs", document);
   auto holder = SqliteDatabase::open("", openCache()->file(), SqliteDatabase::Mode::readWrite, {});

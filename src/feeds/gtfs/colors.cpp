@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::string_view kWhite = "FFFFFF";
 constexpr std::string_view kBlack = "000000";
-// What WCAG 2 asks of large or bold text and of signs (level AA). A feed's own pair is part of how a network
-// looks, so that it is left alone from here on; the choice between white and black always gives 4.5 or more.
+// The least contrast of WCAG 2 for large or bold text (level AA). A feed's own pair of colours is kept from
+// this contrast on, because riders know the network by it. White or black always gives 4.5 or more.
 constexpr double kLeastContrast = 3;
 
 bool isHexadecimal(char digit) { return isAsciiDigit(digit) || (digit >= 'A' && digit <= 'F'); }

@@ -21,7 +21,7 @@ using Contents = LineIndex::Contents;
 
 bool isTagCharacter(char byte) { return isAsciiAlphanumeric(byte) || byte == '-'; }
 
-/// Empty when the text is no tag. "mul" means several languages, so it is no language of the feed either.
+/// Empty when the text is no tag, and for "mul", which means several languages.
 std::string languageTag(std::string_view text) {
   std::string tag(text);
   std::replace(tag.begin(), tag.end(), '_', '-');
@@ -48,13 +48,13 @@ void readAgencies(CsvTable& table, Contents& contents) {
   }
 }
 
-/// The language in feed_info.txt; that of the agencies counts only without it.
+/// Reads the language in feed_info.txt. The agencies' language is used only without it.
 void readLanguage(CsvTable& table, Contents& contents) {
   const auto language = table.column("feed_lang");
   if (table.next()) contents.language = languageTag(table.value(language));
 }
 
-/// Indexes of agencies by id. In a feed with one agency, routes without an agency id are that agency's.
+/// The indexes of agencies by id. In a feed with one agency, routes without an agency id belong to it.
 class AgencyPlaces {
  public:
   explicit AgencyPlaces(const std::vector<FeedAgency>& agencies) {

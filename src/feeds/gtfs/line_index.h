@@ -12,7 +12,7 @@
 
 namespace linewatch {
 
-/// An agency of a feed, as agency.txt states it. Texts may be empty.
+/// An agency of a feed, from agency.txt. Texts may be empty.
 struct FeedAgency {
   std::string id;
   std::string name;
@@ -22,7 +22,7 @@ struct FeedAgency {
   bool operator==(const FeedAgency&) const = default;
 };
 
-/// A route of a feed, as routes.txt states it. The rest of the program calls it a line. Texts may be empty.
+/// A route of a feed, from routes.txt. The rest of the program calls it a line. Texts may be empty.
 struct FeedRoute {
   std::string id;
   std::string shortName;
@@ -69,7 +69,7 @@ class LineIndex {
   /// The route's index in `routes()`, or none.
   std::optional<std::size_t> routeWithId(std::string_view id) const;
   std::optional<std::size_t> routeWithMuid(std::uint64_t muid) const;
-  /// The `muid` of the line that the route is.
+  /// The `muid` of the route's line.
   std::uint64_t muidOfRoute(std::size_t route) const { return muids_[route]; }
   /// Short name, else long name, else id.
   const std::string& nameOfRoute(std::size_t route) const;
@@ -77,8 +77,8 @@ class LineIndex {
  private:
   Contents contents_;
   std::vector<std::uint64_t> muids_;
-  /// Sorted. Each start builds it anew: sorting is faster than filling a hash table, and no feed can slow it
-  /// down with colliding ids.
+  /// Sorted. It is built at each start of the program: sorting is faster than filling a hash table, and no
+  /// feed can slow it down with colliding ids.
   std::vector<std::pair<std::uint64_t, std::uint32_t>> routesByMuid_;
 };
 

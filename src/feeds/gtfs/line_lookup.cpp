@@ -54,7 +54,7 @@ std::vector<FoundLine> linesWithId(std::span<const SharedLineIndex> indexes, std
   return lines;
 }
 
-// The names of a line: its number, or else its name; its long name; the text of its shield.
+// The names by which a user may call a line, in the order in which they are tried.
 using Naming = std::string (*)(const LineIndex& index, std::size_t route);
 constexpr Naming kNamings[] = {
     [](const LineIndex& index, std::size_t route) { return std::string(index.nameOfRoute(route)); },
@@ -93,7 +93,7 @@ std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> inde
   return lines;
 }
 
-/// The edit distance: how many characters must be added, dropped or changed to turn one text into the other.
+/// The edit distance: the least number of bytes to add, drop or change to turn one text into the other.
 std::size_t differences(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
@@ -108,8 +108,8 @@ std::size_t differences(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-/// The lines that a misspelt name may mean: those that a search finds, else those within an edit distance of
-/// one in four characters.
+/// Suggestions for a misspelt name: the lines that a search finds; if there are none, the lines whose names
+/// are within an edit distance of a quarter of the length, plus one.
 std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::string_view name) {
   const std::string wanted = comparableName(name);
   if (wanted.empty()) return {};

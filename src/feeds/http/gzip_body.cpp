@@ -15,7 +15,7 @@ namespace linewatch {
 namespace {
 
 constexpr std::size_t kInflateBlock = std::size_t{64} << 10U;
-/// The largest window, and the gzip format instead of zlib's own.
+// The largest window is 15. Adding 16 selects the gzip format.
 constexpr int kGzipWindow = 15 + 16;
 
 Error damaged(std::string_view why) { return failure(FailureCode::malformed, "", "", why); }
@@ -30,7 +30,7 @@ struct GzipBody::Stream {
 
   z_stream inflater{};
   bool isOpen = false;
-  /// Between two members, of which the last has been checked.
+  /// True when a member has ended and been checked, and the next one has not begun.
   bool memberEnded = false;
 };
 

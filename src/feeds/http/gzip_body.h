@@ -10,18 +10,18 @@
 
 namespace linewatch {
 
-/// Unpacks a gzip stream that comes in pieces, and checks it to its end: check sum, length, and that nothing
-/// but further gzip members follows.
+/// Unpacks a gzip stream that comes in pieces. Checks the checksum and the length of each member, and that
+/// only members follow.
 class GzipBody {
  public:
-  /// `maximumBytes`: the limit of the unpacked size.
+  /// `maximumBytes` limits the unpacked size.
   explicit GzipBody(std::size_t maximumBytes);
   ~GzipBody();
 
-  /// Appends what the piece unpacks to. The error of a damaged stream, and of one that unpacks to more than
-  /// the limit, comes with the piece that shows it; nothing may be taken after an error.
+  /// Unpacks the piece and appends the result to `unpacked`. An error if the stream is damaged or its
+  /// unpacked size exceeds the limit; do not call it again after an error.
   std::optional<Error> take(std::string_view piece, Bytes& unpacked);
-  /// The error of a stream that has not come to its end. After the last piece.
+  /// Call it after the last piece. An error if the stream is cut off.
   std::optional<Error> finish() const;
 
  private:

@@ -14,30 +14,30 @@
 
 namespace linewatch {
 
-/// Turns the lines and bytes of one answer into a response, within the limits of the request. The transport
-/// hands them on as they come and closes the connection as soon as no more is wanted.
+/// Turns the header lines and the body of one answer into a response, and enforces the limits of the request.
+/// The transport passes on lines and bytes as they arrive, and closes the connection when the reader wants no
+/// more.
 class ResponseReader {
  public:
   /// The request outlives the reader.
   explicit ResponseReader(const HttpRequest& request) : request_(request) {}
 
-  /// Takes a header line with its line break: the status line, a field, or the empty line at the end; also
-  /// those of interim answers before the answer, and of trailers after its body. False: no more is wanted.
+  /// Takes a header line with its line break: the status line, a field, or the empty line at the end. Also
+  /// takes the lines of interim answers (1xx) and of trailers. False: no more is wanted.
   bool takeHeaderLine(std::string_view line);
-  /// Takes bytes of the body, as sent but for the transfer encoding. False: no more is wanted.
+  /// Takes bytes of the body, without the transfer encoding. False: no more is wanted.
   bool takeBody(std::string_view bytes);
-  /// Counts bytes of the body in their transfer encoding. A body that consists of padding of its chunks
-  /// settles the reader, too.
+  /// Counts bytes of the body with the transfer encoding, so that endless padding of chunks hits the limit.
   void countReceived(std::size_t bytes);
 
   /// The answer's header; null until it is complete.
   const ResponseHeader* header() const { return header_ ? &*header_ : nullptr; }
-  /// True once the outcome is known, whatever else the server sends: a limit is exceeded, the answer is
-  /// malformed, or its status brings no document.
+  /// True when nothing more can change the outcome: a limit is exceeded, the answer is malformed, or its
+  /// status is not 200.
   bool isSettled() const { return error_ || (header_ && header_->status != 200); }
 
-  /// The response, or the failure of the answer. Call it once the reader is settled, or once the transport
-  /// says that the body is complete. `now` dates the answer where the server does not.
+  /// The response or the error. Call it when the reader is settled or the transport has passed on the whole
+  /// body. `now` is the date of an answer without a Date field.
   Outcome<HttpResponse> response(Date now);
 
  private:

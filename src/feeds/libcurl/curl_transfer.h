@@ -21,24 +21,24 @@ class CurlTransfer {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// What goes out, and when it must be over.
+  /// The request to send and its deadline.
   struct Order {
     const HttpRequest& request;
-    /// The request's own URL, or one that it was redirected to; without a user name.
+    /// The URL of the request or of a redirect, without a user name.
     HttpUrl url;
-    /// Whether the request's headers and its URL's user name go along.
+    /// Whether to send the request's headers and the user name of its URL.
     bool sendsKeys = true;
     Clock::time_point deadline;
   };
 
-  /// The order's request and the reader outlive the transfer.
+  /// The order's request and the reader must outlive the transfer.
   CurlTransfer(Order order, ResponseReader& reader);
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
   ~CurlTransfer();
 
-  /// Hands the answer to the reader until it is complete or the reader is settled. The error of a transfer
-  /// that ended before that.
+  /// Passes the answer to the reader until it is complete or the reader is settled. An error if the transfer
+  /// ends before.
   std::optional<Error> run();
 
  private:
@@ -61,7 +61,7 @@ class CurlTransfer {
   void setHeaders();
   void setUser(const std::optional<HttpUrl>& url);
   void addHeader(const std::string& line);
-  /// The error of a transfer that may not go on.
+  /// The error of a transfer that was stopped or has passed its deadline.
   std::optional<Error> interruption() const;
   CURLcode result();
   Error errorOf(CURLcode result) const;

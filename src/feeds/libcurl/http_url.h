@@ -24,14 +24,14 @@ class HttpUrl {
 
   /// The URL that a Location field refers to, relative to this one.
   std::optional<HttpUrl> resolve(const std::string& location) const;
-  /// With the parameter added to its query, unless it has one of that name.
+  /// This URL with the parameter in its query. A parameter of that name in the URL stays as it is.
   HttpUrl withQuery(const NameAndValue& parameter) const;
   HttpUrl withoutUser() const;
 
   std::string text() const { return part(CURLUPART_URL, 0); }
   bool isSecure() const { return part(CURLUPART_SCHEME, 0) == "https"; }
   std::string host() const;
-  /// The default one where the URL names none.
+  /// The scheme's default port if the URL has none.
   std::string port() const { return part(CURLUPART_PORT, CURLU_DEFAULT_PORT); }
   /// Decoded; empty when the URL has none.
   std::string user() const { return part(CURLUPART_USER, CURLU_URLDECODE); }

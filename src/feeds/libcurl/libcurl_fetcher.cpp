@@ -20,10 +20,10 @@ namespace linewatch {
 namespace {
 
 constexpr int kMaximumRedirects = 10;
-/// Keeps the deadline within what a clock can tell.
+/// A longer timeout could overflow the deadline.
 constexpr Seconds kLongestTimeout{86400};
 
-/// All that must not reach another server or a message.
+/// The texts that must not reach another server or a message.
 std::vector<std::string> secretsOf(const HttpRequest& request) {
   std::vector<std::string> secrets = request.secrets;
   for (const auto* const keys : {&request.headers, &request.query}) {
@@ -56,7 +56,7 @@ bool canBeSent(const HttpRequest& request) {
 
 Date systemTime() { return std::chrono::time_point_cast<Seconds>(std::chrono::system_clock::now()); }
 
-/// A fetch from its first URL to the last redirect.
+/// One fetch with its redirects.
 class CurlExchange {
  public:
   explicit CurlExchange(const HttpRequest& request)
@@ -69,8 +69,8 @@ class CurlExchange {
 
  private:
   HttpUrl withKeys(const HttpUrl& url) const;
-  /// Where the redirect leads, with keys if it stays on the server. `keys` becomes false for good when it
-  /// does not.
+  /// The URL that the redirect leads to, with the keys if it is on the same server. A redirect to another
+  /// server sets `keys` to false; later redirects leave it so.
   Outcome<HttpUrl> redirected(const HttpUrl& from, const std::string& location, bool& keys) const;
 
   const HttpRequest& request_;

@@ -83,7 +83,7 @@ TEST(LineRecords, GiveAnAgencyTheColorOfMostOfItsRoutes) {
   EXPECT_EQ(badgeOf({"", "", "00FF00"}), "none");
 }
 
-TEST(LineRecords, PutOnAnAgencysColorTheTextColorThatComesWithItFirst) {
+TEST(LineRecords, UseTheFirstTextColorThatComesWithAnAgencysColor) {
   LineRecords records(
       indexOf({{"A", "Alpha", ""}, {"B", "Beta", ""}}, {{"1", "", "", 1, 3, "C8102E", ""},
                                                         {"2", "", "", 0, 3, "003DA5", "FFFFFF"},
@@ -167,7 +167,7 @@ TEST(Colors, AreReadInEveryForm) {
   }
 }
 
-TEST(Colors, ContrastIsThatOfWcag) {
+TEST(Colors, ContrastFollowsWcag) {
   EXPECT_NEAR(contrastRatio("000000", "FFFFFF"), 21, 1e-9);
   EXPECT_NEAR(contrastRatio("777777", "FFFFFF"), 4.478, 0.001);
   EXPECT_NEAR(contrastRatio("FF0000", "0000FF"), 2.149, 0.001);

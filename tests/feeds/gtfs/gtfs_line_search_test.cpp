@@ -46,7 +46,7 @@ class LineSearchTest : public testing::Test {
                            searchedRoute("m:3", "A+", "Airport")})};
 };
 
-TEST_F(LineSearchTest, PutsTheNameBeforeItsStartsBeforeTheRest) {
+TEST_F(LineSearchTest, ListsExactNamesThenPrefixesThenTheRest) {
   EXPECT_THAT(found("1"), ElementsAre("m:3", "b1", "m:2", "m:1", "m:5"));
   EXPECT_THAT(found("10"), ElementsAre("m:2", "m:1", "m:5"));
   EXPECT_THAT(found("red"), ElementsAre("m:4"));

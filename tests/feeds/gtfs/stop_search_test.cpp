@@ -39,7 +39,7 @@ class PiecewiseSource final : public GtfsSource {
   std::size_t pieceSize_;
 };
 
-std::string found(GtfsSource& source, const StopIds& ids) {
+std::string foundStops(GtfsSource& source, const StopIds& ids) {
   const auto pages = findStops(source, ids);
   if (!pages) return sentenceOf(pages.error());
   std::string text;
@@ -73,7 +73,7 @@ TEST(StopSearch, FindsWhatReadingTheWholeTableFinds) {
     for (const std::size_t pieceSize : {1, 2, 3, 7, 1000}) {
       PiecewiseSource source(table, pieceSize);
       // A table with CR alone is read as a whole, other stops included.
-      const std::string actual = found(source, ids);
+      const std::string actual = foundStops(source, ids);
       if (table.find("\ra") != std::string::npos) {
         EXPECT_THAT(actual, HasSubstr("a\tHarbour\t\nd\tLast\t\n")) << pieceSize;
       } else {
@@ -87,24 +87,24 @@ TEST(StopSearch, StopsReadingWhenAllAreFound) {
   std::string table = "stop_id,stop_name\n";
   for (int stop = 0; stop < 10000; ++stop) table += std::to_string(stop) + ",Stop\n";
   PiecewiseSource source(table, 100);
-  EXPECT_EQ(found(source, {"1000", "7"}), "1000\tStop\t\n7\tStop\t\n");
+  EXPECT_EQ(foundStops(source, {"1000", "7"}), "1000\tStop\t\n7\tStop\t\n");
   EXPECT_LT(source.taken, table.size() / 5);
 
   const TemporaryFolder folder;
   writeFile(folder.path() / "stops.txt", table + "last,At the end\n");
   FolderSource files(folder.path());
-  EXPECT_EQ(found(files, {"last", "0"}), "0\tStop\t\nlast\tAt the end\t\n");
+  EXPECT_EQ(foundStops(files, {"last", "0"}), "0\tStop\t\nlast\tAt the end\t\n");
 }
 
 TEST(StopSearch, SaysWhatIsWrongWithATable) {
   PiecewiseSource open("stop_id,stop_name\na,\"Harbour\n" + std::string(std::size_t{2} << 20U, 'x'), 4096);
-  EXPECT_THAT(found(open, {"a"}), HasSubstr("a quote is not closed"));
+  EXPECT_THAT(foundStops(open, {"a"}), HasSubstr("a quote is not closed"));
   EXPECT_LT(open.taken, (std::size_t{1} << 20U) + 10000) << "the rest is not read";
   const TemporaryFolder folder;
   FolderSource missing(folder.path() / "missing");
-  EXPECT_THAT(found(missing, {"a"}), HasSubstr("No such file"));
+  EXPECT_THAT(foundStops(missing, {"a"}), HasSubstr("No such file"));
   FolderSource empty(folder.path());
-  EXPECT_EQ(found(empty, {"a"}), "");
+  EXPECT_EQ(foundStops(empty, {"a"}), "");
 }
 
 }  // namespace

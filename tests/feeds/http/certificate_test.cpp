@@ -32,7 +32,7 @@ std::string portOf(FILE* server) {
   return {};
 }
 
-TEST(Certificate, OfOwnMakingIsNotTrusted) {
+TEST(Certificate, SelfSignedIsNotTrusted) {
   const TemporaryFolder folder;
   const std::string key = folder / "key";
   const std::string certificate = folder / "certificate";

@@ -43,14 +43,14 @@ TEST(GzipBody, UnpacksPiecesOfAnySize) {
     EXPECT_TRUE(unpacked(packed, piece) == text) << piece;
 }
 
-TEST(GzipBody, TakesNoStreamThatIsCutOffAnywhere) {
+TEST(GzipBody, RefusesAStreamThatIsCutOff) {
   const std::string packed = gzip("a text of a feed, of a feed, of a feed");
   for (std::size_t length = 0; length < packed.size(); ++length)
     EXPECT_EQ(unpacked(packed.substr(0, length), 7), "the answer's gzip stream is cut off") << length;
   EXPECT_EQ(unpacked(packed + packed.substr(0, 5), 7), "the answer's gzip stream is cut off");
 }
 
-TEST(GzipBody, NoticesADamagedByteOfTheTrailerAndWhatFollows) {
+TEST(GzipBody, RefusesADamagedTrailerAndBytesAfterIt) {
   const std::string packed = gzip("a text of a feed");
   for (std::size_t place = packed.size() - 8; place < packed.size(); ++place) {
     std::string damaged = packed;

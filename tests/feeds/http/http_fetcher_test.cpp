@@ -245,7 +245,7 @@ std::string testNameOf(const testing::TestParamInfo<Misbehaviour>& row) {
 
 INSTANTIATE_TEST_SUITE_P(HttpFetcher, Misbehaving, testing::ValuesIn(misbehaviours()), testNameOf);
 
-TEST(HttpFetcher, TakesWhatIsUnusualButComplete) {
+TEST(HttpFetcher, AcceptsUnusualButCompleteAnswers) {
   const std::string start = kHeaderStart;
   struct Row {
     const char* name;
@@ -272,7 +272,7 @@ TEST(HttpFetcher, TakesWhatIsUnusualButComplete) {
   }
 }
 
-TEST(HttpFetcher, HandsOnWhenTheServerWantsToBeAskedAgain) {
+TEST(HttpFetcher, ReportsRetryAfter) {
   const std::string date = "Date: Sun, 06 Nov 1994 08:49:37 GMT\r\n";
   for (const std::string retry : {"Retry-After: 120\r\n", "Retry-After: Sun, 06 Nov 1994 08:51:37 GMT\r\n"}) {
     for (const std::string status : {"429 Too Many", "503 Busy"}) {
@@ -289,7 +289,7 @@ TEST(HttpFetcher, HandsOnWhenTheServerWantsToBeAskedAgain) {
   }
 }
 
-TEST(HttpFetcher, TellsWhereNoServerAnswers) {
+TEST(HttpFetcher, SaysWhyNoServerAnswers) {
   int port = 0;
   {
     const LocalHttpServer closed([](Connection&) {});
@@ -403,7 +403,7 @@ TEST(HttpFetcher, SendsKeysToNoOtherHostOfTheSamePort) {
               ElementsAre(HasSubstr(kKeyHeader), AllOf(HasSubstr("GET /end "), Not(HasSubstr("X-Key")))));
 }
 
-TEST(HttpFetcher, SendsKeysNoMoreOnceAnotherServerRedirectsBack) {
+TEST(HttpFetcher, SendsNoKeysAfterAnotherServerRedirectsBack) {
   std::string back;
   const LocalHttpServer first([&](Connection& connection) {
     connection.write(connection.request().starts_with("GET /end") ? httpAnswer("200 OK", "", "back")
@@ -416,7 +416,7 @@ TEST(HttpFetcher, SendsKeysNoMoreOnceAnotherServerRedirectsBack) {
               ElementsAre(HasSubstr(kKeyHeader), AllOf(HasSubstr("GET /end "), Not(HasSubstr("X-Key")))));
 }
 
-TEST(HttpFetcher, SendsNoKeyThatWouldAddLinesToTheRequest) {
+TEST(HttpFetcher, SendsNoKeyWithALineBreak) {
   const LocalHttpServer server(always(httpAnswer("200 OK", "", "bytes")));
   for (const NameAndValue& key : {NameAndValue{"X-Key", "a\r\nX-Other: b"},
                                   NameAndValue{"X: y\r\nX-Key", "a"}, NameAndValue{"", "a"}}) {

@@ -59,7 +59,7 @@ TEST(NameLookup, ThatFailsSaysSo) {
   EXPECT_EQ(sentenceOf(response.error()), "it cannot be fetched: no address is found for the host");
 }
 
-TEST(NameLookup, HoldsUpNoFetchThatIsOver) {
+TEST(NameLookup, DoesNotDelayAFinishedFetch) {
   const std::string url = "http://" + std::string(kSlowHost) + "/";
   const std::ptrdiff_t threads = threadCount();
   const auto late = curlFetcher()->fetch({.url = url, .timeout = Seconds(0.1)});

@@ -47,7 +47,7 @@ TEST(ResponseHeader, NeedsAStatusLine) {
   }
 }
 
-TEST(ResponseHeader, TellsHowLongTheAnswerIsFresh) {
+TEST(ResponseHeader, GivesMaxAge) {
   const std::optional<Seconds> kAbsent;
   struct Row {
     const char* lines;
@@ -76,7 +76,7 @@ TEST(ResponseHeader, TellsHowLongTheAnswerIsFresh) {
   }
 }
 
-TEST(ResponseHeader, TellsWhenToAskAgain) {
+TEST(ResponseHeader, GivesRetryAfter) {
   const std::string date = "Date: Sun, 06 Nov 1994 08:49:37 GMT\r\n";
   struct Row {
     std::string lines;

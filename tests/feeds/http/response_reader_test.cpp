@@ -34,7 +34,7 @@ TEST(ResponseReader, CountsHeaderLinesAndBytesAcrossInterimAnswersAndTrailers) {
   }
 }
 
-TEST(ResponseReader, WantsTheBodyOfADocumentAlone) {
+TEST(ResponseReader, ReadsTheBodyOfStatus200Only) {
   for (const char* status : {"HTTP/1.1 302 Found\r\n", "HTTP/1.1 404 None\r\n", "HTTP/1.1 304 Same\r\n"}) {
     ResponseReader reader(kSmallRequest);
     EXPECT_TRUE(reader.takeHeaderLine(status));
