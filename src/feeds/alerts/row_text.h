@@ -14,7 +14,7 @@ inline constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
 std::string rowTitle(std::string_view header, std::string_view language);
 
 /// The first sentences of a description with news: not the title, headings, salutations or references to
-/// pages and maps. One or a few whole sentences. Empty when there are no news.
+/// pages and maps. One or a few whole sentences. Empty when there is no news.
 std::string rowSecondaryText(std::string_view description, std::string_view title, std::string_view language);
 
 /// The first sentence of a description that says something new, to stand in for a title. Empty when there is
