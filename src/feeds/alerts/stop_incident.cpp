@@ -174,7 +174,7 @@ SharedIncident stopIncident(std::uint64_t muid, Notices notices, const IncidentL
   std::string title = headerAsTitle(notices, stops);
   if (title.empty() && stops.size() == 1) title = titleForStop(stops.front(), notices, words);
   const bool isCounted = title.empty();
-  if (isCounted) title = counted(words.stopsAffectedFormat, stops.size(), language);
+  if (isCounted) title = inPluralForm(words.stopsAffectedFormat, stops.size(), language);
   fields.summary = textIfAny(isCounted ? summaryOfStops(notices, language) : newsOf(notices, title, words));
   fields.title = textIfAny(std::move(title));
   fields.fullDescription = textIfAny(ownTextsOf(notices, language));
