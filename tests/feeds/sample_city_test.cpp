@@ -87,7 +87,7 @@ TEST_F(SampleCity, HasAlertsAboutItsLines) {
   EXPECT_THAT(titles("L1", "fr-CH"), ElementsAre("Pas de bateaux"));
   EXPECT_THAT(titles("S4", "en"), ElementsAre("Shorter trains"));
   EXPECT_THAT(titles("F", "en"), ElementsAre("No service"));
-  EXPECT_THAT(titles("B34", "en"), ElementsAre("Stop college moved")) << "without the names of stops";
+  EXPECT_THAT(titles("B34", "en"), ElementsAre("Stop Collège moved by 50 m")) << "without the names of stops";
   for (const char* fine : {"S1", "M2"}) EXPECT_THAT(titles(fine, "en"), IsEmpty()) << fine;
 }
 

@@ -8,7 +8,7 @@ namespace linewatch {
 namespace {
 
 constexpr double kForever = std::numeric_limits<double>::infinity();
-// 2100-01-01: agencies write "until further notice" as an end beyond it.
+// 2100-01-01. Agencies write later ends for "until further notice".
 constexpr std::uint64_t kNoRealEnd = 4'102'444'800;
 
 struct Span {
@@ -26,7 +26,7 @@ std::optional<Date> dateAt(double seconds) {
   return Date(Seconds(seconds));
 }
 
-// The greater rank is shown: running before coming before past.
+// The period with the greatest rank is shown: a running one, else the next to come, else the last one.
 std::tuple<int, double, double> rank(const Span& span, double now) {
   if (span.start <= now && now < span.end) return {2, span.end, -span.start};
   if (span.start > now) return {1, -span.start, span.end};

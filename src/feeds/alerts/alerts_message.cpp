@@ -80,8 +80,8 @@ enum class TripField : Number { tripId = 1, routeId = 5, directionId = 6, modifi
 enum class TextsField : Number { translation = 1 };
 enum class TranslationField : Number { text = 1, language = 2 };
 
-// Entities, texts, periods and selectors together: a hundred times as many as the largest feeds have. A part
-// may take fifty times the bytes of its encoding, so this also bounds the memory.
+// Entities, texts, periods and selectors together. The largest feeds have a hundredth of it. It bounds the
+// memory too, because a decoded part may be fifty times as large as its encoding.
 constexpr std::size_t kMostParts = 2'000'000;
 
 struct Fault : protozero::exception {
@@ -90,8 +90,8 @@ struct Fault : protozero::exception {
   std::string why;
 };
 
-/// Reads the fields of one message in turn. A field that is not read is skipped; one of another wire type
-/// than expected is a fault.
+/// Reads the fields of one message in turn and skips those that are not read. Throws a Fault for a field of
+/// another wire type than expected.
 template <class Field>
 class Fields : public protozero::pbf_message<Field> {
  public:
@@ -161,7 +161,7 @@ std::string_view textOf(const Bytes& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// What a payload of another format looks like; empty when there is no guess.
+/// Names the format of a payload that is no GTFS-Realtime message; empty when it is not recognised.
 std::string_view guessAtContent(std::string_view payload) {
   if (payload.empty()) return "the payload is empty";
   if (payload.front() == '<') return "a page of markup, not a GTFS-Realtime message";
@@ -232,7 +232,7 @@ AlertSelector readSelector(std::string_view bytes) {
 
 }  // namespace
 
-/// Fills a message in and keeps track of the position in the payload, which errors name.
+/// Decodes a payload and keeps track of the position for error messages.
 class AlertsDecoder {
  public:
   static Outcome<SharedAlertsMessage> read(Bytes payload) {
@@ -265,7 +265,7 @@ class AlertsDecoder {
     return part_ == Place::entity ? "entity " + std::to_string(entityNumber_) + " at " + byte : byte;
   }
 
-  // Notes the message that is read next. A fault between two messages is reported at the end of the first.
+  // Remembers which part is read next, for error messages.
   std::string_view enter(Place part, std::string_view bytes) {
     part_ = part;
     offset_ = static_cast<std::size_t>(bytes.data() - textOf(message_->payload_).data());

@@ -14,10 +14,10 @@
 
 namespace linewatch {
 
-/// In the order in which feeds are written.
+/// In the order of their field numbers.
 enum class AlertText : std::uint8_t { url, header, description, spokenHeader, spokenDescription };
 
-/// One text of an alert in one language, as the feed has it: perhaps not even UTF-8.
+/// One text of an alert in one language. The bytes are the feed's, and may be no valid UTF-8.
 struct AlertTranslation {
   AlertText kind = AlertText::header;
   std::string_view text;
@@ -40,11 +40,11 @@ struct AlertPeriod {
   bool operator==(const AlertPeriod&) const = default;
 };
 
-/// What an alert is about. All stated fields hold at once; an empty text is a field that is not stated.
+/// What an alert is about: what matches all fields that are present. An absent text field is empty.
 struct AlertSelector {
   std::string_view agencyId;
   std::string_view routeId;
-  /// The route of a trip that has no id of its own.
+  /// The route of a trip without an id.
   std::string_view tripRouteId;
   std::optional<std::int32_t> routeType;
   /// The selector is about a single trip.
@@ -58,8 +58,8 @@ struct AlertSelector {
   bool operator==(const AlertSelector&) const = default;
 };
 
-/// The decoded alerts of one payload. Its texts are views into the payload, which the message keeps.
-/// Immutable; read on any thread.
+/// The decoded alerts of one payload, which the message keeps because its texts are views into it. Immutable;
+/// may be read on any thread.
 class AlertsMessage {
  public:
   struct Range {
@@ -71,7 +71,7 @@ class AlertsMessage {
     /// The entity's bytes in the payload, without tag and length.
     std::string_view bytes;
     bool isDeleted = false;
-    /// False for the trip updates and vehicles of a feed of everything.
+    /// False for trip updates and vehicle positions, which some feeds carry too.
     bool hasAlert = false;
     AlertCause cause = AlertCause::unknownCause;
     AlertEffect effect = AlertEffect::unknownEffect;
@@ -86,8 +86,7 @@ class AlertsMessage {
 
   const Bytes& payload() const { return payload_; }
   const std::string& version() const { return version_; }
-  /// True for a message that lists only changes: its entities add to those of earlier messages, or delete
-  /// them.
+  /// True for a message of changes, whose entities replace, add to or delete those of earlier messages.
   bool isDifference() const { return isDifference_; }
   /// Seconds since 1970; 0 when not stated.
   std::uint64_t timestamp() const { return timestamp_; }

@@ -12,15 +12,15 @@
 
 #include <protozero/pbf_writer.hpp>
 
-// Changes are applied to the bytes: the entities of both messages are written as one payload, which is then
-// decoded like a received one. So one decoded message is held, however many changes came, and its payload can
-// be cached.
+// Changes are applied to the encoded entities: they are written as a new payload, which is decoded like a
+// received one. So only one message is held after any number of changes, and its payload can be cached.
 
 namespace linewatch {
 
 namespace {
 
-/// The bytes of entities by id, in the order in which the ids first came. Several entities may share an id.
+/// The bytes of entities by id, in the order in which the ids were first added. An id may have several
+/// entities.
 class EntitiesById {
  public:
   void add(const AlertsMessage::Entity& entity) { entitiesOf(entity.id).push_back(entity.bytes); }
@@ -80,15 +80,15 @@ Bytes payloadOf(const Header& header, const std::vector<std::string_view>& entit
   return {payload.begin(), payload.end()};
 }
 
-/// The id within the alerts of several payloads. The first payload's ids stay as they are, unless they look
-/// like an id of another payload.
+/// A unique id for an entity of one of several payloads. Ids of the first payload are kept, unless they look
+/// like ids made here.
 std::string qualifiedId(std::size_t payload, std::string_view id) {
   constexpr char kMark = '\x1F';
   if (id.empty() || (payload == 0 && id.front() != kMark)) return std::string(id);
   return kMark + std::to_string(payload) + ":" + std::string(id);
 }
 
-/// The entity's bytes with a second id, which replaces the first for every reader.
+/// The entity with another id. Decoders use the last id of an entity, so it is appended.
 std::string withId(std::string_view entity, const std::string& id) {
   std::string bytes(entity);
   protozero::pbf_writer(bytes).add_string(1, id);

@@ -7,26 +7,26 @@
 
 namespace linewatch {
 
-/// The alerts that hold after `message` came in:
-///  - `held` when the header of `message` is older than that of `held`. A header without a time is never
-///    older;
-///  - else `message` when it lists all alerts;
-///  - else `held` with the changes of `message`. This is a difference itself as long as no message has listed
-///    all alerts.
-/// `held` is null before the first message. An error when there are too many alerts to hold.
+/// Applies a received message to the alerts held so far. `held` is null before the first message. Gives
+///  - `held` when the header of `message` is older; a header without a time is never older;
+///  - `message` when it lists all alerts;
+///  - otherwise `held` with the changes of `message`. Until a message with all alerts has come, the result is
+///  a
+///    difference too.
+/// An error when there are too many alerts.
 Outcome<SharedAlertsMessage> updatedAlerts(const SharedAlertsMessage& held,
                                            const SharedAlertsMessage& message);
 
-/// The alerts of several payloads of one feed, in that order, as one message. Ids of different payloads never
-/// collide. The time is the earliest that a header states, and one difference makes the whole a difference.
-/// `messages` is not empty. An error when there are too many alerts to hold.
+/// Merges the messages of several payloads of one feed, in their order. Ids of different payloads stay
+/// distinct. The result has the earliest time of the headers, and is a difference when one of the messages
+/// is. `messages` must not be empty. An error when there are too many alerts.
 Outcome<SharedAlertsMessage> mergedAlerts(std::span<const SharedAlertsMessage> messages);
 
-/// True unless the header's time lies more than 5 minutes after the receipt: then the server's clock is
-/// wrong, or the time is in milliseconds.
+/// False when the header's time is more than 5 minutes after the receipt, e.g. because it is in milliseconds
+/// or the server's clock is wrong.
 bool hasPlausibleTime(const AlertsMessage& message, Date received);
 
-/// The same alerts without a time in the header, also in the payload.
+/// The same message, with a payload whose header has no time.
 Outcome<SharedAlertsMessage> withoutTime(const AlertsMessage& message);
 
 }  // namespace linewatch

@@ -45,7 +45,7 @@ std::string joinedNames(std::span<const std::string> names, const IncidentLangua
   return U_SUCCESS(error) ? text.toUTF8String(result) : joinedByCommas(names);
 }
 
-std::string counted(const std::string& pattern, std::size_t count, const IncidentLanguage& language) {
+std::string inPluralForm(const std::string& pattern, std::size_t count, const IncidentLanguage& language) {
   UErrorCode error = U_ZERO_ERROR;
   const icu::MessageFormat format(icu::UnicodeString::fromUTF8(pattern), localeOf(language, error), error);
   const icu::Formattable number(static_cast<std::int64_t>(count));

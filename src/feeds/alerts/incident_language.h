@@ -23,6 +23,6 @@ using SharedIncidentLanguage = std::shared_ptr<const IncidentLanguage>;
 std::string joinedNames(std::span<const std::string> names, const IncidentLanguage& language);
 
 /// An ICU message pattern with the count in the plural form that the user's language has for it.
-std::string counted(const std::string& pattern, std::size_t count, const IncidentLanguage& language);
+std::string inPluralForm(const std::string& pattern, std::size_t count, const IncidentLanguage& language);
 
 }  // namespace linewatch

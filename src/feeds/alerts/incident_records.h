@@ -25,16 +25,16 @@ class IncidentRecords {
   IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now,
                   std::shared_ptr<StopNames> stops = nullptr);
 
-  /// The incidents of the line that `choice` wants. Its stop notices are one incident after the others; those
-  /// that are not in force now, and so are not shown yet or any more, are incidents of their own.
+  /// The incidents of the line that `choice` wants. Last come the stop notices: one incident holds those in
+  /// force now, one those to come, one those that are over.
   TransitIncidents ofRoute(std::size_t route, const LineChoice& choice = {});
   /// The `muid` of an incident, by its index in the table.
   std::uint64_t muidOf(std::size_t place) const {
     return linewatch::muidOf(sources_, sources_.table->incidents()[place]);
   }
 
-  /// The notices that an incident about stops holds, as indexes into the table's incidents. Has those that
-  /// `ofRoute` has given.
+  /// For each incident about stops that `ofRoute` has given: its notices, as indexes into the table's
+  /// incidents.
   using NoticesOfStopIncidents = std::map<std::uint64_t, std::vector<std::uint32_t>>;
   const NoticesOfStopIncidents& noticesOfStopIncidents() const { return noticesOfStopIncidents_; }
   /// The details of an incident that `ofRoute` has given; absent for others.

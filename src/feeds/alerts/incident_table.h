@@ -16,28 +16,30 @@
 
 namespace linewatch {
 
-/// How the selectors of a feed's alerts were matched with its lines. Each selector is one of the first three.
+/// Counts of a feed's selectors by how they match its lines. Each selector is `fitting`, `notAboutLines` or
+/// `unknown`.
 struct SelectorCounts {
-  /// Fit a line or more.
+  /// Selectors that match at least one line.
   std::size_t fitting = 0;
-  /// Are about single trips, or about stops without naming a line.
+  /// Selectors for a single trip, or for a stop without a line.
   std::size_t notAboutLines = 0;
-  /// Name an agency, a route type or a route that the timetable does not have.
+  /// Selectors with an agency, a route type or a route that is not in the timetable.
   std::size_t unknown = 0;
-  /// Alerts that do not say what they are about.
+  /// Alerts without any selector.
   std::size_t alertsWithoutSelector = 0;
-  /// Name a route, with or without a stop or a trip; and how many of these the timetable does not have.
+  /// Selectors with a route, also those with a stop or a trip too.
   std::size_t namingRoutes = 0;
+  /// Of `namingRoutes`, the selectors whose route is not in the timetable.
   std::size_t unknownRoutes = 0;
 
   bool operator==(const SelectorCounts&) const = default;
 };
 
-/// One line for the user about the selectors that could not be matched, e.g. "feed Metro: alerts: 3 of 8
-/// selectors resolved to nothing"; empty when there are none.
+/// A line for the user: "feed Metro: alerts: 3 of 8 selectors resolved to nothing". Empty when all selectors
+/// were matched.
 std::string complaintOf(std::string_view feedName, const SelectorCounts& counts);
 
-/// An alert about stops of a line alone, which says nothing of the line's service.
+/// An alert about stops of a line only. The line's service is not affected.
 struct StopNotice {
   /// An index into `IncidentTable::incidents()`.
   std::uint32_t incident = 0;
@@ -47,8 +49,8 @@ struct StopNotice {
   bool operator==(const StopNotice&) const = default;
 };
 
-/// The incidents of each line of a feed. Built in time proportional to the number of lines and selectors,
-/// also when a selector fits every line. Immutable; read on any thread.
+/// The incidents of each line of a feed. Construction takes time proportional to the number of lines and
+/// selectors, also when every selector fits every line. Immutable; may be read on any thread.
 class IncidentTable {
  public:
   IncidentTable(SharedAlertsMessage message, SharedLineIndex lines);
@@ -61,8 +63,7 @@ class IncidentTable {
   /// A direction of a line, 0 or 1; absent for both. An alert that names no direction is about both.
   using Direction = std::optional<std::uint8_t>;
 
-  /// Indexes into `incidents()`, ascending, so in the feed's order; each incident once. Stop notices are not
-  /// among them.
+  /// Indexes into `incidents()`, each once, in the feed's order. Without stop notices.
   std::vector<std::uint32_t> incidentsOfRoute(std::size_t route, Direction direction = {}) const;
   /// In the feed's order.
   std::vector<StopNotice> stopNoticesOfRoute(std::size_t route, Direction direction = {}) const;
@@ -78,7 +79,7 @@ class IncidentTable {
       return std::tie(byId, text) < std::tie(other.byId, other.text);
     }
   };
-  // The lines that a selector without a route fits: those of an agency, of a route type, or of both.
+  // What a selector without a route selects: lines by agency, route type or both.
   struct GroupKey {
     std::optional<AgencyKey> agency;
     std::optional<std::int32_t> type;
@@ -91,16 +92,18 @@ class IncidentTable {
     std::size_t selectors = 0;
     bool hasLines = false;
   };
-  // A selector that fits a route, its incident, and the index of the route's previous listing.
+  // An incident listed at a route.
   struct Listing {
-    const AlertSelector* selector;
+    const AlertSelector* selector;  // the one that names the route
     std::uint32_t incident;
-    std::uint32_t before;
+    std::uint32_t before;  // index of the route's previous listing, or kNone
   };
   static constexpr std::uint32_t kNone = ~std::uint32_t{0};
   enum class Fit { lines, noLine, unknown };
 
   void indexAgencies();
+  // True for an alert about the stops that it names: by its effect, or because every selector names a stop
+  // and no effect on the lines is stated.
   bool findIsAboutStops(std::uint32_t incident) const;
   bool hasText(std::uint32_t entity) const;
   bool namesOnlyStops(std::uint32_t entity) const;
@@ -124,7 +127,7 @@ class IncidentTable {
   SharedAlertsMessage message_;
   SharedLineIndex lines_;
   std::vector<DistinctIncident> incidents_;
-  std::vector<bool> aboutStops_;                  // one for each incident
+  std::vector<bool> aboutStops_;                  // by incident
   std::map<std::string_view, bool> agencyTexts_;  // true for an id, false for a name alone
   // One list for all routes, because most have few incidents or none. Each route's listings are linked.
   std::vector<Listing> listings_;

@@ -36,7 +36,8 @@ std::vector<std::string> lineNamesOf(const IncidentSources& sources, std::uint32
   return names;
 }
 
-/// Composes the texts of one incident from its header and description, or in words where they are missing.
+/// Composes the texts of one incident from its header and description. Effect, cause, lines and stops in
+/// words stand in for those that are missing.
 class LineIncidentTexts {
  public:
   LineIncidentTexts(const IncidentSources& sources, std::uint32_t place)
@@ -52,11 +53,11 @@ class LineIncidentTexts {
     if (!title.empty() && !onlyNamesItsLine(sources_, title, alert_)) return title;
     const std::string& effect = words_.effect(alert_.effect);
     if (!effect.empty()) return effect;
-    // Without a header, the cause stands beside the description.
-    if (!title.empty() && !words_.cause(alert_.cause).empty()) return words_.cause(alert_.cause);
-    if (std::string news = titleFromText(description_.text, description_.language); !news.empty())
-      return news;
-    return title.empty() ? words_.incident : title;
+    std::string news = titleFromText(description_.text, description_.language);
+    if (!news.empty()) return news;
+    // Without a header, the cause stands below.
+    const std::string& cause = words_.cause(alert_.cause);
+    return title.empty() ? words_.incident : cause.empty() ? title : cause;
   }
 
   std::string secondary(std::string_view title) const {

@@ -18,12 +18,11 @@ namespace linewatch {
 
 namespace {
 
-// In code points. A row shows about four lines at the usual text size and ends the last one with an ellipsis.
-// The text itself is only cut where it is endless.
-constexpr std::size_t kEnough = 60;        // a further sentence follows only a shorter text ...
-constexpr std::size_t kComfortable = 110;  // ... and only if a row has room for both ...
-constexpr std::size_t kTooLittle = 40;     // ... or for most, where a shorter text alone says next to nothing
-constexpr std::size_t kTolerable = 160;
+// In code points. A row shows about four lines at the usual text size.
+constexpr std::size_t kEnough = 60;        // no sentence is added to a text as long as this
+constexpr std::size_t kComfortable = 110;  // a text with an added sentence is at most as long as this ...
+constexpr std::size_t kTooLittle = 40;     // ... but where it is shorter than this without it,
+constexpr std::size_t kTolerable = 160;    // it may be as long as this
 constexpr std::size_t kLongestRowText = 400;
 
 std::string withoutLooseEnd(std::string text) {
@@ -38,7 +37,7 @@ std::string withoutLooseEnd(std::string text) {
   }
 }
 
-/// Collects sentences as long as they are news and the text is short.
+/// Collects sentences with news until the text is long enough.
 class SecondaryText {
  public:
   explicit SecondaryText(const KnownTitle& title) : title_(title) {}
@@ -79,7 +78,8 @@ class SecondaryText {
 std::string secondaryTextOf(std::string_view description, const KnownTitle& title,
                             std::string_view language) {
   SecondaryText text(title);
-  // The title goes before sentences are cut: without a full stop it would run into the first one.
+  // The title is removed before sentences are cut, because without a full stop the first one would include
+  // it.
   for (std::string_view rest; (rest = title.withoutTitle(description)) != description;) description = rest;
   forEachSentence(description, language, [&text](std::string_view sentence) {
     text.offer(sentence);
@@ -88,7 +88,7 @@ std::string secondaryTextOf(std::string_view description, const KnownTitle& titl
   return std::move(text).finish();
 }
 
-/// "IR 36": the category of a train and a number are what riders call it.
+/// A category of trains and a number, e.g. "IR 36".
 bool isTrainName(std::string_view title) {
   constexpr std::size_t kLongestCategory = 4;
   const std::size_t space = title.find(' ');

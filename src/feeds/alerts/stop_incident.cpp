@@ -92,7 +92,7 @@ std::string ownTextsOf(Notices notices, const IncidentLanguage& language) {
     const std::string text = ownTextOf(notice, language);
     if (!all.empty()) all += "\n\n";
     all += text;
-    // The text may not tell the stops, or only some.
+    // The agency's text may leave stops out.
     const Names& stops = notice.stops.names;
     const bool saysStops =
         std::ranges::all_of(stops, [&](const std::string& stop) { return titleSays(text, stop); });
@@ -102,7 +102,8 @@ std::string ownTextsOf(Notices notices, const IncidentLanguage& language) {
   return all;
 }
 
-/// The agency's header, where it is about one stop or the only one and says which stop it is about.
+/// The agency's header, where it is a better title than the name of the stop or the number of stops; else
+/// empty.
 std::string headerAsTitle(Notices notices, const Names& stops) {
   const auto hasHeader = [](const WordedStopNotice& notice) { return !notice.header.empty(); };
   const auto notice = std::ranges::find_if(notices, hasHeader);
@@ -124,7 +125,7 @@ std::string titleForStop(const std::string& stop, Notices notices, const FeedTex
                                                             : filledIn(words.stopAffectedFormat, stop);
 }
 
-/// What the notices say beyond the title: their headers, then their descriptions.
+/// What is new below the title: from the headers, then from the descriptions.
 std::string newsOf(Notices notices, const std::string& title, const FeedTexts& words) {
   std::string headers, descriptions;
   for (const WordedStopNotice& notice : notices) {
@@ -173,7 +174,7 @@ SharedIncident stopIncident(std::uint64_t muid, Notices notices, const IncidentL
   std::string title = headerAsTitle(notices, stops);
   if (title.empty() && stops.size() == 1) title = titleForStop(stops.front(), notices, words);
   const bool isCounted = title.empty();
-  if (isCounted) title = counted(words.stopsAffectedFormat, stops.size(), language);
+  if (isCounted) title = inPluralForm(words.stopsAffectedFormat, stops.size(), language);
   fields.summary = textIfAny(isCounted ? summaryOfStops(notices, language) : newsOf(notices, title, words));
   fields.title = textIfAny(std::move(title));
   fields.fullDescription = textIfAny(ownTextsOf(notices, language));

@@ -28,8 +28,7 @@ struct WordedStopNotice {
   StopNameList stops;
 };
 
-/// The `muid` of the incident that holds the notices. Lines with the same notices at stops of the same names
-/// have the same incident.
+/// The `muid` of the incident that holds the notices. Lines with the same notices and stop names share it.
 std::uint64_t muidOfStopIncident(std::string_view feedName, std::span<const WordedStopNotice> notices);
 
 /// The one incident for all stop notices of a line, e.g. "2 stops affected", "Harbour closed; Market moved".

@@ -15,7 +15,7 @@ namespace {
 
 char tagByte(char byte) { return byte == '_' ? '-' : asciiSmall(byte); }
 
-/// Takes the first part off a tag.
+/// Removes the first part of a tag and returns it.
 std::string_view takeSubtag(std::string_view& tag) {
   const std::size_t end = std::min(tag.find_first_of("-_"), tag.size());
   const std::string_view subtag = tag.substr(0, end);

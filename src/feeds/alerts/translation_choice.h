@@ -9,10 +9,9 @@
 
 namespace linewatch {
 
-/// The translations, best first: those in the user's languages, in the user's order and by the parts that the
-/// tags have in common; then those in the feed's own language, then those without a tag, then all others.
-/// Equally good ones stay in their order. Case and separator of tags make no difference: "pt-BR" equals
-/// "pt_br".
+/// The translations, best first: those in the user's languages, in that order; those in the feed's language;
+/// those without a tag; all others. Within a language, tags with more parts in common come first ("de-CH"
+/// before "de-AT" for a user of "de-CH"). The order of equally good ones is kept. "pt-BR" equals "pt_br".
 std::vector<AlertTranslation> translationsByFit(std::vector<AlertTranslation> translations,
                                                 std::span<const std::string> userLanguages,
                                                 std::string_view feedLanguage);

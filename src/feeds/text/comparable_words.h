@@ -5,15 +5,16 @@
 
 namespace linewatch {
 
-/// The words of a text in lower case, with one space before and behind each, to compare what texts say:
-/// "Route 5: Detour!" gives " route 5 detour ". A single space for a text without words.
+/// The words of a text in lower case with single spaces around them: "Route 5: Detour!" gives
+/// " route 5 detour ". Texts that say the same can so be compared, and words found. A text without words
+/// gives one space.
 std::string comparableWords(std::string_view text);
 
-/// Takes the first word off the text, with all that stands before it, and returns it as it is written. Empty
-/// when there is none.
+/// Removes everything up to the end of the first word from the text, and returns the word as it is written.
+/// Empty when there is no word.
 std::string_view takeWord(std::string_view& text);
 
-/// True when the text starts with the words of `start`, as comparable words; takes them off the text then.
+/// When the text starts with the comparable words `start`, removes them from the text and returns true.
 bool takeWords(std::string_view& text, std::string_view start);
 
 }  // namespace linewatch

@@ -12,9 +12,9 @@ namespace linewatch {
 
 namespace {
 
-// Articles, prepositions and nouns that need a name behind them: a line that ends with one goes on. Words
-// that may also end a sentence are left out: "fällt aus", "way in", "8 am". In byte order.
-constexpr std::string_view kLeadingOn[] = {
+// Articles, prepositions and nouns that a name follows. A line that ends with one continues on the next line.
+// Words that can also end a sentence are left out: "fällt aus", "way in", "8 am". In byte order.
+constexpr std::string_view kWordsBeforeName[] = {
     "Fahrtrichtung",
     "Haltestelle",
     "Haltestellen",
@@ -122,11 +122,11 @@ constexpr std::string_view kLeadingOn[] = {
     "à",
     "über",
 };
-// A line that starts with one goes on with the line before.
-constexpr std::string_view kLedOn[] = {"Fahrtrichtung", "Richtung"};
-// Words that stand in upper case only where a sentence starts, so that no line before goes on with them. In
-// byte order.
-constexpr std::string_view kOpeners[] = {
+// A line that starts with one of these continues the line before.
+constexpr std::string_view kContinuingWords[] = {"Fahrtrichtung", "Richtung"};
+// Words that have a capital only at the start of a sentence, so that such a line does not continue the one
+// before. In byte order.
+constexpr std::string_view kSentenceStarts[] = {
     "A",          "Ab",    "Afin",     "Alle",      "Allow",   "Am",    "An",      "At",     "Au",     "Auf",
     "Aufgrund",   "Aus",   "Bei",      "Beide",     "Between", "Bis",   "Bitte",   "Board",  "Buses",  "By",
     "Ce",         "Ces",   "Cette",    "Customers", "Da",      "Dafür", "Daher",   "Dans",   "Das",    "De",
@@ -146,12 +146,12 @@ constexpr std::string_view kBullets[] = {
     "\xE2\x96\xBA", "\xE2\x97\x86", "\xE2\x97\x8B", "\xE2\x97\x8F", "\xE2\x97\xA6", "\xE2\x9C\x93",
     "\xE2\x9E\x94", "\xE2\x9E\xA2", "\xE2\x9E\xA4", "\xE2\xA6\x81", "\xEF\x82\xA7", "\xEF\x82\xB7",
 };
-// These are also dashes and stars of a text: a bullet only with a space behind.
+// These also occur inside texts, so that they are bullets only before a space.
 constexpr std::string_view kDashBullets[] = {"- ", "* ", "+ ", "o ", "\xE2\x80\x93 ", "\xE2\x80\x94 "};
 
 constexpr std::size_t kNarrowestWrap = 60;
 constexpr std::size_t kWidestWrap = 90;
-// How far the full lines of a wrapped text may stay behind the longest one.
+// A full line of a wrapped text is at most this much shorter than the longest one.
 constexpr std::size_t kRaggedness = 15;
 
 bool endsWithAny(std::string_view text, std::string_view bytes) {
@@ -165,15 +165,15 @@ bool isOneOf(std::string_view word, const std::string_view (&words)[Count]) {
   return std::ranges::binary_search(words, word);
 }
 
-/// "Detour at": its object stands on the next line.
-bool leadsOn(std::string_view line) {
+/// True for a line like "Detour at": the place stands on the next line.
+bool endsBeforeName(std::string_view line) {
   const std::string_view word = lastWord(line);
-  return word.size() < line.size() && isOneOf(word, kLeadingOn);
+  return word.size() < line.size() && isOneOf(word, kWordsBeforeName);
 }
 
-bool isLedOn(std::string_view line) {
+bool startsAsContinuation(std::string_view line) {
   const std::string_view word = wordAtStart(line);
-  return isOneOf(word, kLedOn) && !line.substr(word.size()).starts_with(':');
+  return isOneOf(word, kContinuingWords) && !line.substr(word.size()).starts_with(':');
 }
 
 std::string_view takeLine(std::string_view& text) {
@@ -226,12 +226,13 @@ class Wrap {
       longest = std::max(longest, countCharacters(takeLine(rest)));
     }
     if (longest < kNarrowestWrap || longest > kWidestWrap) return;
-    // A single long line proves no wrap, but most lines of German that start in upper case start with a noun.
+    // One long line alone does not show that the text was wrapped. In German it is enough, because most words
+    // with a capital are nouns, which also stand inside sentences.
     const bool isGerman = language.starts_with("de");
     if (isGerman || countLinesFrom(text, longest - kRaggedness) > 1) width_ = longest;
   }
 
-  /// True when the first word of the next line had no room on a line of a length.
+  /// True when a line of this length had no room for the first word of the next one.
   bool isFull(std::size_t length, std::string_view next) const {
     return width_ > 0 && length + 1 + countCharacters(wordAtStart(next)) > width_;
   }
@@ -246,6 +247,7 @@ class Wrap {
   std::size_t width_ = 0;
 };
 
+/// Joins the lines of a text one by one.
 class LineJoiner {
  public:
   LineJoiner(const Wrap& wrap, const std::function<bool(std::string_view)>& take)
@@ -282,35 +284,38 @@ class LineJoiner {
     lastLineLength_ = countCharacters(line);
   }
 
-  // What to put between the lines; null when the line starts anew.
+  // What to put between the lines; null when the line is not joined.
   const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
     if (endsWithAny(current_, ":")) {
       if (startsParagraph && line.ends_with(':')) return nullptr;
       isInList_ = true;
       return " ";
     }
-    if (startsParagraph) return goesOnAcrossParagraphs(line, isItem) ? " " : nullptr;
+    if (startsParagraph) return continuesAcrossParagraphs(line, isItem) ? " " : nullptr;
     const bool isWrapped = !isItem && startsLowerCase(line) && wrap_.isFull(lastLineLength_, line);
-    if ((isInList_ && !isWrapped) || isItem) return jointInList();
-    return goesOn(line) ? " " : nullptr;
+    if ((isInList_ && !isWrapped) || isItem) return jointInList(line);
+    return continues(line) ? " " : nullptr;
   }
 
-  const char* jointInList() {
+  const char* jointInList(std::string_view line) {
     if (endsSentence(current_)) return nullptr;
     hasItems_ = true;
+    const bool isField = line.find(": ") != std::string_view::npos || line.ends_with(':');
+    if (isField && !endsWithAny(current_, ",;")) return "; ";
     return endsWithAny(current_, ",;") ? " " : ", ";
   }
 
-  // Some editors make every line a paragraph.
-  bool goesOnAcrossParagraphs(std::string_view line, bool isItem) const {
+  // Some editors write every line as a paragraph.
+  bool continuesAcrossParagraphs(std::string_view line, bool isItem) const {
     return !hasItems_ && !isItem && startsLowerCase(line) && !endsSentence(current_) &&
            !endsWithAny(current_, ";");
   }
 
-  bool goesOn(std::string_view line) const {
-    if (startsLowerCase(line) || endsWithAny(current_, ",") || leadsOn(current_)) return true;
+  bool continues(std::string_view line) const {
+    if (startsLowerCase(line) || endsWithAny(current_, ",") || endsBeforeName(current_)) return true;
     if (endsSentence(current_) || endsWithAny(current_, ":;)")) return false;
-    return isLedOn(line) || (wrap_.isFull(lastLineLength_, line) && !isOneOf(wordAtStart(line), kOpeners));
+    return startsAsContinuation(line) ||
+           (wrap_.isFull(lastLineLength_, line) && !isOneOf(wordAtStart(line), kSentenceStarts));
   }
 
   const Wrap& wrap_;

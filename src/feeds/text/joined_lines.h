@@ -5,14 +5,15 @@
 
 namespace linewatch {
 
-/// Puts the lines of plain text together that belong together, and gives each result to `take` until it
-/// returns false.
+/// Joins the lines of plain text that belong together, and gives each result to `take` until it returns
+/// false.
 ///
-/// Joined are: the items of a list below the colon that announces it ("Stops: A, B"), and a line with the
-/// next one that was only wrapped. A line counts as wrapped when the next one starts in lower case, when it
-/// ends with a word that leads on ("at", "Haltestelle"), or when it reaches the width at which the whole text
-/// is wrapped (60 to 90 characters) and has no punctuation at its end. `language` is a language tag; it may
-/// be empty.
+/// The items of a list are joined with the line above that ends with a colon: "Stops: A, B". A wrapped line
+/// is joined with the next one. A line counts as wrapped when
+///  - the next one starts in lower case,
+///  - it ends with a word that needs another behind it ("at", "Haltestelle"), or
+///  - it is as long as the full lines of the text (60 to 90 characters) and ends without punctuation.
+/// `language` is a language tag; it may be empty.
 void forEachJoinedLine(std::string_view plainText, std::string_view language,
                        const std::function<bool(std::string_view)>& take);
 

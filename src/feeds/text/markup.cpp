@@ -23,7 +23,7 @@ struct Tag {
   Break lines;
 };
 
-// Nothing else is read as a tag: agencies also write <Stop A>.
+// Other names are not read as tags, because agencies also write <Stop A>. In byte order.
 constexpr Tag kTags[] = {
     {"a", Break::none},        {"abbr", Break::none},    {"article", Break::paragraph},
     {"b", Break::none},        {"big", Break::none},     {"blockquote", Break::paragraph},
@@ -58,7 +58,7 @@ const Tag* tagNamed(std::string_view name) {
   return found != std::end(kTags) && found->name == sought ? found : nullptr;
 }
 
-/// Finds the next occurrence again and again, and looks at each byte once.
+/// Finds one occurrence after the other. All searches together look at each byte once.
 class ForwardSearch {
  public:
   ForwardSearch(std::string_view text, std::string_view sought) : text_(text), sought_(sought) {}
@@ -119,8 +119,7 @@ bool isBreak(char byte) {
   return byte == kMarkupLineBreak || byte == kMarkupBlockBreak || byte == kMarkupParagraphBreak;
 }
 
-/// True for the rest of a tag behind its name: nothing, or attributes of which one at least has a value. In
-/// "stop <b or c>" it is text.
+/// True when the rest of a tag behind its name is empty or has an attribute with a value. "<b or c>" is text.
 bool mayBeAttributes(std::string_view rest) {
   return rest.find_first_not_of(" /\t\r\n") == std::string_view::npos ||
          rest.find('=') != std::string_view::npos;
@@ -142,8 +141,8 @@ class MarkupReader {
     }
     return std::move(text_);
   }
-  /// The text may be markup itself, which was escaped.
-  bool uncoveredMarkup() const { return uncoveredMarkup_; }
+  /// An entity became "<" or "&", so that the text may be markup that was escaped.
+  bool mayBeEscapedMarkup() const { return mayBeEscapedMarkup_; }
   bool hasTags() const { return hasTags_; }
   /// A tag ended a line.
   bool hasBreaks() const { return hasBreaks_; }
@@ -214,7 +213,7 @@ class MarkupReader {
     if (!reference) return false;
     place_ += reference->length;
     if (isHidden_) return true;
-    uncoveredMarkup_ |= reference->character == '<' || reference->character == '&';
+    mayBeEscapedMarkup_ |= reference->character == '<' || reference->character == '&';
     appendCharacter(text_, reference->character);
     return true;
   }
@@ -227,13 +226,13 @@ class MarkupReader {
   std::string text_;
   bool isHidden_ = false;
   bool isSecondPass_ = false;
-  bool uncoveredMarkup_ = false;
+  bool mayBeEscapedMarkup_ = false;
   bool hasTags_ = false;
   bool hasBreaks_ = false;
 };
 
-/// Makes the line ends of the source spaces, as a browser does. Where no tag ends a line, the author may have
-/// relied on empty lines: these stay.
+/// Replaces line ends by spaces, as a browser does. Empty lines are kept where no tag ends a line, because
+/// the author may have relied on them.
 std::string withSourceLinesFolded(std::string_view text, bool keepsEmptyLines) {
   std::string folded;
   folded.reserve(text.size());
@@ -258,7 +257,7 @@ std::string textOfMarkup(std::string_view markup) {
   std::string text = reader.read();
   bool hasTags = reader.hasTags();
   bool hasBreaks = reader.hasBreaks();
-  if (reader.uncoveredMarkup()) {
+  if (reader.mayBeEscapedMarkup()) {
     MarkupReader second(text);
     std::string uncovered = second.again().read();
     hasTags |= second.hasTags();

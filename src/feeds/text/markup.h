@@ -5,14 +5,14 @@
 
 namespace linewatch {
 
-// The breaks that tags leave in the text: control characters, which plain text does not keep.
-inline constexpr char kMarkupLineBreak = '\x0B';       // two of them are an empty line
-inline constexpr char kMarkupBlockBreak = '\x1C';      // a new line, however many there are
-inline constexpr char kMarkupParagraphBreak = '\x0C';  // an empty line, however many there are
+// Control characters that stand for the line breaks of tags.
+inline constexpr char kMarkupLineBreak = '\x0B';       // two of them make an empty line
+inline constexpr char kMarkupBlockBreak = '\x1C';      // one or more make a new line
+inline constexpr char kMarkupParagraphBreak = '\x0C';  // one or more make an empty line
 
-/// The text of a piece of markup: tags and comments are dropped, tags that end a line leave a break, and
-/// entities become their characters. Markup that was escaped twice is undone as well. In a text with tags the
-/// line ends of the source are spaces. What only looks like markup ("< 5 min", "A & B", "<b or c>") stays.
+/// The text of HTML markup, also of markup that was escaped twice. Tags and comments are dropped, tags that
+/// end a line become one of the characters above, and entities become their characters. In a text with tags,
+/// line ends become spaces. Text that only resembles markup stays: "< 5 min", "A & B", "<b or c>".
 std::string textOfMarkup(std::string_view markup);
 
 }  // namespace linewatch

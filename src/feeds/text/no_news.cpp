@@ -15,7 +15,7 @@ namespace linewatch {
 
 namespace {
 
-// All lists hold comparable words, as a sorted list where they are searched.
+// All lists hold comparable words. `kHeadings` is in byte order, because it is searched.
 
 constexpr std::string_view kGreetings[] = {
     " attention ",    " beste ",         " bonjour ",   " cara ",     " caras ",     " care ",
@@ -61,7 +61,7 @@ constexpr std::string_view kHeadings[] = {
     // clang-format on
 };
 
-// Sentences that start so lead elsewhere, thank or apologise.
+// How sentences begin that thank, apologise or refer to a map or page.
 constexpr std::string_view kStartsOfNoNews[] = {
     " bitte beachten sie den aushang ",
     " bitte beachten sie die aushänge ",
@@ -153,7 +153,7 @@ constexpr std::string_view kReasonHeadings[] = {
     " ursache ",
 };
 
-// What stands before a direction: it says nothing of what is going on there.
+// Labels of a direction, which alone does not say what happens there.
 constexpr std::string_view kBeforeDirections[] = {
     " affected direction ",    " affected directions ",
     " betroffene richtung ",   " betroffene fahrtrichtung ",
@@ -163,7 +163,7 @@ constexpr std::string_view kBeforeDirections[] = {
 };
 constexpr std::size_t kMostWordsOfDirection = 3;
 
-// What stands before the names of the lines: the row's shield and names tell the lines of the user.
+// Labels of line names, which a row's shield and its list of lines already show.
 constexpr std::string_view kBeforeLines[] = {
     " affected route ",    " affected routes ",   " affected line ",    " affected lines ",
     " routes affected ",   " lines affected ",    " betroffene linie ", " betroffene linien ",
@@ -229,7 +229,7 @@ bool namesLinesAlone(std::string_view sentence, std::string_view words) {
   return true;
 }
 
-/// A label at the start of the text, of which it takes the colon too; false when there is none.
+/// Removes a label and its colon from the start of the text; false when there is none.
 bool takeLabel(std::string_view& text) {
   std::string_view rest = text;
   const std::string word = comparableWords(takeWord(rest));
@@ -240,7 +240,7 @@ bool takeLabel(std::string_view& text) {
   return true;
 }
 
-/// Where the next label starts in a text that stands behind one.
+/// Where the next label starts; the end of the text when there is none.
 std::size_t nextLabel(std::string_view text) {
   for (std::size_t space = text.find(' '); space != std::string_view::npos;
        space = text.find(' ', space + 1)) {

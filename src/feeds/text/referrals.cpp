@@ -13,14 +13,14 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-// First words of a sentence that only leads to an address: "For more information, visit …".
+// First words of sentences that only introduce an address: "For more information, visit …".
 constexpr std::string_view kInvitations[] = {
     "check", "details", "find",  "for",  "further", "für",    "info", "infos", "karte",   "learn", "mais",
     "map",   "meer",    "mehr",  "more", "más",     "nähere", "para", "per",   "please",  "plan",  "plus",
     "pour",  "see",     "siehe", "to",   "view",    "visit",  "voir", "voor",  "weitere",
 };
 
-/// Where the first address begins, its scheme included; `kNone` without one.
+/// Where the first address begins, with its scheme; `kNone` when there is no address.
 std::size_t findAddress(std::string_view text) {
   const std::size_t place = std::min(text.find("://"), text.find("www."));
   if (place == kNone) return kNone;
@@ -28,14 +28,14 @@ std::size_t findAddress(std::string_view text) {
   return before == kNone ? 0 : before + 1;
 }
 
-/// Removes the brackets around the address at `place` and their content; false when there are none.
+/// Removes the brackets around the address at `place` with their content. False when there are no brackets.
 bool removeBrackets(std::string& text, std::size_t place) {
   const std::size_t open = text.find_last_of("()", place), close = text.find(')', place);
   if (open == kNone || close == kNone || text[open] == ')') return false;
   std::size_t start = open;
   if (start > 0 && text[start - 1] == ' ') --start;
   text.erase(start, close + 1 - start);
-  // "[the map](https://…)" is how some write a link.
+  // Some agencies write links as "[the map](https://…)".
   if (start == open && start > 0 && text[start - 1] == ']') {
     text.erase(start - 1, 1);
     if (const std::size_t label = text.rfind('[', start - 1); label != kNone) text.erase(label, 1);
@@ -53,8 +53,8 @@ bool isInvitation(std::string_view clause) {
   return std::ranges::find(kInvitations, firstWord(clause)) != std::end(kInvitations);
 }
 
-/// Where the clause with the address at `place` is parted from the text before it; `kNone` when it is the
-/// first.
+/// Where the clause with the address at `place` begins, with the comma or dash before it; `kNone` when it is
+/// the first clause.
 std::size_t boundaryBefore(std::string_view text, std::size_t place) {
   std::size_t boundary = kNone;
   for (const std::string_view mark : {", ", "; ", " - ", " \xE2\x80\x93 ", " \xE2\x80\x94 "}) {
@@ -69,15 +69,15 @@ std::string_view withoutMarkAtStart(std::string_view clause) {
   return start == kNone ? std::string_view() : clause.substr(start);
 }
 
-// Words that lead to the address behind them. In byte order.
+// Words that introduce the address behind them. In byte order.
 constexpr std::string_view kBeforeAddress[] = {
     "at", "auf", "en",    "in",    "on",  "op",    "see",  "siehe",
     "su", "sur", "unter", "using", "via", "visit", "voir",
 };
 constexpr std::size_t kFewestWordsBehind = 2;
 
-/// "The timetable at https://… starts on Monday" without its address: "The timetable starts on Monday". Empty
-/// when too little stands behind the address.
+/// "The timetable at https://… starts on Monday" gives "The timetable starts on Monday". Empty when fewer
+/// than two words follow the address.
 std::string aroundAddress(std::string_view text, std::size_t place) {
   const std::size_t end = text.find(' ', place);
   if (place == 0 || end == kNone) return {};

@@ -5,8 +5,8 @@
 
 namespace linewatch {
 
-/// The sentence without its web addresses and the words that lead to them: "Buses run instead (map at
-/// https://…)" gives "Buses run instead". Empty when nothing else is left, as of "See www.example.org".
+/// The sentence without its web addresses and the words that introduce them: "Buses run instead (map at
+/// https://…)" gives "Buses run instead". Empty when nothing else is left: "See www.example.org".
 std::string withoutReferrals(std::string_view sentence);
 
 }  // namespace linewatch

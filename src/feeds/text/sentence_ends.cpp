@@ -11,8 +11,8 @@ namespace linewatch {
 
 namespace {
 
-/// The last character that is no closer; 0 when the last few are all closers.
-std::int32_t lastCharacterInside(std::string_view text) {
+/// The last character before any closing brackets and quotation marks; 0 when there are too many of them.
+std::int32_t lastBeforeClosers(std::string_view text) {
   constexpr std::size_t kMostClosers = 16;  // bytes
   text.remove_prefix(text.size() - std::min(text.size(), kMostClosers));
   std::int32_t last = 0;
@@ -46,12 +46,12 @@ std::string_view lastWord(std::string_view text) {
 }
 
 bool endsSentence(std::string_view text) {
-  const std::int32_t last = lastCharacterInside(text);
+  const std::int32_t last = lastBeforeClosers(text);
   return isTerminator(last) || isFullWidthTerminator(last);
 }
 
 std::string_view jointAfter(std::string_view text) {
-  if (text.empty() || isFullWidthTerminator(lastCharacterInside(text))) return "";
+  if (text.empty() || isFullWidthTerminator(lastBeforeClosers(text))) return "";
   return endsSentence(text) ? " " : ". ";
 }
 

@@ -30,8 +30,8 @@ using TakeSentence = std::function<bool(std::string_view)>;
 // The languages that ICU knows abbreviations of.
 constexpr std::string_view kLanguagesWithAbbreviations[] = {"de", "en", "es", "fr", "it", "pt", "ru"};
 
-// Abbreviations of timetables and street names that ICU does not know, or does not know as agencies write
-// them. In byte order, folded, without the full stop.
+// Abbreviations of timetables and street names that ICU's lists lack, also in spellings of agencies. In byte
+// order, in lower case, without the full stop.
 constexpr std::string_view kAbbreviations[] = {
     "abzw",       "al",   "allg", "approx",    "apr",          "aprox", "aug",   "av",   "avda", "ave",
     "bd",         "bf",   "bhf",  "bldg",      "blvd",         "bru",   "brux",  "bzw",  "ca",   "cres",
@@ -47,7 +47,7 @@ constexpr std::string_view kAbbreviations[] = {
     "untertürkh", "urb",  "usw",  "vorauss",   "voraussichtl", "vsl",   "vstl",  "wed",  "wg",   "zw",
     "św",
 };
-// Months as "27. Oktober" has them behind the day.
+// The first letters of months, as in "27. Oktober".
 constexpr std::string_view kMonthsAfterOrdinals[] = {"jan", "feb", "mar", "mär", "apr", "mai", "maj", "jun",
                                                      "jul", "aug", "sep", "okt", "nov", "dez", "dec"};
 
@@ -71,8 +71,9 @@ bool isNumbered(std::string_view word, std::string_view next) {
          std::ranges::none_of(word, isAsciiDigit);
 }
 
-/// True when the full stop between `word` and `next` may belong to an abbreviation or a date.
-bool mayGoOn(std::string_view word, std::string_view next) {
+/// True when the full stop behind `word` may belong to an abbreviation or a date. `next` is the text behind
+/// it.
+bool mayBeAbbreviation(std::string_view word, std::string_view next) {
   const bool isInitial = countCharacters(word) == 1 && !isAsciiDigit(word.front());
   const bool isAddress = word.find("://") != std::string_view::npos || word.starts_with("www.");
   const bool isDotted = word.find('.') != std::string_view::npos && !isAddress;  // "a.m", "z.B"
@@ -179,7 +180,7 @@ class SentenceCutter {
     if (!hasSpace) return endsSentence(sentence) && static_cast<unsigned char>(sentence.back()) >= 0x80;
     if (sentence.back() != '.' || sentence.ends_with("..")) return true;
     const std::string_view word = lastWord(sentence);
-    return !rules.isAbbreviation(word) && !mayGoOn(word.substr(0, word.size() - 1), next);
+    return !rules.isAbbreviation(word) && !mayBeAbbreviation(word.substr(0, word.size() - 1), next);
   }
 
   static std::string_view withoutSpaces(std::string_view text) {

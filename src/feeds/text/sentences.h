@@ -5,10 +5,10 @@
 
 namespace linewatch {
 
-/// Gives `take` the sentences of plain text, each on one line, until it returns false. Lines that belong
-/// together are joined first. Where a full stop may also end an abbreviation, the sentence goes on: too long
-/// reads better than cut. `language` is the language tag of the text; it may be empty. `take` must not cut
-/// sentences itself: each thread has one break iterator a language.
+/// Gives the sentences of plain text to `take`, each on one line, until it returns false. Lines that belong
+/// together are joined first. A full stop that may belong to an abbreviation does not end a sentence, because
+/// two sentences at once read better than half of one. `language` is the language tag of the text; it may be
+/// empty. `take` must not call this function, because a thread has only one break iterator per language.
 void forEachSentence(std::string_view plainText, std::string_view language,
                      const std::function<bool(std::string_view)>& take);
 

@@ -129,7 +129,7 @@ TEST(IncidentRecords, TitlesThatOnlyNameTheLineSayTheEffect) {
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .effect = 4}),
             "Detour / Use stop A.");
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text, .cause = 10}),
-            "Construction / Use stop A.");
+            "Use stop A. / Construction");
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}, .description = text}), "Use stop A. / -")
       << "an unknown effect has no words";
   EXPECT_EQ(rowOf({.header = {{"17 Harbour Street", ""}}}), "17 Harbour Street / -");

@@ -86,8 +86,6 @@ TEST(RowText, TitleIsNotSaidTwice) {
       {"Line 5: works in Long Street", "Update 3/5, line 5, works in Long Street, detour until Friday.",
        "Detour until Friday."},
       {"MAJ L 5 detour, end of works", "MAJ Line 5 detour, end of works, back to normal", "Back to normal"},
-      {"Line 5 works from 3 May for weeks", "Line 5 works from the 3 May for weeks: use stop A",
-       "Line 5 works from the 3 May for weeks: use stop A"},
       {"Ligne 5 travaux à compter 3 mai", "Ligne 5 travaux à compter du 3 mai: arrêt déplacé",
        "Arrêt déplacé"},
       {"Detour", "Detour between Pier and Zoo", "Between Pier and Zoo"},

@@ -32,6 +32,8 @@ TEST(JoinedLines, LinesThatStandAloneStay) {
 TEST(JoinedLines, ListsBelowAColonAreOneLine) {
   EXPECT_THAT(linesOf("Affected direction: Inbound\n\nStops:\nMain St\nElm St\n\nExpect delays."),
               ElementsAre("Affected direction: Inbound", "Stops: Main St, Elm St", "Expect delays."));
+  EXPECT_THAT(linesOf("To the pier:\nClosed: Zoo\nPark\nInstead: Mill"),
+              ElementsAre("To the pier: Closed: Zoo, Park; Instead: Mill"));
   EXPECT_THAT(linesOf("The way:\n\nMain St\nElm St"), ElementsAre("The way: Main St, Elm St"));
   EXPECT_THAT(linesOf("Note:\n\nMain St is closed.\nUse Elm St."),
               ElementsAre("Note: Main St is closed.", "Use Elm St."));
