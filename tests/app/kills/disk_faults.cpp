@@ -113,13 +113,14 @@ class SyncedCopy {
   std::FILE* file_;
 };
 
-void keepFile(const std::string& path, const struct stat& status) {
-  std::FILE* file = std::fopen(path.c_str(), "re");
-  if (!file) return;
+/// Reads through the program's own descriptor: closing another one would drop its locks on the file.
+void keepFile(int descriptor, const struct stat& status) {
   SyncedCopy copy(syncedName("file-", status.st_ino));
   char buffer[65536];
-  while (const size_t size = std::fread(buffer, 1, sizeof buffer, file)) copy.add(buffer, size);
-  std::fclose(file);
+  off_t place = 0;
+  for (ssize_t size; (size = pread(descriptor, buffer, sizeof buffer, place)) > 0; place += size) {
+    copy.add(buffer, static_cast<std::size_t>(size));
+  }
 }
 
 void keepFolder(const std::string& path, const struct stat& status) {
@@ -139,7 +140,7 @@ void keepSynced(int descriptor) {
   const std::string path = pathOf(descriptor);
   struct stat status {};
   if (settings().synced.empty() || !isOnDisk(path) || fstat(descriptor, &status) != 0) return;
-  S_ISDIR(status.st_mode) ? keepFolder(path, status) : keepFile(path, status);
+  S_ISDIR(status.st_mode) ? keepFolder(path, status) : keepFile(descriptor, status);
 }
 
 /// A power cut may bring back a removed file, so no new file may get its number.

@@ -125,15 +125,22 @@ class Machine:
         return [] if faults == ["ok"] else faults
 
     def stored(self):
-        """Read by the program first, as a user would, which also rolls back what a killed one left half done."""
+        """Read by the program first, as a user would, which also rolls back what a killed one left half done. A copy is
+        then looked at, because nobody knows what this process syncs."""
         self.must(["favorites"])
-        databases = [path for path in self.state.rglob("*.sqlite*") if path.suffix == ".sqlite"]
-        for path in databases:
-            if faults := self.faults_in(path):
-                raise Loss(f"{path.name} is damaged: {faults}")
         if damaged := [path.name for path in self.state.rglob("*.damaged*")]:
             raise Loss(f"set aside: {damaged}")
-        file = self.state / "linewatch.sqlite"
+        copy = self.folder / "copy"
+        shutil.rmtree(copy, ignore_errors=True)
+        if self.state.exists():
+            shutil.copytree(self.state, copy)
+        for path in copy.rglob("*.sqlite"):
+            if faults := self.faults_in(path):
+                raise Loss(f"{path.name} is damaged: {faults}")
+        return self.contents_of(copy / "linewatch.sqlite")
+
+    @staticmethod
+    def contents_of(file):
         if not file.exists():
             return [], [], False
         with contextlib.closing(sqlite3.connect(file)) as database:
@@ -146,7 +153,6 @@ class Machine:
                     raise Loss(f"feed {feed} has {parts} of its 2 locations")
             saved = database.execute("SELECT length(value) FROM preference WHERE key = ?", [SAVED_STATE]).fetchall()
         return favorites, feeds, bool(saved) and saved[0][0] > 0
-
 
     def check(self, after, confirmed, power):
         """After a change that should lead to the state `after`, and a kill or a power cut."""

@@ -158,7 +158,18 @@ class Build {
       row->secondaryText = withNames(entry.lines, row->secondaryText);
       const SharedArtwork common = commonArtwork(entry.lines);
       row->artwork = common ? shield(common) : image("WidgetGenericTransit", kFaint);
-      entry.row = row->form();
+      rekey(entry, row->form());
+    }
+  }
+
+  /// A new row that equals another row takes over that one's entry.
+  void rekey(LinesOfRow& entry, const Value& row) {
+    const auto other = std::ranges::find(linesOfRows_, row, &LinesOfRow::row);
+    if (other == linesOfRows_.end()) {
+      entry.row = row;
+    } else if (&*other != &entry) {
+      other->lines = std::move(entry.lines);
+      entry = {noValue(), {}};
     }
   }
 
