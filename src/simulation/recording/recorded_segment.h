@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,8 @@ struct RecordedEvent {
   Microseconds time = 0;
   std::variant<std::string, std::shared_ptr<const RecordedAnswer>> what;
   bool isTap = false;
+  /// Whether the main loop has run since the event before, however little time has passed.
+  bool isInNewTurn = false;
 };
 
 /// The events from one fetch to the next, and the state before the first of them. A replay can begin with any
@@ -35,9 +38,8 @@ struct RecordedSegment {
   bool isShown = false;
   WorldHost host;
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
-  ConnectionFailureDiagnosis diagnosis = ConnectionFailureDiagnosis::unknown;
-  /// Whether a tapped row is opened.
-  bool opens = true;
+  /// What the widget was told of the world last: the JSON text of each key.
+  std::map<std::string, std::string> told;
   /// The favourites that the fetch reads; absent until they are known.
   std::optional<RecordedFavorites> favorites;
   std::vector<RecordedEvent> events;
