@@ -36,8 +36,8 @@ class DrawnSimulation final : public PlatformWrapper {
   desktop::DrawingScreen screen_;
 };
 
-std::optional<Error> draw(RVTransitIncidentsViewController& controller, double scale,
-                          const std::string& file) {
+std::optional<Error> drawWidget(RVTransitIncidentsViewController& controller, double scale,
+                                const std::string& file) {
   const auto& dataSource = *controller.dataSource();
   const auto& host = controller.extensionContext();
   const Size maximum =
@@ -60,7 +60,7 @@ Report drawScenario(const CommonOptions& options, const SimulateCommand& command
          return std::make_shared<DrawnSimulation>(simulated, locale);
        },
        .didEnd = [&](RVTransitIncidentsViewController& controller,
-                     double scale) { error = draw(controller, scale, command.output); }});
+                     double scale) { error = drawWidget(controller, scale, command.output); }});
   if (!run) return refused(failure(command.scenario, "", sentenceOf(run.error())));
   return error ? refused(*error) : Report();
 }

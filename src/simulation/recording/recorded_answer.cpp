@@ -1,5 +1,6 @@
 #include "simulation/recording/recorded_answer.h"
 
+#include <unordered_map>
 #include <utility>
 #include <variant>
 
@@ -41,10 +42,14 @@ std::shared_ptr<const RecordedAnswer> RecordedRecords::answer(const TransitLineI
   if (!items) return answer;
   const std::size_t limit = bytes() + room;
   answer->lines.emplace();
+  // Many lines may share an incident.
+  std::unordered_map<const TransitIncident*, SharedEntry> known;
   for (const SharedLineItem& item : *items) {
     RecordedAnswer::Line line{lineEntry(*item), {}};
     for (const SharedIncident& incident : item->incidents()) {
-      line.incidents.push_back(incidentEntry(*incident));
+      SharedEntry& entry = known[incident.get()];
+      if (!entry) entry = incidentEntry(*incident);
+      line.incidents.push_back(entry);
       if (bytes() > limit) return nullptr;
     }
     answer->lines->push_back(std::move(line));

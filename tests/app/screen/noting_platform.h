@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,7 +22,9 @@ namespace linewatch::app {
 /// that a transcript has.
 class NotingPlatform final : public PlatformWrapper {
  public:
-  explicit NotingPlatform(Platform& noted) : PlatformWrapper(noted) {}
+  /// `didAnswer` is called when the widget has taken an answer of the transit service.
+  NotingPlatform(Platform& noted, std::function<void()> didAnswer)
+      : PlatformWrapper(noted), didAnswer_(std::move(didAnswer)) {}
 
   /// The calls so far, one JSON object each, without their times.
   std::vector<std::string> calls() const LINEWATCH_EXCLUDES(mutex_) {
@@ -42,6 +46,19 @@ class NotingPlatform final : public PlatformWrapper {
     calls_.push_back(jsonText(call));
   }
 
+  struct Ticket final : TransitLinesTicket {
+    Ticket(std::shared_ptr<TransitLinesTicket> ticket, std::function<void()> didAnswer_)
+        : noted(std::move(ticket)), didAnswer(std::move(didAnswer_)) {}
+    void submit(Handler handler) override {
+      noted->submit([handler = std::move(handler), didAnswer = didAnswer](
+                        std::shared_ptr<const TransitLineItems> items, std::optional<Error> error) {
+        handler(std::move(items), std::move(error));
+        didAnswer();
+      });
+    }
+    std::shared_ptr<TransitLinesTicket> noted;
+    std::function<void()> didAnswer;
+  };
   struct Service final : TransitService {
     explicit Service(NotingPlatform& owner) : platform(owner) {}
     std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
@@ -49,7 +66,9 @@ class NotingPlatform final : public PlatformWrapper {
       Array muids;
       for (const MapItemIdentifier& identifier : identifiers) muids.emplace_back(identifier.muid);
       platform.note("lookup", {{"identifiers", std::move(muids)}});
-      return platform.wrapped().transitService().ticketForTransitLines(std::move(identifiers));
+      return std::make_shared<Ticket>(
+          platform.wrapped().transitService().ticketForTransitLines(std::move(identifiers)),
+          platform.didAnswer_);
     }
     NotingPlatform& platform;
   };
@@ -92,6 +111,7 @@ class NotingPlatform final : public PlatformWrapper {
     NotingPlatform& platform;
   };
 
+  std::function<void()> didAnswer_;
   std::shared_ptr<simulation::SimulatedPlatform> keys_ = simulation::SimulatedPlatform::make();
   Service service_{*this};
   Usage usage_{*this};

@@ -91,7 +91,7 @@ class RecordedPanelTest : public testing::Test {
     });
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
-    platform_ = std::make_unique<NotingPlatform>(session_->platform());
+    platform_ = std::make_unique<NotingPlatform>(session_->platform(), [this] { look(); });
     installPlatform(std::make_shared<simulation::RecordingPlatform>(*platform_, recording_.recorder()));
     ASSERT_FALSE(session_->platform().feeds().follow());
     panel_ =
@@ -144,7 +144,9 @@ class RecordedPanelTest : public testing::Test {
     panel_->window().rows().pressRow(row);
     desktop::settle();
   }
-  void look() { addShown(shown_, Json::parse(jsonText(simulation::snapshotOf(controller())))); }
+  void look() {
+    if (panel_) addShown(shown_, Json::parse(jsonText(simulation::snapshotOf(controller()))));
+  }
 
   static std::vector<std::string> shownIn(const std::vector<std::string>& transcript) {
     std::vector<std::string> shown;
