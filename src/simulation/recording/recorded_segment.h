@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -40,8 +39,8 @@ struct RecordedSegment {
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
   /// What the widget was told of the world last: the JSON text of each key.
   std::map<std::string, std::string> told;
-  /// The favourites that the fetch reads; absent until they are known.
-  std::optional<RecordedFavorites> favorites;
+  /// The favourites that the fetch reads; null until they are known.
+  std::shared_ptr<const RecordedFavorites> favorites;
   std::vector<RecordedEvent> events;
   /// The memory of the events, without that of entries, about.
   std::size_t bytes = 0;

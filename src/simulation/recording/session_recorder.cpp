@@ -151,12 +151,12 @@ void SessionRecorder::textSizeDidPost() {
 
 std::shared_ptr<FavoritesOfFetch> SessionRecorder::fetchDidBegin() {
   noteHost();
-  favorites_ = std::make_shared<FavoritesOfFetch>();
-  if (!isShown_ || !records_) return favorites_;
+  fetch_ = std::make_shared<FavoritesOfFetch>();
+  if (!isShown_ || !records_) return fetch_;
   segments_.push_back(segmentNow());
   lastTime_ = segments_.back().time;
   trim();
-  return favorites_;
+  return fetch_;
 }
 
 void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineItems>& items,
@@ -281,11 +281,15 @@ void SessionRecorder::watchTurn() {
 }
 
 void SessionRecorder::noteFavorites() {
-  const auto favorites = favorites_ ? favorites_->take() : std::nullopt;
+  const auto favorites = fetch_ ? fetch_->take() : std::nullopt;
   if (!favorites || segments_.empty()) return;
   RecordedSegment& segment = segments_.back();
-  segment.favorites = records_->favorites(*favorites);
-  segment.bytes += bytesOfFavorites(*segment.favorites);
+  auto recorded = std::make_shared<const RecordedFavorites>(records_->favorites(*favorites));
+  if (!favorites_ || *favorites_ != *recorded) {
+    favorites_ = std::move(recorded);
+    segment.bytes += bytesOfFavorites(*favorites_);
+  }
+  segment.favorites = favorites_;
 }
 
 void SessionRecorder::noteSnapshot() {

@@ -128,7 +128,9 @@ class SessionRecorder final : public HostObserver,
   bool isShown_ = false;
   /// The random numbers that were drawn during the present answer, when the widget draws any.
   std::optional<Array> drawn_;
-  std::shared_ptr<FavoritesOfFetch> favorites_;
+  std::shared_ptr<FavoritesOfFetch> fetch_;
+  /// As a fetch last read them.
+  std::shared_ptr<const RecordedFavorites> favorites_;
   /// The last answer, and its items as the service gave them.
   std::shared_ptr<const RecordedAnswer> answer_;
   std::weak_ptr<const TransitLineItems> items_;
