@@ -210,7 +210,9 @@ void CommandGrammar::addSimulate(CLI::App& app) {
   CLI::Option* const scenario =
       sub->add_option("SCENARIO", simulate_.scenario, "A simulated world and the host's steps, in JSON")
           ->type_name("");
-  sub->add_option("-o,--output", simulate_.output, "Write the output to a file")->type_name("FILE");
+  sub->add_option("-o,--output", simulate_.output,
+                  "Write the output to a file; with --show also a picture: .png, .svg or .pdf")
+      ->type_name("FILE");
   sub->add_option("--until", simulate_.until, "End at this time, in seconds from the start")
       ->check(CLI::NonNegativeNumber)
       ->type_name("SECONDS");

@@ -7,6 +7,7 @@
 #include "app/session.h"
 #include "app/terminal_text.h"
 #include "feeds/feed_state.h"
+#include "simulation/scenario/scenario_run.h"
 
 namespace linewatch::app {
 
@@ -25,5 +26,9 @@ Report analytics(Session& session, const AnalyticsCommand& command);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session, because a scenario makes its own platform.
 Report simulate(const SimulateCommand& command, const TerminalStyle& style);
+/// Where the command ends its run.
+simulation::RunEnd endOf(const SimulateCommand& command);
+/// Whether the command draws a picture, which needs linewatch-screen.
+bool drawsPicture(const SimulateCommand& command);
 
 }  // namespace linewatch::app

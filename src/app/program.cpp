@@ -60,7 +60,9 @@ class Dispatch {
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
   }
-  Report operator()(const SimulateCommand& command) const { return simulate(command, style_); }
+  Report operator()(const SimulateCommand& command) const {
+    return drawsPicture(command) ? replaceWithScreenProgram(argv_) : simulate(command, style_);
+  }
   Report operator()(const RenderCommand&) const { return replaceWithScreenProgram(argv_); }
 
  private:

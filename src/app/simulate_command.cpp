@@ -1,5 +1,6 @@
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "app/commands.h"
@@ -46,13 +47,22 @@ std::string widgetText(const simulation::ScenarioRun& run, const TerminalStyle& 
 
 }  // namespace
 
+simulation::RunEnd endOf(const SimulateCommand& command) {
+  simulation::RunEnd end{.until = {}, .step = command.step};
+  if (command.until) end.until = Seconds(*command.until);
+  return end;
+}
+
+bool drawsPicture(const SimulateCommand& command) {
+  const auto isOneOf = [&](std::string_view extension) { return command.output.ends_with(extension); };
+  return command.show && (isOneOf(".png") || isOneOf(".svg") || isOneOf(".pdf"));
+}
+
 Report simulate(const SimulateCommand& command, const TerminalStyle& style) {
   if (!command.compared.empty()) return compare(command.compared.front(), command.compared.back());
   const auto text = contentsOf(command.scenario);
   if (!text) return refused(text.error());
-  simulation::RunEnd end{.until = {}, .step = command.step};
-  if (command.until) end.until = Seconds(*command.until);
-  const auto run = simulation::runScenarioUntil(*text, end);
+  const auto run = simulation::runScenarioUntil(*text, endOf(command));
   if (!run) return refused(failure(command.scenario, "", sentenceOf(run.error())));
   Report report;
   if (command.show) {

@@ -91,7 +91,7 @@ std::shared_ptr<FavoritesContainer> SimulatedPlatform::makeFavoritesContainer(
 }
 
 std::shared_ptr<IconManager> SimulatedPlatform::makeIconManager() {
-  return std::make_shared<SimulatedIconManager>();
+  return std::make_shared<SimulatedIconManager>(backstage_);
 }
 
 std::shared_ptr<ShieldManager> SimulatedPlatform::makeShieldManager() {

@@ -102,6 +102,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   // The panel shows this error, until it has passed.
   static_cast<void>((*session)->platform().feeds().follow());
   PanelRecording recording(command.isAnonymous);
+  recording.recorder()->setLocale(locale.tag());
   installPlatform(
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
   shown = std::make_unique<Panel>(

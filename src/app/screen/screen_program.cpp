@@ -5,6 +5,7 @@
 #include "app/screen/panel_command.h"
 #include "app/screen/qt_messages.h"
 #include "app/screen/render_command.h"
+#include "app/screen/scenario_picture.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
@@ -16,6 +17,7 @@ struct Dispatch {
 
   Report operator()(const RenderCommand& command) const { return render(options, command); }
   Report operator()(const PanelCommand& command) const { return panel(options, command); }
+  Report operator()(const SimulateCommand& command) const { return drawScenario(options, command); }
   template <class Other>
   Report operator()(const Other&) const {
     return refused(failure("linewatch-screen", "", "it only draws; use linewatch for this command"));

@@ -1,8 +1,10 @@
 #include "simulation/recording/recorded_answer.h"
 
+#include <unordered_map>
 #include <utility>
 #include <variant>
 
+#include "list/list_dictionary_form.h"
 #include "simulation/scenario/scenario_writing.h"
 #include "simulation/world/world.h"
 #include "wire/json_text.h"
@@ -40,11 +42,15 @@ std::shared_ptr<const RecordedAnswer> RecordedRecords::answer(const TransitLineI
   if (!items) return answer;
   const std::size_t limit = bytes() + room;
   answer->lines.emplace();
+  // Many lines may share an incident.
+  std::unordered_map<const TransitIncident*, SharedEntry> known;
   for (const SharedLineItem& item : *items) {
     RecordedAnswer::Line line{lineEntry(*item), {}};
     for (const SharedIncident& incident : item->incidents()) {
+      SharedEntry& entry = known[incident.get()];
+      if (!entry) entry = incidentEntry(*incident);
+      line.incidents.push_back(entry);
       if (bytes() > limit) return nullptr;
-      line.incidents.push_back(incidentEntry(*incident));
     }
     answer->lines->push_back(std::move(line));
   }
@@ -71,26 +77,29 @@ RecordedFavorites RecordedRecords::favorites(const Outcome<Favorites>& favorites
 
 SharedEntry RecordedRecords::systemEntry(const std::shared_ptr<const TransitSystem>& system) {
   if (!system) return nullptr;
-  return systems_.entry(written(WorldSystem{system->muid, system->name, drawnArtwork(system->artwork)}),
-                        system->name);
+  std::vector<SharedEntry> needed;
+  const WorldSystem form{system->muid, system->name, artworkForm(system->artwork, needed)};
+  return systems_.entry(written(form), system->name, std::move(needed));
 }
 
 SharedEntry RecordedRecords::lineEntry(const TransitLine& line) {
+  std::vector<SharedEntry> needed;
   const SharedEntry system = systemEntry(line.system());
-  WorldLine form{.muid = line.muid(),
-                 .name = line.name(),
-                 .system = system ? std::optional(system->key) : std::nullopt,
-                 .artwork = drawnArtwork(line.artwork()),
-                 .modeArtwork = drawnArtwork(line.modeArtwork()),
-                 .alternateArtwork = drawnArtwork(line.alternateArtwork()),
-                 .incidents = {},
-                 .identifier = line.identifier().has_value(),
-                 .departureTimeDisplayStyle = line.departureTimeDisplayStyle(),
-                 .departuresAreVehicleSpecific = line.departuresAreVehicleSpecific(),
-                 .lineColorString = line.lineColorString(),
-                 .showVehicleNumber = line.showVehicleNumber(),
-                 .operatingHours = line.operatingHours()};
-  return lines_.entry(written(form), line.name(), system);
+  if (system) needed.push_back(system);
+  const WorldLine form{.muid = line.muid(),
+                       .name = line.name(),
+                       .system = system ? std::optional(system->key) : std::nullopt,
+                       .artwork = artworkForm(line.artwork(), needed),
+                       .modeArtwork = artworkForm(line.modeArtwork(), needed),
+                       .alternateArtwork = artworkForm(line.alternateArtwork(), needed),
+                       .incidents = {},
+                       .identifier = line.identifier().has_value(),
+                       .departureTimeDisplayStyle = line.departureTimeDisplayStyle(),
+                       .departuresAreVehicleSpecific = line.departuresAreVehicleSpecific(),
+                       .lineColorString = line.lineColorString(),
+                       .showVehicleNumber = line.showVehicleNumber(),
+                       .operatingHours = line.operatingHours()};
+  return lines_.entry(written(form), line.name(), std::move(needed));
 }
 
 SharedEntry RecordedRecords::incidentEntry(const TransitIncident& incident) {
@@ -115,12 +124,27 @@ SharedEntry RecordedRecords::incidentEntry(const TransitIncident& incident) {
   return incidents_.entry(written(form), {});
 }
 
-/// The artwork with the width at which it is drawn, which another machine's fonts would change.
-std::optional<TransitArtworkDataSource> RecordedRecords::drawnArtwork(const SharedArtwork& artwork) {
+/// Adds the widths at which the artwork's parts are drawn, which another machine's fonts would change.
+std::optional<TransitArtworkDataSource> RecordedRecords::artworkForm(const SharedArtwork& artwork,
+                                                                     std::vector<SharedEntry>& widths) {
   if (!artwork) return std::nullopt;
-  TransitArtworkDataSource drawn = *artwork;
-  if (!drawn.intrinsicWidth) drawn.intrinsicWidth = widthOf_(*artwork);
-  return drawn;
+  if (artwork->intrinsicWidth) return *artwork;
+  for (const auto& shield : {artwork->shieldDataSource, artwork->iconFallbackShieldDataSource}) {
+    if (shield)
+      addWidth({.artworkSourceType = kArtworkSourceShield,
+                .shieldDataSource = ShieldDataSource{shield->shieldType, shield->shieldText, {}, {}}},
+               widths);
+  }
+  if (artwork->iconDataSource)
+    addWidth({.artworkSourceType = kArtworkSourceIcon, .iconDataSource = artwork->iconDataSource}, widths);
+  return *artwork;
+}
+
+void RecordedRecords::addWidth(TransitArtworkDataSource part, std::vector<SharedEntry>& widths) {
+  part.intrinsicWidth = widthOf_(part);
+  if (!part.intrinsicWidth) return;
+  const std::string name = part.shieldDataSource ? part.shieldDataSource->shieldText.value_or("") : "";
+  widths.push_back(widths_.entry(dictionaryForm(part), name));
 }
 
 }  // namespace linewatch::simulation

@@ -49,7 +49,7 @@ struct RecordedFavorites {
 /// Turns the platform's records into entries of a scenario. Main thread.
 class RecordedRecords {
  public:
-  /// The width at which an artwork is drawn at size 3, in points; absent when it is not drawn.
+  /// The width of an artwork that is drawn at size 3, in points; absent when nothing is drawn.
   using WidthOf = std::function<std::optional<double>(const TransitArtworkDataSource& artwork)>;
 
   /// `start`: the date of second 0 of the scenario.
@@ -61,17 +61,22 @@ class RecordedRecords {
                                                const std::optional<Error>& error, std::size_t room);
   RecordedFavorites favorites(const Outcome<Favorites>& favorites);
   /// The memory of all entries that something holds, about.
-  std::size_t bytes() const { return systems_.bytes() + lines_.bytes() + incidents_.bytes(); }
+  std::size_t bytes() const {
+    return systems_.bytes() + lines_.bytes() + incidents_.bytes() + widths_.bytes();
+  }
 
  private:
   SharedEntry systemEntry(const std::shared_ptr<const TransitSystem>& system);
   SharedEntry lineEntry(const TransitLine& line);
   SharedEntry incidentEntry(const TransitIncident& incident);
-  std::optional<TransitArtworkDataSource> drawnArtwork(const SharedArtwork& artwork);
+  std::optional<TransitArtworkDataSource> artworkForm(const SharedArtwork& artwork,
+                                                      std::vector<SharedEntry>& widths);
+  void addWidth(TransitArtworkDataSource part, std::vector<SharedEntry>& widths);
 
   Date start_;
   WidthOf widthOf_;
-  RecordedTable systems_{"system"}, lines_{"line"}, incidents_{"incident"};
+  RecordedTable systems_{"systems", "system"}, lines_{"lines", "line"};
+  RecordedTable incidents_{"incidents", "incident"}, widths_{"drawnArtworks", "artwork"};
 };
 
 }  // namespace linewatch::simulation

@@ -19,12 +19,13 @@ std::size_t bytesOf(const RecordedEntry& entry) {
 
 }  // namespace
 
-SharedEntry RecordedTable::entry(const Dictionary& form, const std::string& name, SharedEntry system) {
+SharedEntry RecordedTable::entry(const Dictionary& form, const std::string& name,
+                                 std::vector<SharedEntry> needed) {
   std::string text = jsonText(form);
   if (const auto known = contents_->byText.find(text); known != contents_->byText.end())
     return known->second.lock();
-  auto added =
-      std::make_unique<RecordedEntry>(RecordedEntry{freeKey(name), std::move(text), std::move(system)});
+  auto added = std::make_unique<RecordedEntry>(
+      RecordedEntry{name_, freeKey(name), std::move(text), std::move(needed)});
   contents_->bytes += bytesOf(*added);
   const RecordedEntry* const place = added.release();
   SharedEntry shared(place, [contents = contents_](const RecordedEntry* entry) {

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -21,6 +21,8 @@ struct RecordedEvent {
   Microseconds time = 0;
   std::variant<std::string, std::shared_ptr<const RecordedAnswer>> what;
   bool isTap = false;
+  /// Whether the main loop has run since the event before, however little time has passed.
+  bool isInNewTurn = false;
 };
 
 /// The events from one fetch to the next, and the state before the first of them. A replay can begin with any
@@ -35,11 +37,10 @@ struct RecordedSegment {
   bool isShown = false;
   WorldHost host;
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
-  ConnectionFailureDiagnosis diagnosis = ConnectionFailureDiagnosis::unknown;
-  /// Whether a tapped row is opened.
-  bool opens = true;
-  /// The favourites that the fetch reads; absent until they are known.
-  std::optional<RecordedFavorites> favorites;
+  /// What the widget was told of the world last: the JSON text of each key.
+  std::map<std::string, std::string> told;
+  /// The favourites that the fetch reads; null until they are known.
+  std::shared_ptr<const RecordedFavorites> favorites;
   std::vector<RecordedEvent> events;
   /// The memory of the events, without that of entries, about.
   std::size_t bytes = 0;

@@ -1,8 +1,10 @@
 #include "simulation/recording/recording_platform.h"
 
+#include <string>
 #include <utility>
 
 #include "platform/favorites.h"
+#include "simulation/scenario/scenario_writing.h"
 #include "ui/artwork_cache.h"
 #include "ui/image.h"
 #include "ui/interface_settings.h"
@@ -87,8 +89,21 @@ std::uint32_t RecordingPlatform::RecordingRandomSource::next() {
 
 ConnectionFailureDiagnosis RecordingPlatform::RecordingDevice::diagnoseConnectionFailure() {
   const ConnectionFailureDiagnosis diagnosis = platform_.wrapped().device().diagnoseConnectionFailure();
-  platform_.recorder_->deviceDidDiagnose(diagnosis);
+  platform_.recorder_->widgetWasTold("diagnosis", std::to_string(static_cast<int>(diagnosis)));
   return diagnosis;
+}
+
+bool RecordingPlatform::RecordingDevice::hasCapability(std::string_view capability) {
+  const bool isThere = platform_.wrapped().device().hasCapability(capability);
+  platform_.recorder_->widgetWasTold("capabilities",
+                                     objectText({{std::string(capability), isThere ? "true" : "false"}}));
+  return isThere;
+}
+
+int RecordingPlatform::RecordingDevice::lockState() {
+  const int state = platform_.wrapped().device().lockState();
+  platform_.recorder_->widgetWasTold("lockState", std::to_string(state));
+  return state;
 }
 
 void RecordingPlatform::RecordingController::openUserActivity(

@@ -48,10 +48,8 @@ class RecordingPlatform : public PlatformWrapper {
    public:
     explicit RecordingDevice(RecordingPlatform& platform) : platform_(platform) {}
     ConnectionFailureDiagnosis diagnoseConnectionFailure() override;
-    bool hasCapability(std::string_view capability) override {
-      return platform_.wrapped().device().hasCapability(capability);
-    }
-    int lockState() override { return platform_.wrapped().device().lockState(); }
+    bool hasCapability(std::string_view capability) override;
+    int lockState() override;
 
    private:
     RecordingPlatform& platform_;

@@ -1,5 +1,6 @@
 #include "simulation/recording/recording_text.h"
 
+#include <algorithm>
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
@@ -61,35 +62,41 @@ class WorldChanges {
     for (const SharedEntry& line : favorites.lines) addLine(tables, line);
     JsonMembers changes = membersOf(tables);
     changes.emplace_back("favorites", arrayText(favorites.texts));
-    changes.emplace_back("favoritesError", favorites.error ? jsonText(written(*favorites.error)) : "null");
+    if (favorites.error != std::exchange(favoritesError_, favorites.error))
+      changes.emplace_back("favoritesError", favorites.error ? jsonText(written(*favorites.error)) : "null");
     return changes;
   }
 
  private:
   struct Tables {
-    JsonMembers systems, incidents;
+    /// By the name of the table.
+    std::map<std::string_view, JsonMembers> tables;
     /// The keys of each line that change.
     std::map<std::string, std::string> lines;
   };
 
-  static JsonMembers membersOf(const Tables& tables) {
+  static JsonMembers membersOf(const Tables& changed) {
     JsonMembers members;
-    if (!tables.systems.empty()) members.emplace_back("systems", objectText(tables.systems));
-    if (!tables.incidents.empty()) members.emplace_back("incidents", objectText(tables.incidents));
-    if (!tables.lines.empty())
-      members.emplace_back("lines", objectText({tables.lines.begin(), tables.lines.end()}));
+    for (const auto& [name, table] : changed.tables) members.emplace_back(name, objectText(table));
+    if (!changed.lines.empty())
+      members.emplace_back("lines", objectText({changed.lines.begin(), changed.lines.end()}));
     return members;
   }
 
-  void addOnce(JsonMembers& table, const SharedEntry& entry) {
-    if (entry && written_.insert(entry).second) table.emplace_back(entry->key, entry->text);
+  /// Once in a scenario.
+  void addEntry(Tables& tables, const SharedEntry& entry) {
+    if (written_.insert(entry).second) tables.tables[entry->table].emplace_back(entry->key, entry->text);
   }
   void addLine(Tables& tables, const SharedEntry& line) {
-    addOnce(tables.systems, line->system);
-    if (written_.insert(line).second) tables.lines.emplace(line->key, line->text);
+    if (!written_.insert(line).second) return;
+    for (const SharedEntry& needed : line->needed) {
+      for (const SharedEntry& further : needed->needed) addEntry(tables, further);
+      addEntry(tables, needed);
+    }
+    tables.lines.emplace(line->key, line->text);
   }
   void addIncidents(Tables& tables, const RecordedAnswer::Line& line) {
-    for (const SharedEntry& incident : line.incidents) addOnce(tables.incidents, incident);
+    for (const SharedEntry& incident : line.incidents) addEntry(tables, incident);
     std::vector<SharedEntry>& known = incidents_[line.entry];
     if (known == line.incidents) return;
     known = line.incidents;
@@ -102,6 +109,7 @@ class WorldChanges {
   std::unordered_map<SharedEntry, std::vector<SharedEntry>> incidents_;
   JsonMembers service_;
   RecordedFavorites favorites_;
+  std::optional<Error> favoritesError_;
 };
 
 class RecordingWriter {
@@ -113,7 +121,7 @@ class RecordingWriter {
     const RecordedSegment& first = segments_.front();
     const RecordedFavorites favorites = firstFavorites();
     JsonMembers changes;
-    if (first.list) {
+    if (showsSomething(first)) {
       changes = addSavedList(first, favorites);
       addSet(changes_.before(favorites));
     } else {
@@ -129,13 +137,12 @@ class RecordingWriter {
  private:
   JsonMembers worldMembers(const RecordedSegment& first, JsonMembers changes) {
     world_.host = first.host;
-    world_.host.activeMode = WidgetDisplayMode::compact;
+    world_.host.activeMode = showsSomething(first) ? WidgetDisplayMode::compact : loadingMode(first);
     world_.textSize = first.textSize;
     world_.service.delay = std::nullopt;
-    world_.diagnosis = first.diagnosis;
-    world_.opens = first.opens;
     JsonMembers members;
     for (const auto& [key, value] : written(world_)) members.emplace_back(key, jsonText(value));
+    members.insert(members.end(), first.told.begin(), first.told.end());
     members.insert(members.end(), changes.begin(), changes.end());
     return members;
   }
@@ -148,13 +155,28 @@ class RecordingWriter {
     addSet({{"host", objectText({{"activeMode", jsonQuoted(nameOf(mode))}})}});
   }
   void advanceTo(Microseconds time) {
-    if (time <= time_) return;
-    add(step::Advance{Seconds(static_cast<double>(time - time_) / 1e6)});
-    time_ = time;
+    if (time > time_) add(step::Advance{Seconds(static_cast<double>(time - time_) / 1e6)});
+    time_ = std::max(time, time_);
+  }
+  /// The clock may have stood still while the main loop ran.
+  void advanceTo(const RecordedEvent& event) {
+    if (event.isInNewTurn && event.time <= time_) add(step::Advance{});
+    advanceTo(event.time);
   }
   void addAnswer(const RecordedAnswer& answer) {
     addSet(changes_.before(answer));
     add(step::Answer{});
+  }
+
+  /// The host's mode when the widget loads. A widget that is shown already is loaded in the compact mode.
+  static WidgetDisplayMode loadingMode(const RecordedSegment& segment) {
+    return segment.isShown ? WidgetDisplayMode::compact : segment.host.activeMode;
+  }
+
+  /// A new widget shows an empty list by itself.
+  static bool showsSomething(const RecordedSegment& segment) {
+    const auto& list = segment.list;
+    return list && (segment.isExpanded || list->error || (list->lines && !list->lines->empty()));
   }
 
   RecordedFavorites firstFavorites() const {
@@ -178,7 +200,8 @@ class RecordingWriter {
     if (segment.isExpanded) add(step::DisplayMode{WidgetDisplayMode::expanded});
     add(step::Disappear{});
     add(step::Restart{});
-    if (segment.isExpanded) addActiveMode(WidgetDisplayMode::compact);
+    const auto mode = segment.isExpanded ? WidgetDisplayMode::expanded : WidgetDisplayMode::compact;
+    if (loadingMode(segment) != mode) addActiveMode(loadingMode(segment));
     return world;
   }
   static RecordedFavorites favoritesOf(const std::vector<RecordedAnswer::Line>& lines) {
@@ -203,7 +226,7 @@ class RecordingWriter {
   /// The last event of a segment starts the next fetch, so the favourites change before it.
   void addEvents(const RecordedSegment& segment, const RecordedSegment* next) {
     for (const RecordedEvent& event : segment.events) {
-      advanceTo(event.time);
+      advanceTo(event);
       if (next && &event == &segment.events.back()) addFavorites(*next);
       add(event);
     }

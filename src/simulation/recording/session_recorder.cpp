@@ -86,7 +86,8 @@ std::optional<std::string> SessionRecorder::scenario() {
   if (segments_.empty()) return std::nullopt;
   noteHost();
   auto segments = segments_;
-  segments.back().events.push_back({now(), jsonText(written(step::Snapshot{}))});
+  segments.back().events.push_back(
+      {.time = now(), .what = jsonText(written(step::Snapshot{})), .isInNewTurn = true});
   return recordingText(world_, segments);
 }
 
@@ -113,6 +114,7 @@ void SessionRecorder::hostDidLoad(const std::shared_ptr<RVTransitIncidentsViewCo
 void SessionRecorder::hostWillShow() {
   isShown_ = true;
   add(step::Appear{});
+  snapshotTime_ = lastTime_;
 }
 
 void SessionRecorder::hostWillHide() {
@@ -149,12 +151,12 @@ void SessionRecorder::textSizeDidPost() {
 
 std::shared_ptr<FavoritesOfFetch> SessionRecorder::fetchDidBegin() {
   noteHost();
-  favorites_ = std::make_shared<FavoritesOfFetch>();
-  if (!isShown_ || !records_) return favorites_;
+  fetch_ = std::make_shared<FavoritesOfFetch>();
+  if (!isShown_ || !records_) return fetch_;
   segments_.push_back(segmentNow());
   lastTime_ = segments_.back().time;
   trim();
-  return favorites_;
+  return fetch_;
 }
 
 void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineItems>& items,
@@ -168,7 +170,7 @@ void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineI
   answer_ = answer;
   items_ = items;
   // What came before the answer in the same microsecond stays before it.
-  addEvent({std::max(now(), lastTime_ + 1), std::move(answer)}, bytes);
+  addEvent({.time = std::max(now(), lastTime_ + 1), .what = std::move(answer)}, bytes);
   if (world_.preferences.contains(kInjectFakeIncidentsKey)) drawn_.emplace();
 }
 
@@ -196,22 +198,21 @@ void SessionRecorder::randomSourceDidDraw(std::uint32_t number) {
   if (drawn_) drawn_->emplace_back(number);
 }
 
-void SessionRecorder::deviceDidDiagnose(ConnectionFailureDiagnosis diagnosis) {
-  if (std::exchange(diagnosis_, diagnosis) == diagnosis) return;
-  addBeforeLast({{"diagnosis", std::to_string(static_cast<int>(diagnosis))}});
+void SessionRecorder::widgetWasTold(const std::string& key, const std::string& value) {
+  if (std::exchange(told_[key], value) != value) addBeforeLast({{key, value}});
 }
 
-/// Tells later than the tap whether it opened something.
+/// The tap may be some time ago.
 void SessionRecorder::hostDidOpen(bool success) {
-  if (std::exchange(opens_, success) == success) return;
+  const std::string value = success ? "true" : "false";
+  const auto known = told_.try_emplace("opens", "true").first;
+  if (std::exchange(known->second, value) == value) return;
   for (auto segment = segments_.rbegin(); segment != segments_.rend(); ++segment) {
     const auto tap = std::find_if(segment->events.rbegin(), segment->events.rend(),
                                   [](const RecordedEvent& event) { return event.isTap; });
-    if (tap == segment->events.rend()) {
-      segment->opens = success;
-      continue;
-    }
-    return addBefore(std::prev(tap.base()), *segment, {{"opens", success ? "true" : "false"}});
+    if (tap != segment->events.rend())
+      return addBefore(std::prev(tap.base()), *segment, {{known->first, value}});
+    segment->told.insert_or_assign(known->first, value);
   }
 }
 
@@ -231,21 +232,22 @@ RecordedSegment SessionRecorder::segmentNow() {
           .isShown = isShown_,
           .host = host_,
           .textSize = textSize_,
-          .diagnosis = diagnosis_,
-          .opens = opens_};
+          .told = told_};
 }
 
 void SessionRecorder::addText(const Dictionary& step) {
   noteHost();
   std::string text = jsonText(step);
   const std::size_t bytes = text.size();
-  addEvent({now(), std::move(text)}, bytes);
+  addEvent({.time = now(), .what = std::move(text)}, bytes);
 }
 
 /// `bytes`: the memory that the event needs beside itself.
 void SessionRecorder::addEvent(RecordedEvent event, std::size_t bytes) {
   if (segments_.empty()) return;
   lastTime_ = event.time;
+  event.isInNewTurn = std::exchange(isInNewTurn_, false);
+  watchTurn();
   segments_.back().bytes += bytes + sizeof event;
   segments_.back().events.push_back(std::move(event));
   trim();
@@ -257,7 +259,9 @@ void SessionRecorder::addBefore(std::vector<RecordedEvent>::iterator place, Reco
   std::string text = setText(changes);
   segment.bytes += text.size() + sizeof(RecordedEvent);
   const Microseconds time = place == segment.events.end() ? lastTime_ : place->time;
-  segment.events.insert(place, {time, std::move(text)});
+  // It takes the turn of the event.
+  const bool isInNewTurn = place != segment.events.end() && std::exchange(place->isInNewTurn, false);
+  segment.events.insert(place, {.time = time, .what = std::move(text), .isInNewTurn = isInNewTurn});
 }
 
 void SessionRecorder::addBeforeLast(const JsonMembers& changes) {
@@ -266,19 +270,33 @@ void SessionRecorder::addBeforeLast(const JsonMembers& changes) {
   addBefore(events.empty() ? events.end() : std::prev(events.end()), segments_.back(), changes);
 }
 
+void SessionRecorder::watchTurn() {
+  if (std::exchange(isTurnWatched_, true)) return;
+  platform_->mainLoop().dispatchAsync([weakSelf = weak_from_this()] {
+    if (const auto self = weakSelf.lock()) {
+      self->isTurnWatched_ = false;
+      self->isInNewTurn_ = true;
+    }
+  });
+}
+
 void SessionRecorder::noteFavorites() {
-  const auto favorites = favorites_ ? favorites_->take() : std::nullopt;
+  const auto favorites = fetch_ ? fetch_->take() : std::nullopt;
   if (!favorites || segments_.empty()) return;
   RecordedSegment& segment = segments_.back();
-  segment.favorites = records_->favorites(*favorites);
-  segment.bytes += bytesOfFavorites(*segment.favorites);
+  auto recorded = std::make_shared<const RecordedFavorites>(records_->favorites(*favorites));
+  if (!favorites_ || *favorites_ != *recorded) {
+    favorites_ = std::move(recorded);
+    segment.bytes += bytesOfFavorites(*favorites_);
+  }
+  segment.favorites = favorites_;
 }
 
 void SessionRecorder::noteSnapshot() {
   if (const auto time = std::exchange(snapshotTime_, std::nullopt)) {
     std::string text = jsonText(written(step::Snapshot{}));
     const std::size_t bytes = text.size();
-    addEvent({*time, std::move(text)}, bytes);
+    addEvent({.time = *time, .what = std::move(text)}, bytes);
   }
 }
 
@@ -292,7 +310,7 @@ void SessionRecorder::noteHost() {
   if (changes.empty()) return;
   std::string text = setText({{"host", objectText(changes)}});
   const std::size_t bytes = text.size();
-  addEvent({now(), std::move(text)}, bytes);
+  addEvent({.time = now(), .what = std::move(text)}, bytes);
 }
 
 WorldHost SessionRecorder::hostNow() const {

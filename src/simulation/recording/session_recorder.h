@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,6 +53,9 @@ class SessionRecorder final : public HostObserver,
   /// The platform that is recorded, which must outlive the widget. To be called before the host loads it.
   void setPlatform(Platform& platform, RecordedRecords::WidthOf widthOf);
 
+  /// The user's locale, e.g. "de-CH", which a scenario notes for its reader.
+  void setLocale(std::string locale) { world_.locale = std::move(locale); }
+
   /// What was recorded, as a scenario; absent when there is nothing.
   std::optional<std::string> scenario();
 
@@ -74,8 +78,8 @@ class SessionRecorder final : public HostObserver,
                          const std::optional<Error>& error);
   /// The widget has made the answer its own.
   void serviceDidAnswer();
-  /// The widget was told these.
-  void deviceDidDiagnose(ConnectionFailureDiagnosis diagnosis);
+  /// The widget was told the JSON value of a key of the world.
+  void widgetWasTold(const std::string& key, const std::string& value);
   void randomSourceDidDraw(std::uint32_t number);
 
  private:
@@ -99,6 +103,7 @@ class SessionRecorder final : public HostObserver,
   WorldHost hostNow() const;
   void noteHost();
   void textSizeDidPost();
+  void watchTurn();
   void trim();
 
   Limits limits_;
@@ -111,17 +116,21 @@ class SessionRecorder final : public HostObserver,
   /// Empty while too much happens to be kept; recording goes on at the next fetch.
   std::deque<RecordedSegment> segments_;
   Microseconds lastTime_ = 0;
+  /// Whether the main loop has run since the last event; an action that waits in the loop sets this.
+  bool isInNewTurn_ = false;
+  bool isTurnWatched_ = false;
   /// When the rows changed without a snapshot so far.
   std::optional<Microseconds> snapshotTime_;
   /// The host and its settings as the recorded steps leave them.
   WorldHost host_;
   ui::TextSizeCategory textSize_ = ui::kDefaultTextSizeCategory;
-  ConnectionFailureDiagnosis diagnosis_ = ConnectionFailureDiagnosis::unknown;
-  bool opens_ = true;
+  std::map<std::string, std::string> told_;
   bool isShown_ = false;
   /// The random numbers that were drawn during the present answer, when the widget draws any.
   std::optional<Array> drawn_;
-  std::shared_ptr<FavoritesOfFetch> favorites_;
+  std::shared_ptr<FavoritesOfFetch> fetch_;
+  /// As a fetch last read them.
+  std::shared_ptr<const RecordedFavorites> favorites_;
   /// The last answer, and its items as the service gave them.
   std::shared_ptr<const RecordedAnswer> answer_;
   std::weak_ptr<const TransitLineItems> items_;

@@ -20,8 +20,8 @@ class SimulatedArtworkImage final : public ui::Image {
   Size size_;
 };
 
-/// Makes shields of the described width, else of 10 points and 8 more for each code point of the text.
-/// Records a purge as "cachePurged".
+/// Makes shields of the described width, else of the width that the world has for them, else of 10 points and
+/// 8 more for each code point of the text. Records a purge as "cachePurged".
 class SimulatedShieldManager final : public ShieldManager {
  public:
   explicit SimulatedShieldManager(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
@@ -34,11 +34,17 @@ class SimulatedShieldManager final : public ShieldManager {
   SharedBackstage backstage_;
 };
 
-/// Makes icons of the described width, else of 20 points.
+/// Makes icons of the described width, else of the width that the world has for them, else of 20 points.
 class SimulatedIconManager final : public IconManager {
  public:
+  /// Without a backstage there is no world.
+  explicit SimulatedIconManager(SharedBackstage backstage = nullptr) : backstage_(std::move(backstage)) {}
+
   std::shared_ptr<const ui::Image> image(const IconDataSource& icon, std::optional<double> widthAtStep3,
                                          const ArtworkSize& size) override;
+
+ private:
+  SharedBackstage backstage_;
 };
 
 }  // namespace linewatch::simulation

@@ -28,7 +28,7 @@ constexpr std::array kTextKeys = {"name",
                                   "operatingHours",
                                   "shieldText",
                                   "accessibilityText"};
-constexpr std::array kTables = {"systems", "lines", "incidents"};
+constexpr std::array kTables = {"systems", "lines", "incidents", "drawnArtworks"};
 
 template <class Keys>
 bool isOneOf(const std::string& key, const Keys& keys) {
@@ -74,8 +74,8 @@ class Anonymizer {
   void replaceTable(const std::string& table, Json& entries) {
     JsonObject replaced;
     for (auto& [key, entry] : entries.get_ref<JsonObject&>()) {
-      if (table != "incidents" && known_.emplace(table, key).second && !entry.contains("name"))
-        entry["name"] = key;
+      const bool isNamed = table == "systems" || table == "lines";
+      if (isNamed && known_.emplace(table, key).second && !entry.contains("name")) entry["name"] = key;
       replaceEntry(entry);
       replaced.emplace_back(keyIn(table, key), std::move(entry));
     }

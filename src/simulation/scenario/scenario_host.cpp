@@ -81,8 +81,9 @@ struct ScenarioHost::Performer {
   static constexpr bool kAnimated = false;
 };
 
-ScenarioHost::ScenarioHost(World world) : platform_(SimulatedPlatform::make(std::move(world))) {
-  installPlatform(platform_);
+ScenarioHost::ScenarioHost(World world, Wrap wrap)
+    : wrap_(std::move(wrap)), platform_(SimulatedPlatform::make(std::move(world))) {
+  install();
 }
 
 ScenarioHost::~ScenarioHost() {
@@ -93,6 +94,8 @@ ScenarioHost::~ScenarioHost() {
 std::optional<std::string> ScenarioHost::perform(const Step& step) {
   return std::visit(Performer{*this}, step);
 }
+
+void ScenarioHost::install() { installPlatform(wrap_ ? wrap_(*platform_) : platform_); }
 
 void ScenarioHost::load() {
   controller_ =
@@ -150,8 +153,8 @@ void ScenarioHost::change(const std::function<void(World&)>& change) {
 
 void ScenarioHost::restart() {
   controller_ = nullptr;
-  platform_ = SimulatedPlatform::restarted(*platform_);
-  installPlatform(platform_);
+  const auto former = std::exchange(platform_, SimulatedPlatform::restarted(*platform_));
+  install();
 }
 
 }  // namespace linewatch::simulation

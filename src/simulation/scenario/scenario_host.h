@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,7 +21,12 @@ namespace linewatch::simulation {
 /// next `advance`, which may be by 0 seconds.
 class ScenarioHost {
  public:
-  explicit ScenarioHost(World world);
+  /// Makes the platform to install from the simulated one, e.g. with other texts. The simulated one outlives
+  /// it.
+  using Wrap = std::function<std::shared_ptr<Platform>(Platform& simulated)>;
+
+  /// Without `wrap`, the simulated platform itself is installed.
+  explicit ScenarioHost(World world, Wrap wrap = {});
   ~ScenarioHost();
   ScenarioHost(const ScenarioHost&) = delete;
   ScenarioHost& operator=(const ScenarioHost&) = delete;
@@ -36,6 +42,7 @@ class ScenarioHost {
  private:
   struct Performer;
 
+  void install();
   void load();
   void update(const std::string& id);
   void setActiveMode(WidgetDisplayMode mode);
@@ -45,6 +52,7 @@ class ScenarioHost {
   void change(const std::function<void(World&)>& change);
   void restart();
 
+  Wrap wrap_;
   std::shared_ptr<SimulatedPlatform> platform_;
   std::shared_ptr<RVTransitIncidentsViewController> controller_;
 };

@@ -176,6 +176,7 @@ struct Keys<World> {
                                            key("systems", &World::systems),
                                            key("lines", &World::lines),
                                            key("incidents", &World::incidents),
+                                           key("drawnArtworks", &World::drawnArtworks),
                                            key("service", &World::service),
                                            key("diagnosis", &World::diagnosis),
                                            key("capabilities", &World::capabilities),

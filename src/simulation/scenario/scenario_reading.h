@@ -180,6 +180,10 @@ void read(Faults& faults, const Place& place, const Json& json, std::map<std::st
   for (const auto& [name, element] : *object) read(faults, Place(place, name), element, values[name]);
 }
 
+/// The start of an entry whose defaults depend on nothing.
+template <class T>
+void startEntry(T& /*entry*/, const std::string& /*key*/, std::size_t /*count*/) {}
+
 /// A new entry starts as `startEntry(entry, key, count)` makes it; `count` is the number of entries with it.
 template <class T>
 void read(Faults& faults, const Place& place, const Json& json, KeyedTable<T>& table) {

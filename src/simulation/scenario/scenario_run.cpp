@@ -20,35 +20,36 @@ bool passes(const std::optional<Seconds>& until, Seconds now, const Step& step) 
   return until && advance && now + advance->seconds > *until;
 }
 
-ScenarioRun endOf(ScenarioHost& host, std::size_t steps) {
+ScenarioRun endOf(ScenarioHost& host, std::size_t steps, const RunHosting& hosting) {
   ScenarioRun run{
       .transcript = linesOf(host.transcript()), .time = host.platform().mainLoop().elapsed(), .steps = steps};
   if (!host.controller()) return run;
   const auto& dataSource = host.controller()->dataSource();
   run.list = dataSource->listItem();
   run.isExpanded = dataSource->isExpanded();
+  if (hosting.didEnd) hosting.didEnd(*host.controller(), host.platform().world().scale);
   return run;
 }
 
 }  // namespace
 
-Outcome<ScenarioRun> runScenarioUntil(std::string_view text, const RunEnd& end) {
+Outcome<ScenarioRun> runScenarioUntil(std::string_view text, const RunEnd& end, const RunHosting& hosting) {
   auto scenario = readScenario(text);
   if (!scenario) return scenario.error();
-  ScenarioHost host(std::move(scenario->world));
+  ScenarioHost host(std::move(scenario->world), hosting.wrap);
   const auto& steps = scenario->steps;
   const std::size_t count = end.step ? std::min(steps.size(), *end.step + 1) : steps.size();
   for (std::size_t i = 0; i < count; ++i) {
     const Seconds now = host.platform().mainLoop().elapsed();
     if (passes(end.until, now, steps[i])) {
       host.perform(step::Advance{*end.until - now});
-      return endOf(host, i + 1);
+      return endOf(host, i + 1, hosting);
     }
     if (const auto fault = host.perform(steps[i])) {
       return scenarioError("steps[" + std::to_string(i) + "]: " + *fault);
     }
   }
-  return endOf(host, count);
+  return endOf(host, count, hosting);
 }
 
 Outcome<std::vector<std::string>> runScenario(std::string_view text) {

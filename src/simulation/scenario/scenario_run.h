@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include "list/transit_list_item.h"
 #include "shared/date.h"
 #include "shared/outcome.h"
+#include "simulation/scenario/scenario_host.h"
 
 namespace linewatch::simulation {
 
@@ -29,14 +31,23 @@ struct ScenarioRun {
   Seconds time{0};
   /// The number of steps performed; one that `RunEnd::until` cut short is one of them.
   std::size_t steps = 0;
-  /// What the widget showed at the end; null when there was no widget, or it showed nothing yet.
+  /// What the widget showed at the end; null when there was no widget.
   std::shared_ptr<const RVTransitListItem> list;
   bool isExpanded = false;
 };
 
+/// What a caller adds to a run.
+struct RunHosting {
+  ScenarioHost::Wrap wrap = {};
+  /// Called at the end of the run, while the platform is installed, when there is a widget. `scale`: pixels
+  /// per point.
+  std::function<void(RVTransitIncidentsViewController& controller, double scale)> didEnd = {};
+};
+
 /// Runs a scenario from its JSON text. Returns the run, or the first fault in the scenario. While it runs,
 /// the scenario's platform is installed; afterwards no platform is.
-Outcome<ScenarioRun> runScenarioUntil(std::string_view text, const RunEnd& end);
+Outcome<ScenarioRun> runScenarioUntil(std::string_view text, const RunEnd& end,
+                                      const RunHosting& hosting = {});
 /// The lines of the transcript of the whole scenario.
 Outcome<std::vector<std::string>> runScenario(std::string_view text);
 

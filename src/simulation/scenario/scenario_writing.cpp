@@ -78,9 +78,15 @@ Value formOf(const std::vector<T>& values) {
   return form;
 }
 template <class T>
+Value entryForm(const T& entry) {
+  return written(entry);
+}
+Value entryForm(const TransitArtworkDataSource& artwork) { return dictionaryForm(artwork); }
+
+template <class T>
 Value formOf(const KeyedTable<T>& table) {
   Dictionary form;
-  for (const auto& [key, value] : table) form.emplace(key, written(value));
+  for (const auto& [key, value] : table) form.emplace(key, entryForm(value));
   return form;
 }
 

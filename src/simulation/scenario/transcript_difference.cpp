@@ -15,16 +15,19 @@ namespace {
 /// Bytes; a longer value is cut.
 constexpr std::size_t kLongestValue = 200;
 
+/// Its keys have no order.
+using Event = nlohmann::json;
+
 struct Events {
   std::string_view name;
-  std::vector<Json> events;
+  std::vector<Event> events;
 };
 
 /// A difference within an event: the path to it, and the two values; null: absent.
 struct Difference {
   std::string path;
-  const Json* a = nullptr;
-  const Json* b = nullptr;
+  const Event* a = nullptr;
+  const Event* b = nullptr;
 };
 
 Outcome<Events> eventsIn(const NamedTranscript& transcript) {
@@ -39,20 +42,20 @@ Outcome<Events> eventsIn(const NamedTranscript& transcript) {
       return scenarioError(std::string(transcript.name) + ": line " +
                            std::to_string(events.events.size() + 1) + ": " + why);
     }
-    events.events.push_back(*std::move(event));
+    events.events.emplace_back(*std::move(event));
   }
   return events;
 }
 
-const Json* memberOf(const Json& object, const std::string& key) {
+const Event* memberOf(const Event& object, const std::string& key) {
   const auto member = object.find(key);
   return member == object.end() ? nullptr : &*member;
 }
 
-std::optional<Difference> difference(const std::string& path, const Json* a, const Json* b);
+std::optional<Difference> difference(const std::string& path, const Event* a, const Event* b);
 
-std::optional<Difference> differenceOfMembers(const std::string& path, const Json& a, const Json& b) {
-  for (const Json* const object : {&a, &b}) {
+std::optional<Difference> differenceOfMembers(const std::string& path, const Event& a, const Event& b) {
+  for (const Event* const object : {&a, &b}) {
     for (const auto& [key, value] : object->items()) {
       std::string place = path;
       appendKey(place, key);
@@ -62,41 +65,41 @@ std::optional<Difference> differenceOfMembers(const std::string& path, const Jso
   return std::nullopt;
 }
 
-std::optional<Difference> differenceOfElements(const std::string& path, const Json& a, const Json& b) {
+std::optional<Difference> differenceOfElements(const std::string& path, const Event& a, const Event& b) {
   for (std::size_t i = 0; i < std::max(a.size(), b.size()); ++i) {
     std::string place = path;
     appendIndex(place, i);
-    const auto at = [i](const Json& array) { return i < array.size() ? &array[i] : nullptr; };
+    const auto at = [i](const Event& array) { return i < array.size() ? &array[i] : nullptr; };
     if (auto found = difference(place, at(a), at(b))) return found;
   }
   return std::nullopt;
 }
 
 /// The first difference, the deepest that contains it. Absent when the values are equal.
-std::optional<Difference> difference(const std::string& path, const Json* a, const Json* b) {
+std::optional<Difference> difference(const std::string& path, const Event* a, const Event* b) {
   if (a && b && *a == *b) return std::nullopt;
   if (a && b && a->is_object() && b->is_object()) return differenceOfMembers(path, *a, *b);
   if (a && b && a->is_array() && b->is_array()) return differenceOfElements(path, *a, *b);
   return Difference{path, a, b};
 }
 
-std::string valueText(const Json* value) {
+std::string valueText(const Event* value) {
   if (value == nullptr) return "missing";
-  std::string text = value->dump(-1, ' ', false, Json::error_handler_t::replace);
+  std::string text = value->dump(-1, ' ', false, Event::error_handler_t::replace);
   if (text.size() <= kLongestValue) return text;
   std::size_t end = kLongestValue;
   while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
   return text.substr(0, end) + "…";
 }
 
-std::string textOf(const Json& event, const char* key) {
-  const Json* const member = memberOf(event, key);
+std::string textOf(const Event& event, const char* key) {
+  const Event* const member = memberOf(event, key);
   if (member == nullptr) return "?";
   return member->is_string() ? member->get<std::string>() : member->dump();
 }
 
 /// "reload at 2.5 s".
-std::string eventText(const Json& event) {
+std::string eventText(const Event& event) {
   return textOf(event, "event") + " at " + textOf(event, "t") + " s";
 }
 
@@ -113,8 +116,8 @@ std::string wordsOf(const Events& a, const Events& b, std::size_t place) {
   };
   if (place == a.events.size()) return ended(a, b);
   if (place == b.events.size()) return ended(b, a);
-  const Json& first = a.events[place];
-  const Json& second = b.events[place];
+  const Event& first = a.events[place];
+  const Event& second = b.events[place];
   const std::string line = same + "Line " + std::to_string(place + 1);
   if (textOf(first, "event") != textOf(second, "event")) {
     return line + " is " + eventText(first) + " in " + std::string(a.name) + ", and " + eventText(second) +

@@ -153,6 +153,9 @@ struct World {
   KeyedTable<WorldSystem> systems;
   KeyedTable<WorldLine> lines;
   KeyedTable<WorldIncident> incidents;
+  /// Artworks with their `intrinsicWidth`. A shield of the same shape and text, and an equal icon, is drawn
+  /// at this width when its own description has none.
+  KeyedTable<TransitArtworkDataSource> drawnArtworks;
   WorldService service;
 
   ConnectionFailureDiagnosis diagnosis = ConnectionFailureDiagnosis::noInternetConnection;

@@ -10,7 +10,7 @@ namespace {
 constexpr const char* kStart = R"({"t": 0, "event": "reload", "section": 0}
 )";
 
-std::string difference(const std::string& a, const std::string& b) {
+std::string differenceInWords(const std::string& a, const std::string& b) {
   const auto found = transcriptDifference({"A", a}, {"B", b});
   if (!found) return "error: " + sentenceOf(found.error());
   return found->value_or("none");
@@ -40,13 +40,13 @@ TEST(TranscriptDifference, NamesTheFirstEventAndFieldThatDiffer) {
                "The first 1 event is the same.\nLine 2 is snapshot at 2.5 s. Its rows[1] differs:\n"
                "A: {\"cell\":\"item\",\"item\":null}\nB: missing\n"},
        }) {
-    EXPECT_EQ(difference(row.a, row.b), row.words) << row.a << row.b;
+    EXPECT_EQ(differenceInWords(row.a, row.b), row.words) << row.a << row.b;
   }
 }
 
 TEST(TranscriptDifference, NamesTheLineThatIsNoEvent) {
-  EXPECT_TRUE(difference(kStart, std::string(kStart) + "nonsense").starts_with("error: B: line 2: "));
-  EXPECT_EQ(difference("[]", kStart), "error: A: line 1: is not an object");
+  EXPECT_TRUE(differenceInWords(kStart, std::string(kStart) + "nonsense").starts_with("error: B: line 2: "));
+  EXPECT_EQ(differenceInWords("[]", kStart), "error: A: line 1: is not an object");
 }
 
 }  // namespace
