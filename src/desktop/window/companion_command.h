@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "companion/content_folder.h"
+#include "machine/content_folder.h"
 #include "platform/system_controller.h"
 #include "platform/url.h"
 #include "shared/error.h"

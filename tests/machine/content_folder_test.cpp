@@ -1,4 +1,4 @@
-#include "companion/content_folder.h"
+#include "machine/content_folder.h"
 
 #include <optional>
 #include <utility>
