@@ -49,6 +49,9 @@ struct WidgetModel::Performer {
   void operator()(const step::Tap&) const {}
   void operator()(const step::MemoryWarning&) const {}
   void operator()(const step::Snapshot&) const {}
+  // Only recordings have these; the generator makes none.
+  void operator()(const step::Limits&) const {}
+  void operator()(const step::Answer&) const {}
 };
 
 void WidgetModel::perform(const Step& step, const SimulatedPlatform& platform, bool resizeShows) {
@@ -150,7 +153,7 @@ void WidgetModel::readFavorites(const SharedFetch& fetch) {
   }
   if (!anyLine) return jobs_.push_back({JobKind::deliverNothing, fetch});
   call("lookup" + muids);
-  const double delay = world().service.delay.count();
+  const double delay = world().service.delay.value_or(Seconds(0)).count();
   if (delay > 0) return addTimer(TimerKind::answer, delay, fetch);
   jobs_.push_back({JobKind::answer, fetch});
 }
