@@ -1,8 +1,25 @@
 #include "list/incident_rows.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace linewatch {
+
+namespace {
+
+/// Tables get room for this many rows at the start. More would slow down a list whose lines all list one
+/// incident.
+constexpr std::size_t kFirstRoom = 1000;
+
+}  // namespace
+
+IncidentRows::IncidentRows(std::size_t listings) {
+  incidents_.reserve(listings);
+  items_.reserve(listings);
+  firstLines_.reserve(listings);
+  itemToLinesMap_.reserve(std::min(listings, kFirstRoom));
+  rowOfIncident_.reserve(std::min(listings, kFirstRoom));
+}
 
 std::optional<std::size_t> IncidentRows::find(std::uint64_t muid) const {
   const auto row = rowOfIncident_.find(muid);
@@ -11,14 +28,14 @@ std::optional<std::size_t> IncidentRows::find(std::uint64_t muid) const {
 
 void IncidentRows::add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line) {
   rowOfIncident_.emplace(incident->muid(), items_.size());
-  itemToLinesMap_[item].push_back(line);
+  itemToLinesMap_[item.get()].push_back(line);
   firstLines_.push_back(&line);
   incidents_.push_back(incident);
   items_.push_back(std::move(item));
 }
 
 void IncidentRows::addLine(std::size_t row, const TransitLineItem& line) {
-  itemToLinesMap_.at(items_[row]).push_back(line);
+  itemToLinesMap_.at(items_[row].get()).push_back(line);
 }
 
 IncidentsToLineMapping IncidentRows::incidentsToLineMapping() const {

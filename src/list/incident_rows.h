@@ -5,8 +5,6 @@
 #include <optional>
 #include <vector>
 
-#include <tsl/robin_map.h>
-
 #include "analytics/transit_incidents_analytics_delegate.h"
 #include "list/item_to_lines_map.h"
 #include "list/transit_item.h"
@@ -19,10 +17,8 @@ namespace linewatch {
 /// The rows that one build of the list has made so far, in the order in which they were made.
 class IncidentRows {
  public:
-  IncidentRows() {
-    itemToLinesMap_.max_load_factor(kMaxLoadFactor);
-    rowOfIncident_.max_load_factor(kMaxLoadFactor);
-  }
+  /// `listings` is the number of incidents that all lines list: an upper limit on the rows.
+  explicit IncidentRows(std::size_t listings);
 
   /// The incidents that have a row, each once: `items()[i]` is the row of `incidents()[i]`.
   const TransitIncidents& incidents() const { return incidents_; }
@@ -46,7 +42,7 @@ class IncidentRows {
   /// For each row, the line under which it was made.
   Lines firstLines_;
   ItemToLinesMap itemToLinesMap_;
-  tsl::robin_map<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;
+  BuildMap<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;
 };
 
 }  // namespace linewatch

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <utility>
@@ -16,6 +17,11 @@ namespace linewatch {
 /// Lines of the builder's input, which outlives every list of this kind.
 using Lines = std::vector<const TransitLineItem*>;
 using LineSpan = std::span<const TransitLineItem* const>;
+
+/// A hash map of one build. Growing costs most of the time of a table that fills, so that it grows fourfold.
+template <class Key, class T, class Hash, class Equal = std::equal_to<Key>, bool StoreHash = false>
+using BuildMap = tsl::robin_map<Key, T, Hash, Equal, std::allocator<std::pair<Key, T>>, StoreHash,
+                                tsl::rh::power_of_two_growth_policy<4>>;
 
 /// The lines that list a row's incident, in their order. A single line, which most rows have, needs no memory
 /// of its own.
@@ -38,24 +44,21 @@ class LinesOfRow {
   std::unique_ptr<Lines> all_;
 };
 
-/// How full a table of rows may get. Half full, as the container's default is, no longer fits the cache at
-/// ten thousand rows.
-inline constexpr float kMaxLoadFactor = 0.8F;
-
 /// Hashes a row for tables.
 struct TransitItemHash {
-  std::size_t operator()(const SharedTransitItem& item) const { return item->tableHash(); }
+  std::size_t operator()(const RVTransitItem* item) const { return item->tableHash(); }
 };
 
 /// Compares rows by value.
 struct TransitItemsEqual {
-  bool operator()(const SharedTransitItem& a, const SharedTransitItem& b) const { return a->isEqual(*b); }
+  bool operator()(const RVTransitItem* a, const RVTransitItem* b) const { return a->isEqual(*b); }
 };
 
-/// A map whose keys are rows, compared by value. It keeps the hash of each key.
+/// A map whose keys are rows, compared by value. The map does not keep its rows alive. It stores the hash of
+/// each row.
 template <class T>
-using TransitItemMap = tsl::robin_map<SharedTransitItem, T, TransitItemHash, TransitItemsEqual,
-                                      std::allocator<std::pair<SharedTransitItem, T>>, /*StoreHash=*/true>;
+using TransitItemMap =
+    BuildMap<const RVTransitItem*, T, TransitItemHash, TransitItemsEqual, /*StoreHash=*/true>;
 
 /// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
 /// entry.

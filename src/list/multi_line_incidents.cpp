@@ -71,19 +71,19 @@ void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
   TransitItems keys;
   FirstRows firstRows;
   for (std::size_t row = 0; row < items.size(); ++row) {
-    if (firstRows.try_emplace(items[row], row).second) keys.push_back(items[row]);
+    if (firstRows.try_emplace(items[row].get(), row).second) keys.push_back(items[row]);
   }
   for (const SharedTransitItem& oldItem : keys) {
-    const auto entry = itemToLinesMap.find(oldItem);
+    const auto entry = itemToLinesMap.find(oldItem.get());
     if (entry == itemToLinesMap.end() || !affectsSeveralLines(*entry)) continue;
     LinesOfRow lines = std::move(entry.value());
     itemToLinesMap.erase(entry);
     const SharedTransitItem newItem = itemNamingLines(*oldItem, lines.all());
-    const std::size_t row = firstRows.at(oldItem);
+    const std::size_t row = firstRows.at(oldItem.get());
     items[row] = newItem;
-    itemToLinesMap.insert_or_assign(newItem, std::move(lines));
+    itemToLinesMap.insert_or_assign(newItem.get(), std::move(lines));
     // The new row may equal another row, which may come first.
-    const auto first = firstRows.try_emplace(newItem, row).first;
+    const auto first = firstRows.try_emplace(newItem.get(), row).first;
     first.value() = std::min(first.value(), row);
   }
 }

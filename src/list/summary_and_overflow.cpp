@@ -46,7 +46,7 @@ class DistinctArtworks {
 TransitArtworks artworksOfItems(const TransitItems& items, const ItemToLinesMap& itemToLinesMap) {
   DistinctArtworks artworks;
   for (const SharedTransitItem& item : items) {
-    const auto entry = itemToLinesMap.find(item);
+    const auto entry = itemToLinesMap.find(item.get());
     if (entry == itemToLinesMap.end()) continue;
     for (const TransitLineItem* line : entry->second.all()) artworks.add(artworkStandingForLine(*line));
   }

@@ -24,6 +24,13 @@ constexpr int kFavoritesType = 2;
 
 bool isEmpty(const SharedText& text) { return !*text || (*text)->empty(); }
 
+/// The number of incidents that all lines list. An incident counts once for each line.
+std::size_t countListings(const TransitLineItems& lines) {
+  std::size_t count = 0;
+  for (const SharedLineItem& line : lines) count += line->incidents().size();
+  return count;
+}
+
 std::shared_ptr<const RVTransitListItem> makeList(SummaryItem summary, TransitItems expandedItems = {}) {
   return std::make_shared<const RVTransitListItem>(std::move(summary), std::move(expandedItems));
 }
@@ -51,7 +58,7 @@ const std::shared_ptr<RVTransitIncidentFilter>& RVTransitIncidentsDataSourceBuil
 
 std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::_buildTransitListItem() {
   if (lineItems_->empty()) return listWithoutFavorites();
-  IncidentRows rows;
+  IncidentRows rows(countListings(*lineItems_));
   Lines unaffectedLines;
   for (const SharedLineItem& line : *lineItems_) {
     if (!addRowsOfLine(*line, rows)) unaffectedLines.push_back(line.get());
@@ -77,7 +84,7 @@ std::shared_ptr<const RVTransitListItem> RVTransitIncidentsDataSourceBuilder::li
   auto row = std::make_shared<const RVTransitItem>(
       kestrowText("LineWatch_NoFavorite_Title"), kestrowText("LineWatch_NoFavorite_SecondaryText"), nullptr,
       /*displayArtwork=*/false, std::make_shared<const OpenableURL>(URL{"rova://?t=r"}));
-  record({});
+  record(IncidentRows(0));
   return makeList(std::move(row));
 }
 

@@ -39,11 +39,14 @@ RVTransitItem::RVTransitItem(SharedText primaryText, SharedText secondaryText,
       artwork_(std::move(artwork)),
       displayArtwork_(displayArtwork),
       openable_(std::move(openable)) {
-  const std::size_t primary = hashOrZero(primaryText_), secondary = hashOrZero(secondaryText_);
-  const std::size_t artworkHash = hashOrZero(artwork_), openableHash = hashOrZero(openable_);
-  const std::size_t display = displayArtwork_ ? kHashOfTrue : 0;
-  hash_ = primary ^ secondary ^ artworkHash ^ display ^ openableHash;
-  tableHash_ = mixedHash(mixedHash(mixedHash(primary, secondary), artworkHash), openableHash ^ display);
+  tableHash_ = mixedHash(
+      mixedHash(mixedHash(hashOrZero(primaryText_), hashOrZero(secondaryText_)), hashOrZero(artwork_)),
+      hashOrZero(openable_));
+}
+
+std::size_t RVTransitItem::hash() const {
+  return hashOrZero(primaryText_) ^ hashOrZero(secondaryText_) ^ hashOrZero(artwork_) ^
+         (displayArtwork_ ? kHashOfTrue : 0) ^ hashOrZero(openable_);
 }
 
 std::shared_ptr<const RVTransitItem> RVTransitItem::copyWithZone() const {

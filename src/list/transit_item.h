@@ -37,8 +37,8 @@ class RVTransitItem : public Object {
   bool isEqual(const Object& other) const override;
   bool isEqualToTransitItem(const RVTransitItem& other) const;
   /// The exclusive or of the values' hashes, in which a title that equals its secondary text cancels.
-  std::size_t hash() const override { return hash_; }
-  /// Another hash of the same values, for tables of rows: equal texts do not cancel in it.
+  std::size_t hash() const override;
+  /// A hash for tables of rows, in which equal texts do not cancel. Computed once.
   std::size_t tableHash() const { return tableHash_; }
   std::string description() const override;
 
@@ -48,7 +48,6 @@ class RVTransitItem : public Object {
   std::shared_ptr<const RVConfiguredArtwork> artwork_;
   bool displayArtwork_;
   std::shared_ptr<const RVOpenable> openable_;
-  std::size_t hash_;
   std::size_t tableHash_;
 };
 

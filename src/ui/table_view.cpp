@@ -133,7 +133,6 @@ std::shared_ptr<TableViewCell> TableView::dequeueReusableCell(const std::string&
   }
   const auto factory = factories_.find(reuseIdentifier);
   if (factory != factories_.end()) {
-    ++cellsMade_;
     if (auto cell = factory->second(TableViewCellStyle::plain, reuseIdentifier)) return cell;
   } else {
     factories_[reuseIdentifier] = [](TableViewCellStyle style, const std::string& identifier) {

@@ -76,8 +76,6 @@ class TableView : public View {
   std::shared_ptr<TableViewCell> cellForRow(const IndexPath& indexPath) const;
   /// From top to bottom, after layout.
   std::vector<IndexPath> indexPathsForVisibleRows() const;
-  /// The number of cells that the registered factories have made.
-  std::size_t cellsMade() const { return cellsMade_; }
 
   // ---- Rows ----
 
@@ -107,9 +105,7 @@ class TableView : public View {
   const EdgeInsets& separatorInset() const { return separatorInset_; }
   /// From the edges of the row. Left and right do not depend on the layout direction.
   void setSeparatorInset(const EdgeInsets& inset);
-  const std::optional<VibrancyEffect>& separatorEffect() const { return separatorEffect_; }
   void setSeparatorEffect(std::optional<VibrancyEffect> effect);
-  const std::shared_ptr<View>& tableFooterView() const { return footer_; }
   /// Below the last row, with the height of its frame.
   void setTableFooterView(const std::shared_ptr<View>& view);
 
@@ -168,7 +164,6 @@ class TableView : public View {
   std::function<void(const IndexPath& indexPath)> tapHandler_;
   std::function<void(std::size_t, RowAnimation)> reloadHandler_;
   std::map<std::string, CellFactory> factories_;
-  std::size_t cellsMade_ = 0;
 
   /// The number of rows before each section; the last element counts all rows.
   std::vector<std::size_t> sectionStarts_{0};

@@ -77,15 +77,16 @@ TEST_F(IncidentFetcher, LooksUpTheFavouritesThatAreLines) {
   World world = city();
   world.favorites = {line("C"),          {WorldFavorite::Kind::place, {}, "Home"},
                      line(std::nullopt), line("B"),
-                     line("A"),          line("C")};
+                     line("A"),          line("C"),
+                     line("C")};
   const auto result = fetch(world);
   ASSERT_NE(result->successObject(), nullptr);
   EXPECT_FALSE(result->error());
   EXPECT_EQ(result->successObject()->front()->name(), "C");
-  EXPECT_THAT(
-      platform_->transcript().logTexts("debug"),
-      ElementsAre("Received 6 favorites from container.",
-                  "Issuing favorite lines lookup request for Muids: [3, 1, 3].", "Received 3 line items."));
+  EXPECT_THAT(platform_->transcript().logTexts("debug"),
+              ElementsAre("Received 7 favorites from container.",
+                          "Issuing favorite lines lookup request for Muids: [3, 1, 3, 3].",
+                          "Received 4 line items."));
 }
 
 TEST_F(IncidentFetcher, WithoutFavouriteLinesGivesAnEmptyListAndAsksNoService) {

@@ -247,7 +247,7 @@ TEST_F(ListBuilder, RowsWhoseTextsAreEqualHashDifferentlyInAMap) {
     const std::string text = "Line " + std::to_string(number);
     const auto item = std::make_shared<const RVTransitItem>(text, text, nullptr, true, nullptr);
     EXPECT_EQ(item->hash(), 2654435761U);
-    hashes.insert(TransitItemHash()(item));
+    hashes.insert(TransitItemHash()(item.get()));
   }
   EXPECT_EQ(hashes.size(), 1000U);
 }

@@ -392,7 +392,6 @@ TEST_F(TransitIncidentDataSource, ATapDeselectsTheRowAndReportsItsOpenable) {
 TEST_F(TransitIncidentDataSource, ConfiguresTheTableForTheLayoutDirection) {
   make(nullptr);
   EXPECT_EQ(table_->separatorInset(), (ui::EdgeInsets{0, 16, 0, 0}));
-  EXPECT_EQ(table_->tableFooterView()->frame().size(), Size());
   EXPECT_EQ(dataSource_->tableViewEstimatedHeightForRowAtIndexPath(*table_, {0, 0}), 5);
   platform_->changeWorld([](World& world) { world.layoutDirection = ui::LayoutDirection::rightToLeft; });
   make(nullptr);

@@ -66,7 +66,8 @@ class Rows final : public TableViewDataSource, public TableViewDelegate {
 class TableViewTest : public UiTest {
  protected:
   TableViewTest() {
-    table_->registerCell("row", [](TableViewCellStyle style, const std::string& identifier) {
+    table_->registerCell("row", [this](TableViewCellStyle style, const std::string& identifier) {
+      ++cellsMade_;
       return std::make_shared<SampleRow>(style, identifier);
     });
     root_.addSubview(table_);
@@ -103,11 +104,12 @@ class TableViewTest : public UiTest {
   View root_{{0, 0, 359, 440}};
   std::shared_ptr<TableView> table_ = std::make_shared<TableView>(Rect{0, 0, 359, 440});
   std::shared_ptr<Rows> rows_ = std::make_shared<Rows>();
+  std::size_t cellsMade_ = 0;
 };
 
 TEST_F(TableViewTest, TenThousandRowsNeedNoMoreCellsThanFit) {
   show({10000});
-  EXPECT_EQ(table_->cellsMade(), 4U) << "an estimate of 5 points makes no cells for invisible rows";
+  EXPECT_EQ(cellsMade_, 4U) << "an estimate of 5 points makes no cells for invisible rows";
   EXPECT_EQ(rows_->asked, 4);
   for (int i = 0; i < 2000; ++i) {
     table_->handleScroll(i < 1500 ? 70 : -90);
@@ -120,7 +122,7 @@ TEST_F(TableViewTest, TenThousandRowsNeedNoMoreCellsThanFit) {
     expectConsistent();
   }
   for (int i = 0; i < 50; ++i) show({10000});
-  EXPECT_LE(table_->cellsMade(), 4U + 4U);
+  EXPECT_LE(cellsMade_, 4U + 4U);
   EXPECT_LE(table_->subviews().size(), 6U);
 }
 
@@ -131,7 +133,7 @@ TEST_F(TableViewTest, AReloadGivesEachRowTheCellThatShowedItBefore) {
   table_->reloadSection(0, RowAnimation::automatic);
   root_.layoutIfNeeded();
   for (std::size_t row = 0; row < 4; ++row) EXPECT_EQ(table_->cellForRow({0, row}), before[row]);
-  EXPECT_EQ(table_->cellsMade(), 4U);
+  EXPECT_EQ(cellsMade_, 4U);
 }
 
 TEST_F(TableViewTest, AReloadKeepsTheScrollOffsetWithinTheNewContent) {

@@ -261,7 +261,7 @@ class HostileTree {
     switch (number(0, 3)) {
       case 0:
         constraints_.push_back(
-            one.leadingAnchor().constraintGreaterThanOrEqualTo(other.centerXAnchor(), length()));
+            one.leadingAnchor().constraintGreaterThanOrEqualTo(other.trailingAnchor(), length()));
         break;
       case 1:
         constraints_.push_back(one.bottomAnchor().constraintLessThanOrEqualTo(ys[random_() % 4], length()));

@@ -101,7 +101,6 @@ TEST_F(ViewController, FillsItsViewWithATable) {
   const ui::TableView& table = *controller().tableView();
   EXPECT_EQ(table.frame(), controller().view().bounds());
   EXPECT_EQ(table.superview(), &controller().view());
-  EXPECT_EQ(table.separatorEffect(), ui::VibrancyEffect::tertiary);
   EXPECT_EQ(controller().dataSource()->availableWidth(), 300) << "the compact widget's, not the view's";
 }
 

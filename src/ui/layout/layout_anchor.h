@@ -15,7 +15,6 @@ class LayoutItem;
 enum class LayoutAttribute : std::uint8_t {
   leading,
   trailing,
-  centerX,
   width,
   top,
   bottom,

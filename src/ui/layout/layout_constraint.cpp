@@ -13,8 +13,8 @@ namespace linewatch::ui {
 
 namespace {
 
-constexpr std::array kAttributeNames = {"leading", "trailing", "centerX", "width",         "top",
-                                        "bottom",  "centerY",  "height",  "firstBaseline", "lastBaseline"};
+constexpr std::array kAttributeNames = {"leading", "trailing", "width",         "top",         "bottom",
+                                        "centerY", "height",   "firstBaseline", "lastBaseline"};
 constexpr std::array kRelationNames = {"<=", "==", ">="};
 
 /// One sequence for all trees: a constraint is numbered before it belongs to one.

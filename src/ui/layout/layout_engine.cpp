@@ -189,8 +189,8 @@ void LayoutEngine::addAttribute(LinearConstraint& linear, Item& item, LayoutAttr
     double position, size;
   };
   // In the order of LayoutAttribute.
-  static constexpr std::array<Shares, 10> kShares = {
-      {{1, 0}, {1, 1}, {1, 0.5}, {0, 1}, {1, 0}, {1, 1}, {1, 0.5}, {0, 1}, {1, 0}, {1, 1}}};
+  static constexpr std::array<Shares, 9> kShares = {
+      {{1, 0}, {1, 1}, {0, 1}, {1, 0}, {1, 1}, {1, 0.5}, {0, 1}, {1, 0}, {1, 1}}};
   Shares shares = kShares[static_cast<std::size_t>(attribute)];
   if (attribute == LayoutAttribute::firstBaseline) {
     if (item.firstBaselineFromTop) linear.constant += sign * *item.firstBaselineFromTop;

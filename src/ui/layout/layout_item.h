@@ -21,7 +21,6 @@ class LayoutItem : public Object {
 
   XAnchor leadingAnchor() const { return XAnchor(term(LayoutAttribute::leading)); }
   XAnchor trailingAnchor() const { return XAnchor(term(LayoutAttribute::trailing)); }
-  XAnchor centerXAnchor() const { return XAnchor(term(LayoutAttribute::centerX)); }
   YAnchor topAnchor() const { return YAnchor(term(LayoutAttribute::top)); }
   YAnchor bottomAnchor() const { return YAnchor(term(LayoutAttribute::bottom)); }
   YAnchor centerYAnchor() const { return YAnchor(term(LayoutAttribute::centerY)); }

@@ -50,7 +50,7 @@ TEST_F(LayoutEngineTest, PlacesBoxesAndGuidesByEdgesCentresAndSizes) {
                               outer->trailingAnchor().constraintEqualTo(root_.trailingAnchor(), -20),
                               outer->topAnchor().constraintEqualTo(root_.topAnchor(), 4),
                               outer->bottomAnchor().constraintEqualTo(root_.bottomAnchor()),
-                              inner->centerXAnchor().constraintEqualTo(outer->centerXAnchor()),
+                              inner->leadingAnchor().constraintEqualTo(outer->leadingAnchor(), 20),
                               inner->centerYAnchor().constraintEqualTo(root_.centerYAnchor()),
                               inner->widthAnchor().constraintEqualToConstant(30),
                               inner->heightAnchor().constraintEqualToConstant(20),
