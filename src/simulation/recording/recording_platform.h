@@ -11,8 +11,9 @@
 
 namespace linewatch::simulation {
 
-/// A platform whose answers a recorder hears. Every role is that of the recorded platform; the transit
-/// service and the favourites containers pass on what they are asked and answer, and tell the recorder.
+/// A platform whose answers a recorder hears. Every role is that of the recorded platform. The roles whose
+/// answers a scenario has to name, such as the transit service, pass on the question and tell the recorder
+/// the answer.
 class RecordingPlatform : public PlatformWrapper {
  public:
   RecordingPlatform(Platform& recorded, std::shared_ptr<SessionRecorder> recorder);
