@@ -1,11 +1,10 @@
 // Lays out any text in any width. The lines follow each other, hold the text up to the limits, and split no
 // character.
 
+#include <QGuiApplication>
 #include <cstddef>
 #include <cstdint>
 #include <string>
-
-#include <QGuiApplication>
 
 #include "choices.h"
 #include "desktop/drawing/offscreen_application.h"

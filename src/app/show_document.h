@@ -51,8 +51,8 @@ struct ShowDocumentLimits {
   /// The number of incidents of all lines; a shared incident counts for each line. With more there is no
   /// document.
   std::size_t listings = 1'000'000;
-  /// The number of different incidents. Each takes about 50 µs and at most 10 kB of memory. With more there is
-  /// no document.
+  /// The number of different incidents. Each takes about 50 µs and at most 10 kB of memory. With more there
+  /// is no document.
   std::size_t incidents = 50'000;
   /// The size of all records together, in bytes before base64. Records beyond it are null.
   std::size_t recordBytes = std::size_t{64} << 20U;
