@@ -174,10 +174,9 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
-  QAction* const save =
-      services_.saveRecording
-          ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S}, services_.saveRecording)
-          : nullptr;
+  QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
+                                                                services_.saveRecording)
+                                                : nullptr;
   // The entries so far need the widget; closing the window does not.
   for (QAction* const action : actions()) action->setEnabled(false);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
