@@ -64,7 +64,7 @@ void WidgetModel::call(const std::string& made) { calls_.push_back(text(time_) +
 // ---- Steps ----
 
 void WidgetModel::load() {
-  controller_.emplace();
+  controller_ = Controller();
   controller_->number = ++controllerCount_;
   controller_->hosted = world().host.hosted;
   controller_->width = controller_->hosted ? world().host.compact.width : world().host.bounds.width;
