@@ -11,6 +11,7 @@
 #include "widget/saved_ui_data.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace linewatch;
   const auto platform = simulation::SimulatedPlatform::make();
   installPlatform(platform);
   Dictionary& stored = platform->preferences().suite(kCompanionAppGroupSuite);
