@@ -26,9 +26,8 @@ enum class TextAlignment { natural, left, center, right };
 
 /// How text that is wider than its label is shown.
 enum class LineBreakMode {
-  /// Lines break between words, or within a word that is too long. The last line allowed ends in an ellipsis
-  /// when
-  /// more text follows.
+  /// Lines break between words, or within a word that is too long. If more text follows, the last line
+  /// allowed ends in an ellipsis.
   wordWrapping,
   /// One line, which ends in an ellipsis.
   truncatingTail,

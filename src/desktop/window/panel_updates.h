@@ -20,12 +20,10 @@ inline constexpr Seconds kUsualRefresh{120};
 
 /// Schedules the widget's updates, in addition to those that the widget starts by itself:
 ///
-/// - while the widget is visible, every `refresh` seconds plus a random part of at most a tenth, so that
-/// panels
-///   that start together do not fetch together; every 10 minutes on a metered network;
+/// - every `refresh` seconds plus a random part of at most a tenth, so that panels that start together do
+///   not fetch together; every 10 minutes on a metered network;
 /// - at the next retry of a failed feed, and when the grace of its kept alerts ends; if every feed has
-/// failed,
-///   only then;
+///   failed, only then;
 /// - once after the machine resumes from sleep, after its clock is set, after the network returns, and after
 ///   the favourites change.
 ///
