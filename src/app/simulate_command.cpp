@@ -16,7 +16,7 @@ namespace linewatch::app {
 
 namespace {
 
-/// The lines without what a terminal would act on.
+/// The lines without control characters, which a terminal would obey.
 std::string printable(const std::string& text) {
   std::istringstream lines(text);
   std::string safe;

@@ -75,7 +75,7 @@ class FeedDocuments {
   /// From now on local timetables are read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// Tries to get the feed's alerts. `held` is the result of the last call, or the default. After a failure
-  /// the result still has the earlier message, whatever its age: `stateOf` says whether it may be shown.
+  /// the result still has the earlier message, however old: `stateOf` says whether it may be shown.
   FeedAlerts alertsOf(const StoredFeed& feed, FeedAlerts held);
   Date now() const { return now_(); }
   /// Ends all running fetches, key commands and reads with an error. Later ones fail at once.

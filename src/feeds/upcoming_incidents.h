@@ -17,9 +17,9 @@ struct UpcomingIncident {
   TransitLineItems lines;
 };
 
-/// The incidents that begin after `now` and within `kUpcomingSpan`, the earliest first; those that begin at
-/// one time stand in the order of the lines. Each incident is listed once. One that is in force now is not
-/// listed, also when it comes again within the span.
+/// The incidents that begin after `now` and within `kUpcomingSpan`, the earliest first. Incidents that
+/// begin at the same time are in the order of the lines. Each incident is listed once. An incident in force
+/// now is not listed, even if it has another period within the span.
 std::vector<UpcomingIncident> upcomingIncidents(std::span<const SharedLineItem> lines, Date now);
 
 }  // namespace linewatch

@@ -42,8 +42,7 @@ class SimulatedPlatform final : public Platform {
   /// of the clock does not change.
   void changeWorld(const std::function<void(World&)>& change);
 
-  /// Answers the look-up that has waited longest, of those that the world gives no delay. False when none
-  /// waits.
+  /// Answers the oldest waiting look-up that has no delay in the world. False when there is none.
   bool answerLookup();
 
   Transcript& transcript() { return *backstage_->transcript; }

@@ -31,12 +31,12 @@ class PendingPreferences {
     const auto change = changes_.find(nameOf(suite, key));
     if (change != changes_.end() && change->second.ticket == ticket) changes_.erase(change);
   }
-  /// Absent when no change is pending; it holds an absent value when the preference was removed.
+  /// Absent when no change is pending. The inner value is absent when the change removes the preference.
   std::optional<std::optional<Value>> find(std::string_view suite, std::string_view key) const
       LINEWATCH_EXCLUDES(mutex_) {
     const MutexLock lock(mutex_);
     const auto change = changes_.find(nameOf(suite, key));
-    // Spelled out: std::optional of an optional is that optional.
+    // In place, because std::optional(optional) copies the optional instead of wrapping it.
     if (change == changes_.end()) return std::nullopt;
     return std::optional<std::optional<Value>>(std::in_place, change->second.value);
   }

@@ -62,8 +62,8 @@ class StoredDatabase {
   std::optional<Error> write(const Operation& operation) LINEWATCH_EXCLUDES(writerMutex_);
   /// As `write`, for callers that cannot return an error: it goes to the log. After damage `operation` writes
   /// to the new file. A deferred write is retried until the file is free, and must own its data.
-  /// `settled`, which may be empty, is called once after the commit, or with false after a failure, on any
-  /// thread, but not for a write that is lost at the end. False when it has failed already.
+  /// `settled` (may be empty) is called once, on any thread: with true after the commit, with false after a
+  /// failure; never for a write that is lost at the end. Returns false if the write has failed already.
   bool save(Operation operation, std::function<void(bool isSaved)> settled = {})
       LINEWATCH_EXCLUDES(writerMutex_);
   /// Waits until the deferred writes are done; false when another program keeps them from it.

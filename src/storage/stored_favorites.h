@@ -26,7 +26,7 @@ struct StoredFavorite {
   LineChoice choice = {};
 
   bool operator==(const StoredFavorite&) const = default;
-  /// True for the same favourite, whatever the choices.
+  /// Compares everything but the choices.
   bool isSameAs(const StoredFavorite& other) const {
     return kind == other.kind && feed == other.feed && subject == other.subject;
   }
@@ -47,10 +47,10 @@ class StoredFavorites {
   /// Adds all of the favourites at the end, or none after an error. The result has one value for each: false
   /// if it was there already.
   Outcome<std::vector<bool>> add(const std::vector<StoredFavorite>& favorites);
-  /// As `add`, and gives favourites that are there already the new choice. False for those that did not
-  /// change.
+  /// As `add`, but a favourite that is there already gets the new choice. The value is false if nothing
+  /// changed.
   Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites);
-  /// Removes all of the favourites, or none after an error. False for those that were not there.
+  /// Removes all of the favourites, or none after an error. The value is false if a favourite was not there.
   Outcome<std::vector<bool>> remove(const std::vector<StoredFavorite>& favorites);
 
  private:

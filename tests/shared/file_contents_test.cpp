@@ -1,7 +1,6 @@
 #include "shared/file_contents.h"
 
 #include <array>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -10,9 +9,11 @@
 #include <stop_token>
 #include <thread>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "shared/failure.h"
 #include "temporary_folder.h"
@@ -116,15 +117,13 @@ class ContentsOfTest : public testing::Test {
   const std::string pipe_ = folder_ / "pipe";
 };
 
-TEST_F(ContentsOfTest, APipeIsReadToItsEndHoweverLateItsWriterComes) {
+TEST_F(ContentsOfTest, APipeIsReadToItsEndAfterItsWriterComes) {
   const std::string bytes(100'000, 'x');
   for (const ReadingLimits& limits : {ReadingLimits{.time = Seconds(20)}, ReadingLimits{}}) {
     std::thread writer([&] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(60));
-      std::ofstream stream(pipe_);
-      stream << "begun " << std::flush;
-      std::this_thread::sleep_for(std::chrono::milliseconds(60));
-      stream << bytes;
+      std::ofstream stream(pipe_);  // waits for the reader
+      // More than a pipe holds, so that the reader needs several reads.
+      stream << "begun " << std::flush << bytes;
     });
     EXPECT_EQ(read(limits), "begun " + bytes);
     writer.join();
@@ -134,24 +133,24 @@ TEST_F(ContentsOfTest, APipeIsReadToItsEndHoweverLateItsWriterComes) {
 TEST_F(ContentsOfTest, APipeWithoutAnEndIsAnError) {
   const auto isOutOfTime = HasSubstr("pipe: its end did not come in time");
   EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "without a writer";
+  const int pipe = ::open(pipe_.c_str(), O_RDWR | O_NONBLOCK);
+  EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "with one that writes nothing";
   {
-    std::fstream silent(pipe_);
-    EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "with one that writes nothing";
+    const std::jthread endless([pipe](const std::stop_token& stop) {
+      while (!stop.stop_requested()) {
+        if (::write(pipe, "x", 1) < 0) std::this_thread::yield();
+      }
+    });
+    EXPECT_THAT(read({.time = Seconds(0.2)}), isOutOfTime) << "with one that does not end";
   }
-  const std::jthread endless([this](const std::stop_token& stop) {
-    std::fstream stream(pipe_);
-    while (!stop.stop_requested()) {
-      stream << 'x' << std::flush;
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-  });
-  EXPECT_THAT(read({.time = Seconds(0.2)}), isOutOfTime) << "with one that does not end";
+  ::close(pipe);
 }
 
 TEST_F(ContentsOfTest, AStopRequestEndsTheReading) {
   std::stop_source stop;
+  std::ofstream writer;
   std::thread stopper([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    writer.open(pipe_);  // waits for the reader
     stop.request_stop();
   });
   EXPECT_THAT(read({.stop = stop.get_token()}), HasSubstr("no longer wanted"));

@@ -11,7 +11,7 @@ namespace linewatch::desktop {
 
 QColor qtColor(const ui::Color& color, ui::Appearance appearance);
 
-/// The capabilities of the paint device. The canvas works around those that are missing.
+/// The capabilities of the paint device. The canvas works around missing ones.
 enum class CanvasKind {
   /// A device that consists of pixels: all capabilities.
   full,

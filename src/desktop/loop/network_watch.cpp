@@ -16,7 +16,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// A socket on which the kernel announces added and removed routes, whatever program manages the network.
+/// A socket on which the kernel announces added and removed routes. It works with every network manager.
 /// Negative on failure.
 int openRouteNews() {
   const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);

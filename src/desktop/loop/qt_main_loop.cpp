@@ -62,7 +62,7 @@ struct QtMainLoop::Timers {
   }
 
   int descriptor;
-  /// What the kernel's clock does not know of. Any thread.
+  /// The time that was skipped, which the kernel's clock does not count. Any thread.
   std::atomic<Seconds> skipped{Seconds(0)};
   std::map<Turn, std::shared_ptr<class QtTimer>> byTurn;
   std::uint64_t scheduledCount = 0;

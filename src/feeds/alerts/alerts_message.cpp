@@ -7,7 +7,7 @@
 
 #include "shared/failure.h"
 
-// The bytes, as protocol buffer fields "number name: type". Every other field is skipped, whatever is in it.
+// The bytes, as protocol buffer fields "number name: type". Every other field is skipped unread.
 //
 //   message      1 header                   Header
 //                2 entity                   Entity, repeated
@@ -90,8 +90,8 @@ struct Fault : protozero::exception {
   std::string why;
 };
 
-/// Reads the fields of one message in turn and skips those that are not read. Throws a Fault for a field of
-/// another wire type than expected.
+/// Reads the fields of one message in turn. `next` skips a field that the caller has not read. Throws a Fault
+/// for a field of an unexpected wire type.
 template <class Field>
 class Fields : public protozero::pbf_message<Field> {
  public:

@@ -40,7 +40,8 @@ struct AlertPeriod {
   bool operator==(const AlertPeriod&) const = default;
 };
 
-/// What an alert is about: what matches all fields that are present. An absent text field is empty.
+/// Selects the lines, trips or stops of an alert: they must match all fields that are present. An absent text
+/// field is empty.
 struct AlertSelector {
   std::string_view agencyId;
   std::string_view routeId;

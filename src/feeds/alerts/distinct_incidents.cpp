@@ -154,8 +154,8 @@ class IncidentCollector {
     std::uint32_t incident;
     /// The number of later incidents with the id.
     std::uint32_t others = 0;
-    /// True when `languages_` has those of the incident's first entity. They are added when the id occurs
-    /// again, because most ids do not.
+    /// True when `languages_` has the languages of the incident's first entity. They are added when the id
+    /// occurs a second time, because most ids occur once.
     bool hasLanguages = false;
   };
 

@@ -25,8 +25,8 @@ class IncidentRecords {
   IncidentRecords(SharedIncidentTable table, SharedIncidentLanguage language, Date now,
                   std::shared_ptr<StopNames> stops = nullptr);
 
-  /// The incidents of the line that `choice` wants. Last come the stop notices: one incident holds those in
-  /// force now, one those to come, one those that are over.
+  /// The incidents of the line, filtered by `choice`. Last come up to three incidents that hold the stop
+  /// notices: those in force now, the future ones, and the past ones.
   TransitIncidents ofRoute(std::size_t route, const LineChoice& choice = {});
   /// The `muid` of an incident, by its index in the table.
   std::uint64_t muidOf(std::size_t place) const {

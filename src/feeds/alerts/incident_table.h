@@ -29,7 +29,7 @@ struct SelectorCounts {
   std::size_t alertsWithoutSelector = 0;
   /// Selectors with a route, also those with a stop or a trip too.
   std::size_t namingRoutes = 0;
-  /// Of `namingRoutes`, the selectors whose route is not in the timetable.
+  /// The part of `namingRoutes` whose route is not in the timetable.
   std::size_t unknownRoutes = 0;
 
   bool operator==(const SelectorCounts&) const = default;

@@ -16,7 +16,7 @@ struct IncidentText {
   std::string_view language;
 };
 
-/// The text that fits the user's languages best, of those that are not empty.
+/// The non-empty text in the language that suits the user best.
 IncidentText bestText(const IncidentSources& sources, const DistinctIncident& incident, AlertText kind);
 
 /// The first address that may be opened, in the order in which the languages fit.

@@ -17,7 +17,7 @@ namespace {
 
 // All lists but the marks hold comparable words.
 
-// How labels of what is affected begin.
+// The beginnings of labels such as "Affected stops".
 constexpr std::string_view kAffected[] = {" affected ", " betroffene", " concerné",
                                           " afectad",   " afetad",     " interessat"};
 
@@ -29,7 +29,7 @@ constexpr std::string_view kLineWords[] = {
     " linien ", " zug ",   " ligne ", " lignes ", " línea ", " linha ", " linea ", " lijn ",
 };
 
-// Short words that change what is said, so that they count.
+// Short words that change the meaning. They are not small words.
 constexpr std::string_view kShortNegations[] = {" no ", " ne "};
 
 // Where and why a sentence goes on behind the words of the title.
@@ -58,7 +58,7 @@ bool isSmallWord(std::string_view comparable) {
                                     !isOneOf(comparable, kShortNegations));
 }
 
-/// True when every word of `words` that `isMeant` stands in `others`; both are comparable words.
+/// True when `others` has every word of `words` for which `isMeant` is true. Both are comparable words.
 template <class Meant>
 bool hasAll(std::string_view others, std::string_view words, Meant isMeant) {
   for (std::string_view word; !(word = takeWord(words)).empty();) {
@@ -143,7 +143,7 @@ std::string_view KnownTitle::withoutKnownLead(std::string_view sentence) const {
   return !rest.empty() && isRepeatedBy(sentence.substr(0, colon)) ? rest : sentence;
 }
 
-/// Only what goes on in lower case is no further item of a list.
+/// The rest must start in lower case; otherwise it may be the next item of a list.
 std::string_view KnownTitle::withoutKnownClauses(std::string_view sentence) const {
   constexpr std::size_t kFewestWords = 4;
   std::string_view rest = sentence;

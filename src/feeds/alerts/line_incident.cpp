@@ -36,8 +36,8 @@ std::vector<std::string> lineNamesOf(const IncidentSources& sources, std::uint32
   return names;
 }
 
-/// Composes the texts of one incident from its header and description. Effect, cause, lines and stops in
-/// words stand in for those that are missing.
+/// Composes the texts of one incident from its header and description. When one is missing, a text made
+/// from the effect, cause, lines and stops takes its place.
 class LineIncidentTexts {
  public:
   LineIncidentTexts(const IncidentSources& sources, std::uint32_t place)

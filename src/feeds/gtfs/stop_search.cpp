@@ -92,8 +92,9 @@ class WantedIds {
 
 /// Collects the header and the wanted rows of a table that comes in pieces.
 ///
-/// Every line counts as a row: to know which lines are inside a quoted value takes twice the time. In a table
-/// whose first column is the id, such a line is not taken for a row unless it starts with a wanted id.
+/// Every line is taken for a row, also inside a quoted value, because tracking the quotes takes twice the
+/// time. When the id is the first column, a line inside a value gives a wrong match only if it starts with a
+/// wanted id.
 class StopSearch {
  public:
   explicit StopSearch(const StopIds& ids) : wanted_(ids) {}

@@ -110,7 +110,8 @@ std::string withoutSecrets(std::string_view text, const std::vector<std::string>
 }  // namespace
 
 std::string redacted(std::string_view text, const std::vector<std::string>& secrets) {
-  // First while each secret is whole, then where parts left out of a URL have joined into one.
+  // Before the URLs are redacted, because each secret is still whole; and after, because the removal of parts
+  // of a URL can join others into a secret.
   return withoutSecrets(withUrlsRedacted(withoutSecrets(text, secrets)), secrets);
 }
 

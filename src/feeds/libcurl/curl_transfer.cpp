@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kLongestPoll{60'000};
 
-/// What a receiver tells libcurl: another size than the one that came ends the transfer.
+/// The result of a receiving callback. libcurl ends the transfer when it is not the size that was received.
 std::size_t sizeTaken(bool goesOn, std::size_t size) { return goesOn ? size : size + 1; }
 
 /// Whether the folder finds certificates by a hash of their subjects, as OpenSSL's rehash makes it.
@@ -104,7 +104,7 @@ void CurlTransfer::setReceivers() {
 void CurlTransfer::setProtocol() {
   set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_2TLS);
-  // What a proxy answers to CONNECT is not the server's answer.
+  // The headers of a proxy's answer to CONNECT are not the server's.
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(CURLOPT_FRESH_CONNECT, 1L);
   set(CURLOPT_FORBID_REUSE, 1L);

@@ -16,7 +16,7 @@ HttpUrl& HttpUrl::operator=(const HttpUrl& other) {
   return *this;
 }
 
-/// An absolute text replaces what the handle has, a relative one is resolved against it.
+/// Sets the URL. A relative text is resolved against the URL that the handle has.
 std::optional<HttpUrl> HttpUrl::withUrl(Handle handle, const std::string& text) {
   if (curl_url_set(handle.get(), CURLUPART_URL, text.c_str(), CURLU_URLENCODE) != CURLUE_OK)
     return std::nullopt;

@@ -6,8 +6,8 @@
 namespace linewatch {
 
 /// The words of a text in lower case with single spaces around them: "Route 5: Detour!" gives
-/// " route 5 detour ". Texts that say the same can so be compared, and words found. A text without words
-/// gives one space.
+/// " route 5 detour ". So two wordings can be compared, and words searched. A text without words gives one
+/// space.
 std::string comparableWords(std::string_view text);
 
 /// Removes everything up to the end of the first word from the text, and returns the word as it is written.

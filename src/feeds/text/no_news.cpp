@@ -119,7 +119,8 @@ constexpr std::string_view kUpdateNotes[] = {
     " updated ",
 };
 
-// Words before a whole sentence that says the news. In German the verb of that sentence would be at its end.
+// Introductions before a complete sentence. German has none here: after "dass" the verb would come last, so
+// that the rest would be no sentence.
 constexpr std::string_view kIntroductions[] = {
     " be advised that ",
     " customers are advised that ",

@@ -51,7 +51,7 @@ JsonMembers hostChanges(const WorldHost& from, const WorldHost& to) {
 constexpr const char* kInjectFakeIncidentsKey = "Rova.LineWatch.internal.injectFakeIncidents";
 constexpr const char* kRandomNumberIncidentsKey = "Rova.LineWatch.internal.randomNumberIncidents";
 
-/// The preferences that the widget reads, but for its saved list; those that are false are left out.
+/// The preferences that the widget reads, without its saved list. False ones are left out.
 Dictionary recordedPreferences(Platform& platform) {
   const auto store = platform.makePreferencesStore(kCompanionAppGroupSuite);
   Dictionary values;
@@ -253,7 +253,7 @@ void SessionRecorder::addEvent(RecordedEvent event, std::size_t bytes) {
   trim();
 }
 
-/// The world changes before the event, of which something became known after it.
+/// Inserts a change of the world before an event. The change became known only after the event.
 void SessionRecorder::addBefore(std::vector<RecordedEvent>::iterator place, RecordedSegment& segment,
                                 const JsonMembers& changes) {
   std::string text = setText(changes);

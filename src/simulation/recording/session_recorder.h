@@ -41,7 +41,7 @@ class SessionRecorder final : public HostObserver,
                               public Object,
                               public std::enable_shared_from_this<SessionRecorder> {
  public:
-  /// What is kept at most; the time may be longer by that between two fetches.
+  /// The most that is kept. The time may be exceeded by the interval between two fetches.
   struct Limits {
     Seconds time{3600};
     std::size_t bytes = 4 << 20;

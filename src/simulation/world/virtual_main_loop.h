@@ -47,7 +47,7 @@ class VirtualMainLoop final : public MainLoop {
   void runAfter(Seconds delay, std::function<void()> action);
 
   Seconds elapsed() const { return elapsed_.load(); }
-  /// Runs the dispatched actions, and those that they dispatch, until none is left. No time passes.
+  /// Runs dispatched actions, also newly dispatched ones, until none is left. No time passes.
   void runUntilIdle();
   /// Lets time pass: runs the dispatched actions and fires every timer that is due by the end, each at its
   /// time.
