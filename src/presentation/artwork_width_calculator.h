@@ -22,7 +22,7 @@ struct ArtworkWidthCalculatorSizeParameter {
 
 using SharedSizedArtwork = std::shared_ptr<const SizedTransitArtwork>;
 
-/// By value: equal artworks are shown at the same size.
+/// Compares artworks by value: equal artworks are shown at the same size.
 struct SizedArtworkHash {
   std::size_t operator()(const SharedSizedArtwork& artwork) const { return artwork->hash(); }
 };

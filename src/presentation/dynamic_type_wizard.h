@@ -66,8 +66,8 @@ class DynamicTypeWizard final : public Object {
   std::array<ObjectOperationMap, 3> orderToSelectorStringMap_;
 };
 
-/// Sets the constraint's constant to the value, snapped to the pixel grid of the view that its first item is
-/// or belongs to, or of the main display when there is no such view.
+/// Sets the constraint's constant to the value, snapped to the pixel grid of the first item's view, or of the
+/// main display when the item has no view.
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value);
 
 /// Runs the operations of the objects that are in the map now, unless they are removed meanwhile. A null map

@@ -27,8 +27,7 @@ enum class TextAlignment { natural, left, center, right };
 /// How text that is wider than its label is shown.
 enum class LineBreakMode {
   /// Lines break between words, or within a word that is too long. The last line allowed ends in an ellipsis
-  /// when
-  /// more text follows.
+  /// when more text follows.
   wordWrapping,
   /// One line, which ends in an ellipsis.
   truncatingTail,
