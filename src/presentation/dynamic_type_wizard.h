@@ -19,8 +19,8 @@ using ObjectOperation = std::function<void(Object&)>;
 using ObjectOperationMap = WeakKeyTable<Object, ObjectOperation>;
 
 /// Keeps registered views in step with the text size that the user chooses. At each change, in this order:
-/// labels get their font, objects of order 0 are told, constraints and then stack views get their lengths,
-/// objects of order 1 are told, and then those of order 2.
+/// labels get their font, the operations of order 0 run, constraints and then stack views get their lengths,
+/// and the operations of order 1 and then of order 2 run.
 ///
 /// Registered objects are held weakly. A font provider lives as long as the object that it is registered for;
 /// one that needs the object holds it weakly. There is one registry per platform. Main thread.

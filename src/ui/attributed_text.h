@@ -50,7 +50,7 @@ class AttributedText {
   void append(std::string_view text, const TextAttributes& attributes = {});
   /// The style at the first character; absent when it has none or the text is empty.
   std::optional<ParagraphStyle> paragraphStyle() const;
-  /// Gives the style to the whole text; an empty text cannot carry one.
+  /// Gives the style to the whole text. Has no effect on an empty text.
   void setParagraphStyle(const ParagraphStyle& style);
 
   bool operator==(const AttributedText&) const = default;

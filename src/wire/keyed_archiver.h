@@ -42,7 +42,7 @@ inline constexpr std::string_view kArchivedArrayClass = "array";
 inline constexpr std::string_view kArchivedErrorClass = "error";
 
 /// Gives the parts of an object that is being read. A part that is not of an allowed class or cannot be read
-/// is absent, and the whole decoding reports an error at its end.
+/// is absent, and the unarchiver reports the error at the end.
 class KeyedDecoder {
  public:
   virtual ~KeyedDecoder() = default;
