@@ -52,7 +52,7 @@ class TransitLine {
   /// Six hexadecimal digits; empty without a colour.
   virtual const std::string& lineColorString() const = 0;
   virtual bool showVehicleNumber() const = 0;
-  /// As a text for the user; empty when not known.
+  /// A text for the user; empty when not known.
   virtual const std::string& operatingHours() const = 0;
 };
 

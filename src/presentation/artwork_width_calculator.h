@@ -29,7 +29,7 @@ struct SizedArtworkHash {
 struct SizedArtworkEqual {
   bool operator()(const SharedSizedArtwork& a, const SharedSizedArtwork& b) const { return a->isEqual(*b); }
 };
-/// From artworks to their smaller replacements.
+/// Maps artworks to their smaller replacements.
 using SmallerArtworks =
     std::unordered_map<SharedSizedArtwork, SharedSizedArtwork, SizedArtworkHash, SizedArtworkEqual>;
 

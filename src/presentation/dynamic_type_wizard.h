@@ -70,8 +70,8 @@ class DynamicTypeWizard final : public Object {
 /// main display when the item has no view.
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value);
 
-/// Runs the operations of the objects that are in the map now, unless they are removed meanwhile. A null map
-/// does nothing.
+/// Runs the operation of each object that is in the map at the time of the call and is not removed during it.
+/// Does nothing for a null map.
 void MakeObjectsPerformSelectorWithMap(ObjectOperationMap* map);
 
 }  // namespace linewatch

@@ -103,7 +103,7 @@ class TableView : public View {
   // ---- Appearance ----
 
   const EdgeInsets& separatorInset() const { return separatorInset_; }
-  /// From the edges of the row. Left and right do not depend on the layout direction.
+  /// Measured from the row's edges. Left and right do not depend on the layout direction.
   void setSeparatorInset(const EdgeInsets& inset);
   void setSeparatorEffect(std::optional<VibrancyEffect> effect);
   /// Below the last row, with the height of its frame.

@@ -40,7 +40,7 @@ struct TextLayoutRequest {
   double width = std::numeric_limits<double>::infinity();
   /// 0 for no limit.
   std::size_t maximumNumberOfLines = 0;
-  /// No line but the first may end below this.
+  /// Lines that end below this height are left out, except the first.
   double maximumHeight = std::numeric_limits<double>::infinity();
   LineBreakMode lineBreakMode = LineBreakMode::wordWrapping;
   TextAlignment alignment = TextAlignment::natural;

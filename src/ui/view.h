@@ -107,7 +107,7 @@ class View : public LayoutBox {
   virtual void shownSubviewsDidChange(View& /*subview*/) {}
   /// A view inside was marked for layout.
   virtual void descendantDidNeedLayout() {}
-  /// In front of the subviews.
+  /// Draws in front of the subviews.
   virtual void drawOverlay(Canvas& /*canvas*/) {}
 
  private:

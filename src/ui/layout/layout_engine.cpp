@@ -421,7 +421,7 @@ void LayoutEngine::shortenText(Item& item) {
 }
 
 // Constraints may leave the first text less than a line, e.g. a low row at a large text size. Its first line
-// is shown nevertheless, inside the root and as close as possible to where the constraints put it.
+// is still shown, inside the root and as close as possible to where the constraints put it.
 void LayoutEngine::keepFirstLine(Item& item) {
   const Rect frame = frameInRoot(item);
   const double height = item.box->firstLineHeight(frame.width);
