@@ -10,8 +10,8 @@
 
 namespace linewatch {
 
-/// The error's domain when no user activity can be made from a description; its code is 0. The error's info
-/// holds the description under the key below.
+/// The domain of the error for an activity that cannot be made, e.g. when the system does not accept its
+/// type. The code is 0. The error's info holds the activity data under the key below.
 inline constexpr const char* kUserActivityErrorDomain = "RVUserActivityErrorDomain";
 inline constexpr const char* kUserActivityErrorMissingActivityKey = "RVUserActivityErrorMissingActivityKey";
 
@@ -22,7 +22,7 @@ inline constexpr const char* kIncidentListKey = "incidentListKey";
 
 /// Describes a user activity for the companion application by its type and user info. Immutable.
 class RVUserActivityData final : public RVOpenable, public std::enable_shared_from_this<RVUserActivityData> {
-  /// Lets `make` alone construct.
+  /// Restricts the constructor to `make`.
   struct Passkey {};
 
  public:

@@ -17,15 +17,16 @@
 
 namespace linewatch {
 
-/// For each incident that a list shows, by the incident's `muid`, the first line that lists it. The lines
-/// belong to the build of the list.
+/// Maps the `muid` of each incident in a list to the first line that lists it. The pointers are valid only
+/// while the list is being built.
 using IncidentsToLineMapping = tsl::robin_map<std::uint64_t, const TransitLineItem*, IdentifierHash>;
 
-/// Records each showing of the widget as one session and one event: the list on screen, and the user's
+/// Records each appearance of the widget as one session and one event: the list on screen and the user's
 /// actions. Most calls outside a session are dropped. Failures are not reported. Main thread.
 class RVTransitIncidentsAnalyticsDelegate {
  public:
-  /// The controller tells the current display mode, which counts as compact once the controller is gone.
+  /// Asks the controller for the current display mode, which counts as compact once the controller is
+  /// destroyed.
   explicit RVTransitIncidentsAnalyticsDelegate(
       std::weak_ptr<ui::ViewController> transitIncidentsViewController);
 

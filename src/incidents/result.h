@@ -9,8 +9,8 @@
 
 namespace linewatch {
 
-/// The outcome of a fetch. With an error it is a failure, whatever the success object; with neither it is
-/// empty and no list is shown. Results have no equality but identity. Main thread once shared.
+/// The outcome of a fetch. A result with an error is a failure, even if it has a success object too. A result
+/// with neither is empty, and no list is shown. Results are compared by identity. Main thread once shared.
 class RVResult {
  public:
   explicit RVResult(std::shared_ptr<const TransitLineItems> successObject)

@@ -11,8 +11,8 @@
 
 namespace linewatch {
 
-/// Fetches the user's favourite lines with their current incidents. Made for one fetch, which keeps it alive
-/// until it ends.
+/// Fetches the user's favourite lines with their current incidents. Serves one fetch. The fetch keeps it
+/// alive until it ends.
 class RVTransitIncidentFetcher : public std::enable_shared_from_this<RVTransitIncidentFetcher> {
  public:
   using Handler = RVTransitIncidentFetcherRequest::Handler;

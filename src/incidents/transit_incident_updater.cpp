@@ -19,8 +19,8 @@ void add(RVTransitIncidentUpdater::Dates& dates, const std::optional<Date>& date
   if (date) dates.insert(*date);
 }
 
-/// Adds the dates at which the incident changes the list. A future incident adds its end too, even a past
-/// one; an incident that has ended adds nothing.
+/// Adds the dates at which the incident changes the list. A future incident adds its start and its end, even
+/// if the end is past. An incident that has ended adds nothing.
 void addDatesOf(const TransitIncident& incident, Date now, RVTransitIncidentUpdater::Dates& dates) {
   const auto start = incident.startDate();
   const auto end = incident.endDate();

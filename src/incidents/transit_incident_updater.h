@@ -11,7 +11,7 @@ namespace linewatch {
 class Timer;
 class RVTransitIncidentUpdater;
 
-/// Is told when the list has to be rebuilt or fetched again. Main thread.
+/// Observes when the list must be rebuilt or fetched again. Main thread.
 class RVTransitIncidentUpdaterObserver {
  public:
   virtual ~RVTransitIncidentUpdaterObserver() = default;
@@ -37,7 +37,7 @@ class RVTransitIncidentUpdater : public std::enable_shared_from_this<RVTransitIn
   RVTransitIncidentUpdater(const RVTransitIncidentUpdater&) = delete;
   RVTransitIncidentUpdater& operator=(const RVTransitIncidentUpdater&) = delete;
 
-  /// A weak reference; an observer that is gone is told nothing.
+  /// Keeps a weak reference to the observer.
   void setObserver(std::weak_ptr<RVTransitIncidentUpdaterObserver> observer) {
     observer_ = std::move(observer);
   }

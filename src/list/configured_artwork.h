@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// The opacity of line artworks, and the faint one of generic images: 0.2 in single precision.
+/// Line artworks are opaque. Generic images are faint: 0.2 in single precision.
 inline constexpr double kFullAlpha = 1.0;
 inline constexpr double kFaintAlpha = static_cast<double>(0.2F);
 

@@ -7,9 +7,9 @@ namespace linewatch {
 
 namespace {
 
-/// Tables get room for this many rows at the start. More would slow down a list whose lines all list one
-/// incident.
-constexpr std::size_t kFirstRoom = 1000;
+/// The most entries that a table reserves in advance. A larger table would slow down a list with few rows
+/// whose lines all list the same incident.
+constexpr std::size_t kMostReservedEntries = 1000;
 
 }  // namespace
 
@@ -17,8 +17,8 @@ IncidentRows::IncidentRows(std::size_t listings) {
   incidents_.reserve(listings);
   items_.reserve(listings);
   firstLines_.reserve(listings);
-  itemToLinesMap_.reserve(std::min(listings, kFirstRoom));
-  rowOfIncident_.reserve(std::min(listings, kFirstRoom));
+  itemToLinesMap_.reserve(std::min(listings, kMostReservedEntries));
+  rowOfIncident_.reserve(std::min(listings, kMostReservedEntries));
 }
 
 std::optional<std::size_t> IncidentRows::find(std::uint64_t muid) const {

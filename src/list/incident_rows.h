@@ -14,10 +14,10 @@
 
 namespace linewatch {
 
-/// The rows that one build of the list has made so far, in the order in which they were made.
+/// The rows made so far in one build of the list, in the order of their creation.
 class IncidentRows {
  public:
-  /// `listings` is the number of incidents that all lines list: an upper limit on the rows.
+  /// `listings` is the sum of the numbers of incidents of all lines. There are at most this many rows.
   explicit IncidentRows(std::size_t listings);
 
   /// The incidents that have a row, each once: `items()[i]` is the row of `incidents()[i]`.
@@ -27,9 +27,9 @@ class IncidentRows {
 
   /// The position of the row of the incident with this `muid`; none when it has no row.
   std::optional<std::size_t> find(std::uint64_t muid) const;
-  /// Adds the row of an incident that has none, made under `line`.
+  /// Adds a row for an incident that has none yet. `line` is the first line that lists it.
   void add(const SharedIncident& incident, SharedTransitItem item, const TransitLineItem& line);
-  /// Adds one more line that lists the incident of a row.
+  /// Adds another line that lists the row's incident.
   void addLine(std::size_t row, const TransitLineItem& line);
 
   ItemToLinesMap& itemToLinesMap() { return itemToLinesMap_; }
@@ -39,7 +39,7 @@ class IncidentRows {
  private:
   TransitIncidents incidents_;
   TransitItems items_;
-  /// For each row, the line under which it was made.
+  /// For each row, the first line that lists its incident.
   Lines firstLines_;
   ItemToLinesMap itemToLinesMap_;
   BuildMap<std::uint64_t, std::size_t, IdentifierHash> rowOfIncident_;

@@ -14,17 +14,18 @@
 
 namespace linewatch {
 
-/// Lines of the builder's input, which outlives every list of this kind.
+/// Lines of the builder's input. The input outlives these lists.
 using Lines = std::vector<const TransitLineItem*>;
 using LineSpan = std::span<const TransitLineItem* const>;
 
-/// A hash map of one build. Growing costs most of the time of a table that fills, so that it grows fourfold.
+/// A hash map that is filled during one build. It grows fourfold, because growing takes most of the time of
+/// filling it.
 template <class Key, class T, class Hash, class Equal = std::equal_to<Key>, bool StoreHash = false>
 using BuildMap = tsl::robin_map<Key, T, Hash, Equal, std::allocator<std::pair<Key, T>>, StoreHash,
                                 tsl::rh::power_of_two_growth_policy<4>>;
 
-/// The lines that list a row's incident, in their order. A single line, which most rows have, needs no memory
-/// of its own.
+/// The lines that list a row's incident, in the order of the input. Most rows have one line, so one line is
+/// stored without an allocation.
 class LinesOfRow {
  public:
   void push_back(const TransitLineItem& line) {
@@ -36,11 +37,11 @@ class LinesOfRow {
     all_->push_back(&line);
   }
   LineSpan all() const { return all_ ? LineSpan(*all_) : LineSpan(&first_, first_ == nullptr ? 0 : 1); }
-  bool areSeveral() const { return all_ != nullptr; }
+  bool hasSeveral() const { return all_ != nullptr; }
 
  private:
   const TransitLineItem* first_ = nullptr;
-  /// Null up to one line, then the first line too.
+  /// All lines, including the first; null while there is at most one.
   std::unique_ptr<Lines> all_;
 };
 
@@ -60,8 +61,7 @@ template <class T>
 using TransitItemMap =
     BuildMap<const RVTransitItem*, T, TransitItemHash, TransitItemsEqual, /*StoreHash=*/true>;
 
-/// For each row, every line that lists its incident, in the order of the lines. Rows that are equal share one
-/// entry.
+/// For each row, the lines that list its incident, in the order of the input. Equal rows share one entry.
 using ItemToLinesMap = TransitItemMap<LinesOfRow>;
 
 }  // namespace linewatch

@@ -15,7 +15,8 @@ namespace linewatch {
 
 namespace {
 
-/// The part's fields that are set. The first field is always there, to show that the part is present.
+/// The fields of a shield or an icon that are set. The first field is always included, so that one with
+/// default values differs from an absent one.
 template <class Part>
 Dictionary formOfPart(const Part& part) {
   Dictionary form = fields::dictionary(part);

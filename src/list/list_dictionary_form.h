@@ -8,7 +8,8 @@
 
 namespace linewatch {
 
-/// The value to print in place of the bytes in a user info. An empty function keeps the bytes.
+/// Returns the value to print in place of bytes in a user info, e.g. their length. When it is empty, the
+/// bytes are printed.
 using BytesForm = std::function<Value(const Bytes&)>;
 
 /// The list as plain values, to print or record it:
@@ -20,16 +21,16 @@ using BytesForm = std::function<Value(const Bytes&)>;
 ///     artwork      {"alpha", "image": NAME}, {"alpha", "shield": DESCRIPTION, "size"} or none
 ///     openable     {"url"}, {"activityType", "userInfo"} or none
 ///
-/// An absent text is none.
+/// A text that is absent is printed as none.
 Dictionary dictionaryForm(const RVTransitListItem& list, const BytesForm& formOfBytes = {});
 Dictionary dictionaryForm(const RVTransitItem& item, const BytesForm& formOfBytes = {});
 Dictionary dictionaryForm(const RVTransitSummaryItem& item, const BytesForm& formOfBytes = {});
-/// None when there is no row.
+/// Prints none when there is no row.
 Value dictionaryForm(const SummaryItem& item, const BytesForm& formOfBytes = {});
 
-/// DESCRIPTION: the fields that differ from an empty description. The fields of the shield and of the icon
-/// stand beside the artwork's own; those of the fallback shield are in "iconFallbackShieldDataSource". A
-/// shield or an icon with default values only still has its "shieldType" or "iconType".
+/// DESCRIPTION: the fields of the artwork that are set. The fields of its shield and its icon are in the same
+/// dictionary; the fields of the fallback shield are in a nested one, "iconFallbackShieldDataSource". A
+/// shield has at least its "shieldType" and an icon its "iconType", even when all its values are defaults.
 Dictionary dictionaryForm(const TransitArtworkDataSource& artwork);
 
 }  // namespace linewatch

@@ -9,8 +9,9 @@
 
 namespace linewatch {
 
-/// A line whose incident rows are being made, with the parts that all its rows share. The first row makes
-/// them: most lines have no row, and compressing the line's record is slow. The line outlives it.
+/// A line whose incident rows are being made, with the artwork and the activity data that these rows share.
+/// They are made with the first row, because most lines have no row and compressing a line's record is slow.
+/// The line must outlive this object.
 struct ListedLine {
   const TransitLineItem& line;
   /// Null until the first row.

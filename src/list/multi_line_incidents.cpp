@@ -18,13 +18,13 @@ namespace linewatch {
 
 namespace {
 
-/// Empty when neither the line nor its system has one.
+/// The line's name, or its system's name when the line has none; empty when both lack a name.
 std::string_view nameOfLineOrSystem(const TransitLineItem& line) {
   if (const std::string& name = line.name(); !name.empty()) return name;
   return line.system() ? std::string_view(line.system()->name) : std::string_view();
 }
 
-/// Each name once, in the order in which the lines first give it.
+/// The distinct names of the lines, in the order of the lines. Lines without a name are skipped.
 std::vector<std::string_view> distinctNames(LineSpan lines) {
   std::vector<std::string_view> names;
   tsl::robin_set<std::string_view> known;
@@ -36,14 +36,16 @@ std::vector<std::string_view> distinctNames(LineSpan lines) {
   return names;
 }
 
-/// The first of two names; of more, all but the last joined into one text.
+/// The first argument of a list format: all names but the last, joined with commas. There are at least two
+/// names.
 std::string allButLast(std::span<const std::string_view> names) {
   if (names.size() == 2) return std::string(names.front());
   return platform().localization().joinCommaDelimited(names.first(names.size() - 1));
 }
 
-/// The artwork that the systems of all lines share; null when they differ or have none. Lines before the
-/// first system artwork may lack one, later lines may not.
+/// The artwork that the systems of all lines share; null when there is no such artwork. Lines at the start
+/// whose systems have no artwork are skipped, but after the first artwork a line without one counts as
+/// different.
 SharedArtwork commonSystemArtwork(LineSpan lines) {
   SharedArtwork common;
   for (const TransitLineItem* line : lines) {
@@ -57,39 +59,39 @@ SharedArtwork commonSystemArtwork(LineSpan lines) {
   return common;
 }
 
-/// The position of the first row equal to each row.
+/// For each row, the index of the first row that is equal to it.
 using FirstRows = TransitItemMap<std::size_t>;
 
-bool affectsSeveralLines(const ItemToLinesMap::value_type& entry) { return entry.second.areSeveral(); }
+bool affectsSeveralLines(const ItemToLinesMap::value_type& entry) { return entry.second.hasSeveral(); }
 
 }  // namespace
 
 void RVTransitIncidentsDataSourceBuilder::_updateItemsAffectingSeveralLines(
     TransitItems& items, ItemToLinesMap& itemToLinesMap) const {
   if (std::ranges::none_of(itemToLinesMap, affectsSeveralLines)) return;
-  // The keys as they are before the map changes, in the order of the rows.
-  TransitItems keys;
+  // The distinct rows in order, taken before the loop below changes the map.
+  TransitItems distinctItems;
   FirstRows firstRows;
   for (std::size_t row = 0; row < items.size(); ++row) {
-    if (firstRows.try_emplace(items[row].get(), row).second) keys.push_back(items[row]);
+    if (firstRows.try_emplace(items[row].get(), row).second) distinctItems.push_back(items[row]);
   }
-  for (const SharedTransitItem& oldItem : keys) {
+  for (const SharedTransitItem& oldItem : distinctItems) {
     const auto entry = itemToLinesMap.find(oldItem.get());
     if (entry == itemToLinesMap.end() || !affectsSeveralLines(*entry)) continue;
     LinesOfRow lines = std::move(entry.value());
     itemToLinesMap.erase(entry);
-    const SharedTransitItem newItem = itemNamingLines(*oldItem, lines.all());
+    const SharedTransitItem newItem = itemWithLineNames(*oldItem, lines.all());
     const std::size_t row = firstRows.at(oldItem.get());
     items[row] = newItem;
     itemToLinesMap.insert_or_assign(newItem.get(), std::move(lines));
-    // The new row may equal another row, which may come first.
+    // The new row may be equal to another row; the lower index counts.
     const auto first = firstRows.try_emplace(newItem.get(), row).first;
     first.value() = std::min(first.value(), row);
   }
 }
 
-SharedTransitItem RVTransitIncidentsDataSourceBuilder::itemNamingLines(const RVTransitItem& item,
-                                                                       LineSpan lines) const {
+SharedTransitItem RVTransitIncidentsDataSourceBuilder::itemWithLineNames(const RVTransitItem& item,
+                                                                         LineSpan lines) const {
   return std::make_shared<const RVTransitItem>(item.sharedPrimaryText(),
                                                _prependLineNames(lines, item.secondaryText()),
                                                artworkOfLines(lines), item.displayArtwork(), item.openable());
@@ -107,15 +109,15 @@ OptionalText RVTransitIncidentsDataSourceBuilder::_prependLineNames(LineSpan lin
   const auto names = distinctNames(lines);
   if (names.empty()) return toText;
   const bool hasText = toText && !toText->empty();
-  const bool areTwo = names.size() == 2;
+  const bool hasTwoNames = names.size() == 2;
   const std::string last(names.back());
   if (names.size() == 1)
     return hasText ? widgetText("LineWatch_Single_Line_Prepended_Incident_Text", {last, *toText}) : last;
   if (hasText)
-    return widgetText(
-        areTwo ? "LineWatch_2_Lines_Prepended_Incident_Text" : "LineWatch_N_Lines_Prepended_Incident_Text",
-        {allButLast(names), last, *toText});
-  return widgetText(areTwo ? "LineWatch_2_Lines_Concatenated" : "LineWatch_N_Lines_Names_Concatenated",
+    return widgetText(hasTwoNames ? "LineWatch_2_Lines_Prepended_Incident_Text"
+                                  : "LineWatch_N_Lines_Prepended_Incident_Text",
+                      {allButLast(names), last, *toText});
+  return widgetText(hasTwoNames ? "LineWatch_2_Lines_Concatenated" : "LineWatch_N_Lines_Names_Concatenated",
                     {allButLast(names), last});
 }
 

@@ -24,7 +24,7 @@ std::shared_ptr<const RVConfiguredArtwork> lineArtwork(SharedArtwork artworkData
       kFullAlpha);
 }
 
-const SharedArtwork& artworkStandingForLine(const TransitLineItem& line) {
+const SharedArtwork& artworkForLine(const TransitLineItem& line) {
   const SharedArtwork& own = line.alternateArtwork();
   return own ? own : systemArtworkOfLine(line);
 }

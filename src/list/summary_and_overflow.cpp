@@ -28,11 +28,11 @@ struct ArtworksEqual {
   }
 };
 
-/// Each distinct artwork once, in the order in which the rows and their lines first show it.
+/// Collects artworks without duplicates, in the order in which they are first added.
 class DistinctArtworks {
  public:
   void add(const SharedArtwork& artwork) {
-    // Rows of one line come in a run.
+    // Successive rows often belong to one line, so the last artwork is checked before the hash set.
     if (!artwork || (!artworks_.empty() && artwork == artworks_.back())) return;
     if (known_.insert(artwork).second) artworks_.push_back(artwork);
   }
@@ -48,12 +48,12 @@ TransitArtworks artworksOfItems(const TransitItems& items, const ItemToLinesMap&
   for (const SharedTransitItem& item : items) {
     const auto entry = itemToLinesMap.find(item.get());
     if (entry == itemToLinesMap.end()) continue;
-    for (const TransitLineItem* line : entry->second.all()) artworks.add(artworkStandingForLine(*line));
+    for (const TransitLineItem* line : entry->second.all()) artworks.add(artworkForLine(*line));
   }
   return artworks.take();
 }
 
-/// How many different lines the incidents were first listed by.
+/// The number of distinct lines to which the mapping assigns the incidents.
 std::size_t countLines(const TransitIncidents& incidents,
                        const IncidentsToLineMapping& incidentsToLineMapping) {
   std::unordered_set<std::uint64_t> muids;

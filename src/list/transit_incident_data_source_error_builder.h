@@ -9,8 +9,8 @@
 
 namespace linewatch {
 
-/// Builds the list of a failed fetch: one row that says that loading failed, with the reason that the device
-/// gives when the list is first asked for. The error is kept but not read.
+/// Builds the list for a failed fetch: one row that says that loading failed and why. The reason is the
+/// device's diagnosis of the connection at the first call of `listItem`; the error is kept but not shown.
 class RVTransitIncidentDataSourceErrorBuilder final : public RVTransitItemDataSourceBuilder {
  public:
   explicit RVTransitIncidentDataSourceErrorBuilder(Error error) : error_(std::move(error)) {}

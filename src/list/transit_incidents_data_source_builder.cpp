@@ -24,7 +24,7 @@ constexpr int kFavoritesType = 2;
 
 bool isEmpty(const SharedText& text) { return !*text || (*text)->empty(); }
 
-/// The number of incidents that all lines list. An incident counts once for each line.
+/// The sum of the numbers of incidents of all lines: an incident counts once for each line that lists it.
 std::size_t countListings(const TransitLineItems& lines) {
   std::size_t count = 0;
   for (const SharedLineItem& line : lines) count += line->incidents().size();
@@ -126,7 +126,7 @@ SharedTransitItem RVTransitIncidentsDataSourceBuilder::_itemForIncidentAtIndex(s
 
 const std::shared_ptr<const RVConfiguredArtwork>& RVTransitIncidentsDataSourceBuilder::artworkOfRows(
     ListedLine& line) const {
-  if (!line.artwork) line.artwork = lineArtwork(artworkStandingForLine(line.line), artworkCache_);
+  if (!line.artwork) line.artwork = lineArtwork(artworkForLine(line.line), artworkCache_);
   return line.artwork;
 }
 
@@ -135,7 +135,7 @@ const std::shared_ptr<const RVUserActivityData>& RVTransitIncidentsDataSourceBui
   if (!line.activityData) {
     line.activityData = _userActivityDataForLineItem(line.line);
   } else if (*line.activityData) {
-    // Making the data has shared the session for the first row only.
+    // The session was shared for the first row when the data was made. It must be shared for each row.
     platform().userSession().shareSession();
   }
   return *line.activityData;
@@ -186,8 +186,8 @@ void RVTransitIncidentsDataSourceBuilder::applyRowLimit(TransitItems& expandedIt
                                                         const IncidentRows& rows) const {
   if (expandedItems.size() <= maxNumberOfItems_) return;
   const std::size_t excess = expandedItems.size() - maxNumberOfItems_;
-  // One row more than the excess makes room for the overflow row. The good-service row stays last unless the
-  // overflow row takes the only place.
+  // One row more than the excess is removed, to make room for the overflow row. The good-service row stays
+  // last, unless the limit is one row: then only the overflow row is left.
   const std::size_t removed = excess + 1;
   const std::size_t kept = expandedItems.size() - removed;
   const std::size_t position = endsWithGoodService && kept > 0 ? kept - 1 : kept;

@@ -15,9 +15,9 @@
 
 namespace linewatch {
 
-/// Builds the list of a user's lines: a row for each incident in force that names the lines sharing it, one
-/// row for the lines in good service, and one for the incidents beyond the row limit. Time and memory grow in
-/// proportion to the lines and the incidents that they list.
+/// Builds the list for the user's lines. Each incident in force has one row, which names the lines when
+/// several share the incident. One more row stands for the lines in good service, and one for the incidents
+/// beyond the row limit. Time and memory grow in proportion to the number of lines and their incidents.
 class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSourceBuilder {
  public:
   /// Rows follow the order of `lineItems`. `maxNumberOfItems` 0 means no limit; `artworkCache` and
@@ -50,12 +50,12 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
   void record(const IncidentRows& rows) const;
 
   // Incident rows.
-  /// Adds the rows of a line's incidents, and the line to the rows that earlier lines have made. False when
-  /// it made no new row.
+  /// Adds a row for each incident in force that has none yet, and adds the line to the rows of its other
+  /// incidents. False when no row was added.
   bool addRowsOfLine(const TransitLineItem& line, IncidentRows& rows);
   SharedTransitItem _itemForIncidentAtIndex(std::size_t index, ListedLine& inLine) const;
   const std::shared_ptr<const RVConfiguredArtwork>& artworkOfRows(ListedLine& line) const;
-  /// Shares the session, once for each row.
+  /// Shares the session, so call this once for each row.
   static const std::shared_ptr<const RVUserActivityData>& activityDataOfNextRow(ListedLine& line);
   static std::shared_ptr<const RVUserActivityData> _userActivityDataForLineItem(const TransitLineItem& line);
 
@@ -70,9 +70,10 @@ class RVTransitIncidentsDataSourceBuilder final : public RVTransitItemDataSource
 
   // Incidents that several lines share.
   void _updateItemsAffectingSeveralLines(TransitItems& items, ItemToLinesMap& itemToLinesMap) const;
-  SharedTransitItem itemNamingLines(const RVTransitItem& item, LineSpan lines) const;
+  SharedTransitItem itemWithLineNames(const RVTransitItem& item, LineSpan lines) const;
   std::shared_ptr<const RVConfiguredArtwork> artworkOfLines(LineSpan lines) const;
-  /// Absent only when `toText` is absent and no line has a name.
+  /// The text with the names of the lines in front. Absent only when `toText` is absent and no line has a
+  /// name.
   static OptionalText _prependLineNames(LineSpan lines, const OptionalText& toText);
 
   // Rows that stand for several incidents.

@@ -24,21 +24,21 @@ class RVTransitItem : public Object {
 
   const OptionalText& primaryText() const { return *primaryText_; }
   const OptionalText& secondaryText() const { return *secondaryText_; }
-  /// For another row with the same text.
+  /// The primary text, for another row to share.
   const SharedText& sharedPrimaryText() const { return primaryText_; }
   const std::shared_ptr<const RVConfiguredArtwork>& artwork() const { return artwork_; }
   bool displayArtwork() const { return displayArtwork_; }
   const std::shared_ptr<const RVOpenable>& openable() const { return openable_; }
 
-  /// A new item with the same values. The system's allocation zones have no counterpart here.
+  /// A new item with the same values. Allocation zones are not supported.
   std::shared_ptr<const RVTransitItem> copyWithZone() const;
 
   /// Only two objects of exactly this class can be equal.
   bool isEqual(const Object& other) const override;
   bool isEqualToTransitItem(const RVTransitItem& other) const;
-  /// The exclusive or of the values' hashes, in which a title that equals its secondary text cancels.
+  /// The exclusive or of the hashes of all values. The hashes of equal primary and secondary texts cancel.
   std::size_t hash() const override;
-  /// A hash for tables of rows, in which equal texts do not cancel. Computed once.
+  /// A hash for tables of rows, in which equal texts do not cancel. Computed at construction.
   std::size_t tableHash() const { return tableHash_; }
   std::string description() const override;
 

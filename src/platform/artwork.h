@@ -33,8 +33,8 @@ struct IconDataSource {
   bool operator==(const IconDataSource&) const = default;
 };
 
-/// Describes the artwork of a line, a system or a mode: a shield, an icon, or an icon with a shield to fall
-/// back on. Immutable once shared. The artwork cache draws it.
+/// Describes the artwork of a line, a system or a mode: a shield, an icon, or an icon with a fallback shield.
+/// Immutable once shared. The artwork cache draws it.
 struct TransitArtworkDataSource {
   std::int64_t artworkSourceType = 0;
   std::int64_t artworkUseType = 0;
@@ -50,9 +50,9 @@ struct TransitArtworkDataSource {
   bool operator==(const TransitArtworkDataSource&) const = default;
 };
 
-/// A hash of the fields that tell one artwork from another in most cases.
+/// A hash of the fields in which most artworks differ.
 std::size_t hash(const TransitArtworkDataSource& artwork);
-/// A hash of all fields, for tables that may hold many artworks that differ in the other fields only.
+/// A hash of all fields, for tables in which many artworks may differ only in the other fields.
 std::size_t hashOfAllFields(const TransitArtworkDataSource& artwork);
 
 /// Values of `artworkSourceType`.

@@ -36,8 +36,8 @@ class RemoteFavoritesPersister {
   virtual ~RemoteFavoritesPersister() = default;
 
   /// All favourites in the user's order, empty when there are none; an error when they cannot be read. A
-  /// single favourite that is not understood is left out and logged. May read files and so take a while. Any
-  /// thread, but one call at a time.
+  /// favourite that cannot be parsed is left out and logged. May be slow, because it reads files. Any thread,
+  /// but one call at a time.
   virtual Outcome<Favorites> readFavorites() = 0;
 };
 

@@ -39,8 +39,8 @@ class NotificationCenter;
 class TextEngine;
 }  // namespace ui
 
-/// Everything outside the widget: one object for each role, whose header states its contract. The objects
-/// live as long as the platform. Main thread, except where a comment says otherwise.
+/// Everything outside the widget: one object for each role. The header of a role states its contract. The
+/// objects live as long as the platform. Main thread, except where a comment says otherwise.
 class Platform {
  public:
   virtual ~Platform() = default;
@@ -79,7 +79,7 @@ class Platform {
   virtual std::shared_ptr<IconManager> makeIconManager() = 0;
   virtual std::shared_ptr<ShieldManager> makeShieldManager() = 0;
 
-  /// The only T of this platform. The first call makes it with `make`, which must not call `once` itself. Any
+  /// The platform's single T. The first call makes it with `make`, which must not call `once` itself. Any
   /// thread.
   template <class T>
   std::shared_ptr<T> once(const std::function<std::shared_ptr<T>()>& make) {

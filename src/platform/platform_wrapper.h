@@ -8,8 +8,8 @@
 
 namespace linewatch {
 
-/// A platform whose roles are those of another one, except for the roles that a subclass overrides. The other
-/// platform must outlive it.
+/// Forwards every role to another platform, except the roles that a subclass overrides. The other platform
+/// must outlive it.
 class PlatformWrapper : public Platform {
  public:
   explicit PlatformWrapper(Platform& wrapped) : wrapped_(wrapped) {}

@@ -35,7 +35,7 @@ class TransitLine {
   virtual ~TransitLine() = default;
 
   virtual std::uint64_t muid() const = 0;
-  /// The identifier by which the transit service looks the line up; absent when it cannot.
+  /// The identifier by which the transit service looks the line up; absent when the line cannot be looked up.
   virtual std::optional<MapItemIdentifier> identifier() const = 0;
   /// May be empty.
   virtual const std::string& name() const = 0;
@@ -43,8 +43,8 @@ class TransitLine {
   virtual const std::shared_ptr<const TransitSystem>& system() const = 0;
   virtual std::int64_t departureTimeDisplayStyle() const = 0;
   virtual bool departuresAreVehicleSpecific() const = 0;
-  /// The artwork beside the line's name, the mode's artwork, and the artwork in place of the name. Each may
-  /// be null.
+  /// The artwork shown beside the line's name, the artwork of its mode of transport, and the artwork shown
+  /// instead of the name. Each may be null.
   virtual const SharedArtwork& artwork() const = 0;
   virtual const SharedArtwork& modeArtwork() const = 0;
   virtual const SharedArtwork& alternateArtwork() const = 0;
@@ -52,7 +52,7 @@ class TransitLine {
   /// Six hexadecimal digits; empty without a colour.
   virtual const std::string& lineColorString() const = 0;
   virtual bool showVehicleNumber() const = 0;
-  /// As a text for the user; empty when not known.
+  /// A text for the user; empty when not known.
   virtual const std::string& operatingHours() const = 0;
 };
 

@@ -21,7 +21,7 @@ struct TransitIncidentFields {
   TransitIncidentEntities affectedEntities;
 };
 
-/// An incident that answers from its fields.
+/// An incident that holds its fields in memory.
 class TransitIncidentRecord : public TransitIncident {
  public:
   explicit TransitIncidentRecord(TransitIncidentFields fields) : fields_(std::move(fields)) {}
@@ -61,7 +61,7 @@ struct TransitLineFields {
   std::string operatingHours;
 };
 
-/// A line that answers from the `TransitLineFields` in `Record::line()`.
+/// The part of a line that returns the `TransitLineFields` given by `Record::line()`.
 template <class Record>
 class TransitLineOfFields : public TransitLineItem {
  public:

@@ -14,7 +14,7 @@ namespace linewatch {
 /// A look-up of lines, which can be submitted once.
 class TransitLinesTicket {
  public:
-  /// Gets the line items, null when the look-up failed; and the error, absent when it succeeded. A service
+  /// Gets the line items (null when the look-up failed) and the error (absent when it succeeded). A service
   /// may give neither. Called on the main thread.
   using Handler =
       std::function<void(std::shared_ptr<const TransitLineItems> lineItems, std::optional<Error> error)>;

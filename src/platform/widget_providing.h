@@ -11,9 +11,10 @@ class WidgetProviding {
  public:
   virtual ~WidgetProviding() = default;
 
-  /// Brings the widget up to date. The handler, which may be empty, is called exactly once, even when the
-  /// widget is gone by then. Usually that is after this call has returned. It is during this call when the
-  /// request joins a fetch that has its result already, e.g. when a host asks again inside another handler.
+  /// Updates the widget. The handler may be empty; otherwise it is called exactly once, even if the widget
+  /// has been destroyed. It is usually called after this call has returned. It is called during this call
+  /// when the request joins a fetch that already has its result, e.g. when a host asks again inside another
+  /// handler.
   virtual void widgetPerformUpdateWithCompletionHandler(
       std::function<void(WidgetUpdateResult result)> completionHandler) = 0;
   /// The host shows the widget in another mode, with at most the size `withMaximumSize`.

@@ -9,14 +9,14 @@ namespace linewatch {
 
 namespace {
 
-/// Null when the item's artwork is not a line's or a system's.
+/// Null when the item does not have the artwork of a line or a system.
 SharedSizedArtwork sizedArtworkOf(const SharedTransitItem& item) {
   if (!item || !item->artwork()) return nullptr;
   return std::dynamic_pointer_cast<const SizedTransitArtwork>(item->artwork()->artworkSource());
 }
 
-/// Rebuilds every item that has one of the artworks. Equal artworks are common: a line may have many
-/// incidents.
+/// Rebuilds every item whose artwork has a smaller replacement. Several items can have equal artworks,
+/// because a line can have several incidents.
 TransitItems withSmallerArtworks(TransitItems items, const SmallerArtworks& smallerArtworks,
                                  const DownSizingBlock& downSizingBlock) {
   for (SharedTransitItem& item : items) {

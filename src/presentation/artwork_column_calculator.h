@@ -15,11 +15,12 @@ using DownSizingBlock =
 /// Fits the artworks of items into one column and keeps its last result. Main thread.
 class RVTransitItemArtworkColumnCalculator {
  public:
-  /// The same items in order. `downSizingBlock`, which may be empty, rebuilds those whose artwork has to be
-  /// smaller; all others are the very objects given. Items without a line's or system's artwork do not count
-  /// for the column. Writes the column's width to `outArtworkColumnWidth`, unless that is null.
+  /// Returns the items in the same order. `downSizingBlock` makes a new item when an artwork has to shrink;
+  /// without a block, or when the artwork fits, the given object is returned. Items without the artwork of a
+  /// line or a system do not affect the column. Writes the column's width to `outArtworkColumnWidth`, unless
+  /// that is null.
   ///
-  /// A call with the items (by value) and the parameters (exactly) of the last call draws nothing.
+  /// When the items (compared by value) and the parameters are those of the last call, nothing is drawn.
   TransitItems itemsFromItems(const TransitItems& items,
                               const ArtworkWidthCalculatorSizeParameter& sizeParameter,
                               double* outArtworkColumnWidth, const DownSizingBlock& downSizingBlock);

@@ -86,9 +86,9 @@ TransitDirectionsListArtworkWidthCalculator::TransitDirectionsListArtworkWidthCa
     std::vector<SharedSizedArtwork> artworks, const ArtworkWidthCalculatorSizeParameter& sizeParameter)
     : artworks_(std::move(artworks)), sizeParameter_(sanitized(sizeParameter)) {}
 
-// By definition the artwork that is the widest at the moment shrinks by one step, until the widest that is
-// left fits. Fitting each artwork by itself gives the same result without sorting: an artwork that is too
-// wide is shrunk sooner or later, and one that fits is never shrunk further.
+// The rule is: while the widest artwork does not fit, it shrinks by one step. Fitting each artwork by itself
+// gives the same result without sorting, because every artwork that is too wide is shrunk in the end and an
+// artwork that fits is never shrunk.
 SmallerArtworks TransitDirectionsListArtworkWidthCalculator::calculateArtworkViewWidthAndArtworkSizes(
     double* artworkViewWidth) const {
   Fitting fitting(sizeParameter_, platform().interfaceSettings().displayScale(), artworks_.size());

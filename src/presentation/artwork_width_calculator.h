@@ -22,14 +22,14 @@ struct ArtworkWidthCalculatorSizeParameter {
 
 using SharedSizedArtwork = std::shared_ptr<const SizedTransitArtwork>;
 
-/// By value: equal artworks are shown at the same size.
+/// Compares artworks by value: equal artworks are shown at the same size.
 struct SizedArtworkHash {
   std::size_t operator()(const SharedSizedArtwork& artwork) const { return artwork->hash(); }
 };
 struct SizedArtworkEqual {
   bool operator()(const SharedSizedArtwork& a, const SharedSizedArtwork& b) const { return a->isEqual(*b); }
 };
-/// From artworks to their smaller replacements.
+/// Maps artworks to their smaller replacements.
 using SmallerArtworks =
     std::unordered_map<SharedSizedArtwork, SharedSizedArtwork, SizedArtworkHash, SizedArtworkEqual>;
 

@@ -95,7 +95,7 @@ void DynamicTypeWizard::unregisterObject(const std::shared_ptr<Object>& object) 
   for (ObjectOperationMap& map : _singletonInstance()->orderToSelectorStringMap_) map.remove(object);
 }
 
-// Fonts come first, so that whatever runs later sees the new ones.
+// Fonts come first, because the later steps use them.
 void DynamicTypeWizard::_contentSizeCategoryDidChange() {
   refreshLabels();
   MakeObjectsPerformSelectorWithMap(&orderToSelectorStringMap_[0]);

@@ -19,8 +19,8 @@ using ObjectOperation = std::function<void(Object&)>;
 using ObjectOperationMap = WeakKeyTable<Object, ObjectOperation>;
 
 /// Keeps registered views in step with the text size that the user chooses. At each change, in this order:
-/// labels get their font, objects of order 0 are told, constraints and then stack views get their lengths,
-/// objects of order 1 are told, and then those of order 2.
+/// labels get their font, the operations of order 0 run, constraints and then stack views get their lengths,
+/// and the operations of order 1 and then of order 2 run.
 ///
 /// Registered objects are held weakly. A font provider lives as long as the object that it is registered for;
 /// one that needs the object holds it weakly. There is one registry per platform. Main thread.
@@ -66,12 +66,12 @@ class DynamicTypeWizard final : public Object {
   std::array<ObjectOperationMap, 3> orderToSelectorStringMap_;
 };
 
-/// Sets the constraint's constant to the value, snapped to the pixel grid of the view that its first item is
-/// or belongs to, or of the main display when there is no such view.
+/// Sets the constraint's constant to the value, snapped to the pixel grid of the first item's view, or of the
+/// main display when the item has no view.
 void ScaleConstraintToDynamicValue(ui::LayoutConstraint& constraint, const DynamicTypeValue& value);
 
-/// Runs the operations of the objects that are in the map now, unless they are removed meanwhile. A null map
-/// does nothing.
+/// Runs the operation of each object that is in the map at the time of the call and is not removed during it.
+/// Does nothing for a null map.
 void MakeObjectsPerformSelectorWithMap(ObjectOperationMap* map);
 
 }  // namespace linewatch

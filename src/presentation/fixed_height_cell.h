@@ -14,7 +14,7 @@
 
 namespace linewatch {
 
-/// The rectangle of a part of a cell, in the cell's coordinates, under the name of the part's field.
+/// A part of a cell: the name of its field and its rectangle in the cell's coordinates.
 struct NamedRect {
   std::string_view name;
   ui::Rect rect;
@@ -39,7 +39,7 @@ class FixedHeightCell : public ui::TableViewCell {
   std::vector<NamedRect> namedRects() const;
 
  protected:
-  /// Only `makeCell` can make one, and with it a cell.
+  /// Restricts the constructor to `makeCell`.
   class Key {
     friend FixedHeightCell;
     Key() = default;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr double kInitialRowHeight = 110;
 constexpr double kDefaultArtworkViewWidth = 73;
-/// Points of a row's width that are left to its text.
+/// The points of a row's width that its text gets.
 constexpr double kWidthBesideArtwork = 214;
 constexpr double kArtworkTrailingInset = 16;
 constexpr double kSeparatorInset = 16;
@@ -26,10 +26,10 @@ constexpr double kEstimatedRowHeight = 5;
 
 constexpr const char* kPlainCellIdentifier = "TableViewCell";
 
-// In one line, so that a line of the log can be searched for.
-// clang-format off
+// On one line, so that a text search for a logged line finds it. clang-format off
 constexpr std::string_view kExpandingRefused =
-    "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to expand datasource state.\nListItem: %@";
+    "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to "
+    "expand datasource state.\nListItem: %@";
 // clang-format on
 
 SharedTransitItem withArtwork(const SharedTransitItem& item, const SharedSizedArtwork& artwork) {
@@ -81,7 +81,7 @@ void RVTransitIncidentDataSource::configureTableView(ui::TableView& tableView) {
   tableView.setDataSource(shared_from_this());
 }
 
-// ---- What is shown ----
+// ---- Content ----
 
 void RVTransitIncidentDataSource::updateTransitLineItemResult(std::shared_ptr<RVResult> result,
                                                               const Analytics& captureAnalytics) {
@@ -160,7 +160,7 @@ void RVTransitIncidentDataSource::notifyDelegate() {
 
 // ---- The artwork column ----
 
-/// The summary comes last: its column width stays, for the expanded rows too.
+/// The summary is fitted last, so its column width also applies to the expanded rows.
 void RVTransitIncidentDataSource::_updateAdjustedShieldItemsAndColumnWidth() {
   if (!shieldAdjustedExpandedItems_) {
     shieldAdjustedExpandedItems_ =
@@ -189,7 +189,7 @@ ArtworkWidthCalculatorSizeParameter RVTransitIncidentDataSource::_sizeParameters
   const double room = availableWidth_ - kWidthBesideArtwork;
   ArtworkWidthCalculatorSizeParameter parameter;
   parameter.defaultArtworkViewWidth = kDefaultArtworkViewWidth;
-  // NaN stays NaN.
+  // A width that is not a number stays so.
   parameter.maxArtworkViewWidth = room < kDefaultArtworkViewWidth ? kDefaultArtworkViewWidth : room;
   parameter.artworkInsets.right = kArtworkTrailingInset;
   return parameter;
@@ -249,7 +249,7 @@ struct CellMaker {
     return cell;
   }
 
-  /// A table that was not configured has no such cells: it gets a new one.
+  /// Makes a new cell when the table was not configured and has no cells of this class.
   template <class Cell>
   std::shared_ptr<Cell> dequeue() const {
     const std::string identifier(Cell::kReuseIdentifier);

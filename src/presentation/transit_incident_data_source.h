@@ -17,12 +17,12 @@ struct ArtworkWidthCalculatorSizeParameter;
 class RVTransitIncidentDataSource;
 class RVTransitItemArtworkColumnCalculator;
 
-/// Is told of changes of the rows and of taps. Main thread.
+/// Observes changes of the rows and taps on them. Main thread.
 class RVTransitIncidentDataSourceDelegate {
  public:
   virtual ~RVTransitIncidentDataSourceDelegate() = default;
 
-  /// What the table shows, or its geometry, has changed.
+  /// The rows or their geometry have changed.
   virtual void dataSourceDidUpdateContent(RVTransitIncidentDataSource& dataSource) = 0;
   /// The user has tapped a row that opens something.
   virtual void dataSourceDidSelectOpenableItem(RVTransitIncidentDataSource& dataSource,
@@ -54,17 +54,17 @@ class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
   }
   std::shared_ptr<RVTransitIncidentDataSourceDelegate> delegate() const { return delegate_.lock(); }
 
-  // Each of these tells the delegate at most once, and only of a change unless stated otherwise.
+  // Each of these calls the delegate at most once, and only after a change unless stated otherwise.
 
-  /// Ignores the object that it already holds. `captureAnalytics` may be null.
+  /// Does nothing when the data source already holds this object. `captureAnalytics` may be null.
   void updateTransitLineItemResult(std::shared_ptr<RVResult> result, const Analytics& captureAnalytics);
   /// Builds the list again from the present result and date.
   void recalculateDataSourceItemsWithAnalytics(const Analytics& analytics);
   /// A null list shows nothing.
   void setListItem(std::shared_ptr<const RVTransitListItem> listItem);
-  /// With a new limit the delegate is told only if the list changes, even when the height changes too.
+  /// When the limit changes, the delegate is called only if the list changes, even if the height changes too.
   void setRowHeight(double rowHeight, std::uint64_t maxNumberOfRows);
-  /// Tells the delegate whenever the other state is requested, also when the request is refused.
+  /// Calls the delegate whenever `expanded` differs from the present state, even if the list cannot expand.
   void setExpanded(bool expanded);
   void setAvailableWidth(double availableWidth);
 
@@ -115,7 +115,7 @@ class RVTransitIncidentDataSource final : public ui::TableViewDataSource,
   double rowHeight_;
   std::uint64_t maxNumberOfRows_;
   bool expanded_ = false;
-  /// Absent only until they are fitted again.
+  /// Absent only while the artwork is being fitted again.
   std::optional<TransitItems> shieldAdjustedExpandedItems_;
   std::optional<SummaryItem> shieldAjustedSummaryItem_;
   std::shared_ptr<RVResult> transitLineItemResult_;

@@ -51,7 +51,8 @@ void RVTransitItemFixedHeightCell::_createSubviews() {
   contentView().addSubview(artworkImageView_);
 }
 
-// Of contradicting constraints the last one is left out, so the row's height comes before the text.
+// When constraints contradict each other, the layout leaves out the last one. So the row's height comes
+// before the text.
 FixedHeightCell::Constraints RVTransitItemFixedHeightCell::_initialConstraints() {
   Constraints constraints = commonConstraints();
   appendColumnConstraints(constraints);
@@ -121,7 +122,7 @@ void RVTransitItemFixedHeightCell::showArtwork() {
   artworkImageView_->setImageSource(artwork ? artwork->artworkSource() : nullptr);
 
   const bool display = transitItem_ && transitItem_->displayArtwork();
-  // Deactivated before the other is activated: together they contradict each other.
+  // The two constraints contradict each other, so one is deactivated before the other is activated.
   if (!display) stackViewToTrailingGuideConstraint_->setActive(false);
   stackViewToContentGuideTrailingConstraint_->setActive(!display);
   if (display) stackViewToTrailingGuideConstraint_->setActive(true);

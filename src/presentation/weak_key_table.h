@@ -9,9 +9,9 @@
 
 namespace linewatch {
 
-/// Values of objects that the table does not keep alive. An object with `associatedValues` keeps its value
-/// itself, so that both are destroyed together; the value of any other object goes at a later sweep. Objects
-/// are told apart by identity and visited in the order in which they were entered.
+/// Maps objects to values without keeping the objects alive. An object with `associatedValues` owns its
+/// value, so that both are destroyed together; the value of any other object is destroyed by a later sweep.
+/// Objects are compared by identity and visited in the order of their insertion.
 template <class Key, class Value>
 class WeakKeyTable {
  public:
@@ -22,7 +22,7 @@ class WeakKeyTable {
     for (const auto& key : keys()) keepWith(*key, nullptr);
   }
 
-  /// Replaces an earlier value of the object. A null object is not entered.
+  /// Replaces an earlier value of the object. A null object is ignored.
   void set(const std::shared_ptr<Key>& key, Value newValue) {
     if (!key) return;
     auto value = std::make_shared<Value>(std::move(newValue));
@@ -67,7 +67,7 @@ class WeakKeyTable {
     const Key* identity = nullptr;
     std::weak_ptr<Key> object;
     std::weak_ptr<Value> value;
-    /// Null where the object keeps the value.
+    /// Null when the object owns the value.
     std::shared_ptr<Value> kept;
   };
 
@@ -78,7 +78,7 @@ class WeakKeyTable {
     if constexpr (kKeysKeepValues) key.associatedValues().set(this, std::move(value));
   }
 
-  // Whenever the number of entries has doubled, so that a registration costs constant time on average.
+  // Sweeps when the number of entries has doubled, so that an insertion takes constant time on average.
   void sweepSometimes() {
     if (entries_.size() < sweepAt_) return;
     std::erase_if(entries_, [](const Entry& entry) { return entry.object.expired(); });

@@ -10,8 +10,8 @@ namespace linewatch {
 
 namespace {
 
-/// Within the years that a calendar can tell: up to about the year 9892.
-constexpr double kFarthestTold = 2.5e11;
+/// Seconds. Dates further from 1970, after about the year 9892, are not shown as calendar dates.
+constexpr double kFarthestCalendarDate = 2.5e11;
 
 /// ".25", or nothing when the fraction is 0.
 std::string fractionText(std::chrono::milliseconds fraction) {
@@ -27,7 +27,7 @@ std::string fractionText(std::chrono::milliseconds fraction) {
 std::string description(Date date) {
   using namespace std::chrono;
   const double seconds = secondsOf(date);
-  if (!(std::fabs(seconds) < kFarthestTold)) return Value(seconds).description();
+  if (!(std::fabs(seconds) < kFarthestCalendarDate)) return Value(seconds).description();
   const sys_time<milliseconds> time(milliseconds(std::llround(seconds * 1000)));
   const auto day = floor<days>(time);
   const year_month_day calendar(day);

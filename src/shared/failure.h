@@ -12,7 +12,7 @@ namespace linewatch {
 /// The domain of LineWatch's own errors; their codes are `FailureCode`s.
 inline constexpr std::string_view kFailureDomain = "LineWatch";
 
-/// Why something failed, as far as callers tell failures apart. Sentences are for people only.
+/// The reasons for a failure that callers distinguish. Callers never parse the sentence of an error.
 enum class FailureCode : std::int64_t {
   other = 1,
   /// A file, feed, line or host does not exist.
@@ -44,7 +44,7 @@ enum class FailureCode : std::int64_t {
   cancelled = 16,
   /// A value that the user gave cannot be used.
   invalid = 17,
-  /// It is not known because nothing has told it yet, e.g. the lines of a feed without alerts.
+  /// Nothing is known about it yet, e.g. the lines of a feed without alerts.
   unknown = 18,
 };
 

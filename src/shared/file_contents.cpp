@@ -47,7 +47,7 @@ Error systemFailure(const fs::path& file) {
   return failure(failureCodeOf(error), file.string(), "", error.message());
 }
 
-/// Waits for bytes of an open file within the limits, which count from the construction.
+/// Waits for bytes of an open file within the limits. The time runs from the construction.
 class Wait {
  public:
   Wait(const fs::path& file, const ReadingLimits& limits) : file_(file), limits_(limits) {}
@@ -72,15 +72,15 @@ class Wait {
   const Clock::time_point start_ = Clock::now();
 };
 
-/// True for a name such as /dev/stdout, which stands for an open file of a process. Another file cannot be
-/// renamed to it, not even where the open file is a plain one.
-bool namesSomethingOpen(const fs::path& file) {
+/// True for a name such as /dev/stdout, which stands for an open file of a process. A rename to such a name
+/// fails, even when the open file is a regular one.
+bool namesOpenFile(const fs::path& file) {
   std::error_code ignored;
   return fs::canonical(file.parent_path(), ignored).string().starts_with("/proc/");
 }
 
 /// The descriptor that a name such as /dev/stdout stands for in this process; absent for other names. Opening
-/// the name instead would start at an offset of its own, and both writers would overwrite each other.
+/// the name instead would give a second file offset, and the two writers would overwrite each other.
 std::optional<int> ownDescriptor(const fs::path& file) {
   std::error_code ignored;
   if (fs::canonical(file.parent_path(), ignored) != fs::canonical("/proc/self/fd", ignored))
@@ -91,11 +91,11 @@ std::optional<int> ownDescriptor(const fs::path& file) {
   return fault == std::errc() && end == name.data() + name.size() ? std::optional(number) : std::nullopt;
 }
 
-/// The file that a chain of links leads to; the last link of a chain that is too long.
-fs::path followed(fs::path file) {
+/// The target of a chain of links; the last link of the first 40 when the chain is longer.
+fs::path linkTarget(fs::path file) {
   constexpr int kMostLinks = 40;
   std::error_code error;
-  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error) && !namesSomethingOpen(file); ++links)
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error) && !namesOpenFile(file); ++links)
     file = file.parent_path() / fs::read_symlink(file, error);
   return file;
 }
@@ -103,7 +103,7 @@ fs::path followed(fs::path file) {
 bool isReplaceable(const fs::path& file) {
   std::error_code ignored;
   const fs::file_type type = fs::symlink_status(file, ignored).type();
-  return (type == fs::file_type::regular || type == fs::file_type::not_found) && !namesSomethingOpen(file);
+  return (type == fs::file_type::regular || type == fs::file_type::not_found) && !namesOpenFile(file);
 }
 
 /// False with `errno` set when it failed.
@@ -173,7 +173,7 @@ Outcome<Bytes> bytesOf(const fs::path& file, const ReadingLimits& limits) {
 }
 
 std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
-  const fs::path target = followed(file);
+  const fs::path target = linkTarget(file);
   if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
   return systemFailure(file);
 }

@@ -15,13 +15,13 @@
 
 namespace linewatch {
 
-/// A larger file of the user's is not read.
+/// The size limit for files of the user. A larger file is an error.
 inline constexpr std::size_t kLargestFile = 64 * kMebibyte;
 
-/// A file that goes beyond a limit, as an endless device does, is an error.
+/// The limits for reading one file. A file that exceeds them, e.g. an endless device, is an error.
 struct ReadingLimits {
   std::size_t bytes = kLargestFile;
-  /// For the whole file, with the wait for the writer of a pipe; absent: no limit.
+  /// The time for the whole file, including the wait for the writer of a pipe; absent: no limit.
   std::optional<Seconds> time = {};
   /// A stop request, on any thread, ends the reading with an error.
   std::stop_token stop = {};
@@ -33,7 +33,7 @@ Outcome<std::string> contentsOf(const std::filesystem::path& file, const Reading
 Outcome<Bytes> bytesOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
 
 /// Writes a file whole or not at all: the old contents stay until the new ones are on the disk. A link stays
-/// a link: the file it leads to is written. A pipe, a device or /dev/stdout is written in place. An error
+/// a link: its target is written. A pipe, a device or /dev/stdout is written in place. The error of a failure
 /// reads "FILE: why".
 std::optional<Error> writeWhole(const std::filesystem::path& file, std::string_view bytes);
 

@@ -3,7 +3,7 @@
 #include <mutex>
 
 // Attributes for clang's thread safety analysis; empty for other compilers. The standard library's own mutex
-// has none of them here.
+// does not have these attributes.
 #if defined(__clang__)
 #define LINEWATCH_THREAD_ATTRIBUTE(x) __attribute__((x))
 #else

@@ -8,9 +8,9 @@ namespace linewatch {
 /// The hash of a whole number, modulo 2^64.
 inline std::uint64_t hashOfNumber(std::uint64_t value) { return value * 2654435761U; }
 
-/// The hash of |value|: the hash of the rounded number plus the positive remainder, scaled to 64 bits. A
-/// number and its negative hash equally, and whole numbers hash as integers do. Numbers that are not finite
-/// hash to 0.
+/// The hash of |value|: the hash of the rounded number, plus the remainder scaled to 64 bits if it is
+/// positive. A number and its negative hash equally, and whole numbers hash as integers do. Numbers that are
+/// not finite hash to 0.
 inline std::uint64_t hashOfNumber(double value) {
   constexpr double kTwoTo64 = 18446744073709551616.0;
   const double amount = std::fabs(value);

@@ -8,7 +8,7 @@
 
 namespace linewatch {
 
-/// What may stand where the system asks for "any object": it can be compared, hashed and described.
+/// The base of all objects that can be compared, hashed and described.
 ///
 /// By default an object equals only itself. A class that overrides `isEqual` also overrides `hash`, because
 /// equal objects must hash equally.

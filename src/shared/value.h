@@ -24,10 +24,11 @@ using Array = std::vector<Value>;
 /// Keyed by UTF-8 text, in byte order of the keys.
 using Dictionary = std::map<std::string, Value, std::less<>>;
 
-/// A value of no fixed type, as user infos, preferences, error infos and dictionary forms hold it.
+/// A value of one of several types. User infos, preferences, error infos and dictionary forms consist of
+/// values.
 ///
-/// Two values are equal when they hold the same kind and the same contents, to the last level; a signed and
-/// an unsigned integer are different kinds. Equal values hash equally.
+/// Two values are equal when they hold the same kind and equal contents, at every level; a signed and an
+/// unsigned integer are different kinds. Equal values hash equally.
 class Value {
  public:
   using Storage = std::variant<bool, std::int64_t, std::uint64_t, double, std::string, Bytes, Array,
@@ -69,7 +70,7 @@ class Value {
 /// The value for "no value": an absent object.
 Value noValue();
 bool isNoValue(const Value& value);
-/// The value, or the one that stands for none.
+/// The value, or `noValue()` when it is absent.
 template <class T>
 Value valueOrNone(const std::optional<T>& value) {
   return value ? Value(*value) : noValue();

@@ -20,7 +20,7 @@ class Image;
 /// The image of a row's artwork.
 class ArtworkImageSource : public Object {
  public:
-  /// True when `secureArchive` can stand for the source in a comparison.
+  /// True when the source may be compared by its `secureArchive`.
   virtual bool supportsSecureArchiving() const { return false; }
   /// The source archived with secure coding; absent when that fails.
   virtual std::optional<Bytes> secureArchive() const { return std::nullopt; }

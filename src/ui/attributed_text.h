@@ -18,7 +18,7 @@ struct ParagraphStyle {
   bool operator==(const ParagraphStyle&) const = default;
 };
 
-/// The attributes of a run of text. For an absent one the label's own applies.
+/// The attributes of a run of text. An absent attribute is the label's own.
 struct TextAttributes {
   std::optional<Font> font;
   std::optional<Color> color;
@@ -27,7 +27,7 @@ struct TextAttributes {
   bool operator==(const TextAttributes&) const = default;
 };
 
-/// A text in runs of equal attributes. A value.
+/// A text that consists of runs with their own attributes. A value.
 class AttributedText {
  public:
   /// From byte `begin` of the text to the next run.
@@ -50,7 +50,7 @@ class AttributedText {
   void append(std::string_view text, const TextAttributes& attributes = {});
   /// The style at the first character; absent when it has none or the text is empty.
   std::optional<ParagraphStyle> paragraphStyle() const;
-  /// Gives the style to the whole text; an empty text cannot carry one.
+  /// Gives the style to the whole text. Has no effect on an empty text.
   void setParagraphStyle(const ParagraphStyle& style);
 
   bool operator==(const AttributedText&) const = default;

@@ -49,9 +49,9 @@ class Canvas {
   virtual void save() = 0;
   virtual void restore() = 0;
   virtual void translate(const Point& offset) = 0;
-  /// From here on nothing is drawn outside `rect`.
+  /// Clips later drawing to `rect`.
   virtual void clip(const Rect& rect) = 0;
-  /// From here on opacities are multiplied by `alpha`.
+  /// Multiplies the opacity of later drawing by `alpha`.
   virtual void multiplyAlpha(double alpha) = 0;
 
   virtual void fillRect(const Rect& rect, const Color& color) = 0;

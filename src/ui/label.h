@@ -11,8 +11,7 @@
 
 namespace linewatch::ui {
 
-/// Shows text. When it does not fit into the label, the last whole line that fits ends in an
-/// ellipsis.
+/// Shows text. When the text does not fit into the label, the last line that fits ends in an ellipsis.
 class Label : public View {
  public:
   Label();

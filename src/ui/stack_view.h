@@ -12,7 +12,7 @@ namespace linewatch::ui {
 /// takes no space.
 class StackView : public View {
  public:
-  /// The view becomes the lowest, as a subview that is laid out by constraints.
+  /// Adds the view at the bottom. It is a subview that is laid out by constraints.
   void addArrangedSubview(const std::shared_ptr<View>& view);
 
   /// Points.

@@ -41,7 +41,7 @@ void TableView::reloadData() {
   setNeedsLayout();
 }
 
-// The rows of the other sections are asked for again too.
+// The other sections are reloaded too.
 void TableView::reloadSection(std::size_t section, RowAnimation animation) {
   reloadData();
   if (reloadHandler_) reloadHandler_(section, animation);
@@ -62,7 +62,8 @@ void TableView::loadRowsIfNeeded() {
   if (selected_ && flatRow(*selected_) >= heights_.count()) selected_.reset();
 }
 
-// A row that was in sight before most likely keeps its height, and the table its place.
+// Rows that were visible before keep their measured heights, so that the table does not jump. Other rows get
+// the delegate's estimate.
 void TableView::guessHeights(std::size_t count) {
   TableViewDelegate defaults;
   const auto delegate = delegate_.lock();
@@ -250,7 +251,7 @@ void TableView::placeFooter() {
 
 // ---- Scrolling ----
 
-// Rows are on the pixel grid; the offset itself adds up small steps.
+// Rows are drawn on the pixel grid. The stored offset is not rounded, so that small scroll steps add up.
 double TableView::offsetOnGrid() const { return snappedToPixel(contentOffset_); }
 
 double TableView::contentHeight() {

@@ -81,8 +81,8 @@ class TableView : public View {
 
   std::size_t numberOfSections();
   std::size_t numberOfRowsInSection(std::size_t section);
-  /// Asks the data source again at the next layout or question. The scroll offset stays, within the new
-  /// content; a press on a row ends.
+  /// The data source is asked again at the next layout, or when a row is asked for before. The scroll offset
+  /// stays, limited to the new content; a press on a row ends.
   void reloadData();
   void reloadSection(std::size_t section, RowAnimation animation);
   /// Called for every section that is reloaded. For the window.
@@ -103,7 +103,7 @@ class TableView : public View {
   // ---- Appearance ----
 
   const EdgeInsets& separatorInset() const { return separatorInset_; }
-  /// From the edges of the row. Left and right do not depend on the layout direction.
+  /// Measured from the row's edges. Left and right do not depend on the layout direction.
   void setSeparatorInset(const EdgeInsets& inset);
   void setSeparatorEffect(std::optional<VibrancyEffect> effect);
   /// Below the last row, with the height of its frame.
@@ -168,7 +168,7 @@ class TableView : public View {
   /// The number of rows before each section; the last element counts all rows.
   std::vector<std::size_t> sectionStarts_{0};
   RowHeights heights_;
-  /// For each row, whether its height is its cell's, not an estimate.
+  /// For each row, true when its height is the cell's and not an estimate.
   std::vector<bool> measured_;
   bool rowsLoaded_ = false;
   std::vector<ShownRow> shown_;

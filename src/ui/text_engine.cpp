@@ -7,7 +7,7 @@ namespace linewatch::ui {
 
 namespace {
 
-// The share of the spare width that lies left of the line.
+// The fraction of the spare width that is left of the line.
 double shareBefore(const TextLayoutRequest& request) {
   switch (request.alignment) {
     case TextAlignment::left:

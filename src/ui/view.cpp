@@ -37,7 +37,7 @@ void View::addSubview(const std::shared_ptr<View>& view) { insertSubview(view, s
 
 void View::insertSubview(const std::shared_ptr<View>& view, std::size_t index) {
   if (!view || isDescendantOf(*view)) return;
-  // The reference given may be to the superview's own pointer.
+  // `view` may refer to a pointer in the former superview, which removeFromSuperview erases.
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): keeps the view alive
   const std::shared_ptr<View> added = view;
   added->removeFromSuperview();

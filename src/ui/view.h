@@ -33,7 +33,7 @@ class View : public LayoutBox {
   /// one is not added.
   void addSubview(const std::shared_ptr<View>& view);
   void insertSubview(const std::shared_ptr<View>& view, std::size_t index);
-  /// Constraints with views that stay behind become inactive.
+  /// Constraints between this view or its subviews and other views become inactive.
   void removeFromSuperview();
 
   // ---- Geometry ----
@@ -107,7 +107,7 @@ class View : public LayoutBox {
   virtual void shownSubviewsDidChange(View& /*subview*/) {}
   /// A view inside was marked for layout.
   virtual void descendantDidNeedLayout() {}
-  /// In front of the subviews.
+  /// Draws in front of the subviews.
   virtual void drawOverlay(Canvas& /*canvas*/) {}
 
  private:

@@ -9,7 +9,7 @@ namespace linewatch {
 
 class RVTransitIncidentsViewController;
 
-/// Hears what the widget's host does, in the order in which it does it, e.g. to record it. Main thread.
+/// Observes the actions of the widget's host as they happen, e.g. to record them. Main thread.
 class HostObserver {
  public:
   virtual ~HostObserver() = default;
@@ -18,15 +18,15 @@ class HostObserver {
   /// lives as long as the controller.
   virtual void hostDidLoad(const std::shared_ptr<RVTransitIncidentsViewController>& controller,
                            const Size& bounds) = 0;
-  // The host is about to call the controller.
+  // Called before the host calls the controller.
   virtual void hostWillShow() = 0;
   virtual void hostWillHide() = 0;
   virtual void hostWillAskForUpdate() = 0;
   virtual void hostWillChangeMode(WidgetDisplayMode mode) = 0;
   virtual void hostWillResize(const Size& size) = 0;
-  /// The user taps a row that highlights.
+  /// The user taps a row that can be tapped.
   virtual void hostWillTap(std::size_t row) = 0;
-  /// Whether something was opened for the last tap, within the tap or later.
+  /// The outcome of the last tap: whether something was opened. Called during the tap or later.
   virtual void hostDidOpen(bool success) = 0;
   /// The rows have changed.
   virtual void hostDidShowContent() = 0;

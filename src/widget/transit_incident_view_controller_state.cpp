@@ -52,7 +52,8 @@ std::shared_ptr<RVResult> decodeResult(KeyedDecoder& decoder) {
   return nullptr;
 }
 
-/// An empty state for a valid record without a result, which is not a decoding failure.
+/// The decoded state. A record without a result gives an empty state, because null would count as a decoding
+/// failure.
 SharedState stateOrEmpty(KeyedDecoder& decoder) {
   auto state = State::makeWithDecoder(decoder);
   return state ? state : std::make_shared<const State>(nullptr, false);

@@ -29,7 +29,7 @@ void requireMainThread() {
   std::abort();
 }
 
-/// Every result but an error is new data for the host, even when the list did not change.
+/// A result without an error is reported as new data, even when the list did not change.
 WidgetUpdateResult updateResultOf(const RVResult& result) {
   return result.error() ? WidgetUpdateResult::failed : WidgetUpdateResult::newData;
 }
@@ -48,7 +48,7 @@ RVTransitIncidentsViewController::RVTransitIncidentsViewController(std::shared_p
                                                                    const Size& viewSize)
     : extensionContext_(std::move(context)), viewSize_(viewSize) {}
 
-// A running updater is kept alive by the main loop.
+// The main loop keeps a running updater alive, so it must be invalidated.
 RVTransitIncidentsViewController::~RVTransitIncidentsViewController() { setUpdater(nullptr); }
 
 // ---- View lifecycle ----
@@ -64,7 +64,7 @@ void RVTransitIncidentsViewController::viewDidLoad() {
 
 void RVTransitIncidentsViewController::viewWillAppear(bool animated) {
   ViewController::viewWillAppear(animated);
-  view();  // A view that appears is loaded.
+  view();  // loads the view when it is not loaded yet
   visible_ = true;
   _createUpdaterForTransitLineItemsIfVisible();
   _contentSizeCategoryDidChange();

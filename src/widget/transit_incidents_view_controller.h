@@ -39,7 +39,7 @@ class RVTransitIncidentsViewController final
 
   std::shared_ptr<ExtensionContext> extensionContext() const override { return extensionContext_; }
 
-  // The host's calls.
+  // Called by the host.
 
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
@@ -53,7 +53,7 @@ class RVTransitIncidentsViewController final
   void widgetActiveDisplayModeDidChange(WidgetDisplayMode activeDisplayMode,
                                         const Size& withMaximumSize) override;
 
-  // What the updater and the data source report.
+  // Called by the updater and the data source.
 
   void transitIncidentUpdaterDateExpired(RVTransitIncidentUpdater& updater, Date date) override;
   void transitIncidentUpdaterNeedsRefresh(RVTransitIncidentUpdater& updater) override;
@@ -71,7 +71,8 @@ class RVTransitIncidentsViewController final
   const std::shared_ptr<RVTransitIncidentUpdater>& updater() const { return updater_; }
   /// The fetch in flight, or null.
   const std::shared_ptr<RVTransitIncidentFetcherRequest>& request() const { return request_; }
-  /// Called when a fetch begins and when it has ended, whoever started it. For the host.
+  /// The handler is called at the start and at the end of every fetch, also of a fetch that the host did not
+  /// ask for.
   void setRequestHandler(std::function<void()> handler) { requestHandler_ = std::move(handler); }
   /// The result of the last fetch; null before the first. A restored list is not stored here.
   const std::shared_ptr<RVResult>& transitLineItemResult() const { return transitLineItemResult_; }

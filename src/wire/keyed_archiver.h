@@ -33,7 +33,7 @@ class KeyedCoder {
   virtual void encodeBytes(std::string_view key, const Bytes& bytes) = 0;
 };
 
-/// The classes that a decoding accepts: the names of archivable classes, and the three kinds below. The
+/// The classes that a decoder accepts: the names of archivable classes and the three names below. The
 /// elements of a list must be allowed too.
 using AllowedClasses = std::set<std::string, std::less<>>;
 /// Any plain value, with everything in it.
@@ -42,7 +42,7 @@ inline constexpr std::string_view kArchivedArrayClass = "array";
 inline constexpr std::string_view kArchivedErrorClass = "error";
 
 /// Gives the parts of an object that is being read. A part that is not of an allowed class or cannot be read
-/// is absent, and the whole decoding reports an error at its end.
+/// is absent, and the unarchiver reports the error at the end.
 class KeyedDecoder {
  public:
   virtual ~KeyedDecoder() = default;
@@ -82,7 +82,7 @@ class KeyedUnarchiver {
   /// first failure in any part, or to absent.
   virtual std::optional<ArchivedObject> decodeTopLevelObject(const AllowedClasses& allowed,
                                                              std::optional<Error>& error) = 0;
-  /// After this call every decoding is absent, without an error.
+  /// After this call every part is absent, without an error.
   virtual void finishDecoding() = 0;
 };
 
@@ -90,8 +90,8 @@ class KeyedUnarchiver {
 class KeyedArchiver {
  public:
   virtual ~KeyedArchiver() = default;
-  /// The archive; absent when `root` holds an object of the process, nests too deep, or holds an object
-  /// without secure coding although that is required.
+  /// The archive; absent when `root` nests too deep or holds something that cannot be archived: a `Value`
+  /// that is an in-memory object, or an object without secure coding when that is required.
   virtual std::optional<Bytes> archivedData(const ArchivedObject& root, bool requiringSecureCoding) = 0;
   /// A reader of the bytes; null when they do not start like an archive.
   virtual std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes& bytes) = 0;

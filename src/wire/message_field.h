@@ -27,8 +27,7 @@ struct FieldNumber {};
 ///     T                       a scalar or text, present when it is not 0 or empty
 ///     std::optional<T>        a scalar, text, record or packed list of numbers, present when it has a value
 ///     std::shared_ptr<T>      a nested record or message, present when not null; merging changes it in
-///     place,
-///                             but replaces a const one by a merged copy
+///                             place, or replaces it by a merged copy when T is const
 ///     std::vector<std::shared_ptr<T>>, also optional
 ///                             a repeated record or message, written as one entry for each element; no
 ///                             element is null

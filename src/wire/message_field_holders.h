@@ -18,24 +18,24 @@
 
 namespace linewatch {
 
-/// The class that reading and deep copying create for a reference or list of `T`: `T` itself, unless `T` is
-/// an interface, for which this is specialised.
+/// The class of the objects that reading and deep copying create where a record holds a `T`. Specialised for
+/// interfaces, which have no objects of their own.
 template <class T>
 struct StoredAs {
   using Type = T;
 };
 
-/// Gives access to a record's fields. A class that keeps them in a struct names it `Fields`, holds it in
-/// `fields_` and befriends this; any other record holds its fields itself.
+/// Gives access to a record's fields. They are members of the record, or of a struct `Record::Fields` in the
+/// member `fields_`; in the second case the record befriends this struct.
 struct RecordFields {
   template <class Record>
-  static constexpr bool areApart = requires {
+  static constexpr bool areInStruct = requires {
     typename std::remove_const_t<Record>::Fields;
   };
 
   template <class Record>
   static auto& of(Record& record) {
-    if constexpr (areApart<Record>) {
+    if constexpr (areInStruct<Record>) {
       return record.fields_;
     } else {
       return record;

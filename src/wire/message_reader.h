@@ -31,7 +31,8 @@ class MessageReader {
   bool hasError() const { return hasError_; }
   bool hasMore() const { return at_ < end_ && !hasError_; }
 
-  /// Reads at most ten bytes. When the tenth says that another follows, the value is 0, without an error.
+  /// Reads at most ten bytes. When the tenth byte has its continuation bit set, the value is 0, without an
+  /// error.
   std::uint64_t readVarint() {
     if (at_ < end_ && *at_ < 0x80) [[likely]]
       return *at_++;
@@ -85,7 +86,7 @@ class MessageReader {
 
  private:
   std::size_t remaining() const { return static_cast<std::size_t>(end_ - at_); }
-  /// Absent when that many bytes are not left.
+  /// Absent when fewer bytes are left.
   std::optional<std::size_t> readLength() {
     const std::uint64_t length = readVarint();
     if (hasError_ || length > remaining()) {

@@ -1,4 +1,4 @@
-// What a row opens, and how: user activities, URLs, and the bytes that they carry.
+// Tests the opening of rows: user activities, URLs, and the bytes in them.
 
 #include <cstdlib>
 #include <optional>

@@ -12,7 +12,7 @@
 namespace linewatch {
 
 /// Fills records of every kind by their field tables: each field is present half the time, with values that
-/// favour the edges of their types. The seed decides all.
+/// favour the edges of their types. The seed determines the record.
 class RandomRecord {
  public:
   explicit RandomRecord(std::uint64_t seed) : random_(seed) {}
@@ -63,7 +63,7 @@ class RandomRecord {
     }
   }
 
-  /// Of any number of bits, near a power of two.
+  /// A number of random length in bits, near a power of two.
   std::uint64_t number() { return (std::uint64_t{1} << oneOf(64)) + oneOf(3) - 1; }
 
   double real() {
@@ -79,7 +79,7 @@ class RandomRecord {
                       -static_cast<int>(oneOf(80)));
   }
 
-  /// Short, or longer than a length of one byte can say.
+  /// A short text, or one whose length does not fit into one byte.
   std::string text() {
     std::string text;
     for (std::uint64_t left = oneOf(8) == 0 ? oneOf(300) : oneOf(12); left > 0; --left) {

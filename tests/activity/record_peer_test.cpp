@@ -1,4 +1,4 @@
-// The record beside the same record of an independent implementation of the encoding.
+// Compares the record with the same record of an independent implementation of the encoding.
 
 #include <algorithm>
 #include <random>
@@ -154,7 +154,7 @@ TEST(RecordPeer, DamagedBytesDoNotCrashTheReader) {
     }
     const auto read = messageWithData<RovaActivity>(bytes);
     if (!read) continue;
-    // What has been read is whole: it writes, and reads again as the same.
+    // A record that was read can be written and read again unchanged.
     const Bytes again = read->data();
     const auto reread = messageWithData<RovaActivity>(again);
     ASSERT_NE(reread, nullptr) << "round " << round;

@@ -141,7 +141,7 @@ TEST(RovaActivity, AFailedReadLeavesTheRecordPartlyFilled) {
   EXPECT_EQ(cut.selectedTransitFeatureID(), 0U);
 }
 
-TEST(RovaActivity, WritesAFieldThatIsPresentWhateverItsValue) {
+TEST(RovaActivity, WritesAPresentFieldEvenWhenItIsZeroOrEmpty) {
   RovaActivity activity;
   EXPECT_FALSE(activity.hasSelectedTransitFeatureID());
   activity.setSelectedTransitFeatureID(0);
@@ -163,7 +163,7 @@ TEST(RovaActivity, WritesAFieldThatIsPresentWhateverItsValue) {
   EXPECT_FALSE(activity.hasLineItem());
 }
 
-TEST(RovaActivity, EnumerationsReadAsZeroBehindAClearFlag) {
+TEST(RovaActivity, AnEnumerationReadsAsZeroWhileItsFlagIsClear) {
   RovaActivity activity;
   activity.setCollectionsMode(CollectionsMode::contacts);
   activity.setHasCollectionsMode(false);
@@ -255,7 +255,7 @@ TEST(RovaActivity, CopyingSharesAndDeepCopyingDoesNot) {
   EXPECT_TRUE(original.isEqual(fullActivity()));
 }
 
-TEST(RovaActivity, MergingTakesOverTheFieldsThatTheOtherHas) {
+TEST(RovaActivity, MergingTakesThePresentFieldsOfTheOther) {
   RovaActivity into, from;
   into.setCollectionsMode(CollectionsMode::recents);
   into.setSearchString("kept");

@@ -22,7 +22,7 @@ struct Period {
 /// The incidents of each line.
 using Lines = std::vector<std::vector<Period>>;
 
-/// Notes what it hears as "expired 60 at 60" and "refresh at 1800", in seconds from the start.
+/// Records its calls as "expired 60 at 60" and "refresh at 1800", in seconds from the start.
 class Listener : public RVTransitIncidentUpdaterObserver {
  public:
   void transitIncidentUpdaterDateExpired(RVTransitIncidentUpdater& updater, Date date) override {

@@ -1,5 +1,5 @@
-// Random cities, each list compared with a simple and slow model: rows are texts, tables are lists that are
-// searched from the start.
+// Compares the lists of random cities with a simple, slow model. In the model rows are texts, and maps are
+// lists that are searched from the start.
 
 #include <algorithm>
 #include <map>
@@ -23,7 +23,7 @@
 namespace linewatch {
 namespace {
 
-/// A row, or the summary, in words that hold all that tells it from others.
+/// A row or the summary as texts. Rows that differ have different texts.
 struct ModelRow {
   std::string primary, secondary, artwork, opens;
   auto operator<=>(const ModelRow&) const = default;
@@ -49,7 +49,7 @@ std::string incidentList(const TransitIncidents& incidents) {
 }
 const std::string kGoodServiceURL = "rova://favorites?type=2&map=3";
 
-/// The plain statement.
+/// The simple model.
 class PlainList {
  public:
   PlainList(const TransitLineItems& lines, std::size_t limit) : lines_(lines), limit_(limit) { collect(); }
@@ -193,7 +193,7 @@ class PlainList {
             "good-alt-v2 at 0.20000000298023224", kGoodServiceURL};
   }
 
-  /// Rows from the top, the overflow row, and good service last, so far as there is room.
+  /// Incident rows, then the overflow row, then the good-service row if there is room.
   std::vector<ModelRow> limited() const {
     const bool hasGood = unaffected_ > 0;
     std::vector<ModelRow> all = rows_;
@@ -224,7 +224,7 @@ class PlainList {
   std::vector<std::pair<ModelRow, Lines>> table_;
 };
 
-/// The list of the system, in the same words.
+/// The list of the real builder, as the same texts.
 class Reading {
  public:
   explicit Reading(const TransitLineItems& lines) {
@@ -295,7 +295,7 @@ class Reading {
   std::map<Bytes, std::string> lineOfBytes_;
 };
 
-/// A small city in which much coincides: names, texts, artworks, incidents, whole lines.
+/// A small city with many duplicates: names, texts, artworks, incidents and whole lines.
 class RandomCity {
  public:
   explicit RandomCity(std::uint64_t seed) : random_(seed) {}

@@ -147,6 +147,14 @@ TEST_F(ListBuilder, SummaryAndOverflowOpenNothingWithoutAnArchive) {
   EXPECT_EQ(build(two, 1)->expandedItems()->at(0)->openable(), nullptr);
 }
 
+TEST_F(ListBuilder, SummaryAndOverflowArchiveTheirIncidentsInPlainMode) {
+  const auto quiet = std::make_shared<QuietPlatform>();
+  installPlatform(quiet);
+  build({{"A", {incident(1, "I1"), incident(2, "I2")}}}, 1);
+  EXPECT_EQ(quiet->keyedArchiver().plainCount, 2U) << "the summary and the overflow row";
+  EXPECT_EQ(quiet->keyedArchiver().secureCount, 0U);
+}
+
 TEST_F(ListBuilder, AnErrorWinsAndItsTextFollowsTheDiagnosis) {
   struct Row {
     ConnectionFailureDiagnosis diagnosis;
@@ -227,7 +235,7 @@ TEST_F(ListBuilder, EachRowSharesTheSessionAndNeverResetsIt) {
 }
 
 TEST_F(ListBuilder, RewritesTheFirstOfTwoRowsThatBecomeEqual) {
-  // The first row, rewritten, equals the second. The second's turn then rewrites the first one again.
+  // Rewriting the first row makes it equal to the second. Rewriting the second then changes the first again.
   const auto twice = incident(1, "Strike", "T");
   const auto worded = incident(2, "Strike", "LineWatch_Single_Line_Prepended_Incident_Text(A|T)");
   const auto system = std::make_shared<const TransitSystem>(TransitSystem{.artwork = shield("M")});
@@ -241,7 +249,7 @@ TEST_F(ListBuilder, RewritesTheFirstOfTwoRowsThatBecomeEqual) {
                           "Strike / LineWatch_Single_Line_Prepended_Incident_Text(A|T)"));
 }
 
-TEST_F(ListBuilder, RowsWhoseTextsAreEqualHashDifferentlyInAMap) {
+TEST_F(ListBuilder, ItemsWithTwoEqualTextsHaveDistinctTableHashes) {
   std::set<std::size_t> hashes;
   for (int number = 0; number < 1000; ++number) {
     const std::string text = "Line " + std::to_string(number);

@@ -1,4 +1,4 @@
-// When a rebuilt list counts as the same: the equality of its parts.
+// Tests the equality of a list and its parts, which decides whether a rebuilt list is the same.
 
 #include <memory>
 #include <optional>
@@ -59,7 +59,8 @@ TEST(ConfiguredArtwork, ComparesOpacityThenSourcesThenTheirArchives) {
   EXPECT_EQ(RVConfiguredArtwork(nullptr, kFullAlpha).hash(), 2654435761U);
   EXPECT_EQ(RVConfiguredArtwork(nullptr, kFaintAlpha).hash(), 3689348869717491712U);
   EXPECT_EQ(RVConfiguredArtwork(one, kFullAlpha).hash(), 2654435761U ^ one->hash());
-  // Rounded up nothing is left over, below a half all of it; the sign does not count.
+  // A fraction of a half or more is rounded up and has no remainder. A smaller fraction is the remainder. The
+  // sign does not matter.
   EXPECT_EQ(RVConfiguredArtwork(nullptr, 0.75).hash(), 2654435761U);
   EXPECT_EQ(RVConfiguredArtwork(nullptr, -1.25).hash(), 2654435761U + (std::size_t{1} << 62U));
 }

@@ -34,18 +34,23 @@ class CountingCompressor final : public Compressor {
   std::size_t count = 0;
 };
 
-/// Archives everything as one byte.
+/// Archives everything as one byte and counts the archives of each mode.
 class QuietArchiver final : public KeyedArchiver {
  public:
-  std::optional<Bytes> archivedData(const ArchivedObject&, bool) override { return Bytes{1}; }
+  std::optional<Bytes> archivedData(const ArchivedObject&, bool requiringSecureCoding) override {
+    ++(requiringSecureCoding ? secureCount : plainCount);
+    return Bytes{1};
+  }
   std::unique_ptr<KeyedUnarchiver> openForReading(const Bytes&) override { return nullptr; }
+
+  std::size_t plainCount = 0, secureCount = 0;
 };
 
-/// A simulated platform without a session transcript, compression and archives. A test or benchmark on it
-/// sees the building of a list alone.
+/// A simulated platform without a session transcript, compression and archives. On it a test or benchmark
+/// runs only the building of a list.
 class QuietPlatform final : public ForwardingPlatform {
  public:
-  KeyedArchiver& keyedArchiver() override { return archiver_; }
+  QuietArchiver& keyedArchiver() override { return archiver_; }
   QuietSession& userSession() override { return session_; }
   CountingCompressor& compressor() override { return compressor_; }
 

@@ -52,6 +52,7 @@ TEST(IcuLocalization, FormatsCountsForTheLocale) {
       {"en", "LineWatch_GoodService_SecondaryText_Plural", 12, "No advisories for your 12 favorite lines"},
       {"de", "LineWatch_GoodService_SecondaryText_Plural", 12, "Keine Störungen auf deinen 12 Linien"},
       {"en", "LineWatch_GoodService_Overflow_SecondaryText", 1, "No advisories for 1 other line"},
+      {"de", "LineWatch_GoodService_Overflow_SecondaryText", 1, "Keine Störungen auf 1 weiteren Linie"},
       {"de", "LineWatch_GoodService_Overflow_SecondaryText", 3, "Keine Störungen auf 3 weiteren Linien"},
       {"de", "Transit_Incident_Not_Displayed_Incidents", 1234, "+1.234"},
       // 0 is singular in French, but not in an English text.

@@ -28,7 +28,7 @@ class DynamicType : public PlatformTest {
   }
 };
 
-/// Notes what it finds when it is told.
+/// Records the font and the lengths that it finds when it is called.
 class Witness : public Object {
  public:
   explicit Witness(std::vector<std::string>& notes, std::string name = "")
@@ -126,14 +126,14 @@ TEST_F(DynamicType, DoesNothingWithoutAProviderAndReplacesEarlierRegistrations) 
   EXPECT_EQ(constraint->constant(), 41);
 }
 
-TEST_F(DynamicType, TellsInOrderAfterFontsAndFromOrderOneOnAfterLengths) {
+TEST_F(DynamicType, RunsOrderZeroAfterFontsAndLaterOrdersAfterLengths) {
   std::vector<std::string> notes;
   auto witness = std::make_shared<Witness>(notes);
   ui::View view;
   witness->label = std::make_shared<ui::Label>();
   witness->stack = std::make_shared<ui::StackView>();
   witness->constraint = view.heightAnchor().constraintEqualToConstant(0);
-  // Registered in the reverse of the order of telling.
+  // Registered in the reverse order of the calls.
   DynamicTypeWizard::makeObject(witness, &Witness::second, 2);
   DynamicTypeWizard::makeObject(witness, &Witness::look, 1);
   DynamicTypeWizard::makeObject(witness, &Witness::look, 0);

@@ -7,7 +7,7 @@ namespace {
 
 using LabelExtras = PlatformTest;
 
-TEST_F(LabelExtras, TheLineSpacingIsThatOfTheFirstCharacterAndIsSetForAll) {
+TEST_F(LabelExtras, ReadsTheLineSpacingOfTheFirstCharacterAndSetsItForAll) {
   ui::Label label;
   EXPECT_EQ(_rova_lineSpacing(label), 0);
   _rova_setLineSpacing(label, 4);

@@ -256,20 +256,20 @@ TEST_F(TransitIncidentDataSource, TellsTheDelegateOncePerChange) {
   }
 }
 
-TEST_F(TransitIncidentDataSource, AnalyticsHearOfResultsAndRebuildsOnly) {
+TEST_F(TransitIncidentDataSource, RecordsOnlyResultsAndRebuildsInAnalytics) {
   make(resultOf(city()));
   const auto controller = platform_->makeViewController();
   const auto analytics = std::make_shared<RVTransitIncidentsAnalyticsDelegate>(controller);
   analytics->startSessionIfNeeded();
-  const auto heardOf = [&] { return analytics->analyticsData()->transitIncidents.size(); };
+  const auto recordedCount = [&] { return analytics->analyticsData()->transitIncidents.size(); };
   dataSource_->updateTransitLineItemResult(dataSource_->transitLineItemResult(), analytics);
-  EXPECT_EQ(heardOf(), 0U) << "the result that it already holds";
+  EXPECT_EQ(recordedCount(), 0U) << "the result that it already holds";
   dataSource_->updateTransitLineItemResult(resultOf(city()), analytics);
-  EXPECT_EQ(heardOf(), 3U) << "also when the list is the same";
+  EXPECT_EQ(recordedCount(), 3U) << "also when the list is the same";
   dataSource_->setRowHeight(64, 2);
-  EXPECT_EQ(heardOf(), 3U);
+  EXPECT_EQ(recordedCount(), 3U);
   dataSource_->recalculateDataSourceItemsWithAnalytics(analytics);
-  EXPECT_EQ(heardOf(), 6U);
+  EXPECT_EQ(recordedCount(), 6U);
   EXPECT_EQ(listener_->updates, 1) << "of the limit only";
 }
 
@@ -316,7 +316,7 @@ TEST_F(TransitIncidentDataSource, TheColumnLeaves214PointsToTheText) {
   EXPECT_LT(dataSource_->artworkColumnWidth(), 135.5);
 }
 
-TEST_F(TransitIncidentDataSource, TellsOfAWidthThatChangesTheRows) {
+TEST_F(TransitIncidentDataSource, NotifiesOfAWidthThatChangesTheRows) {
   make(resultOf(quietCity(100)));
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 116) << "the shield and the inset";
   EXPECT_EQ(updatesBy([&] { dataSource_->setAvailableWidth(400); }), 0) << "there is room for more";
@@ -337,7 +337,7 @@ TEST_F(TransitIncidentDataSource, TellsOfAWidthThatChangesTheRows) {
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 73);
 }
 
-TEST_F(TransitIncidentDataSource, TellsOfAnotherColumnEvenIfEveryShieldStaysTheSame) {
+TEST_F(TransitIncidentDataSource, NotifiesOfANewColumnWidthEvenIfNoShieldChanges) {
   make(resultOf(quietCity(1000)));
   const SummaryItem before = dataSource_->shieldAjustedSummaryItem();
   EXPECT_EQ(dataSource_->artworkColumnWidth(), 141) << "the smallest size just fits";

@@ -17,7 +17,7 @@ using Drawn = simulation::RecordingCanvas::Drawn;
 std::string missing(std::uint64_t count) {
   return "Transit_Incident_Not_Displayed_Incidents(" + std::to_string(count) + ")";
 }
-/// Of the simulation's text at 15 points.
+/// The width in points of the simulation's text at 15 points.
 double textWidth(const std::string& text) { return 7.5 * static_cast<double>(text.size()); }
 
 class SummaryCell : public Row {

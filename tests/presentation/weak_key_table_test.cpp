@@ -8,7 +8,7 @@
 namespace linewatch {
 namespace {
 
-TEST(WeakKeyTableTest, SweepsEntriesOfDestroyedObjectsAndTellsANewObjectAtTheirAddress) {
+TEST(WeakKeyTableTest, SweepsDestroyedObjectsAndAcceptsANewOneAtTheSameAddress) {
   WeakKeyTable<int, int> table;
   std::vector<std::shared_ptr<int>> kept;
   for (int i = 0; i < 10'000; ++i) {

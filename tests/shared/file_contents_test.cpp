@@ -37,7 +37,7 @@ class WriteWholeTest : public testing::Test {
   TemporaryFolder folder_;
 };
 
-TEST_F(WriteWholeTest, ReplacesAFileAndWhatALinkLeadsTo) {
+TEST_F(WriteWholeTest, ReplacesAFileAndTheTargetOfALink) {
   folder_.write("old", "before");
   fs::create_symlink("old", folder_ / "link");
   fs::create_symlink(folder_ / "link", folder_ / "second");
@@ -88,7 +88,7 @@ TEST_F(WriteWholeTest, PipesAndDevicesAreWrittenInPlace) {
 }
 
 // The shell goes on with the file that it has open.
-TEST_F(WriteWholeTest, AnOpenDescriptorIsWrittenWhereItStands) {
+TEST_F(WriteWholeTest, WritesAnOpenDescriptorAtItsOffset) {
   const std::string file = folder_ / "open";
   const auto closed = [](std::FILE* open) { std::fclose(open); };
   const std::unique_ptr<std::FILE, decltype(closed)> open(std::fopen(file.c_str(), "w+"), closed);

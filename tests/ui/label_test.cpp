@@ -82,7 +82,7 @@ TEST_F(LabelTest, TextOfAnyKindIsMeasured) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(LabelTest, ALineIsAsTallAsItsLargestFontAndTheSpacingSays) {
+TEST_F(LabelTest, ALineIsAsTallAsItsLargestFontPlusTheSpacing) {
   AttributedText text("a ", {Font(TextStyle::caption2), {}, {}});
   text.append("b", {Font(TextStyle::body), {}, {}});
   text.append("\nc", {Font(TextStyle::body), {}, {}});

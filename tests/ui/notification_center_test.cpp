@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 struct Observer final : Object {};
 
-TEST(NotificationCenterTest, ObserversAreCalledInOrderUntilTheyEndOrGo) {
+TEST(NotificationCenterTest, CallsObserversInOrderUntilTheyAreRemovedOrDestroyed) {
   NotificationCenter center;
   std::vector<std::string> calls;
   auto one = std::make_shared<Observer>();

@@ -247,7 +247,7 @@ struct RowState {
   }
 };
 
-TEST_F(TableViewCellTest, ManyChangesComeOutAsIfMadeAtOnce) {
+TEST_F(TableViewCellTest, SuccessiveChangesGiveTheLayoutOfANewCell) {
   for (unsigned seed = 1; seed <= 20; ++seed) {
     std::mt19937 random(seed);
     SampleRow changed;

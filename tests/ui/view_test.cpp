@@ -28,7 +28,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 using ViewTest = UiTest;
 
-/// Counts the questions of the layout.
+/// Counts how often the layout measures the view.
 class CountingView final : public View {
  public:
   std::optional<double> intrinsicWidth() override {
@@ -170,7 +170,7 @@ class RestlessView final : public View {
   }
 };
 
-TEST_F(ViewTest, ALayoutThatNeverRestsIsStoppedAndLogged) {
+TEST_F(ViewTest, AnEndlessLayoutIsStoppedAndLogged) {
   RestlessView view;
   view.layoutIfNeeded();
   EXPECT_FALSE(view.needsLayout());
@@ -281,7 +281,7 @@ class HostileTree {
   std::vector<SharedConstraint> constraints_;
 };
 
-TEST_F(ViewTest, TreesWithAnyConstraintsComeToRest) {
+TEST_F(ViewTest, RandomTreesGetSensibleFrames) {
   for (unsigned seed = 1; seed <= 60; ++seed) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     HostileTree tree(seed);

@@ -98,10 +98,10 @@ class SavedUIData : public PlatformTest {
     return std::make_shared<const TransitLineItems>(simulation::WorldRecords(city()).allLines());
   }
 
-  void save(std::shared_ptr<RVResult> result, bool expanded) {
-    saveUIData(std::make_shared<const State>(std::move(result), expanded));
+  bool save(std::shared_ptr<RVResult> result, bool expanded) {
+    return saveUIData(std::make_shared<const State>(std::move(result), expanded));
   }
-  /// Loads in a process that comes after this one.
+  /// Loads the state as the next process does.
   std::shared_ptr<const State> loadInNextProcess() {
     platform_ = SimulatedPlatform::restarted(*platform_);
     installPlatform(platform_);
@@ -127,7 +127,7 @@ class SavedUIData : public PlatformTest {
 };
 
 TEST_F(SavedUIData, ComesBackInTheNextProcess) {
-  save(std::make_shared<RVResult>(threeLines()), true);
+  EXPECT_TRUE(save(std::make_shared<RVResult>(threeLines()), true));
   EXPECT_THAT(platform_->transcript().names(), ElementsAre("preferencesSet"));
   EXPECT_TRUE(platform_->transcript().hasLogText(
       "Saving view model to GroupSetting (key: Rova.LineWatch.savedUIData) : "
@@ -314,7 +314,7 @@ TEST_F(SavedUIData, RequiresSecureCodingAndFinishesDecoding) {
 TEST_F(SavedUIData, TheOldStateStaysWhenTheNewOneCannotBeArchived) {
   save(std::make_shared<RVResult>(threeLines()), true);
   platform_->changeWorld([](World& world) { world.archives = false; });
-  save(std::make_shared<RVResult>(Error{"Transit", 7, {}}), false);
+  EXPECT_FALSE(save(std::make_shared<RVResult>(Error{"Transit", 7, {}}), false));
   EXPECT_THAT(platform_->transcript().logTexts().back(),
               "Unable to cache view model to disk because it couldnt be converted to Blob: "
               "<RVTransitIncidentViewControllerState | result: Transit 7 | expanded: NO>");

@@ -13,6 +13,7 @@
 #include "platform/companion_application.h"
 #include "platform/log.h"
 #include "simulation/scenario/scenario_host.h"
+#include "widget/saved_ui_data.h"
 
 namespace linewatch {
 namespace {
@@ -51,7 +52,7 @@ class ViewController : public testing::Test {
   void advance(double seconds) { perform(step::Advance{Seconds(seconds)}); }
   void set(std::function<void(World&)> change) { perform(step::Set{std::move(change)}); }
   void clear() { host_->platform().transcript().clear(); }
-  /// What crossed the border since the last clear, without the log.
+  /// The names of the transcript's events since the last clear, without the log.
   Names events() const { return host_->transcript().names(); }
   std::size_t count(std::string_view event) const { return host_->transcript().countOf(event); }
   Names updateResults() const {
@@ -399,7 +400,7 @@ TEST_F(ViewController, PurgesTheArtworkWhenMemoryIsShort) {
   EXPECT_THAT(events(), ElementsAre("cachePurged"));
 }
 
-TEST_F(ViewController, AKilledProcessLeavesTheStateOfItsLastHiding) {
+TEST_F(ViewController, AfterAKillTheStateOfTheLastDisappearanceIsRestored) {
   startVisible();
   perform(step::Disappear{});
   perform(step::Appear{});
@@ -412,6 +413,37 @@ TEST_F(ViewController, AKilledProcessLeavesTheStateOfItsLastHiding) {
   advance(1);
   EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U)
       << "the strike and good service";
+}
+
+TEST_F(ViewController, SavesTheRestoredListWhenItIsHiddenBeforeTheFetchEnds) {
+  startVisible();
+  perform(step::Disappear{});
+  perform(step::Restart{});
+  perform(step::Load{});
+  perform(step::Appear{});
+  perform(step::Disappear{});
+  EXPECT_EQ(controller().transitLineItemResult(), nullptr);
+  const auto saved = loadSavedUIData();
+  ASSERT_NE(saved, nullptr);
+  EXPECT_EQ(saved->lineItemsResult()->successObject()->size(), 2U);
+}
+
+TEST_F(ViewController, SavesWhetherTheListIsExpanded) {
+  startVisible();
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  perform(step::Disappear{});
+  EXPECT_TRUE(loadSavedUIData()->expanded());
+  perform(step::Appear{});
+  perform(step::DisplayMode{WidgetDisplayMode::compact});
+  perform(step::Disappear{});
+  EXPECT_FALSE(loadSavedUIData()->expanded());
+
+  World withoutFavorites = cityWithAStrike();
+  withoutFavorites.favorites = {};
+  startVisible(std::move(withoutFavorites));
+  perform(step::DisplayMode{WidgetDisplayMode::expanded});
+  perform(step::Disappear{});
+  EXPECT_FALSE(loadSavedUIData()->expanded()) << "the list refuses to expand";
 }
 
 TEST_F(ViewController, LeavesUserDataOutOfCollectedLogs) {

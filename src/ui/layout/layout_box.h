@@ -13,8 +13,8 @@ namespace linewatch::ui {
 
 class LayoutEngine;
 
-/// A rectangle with a frame that can hold others, e.g. a view. It says what the layout engine has to know,
-/// and keeps the constraints between the items inside it.
+/// A rectangle with a frame that can hold others, e.g. a view. It gives the layout engine its input and keeps
+/// the constraints between the items inside it.
 ///
 /// A layout root is a box without a superbox, or one that became a root for good, e.g. a table cell. Each
 /// root has an engine of its own, which gives frames to the boxes inside that are laid out by constraints.
@@ -46,7 +46,7 @@ class LayoutBox : public LayoutItem {
   /// A guide that another box owns is not added.
   void addLayoutGuide(const std::shared_ptr<LayoutGuide>& guide);
 
-  // ---- What a layout depends on ----
+  // ---- Layout input ----
 
   /// In the superbox's coordinates.
   virtual const Rect& frame() const = 0;
@@ -57,14 +57,14 @@ class LayoutBox : public LayoutItem {
   virtual double displayScale() const = 0;
   virtual bool isHidden() const = 0;
   bool isLaidOutByConstraints() const { return laidOutByConstraints_; }
-  /// A layout root keeps the frame that it was given all the same.
+  /// Has no effect on a layout root, which always keeps the frame that it was given.
   void setLaidOutByConstraints(bool byConstraints);
 
   /// The content's size in points; absent when the box has no content. The height is asked for at the width
   /// that the layout gave the box.
   virtual std::optional<double> intrinsicWidth() { return std::nullopt; }
   virtual std::optional<double> intrinsicHeight(double /*width*/) { return std::nullopt; }
-  /// How much of a height that is too small for the content it fills, e.g. the height of its whole lines.
+  /// The part of `size.height` that the content fills when it does not fit, e.g. the height of whole lines.
   virtual double contentHeightWithin(const Size& size) { return size.height; }
   /// The height of one line of text; 0 without text.
   virtual double firstLineHeight(double /*width*/) { return 0; }
@@ -77,7 +77,7 @@ class LayoutBox : public LayoutItem {
   virtual LayoutBox& boxForLastBaseline() { return *this; }
   /// To be called whenever the content's size or baselines may have changed.
   void invalidateIntrinsicContentSize();
-  /// Asks for a layout of this box, if it is a root, and of the boxes inside it.
+  /// Requests a layout of this box, if it is a root, and of the boxes inside it.
   virtual void setNeedsLayout() = 0;
 
  protected:
@@ -88,7 +88,8 @@ class LayoutBox : public LayoutItem {
   void becomeLayoutRoot() { ownLayoutRoot_ = true; }
   /// To be called once the box has a new superbox.
   void didEnterSuperbox();
-  /// To be called while the superbox is still there. Constraints with items that stay behind become inactive.
+  /// To be called while the superbox is still there. Constraints between items inside the box and items
+  /// outside become inactive.
   void willLeaveSuperbox() const;
   /// To be called in the destructor of the owner of the subboxes, before they are destroyed.
   void endLayout();

@@ -258,7 +258,7 @@ void LayoutEngine::setRow(RowId& row, Axis axis, const LinearConstraint& linear)
   }
 }
 
-// By index: a question to a box may add an item.
+// By index: measuring a box may add an item.
 void LayoutEngine::updateWidths() {
   for (std::size_t i = 1; i < items_.size(); ++i) {
     LayoutBox* box = items_[i].box;
@@ -382,9 +382,9 @@ bool LayoutEngine::isTooLow(const Item& item) const {
   return frameInRoot(item).height < -systems_.vertical.constantOf(*item.axes.vertical.resistance);
 }
 
-// When the constraints leave every text its whole height, only baselines have to be in the root. Else texts
-// lose lines, but no text loses all its lines to another one, and the lines left are wholly in the root. The
-// next layout starts from the whole texts again.
+// If the constraints give every text its full height, only the baselines must be inside the root. Otherwise
+// texts lose lines until all remaining lines are inside the root. No text loses its last line to make room
+// for another text. The next layout starts with all lines again.
 void LayoutEngine::fitTexts() {
   for (Item& item : items_) item.firstLine.reset();
   if (std::none_of(items_.begin(), items_.end(), [&](const Item& item) { return isTooLow(item); })) return;
@@ -421,7 +421,7 @@ void LayoutEngine::shortenText(Item& item) {
 }
 
 // Constraints may leave the first text less than a line, e.g. a low row at a large text size. Its first line
-// is shown nevertheless, inside the root and as close as possible to where the constraints put it.
+// is still shown, inside the root and as close as possible to where the constraints put it.
 void LayoutEngine::keepFirstLine(Item& item) {
   const Rect frame = frameInRoot(item);
   const double height = item.box->firstLineHeight(frame.width);

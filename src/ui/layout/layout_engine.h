@@ -16,8 +16,8 @@ namespace linewatch::ui {
 /// layout, and made again after boxes were added or removed; any other change updates the systems of both
 /// axes.
 ///
-/// Horizontal lengths are measured from the leading edge. A right-to-left layout is solved alike and mirrored
-/// when frames are given.
+/// Horizontal lengths are measured from the leading edge. A right-to-left layout is solved in the same way
+/// and mirrored when frames are given.
 class LayoutEngine {
  public:
   explicit LayoutEngine(LayoutBox& root);

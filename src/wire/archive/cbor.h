@@ -39,8 +39,7 @@ Json tagged(Kind kind);
 /// The kind that an array starts with; absent when the JSON value is not such an array.
 std::optional<Kind> kindOf(const Json& json);
 
-/// The JSON form of the value; absent when it holds an object of the process or nests deeper than `depth`
-/// levels.
+/// The JSON form of the value; absent when it holds an in-memory object or nests deeper than `depth` levels.
 std::optional<Json> jsonOf(const Value& value, int depth = kMaximumDepth);
 /// The plain value of a JSON form; absent when the JSON value is not one.
 std::optional<Value> valueOf(const Json& json);

@@ -10,8 +10,8 @@ namespace linewatch {
 ///
 ///     archive   D9 D9 F7 (tag 55799, which marks CBOR), then the root as one CBOR item
 ///
-/// cbor.h describes the items and their limits. An object beyond the limits, or with a part that is an object
-/// of the process, cannot be archived.
+/// cbor.h describes the items and their limits. An object cannot be archived when it exceeds the limits or
+/// has a part that is an in-memory object.
 class CborKeyedArchiver final : public KeyedArchiver {
  public:
   CborKeyedArchiver();

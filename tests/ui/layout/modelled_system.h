@@ -26,8 +26,8 @@ struct Difference {
   std::uint64_t order = 0;
 };
 
-/// A constraint system, and an exact search of all points that says what its solution must be. Both get the
-/// same edits.
+/// A constraint system and a model that finds its solution by a search of all points. Both get the same
+/// edits.
 class ModelledSystem {
  public:
   using Id = ConstraintSystem::Id;
@@ -76,7 +76,7 @@ class ModelledSystem {
  private:
   /// The sums at the high and at the low priority.
   using Violations = std::array<double, 2>;
-  /// Of the fixed point and the variables.
+  /// The values of the fixed point and the variables.
   using Point = std::array<double, 4>;
 
   static constexpr int kVariables = 3;
@@ -184,7 +184,7 @@ class ModelledSystem {
   Choice choose_;
   ConstraintSystem system_;
   std::map<Id, Difference> live_;
-  /// Those that are not left out, in their order.
+  /// The required constraints that are not left out, in order.
   std::vector<Difference> kept_;
   std::uint64_t order_ = 0;
 };
