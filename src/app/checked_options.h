@@ -34,9 +34,9 @@ struct NumberRange {
   const char* text;
 };
 
-/// Adds an option that takes a number in a range.
-template <class Number>
-CLI::Option* addNumber(CLI::App& app, const std::string& name, Number& number,
+/// Adds an option that takes a number in a range. `number` is a Number or an optional one.
+template <class Number, class Target>
+CLI::Option* addNumber(CLI::App& app, const std::string& name, Target& number,
                        const NumberRange<Number>& range, const std::string& about) {
   const auto take = [=, &number](const std::string& text) {
     Number given{};

@@ -213,10 +213,11 @@ void CommandGrammar::addSimulate(CLI::App& app) {
   sub->add_option("-o,--output", simulate_.output,
                   "Write the output to a file; with --show also a picture: .png, .svg or .pdf")
       ->type_name("FILE");
-  sub->add_option("--until", simulate_.until, "End at this time, in seconds from the start")
-      ->check(CLI::NonNegativeNumber)
+  addNumber<double>(*sub, "--until", simulate_.until, {0, 1e12, "0 (the start) to 1e12"},
+                    "End at this time in seconds")
       ->type_name("SECONDS");
-  sub->add_option("--step", simulate_.step, "End after this step, counted from 0")->type_name("N");
+  addNumber<std::size_t>(*sub, "--step", simulate_.step, {0, 1'000'000'000, "0 (the first) to 1000000000"},
+                         "End after this step");
   sub->add_flag("--show", simulate_.show, "Print the widget at the end instead of the transcript");
   sub->add_option("--diff", simulate_.compared, "Tell where two transcripts part; runs nothing")
       ->expected(2)

@@ -16,6 +16,10 @@ namespace linewatch::app {
 
 namespace {
 
+bool namesPicture(std::string_view file) {
+  return file.ends_with(".png") || file.ends_with(".svg") || file.ends_with(".pdf");
+}
+
 /// The lines without control characters, which a terminal would obey.
 std::string printable(const std::string& text) {
   std::istringstream lines(text);
@@ -53,13 +57,12 @@ simulation::RunEnd endOf(const SimulateCommand& command) {
   return end;
 }
 
-bool drawsPicture(const SimulateCommand& command) {
-  const auto isOneOf = [&](std::string_view extension) { return command.output.ends_with(extension); };
-  return command.show && (isOneOf(".png") || isOneOf(".svg") || isOneOf(".pdf"));
-}
+bool drawsPicture(const SimulateCommand& command) { return command.show && namesPicture(command.output); }
 
 Report simulate(const SimulateCommand& command, const TerminalStyle& style) {
   if (!command.compared.empty()) return compare(command.compared.front(), command.compared.back());
+  if (!command.show && namesPicture(command.output))
+    return refused(failure(command.output, "", "a transcript is no picture; --show draws one"));
   const auto text = contentsOf(command.scenario);
   if (!text) return refused(text.error());
   const auto run = simulation::runScenarioUntil(*text, endOf(command));

@@ -516,7 +516,7 @@ Outcome<SharedAlertsMessage> FeedDocuments::update(const Place& place, const Sha
   auto message = readAlertsMessage(std::move(payload));
   if (message && !hasPlausibleTime(**message, received)) {
     logError(
-        "feed %@: its alerts say that they were written at %lu s since 1970, after they came; the time of "
+        "feed %@: the time in the header of its alerts, %lu s since 1970, is in the future; the time of "
         "receipt counts",
         {place.feed.name, (*message)->timestamp()});
     message = withoutTime(**message);

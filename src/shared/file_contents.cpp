@@ -60,7 +60,7 @@ class Wait {
       if (limits_.stop.stop_requested())
         return failure(FailureCode::cancelled, file_.string(), "", "no longer wanted");
       if (limits_.time && Clock::now() - start_ > *limits_.time)
-        return failure(FailureCode::timedOut, file_.string(), "", "its end did not come in time");
+        return failure(FailureCode::timedOut, file_.string(), "", "it did not end in time");
     }
     return std::nullopt;
   }
@@ -175,6 +175,18 @@ Outcome<Bytes> bytesOf(const fs::path& file, const ReadingLimits& limits) {
 std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   const fs::path target = linkTarget(file);
   if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
+  return systemFailure(file);
+}
+
+std::optional<Error> whyNotWritable(const fs::path& file) {
+  const fs::path target = followed(file);
+  if (ownDescriptor(target)) return std::nullopt;
+  // The dot makes a parent that is a file an error.
+  const fs::path written = isReplaceable(target) ? target.parent_path() / "." : target;
+  if (::access(written.c_str(), W_OK) != 0) return systemFailure(file);
+  std::error_code ignored;
+  if (!fs::is_directory(target, ignored)) return std::nullopt;
+  errno = EISDIR;
   return systemFailure(file);
 }
 

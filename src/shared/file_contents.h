@@ -37,4 +37,8 @@ Outcome<Bytes> bytesOf(const std::filesystem::path& file, const ReadingLimits& l
 /// reads "FILE: why".
 std::optional<Error> writeWhole(const std::filesystem::path& file, std::string_view bytes);
 
+/// Why `writeWhole` would fail as things stand, e.g. because the folder does not exist; absent when nothing
+/// speaks against it. Writes nothing.
+std::optional<Error> whyNotWritable(const std::filesystem::path& file);
+
 }  // namespace linewatch

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -21,18 +22,20 @@ using testing::HasSubstr;
 /// The panel in a process of its own, without a display. It logs every step to standard error.
 class PanelProcess {
  public:
-  explicit PanelProcess(const std::string& stateFolder) {
+  explicit PanelProcess(const std::string& stateFolder, const std::vector<std::string>& options = {}) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) std::abort();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
-    std::string words[] = {LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel"};
-    char* arguments[] = {words[0].data(), words[1].data(), words[2].data(),
-                         words[3].data(), words[4].data(), nullptr};
+    std::vector<std::string> words{LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel"};
+    words.insert(words.end(), options.begin(), options.end());
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     std::string variables[] = {"QT_QPA_PLATFORM=offscreen", "LANG=en_US.UTF-8", "HOME=" + stateFolder};
     char* environment[] = {variables[0].data(), variables[1].data(), variables[2].data(), nullptr};
-    if (posix_spawn(&process_, LINEWATCH_PROGRAM, &actions, nullptr, arguments, environment) != 0)
+    if (posix_spawn(&process_, LINEWATCH_PROGRAM, &actions, nullptr, arguments.data(), environment) != 0)
       std::abort();
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
@@ -57,6 +60,10 @@ class PanelProcess {
   /// process.
   int end(int signal) {
     kill(process_, signal);
+    return wait();
+  }
+  /// The exit status of a process that ends by itself.
+  int wait() {
     int status = 0;
     waitpid(std::exchange(process_, -1), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
@@ -116,6 +123,12 @@ TEST_F(PanelProcessTest, RecordsNothingWhenTurnedOff) {
   EXPECT_THAT(run.output, HasSubstr(R"("endState": 2)")) << run.errors;
   EXPECT_EQ(runProgram({"--state-dir", folder_ / "state", "analytics", "clear"}).status, 0);
   EXPECT_THAT(analytics(), HasSubstr("Nothing has been recorded.\n"));
+}
+
+TEST_F(PanelProcessTest, RefusesAtOnceToRecordIntoAFileThatCannotBeWritten) {
+  PanelProcess panel(folder_ / "state", {"--record", folder_ / "none/hour.json"});
+  EXPECT_TRUE(panel.says("none/hour.json: No such file or directory"));
+  EXPECT_EQ(panel.wait(), 2);
 }
 
 TEST_F(PanelProcessTest, PrintsTheListWithoutADisplay) {

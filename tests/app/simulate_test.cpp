@@ -37,7 +37,24 @@ TEST_F(SimulateTest, ShowsTheWidgetAtAMoment) {
   const ProgramRun after = simulate({scenario_, "--show", "--until", "600"});
   EXPECT_THAT(after.output, HasSubstr("Strike"));
   EXPECT_EQ(simulate({scenario_, "--show", "--step", "0"}).output.substr(0, 24), "At 0 s, after 1 step, co");
-  EXPECT_THAT(simulate({scenario_, "--show", "--until", "-1"}).errors, HasSubstr("--until"));
+}
+
+TEST_F(SimulateTest, AnEndThatCannotBeIsOneClearLine) {
+  const std::string picture = folder_ / "transcript.png";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{scenario_, "--until", "-1"},
+       "linewatch: --until: \"-1\" is not a number from 0 (the start) to 1e12 (linewatch simulate --help "
+       "says "
+       "more)\n"},
+      {{scenario_, "--until", "inf"}, "\"inf\" is not a number"},
+      {{scenario_, "--step", "x"}, "--step: \"x\" is not a whole number"},
+      {{scenario_, "-o", picture}, "transcript.png: a transcript is no picture; --show draws one\n"}};
+  for (const auto& [arguments, error] : cases) {
+    const ProgramRun run = simulate(arguments);
+    EXPECT_EQ(run.status, 2) << error;
+    EXPECT_THAT(run.errors, HasSubstr(error));
+  }
+  EXPECT_FALSE(std::filesystem::exists(picture));
 }
 
 TEST_F(SimulateTest, DrawsTheWidgetAtAMoment) {

@@ -189,7 +189,7 @@ TEST_F(FeedDocumentsTest, AWrongClockOfTheServerMakesNoLaterAnswerOlder) {
   };
   EXPECT_EQ(answered("a", 1'800'000'000), "a 0") << "years ahead";
   EXPECT_THAT(platform_->transcript().logTexts("error"),
-              ElementsAre(HasSubstr("feed bus: its alerts say that they were written at 1800000000 s")));
+              ElementsAre(HasSubstr("feed bus: the time in the header of its alerts, 1800000000 s")));
   EXPECT_EQ(answered("b", 2040), "b 2040");
   EXPECT_EQ(answered("c", 2'060'000), "c 0") << "milliseconds";
   EXPECT_EQ(answered("d", 2080), "d 2080");
@@ -204,7 +204,7 @@ TEST_F(FeedDocumentsTest, CachedLinesServeWhenTheTimetableCannotBeFetched) {
   };
   server_->answer = HttpResponse{.body = {'<'}};
   EXPECT_EQ(lineIds(),
-            "feed bus: https://example.org/gtfs.zip: it is no zip archive, or not the whole of one");
+            "feed bus: https://example.org/gtfs.zip: it is not a zip archive, or it is incomplete");
   server_->answer = HttpResponse{.body = Bytes(kTimetableZip.begin(), kTimetableZip.end())};
   EXPECT_EQ(lineIds(), "M1");
   EXPECT_EQ(lineIds(), "M1");

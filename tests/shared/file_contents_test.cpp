@@ -43,6 +43,7 @@ TEST_F(WriteWholeTest, ReplacesAFileAndTheTargetOfALink) {
   fs::create_symlink(folder_ / "link", folder_ / "second");
   fs::create_symlink("later", folder_ / "dangling");
   for (const std::string name : {"old", "new", "second", "dangling"}) {
+    EXPECT_FALSE(whyNotWritable(folder_ / name)) << name;
     EXPECT_EQ(write(name, "now " + name), "");
     EXPECT_EQ(textIn(folder_ / name), "now " + name);
   }
@@ -58,6 +59,11 @@ TEST_F(WriteWholeTest, AFileThatCannotBeWrittenStaysAsItWas) {
   EXPECT_THAT(write("none/file", "now"), HasSubstr("none/file: No such file or directory"));
   EXPECT_THAT(write("folder", "now"), StartsWith(folder_ / "folder: "));
   EXPECT_THAT(write("circle", "now"), HasSubstr("circle: Too many levels of symbolic links"));
+  for (const char* name : {"none/file", "folder", "circle", "old/file"}) {
+    const auto foretold = whyNotWritable(folder_ / name);
+    ASSERT_TRUE(foretold) << name;
+    EXPECT_THAT(sentenceOf(*foretold), StartsWith(folder_ / name + ": "));
+  }
 
   rlimit before{};
   getrlimit(RLIMIT_FSIZE, &before);
@@ -131,7 +137,7 @@ TEST_F(ContentsOfTest, APipeIsReadToItsEndAfterItsWriterComes) {
 }
 
 TEST_F(ContentsOfTest, APipeWithoutAnEndIsAnError) {
-  const auto isOutOfTime = HasSubstr("pipe: its end did not come in time");
+  const auto isOutOfTime = HasSubstr("pipe: it did not end in time");
   EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "without a writer";
   const int pipe = ::open(pipe_.c_str(), O_RDWR | O_NONBLOCK);
   EXPECT_THAT(read({.time = Seconds(0.05)}), isOutOfTime) << "with one that writes nothing";

@@ -14,6 +14,7 @@
 #include "app/screen/panel.h"
 #include "app/screen/panel_recording.h"
 #include "platform/platform.h"
+#include "shared/file_contents.h"
 #include "simulation/recording/recording_platform.h"
 
 namespace linewatch::app {
@@ -81,6 +82,10 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
 }  // namespace
 
 Report panel(const CommonOptions& options, const PanelCommand& command) {
+  // A recording of an hour must not be lost to a mistyped name.
+  if (!command.record.empty()) {
+    if (const auto error = whyNotWritable(command.record)) return refused(*error);
+  }
   const auto locale = localeOf(options);
   EndOnSignals endOnSignals;
   static char name[] = "linewatch";

@@ -281,11 +281,11 @@ class AlertsDecoder {
     } catch (const protozero::end_of_buffer_exception&) {
       return "it ends in the middle of a field";
     } catch (const protozero::unknown_pbf_wire_type_exception&) {
-      return "a field of no known form";
+      return "a field with an unknown wire type";
     } catch (const protozero::invalid_tag_exception&) {
-      return "a field number that cannot be";
+      return "an invalid field number";
     } catch (const protozero::exception&) {
-      return "a number that cannot be";
+      return "an invalid number";
     }
     return std::nullopt;
   }

@@ -45,9 +45,9 @@ class ZipError {
 std::string reasonFor(zip_error_t* error) {
   switch (zip_error_code_zip(error)) {
     case ZIP_ER_NOZIP:
-      return "it is no zip archive, or not the whole of one";
+      return "it is not a zip archive, or it is incomplete";
     case ZIP_ER_COMPNOTSUPP:
-      return "it is packed in a way that is not known here";
+      return "its compression method is not supported";
     case ZIP_ER_CRC:
     case ZIP_ER_EOF:
     case ZIP_ER_INCONS:

@@ -117,7 +117,7 @@ TEST(AlertsMessage, TheErrorOfADamagedFeedNamesPlaceAndReason) {
            Row{"{\"entity\": []}", "JSON text, not a GTFS-Realtime message"},
            Row{"PK\x03\x04 and more", "a zip archive, not a GTFS-Realtime message"},
            Row{"not valid pb data",
-               "damaged, or not a GTFS-Realtime message: byte 0: a field of no known form"},
+               "damaged, or not a GTFS-Realtime message: byte 0: a field with an unknown wire type"},
            Row{good.substr(10), "it has no header"},
            Row{good.substr(0, 20), "byte 10: it ends in the middle of a field"},
            Row{twoAlerts + std::string("\x12\x03\x0A\x05X", 5), "entity 2 at byte"},

@@ -80,7 +80,7 @@ TEST(ZipSource, ReadsFilesInASingleFolder) {
 TEST(ZipSource, RefusesOtherFiles) {
   EXPECT_EQ(fileOf({}, "routes.txt"), "it holds no files");
   EXPECT_EQ(fileOf({'<', 'h', 't', 'm', 'l', '>'}, "routes.txt"),
-            "it is no zip archive, or not the whole of one");
+            "it is not a zip archive, or it is incomplete");
   const Bytes whole = zipOf({{"routes.txt", "route_id\n1\n"}});
   for (std::size_t size = 0; size < whole.size(); ++size) {
     const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
