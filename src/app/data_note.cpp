@@ -27,8 +27,7 @@ std::string stateNote(const FeedState& state, Date now) {
     case Kind::stale:
       return "Alerts " + alertsAge(state, now) + "; the feed has not been renewed since";
     case Kind::kept:
-      return "Alerts " + (isStale(state, now) ? alertsAge(state, now) + ", " : "") + "received " + duration +
-             " ago; the last update failed: " + reasonOf(state);
+      return "Alerts received " + duration + " ago, because the last update failed: " + reasonOf(state);
     case Kind::unreachable:
       return (duration.empty() ? "No alerts so far: " : "No alerts for " + duration + ": ") + reasonOf(state);
     case Kind::outdated:

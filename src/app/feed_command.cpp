@@ -54,8 +54,7 @@ std::string stateInWords(const FeedState& state, Date now) {
     case Kind::stale:
       return "stale, as its alerts are " + age + " old";
     case Kind::kept:
-      return "the alerts of " + age + " ago serve for now" +
-             (isStale(state, now) ? ", but are stale: " : ": ") + terminalLine(reasonOf(state));
+      return "the alerts of " + age + " ago serve for now: " + terminalLine(reasonOf(state));
     case Kind::unreachable:
       if (!age.empty())
         return "its lines are unknown since its last alerts, " + age +

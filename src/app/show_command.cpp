@@ -32,7 +32,7 @@ std::string unknownFavorites(Session& session) {
 void reportUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
   const std::string names = unknownFavorites(session);
   if (names.empty()) return;
-  report.complaint = "no feed has these favourites: " + names;
+  report.complaint = "unknown favourites are left out: " + names;
   if (!options.feed.gtfs.empty()) report.status = 2;
 }
 

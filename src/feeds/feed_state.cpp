@@ -49,7 +49,7 @@ void judgeAlerts(const FeedFacts& facts, Date now, FeedState& state) {
     state.kind = Kind::outdated;
     state.since = state.written;
     state.error = unknownLines(facts.feed, "its alerts are " + ageInWords(age) + " old");
-  } else if (isStale(state, now)) {
+  } else if (age > kHour) {
     state.kind = Kind::stale;
     state.since = state.written;
   }
@@ -77,8 +77,6 @@ FeedState stateOf(const FeedFacts& facts, Date now) {
   }
   return state;
 }
-
-bool isStale(const FeedState& state, Date now) { return state.written && now - *state.written > kHour; }
 
 std::optional<Date> nextRetry(const FeedState& state, Date now) {
   if (state.failures == 0 || !state.failed) return std::nullopt;

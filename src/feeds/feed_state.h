@@ -65,9 +65,6 @@ struct FeedFacts {
 
 FeedState stateOf(const FeedFacts& facts, Date now);
 
-/// True when the feed's own header is older than an hour. Kept alerts may be stale too.
-bool isStale(const FeedState& state, Date now);
-
 /// When to retry a failed fetch: at the server's Retry-After; without one, a minute after the first failure,
 /// and twice as long after each further one, up to 15 minutes. Not before `now`. Absent when the last fetch
 /// succeeded.

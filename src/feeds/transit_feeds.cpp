@@ -178,7 +178,6 @@ void TransitFeeds::takeLines(std::size_t feed, const Outcome<SharedLineIndex>& l
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
   const MutexLock loading(loadingMutex_);
   const std::optional<Error> error = followLocked();
-  missing_.clear();
   const std::vector<Place> places = error ? std::vector<Place>() : find(identifiers);
   std::set<std::size_t> feeds;
   for (const Place& place : places) feeds.insert(place.feed);
@@ -218,8 +217,6 @@ std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdent
     }
     if (!place) {
       logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
-      if (!identifier.routeId.empty())
-        missing_.push_back({identifier.feed, identifier.routeId, identifier.routeId});
       continue;
     }
     place->choice = identifier.choice;
@@ -299,7 +296,6 @@ void TransitFeeds::publish(std::span<const Place> places, const States& states) 
   for (const Place& place : places) {
     if (!isKnown(place, states)) unknown.push_back(unknownLine(place));
   }
-  unknown.insert(unknown.end(), missing_.begin(), missing_.end());
   const MutexLock lock(mutex_);
   published_.states.swap(all);
   published_.unknownLines.swap(unknown);

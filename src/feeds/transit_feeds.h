@@ -35,7 +35,7 @@ struct FeedLines {
 struct UnknownLine {
   std::string feed;
   std::string routeId;
-  /// The line's name; its route id when the timetable cannot be read, or does not have the line.
+  /// The line's name; its route id when the timetable cannot be read.
   std::string name;
 
   bool operator==(const UnknownLine&) const = default;
@@ -65,14 +65,13 @@ class TransitFeeds {
   FeedLines lines() LINEWATCH_EXCLUDES(loadingMutex_);
 
   /// The lines in the order asked, with their incidents at `now`. Leaves out lines that no feed has, and
-  /// lines of which nothing is known; `unknownLines` names both. If no line is known, but feeds have some of
-  /// them, the result is the error of the first one's feed. Also fails when the list of feeds cannot be read.
+  /// lines of which nothing is known; `unknownLines` names the latter. If no line is known at all, the result
+  /// is the error of the first line's feed. Also fails when the list of feeds cannot be read.
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now)
       LINEWATCH_EXCLUDES(loadingMutex_);
   /// The states of the feeds that the last look-up asked, in the order of the feeds. Does not wait.
   std::vector<FeedState> states() const LINEWATCH_EXCLUDES(mutex_);
-  /// The unknown lines of the last look-up in the order asked, and after them the lines that no feed has.
-  /// Does not wait.
+  /// The unknown lines of the last look-up, in the order asked. Does not wait.
   std::vector<UnknownLine> unknownLines() const LINEWATCH_EXCLUDES(mutex_);
 
   /// Reads every feed and gives their states, in the order of the feeds.
@@ -154,8 +153,6 @@ class TransitFeeds {
   std::vector<StoredFeed> feeds_ LINEWATCH_GUARDED_BY(loadingMutex_);
   /// One for each feed.
   std::vector<LoadedFeed> loaded_ LINEWATCH_GUARDED_BY(loadingMutex_);
-  /// The lines of the last look-up that no feed has.
-  std::vector<UnknownLine> missing_ LINEWATCH_GUARDED_BY(loadingMutex_);
   /// The incidents of the last look-up, by feed.
   std::map<std::size_t, IncidentRecords> records_ LINEWATCH_GUARDED_BY(loadingMutex_);
 

@@ -45,12 +45,7 @@ std::vector<FeedState> feedsToReport(std::vector<FeedState> states) {
 QString feedSentence(const FeedState& state, const WindowTexts& texts, Date now) {
   const FeedSentence& sentence = *rankOf(state);
   if (!state.since) return texts(sentence.undated, {state.feed});
-  const auto withAge = [&](std::string_view key, Date date) {
-    return texts(key, {state.feed, agoInWords(date, texts, now).toStdString()});
-  };
-  const QString text = withAge(sentence.dated, *state.since);
-  const bool isStaleToo = state.kind == FeedState::Kind::kept && isStale(state, now);
-  return isStaleToo ? text + QLatin1Char(' ') + withAge("FeedStale", *state.written) : text;
+  return texts(sentence.dated, {state.feed, agoInWords(*state.since, texts, now).toStdString()});
 }
 
 QString withReason(const QString& sentence, const std::optional<Error>& error, const WindowTexts& texts) {

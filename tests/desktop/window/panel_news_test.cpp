@@ -54,16 +54,6 @@ TEST(PanelNewsTest, NamesTheFeedThatIsNotUpToDate) {
   }
 }
 
-TEST(PanelNewsTest, GivesTheAgeOfKeptAlertsThatAreStaleToo) {
-  FeedState state = feed("Bus", Kind::kept, 12 * 60);
-  state.written = kNow - Seconds(3600);
-  EXPECT_EQ(textOf({.states = {state}}), "Bus cannot be updated; its advisories came 12 minutes ago.");
-  state.written = kNow - Seconds(3 * 3600);
-  EXPECT_EQ(textOf({.states = {state}}),
-            "Bus cannot be updated; its advisories came 12 minutes ago. Bus last updated its advisories 3 "
-            "hours ago.");
-}
-
 TEST(PanelNewsTest, NamesTheWorstFeedAndTheUnknownLines) {
   FeedNews news{
       .states = {feed("Tram", Kind::fresh), feed("Ferry", Kind::kept, 120), feed("Bus", Kind::unreachable)},
