@@ -27,7 +27,8 @@ std::string stateNote(const FeedState& state, Date now) {
     case Kind::stale:
       return "Alerts " + alertsAge(state, now) + "; the feed has not been renewed since";
     case Kind::kept:
-      return "Alerts received " + duration + " ago, because the last update failed: " + reasonOf(state);
+      return "Alerts " + (hasOldHeader(state, now) ? alertsAge(state, now) + ", " : "") + "received " +
+             duration + " ago, because the last update failed: " + reasonOf(state);
     case Kind::unreachable:
       return (duration.empty() ? "No alerts so far: " : "No alerts for " + duration + ": ") + reasonOf(state);
     case Kind::outdated:
@@ -59,14 +60,16 @@ std::string dataNote(Session& session, const TerminalStyle& style) {
   const auto line = [&style](const std::string& text) {
     return terminalFaint(terminalLine(text), style) + "\n";
   };
-  if (session.platform().showsSampleCity())
-    return line("This is a made-up city. Yours: linewatch feed add NAME --gtfs G --alerts A");
   const Date now = session.platform().mainLoop().now();
   const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
   std::string note;
-  for (const FeedState& state : session.platform().feeds().states()) {
-    const std::string name = isOnlyFeed ? "" : state.feed + ": ";
-    note += line(name + stateNote(state, now));
+  if (session.platform().showsSampleCity()) {
+    note = line("This is a made-up city. Yours: linewatch feed add NAME --gtfs G --alerts A");
+  } else {
+    for (const FeedState& state : session.platform().feeds().states()) {
+      const std::string name = isOnlyFeed ? "" : state.feed + ": ";
+      note += line(name + stateNote(state, now));
+    }
   }
   const std::string unknown = unknownLines(session);
   return unknown.empty() ? note : note + line("Unknown lines: " + unknown);

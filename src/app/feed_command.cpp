@@ -54,7 +54,9 @@ std::string stateInWords(const FeedState& state, Date now) {
     case Kind::stale:
       return "stale, as its alerts are " + age + " old";
     case Kind::kept:
-      return "the alerts of " + age + " ago serve for now: " + terminalLine(reasonOf(state));
+      return "the alerts received " + age + " ago" +
+             (hasOldHeader(state, now) ? ", " + durationInWords(now - *state.written) + " old," : "") +
+             " serve for now: " + terminalLine(reasonOf(state));
     case Kind::unreachable:
       if (!age.empty())
         return "its lines are unknown since its last alerts, " + age +

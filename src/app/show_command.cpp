@@ -1,8 +1,8 @@
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "app/commands.h"
-#include "app/favorite_lines.h"
 #include "app/show_document.h"
 #include "app/shown_content.h"
 #include "app/upcoming_text.h"
@@ -18,22 +18,21 @@ std::shared_ptr<const RVTransitListItem> listOf(const RVResult& result, std::uin
   return builder ? builder->listItem() : nullptr;
 }
 
-std::string unknownFavorites(Session& session) {
+/// The favourites of the command line that the given timetable does not have. That is wrong usage; a stored
+/// favourite whose line is gone is not, and the note under the list names it.
+std::string wrongFavorites(Session& session, const CommonOptions& options) {
   std::string names;
-  const auto favorites = favoriteLines(session);
-  if (!favorites) return names;
-  for (const auto& [favorite, line] : *favorites) {
-    if (!line) names += (names.empty() ? "" : ", ") + favorite.subject;
+  if (options.feed.gtfs.empty()) return names;
+  for (const UnknownLine& line : session.platform().feeds().unknownLines()) {
+    if (line.isMissing) names += (names.empty() ? "" : ", ") + line.name;
   }
   return names;
 }
 
-// The list does not contain these favourites, so the user must be told.
-void reportUnknownFavorites(Session& session, const CommonOptions& options, Report& report) {
-  const std::string names = unknownFavorites(session);
-  if (names.empty()) return;
-  report.complaint = "unknown favourites are left out: " + names;
-  if (!options.feed.gtfs.empty()) report.status = 2;
+Report reportOn(const std::optional<Error>& error, const std::string& wrongFavorites) {
+  if (!wrongFavorites.empty())
+    return {.output = {}, .complaint = "unknown favourites are left out: " + wrongFavorites, .status = 2};
+  return error ? notLoaded(*error) : Report();
 }
 
 void addDocument(const ShownContent& content, Report& report) {
@@ -56,12 +55,7 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
   const auto result = session.fetch();
   const auto list = listOf(*result, options.maxRows);
   const std::optional<Error> error = result->error() ? result->error() : session.unusedFeedError();
-  Report report;
-  if (error) {
-    report = notLoaded(*error);
-  } else {
-    reportUnknownFavorites(session, options, report);
-  }
+  Report report = reportOn(error, wrongFavorites(session, options));
   if (command.json) {
     addDocument(shownContent(session, *result, list), report);
     return report;

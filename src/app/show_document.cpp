@@ -1,6 +1,5 @@
 #include "app/show_document.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -44,11 +43,11 @@ Value dateForm(const std::optional<Date>& date) { return date ? Value(descriptio
 Value textForm(const std::string& text) { return text.empty() ? noValue() : Value(text); }
 
 Dictionary feedForm(const FeedState& state, Date now) {
-  const std::optional<Date> dated = state.written ? state.written : state.since;
+  const std::optional<Seconds> age = ageOf(state, now);
   return {{"name", state.feed},
           {"state", kStateNames.at(static_cast<std::size_t>(state.kind))},
           {"since", dateForm(state.since)},
-          {"age", dated ? Value(std::max(0.0, std::floor((now - *dated).count()))) : noValue()},
+          {"age", age ? Value(std::floor(age->count())) : noValue()},
           {"error", state.error ? Value(sentenceOf(*state.error)) : noValue()}};
 }
 

@@ -61,6 +61,7 @@ FeedState stateOf(const FeedFacts& facts, Date now) {
   FeedState state{
       .feed = facts.feed, .failures = facts.failures, .failed = facts.failed, .retryAfter = facts.retryAfter};
   if (facts.written && *facts.written <= now + kClockTolerance) state.written = facts.written;
+  state.received = facts.received;
   // Alerts from the future: the clock was set back, and their age is not known.
   const bool serve = facts.received && *facts.received <= now && now - *facts.received < kAlertsGrace;
   if (!facts.received || (facts.failure && !serve)) {
@@ -77,6 +78,13 @@ FeedState stateOf(const FeedFacts& facts, Date now) {
   }
   return state;
 }
+
+std::optional<Seconds> ageOf(const FeedState& state, Date now) {
+  const std::optional<Date> dated = state.written ? state.written : state.received;
+  return dated ? std::optional(std::max(now - *dated, Seconds(0))) : std::nullopt;
+}
+
+bool hasOldHeader(const FeedState& state, Date now) { return state.written && now - *state.written > kHour; }
 
 std::optional<Date> nextRetry(const FeedState& state, Date now) {
   if (state.failures == 0 || !state.failed) return std::nullopt;

@@ -33,6 +33,8 @@ struct FeedState {
   std::optional<Date> since;
   /// The time in the feed's header; absent when the header has none or an impossible one.
   std::optional<Date> written;
+  /// When alerts last came, or were confirmed; absent when none ever came.
+  std::optional<Date> received;
   /// One sentence for the user, with the name of the feed; absent for `fresh` and `stale`.
   std::optional<Error> error;
   /// How many fetches failed in a row, and when the last of them did.
@@ -65,9 +67,16 @@ struct FeedFacts {
 
 FeedState stateOf(const FeedFacts& facts, Date now);
 
-/// When to retry a failed fetch: at the server's Retry-After; without one, a minute after the first failure,
-/// and twice as long after each further one, up to 15 minutes. Not before `now`. Absent when the last fetch
-/// succeeded.
+/// The age of the alerts, counted from the time in their header, or without one from their receipt. Absent
+/// when no alerts ever came; 0 for a header that is ahead of the clock.
+std::optional<Seconds> ageOf(const FeedState& state, Date now);
+
+/// Whether the feed itself says that its alerts are older than an hour, whatever its kind.
+bool hasOldHeader(const FeedState& state, Date now);
+
+/// When to retry a failed fetch at the latest: at the server's Retry-After; without one, a minute after the
+/// first failure, and twice as long after each further one, up to 15 minutes. Not before `now`. Absent when
+/// the last fetch succeeded.
 std::optional<Date> nextRetry(const FeedState& state, Date now);
 
 /// When the kept alerts become too old to be shown, so that the list must be made again. Absent for other

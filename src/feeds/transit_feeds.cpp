@@ -180,7 +180,9 @@ Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentif
   const std::optional<Error> error = followLocked();
   const std::vector<Place> places = error ? std::vector<Place>() : find(identifiers);
   std::set<std::size_t> feeds;
-  for (const Place& place : places) feeds.insert(place.feed);
+  for (const Place& place : places) {
+    if (!place.isMissing) feeds.insert(*place.feed);
+  }
   const States states = update({feeds.begin(), feeds.end()}, now);
   publish(places, states);
   if (error) return *error;
@@ -217,7 +219,9 @@ std::vector<TransitFeeds::Place> TransitFeeds::find(std::span<const MapItemIdent
     }
     if (!place) {
       logDebug("no feed has a line %{private}@; it is left out", {identifier.muid});
-      continue;
+      // Without the name of its feed there is nothing to tell the user.
+      if (identifier.feed.empty()) continue;
+      place = missingPlace(identifier);
     }
     place->choice = identifier.choice;
     places.push_back(*std::move(place));
@@ -243,10 +247,21 @@ std::vector<std::size_t> TransitFeeds::feedsNamedBy(std::span<const MapItemIdent
 std::optional<TransitFeeds::Place> TransitFeeds::findIn(std::size_t feed,
                                                         const MapItemIdentifier& identifier) const {
   const SharedLineIndex& lines = loaded_[feed].lines;
-  if (!lines) return Place{.feed = feed, .routeId = identifier.routeId};
+  Place place{.feed = feed, .feedName = feeds_[feed].name, .routeId = identifier.routeId};
+  if (!lines) return place;
   const auto route = identifier.routeId.empty() ? lines->routeWithMuid(identifier.muid)
                                                 : lines->routeWithId(identifier.routeId);
-  return route ? std::optional(Place{feed, route, lines->routes()[*route].id}) : std::nullopt;
+  if (!route) return std::nullopt;
+  place.route = route;
+  place.routeId = lines->routes()[*route].id;
+  return place;
+}
+
+TransitFeeds::Place TransitFeeds::missingPlace(const MapItemIdentifier& identifier) const {
+  Place place{.feedName = identifier.feed, .routeId = identifier.routeId, .isMissing = true};
+  const auto feed = std::ranges::find(feeds_, identifier.feed, &StoredFeed::name);
+  if (feed != feeds_.end()) place.feed = static_cast<std::size_t>(feed - feeds_.begin());
+  return place;
 }
 
 TransitFeeds::States TransitFeeds::update(const std::vector<std::size_t>& feeds, Date now) {
@@ -285,7 +300,7 @@ void TransitFeeds::takeAlerts(std::size_t feed, FeedAlerts alerts) {
 }
 
 bool TransitFeeds::isKnown(const Place& place, const States& states) {
-  return place.route && states.at(place.feed).knowsLines();
+  return place.route && states.at(*place.feed).knowsLines();
 }
 
 void TransitFeeds::publish(std::span<const Place> places, const States& states) {
@@ -302,9 +317,17 @@ void TransitFeeds::publish(std::span<const Place> places, const States& states) 
 }
 
 UnknownLine TransitFeeds::unknownLine(const Place& place) const {
-  return {.feed = feeds_[place.feed].name,
+  return {.feed = place.feedName,
           .routeId = place.routeId,
-          .name = place.route ? loaded_[place.feed].lines->nameOfRoute(*place.route) : place.routeId};
+          .name = place.route ? loaded_[*place.feed].lines->nameOfRoute(*place.route) : place.routeId,
+          .isMissing = place.isMissing};
+}
+
+Error TransitFeeds::errorOf(const Place& place, const States& states) {
+  if (!place.isMissing) return *states.at(*place.feed).error;
+  return failure(FailureCode::notFound, "feed " + place.feedName, "",
+                 place.feed ? "its timetable no longer has the line " + place.routeId
+                            : "it has been removed, so nothing is known of its line " + place.routeId);
 }
 
 Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, const States& states,
@@ -314,13 +337,13 @@ Outcome<TransitLineItems> TransitFeeds::answer(std::span<const Place> places, co
   items.reserve(places.size());
   for (const Place& place : places) {
     if (!isKnown(place, states)) continue;
-    const LoadedFeed& feed = loaded_[place.feed];
-    TransitIncidents incidents = recordsOf(place.feed, now).ofRoute(*place.route, place.choice);
+    const LoadedFeed& feed = loaded_[*place.feed];
+    TransitIncidents incidents = recordsOf(*place.feed, now).ofRoute(*place.route, place.choice);
     auto fields = withServiceBadge(lineFields(*feed.records, *place.route), incidents, now,
                                    language_->texts.effect(AlertEffect::noService));
     items.push_back(std::make_shared<const TransitLineRecord>(std::move(fields), std::move(incidents)));
   }
-  if (items.empty() && !places.empty()) return *states.at(places.front().feed).error;
+  if (items.empty() && !places.empty()) return errorOf(places.front(), states);
   return items;
 }
 

@@ -35,8 +35,10 @@ struct FeedLines {
 struct UnknownLine {
   std::string feed;
   std::string routeId;
-  /// The line's name; its route id when the timetable cannot be read.
+  /// The line's name; its route id when the timetable cannot be read or does not have the line.
   std::string name;
+  /// True when there is no such line: the timetable was read and does not have it, or the feed was removed.
+  bool isMissing = false;
 
   bool operator==(const UnknownLine&) const = default;
 };
@@ -64,9 +66,10 @@ class TransitFeeds {
   Outcome<SharedLineIndex> linesOf(std::string_view feedName) LINEWATCH_EXCLUDES(loadingMutex_);
   FeedLines lines() LINEWATCH_EXCLUDES(loadingMutex_);
 
-  /// The lines in the order asked, with their incidents at `now`. Leaves out lines that no feed has, and
-  /// lines of which nothing is known; `unknownLines` names the latter. If no line is known at all, the result
-  /// is the error of the first line's feed. Also fails when the list of feeds cannot be read.
+  /// The lines in the order asked, with their incidents at `now`. Leaves out unknown lines; `unknownLines`
+  /// names them. If no line is known at all, the result is the error of the first unknown line. An identifier
+  /// that names no feed and fits no line is left out without being named. Also fails when the list of feeds
+  /// cannot be read.
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now)
       LINEWATCH_EXCLUDES(loadingMutex_);
   /// The states of the feeds that the last look-up asked, in the order of the feeds. Does not wait.
@@ -103,10 +106,14 @@ class TransitFeeds {
   };
   /// A line that was asked for.
   struct Place {
-    std::size_t feed = 0;
-    /// Absent when the feed's timetable cannot be read.
+    /// Absent when the feed has been removed.
+    std::optional<std::size_t> feed;
+    /// Absent when the feed's timetable cannot be read or does not have the line.
     std::optional<std::size_t> route;
+    std::string feedName;
     std::string routeId;
+    /// See `UnknownLine`.
+    bool isMissing = false;
     LineChoice choice;
   };
   using States = std::map<std::size_t, FeedState>;
@@ -122,6 +129,7 @@ class TransitFeeds {
       LINEWATCH_REQUIRES(loadingMutex_);
   /// Loads the feeds that may have the lines.
   std::vector<Place> find(std::span<const MapItemIdentifier> identifiers) LINEWATCH_REQUIRES(loadingMutex_);
+  Place missingPlace(const MapItemIdentifier& identifier) const LINEWATCH_REQUIRES(loadingMutex_);
   /// Absent when the feed does not have the line.
   std::optional<Place> findIn(std::size_t feed, const MapItemIdentifier& identifier) const
       LINEWATCH_REQUIRES(loadingMutex_);
@@ -132,6 +140,7 @@ class TransitFeeds {
       LINEWATCH_REQUIRES(loadingMutex_);
   static bool isKnown(const Place& place, const States& states);
   UnknownLine unknownLine(const Place& place) const LINEWATCH_REQUIRES(loadingMutex_);
+  static Error errorOf(const Place& place, const States& states);
   IncidentRecords& recordsOf(std::size_t feed, Date now) LINEWATCH_REQUIRES(loadingMutex_);
   void logErrors(const States& states, const Outcome<TransitLineItems>& answer)
       LINEWATCH_REQUIRES(loadingMutex_);

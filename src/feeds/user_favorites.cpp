@@ -111,10 +111,20 @@ Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
   return *isChanged == Value(true) ? Owner::userInSampleCity : Owner::sampleCity;
 }
 
+/// Leaves out stored favourites of the sample city while the user has feeds, and those of feeds while the
+/// sample city is shown.
 Outcome<Favorites> UserFavorites::Saved::favorites() const {
   const auto whose = owner();
   if (!whose) return whose.error();
-  if (*whose != Owner::sampleCity) return StoredFavoritesPersister(state, lineToLookUp).readFavorites();
+  if (*whose != Owner::sampleCity) {
+    auto favorites = StoredFavoritesPersister(state, lineToLookUp).readFavorites();
+    if (!favorites) return favorites;
+    std::erase_if(*favorites, [isSample = *whose == Owner::userInSampleCity](const Favorite& favorite) {
+      const auto* const line = std::get_if<FavoriteTransitLine>(&favorite);
+      return line != nullptr && (line->transitLine->identifier()->feed == kSampleFeedName) != isSample;
+    });
+    return favorites;
+  }
   const auto sample = sampleFavorites(sampleCity);
   return sample ? toLookUp(*sample) : Outcome<Favorites>(sample.error());
 }

@@ -115,6 +115,15 @@ TEST(FeedState, FollowsFromTheFacts) {
   EXPECT_EQ(stateOf(writtenAgo(-300), kNow).written, kNow + Seconds(300));
 }
 
+TEST(FeedState, TheAgeCountsFromTheHeaderOrElseFromReceipt) {
+  EXPECT_EQ(ageOf(stateOf(writtenAgo(70), kNow), kNow), Seconds(70));
+  EXPECT_EQ(ageOf(stateOf(writtenAgo(-70), kNow), kNow), Seconds(0));
+  EXPECT_EQ(ageOf(stateOf({.feed = "bus", .received = ago(20)}, kNow), kNow), Seconds(20));
+  EXPECT_EQ(ageOf(stateOf(neverReceived(), kNow), kNow), std::nullopt);
+  EXPECT_TRUE(hasOldHeader(stateOf(failing(60, writtenAgo(3601)), kNow), kNow)) << "though it is kept";
+  EXPECT_FALSE(hasOldHeader(stateOf(failing(60, writtenAgo(3600)), kNow), kNow));
+}
+
 TEST(FeedState, RetriesAfterAMinuteAndThenDoublesThePause) {
   FeedState state = stateOf(fresh(), kNow);
   EXPECT_EQ(nextRetry(state, kNow), std::nullopt);

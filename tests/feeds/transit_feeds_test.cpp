@@ -172,9 +172,10 @@ TEST_F(TransitFeedsTest, LeavesOutUnknownLines) {
   EXPECT_THAT(lines(feeds, {line("silent", "2"), line("lost", "1"), line("good", "1"), line("broken", "1"),
                             line("good", "none")}),
               ElementsAre("good one:"));
-  EXPECT_THAT(feeds.unknownLines(),
-              ElementsAre(UnknownLine{"silent", "2", "silent two"}, UnknownLine{"lost", "1", "1"},
-                          UnknownLine{"broken", "1", "broken one"}));
+  EXPECT_THAT(
+      feeds.unknownLines(),
+      ElementsAre(UnknownLine{"silent", "2", "silent two"}, UnknownLine{"lost", "1", "1"},
+                  UnknownLine{"broken", "1", "broken one"}, UnknownLine{"good", "none", "none", true}));
   EXPECT_THAT(platform_->transcript().logTexts("error"),
               ElementsAre(HasSubstr("feed lost: "), HasSubstr("feed silent: "), HasSubstr("feed broken: ")));
   std::vector<std::string> states;
@@ -194,13 +195,26 @@ TEST_F(TransitFeedsTest, LeavesOutUnknownLines) {
   EXPECT_THAT(lines(feeds, {line("broken", "1")}),
               ElementsAre(AllOf(HasSubstr("feed broken: " + broken.alerts.locations.front() + ": "),
                                 HasSubstr("byte 0"))));
-  EXPECT_THAT(lines(feeds, {line("good", "none")}), IsEmpty()) << "a line that is gone is no error";
-
   const FeedLines known = feeds.lines();
   ASSERT_EQ(known.indexes.size(), 3U);
   EXPECT_EQ(known.indexes[0]->feedName(), "good");
   EXPECT_THAT(sentenceOf(*known.error), HasSubstr("no such file or folder"));
   EXPECT_FALSE(feeds.linesOf("nowhere"));
+}
+
+TEST_F(TransitFeedsTest, NamesLinesThatAreGoneAsUnknown) {
+  TransitFeeds feeds(always({feed("bus", {}), feed("rail", {})}), documents(), {});
+  const MapItemIdentifier gone = line("bus", "9"), removed = line("tram", "3");
+  EXPECT_THAT(lines(feeds, {gone, line("rail", "1"), removed}), ElementsAre("rail one:"));
+  const UnknownLine unknownGone{"bus", "9", "9", true}, unknownRemoved{"tram", "3", "3", true};
+  EXPECT_THAT(feeds.unknownLines(), ElementsAre(unknownGone, unknownRemoved));
+
+  EXPECT_THAT(lines(feeds, {gone, removed}), ElementsAre("feed bus: its timetable no longer has the line 9"));
+  EXPECT_THAT(feeds.unknownLines(), ElementsAre(unknownGone, unknownRemoved));
+  EXPECT_THAT(lines(feeds, {removed, gone}),
+              ElementsAre("feed tram: it has been removed, so nothing is known of its line 3"));
+  EXPECT_THAT(lines(feeds, {{7}}), IsEmpty()) << "nothing names this line";
+  EXPECT_THAT(feeds.unknownLines(), IsEmpty());
 }
 
 TEST_F(TransitFeedsTest, LogsAFailureThatRepeatsItselfOnce) {

@@ -45,6 +45,16 @@ TEST_F(UserFavoritesTest, AreTheSampleCitysUntilTheUserChangesThem) {
   EXPECT_THAT(*favorites_.lines(), ElementsAre(sampleLine("2")));
 }
 
+TEST_F(UserFavoritesTest, AreEitherTheSampleCitysOrThoseOfOtherFeeds) {
+  const StoredFavorite bus{FavoriteKind::line, "bus", "7"};
+  ASSERT_TRUE(favorites_.change(std::vector{sampleLine("3"), bus}, true));
+  EXPECT_THAT(muids(),
+              ElementsAre(stableMuid("sample", "1"), stableMuid("sample", "2"), stableMuid("sample", "3")));
+  ASSERT_TRUE(*StoredFeeds(state_).add({"bus", "/gtfs", "/alerts"}));
+  EXPECT_THAT(muids(), ElementsAre(stableMuid("bus", "7")));
+  EXPECT_THAT(*favorites_.lines(), ElementsAre(bus));
+}
+
 TEST_F(UserFavoritesTest, NameTheirFeedAndRouteToTheTransitService) {
   const Favorites favorites = *UserFavorites({"7"}).read();
   ASSERT_EQ(favorites.size(), 1U);

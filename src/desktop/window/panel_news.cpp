@@ -45,6 +45,9 @@ std::vector<FeedState> feedsToReport(std::vector<FeedState> states) {
 QString feedSentence(const FeedState& state, const WindowTexts& texts, Date now) {
   const FeedSentence& sentence = *rankOf(state);
   if (!state.since) return texts(sentence.undated, {state.feed});
+  if (state.kind == FeedState::Kind::kept && hasOldHeader(state, now))
+    return texts("FeedKeptStale", {state.feed, agoInWords(*state.since, texts, now).toStdString(),
+                                   agoInWords(*state.written, texts, now).toStdString()});
   return texts(sentence.dated, {state.feed, agoInWords(*state.since, texts, now).toStdString()});
 }
 

@@ -20,7 +20,9 @@ constexpr Seconds kRecently{10};
 constexpr Seconds kMeteredRefresh{600};
 constexpr Seconds kShortestPause{5};
 constexpr Seconds kTimerTolerance{1};
-// The random part of a pause: at most this share of the pause, and for a retry at most this long.
+// The random part of a pause: at most this share of the pause, and for a retry at most this long. It is added
+// to a refresh and to the server's Retry-After. It is subtracted from the other retries, so that the first of
+// them starts within a minute.
 constexpr double kJitter = 0.1;
 constexpr Seconds kMostRetryJitter{5};
 
@@ -109,18 +111,20 @@ Seconds PanelUpdates::refreshPause() const {
   return refresh * (1 + kJitter * randomPart());
 }
 
-/// The time until the first retry or the first end of a grace period; absent when no feed has failed. A retry
-/// may be late but never early. The end of a grace is exact, because the kept alerts are no longer shown
-/// after it.
+/// The time until the retry of a feed that failed; the timer's tolerance may be added to it.
+Seconds PanelUpdates::retryPause(const FeedState& state, Seconds pause) {
+  const Seconds jitter = std::min(pause * kJitter, kMostRetryJitter) * randomPart();
+  return state.retryAfter ? pause + jitter : pause - kTimerTolerance - jitter;
+}
+
+/// The time until the first retry or the first end of a grace period; absent when no feed has failed. The end
+/// of a grace is exact, because the kept alerts are no longer shown after it.
 std::optional<Seconds> PanelUpdates::pauseForFeeds(const std::vector<FeedState>& states) const {
   const Date present = now();
   std::optional<Seconds> shortest;
   const auto consider = [&shortest](Seconds pause) { shortest = std::min(pause, shortest.value_or(pause)); };
   for (const FeedState& state : states) {
-    if (const auto retry = nextRetry(state, present)) {
-      const Seconds pause = *retry - present;
-      consider(pause + std::min(pause * kJitter, kMostRetryJitter) * randomPart());
-    }
+    if (const auto retry = nextRetry(state, present)) consider(retryPause(state, *retry - present));
     if (const auto end = graceEnd(state)) consider(*end - present);
   }
   return shortest;

@@ -22,8 +22,8 @@ inline constexpr Seconds kUsualRefresh{120};
 ///
 /// - every `refresh` seconds plus a random part of at most a tenth, so that panels that start together do
 ///   not fetch together; every 10 minutes on a metered network;
-/// - at the next retry of a failed feed, and when the grace of its kept alerts ends; if every feed has
-///   failed, only then;
+/// - up to 6 seconds before the next retry of a failed feed, but not before the server's Retry-After, and
+///   when the grace of its kept alerts ends; if every feed has failed, only then;
 /// - once after the machine resumes from sleep, after its clock is set, after the network returns, and after
 ///   the favourites change.
 ///
@@ -66,6 +66,7 @@ class PanelUpdates {
   /// A random number from 0 to 1, without 1.
   static double randomPart();
   Seconds refreshPause() const;
+  static Seconds retryPause(const FeedState& state, Seconds pause);
   std::optional<Seconds> pauseForFeeds(const std::vector<FeedState>& states) const;
 
   std::function<void()> ask_;

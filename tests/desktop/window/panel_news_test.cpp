@@ -54,6 +54,18 @@ TEST(PanelNewsTest, NamesTheFeedThatIsNotUpToDate) {
   }
 }
 
+TEST(PanelNewsTest, SaysHowOldKeptAlertsAre) {
+  FeedState kept = feed("Bus", Kind::kept, 180);
+  kept.written = kNow - Seconds(3600);
+  EXPECT_EQ(textOf({.states = {kept}}), "Bus cannot be updated; its advisories came 3 minutes ago.");
+  kept.written = kNow - Seconds(7200);
+  EXPECT_EQ(textOf({.states = {kept}}),
+            "Bus cannot be updated; its advisories came 3 minutes ago and were written 2 hours ago.");
+  EXPECT_EQ(textOf({.states = {kept}}, "de"),
+            "Bus lässt sich nicht aktualisieren; die Meldungen kamen vor 3 Minuten und sind vor 2 Stunden "
+            "geschrieben worden.");
+}
+
 TEST(PanelNewsTest, NamesTheWorstFeedAndTheUnknownLines) {
   FeedNews news{
       .states = {feed("Tram", Kind::fresh), feed("Ferry", Kind::kept, 120), feed("Bus", Kind::unreachable)},
