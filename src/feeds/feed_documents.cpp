@@ -354,7 +354,8 @@ void FeedDocuments::keepStops(const Place& place, GtfsSource& source) {
   cache_->storeStops(place.feed.name, place.stopsKey(), std::move(kept));
 }
 
-std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed, SharedAlertsMessage alerts) {
+std::shared_ptr<StopNames> FeedDocuments::stopNamesOf(const StoredFeed& feed,
+                                                      const SharedAlertsMessage& alerts) {
   std::vector<StopNames::PageSource> sources;
   for (std::size_t index = 0; index < feed.gtfs.locations.size(); ++index) {
     sources.emplace_back([this, feed, index, alerts](std::string_view id) {

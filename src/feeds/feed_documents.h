@@ -71,7 +71,7 @@ class FeedDocuments {
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The names of the feed's stops. They are in the cache beside the line index. Without a cache the
   /// timetable is searched when a stop is first asked for, once for all stops that `alerts` name.
-  std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, SharedAlertsMessage alerts = nullptr);
+  std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, const SharedAlertsMessage& alerts = nullptr);
   /// From now on local timetables are read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// Tries to get the feed's alerts. `held` is the result of the last call, or the default. After a failure

@@ -179,7 +179,7 @@ std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
 }
 
 std::optional<Error> whyNotWritable(const fs::path& file) {
-  const fs::path target = followed(file);
+  const fs::path target = linkTarget(file);
   if (ownDescriptor(target)) return std::nullopt;
   // The dot makes a parent that is a file an error.
   const fs::path written = isReplaceable(target) ? target.parent_path() / "." : target;

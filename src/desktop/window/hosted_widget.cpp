@@ -41,7 +41,8 @@ HostedWidget::HostedWidget(const PanelHost::Limits& limits, PanelHost::OpenURL o
       host_(std::make_shared<PanelHost>(limits, observed(std::move(openURL), observer_))),
       controller_(RVTransitIncidentsViewController::make(host_, {limits.width, limits.compactHeight})),
       feedStates_(updates.feedStates),
-      updates_([this] { askForUpdate(); }, std::move(updates)),
+      updates_(
+          platform().mainLoop(), platform().randomSource(), [this] { askForUpdate(); }, std::move(updates)),
       savedListDate_(loadListDate()) {
   controller_->view();
   if (observer_) {

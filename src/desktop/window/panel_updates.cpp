@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/main_loop.h"
-#include "platform/platform.h"
 #include "platform/random_source.h"
 
 namespace linewatch::desktop {
@@ -28,12 +27,17 @@ constexpr Seconds kMostRetryJitter{5};
 
 bool isFailing(const FeedState& state) { return state.failures > 0; }
 
-Date now() { return platform().mainLoop().now(); }
-
 }  // namespace
 
-PanelUpdates::PanelUpdates(std::function<void()> ask, Settings settings)
-    : ask_(std::move(ask)), settings_(std::move(settings)), clocksAtStart_(settings_.readClocks()) {}
+PanelUpdates::PanelUpdates(MainLoop& mainLoop, RandomSource& randomSource, std::function<void()> ask,
+                           Settings settings)
+    : mainLoop_(mainLoop),
+      randomSource_(randomSource),
+      ask_(std::move(ask)),
+      settings_(std::move(settings)),
+      clocksAtStart_(settings_.readClocks()) {}
+
+Date PanelUpdates::now() const { return mainLoop_.now(); }
 
 std::vector<FeedState> PanelUpdates::feedStates() const {
   return settings_.feedStates ? settings_.feedStates() : std::vector<FeedState>();
@@ -102,8 +106,8 @@ void PanelUpdates::checkClock() {
 
 // ---- The next update ----
 
-double PanelUpdates::randomPart() {
-  return platform().randomSource().next() / (std::numeric_limits<std::uint32_t>::max() + 1.0);
+double PanelUpdates::randomPart() const {
+  return randomSource_.next() / (std::numeric_limits<std::uint32_t>::max() + 1.0);
 }
 
 Seconds PanelUpdates::refreshPause() const {
@@ -112,7 +116,7 @@ Seconds PanelUpdates::refreshPause() const {
 }
 
 /// The time until the retry of a feed that failed; the timer's tolerance may be added to it.
-Seconds PanelUpdates::retryPause(const FeedState& state, Seconds pause) {
+Seconds PanelUpdates::retryPause(const FeedState& state, Seconds pause) const {
   const Seconds jitter = std::min(pause * kJitter, kMostRetryJitter) * randomPart();
   return state.retryAfter ? pause + jitter : pause - kTimerTolerance - jitter;
 }
@@ -140,8 +144,7 @@ void PanelUpdates::scheduleNext() {
 
 void PanelUpdates::scheduleIn(Seconds interval) {
   cancelTimer();
-  timer_ = platform().mainLoop().scheduleTimer(std::max(interval, kShortestPause), /*repeats=*/false,
-                                               [this] { ask_(); });
+  timer_ = mainLoop_.scheduleTimer(std::max(interval, kShortestPause), /*repeats=*/false, [this] { ask_(); });
   timer_->setTolerance(kTimerTolerance);
 }
 

@@ -10,8 +10,10 @@
 #include "shared/date.h"
 
 namespace linewatch {
+class MainLoop;
+class RandomSource;
 class Timer;
-}
+}  // namespace linewatch
 
 namespace linewatch::desktop {
 
@@ -27,7 +29,7 @@ inline constexpr Seconds kUsualRefresh{120};
 /// - once after the machine resumes from sleep, after its clock is set, after the network returns, and after
 ///   the favourites change.
 ///
-/// While the widget is hidden nothing is scheduled. Needs an installed platform. Main thread.
+/// While the widget is hidden nothing is scheduled. Main thread.
 class PanelUpdates {
  public:
   struct Settings {
@@ -37,8 +39,9 @@ class PanelUpdates {
     std::function<ClockReading()> readClocks = desktop::readClocks;
   };
 
-  /// `ask` makes the widget start a fetch. It is never called while a fetch runs.
-  PanelUpdates(std::function<void()> ask, Settings settings);
+  /// `ask` makes the widget start a fetch. It is never called while a fetch runs. The main loop and the
+  /// source must outlive this.
+  PanelUpdates(MainLoop& mainLoop, RandomSource& randomSource, std::function<void()> ask, Settings settings);
   ~PanelUpdates() { cancelTimer(); }
   PanelUpdates(const PanelUpdates&) = delete;
   PanelUpdates& operator=(const PanelUpdates&) = delete;
@@ -64,11 +67,15 @@ class PanelUpdates {
   void scheduleIn(Seconds interval);
   void cancelTimer();
   /// A random number from 0 to 1, without 1.
-  static double randomPart();
+  double randomPart() const;
   Seconds refreshPause() const;
-  static Seconds retryPause(const FeedState& state, Seconds pause);
+  Seconds retryPause(const FeedState& state, Seconds pause) const;
   std::optional<Seconds> pauseForFeeds(const std::vector<FeedState>& states) const;
 
+  Date now() const;
+
+  MainLoop& mainLoop_;
+  RandomSource& randomSource_;
   std::function<void()> ask_;
   Settings settings_;
   bool isVisible_ = false;

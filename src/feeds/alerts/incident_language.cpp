@@ -15,9 +15,9 @@ namespace {
 /// of the texts' language, so that a row does not mix two.
 icu::Locale localeOf(const IncidentLanguage& language, UErrorCode& error) {
   const std::string& ofTexts = language.texts.language;
-  const auto texts = icu::Locale::forLanguageTag(ofTexts, error);
+  auto texts = icu::Locale::forLanguageTag(ofTexts, error);
   if (language.languages.empty()) return texts;
-  const auto users = icu::Locale::forLanguageTag(language.languages.front(), error);
+  auto users = icu::Locale::forLanguageTag(language.languages.front(), error);
   return std::string_view(users.getLanguage()) == texts.getLanguage() ? users : texts;
 }
 

@@ -32,7 +32,8 @@ std::size_t bytesOfAnswer(const RecordedAnswer& answer) {
 
 std::size_t bytesOfFavorites(const RecordedFavorites& favorites) {
   std::size_t bytes = 0;
-  for (const std::string& text : favorites.texts) bytes += text.size() + sizeof text + sizeof(SharedEntry);
+  for (const std::string& text : favorites.texts)
+    bytes += text.size() + sizeof(std::string) + sizeof(SharedEntry);
   return bytes;
 }
 
@@ -207,12 +208,14 @@ void SessionRecorder::hostDidOpen(bool success) {
   const std::string value = success ? "true" : "false";
   const auto known = told_.try_emplace("opens", "true").first;
   if (std::exchange(known->second, value) == value) return;
-  for (auto segment = segments_.rbegin(); segment != segments_.rend(); ++segment) {
+  auto segment = segments_.rbegin();
+  while (segment != segments_.rend()) {
     const auto tap = std::find_if(segment->events.rbegin(), segment->events.rend(),
                                   [](const RecordedEvent& event) { return event.isTap; });
     if (tap != segment->events.rend())
       return addBefore(std::prev(tap.base()), *segment, {{known->first, value}});
     segment->told.insert_or_assign(known->first, value);
+    ++segment;
   }
 }
 

@@ -54,7 +54,7 @@ class Ticket final : public TransitLinesTicket {
     if (const auto delay = backstage_->world.service.delay) {
       backstage_->mainLoop.runAfter(*delay, std::move(answerNow));
     } else {
-      backstage_->waitingLookups.push_back(std::move(answerNow));
+      backstage_->waitingLookups.emplace_back(std::move(answerNow));
     }
   }
 

@@ -44,7 +44,10 @@ class PanelDayTest : public PlatformTest {
             return std::shared_ptr<HttpFetcher>(server_);
           }),
       {}};
-  PanelUpdates updates_{[this] { update(); }, {.feedStates = [this] { return feeds_.states(); }}};
+  PanelUpdates updates_{platform_->mainLoop(),
+                        platform_->randomSource(),
+                        [this] { update(); },
+                        {.feedStates = [this] { return feeds_.states(); }}};
 };
 
 /// While the rows are kept ones, the header says so. The timers may be a second late.

@@ -63,7 +63,9 @@ class PanelUpdatesTest : public PlatformTest {
   std::function<void()> fetch_;
   std::vector<FeedState> states_;
   ClockReading clocks_;
-  PanelUpdates updates_{[this] { ask(); },
+  PanelUpdates updates_{platform_->mainLoop(),
+                        platform_->randomSource(),
+                        [this] { ask(); },
                         {.refresh = Seconds(120),
                          .feedStates = [this] { return states_; },
                          .readClocks = [this] { return clocks_; }}};
