@@ -60,8 +60,8 @@ TEST_F(ProgramTest, ShowsAGivenFeed) {
             "[1]  Strike\n✓    Good Service\n     No advisories for 1 other line\nAlerts of unknown age\n")
       << run.errors;
   const auto json = runProgram(given({"--favorite", "r1", "show", "--json"}));
-  EXPECT_THAT(json.output,
-              AllOf(StartsWith("{\""), HasSubstr("\"primaryText\": \"Strike\""), EndsWith("}\n")));
+  EXPECT_THAT(json.output, AllOf(StartsWith("{\""), HasSubstr("\"primaryText\": \"Strike\""),
+                                 HasSubstr("\"age\": 0,"), EndsWith("}\n")));
   const auto german = runProgram(given({"--locale", "de-CH", "--favorite", "r2", "show"}));
   EXPECT_THAT(german.output, Not(HasSubstr("Good")));
 }
@@ -177,6 +177,31 @@ TEST_F(ProgramTest, FailsWhenItsOutputCannotBeWritten) {
         std::system((std::string(LINEWATCH_PROGRAM) + " simulate " + scenario + " >/dev/full 2>&1").c_str());
     EXPECT_EQ(WEXITSTATUS(status), 2) << pages;
   }
+}
+
+TEST_F(ProgramTest, NamesFavouritesThatAreGone) {
+  const auto addFeed = [this](const std::string& name) {
+    std::filesystem::copy(folder_ / "gtfs", folder_ / name);
+    runProgram(saved({"feed", "add", name, "--gtfs", folder_ / name, "--alerts", folder_ / "alerts.pb"}));
+  };
+  folder_.write("alerts.pb", alertsFeed(""));
+  addFeed("town");
+  addFeed("port");
+  runProgram(saved({"favorites", "add", "town:r1", "town:r2", "port:r1"}));
+  runProgram(saved({"feed", "remove", "port"}));
+  folder_.write("town/routes.txt", "route_id,route_short_name\nr2,2\n");
+  const auto partial = runProgram(saved({"show"}));
+  EXPECT_EQ(partial.status, 0);
+  EXPECT_THAT(partial.output, AllOf(HasSubstr("Good Service"), EndsWith("\nUnknown lines: r1, r1\n")));
+  EXPECT_THAT(partial.errors, IsEmpty()) << "they are named once";
+  EXPECT_THAT(runProgram(saved({"show", "--json"})).output,
+              AllOf(HasSubstr("\"status\": \"good\""), HasSubstr("\"status\": \"unknown\"")));
+
+  folder_.write("town/routes.txt", "route_id,route_short_name\nr3,3\n");
+  const auto none = runProgram(saved({"show"}));
+  EXPECT_EQ(none.status, 1);
+  EXPECT_THAT(none.output, AllOf(HasSubstr("Can’t Load"), Not(HasSubstr("No Favorite Lines"))));
+  EXPECT_EQ(none.errors, "linewatch: feed town: its timetable no longer has the line r1\n");
 }
 
 TEST_F(ProgramTest, SavesFeedsAndFavourites) {
