@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWindow>
 #include <algorithm>
