@@ -8,6 +8,7 @@
 
 #include "platform/recording_log.h"
 #include "platform/transit_records.h"
+#include "storage/stored_feeds.h"
 #include "temporary_folder.h"
 
 namespace linewatch {
