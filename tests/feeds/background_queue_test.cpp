@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <future>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
