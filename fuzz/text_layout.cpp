@@ -40,7 +40,7 @@ void checkLayout(const ui::TextLayout& layout, const std::string& text,
     require(line.baseline > baseline);
     end = line.end;
     baseline = line.baseline;
-    // What is not UTF-8 has no characters to split.
+    // A line of valid text must not end inside a character.
     if (isValidUtf8(text)) require(isValidUtf8(text.substr(line.begin, line.end - line.begin)));
   }
   require(layout.size.height >= 0);

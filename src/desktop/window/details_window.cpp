@@ -398,7 +398,7 @@ QWidget* DetailsWindow::makeLink(const QUrl& url, std::size_t failurePart) {
   return link;
 }
 
-// ---- What was looked up ----
+// ---- Look-ups ----
 
 const FoundIncident& DetailsWindow::foundOf(std::uint64_t muid) const {
   static const FoundIncident kNothing;

@@ -22,7 +22,7 @@ QString detailsOf(const FavoriteList::Entry& entry, const FavoriteList::Mark& ma
   return words.join(QStringLiteral(" · "));
 }
 
-/// What assistive technology reads: the shield, the name, the agency and the choice.
+/// The text for a screen reader: the shield, the name, the agency and the choice.
 QString accessibleText(const FavoriteList::Entry& entry, const FavoriteList::Mark& mark) {
   const auto& shield = entry.artwork ? entry.artwork->shieldDataSource : std::nullopt;
   const QString shieldText = shield ? QString::fromStdString(shield->shieldText.value_or("")) : QString();

@@ -32,8 +32,8 @@ constexpr double kHintSize = 13;
 constexpr std::int64_t kListedShieldStep = 3;
 constexpr int kRetryMilliseconds = 1000;
 
-/// A search field with a rounded outline. It is painted here because a style sheet would not follow changes
-/// of the palette.
+/// A search field with a rounded outline. The class paints the outline itself, because a style sheet keeps
+/// the old colours when the palette changes.
 class OutlinedField final : public QLineEdit {
  public:
   OutlinedField() {

@@ -122,7 +122,7 @@ Seconds PanelUpdates::retryPause(const FeedState& state, Seconds pause) const {
 }
 
 /// The time until the first retry or the first end of a grace period; absent when no feed has failed. The end
-/// of a grace is exact, because the kept alerts are no longer shown after it.
+/// of a grace period has no random part, because the kept alerts are not shown after it.
 std::optional<Seconds> PanelUpdates::pauseForFeeds(const std::vector<FeedState>& states) const {
   const Date present = now();
   std::optional<Seconds> shortest;

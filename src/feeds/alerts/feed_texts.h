@@ -22,8 +22,8 @@ struct FeedTexts {
   const std::string& effect(AlertEffect effect) const {
     return effects[static_cast<std::size_t>(effect) - 1];
   }
-  /// What an effect does to stops: "Harbour closed". The names alone unless `hasWordsForStops` is true of the
-  /// effect. `stops` are names, one or several.
+  /// The effect on stops in words, e.g. "Harbour closed". `stops` is one name or a list of names. Gives
+  /// `stops` alone if the effect has no words for stops.
   std::string effectAtStops(AlertEffect effect, const std::string& stops) const;
   static bool hasWordsForStops(AlertEffect effect);
   /// Both as one text ("Detour · Construction"). When one is empty, the other.

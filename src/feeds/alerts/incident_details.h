@@ -22,7 +22,7 @@ struct IncidentStop {
   bool operator==(const IncidentStop&) const = default;
 };
 
-/// What a feed says of an incident beside its texts.
+/// The facts of an incident that its texts do not hold.
 struct IncidentDetails {
   AlertEffect effect = AlertEffect::unknownEffect;
   AlertCause cause = AlertCause::unknownCause;

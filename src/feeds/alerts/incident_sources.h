@@ -10,7 +10,7 @@
 
 namespace linewatch {
 
-/// What the records of a feed's incidents are made from.
+/// The sources of the records of a feed's incidents.
 struct IncidentSources {
   SharedIncidentTable table;
   SharedIncidentLanguage language;

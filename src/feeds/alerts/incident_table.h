@@ -79,7 +79,7 @@ class IncidentTable {
       return std::tie(byId, text) < std::tie(other.byId, other.text);
     }
   };
-  // What a selector without a route selects: lines by agency, route type or both.
+  // The lines of a selector without a route: by agency, route type or both.
   struct GroupKey {
     std::optional<AgencyKey> agency;
     std::optional<std::int32_t> type;

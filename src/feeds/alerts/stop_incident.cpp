@@ -125,7 +125,7 @@ std::string titleForStop(const std::string& stop, Notices notices, const FeedTex
                                                             : filledIn(words.stopAffectedFormat, stop);
 }
 
-/// What is new below the title: from the headers, then from the descriptions.
+/// The sentences that add something to the title: from the headers, then from the descriptions.
 std::string newsOf(Notices notices, const std::string& title, const FeedTexts& words) {
   std::string headers, descriptions;
   for (const WordedStopNotice& notice : notices) {

@@ -284,7 +284,7 @@ class LineJoiner {
     lastLineLength_ = countCharacters(line);
   }
 
-  // What to put between the lines; null when the line is not joined.
+  // The text to join the lines with; null when the line is not joined.
   const char* jointBefore(std::string_view line, bool startsParagraph, bool isItem) {
     if (endsWithAny(current_, ":")) {
       if (startsParagraph && line.ends_with(':')) return nullptr;

@@ -35,7 +35,7 @@ struct RecordedAnswer {
   bool operator==(const RecordedAnswer&) const = default;
 };
 
-/// What a fetch read of the favourites in a recording.
+/// The favourites that a recorded fetch read.
 struct RecordedFavorites {
   /// The JSON text of each favourite, and the lines that they name.
   std::vector<std::string> texts;

@@ -20,7 +20,7 @@ struct RecordedEntry {
   std::string_view table;
   std::string key;
   std::string text;
-  /// What the scenario must have too: the system of a line, and the widths of its artworks.
+  /// Parts that the scenario must have too: the system of a line, and the widths of its artworks.
   std::vector<std::shared_ptr<const RecordedEntry>> needed;
 };
 

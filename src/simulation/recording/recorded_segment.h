@@ -37,7 +37,7 @@ struct RecordedSegment {
   bool isShown = false;
   WorldHost host;
   ui::TextSizeCategory textSize = ui::kDefaultTextSizeCategory;
-  /// What the widget was told of the world last: the JSON text of each key.
+  /// The last values of the world that the widget was told: the JSON text of each key.
   std::map<std::string, std::string> told;
   /// The favourites that the fetch reads; null until they are known.
   std::shared_ptr<const RecordedFavorites> favorites;

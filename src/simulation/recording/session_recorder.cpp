@@ -170,7 +170,7 @@ void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineI
   const std::size_t bytes = answer == answer_ ? 0 : bytesOfAnswer(*answer);
   answer_ = answer;
   items_ = items;
-  // What came before the answer in the same microsecond stays before it.
+  // Events before the answer in the same microsecond stay before it.
   addEvent({.time = std::max(now(), lastTime_ + 1), .what = std::move(answer)}, bytes);
   if (world_.preferences.contains(kInjectFakeIncidentsKey)) drawn_.emplace();
 }

@@ -56,10 +56,10 @@ class SessionRecorder final : public HostObserver,
   /// The user's locale, e.g. "de-CH", which a scenario notes for its reader.
   void setLocale(std::string locale) { world_.locale = std::move(locale); }
 
-  /// What was recorded, as a scenario; absent when there is nothing.
+  /// The recording as a scenario; absent when there is none.
   std::optional<std::string> scenario();
 
-  // What the host does.
+  // Calls of the host.
   void hostDidLoad(const std::shared_ptr<RVTransitIncidentsViewController>& controller,
                    const Size& bounds) override;
   void hostWillShow() override;
@@ -71,7 +71,7 @@ class SessionRecorder final : public HostObserver,
   void hostDidOpen(bool success) override;
   void hostDidShowContent() override;
 
-  // What the platform does.
+  // Events of the platform.
   /// The widget starts a fetch, which is to set the favourites that it reads.
   std::shared_ptr<FavoritesOfFetch> fetchDidBegin();
   void serviceWillAnswer(const std::shared_ptr<const TransitLineItems>& items,

@@ -31,12 +31,12 @@ struct ScenarioRun {
   Seconds time{0};
   /// The number of steps performed; one that `RunEnd::until` cut short is one of them.
   std::size_t steps = 0;
-  /// What the widget showed at the end; null when there was no widget.
+  /// The list of the widget at the end; null when there was no widget.
   std::shared_ptr<const RVTransitListItem> list;
   bool isExpanded = false;
 };
 
-/// What a caller adds to a run.
+/// Additions of the caller to a run.
 struct RunHosting {
   ScenarioHost::Wrap wrap = {};
   /// Called at the end of the run, while the platform is installed, when there is a widget. `scale`: pixels
