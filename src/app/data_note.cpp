@@ -13,7 +13,10 @@ namespace linewatch::app {
 namespace {
 
 std::string alertsAge(const FeedState& state, Date now) {
-  if (!state.written) return "of unknown age";
+  if (!state.written) {
+    const auto age = ageOf(state, now);
+    return age ? "received " + durationInWords(*age) + " ago; the feed states no time" : "of unknown age";
+  }
   return "of " + localTime(*state.written) + " (" + durationInWords(now - *state.written) + " old)";
 }
 

@@ -57,7 +57,8 @@ TEST_F(ProgramTest, ShowsTheSampleCityWithoutConfigurationAndWritesNothing) {
 TEST_F(ProgramTest, ShowsAGivenFeed) {
   const auto run = runProgram(given({"--favorite", "r2", "--favorite", "r1", "show", "--expanded"}));
   EXPECT_EQ(run.output,
-            "[1]  Strike\n✓    Good Service\n     No advisories for 1 other line\nAlerts of unknown age\n")
+            "[1]  Strike\n✓    Good Service\n     No advisories for 1 other line\nAlerts received less than "
+            "a minute ago; the feed states no time\n")
       << run.errors;
   const auto json = runProgram(given({"--favorite", "r1", "show", "--json"}));
   EXPECT_THAT(json.output, AllOf(StartsWith("{\""), HasSubstr("\"primaryText\": \"Strike\""),
@@ -85,7 +86,8 @@ TEST_F(ProgramTest, PrintsUpcomingIncidents) {
   const std::vector<std::string> show{"--favorite",           "r1",   "--now",
                                       "2026-11-24T08:00:00Z", "show", "--upcoming"};
   EXPECT_EQ(runProgram(given(show)).output,
-            "[1]  Works\n     11/25/26 8:00 AM – 11/26/26 8:00 AM\nAlerts of unknown age\n");
+            "[1]  Works\n     11/25/26 8:00 AM – 11/26/26 8:00 AM\nAlerts received less than a minute ago; "
+            "the feed states no time\n");
   folder_.write("alerts.pb", alertsFeed(""));
   EXPECT_THAT(runProgram(given(show)).output, StartsWith("Nothing begins within 7 days.\n"));
 }
@@ -231,9 +233,12 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   std::filesystem::remove_all(folder_ / "lost");
   const auto partial = runProgram(saved({"show"}));
   EXPECT_EQ(partial.status, 0);
-  EXPECT_THAT(partial.output,
-              AllOf(HasSubstr("Good Service"), HasSubstr("town: Alerts of unknown age\nlost: No alerts"),
-                    HasSubstr("no such file or folder\nUnknown lines: r1\n")));
+  EXPECT_THAT(
+      partial.output,
+      AllOf(
+          HasSubstr("Good Service"),
+          HasSubstr("town: Alerts received less than a minute ago; the feed states no time\nlost: No alerts"),
+          HasSubstr("no such file or folder\nUnknown lines: r1\n")));
   const auto found = runProgram(saved({"lines", "central"}));
   EXPECT_EQ(found.status, 2);
   EXPECT_THAT(found.output, HasSubstr("Zoo – Central"));

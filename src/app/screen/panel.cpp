@@ -207,10 +207,10 @@ QString Panel::dataNote() {
   const auto states = platform().feeds().states();
   if (states.empty()) return {};
   const auto& oldest = std::ranges::min(states, {}, &FeedState::written);
-  if (!oldest.written) return (*texts_)("AlertsOfUnknownAge");
-  const QString when =
-      texts_->dateAndTime(*oldest.written, platform().mainLoop().now(), QLocale::ShortFormat);
-  return (*texts_)("AlertsWritten", {when.toStdString()});
+  const std::optional<Date>& dated = oldest.written ? oldest.written : oldest.received;
+  if (!dated) return (*texts_)("AlertsOfUnknownAge");
+  const QString when = texts_->dateAndTime(*dated, platform().mainLoop().now(), QLocale::ShortFormat);
+  return (*texts_)(oldest.written ? "AlertsWritten" : "AlertsReceived", {when.toStdString()});
 }
 
 }  // namespace linewatch::app
