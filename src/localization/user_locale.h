@@ -27,6 +27,8 @@ class UserLocale {
   /// Whether the language is written from right to left.
   bool isRightToLeft() const;
 
+  bool operator==(const UserLocale&) const = default;
+
  private:
   explicit UserLocale(std::string tag) : tag_(std::move(tag)) {}
 
