@@ -77,6 +77,10 @@ Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::ve
 
 }  // namespace
 
+bool isWithoutSavedState(const CommonOptions& options) {
+  return !options.feed.gtfs.empty() || !options.feed.alerts.empty() || !options.favorites.empty();
+}
+
 std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv) {
   CLI::App app(kAbout, "linewatch");
   app.set_version_flag("--version", "linewatch " LINEWATCH_VERSION);

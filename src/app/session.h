@@ -40,7 +40,7 @@ class Session {
   std::shared_ptr<desktop::DesktopPlatform> platform_;
 };
 
-/// The user's language and region, from the options or the environment.
+/// The user's language and region, from the options, the settings or the environment.
 UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

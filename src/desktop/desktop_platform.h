@@ -51,6 +51,8 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   const UserFavorites& favorites() const;
   /// Null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
+  /// The user's settings, also those that the state database remembers.
+  UserSettings& settings() { return *settings_.user; }
   /// Whether the last look-up used the sample city, because the user has added no feed.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
@@ -90,6 +92,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
+  bool recordsAnalytics() const;
 
   DesktopSettings settings_;
   QtMainLoop mainLoop_;

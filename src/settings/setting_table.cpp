@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "shared/failure.h"
 #include "shared/nearest_name.h"
 #include "shared/shell_words.h"
 
@@ -53,12 +54,8 @@ bool takeRefresh(const std::string& text, Settings& settings) {
 }
 
 bool takeCompanion(const std::string& text, Settings& settings) {
-  if (text.empty()) {
-    settings.companion = {};
-    return true;
-  }
   auto words = shellWords(text);
-  if (!words || words->empty() || words->front().empty()) return false;
+  if (!words) return false;
   settings.companion = *std::move(words);
   return true;
 }
@@ -97,7 +94,7 @@ constexpr std::array<Setting, 9> kTable{{
     {"companion",
      Kind::text,
      {},
-     "a command, or empty",
+     "a command, or nothing",
      "",
      "A command that opens rows instead of LineWatch's own windows",
      takeCompanion},
@@ -123,6 +120,12 @@ const Setting& kAnalyticsSetting = kTable[7];
 bool Setting::isAllowed(const std::string& text) const {
   Settings ignored;
   return take(text, ignored);
+}
+
+std::string Setting::refusal(const std::string& text) const {
+  const auto words = shellWords(text);
+  if (take == takeCompanion && !words) return sentenceOf(words.error());
+  return "\"" + text + "\" is not " + std::string(allowed);
 }
 
 std::span<const Setting> settingTable() { return kTable; }

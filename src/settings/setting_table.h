@@ -28,6 +28,8 @@ struct Setting {
   bool (*take)(const std::string& text, Settings& settings);
 
   bool isAllowed(const std::string& text) const;
+  /// Why a text is not allowed, and what is.
+  std::string refusal(const std::string& text) const;
 };
 
 /// All settings, in the order to show them.

@@ -36,15 +36,14 @@ std::optional<std::string> textOfValue(const Setting& setting, const TomlEntry& 
   return std::nullopt;
 }
 
+/// `shown`: the value as it stands in the file.
 SettingsFault wrongValue(const Setting& setting, const std::string& shown, TextPlace place) {
-  std::string reason =
-      std::string(setting.key) + " = " + shown + " is wrong: " + std::string(setting.allowed);
-  if (setting.key == kAnalyticsSetting.key) {
-    reason += "; nothing is recorded";
-  } else {
-    reason += "; the default holds";
-  }
-  return {place, std::move(reason), setting.key};
+  const bool isAnalytics = &setting == &kAnalyticsSetting;
+  return {place,
+          std::string(setting.key) + " = " + shown + " is not allowed; write " +
+              std::string(setting.allowed) +
+              (isAnalytics ? "; for now nothing is recorded" : "; for now the default holds"),
+          setting.key};
 }
 
 SettingsFault unknownKey(const std::string& key, TextPlace place) {

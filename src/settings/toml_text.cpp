@@ -61,6 +61,14 @@ std::optional<std::size_t> lineOfDeepKey(std::string_view text) {
   return std::nullopt;
 }
 
+/// The library's sentence without its beginning, "Error while parsing …: ".
+std::string reasonOf(const toml::parse_error& error) {
+  const std::string_view sentence = error.description();
+  const std::size_t colon = sentence.find(": ");
+  const bool hasBeginning = sentence.starts_with("Error while") && colon != std::string_view::npos;
+  return std::string(hasBeginning ? sentence.substr(colon + 2) : sentence);
+}
+
 std::size_t endOf(const toml::node& node, const Offsets& offsets) {
   std::size_t end = offsets(node.source().end);
   if (const toml::table* const table = node.as_table()) {
@@ -94,8 +102,7 @@ TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& o
 std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
   if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
   const toml::parse_result parsed = toml::parse(text);
-  if (!parsed)
-    return TomlFault{placeAt(parsed.error().source().begin), std::string(parsed.error().description())};
+  if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
   const Offsets offsets(text);
   std::vector<TomlEntry> entries;
   for (const auto& [key, node] : parsed.table()) entries.push_back(entryOf(key, node, offsets));

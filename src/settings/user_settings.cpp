@@ -42,15 +42,22 @@ const SettingsDocument& UserSettings::documentInForce() const {
   return !isReadable() && lastReadable_ ? *lastReadable_ : contents().document;
 }
 
-SettingValue UserSettings::find(const Setting& setting) const {
+/// The value of the command line or the file; absent if another source has to serve.
+std::optional<SettingValue> UserSettings::findHere(const Setting& setting) const {
   if (const auto given = given_.find(setting.key); given != given_.end())
-    return {given->second, SettingSource::commandLine};
+    return SettingValue{given->second, SettingSource::commandLine};
   const SettingsDocument& document = documentInForce();
-  if (auto value = document.valueOf(setting)) return {*std::move(value), SettingSource::file};
+  if (auto value = document.valueOf(setting)) return SettingValue{*std::move(value), SettingSource::file};
   // Recording is on by default. Whoever writes a value, even a wrong one, wants to change that.
   const bool mayBeOff = document.hasWrongValue(setting) || (!isReadable() && !lastReadable_);
-  if (&setting == &kAnalyticsSetting && mayBeOff) return {"false", SettingSource::file};
-  if (remembered_ && !document.hasWrongValue(setting)) {
+  if (&setting == &kAnalyticsSetting && mayBeOff) return SettingValue{"false", SettingSource::file};
+  if (!document.hasWrongValue(setting)) return std::nullopt;
+  return SettingValue{std::string(setting.defaultText), SettingSource::usual};
+}
+
+SettingValue UserSettings::find(const Setting& setting) const {
+  if (auto value = findHere(setting)) return *std::move(value);
+  if (remembered_) {
     auto value = remembered_->find(setting);
     if (value && setting.isAllowed(*value)) return {*std::move(value), SettingSource::remembered};
   }
@@ -60,6 +67,14 @@ SettingValue UserSettings::find(const Setting& setting) const {
 Settings UserSettings::values() const {
   Settings settings;
   for (const Setting& setting : settingTable()) setting.take(find(setting).text, settings);
+  return settings;
+}
+
+Settings UserSettings::withoutRemembered() const {
+  Settings settings;
+  for (const Setting& setting : settingTable()) {
+    if (const auto value = findHere(setting)) setting.take(value->text, settings);
+  }
   return settings;
 }
 
@@ -85,8 +100,7 @@ bool UserSettings::reread() {
 
 std::optional<Error> UserSettings::set(const Setting& setting, const std::string& text) {
   if (!setting.isAllowed(text))
-    return failure(FailureCode::invalid, std::string(setting.key), "",
-                   "\"" + text + "\" is wrong: " + std::string(setting.allowed));
+    return failure(FailureCode::invalid, std::string(setting.key), "", setting.refusal(text));
   return write(setting, text);
 }
 

@@ -47,6 +47,8 @@ class UserSettings {
   SettingValue find(const Setting& setting) const;
   /// All settings.
   Settings values() const;
+  /// All settings, without those that are only remembered. To be called while the saved state is locked.
+  Settings withoutRemembered() const;
 
   /// The mistakes in the file, one line each: "FILE:LINE:COLUMN: what is wrong". Also an error of reading it.
   std::vector<std::string> faults() const;
@@ -74,6 +76,7 @@ class UserSettings {
   Contents& contents() const;
   Contents read() const;
   const SettingsDocument& documentInForce() const;
+  std::optional<SettingValue> findHere(const Setting& setting) const;
   std::optional<Error> write(const Setting& setting, const std::optional<std::string>& text);
 
   std::filesystem::path file_;

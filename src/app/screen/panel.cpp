@@ -9,10 +9,13 @@
 #include <utility>
 
 #include "desktop/loop/clock_watch.h"
+#include "desktop/loop/file_watch.h"
 #include "desktop/loop/folder_watch.h"
 #include "desktop/loop/network_watch.h"
 #include "desktop/window/color_scheme.h"
 #include "desktop/window/panel_network.h"
+#include "platform/log.h"
+#include "settings/user_settings.h"
 #include "ui/notification_center.h"
 
 namespace linewatch::app {
@@ -45,17 +48,22 @@ desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<st
 }  // namespace
 
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-             const std::vector<std::string>& command, const desktop::PanelOptions& options,
-             PanelRecording* recording)
+             const desktop::PanelOptions& options, PanelRecording* recording)
     : session_(session),
       screen_(screen),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
-      companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
+      shown_(session.platform().settings().withoutRemembered()),
+      companion_(texts_, qtWords(shown_.companion), detailsServices(), favoritesServices()),
       window_(texts_, panelServices(recording), options) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::watchClock(window_, [this] { window_.checkClock(); });
   desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
-  desktop::followDesktopColorScheme(window_);
+  desktop::followDesktopColorScheme(window_, [this](desktop::ColorScheme colors) {
+    desktopColors_ = colors;
+    applyColors();
+  });
+  applyColors();
+  followSettings();
   if (isStateHeld()) {
     loadWindowOnceStateIsFree();
   } else {
@@ -81,6 +89,9 @@ void Panel::inBackground(Work work, Done done) {
 bool Panel::isStateHeld() { return platform().saved() && platform().saved()->isHeld(); }
 
 void Panel::loadWindow() {
+  // Only now can the saved state be read, which may remember a text size.
+  shown_ = platform().settings().values();
+  screen_.settings().category = shown_.textSize;
   window_.loadWidget();
   followChoice();
 }
@@ -138,11 +149,8 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
       .openURL = [this](const URL& url,
                         const std::function<void(bool)>& done) { companion_.openURL(url, done); },
       .showFavorites = [this] { companion_.showFavorites(); },
-      .setTextSize =
-          [this](ui::TextSizeCategory category) {
-            screen_.settings().category = category;
-            platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
-          },
+      .showSettings = [this] { showSettings(); },
+      .setTextSize = [this](ui::TextSizeCategory category) { setTextSize(category); },
       .dataNote = [this] { return dataNote(); },
       .feedNews =
           [this] {
@@ -199,6 +207,79 @@ bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);
   return true;
+}
+
+// ---- Settings ----
+
+/// The size is applied before it is saved, and also if that fails.
+void Panel::setTextSize(ui::TextSizeCategory category) {
+  screen_.settings().category = category;
+  platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  const bool isChosen = std::exchange(shown_.textSize, category) != category;
+  if (isChosen) {
+    const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));
+    if (error) logError("the text size is not saved: %@", {sentenceOf(*error)});
+  }
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::followSettings() {
+  const std::filesystem::path& file = platform().settings().file();
+  if (file.empty()) return;
+  desktop::watchFile(window_, file, [this] { settingsFileDidChange(); });
+}
+
+void Panel::settingsFileDidChange() {
+  UserSettings& settings = platform().settings();
+  const std::vector<std::string> before = settings.faults();
+  if (!settings.reread()) return;
+  const std::vector<std::string> faults = settings.faults();
+  for (const std::string& fault : faults) {
+    if (std::ranges::find(before, fault) == before.end()) logError("%@", {fault});
+  }
+  applySettings();
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::applySettings() {
+  const Settings before = std::exchange(shown_, platform().settings().values());
+  if (shown_.textSize != before.textSize) window_.setTextSize(shown_.textSize);
+  if (shown_.appearance != before.appearance) applyColors();
+  if (shown_.refresh != before.refresh) window_.setRefresh(shown_.refresh);
+  if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
+  if (shown_.language != before.language) languageDidChange();
+}
+
+void Panel::applyColors() {
+  switch (shown_.appearance) {
+    case AppearanceChoice::automatic:
+      return desktop::applyColorScheme(desktopColors_);
+    case AppearanceChoice::light:
+      return desktop::applyColorScheme(desktop::ColorScheme::light);
+    case AppearanceChoice::dark:
+      return desktop::applyColorScheme(desktop::ColorScheme::dark);
+  }
+}
+
+desktop::SettingsServices Panel::settingsServices() {
+  UserSettings& settings = platform().settings();
+  desktop::SettingsServices services{
+      .find = [&settings](const Setting& setting) { return settings.find(setting); },
+      .faults = [&settings] { return settings.faults(); },
+      .file = settings.file().string()};
+  if (settings.file().empty()) return services;
+  services.set = [this, &settings](const Setting& setting, const std::string& text) {
+    const auto error = settings.set(setting, text);
+    if (!error) applySettings();
+    return error;
+  };
+  return services;
+}
+
+void Panel::showSettings() {
+  if (!settingsWindow_)
+    settingsWindow_ = std::make_unique<desktop::SettingsWindow>(texts_, settingsServices());
+  settingsWindow_->present();
 }
 
 /// The age of the list, which is the age of the oldest feed.

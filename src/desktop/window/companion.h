@@ -5,6 +5,7 @@
 #include <QThreadPool>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "desktop/window/companion_command.h"
 #include "desktop/window/details_window.h"
@@ -26,6 +27,8 @@ class Companion {
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
             FavoritesServices favorites);
 
+  /// Replaces the user's command.
+  void setCommand(QStringList command) { command_.setWords(std::move(command)); }
   /// Opens a URL of the companion application. Both of its URLs open the favourites. Without a command all
   /// other URLs fail.
   void openURL(const URL& url, const URLHandler& done);

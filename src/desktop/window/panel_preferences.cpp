@@ -11,7 +11,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-constexpr std::string_view kTextSizeKey = "panelTextSize";
 constexpr std::string_view kExpandedKey = "panelExpanded";
 constexpr std::string_view kListDateKey = "panelListDate";
 
@@ -20,16 +19,6 @@ std::shared_ptr<PreferencesStore> programPreferences() {
 }
 
 }  // namespace
-
-std::optional<ui::TextSizeCategory> loadTextSize() {
-  const auto value = programPreferences()->objectForKey(kTextSizeKey);
-  const auto* const name = value ? value->get<std::string>() : nullptr;
-  return name ? ui::textSizeCategoryNamed(*name) : std::nullopt;
-}
-
-void saveTextSize(ui::TextSizeCategory category) {
-  programPreferences()->setObject(std::string(ui::nameOf(category)), kTextSizeKey);
-}
 
 std::optional<bool> loadExpansion() {
   const auto preferences = programPreferences();

@@ -91,7 +91,6 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
       limitsFor(textSizeNow()), services_.openURL, loadExpansion(),
@@ -139,6 +138,11 @@ void PanelWindow::setMetered(bool isMetered) {
   if (widget_) widget_->updates().setMetered(isMetered);
 }
 
+void PanelWindow::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (widget_) widget_->updates().setRefresh(refresh);
+}
+
 void PanelWindow::favoritesDidChange() {
   if (widget_) widget_->updates().favoritesDidChange();
 }
@@ -175,6 +179,8 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  if (services_.showSettings)
+    addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
@@ -369,8 +375,8 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  saveTextSize(category);
   setHeaderTextSize(category);
+  if (!widget_) return services_.setTextSize(category);
   widget_->setLimits(limitsFor(category));
   services_.setTextSize(category);
   widget_->textSizeDidChange();

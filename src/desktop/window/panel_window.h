@@ -29,7 +29,8 @@ class PanelHeader;
 struct PanelServices {
   PanelHost::OpenURL openURL;
   std::function<void()> showFavorites;
-  /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
+  std::function<void()> showSettings = {};
+  /// Sets the text size of all views, saves it and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
   /// A short text about the age of the data; may be empty.
   std::function<QString()> dataNote;
@@ -67,8 +68,12 @@ class PanelWindow final : public QWidget {
   /// To be called when the machine may have slept, or when its clock may have been set.
   void checkClock();
   void setMetered(bool isMetered);
+  /// The time between two updates.
+  void setRefresh(Seconds refresh);
   /// To be called after the favourites have changed.
   void favoritesDidChange();
+
+  void setTextSize(ui::TextSizeCategory category);
 
   /// The following functions need a loaded widget. The user expands or collapses it: at once, or as soon as
   /// it has more to show. The choice is saved.
@@ -111,7 +116,6 @@ class PanelWindow final : public QWidget {
   void fitRows(bool animated);
   void applyRowsHeight(double height);
   void changeTextSize(int steps);
-  void setTextSize(ui::TextSizeCategory category);
 
   SharedWindowTexts texts_;
   PanelServices services_;

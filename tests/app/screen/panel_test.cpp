@@ -40,8 +40,7 @@ class PanelRunTest : public testing::Test {
     });
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
-    panel_ = std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"),
-                                     std::vector<std::string>(), desktop::PanelOptions());
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"), desktop::PanelOptions());
   }
   void end() {
     panel_ = nullptr;

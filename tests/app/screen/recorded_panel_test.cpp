@@ -95,7 +95,7 @@ class RecordedPanelTest : public testing::Test {
     installPlatform(std::make_shared<simulation::RecordingPlatform>(*platform_, recording_.recorder()));
     ASSERT_FALSE(session_->platform().feeds().follow());
     panel_ =
-        std::make_unique<Panel>(*session_, *screen_, *options_.locale, std::vector<std::string>(),
+        std::make_unique<Panel>(*session_, *screen_, *options_.locale,
                                 desktop::PanelOptions{.maxRows = 4, .refresh = Seconds(60)}, &recording_);
     panel_->window().show();
     awaitFetch();
