@@ -80,8 +80,9 @@ std::string_view fittingPart(std::string_view text, std::size_t columns) {
   std::size_t width = 0;
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t start = text.size() - rest.size();
-    width += counted.add(takeCharacter(rest));
-    if (width > columns && start > 0) return text.substr(0, start);
+    const std::size_t added = counted.add(takeCharacter(rest));
+    width += added;
+    if (added > 0 && width > columns && start > 0) return text.substr(0, start);
   }
   return text;
 }

@@ -57,7 +57,8 @@ std::vector<std::string> linesOf(const TableCell& cell, std::size_t columns, con
 
 std::string stackedRow(const TableRow& row, std::size_t firstColumn, const TerminalStyle& style) {
   const bool isBeside = firstColumn == 0 || firstColumn + kGap + kNarrowestCell <= style.columns;
-  const std::size_t indent = firstColumn == 0 ? 0 : isBeside ? firstColumn + kGap : kGap;
+  const std::size_t below = style.columns < kNarrowestCell ? 0 : kGap;
+  const std::size_t indent = firstColumn == 0 ? 0 : isBeside ? firstColumn + kGap : below;
   std::string text;
   // What is in the line already, in columns.
   std::size_t used = 0;

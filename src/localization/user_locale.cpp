@@ -50,7 +50,7 @@ UserLocale UserLocale::fromEnvironment(const Environment& environment) {
     const std::string tag = tagOfPosixName(value);
     const bool isNoLanguage = tag == "C" || tag == "POSIX";
     const auto locale = isNoLanguage ? std::nullopt : canonicalTag(tag);
-    return UserLocale(locale.value_or("en"));
+    return locale ? withLanguages(valueOf(environment, "LANGUAGE"), *locale) : UserLocale("en");
   }
   return UserLocale("en");
 }
@@ -58,11 +58,41 @@ UserLocale UserLocale::fromEnvironment(const Environment& environment) {
 std::string UserLocale::language() const { return tag_.substr(0, tag_.find('-')); }
 
 std::vector<std::string> UserLocale::fallbacks() const {
-  std::vector<std::string> tags = {tag_};
-  for (std::size_t end = tag_.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
-    tags.push_back(tags.back().substr(0, end));
-  }
+  std::vector<std::string> tags;
+  const auto addWithFallbacks = [&tags](std::string tag) {
+    for (std::size_t end = tag.size(); end != std::string::npos; end = tag.rfind('-')) {
+      tag.resize(end);
+      if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(tag);
+    }
+  };
+  addWithFallbacks(tag_);
+  std::ranges::for_each(others_, addWithFallbacks);
   return tags;
+}
+
+const std::string& UserLocale::tagWithFallback(std::string_view fallback) const {
+  const auto hasFallback = [fallback](const std::string& tag) {
+    return tag.starts_with(fallback) && (tag.size() == fallback.size() || tag[fallback.size()] == '-');
+  };
+  if (hasFallback(tag_)) return tag_;
+  const auto other = std::ranges::find_if(others_, hasFallback);
+  return other == others_.end() ? tag_ : *other;
+}
+
+/// Words of the list that are no languages do not count. A language without a region has that of the locale
+/// if it is the locale's language.
+UserLocale UserLocale::withLanguages(std::string_view list, const std::string& localeTag) {
+  std::vector<std::string> tags;
+  while (!list.empty()) {
+    const std::size_t end = std::min(list.find(':'), list.size());
+    if (auto tag = canonicalTag(tagOfPosixName(list.substr(0, end)))) tags.push_back(*std::move(tag));
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  if (tags.empty()) return UserLocale(localeTag);
+  tags.push_back(localeTag);
+  const bool isSameLanguage = localeTag.starts_with(tags.front() + "-");
+  const std::string first = isSameLanguage ? localeTag : tags.front();
+  return UserLocale(first, {tags.begin() + 1, tags.end()});
 }
 
 bool UserLocale::isRightToLeft() const {

@@ -27,7 +27,8 @@ UserSettings::Contents UserSettings::read() const {
   if (file_.empty()) return {};
   auto text = contentsOf(file_, {.bytes = kLargestSettingsFile, .time = Seconds(1)});
   if (text) return {SettingsDocument(*std::move(text)), std::nullopt, true};
-  if (failureCodeOf(text.error()) == FailureCode::notFound) return {};
+  std::error_code ignored;
+  if (std::filesystem::status(file_, ignored).type() == std::filesystem::file_type::not_found) return {};
   return {SettingsDocument(), text.error(), true};
 }
 

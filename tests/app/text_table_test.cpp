@@ -24,7 +24,7 @@ TEST(TerminalWidth, CountsColumnsAsATerminalDoes) {
            {"ｱｲｳ", 3},                 // half the width
            {"Ａ", 2},                  // full width
            {"\u1112\u1161\u11ab", 2},  // Hangul in parts
-           {"हिन्दी", 4},               // marks beside and above
+           {"हिन्दी", 5},               // marks beside and above
            {"🚋", 2},
            {"🇨🇭🇩🇪", 4},             // flags, of two letters each
            {"👩\u200d👩\u200d👧", 2},  // a family, joined
