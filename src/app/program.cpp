@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/rider_texts.h"
 #include "app/run_settings.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
@@ -36,8 +37,7 @@ class Dispatch {
   Report operator()(const PanelCommand&) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
     Report report = (*this)(ShowCommand{});
-    if (report.complaint.empty())
-      report.complaint = "there is no display for the panel, so its list is printed";
+    if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");
     return report;
   }
   Report operator()(const ShowCommand& command) const {
@@ -53,7 +53,10 @@ class Dispatch {
         [&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); });
+    const auto adjust = [&command](desktop::DesktopSettings& settings) {
+      if (!command.catalogue.empty()) settings.catalogue = command.catalogue;
+    };
+    return inSession([&](Session& session) { return feed(session, command, style_); }, adjust);
   }
   Report operator()(const AnalyticsCommand& command) const {
     return inSession([&](Session& session) { return analytics(session, command); });
@@ -71,12 +74,12 @@ class Dispatch {
 
  private:
   template <auto open = Session::open, class Work>
-  Report inSession(Work work) const {
+  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
     // The application gets only the program's name, because Qt would remove its own options from the
     // arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = open(options_, {});
+    const auto session = open(options_, adjust);
     return session ? work(**session) : refused(session.error());
   }
 

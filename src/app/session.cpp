@@ -44,9 +44,10 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
   Outcome<DesktopSettings> settings = settingsFrom(options);
   if (!settings) return settings.error();
   if (adjust) adjust(*settings);
+  const UserLocale locale = settings->locale;
   auto platform = DesktopPlatform::make(std::move(*settings));
   if (!platform) return platform.error();
-  std::unique_ptr<Session> session(new Session(std::move(*platform)));
+  std::unique_ptr<Session> session(new Session(std::move(*platform), locale));
   for (const std::string& fault : session->platform().settings().faults()) logError("%@", {fault});
   return session;
 }
@@ -62,7 +63,8 @@ Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& op
   return session;
 }
 
-Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::move(platform)) {
+Session::Session(std::shared_ptr<DesktopPlatform> platform, const UserLocale& locale)
+    : platform_(std::move(platform)), locale_(locale), texts_(locale) {
   installPlatform(platform_);
 }
 

@@ -39,6 +39,10 @@ StoredDatabase::Options savingOptions(const DesktopSettings& settings) {
   return options;
 }
 
+Outcome<std::string> runKeyCommand(const std::string& command, const std::stop_token& stop) {
+  return keyFromCommand(command, stop);
+}
+
 /// For a run without saved state, which records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
@@ -126,9 +130,27 @@ std::optional<Error> DesktopPlatform::open() {
   }
   documents_ = std::make_shared<FeedDocuments>(
       saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
-      [](const std::string& command, const std::stop_token& stop) { return keyFromCommand(command, stop); });
+      runKeyCommand);
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
+}
+
+std::shared_ptr<KeptCatalogue> DesktopPlatform::catalogue() {
+  static_assert(kPublicCatalogue == std::string_view(kCatalogueUrl));
+  const std::string location =
+      settings_.catalogue.empty() ? settings().withoutRemembered().catalogue : settings_.catalogue;
+  if (!catalogue_ || catalogue_->location() != location)
+    catalogue_ = std::make_shared<KeptCatalogue>(location, saved_ ? saved_->feedCache() : nullptr,
+                                                 [this] { return mainLoop_.now(); });
+  return catalogue_;
+}
+
+std::optional<FeedAdding::Environment> DesktopPlatform::addingEnvironment() {
+  if (!saved_) return std::nullopt;
+  return FeedAdding::Environment{.feeds = saved_->feeds(),
+                                 .cache = saved_->feedCache(),
+                                 .now = [this] { return mainLoop_.now(); },
+                                 .runKeyCommand = runKeyCommand};
 }
 
 ShownFeeds DesktopPlatform::shownFeeds() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -27,6 +28,22 @@ bool isWellFormed(std::string_view tag) {
       tag, [&](char c) { return c == '-' || isAlphanumeric(static_cast<unsigned char>(c)); });
 }
 
+bool isOneOf(std::string_view region, std::initializer_list<std::string_view> regions) {
+  return std::ranges::find(regions, region) != regions.end();
+}
+
+/// The variety of Chinese or Portuguese that people in the tag's region read, e.g. "zh-Hant" for "zh-TW".
+/// Empty for other languages, and if the tag itself names the variety.
+std::string_view varietyOf(std::string_view tag) {
+  const std::string_view language = tag.substr(0, tag.find('-'));
+  const std::string_view rest = tag.substr(std::min(language.size() + 1, tag.size()));
+  if (language == "zh" && !rest.starts_with("Han")) {
+    return isOneOf(rest, {"TW", "HK", "MO"}) ? "zh-Hant" : "zh-Hans";
+  }
+  if (language == "pt" && !isOneOf(rest, {"", "BR", "PT"})) return "pt-PT";
+  return {};
+}
+
 std::optional<std::string> canonicalTag(const std::string& tag) {
   if (!isWellFormed(tag)) return std::nullopt;
   UErrorCode error = U_ZERO_ERROR;
@@ -34,6 +51,17 @@ std::optional<std::string> canonicalTag(const std::string& tag) {
   if (U_FAILURE(error) || locale.isBogus() || locale.getISO3Language()[0] == '\0') return std::nullopt;
   auto canonical = locale.toLanguageTag<std::string>(error);
   return U_SUCCESS(error) ? std::optional(std::move(canonical)) : std::nullopt;
+}
+
+/// The tag and its fallbacks, the most specific first.
+std::vector<std::string> fallbacksOf(const std::string& whole) {
+  std::vector<std::string> tags = {whole};
+  for (std::size_t end = whole.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
+    tags.push_back(tags.back().substr(0, end));
+  }
+  const std::string_view variety = varietyOf(whole);
+  if (!variety.empty()) tags.emplace(tags.size() > 1 ? tags.end() - 1 : tags.end(), variety);
+  return tags;
 }
 
 }  // namespace
@@ -58,21 +86,19 @@ UserLocale UserLocale::fromEnvironment(const Environment& environment) {
 std::string UserLocale::language() const { return tag_.substr(0, tag_.find('-')); }
 
 std::vector<std::string> UserLocale::fallbacks() const {
-  std::vector<std::string> tags;
-  const auto addWithFallbacks = [&tags](std::string tag) {
-    for (std::size_t end = tag.size(); end != std::string::npos; end = tag.rfind('-')) {
-      tag.resize(end);
-      if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(tag);
+  std::vector<std::string> tags = fallbacksOf(tag_);
+  for (const std::string& other : others_) {
+    for (std::string& tag : fallbacksOf(other)) {
+      if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(std::move(tag));
     }
-  };
-  addWithFallbacks(tag_);
-  std::ranges::for_each(others_, addWithFallbacks);
+  }
   return tags;
 }
 
 const std::string& UserLocale::tagWithFallback(std::string_view fallback) const {
   const auto hasFallback = [fallback](const std::string& tag) {
-    return tag.starts_with(fallback) && (tag.size() == fallback.size() || tag[fallback.size()] == '-');
+    const std::vector<std::string> tags = fallbacksOf(tag);
+    return std::ranges::find(tags, fallback) != tags.end();
   };
   if (hasFallback(tag_)) return tag_;
   const auto other = std::ranges::find_if(others_, hasFallback);

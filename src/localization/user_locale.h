@@ -24,6 +24,8 @@ class UserLocale {
   /// "de" of "de-CH".
   std::string language() const;
   /// The tags and their fallbacks in the order of preference, each the most specific first: "de-CH", "de".
+  /// Chinese and Portuguese have the variety of the region too: "zh-TW", "zh-Hant", "zh", and "pt-AO",
+  /// "pt-PT", "pt".
   std::vector<std::string> fallbacks() const;
   /// The user's tag that has this fallback: "de-CH" for "de".
   const std::string& tagWithFallback(std::string_view fallback) const;

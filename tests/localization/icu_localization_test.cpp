@@ -84,12 +84,12 @@ TEST(IcuLocalization, ReturnsAnInvalidFormatUnchanged) {
   EXPECT_EQ(texts.format("", {}), "");
 }
 
-constexpr TableText kTexts[] = {{"en", "kestrow", "only English", "hello"},
-                                {"en", "kestrow", "both", "yes"},
-                                {"de", "kestrow", "both", "ja"},
-                                {"de-CH", "widget", "Swiss", "Tram"},
-                                {"en", "widget", "Swiss", "streetcar"},
-                                {"en", "feed", "STRIKE", "Strike"}};
+const std::vector<TableText> kTexts = {{"en", "kestrow", "only English", "hello"},
+                                       {"en", "kestrow", "both", "yes"},
+                                       {"de", "kestrow", "both", "ja"},
+                                       {"de-CH", "widget", "Swiss", "Tram"},
+                                       {"en", "widget", "Swiss", "streetcar"},
+                                       {"en", "feed", "STRIKE", "Strike"}};
 
 TEST(IcuLocalization, FallsBackFromRegionToLanguageToEnglish) {
   const struct {
@@ -115,11 +115,10 @@ TEST(IcuLocalization, FallsBackFromRegionToLanguageToEnglish) {
 
 TEST(IcuLocalization, JoinsWithTheLocalesDelimiter) {
   const std::string_view names[] = {"A", "B", "C"};
-  for (const auto& [tag, joined] : std::map<std::string, std::string>{{"en", "A, B, C"}, {"de", "A, B, C"}}) {
+  for (const auto& [tag, joined] : std::map<std::string, std::string>{
+           {"en", "A, B, C"}, {"de-CH", "A, B, C"}, {"ja", "A、B、C"}, {"ar", "A وB وC"}}) {
     EXPECT_EQ(localizationFor(tag).joinCommaDelimited(names), joined) << tag;
   }
-  constexpr TableText kJapanese[] = {{"ja", "widget", "k", "t"}};
-  EXPECT_EQ(IcuLocalization(*UserLocale::parse("ja"), kJapanese).joinCommaDelimited(names), "A、B、C");
 }
 
 }  // namespace
