@@ -156,6 +156,12 @@ void PanelHeader::setMenu(QMenu* menu) { menuButton_->setMenu(menu); }
 
 QMenu* PanelHeader::menu() const { return menuButton_->menu(); }
 
+void PanelHeader::popUpMenu() {
+  if (menu()->isVisible()) return;
+  const int x = isRightToLeft() ? 0 : menuButton_->width() - menu()->sizeHint().width();
+  menu()->popup(menuButton_->mapToGlobal(QPoint(x, menuButton_->height())));
+}
+
 void PanelHeader::setNote(const QString& note) {
   note_->setText(note);
   setPlainToolTip(*note_, note);

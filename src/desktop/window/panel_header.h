@@ -35,6 +35,8 @@ class PanelHeader final : public QWidget {
 
   void setMenu(QMenu* menu);
   QMenu* menu() const;
+  /// Opens the menu at its button, unless it is open.
+  void popUpMenu();
 
   /// The note may be cut short, so its tooltip has the whole text.
   void setNote(const QString& note);
