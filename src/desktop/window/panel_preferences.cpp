@@ -33,7 +33,7 @@ std::optional<double> numberFor(std::string_view key) {
 
 constexpr double kFarthest = 1e6;
 
-int pointsOf(double number) {
+int coordinate(double number) {
   return static_cast<int>(std::clamp(std::round(number), -kFarthest, kFarthest));
 }
 
@@ -60,7 +60,7 @@ void saveExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded
 SavedPlace loadPlace() {
   SavedPlace place;
   const auto left = numberFor(kLeftKey), top = numberFor(kTopKey), width = numberFor(kWidthKey);
-  if (left && top) place.corner = SavedPlace::Corner{pointsOf(*left), pointsOf(*top)};
+  if (left && top) place.corner = SavedPlace::Corner{coordinate(*left), coordinate(*top)};
   if (width && *width > 0) place.width = std::min(*width, kFarthest);
   return place;
 }
