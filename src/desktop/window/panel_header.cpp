@@ -152,6 +152,8 @@ void PanelHeader::fitTo(int width) {
   setFixedHeight(topRow_->height() + (newsRow_->isHidden() ? 0 : newsRow_->height()));
 }
 
+void PanelHeader::setTitleVisible(bool isVisible) { title_->setVisible(isVisible); }
+
 void PanelHeader::setMenu(QMenu* menu) { menuButton_->setMenu(menu); }
 
 QMenu* PanelHeader::menu() const { return menuButton_->menu(); }

@@ -241,6 +241,7 @@ void PanelWindow::setStaysOnTop(bool staysOnTop) { frame_.setStaysOnTop(staysOnT
 
 void PanelWindow::fitFrame() {
   layout()->setContentsMargins(frame_.margins());
+  header_->setTitleVisible(frame_.isFrameless());
   if (rows_) rows_->setCornerRadius(frame_.cornerRadius());
   fitWidth(textSizeNow());
   applyRowsHeight((rows_ ? static_cast<QWidget*>(rows_) : placeholder_)->height());
