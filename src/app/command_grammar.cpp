@@ -1,5 +1,6 @@
 #include "app/command_grammar.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -70,6 +71,21 @@ CLI::Option* CommandGrammar::addSettingOption(CLI::App& app, const std::string& 
   return app.add_option_function<std::string>("--" + key, check, about);
 }
 
+/// Adds --json to a command whose actions of these names print a list.
+template <class T>
+void CommandGrammar::addJson(CLI::App& app, bool& json, const char* names,
+                             std::initializer_list<typename T::Action> printing) {
+  app.add_flag("--json", json, "Print them as a JSON object");
+  const std::vector<typename T::Action> actions(printing);
+  app.final_callback([this, &json, names, actions] {
+    auto* const chosen = std::get_if<T>(&command_);
+    if (!chosen || !json) return;
+    if (std::ranges::find(actions, chosen->action) == actions.end())
+      throw CLI::ValidationError("--json", std::string("only ") + names + " can print JSON");
+    chosen->json = true;
+  });
+}
+
 void CommandGrammar::addPanel(CLI::App& app) {
   CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
   addSettingOption(*sub, "companion", panel_.companion,
@@ -84,6 +100,9 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
+  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
+      ->type_name("FILE|URL");
+  sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->callback([this] { command_ = panel_; });
 }
 
@@ -109,6 +128,7 @@ void CommandGrammar::addFavorites(CLI::App& app) {
   sub->require_subcommand(0, 1)->fallthrough();
   // A subcommand's callback runs after this one, and replaces this command.
   sub->preparse_callback([this](std::size_t) { command_ = favorites_; });
+  addJson<FavoritesCommand>(*sub, favorites_.json, "list", {list});
   addAction(*sub, "list", "List the favourites", favorites_, list);
   struct Row {
     const char *name, *about;
@@ -129,6 +149,7 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->add_option("QUERY", lines_.query,
                   "The beginnings of words, or any three letters or more; without it all lines are listed")
       ->type_name("");
+  sub->add_flag("--json", lines_.json, "Print them as a JSON object");
   sub->callback([this] { command_ = lines_; });
 }
 
@@ -153,9 +174,9 @@ void CommandGrammar::addFeed(CLI::App& app) {
   CLI::App* const sub = app.add_subcommand("feed", "List, add, change or remove feeds");
   sub->require_subcommand(0, 1)->fallthrough();
   sub->preparse_callback([this](std::size_t) { command_ = feed_; });
+  addJson<FeedCommand>(*sub, feed_.json, "list and find", {list, find});
   addAction(*sub, "list", "List the feeds", feed_, list);
-  addFeedSearch(*addAction(*sub, "find", "Find a city's feed in the public catalogue", feed_, find))
-      ->add_flag("--json", feed_.json, "Print them as a JSON object");
+  addFeedSearch(*addAction(*sub, "find", "Find a city's feed in the public catalogue", feed_, find));
   CLI::App* const adding = sub->add_subcommand("add", "Add the feed of a city, or one at addresses of yours");
   addFeedSearch(*adding)
       ->add_option("--name", feed_.newName, "Its name, instead of one made from the agency's")

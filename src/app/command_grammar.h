@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -21,6 +22,9 @@ class CommandGrammar {
   template <class T>
   CLI::App* addAction(CLI::App& app, const std::string& name, const std::string& about, T& fields,
                       typename T::Action action);
+  template <class T>
+  void addJson(CLI::App& app, bool& json, const char* names,
+               std::initializer_list<typename T::Action> printing);
   CLI::Option* addSettingOption(CLI::App& app, const std::string& key, std::optional<std::string>& value,
                                 const std::string& about);
   void addPanel(CLI::App& app);

@@ -70,7 +70,9 @@ struct ShowCommand {
 struct FavoritesCommand {
   enum class Action { list, add, remove };
   Action action = Action::list;
-  std::vector<std::string> lines;
+  /// For `list`: print a JSON object.
+  bool json = false;
+  std::vector<std::string> lines = {};
   /// For `add`: "all", "none" or stop ids with commas between them; "0", "1" or "both". Absent if the choice
   /// stays.
   std::optional<std::string> stops = {}, direction = {};
@@ -92,7 +94,7 @@ struct FeedCommand {
   std::string newName = {};
   /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
   std::string catalogue = {};
-  /// For `find`: print a JSON object.
+  /// For `list` and `find`: print a JSON object.
   bool json = false;
   /// For `key`: remove the feed's keys.
   bool removesKeys = false;
@@ -156,6 +158,10 @@ struct PanelCommand {
   std::string record;
   /// Scenarios have stand-ins for names and texts.
   bool isAnonymous = false;
+  /// Show the made-up city until there is a feed, also at the first start.
+  bool showsExample = false;
+  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
+  std::string catalogue = {};
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,

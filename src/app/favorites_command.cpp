@@ -4,11 +4,13 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
+#include "app/list_documents.h"
 #include "app/rider_texts.h"
 #include "app/text_table.h"
 #include "feeds/gtfs/line_lookup.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
@@ -47,9 +49,10 @@ std::string inWords(const LineChoice& choice) {
   return words;
 }
 
-Report list(Session& session, const TerminalStyle& style) {
+Report list(Session& session, bool isJson, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
+  if (isJson) return Report::of(jsonText(favoritesDocument(*favorites)) + "\n");
   const RiderTexts& texts = session.texts();
   if (favorites->empty()) return Report::of(texts("NoFavorites", {"linewatch favorites add LINE"}) + "\n");
   std::vector<FoundLine> known;
@@ -185,7 +188,7 @@ Report favorites(Session& session, const FavoritesCommand& command, const Termin
     case FavoritesCommand::Action::list:
       break;
   }
-  return list(session, style);
+  return list(session, command.json, style);
 }
 
 }  // namespace linewatch::app

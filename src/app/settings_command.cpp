@@ -1,107 +1,85 @@
+#include <array>
 #include <cstddef>
-#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 #include "app/commands.h"
 #include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "settings/user_settings.h"
 #include "shared/failure.h"
+#include "shared/value.h"
 #include "wire/json_text.h"
 
 namespace linewatch::app {
 
 namespace {
 
-using nlohmann::ordered_json;
-
-/// Where the value comes from, as a key of the JSON object.
-std::string nameOf(SettingSource source) {
-  switch (source) {
-    case SettingSource::usual:
-      return "default";
-    case SettingSource::remembered:
-      return "remembered";
-    case SettingSource::file:
-      return "file";
-    case SettingSource::commandLine:
-      return "commandLine";
-  }
-  return {};
+/// The source of a value in the JSON object.
+std::string_view sourceName(SettingSource source) {
+  constexpr std::array<std::string_view, 4> kNames = {"default", "remembered", "file", "commandLine"};
+  return kNames.at(static_cast<std::size_t>(source));
 }
 
-std::string inWords(SettingSource source) {
-  switch (source) {
-    case SettingSource::usual:
-      return "default";
-    case SettingSource::remembered:
-      return "chosen earlier in the panel or by a command";
-    case SettingSource::file:
-      return "settings file";
-    case SettingSource::commandLine:
-      return "command line";
-  }
-  return {};
+std::string_view sourceInWords(SettingSource source) {
+  constexpr std::array<std::string_view, 4> kWords = {"default", "chosen earlier", "settings file",
+                                                      "command line"};
+  return kWords.at(static_cast<std::size_t>(source));
 }
 
-ordered_json jsonValue(const Setting& setting, std::string_view text) {
-  if (setting.kind == Setting::Kind::toggle) return text == "true";
-  return std::string(text);
+Value valueForm(const Setting& setting, std::string_view text) {
+  return setting.kind == Setting::Kind::toggle ? Value(text == "true") : Value(text);
 }
 
-ordered_json jsonOf(const Setting& setting, const SettingValue& value) {
-  ordered_json form{{"key", setting.key},
-                    {"value", jsonValue(setting, value.text)},
-                    {"source", nameOf(value.source)},
-                    {"default", jsonValue(setting, setting.defaultText)}};
-  if (setting.kind == Setting::Kind::choice) form["choices"] = setting.choices;
-  form["about"] = setting.about;
-  return form;
+Dictionary settingForm(const Setting& setting, const SettingValue& value) {
+  Array choices;
+  for (const std::string_view choice : setting.choices) choices.push_back(valueForm(setting, choice));
+  return {{"key", setting.key},
+          {"value", valueForm(setting, value.text)},
+          {"source", sourceName(value.source)},
+          {"default", valueForm(setting, setting.defaultText)},
+          {"choices", std::move(choices)},
+          {"about", setting.about}};
 }
 
-std::string textOf(const ordered_json& form) {
-  return form.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+Dictionary settingsForm(const UserSettings& settings) {
+  Array forms;
+  for (const Setting& setting : settingTable()) forms.push_back(settingForm(setting, settings.find(setting)));
+  Array faults;
+  for (const std::string& fault : settings.faults()) faults.push_back(fault);
+  return {{"version", 1},
+          {"file", settings.file().empty() ? noValue() : Value(settings.file().string())},
+          {"settings", std::move(forms)},
+          {"faults", std::move(faults)}};
 }
 
-/// The status of a command that prints settings of this file. Each fault has its line in the log.
-Report reportOn(const UserSettings& settings) {
-  Report report;
-  report.status = settings.isReadable() ? 0 : 2;
-  return report;
-}
-
-Report list(const UserSettings& settings, bool isJson, const TerminalStyle& style) {
-  Report report = reportOn(settings);
-  if (isJson) {
-    ordered_json form{
-        {"version", 1}, {"file", settings.file().string()}, {"settings", ordered_json::array()}};
-    for (const Setting& setting : settingTable())
-      form["settings"].push_back(jsonOf(setting, settings.find(setting)));
-    form["faults"] = settings.faults();
-    report.output = textOf(form);
-    return report;
-  }
+std::string settingsText(const UserSettings& settings, const TerminalStyle& style) {
   std::vector<std::vector<TableCell>> rows;
   for (const Setting& setting : settingTable()) {
     const SettingValue value = settings.find(setting);
     const std::string shown = value.text.empty() ? "\"\"" : terminalLine(value.text);
     rows.push_back({{.text = std::string(setting.key)},
                     {.text = shown},
-                    {.text = inWords(value.source), .isFaint = true}});
+                    {.text = std::string(sourceInWords(value.source)), .isFaint = true}});
   }
-  report.output = textTable(rows, style);
-  if (!settings.file().empty())
-    report.output += paragraph("The file: " + terminalLine(settings.file().string()), 2, style);
-  return report;
+  const std::string file = terminalLine(settings.file().string());
+  return textTable(rows, style) + (file.empty() ? "" : paragraph("The file: " + file, 2, style));
 }
 
-Report print(const UserSettings& settings, const Setting& setting, bool isJson) {
-  Report report = reportOn(settings);
-  const SettingValue value = settings.find(setting);
-  report.output = isJson ? textOf(jsonOf(setting, value)) : terminalLine(value.text) + "\n";
+Report printSettings(const UserSettings& settings, const Setting* setting, bool isJson,
+                     const TerminalStyle& style) {
+  Report report;
+  // The log names the mistakes.
+  report.status = settings.isReadable() ? 0 : 2;
+  if (isJson) {
+    report.output =
+        jsonText(setting ? settingForm(*setting, settings.find(*setting)) : settingsForm(settings)) + "\n";
+  } else {
+    report.output =
+        setting ? terminalLine(settings.find(*setting).text) + "\n" : settingsText(settings, style);
+  }
   return report;
 }
 
@@ -116,17 +94,16 @@ Report unknownSetting(const std::string& key) {
 
 Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style) {
   UserSettings& settings = session.platform().settings();
-  if (command.key.empty()) return list(settings, command.json, style);
   const Setting* const setting = settingWithKey(command.key);
-  if (!setting) return unknownSetting(command.key);
+  if (!setting && !command.key.empty()) return unknownSetting(command.key);
+  if (!setting || (!command.unsets && !command.value))
+    return printSettings(settings, setting, command.json, style);
   if (command.unsets && command.value)
     return refused(failure(FailureCode::invalid, command.key, "", "--unset takes no value"));
-  if (command.unsets || command.value) {
-    const auto error = command.unsets ? settings.unset(*setting)
-                                      : settings.set(*setting, usualText(*setting, *command.value));
-    if (error) return refused(*error);
-  }
-  if (command.json || (!command.unsets && !command.value)) return print(settings, *setting, command.json);
+  const auto error =
+      command.unsets ? settings.unset(*setting) : settings.set(*setting, usualText(*setting, *command.value));
+  if (error) return refused(*error);
+  if (command.json) return printSettings(settings, setting, true, style);
   const std::string text = settings.find(*setting).text;
   return Report::of(command.key + " is " + (text.empty() ? "empty" : terminalLine(text)) +
                     (command.unsets ? ", the default\n" : "\n"));

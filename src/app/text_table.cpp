@@ -47,7 +47,7 @@ std::string alignedRow(const TableRow& row, const std::vector<std::size_t>& widt
 
 /// The lines of a cell in so many columns.
 std::vector<std::string> linesOf(const TableCell& cell, std::size_t columns, const TerminalStyle& style) {
-  if (!cell.painted.empty() && terminalWidth(cell.text) <= columns) return {cell.painted};
+  if (terminalWidth(cell.text) <= columns) return {paintedCell(cell, style)};
   std::vector<std::string> lines = wrapped(cell.text, columns);
   if (cell.isFaint) {
     for (std::string& line : lines) line = terminalFaint(line, style);

@@ -137,8 +137,7 @@ std::optional<Error> DesktopPlatform::open() {
 
 std::shared_ptr<KeptCatalogue> DesktopPlatform::catalogue() {
   static_assert(kPublicCatalogue == std::string_view(kCatalogueUrl));
-  const std::string location =
-      settings_.catalogue.empty() ? settings().withoutRemembered().catalogue : settings_.catalogue;
+  const std::string location = settings().withoutRemembered().catalogue;
   if (!catalogue_ || catalogue_->location() != location)
     catalogue_ = std::make_shared<KeptCatalogue>(location, saved_ ? saved_->feedCache() : nullptr,
                                                  [this] { return mainLoop_.now(); });

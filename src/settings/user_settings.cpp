@@ -122,9 +122,7 @@ std::optional<Error> UserSettings::write(const Setting& setting, const std::opti
     return failure(FailureCode::malformed, faults().front(), "", "nothing was written");
   }
   if (*changed != present.document.text()) {
-    std::error_code error;
-    std::filesystem::create_directories(file_.parent_path(), error);
-    if (error) return failure(failureCodeOf(error), file_.parent_path().string(), "", error.message());
+    if (auto failed = makeFolders(file_.parent_path())) return failed;
     if (auto failed = writeWhole(file_, *changed)) return failed;
     contents_ = Contents{SettingsDocument(*std::move(changed)), std::nullopt, true};
   }

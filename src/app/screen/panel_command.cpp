@@ -127,7 +127,8 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
   const Seconds refresh = (*session)->platform().settings().withoutRemembered().refresh;
   shown = std::make_unique<Panel>(**session, *screen, locale,
-                                  desktop::PanelOptions{.maxRows = options.maxRows, .refresh = refresh},
+                                  Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
+                                                 .showsExample = command.showsExample},
                                   &recording);
   shown->languageDidChange = [&windows] {
     windows.areReplaced = true;

@@ -52,17 +52,6 @@ std::string textKeyOf(std::string_view part) {
   return key;
 }
 
-/// The languages that have texts, in the order of their tags.
-std::vector<std::string> languagesWithTexts() {
-  std::vector<std::string> languages;
-  for (const TableText& text : embeddedTexts()) {
-    if (languages.empty() || languages.back() != text.language) languages.emplace_back(text.language);
-  }
-  std::sort(languages.begin(), languages.end());
-  languages.erase(std::unique(languages.begin(), languages.end()), languages.end());
-  return languages;
-}
-
 }  // namespace
 
 SettingsWindow::SettingsWindow(SharedWindowTexts texts, SettingsServices services)
@@ -183,8 +172,8 @@ std::vector<std::string> SettingsWindow::choicesOf(const Setting& setting) const
   std::vector<std::string> choices(setting.choices.begin(), setting.choices.end());
   if (&setting == &kRefreshSetting) choices.assign(kRefreshChoices.begin(), kRefreshChoices.end());
   if (&setting == &kLanguageSetting) {
-    choices = languagesWithTexts();
-    choices.insert(choices.begin(), "auto");
+    choices = {"auto"};
+    for (const EmbeddedLanguage& language : embeddedLanguages()) choices.emplace_back(language.language);
   }
   return choices;
 }
