@@ -102,8 +102,8 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
   std::vector<FoundLine> lines = searchLines(indexes, name);
   if (!lines.empty()) return lines;
   const std::size_t slips = greatestSlip(wanted.size());
-  const auto isNear = [&](const std::string& name) {
-    const std::string like = comparableName(name);
+  const auto isNear = [&](const std::string& known) {
+    const std::string like = comparableName(known);
     return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
            like.size() > slips && editDistance(wanted, like) <= slips;
   };
