@@ -4,6 +4,7 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
+#include "app/rider_texts.h"
 #include "feeds/gtfs/line_lookup.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
@@ -56,7 +57,8 @@ std::string withChoices(const std::string& table, const std::vector<LineChoice>&
 Report list(Session& session, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
-  if (favorites->empty()) return Report::of("No favourites yet. Add one: linewatch favorites add LINE\n");
+  const RiderTexts& texts = session.texts();
+  if (favorites->empty()) return Report::of(texts("NoFavorites", {"linewatch favorites add LINE"}) + "\n");
   std::vector<FoundLine> known;
   std::vector<LineChoice> choices;
   std::string unknown;
@@ -64,8 +66,8 @@ Report list(Session& session, const TerminalStyle& style) {
     if (line) known.push_back(*line);
     if (line) choices.push_back(favorite.choice);
     if (!line)
-      unknown += "unknown line  " + terminalLine(favorite.feed + ":" + favorite.subject) +
-                 inWords(favorite.choice) + "\n";
+      unknown +=
+          texts("UnknownLine", {favorite.feed + ":" + favorite.subject}) + inWords(favorite.choice) + "\n";
   }
   return Report::of(withChoices(lineTable(known, style), choices) + unknown);
 }
@@ -146,8 +148,8 @@ Report add(Session& session, const FavoritesCommand& command) {
   for (std::size_t i = 0; i < found->size(); ++i) {
     const bool wasThere =
         std::ranges::any_of(*before, [&](const StoredFavorite& other) { return other.isSameAs(chosen[i]); });
-    const char* const done = !(*added)[i] ? "Already a favourite: " : wasThere ? "Changed " : "Added ";
-    report.output += done + terminalLine((*found)[i].name()) + "\n";
+    const char* const done = !(*added)[i] ? "AlreadyFavorite" : wasThere ? "Changed" : "Added";
+    report.output += session.texts()(done, {(*found)[i].name()}) + "\n";
   }
   return report;
 }
@@ -172,7 +174,7 @@ Report remove(Session& session, const std::vector<std::string>& names) {
   if (!removed) return refused(removed.error());
   Report report;
   for (std::size_t i = 0; i < chosen.size(); ++i) {
-    report.output += ((*removed)[i] ? "Removed " : "Not a favourite: ") + terminalLine(chosenNames[i]) + "\n";
+    report.output += session.texts()((*removed)[i] ? "Removed" : "NotFavorite", {chosenNames[i]}) + "\n";
   }
   return report;
 }

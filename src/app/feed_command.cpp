@@ -2,11 +2,14 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/commands.h"
 #include "app/feed_sources.h"
-#include "app/local_time.h"
+#include "app/rider_texts.h"
+#include "app/terminal_text.h"
 #include "feeds/alerts/alert_period.h"
 #include "feeds/alerts/distinct_incidents.h"
 #include "feeds/http/redacted.h"
@@ -40,73 +43,95 @@ std::optional<Error> nameError(const std::string& name) {
   return std::nullopt;
 }
 
-std::string counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+using Phrase = RiderTexts::Phrase;
+
+Phrase counted(const RiderTexts& texts, const SharedLineIndex& lines) {
+  return {texts("Lines", {lines->routes().size()})};
 }
 
 /// A feed's state in one line.
-std::string stateInWords(const FeedState& state, Date now) {
+std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date now) {
   using Kind = FeedState::Kind;
-  const std::string age = state.since ? durationInWords(now - *state.since) : "";
+  const std::string since = state.since ? texts.ago(now - *state.since) : "";
   switch (state.kind) {
     case Kind::fresh:
-      return "fresh";
+      return texts("StateFresh");
     case Kind::stale:
-      return "stale, as its alerts are " + age + " old";
+      return texts("StateStale", {since});
     case Kind::kept:
-      return "the alerts received " + age + " ago" +
-             (hasOldHeader(state, now) ? ", " + durationInWords(now - *state.written) + " old," : "") +
-             " serve for now: " + terminalLine(reasonOf(state));
+      return hasOldHeader(state, now)
+                 ? texts("StateKeptOld", {since, texts.ago(now - *state.written), reasonOf(state)})
+                 : texts("StateKept", {since, reasonOf(state)});
     case Kind::unreachable:
-      if (!age.empty())
-        return "its lines are unknown since its last alerts, " + age +
-               " ago: " + terminalLine(reasonOf(state));
+      if (!since.empty()) return texts("StateUnknownSince", {since, reasonOf(state)});
       break;
     case Kind::outdated:
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return "its lines are unknown: " + terminalLine(reasonOf(state));
+  return texts("StateUnknown", {reasonOf(state)});
 }
 
 /// How the key is sent and where it comes from, without the key.
-std::string keysInWords(const FeedKeys& keys) {
-  std::string words;
-  for (const FeedKeys::Field& field : keys.headers)
-    words += (words.empty() ? "header " : ", header ") + field.name;
-  for (const FeedKeys::Field& field : keys.query)
-    words += (words.empty() ? "parameter " : ", parameter ") + field.name;
+std::string keysInWords(const RiderTexts& texts, const FeedKeys& keys) {
+  std::vector<std::string> words;
+  for (const FeedKeys::Field& field : keys.headers) words.push_back(texts("KeyHeader", {field.name}));
+  for (const FeedKeys::Field& field : keys.query) words.push_back(texts("KeyParameter", {field.name}));
   const auto command = shellWords(keys.command);
-  if (command && !command->empty()) words += ", printed by " + command->front();
-  return words;
+  if (command && !command->empty()) words.push_back(texts("KeyCommand", {command->front()}));
+  return texts.list(words);
 }
 
-std::string sourceInWords(const char* document, const FeedSource& source) {
-  std::string words;
-  for (const std::string& location : source.locations)
-    words += document + terminalLine(redacted(location)) + "\n";
-  if (source.keys.isEmpty()) return words;
-  return words + "    key      " + terminalLine(keysInWords(source.keys)) + "\n";
-}
+/// Lines below a feed: the name of a document, then its locations and key.
+class SourceLines {
+ public:
+  explicit SourceLines(const RiderTexts& texts) : texts_(texts) {
+    for (const char* name : {"Timetable", "AlertsDocument"})
+      column_ = std::max(column_, terminalWidth(indented(kIndent, name)));
+    column_ = std::max(column_, terminalWidth(indented(kKeyIndent, "Key")));
+  }
 
-Report listFeeds(const SavedState& saved, TransitFeeds& shown, Date now) {
+  std::string of(const char* document, const FeedSource& source) const {
+    std::string lines;
+    for (const std::string& location : source.locations)
+      lines += line(indented(kIndent, document), terminalLine(redacted(location)));
+    if (source.keys.isEmpty()) return lines;
+    return lines + line(indented(kKeyIndent, "Key"), keysInWords(texts_, source.keys));
+  }
+
+ private:
+  static constexpr std::size_t kIndent = 2, kKeyIndent = 4;
+
+  std::string indented(std::size_t indent, const char* name) const {
+    return std::string(indent, ' ') + texts_(name);
+  }
+  std::string line(const std::string& label, const std::string& text) const {
+    return label + std::string(column_ + 2 - terminalWidth(label), ' ') + text + "\n";
+  }
+
+  const RiderTexts& texts_;
+  std::size_t column_ = 0;
+};
+
+Report listFeeds(const RiderTexts& texts, const SavedState& saved, TransitFeeds& shown, Date now) {
   const auto feeds = saved.feeds().list();
   if (!feeds) return refused(feeds.error());
   if (feeds->empty()) {
     if (const auto lost = shown.follow()) return refused(*lost);
-    return Report::of(
-        "No feeds yet, so the sample city is shown. Add one: linewatch feed add NAME --gtfs G --alerts A\n");
+    return Report::of(texts("NoFeeds", {"linewatch feed add NAME --gtfs G --alerts A"}) + "\n");
   }
   const auto states = shown.check(now);
   if (!states) return refused(states.error());
+  const SourceLines sources(texts);
   Report report;
   for (const StoredFeed& feed : *feeds) {
     const auto state = std::ranges::find(*states, feed.name, &FeedState::feed);
     const auto lines = shown.linesOf(feed.name);
-    report.output += feed.name + ": " + (lines ? counted((*lines)->routes().size(), "line") + "; " : "") +
-                     (state == states->end() ? "not read" : stateInWords(*state, now)) + "\n" +
-                     sourceInWords("  timetable  ", feed.gtfs) + sourceInWords("  alerts     ", feed.alerts);
+    const Phrase words{state == states->end() ? texts("StateNotRead") : stateInWords(texts, *state, now)};
+    report.output += (lines ? texts("FeedLines", {feed.name, counted(texts, *lines), words})
+                            : texts("OfFeed", {feed.name, words})) +
+                     "\n" + sources.of("Timetable", feed.gtfs) + sources.of("AlertsDocument", feed.alerts);
   }
   return report;
 }
@@ -129,14 +154,17 @@ std::size_t shownAlertCount(const AlertsMessage& message, Date now) {
   return static_cast<std::size_t>(count);
 }
 
-std::string findings(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
-                     Date now) {
-  return counted(lines->routes().size(), "line") + ", " +
-         counted(shownAlertCount(*alerts.message, now), "alert") +
-         " now\nIts state: " + stateInWords(stateOfFeed(feed, lines, alerts, now), now) + "\n";
+/// What was done with the feed, with the numbers of its lines and alerts; then its state.
+std::string findings(const RiderTexts& texts, const std::string& done, const StoredFeed& feed,
+                     const SharedLineIndex& lines, const FeedAlerts& alerts, Date now) {
+  const Phrase count{texts("AlertsNow", {shownAlertCount(*alerts.message, now)})};
+  const Phrase state{stateInWords(texts, stateOfFeed(feed, lines, alerts, now), now)};
+  return texts("FeedFound", {Phrase{done}, counted(texts, lines), count}) + "\n" +
+         texts("FeedState", {state}) + "\n";
 }
 
-Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
+Report addFeed(const RiderTexts& texts, FeedDocuments& documents, const SavedState& saved,
+               const FeedCommand& command) {
   if (const auto fault = nameError(command.name)) return refused(*fault);
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
@@ -157,11 +185,12 @@ Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedComm
   if (!added) return refused(added.error());
   if (!*added) return refusedNameInUse(feed->name);
   saved.feedCache()->writeHeldBack();
-  return Report::of("Added " + feed->name + ": " + findings(*feed, *lines, alerts, documents.now()));
+  return Report::of(findings(texts, texts("Added", {feed->name}), *feed, *lines, alerts, documents.now()));
 }
 
 /// Saves the keys even if the feed cannot be read with them, and prints the error.
-Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
+Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const SavedState& saved,
+                  const FeedCommand& command) {
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
   const auto before = std::ranges::find(*known, command.name, &StoredFeed::name);
@@ -178,8 +207,7 @@ Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedC
   const auto changed = saved.feeds().change(feed);
   if (!changed) return refused(changed.error());
   if (!*changed) return refusedUnknownName(feed.name);
-  const std::string done =
-      (command.removesKeys ? "Removed the keys of " : "Changed the keys of ") + feed.name;
+  const std::string done = texts(command.removesKeys ? "KeysRemoved" : "KeysChanged", {feed.name});
   // Cached documents came with the old keys, so the new ones are tried now, and again at the next look-up if
   // the server refuses them.
   saved.feedCache()->expire(feed.name);
@@ -189,15 +217,15 @@ Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedC
   saved.feedCache()->writeHeldBack();
   const std::optional<Error> error = lines ? alerts.failure : lines.error();
   if (error) return {.output = done + "\n", .complaint = sentenceOf(*error), .status = 1};
-  return Report::of(done + ": " + findings(feed, *lines, alerts, documents.now()));
+  return Report::of(findings(texts, done, feed, *lines, alerts, documents.now()));
 }
 
-Report removeFeed(const SavedState& saved, const std::string& name) {
+Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
   if (!*removed) return refusedUnknownName(name);
   saved.feedCache()->remove(name);
-  return Report::of("Removed " + name + "; its favourites are kept in case it comes back\n");
+  return Report::of(texts("FeedRemoved", {name}) + "\n");
 }
 
 }  // namespace
@@ -207,15 +235,15 @@ Report feed(Session& session, const FeedCommand& command) {
   if (!saved) return refused(failure("feed", "", "a run without saved state has no feeds to list or change"));
   switch (command.action) {
     case FeedCommand::Action::add:
-      return addFeed(session.platform().documents(), *saved, command);
+      return addFeed(session.texts(), session.platform().documents(), *saved, command);
     case FeedCommand::Action::key:
-      return changeKeys(session.platform().documents(), *saved, command);
+      return changeKeys(session.texts(), session.platform().documents(), *saved, command);
     case FeedCommand::Action::remove:
-      return removeFeed(*saved, command.name);
+      return removeFeed(session.texts(), *saved, command.name);
     case FeedCommand::Action::list:
       break;
   }
-  return listFeeds(*saved, session.platform().feeds(), session.platform().mainLoop().now());
+  return listFeeds(session.texts(), *saved, session.platform().feeds(), session.platform().mainLoop().now());
 }
 
 }  // namespace linewatch::app

@@ -23,8 +23,8 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
   Report report = all.error ? refused(*all.error) : Report{};
   report.output = lineTable(found, style);
   if (found.empty() && !all.error)
-    report.complaint =
-        command.query.empty() ? "the feeds have no lines" : "no line fits \"" + joined(command.query) + "\"";
+    report.complaint = command.query.empty() ? session.texts()("NoLines")
+                                             : session.texts()("NoLineFits", {joined(command.query)});
   return report;
 }
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/rider_texts.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
@@ -35,8 +36,7 @@ class Dispatch {
   Report operator()(const PanelCommand&) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
     Report report = (*this)(ShowCommand{});
-    if (report.complaint.empty())
-      report.complaint = "there is no display for the panel, so its list is printed";
+    if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");
     return report;
   }
   Report operator()(const ShowCommand& command) const {

@@ -40,9 +40,10 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
   Outcome<DesktopSettings> settings = settingsFrom(options);
   if (!settings) return settings.error();
   if (adjust) adjust(*settings);
+  const UserLocale locale = settings->locale;
   auto platform = DesktopPlatform::make(std::move(*settings));
   if (!platform) return platform.error();
-  return std::unique_ptr<Session>(new Session(std::move(*platform)));
+  return std::unique_ptr<Session>(new Session(std::move(*platform), locale));
 }
 
 Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& options,
@@ -56,7 +57,8 @@ Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& op
   return session;
 }
 
-Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::move(platform)) {
+Session::Session(std::shared_ptr<DesktopPlatform> platform, const UserLocale& locale)
+    : platform_(std::move(platform)), texts_(locale) {
   installPlatform(platform_);
 }
 

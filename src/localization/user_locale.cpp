@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -25,6 +26,22 @@ bool isWellFormed(std::string_view tag) {
   if (tag.empty() || tag.size() > 64 || tag.front() == '-' || tag.back() == '-') return false;
   return std::ranges::all_of(
       tag, [&](char c) { return c == '-' || isAlphanumeric(static_cast<unsigned char>(c)); });
+}
+
+bool isOneOf(std::string_view region, std::initializer_list<std::string_view> regions) {
+  return std::ranges::find(regions, region) != regions.end();
+}
+
+/// The variety of Chinese or Portuguese that people in the tag's region read, e.g. "zh-Hant" for "zh-TW".
+/// Empty for other languages, and if the tag itself names the variety.
+std::string_view varietyOf(std::string_view tag) {
+  const std::string_view language = tag.substr(0, tag.find('-'));
+  const std::string_view rest = tag.substr(std::min(language.size() + 1, tag.size()));
+  if (language == "zh" && !rest.starts_with("Han")) {
+    return isOneOf(rest, {"TW", "HK", "MO"}) ? "zh-Hant" : "zh-Hans";
+  }
+  if (language == "pt" && !isOneOf(rest, {"", "BR", "PT"})) return "pt-PT";
+  return {};
 }
 
 std::optional<std::string> canonicalTag(const std::string& tag) {
@@ -62,6 +79,8 @@ std::vector<std::string> UserLocale::fallbacks() const {
   for (std::size_t end = tag_.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
     tags.push_back(tags.back().substr(0, end));
   }
+  const std::string_view variety = varietyOf(tag_);
+  if (!variety.empty()) tags.emplace(tags.size() > 1 ? tags.end() - 1 : tags.end(), variety);
   return tags;
 }
 

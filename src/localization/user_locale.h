@@ -22,7 +22,8 @@ class UserLocale {
   const std::string& tag() const { return tag_; }
   /// "de" of "de-CH".
   std::string language() const;
-  /// The tag and its fallbacks, the most specific first: "de-CH", "de".
+  /// The tag and its fallbacks, the most specific first: "de-CH", "de". Chinese and Portuguese have the
+  /// variety of the region too: "zh-TW", "zh-Hant", "zh", and "pt-AO", "pt-PT", "pt".
   std::vector<std::string> fallbacks() const;
   /// Whether the language is written from right to left.
   bool isRightToLeft() const;

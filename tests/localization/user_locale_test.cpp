@@ -28,7 +28,19 @@ TEST(UserLocale, ReadsTagsAndPosixNames) {
     EXPECT_FALSE(UserLocale::parse(text)) << text;
   }
   EXPECT_FALSE(UserLocale::parse(std::string(100'000, 'a')));
-  EXPECT_THAT(UserLocale::parse("zh-Hant-TW")->fallbacks(), ElementsAre("zh-Hant-TW", "zh-Hant", "zh"));
+  const std::map<std::string, std::vector<std::string>> chains = {
+      {"de-CH", {"de-CH", "de"}},
+      {"zh-Hant-TW", {"zh-Hant-TW", "zh-Hant", "zh"}},
+      {"zh_TW", {"zh-TW", "zh-Hant", "zh"}},
+      {"zh-Hans-CN", {"zh-Hans-CN", "zh-Hans", "zh"}},
+      {"zh_CN.UTF-8", {"zh-CN", "zh-Hans", "zh"}},
+      {"zh", {"zh", "zh-Hans"}},
+      {"pt-BR", {"pt-BR", "pt"}},
+      {"pt-AO", {"pt-AO", "pt-PT", "pt"}},
+      {"iw_IL", {"he-IL", "he"}},
+      {"no", {"no"}}};
+  for (const auto& [text, fallbacks] : chains)
+    EXPECT_EQ(UserLocale::parse(text)->fallbacks(), fallbacks) << text;
   EXPECT_EQ(UserLocale::parse("de-CH")->language(), "de");
   EXPECT_TRUE(UserLocale::parse("ar")->isRightToLeft());
   EXPECT_FALSE(UserLocale::parse("de")->isRightToLeft());

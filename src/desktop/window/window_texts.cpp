@@ -39,7 +39,7 @@ QString shortDate(const QDate& date, const char* skeleton, const QLocale& locale
 
 WindowTexts::WindowTexts(const UserLocale& locale)
     : localization_(std::make_unique<IcuLocalization>(locale)),
-      locale_(QString::fromStdString(locale.tag())),
+      locale_(QString::fromStdString(localization_->formatLocale())),
       isRightToLeft_(locale.isRightToLeft()) {}
 
 QString WindowTexts::operator()(std::string_view name,
