@@ -136,18 +136,43 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->callback([this] { command_ = lines_; });
 }
 
+/// Adds the words to search for, and the catalogue.
+CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
+  const auto take = [this](const std::vector<std::string>& words) {
+    feed_.name.clear();
+    for (const std::string& word : words) feed_.name += (feed_.name.empty() ? "" : " ") + word;
+  };
+  app.add_option_function<std::vector<std::string>>(
+         "WORDS", take, "A city, agency, region or country; with --gtfs and --alerts the feed's name")
+      ->required()
+      ->type_name("");
+  app.add_option("--catalogue", feed_.catalogue,
+                 "The catalogue, a CSV file or URL; usually the public one of the Mobility Database")
+      ->type_name("PLACE");
+  return &app;
+}
+
 void CommandGrammar::addFeed(CLI::App& app) {
   using enum FeedCommand::Action;
   CLI::App* const sub = app.add_subcommand("feed", "List, add, change or remove feeds");
   sub->require_subcommand(0, 1)->fallthrough();
   sub->preparse_callback([this](std::size_t) { command_ = feed_; });
   addAction(*sub, "list", "List the feeds", feed_, list);
-  CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
-  adding->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
+  addFeedSearch(*addAction(*sub, "find", "Find a city's feed in the public catalogue", feed_, find))
+      ->add_flag("--json", feed_.json, "Print them as a JSON object");
+  CLI::App* const adding = sub->add_subcommand("add", "Add the feed of a city, or one at addresses of yours");
+  addFeedSearch(*adding)
+      ->add_option("--name", feed_.newName, "Its name, instead of one made from the agency's")
+      ->type_name("NAME");
   addLocationOptions(*adding, feed_.options,
                      {.gtfs = "Its timetable: a GTFS folder, zip or URL; may be repeated",
-                      .alerts = "Its service alerts: a file or URL; may be repeated",
-                      .areRequired = true});
+                      .alerts = "Its service alerts: a file or URL; may be repeated"});
+  adding->callback([this] {
+    if (feed_.options.gtfs.empty() != feed_.options.alerts.empty())
+      throw CLI::RequiredError(feed_.options.gtfs.empty() ? "--gtfs" : "--alerts");
+    feed_.action = add;
+    command_ = feed_;
+  });
   addKeyOptions(*adding, feed_.options);
   CLI::App* const changing = addAction(*sub, "key", "Change or ask for the key of a feed", feed_, key);
   changing->add_option("NAME", feed_.name, "Its name")->required()->type_name("");

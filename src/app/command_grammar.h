@@ -25,6 +25,7 @@ class CommandGrammar {
   void addFavorites(CLI::App& app);
   void addLineChoice(CLI::App& adding);
   void addLines(CLI::App& app);
+  CLI::App* addFeedSearch(CLI::App& app);
   void addFeed(CLI::App& app);
   void addAnalytics(CLI::App& app);
   void addOpen(CLI::App& app);

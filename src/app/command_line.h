@@ -73,10 +73,17 @@ struct LinesCommand {
 };
 
 struct FeedCommand {
-  enum class Action { list, add, key, remove };
+  enum class Action { list, find, add, key, remove };
   Action action = Action::list;
+  /// The feed's name; for `find`, and for `add` without locations, the words to search for.
   std::string name;
   FeedOptions options;
+  /// For `add` by a search: the feed's name; empty: one made from the agency's.
+  std::string newName = {};
+  /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
+  std::string catalogue = {};
+  /// For `find`: print a JSON object.
+  bool json = false;
   /// For `key`: remove the feed's keys.
   bool removesKeys = false;
 };

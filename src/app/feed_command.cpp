@@ -1,19 +1,17 @@
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "app/commands.h"
+#include "app/feed_catalogue.h"
 #include "app/feed_sources.h"
+#include "app/feed_texts.h"
 #include "app/rider_texts.h"
 #include "app/terminal_text.h"
-#include "feeds/alerts/alert_period.h"
-#include "feeds/alerts/distinct_incidents.h"
+#include "feeds/catalogue/feed_findings.h"
 #include "feeds/http/redacted.h"
-#include "feeds/text/utf8.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
 #include "shared/shell_words.h"
@@ -22,55 +20,10 @@ namespace linewatch::app {
 
 namespace {
 
-/// Bytes.
-constexpr std::size_t kLongestName = 100;
-
-/// The location as an absolute path or URL, because the feed is later read from other working directories.
-std::string absoluteLocation(const std::string& location) {
-  if (location.find("://") != std::string::npos) return location;
-  std::error_code error;
-  const auto path = std::filesystem::absolute(location, error);
-  return error ? location : path.lexically_normal().string();
-}
-
-std::optional<Error> nameError(const std::string& name) {
-  const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
-  const bool isPlain = terminalLine(name) == name && isValidUtf8(name);
-  if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
-    return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
-  if (name == kSampleFeedName || name == kGivenFeedName)
-    return failure(feed, "", "the program uses this name itself; choose another one");
-  return std::nullopt;
-}
-
 using Phrase = RiderTexts::Phrase;
 
 Phrase counted(const RiderTexts& texts, const SharedLineIndex& lines) {
   return {texts("Lines", {lines->routes().size()})};
-}
-
-/// A feed's state in one line.
-std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date now) {
-  using Kind = FeedState::Kind;
-  const std::string since = state.since ? texts.ago(now - *state.since) : "";
-  switch (state.kind) {
-    case Kind::fresh:
-      return texts("StateFresh");
-    case Kind::stale:
-      return texts("StateStale", {since});
-    case Kind::kept:
-      return hasOldHeader(state, now)
-                 ? texts("StateKeptOld", {since, texts.ago(now - *state.written), reasonOf(state)})
-                 : texts("StateKept", {since, reasonOf(state)});
-    case Kind::unreachable:
-      if (!since.empty()) return texts("StateUnknownSince", {since, reasonOf(state)});
-      break;
-    case Kind::outdated:
-    case Kind::notMatching:
-    case Kind::incomplete:
-      break;
-  }
-  return texts("StateUnknown", {reasonOf(state)});
 }
 
 /// How the key is sent and where it comes from, without the key.
@@ -136,56 +89,8 @@ Report listFeeds(const RiderTexts& texts, const SavedState& saved, TransitFeeds&
   return report;
 }
 
-Report refusedNameInUse(const std::string& name) {
-  return refused(failure("feed " + name, "", "a feed of that name exists; remove it first"));
-}
-
 Report refusedUnknownName(const std::string& name) {
   return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
-}
-
-/// The number of different alerts in force at that time.
-std::size_t shownAlertCount(const AlertsMessage& message, Date now) {
-  const auto incidents = distinctIncidents(message);
-  const auto count = std::ranges::count_if(incidents, [&](const DistinctIncident& incident) {
-    const ShownPeriod period = periodToShow(message.periods(message.entities()[incident.entity]), now);
-    return (!period.start || *period.start <= now) && (!period.end || now < *period.end);
-  });
-  return static_cast<std::size_t>(count);
-}
-
-/// What was done with the feed, with the numbers of its lines and alerts; then its state.
-std::string findings(const RiderTexts& texts, const std::string& done, const StoredFeed& feed,
-                     const SharedLineIndex& lines, const FeedAlerts& alerts, Date now) {
-  const Phrase count{texts("AlertsNow", {shownAlertCount(*alerts.message, now)})};
-  const Phrase state{stateInWords(texts, stateOfFeed(feed, lines, alerts, now), now)};
-  return texts("FeedFound", {Phrase{done}, counted(texts, lines), count}) + "\n" +
-         texts("FeedState", {state}) + "\n";
-}
-
-Report addFeed(const RiderTexts& texts, FeedDocuments& documents, const SavedState& saved,
-               const FeedCommand& command) {
-  if (const auto fault = nameError(command.name)) return refused(*fault);
-  const auto known = saved.feeds().list();
-  if (!known) return refused(known.error());
-  if (std::ranges::find(*known, command.name, &StoredFeed::name) != known->end())
-    return refusedNameInUse(command.name);
-  auto feed = feedFrom(command.options, command.name);
-  if (!feed) return refused(feed.error());
-  for (FeedSource* source : {&feed->gtfs, &feed->alerts})
-    std::ranges::transform(source->locations, source->locations.begin(), absoluteLocation);
-  // A feed that cannot be read is not added. The user can correct the mistake and try again.
-  saved.feedCache()->holdBack();
-  saved.feedCache()->remove(feed->name);
-  const auto lines = documents.lineIndexOf(*feed);
-  if (!lines) return refused(lines.error());
-  const auto alerts = documents.alertsOf(*feed, {});
-  if (alerts.failure) return refused(*alerts.failure);
-  const auto added = saved.feeds().add(*feed);
-  if (!added) return refused(added.error());
-  if (!*added) return refusedNameInUse(feed->name);
-  saved.feedCache()->writeHeldBack();
-  return Report::of(findings(texts, texts("Added", {feed->name}), *feed, *lines, alerts, documents.now()));
 }
 
 /// Saves the keys even if the feed cannot be read with them, and prints the error.
@@ -217,7 +122,8 @@ Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const Saved
   saved.feedCache()->writeHeldBack();
   const std::optional<Error> error = lines ? alerts.failure : lines.error();
   if (error) return {.output = done + "\n", .complaint = sentenceOf(*error), .status = 1};
-  return Report::of(findings(texts, done, feed, *lines, alerts, documents.now()));
+  return Report::of(
+      findingsText(texts, done, findingsIn(feed, *lines, alerts, documents.now()), documents.now()));
 }
 
 Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
@@ -230,16 +136,18 @@ Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::s
 
 }  // namespace
 
-Report feed(Session& session, const FeedCommand& command) {
+Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style) {
+  if (command.action == FeedCommand::Action::find) return findFeeds(session, command, style);
   const SavedState* const saved = session.platform().saved();
   if (!saved) return refused(failure("feed", "", "a run without saved state has no feeds to list or change"));
   switch (command.action) {
     case FeedCommand::Action::add:
-      return addFeed(session.texts(), session.platform().documents(), *saved, command);
+      return addFeed(session, command);
     case FeedCommand::Action::key:
       return changeKeys(session.texts(), session.platform().documents(), *saved, command);
     case FeedCommand::Action::remove:
       return removeFeed(session.texts(), *saved, command.name);
+    case FeedCommand::Action::find:
     case FeedCommand::Action::list:
       break;
   }

@@ -52,7 +52,10 @@ class Dispatch {
         [&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); });
+    const auto adjust = [&command](desktop::DesktopSettings& settings) {
+      if (!command.catalogue.empty()) settings.catalogue = command.catalogue;
+    };
+    return inSession([&](Session& session) { return feed(session, command, style_); }, adjust);
   }
   Report operator()(const AnalyticsCommand& command) const {
     return inSession([&](Session& session) { return analytics(session, command); });
@@ -67,12 +70,12 @@ class Dispatch {
 
  private:
   template <auto open = Session::open, class Work>
-  Report inSession(Work work) const {
+  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
     // The application gets only the program's name, because Qt would remove its own options from the
     // arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = open(options_, {});
+    const auto session = open(options_, adjust);
     return session ? work(**session) : refused(session.error());
   }
 

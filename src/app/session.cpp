@@ -58,7 +58,7 @@ Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& op
 }
 
 Session::Session(std::shared_ptr<DesktopPlatform> platform, const UserLocale& locale)
-    : platform_(std::move(platform)), texts_(locale) {
+    : platform_(std::move(platform)), locale_(locale), texts_(locale) {
   installPlatform(platform_);
 }
 

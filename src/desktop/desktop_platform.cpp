@@ -37,6 +37,10 @@ StoredDatabase::Options savingOptions(const DesktopSettings& settings) {
   return options;
 }
 
+Outcome<std::string> runKeyCommand(const std::string& command, const std::stop_token& stop) {
+  return keyFromCommand(command, stop);
+}
+
 /// For a run without saved state, which records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
@@ -118,11 +122,22 @@ std::optional<Error> DesktopPlatform::open() {
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_, savingOptions(settings_));
   }
+  const auto cache = saved_ ? saved_->feedCache() : nullptr;
   documents_ = std::make_shared<FeedDocuments>(
-      saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
-      [](const std::string& command, const std::stop_token& stop) { return keyFromCommand(command, stop); });
+      cache, [this] { return mainLoop_.now(); }, loadHttpFetcher, runKeyCommand);
+  catalogue_ =
+      std::make_shared<KeptCatalogue>(settings_.catalogue.empty() ? kCatalogueUrl : settings_.catalogue,
+                                      cache, [this] { return mainLoop_.now(); });
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
+}
+
+std::optional<FeedAdding::Environment> DesktopPlatform::addingEnvironment() {
+  if (!saved_) return std::nullopt;
+  return FeedAdding::Environment{.feeds = saved_->feeds(),
+                                 .cache = saved_->feedCache(),
+                                 .now = [this] { return mainLoop_.now(); },
+                                 .runKeyCommand = runKeyCommand};
 }
 
 ShownFeeds DesktopPlatform::shownFeeds() const {

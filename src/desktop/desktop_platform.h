@@ -9,6 +9,8 @@
 #include "desktop/desktop_screen.h"
 #include "desktop/desktop_settings.h"
 #include "desktop/loop/qt_main_loop.h"
+#include "feeds/catalogue/feed_adding.h"
+#include "feeds/catalogue/kept_catalogue.h"
 #include "feeds/feed_transit_service.h"
 #include "feeds/shown_feeds.h"
 #include "feeds/transit_feeds.h"
@@ -54,6 +56,10 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   /// Whether the last look-up used the sample city, because the user has added no feed.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
+  /// The catalogue of feeds, which nothing reads before it is first searched. May be used on any thread.
+  const std::shared_ptr<KeptCatalogue>& catalogue() const { return catalogue_; }
+  /// For adding a feed. Absent in a run without saved state. An adding must end before the platform does.
+  std::optional<FeedAdding::Environment> addingEnvironment();
 
   Log& log() override { return log_; }
   QtMainLoop& mainLoop() override { return mainLoop_; }
@@ -100,6 +106,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   /// Null in a run without saved state.
   std::unique_ptr<SavedState> saved_;
   std::shared_ptr<FeedDocuments> documents_;
+  std::shared_ptr<KeptCatalogue> catalogue_;
   std::unique_ptr<Roles> roles_;
 };
 

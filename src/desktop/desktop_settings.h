@@ -33,6 +33,8 @@ struct DesktopSettings {
   std::optional<Date> now;
   /// Whether the clock stops at `now`, e.g. to print a list. Otherwise it goes on from there.
   bool isTimeFrozen = false;
+  /// The catalogue of feeds that a search uses: a URL or a file; empty for the public one.
+  std::string catalogue = {};
   UserLocale locale;
   bool verbose = false;
   /// Whether the main thread has to react to a user at any time, as in the panel. Then changes are saved on
