@@ -88,6 +88,9 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
+  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
+      ->type_name("FILE|URL");
+  sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->callback([this] { command_ = panel_; });
 }
 

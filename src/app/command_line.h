@@ -136,6 +136,10 @@ struct PanelCommand {
   std::string record;
   /// Scenarios have stand-ins for names and texts.
   bool isAnonymous = false;
+  /// Show the made-up city until there is a feed, also at the first start.
+  bool showsExample = false;
+  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
+  std::string catalogue = {};
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -8,6 +9,8 @@
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
+#include "desktop/setup/feeds_window.h"
+#include "desktop/setup/setup_window.h"
 #include "desktop/window/companion.h"
 #include "desktop/window/panel_window.h"
 #include "feeds/background_queue.h"
@@ -18,9 +21,16 @@ namespace linewatch::app {
 /// on a background queue. Main thread, under a QApplication. Session, screen and recording must outlive it.
 class Panel {
  public:
-  /// `command`: the words of the user's companion command; empty when there is none. `recording` may be null.
-  Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-        const std::vector<std::string>& command, const desktop::PanelOptions& options,
+  struct Options {
+    /// The words of the user's companion command; empty when there is none.
+    std::vector<std::string> companion;
+    desktop::PanelOptions window;
+    /// Whether the made-up city is shown until the user adds a feed, also at the first start.
+    bool showsExample = false;
+  };
+
+  /// `recording` may be null.
+  Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale, const Options& options,
         PanelRecording* recording = nullptr);
   ~Panel();
   Panel(const Panel&) = delete;
@@ -34,6 +44,7 @@ class Panel {
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices(PanelRecording* recording);
+  desktop::SetupServices setupServices();
   void saveRecording(PanelRecording& recording);
   /// The feeds and favourites of the user.
   struct Choice {
@@ -45,22 +56,40 @@ class Panel {
   static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
   /// Whether another program locks the saved state.
   bool isStateHeld();
+  /// Whether the user has neither added a feed nor asked for the example.
+  bool isFirstStart();
+  void showWelcome();
+  void showExample();
   void loadWindow();
   void loadWindowOnceStateIsFree();
   void followChoice();
   bool rememberChoice(std::optional<Choice> now);
+  /// The set-up, or its page with the lines if there are feeds.
+  void setUp();
+  desktop::SetupWindow& setupWindow();
+  void showFeeds();
+  void feedsDidChange();
+  void choiceDidChange();
   QString dataNote();
 
   template <class Work, class Done>
-  void inBackground(Work work, Done done);
+  void inBackground(Work work, Done done, BackgroundQueue* queue = nullptr);
 
   Session& session_;
   desktop::DrawingScreen& screen_;
+  UserLocale locale_;
+  bool showsExample_;
+  bool isWindowLoaded_ = false;
   BackgroundQueue queue_;
+  /// For work that waits for servers, so that other work need not wait for it.
+  BackgroundQueue serverQueue_;
   std::stop_source ending_;
   desktop::SharedWindowTexts texts_;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
+  /// Made when it is first shown.
+  std::unique_ptr<desktop::SetupWindow> setup_;
+  std::unique_ptr<desktop::FeedsWindow> feeds_;
   /// The choice at the last update of the widget; absent until it can be read.
   std::optional<Choice> knownChoice_;
 };

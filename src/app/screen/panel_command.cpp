@@ -99,6 +99,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   auto session = Session::open(options, [&](desktop::DesktopSettings& adjusted) {
     adjusted.screen = screen;
     adjusted.isInteractive = true;
+    if (!command.catalogue.empty()) adjusted.catalogue = command.catalogue;
     adjusted.openActivity = [&shown](const UserActivity& activity, const OpenHandler& done) {
       shown->companion().openActivity(activity, done);
     };
@@ -111,8 +112,11 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   installPlatform(
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
   shown = std::make_unique<Panel>(
-      **session, *screen, locale, command.companion,
-      desktop::PanelOptions{.maxRows = options.maxRows, .refresh = command.refresh}, &recording);
+      **session, *screen, locale,
+      Panel::Options{.companion = command.companion,
+                     .window = {.maxRows = options.maxRows, .refresh = command.refresh},
+                     .showsExample = command.showsExample},
+      &recording);
   shown->window().show();
   QApplication::exec();
   shown = nullptr;

@@ -23,11 +23,12 @@ class Companion {
   using URLHandler = std::function<void(bool success)>;
 
   /// `command`: the words of the user's command; empty when there is none.
+  /// `setUp`: called for the row without favourites; empty to show the favourites.
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
-            FavoritesServices favorites);
+            FavoritesServices favorites, std::function<void()> setUp = {});
 
-  /// Opens a URL of the companion application. Both of its URLs open the favourites. Without a command all
-  /// other URLs fail.
+  /// Opens a URL of the companion application: the favourites, or the set-up if there are none. Without a
+  /// command all other URLs fail.
   void openURL(const URL& url, const URLHandler& done);
   /// Decodes the activity on another thread, because a record may be large. Calls `done` on the main thread,
   /// after the content is on screen.
@@ -45,6 +46,7 @@ class Companion {
   CompanionCommand command_;
   DetailsServices detailsServices_;
   FavoritesServices favoritesServices_;
+  std::function<void()> setUp_;
   /// Made on first use. The favourites window is made again after the text size has changed.
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;

@@ -113,6 +113,14 @@ void PanelWindow::loadWidget() {
   appearOrDisappear();
 }
 
+void PanelWindow::showCard(QWidget* card) {
+  delete std::exchange(placeholder_, card);
+  layout()->addWidget(card);
+  showPalette();
+  applyRowsHeight(card->heightForWidth(width() - 2 * kMargin));
+  card->setFocus();
+}
+
 PanelWindow::~PanelWindow() {
   hide();
   // It draws the widget's view, so it is deleted before the widget.
@@ -171,6 +179,8 @@ QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySeque
 void PanelWindow::makeActions() {
   addMenuAction("Update", {Qt::Key_F5, Qt::CTRL | Qt::Key_R}, [this] { requestUpdate(); });
   addMenuAction("Favorites", {Qt::CTRL | Qt::Key_F}, services_.showFavorites);
+  QAction* const feeds =
+      services_.showFeeds ? addMenuAction("Feeds", {Qt::CTRL | Qt::Key_E}, services_.showFeeds) : nullptr;
   addMenuAction("LargerText", {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
@@ -178,12 +188,12 @@ void PanelWindow::makeActions() {
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
-  // The entries so far need the widget; closing the window does not.
-  for (QAction* const action : actions()) action->setEnabled(false);
+  // Most of these entries need the widget; closing the window does not.
+  for (QAction* const action : actions()) action->setEnabled(action == feeds);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
-  menu->insertSeparator(actions()[2]);
+  menu->insertSeparator(actions()[feeds ? 3 : 2]);
   if (save) menu->insertSeparator(save);
   menu->insertSeparator(actions().back());
   header_->setMenu(menu);

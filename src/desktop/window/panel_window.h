@@ -29,6 +29,8 @@ class PanelHeader;
 struct PanelServices {
   PanelHost::OpenURL openURL;
   std::function<void()> showFavorites;
+  /// Shows the feeds. An empty function: the menu does not offer that.
+  std::function<void()> showFeeds = {};
   /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
   /// A short text about the age of the data; may be empty.
@@ -56,6 +58,8 @@ class PanelWindow final : public QWidget {
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
+  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start.
+  void showCard(QWidget* card);
   /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
   /// saved state can be read.
   void loadWidget();

@@ -210,7 +210,7 @@ class KillTest:
             left = [feed for feed in machine.feeds if feed != others[0]]
             return kind, ["feed", "remove", others[0]], machine.favorites, left
         if kind == "panel" and machine.favorites:
-            return kind, ["panel"], machine.favorites, machine.feeds
+            return kind, ["panel", "--example"], machine.favorites, machine.feeds
         after = machine.favorites + ([] if line in machine.favorites else [line])
         return "add", ["favorites", "add", line], after, machine.feeds
 
@@ -271,7 +271,7 @@ class KillTest:
 
     def change_beside_panel(self, machine, favorites):
         """A favourite is added while a panel runs, and then the panel is killed."""
-        panel = machine.start(["panel"])
+        panel = machine.start(["panel", "--example"])
         line = "city:" + self.dice.choice(LINES)
         with contextlib.suppress(subprocess.TimeoutExpired):
             panel.wait(timeout=self.dice.uniform(0, LONGEST_PANEL))

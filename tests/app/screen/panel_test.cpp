@@ -1,7 +1,6 @@
 #include "app/screen/panel.h"
 
 #include <QApplication>
-#include <QListWidget>
 #include <QToolButton>
 
 #include <gmock/gmock.h>
@@ -41,7 +40,7 @@ class PanelRunTest : public testing::Test {
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
     panel_ = std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"),
-                                     std::vector<std::string>(), desktop::PanelOptions());
+                                     Panel::Options{.showsExample = true});
   }
   void end() {
     panel_ = nullptr;
@@ -75,9 +74,9 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
 
   clickRow(5);
   ASSERT_NE(window<desktop::FavoritesWindow>(), nullptr);
-  auto* const list = window<desktop::FavoritesWindow>()->findChild<QListWidget*>();
-  waitUntil([list] { return list->count() == 7; });
-  list->item(0)->setCheckState(Qt::Unchecked);
+  auto* const list = window<desktop::FavoritesWindow>()->findChild<desktop::FavoriteList*>();
+  waitUntil([list] { return list->rows().rowCount() > 1; });
+  list->rows().setData(list->rows().index(1), Qt::Unchecked, Qt::CheckStateRole);
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
   EXPECT_EQ(rows().rowCount(), 5U);
 
