@@ -33,7 +33,7 @@ class Dispatch {
  public:
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
-  Report operator()(const PanelCommand&) const {
+  Report operator()(const PanelCommand& command) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
     Report report = (*this)(ShowCommand{});
     if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");

@@ -109,6 +109,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   static_cast<void>((*session)->platform().feeds().follow());
   PanelRecording recording(command.isAnonymous);
   recording.recorder()->setLocale(locale.tag());
+  if (!command.record.empty()) recording.keepIn(command.record);
   installPlatform(
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
   shown = std::make_unique<Panel>(
@@ -120,7 +121,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   shown->window().show();
   QApplication::exec();
   shown = nullptr;
-  const auto error = command.record.empty() ? std::nullopt : recording.save(command.record);
+  const auto error = recording.finish();
   return error ? refused(*error) : Report();
 }
 
