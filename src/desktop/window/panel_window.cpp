@@ -135,7 +135,8 @@ void PanelWindow::showCard(QWidget* card) {
   delete std::exchange(placeholder_, card);
   layout()->addWidget(card);
   showPalette();
-  applyRowsHeight(card->heightForWidth(width() - 2 * kMargin));
+  const QMargins margins = layout()->contentsMargins();
+  applyRowsHeight(card->heightForWidth(width() - margins.left() - margins.right()));
   card->setFocus();
 }
 
