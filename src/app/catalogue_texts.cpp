@@ -33,7 +33,7 @@ constexpr std::string_view kStatuses[] = {"active", "inactive", "deprecated"};
 
 Value textValue(const std::string& text) { return text.empty() ? noValue() : Value(text); }
 
-Dictionary feedForm(const CatalogueFeed& feed) {
+Dictionary catalogueFeedForm(const CatalogueFeed& feed) {
   const Dictionary key = {{"kind", kKeyKinds[static_cast<std::size_t>(feed.key.kind)]},
                           {"name", textValue(feed.key.name)},
                           {"page", textValue(feed.key.page)}};
@@ -50,9 +50,9 @@ Dictionary feedForm(const CatalogueFeed& feed) {
           {"key", key}};
 }
 
-Array feedForms(const std::vector<SharedCatalogueFeed>& feeds) {
+Array catalogueFeedForms(const std::vector<SharedCatalogueFeed>& feeds) {
   Array forms;
-  for (const SharedCatalogueFeed& feed : feeds) forms.push_back(feedForm(*feed));
+  for (const SharedCatalogueFeed& feed : feeds) forms.push_back(catalogueFeedForm(*feed));
   return forms;
 }
 
@@ -90,14 +90,14 @@ Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches
                        const KeptCatalogue::Reading& reading) {
   Array hits;
   for (const CatalogueHit& hit : matches.hits) {
-    Dictionary form = feedForm(*hit.alerts);
+    Dictionary form = catalogueFeedForm(*hit.alerts);
     form.insert_or_assign("holds", textValue(hit.holds));
-    form.insert_or_assign("timetables", feedForms(hit.timetables));
+    form.insert_or_assign("timetables", catalogueFeedForms(hit.timetables));
     hits.push_back(form);
   }
   return {{"query", query},
           {"hits", hits},
-          {"timetables", feedForms(matches.timetables)},
+          {"timetables", catalogueFeedForms(matches.timetables)},
           {"fetched", reading.fetched ? Value(description(*reading.fetched)) : noValue()},
           {"error", reading.failure ? Value(sentenceOf(*reading.failure)) : noValue()}};
 }

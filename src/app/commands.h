@@ -23,6 +23,7 @@ Report favorites(Session& session, const FavoritesCommand& command, const Termin
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style);
 Report analytics(Session& session, const AnalyticsCommand& command);
+Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session, because a scenario makes its own platform.
 Report simulate(const SimulateCommand& command, const TerminalStyle& style);

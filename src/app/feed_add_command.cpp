@@ -37,7 +37,7 @@ Report refusedOrInterrupted(const RiderTexts& texts, const Error& error) {
   return {.output = {}, .complaint = texts("AddingCancelled"), .status = kInterruptedStatus};
 }
 
-void show(const RiderTexts& texts, const AddingProgress& progress, ProgressLine& line) {
+void showProgress(const RiderTexts& texts, const AddingProgress& progress, ProgressLine& line) {
   using Step = AddingProgress::Step;
   if (progress.lineCount) return line.show(texts("Lines", {*progress.lineCount}), 0, {});
   switch (progress.step) {
@@ -57,7 +57,7 @@ Outcome<FeedFindings> addWithProgress(Session& session, FeedProposal proposal) {
   FeedAdding adding(std::move(proposal), *session.platform().addingEnvironment());
   ProgressLine line;
   while (!adding.waitFor(kPollInterval)) {
-    show(session.texts(), adding.progress(), line);
+    showProgress(session.texts(), adding.progress(), line);
     if (Interruption::isRequested()) adding.cancel();
   }
   return *adding.progress().result;

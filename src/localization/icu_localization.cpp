@@ -98,7 +98,8 @@ IcuLocalization::IcuLocalization(const UserLocale& locale, std::vector<TableText
     return !std::ranges::binary_search(texts_, std::string_view(language), {}, &TableText::language);
   });
   UErrorCode error = U_ZERO_ERROR;
-  const auto users = icu::Locale::forLanguageTag(locale.tag(), error);
+  const auto& tag = languages_.empty() ? locale.tag() : locale.tagWithFallback(languages_.front());
+  const auto users = icu::Locale::forLanguageTag(tag, error);
   const std::string fallback(kFallbackLanguage);
   formats_->locale = languages_.empty() ? icu::Locale(fallback.c_str(), users.getCountry()) : users;
   languages_.push_back(fallback);

@@ -53,6 +53,17 @@ std::optional<std::string> canonicalTag(const std::string& tag) {
   return U_SUCCESS(error) ? std::optional(std::move(canonical)) : std::nullopt;
 }
 
+/// The tag and its fallbacks, the most specific first.
+std::vector<std::string> fallbacksOf(const std::string& whole) {
+  std::vector<std::string> tags = {whole};
+  for (std::size_t end = whole.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
+    tags.push_back(tags.back().substr(0, end));
+  }
+  const std::string_view variety = varietyOf(whole);
+  if (!variety.empty()) tags.emplace(tags.size() > 1 ? tags.end() - 1 : tags.end(), variety);
+  return tags;
+}
+
 }  // namespace
 
 std::optional<UserLocale> UserLocale::parse(std::string_view text) {
@@ -67,7 +78,7 @@ UserLocale UserLocale::fromEnvironment(const Environment& environment) {
     const std::string tag = tagOfPosixName(value);
     const bool isNoLanguage = tag == "C" || tag == "POSIX";
     const auto locale = isNoLanguage ? std::nullopt : canonicalTag(tag);
-    return UserLocale(locale.value_or("en"));
+    return locale ? withLanguages(valueOf(environment, "LANGUAGE"), *locale) : UserLocale("en");
   }
   return UserLocale("en");
 }
@@ -75,13 +86,39 @@ UserLocale UserLocale::fromEnvironment(const Environment& environment) {
 std::string UserLocale::language() const { return tag_.substr(0, tag_.find('-')); }
 
 std::vector<std::string> UserLocale::fallbacks() const {
-  std::vector<std::string> tags = {tag_};
-  for (std::size_t end = tag_.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
-    tags.push_back(tags.back().substr(0, end));
+  std::vector<std::string> tags = fallbacksOf(tag_);
+  for (const std::string& other : others_) {
+    for (std::string& tag : fallbacksOf(other)) {
+      if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(std::move(tag));
+    }
   }
-  const std::string_view variety = varietyOf(tag_);
-  if (!variety.empty()) tags.emplace(tags.size() > 1 ? tags.end() - 1 : tags.end(), variety);
   return tags;
+}
+
+const std::string& UserLocale::tagWithFallback(std::string_view fallback) const {
+  const auto hasFallback = [fallback](const std::string& tag) {
+    const std::vector<std::string> tags = fallbacksOf(tag);
+    return std::ranges::find(tags, fallback) != tags.end();
+  };
+  if (hasFallback(tag_)) return tag_;
+  const auto other = std::ranges::find_if(others_, hasFallback);
+  return other == others_.end() ? tag_ : *other;
+}
+
+/// Words of the list that are no languages do not count. A language without a region has that of the locale
+/// if it is the locale's language.
+UserLocale UserLocale::withLanguages(std::string_view list, const std::string& localeTag) {
+  std::vector<std::string> tags;
+  while (!list.empty()) {
+    const std::size_t end = std::min(list.find(':'), list.size());
+    if (auto tag = canonicalTag(tagOfPosixName(list.substr(0, end)))) tags.push_back(*std::move(tag));
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  if (tags.empty()) return UserLocale(localeTag);
+  tags.push_back(localeTag);
+  const bool isSameLanguage = localeTag.starts_with(tags.front() + "-");
+  const std::string first = isSameLanguage ? localeTag : tags.front();
+  return UserLocale(first, {tags.begin() + 1, tags.end()});
 }
 
 bool UserLocale::isRightToLeft() const {

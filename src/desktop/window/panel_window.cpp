@@ -108,7 +108,6 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
   restorePlace();
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
@@ -133,10 +132,11 @@ void PanelWindow::loadWidget() {
 
 void PanelWindow::showCard(QWidget* card) {
   delete std::exchange(placeholder_, card);
+  card_ = card;
   layout()->addWidget(card);
   showPalette();
-  const QMargins margins = layout()->contentsMargins();
-  applyRowsHeight(card->heightForWidth(width() - margins.left() - margins.right()));
+  card->setCursor(Qt::ArrowCursor);
+  fitCard();
   card->setFocus();
 }
 
@@ -164,6 +164,11 @@ void PanelWindow::checkClock() {
 void PanelWindow::setMetered(bool isMetered) {
   isMetered_ = isMetered;
   if (widget_) widget_->updates().setMetered(isMetered);
+}
+
+void PanelWindow::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (widget_) widget_->updates().setRefresh(refresh);
 }
 
 void PanelWindow::favoritesDidChange() {
@@ -204,6 +209,8 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  if (services_.showSettings)
+    addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
@@ -226,6 +233,7 @@ void PanelWindow::makeRows() {
   rows_->setCursor(Qt::ArrowCursor);
   rows_->setAccessibleName((*texts_)("Rows"));
   delete std::exchange(placeholder_, nullptr);
+  card_ = nullptr;
   layout()->addWidget(rows_);
 }
 
@@ -426,13 +434,17 @@ void PanelWindow::applyRowsHeight(double height) {
   setFixedHeight(body->height() + header_->height() + frame_.margins().top() + frame_.margins().bottom());
 }
 
+void PanelWindow::fitCard() { applyRowsHeight(card_->heightForWidth(cardWidth())); }
+
 void PanelWindow::resizeEvent(QResizeEvent* event) {
   if (width() != fittedWidth_) {
     fittedWidth_ = width();
     designWidth_ = cardWidth() / widthGrowth(textSizeNow());
     saving_->start();
   }
-  if (!widget_ || event->size().width() == event->oldSize().width()) return;
+  if (event->size().width() == event->oldSize().width()) return;
+  if (card_) fitCard();
+  if (!widget_) return;
   widget_->widthDidChange(limitsNow(), rows_->height());
   applyRowsHeight(rows_->height());
 }
@@ -471,7 +483,10 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  saveTextSize(category);
+  if (!widget_) {
+    services_.setTextSize(category);
+    return setHeaderTextSize(category);
+  }
   const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
   widget_->setLimits(limits);
   services_.setTextSize(category);
