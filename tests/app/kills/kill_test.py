@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """kill_test.py PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and looks for losses.
 
-Favourites and feeds are added and removed, and panels save what they show. Half of the kills are at a random moment,
+Favourites and feeds are added and removed, feeds are searched in a catalogue on a server of this machine, and panels
+save what they show. Half of the kills are at a random moment,
 half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
 "loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
 killed has done all or nothing, and the databases are whole.
@@ -9,6 +10,8 @@ killed has done all or nothing, and the databases are whole.
 
 import collections
 import contextlib
+import http.server
+import io
 import os
 import pathlib
 import random
@@ -18,7 +21,9 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import threading
 import time
+import zipfile
 
 LINES = [f"r{number}" for number in range(12)]
 FEEDS = ["spare", "other"]
@@ -29,8 +34,44 @@ SAVED_STATE = "Rova.LineWatch.savedUIData"
 NEW_START = 25  # kills after which a new machine is taken
 
 
+ALERTS = b"\x0a\x0d\x0a\x032.0\x10\x00\x18\x80\xea\xe0\xaf\x06"
+ROUTES = "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},3\n" for line in LINES)
+
+
 class Loss(Exception):
     pass
+
+
+class Agency(http.server.ThreadingHTTPServer):
+    """A server with a catalogue, and the timetable and the alerts of the one feed in it."""
+
+    def __init__(self):
+        super().__init__(("127.0.0.1", 0), AgencyHandler)
+        url = f"http://127.0.0.1:{self.server_address[1]}"
+        self.catalogue = url + "/feeds.csv"
+        archive = io.BytesIO()
+        with zipfile.ZipFile(archive, "w") as timetable:
+            timetable.writestr("routes.txt", ROUTES)
+        rows = ["id,data_type,entity_type,static_reference,location.municipality,provider,urls.direct_download",
+                f"t,gtfs,,,Hilltown,Hilltown Buses,{url}/t.zip",
+                f"a,gtfs_rt,sa,t,Hilltown,Hilltown Buses,{url}/alerts"]
+        rows += [f"x{number},gtfs,,,Elsewhere,Other Buses,{url}/x" for number in range(2000)]
+        self.documents = {"/feeds.csv": "\n".join(rows).encode(), "/t.zip": archive.getvalue(), "/alerts": ALERTS}
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+
+class AgencyHandler(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        body = self.server.documents[self.path]
+        self.send_response(200)
+        self.send_header("Content-Length", str(len(body)))
+        self.send_header("Cache-Control", "max-age=0")
+        self.end_headers()
+        with contextlib.suppress(OSError):  # the program was killed
+            self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
 
 
 class Disk:
@@ -90,9 +131,8 @@ class Machine:
         # back one of these states.
         self.not_synced_yet = []
         (folder / "gtfs").mkdir()
-        (folder / "alerts.pb").write_bytes(b"\x0a\x0d\x0a\x032.0\x10\x00\x18\x80\xea\xe0\xaf\x06")
-        (folder / "gtfs" / "routes.txt").write_text(
-            "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},3\n" for line in LINES))
+        (folder / "alerts.pb").write_bytes(ALERTS)
+        (folder / "gtfs" / "routes.txt").write_text(ROUTES)
 
     def start(self, words, kill_at=0, torn=False):
         self.disk.calls.write_bytes(b"")
@@ -180,6 +220,7 @@ class KillTest:
         self.counts = collections.Counter()
         self.calls = {}  # the number of calls of each kind of command, and the calls that were met
         self.met = collections.defaultdict(set)
+        self.agency = Agency()
 
     def run(self, kills):
         started = time.monotonic()
@@ -197,7 +238,7 @@ class KillTest:
         if not machine.feeds:
             return "the first feed", self.adding("city", machine), machine.favorites, ["city"]
         others = [feed for feed in machine.feeds if feed != "city"]
-        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed"])
+        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed", "find"])
         line = "city:" + self.dice.choice(LINES)
         if kind == "remove" and machine.favorites:
             line = self.dice.choice(machine.favorites)
@@ -205,7 +246,12 @@ class KillTest:
             return kind, ["favorites", "remove", line], left, machine.feeds
         if kind == "add feed" and len(others) < len(FEEDS):
             name = next(feed for feed in FEEDS if feed not in others)
-            return kind, self.adding(name, machine), machine.favorites, machine.feeds + [name]
+            words = self.adding(name, machine)
+            if self.dice.random() < 0.5:
+                kind, words = "add city", self.searching("add") + ["--name", name]
+            return kind, words, machine.favorites, machine.feeds + [name]
+        if kind == "find":
+            return kind, self.searching("find"), machine.favorites, machine.feeds
         if kind == "remove feed" and others:
             left = [feed for feed in machine.feeds if feed != others[0]]
             return kind, ["feed", "remove", others[0]], machine.favorites, left
@@ -217,6 +263,9 @@ class KillTest:
     @staticmethod
     def adding(name, machine):
         return ["feed", "add", name, "--gtfs", str(machine.folder / "gtfs"), "--alerts", str(machine.folder / "alerts.pb")]
+
+    def searching(self, action):
+        return ["feed", action, "hilltown", "--catalogue", self.agency.catalogue]
 
     # ---- Kills ----
 
@@ -234,6 +283,8 @@ class KillTest:
             machine.disk.lose_power()
         try:
             machine.check((favorites, feeds), confirmed, power)
+            if kind == "find" and "linewatch feed add a" not in machine.must(self.searching("find")):
+                raise Loss("the catalogue is lost")
         except Loss as loss:
             raise Loss(f"{kind}: {' '.join(words)}, {'power lost' if power else 'killed'}: {loss}") from None
         self.counts["power cuts"] += power
