@@ -29,6 +29,7 @@ LINES = [f"r{number}" for number in range(12)]
 FEEDS = ["spare", "other"]
 PATIENCE = 60  # seconds, for a program that hangs
 LONGEST_COMMAND = 0.15  # seconds; a kill is at a random moment of these
+LONGEST_SEARCH = 0.6  # with the answers of a server
 LONGEST_PANEL = 1.5
 SAVED_STATE = "Rova.LineWatch.savedUIData"
 NEW_START = 25  # kills after which a new machine is taken
@@ -292,7 +293,7 @@ class KillTest:
 
     def kill(self, machine, kind, words):
         """The status, and whether the program has confirmed the change before its end."""
-        longest = LONGEST_PANEL if kind == "panel" else LONGEST_COMMAND
+        longest = {"panel": LONGEST_PANEL, "find": LONGEST_SEARCH, "add city": LONGEST_SEARCH}.get(kind, LONGEST_COMMAND)
         kill_at = self.unmet_call(kind) if self.dice.random() < 0.5 else 0
         process = machine.start(words, kill_at=kill_at, torn=self.dice.random() < 0.5)
         patience = PATIENCE if kill_at and kind != "panel" else longest if kill_at else self.dice.uniform(0, longest)
