@@ -98,6 +98,8 @@ class RecordedPanelTest : public testing::Test {
         std::make_unique<Panel>(*session_, *screen_, *options_.locale, std::vector<std::string>(),
                                 desktop::PanelOptions{.maxRows = 4, .refresh = Seconds(60)}, &recording_);
     panel_->window().show();
+    // The first rows, before the event loop may bring the answer.
+    look();
     awaitFetch();
   }
   void end() {
