@@ -17,6 +17,7 @@ namespace linewatch {
 
 namespace {
 
+constexpr std::string_view kFailureTable = "failure";
 constexpr std::string_view kFeedTable = "feed";
 constexpr std::string_view kTerminalTable = "terminal";
 constexpr std::string_view kWindowTable = "window";
@@ -115,6 +116,10 @@ IcuLocalization::~IcuLocalization() = default;
 std::string IcuLocalization::localizedString(std::string_view key, std::string_view fallback,
                                              StringTable table) {
   return lookUp(nameOf(table), key, fallback);
+}
+
+std::string IcuLocalization::failureString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kFailureTable, key, fallback);
 }
 
 std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {

@@ -10,6 +10,9 @@
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
 
+#include "localization/failure_words.h"
+#include "shared/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -56,6 +59,14 @@ QString WindowTexts::operator()(std::string_view name,
     if (auto* const words = std::get_if<std::string>(&argument)) *words = isolated(*words);
   }
   return QString::fromStdString(isolated(localization_->format(text, given)));
+}
+
+std::string WindowTexts::joined(std::span<const std::string_view> names) const {
+  return localization_->joinCommaDelimited(names);
+}
+
+std::string WindowTexts::reason(const Error& error) const {
+  return failureInWords(failureCodeOf(error), sentenceOf(error), *localization_);
 }
 
 QString WindowTexts::dateAndTime(Date date, Date now, QLocale::FormatType format) const {
