@@ -35,6 +35,13 @@ TEST(RiderTexts, ArgumentsAreSafeOnATerminalAndKeepTheirDirection) {
             "\u2068M\u2069: لا تنبيهات حتى الآن: \u2068x\u2069");
 }
 
+TEST(RiderTexts, GivesReasonsOfFailuresInTheUsersLanguage) {
+  const FailureCode code = FailureCode::unreachable;
+  EXPECT_EQ(textsIn("en").failure(code, "no route to host"), "no route to host");
+  EXPECT_EQ(textsIn("de").failure(code, "no route to host"), "keine Verbindung (no route to host)");
+  EXPECT_EQ(textsIn("de").failure(FailureCode::other, "odd"), "odd");
+}
+
 TEST(RiderTexts, WritesDatesAndListsInTheLanguageOfTheTexts) {
   const Date noon = Date(Seconds(1'795'521'600)), nextDay = noon + Seconds(86400);
   const std::vector<std::string> names{"A", "B", "C"};

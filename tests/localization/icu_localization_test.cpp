@@ -50,7 +50,7 @@ TEST(IcuLocalization, FormatsCountsForTheLocale) {
       {"de", "LineWatch_AdvisoriesOverflow_SecondaryText", 1, "Auf 1 Linie"},
       {"en", "LineWatch_GoodService_SecondaryText_Plural", 0, "No advisories for your favorite lines"},
       {"en", "LineWatch_GoodService_SecondaryText_Plural", 12, "No advisories for your 12 favorite lines"},
-      {"de", "LineWatch_GoodService_SecondaryText_Plural", 12, "Keine Störungen auf deinen 12 Linien"},
+      {"de", "LineWatch_GoodService_SecondaryText_Plural", 12, "Keine Störungen auf Ihren 12 Linien"},
       {"en", "LineWatch_GoodService_Overflow_SecondaryText", 1, "No advisories for 1 other line"},
       {"de", "LineWatch_GoodService_Overflow_SecondaryText", 1, "Keine Störungen auf 1 weiteren Linie"},
       {"de", "LineWatch_GoodService_Overflow_SecondaryText", 3, "Keine Störungen auf 3 weiteren Linien"},
