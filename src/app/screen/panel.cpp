@@ -56,6 +56,8 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
   desktop::watchClock(window_, [this] { window_.checkClock(); });
   desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
   desktop::followDesktopColorScheme(window_);
+  desktop::followDesktopContrast(window_);
+  desktop::followDesktopMotion(window_, [this](bool isReduced) { window_.setMotionReduced(isReduced); });
   if (isStateHeld()) {
     loadWindowOnceStateIsFree();
   } else {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "desktop/drawing/typefaces.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 #include "platform/platform.h"
 #include "presentation/memory_constrained_artwork_cache.h"
@@ -29,6 +30,7 @@ CompanionWindow::CompanionWindow(SharedWindowTexts texts)
     : texts_(std::move(texts)), artworkCache_(memoryConstrainedImageViewCache()) {
   // Closing this window does not end the program; closing the panel does.
   setAttribute(Qt::WA_QuitOnClose, false);
+  setAccessibleRole(*this, QAccessible::Window);
   auto* const closing = new QAction(this);
   closing->setShortcuts({Qt::CTRL | Qt::Key_W});
   connect(closing, &QAction::triggered, this, [this] { close(); });
