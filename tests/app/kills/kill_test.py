@@ -1,12 +1,17 @@
 #!/usr/bin/env python3
-"""kill_test.py PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and looks for losses.
+"""kill_test.py [--synchronous VALUE] PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and
+looks for losses.
 
 Favourites and feeds are added and removed, and panels save what they show. Half of the kills are at a random moment,
 half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
 "loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
 killed has done all or nothing, and the databases are whole.
+
+With --synchronous, e.g. OFF or NORMAL, a copy of the program uses this value of SQLite's PRAGMA synchronous in place of
+EXTRA. It syncs too little, so the test has to find a loss: the exit status is 0 when it does.
 """
 
+import argparse
 import collections
 import contextlib
 import os
@@ -284,16 +289,42 @@ class KillTest:
         return "panel and add", favorites + ([] if line in favorites else [line])
 
 
+def careless_copy(program, folder, synchronous):
+    """Copies the program with its folders, and replaces the value EXTRA in the copy."""
+    build = pathlib.Path(program).resolve().parent.parent
+    for part in ("bin", "lib", "share"):
+        shutil.copytree(build / part, folder / part, symlinks=True)
+    used, wanted = b"\0EXTRA\0", b"\0" + synchronous.encode().ljust(5) + b"\0"
+    for file in (folder / "bin" / "linewatch", folder / "lib" / "linewatch" / "linewatch-screen"):
+        code = file.read_bytes()
+        if code.count(used) != 1 or len(wanted) != len(used):
+            sys.exit(f"kill_test: EXTRA cannot be replaced by {synchronous} in {file}")
+        file.write_bytes(code.replace(used, wanted))
+    return str(folder / "bin" / "linewatch")
+
+
 def main():
-    program, faults, kills = sys.argv[1], sys.argv[2], int(sys.argv[3])
-    seed = int(sys.argv[4]) if len(sys.argv) > 4 else 1
-    print(f"seed {seed}", flush=True)
-    test = KillTest(program, faults, seed)
-    try:
-        test.run(kills)
-    except Loss as loss:
-        print(f"after {test.counts['kills']} kills, {loss}")
-        return 1
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--synchronous")
+    parser.add_argument("program")
+    parser.add_argument("faults")
+    parser.add_argument("kills", type=int)
+    parser.add_argument("seed", type=int, nargs="?", default=1)
+    given = parser.parse_args()
+    print(f"seed {given.seed}", flush=True)
+    with tempfile.TemporaryDirectory(prefix="linewatch-careless-") as folder:
+        program = given.program
+        if given.synchronous:
+            program = careless_copy(program, pathlib.Path(folder), given.synchronous)
+        test = KillTest(program, given.faults, given.seed)
+        loss = None
+        try:
+            test.run(given.kills)
+        except Loss as found:
+            loss = found
+            print(f"after {test.counts['kills']} kills, {loss}")
+    if loss or given.synchronous:
+        return 0 if loss and given.synchronous else 1
     print(", ".join(f"{count} {name}" for name, count in test.counts.items()))
     for kind, calls in sorted(test.calls.items()):
         print(f"{kind}: killed at {len(test.met[kind])} of {calls} calls that write")
