@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,13 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // A localization keeps the formats of its texts. A program has only those of its tables, this has ever
   // more.
   constexpr int kRunsOfLocalizations = 10000;
-  static std::optional<std::array<IcuLocalization, 3>> kept;
+  using Localizations = std::array<IcuLocalization, 3>;
+  static std::unique_ptr<Localizations> kept;
   static int runs = 0;
-  if (runs++ % kRunsOfLocalizations == 0)
-    kept.emplace(std::array{IcuLocalization(*UserLocale::parse("en")),
-                            IcuLocalization(*UserLocale::parse("de")),
-                            IcuLocalization(*UserLocale::parse("ar"))});
-  auto& localizations = *kept;
+  if (runs++ % kRunsOfLocalizations == 0) {
+    kept.reset(new Localizations{IcuLocalization(*UserLocale::parse("en")),
+                                 IcuLocalization(*UserLocale::parse("de")),
+                                 IcuLocalization(*UserLocale::parse("ar"))});
+  }
+  Localizations& localizations = *kept;
   Choices choices(data, size);
   IcuLocalization& localization = localizations[choices.byte() % localizations.size()];
   const std::string text(choices.text());
