@@ -2,7 +2,6 @@
 // whatever the words hold.
 
 #include "app/command_line.h"
-#include "app/terminal_text.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "choices.h"
+#include "machine/terminal_line.h"
 #include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto parsed = app::parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
   if (const auto* const report = std::get_if<app::Report>(&parsed)) {
     require(report->status == (report->complaint.empty() ? 0 : 2));
-    if (!report->complaint.empty()) requireOneLine(app::terminalLine(report->complaint));
+    if (!report->complaint.empty()) requireOneLine(terminalLine(report->complaint));
   }
   return 0;
 }

@@ -36,6 +36,9 @@ class Dispatch {
 
   Report operator()(const PanelCommand& command) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
+    if (!command.record.empty())
+      return refused(
+          failure(command.record, "", "nothing is recorded, because there is no display for the panel"));
     Report report = (*this)(ShowCommand{});
     if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");
     return report;

@@ -41,7 +41,9 @@ void PanelRecording::keep() {
   if (!scenario) return;
   kept_ = now;
   writing_.post([file = file_, scenario = std::move(scenario), isAnonymous = isAnonymous_] {
-    if (const auto error = write(file, scenario, isAnonymous)) logError("%@", {sentenceOf(*error)});
+    const auto error = write(file, scenario, isAnonymous);
+    if (error) return logError("%@", {sentenceOf(*error)});
+    logDebug("The recording is in %@", {file});
   });
 }
 

@@ -1,13 +1,18 @@
 #!/usr/bin/env python3
-"""kill_test.py PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and looks for losses.
+"""kill_test.py [--synchronous VALUE] PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and
+looks for losses.
 
 Favourites and feeds are added and removed, feeds are searched in a catalogue on a server of this machine, and panels
 save what they show. Half of the kills are at a random moment,
 half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
 "loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
 killed has done all or nothing, and the databases are whole.
+
+With --synchronous, e.g. OFF or NORMAL, a copy of the program uses this value of SQLite's PRAGMA synchronous in place of
+EXTRA. It syncs too little, so the test has to find a loss: the exit status is 0 when it does.
 """
 
+import argparse
 import collections
 import contextlib
 import http.server
@@ -32,6 +37,7 @@ LONGEST_COMMAND = 0.15  # seconds; a kill is at a random moment of these
 LONGEST_SEARCH = 0.6  # with the answers of a server
 LONGEST_PANEL = 1.5
 SAVED_STATE = "Rova.LineWatch.savedUIData"
+SYNCHRONOUS = ["OFF", "NORMAL", "FULL"]  # SQLite also takes the position for the word
 NEW_START = 25  # kills after which a new machine is taken
 
 
@@ -367,16 +373,42 @@ class KillTest:
         return "panel and add", favorites + ([] if line in favorites else [line])
 
 
+def careless_copy(program, folder, synchronous):
+    """Copies the program with its folders, and replaces the value EXTRA in the copy."""
+    build = pathlib.Path(program).resolve().parent.parent
+    for part in ("bin", "lib", "share"):
+        shutil.copytree(build / part, folder / part, symlinks=True)
+    used, wanted = b"\0EXTRA\0", b"\0%-5d\0" % SYNCHRONOUS.index(synchronous)
+    for file in (folder / "bin" / "linewatch", folder / "lib" / "linewatch" / "linewatch-screen"):
+        code = file.read_bytes()
+        if code.count(used) != 1:
+            sys.exit(f"kill_test: {file} does not hold the word EXTRA once")
+        file.write_bytes(code.replace(used, wanted))
+    return str(folder / "bin" / "linewatch")
+
+
 def main():
-    program, faults, kills = sys.argv[1], sys.argv[2], int(sys.argv[3])
-    seed = int(sys.argv[4]) if len(sys.argv) > 4 else 1
-    print(f"seed {seed}", flush=True)
-    test = KillTest(program, faults, seed)
-    try:
-        test.run(kills)
-    except Loss as loss:
-        print(f"after {test.counts['kills']} kills, {loss}")
-        return 1
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--synchronous", choices=SYNCHRONOUS)
+    parser.add_argument("program")
+    parser.add_argument("faults")
+    parser.add_argument("kills", type=int)
+    parser.add_argument("seed", type=int, nargs="?", default=1)
+    given = parser.parse_args()
+    print(f"seed {given.seed}", flush=True)
+    with tempfile.TemporaryDirectory(prefix="linewatch-careless-") as folder:
+        program = given.program
+        if given.synchronous:
+            program = careless_copy(program, pathlib.Path(folder), given.synchronous)
+        test = KillTest(program, given.faults, given.seed)
+        loss = None
+        try:
+            test.run(given.kills)
+        except Loss as found:
+            loss = found
+            print(f"after {test.counts['kills']} kills, {loss}")
+    if loss or given.synchronous:
+        return 0 if loss and given.synchronous else 1
     print(", ".join(f"{count} {name}" for name, count in test.counts.items()))
     for kind, calls in sorted(test.calls.items()):
         print(f"{kind}: killed at {len(test.met[kind])} of {calls} calls that write")
