@@ -4,6 +4,7 @@
 
 #include "app/command_line.h"
 #include "app/report.h"
+#include "app/rider_texts.h"
 #include "app/session.h"
 #include "app/terminal_text.h"
 #include "feeds/feed_state.h"
@@ -14,8 +15,8 @@ namespace linewatch::app {
 /// One line for the state of each feed that was read, and one with the names of unknown lines. Empty if no
 /// feed was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
-/// The sentence of the state's error, without the name of the feed; empty without an error.
-std::string reasonOf(const FeedState& state);
+/// The state's error in words, without the name of the feed; empty without an error.
+std::string reasonOf(const FeedState& state, const RiderTexts& texts);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);
