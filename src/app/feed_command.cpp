@@ -1,20 +1,27 @@
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/commands.h"
 #include "app/feed_catalogue.h"
 #include "app/feed_sources.h"
 #include "app/feed_texts.h"
+#include "app/list_documents.h"
 #include "app/rider_texts.h"
 #include "app/terminal_text.h"
+#include "app/terminal_width.h"
+#include "app/text_table.h"
 #include "feeds/catalogue/feed_findings.h"
 #include "feeds/http/redacted.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "shared/nearest_name.h"
 #include "shared/shell_words.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
@@ -39,7 +46,7 @@ std::string keysInWords(const RiderTexts& texts, const FeedKeys& keys) {
 /// Lines below a feed: the name of a document, then its locations and key.
 class SourceLines {
  public:
-  explicit SourceLines(const RiderTexts& texts) : texts_(texts) {
+  SourceLines(const RiderTexts& texts, const TerminalStyle& style) : texts_(texts), style_(style) {
     for (const char* name : {"Timetable", "AlertsDocument"})
       column_ = std::max(column_, terminalWidth(indented(kIndent, name)));
     column_ = std::max(column_, terminalWidth(indented(kKeyIndent, "Key")));
@@ -60,37 +67,69 @@ class SourceLines {
     return std::string(indent, ' ') + texts_(name);
   }
   std::string line(const std::string& label, const std::string& text) const {
-    return label + std::string(column_ + 2 - terminalWidth(label), ' ') + text + "\n";
+    return textTable({{{.text = label + std::string(column_ - terminalWidth(label), ' ')}, {.text = text}}},
+                     style_);
   }
 
   const RiderTexts& texts_;
+  const TerminalStyle& style_;
   std::size_t column_ = 0;
 };
 
-Report listFeeds(const RiderTexts& texts, const SavedState& saved, TransitFeeds& shown, Date now) {
-  const auto feeds = saved.feeds().list();
-  if (!feeds) return refused(feeds.error());
-  if (feeds->empty()) {
-    if (const auto lost = shown.follow()) return refused(*lost);
-    return Report::of(texts("NoFeeds", {"linewatch feed add NAME --gtfs G --alerts A"}) + "\n");
-  }
+Outcome<std::vector<ListedFeed>> listedFeeds(const std::vector<StoredFeed>& feeds, TransitFeeds& shown,
+                                             Date now) {
   const auto states = shown.check(now);
-  if (!states) return refused(states.error());
-  const SourceLines sources(texts);
-  Report report;
-  for (const StoredFeed& feed : *feeds) {
+  if (!states) return states.error();
+  std::vector<ListedFeed> listed;
+  for (const StoredFeed& feed : feeds) {
     const auto state = std::ranges::find(*states, feed.name, &FeedState::feed);
     const auto lines = shown.linesOf(feed.name);
-    const Phrase words{state == states->end() ? texts("StateNotRead") : stateInWords(texts, *state, now)};
-    report.output += (lines ? texts("FeedLines", {feed.name, counted(texts, *lines), words})
-                            : texts("OfFeed", {feed.name, words})) +
-                     "\n" + sources.of("Timetable", feed.gtfs) + sources.of("AlertsDocument", feed.alerts);
+    listed.push_back({.feed = feed,
+                      .state = state == states->end() ? std::nullopt : std::optional(*state),
+                      .lines = lines ? *lines : nullptr});
   }
-  return report;
+  return listed;
 }
 
-Report refusedUnknownName(const std::string& name) {
-  return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
+std::string feedsText(const RiderTexts& texts, const std::vector<ListedFeed>& feeds, Date now,
+                      const TerminalStyle& style) {
+  const SourceLines sources(texts, style);
+  std::string text;
+  for (const auto& [feed, state, lines] : feeds) {
+    const Phrase words{state ? stateInWords(texts, *state, now) : texts("StateNotRead")};
+    text += paragraph(lines ? texts("FeedLines", {feed.name, counted(texts, lines), words})
+                            : texts("OfFeed", {feed.name, words}),
+                      2, style) +
+            sources.of("Timetable", feed.gtfs) + sources.of("AlertsDocument", feed.alerts);
+  }
+  return text;
+}
+
+Report listFeeds(Session& session, const SavedState& saved, bool isJson, const TerminalStyle& style) {
+  const auto feeds = saved.feeds().list();
+  if (!feeds) return refused(feeds.error());
+  TransitFeeds& shown = session.platform().feeds();
+  const Date now = session.platform().mainLoop().now();
+  if (feeds->empty()) {
+    if (const auto lost = shown.follow()) return refused(*lost);
+    if (isJson) return Report::of(jsonText(feedsDocument({}, now)) + "\n");
+    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add NAME --gtfs G --alerts A"});
+    return Report::of(paragraph(hint, 0, style));
+  }
+  const auto listed = listedFeeds(*feeds, shown, now);
+  if (!listed) return refused(listed.error());
+  return Report::of(isJson ? jsonText(feedsDocument(*listed, now)) + "\n"
+                           : feedsText(session.texts(), *listed, now, style));
+}
+
+Report refusedUnknownName(const SavedState& saved, const std::string& name) {
+  std::vector<std::string_view> names;
+  const auto known = saved.feeds().list();
+  if (known) std::ranges::transform(*known, std::back_inserter(names), &StoredFeed::name);
+  const auto nearest = nearestName(name, names);
+  return refused(failure(
+      FailureCode::notFound, "feed \"" + name + "\"", "",
+      "there is no feed of that name" + (nearest ? "; did you mean " + std::string(*nearest) + "?" : "")));
 }
 
 /// Saves the keys even if the feed cannot be read with them, and prints the error.
@@ -99,7 +138,7 @@ Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const Saved
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
   const auto before = std::ranges::find(*known, command.name, &StoredFeed::name);
-  if (before == known->end()) return refusedUnknownName(command.name);
+  if (before == known->end()) return refusedUnknownName(saved, command.name);
   StoredFeed feed = *before;
   if (command.removesKeys) {
     feed.gtfs.keys = {};
@@ -111,7 +150,7 @@ Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const Saved
   }
   const auto changed = saved.feeds().change(feed);
   if (!changed) return refused(changed.error());
-  if (!*changed) return refusedUnknownName(feed.name);
+  if (!*changed) return refusedUnknownName(saved, feed.name);
   const std::string done = texts(command.removesKeys ? "KeysRemoved" : "KeysChanged", {feed.name});
   // Cached documents came with the old keys, so the new ones are tried now, and again at the next look-up if
   // the server refuses them.
@@ -129,7 +168,7 @@ Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const Saved
 Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
-  if (!*removed) return refusedUnknownName(name);
+  if (!*removed) return refusedUnknownName(saved, name);
   saved.feedCache()->remove(name);
   return Report::of(texts("FeedRemoved", {name}) + "\n");
 }
@@ -151,7 +190,7 @@ Report feed(Session& session, const FeedCommand& command, const TerminalStyle& s
     case FeedCommand::Action::list:
       break;
   }
-  return listFeeds(session.texts(), *saved, session.platform().feeds(), session.platform().mainLoop().now());
+  return listFeeds(session, *saved, command.json, style);
 }
 
 }  // namespace linewatch::app

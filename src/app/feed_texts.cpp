@@ -14,17 +14,17 @@ std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date n
       return texts("StateStale", {since});
     case Kind::kept:
       return hasOldHeader(state, now)
-                 ? texts("StateKeptOld", {since, texts.ago(now - *state.written), reasonOf(state)})
-                 : texts("StateKept", {since, reasonOf(state)});
+                 ? texts("StateKeptOld", {since, texts.ago(now - *state.written), reasonOf(state, texts)})
+                 : texts("StateKept", {since, reasonOf(state, texts)});
     case Kind::unreachable:
-      if (!since.empty()) return texts("StateUnknownSince", {since, reasonOf(state)});
+      if (!since.empty()) return texts("StateUnknownSince", {since, reasonOf(state, texts)});
       break;
     case Kind::outdated:
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return texts("StateUnknown", {reasonOf(state)});
+  return texts("StateUnknown", {reasonOf(state, texts)});
 }
 
 std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,

@@ -6,7 +6,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "app/terminal_text.h"
+#include "app/terminal_width.h"
 
 namespace linewatch::app {
 

@@ -46,7 +46,7 @@ class Session {
   RiderTexts texts_;
 };
 
-/// The user's language and region, from the options or the environment.
+/// The user's language and region, from the options, the settings or the environment.
 UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

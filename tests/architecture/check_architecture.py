@@ -17,16 +17,18 @@ import sys
 
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
-    "app/screen": ["app", "desktop/window", "simulation/recording"],
+    "app/screen": ["app", "desktop/setup", "simulation/recording"],
     "app": ["desktop", "simulation/scenario"],
+    "desktop/setup": ["desktop/window"],
     "desktop/window": ["desktop/drawing", "widget"],
     "desktop/drawing": ["desktop"],
-    "desktop": ["companion", "desktop/loop", "feeds/catalogue", "localization", "wire/archive", "ui"],
+    "desktop": ["companion", "desktop/loop", "feeds/catalogue", "localization", "settings", "wire/archive", "ui"],
     "desktop/loop": ["machine"],
     "desktop/network": ["shared"],
     "companion": ["activity"],
     "localization": ["platform"],
     "machine": ["platform"],
+    "settings": ["localization", "ui"],
     "simulation/recording": ["simulation/scenario"],
     "simulation/scenario": ["simulation", "widget"],
     "simulation": ["simulation/roles"],
@@ -68,6 +70,7 @@ LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "companion": r"bzlib\.h",
     "localization": r"unicode/.*",
     "machine": POSIX,
+    "settings": r"toml\+\+/toml\.h",
     "feeds/alerts": r"protozero/.*|unicode/.*",
     "feeds/catalogue": r"unicode/.*",
     "feeds/gtfs": r"unicode/.*|" + POSIX,

@@ -33,8 +33,12 @@ class PanelHeader final : public QWidget {
   /// size or the news have changed.
   void fitTo(int width);
 
+  /// Under a title bar the header does not repeat the title.
+  void setTitleVisible(bool isVisible);
   void setMenu(QMenu* menu);
   QMenu* menu() const;
+  /// Opens the menu at its button, unless it is open.
+  void popUpMenu();
 
   /// The note may be cut short, so its tooltip has the whole text.
   void setNote(const QString& note);
@@ -42,8 +46,9 @@ class PanelHeader final : public QWidget {
   /// `details`: plain text for the tooltip and for assistive technology. An empty text removes the news.
   void setNews(const QString& text, const QString& details);
   bool hasNews() const;
+  QString news() const;
 
-  void setToggle(const QString& text, bool isVisible);
+  void setToggle(const QString& text, bool isExpanded, bool isVisible);
   bool toggleHasFocus() const;
   bool tryAgainHasFocus() const;
 
