@@ -10,6 +10,7 @@
 
 #include "app/commands.h"
 #include "app/rider_texts.h"
+#include "app/run_settings.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
@@ -52,10 +53,13 @@ class Dispatch {
         [&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); });
+    return inSession([&](Session& session) { return feed(session, command, style_); });
   }
   Report operator()(const AnalyticsCommand& command) const {
     return inSession([&](Session& session) { return analytics(session, command); });
+  }
+  Report operator()(const SettingsCommand& command) const {
+    return inSession([&](Session& session) { return settings(session, command, style_); });
   }
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
@@ -98,8 +102,9 @@ int complain(const std::string& sentence, int status) {
 
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
   surviveFileSizeLimit();
-  const auto parsed = parseCommandLine(argc, argv);
-  const auto* const line = std::get_if<CommandLine>(&parsed);
+  auto parsed = parseCommandLine(argc, argv);
+  auto* const line = std::get_if<CommandLine>(&parsed);
+  if (line) line->common.settings = settingsOfRun(*line);
   const Report report = line ? run(*line) : std::get<Report>(parsed);
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)

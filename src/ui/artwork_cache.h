@@ -22,6 +22,8 @@ struct ArtworkSize {
   std::int64_t step = 3;
   /// Pixels a point, for a width on the pixel grid.
   double scale = 1;
+  /// How much larger than at the default text size.
+  double growth = 1;
 
   bool operator==(const ArtworkSize&) const = default;
 };

@@ -5,6 +5,8 @@
 #include "platform/platform.h"
 #include "ui/artwork_cache.h"
 #include "ui/image.h"
+#include "ui/interface_settings.h"
+#include "ui/text_style.h"
 
 namespace linewatch {
 
@@ -18,7 +20,8 @@ SizedTransitArtwork::SizedTransitArtwork(SharedArtwork artworkDataSource, std::i
 
 std::shared_ptr<const ui::Image> SizedTransitArtwork::image(double scale) const {
   if (!artworkDataSource_ || !artworkCache_) return nullptr;
-  return artworkCache_->image(*artworkDataSource_, {shieldSize_, scale});
+  const double growth = ui::artworkGrowth(platform().interfaceSettings().textSizeCategory());
+  return artworkCache_->image(*artworkDataSource_, {shieldSize_, scale, growth});
 }
 
 bool SizedTransitArtwork::isEqual(const Object& other) const {

@@ -24,7 +24,8 @@ class ArtworkImageSource : public Object {
   virtual bool supportsSecureArchiving() const { return false; }
   /// The source archived with secure coding; absent when that fails.
   virtual std::optional<Bytes> secureArchive() const { return std::nullopt; }
-  /// The source drawn for a display of `scale` pixels a point; null when there is nothing to draw.
+  /// The source drawn for a display of `scale` pixels a point, at the user's present text size; null when
+  /// there is nothing to draw.
   virtual std::shared_ptr<const ui::Image> image(double /*scale*/) const { return nullptr; }
 };
 

@@ -2,7 +2,16 @@
 
 #include <utility>
 
+#include "platform/platform.h"
+#include "ui/interface_settings.h"
+
 namespace linewatch::ui {
+
+namespace {
+
+TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
+
+}  // namespace
 
 void ArtworkImageView::setImageSource(std::shared_ptr<const ArtworkImageSource> imageSource) {
   imageSource_ = std::move(imageSource);
@@ -10,12 +19,13 @@ void ArtworkImageView::setImageSource(std::shared_ptr<const ArtworkImageSource> 
 }
 
 std::optional<double> ArtworkImageView::intrinsicWidth() {
-  if (imageScale_ != displayScale()) loadImage();
+  if (imageScale_ != displayScale() || imageTextSize_ != textSizeNow()) loadImage();
   return ImageView::intrinsicWidth();
 }
 
 void ArtworkImageView::loadImage() {
   imageScale_ = displayScale();
+  imageTextSize_ = textSizeNow();
   setImage(imageSource_ ? imageSource_->image(imageScale_) : nullptr);
 }
 

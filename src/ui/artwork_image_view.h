@@ -5,6 +5,7 @@
 
 #include "ui/artwork_image_source.h"
 #include "ui/image_view.h"
+#include "ui/text_style.h"
 
 namespace linewatch::ui {
 
@@ -23,6 +24,7 @@ class ArtworkImageView final : public ImageView {
   std::shared_ptr<const ArtworkImageSource> imageSource_;
   /// Pixels per point of the image.
   double imageScale_ = 0;
+  TextSizeCategory imageTextSize_ = kDefaultTextSizeCategory;
 };
 
 }  // namespace linewatch::ui

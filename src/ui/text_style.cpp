@@ -16,6 +16,7 @@ constexpr std::array kFactors = {0.82, 0.88, 0.94, 1.0, 1.12, 1.24, 1.35, 1.6, 1
 constexpr double kFullyScaledPointSize = 20;
 constexpr double kShareAbove = 0.5;
 constexpr double kSmallestPointSize = 11;
+constexpr double kMostArtworkGrowth = 2.2;
 
 }  // namespace
 
@@ -39,6 +40,10 @@ double pointSize(TextStyle style, TextSizeCategory category) {
 
 double scaleFactor(TextStyle style, TextSizeCategory category) {
   return pointSize(style, category) / pointSize(style, kDefaultTextSizeCategory);
+}
+
+double artworkGrowth(TextSizeCategory category) {
+  return std::clamp(scaleFactor(TextStyle::body, category), 1.0, kMostArtworkGrowth);
 }
 
 }  // namespace linewatch::ui

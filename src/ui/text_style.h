@@ -37,5 +37,8 @@ std::optional<TextSizeCategory> textSizeCategoryNamed(std::string_view name);
 double pointSize(TextStyle style, TextSizeCategory category);
 /// The style's point size relative to the default category.
 double scaleFactor(TextStyle style, TextSizeCategory category);
+/// The size of artwork beside texts, relative to the default category: at least 1. The largest texts grow
+/// more than artwork, because they need the room.
+double artworkGrowth(TextSizeCategory category);
 
 }  // namespace linewatch::ui

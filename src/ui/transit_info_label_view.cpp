@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/platform.h"
+#include "ui/interface_settings.h"
 
 namespace linewatch::ui {
 
@@ -14,6 +15,9 @@ constexpr double kLongestRow = 4096;
 /// Points. A width that exceeds the limit by no more than this still fits.
 constexpr double kWidthTolerance = 1e-6;
 
+/// The widget places this row at a fixed distance below a text; a larger row would touch that text.
+constexpr TextSizeCategory kLargestRow = TextSizeCategory::XXL;
+
 constexpr Size kNothing{0, 0};
 
 bool isIcon(const TransitArtworkDataSource& artwork) {
@@ -23,9 +27,6 @@ bool isIcon(const TransitArtworkDataSource& artwork) {
 double usable(double length) { return std::max(0.0, sanitizedLength(length)); }
 
 }  // namespace
-
-// The text does not grow with the text size as long as the shields beside it do not.
-TransitInfoLabelView::TransitInfoLabelView() : font_(TextStyle::subheadline) { setClipsToBounds(true); }
 
 // ---- Properties ----
 
@@ -77,8 +78,13 @@ void TransitInfoLabelView::setTextColor(const Color& color) {
 
 // ---- The row ----
 
+TextSizeCategory TransitInfoLabelView::rowTextSize() {
+  return std::min(platform().interfaceSettings().textSizeCategory(), kLargestRow);
+}
+
 const TransitInfoLabelView::Row& TransitInfoLabelView::row() {
-  const bool isUsable = row_ && row_->scale == displayScale() && row_->direction == layoutDirection();
+  const bool isUsable = row_ && row_->scale == displayScale() && row_->direction == layoutDirection() &&
+                        row_->textSize == rowTextSize();
   if (!isUsable) row_ = makeRow();
   return *row_;
 }
@@ -87,6 +93,7 @@ TransitInfoLabelView::Row TransitInfoLabelView::makeRow() {
   Row row;
   row.scale = displayScale();
   row.direction = layoutDirection();
+  row.textSize = rowTextSize();
   if (items_.empty() || !cache_) return row;
   const double limit = std::min(maximumWidth_.value_or(kLongestRow), kLongestRow);
   addPieces(row, limit);
@@ -95,15 +102,17 @@ TransitInfoLabelView::Row TransitInfoLabelView::makeRow() {
   return row;
 }
 
-std::shared_ptr<const Image> TransitInfoLabelView::imageOf(const SharedArtwork& item) const {
+std::shared_ptr<const Image> TransitInfoLabelView::imageOf(const SharedArtwork& item,
+                                                           TextSizeCategory textSize) const {
   if (!item) return nullptr;
-  return cache_->image(*item, {isIcon(*item) ? iconSize_ : shieldSize_, displayScale()});
+  return cache_->image(*item,
+                       {isIcon(*item) ? iconSize_ : shieldSize_, displayScale(), artworkGrowth(textSize)});
 }
 
 // Images are made only for items up to the limit.
 void TransitInfoLabelView::addPieces(Row& row, double limit) {
   for (const SharedArtwork& item : items_) {
-    std::shared_ptr<const Image> image = imageOf(item);
+    std::shared_ptr<const Image> image = imageOf(item, row.textSize);
     const Size size = image ? image->size() : kNothing;
     const double leading = row.pieces.empty() ? 0 : row.width + space_;
     const double trailing = leading + usable(size.width);
@@ -119,10 +128,10 @@ void TransitInfoLabelView::makeRoomForText(Row& row, double limit) {
     row.text = truncationText_(items_.size() - row.pieces.size());
     row.textLeading = row.pieces.empty() ? 0 : row.width + space_;
     const double room = limit - row.textLeading;
-    row.textLayout = layOutText(row.text, kLongestLength);
+    row.textLayout = layOutText(row, kLongestLength);
     if (row.textLayout->size.width <= room + kWidthTolerance) break;
     if (row.pieces.empty()) {
-      row.textLayout = layOutText(row.text, room);
+      row.textLayout = layOutText(row, room);
       break;
     }
     row.pieces.pop_back();
@@ -131,8 +140,7 @@ void TransitInfoLabelView::makeRoomForText(Row& row, double limit) {
   row.width = row.textLeading + row.textLayout->size.width;
 }
 
-std::shared_ptr<const TextLayout> TransitInfoLabelView::layOutText(const std::string& text,
-                                                                   double width) const {
+std::shared_ptr<const TextLayout> TransitInfoLabelView::layOutText(const Row& row, double width) const {
   TextLayoutRequest request;
   request.width = width;
   request.maximumNumberOfLines = 1;
@@ -140,13 +148,13 @@ std::shared_ptr<const TextLayout> TransitInfoLabelView::layOutText(const std::st
   request.alignment = TextAlignment::left;
   request.direction = layoutDirection();
   request.scale = displayScale();
-  return platform().textEngine().shape(AttributedText(text), font_)->layOut(request);
+  return platform().textEngine().shape(AttributedText(row.text), fontAt(row.textSize))->layOut(request);
 }
 
 // Capital letters are centred on the shields. Rows with and without text are equally high, so that shields
 // are in the same place in both.
 void TransitInfoLabelView::setHeights(Row& row) const {
-  const FontMetrics metrics = platform().textEngine().metrics(font_);
+  const FontMetrics metrics = platform().textEngine().metrics(fontAt(row.textSize));
   double half = std::max(metrics.ascent - metrics.capHeight / 2, metrics.descent + metrics.capHeight / 2);
   for (const Row::Piece& piece : row.pieces) half = std::max(half, piece.size.height / 2);
   row.height = ceiledToPixel(2 * half, displayScale());

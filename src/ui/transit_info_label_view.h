@@ -25,7 +25,7 @@ class TransitInfoLabelView final : public View {
   /// The text for a number of items left out.
   using TruncationText = std::function<std::string(std::uint64_t leftOutCount)>;
 
-  TransitInfoLabelView();
+  TransitInfoLabelView() { setClipsToBounds(true); }
 
   const Items& labelItems() const { return items_; }
   void setLabelItems(Items items);
@@ -72,17 +72,21 @@ class TransitInfoLabelView final : public View {
     double width = 0;
     double height = 0;
     double baseline = 0;
-    /// The scale and direction that the row was made for.
+    /// The scale, direction and text size that the row was made for.
     double scale = 0;
     LayoutDirection direction = LayoutDirection::leftToRight;
+    TextSizeCategory textSize = kDefaultTextSizeCategory;
   };
 
+  /// The row's texts and images grow up to a limit, so that they stay clear of the text above them.
+  static TextSizeCategory rowTextSize();
+  static Font fontAt(TextSizeCategory textSize) { return Font(TextStyle::subheadline, {}, textSize); }
   const Row& row();
   Row makeRow();
-  std::shared_ptr<const Image> imageOf(const SharedArtwork& item) const;
+  std::shared_ptr<const Image> imageOf(const SharedArtwork& item, TextSizeCategory textSize) const;
   void addPieces(Row& row, double limit);
   void makeRoomForText(Row& row, double limit);
-  std::shared_ptr<const TextLayout> layOutText(const std::string& text, double width) const;
+  std::shared_ptr<const TextLayout> layOutText(const Row& row, double width) const;
   void setHeights(Row& row) const;
   void contentDidChange();
 
@@ -93,7 +97,6 @@ class TransitInfoLabelView final : public View {
   double space_ = 0;
   std::optional<double> maximumWidth_;
   TruncationText truncationText_;
-  Font font_;
   Color textColor_ = SemanticColor::label;
   std::optional<Row> row_;
 };

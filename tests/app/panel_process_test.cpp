@@ -28,7 +28,7 @@ class PanelProcess {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
-    std::vector<std::string> words{LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel"};
+    std::vector<std::string> words{LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel", "--example"};
     words.insert(words.end(), options.begin(), options.end());
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "desktop/desktop_screen.h"
 #include "desktop/drawing/drawing_source.h"
@@ -34,15 +35,27 @@ class DrawingScreen final : public DesktopScreen {
   ScreenSettings& settings() { return settings_; }
 
   ui::TextEngine& textEngine() override { return textEngine_; }
-  ui::ImageSource& imageSource() override { return *drawings_; }
+  ui::ImageSource& imageSource() override { return images_; }
   ui::InterfaceSettings& interfaceSettings() override { return settings_; }
   std::shared_ptr<IconManager> makeIconManager() override;
   std::shared_ptr<ShieldManager> makeShieldManager() override;
 
  private:
+  /// The drawings, which grow with the user's text.
+  class GrowingImages final : public ui::ImageSource {
+   public:
+    explicit GrowingImages(DrawingScreen& screen) : screen_(screen) {}
+
+    std::shared_ptr<const ui::Image> imageNamed(std::string_view name) override;
+
+   private:
+    DrawingScreen& screen_;
+  };
+
   ScreenSettings settings_;
   QtTextEngine textEngine_;
   std::shared_ptr<DrawingSource> drawings_;
+  GrowingImages images_{*this};
 };
 
 }  // namespace linewatch::desktop

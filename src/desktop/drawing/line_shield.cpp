@@ -26,7 +26,7 @@ constexpr double kOutlineAlpha = 0.32;
 
 double textSize(const ArtworkSize& size) {
   const std::int64_t step = std::clamp(size.step, kSmallestStep, kLargestStep);
-  return LineShield::kTextSizeAtStep3 + static_cast<double>(step - 3);
+  return (LineShield::kTextSizeAtStep3 + static_cast<double>(step - 3)) * size.growth;
 }
 
 ui::RGBA rgba(std::string_view hexadecimal) {

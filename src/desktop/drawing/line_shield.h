@@ -15,7 +15,8 @@ namespace linewatch::desktop {
 /// the background, it has an outline.
 class LineShield final : public ui::Image {
  public:
-  /// The size of the text at size step 3, in points. Each step adds or removes one point.
+  /// The size of the text at size step 3 and the default text size, in points. Each step adds or removes one
+  /// point.
   static constexpr double kTextSizeAtStep3 = 15;
   /// `text` must not be empty. `widthAtStep3`: see ShieldManager.
   LineShield(const ShieldDataSource& shield, const std::string& text, std::optional<double> widthAtStep3,

@@ -65,8 +65,8 @@ void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function
   asking->start();
 }
 
-void followDesktopColorScheme(QObject& owner) {
-  if (hasSessionBus()) followColorScheme(QDBusConnection::sessionBus(), owner, applyColorScheme);
+void followDesktopColorScheme(QObject& owner, std::function<void(ColorScheme)> changed) {
+  if (hasSessionBus()) followColorScheme(QDBusConnection::sessionBus(), owner, std::move(changed));
 }
 
 void applyColorScheme(ColorScheme scheme) {

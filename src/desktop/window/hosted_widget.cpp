@@ -103,8 +103,16 @@ double HostedWidget::preferredHeight(double room) const {
   return std::max(limits().compactHeight, std::min(preferred.height, room));
 }
 
-void HostedWidget::textSizeDidChange() {
+/// The data source fits the shields, which grow with the text, only to a width that it does not know yet.
+void HostedWidget::textSizeDidChange(const PanelHost::Limits& limits) {
   controller_->view().environmentDidChange();
+  const double height = controller_->view().bounds().height;
+  if (controller_->dataSource()->availableWidth() == limits.width) {
+    PanelHost::Limits narrower = limits;
+    narrower.width -= 1;
+    widthDidChange(narrower, height);
+  }
+  widthDidChange(limits, height);
   // The widget reloads its rows only when its list changes, but the height of a row is set when the row is
   // made.
   controller_->tableView()->reloadData();

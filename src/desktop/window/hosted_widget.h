@@ -52,8 +52,8 @@ class HostedWidget final : public QObject {
   void widthDidChange(const PanelHost::Limits& limits, double height);
   /// The height of all rows, in points: at least one row, at most `room`.
   double preferredHeight(double room) const;
-  /// To be called after the platform's text size has changed.
-  void textSizeDidChange();
+  /// To be called after the platform's text size has changed, with the widget's new limits.
+  void textSizeDidChange(const PanelHost::Limits& limits);
 
   /// Expands or collapses the widget for the user. If it has no more to show, it expands when it has.
   void setExpanded(bool expanded);

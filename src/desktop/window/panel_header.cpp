@@ -152,9 +152,17 @@ void PanelHeader::fitTo(int width) {
   setFixedHeight(topRow_->height() + (newsRow_->isHidden() ? 0 : newsRow_->height()));
 }
 
+void PanelHeader::setTitleVisible(bool isVisible) { title_->setVisible(isVisible); }
+
 void PanelHeader::setMenu(QMenu* menu) { menuButton_->setMenu(menu); }
 
 QMenu* PanelHeader::menu() const { return menuButton_->menu(); }
+
+void PanelHeader::popUpMenu() {
+  if (menu()->isVisible()) return;
+  const int x = isRightToLeft() ? 0 : menuButton_->width() - menu()->sizeHint().width();
+  menu()->popup(menuButton_->mapToGlobal(QPoint(x, menuButton_->height())));
+}
 
 void PanelHeader::setNote(const QString& note) {
   note_->setText(note);

@@ -33,8 +33,12 @@ class PanelHeader final : public QWidget {
   /// size or the news have changed.
   void fitTo(int width);
 
+  /// Under a title bar the header does not repeat the title.
+  void setTitleVisible(bool isVisible);
   void setMenu(QMenu* menu);
   QMenu* menu() const;
+  /// Opens the menu at its button, unless it is open.
+  void popUpMenu();
 
   /// The note may be cut short, so its tooltip has the whole text.
   void setNote(const QString& note);

@@ -84,6 +84,15 @@ QString agoInWords(Date date, const WindowTexts& texts, Date now) {
   return age >= kMinute ? count("MinutesAgo", kMinute) : texts("JustNow");
 }
 
+QString feedStateInWords(const FeedState& state, const WindowTexts& texts, Date now) {
+  if (state.kind != FeedState::Kind::fresh)
+    return withReason(feedSentence(state, texts, now), state.error, texts);
+  const std::optional<Date>& dated = state.written ? state.written : state.received;
+  if (!dated) return texts("AlertsOfUnknownAge");
+  const std::string ago = agoInWords(*dated, texts, now).toStdString();
+  return texts(state.written ? "FeedFresh" : "FeedFreshUndated", {ago});
+}
+
 PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {
   PanelNews result;
   QStringList sentences, details;

@@ -1,5 +1,7 @@
 #include "desktop/window/panel_preferences.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -11,25 +13,30 @@ namespace linewatch::desktop {
 
 namespace {
 
-constexpr std::string_view kTextSizeKey = "panelTextSize";
 constexpr std::string_view kExpandedKey = "panelExpanded";
 constexpr std::string_view kListDateKey = "panelListDate";
+constexpr std::string_view kWidthKey = "panelWidth";
+constexpr std::string_view kLeftKey = "panelLeft";
+constexpr std::string_view kTopKey = "panelTop";
 
 std::shared_ptr<PreferencesStore> programPreferences() {
   return platform().makePreferencesStore(kProgramSuite);
 }
 
+/// Absent for anything but a finite number, e.g. in a damaged store.
+std::optional<double> numberFor(std::string_view key) {
+  const auto value = programPreferences()->objectForKey(key);
+  const auto* const number = value ? value->get<double>() : nullptr;
+  return number && std::isfinite(*number) ? std::optional(*number) : std::nullopt;
+}
+
+constexpr double kFarthest = 1e6;
+
+int coordinate(double number) {
+  return static_cast<int>(std::clamp(std::round(number), -kFarthest, kFarthest));
+}
+
 }  // namespace
-
-std::optional<ui::TextSizeCategory> loadTextSize() {
-  const auto value = programPreferences()->objectForKey(kTextSizeKey);
-  const auto* const name = value ? value->get<std::string>() : nullptr;
-  return name ? ui::textSizeCategoryNamed(*name) : std::nullopt;
-}
-
-void saveTextSize(ui::TextSizeCategory category) {
-  programPreferences()->setObject(std::string(ui::nameOf(category)), kTextSizeKey);
-}
 
 std::optional<bool> loadExpansion() {
   const auto preferences = programPreferences();
@@ -39,9 +46,25 @@ std::optional<bool> loadExpansion() {
 
 void saveExpansion(bool isExpanded) { programPreferences()->setObject(isExpanded, kExpandedKey); }
 
+SavedPlace loadPlace() {
+  SavedPlace place;
+  const auto left = numberFor(kLeftKey), top = numberFor(kTopKey), width = numberFor(kWidthKey);
+  if (left && top) place.corner = SavedPlace::Corner{coordinate(*left), coordinate(*top)};
+  if (width && *width > 0) place.width = std::min(*width, kFarthest);
+  return place;
+}
+
+void savePlace(const SavedPlace& place) {
+  const SavedPlace saved = loadPlace();
+  const auto preferences = programPreferences();
+  if (place.width && place.width != saved.width) preferences->setObject(*place.width, kWidthKey);
+  if (!place.corner || place.corner == saved.corner) return;
+  preferences->setObject(double(place.corner->x), kLeftKey);
+  preferences->setObject(double(place.corner->y), kTopKey);
+}
+
 std::optional<Date> loadListDate() {
-  const auto value = programPreferences()->objectForKey(kListDateKey);
-  const auto* const seconds = value ? value->get<double>() : nullptr;
+  const auto seconds = numberFor(kListDateKey);
   return seconds ? std::optional(Date(Seconds(*seconds))) : std::nullopt;
 }
 

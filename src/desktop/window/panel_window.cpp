@@ -37,19 +37,30 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kMargin = 10;
-constexpr int kCardRadius = 14;
-constexpr int kLeastWidth = 280;
-constexpr int kMostWidth = 640;
+// The card's width at the default text size.
+constexpr int kLeastWidth = 260;
+constexpr int kMostWidth = 620;
 constexpr int kPlaceholderMargin = 16;
 constexpr double kPlaceholderSize = 13;
-// Room for the window's frame: the screen's available geometry includes it.
-constexpr int kFrameAllowance = 48;
+// Room for a title bar and the edges beside it: the screen's available geometry includes them.
+constexpr int kTitleBarAllowance = 48;
+constexpr int kEdgesAllowance = 16;
+// A saved place counts only if this much of the header would be on a screen.
+constexpr int kVisibleHeader = 40;
 
 constexpr int kResizeMilliseconds = 220;
 constexpr int kAgingMilliseconds = 60'000;
+constexpr int kSavingMilliseconds = 1000;
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
+
+/// How much wider the card is than at the default text size, so that as many words fit into a line.
+double widthGrowth(ui::TextSizeCategory textSize) {
+  return std::max(1.0, ui::scaleFactor(ui::TextStyle::body, textSize));
+}
+
+/// On Wayland a program neither knows nor chooses the place of its windows.
+bool placesWindows() { return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
 
 /// The text of a menu entry. In a right-to-left interface the text and the shortcut are isolated. Otherwise
 /// English text and the parts of "Ctrl+F" would be reordered.
@@ -62,16 +73,17 @@ QString menuText(const QString& text, const QKeySequence& shortcut) {
 }  // namespace
 
 PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options)
-    : texts_(std::move(texts)), services_(std::move(services)), options_(options) {
+    : texts_(std::move(texts)),
+      services_(std::move(services)),
+      options_(options),
+      designWidth_(kCompactSize.width) {
   setWindowTitle((*texts_)("Title"));
-  resize(static_cast<int>(kCompactSize.width) + 2 * kMargin, height());
-  setMinimumWidth(kLeastWidth);
-  setMaximumWidth(kMostWidth);
   header_ = new PanelHeader(
       *texts_, {.toggle = [this] { setExpanded(!isExpanded()); }, .tryAgain = [this] { requestUpdate(); }});
   placeholder_ = makePlaceholder();
+  // Otherwise the parts would have the cursor of the sides.
+  header_->setCursor(Qt::ArrowCursor);
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(0);
   layout->addWidget(header_);
   layout->addWidget(placeholder_);
@@ -85,16 +97,21 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
   aging_->setInterval(kAgingMilliseconds);
   aging_->setTimerType(Qt::VeryCoarseTimer);
   connect(aging_, &QTimer::timeout, this, [this] { showNote(); });
+  saving_ = new QTimer(this);
+  saving_->setSingleShot(true);
+  saving_->setInterval(kSavingMilliseconds);
+  connect(saving_, &QTimer::timeout, this, [this] { savePlace(); });
+  placeholder_->setFixedHeight(static_cast<int>(compactHeightAt(textSizeNow())));
   setHeaderTextSize(textSizeNow());
-  applyRowsHeight(compactHeightAt(textSizeNow()));
+  fitFrame();
   showPalette();
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
+  restorePlace();
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
-      limitsFor(textSizeNow()), services_.openURL, loadExpansion(),
+      limitsNow(), services_.openURL, loadExpansion(),
       PanelUpdates::Settings{.refresh = options_.refresh, .feedStates = [this] { return feedNews().states; }},
       services_.observer);
   widget_->updates().setMetered(isMetered_);
@@ -111,6 +128,16 @@ void PanelWindow::loadWidget() {
   rows_->setFocus();
   showNote();
   appearOrDisappear();
+}
+
+void PanelWindow::showCard(QWidget* card) {
+  delete std::exchange(placeholder_, card);
+  card_ = card;
+  layout()->addWidget(card);
+  showPalette();
+  card->setCursor(Qt::ArrowCursor);
+  fitCard();
+  card->setFocus();
 }
 
 PanelWindow::~PanelWindow() {
@@ -137,6 +164,11 @@ void PanelWindow::checkClock() {
 void PanelWindow::setMetered(bool isMetered) {
   isMetered_ = isMetered;
   if (widget_) widget_->updates().setMetered(isMetered);
+}
+
+void PanelWindow::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (widget_) widget_->updates().setRefresh(refresh);
 }
 
 void PanelWindow::favoritesDidChange() {
@@ -171,19 +203,23 @@ QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySeque
 void PanelWindow::makeActions() {
   addMenuAction("Update", {Qt::Key_F5, Qt::CTRL | Qt::Key_R}, [this] { requestUpdate(); });
   addMenuAction("Favorites", {Qt::CTRL | Qt::Key_F}, services_.showFavorites);
+  QAction* const feeds =
+      services_.showFeeds ? addMenuAction("Feeds", {Qt::CTRL | Qt::Key_E}, services_.showFeeds) : nullptr;
   addMenuAction("LargerText", {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  if (services_.showSettings)
+    addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
-  // The entries so far need the widget; closing the window does not.
-  for (QAction* const action : actions()) action->setEnabled(false);
+  // Most of these entries need the widget; closing the window does not.
+  for (QAction* const action : actions()) action->setEnabled(action == feeds);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
-  menu->insertSeparator(actions()[2]);
+  menu->insertSeparator(actions()[feeds ? 3 : 2]);
   if (save) menu->insertSeparator(save);
   menu->insertSeparator(actions().back());
   header_->setMenu(menu);
@@ -193,9 +229,11 @@ void PanelWindow::makeRows() {
   rows_ = new RowSurface(controller().sharedView(), controller().tableView(), [this](std::size_t row) {
     return wordsOfItem(controller().dataSource()->_itemAtIndexPath({0, row}));
   });
-  rows_->setCornerRadius(kCardRadius);
+  rows_->setCornerRadius(frame_.cornerRadius());
+  rows_->setCursor(Qt::ArrowCursor);
   rows_->setAccessibleName((*texts_)("Rows"));
   delete std::exchange(placeholder_, nullptr);
+  card_ = nullptr;
   layout()->addWidget(rows_);
 }
 
@@ -207,13 +245,26 @@ void PanelWindow::showPalette() {
 }
 
 void PanelWindow::paintEvent(QPaintEvent*) {
-  const ui::Appearance appearance = appearanceOf(palette());
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(qtColor(ui::SemanticColor::separator, appearance), 1));
-  painter.setBrush(qtColor(ui::SemanticColor::background, appearance));
-  const QRectF card = QRectF(rect()).adjusted(kMargin, kMargin, -kMargin, -kMargin);
-  painter.drawRoundedRect(card.adjusted(-0.5, -0.5, 0.5, 0.5), kCardRadius, kCardRadius);
+  frame_.paint(painter);
+}
+
+// ---- The frame ----
+
+void PanelWindow::setFrameless(bool isFrameless) {
+  frame_.setFrameless(isFrameless);
+  fitFrame();
+}
+
+void PanelWindow::setStaysOnTop(bool staysOnTop) { frame_.setStaysOnTop(staysOnTop); }
+
+void PanelWindow::fitFrame() {
+  layout()->setContentsMargins(frame_.margins());
+  header_->setTitleVisible(frame_.isFrameless());
+  if (rows_) rows_->setCornerRadius(frame_.cornerRadius());
+  fitWidth(textSizeNow());
+  applyRowsHeight((rows_ ? static_cast<QWidget*>(rows_) : placeholder_)->height());
+  update();
 }
 
 // ---- Appearing and disappearing ----
@@ -224,7 +275,12 @@ void PanelWindow::showEvent(QShowEvent*) {
   appearOrDisappear();
 }
 
-void PanelWindow::hideEvent(QHideEvent*) { appearOrDisappear(); }
+void PanelWindow::hideEvent(QHideEvent*) {
+  savePlace();
+  appearOrDisappear();
+}
+
+void PanelWindow::moveEvent(QMoveEvent*) { saving_->start(); }
 
 void PanelWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) appearOrDisappear();
@@ -236,7 +292,7 @@ void PanelWindow::changeEvent(QEvent* event) {
 void PanelWindow::appearOrDisappear() {
   if (!widget_) return;
   const bool wasShown = widget_->isShown();
-  widget_->setShown(isVisible() && !isMinimized(), limitsFor(textSizeNow()));
+  widget_->setShown(isVisible() && !isMinimized(), limitsNow());
   if (!wasShown && widget_->isShown()) fitRows(/*animated=*/false);
 }
 
@@ -284,15 +340,15 @@ void PanelWindow::showNews() {
 
 void PanelWindow::setHeaderTextSize(ui::TextSizeCategory category) {
   header_->setTextSize(category);
-  header_->fitTo(width() - 2 * kMargin);
+  header_->fitTo(cardWidth());
 }
 
 /// The news needs room, which the rows lose.
 void PanelWindow::fitHeader() {
   const int before = header_->height();
-  header_->fitTo(width() - 2 * kMargin);
+  header_->fitTo(cardWidth());
   if (header_->height() == before) return;
-  if (widget_->isShown()) widget_->setLimits(limitsFor(textSizeNow()));
+  if (widget_->isShown()) widget_->setLimits(limitsNow());
   fitRows(/*animated=*/false);
 }
 
@@ -310,15 +366,40 @@ void PanelWindow::setExpanded(bool expanded) {
 
 // ---- Sizes ----
 
-double PanelWindow::roomForRows() const {
-  return screen()->availableGeometry().height() - 2 * kMargin - header_->height() - kFrameAllowance;
+int PanelWindow::cardWidth() const { return width() - frame_.margins().left() - frame_.margins().right(); }
+
+int PanelWindow::cardWidthAt(ui::TextSizeCategory textSize) const {
+  return std::clamp(static_cast<int>(std::lround(designWidth_ * widthGrowth(textSize))), kLeastWidth,
+                    mostCardWidthAt(textSize));
 }
 
-PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize) const {
+int PanelWindow::mostCardWidthAt(ui::TextSizeCategory textSize) const {
+  const QMargins margins = frame_.margins();
+  const int edges = frame_.isFrameless() ? margins.left() + margins.right() : kEdgesAllowance;
+  const int most = static_cast<int>(std::lround(kMostWidth * widthGrowth(textSize)));
+  return std::max(kLeastWidth, std::min(most, screen()->availableGeometry().width() - edges));
+}
+
+double PanelWindow::roomForRows() const {
+  const QMargins margins = frame_.margins();
+  const int edges = frame_.isFrameless() ? margins.top() + margins.bottom() : kTitleBarAllowance;
+  return screen()->availableGeometry().height() - edges - header_->height();
+}
+
+PanelHost::Limits PanelWindow::limitsFor(ui::TextSizeCategory textSize, int cardWidth) const {
   const double rowHeight = compactHeightAt(textSize);
-  const double rows =
-      options_.maxRows > 0 ? static_cast<double>(options_.maxRows) : std::floor(roomForRows() / rowHeight);
-  return {static_cast<double>(width() - 2 * kMargin), rowHeight, rowHeight * std::max(1.0, rows)};
+  const auto rows = static_cast<double>(options_.maxRows > 0 ? options_.maxRows : kMostRows);
+  return {static_cast<double>(cardWidth), rowHeight, rowHeight * rows};
+}
+
+PanelHost::Limits PanelWindow::limitsNow() const { return limitsFor(textSizeNow(), cardWidth()); }
+
+void PanelWindow::fitWidth(ui::TextSizeCategory textSize) {
+  const int edges = width() - cardWidth();
+  setMinimumWidth(kLeastWidth + edges);
+  setMaximumWidth(mostCardWidthAt(textSize) + edges);
+  fittedWidth_ = cardWidthAt(textSize) + edges;
+  resize(fittedWidth_, height());
 }
 
 void PanelWindow::screenDidChange() {
@@ -329,7 +410,7 @@ void PanelWindow::screenDidChange() {
 
 void PanelWindow::roomDidChange() {
   if (!widget_ || !widget_->isShown()) return;
-  widget_->setLimits(limitsFor(textSizeNow()));
+  widget_->setLimits(limitsNow());
   // The widget reads its limits again when the text size changes, and on few other occasions.
   platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
   fitRows(/*animated=*/false);
@@ -349,14 +430,47 @@ void PanelWindow::fitRows(bool animated) {
 void PanelWindow::applyRowsHeight(double height) {
   QWidget* const body = rows_ ? rows_ : placeholder_;
   body->setFixedHeight(static_cast<int>(std::lround(height)));
-  header_->fitTo(width() - 2 * kMargin);
-  setFixedHeight(body->height() + header_->height() + 2 * kMargin);
+  header_->fitTo(cardWidth());
+  setFixedHeight(body->height() + header_->height() + frame_.margins().top() + frame_.margins().bottom());
 }
 
+void PanelWindow::fitCard() { applyRowsHeight(card_->heightForWidth(cardWidth())); }
+
 void PanelWindow::resizeEvent(QResizeEvent* event) {
-  if (!widget_ || event->size().width() == event->oldSize().width()) return;
-  widget_->widthDidChange(limitsFor(textSizeNow()), rows_->height());
+  if (width() != fittedWidth_) {
+    fittedWidth_ = width();
+    designWidth_ = cardWidth() / widthGrowth(textSizeNow());
+    saving_->start();
+  }
+  if (event->size().width() == event->oldSize().width()) return;
+  if (card_) fitCard();
+  if (!widget_) return;
+  widget_->widthDidChange(limitsNow(), rows_->height());
   applyRowsHeight(rows_->height());
+}
+
+// ---- The place on the screen ----
+
+void PanelWindow::restorePlace() {
+  const SavedPlace saved = loadPlace();
+  if (saved.width) designWidth_ = *saved.width;
+  fitWidth(textSizeNow());
+  if (!saved.corner || !placesWindows()) return;
+  const QPoint corner(saved.corner->x, saved.corner->y);
+  const QRect header(corner, QSize(width(), kVisibleHeader));
+  const bool isOnScreen = std::ranges::any_of(QGuiApplication::screens(), [&](const QScreen* screen) {
+    const QRect visible = screen->availableGeometry() & header;
+    return visible.width() >= kVisibleHeader && visible.height() == kVisibleHeader;
+  });
+  if (isOnScreen) move(corner);
+}
+
+void PanelWindow::savePlace() {
+  saving_->stop();
+  if (!widget_ || isMinimized()) return;
+  SavedPlace place{.width = designWidth_};
+  if (placesWindows()) place.corner = SavedPlace::Corner{pos().x(), pos().y()};
+  linewatch::desktop::savePlace(place);
 }
 
 // ---- Text size ----
@@ -369,21 +483,38 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  saveTextSize(category);
-  setHeaderTextSize(category);
-  widget_->setLimits(limitsFor(category));
+  if (!widget_) {
+    services_.setTextSize(category);
+    return setHeaderTextSize(category);
+  }
+  const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
+  widget_->setLimits(limits);
   services_.setTextSize(category);
-  widget_->textSizeDidChange();
+  widget_->textSizeDidChange(limits);
+  fitWidth(category);
+  setHeaderTextSize(category);
   fitRows(/*animated=*/widget_->isShown());
 }
 
 // ---- Input ----
 
-void PanelWindow::contextMenuEvent(QContextMenuEvent* event) { header_->menu()->popup(event->globalPos()); }
-
-void PanelWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
-  close();
+void PanelWindow::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() == QContextMenuEvent::Keyboard) return header_->popUpMenu();
+  header_->menu()->popup(event->globalPos());
 }
+
+/// Some platforms send only a key event for the keys that open a menu.
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+  const bool opensMenu = event->key() == Qt::Key_Menu ||
+                         (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+  if (!opensMenu) return QWidget::keyPressEvent(event);
+  header_->popUpMenu();
+}
+
+void PanelWindow::mousePressEvent(QMouseEvent* event) { frame_.mousePressed(*event, header_->geometry()); }
+
+void PanelWindow::mouseMoveEvent(QMouseEvent* event) { frame_.mouseMoved(*event); }
+
+void PanelWindow::mouseReleaseEvent(QMouseEvent*) { frame_.mouseReleased(); }
 
 }  // namespace linewatch::desktop

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "desktop/window/hosted_widget.h"
+#include "desktop/window/panel_frame.h"
 #include "desktop/window/panel_host.h"
 #include "desktop/window/panel_news.h"
 #include "desktop/window/row_surface.h"
@@ -29,7 +30,10 @@ class PanelHeader;
 struct PanelServices {
   PanelHost::OpenURL openURL;
   std::function<void()> showFavorites;
-  /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
+  /// Shows the feeds. An empty function: the menu does not offer that.
+  std::function<void()> showFeeds = {};
+  std::function<void()> showSettings = {};
+  /// Sets the text size of all views, saves it and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
   /// A short text about the age of the data; may be empty.
   std::function<QString()> dataNote;
@@ -43,11 +47,14 @@ struct PanelServices {
 };
 
 struct PanelOptions {
-  /// The largest number of rows of the expanded widget; 0: as many as fit the screen.
+  /// The largest number of rows of the expanded widget; 0: kMostRows.
   std::uint64_t maxRows = 0;
   /// The time between two updates.
   Seconds refresh = kUsualRefresh;
 };
+
+/// The most rows that the expanded panel shows. They scroll if the screen is too low for them.
+inline constexpr std::uint64_t kMostRows = 12;
 
 /// The panel's window: a header, and a card with the widget's rows. The card is empty until `loadWidget`.
 /// Needs an installed platform, the same one for the window's whole life. Main thread.
@@ -56,9 +63,16 @@ class PanelWindow final : public QWidget {
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
+  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start.
+  void showCard(QWidget* card);
   /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
   /// saved state can be read.
   void loadWidget();
+
+  /// Shows the panel with or without a title bar. Without one its header moves it. The window may be visible.
+  void setFrameless(bool isFrameless);
+  /// Whether other windows never cover the panel. On Wayland the desktop decides that, not the program.
+  void setStaysOnTop(bool staysOnTop);
 
   /// The user asks for an update. This function and the next four do nothing before `loadWidget`.
   void requestUpdate();
@@ -67,8 +81,12 @@ class PanelWindow final : public QWidget {
   /// To be called when the machine may have slept, or when its clock may have been set.
   void checkClock();
   void setMetered(bool isMetered);
+  /// The time between two updates.
+  void setRefresh(Seconds refresh);
   /// To be called after the favourites have changed.
   void favoritesDidChange();
+
+  void setTextSize(ui::TextSizeCategory category);
 
   /// The following functions need a loaded widget. The user expands or collapses it: at once, or as soon as
   /// it has more to show. The choice is saved.
@@ -80,11 +98,15 @@ class PanelWindow final : public QWidget {
  protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
   QWidget* makePlaceholder();
@@ -94,9 +116,18 @@ class PanelWindow final : public QWidget {
   void makeRows();
   void showPalette();
 
-  /// The widget's largest size, for the window's width and its screen.
-  PanelHost::Limits limitsFor(ui::TextSizeCategory textSize) const;
+  /// The widget's largest size.
+  PanelHost::Limits limitsFor(ui::TextSizeCategory textSize, int cardWidth) const;
+  PanelHost::Limits limitsNow() const;
+  int cardWidth() const;
+  /// The width that the user has chosen, grown with the text but not wider than the screen.
+  int cardWidthAt(ui::TextSizeCategory textSize) const;
+  int mostCardWidthAt(ui::TextSizeCategory textSize) const;
   double roomForRows() const;
+  void restorePlace();
+  void savePlace();
+  void fitFrame();
+  void fitWidth(ui::TextSizeCategory textSize);
 
   void appearOrDisappear();
   void screenDidChange();
@@ -110,17 +141,24 @@ class PanelWindow final : public QWidget {
   void setHeaderTextSize(ui::TextSizeCategory category);
   void fitRows(bool animated);
   void applyRowsHeight(double height);
+  void fitCard();
   void changeTextSize(int steps);
-  void setTextSize(ui::TextSizeCategory category);
 
   SharedWindowTexts texts_;
   PanelServices services_;
   PanelOptions options_;
 
+  PanelFrame frame_{*this};
   PanelHeader* header_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
   /// Updates the ages in the header; runs only while there are any.
   QTimer* aging_ = nullptr;
+  /// Saves the panel's place and width once the user has stopped moving and resizing it.
+  QTimer* saving_ = nullptr;
+  /// The card's width at the default text size, as the user has chosen it.
+  double designWidth_;
+  /// The window's width that the program has set. Another width is the user's choice.
+  int fittedWidth_ = 0;
   /// Whether the running update was started by the user.
   bool isUserWaiting_ = false;
   bool isMetered_ = false;
@@ -129,6 +167,8 @@ class PanelWindow final : public QWidget {
 
   /// Exists until the widget is loaded; then the widget and its surface replace it.
   QWidget* placeholder_ = nullptr;
+  /// The placeholder if it is a card from `showCard`; else null.
+  QWidget* card_ = nullptr;
   std::unique_ptr<HostedWidget> widget_;
   RowSurface* rows_ = nullptr;
 };

@@ -93,6 +93,10 @@ QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, 
                {shortDateAndTime(*start, now).toStdString(), shortDateAndTime(*end, *start).toStdString()});
 }
 
+QString WindowTexts::dataSize(std::uint64_t bytes) const {
+  return locale_.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+}
+
 FeedTexts WindowTexts::feedTexts() const {
   return FeedTexts::lookedUp([this](std::string_view key, std::string_view english) {
     return localization_->feedString(key, english);

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <optional>
@@ -37,6 +38,8 @@ class WindowTexts {
   QString shortDateAndTime(Date date, Date now) const;
   /// A period in short dates. If both dates are on one day, the day appears once. An absent date is open.
   QString period(std::optional<Date> start, std::optional<Date> end, Date now) const;
+  /// An amount of data in its largest unit, e.g. "3.4 MB".
+  QString dataSize(std::uint64_t bytes) const;
   /// The words for the causes and effects of incidents.
   FeedTexts feedTexts() const;
 

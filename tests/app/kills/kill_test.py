@@ -86,6 +86,7 @@ class Machine:
         (self.disk.root / "home").mkdir()
         self.disk.all_synced()
         self.favorites, self.feeds, self.has_saved_state = [], [], False
+        self.settings, self.next_settings, self.settings_not_synced = None, None, []
         # What a killed program changed without confirming it can be seen before it is synced. A power cut then brings
         # back one of these states.
         self.not_synced_yet = []
@@ -154,9 +155,26 @@ class Machine:
             saved = database.execute("SELECT length(value) FROM preference WHERE key = ?", [SAVED_STATE]).fetchall()
         return favorites, feeds, bool(saved) and saved[0][0] > 0
 
+    def check_settings(self, confirmed, power):
+        """The settings file is the old or the new one, and a confirmed change stays."""
+        file = self.state / "settings.toml"
+        stored = file.read_text() if file.exists() else None
+        before, after = self.settings, self.next_settings
+        wanted = [after] if confirmed else [before, after]
+        if power and not (confirmed and before != after):
+            wanted = wanted + self.settings_not_synced
+        if stored not in wanted:
+            raise Loss(f"the settings file holds {stored!r}, not {' or '.join(map(repr, wanted))}")
+        if power or confirmed and before != after:
+            self.settings_not_synced = []
+        elif not confirmed:
+            self.settings_not_synced.append(before)
+        self.settings = self.next_settings = stored
+
     def check(self, after, confirmed, power):
         """After a change that should lead to the state `after`, and a kill or a power cut."""
         favorites, feeds, has_saved_state = self.stored()
+        self.check_settings(confirmed, power)
         before = (self.favorites, self.feeds)
         changes = after != before
         wanted = [after] if confirmed else [before, after]
@@ -197,12 +215,14 @@ class KillTest:
         if not machine.feeds:
             return "the first feed", self.adding("city", machine), machine.favorites, ["city"]
         others = [feed for feed in machine.feeds if feed != "city"]
-        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed"])
+        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed", "setting"])
         line = "city:" + self.dice.choice(LINES)
         if kind == "remove" and machine.favorites:
             line = self.dice.choice(machine.favorites)
             left = [favorite for favorite in machine.favorites if favorite != line]
             return kind, ["favorites", "remove", line], left, machine.feeds
+        if kind == "setting":
+            return kind, self.setting(machine), machine.favorites, machine.feeds
         if kind == "add feed" and len(others) < len(FEEDS):
             name = next(feed for feed in FEEDS if feed not in others)
             return kind, self.adding(name, machine), machine.favorites, machine.feeds + [name]
@@ -210,13 +230,24 @@ class KillTest:
             left = [feed for feed in machine.feeds if feed != others[0]]
             return kind, ["feed", "remove", others[0]], machine.favorites, left
         if kind == "panel" and machine.favorites:
-            return kind, ["panel"], machine.favorites, machine.feeds
+            return kind, ["panel", "--example"], machine.favorites, machine.feeds
         after = machine.favorites + ([] if line in machine.favorites else [line])
         return "add", ["favorites", "add", line], after, machine.feeds
 
     @staticmethod
     def adding(name, machine):
         return ["feed", "add", name, "--gtfs", str(machine.folder / "gtfs"), "--alerts", str(machine.folder / "alerts.pb")]
+
+    def setting(self, machine):
+        """Several settings are written, so that a half of the file would show."""
+        if machine.settings is None:
+            (machine.state / "settings.toml").write_text("# mine\n")
+            machine.settings = "# mine\n"
+            machine.disk.all_synced()
+        size = self.dice.choice(["S", "M", "XL", "AX1"])
+        lines = [line for line in machine.settings.splitlines() if not line.startswith("text-size")]
+        machine.next_settings = "\n".join([*lines, f'text-size = "{size}"']) + "\n"
+        return ["settings", "text-size", size]
 
     # ---- Kills ----
 
@@ -271,7 +302,7 @@ class KillTest:
 
     def change_beside_panel(self, machine, favorites):
         """A favourite is added while a panel runs, and then the panel is killed."""
-        panel = machine.start(["panel"])
+        panel = machine.start(["panel", "--example"])
         line = "city:" + self.dice.choice(LINES)
         with contextlib.suppress(subprocess.TimeoutExpired):
             panel.wait(timeout=self.dice.uniform(0, LONGEST_PANEL))

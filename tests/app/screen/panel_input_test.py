@@ -17,9 +17,8 @@ import unittest
 
 PROGRAM = sys.argv.pop()
 PATIENCE = 60  # seconds
-# Pixels: of a row in text of the usual size, and around the card.
+# Pixels, of a row in text of the usual size.
 ROW_HEIGHT = 110
-MARGIN = 10
 COMPANION = """#!/bin/sh
 blocked=$(sed -n 's/^SigBlk:[^0-9a-f]*//p' /proc/self/status)
 printf '%s %s\\n' "$blocked" "$1" >>"$(dirname "$0")/told"
@@ -72,7 +71,7 @@ class PanelInputTest(unittest.TestCase):
         """Shows the panel on what is saved, with the keyboard's focus, once its first fetch has ended."""
         with open(self.path("log"), "w", encoding="utf-8") as log:
             self.panel = subprocess.Popen(
-                [PROGRAM, "-v", "--state-dir", self.path("state"), "panel", "--companion", self.path("companion")],
+                [PROGRAM, "-v", "--state-dir", self.path("state"), "panel", "--example", "--companion", self.path("companion")],
                 env=self.environment, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         self.addCleanup(self.panel.wait)
         self.addCleanup(self.panel.kill)
@@ -130,7 +129,7 @@ class PanelInputTest(unittest.TestCase):
 
         self.keys("shift+Tab", "Down", "Down", "Return")
         self.assertIn('"name": "7"', self.wait_for_call(1))
-        middle = round(expanded - MARGIN - 5.5 * ROW_HEIGHT)
+        middle = round(expanded - 5.5 * ROW_HEIGHT)
         self.xdotool("mousemove", "--window", self.window, "200", str(middle), "click", "1")
         self.assertIn('"name": "M1"', self.wait_for_call(2))
         self.keys("ctrl+plus")
@@ -141,7 +140,7 @@ class PanelInputTest(unittest.TestCase):
         self.start_panel()
         self.assertIn("View model loaded from GroupSettings", contents(self.path("log")))
         self.wait_for_height("every row after a start", lambda height: height > expanded)
-        self.keys("Escape")
+        self.keys("Escape", "ctrl+q")
         self.wait_for("the end", lambda: self.panel.poll() is not None)
         self.assertEqual(self.panel.returncode, 0, contents(self.path("log")))
         recorded = re.findall("SHOW_MORE|SHOW_LESS|TAP_WIDGET_ITEM", self.linewatch("analytics"))

@@ -94,9 +94,9 @@ class RecordedPanelTest : public testing::Test {
     platform_ = std::make_unique<NotingPlatform>(session_->platform(), [this] { look(); });
     installPlatform(std::make_shared<simulation::RecordingPlatform>(*platform_, recording_.recorder()));
     ASSERT_FALSE(session_->platform().feeds().follow());
-    panel_ =
-        std::make_unique<Panel>(*session_, *screen_, *options_.locale, std::vector<std::string>(),
-                                desktop::PanelOptions{.maxRows = 4, .refresh = Seconds(60)}, &recording_);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *options_.locale,
+                                     Panel::Options{.window = {.maxRows = 4, .refresh = Seconds(60)}},
+                                     &recording_);
     panel_->window().show();
     // The first rows, before the event loop may bring the answer.
     look();

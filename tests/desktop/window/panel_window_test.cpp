@@ -6,7 +6,10 @@
 #include <QStyleFactory>
 #include <QTimer>
 #include <QVariantAnimation>
+#include <QWindow>
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "desktop/window/panel_test.h"
 #include "desktop/window/window_colors.h"
@@ -247,26 +250,81 @@ TEST_F(PanelTest, HandlesShortcuts) {
   for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
   EXPECT_GT(rows().height(), 200) << "rows grow with the text";
-  EXPECT_EQ(panel_->height(), rows().height() + 64 + 20) << "the header grows less";
-  change([](auto& world) { world.textSize = ui::TextSizeCategory::L; });
-  makePanel();
-  show();
-  EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5) << "it is saved";
+  EXPECT_EQ(panel_->height(), rows().height() + 64) << "the header grows less";
   trigger(Qt::CTRL | Qt::Key_0);
   EXPECT_EQ(rows().height(), 110);
   trigger(Qt::CTRL | Qt::Key_Minus);
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::M);
   EXPECT_EQ(rows().height(), 110) << "but do not shrink";
   press(*panel_, Qt::Key_Escape);
-  EXPECT_FALSE(panel_->isVisible());
+  EXPECT_TRUE(panel_->isVisible()) << "Esc closes a menu or a dialog, but never the program";
+  for (const auto& [key, modifiers] :
+       {std::pair(Qt::Key_F10, Qt::ShiftModifier), std::pair(Qt::Key_Menu, Qt::NoModifier)}) {
+    press(rows(), key, modifiers);
+    auto* const menu = panel_->findChild<QMenu*>();
+    EXPECT_TRUE(menu->isVisible());
+    menu->close();
+  }
+}
+
+TEST_F(PanelTest, WidensWithItsText) {
+  startShown();
+  for (const char* const width : {"narrow", "wide"}) {
+    if (width == std::string("wide")) panel_->resize(400, panel_->height());
+    const int before = panel_->width();
+    for (int i = 0; i < 3; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
+    EXPECT_EQ(panel_->width(),
+              std::lround(before * ui::scaleFactor(ui::TextStyle::body, ui::TextSizeCategory::XXXL)));
+    EXPECT_EQ(panel_->controller().dataSource()->availableWidth(), panel_->width());
+    trigger(Qt::CTRL | Qt::Key_0);
+    EXPECT_EQ(panel_->width(), before);
+  }
+  for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
+  EXPECT_LE(panel_->width(), panel_->screen()->availableGeometry().width());
+  EXPECT_GT(panel_->width(), 700);
+}
+
+TEST_F(PanelTest, KeepsItsPlaceAndWidth) {
+  startShown();
+  panel_->move(60, 50);
+  panel_->resize(500, panel_->height());
+  settle();
+  makePanel();
+  EXPECT_EQ(panel_->width(), 500);
+  EXPECT_EQ(panel_->pos(), QPoint(60, 50));
+  show();
+  panel_->move(-490, 50);
+  settle();
+  makePanel();
+  EXPECT_NE(panel_->pos(), QPoint(-490, 50)) << "there it could not be moved with the mouse";
+}
+
+TEST_F(PanelTest, TheCardIsTheWindowWithoutATitleBar) {
+  startShown();
+  const QRect framed = boundsOf(rows());
+  EXPECT_EQ(framed.left(), 0);
+  EXPECT_EQ(framed.right(), panel_->width() - 1);
+  EXPECT_EQ(framed.bottom(), panel_->height() - 1);
+  panel_->setFrameless(true);
+  panel_->setStaysOnTop(true);
+  settle();
+  EXPECT_TRUE(panel_->windowHandle()->flags().testFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint));
+  EXPECT_EQ(boundsOf(rows()).size(), framed.size());
+  EXPECT_GT(boundsOf(rows()).left(), 0) << "there is room for a shadow";
+  const QImage image = panel_->grab().toImage();
+  EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
+  EXPECT_GT(image.pixelColor(panel_->width() / 2, image.height() - 5).alpha(), 0) << "the shadow";
+  EXPECT_EQ(count("analytics"), 0U) << "the widget was visible all the time";
+  panel_->setFrameless(false);
+  EXPECT_EQ(boundsOf(rows()), framed);
 }
 
 TEST_F(PanelTest, PassesItsWidthToTheWidget) {
   startShown();
   panel_->resize(500, panel_->height());
   settle();
-  EXPECT_EQ(panel_->controller().dataSource()->availableWidth(), 480);
-  EXPECT_EQ(rows().rectOf(0).width(), 480);
+  EXPECT_EQ(panel_->controller().dataSource()->availableWidth(), 500);
+  EXPECT_EQ(rows().rectOf(0).width(), 500);
 }
 
 TEST_F(PanelTest, FollowsTheDesktopsColours) {
