@@ -34,8 +34,11 @@ class Dispatch {
  public:
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
-  Report operator()(const PanelCommand&) const {
+  Report operator()(const PanelCommand& command) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
+    if (!command.record.empty())
+      return refused(
+          failure(command.record, "", "nothing is recorded, because there is no display for the panel"));
     Report report = (*this)(ShowCommand{});
     if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");
     return report;
@@ -56,7 +59,7 @@ class Dispatch {
     return inSession([&](Session& session) { return feed(session, command, style_); });
   }
   Report operator()(const AnalyticsCommand& command) const {
-    return inSession([&](Session& session) { return analytics(session, command); });
+    return inSession([&](Session& session) { return analytics(session, command, style_); });
   }
   Report operator()(const SettingsCommand& command) const {
     return inSession([&](Session& session) { return settings(session, command, style_); });

@@ -57,6 +57,15 @@ icu::Formattable formattable(const FormatArgument& argument) {
   return {icu::StringPiece(std::to_string(*count)), error};
 }
 
+/// The user's locale for the language of the texts. If no table has a language of the user, English in the
+/// user's region.
+icu::Locale localeOfTexts(const UserLocale& locale, const std::vector<std::string>& languages) {
+  UErrorCode error = U_ZERO_ERROR;
+  const auto users = locale.tagWithFallback(languages.empty() ? locale.tag() : languages.front());
+  const auto found = icu::Locale::forLanguageTag(users.value_or(locale.tag()), error);
+  return languages.empty() ? icu::Locale(std::string(kFallbackLanguage).c_str(), found.getCountry()) : found;
+}
+
 /// The delimiter between the first two of three list elements; absent if ICU has none.
 std::optional<std::string> delimiterOf(const icu::ListFormatter& formatter) {
   const std::array<icu::UnicodeString, 3> elements = {u"a", u"b", u"c"};
@@ -98,12 +107,8 @@ IcuLocalization::IcuLocalization(const UserLocale& locale, std::vector<TableText
   std::erase_if(languages_, [this](const std::string& language) {
     return !std::ranges::binary_search(texts_, std::string_view(language), {}, &TableText::language);
   });
-  UErrorCode error = U_ZERO_ERROR;
-  const auto& tag = languages_.empty() ? locale.tag() : locale.tagWithFallback(languages_.front());
-  const auto users = icu::Locale::forLanguageTag(tag, error);
-  const std::string fallback(kFallbackLanguage);
-  formats_->locale = languages_.empty() ? icu::Locale(fallback.c_str(), users.getCountry()) : users;
-  languages_.push_back(fallback);
+  formats_->locale = localeOfTexts(locale, languages_);
+  languages_.emplace_back(kFallbackLanguage);
 }
 
 IcuLocalization::~IcuLocalization() = default;

@@ -53,13 +53,39 @@ std::optional<std::string> canonicalTag(const std::string& tag) {
   return U_SUCCESS(error) ? std::optional(std::move(canonical)) : std::nullopt;
 }
 
-/// The tag and its fallbacks, the most specific first.
-std::vector<std::string> fallbacksOf(const std::string& whole) {
-  std::vector<std::string> tags = {whole};
-  for (std::size_t end = whole.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
+/// The tag of the first set variable; absent if it is no language.
+std::optional<std::string> tagInVariables(const Environment& environment) {
+  for (const char* variable : kVariables) {
+    const std::string value = valueOf(environment, variable);
+    if (value.empty()) continue;
+    const std::string tag = tagOfPosixName(value);
+    return tag == "C" || tag == "POSIX" ? std::nullopt : canonicalTag(tag);
+  }
+  return std::nullopt;
+}
+
+/// The languages of a list such as "fr:de". One without a region has that of `tag` if that is its language.
+std::vector<std::string> tagsInList(std::string_view list, const std::string& tag) {
+  std::vector<std::string> tags;
+  while (!list.empty()) {
+    const std::string_view name = list.substr(0, list.find(':'));
+    list.remove_prefix(std::min(name.size() + 1, list.size()));
+    const auto given = canonicalTag(tagOfPosixName(name));
+    if (given) tags.push_back(tag.starts_with(*given + '-') ? tag : *given);
+  }
+  return tags;
+}
+
+void addNew(std::string tag, std::vector<std::string>& tags) {
+  if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(std::move(tag));
+}
+
+std::vector<std::string> fallbacksOf(const std::string& tag) {
+  std::vector<std::string> tags = {tag};
+  for (std::size_t end = tag.rfind('-'); end != std::string::npos; end = tags.back().rfind('-')) {
     tags.push_back(tags.back().substr(0, end));
   }
-  const std::string_view variety = varietyOf(whole);
+  const std::string_view variety = varietyOf(tag);
   if (!variety.empty()) tags.emplace(tags.size() > 1 ? tags.end() - 1 : tags.end(), variety);
   return tags;
 }
@@ -68,62 +94,39 @@ std::vector<std::string> fallbacksOf(const std::string& whole) {
 
 std::optional<UserLocale> UserLocale::parse(std::string_view text) {
   auto tag = canonicalTag(tagOfPosixName(text));
-  return tag ? std::optional(UserLocale(*std::move(tag))) : std::nullopt;
+  return tag ? std::optional(UserLocale({*std::move(tag)})) : std::nullopt;
 }
 
 UserLocale UserLocale::fromEnvironment(const Environment& environment) {
-  for (const char* variable : kVariables) {
-    const char* value = environment(variable);
-    if (value == nullptr || *value == '\0') continue;
-    const std::string tag = tagOfPosixName(value);
-    const bool isNoLanguage = tag == "C" || tag == "POSIX";
-    const auto locale = isNoLanguage ? std::nullopt : canonicalTag(tag);
-    return locale ? withLanguages(valueOf(environment, "LANGUAGE"), *locale) : UserLocale("en");
-  }
-  return UserLocale("en");
+  const auto tag = tagInVariables(environment);
+  if (!tag) return UserLocale({"en"});
+  std::vector<std::string> tags;
+  for (std::string& each : tagsInList(valueOf(environment, "LANGUAGE"), *tag)) addNew(std::move(each), tags);
+  addNew(*tag, tags);
+  return UserLocale(std::move(tags));
 }
 
-std::string UserLocale::language() const { return tag_.substr(0, tag_.find('-')); }
+std::string UserLocale::language() const { return tag().substr(0, tag().find('-')); }
 
 std::vector<std::string> UserLocale::fallbacks() const {
-  std::vector<std::string> tags = fallbacksOf(tag_);
-  for (const std::string& other : others_) {
-    for (std::string& tag : fallbacksOf(other)) {
-      if (std::ranges::find(tags, tag) == tags.end()) tags.push_back(std::move(tag));
-    }
+  std::vector<std::string> all;
+  for (const std::string& tag : tags_) {
+    for (std::string& fallback : fallbacksOf(tag)) addNew(std::move(fallback), all);
   }
-  return tags;
+  return all;
 }
 
-const std::string& UserLocale::tagWithFallback(std::string_view fallback) const {
-  const auto hasFallback = [fallback](const std::string& tag) {
-    const std::vector<std::string> tags = fallbacksOf(tag);
-    return std::ranges::find(tags, fallback) != tags.end();
-  };
-  if (hasFallback(tag_)) return tag_;
-  const auto other = std::ranges::find_if(others_, hasFallback);
-  return other == others_.end() ? tag_ : *other;
-}
-
-/// Words of the list that are no languages do not count. A language without a region has that of the locale
-/// if it is the locale's language.
-UserLocale UserLocale::withLanguages(std::string_view list, const std::string& localeTag) {
-  std::vector<std::string> tags;
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find(':'), list.size());
-    if (auto tag = canonicalTag(tagOfPosixName(list.substr(0, end)))) tags.push_back(*std::move(tag));
-    list.remove_prefix(std::min(end + 1, list.size()));
+std::optional<std::string> UserLocale::tagWithFallback(std::string_view fallback) const {
+  for (const std::string& tag : tags_) {
+    const std::vector<std::string> fallbacks = fallbacksOf(tag);
+    if (std::ranges::find(fallbacks, fallback) != fallbacks.end()) return tag;
   }
-  if (tags.empty()) return UserLocale(localeTag);
-  tags.push_back(localeTag);
-  const bool isSameLanguage = localeTag.starts_with(tags.front() + "-");
-  const std::string first = isSameLanguage ? localeTag : tags.front();
-  return UserLocale(first, {tags.begin() + 1, tags.end()});
+  return std::nullopt;
 }
 
 bool UserLocale::isRightToLeft() const {
   UErrorCode error = U_ZERO_ERROR;
-  const icu::Locale locale = icu::Locale::forLanguageTag(tag_, error);
+  const icu::Locale locale = icu::Locale::forLanguageTag(tag(), error);
   return U_SUCCESS(error) && locale.isRightToLeft() != 0;
 }
 

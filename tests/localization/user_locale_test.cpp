@@ -68,7 +68,9 @@ TEST(UserLocale, FollowsTheEnvironment) {
       {{{"LANG", "de_DE"}, {"LC_ALL", ""}}, "de-DE"},
       {{{"LANG", "de_DE"}, {"LC_ALL", "C.UTF-8"}}, "en"},
       {{{"LANG", "POSIX"}}, "en"},
+      {{{"LANG", "de_CH"}, {"LANGUAGE", "de"}}, "de-CH"},
       {{{"LANG", "de_CH"}, {"LANGUAGE", ":?:fr_CA:en"}}, "fr-CA"},
+      {{{"LANG", "C"}, {"LANGUAGE", "fr"}}, "en"},
       {{{"LANG", "?"}}, "en"},
       {{{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "pt_BR:pt:en"}}, "pt-BR"},
       {{{"LANG", "de_CH.UTF-8"}, {"LANGUAGE", "de:fr"}}, "de-CH"},
@@ -83,6 +85,11 @@ TEST(UserLocale, FollowsTheEnvironment) {
     };
     EXPECT_EQ(UserLocale::fromEnvironment(environment).tag(), tag);
   }
+  const auto list = [](const char* name) { return std::string(name) == "LANGUAGE" ? "sv:fr:en" : "fr_CH"; };
+  const UserLocale swedish = UserLocale::fromEnvironment(list);
+  EXPECT_THAT(swedish.fallbacks(), ElementsAre("sv", "fr-CH", "fr", "en"));
+  EXPECT_EQ(swedish.tagWithFallback("fr"), "fr-CH");
+  EXPECT_EQ(swedish.tagWithFallback("de"), std::nullopt);
 }
 
 }  // namespace

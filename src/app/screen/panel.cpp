@@ -86,6 +86,8 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
   window_.setStaysOnTop(shown_.staysOnTop);
   window_.setFrameless(shown_.isFrameless);
   followSettings();
+  desktop::followDesktopContrast(window_);
+  desktop::followDesktopMotion(window_, [this](bool isReduced) { window_.setMotionReduced(isReduced); });
   if (isStateHeld()) {
     loadWindowOnceStateIsFree();
   } else {

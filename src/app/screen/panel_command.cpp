@@ -123,6 +123,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   static_cast<void>((*session)->platform().feeds().follow());
   PanelRecording recording(command.isAnonymous);
   recording.recorder()->setLocale(locale.tag());
+  if (!command.record.empty()) recording.keepIn(command.record);
   installPlatform(
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
   const Seconds refresh = (*session)->platform().settings().withoutRemembered().refresh;
@@ -140,8 +141,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   windows.panel = shown->window().geometry();
   windows.showsSettings = shown->showsSettings();
   shown = nullptr;
-  const bool saves = !command.record.empty() && !windows.areReplaced;
-  const auto error = saves ? recording.save(command.record) : std::nullopt;
+  const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
 }
 

@@ -73,6 +73,8 @@ class PanelWindow final : public QWidget {
   void setFrameless(bool isFrameless);
   /// Whether other windows never cover the panel. On Wayland the desktop decides that, not the program.
   void setStaysOnTop(bool staysOnTop);
+  /// Whether the panel takes its new height at once instead of growing to it.
+  void setMotionReduced(bool isReduced) { isMotionReduced_ = isReduced; }
 
   /// The user asks for an update. This function and the next four do nothing before `loadWidget`.
   void requestUpdate();
@@ -137,6 +139,7 @@ class PanelWindow final : public QWidget {
   QString noteText() const;
   void showNews();
   FeedNews feedNews() const;
+  void announceNews();
   void fitHeader();
   void setHeaderTextSize(ui::TextSizeCategory category);
   void fitRows(bool animated);
@@ -150,6 +153,7 @@ class PanelWindow final : public QWidget {
 
   PanelFrame frame_{*this};
   PanelHeader* header_ = nullptr;
+  QWidget* announcer_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
   /// Updates the ages in the header; runs only while there are any.
   QTimer* aging_ = nullptr;
@@ -162,6 +166,7 @@ class PanelWindow final : public QWidget {
   /// Whether the running update was started by the user.
   bool isUserWaiting_ = false;
   bool isMetered_ = false;
+  bool isMotionReduced_ = false;
   /// The signal connection to the window's screen.
   QMetaObject::Connection screenRoom_;
 

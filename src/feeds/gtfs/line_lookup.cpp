@@ -102,10 +102,13 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
   std::vector<FoundLine> lines = searchLines(indexes, name);
   if (!lines.empty()) return lines;
   const std::size_t slips = greatestSlip(wanted.size());
-  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
-    const std::string like = comparableName(index.nameOfRoute(route));
+  const auto isNear = [&](const std::string& known) {
+    const std::string like = comparableName(known);
     return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
            like.size() > slips && editDistance(wanted, like) <= slips;
+  };
+  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
+    return isNear(index.nameOfRoute(route)) || isNear(index.routes()[route].longName);
   });
 }
 
