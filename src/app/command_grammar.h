@@ -24,6 +24,7 @@ class CommandGrammar {
   void addShow(CLI::App& app);
   void addFavorites(CLI::App& app);
   void addLineChoice(CLI::App& adding);
+  void addMove(CLI::App& favorites);
   void addLines(CLI::App& app);
   void addFeed(CLI::App& app);
   void addAnalytics(CLI::App& app);
