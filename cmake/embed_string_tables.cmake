@@ -1,13 +1,13 @@
-# cmake -DSTRINGS=folder -DOUTPUT=file.cpp -P embed_string_tables.cmake
+# cmake -DSTRINGS=folder -DNAMES="de.feed.json ..." -DOUTPUT=file.cpp -P embed_string_tables.cmake
 #
-# Writes every folder/<language>.<table>.json, an object of texts by key, into the file that
+# Writes the named files, <language>.<table>.json with an object of texts by key each, as the array that
 # localization/string_tables.h declares: one string per language, with three lines per text (table, key, text), sorted by
 # table and key. Strings need no relocation at the program's start, as pointers to each text would.
 
-file(GLOB files ${STRINGS}/*.json)
+separate_arguments(names UNIX_COMMAND "${NAMES}")
 set(languages "")
-foreach(file IN LISTS files)
-  get_filename_component(name ${file} NAME)
+foreach(name IN LISTS names)
+  set(file ${STRINGS}/${name})
   if(NOT name MATCHES "^([a-zA-Z-]+)\\.([a-z]+)\\.json$")
     message(FATAL_ERROR "${file}: the name is not <language>.<table>.json")
   endif()

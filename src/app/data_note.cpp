@@ -32,18 +32,18 @@ std::string stateNote(const RiderTexts& texts, const FeedState& state, Date now)
     case Kind::stale:
       return texts("NotRenewed", {alerts});
     case Kind::kept:
-      return hasOldHeader(state, now) ? texts("KeptOld", {alerts, since, reasonOf(state)})
-                                      : texts("Kept", {since, reasonOf(state)});
+      return hasOldHeader(state, now) ? texts("KeptOld", {alerts, since, reasonOf(state, texts)})
+                                      : texts("Kept", {since, reasonOf(state, texts)});
     case Kind::unreachable:
-      return since.empty() ? texts("NoAlertsYet", {reasonOf(state)})
-                           : texts("NoAlertsSince", {since, reasonOf(state)});
+      return since.empty() ? texts("NoAlertsYet", {reasonOf(state, texts)})
+                           : texts("NoAlertsSince", {since, reasonOf(state, texts)});
     case Kind::outdated:
       return texts("TooOld", {alerts});
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return texts("AlertsNotShown", {reasonOf(state)});
+  return texts("AlertsNotShown", {reasonOf(state, texts)});
 }
 
 std::string unknownLines(Session& session) {
@@ -55,11 +55,12 @@ std::string unknownLines(Session& session) {
 
 }  // namespace
 
-std::string reasonOf(const FeedState& state) {
+std::string reasonOf(const FeedState& state, const RiderTexts& texts) {
   if (!state.error) return {};
-  std::string sentence = sentenceOf(*state.error);
+  const std::string sentence = sentenceOf(*state.error);
   const std::string name = "feed " + state.feed + ": ";
-  return sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+  const std::string reason = sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+  return texts.failure(failureCodeOf(*state.error), reason);
 }
 
 std::string dataNote(Session& session, const TerminalStyle& style) {

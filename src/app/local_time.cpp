@@ -14,7 +14,7 @@ QDateTime dateTime(Date date) {
   return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date))));
 }
 
-QLocale localeOf(std::string_view languageTag) {
+QLocale qtLocale(std::string_view languageTag) {
   return QLocale(QString::fromUtf8(languageTag.data(), static_cast<qsizetype>(languageTag.size())));
 }
 
@@ -30,13 +30,13 @@ std::string localTime(Date date) {
 
 std::string localTime(Date date, std::string_view languageTag) {
   const QDateTime time = dateTime(date);
-  return time.isValid() ? localeOf(languageTag).toString(time, QLocale::ShortFormat).toStdString() : "";
+  return time.isValid() ? qtLocale(languageTag).toString(time, QLocale::ShortFormat).toStdString() : "";
 }
 
 std::string localTime(Date date, Date now, std::string_view languageTag) {
   const QDateTime time = dateTime(date);
   if (!time.isValid() || time.date() != dateTime(now).date()) return localTime(date, languageTag);
-  return localeOf(languageTag).toString(time.time(), QLocale::ShortFormat).toStdString();
+  return qtLocale(languageTag).toString(time.time(), QLocale::ShortFormat).toStdString();
 }
 
 }  // namespace linewatch::app

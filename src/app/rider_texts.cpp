@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/local_time.h"
+#include "localization/failure_words.h"
 #include "machine/terminal_line.h"
 #include "platform/localization.h"
 
@@ -53,6 +54,10 @@ std::string RiderTexts::ago(Seconds age) const {
 
 std::string RiderTexts::dateAndTime(Date date, Date now) const {
   return localTime(date, now, localization_->formatLocale());
+}
+
+std::string RiderTexts::failure(FailureCode code, const std::string& sentence) const {
+  return failureInWords(code, sentence, *localization_);
 }
 
 std::string RiderTexts::list(std::span<const std::string> names) const {

@@ -11,6 +11,7 @@
 #include "localization/icu_localization.h"
 #include "localization/user_locale.h"
 #include "shared/date.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 
@@ -34,6 +35,8 @@ class RiderTexts {
   std::string ago(Seconds age) const;
   /// Date and time in the machine's time zone; a date of today has the time only.
   std::string dateAndTime(Date date, Date now) const;
+  /// A failure in words: its sentence, after a short reason in the user's language if that is not English.
+  std::string failure(FailureCode code, const std::string& sentence) const;
   /// "A, B" with the language's own comma.
   std::string list(std::span<const std::string> names) const;
 

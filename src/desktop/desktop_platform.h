@@ -53,11 +53,14 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   const UserFavorites& favorites() const;
   /// Null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
+  /// The user's settings, also those that the state database remembers.
+  UserSettings& settings() { return *settings_.user; }
   /// Whether the last look-up used the sample city, because the user has added no feed.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
-  /// The catalogue of feeds, which nothing reads before it is first searched. May be used on any thread.
-  const std::shared_ptr<KeptCatalogue>& catalogue() const { return catalogue_; }
+  /// The catalogue of feeds that the settings name, which nothing reads before it is first searched. Any
+  /// thread may use it. Main thread.
+  std::shared_ptr<KeptCatalogue> catalogue();
   /// For adding a feed. Absent in a run without saved state. An adding must end before the platform does.
   std::optional<FeedAdding::Environment> addingEnvironment();
 
@@ -96,6 +99,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
+  bool recordsAnalytics() const;
 
   DesktopSettings settings_;
   QtMainLoop mainLoop_;

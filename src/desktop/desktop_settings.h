@@ -13,6 +13,10 @@
 #include "storage/overlaid_preferences.h"
 #include "storage/stored_feeds.h"
 
+namespace linewatch {
+class UserSettings;
+}
+
 namespace linewatch::desktop {
 
 /// The settings of one run of the program.
@@ -33,8 +37,6 @@ struct DesktopSettings {
   std::optional<Date> now;
   /// Whether the clock stops at `now`, e.g. to print a list. Otherwise it goes on from there.
   bool isTimeFrozen = false;
-  /// The catalogue of feeds that a search uses: a URL or a file; empty for the public one.
-  std::string catalogue = {};
   UserLocale locale;
   bool verbose = false;
   /// Whether the main thread has to react to a user at any time, as in the panel. Then changes are saved on
@@ -42,6 +44,8 @@ struct DesktopSettings {
   bool isInteractive = false;
   /// Preferences of the companion application for this run; they replace the saved ones.
   Dictionary preferences;
+  /// The user's settings; null: the defaults.
+  std::shared_ptr<UserSettings> user = {};
   CompanionController::Opener openActivity;
   /// Null in a run without views, which does not ask for these roles.
   std::shared_ptr<DesktopScreen> screen;

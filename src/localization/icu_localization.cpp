@@ -17,6 +17,7 @@ namespace linewatch {
 
 namespace {
 
+constexpr std::string_view kFailureTable = "failure";
 constexpr std::string_view kFeedTable = "feed";
 constexpr std::string_view kTerminalTable = "terminal";
 constexpr std::string_view kWindowTable = "window";
@@ -54,6 +55,15 @@ icu::Formattable formattable(const FormatArgument& argument) {
   // Formatted as decimal digits, because a Formattable has signed integers only.
   UErrorCode error = U_ZERO_ERROR;
   return {icu::StringPiece(std::to_string(*count)), error};
+}
+
+/// The user's locale for the language of the texts. If no table has a language of the user, English in the
+/// user's region.
+icu::Locale localeOfTexts(const UserLocale& locale, const std::vector<std::string>& languages) {
+  UErrorCode error = U_ZERO_ERROR;
+  const auto users = locale.tagWithFallback(languages.empty() ? locale.tag() : languages.front());
+  const auto found = icu::Locale::forLanguageTag(users.value_or(locale.tag()), error);
+  return languages.empty() ? icu::Locale(std::string(kFallbackLanguage).c_str(), found.getCountry()) : found;
 }
 
 /// The delimiter between the first two of three list elements; absent if ICU has none.
@@ -97,11 +107,8 @@ IcuLocalization::IcuLocalization(const UserLocale& locale, std::vector<TableText
   std::erase_if(languages_, [this](const std::string& language) {
     return !std::ranges::binary_search(texts_, std::string_view(language), {}, &TableText::language);
   });
-  UErrorCode error = U_ZERO_ERROR;
-  const auto users = icu::Locale::forLanguageTag(locale.tag(), error);
-  const std::string fallback(kFallbackLanguage);
-  formats_->locale = languages_.empty() ? icu::Locale(fallback.c_str(), users.getCountry()) : users;
-  languages_.push_back(fallback);
+  formats_->locale = localeOfTexts(locale, languages_);
+  languages_.emplace_back(kFallbackLanguage);
 }
 
 IcuLocalization::~IcuLocalization() = default;
@@ -109,6 +116,10 @@ IcuLocalization::~IcuLocalization() = default;
 std::string IcuLocalization::localizedString(std::string_view key, std::string_view fallback,
                                              StringTable table) {
   return lookUp(nameOf(table), key, fallback);
+}
+
+std::string IcuLocalization::failureString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kFailureTable, key, fallback);
 }
 
 std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {

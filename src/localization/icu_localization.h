@@ -28,6 +28,8 @@ class IcuLocalization final : public Localization {
   std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) override;
   std::string joinCommaDelimited(std::span<const std::string_view> texts) override;
 
+  /// A text of the table "failure". Any thread.
+  std::string failureString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "feed". Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "terminal". Any thread.
@@ -35,6 +37,8 @@ class IcuLocalization final : public Localization {
   /// A text of the table "window". Any thread.
   std::string windowString(std::string_view key, std::string_view fallback) const;
 
+  /// Whether the texts are English.
+  bool isInFallbackLanguage() const { return languages_.front().starts_with(kFallbackLanguage); }
   /// The tag of the locale that plural forms, numbers and lists follow. Dates beside the texts follow it too.
   std::string formatLocale() const;
 

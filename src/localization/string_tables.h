@@ -10,7 +10,7 @@ namespace linewatch {
 struct TableText {
   /// For example "en" or "pt-PT".
   std::string_view language;
-  /// "kestrow", "widget", "feed", "terminal" or "window".
+  /// "failure", "feed", "kestrow", "terminal", "widget" or "window".
   std::string_view table;
   std::string_view key;
   /// An ICU MessageFormat pattern, or plain text if it has no arguments.

@@ -5,7 +5,18 @@
 
 namespace linewatch::ui {
 
-enum class Appearance { light, dark };
+enum class Appearance { light, dark, lightHighContrast, darkHighContrast };
+
+constexpr Appearance appearanceFor(bool isDark, bool isHighContrast) {
+  if (isHighContrast) return isDark ? Appearance::darkHighContrast : Appearance::lightHighContrast;
+  return isDark ? Appearance::dark : Appearance::light;
+}
+constexpr bool isDark(Appearance appearance) {
+  return appearance == Appearance::dark || appearance == Appearance::darkHighContrast;
+}
+constexpr bool isHighContrast(Appearance appearance) {
+  return appearance == Appearance::lightHighContrast || appearance == Appearance::darkHighContrast;
+}
 
 /// Red, green, blue and opacity from 0 to 1, not premultiplied.
 struct RGBA {

@@ -11,12 +11,15 @@
 #include <utility>
 
 #include "desktop/loop/clock_watch.h"
+#include "desktop/loop/file_watch.h"
 #include "desktop/loop/folder_watch.h"
 #include "desktop/loop/network_watch.h"
 #include "desktop/setup/welcome_card.h"
 #include "desktop/window/color_scheme.h"
 #include "desktop/window/panel_network.h"
+#include "platform/log.h"
 #include "platform/preferences_store.h"
+#include "settings/user_settings.h"
 #include "storage/program_preferences.h"
 #include "ui/notification_center.h"
 
@@ -68,13 +71,23 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
       locale_(locale),
       showsExample_(options.showsExample),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
-      companion_(texts_, qtWords(options.companion), detailsServices(), favoritesServices(),
+      shown_(session.platform().settings().withoutRemembered()),
+      companion_(texts_, qtWords(shown_.companion), detailsServices(), favoritesServices(),
                  platform().saved() ? [this] { setUp(); } : std::function<void()>()),
       window_(texts_, panelServices(recording), options.window) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::watchClock(window_, [this] { window_.checkClock(); });
   desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
-  desktop::followDesktopColorScheme(window_);
+  desktop::followDesktopColorScheme(window_, [this](desktop::ColorScheme colors) {
+    desktopColors_ = colors;
+    applyColors();
+  });
+  applyColors();
+  window_.setStaysOnTop(shown_.staysOnTop);
+  window_.setFrameless(shown_.isFrameless);
+  followSettings();
+  desktop::followDesktopContrast(window_);
+  desktop::followDesktopMotion(window_, [this](bool isReduced) { window_.setMotionReduced(isReduced); });
   if (isStateHeld()) {
     loadWindowOnceStateIsFree();
   } else {
@@ -111,6 +124,9 @@ bool Panel::isFirstStart() {
 }
 
 void Panel::loadWindow() {
+  // Only now can the saved state be read, which may remember a text size.
+  shown_ = platform().settings().values();
+  screen_.settings().category = shown_.textSize;
   if (isFirstStart()) {
     showWelcome();
   } else {
@@ -217,11 +233,8 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
                         const std::function<void(bool)>& done) { companion_.openURL(url, done); },
       .showFavorites = [this] { companion_.showFavorites(); },
       .showFeeds = platform().saved() ? [this] { showFeeds(); } : std::function<void()>(),
-      .setTextSize =
-          [this](ui::TextSizeCategory category) {
-            screen_.settings().category = category;
-            platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
-          },
+      .showSettings = [this] { showSettings(); },
+      .setTextSize = [this](ui::TextSizeCategory category) { setTextSize(category); },
       .dataNote = [this] { return dataNote(); },
       .feedNews =
           [this] {
@@ -367,6 +380,81 @@ bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);
   return true;
+}
+
+// ---- Settings ----
+
+/// The size is applied before it is saved, and also if that fails.
+void Panel::setTextSize(ui::TextSizeCategory category) {
+  screen_.settings().category = category;
+  platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  const bool isChosen = std::exchange(shown_.textSize, category) != category;
+  if (isChosen) {
+    const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));
+    if (error) logError("the text size is not saved: %@", {sentenceOf(*error)});
+  }
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::followSettings() {
+  const std::filesystem::path& file = platform().settings().file();
+  if (file.empty()) return;
+  desktop::watchFile(window_, file, [this] { settingsFileDidChange(); });
+}
+
+void Panel::settingsFileDidChange() {
+  UserSettings& settings = platform().settings();
+  const std::vector<std::string> before = settings.faults();
+  if (!settings.reread()) return;
+  const std::vector<std::string> faults = settings.faults();
+  for (const std::string& fault : faults) {
+    if (std::ranges::find(before, fault) == before.end()) logError("%@", {fault});
+  }
+  applySettings();
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::applySettings() {
+  const Settings before = std::exchange(shown_, platform().settings().values());
+  if (shown_.textSize != before.textSize) window_.setTextSize(shown_.textSize);
+  if (shown_.appearance != before.appearance) applyColors();
+  if (shown_.staysOnTop != before.staysOnTop) window_.setStaysOnTop(shown_.staysOnTop);
+  if (shown_.isFrameless != before.isFrameless) window_.setFrameless(shown_.isFrameless);
+  if (shown_.refresh != before.refresh) window_.setRefresh(shown_.refresh);
+  if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
+  if (shown_.language != before.language) languageDidChange();
+}
+
+void Panel::applyColors() {
+  switch (shown_.appearance) {
+    case AppearanceChoice::automatic:
+      return desktop::applyColorScheme(desktopColors_);
+    case AppearanceChoice::light:
+      return desktop::applyColorScheme(desktop::ColorScheme::light);
+    case AppearanceChoice::dark:
+      return desktop::applyColorScheme(desktop::ColorScheme::dark);
+  }
+}
+
+desktop::SettingsServices Panel::settingsServices() {
+  UserSettings& settings = platform().settings();
+  desktop::SettingsServices services{
+      .find = [&settings](const Setting& setting) { return settings.find(setting); },
+      .faults = [&settings] { return settings.faults(); },
+      .file = settings.file().string()};
+  if (settings.file().empty()) return services;
+  services.set = [this, &settings](const Setting& setting, const std::string& text) {
+    const auto error = settings.set(setting, text);
+    if (!error) applySettings();
+    return error;
+  };
+  return services;
+}
+
+void Panel::showSettings() {
+  if (!settingsWindow_)
+    settingsWindow_ = std::make_unique<desktop::SettingsWindow>(texts_, settingsServices());
+  settingsWindow_->present();
 }
 
 /// The age of the list, which is the age of the oldest feed.

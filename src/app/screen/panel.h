@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -11,9 +12,12 @@
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/setup/feeds_window.h"
 #include "desktop/setup/setup_window.h"
+#include "desktop/window/color_scheme.h"
 #include "desktop/window/companion.h"
 #include "desktop/window/panel_window.h"
+#include "desktop/window/settings_window.h"
 #include "feeds/background_queue.h"
+#include "settings/settings.h"
 
 namespace linewatch::app {
 
@@ -22,8 +26,6 @@ namespace linewatch::app {
 class Panel {
  public:
   struct Options {
-    /// The words of the user's companion command; empty when there is none.
-    std::vector<std::string> companion;
     desktop::PanelOptions window;
     /// Whether the made-up city is shown until the user adds a feed, also at the first start.
     bool showsExample = false;
@@ -37,6 +39,12 @@ class Panel {
   Panel& operator=(const Panel&) = delete;
 
   desktop::PanelWindow& window() { return window_; }
+  /// Shows the settings window.
+  void showSettings();
+  /// Whether the settings window is open.
+  bool showsSettings() const { return settingsWindow_ && settingsWindow_->isVisible(); }
+  /// Called after the user has chosen another language, which needs another panel.
+  std::function<void()> languageDidChange = [] {};
   desktop::Companion& companion() { return companion_; }
 
  private:
@@ -44,6 +52,14 @@ class Panel {
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices(PanelRecording* recording);
+  desktop::SettingsServices settingsServices();
+  /// Follows the settings file, which the user or another program may change.
+  void followSettings();
+  void settingsFileDidChange();
+  /// Makes everything as the settings in force say.
+  void applySettings();
+  void applyColors();
+  void setTextSize(ui::TextSizeCategory category);
   desktop::SetupServices setupServices();
   void saveRecording(PanelRecording& recording);
   /// The feeds and favourites of the user.
@@ -88,8 +104,13 @@ class Panel {
   BackgroundQueue serverQueue_;
   std::stop_source ending_;
   desktop::SharedWindowTexts texts_;
+  /// The settings that the panel shows.
+  Settings shown_;
+  desktop::ColorScheme desktopColors_ = desktop::ColorScheme::any;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
+  /// Made on first use.
+  std::unique_ptr<desktop::SettingsWindow> settingsWindow_;
   /// Made when it is first shown.
   std::unique_ptr<desktop::SetupWindow> setup_;
   std::unique_ptr<desktop::FeedsWindow> feeds_;

@@ -20,9 +20,10 @@ constexpr double kHeight = 1.6;
 constexpr double kLongestText = 8.5;
 constexpr std::string_view kFillOfLinesWithoutColor = "5B6470";
 // A shield with less contrast than this to the background gets an outline.
-constexpr double kLeastContrastWithBackground = 1.3;
+constexpr double kLeastContrastWithBackground = 3;
 constexpr double kOutlineWidth = 1;
-constexpr double kOutlineAlpha = 0.32;
+// An outline of this opacity has that contrast.
+constexpr double kOutlineAlpha = 0.5;
 
 double textSize(const ArtworkSize& size) {
   const std::int64_t step = std::clamp(size.step, kSmallestStep, kLargestStep);

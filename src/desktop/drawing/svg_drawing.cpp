@@ -27,7 +27,7 @@ SvgDrawing::~SvgDrawing() = default;
 QSvgRenderer& SvgDrawing::renderer(ui::Appearance appearance) const {
   auto& renderer = renderers_.at(static_cast<std::size_t>(appearance));
   if (!renderer) {
-    const bool hasDark = appearance == ui::Appearance::dark && !dark_.isEmpty();
+    const bool hasDark = ui::isDark(appearance) && !dark_.isEmpty();
     renderer = std::make_unique<QSvgRenderer>(colored(hasDark ? dark_ : light_, appearance));
   }
   return *renderer;

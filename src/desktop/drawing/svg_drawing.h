@@ -14,7 +14,7 @@ namespace linewatch::desktop {
 /// An SVG drawing in points. `currentColor` in it is the appearance's label colour.
 class SvgDrawing final : public ui::Image {
  public:
-  /// If `dark` is empty, both appearances use `light`; only the label colour differs.
+  /// If `dark` is empty, dark appearances use `light` too; only the label colour differs.
   SvgDrawing(QByteArray light, QByteArray dark);
   ~SvgDrawing() override;
 
@@ -27,7 +27,7 @@ class SvgDrawing final : public ui::Image {
   QByteArray light_, dark_;
   ui::Size size_;
   /// Each is made when it is first drawn.
-  mutable std::array<std::unique_ptr<QSvgRenderer>, 2> renderers_;
+  mutable std::array<std::unique_ptr<QSvgRenderer>, 4> renderers_;
 };
 
 }  // namespace linewatch::desktop

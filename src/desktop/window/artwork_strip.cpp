@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/drawing/qt_canvas.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 #include "ui/image.h"
 
@@ -27,6 +28,7 @@ ArtworkStrip::ArtworkStrip(const std::vector<SharedArtwork>& artworks, std::int6
     artworks_.push_back(artwork);
     sizes_.emplace_back(image->size().width, image->size().height);
   }
+  setAccessibleRole(*this, QAccessible::Graphic);
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);

@@ -5,6 +5,7 @@
 #include <QThreadPool>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "desktop/window/companion_command.h"
 #include "desktop/window/details_window.h"
@@ -27,6 +28,8 @@ class Companion {
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
             FavoritesServices favorites, std::function<void()> setUp = {});
 
+  /// Replaces the user's command.
+  void setCommand(QStringList command) { command_.setWords(std::move(command)); }
   /// Opens a URL of the companion application: the favourites, or the set-up if there are none. Without a
   /// command all other URLs fail.
   void openURL(const URL& url, const URLHandler& done);

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <utility>
 
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 #include "presentation/memory_constrained_artwork_cache.h"
 
@@ -14,6 +15,7 @@ CompanionWindow::CompanionWindow(SharedWindowTexts texts)
     : texts_(std::move(texts)), artworkCache_(memoryConstrainedImageViewCache()) {
   // Closing this window does not end the program; closing the panel does.
   setAttribute(Qt::WA_QuitOnClose, false);
+  setAccessibleRole(*this, QAccessible::Window);
   auto* const closing = new QAction(this);
   closing->setShortcuts({Qt::CTRL | Qt::Key_W});
   connect(closing, &QAction::triggered, this, [this] { close(); });

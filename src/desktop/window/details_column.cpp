@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/window/column_accessibility.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -23,6 +25,7 @@ DetailsColumn::DetailsColumn(int margin) : margin_(margin) {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::StrongFocus);
   verticalScrollBar()->setSingleStep(kScrollStep);
+  installColumnAccessibility();
   later_.setSingleShot(true);
   connect(&later_, &QTimer::timeout, this, [this] { layOut(); });
 }
@@ -76,10 +79,19 @@ void DetailsColumn::layOut() {
   if (isComplete) {
     revealed_.reset();
     later_.stop();
+    announceParts(*this);
   } else {
     later_.start(0);
   }
   if (heightDidChange_) heightDidChange_();
+}
+
+std::vector<QWidget*> DetailsColumn::shownWidgets() const {
+  std::vector<QWidget*> shown;
+  for (const auto& [index, widget] : widgets_) {
+    if (widget != nullptr) shown.push_back(widget);
+  }
+  return shown;
 }
 
 bool DetailsColumn::isSliceOver() const { return slice_.elapsed() >= kSlice; }

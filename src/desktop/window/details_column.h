@@ -46,6 +46,8 @@ class DetailsColumn final : public QAbstractScrollArea {
   /// The height of all parts and both margins at that width, in points.
   int contentHeight() const;
   std::size_t partCount() const { return slots_.size(); }
+  /// The widgets that exist, in the order of their parts.
+  std::vector<QWidget*> shownWidgets() const;
 
   /// Called when the content's height may have changed.
   void setHeightHandler(std::function<void()> handler) { heightDidChange_ = std::move(handler); }

@@ -14,6 +14,7 @@
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/link_button.h"
 #include "desktop/window/plain_tool_tip.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 #include "feeds/upcoming_incidents.h"
 #include "platform/incident_string_provider.h"
@@ -85,6 +86,7 @@ QWidget* makeRule() {
   rule->setFrameShape(QFrame::HLine);
   rule->setFrameShadow(QFrame::Plain);
   rule->setForegroundRole(kOutlineRole);
+  setAccessibleRole(*rule, QAccessible::Separator);
   return rule;
 }
 
@@ -165,7 +167,7 @@ void DetailsWindow::startOver() {
   ++presentation_;
   const auto style = [this](double points, Tone tone = Tone::plain, QFont::Weight weight = QFont::Normal) {
     const QFont shown = font(points, weight);
-    return TextStyle{shown, QFontMetrics(shown), tone};
+    return TextStyle{shown, QFontMetrics(shown), tone, weight == QFont::DemiBold && tone != Tone::alarming};
   };
   styles_ = std::make_unique<const TextStyles>(TextStyles{
       style(kLineSize, Tone::plain, QFont::DemiBold), style(kBodySize, Tone::faint, QFont::DemiBold),
@@ -349,6 +351,7 @@ QLabel* DetailsWindow::makeText(std::string_view text, const TextStyle& style) c
   const int longest =
       std::max(1, kTextWidth / std::max(1, style.metrics.horizontalAdvance(QLatin1Char('W'))));
   QLabel* const label = makeLabel(withBreaks(text, longest), style.font, style.tone);
+  if (style.isHeading) setAccessibleRole(*label, QAccessible::Heading);
   if (&style == &styles_->body)
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   return label;

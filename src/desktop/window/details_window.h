@@ -53,6 +53,7 @@ class DetailsWindow final : public CompanionWindow {
     QFont font;
     QFontMetrics metrics;
     Tone tone = Tone::plain;
+    bool isHeading = false;
   };
   struct TextStyles;
   /// An incident, or the heading of a group of incidents.

@@ -14,7 +14,9 @@
 
 #include "desktop/drawing/typefaces.h"
 #include "desktop/window/enter_key.h"
+#include "desktop/window/focus_ring.h"
 #include "desktop/window/plain_tool_tip.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 
 namespace linewatch::desktop {
@@ -28,7 +30,7 @@ constexpr int kHeaderRightInset = 10;
 constexpr double kTitleSize = 13;
 constexpr double kNoteSize = 11;
 // The largest scale of the header; the rows need the room more.
-constexpr double kMostHeaderScale = 1.6;
+constexpr double kMostHeaderScale = 2.2;
 // If a label has no room for this many letters, it shows nothing.
 constexpr int kFewLetters = 6;
 constexpr int kNewsSpacing = 8;
@@ -59,7 +61,7 @@ class ElidingLabel final : public QLabel {
 };
 
 /// A menu button without the arrow: the three dots of its text already mean a menu.
-class ArrowlessMenuButton final : public QToolButton {
+class ArrowlessMenuButton final : public RingedButton<QToolButton> {
  protected:
   void initStyleOption(QStyleOptionToolButton* option) const override {
     QToolButton::initStyleOption(option);
@@ -72,13 +74,14 @@ class ArrowlessMenuButton final : public QToolButton {
 PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
     : title_(new ElidingLabel),
       note_(new ElidingLabel),
-      toggle_(new QToolButton),
+      toggle_(new RingedButton<QToolButton>),
       menuButton_(new ArrowlessMenuButton),
       news_(new QLabel),
-      tryAgain_(new QPushButton(texts("TryAgain"))) {
+      tryAgain_(new RingedButton<QPushButton>(texts("TryAgain"))) {
   title_->setText(texts("Title"));
   connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
   connect(tryAgain_, &QPushButton::clicked, this, std::move(actions.tryAgain));
+  setAccessibleRole(*toggle_, QAccessible::Button);
   menuButton_->setText(QStringLiteral("⋯"));
   menuButton_->setPopupMode(QToolButton::InstantPopup);
   menuButton_->setAccessibleName(texts("Menu"));
@@ -178,8 +181,11 @@ void PanelHeader::setNews(const QString& text, const QString& details) {
 
 bool PanelHeader::hasNews() const { return !newsRow_->isHidden(); }
 
-void PanelHeader::setToggle(const QString& text, bool isVisible) {
+QString PanelHeader::news() const { return news_->text(); }
+
+void PanelHeader::setToggle(const QString& text, bool isExpanded, bool isVisible) {
   toggle_->setText(text);
+  setAccessibleExpanded(*toggle_, isExpanded);
   toggle_->setVisible(isVisible);
 }
 

@@ -46,8 +46,9 @@ class PanelHeader final : public QWidget {
   /// `details`: plain text for the tooltip and for assistive technology. An empty text removes the news.
   void setNews(const QString& text, const QString& details);
   bool hasNews() const;
+  QString news() const;
 
-  void setToggle(const QString& text, bool isVisible);
+  void setToggle(const QString& text, bool isExpanded, bool isVisible);
   bool toggleHasFocus() const;
   bool tryAgainHasFocus() const;
 

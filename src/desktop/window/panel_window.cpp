@@ -24,6 +24,7 @@
 #include "desktop/window/panel_preferences.h"
 #include "desktop/window/plain_tool_tip.h"
 #include "desktop/window/row_words.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_colors.h"
 #include "platform/main_loop.h"
 #include "platform/platform.h"
@@ -78,6 +79,7 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
       options_(options),
       designWidth_(kCompactSize.width) {
   setWindowTitle((*texts_)("Title"));
+  setAccessibleRole(*this, QAccessible::Window);
   header_ = new PanelHeader(
       *texts_, {.toggle = [this] { setExpanded(!isExpanded()); }, .tryAgain = [this] { requestUpdate(); }});
   placeholder_ = makePlaceholder();
@@ -88,6 +90,7 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
   layout->addWidget(header_);
   layout->addWidget(placeholder_);
   makeActions();
+  announcer_ = makeAnnouncer(*this);
   resizing_ = new QVariantAnimation(this);
   resizing_->setEasingCurve(QEasingCurve::InOutCubic);
   connect(resizing_, &QVariantAnimation::valueChanged, this,
@@ -108,7 +111,6 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
   restorePlace();
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
@@ -119,7 +121,11 @@ void PanelWindow::loadWidget() {
   makeRows();
   for (QAction* const action : actions()) action->setEnabled(true);
   fitRows(/*animated=*/false);
-  widget_->start({.contentDidChange = [this] { fitRows(/*animated=*/widget_->isShown()); },
+  widget_->start({.contentDidChange =
+                      [this] {
+                        fitRows(/*animated=*/widget_->isShown());
+                        announceNews();
+                      },
                   .modeDidChange = [this] { showMode(); },
                   .fetchDidChange =
                       [this] {
@@ -167,6 +173,11 @@ void PanelWindow::setMetered(bool isMetered) {
   if (widget_) widget_->updates().setMetered(isMetered);
 }
 
+void PanelWindow::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (widget_) widget_->updates().setRefresh(refresh);
+}
+
 void PanelWindow::favoritesDidChange() {
   if (widget_) widget_->updates().favoritesDidChange();
 }
@@ -205,6 +216,8 @@ void PanelWindow::makeActions() {
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  if (services_.showSettings)
+    addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
@@ -325,11 +338,21 @@ void PanelWindow::showNews() {
   header_->setNews(news.text, news.details);
   setPlainToolTip(*rows_, isError ? news.details : QString());
   fitHeader();
+  announceNews();
   const bool hasAge = news.hasAge || widget_->showsSavedList();
   if (hasAge && widget_->isShown())
     aging_->start();
   else
     aging_->stop();
+}
+
+/// Announces the state of the list as its compact form says it, and what is wrong with the feeds.
+void PanelWindow::announceNews() {
+  const auto& list = controller().dataSource()->listItem();
+  QStringList sentences;
+  if (list) sentences << wordsOfItem(list->summaryItem()).name;
+  if (header_->hasNews()) sentences << header_->news();
+  announce(*announcer_, sentences.join(QLatin1Char('\n')));
 }
 
 void PanelWindow::setHeaderTextSize(ui::TextSizeCategory category) {
@@ -350,7 +373,7 @@ void PanelWindow::showMode() {
   const bool offersMore = widget_->offersMore();
   // A button that disappears must not keep the focus.
   if (!offersMore && header_->toggleHasFocus()) rows_->setFocus(Qt::TabFocusReason);
-  header_->setToggle((*texts_)(isExpanded() ? "ShowLess" : "ShowMore"), offersMore);
+  header_->setToggle((*texts_)(isExpanded() ? "ShowLess" : "ShowMore"), isExpanded(), offersMore);
 }
 
 void PanelWindow::setExpanded(bool expanded) {
@@ -414,7 +437,7 @@ void PanelWindow::fitRows(bool animated) {
   const double height = widget_->preferredHeight(roomForRows());
   resizing_->stop();
   const bool stylesAnimate = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-  if (!animated || !stylesAnimate) return applyRowsHeight(height);
+  if (!animated || !stylesAnimate || isMotionReduced_) return applyRowsHeight(height);
   resizing_->setDuration(kResizeMilliseconds);
   resizing_->setStartValue(static_cast<double>(rows_->height()));
   resizing_->setEndValue(height);
@@ -477,7 +500,10 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  saveTextSize(category);
+  if (!widget_) {
+    services_.setTextSize(category);
+    return setHeaderTextSize(category);
+  }
   const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
   widget_->setLimits(limits);
   services_.setTextSize(category);

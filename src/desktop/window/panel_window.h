@@ -32,7 +32,8 @@ struct PanelServices {
   std::function<void()> showFavorites;
   /// Shows the feeds. An empty function: the menu does not offer that.
   std::function<void()> showFeeds = {};
-  /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
+  std::function<void()> showSettings = {};
+  /// Sets the text size of all views, saves it and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
   /// A short text about the age of the data; may be empty.
   std::function<QString()> dataNote;
@@ -72,6 +73,8 @@ class PanelWindow final : public QWidget {
   void setFrameless(bool isFrameless);
   /// Whether other windows never cover the panel. On Wayland the desktop decides that, not the program.
   void setStaysOnTop(bool staysOnTop);
+  /// Whether the panel takes its new height at once instead of growing to it.
+  void setMotionReduced(bool isReduced) { isMotionReduced_ = isReduced; }
 
   /// The user asks for an update. This function and the next four do nothing before `loadWidget`.
   void requestUpdate();
@@ -80,8 +83,12 @@ class PanelWindow final : public QWidget {
   /// To be called when the machine may have slept, or when its clock may have been set.
   void checkClock();
   void setMetered(bool isMetered);
+  /// The time between two updates.
+  void setRefresh(Seconds refresh);
   /// To be called after the favourites have changed.
   void favoritesDidChange();
+
+  void setTextSize(ui::TextSizeCategory category);
 
   /// The following functions need a loaded widget. The user expands or collapses it: at once, or as soon as
   /// it has more to show. The choice is saved.
@@ -132,13 +139,13 @@ class PanelWindow final : public QWidget {
   QString noteText() const;
   void showNews();
   FeedNews feedNews() const;
+  void announceNews();
   void fitHeader();
   void setHeaderTextSize(ui::TextSizeCategory category);
   void fitRows(bool animated);
   void applyRowsHeight(double height);
   void fitCard();
   void changeTextSize(int steps);
-  void setTextSize(ui::TextSizeCategory category);
 
   SharedWindowTexts texts_;
   PanelServices services_;
@@ -146,6 +153,7 @@ class PanelWindow final : public QWidget {
 
   PanelFrame frame_{*this};
   PanelHeader* header_ = nullptr;
+  QWidget* announcer_ = nullptr;
   QVariantAnimation* resizing_ = nullptr;
   /// Updates the ages in the header; runs only while there are any.
   QTimer* aging_ = nullptr;
@@ -158,6 +166,7 @@ class PanelWindow final : public QWidget {
   /// Whether the running update was started by the user.
   bool isUserWaiting_ = false;
   bool isMetered_ = false;
+  bool isMotionReduced_ = false;
   /// The signal connection to the window's screen.
   QMetaObject::Connection screenRoom_;
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "desktop/drawing/qt_canvas.h"
+#include "desktop/window/focus_ring.h"
 #include "desktop/window/row_accessibility.h"
 #include "desktop/window/window_colors.h"
 
@@ -23,9 +24,7 @@ namespace {
 constexpr double kWheelStep = 55;
 constexpr double kWheelUnitsANotch = 120;
 constexpr double kHoverStrength = 0.5;
-constexpr double kFocusWidth = 2;
-constexpr double kFocusInset = 3;
-constexpr double kFocusRadius = 8;
+constexpr double kFocusInset = 2;
 constexpr double kPositionWidth = 4;
 constexpr double kPositionInset = 3;
 constexpr double kShortestPosition = 24;
@@ -174,10 +173,8 @@ void RowSurface::paintFill(QPainter& painter, std::size_t row) const {
 void RowSurface::paintFocus(QPainter& painter) const {
   const auto row = currentRow();
   if (!row) return;
-  painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusWidth));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(QRectF(rectOf(*row)).adjusted(kFocusInset, kFocusInset, -kFocusInset, -kFocusInset),
-                          kFocusRadius, kFocusRadius);
+  const QRectF inside = QRectF(rectOf(*row)).adjusted(kFocusInset, kFocusInset, -kFocusInset, -kFocusInset);
+  paintFocusRing(painter, inside, cardPalette(palette()));
 }
 
 /// Draws a scroll indicator, unless all rows are visible.
@@ -191,7 +188,7 @@ void RowSurface::paintPosition(QPainter& painter) const {
   const double y = kPositionInset + (room - length) * table_->contentOffset() / (content - height());
   const double x = isRightToLeft() ? kPositionInset : width() - kPositionInset - kPositionWidth;
   painter.setPen(Qt::NoPen);
-  painter.setBrush(qtColor(ui::SemanticColor::separator, appearanceOf(palette())));
+  painter.setBrush(qtColor(ui::SemanticColor::systemGray, appearanceOf(palette())));
   painter.drawRoundedRect(QRectF(x, y, kPositionWidth, length), kPositionWidth / 2, kPositionWidth / 2);
 }
 

@@ -12,7 +12,10 @@ inline constexpr QPalette::ColorRole kOutlineRole = QPalette::Mid;
 inline constexpr QPalette::ColorRole kFaintRole = QPalette::PlaceholderText;
 inline constexpr QPalette::ColorRole kAlarmRole = QPalette::BrightText;
 
-/// Whether the palette is light or dark.
+/// The contrast ratio of two opaque colours, from 1 to 21, as WCAG 2 defines it.
+double contrastOf(const QColor& a, const QColor& b);
+
+/// Whether the palette is light or dark, and whether it is one for high contrast.
 ui::Appearance appearanceOf(const QPalette& palette);
 
 /// A palette for all windows, if the desktop has none of this appearance.

@@ -32,6 +32,11 @@ bool covers(const CatalogueFeed& network, const CatalogueFeed& place) {
          box.holds(centerOf(*place.box)) && areaOf(box) > areaOf(*place.box);
 }
 
+void addNames(const CatalogueFeed& feed, SearchedTexts& texts) {
+  texts.addName(feed.municipality);
+  texts.addName(feed.provider);
+}
+
 double largestArea(const std::vector<SharedCatalogueFeed>& timetables) {
   double area = 0;
   for (const SharedCatalogueFeed& feed : timetables)
@@ -74,7 +79,11 @@ CatalogueIndex::Entry CatalogueIndex::entryOf(const SharedCatalogueFeed& alerts,
   Entry entry{.hit = {.alerts = alerts, .timetables = links.timetablesOf(*alerts), .holds = {}}, .texts = {}};
   entry.area = largestArea(entry.hit.timetables);
   addTexts(*alerts, entry.texts);
-  for (const SharedCatalogueFeed& timetable : entry.hit.timetables) addTexts(*timetable, entry.texts);
+  addNames(*alerts, entry.texts);
+  for (const SharedCatalogueFeed& timetable : entry.hit.timetables) {
+    addTexts(*timetable, entry.texts);
+    if (alerts->municipality.empty()) entry.texts.addName(timetable->municipality);
+  }
   return entry;
 }
 
@@ -86,7 +95,9 @@ void CatalogueIndex::addEntries(const std::vector<SharedCatalogueFeed>& feeds, c
       const auto [entry, isNew] = entryOfFeed.emplace(alerts, entries_.size());
       if (isNew) entries_.push_back(entryOf(alerts, links));
       // The names of a replaced feed find the new one.
-      if (alerts != feed) addTexts(*feed, entries_[entry->second].texts);
+      if (alerts == feed) continue;
+      addTexts(*feed, entries_[entry->second].texts);
+      addNames(*feed, entries_[entry->second].texts);
     }
   }
 }
@@ -97,6 +108,7 @@ void CatalogueIndex::addPlaces(const std::vector<SharedCatalogueFeed>& feeds, co
     if (!isTimetable || feed->status == CatalogueFeed::Status::deprecated) continue;
     places_.push_back({feed, {}});
     addTexts(*feed, places_.back().texts);
+    addNames(*feed, places_.back().texts);
   }
 }
 

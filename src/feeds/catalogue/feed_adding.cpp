@@ -18,11 +18,6 @@ namespace {
 /// A timetable of a country over a slow connection.
 constexpr Seconds kLongestFetch{30.0 * 60};
 
-Error nameInUse(const std::string& name) {
-  return failure(FailureCode::alreadyExists, "feed " + name, "",
-                 "a feed of that name exists; remove it first");
-}
-
 bool hasCopies(const FeedProposal& proposal) {
   return std::ranges::any_of(proposal.timetableCopies, [](const auto& copy) { return !copy.empty(); });
 }
@@ -152,7 +147,7 @@ std::optional<Error> FeedAdding::Work::nameError() const {
   const auto known = environment_.feeds.list();
   if (!known) return known.error();
   const bool isKnown = std::ranges::find(*known, name, &StoredFeed::name) != known->end();
-  return isKnown ? std::optional(nameInUse(name)) : std::nullopt;
+  return isKnown ? std::optional(feedNameInUse(name)) : std::nullopt;
 }
 
 Outcome<SharedLineIndex> FeedAdding::Work::readLines(FeedFindings& findings) {
@@ -169,7 +164,7 @@ std::optional<Error> FeedAdding::Work::save(const StoredFeed& feed) {
   if (!beginSaving()) return failure(FailureCode::cancelled, "feed " + feed.name, "", "cancelled");
   const auto added = environment_.feeds.add(feed);
   if (!added) return added.error();
-  if (!*added) return nameInUse(feed.name);
+  if (!*added) return feedNameInUse(feed.name);
   cache_->writeHeldBack();
   return std::nullopt;
 }

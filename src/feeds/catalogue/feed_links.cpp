@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 namespace linewatch {
 
@@ -21,7 +22,11 @@ FeedLinks::FeedLinks(const std::vector<SharedCatalogueFeed>& feeds) {
 }
 
 SharedCatalogueFeed FeedLinks::find(const std::string& id) const {
-  const auto entry = feedsById_.find(id);
+  constexpr std::string_view kPrefix = "mdb-";
+  auto entry = feedsById_.find(id);
+  // References to imported feeds may have a prefix that the feeds' own ids lack, e.g. "mdb-tld-408".
+  if (entry == feedsById_.end() && id.starts_with(kPrefix))
+    entry = feedsById_.find(id.substr(kPrefix.size()));
   return entry == feedsById_.end() ? nullptr : entry->second;
 }
 

@@ -99,6 +99,11 @@ std::optional<Error> feedNameError(const std::string& name) {
   return failure(FailureCode::invalid, feed, "", "the program uses this name itself; choose another one");
 }
 
+Error feedNameInUse(const std::string& name) {
+  return failure(FailureCode::alreadyExists, "feed " + name, "",
+                 "a feed of that name exists; remove it first");
+}
+
 std::string freeFeedName(std::string_view wanted, std::span<const StoredFeed> known) {
   std::string name = withValidUtf8(std::string(wanted));
   std::ranges::replace(name, ':', ' ');

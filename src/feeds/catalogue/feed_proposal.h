@@ -26,6 +26,8 @@ struct FeedProposal {
 /// Why a feed cannot have that name; absent when it can. A name is one line of 1 to 100 bytes without a
 /// colon.
 std::optional<Error> feedNameError(const std::string& name);
+/// The error for a name that another feed has.
+Error feedNameInUse(const std::string& name);
 /// The name, or "NAME 2", "NAME 3" … when a feed has it. Makes a possible name of any text.
 std::string freeFeedName(std::string_view wanted, std::span<const StoredFeed> known);
 

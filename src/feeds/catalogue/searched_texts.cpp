@@ -5,14 +5,15 @@
 namespace linewatch {
 
 void SearchedTexts::add(const CatalogueFeed& feed, const std::string& countryWords) {
-  for (const std::string* const name : {&feed.municipality, &feed.provider}) {
-    names_.push_back(searchForm(*name));
-    wordsOfNames_.add(names_.back());
-  }
-  allWords_.add(names_[names_.size() - 2]);
-  allWords_.add(names_.back());
-  for (const std::string* const text : {&feed.name, &feed.subdivision}) allWords_.add(searchForm(*text));
+  for (const std::string* const text : {&feed.municipality, &feed.provider, &feed.name, &feed.subdivision})
+    allWords_.add(searchForm(*text));
   allWords_.add(countryWords);
+}
+
+void SearchedTexts::addName(const std::string& name) {
+  if (name.empty()) return;
+  names_.push_back(searchForm(name));
+  wordsOfNames_.add(names_.back());
 }
 
 CatalogueFit SearchedTexts::fit(const SearchQuery& query) const {

@@ -23,8 +23,10 @@ enum class CatalogueFit : std::uint8_t {
 /// The texts of one feed or of several.
 class SearchedTexts {
  public:
-  /// `countryWords`: the search form of the country's names.
+  /// Adds the texts of the feed. `countryWords`: the search form of the country's names.
   void add(const CatalogueFeed& feed, const std::string& countryWords);
+  /// Adds a municipality or provider by which the feed is known.
+  void addName(const std::string& name);
   /// Never `onMap`.
   CatalogueFit fit(const SearchQuery& query) const;
 
