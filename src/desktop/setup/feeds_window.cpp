@@ -33,7 +33,7 @@ FeedsWindow::FeedsWindow(SharedWindowTexts texts, SetupServices services, std::f
   auto* const add = new ActionButton(this->texts()("AddCity"), ActionButton::Emphasis::primary);
   connect(add, &QAbstractButton::clicked, this, std::move(addCity));
   auto* const top = new QHBoxLayout;
-  top->setContentsMargins(kFeedsMargin, kFeedsMargin, kFeedsMargin - 3, 0);
+  top->setContentsMargins(kFeedsMargin, kFeedsMargin, kFeedsMargin - kButtonRing, 0);
   top->addWidget(makeLabel(this->texts()("FeedsTitle"), font(kFeedsTitleSize, QFont::DemiBold)), 1);
   top->addWidget(add);
   note_->setContentsMargins(kFeedsMargin, 0, kFeedsMargin, 0);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/window/column_accessibility.h"
+#include "desktop/window/widget_role.h"
 
 namespace linewatch::desktop {
 
@@ -25,6 +26,7 @@ DetailsColumn::DetailsColumn(int margin) : margin_(margin) {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::StrongFocus);
   verticalScrollBar()->setSingleStep(kScrollStep);
+  setAccessibleRole(*this, QAccessible::Grouping);
   installColumnAccessibility();
   later_.setSingleShot(true);
   connect(&later_, &QTimer::timeout, this, [this] { layOut(); });
