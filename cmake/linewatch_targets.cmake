@@ -57,10 +57,13 @@ endfunction()
 # linewatch_embed_string_tables(target folder): compiles the folder's string tables into the target.
 function(linewatch_embed_string_tables target folder)
   file(GLOB tables CONFIGURE_DEPENDS ${folder}/*.json)
+  # The names are in the command, so that it runs again when a file is removed.
+  file(GLOB names RELATIVE ${folder} ${folder}/*.json)
+  list(JOIN names " " names)
   set(script ${PROJECT_SOURCE_DIR}/cmake/embed_string_tables.cmake)
   set(output ${CMAKE_CURRENT_BINARY_DIR}/${target}_string_tables.cpp)
   add_custom_command(OUTPUT ${output} DEPENDS ${tables} ${script}
-    COMMAND ${CMAKE_COMMAND} -DSTRINGS=${folder} -DOUTPUT=${output} -P ${script})
+    COMMAND ${CMAKE_COMMAND} -DSTRINGS=${folder} "-DNAMES=${names}" -DOUTPUT=${output} -P ${script})
   target_sources(${target} PRIVATE ${output})
 endfunction()
 

@@ -1,4 +1,5 @@
-// Parses any words, separated by NULs, as the program's arguments. What is refused is refused with one line.
+// Parses any words, separated by NULs, as the program's arguments. What is refused is refused with one line,
+// whatever the words hold.
 
 #include "app/command_line.h"
 
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "choices.h"
+#include "machine/terminal_line.h"
 #include "require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -22,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto parsed = app::parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
   if (const auto* const report = std::get_if<app::Report>(&parsed)) {
     require(report->status == (report->complaint.empty() ? 0 : 2));
-    if (!report->complaint.empty()) requireOneLine(report->complaint);
+    if (!report->complaint.empty()) requireOneLine(terminalLine(report->complaint));
   }
   return 0;
 }

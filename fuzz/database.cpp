@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "choices.h"
+#include "machine/terminal_line.h"
 #include "platform/log.h"
 #include "require.h"
 #include "storage/saved_state.h"
@@ -21,9 +22,10 @@ namespace {
 
 using namespace linewatch;
 
+/// The log is printed as terminal lines, because its messages may quote what is stored.
 class OneLineLog final : public Log {
  public:
-  void write(const LogMessage& message) override { requireOneLine(message.text(false)); }
+  void write(const LogMessage& message) override { requireOneLine(terminalLine(message.text(false))); }
   bool isEnabled(LogLevel) const override { return true; }
 };
 

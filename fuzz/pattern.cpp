@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,9 +15,18 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace linewatch;
-  static std::array localizations{IcuLocalization(*UserLocale::parse("en")),
-                                  IcuLocalization(*UserLocale::parse("de")),
-                                  IcuLocalization(*UserLocale::parse("ar"))};
+  // A localization keeps the formats of its texts. A program has only those of its tables, this has ever
+  // more.
+  constexpr int kRunsOfLocalizations = 10000;
+  using Localizations = std::array<IcuLocalization, 3>;
+  static std::unique_ptr<Localizations> kept;
+  static int runs = 0;
+  if (runs++ % kRunsOfLocalizations == 0) {
+    kept.reset(new Localizations{IcuLocalization(*UserLocale::parse("en")),
+                                 IcuLocalization(*UserLocale::parse("de")),
+                                 IcuLocalization(*UserLocale::parse("ar"))});
+  }
+  Localizations& localizations = *kept;
   Choices choices(data, size);
   IcuLocalization& localization = localizations[choices.byte() % localizations.size()];
   const std::string text(choices.text());

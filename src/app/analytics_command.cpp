@@ -6,6 +6,7 @@
 #include "app/commands.h"
 #include "app/local_time.h"
 #include "machine/terminal_line.h"
+#include "settings/user_settings.h"
 #include "shared/failure.h"
 #include "shared/outcome.h"
 #include "storage/stored_analytics.h"
@@ -117,7 +118,7 @@ Outcome<Records> recordsIn(StoredDatabase& state) {
   return Records{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
+Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool isOn, bool json) {
   const auto recorded = recordsIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
@@ -125,9 +126,8 @@ Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool json) {
   std::string text =
       textOf(*recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes);
   if (text.empty()) text = "Nothing has been recorded.\n";
-  text += saved.recordsAnalytics()
-              ? "Recording is on; records stay on this machine. Turn it off: linewatch analytics off\n"
-              : "Recording is off.\n";
+  text += isOn ? "Recording is on; records stay on this machine. Turn it off: linewatch analytics off\n"
+               : "Recording is off.\n";
   return Report::of(std::move(text));
 }
 
@@ -137,13 +137,17 @@ Report analytics(Session& session, const AnalyticsCommand& command) {
   using enum AnalyticsCommand::Action;
   SavedState* const saved = session.platform().saved();
   if (!saved) return refused(failure("analytics", "", "a run without saved state records nothing"));
-  if (command.action == list) return printAnalytics(*saved, session.platform().feeds(), command.json);
+  UserSettings& settings = session.platform().settings();
+  if (command.action == list) {
+    const bool isOn = settings.find(kAnalyticsSetting).text == "true";
+    return printAnalytics(*saved, session.platform().feeds(), isOn, command.json);
+  }
   if (command.action == clear) {
     const auto error = clearAnalytics(*saved->database());
     return error ? refused(*error) : Report::of("All records are deleted.\n");
   }
   const bool isOn = command.action == on;
-  if (const auto error = saved->setRecordsAnalytics(isOn)) return refused(*error);
+  if (const auto error = settings.set(kAnalyticsSetting, isOn ? "true" : "false")) return refused(*error);
   return Report::of(isOn ? "Recording is on; records stay on this machine.\n" : "Recording is off.\n");
 }
 

@@ -1,17 +1,15 @@
 #include "app/command_grammar.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <variant>
 
 #include "app/checked_options.h"
 #include "app/feed_options.h"
-#include "shared/failure.h"
-#include "shared/shell_words.h"
+#include "settings/setting_table.h"
 
 namespace linewatch::app {
 
@@ -26,16 +24,15 @@ std::string textSizeNames() {
   return names;
 }
 
-/// Parses a whole number of seconds ("90", "90s") or minutes ("2m"); absent for anything else, and out of
-/// range.
-std::optional<Seconds> refreshInterval(const std::string& text) {
-  const bool isMinutes = text.ends_with('m');
-  const char* const end = text.data() + text.size() - (isMinutes || text.ends_with('s') ? 1 : 0);
-  std::uint32_t count = 0;
-  const auto [stop, trouble] = std::from_chars(text.data(), end, count);
-  if (trouble != std::errc() || stop != end) return std::nullopt;
-  const Seconds interval{static_cast<double>(count) * (isMinutes ? 60 : 1)};
-  return interval >= Seconds(30) && interval <= Seconds(1800) ? std::optional(interval) : std::nullopt;
+/// The settings, for the help: a line for each, and its values.
+std::string settingsHelp() {
+  std::string text = "Settings:\n";
+  for (const Setting& setting : settingTable()) {
+    text += "  " + std::string(setting.key) + std::string(12 - setting.key.size(), ' ') +
+            std::string(setting.about) + "\n              " + std::string(setting.allowed) + "; usually " +
+            (setting.defaultText.empty() ? "empty" : std::string(setting.defaultText)) + "\n";
+  }
+  return text;
 }
 
 }  // namespace
@@ -47,6 +44,7 @@ CommandGrammar::CommandGrammar(CLI::App& app) {
   addLines(app);
   addFeed(app);
   addAnalytics(app);
+  addSettings(app);
   addOpen(app);
   addRender(app);
   addSimulate(app);
@@ -62,25 +60,39 @@ CLI::App* CommandGrammar::addAction(CLI::App& app, const std::string& name, cons
   });
 }
 
+/// Adds the option that replaces the setting of this name for the run.
+CLI::Option* CommandGrammar::addSettingOption(CLI::App& app, const std::string& key,
+                                              std::optional<std::string>& value, const std::string& about) {
+  const Setting& setting = *settingWithKey(key);
+  const auto check = [&setting, &value, key](const std::string& text) {
+    if (!setting.isAllowed(text)) throw CLI::ValidationError("--" + key, setting.refusal(text));
+    value = text;
+  };
+  return app.add_option_function<std::string>("--" + key, check, about);
+}
+
+/// Adds --json to a command whose actions of these names print a list.
+template <class T>
+void CommandGrammar::addJson(CLI::App& app, bool& json, const char* names,
+                             std::initializer_list<typename T::Action> printing) {
+  app.add_flag("--json", json, "Print them as a JSON object");
+  const std::vector<typename T::Action> actions(printing);
+  app.final_callback([this, &json, names, actions] {
+    auto* const chosen = std::get_if<T>(&command_);
+    if (!chosen || !json) return;
+    if (std::ranges::find(actions, chosen->action) == actions.end())
+      throw CLI::ValidationError("--json", std::string("only ") + names + " can print JSON");
+    chosen->json = true;
+  });
+}
+
 void CommandGrammar::addPanel(CLI::App& app) {
   CLI::App* const sub = app.add_subcommand("panel", "Show the panel; without a display, print the list");
-  sub->add_option_function<std::string>(
-         "--companion",
-         [this](const std::string& text) {
-           auto words = shellWords(text);
-           if (!words) throw CLI::ValidationError("--companion", sentenceOf(words.error()));
-           panel_.companion = std::move(*words);
-         },
-         "A command to run with the content of a tapped row, instead of a window")
+  addSettingOption(*sub, "companion", panel_.companion,
+                   "A command to run with the content of a tapped row, instead of a window")
       ->type_name("COMMAND")
       ->envname("LINEWATCH_COMPANION");
-  const auto takeRefresh = [this](const std::string& text) {
-    const auto interval = refreshInterval(text);
-    panel_.refresh = interval.value_or(panel_.refresh);
-    return interval.has_value();
-  };
-  addChecked(*sub, "--refresh", takeRefresh, "How often it asks for news, 30s to 30m; usually 2m",
-             "not a time from 30s to 30m, such as 90, 90s or 2m")
+  addSettingOption(*sub, "refresh", panel_.refresh, "How often it asks for news, 30s to 30m; usually 2m")
       ->type_name("TIME");
   sub->add_option(
          "--record", panel_.record,
@@ -88,6 +100,9 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
+  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
+      ->type_name("FILE|URL");
+  sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->callback([this] { command_ = panel_; });
 }
 
@@ -113,6 +128,7 @@ void CommandGrammar::addFavorites(CLI::App& app) {
   sub->require_subcommand(0, 1)->fallthrough();
   // A subcommand's callback runs after this one, and replaces this command.
   sub->preparse_callback([this](std::size_t) { command_ = favorites_; });
+  addJson<FavoritesCommand>(*sub, favorites_.json, "list", {list});
   addAction(*sub, "list", "List the favourites", favorites_, list);
   struct Row {
     const char *name, *about;
@@ -133,7 +149,24 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->add_option("QUERY", lines_.query,
                   "The beginnings of words, or any three letters or more; without it all lines are listed")
       ->type_name("");
+  sub->add_flag("--json", lines_.json, "Print them as a JSON object");
   sub->callback([this] { command_ = lines_; });
+}
+
+/// Adds the words to search for, and the catalogue.
+CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
+  const auto take = [this](const std::vector<std::string>& words) {
+    feed_.name.clear();
+    for (const std::string& word : words) feed_.name += (feed_.name.empty() ? "" : " ") + word;
+  };
+  app.add_option_function<std::vector<std::string>>(
+         "WORDS", take, "A city, agency, region or country; with --gtfs and --alerts the feed's name")
+      ->required()
+      ->type_name("");
+  app.add_option("--catalogue", feed_.catalogue,
+                 "The catalogue, a CSV file or URL; usually the public one of the Mobility Database")
+      ->type_name("PLACE");
+  return &app;
 }
 
 void CommandGrammar::addFeed(CLI::App& app) {
@@ -141,13 +174,22 @@ void CommandGrammar::addFeed(CLI::App& app) {
   CLI::App* const sub = app.add_subcommand("feed", "List, add, change or remove feeds");
   sub->require_subcommand(0, 1)->fallthrough();
   sub->preparse_callback([this](std::size_t) { command_ = feed_; });
+  addJson<FeedCommand>(*sub, feed_.json, "list and find", {list, find});
   addAction(*sub, "list", "List the feeds", feed_, list);
-  CLI::App* const adding = addAction(*sub, "add", "Add a feed", feed_, add);
-  adding->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
+  addFeedSearch(*addAction(*sub, "find", "Find a city's feed in the public catalogue", feed_, find));
+  CLI::App* const adding = sub->add_subcommand("add", "Add the feed of a city, or one at addresses of yours");
+  addFeedSearch(*adding)
+      ->add_option("--name", feed_.newName, "Its name, instead of one made from the agency's")
+      ->type_name("NAME");
   addLocationOptions(*adding, feed_.options,
                      {.gtfs = "Its timetable: a GTFS folder, zip or URL; may be repeated",
-                      .alerts = "Its service alerts: a file or URL; may be repeated",
-                      .areRequired = true});
+                      .alerts = "Its service alerts: a file or URL; may be repeated"});
+  adding->callback([this] {
+    if (feed_.options.gtfs.empty() != feed_.options.alerts.empty())
+      throw CLI::RequiredError(feed_.options.gtfs.empty() ? "--gtfs" : "--alerts");
+    feed_.action = add;
+    command_ = feed_;
+  });
   addKeyOptions(*adding, feed_.options);
   CLI::App* const changing = addAction(*sub, "key", "Change or ask for the key of a feed", feed_, key);
   changing->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
@@ -173,6 +215,19 @@ void CommandGrammar::addAnalytics(CLI::App& app) {
   addAction(*sub, "on", "Turn recording on, as it is at first", analytics_, on);
   addAction(*sub, "off", "Turn recording off", analytics_, off);
   addAction(*sub, "clear", "Delete all records", analytics_, clear);
+}
+
+void CommandGrammar::addSettings(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("settings", "Print the settings, or change one");
+  CLI::Option* const key =
+      sub->add_option("KEY", settings_.key, "The setting; without it all are listed")->type_name("");
+  sub->add_option("VALUE", settings_.value, "Its new value; without it the present one is printed")
+      ->type_name("");
+  sub->add_flag("--unset", settings_.unsets, "Remove the setting from the file, so that the default holds")
+      ->needs(key);
+  sub->add_flag("--json", settings_.json, "Print them as a JSON object");
+  sub->footer(settingsHelp() + "\n" + sub->get_footer());
+  sub->callback([this] { command_ = settings_; });
 }
 
 void CommandGrammar::addOpen(CLI::App& app) {

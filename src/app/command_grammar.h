@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+#include <optional>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -20,13 +22,20 @@ class CommandGrammar {
   template <class T>
   CLI::App* addAction(CLI::App& app, const std::string& name, const std::string& about, T& fields,
                       typename T::Action action);
+  template <class T>
+  void addJson(CLI::App& app, bool& json, const char* names,
+               std::initializer_list<typename T::Action> printing);
+  CLI::Option* addSettingOption(CLI::App& app, const std::string& key, std::optional<std::string>& value,
+                                const std::string& about);
   void addPanel(CLI::App& app);
   void addShow(CLI::App& app);
   void addFavorites(CLI::App& app);
   void addLineChoice(CLI::App& adding);
   void addLines(CLI::App& app);
+  CLI::App* addFeedSearch(CLI::App& app);
   void addFeed(CLI::App& app);
   void addAnalytics(CLI::App& app);
+  void addSettings(CLI::App& app);
   void addOpen(CLI::App& app);
   void addRender(CLI::App& app);
   void addSimulate(CLI::App& app);
@@ -38,6 +47,7 @@ class CommandGrammar {
   LinesCommand lines_;
   FeedCommand feed_;
   AnalyticsCommand analytics_;
+  SettingsCommand settings_;
   OpenCommand open_;
   RenderCommand render_;
   SimulateCommand simulate_;

@@ -14,6 +14,7 @@
 #include "app/command_grammar.h"
 #include "app/common_options.h"
 #include "feeds/http/redacted.h"
+#include "shared/nearest_name.h"
 
 namespace linewatch::app {
 
@@ -61,6 +62,41 @@ std::vector<std::string> possibleKeys(const CLI::App& app, int argc, const char*
   return keys;
 }
 
+/// The command that was used last: "list" of "linewatch feed list"; the program itself without one.
+const CLI::App& usedCommand(const CLI::App& app) {
+  const CLI::App* used = &app;
+  for (auto next = app.get_subcommands(); !next.empty(); next = used->get_subcommands()) used = next.front();
+  return *used;
+}
+
+/// The names of the options that a command takes, with those of the commands above it.
+std::vector<std::string> optionNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command = &usedCommand(app); command != nullptr; command = command->get_parent()) {
+    for (const CLI::Option* option : command->get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+  }
+  return names;
+}
+
+std::vector<std::string> commandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : usedCommand(app).get_subcommands([](const CLI::App*) { return true; }))
+    names.push_back(command->get_name());
+  return names;
+}
+
+/// "; did you mean show?" for the first word that no command or option takes; empty if none is near.
+std::string suggestion(const CLI::App& app) {
+  const std::vector<std::string> remaining = app.remaining(true);
+  if (remaining.empty()) return {};
+  const std::string word = remaining.front().substr(0, remaining.front().find('='));
+  const auto names = word.starts_with("--") ? optionNames(app) : commandNames(app);
+  const auto nearest = nearestName(word, std::vector<std::string_view>(names.begin(), names.end()));
+  return nearest ? "; did you mean " + std::string(*nearest) + "?" : "";
+}
+
 Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& secrets) {
   if (error.get_exit_code() == 0) {
     std::ostringstream out;
@@ -70,12 +106,18 @@ Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::ve
   std::string command = "linewatch";
   for (auto used = app.get_subcommands(); !used.empty(); used = used.front()->get_subcommands())
     command += " " + used.front()->get_name();
+  const bool isUnknownWord = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   return {.output = {},
-          .complaint = redacted(error.what(), secrets) + " (" + command + " --help says more)",
+          .complaint = redacted(error.what(), secrets) + (isUnknownWord ? suggestion(app) : "") + " (" +
+                       command + " --help says more)",
           .status = 2};
 }
 
 }  // namespace
+
+bool isWithoutSavedState(const CommonOptions& options) {
+  return !options.feed.gtfs.empty() || !options.feed.alerts.empty() || !options.favorites.empty();
+}
 
 std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* argv) {
   CLI::App app(kAbout, "linewatch");

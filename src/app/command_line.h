@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -13,6 +13,10 @@
 #include "shared/value.h"
 #include "storage/stored_feeds.h"
 #include "ui/text_style.h"
+
+namespace linewatch {
+class UserSettings;
+}
 
 namespace linewatch::app {
 
@@ -49,7 +53,12 @@ struct CommonOptions {
   bool verbose = false;
   /// Preferences of this run; they replace the saved ones.
   Dictionary preferences;
+  /// The settings in force, which the program sets before it runs the command; null until then.
+  std::shared_ptr<UserSettings> settings = {};
 };
+
+/// Whether feed and favourites are on the command line. Such a run reads and saves nothing of the user's.
+bool isWithoutSavedState(const CommonOptions& options);
 
 struct ShowCommand {
   bool expanded = false;
@@ -61,7 +70,9 @@ struct ShowCommand {
 struct FavoritesCommand {
   enum class Action { list, add, remove };
   Action action = Action::list;
-  std::vector<std::string> lines;
+  /// For `list`: print a JSON object.
+  bool json = false;
+  std::vector<std::string> lines = {};
   /// For `add`: "all", "none" or stop ids with commas between them; "0", "1" or "both". Absent if the choice
   /// stays.
   std::optional<std::string> stops = {}, direction = {};
@@ -70,13 +81,21 @@ struct FavoritesCommand {
 struct LinesCommand {
   /// Words to search for; empty: all lines.
   std::vector<std::string> query;
+  bool json = false;
 };
 
 struct FeedCommand {
-  enum class Action { list, add, key, remove };
+  enum class Action { list, find, add, key, remove };
   Action action = Action::list;
+  /// The feed's name; for `find`, and for `add` without locations, the words to search for.
   std::string name;
   FeedOptions options;
+  /// For `add` by a search: the feed's name; empty: one made from the agency's.
+  std::string newName = {};
+  /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
+  std::string catalogue = {};
+  /// For `list` and `find`: print a JSON object.
+  bool json = false;
   /// For `key`: remove the feed's keys.
   bool removesKeys = false;
 };
@@ -85,6 +104,17 @@ struct FeedCommand {
 struct AnalyticsCommand {
   enum class Action { list, on, off, clear };
   Action action = Action::list;
+  bool json = false;
+};
+
+/// Prints the settings or one of them, or changes one.
+struct SettingsCommand {
+  /// Empty: all settings.
+  std::string key;
+  /// The new value; absent: print the present one.
+  std::optional<std::string> value = {};
+  /// Remove the value from the file.
+  bool unsets = false;
   bool json = false;
 };
 
@@ -121,18 +151,21 @@ struct RenderCommand {
 
 /// Shows the panel.
 struct PanelCommand {
-  /// The words of the user's companion command; empty for the program's own windows.
-  std::vector<std::string> companion;
-  /// The time between two updates.
-  Seconds refresh{120};
+  /// The texts of the settings of these names; absent: the user's settings.
+  std::optional<std::string> companion = {};
+  std::optional<std::string> refresh = {};
   /// The file for a scenario of what happened; empty: none.
   std::string record;
   /// Scenarios have stand-ins for names and texts.
   bool isAnonymous = false;
+  /// Show the made-up city until there is a feed, also at the first start.
+  bool showsExample = false;
+  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
+  std::string catalogue = {};
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,
-                             AnalyticsCommand, OpenCommand, SimulateCommand, RenderCommand>;
+                             AnalyticsCommand, SettingsCommand, OpenCommand, SimulateCommand, RenderCommand>;
 
 struct CommandLine {
   CommonOptions common;

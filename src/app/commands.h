@@ -4,6 +4,7 @@
 
 #include "app/command_line.h"
 #include "app/report.h"
+#include "app/rider_texts.h"
 #include "app/session.h"
 #include "app/terminal_text.h"
 #include "feeds/feed_state.h"
@@ -14,15 +15,16 @@ namespace linewatch::app {
 /// One line for the state of each feed that was read, and one with the names of unknown lines. Empty if no
 /// feed was read.
 std::string dataNote(Session& session, const TerminalStyle& style);
-/// The sentence of the state's error, without the name of the feed; empty without an error.
-std::string reasonOf(const FeedState& state);
+/// The state's error in words, without the name of the feed; empty without an error.
+std::string reasonOf(const FeedState& state, const RiderTexts& texts);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
-Report feed(Session& session, const FeedCommand& command);
+Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style);
 Report analytics(Session& session, const AnalyticsCommand& command);
+Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session, because a scenario makes its own platform.
 Report simulate(const SimulateCommand& command, const TerminalStyle& style);

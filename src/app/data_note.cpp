@@ -3,8 +3,7 @@
 #include <vector>
 
 #include "app/commands.h"
-#include "app/local_time.h"
-#include "machine/terminal_line.h"
+#include "app/rider_texts.h"
 #include "platform/localization.h"
 #include "shared/failure.h"
 
@@ -12,35 +11,39 @@ namespace linewatch::app {
 
 namespace {
 
-std::string alertsAge(const FeedState& state, Date now) {
-  if (!state.written) {
-    const auto age = ageOf(state, now);
-    return age ? "received " + durationInWords(*age) + " ago; the feed states no time" : "of unknown age";
-  }
-  return "of " + localTime(*state.written) + " (" + durationInWords(now - *state.written) + " old)";
+using Phrase = RiderTexts::Phrase;
+
+/// When the alerts were written, or else received.
+std::string alertsAge(const RiderTexts& texts, const FeedState& state, Date now) {
+  if (state.written)
+    return texts("Alerts", {texts.dateAndTime(*state.written, now), texts.ago(now - *state.written)});
+  const auto age = ageOf(state, now);
+  return age ? texts("AlertsReceived", {texts.ago(*age)}) : texts("AlertsOfUnknownAge");
 }
 
-/// The state of a feed without its name, e.g. "no alerts for 20 minutes: alerts: connection refused".
-std::string stateNote(const FeedState& state, Date now) {
+/// The state of a feed without its name, e.g. "No alerts so far: connection refused".
+std::string stateNote(const RiderTexts& texts, const FeedState& state, Date now) {
   using Kind = FeedState::Kind;
-  const std::string duration = state.since ? durationInWords(now - *state.since) : "";
+  const std::string since = state.since ? texts.ago(now - *state.since) : "";
+  const Phrase alerts{alertsAge(texts, state, now)};
   switch (state.kind) {
     case Kind::fresh:
-      return "Alerts " + alertsAge(state, now);
+      return alerts.text;
     case Kind::stale:
-      return "Alerts " + alertsAge(state, now) + "; the feed has not been renewed since";
+      return texts("NotRenewed", {alerts});
     case Kind::kept:
-      return "Alerts " + (hasOldHeader(state, now) ? alertsAge(state, now) + ", " : "") + "received " +
-             duration + " ago, because the last update failed: " + reasonOf(state);
+      return hasOldHeader(state, now) ? texts("KeptOld", {alerts, since, reasonOf(state, texts)})
+                                      : texts("Kept", {since, reasonOf(state, texts)});
     case Kind::unreachable:
-      return (duration.empty() ? "No alerts so far: " : "No alerts for " + duration + ": ") + reasonOf(state);
+      return since.empty() ? texts("NoAlertsYet", {reasonOf(state, texts)})
+                           : texts("NoAlertsSince", {since, reasonOf(state, texts)});
     case Kind::outdated:
-      return "Alerts " + alertsAge(state, now) + ", too old to be shown";
+      return texts("TooOld", {alerts});
     case Kind::notMatching:
     case Kind::incomplete:
       break;
   }
-  return "Alerts not shown: " + reasonOf(state);
+  return texts("AlertsNotShown", {reasonOf(state, texts)});
 }
 
 std::string unknownLines(Session& session) {
@@ -52,30 +55,30 @@ std::string unknownLines(Session& session) {
 
 }  // namespace
 
-std::string reasonOf(const FeedState& state) {
+std::string reasonOf(const FeedState& state, const RiderTexts& texts) {
   if (!state.error) return {};
-  std::string sentence = sentenceOf(*state.error);
+  const std::string sentence = sentenceOf(*state.error);
   const std::string name = "feed " + state.feed + ": ";
-  return sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+  const std::string reason = sentence.starts_with(name) ? sentence.substr(name.size()) : sentence;
+  return texts.failure(failureCodeOf(*state.error), reason);
 }
 
 std::string dataNote(Session& session, const TerminalStyle& style) {
-  const auto line = [&style](const std::string& text) {
-    return terminalFaint(terminalLine(text), style) + "\n";
-  };
+  const RiderTexts& texts = session.texts();
+  const auto line = [&style](const std::string& text) { return terminalFaint(text, style) + "\n"; };
   const Date now = session.platform().mainLoop().now();
   const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
   std::string note;
   if (session.platform().showsSampleCity()) {
-    note = line("This is a made-up city. Yours: linewatch feed add NAME --gtfs G --alerts A");
+    note = line(texts("SampleCity", {"linewatch feed add NAME --gtfs G --alerts A"}));
   } else {
     for (const FeedState& state : session.platform().feeds().states()) {
-      const std::string name = isOnlyFeed ? "" : state.feed + ": ";
-      note += line(name + stateNote(state, now));
+      const std::string text = stateNote(texts, state, now);
+      note += line(isOnlyFeed ? text : texts("OfFeed", {state.feed, Phrase{text}}));
     }
   }
   const std::string unknown = unknownLines(session);
-  return unknown.empty() ? note : note + line("Unknown lines: " + unknown);
+  return unknown.empty() ? note : note + line(texts("UnknownLines", {unknown}));
 }
 
 }  // namespace linewatch::app

@@ -4,9 +4,13 @@
 #include "app/commands.h"
 #include "app/favorite_lines.h"
 #include "app/line_table.h"
+#include "app/list_documents.h"
+#include "app/rider_texts.h"
+#include "app/text_table.h"
 #include "feeds/gtfs/line_lookup.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
@@ -38,36 +42,32 @@ std::string inWords(const LineChoice& choice) {
   if (choice.stops != LineChoice::Stops::all) {
     std::string ids;
     for (const std::string& id : choice.stopIds) ids.append(ids.empty() ? "" : ",").append(id);
-    words += "  --stops " + (choice.stops == LineChoice::Stops::none ? "none" : terminalLine(ids));
+    words += "--stops " + (choice.stops == LineChoice::Stops::none ? "none" : terminalLine(ids));
   }
-  if (choice.direction) words += "  --direction " + std::to_string(*choice.direction);
+  if (choice.direction)
+    words += (words.empty() ? "" : "  ") + ("--direction " + std::to_string(*choice.direction));
   return words;
 }
 
-/// Appends each favourite's choice to its row in the table.
-std::string withChoices(const std::string& table, const std::vector<LineChoice>& choices) {
-  std::istringstream rows(table);
-  std::string text;
-  std::size_t place = 0;
-  for (std::string row; std::getline(rows, row); ++place) text += row + inWords(choices[place]) + "\n";
-  return text;
-}
-
-Report list(Session& session, const TerminalStyle& style) {
+Report list(Session& session, bool isJson, const TerminalStyle& style) {
   const auto favorites = favoriteLines(session);
   if (!favorites) return refused(favorites.error());
-  if (favorites->empty()) return Report::of("No favourites yet. Add one: linewatch favorites add LINE\n");
+  if (isJson) return Report::of(jsonText(favoritesDocument(*favorites)) + "\n");
+  const RiderTexts& texts = session.texts();
+  if (favorites->empty()) return Report::of(texts("NoFavorites", {"linewatch favorites add LINE"}) + "\n");
   std::vector<FoundLine> known;
-  std::vector<LineChoice> choices;
-  std::string unknown;
+  std::vector<std::string> choices;
+  std::vector<std::vector<TableCell>> unknown;
   for (const auto& [favorite, line] : *favorites) {
-    if (line) known.push_back(*line);
-    if (line) choices.push_back(favorite.choice);
-    if (!line)
-      unknown += "unknown line  " + terminalLine(favorite.feed + ":" + favorite.subject) +
-                 inWords(favorite.choice) + "\n";
+    if (line) {
+      known.push_back(*line);
+      choices.push_back(inWords(favorite.choice));
+    } else {
+      unknown.push_back({{.text = texts("UnknownLine", {favorite.feed + ":" + favorite.subject})},
+                         {.text = inWords(favorite.choice)}});
+    }
   }
-  return Report::of(withChoices(lineTable(known, style), choices) + unknown);
+  return Report::of(lineTable(known, style, choices) + textTable(unknown, style));
 }
 
 std::vector<std::string> idsIn(const std::string& list) {
@@ -146,8 +146,8 @@ Report add(Session& session, const FavoritesCommand& command) {
   for (std::size_t i = 0; i < found->size(); ++i) {
     const bool wasThere =
         std::ranges::any_of(*before, [&](const StoredFavorite& other) { return other.isSameAs(chosen[i]); });
-    const char* const done = !(*added)[i] ? "Already a favourite: " : wasThere ? "Changed " : "Added ";
-    report.output += done + terminalLine((*found)[i].name()) + "\n";
+    const char* const done = !(*added)[i] ? "AlreadyFavorite" : wasThere ? "Changed" : "Added";
+    report.output += session.texts()(done, {(*found)[i].name()}) + "\n";
   }
   return report;
 }
@@ -172,7 +172,7 @@ Report remove(Session& session, const std::vector<std::string>& names) {
   if (!removed) return refused(removed.error());
   Report report;
   for (std::size_t i = 0; i < chosen.size(); ++i) {
-    report.output += ((*removed)[i] ? "Removed " : "Not a favourite: ") + terminalLine(chosenNames[i]) + "\n";
+    report.output += session.texts()((*removed)[i] ? "Removed" : "NotFavorite", {chosenNames[i]}) + "\n";
   }
   return report;
 }
@@ -188,7 +188,7 @@ Report favorites(Session& session, const FavoritesCommand& command, const Termin
     case FavoritesCommand::Action::list:
       break;
   }
-  return list(session, style);
+  return list(session, command.json, style);
 }
 
 }  // namespace linewatch::app

@@ -1,171 +1,144 @@
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
+#include <iterator>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/commands.h"
+#include "app/feed_catalogue.h"
 #include "app/feed_sources.h"
-#include "app/local_time.h"
-#include "feeds/alerts/alert_period.h"
-#include "feeds/alerts/distinct_incidents.h"
+#include "app/feed_texts.h"
+#include "app/list_documents.h"
+#include "app/rider_texts.h"
+#include "app/terminal_text.h"
+#include "app/terminal_width.h"
+#include "app/text_table.h"
+#include "feeds/catalogue/feed_findings.h"
 #include "feeds/http/redacted.h"
-#include "feeds/text/utf8.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "shared/nearest_name.h"
 #include "shared/shell_words.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
 namespace {
 
-/// Bytes.
-constexpr std::size_t kLongestName = 100;
+using Phrase = RiderTexts::Phrase;
 
-/// The location as an absolute path or URL, because the feed is later read from other working directories.
-std::string absoluteLocation(const std::string& location) {
-  if (location.find("://") != std::string::npos) return location;
-  std::error_code error;
-  const auto path = std::filesystem::absolute(location, error);
-  return error ? location : path.lexically_normal().string();
-}
-
-std::optional<Error> nameError(const std::string& name) {
-  const std::string feed = "feed \"" + name.substr(0, kLongestName) + "\"";
-  const bool isPlain = terminalLine(name) == name && isValidUtf8(name);
-  if (name.empty() || name.size() > kLongestName || !isPlain || name.find(':') != std::string::npos)
-    return failure(feed, "", "a name is one line of text without a colon, of 1 to 100 bytes");
-  if (name == kSampleFeedName || name == kGivenFeedName)
-    return failure(feed, "", "the program uses this name itself; choose another one");
-  return std::nullopt;
-}
-
-std::string counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
-/// A feed's state in one line.
-std::string stateInWords(const FeedState& state, Date now) {
-  using Kind = FeedState::Kind;
-  const std::string age = state.since ? durationInWords(now - *state.since) : "";
-  switch (state.kind) {
-    case Kind::fresh:
-      return "fresh";
-    case Kind::stale:
-      return "stale, as its alerts are " + age + " old";
-    case Kind::kept:
-      return "the alerts received " + age + " ago" +
-             (hasOldHeader(state, now) ? ", " + durationInWords(now - *state.written) + " old," : "") +
-             " serve for now: " + terminalLine(reasonOf(state));
-    case Kind::unreachable:
-      if (!age.empty())
-        return "its lines are unknown since its last alerts, " + age +
-               " ago: " + terminalLine(reasonOf(state));
-      break;
-    case Kind::outdated:
-    case Kind::notMatching:
-    case Kind::incomplete:
-      break;
-  }
-  return "its lines are unknown: " + terminalLine(reasonOf(state));
+Phrase counted(const RiderTexts& texts, const SharedLineIndex& lines) {
+  return {texts("Lines", {lines->routes().size()})};
 }
 
 /// How the key is sent and where it comes from, without the key.
-std::string keysInWords(const FeedKeys& keys) {
-  std::string words;
-  for (const FeedKeys::Field& field : keys.headers)
-    words += (words.empty() ? "header " : ", header ") + field.name;
-  for (const FeedKeys::Field& field : keys.query)
-    words += (words.empty() ? "parameter " : ", parameter ") + field.name;
+std::string keysInWords(const RiderTexts& texts, const FeedKeys& keys) {
+  std::vector<std::string> words;
+  for (const FeedKeys::Field& field : keys.headers) words.push_back(texts("KeyHeader", {field.name}));
+  for (const FeedKeys::Field& field : keys.query) words.push_back(texts("KeyParameter", {field.name}));
   const auto command = shellWords(keys.command);
-  if (command && !command->empty()) words += ", printed by " + command->front();
-  return words;
+  if (command && !command->empty()) words.push_back(texts("KeyCommand", {command->front()}));
+  return texts.list(words);
 }
 
-std::string sourceInWords(const char* document, const FeedSource& source) {
-  std::string words;
-  for (const std::string& location : source.locations)
-    words += document + terminalLine(redacted(location)) + "\n";
-  if (source.keys.isEmpty()) return words;
-  return words + "    key      " + terminalLine(keysInWords(source.keys)) + "\n";
-}
-
-Report listFeeds(const SavedState& saved, TransitFeeds& shown, Date now) {
-  const auto feeds = saved.feeds().list();
-  if (!feeds) return refused(feeds.error());
-  if (feeds->empty()) {
-    if (const auto lost = shown.follow()) return refused(*lost);
-    return Report::of(
-        "No feeds yet, so the sample city is shown. Add one: linewatch feed add NAME --gtfs G --alerts A\n");
+/// Lines below a feed: the name of a document, then its locations and key.
+class SourceLines {
+ public:
+  SourceLines(const RiderTexts& texts, const TerminalStyle& style) : texts_(texts), style_(style) {
+    for (const char* name : {"Timetable", "AlertsDocument"})
+      column_ = std::max(column_, terminalWidth(indented(kIndent, name)));
+    column_ = std::max(column_, terminalWidth(indented(kKeyIndent, "Key")));
   }
+
+  std::string of(const char* document, const FeedSource& source) const {
+    std::string lines;
+    for (const std::string& location : source.locations)
+      lines += line(indented(kIndent, document), terminalLine(redacted(location)));
+    if (source.keys.isEmpty()) return lines;
+    return lines + line(indented(kKeyIndent, "Key"), keysInWords(texts_, source.keys));
+  }
+
+ private:
+  static constexpr std::size_t kIndent = 2, kKeyIndent = 4;
+
+  std::string indented(std::size_t indent, const char* name) const {
+    return std::string(indent, ' ') + texts_(name);
+  }
+  std::string line(const std::string& label, const std::string& text) const {
+    return textTable({{{.text = label + std::string(column_ - terminalWidth(label), ' ')}, {.text = text}}},
+                     style_);
+  }
+
+  const RiderTexts& texts_;
+  const TerminalStyle& style_;
+  std::size_t column_ = 0;
+};
+
+Outcome<std::vector<ListedFeed>> listedFeeds(const std::vector<StoredFeed>& feeds, TransitFeeds& shown,
+                                             Date now) {
   const auto states = shown.check(now);
-  if (!states) return refused(states.error());
-  Report report;
-  for (const StoredFeed& feed : *feeds) {
+  if (!states) return states.error();
+  std::vector<ListedFeed> listed;
+  for (const StoredFeed& feed : feeds) {
     const auto state = std::ranges::find(*states, feed.name, &FeedState::feed);
     const auto lines = shown.linesOf(feed.name);
-    report.output += feed.name + ": " + (lines ? counted((*lines)->routes().size(), "line") + "; " : "") +
-                     (state == states->end() ? "not read" : stateInWords(*state, now)) + "\n" +
-                     sourceInWords("  timetable  ", feed.gtfs) + sourceInWords("  alerts     ", feed.alerts);
+    listed.push_back({.feed = feed,
+                      .state = state == states->end() ? std::nullopt : std::optional(*state),
+                      .lines = lines ? *lines : nullptr});
   }
-  return report;
+  return listed;
 }
 
-Report refusedNameInUse(const std::string& name) {
-  return refused(failure("feed " + name, "", "a feed of that name exists; remove it first"));
+std::string feedsText(const RiderTexts& texts, const std::vector<ListedFeed>& feeds, Date now,
+                      const TerminalStyle& style) {
+  const SourceLines sources(texts, style);
+  std::string text;
+  for (const auto& [feed, state, lines] : feeds) {
+    const Phrase words{state ? stateInWords(texts, *state, now) : texts("StateNotRead")};
+    text += paragraph(lines ? texts("FeedLines", {feed.name, counted(texts, lines), words})
+                            : texts("OfFeed", {feed.name, words}),
+                      2, style) +
+            sources.of("Timetable", feed.gtfs) + sources.of("AlertsDocument", feed.alerts);
+  }
+  return text;
 }
 
-Report refusedUnknownName(const std::string& name) {
-  return refused(failure("feed \"" + name + "\"", "", "there is no feed of that name"));
+Report listFeeds(Session& session, const SavedState& saved, bool isJson, const TerminalStyle& style) {
+  const auto feeds = saved.feeds().list();
+  if (!feeds) return refused(feeds.error());
+  TransitFeeds& shown = session.platform().feeds();
+  const Date now = session.platform().mainLoop().now();
+  if (feeds->empty()) {
+    if (const auto lost = shown.follow()) return refused(*lost);
+    if (isJson) return Report::of(jsonText(feedsDocument({}, now)) + "\n");
+    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add NAME --gtfs G --alerts A"});
+    return Report::of(paragraph(hint, 0, style));
+  }
+  const auto listed = listedFeeds(*feeds, shown, now);
+  if (!listed) return refused(listed.error());
+  return Report::of(isJson ? jsonText(feedsDocument(*listed, now)) + "\n"
+                           : feedsText(session.texts(), *listed, now, style));
 }
 
-/// The number of different alerts in force at that time.
-std::size_t shownAlertCount(const AlertsMessage& message, Date now) {
-  const auto incidents = distinctIncidents(message);
-  const auto count = std::ranges::count_if(incidents, [&](const DistinctIncident& incident) {
-    const ShownPeriod period = periodToShow(message.periods(message.entities()[incident.entity]), now);
-    return (!period.start || *period.start <= now) && (!period.end || now < *period.end);
-  });
-  return static_cast<std::size_t>(count);
-}
-
-std::string findings(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
-                     Date now) {
-  return counted(lines->routes().size(), "line") + ", " +
-         counted(shownAlertCount(*alerts.message, now), "alert") +
-         " now\nIts state: " + stateInWords(stateOfFeed(feed, lines, alerts, now), now) + "\n";
-}
-
-Report addFeed(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
-  if (const auto fault = nameError(command.name)) return refused(*fault);
+Report refusedUnknownName(const SavedState& saved, const std::string& name) {
+  std::vector<std::string_view> names;
   const auto known = saved.feeds().list();
-  if (!known) return refused(known.error());
-  if (std::ranges::find(*known, command.name, &StoredFeed::name) != known->end())
-    return refusedNameInUse(command.name);
-  auto feed = feedFrom(command.options, command.name);
-  if (!feed) return refused(feed.error());
-  for (FeedSource* source : {&feed->gtfs, &feed->alerts})
-    std::ranges::transform(source->locations, source->locations.begin(), absoluteLocation);
-  // A feed that cannot be read is not added. The user can correct the mistake and try again.
-  saved.feedCache()->holdBack();
-  saved.feedCache()->remove(feed->name);
-  const auto lines = documents.lineIndexOf(*feed);
-  if (!lines) return refused(lines.error());
-  const auto alerts = documents.alertsOf(*feed, {});
-  if (alerts.failure) return refused(*alerts.failure);
-  const auto added = saved.feeds().add(*feed);
-  if (!added) return refused(added.error());
-  if (!*added) return refusedNameInUse(feed->name);
-  saved.feedCache()->writeHeldBack();
-  return Report::of("Added " + feed->name + ": " + findings(*feed, *lines, alerts, documents.now()));
+  if (known) std::ranges::transform(*known, std::back_inserter(names), &StoredFeed::name);
+  const auto nearest = nearestName(name, names);
+  return refused(failure(
+      FailureCode::notFound, "feed \"" + name + "\"", "",
+      "there is no feed of that name" + (nearest ? "; did you mean " + std::string(*nearest) + "?" : "")));
 }
 
 /// Saves the keys even if the feed cannot be read with them, and prints the error.
-Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedCommand& command) {
+Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const SavedState& saved,
+                  const FeedCommand& command) {
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
   const auto before = std::ranges::find(*known, command.name, &StoredFeed::name);
-  if (before == known->end()) return refusedUnknownName(command.name);
+  if (before == known->end()) return refusedUnknownName(saved, command.name);
   StoredFeed feed = *before;
   if (command.removesKeys) {
     feed.gtfs.keys = {};
@@ -177,9 +150,8 @@ Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedC
   }
   const auto changed = saved.feeds().change(feed);
   if (!changed) return refused(changed.error());
-  if (!*changed) return refusedUnknownName(feed.name);
-  const std::string done =
-      (command.removesKeys ? "Removed the keys of " : "Changed the keys of ") + feed.name;
+  if (!*changed) return refusedUnknownName(saved, feed.name);
+  const std::string done = texts(command.removesKeys ? "KeysRemoved" : "KeysChanged", {feed.name});
   // Cached documents came with the old keys, so the new ones are tried now, and again at the next look-up if
   // the server refuses them.
   saved.feedCache()->expire(feed.name);
@@ -189,33 +161,36 @@ Report changeKeys(FeedDocuments& documents, const SavedState& saved, const FeedC
   saved.feedCache()->writeHeldBack();
   const std::optional<Error> error = lines ? alerts.failure : lines.error();
   if (error) return {.output = done + "\n", .complaint = sentenceOf(*error), .status = 1};
-  return Report::of(done + ": " + findings(feed, *lines, alerts, documents.now()));
+  return Report::of(
+      findingsText(texts, done, findingsIn(feed, *lines, alerts, documents.now()), documents.now()));
 }
 
-Report removeFeed(const SavedState& saved, const std::string& name) {
+Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
-  if (!*removed) return refusedUnknownName(name);
+  if (!*removed) return refusedUnknownName(saved, name);
   saved.feedCache()->remove(name);
-  return Report::of("Removed " + name + "; its favourites are kept in case it comes back\n");
+  return Report::of(texts("FeedRemoved", {name}) + "\n");
 }
 
 }  // namespace
 
-Report feed(Session& session, const FeedCommand& command) {
+Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style) {
+  if (command.action == FeedCommand::Action::find) return findFeeds(session, command, style);
   const SavedState* const saved = session.platform().saved();
   if (!saved) return refused(failure("feed", "", "a run without saved state has no feeds to list or change"));
   switch (command.action) {
     case FeedCommand::Action::add:
-      return addFeed(session.platform().documents(), *saved, command);
+      return addFeed(session, command);
     case FeedCommand::Action::key:
-      return changeKeys(session.platform().documents(), *saved, command);
+      return changeKeys(session.texts(), session.platform().documents(), *saved, command);
     case FeedCommand::Action::remove:
-      return removeFeed(*saved, command.name);
+      return removeFeed(session.texts(), *saved, command.name);
+    case FeedCommand::Action::find:
     case FeedCommand::Action::list:
       break;
   }
-  return listFeeds(*saved, session.platform().feeds(), session.platform().mainLoop().now());
+  return listFeeds(session, *saved, command.json, style);
 }
 
 }  // namespace linewatch::app

@@ -69,15 +69,6 @@ std::optional<Error> uselessCommand(const StoredFeed& feed) {
   return std::nullopt;
 }
 
-Outcome<StoredFeed> withKeys(StoredFeed feed, const FeedOptions& options) {
-  change(feed.gtfs, options.keys, options.gtfsKeys);
-  change(feed.alerts, options.keys, options.alertsKeys);
-  if (auto error = uselessCommand(feed)) return *std::move(error);
-  if (auto error = ask(feed, !haveFields(options.gtfsKeys) && !haveFields(options.alertsKeys)))
-    return *std::move(error);
-  return feed;
-}
-
 FeedSource sourceAt(const std::vector<std::string>& locations) {
   FeedSource source;
   source.locations = locations;
@@ -86,9 +77,18 @@ FeedSource sourceAt(const std::vector<std::string>& locations) {
 
 }  // namespace
 
+Outcome<StoredFeed> withGivenKeys(StoredFeed feed, const FeedOptions& options) {
+  change(feed.gtfs, options.keys, options.gtfsKeys);
+  change(feed.alerts, options.keys, options.alertsKeys);
+  if (auto error = uselessCommand(feed)) return *std::move(error);
+  if (auto error = ask(feed, !haveFields(options.gtfsKeys) && !haveFields(options.alertsKeys)))
+    return *std::move(error);
+  return feed;
+}
+
 Outcome<StoredFeed> feedFrom(const FeedOptions& options, const std::string& name) {
-  return withKeys({.name = name, .gtfs = sourceAt(options.gtfs), .alerts = sourceAt(options.alerts)},
-                  options);
+  return withGivenKeys({.name = name, .gtfs = sourceAt(options.gtfs), .alerts = sourceAt(options.alerts)},
+                       options);
 }
 
 Outcome<StoredFeed> withNewKeys(StoredFeed feed, const FeedOptions& options) {
@@ -97,7 +97,7 @@ Outcome<StoredFeed> withNewKeys(StoredFeed feed, const FeedOptions& options) {
   const bool isShared = feed.gtfs.keys == feed.alerts.keys;
   if (!hasUrl(feed.gtfs) && !hasUrl(feed.alerts))
     return failure("feed " + feed.name, "", "none of its locations is a URL, so no key is sent");
-  if (areGiven) return withKeys(std::move(feed), options);
+  if (areGiven) return withGivenKeys(std::move(feed), options);
   for (FeedSource* source : {&feed.gtfs, &feed.alerts}) {
     if (source->keys.command.empty()) source->keys.key.clear();
   }

@@ -12,6 +12,9 @@ namespace linewatch::app {
 /// A document without a URL gets no keys.
 Outcome<StoredFeed> feedFrom(const FeedOptions& options, const std::string& name);
 
+/// The feed with the keys of the options; asks for those that it still needs.
+Outcome<StoredFeed> withGivenKeys(StoredFeed feed, const FeedOptions& options);
+
 /// The feed with the keys of the options. Without options it asks for the feed's key again. An error if the
 /// feed does not use keys.
 Outcome<StoredFeed> withNewKeys(StoredFeed feed, const FeedOptions& options);

@@ -99,12 +99,13 @@ std::optional<char> nextCharacter() {
   return count == 1 ? std::optional(character) : std::nullopt;
 }
 
-/// Empty at the end of the input, or if the user cancels.
-std::string readLine(bool isTerminal) {
+/// Empty at the end of the input; absent after Control-C.
+std::optional<std::string> readLine(bool isTerminal) {
   std::string line;
   while (const auto character = nextCharacter()) {
     if (*character == '\n' || *character == '\r' || line.size() > kLongestKey) return line;
-    if (isTerminal && (*character == kInterrupt || *character == kEndOfInput)) return {};
+    if (isTerminal && *character == kInterrupt) return std::nullopt;
+    if (isTerminal && *character == kEndOfInput) return "";
     if (isTerminal && (*character == '\b' || *character == '\x7F')) {
       if (!line.empty()) line.pop_back();
     } else if (isTerminal && *character == kEraseLine) {
@@ -121,8 +122,10 @@ std::string readLine(bool isTerminal) {
 Outcome<std::string> askForKey(const std::string& whose) {
   const QuietTerminal terminal;
   if (terminal.isQuiet()) std::fputs(("Key for " + terminalLine(whose) + ": ").c_str(), stderr);
-  std::string key = readLine(terminal.isQuiet());
+  const std::optional<std::string> typed = readLine(terminal.isQuiet());
   if (terminal.isQuiet()) std::fputs("\n", stderr);
+  if (!typed) return failure(FailureCode::cancelled, "the key for " + whose, "", "cancelled");
+  const std::string& key = *typed;
   if (key.size() > kLongestKey) return failure("the key for " + whose, "", "it is too long");
   if (terminalLine(key) != key) return failure("the key for " + whose, "", "it holds a control character");
   if (!key.empty()) return key;

@@ -2,7 +2,9 @@
 
 #include "app/commands.h"
 #include "app/line_table.h"
+#include "app/list_documents.h"
 #include "feeds/gtfs/line_search.h"
+#include "wire/json_text.h"
 
 namespace linewatch::app {
 
@@ -21,10 +23,14 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
   const std::vector<FoundLine> found = searchLines(all.indexes, joined(command.query));
   // The line may be in a feed that cannot be read.
   Report report = all.error ? refused(*all.error) : Report{};
+  if (command.json) {
+    report.output = jsonText(linesDocument(found, all.error)) + "\n";
+    return report;
+  }
   report.output = lineTable(found, style);
   if (found.empty() && !all.error)
-    report.complaint =
-        command.query.empty() ? "the feeds have no lines" : "no line fits \"" + joined(command.query) + "\"";
+    report.complaint = command.query.empty() ? session.texts()("NoLines")
+                                             : session.texts()("NoLineFits", {joined(command.query)});
   return report;
 }
 

@@ -2,12 +2,23 @@
 
 #include <QDateTime>
 #include <QLocale>
-#include <algorithm>
 #include <array>
-#include <cstdint>
+#include <cmath>
 #include <ctime>
 
 namespace linewatch::app {
+
+namespace {
+
+QDateTime dateTime(Date date) {
+  return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date))));
+}
+
+QLocale qtLocale(std::string_view languageTag) {
+  return QLocale(QString::fromUtf8(languageTag.data(), static_cast<qsizetype>(languageTag.size())));
+}
+
+}  // namespace
 
 std::string localTime(Date date) {
   const auto seconds = static_cast<std::time_t>(secondsOf(date));
@@ -17,22 +28,15 @@ std::string localTime(Date date) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &parts)};
 }
 
-std::string localTime(Date date, const UserLocale& locale) {
-  const auto time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(secondsOf(date)));
-  if (!time.isValid()) return {};
-  return QLocale(QString::fromStdString(locale.tag())).toString(time, QLocale::ShortFormat).toStdString();
+std::string localTime(Date date, std::string_view languageTag) {
+  const QDateTime time = dateTime(date);
+  return time.isValid() ? qtLocale(languageTag).toString(time, QLocale::ShortFormat).toStdString() : "";
 }
 
-std::string durationInWords(Seconds duration) {
-  struct Unit {
-    double seconds;
-    const char* name;
-  };
-  for (const Unit& unit : {Unit{86400, "day"}, Unit{3600, "hour"}, Unit{60, "minute"}}) {
-    const auto count = static_cast<std::uint64_t>(std::max(0.0, duration.count()) / unit.seconds);
-    if (count > 0) return std::to_string(count) + " " + unit.name + (count == 1 ? "" : "s");
-  }
-  return "less than a minute";
+std::string localTime(Date date, Date now, std::string_view languageTag) {
+  const QDateTime time = dateTime(date);
+  if (!time.isValid() || time.date() != dateTime(now).date()) return localTime(date, languageTag);
+  return qtLocale(languageTag).toString(time.time(), QLocale::ShortFormat).toStdString();
 }
 
 }  // namespace linewatch::app

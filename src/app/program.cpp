@@ -9,6 +9,8 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/rider_texts.h"
+#include "app/run_settings.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
@@ -32,11 +34,13 @@ class Dispatch {
  public:
   Dispatch(const CommonOptions& options, char** argv) : options_(options), argv_(argv) {}
 
-  Report operator()(const PanelCommand&) const {
+  Report operator()(const PanelCommand& command) const {
     if (hasDisplay(processEnvironment)) return replaceWithScreenProgram(argv_);
+    if (!command.record.empty())
+      return refused(
+          failure(command.record, "", "nothing is recorded, because there is no display for the panel"));
     Report report = (*this)(ShowCommand{});
-    if (report.complaint.empty())
-      report.complaint = "there is no display for the panel, so its list is printed";
+    if (report.complaint.empty()) report.complaint = RiderTexts(localeOf(options_))("NoDisplay");
     return report;
   }
   Report operator()(const ShowCommand& command) const {
@@ -52,10 +56,13 @@ class Dispatch {
         [&](Session& session) { return lines(session, command, style_); });
   }
   Report operator()(const FeedCommand& command) const {
-    return inSession([&](Session& session) { return feed(session, command); });
+    return inSession([&](Session& session) { return feed(session, command, style_); });
   }
   Report operator()(const AnalyticsCommand& command) const {
     return inSession([&](Session& session) { return analytics(session, command); });
+  }
+  Report operator()(const SettingsCommand& command) const {
+    return inSession([&](Session& session) { return settings(session, command, style_); });
   }
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
@@ -98,8 +105,9 @@ int complain(const std::string& sentence, int status) {
 
 int runCommandLine(int argc, char** argv, const std::function<Report(const CommandLine&)>& run) {
   surviveFileSizeLimit();
-  const auto parsed = parseCommandLine(argc, argv);
-  const auto* const line = std::get_if<CommandLine>(&parsed);
+  auto parsed = parseCommandLine(argc, argv);
+  auto* const line = std::get_if<CommandLine>(&parsed);
+  if (line) line->common.settings = settingsOfRun(*line);
   const Report report = line ? run(*line) : std::get<Report>(parsed);
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)

@@ -5,6 +5,9 @@
 
 #include "app/feed_sources.h"
 #include "incidents/transit_incident_fetcher.h"
+#include "platform/log.h"
+#include "settings/user_settings.h"
+#include "shared/environment.h"
 #include "shared/failure.h"
 #include "shared/installation.h"
 
@@ -20,10 +23,11 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
                            .now = options.now,
                            .locale = localeOf(options),
                            .verbose = options.verbose,
-                           .preferences = options.preferences};
+                           .preferences = options.preferences,
+                           .user = options.settings};
   if (options.stateDir) settings.stateFolder = *options.stateDir;
   const FeedOptions& feed = options.feed;
-  if (feed.gtfs.empty() && feed.alerts.empty() && options.favorites.empty()) return settings;
+  if (!isWithoutSavedState(options)) return settings;
   if (feed.gtfs.empty())
     return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
   if (feed.alerts.empty())
@@ -40,9 +44,12 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
   Outcome<DesktopSettings> settings = settingsFrom(options);
   if (!settings) return settings.error();
   if (adjust) adjust(*settings);
+  const UserLocale locale = settings->locale;
   auto platform = DesktopPlatform::make(std::move(*settings));
   if (!platform) return platform.error();
-  return std::unique_ptr<Session>(new Session(std::move(*platform)));
+  std::unique_ptr<Session> session(new Session(std::move(*platform), locale));
+  for (const std::string& fault : session->platform().settings().faults()) logError("%@", {fault});
+  return session;
 }
 
 Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& options,
@@ -56,7 +63,8 @@ Outcome<std::unique_ptr<Session>> Session::openWithFeeds(const CommonOptions& op
   return session;
 }
 
-Session::Session(std::shared_ptr<DesktopPlatform> platform) : platform_(std::move(platform)) {
+Session::Session(std::shared_ptr<DesktopPlatform> platform, const UserLocale& locale)
+    : platform_(std::move(platform)), locale_(locale), texts_(locale) {
   installPlatform(platform_);
 }
 
@@ -89,7 +97,9 @@ std::optional<Error> Session::unusedFeedError() {
 }
 
 UserLocale localeOf(const CommonOptions& options) {
-  return options.locale.value_or(UserLocale::fromEnvironment(processEnvironment));
+  // The settings know the option too, and that it no longer counts after another choice.
+  const auto chosen = options.settings ? options.settings->withoutRemembered().language : options.locale;
+  return chosen.value_or(UserLocale::fromEnvironment(processEnvironment));
 }
 
 }  // namespace linewatch::app

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/command_line.h"
+#include "app/rider_texts.h"
 #include "desktop/desktop_platform.h"
 #include "incidents/result.h"
 #include "shared/failure.h"
@@ -28,6 +29,9 @@ class Session {
   Session& operator=(const Session&) = delete;
 
   desktop::DesktopPlatform& platform() { return *platform_; }
+  /// The texts in the user's language.
+  const RiderTexts& texts() const { return texts_; }
+  const UserLocale& locale() const { return locale_; }
   /// Fetches the favourite lines with their incidents, like the widget, and waits for the result.
   std::shared_ptr<const RVResult> fetch();
   /// Without favourites nothing reads the feed on the command line. This reads it, and returns its error;
@@ -35,12 +39,14 @@ class Session {
   std::optional<Error> unusedFeedError();
 
  private:
-  explicit Session(std::shared_ptr<desktop::DesktopPlatform> platform);
+  Session(std::shared_ptr<desktop::DesktopPlatform> platform, const UserLocale& locale);
 
   std::shared_ptr<desktop::DesktopPlatform> platform_;
+  UserLocale locale_;
+  RiderTexts texts_;
 };
 
-/// The user's language and region, from the options or the environment.
+/// The user's language and region, from the options, the settings or the environment.
 UserLocale localeOf(const CommonOptions& options);
 
 }  // namespace linewatch::app

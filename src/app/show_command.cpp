@@ -61,7 +61,7 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
     return report;
   }
   if (command.upcoming) {
-    report.output = upcomingText(session, *result, localeOf(options), style);
+    report.output = upcomingText(session, *result, style);
   } else if (list) {
     report.output = terminalText(*list, command.expanded, style);
   }

@@ -42,15 +42,6 @@ Value dateForm(const std::optional<Date>& date) { return date ? Value(descriptio
 
 Value textForm(const std::string& text) { return text.empty() ? noValue() : Value(text); }
 
-Dictionary feedForm(const FeedState& state, Date now) {
-  const std::optional<Seconds> age = ageOf(state, now);
-  return {{"name", state.feed},
-          {"state", kStateNames.at(static_cast<std::size_t>(state.kind))},
-          {"since", dateForm(state.since)},
-          {"age", age ? Value(std::floor(age->count())) : noValue()},
-          {"error", state.error ? Value(sentenceOf(*state.error)) : noValue()}};
-}
-
 /// A start or end of 0 is open.
 Value secondsForm(std::uint64_t seconds) {
   return seconds == 0 ? noValue() : Value(description(Date(Seconds(static_cast<double>(seconds)))));
@@ -195,6 +186,15 @@ std::optional<Error> excess(const ShownContent& content, const ShowDocumentLimit
 
 }  // namespace
 
+Dictionary feedStateForm(const FeedState& state, Date now) {
+  const std::optional<Seconds> age = ageOf(state, now);
+  return {{"name", state.feed},
+          {"state", kStateNames.at(static_cast<std::size_t>(state.kind))},
+          {"since", dateForm(state.since)},
+          {"age", age ? Value(std::floor(age->count())) : noValue()},
+          {"error", state.error ? Value(sentenceOf(*state.error)) : noValue()}};
+}
+
 Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocumentLimits& limits) {
   if (auto error = excess(content, limits)) return *std::move(error);
   ShowDocument document;
@@ -208,8 +208,8 @@ Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocume
   LineForms lines(content);
   form.emplace("version", kShowDocumentVersion);
   form.emplace("generated", description(content.now));
-  form.emplace("feeds",
-               formsOf(content.feeds, [&](const FeedState& state) { return feedForm(state, content.now); }));
+  form.emplace("feeds", formsOf(content.feeds,
+                                [&](const FeedState& state) { return feedStateForm(state, content.now); }));
   form.emplace("lines", lines.takeLines());
   form.emplace("incidents", lines.takeIncidents());
   form.emplace("upcoming", formsOf(content.upcoming, [&](const UpcomingIncident& upcoming) {

@@ -69,4 +69,7 @@ struct ShowDocument {
 /// lines have more incidents than the limit. Reads the clock of the installed platform.
 Outcome<ShowDocument> showDocument(const ShownContent& content, const ShowDocumentLimits& limits = {});
 
+/// A feed's state in a document.
+Dictionary feedStateForm(const FeedState& state, Date now);
+
 }  // namespace linewatch::app

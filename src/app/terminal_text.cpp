@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <system_error>
 #include <variant>
 #include <vector>
 
 #include <sys/ioctl.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
 #include <unistd.h>
 
+#include "app/terminal_width.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
 
@@ -23,7 +23,8 @@ namespace {
 constexpr std::string_view kReset = "\x1b[0m";
 constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kFaint = "\x1b[2m";
-constexpr std::size_t kNarrowestText = 20;
+constexpr std::size_t kNarrowestText = 16;
+constexpr std::size_t kIndentBelowMark = 2;
 
 struct RGB {
   unsigned red, green, blue;
@@ -96,42 +97,23 @@ Mark markOfItem(const RVTransitItem& item, const TerminalStyle& style) {
           terminalShieldWidth(*artwork->artworkDataSource())};
 }
 
-std::vector<std::string_view> words(std::string_view text) {
-  std::vector<std::string_view> all;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find(' ', start), text.size());
-    if (end > start) all.push_back(text.substr(start, end - start));
-    start = end + 1;
-  }
-  return all;
-}
-
-std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
-  if (columns == 0) return {std::string(text)};
-  std::vector<std::string> lines(1);
-  std::size_t width = 0;
-  for (const std::string_view word : words(text)) {
-    const std::size_t wordWidth = terminalWidth(word);
-    if (width > 0 && width + 1 + wordWidth > columns) {
-      lines.emplace_back();
-      width = 0;
-    }
-    if (width > 0) lines.back() += ' ';
-    width += (width > 0 ? 1 : 0) + wordWidth;
-    lines.back() += word;
-  }
-  return lines;
-}
-
 /// Writes rows of a mark and texts. The texts of all rows begin at the same column.
 class RowWriter {
  public:
   RowWriter(const TerminalStyle& style, std::size_t markWidth)
-      : style_(style), indent_(markWidth == 0 ? 0 : markWidth + 2) {}
+      : style_(style), indent_(markWidth == 0 ? 0 : markWidth + 2) {
+    // Beside a wide mark the texts would be too narrow, so they begin under it.
+    hasMarksAbove_ = style.columns > 0 && indent_ > 0 && style.columns < indent_ + kNarrowestText;
+    if (hasMarksAbove_) indent_ = kIndentBelowMark;
+  }
 
   /// The first text is printed in bold. Empty texts are left out.
   void write(const Mark& mark, std::span<const OptionalText> texts) {
     pending_ = mark;
+    if (hasMarksAbove_ && mark.width > 0) {
+      text_ += mark.text + "\n";
+      pending_ = {};
+    }
     for (const OptionalText& text : texts) writeLines(text, &text == &texts.front() ? kBold : "");
   }
   std::string take() { return std::move(text_); }
@@ -149,11 +131,12 @@ class RowWriter {
   }
   std::size_t textColumns() const {
     return style_.columns == 0 ? 0
-                               : std::max(kNarrowestText, style_.columns - std::min(style_.columns, indent_));
+                               : std::max<std::size_t>(1, style_.columns - std::min(style_.columns, indent_));
   }
 
   const TerminalStyle& style_;
   std::size_t indent_;
+  bool hasMarksAbove_ = false;
   Mark pending_;
   std::string text_;
 };
@@ -222,14 +205,13 @@ struct SummaryText {
   }
 };
 
-bool isWide(UChar32 character) {
-  const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
-  return width == U_EA_WIDE || width == U_EA_FULLWIDTH;
-}
-
-bool isUnseen(UChar32 character) {
-  const int category = u_charType(character);
-  return category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR;
+/// The value of COLUMNS; absent unless it is a number of columns.
+std::optional<std::size_t> columnsOf(const std::string& text) {
+  constexpr std::size_t kMostColumns = 10'000;
+  std::size_t columns = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), columns);
+  const bool isNumber = error == std::errc() && end == text.data() + text.size();
+  return isNumber && columns > 0 && columns <= kMostColumns ? std::optional(columns) : std::nullopt;
 }
 
 TerminalStyle::Colors colorsOfTerminal() {
@@ -245,10 +227,11 @@ TerminalStyle::Colors colorsOfTerminal() {
 }  // namespace
 
 TerminalStyle TerminalStyle::ofStandardOutput() {
-  if (isatty(STDOUT_FILENO) == 0) return {};
+  const auto columns = columnsOf(valueOf(processEnvironment, "COLUMNS"));
+  if (isatty(STDOUT_FILENO) == 0) return {.columns = columns.value_or(0)};
   winsize size{};
   const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
-  return {.colors = colorsOfTerminal(), .columns = known ? size.ws_col : std::size_t{0}};
+  return {.colors = colorsOfTerminal(), .columns = columns.value_or(known ? size.ws_col : std::size_t{0})};
 }
 
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
@@ -280,17 +263,6 @@ std::string terminalShield(const TransitArtworkDataSource& artwork, const Termin
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork) {
   const std::string label = labelOf(artwork);
   return label.empty() ? 0 : terminalWidth(label) + 2;
-}
-
-std::size_t terminalWidth(std::string_view text) {
-  const auto characters =
-      icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
-  std::size_t width = 0;
-  for (std::int32_t place = 0; place < characters.length(); place = characters.moveIndex32(place, 1)) {
-    const UChar32 character = characters.char32At(place);
-    if (!isUnseen(character)) width += isWide(character) ? 2 : 1;
-  }
-  return width;
 }
 
 std::string terminalFaint(const std::string& text, const TerminalStyle& style) {

@@ -18,8 +18,8 @@ struct TerminalStyle {
   /// The width at which texts wrap, in columns; 0: no wrapping.
   std::size_t columns = 0;
 
-  /// The style for standard output. It is plain if standard output is not a terminal, if NO_COLOR is set, or
-  /// if TERM is "dumb" or empty.
+  /// The style for standard output. It has no colours if standard output is not a terminal, if NO_COLOR is
+  /// set, or if TERM is "dumb" or empty. The width is COLUMNS, or that of the terminal.
   static TerminalStyle ofStandardOutput();
 };
 
@@ -42,9 +42,6 @@ std::string terminalRows(std::span<const TerminalRow> rows, const TerminalStyle&
 std::string terminalShield(const TransitArtworkDataSource& artwork, const TerminalStyle& style);
 /// The width of the shield in columns.
 std::size_t terminalShieldWidth(const TransitArtworkDataSource& artwork);
-
-/// The width of the text in columns.
-std::size_t terminalWidth(std::string_view text);
 
 /// The text in a fainter colour.
 std::string terminalFaint(const std::string& text, const TerminalStyle& style);

@@ -5,13 +5,11 @@
 #include "app/session.h"
 #include "app/terminal_text.h"
 #include "incidents/result.h"
-#include "localization/user_locale.h"
 
 namespace linewatch::app {
 
 /// The incidents that begin within 7 days, in order of their start: the shields of the lines, the texts, and
 /// the dates in the user's language. One sentence if there are none.
-std::string upcomingText(Session& session, const RVResult& result, const UserLocale& locale,
-                         const TerminalStyle& style);
+std::string upcomingText(Session& session, const RVResult& result, const TerminalStyle& style);
 
 }  // namespace linewatch::app

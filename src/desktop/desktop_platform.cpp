@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "companion/companion_session.h"
+#include "desktop/remembered_in_state.h"
 #include "feeds/alerts/desktop_incident_string_provider.h"
 #include "feeds/background_favorites.h"
 #include "feeds/background_queue.h"
@@ -18,6 +19,7 @@
 #include "machine/key_command.h"
 #include "machine/system_random_source.h"
 #include "platform/log.h"
+#include "settings/user_settings.h"
 #include "storage/stored_analytics.h"
 #include "wire/archive/cbor_keyed_archiver.h"
 #include "wire/compressor.h"
@@ -37,6 +39,10 @@ StoredDatabase::Options savingOptions(const DesktopSettings& settings) {
   return options;
 }
 
+Outcome<std::string> runKeyCommand(const std::string& command, const std::stop_token& stop) {
+  return keyFromCommand(command, stop);
+}
+
 /// For a run without saved state, which records nothing.
 class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
  public:
@@ -44,16 +50,15 @@ class UnrecordedUse final : public UsageRecorder, public AnalyticsLogger {
   void captureEvent(const WidgetInteractionEvent&, const UserSessionSnapshot&) override {}
 };
 
-std::unique_ptr<UsageRecorder> makeUsageRecorder(const SavedState* saved, std::function<Date()> now) {
+std::unique_ptr<UsageRecorder> makeUsageRecorder(const SavedState* saved, std::function<bool()> records,
+                                                 std::function<Date()> now) {
   if (!saved) return std::make_unique<UnrecordedUse>();
-  return std::make_unique<StoredUsageRecorder>(
-      saved->database(), [saved] { return saved->recordsAnalytics(); }, std::move(now));
+  return std::make_unique<StoredUsageRecorder>(saved->database(), std::move(records), std::move(now));
 }
 
-std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved) {
+std::unique_ptr<AnalyticsLogger> makeAnalyticsLogger(const SavedState* saved, std::function<bool()> records) {
   if (!saved) return std::make_unique<UnrecordedUse>();
-  return std::make_unique<StoredAnalyticsLogger>(saved->database(),
-                                                 [saved] { return saved->recordsAnalytics(); });
+  return std::make_unique<StoredAnalyticsLogger>(saved->database(), std::move(records));
 }
 
 }  // namespace
@@ -68,9 +73,11 @@ struct DesktopPlatform::Roles {
         transitService(feeds, platform.mainLoop_),
         favorites(platform.chosenFavorites()),
         favoritesQueue(std::make_shared<BackgroundQueue>()),
-        usageRecorder(
-            makeUsageRecorder(platform.saved_.get(), [&platform] { return platform.mainLoop_.now(); })),
-        analyticsLogger(makeAnalyticsLogger(platform.saved_.get())) {}
+        usageRecorder(makeUsageRecorder(
+            platform.saved_.get(), [&platform] { return platform.recordsAnalytics(); },
+            [&platform] { return platform.mainLoop_.now(); })),
+        analyticsLogger(makeAnalyticsLogger(platform.saved_.get(),
+                                            [&platform] { return platform.recordsAnalytics(); })) {}
   ~Roles() { favoritesQueue->finish(); }
 
   FeedTexts feedTexts() const {
@@ -108,21 +115,41 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
                 settings_.isTimeFrozen ? QtMainLoop::Clock::frozen : QtMainLoop::Clock::running),
       systemController_(settings_.openActivity),
       device_([this] { return diagnose(); }),
-      givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {}
+      givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {
+  if (!settings_.user) settings_.user = std::make_shared<UserSettings>(std::filesystem::path());
+}
 
-DesktopPlatform::~DesktopPlatform() = default;
+DesktopPlatform::~DesktopPlatform() { settings().setRemembered(nullptr); }
 
 std::optional<Error> DesktopPlatform::open() {
   if (!settings_.given) {
     const auto directories = directoriesFor(settings_);
     if (!directories) return directories.error();
     saved_ = std::make_unique<SavedState>(*directories, log_, givenPreferences_, savingOptions(settings_));
+    settings().setRemembered(std::make_unique<RememberedInState>(*saved_));
   }
   documents_ = std::make_shared<FeedDocuments>(
       saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
-      [](const std::string& command, const std::stop_token& stop) { return keyFromCommand(command, stop); });
+      runKeyCommand);
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
+}
+
+std::shared_ptr<KeptCatalogue> DesktopPlatform::catalogue() {
+  static_assert(kPublicCatalogue == std::string_view(kCatalogueUrl));
+  const std::string location = settings().withoutRemembered().catalogue;
+  if (!catalogue_ || catalogue_->location() != location)
+    catalogue_ = std::make_shared<KeptCatalogue>(location, saved_ ? saved_->feedCache() : nullptr,
+                                                 [this] { return mainLoop_.now(); });
+  return catalogue_;
+}
+
+std::optional<FeedAdding::Environment> DesktopPlatform::addingEnvironment() {
+  if (!saved_) return std::nullopt;
+  return FeedAdding::Environment{.feeds = saved_->feeds(),
+                                 .cache = saved_->feedCache(),
+                                 .now = [this] { return mainLoop_.now(); },
+                                 .runKeyCommand = runKeyCommand};
 }
 
 ShownFeeds DesktopPlatform::shownFeeds() const {
@@ -150,6 +177,10 @@ void DesktopPlatform::finishBackgroundWork() {
   // the service.
   roles_->favoritesQueue->finish();
   roles_->transitService.finish();
+}
+
+bool DesktopPlatform::recordsAnalytics() const {
+  return settings_.user->find(kAnalyticsSetting).text == "true";
 }
 
 bool DesktopPlatform::showsSampleCity() const { return isSampleCity(roles_->feeds->feeds()); }

@@ -9,6 +9,8 @@
 #include "desktop/desktop_screen.h"
 #include "desktop/desktop_settings.h"
 #include "desktop/loop/qt_main_loop.h"
+#include "feeds/catalogue/feed_adding.h"
+#include "feeds/catalogue/kept_catalogue.h"
 #include "feeds/feed_transit_service.h"
 #include "feeds/shown_feeds.h"
 #include "feeds/transit_feeds.h"
@@ -51,9 +53,16 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   const UserFavorites& favorites() const;
   /// Null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
+  /// The user's settings, also those that the state database remembers.
+  UserSettings& settings() { return *settings_.user; }
   /// Whether the last look-up used the sample city, because the user has added no feed.
   bool showsSampleCity() const;
   FeedDocuments& documents() { return *documents_; }
+  /// The catalogue of feeds that the settings name, which nothing reads before it is first searched. Any
+  /// thread may use it. Main thread.
+  std::shared_ptr<KeptCatalogue> catalogue();
+  /// For adding a feed. Absent in a run without saved state. An adding must end before the platform does.
+  std::optional<FeedAdding::Environment> addingEnvironment();
 
   Log& log() override { return log_; }
   QtMainLoop& mainLoop() override { return mainLoop_; }
@@ -90,6 +99,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;
+  bool recordsAnalytics() const;
 
   DesktopSettings settings_;
   QtMainLoop mainLoop_;
@@ -100,6 +110,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   /// Null in a run without saved state.
   std::unique_ptr<SavedState> saved_;
   std::shared_ptr<FeedDocuments> documents_;
+  std::shared_ptr<KeptCatalogue> catalogue_;
   std::unique_ptr<Roles> roles_;
 };
 

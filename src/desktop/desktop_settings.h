@@ -13,6 +13,10 @@
 #include "storage/overlaid_preferences.h"
 #include "storage/stored_feeds.h"
 
+namespace linewatch {
+class UserSettings;
+}
+
 namespace linewatch::desktop {
 
 /// The settings of one run of the program.
@@ -40,6 +44,8 @@ struct DesktopSettings {
   bool isInteractive = false;
   /// Preferences of the companion application for this run; they replace the saved ones.
   Dictionary preferences;
+  /// The user's settings; null: the defaults.
+  std::shared_ptr<UserSettings> user = {};
   CompanionController::Opener openActivity;
   /// Null in a run without views, which does not ask for these roles.
   std::shared_ptr<DesktopScreen> screen;

@@ -326,6 +326,8 @@ Outcome<SharedLineIndex> FeedDocuments::readTimetable(const Place& place,
   auto contents = readGtfs(**source, place.feed.name);
   if (!contents) return place.located(contents.error());
   const SharedLineIndex index = indexOf(std::move(*contents));
+  if (stop_.stop_requested())
+    return place.located(failure(FailureCode::cancelled, "", "", "it is no longer wanted"));
   if (keepsTimetable(place) || isHttpURL(place.location())) keepStops(place, **source);
   keepIndex(place, *index, std::move(document));
   return index;

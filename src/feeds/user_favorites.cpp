@@ -94,6 +94,11 @@ Outcome<std::vector<bool>> UserFavorites::addWithChoice(const std::vector<Stored
   return failure(FailureCode::unsupported, "favourites", "", "a run without saved state keeps none");
 }
 
+Outcome<bool> UserFavorites::reorder(const std::vector<StoredFavorite>& order) const {
+  if (const auto* const saved = std::get_if<Saved>(&source_)) return saved->reorder(order);
+  return failure(FailureCode::unsupported, "favourites", "", "a run without saved state keeps none");
+}
+
 Outcome<Favorites> UserFavorites::read() const {
   if (const auto* const given = std::get_if<Given>(&source_)) return toLookUp(given->lines);
   const Saved& saved = std::get<Saved>(source_);
@@ -157,6 +162,12 @@ Outcome<std::vector<bool>> UserFavorites::Saved::addWithChoice(
   // The first change makes the sample city's favourites the user's own.
   if (const auto taken = change({}, true); !taken) return taken.error();
   return StoredFavorites(state).addWithChoice(favorites);
+}
+
+Outcome<bool> UserFavorites::Saved::reorder(const std::vector<StoredFavorite>& order) const {
+  // The first change makes the sample city's favourites the user's own.
+  if (const auto taken = change({}, true); !taken) return taken.error();
+  return StoredFavorites(state).reorder(order);
 }
 
 /// Makes the favourites of the sample city the user's own.

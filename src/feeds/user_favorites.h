@@ -35,6 +35,8 @@ class UserFavorites {
   /// As `change` for adding, and gives favourites that are there already the new choice. The result has one
   /// value for each: false if nothing changed.
   Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites) const;
+  /// Puts favourites into this order, which is the order of the rows; false if that changes nothing.
+  Outcome<bool> reorder(const std::vector<StoredFavorite>& order) const;
   /// Adds or removes one favourite.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
   /// The favourites of every kind, for the widget. An error also goes to the log.
@@ -55,6 +57,7 @@ class UserFavorites {
     Outcome<std::vector<StoredFavorite>> lines() const;
     Outcome<std::vector<bool>> change(const std::vector<StoredFavorite>& favorites, bool isAdded) const;
     Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites) const;
+    Outcome<bool> reorder(const std::vector<StoredFavorite>& order) const;
     std::optional<Error> takeOverSampleFavorites() const;
   };
 

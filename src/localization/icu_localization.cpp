@@ -17,7 +17,9 @@ namespace linewatch {
 
 namespace {
 
+constexpr std::string_view kFailureTable = "failure";
 constexpr std::string_view kFeedTable = "feed";
+constexpr std::string_view kTerminalTable = "terminal";
 constexpr std::string_view kWindowTable = "window";
 /// The list delimiter for locales without one in ICU.
 constexpr std::string_view kPlainDelimiter = ", ";
@@ -28,6 +30,14 @@ std::string_view nameOf(StringTable table) { return table == StringTable::kestro
 using TextPlace = std::tuple<std::string_view, std::string_view, std::string_view>;
 
 TextPlace placeOf(const TableText& text) { return {text.language, text.table, text.key}; }
+
+/// The embedded texts that a user of the locale may see.
+std::vector<TableText> textsFor(const UserLocale& locale) {
+  const std::vector<std::string> fallbacks = locale.fallbacks();
+  std::vector<std::string_view> languages(fallbacks.begin(), fallbacks.end());
+  languages.push_back(kFallbackLanguage);
+  return embeddedTexts(languages);
+}
 
 icu::UnicodeString unicode(std::string_view text) {
   return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
@@ -45,6 +55,15 @@ icu::Formattable formattable(const FormatArgument& argument) {
   // Formatted as decimal digits, because a Formattable has signed integers only.
   UErrorCode error = U_ZERO_ERROR;
   return {icu::StringPiece(std::to_string(*count)), error};
+}
+
+/// The user's locale for the language of the texts. If no table has a language of the user, English in the
+/// user's region.
+icu::Locale localeOfTexts(const UserLocale& locale, const std::vector<std::string>& languages) {
+  UErrorCode error = U_ZERO_ERROR;
+  const auto users = locale.tagWithFallback(languages.empty() ? locale.tag() : languages.front());
+  const auto found = icu::Locale::forLanguageTag(users.value_or(locale.tag()), error);
+  return languages.empty() ? icu::Locale(std::string(kFallbackLanguage).c_str(), found.getCountry()) : found;
 }
 
 /// The delimiter between the first two of three list elements; absent if ICU has none.
@@ -80,19 +99,16 @@ struct IcuLocalization::Formats {
   }
 };
 
-IcuLocalization::IcuLocalization(const UserLocale& locale, std::span<const TableText> texts)
-    : texts_(texts.begin(), texts.end()),
-      languages_(locale.fallbacks()),
-      formats_(std::make_unique<Formats>()) {
-  std::ranges::stable_sort(texts_, {}, placeOf);
+IcuLocalization::IcuLocalization(const UserLocale& locale) : IcuLocalization(locale, textsFor(locale)) {}
+
+IcuLocalization::IcuLocalization(const UserLocale& locale, std::vector<TableText> texts)
+    : texts_(std::move(texts)), languages_(locale.fallbacks()), formats_(std::make_unique<Formats>()) {
+  if (!std::ranges::is_sorted(texts_, {}, placeOf)) std::ranges::sort(texts_, {}, placeOf);
   std::erase_if(languages_, [this](const std::string& language) {
     return !std::ranges::binary_search(texts_, std::string_view(language), {}, &TableText::language);
   });
-  UErrorCode error = U_ZERO_ERROR;
-  const auto users = icu::Locale::forLanguageTag(locale.tag(), error);
-  const std::string fallback(kFallbackLanguage);
-  formats_->locale = languages_.empty() ? icu::Locale(fallback.c_str(), users.getCountry()) : users;
-  languages_.push_back(fallback);
+  formats_->locale = localeOfTexts(locale, languages_);
+  languages_.emplace_back(kFallbackLanguage);
 }
 
 IcuLocalization::~IcuLocalization() = default;
@@ -102,12 +118,25 @@ std::string IcuLocalization::localizedString(std::string_view key, std::string_v
   return lookUp(nameOf(table), key, fallback);
 }
 
+std::string IcuLocalization::failureString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kFailureTable, key, fallback);
+}
+
 std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {
   return lookUp(kFeedTable, key, fallback);
 }
 
+std::string IcuLocalization::terminalString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kTerminalTable, key, fallback);
+}
+
 std::string IcuLocalization::windowString(std::string_view key, std::string_view fallback) const {
   return lookUp(kWindowTable, key, fallback);
+}
+
+std::string IcuLocalization::formatLocale() const {
+  UErrorCode error = U_ZERO_ERROR;
+  return formats_->locale.toLanguageTag<std::string>(error);
 }
 
 std::string IcuLocalization::format(const std::string& formatText,

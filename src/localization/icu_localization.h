@@ -14,22 +14,33 @@ namespace linewatch {
 
 /// Localised texts from string tables, with ICU's plural forms, numbers and lists.
 ///
-/// A text is looked up for the user's region, then for the user's language, then in English. If the tables
+/// A text is looked up in the languages of `UserLocale::fallbacks`, then in English. If the tables
 /// have the user's language, plural forms and numbers follow the user's locale. Otherwise they follow English
 /// in the user's region, so that a text and its plural form never have different languages.
 class IcuLocalization final : public Localization {
  public:
-  explicit IcuLocalization(const UserLocale& locale, std::span<const TableText> texts = embeddedTexts());
+  /// With the program's own texts, of which it takes only those that the user may see.
+  explicit IcuLocalization(const UserLocale& locale);
+  IcuLocalization(const UserLocale& locale, std::vector<TableText> texts);
   ~IcuLocalization() override;
 
   std::string localizedString(std::string_view key, std::string_view fallback, StringTable table) override;
   std::string format(const std::string& formatText, std::span<const FormatArgument> arguments) override;
   std::string joinCommaDelimited(std::span<const std::string_view> texts) override;
 
+  /// A text of the table "failure". Any thread.
+  std::string failureString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "feed". Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;
+  /// A text of the table "terminal". Any thread.
+  std::string terminalString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "window". Any thread.
   std::string windowString(std::string_view key, std::string_view fallback) const;
+
+  /// Whether the texts are English.
+  bool isInFallbackLanguage() const { return languages_.front().starts_with(kFallbackLanguage); }
+  /// The tag of the locale that plural forms, numbers and lists follow. Dates beside the texts follow it too.
+  std::string formatLocale() const;
 
  private:
   struct Formats;

@@ -2,22 +2,33 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace linewatch {
 
 /// One text of a string table. All tables are compiled into the program.
 struct TableText {
-  /// For example "en" or "de".
+  /// For example "en" or "pt-PT".
   std::string_view language;
-  /// "kestrow", "widget", "feed" or "window".
+  /// "failure", "feed", "kestrow", "terminal", "widget" or "window".
   std::string_view table;
   std::string_view key;
   /// An ICU MessageFormat pattern, or plain text if it has no arguments.
   std::string_view text;
 };
 
-/// All texts of resources/strings. Texts of one language and table are adjacent.
-std::span<const TableText> embeddedTexts();
+/// The texts of one language as they are compiled in: three lines per text (table, key, text), sorted by
+/// table and key.
+struct EmbeddedLanguage {
+  std::string_view language;
+  std::string_view lines;
+};
+
+/// All languages of resources/strings, sorted.
+std::span<const EmbeddedLanguage> embeddedLanguages();
+
+/// The texts of the languages, sorted by language, table and key. A language without texts adds none.
+std::vector<TableText> embeddedTexts(std::span<const std::string_view> languages);
 
 /// The language that has every text.
 inline constexpr std::string_view kFallbackLanguage = "en";

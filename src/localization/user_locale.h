@@ -10,27 +10,34 @@
 
 namespace linewatch {
 
-/// The user's language and region, as a BCP 47 tag, e.g. "de-CH".
+/// The user's languages with their regions, as BCP 47 tags, e.g. "de-CH". There is at least one.
 class UserLocale {
  public:
   /// Parses tags and POSIX names: "de", "de-CH", "de_CH.UTF-8". Absent if the text has no language.
   static std::optional<UserLocale> parse(std::string_view text);
-  /// The locale in LC_ALL, LC_MESSAGES or LANG, whichever is set first. English if none is set, or if it is
-  /// "C" or no language.
+  /// The locale in LC_ALL, LC_MESSAGES or LANG, whichever is set first, after the languages in LANGUAGE
+  /// ("fr:de"). English if none is set, or if it is "C" or no language; then LANGUAGE does not count.
   static UserLocale fromEnvironment(const Environment& environment);
 
-  const std::string& tag() const { return tag_; }
+  /// The best language.
+  const std::string& tag() const { return tags_.front(); }
   /// "de" of "de-CH".
   std::string language() const;
-  /// The tag and its fallbacks, the most specific first: "de-CH", "de".
+  /// Each language with its fallbacks, the most specific first: "de-CH", "de". Chinese and Portuguese have
+  /// the variety of the region too: "zh-TW", "zh-Hant", "zh", and "pt-AO", "pt-PT", "pt".
   std::vector<std::string> fallbacks() const;
-  /// Whether the language is written from right to left.
+  /// The first of the user's languages that has this fallback: "de-CH" for "de". Absent if none has it.
+  std::optional<std::string> tagWithFallback(std::string_view fallback) const;
+  /// Whether the best language is written from right to left.
   bool isRightToLeft() const;
 
- private:
-  explicit UserLocale(std::string tag) : tag_(std::move(tag)) {}
+  bool operator==(const UserLocale&) const = default;
 
-  std::string tag_;
+ private:
+  explicit UserLocale(std::vector<std::string> tags) : tags_(std::move(tags)) {}
+
+  /// The best first; never empty.
+  std::vector<std::string> tags_;
 };
 
 }  // namespace linewatch

@@ -116,6 +116,12 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
+/// Makes the names in the folder outlast a power cut, as far as the file system can.
+void syncNamesIn(const fs::path& folder) {
+  const Descriptor open(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (open.number() >= 0) ::fsync(open.number());
+}
+
 /// Writes the bytes beside the file and then renames them to it. False with `errno` set when it failed.
 bool replace(const fs::path& file, std::string_view bytes) {
   const std::string name = file.string() + "." + std::to_string(std::random_device()());
@@ -126,7 +132,10 @@ bool replace(const fs::path& file, std::string_view bytes) {
   const bool isDone = writeAll(to.number(), bytes) &&
                       (isNew || ::fchmod(to.number(), old.st_mode & 07777) == 0) &&
                       ::fsync(to.number()) == 0 && to.close() && ::rename(name.c_str(), file.c_str()) == 0;
-  if (isDone) return true;
+  if (isDone) {
+    syncNamesIn(file.parent_path());
+    return true;
+  }
   const int why = errno;
   ::unlink(name.c_str());
   errno = why;
@@ -176,6 +185,16 @@ std::optional<Error> writeWhole(const fs::path& file, std::string_view bytes) {
   const fs::path target = linkTarget(file);
   if (isReplaceable(target) ? replace(target, bytes) : writeInPlace(target, bytes)) return std::nullopt;
   return systemFailure(file);
+}
+
+std::optional<Error> makeFolders(const fs::path& folder) {
+  std::error_code error;
+  if (folder.empty() || fs::is_directory(folder, error)) return std::nullopt;
+  if (auto failed = makeFolders(folder.parent_path())) return failed;
+  // Another program may make it at the same time.
+  if (::mkdir(folder.c_str(), 0777) != 0 && errno != EEXIST) return systemFailure(folder);
+  syncNamesIn(folder.parent_path());
+  return std::nullopt;
 }
 
 std::optional<Error> whyNotWritable(const fs::path& file) {

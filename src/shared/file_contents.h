@@ -32,10 +32,14 @@ Outcome<std::string> contentsOf(const std::filesystem::path& file, const Reading
 /// The same for a binary file.
 Outcome<Bytes> bytesOf(const std::filesystem::path& file, const ReadingLimits& limits = {});
 
-/// Writes a file whole or not at all: the old contents stay until the new ones are on the disk. A link stays
-/// a link: its target is written. A pipe, a device or /dev/stdout is written in place. The error of a failure
-/// reads "FILE: why".
+/// Writes a file whole or not at all: the old contents stay until the new ones are on the disk, where they
+/// outlast a power cut. A link stays a link: its target is written. A pipe, a device or /dev/stdout is
+/// written in place. The error of a failure reads "FILE: why".
 std::optional<Error> writeWhole(const std::filesystem::path& file, std::string_view bytes);
+
+/// Makes the folder, and those above it that do not exist. They outlast a power cut. The error reads "FOLDER:
+/// why".
+std::optional<Error> makeFolders(const std::filesystem::path& folder);
 
 /// Why `writeWhole` would fail as things stand, e.g. because the folder does not exist; absent when nothing
 /// speaks against it. Writes nothing.

@@ -136,6 +136,12 @@ void FeedCache::remove(std::string_view feed) {
   });
 }
 
+std::shared_ptr<FeedCache> FeedCache::heldBackCopy() const {
+  auto copy = std::make_shared<FeedCache>(database_);
+  copy->holdBack();
+  return copy;
+}
+
 void FeedCache::holdBack() {
   const MutexLock lock(mutex_);
   heldBack_.emplace();

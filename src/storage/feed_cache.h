@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,6 +73,10 @@ class FeedCache {
                                       std::string_view id) const;
   /// Removes everything about the feed.
   void remove(std::string_view feed);
+
+  /// A cache of its own over the same file, whose changes are held back from the start. So this one stays in
+  /// use while a new feed is checked.
+  std::shared_ptr<FeedCache> heldBackCopy() const;
 
   /// From now on changes wait for `writeHeldBack`, and until then nothing is found. A new feed is checked
   /// this way: its documents are really fetched, and a refused feed leaves nothing in the cache.

@@ -57,8 +57,6 @@ class GivenPreferences {
                                               std::string_view suite) {
     return std::make_shared<OverlaidPreferences>(valuesOf(suite), std::move(store));
   }
-  /// Ends the override of the key in the suite.
-  void forget(std::string_view key, std::string_view suite) { valuesOf(suite)->erase(std::string(key)); }
 
  private:
   const std::shared_ptr<Dictionary>& valuesOf(std::string_view suite) {

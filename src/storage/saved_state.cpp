@@ -39,10 +39,8 @@ bool SavedState::recordsAnalytics() const {
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): it changes the object's state, if on a disk.
-std::optional<Error> SavedState::setRecordsAnalytics(bool isOn) {
-  auto error = stored(kCompanionAppGroupSuite).keep(isOn, kAnalyticsKey);
-  if (!error) given_->forget(kAnalyticsKey, kCompanionAppGroupSuite);
-  return error;
+void SavedState::forgetAnalyticsSwitch() {
+  preferences(kCompanionAppGroupSuite)->removeObject(kAnalyticsKey);
 }
 
 }  // namespace linewatch

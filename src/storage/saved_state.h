@@ -34,8 +34,8 @@ class SavedState {
 
   /// True until the user switches recording off; false while it cannot be read. Main thread.
   bool recordsAnalytics() const;
-  /// Switches recording on or off, for this run and later ones. Main thread.
-  std::optional<Error> setRecordsAnalytics(bool isOn);
+  /// Forgets the switch, so that recording is on, unless a setting switches it off. Main thread.
+  void forgetAnalyticsSwitch();
 
  private:
   StoredPreferences stored(std::string_view suite) const { return {database_, std::string(suite), pending_}; }

@@ -34,12 +34,13 @@ Outcome<StateDirectories> StateDirectories::under(const std::filesystem::path& f
   if (error) return failure("state folder", folder.string(), error.message());
   if (std::filesystem::exists(absolute, error) && !std::filesystem::is_directory(absolute, error))
     return failure("state folder", folder.string(), "it is not a folder");
-  return StateDirectories{absolute, absolute / "cache"};
+  return StateDirectories{absolute, absolute / "cache", absolute};
 }
 
 Outcome<StateDirectories> StateDirectories::fromEnvironment(const Environment& environment) {
   StateDirectories folders{folderFor(environment, "XDG_DATA_HOME", ".local/share"),
-                           folderFor(environment, "XDG_CACHE_HOME", ".cache")};
+                           folderFor(environment, "XDG_CACHE_HOME", ".cache"),
+                           folderFor(environment, "XDG_CONFIG_HOME", ".config")};
   if (folders.data.empty() || folders.cache.empty()) {
     return failure("state folder", "", "HOME is not set to an absolute path, and --state-dir is not given");
   }

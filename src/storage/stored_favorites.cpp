@@ -143,6 +143,50 @@ Outcome<std::vector<bool>> StoredFavorites::remove(const std::vector<StoredFavor
   return changeEach(*database_, favorites, deleteFavorite);
 }
 
+namespace {
+
+/// The places of the favourites, in the order given. Leaves out those that are not stored.
+Outcome<std::vector<std::int64_t>> placesOf(SqliteDatabase& database,
+                                            const std::vector<StoredFavorite>& favorites) {
+  std::vector<std::int64_t> places;
+  for (const StoredFavorite& favorite : favorites) {
+    const auto error =
+        database.run("SELECT position FROM favorite WHERE kind = ? AND feed = ? AND subject = ?",
+                     {nameOf(favorite.kind), favorite.feed, favorite.subject},
+                     [&places](const SqliteRow& row) { places.push_back(row.integer(0)); });
+    if (error) return *error;
+  }
+  return places;
+}
+
+/// Moves each row to its new place. Places are unique, so that the rows first go to free ones below zero.
+std::optional<Error> exchangePlaces(SqliteDatabase& database, const std::vector<std::int64_t>& from,
+                                    const std::vector<std::int64_t>& to) {
+  constexpr const char* kMove = "UPDATE favorite SET position = ? WHERE position = ?";
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    if (auto error = database.run(kMove, {-1 - static_cast<std::int64_t>(i), from[i]})) return error;
+  }
+  for (std::size_t i = 0; i < to.size(); ++i) {
+    if (auto error = database.run(kMove, {to[i], -1 - static_cast<std::int64_t>(i)})) return error;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+Outcome<bool> StoredFavorites::reorder(const std::vector<StoredFavorite>& order) {
+  bool isChanged = false;
+  const auto error = database_->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    const auto places = placesOf(database, order);
+    if (!places) return places.error();
+    std::vector<std::int64_t> sorted = *places;
+    std::ranges::sort(sorted);
+    isChanged = sorted != *places;
+    return isChanged ? exchangePlaces(database, *places, sorted) : std::nullopt;
+  });
+  return error ? Outcome<bool>(*error) : isChanged;
+}
+
 Outcome<Favorites> StoredFavoritesPersister::readFavorites() {
   const auto stored = StoredFavorites(database_).list();
   if (!stored) return stored.error();

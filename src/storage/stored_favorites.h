@@ -52,6 +52,9 @@ class StoredFavorites {
   Outcome<std::vector<bool>> addWithChoice(const std::vector<StoredFavorite>& favorites);
   /// Removes all of the favourites, or none after an error. The value is false if a favourite was not there.
   Outcome<std::vector<bool>> remove(const std::vector<StoredFavorite>& favorites);
+  /// Puts these favourites into this order, at the places that they have together. Favourites that are not
+  /// stored are ignored. False if that changes nothing.
+  Outcome<bool> reorder(const std::vector<StoredFavorite>& order);
 
  private:
   SharedDatabase database_;

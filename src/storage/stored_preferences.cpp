@@ -54,11 +54,6 @@ bool StoredPreferences::isKept(const Value& value, const Bytes& encoded, std::st
   return kept && *kept == encoded;
 }
 
-std::optional<Error> StoredPreferences::keep(const Value& value, std::string_view key) {
-  const auto operation = writeOf(value, key);
-  return operation ? database_->write(*operation) : operation.error();
-}
-
 Outcome<StoredDatabase::Operation> StoredPreferences::writeOf(const Value& value,
                                                               std::string_view key) const {
   auto encoded = encode(value, key);

@@ -32,8 +32,6 @@ class StoredPreferences final : public PreferencesStore {
 
   /// As `objectForKey`, with the error of a failure.
   Outcome<std::optional<Value>> read(std::string_view key) const;
-  /// As `setObject`, and returns after the commit or with its error.
-  std::optional<Error> keep(const Value& value, std::string_view key);
   /// The write that keeps the value, as a part of a larger one.
   Outcome<StoredDatabase::Operation> writeOf(const Value& value, std::string_view key) const;
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "settings/setting_table.h"
+
 namespace linewatch::app {
 namespace {
 
@@ -33,11 +35,11 @@ TEST(CommandLineTest, AcceptsCommonOptionsBeforeAndAfterTheCommand) {
 }
 
 TEST(CommandLineTest, ParsesEachCommand) {
-  EXPECT_THAT(commandOf<PanelCommand>({}).companion, IsEmpty());
-  EXPECT_EQ(commandOf<PanelCommand>({}).refresh, Seconds(120));
-  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30s"}).refresh, Seconds(30));
-  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "45"}).refresh, Seconds(45));
-  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30m"}).refresh, Seconds(1800));
+  EXPECT_FALSE(commandOf<PanelCommand>({}).companion);
+  EXPECT_FALSE(commandOf<PanelCommand>({}).refresh);
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30s"}).refresh, "30s");
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "45"}).refresh, "45");
+  EXPECT_EQ(commandOf<PanelCommand>({"panel", "--refresh", "30m"}).refresh, "30m");
   EXPECT_FALSE(commandOf<ShowCommand>({"show"}).expanded);
   EXPECT_EQ(commandOf<FavoritesCommand>({"favorites"}).action, FavoritesCommand::Action::list);
   const auto added = commandOf<FavoritesCommand>({"favorites", "add", "M1", "7"});
@@ -101,7 +103,7 @@ TEST(CommandLineTest, RefusesWrongUsage) {
            {{"--now", "yesterday", "show"}, "--now: \"yesterday\" is not a time such as 2026"},
            {{"--preference", "=x", "show"}, "--preference: \"=x\" is not of the form KEY=VALUE"},
            {{"render", "-o", "x.png", "--text-size", "huge"}, "--text-size: \"huge\" is none of XS, S"},
-           {{"panel", "--companion", "viewer 'x"}, "viewer 'x: a quote is not closed"},
+           {{"panel", "--companion", "viewer 'x"}, "a quote is not closed"},
            {{"panel", "--refresh", "29"}, "\"29\" is not a time from 30s to 30m"},
            {{"panel", "--refresh", "31m"}, "\"31m\" is not a time from 30s to 30m"},
            {{"panel", "--refresh", "2 m"}, "\"2 m\" is not a time from 30s to 30m"},
@@ -142,7 +144,10 @@ TEST(CommandLineTest, SplitsACommandIntoWordsAsAShellDoes) {
            {"a\\\nb \\\n c", {"ab", "c"}},
            {R"($HOME `id` $(id) ~ * a|b;c&d>e #f)",
             {"$HOME", "`id`", "$(id)", "~", "*", "a|b;c&d>e", "#f"}}}) {
-    EXPECT_EQ(commandOf<PanelCommand>({"panel", "--companion", command}).companion, words) << command;
+    Settings settings;
+    const auto text = commandOf<PanelCommand>({"panel", "--companion", command}).companion;
+    ASSERT_TRUE(text && settingWithKey("companion")->take(*text, settings)) << command;
+    EXPECT_EQ(settings.companion, words) << command;
   }
 }
 

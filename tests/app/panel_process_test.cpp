@@ -28,7 +28,7 @@ class PanelProcess {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
-    std::vector<std::string> words{LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel"};
+    std::vector<std::string> words{LINEWATCH_PROGRAM, "-v", "--state-dir", stateFolder, "panel", "--example"};
     words.insert(words.end(), options.begin(), options.end());
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
@@ -125,6 +125,18 @@ TEST_F(PanelProcessTest, RecordsNothingWhenTurnedOff) {
   EXPECT_THAT(analytics(), HasSubstr("Nothing has been recorded.\n"));
 }
 
+TEST_F(PanelProcessTest, LeavesARecordingAlsoWhenItIsKilled) {
+  for (const int signal : {SIGKILL, SIGTERM}) {
+    const std::string file = folder_ / ("hour" + std::to_string(signal) + ".json");
+    PanelProcess panel(folder_ / "state", {"--record", file});
+    ASSERT_TRUE(panel.says("The recording is in " + file));
+    panel.end(signal);
+    const auto replayed = runProgram({"simulate", file});
+    EXPECT_EQ(replayed.status, 0) << replayed.errors;
+    EXPECT_THAT(replayed.output, HasSubstr("Signal failure at Zentralbahnhof"));
+  }
+}
+
 TEST_F(PanelProcessTest, RefusesAtOnceToRecordIntoAFileThatCannotBeWritten) {
   PanelProcess panel(folder_ / "state", {"--record", folder_ / "none/hour.json"});
   EXPECT_TRUE(panel.says("none/hour.json: No such file or directory"));
@@ -137,6 +149,10 @@ TEST_F(PanelProcessTest, PrintsTheListWithoutADisplay) {
   EXPECT_THAT(run.output, HasSubstr("Advisories"));
   EXPECT_EQ(run.errors, "linewatch: there is no display for the panel, so its list is printed\n");
   EXPECT_FALSE(std::filesystem::exists(folder_ / "state"));
+  const auto recording = runProgram({"--state-dir", folder_ / "state", "panel", "--record", "hour.json"});
+  EXPECT_EQ(recording.status, 2);
+  EXPECT_EQ(recording.errors,
+            "linewatch: hour.json: nothing is recorded, because there is no display for the panel\n");
 }
 
 }  // namespace

@@ -141,7 +141,7 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {{"--locale", "???", "show"}, "???"},
            {saved({"favorites", "add", "nope"}), "nope"},
            {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}),
-            "feed x: /nowhere: no such"},
+            "feed x: /nowhere: No such"},
            {saved({"feed", "remove", "x"}), "feed \"x\": there is no feed"},
            {saved({"feed", "add",
                    "a\x7f"

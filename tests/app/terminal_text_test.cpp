@@ -69,12 +69,5 @@ TEST(TerminalText, CountsTheShieldsThatDoNotFit) {
   EXPECT_EQ(terminalRows(rows, {}), "[1] [2] [3] +2  Works\n                Text\n[9]             Fair\n");
 }
 
-TEST(TerminalText, MeasuresColumns) {
-  EXPECT_EQ(terminalWidth("Zürich"), 6U);
-  EXPECT_EQ(terminalWidth("e\u0301"), 1U);
-  EXPECT_EQ(terminalWidth("銀座線"), 6U);
-  EXPECT_EQ(terminalWidth("\xff!"), 2U);
-}
-
 }  // namespace
 }  // namespace linewatch::app

@@ -18,6 +18,7 @@
 #include "feeds/scripted_server.h"
 #include "feeds/transit_feeds.h"
 #include "shared/failure.h"
+#include "shared/mutex.h"
 #include "simulation/simulated_platform.h"
 #include "storage/state_database.h"
 #include "temporary_folder.h"
@@ -257,17 +258,17 @@ class World {
     answer_ = &answers()[random_() % answers().size()];
     // Half of the answers are good, so that there is something to lose.
     if (random_() % 2 == 0) answer_ = &answers().front();
-    isRequested_ = false;
     fetcher_->timeout = Seconds(answer_->isEndless ? 0.05 : 20);
     const std::string news = "Works " + std::to_string(++count_);
-    material_ = {payload(news), payload("Lies"), server_.otherUrl()};
+    prepare({answer_, {payload(news), payload("Lies"), server_.otherUrl()}});
     const MapItemIdentifier line{stableMuid("bus", "1"), "bus", "1"};
     const auto items = feeds_->lineItems({&line, 1}, now_);
+    last_ = received();
     expect(news);
     check(items);
     return std::to_string(static_cast<int>(secondsOf(now_) - 1.7e9)) +
            " s: " + (isRestart ? "restart, then " : "") + answer_->name +
-           (isRequested_ ? "" : ", not asked for");
+           (last_.isRequest ? "" : ", not asked for");
   }
 
  private:
@@ -286,11 +287,34 @@ class World {
 
   std::vector<FeedState> states() const { return feeds_->states(); }
 
-  /// Runs on the server's thread while the feed waits for it.
-  void serve(Connection& connection) {
-    isRequested_ = true;
-    isConditional_ = connection.request().find("If-None-Match") != std::string::npos;
-    answer_->send(connection, material_);
+  /// What the server sends until it is told otherwise.
+  struct Prepared {
+    const Answer* answer = nullptr;
+    Material material;
+  };
+  struct Received {
+    bool isRequest = false;
+    bool isConditional = false;
+  };
+
+  void prepare(Prepared prepared) LINEWATCH_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
+    prepared_ = std::move(prepared);
+    received_ = {};
+  }
+  Received received() const LINEWATCH_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
+    return received_;
+  }
+  /// Runs on the server's thread. An endless answer may still be sent when the next one is prepared.
+  void serve(Connection& connection) LINEWATCH_EXCLUDES(mutex_) {
+    const Prepared prepared = receive(connection.request());
+    prepared.answer->send(connection, prepared.material);
+  }
+  Prepared receive(const std::string& request) LINEWATCH_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
+    received_ = {true, request.find("If-None-Match") != std::string::npos};
+    return prepared_;
   }
 
   std::string payload(const std::string& title) const {
@@ -306,13 +330,13 @@ class World {
     const Taken taken = answer_->taken;
     if (taken == Taken::asChange) return shown_ ? Taken::asNews : Taken::asFailure;
     if (taken == Taken::asOlder && !written_) return Taken::asNews;
-    if (taken == Taken::asNotModified && !isConditional_) return Taken::asFailure;
+    if (taken == Taken::asNotModified && !last_.isConditional) return Taken::asFailure;
     return taken;
   }
 
   void expect(const std::string& news) {
     const Taken how = taken();
-    if (!isRequested_ || how == Taken::asFailure) return;
+    if (!last_.isRequest || how == Taken::asFailure) return;
     confirmed_ = now_;
     if (how != Taken::asNews) return;
     shown_ = news;
@@ -344,9 +368,11 @@ class World {
   DroppingLog log_;
   Date now_{Seconds(1'700'000'000)};
   const Answer* answer_ = &answers().front();
-  Material material_;
-  bool isRequested_ = false;
-  bool isConditional_ = false;
+  mutable Mutex mutex_;
+  Prepared prepared_ LINEWATCH_GUARDED_BY(mutex_);
+  Received received_ LINEWATCH_GUARDED_BY(mutex_);
+  /// What the server received in the last step.
+  Received last_;
   int count_ = 0;
   /// The title of the last news, and the time in their header.
   std::optional<std::string> shown_;

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <regex>
 #include <set>
 #include <string>
 #include <utility>
@@ -23,7 +24,7 @@
 namespace linewatch {
 namespace {
 
-using testing::IsSupersetOf;
+using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 icu::UnicodeString unicode(std::string_view text) {
@@ -88,38 +89,117 @@ Categories categoriesOf(std::string_view language) {
   return categories;
 }
 
-TEST(StringTables, EveryLanguageHasEveryTextWithTheSameArguments) {
-  std::map<std::pair<std::string_view, std::string_view>, std::map<std::string_view, std::string_view>> texts;
-  std::set<std::string_view> languages;
-  for (const TableText& text : embeddedTexts()) {
-    languages.insert(text.language);
-    auto& versions = texts[std::pair(text.table, text.key)];
-    EXPECT_TRUE(versions.emplace(text.language, text.text).second) << text.key;
-    EXPECT_FALSE(text.text.empty()) << text.key;
+/// The tables as one object of texts by language, then by table and key.
+using Place = std::pair<std::string_view, std::string_view>;
+using Texts = std::map<std::string_view, std::map<Place, std::string_view>>;
+
+Texts byLanguage(const std::vector<TableText>& tables) {
+  Texts texts;
+  for (const TableText& text : tables) {
+    const bool isNew = texts[text.language].emplace(Place(text.table, text.key), text.text).second;
+    EXPECT_TRUE(isNew) << text.key << " is twice in " << text.language;
   }
-  EXPECT_THAT(languages, IsSupersetOf({"de", "en"}));
-  for (const auto& [key, versions] : texts) {
-    ASSERT_TRUE(versions.contains("en")) << key.second;
-    for (const std::string_view language : languages) {
-      ASSERT_TRUE(versions.contains(language)) << key.second << " in " << language;
-      EXPECT_EQ(argumentsOf(versions.at(language)), argumentsOf(versions.at("en")))
-          << key.second << " in " << language;
-    }
-  }
+  return texts;
 }
 
-TEST(StringTables, EveryPluralHasTheCategoriesOfItsLanguage) {
-  EXPECT_EQ(categoriesOf("pl"), (Categories{"one", "few", "many", "other"}));
-  EXPECT_THAT(pluralsIn("{0, plural, =0 {none} one {#} other {{1, plural, other {#}}}}"),
-              UnorderedElementsAre(Categories{"one", "other"}, Categories{"other"}));
-  std::size_t plurals = 0;
-  for (const TableText& text : embeddedTexts()) {
-    for (const Categories& categories : pluralsIn(text.text)) {
-      ++plurals;
-      EXPECT_EQ(categories, categoriesOf(text.language)) << text.key << " in " << text.language;
+std::vector<TableText> everyText() {
+  std::vector<std::string_view> languages;
+  for (const EmbeddedLanguage& language : embeddedLanguages()) languages.push_back(language.language);
+  return embeddedTexts(languages);
+}
+
+bool isPattern(std::string_view text) {
+  UParseError place;
+  UErrorCode error = U_ZERO_ERROR;
+  const icu::MessagePattern pattern(unicode(text), &place, error);
+  return U_SUCCESS(error) != 0;
+}
+
+std::string joined(const Categories& categories) {
+  std::string text;
+  for (const std::string& category : categories) text += (text.empty() ? "" : " ") + category;
+  return text;
+}
+
+/// What is wrong with the spelling of a text by itself; empty if nothing is.
+std::string typoIn(std::string_view text) {
+  const std::pair<std::string_view, const char*> signs[] = {
+      {"'", "has an apostrophe that ICU reads as a quote; write ’"},
+      {"...", "has three full stops; write …"},
+      {"\"", "has a straight quotation mark"},
+      {"  ", "has two spaces in a row"}};
+  for (const auto& [sign, fault] : signs) {
+    if (text.find(sign) != std::string_view::npos) return fault;
+  }
+  if (text.empty()) return "is empty";
+  return text.front() == ' ' || text.back() == ' ' ? "begins or ends with a space" : "";
+}
+
+/// What is wrong with a translation of an English text; empty if nothing is.
+std::string faultOf(std::string_view language, std::string_view text, std::string_view english) {
+  static const std::regex kTwoWords("[a-z]{2} [a-z]{2}", std::regex::icase);
+  if (!isPattern(text)) return "is no message pattern";
+  if (argumentsOf(text) != argumentsOf(english)) return "has other arguments than in English";
+  for (const Categories& categories : pluralsIn(text)) {
+    if (const Categories wanted = categoriesOf(language); categories != wanted)
+      return "has plural forms for " + joined(categories) + " instead of " + joined(wanted);
+  }
+  if (language != "en" && text == english && std::regex_search(text.begin(), text.end(), kTwoWords))
+    return "is still English";
+  return typoIn(text);
+}
+
+/// One line for each fault in the tables. The table of a region may leave out texts of its language.
+std::vector<std::string> faultsIn(const Texts& texts) {
+  const auto& english = texts.at("en");
+  std::vector<std::string> faults;
+  const auto add = [&](std::string_view language, const Place& place, const std::string& fault) {
+    if (!fault.empty())
+      faults.push_back(std::string(language) + ' ' + std::string(place.first) + ' ' +
+                       std::string(place.second) + ' ' + fault);
+  };
+  for (const auto& [language, translations] : texts) {
+    const bool isPart = texts.contains(language.substr(0, language.find('-'))) &&
+                        language.find('-') != std::string_view::npos;
+    for (const auto& [place, text] : translations) {
+      const auto original = english.find(place);
+      add(language, place,
+          original == english.end() ? "is not in English" : faultOf(language, text, original->second));
+    }
+    for (const auto& [place, text] : english) {
+      if (!isPart && !translations.contains(place)) add(language, place, "is missing");
     }
   }
-  EXPECT_GE(plurals, 10U);
+  return faults;
+}
+
+TEST(StringTables, EveryLanguageHasEveryTextInItsPluralForms) {
+  const Texts texts = byLanguage(everyText());
+  for (const char* language : {"ar", "cs", "de", "en", "es", "fr", "he", "hi", "it", "ja", "ko", "nl", "pl",
+                               "pt", "ru", "uk", "zh-Hans"})
+    EXPECT_TRUE(texts.contains(language)) << language;
+  EXPECT_THAT(faultsIn(texts), IsEmpty());
+}
+
+TEST(StringTables, FaultsInTablesAreNamed) {
+  const std::vector<TableText> tables = {
+      {"en", "window", "Count", "{0, plural, one {# line of {1}} other {# lines of {1}}}"},
+      {"en", "window", "Hello", "Good morning"},
+      {"pl", "window", "Count", "{0, plural, one {# linia {1}} other {# linii {1}}}"},
+      {"pl", "window", "Gone", "x"},
+      {"fr", "window", "Count", "{0} lignes de {1}"},
+      {"fr", "window", "Hello", "Bonjour l'ami"},
+      {"fr-CA", "window", "Hello", "Bon matin"},
+      {"nl", "window", "Count", "{0, plural, one {# lijn"},
+      {"nl", "window", "Hello", "Good morning"},
+  };
+  EXPECT_THAT(
+      faultsIn(byLanguage(tables)),
+      UnorderedElementsAre("pl window Count has plural forms for one other instead of few many one other",
+                           "pl window Gone is not in English", "pl window Hello is missing",
+                           "fr window Count has other arguments than in English",
+                           "fr window Hello has an apostrophe that ICU reads as a quote; write ’",
+                           "nl window Count is no message pattern", "nl window Hello is still English"));
 }
 
 TEST(StringTables, ContainEveryTextOfTheWidget) {
@@ -172,7 +252,7 @@ TEST(StringTables, TheFeedTableMatchesTheBuiltInEnglishTexts) {
     return texts.feedString(key, "missing");
   };
   EXPECT_EQ(FeedTexts::lookedUp(lookUp), FeedTexts::english());
-  EXPECT_EQ(lookedUp, std::ranges::count_if(embeddedTexts(), [](const TableText& text) {
+  EXPECT_EQ(lookedUp, std::ranges::count_if(everyText(), [](const TableText& text) {
               return text.language == kFallbackLanguage && text.table == "feed";
             }));
 }

@@ -3,16 +3,24 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileDialog>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "desktop/loop/clock_watch.h"
+#include "desktop/loop/file_watch.h"
 #include "desktop/loop/folder_watch.h"
 #include "desktop/loop/network_watch.h"
+#include "desktop/setup/welcome_card.h"
 #include "desktop/window/color_scheme.h"
 #include "desktop/window/panel_network.h"
+#include "platform/log.h"
+#include "platform/preferences_store.h"
+#include "settings/user_settings.h"
+#include "storage/program_preferences.h"
 #include "ui/notification_center.h"
 
 namespace linewatch::app {
@@ -23,6 +31,18 @@ QStringList qtWords(const std::vector<std::string>& words) {
   QStringList list;
   for (const std::string& word : words) list.append(QString::fromStdString(word));
   return list;
+}
+
+/// Two capital letters; the usual one of the language when the locale names none.
+std::string regionOf(const UserLocale& locale) {
+  return QLocale::territoryToCode(QLocale(QString::fromStdString(locale.tag())).territory()).toStdString();
+}
+
+/// Set once the user has chosen the example at the first start.
+constexpr std::string_view kExampleChosenKey = "exampleChosen";
+
+std::shared_ptr<PreferencesStore> programPreferences(desktop::DesktopPlatform& platform) {
+  return platform.makePreferencesStore(kProgramSuite);
 }
 
 /// Collects the facts from the last fetch. Reads no files and asks no server.
@@ -45,17 +65,27 @@ desktop::FoundIncidents foundIncidents(TransitFeeds& feeds, const std::vector<st
 }  // namespace
 
 Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-             const std::vector<std::string>& command, const desktop::PanelOptions& options,
-             PanelRecording* recording)
+             const Options& options, PanelRecording* recording)
     : session_(session),
       screen_(screen),
+      locale_(locale),
+      showsExample_(options.showsExample),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
-      companion_(texts_, qtWords(command), detailsServices(), favoritesServices()),
-      window_(texts_, panelServices(recording), options) {
+      shown_(session.platform().settings().withoutRemembered()),
+      companion_(texts_, qtWords(shown_.companion), detailsServices(), favoritesServices(),
+                 platform().saved() ? [this] { setUp(); } : std::function<void()>()),
+      window_(texts_, panelServices(recording), options.window) {
   desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
   desktop::watchClock(window_, [this] { window_.checkClock(); });
   desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
-  desktop::followDesktopColorScheme(window_);
+  desktop::followDesktopColorScheme(window_, [this](desktop::ColorScheme colors) {
+    desktopColors_ = colors;
+    applyColors();
+  });
+  applyColors();
+  window_.setStaysOnTop(shown_.staysOnTop);
+  window_.setFrameless(shown_.isFrameless);
+  followSettings();
   desktop::followDesktopContrast(window_);
   desktop::followDesktopMotion(window_, [this](bool isReduced) { window_.setMotionReduced(isReduced); });
   if (isStateHeld()) {
@@ -69,30 +99,61 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
 Panel::~Panel() {
   ending_.request_stop();
   platform().stopFetching();
+  setup_ = nullptr;
+  feeds_ = nullptr;
+  serverQueue_.finish();
   queue_.finish();
 }
 
 /// Runs `work` on the queue, and `done` with its result on the main thread.
 template <class Work, class Done>
-void Panel::inBackground(Work work, Done done) {
-  queue_.post([&mainLoop = platform().mainLoop(), work = std::move(work), done = std::move(done)] {
-    mainLoop.dispatchAsync([result = work(), done] { done(result); });
-  });
+void Panel::inBackground(Work work, Done done, BackgroundQueue* queue) {
+  (queue ? *queue : queue_)
+      .post([&mainLoop = platform().mainLoop(), work = std::move(work), done = std::move(done)] {
+        mainLoop.dispatchAsync([result = work(), done] { done(result); });
+      });
 }
 
 bool Panel::isStateHeld() { return platform().saved() && platform().saved()->isHeld(); }
 
+bool Panel::isFirstStart() {
+  if (!platform().saved() || showsExample_) return false;
+  const auto own = platform().saved()->feeds().list();
+  const bool showsSample = platform().showsSampleCity() && own && own->empty();
+  return showsSample && !programPreferences(platform())->boolForKey(kExampleChosenKey);
+}
+
 void Panel::loadWindow() {
-  window_.loadWidget();
+  // Only now can the saved state be read, which may remember a text size.
+  shown_ = platform().settings().values();
+  screen_.settings().category = shown_.textSize;
+  if (isFirstStart()) {
+    showWelcome();
+  } else {
+    isWindowLoaded_ = true;
+    window_.loadWidget();
+  }
   followChoice();
+}
+
+void Panel::showWelcome() {
+  window_.showCard(new desktop::WelcomeCard(*texts_, {.chooseCity = [this] { setupWindow().findCity(); },
+                                                      .showExample = [this] { showExample(); }}));
+}
+
+void Panel::showExample() {
+  programPreferences(platform())->setObject(true, kExampleChosenKey);
+  isWindowLoaded_ = true;
+  window_.loadWidget();
 }
 
 /// Waits on the queue. A widget that cannot read its last list would start with an empty one, and save that.
 void Panel::loadWindowOnceStateIsFree() {
   inBackground(
-      [saved = platform().saved(), ending = ending_.get_token()] {
+      [saved = platform().saved(), &feeds = platform().feeds(), ending = ending_.get_token()] {
         while (!ending.stop_requested() && saved->isHeld()) {
         }
+        static_cast<void>(feeds.follow());
         return true;
       },
       [this, window = QPointer(&window_)](bool) {
@@ -131,6 +192,9 @@ desktop::FavoritesServices Panel::favoritesServices() {
       if (!changed) return changed.error();
       return changed->front();
     };
+    services.reorder = [this](const std::vector<StoredFavorite>& order) {
+      return platform().favorites().reorder(order);
+    };
   }
   return services;
 }
@@ -140,11 +204,9 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
       .openURL = [this](const URL& url,
                         const std::function<void(bool)>& done) { companion_.openURL(url, done); },
       .showFavorites = [this] { companion_.showFavorites(); },
-      .setTextSize =
-          [this](ui::TextSizeCategory category) {
-            screen_.settings().category = category;
-            platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
-          },
+      .showFeeds = platform().saved() ? [this] { showFeeds(); } : std::function<void()>(),
+      .showSettings = [this] { showSettings(); },
+      .setTextSize = [this](ui::TextSizeCategory category) { setTextSize(category); },
       .dataNote = [this] { return dataNote(); },
       .feedNews =
           [this] {
@@ -170,6 +232,96 @@ void Panel::saveRecording(PanelRecording& recording) {
   box.exec();
 }
 
+// ---- The set-up ----
+
+desktop::SetupServices Panel::setupServices() {
+  desktop::SetupServices services{.language = locale_.language(), .region = regionOf(locale_)};
+  services.readCatalogue = [this](desktop::SetupServices::CatalogueRead done) {
+    inBackground(
+        [catalogue = platform().catalogue(), stop = ending_.get_token()] { return catalogue->read(stop); },
+        std::move(done), &serverQueue_);
+  };
+  services.feeds = [this] { return platform().saved()->feeds().list(); };
+  services.startAdding = [this](FeedProposal proposal, FeedAdding::Observer observer) {
+    return std::make_shared<FeedAdding>(std::move(proposal), *platform().addingEnvironment(),
+                                        std::move(observer));
+  };
+  services.discard = [this](std::shared_ptr<FeedAdding> adding) {
+    serverQueue_.post([adding = std::move(adding)]() mutable { adding.reset(); });
+  };
+  services.states = [this] { return platform().feeds().states(); };
+  services.check = [this](desktop::SetupServices::StatesRead done) {
+    inBackground(
+        [&feeds = platform().feeds(), now = platform().mainLoop().now()] {
+          const auto states = feeds.check(now);
+          return states ? *states : std::vector<FeedState>();
+        },
+        std::move(done), &serverQueue_);
+  };
+  services.changeFeed = [this](const StoredFeed& feed) -> std::optional<Error> {
+    const auto changed = platform().saved()->feeds().change(feed);
+    if (!changed) return changed.error();
+    // Cached documents came with the old key, so the new one is tried at once.
+    platform().saved()->feedCache()->expire(feed.name);
+    return std::nullopt;
+  };
+  services.removeFeed = [this](const std::string& name) -> std::optional<Error> {
+    const auto removed = platform().saved()->feeds().remove(name);
+    if (!removed) return removed.error();
+    platform().saved()->feedCache()->remove(name);
+    return std::nullopt;
+  };
+  services.now = [this] { return platform().mainLoop().now(); };
+  services.openLink = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
+  services.feedsDidChange = [this] { feedsDidChange(); };
+  services.favorites = favoritesServices();
+  return services;
+}
+
+/// A window that is not visible is made again, because the text size may have changed.
+desktop::SetupWindow& Panel::setupWindow() {
+  if (!setup_ || !setup_->isVisible())
+    setup_ = std::make_unique<desktop::SetupWindow>(texts_, setupServices(), [this] {
+      window_.show();
+      window_.raise();
+      window_.activateWindow();
+    });
+  return *setup_;
+}
+
+void Panel::showFeeds() {
+  if (!feeds_ || !feeds_->isVisible())
+    feeds_ =
+        std::make_unique<desktop::FeedsWindow>(texts_, setupServices(), [this] { setupWindow().findCity(); });
+  feeds_->present();
+}
+
+void Panel::setUp() {
+  const auto feeds = platform().saved()->feeds().list();
+  if (feeds && !feeds->empty()) {
+    setupWindow().chooseLines();
+  } else {
+    setupWindow().findCity();
+  }
+}
+
+void Panel::feedsDidChange() {
+  rememberChoice(choiceIn(platform()));
+  choiceDidChange();
+}
+
+/// The first feed takes the place of the first start's card.
+void Panel::choiceDidChange() {
+  if (!isWindowLoaded_ && knownChoice_ && !knownChoice_->feeds.empty()) {
+    isWindowLoaded_ = true;
+    window_.loadWidget();
+  }
+  window_.favoritesDidChange();
+  companion_.favoritesDidChange();
+  if (setup_ && setup_->isVisible()) setup_->followChanges();
+  if (feeds_ && feeds_->isVisible()) feeds_->followChanges();
+}
+
 std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {
   auto feeds = platform.saved()->feeds().list();
   if (!feeds) return std::nullopt;
@@ -190,8 +342,7 @@ void Panel::followChoice() {
     inBackground([&platform = platform()] { return choiceIn(platform); },
                  [this, window = QPointer(&window_)](const std::optional<Choice>& now) {
                    if (!window || !rememberChoice(now)) return;
-                   window->favoritesDidChange();
-                   companion_.favoritesDidChange();
+                   choiceDidChange();
                  });
   });
 }
@@ -201,6 +352,81 @@ bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);
   return true;
+}
+
+// ---- Settings ----
+
+/// The size is applied before it is saved, and also if that fails.
+void Panel::setTextSize(ui::TextSizeCategory category) {
+  screen_.settings().category = category;
+  platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  const bool isChosen = std::exchange(shown_.textSize, category) != category;
+  if (isChosen) {
+    const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));
+    if (error) logError("the text size is not saved: %@", {sentenceOf(*error)});
+  }
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::followSettings() {
+  const std::filesystem::path& file = platform().settings().file();
+  if (file.empty()) return;
+  desktop::watchFile(window_, file, [this] { settingsFileDidChange(); });
+}
+
+void Panel::settingsFileDidChange() {
+  UserSettings& settings = platform().settings();
+  const std::vector<std::string> before = settings.faults();
+  if (!settings.reread()) return;
+  const std::vector<std::string> faults = settings.faults();
+  for (const std::string& fault : faults) {
+    if (std::ranges::find(before, fault) == before.end()) logError("%@", {fault});
+  }
+  applySettings();
+  if (showsSettings()) settingsWindow_->followChanges();
+}
+
+void Panel::applySettings() {
+  const Settings before = std::exchange(shown_, platform().settings().values());
+  if (shown_.textSize != before.textSize) window_.setTextSize(shown_.textSize);
+  if (shown_.appearance != before.appearance) applyColors();
+  if (shown_.staysOnTop != before.staysOnTop) window_.setStaysOnTop(shown_.staysOnTop);
+  if (shown_.isFrameless != before.isFrameless) window_.setFrameless(shown_.isFrameless);
+  if (shown_.refresh != before.refresh) window_.setRefresh(shown_.refresh);
+  if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
+  if (shown_.language != before.language) languageDidChange();
+}
+
+void Panel::applyColors() {
+  switch (shown_.appearance) {
+    case AppearanceChoice::automatic:
+      return desktop::applyColorScheme(desktopColors_);
+    case AppearanceChoice::light:
+      return desktop::applyColorScheme(desktop::ColorScheme::light);
+    case AppearanceChoice::dark:
+      return desktop::applyColorScheme(desktop::ColorScheme::dark);
+  }
+}
+
+desktop::SettingsServices Panel::settingsServices() {
+  UserSettings& settings = platform().settings();
+  desktop::SettingsServices services{
+      .find = [&settings](const Setting& setting) { return settings.find(setting); },
+      .faults = [&settings] { return settings.faults(); },
+      .file = settings.file().string()};
+  if (settings.file().empty()) return services;
+  services.set = [this, &settings](const Setting& setting, const std::string& text) {
+    const auto error = settings.set(setting, text);
+    if (!error) applySettings();
+    return error;
+  };
+  return services;
+}
+
+void Panel::showSettings() {
+  if (!settingsWindow_)
+    settingsWindow_ = std::make_unique<desktop::SettingsWindow>(texts_, settingsServices());
+  settingsWindow_->present();
 }
 
 /// The age of the list, which is the age of the oldest feed.

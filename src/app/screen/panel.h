@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -8,9 +10,14 @@
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
+#include "desktop/setup/feeds_window.h"
+#include "desktop/setup/setup_window.h"
+#include "desktop/window/color_scheme.h"
 #include "desktop/window/companion.h"
 #include "desktop/window/panel_window.h"
+#include "desktop/window/settings_window.h"
 #include "feeds/background_queue.h"
+#include "settings/settings.h"
 
 namespace linewatch::app {
 
@@ -18,15 +25,26 @@ namespace linewatch::app {
 /// on a background queue. Main thread, under a QApplication. Session, screen and recording must outlive it.
 class Panel {
  public:
-  /// `command`: the words of the user's companion command; empty when there is none. `recording` may be null.
-  Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale,
-        const std::vector<std::string>& command, const desktop::PanelOptions& options,
+  struct Options {
+    desktop::PanelOptions window;
+    /// Whether the made-up city is shown until the user adds a feed, also at the first start.
+    bool showsExample = false;
+  };
+
+  /// `recording` may be null.
+  Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale& locale, const Options& options,
         PanelRecording* recording = nullptr);
   ~Panel();
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
 
   desktop::PanelWindow& window() { return window_; }
+  /// Shows the settings window.
+  void showSettings();
+  /// Whether the settings window is open.
+  bool showsSettings() const { return settingsWindow_ && settingsWindow_->isVisible(); }
+  /// Called after the user has chosen another language, which needs another panel.
+  std::function<void()> languageDidChange = [] {};
   desktop::Companion& companion() { return companion_; }
 
  private:
@@ -34,6 +52,15 @@ class Panel {
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
   desktop::PanelServices panelServices(PanelRecording* recording);
+  desktop::SettingsServices settingsServices();
+  /// Follows the settings file, which the user or another program may change.
+  void followSettings();
+  void settingsFileDidChange();
+  /// Makes everything as the settings in force say.
+  void applySettings();
+  void applyColors();
+  void setTextSize(ui::TextSizeCategory category);
+  desktop::SetupServices setupServices();
   void saveRecording(PanelRecording& recording);
   /// The feeds and favourites of the user.
   struct Choice {
@@ -45,22 +72,45 @@ class Panel {
   static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
   /// Whether another program locks the saved state.
   bool isStateHeld();
+  /// Whether the user has neither added a feed nor asked for the example.
+  bool isFirstStart();
+  void showWelcome();
+  void showExample();
   void loadWindow();
   void loadWindowOnceStateIsFree();
   void followChoice();
   bool rememberChoice(std::optional<Choice> now);
+  /// The set-up, or its page with the lines if there are feeds.
+  void setUp();
+  desktop::SetupWindow& setupWindow();
+  void showFeeds();
+  void feedsDidChange();
+  void choiceDidChange();
   QString dataNote();
 
   template <class Work, class Done>
-  void inBackground(Work work, Done done);
+  void inBackground(Work work, Done done, BackgroundQueue* queue = nullptr);
 
   Session& session_;
   desktop::DrawingScreen& screen_;
+  UserLocale locale_;
+  bool showsExample_;
+  bool isWindowLoaded_ = false;
   BackgroundQueue queue_;
+  /// For work that waits for servers, so that other work need not wait for it.
+  BackgroundQueue serverQueue_;
   std::stop_source ending_;
   desktop::SharedWindowTexts texts_;
+  /// The settings that the panel shows.
+  Settings shown_;
+  desktop::ColorScheme desktopColors_ = desktop::ColorScheme::any;
   desktop::Companion companion_;
   desktop::PanelWindow window_;
+  /// Made on first use.
+  std::unique_ptr<desktop::SettingsWindow> settingsWindow_;
+  /// Made when it is first shown.
+  std::unique_ptr<desktop::SetupWindow> setup_;
+  std::unique_ptr<desktop::FeedsWindow> feeds_;
   /// The choice at the last update of the widget; absent until it can be read.
   std::optional<Choice> knownChoice_;
 };

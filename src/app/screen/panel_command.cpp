@@ -1,12 +1,14 @@
 #include "app/screen/panel_command.h"
 
 #include <QApplication>
+#include <QRect>
 #include <QSocketNotifier>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -14,6 +16,7 @@
 #include "app/screen/panel.h"
 #include "app/screen/panel_recording.h"
 #include "platform/platform.h"
+#include "settings/user_settings.h"
 #include "shared/file_contents.h"
 #include "simulation/recording/recording_platform.h"
 
@@ -50,7 +53,7 @@ class EndOnSignals {
  public:
   EndOnSignals() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     endingDescriptor = descriptor_;
-    for (const int signal : kEndingSignals) handleUnlessIgnored(signal, askForEnd);
+    handle();
   }
   ~EndOnSignals() {
     for (const int signal : kEndingSignals) handleUnlessIgnored(signal, SIG_DFL);
@@ -59,6 +62,10 @@ class EndOnSignals {
   EndOnSignals(const EndOnSignals&) = delete;
   EndOnSignals& operator=(const EndOnSignals&) = delete;
 
+  /// Installs the handlers, again after the application has quit.
+  void handle() const {
+    for (const int signal : kEndingSignals) handleUnlessIgnored(signal, askForEnd);
+  }
   void watch(QApplication& application) const {
     auto* const notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
@@ -79,20 +86,28 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
   return settings;
 }
 
-}  // namespace
+/// What a panel in another language takes over from the one before.
+struct OpenWindows {
+  /// Whether the panel ended because the user has chosen another language.
+  bool areReplaced = false;
+  std::optional<QRect> panel = {};
+  bool showsSettings = false;
+};
 
-Report panel(const CommonOptions& options, const PanelCommand& command) {
-  // A recording of an hour must not be lost to a mistyped name.
-  if (!command.record.empty()) {
-    if (const auto error = whyNotWritable(command.record)) return refused(*error);
+void restore(const OpenWindows& windows, Panel& panel) {
+  if (windows.panel) {
+    panel.window().resize(windows.panel->width(), panel.window().height());
+    panel.window().move(windows.panel->topLeft());
   }
+  panel.window().show();
+  if (windows.showsSettings) panel.showSettings();
+}
+
+/// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
+/// in one language, so that another one needs another session.
+Report runPanel(const CommonOptions& options, const PanelCommand& command, QApplication& application,
+                OpenWindows& windows) {
   const auto locale = localeOf(options);
-  EndOnSignals endOnSignals;
-  static char name[] = "linewatch";
-  static char* arguments[] = {name, nullptr};
-  int count = 1;
-  QApplication application(count, arguments);
-  endOnSignals.watch(application);
   QApplication::setLayoutDirection(locale.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, locale));
   std::unique_ptr<Panel> shown;
@@ -108,16 +123,48 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   static_cast<void>((*session)->platform().feeds().follow());
   PanelRecording recording(command.isAnonymous);
   recording.recorder()->setLocale(locale.tag());
+  if (!command.record.empty()) recording.keepIn(command.record);
   installPlatform(
       std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
-  shown = std::make_unique<Panel>(
-      **session, *screen, locale, command.companion,
-      desktop::PanelOptions{.maxRows = options.maxRows, .refresh = command.refresh}, &recording);
-  shown->window().show();
+  const Seconds refresh = (*session)->platform().settings().withoutRemembered().refresh;
+  shown = std::make_unique<Panel>(**session, *screen, locale,
+                                  Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
+                                                 .showsExample = command.showsExample},
+                                  &recording);
+  shown->languageDidChange = [&windows] {
+    windows.areReplaced = true;
+    QApplication::quit();
+  };
+  restore(windows, *shown);
+  windows.areReplaced = false;
   QApplication::exec();
+  windows.panel = shown->window().geometry();
+  windows.showsSettings = shown->showsSettings();
   shown = nullptr;
-  const auto error = command.record.empty() ? std::nullopt : recording.save(command.record);
+  const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
+}
+
+}  // namespace
+
+Report panel(const CommonOptions& options, const PanelCommand& command) {
+  // A recording of an hour must not be lost to a mistyped name.
+  if (!command.record.empty()) {
+    if (const auto error = whyNotWritable(command.record)) return refused(*error);
+  }
+  EndOnSignals endOnSignals;
+  static char name[] = "linewatch";
+  static char* arguments[] = {name, nullptr};
+  int count = 1;
+  QApplication application(count, arguments);
+  endOnSignals.watch(application);
+  OpenWindows windows;
+  Report report = runPanel(options, command, application, windows);
+  while (windows.areReplaced) {
+    endOnSignals.handle();
+    report = runPanel(options, command, application, windows);
+  }
+  return report;
 }
 
 }  // namespace linewatch::app

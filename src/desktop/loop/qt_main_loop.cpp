@@ -159,7 +159,27 @@ Date QtMainLoop::now() const {
 bool QtMainLoop::isMainThread() const { return QThread::currentThread() == receiver_.thread(); }
 
 void QtMainLoop::dispatchAsync(std::function<void()> action) {
-  QMetaObject::invokeMethod(&receiver_, std::move(action), Qt::QueuedConnection);
+  {
+    const MutexLock lock(mutex_);
+    dispatched_.push_back(std::move(action));
+  }
+  wakeForDispatched();
+}
+
+// scripts/known_races names this function: the sanitizer takes Qt's delivery of the event for a race.
+void QtMainLoop::wakeForDispatched() {
+  QMetaObject::invokeMethod(
+      &receiver_, [this] { runNextDispatched(); }, Qt::QueuedConnection);
+}
+
+void QtMainLoop::runNextDispatched() {
+  std::function<void()> action;
+  {
+    const MutexLock lock(mutex_);
+    action = std::move(dispatched_.front());
+    dispatched_.pop_front();
+  }
+  action();
 }
 
 std::shared_ptr<Timer> QtMainLoop::scheduleTimer(Seconds interval, bool repeats,

@@ -47,8 +47,8 @@ void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function
       });
 }
 
-void followDesktopColorScheme(QObject& owner) {
-  if (const auto bus = sessionBus()) followColorScheme(*bus, owner, applyColorScheme);
+void followDesktopColorScheme(QObject& owner, std::function<void(ColorScheme)> changed) {
+  if (const auto bus = sessionBus()) followColorScheme(*bus, owner, std::move(changed));
 }
 
 void followDesktopContrast(QObject& owner) {

@@ -15,9 +15,8 @@ enum class ColorScheme : std::uint8_t { any, dark, light };
 /// Without a settings service on the bus it is never called. Needs a QCoreApplication; main thread.
 void followColorScheme(const QDBusConnection& bus, QObject& owner, std::function<void(ColorScheme)> changed);
 
-/// Applies the desktop's colour scheme to the application, now and after each change, unless Qt does so
-/// itself. Ends with `owner`. Needs a QApplication; main thread.
-void followDesktopColorScheme(QObject& owner);
+/// The same for the desktop of this session, if it has a bus.
+void followDesktopColorScheme(QObject& owner, std::function<void(ColorScheme)> changed);
 
 /// Applies the desktop's setting of a higher contrast in the same way.
 void followDesktopContrast(QObject& owner);

@@ -13,12 +13,16 @@ namespace linewatch::desktop {
 
 namespace {
 
-/// Whether the URL opens the favourites: "rova://?t=r" (no favourites yet) or "rova://favorites?…", with or
-/// without a session.
-bool isAboutFavorites(const URL& url) {
+enum class Destination { setUp, favorites, unknown };
+
+/// "rova://?t=r" leads to the set-up, because there are no favourites yet, and "rova://favorites?…" to the
+/// favourites; both with or without a session.
+Destination destinationOf(const URL& url) {
   const QUrl parsed(QString::fromStdString(url.absoluteString));
-  if (parsed.scheme() != QString::fromUtf8(kCompanionScheme.data(), kCompanionScheme.size())) return false;
-  return parsed.host().isEmpty() || parsed.host() == QLatin1String("favorites");
+  if (parsed.scheme() != QString::fromUtf8(kCompanionScheme.data(), kCompanionScheme.size()))
+    return Destination::unknown;
+  if (parsed.host().isEmpty()) return Destination::setUp;
+  return parsed.host() == QLatin1String("favorites") ? Destination::favorites : Destination::unknown;
 }
 
 /// Decodes the content. A record without a line is an error too.
@@ -33,11 +37,12 @@ Outcome<OpenedContent> decodedToShow(const std::string& type, const Bytes& bytes
 }  // namespace
 
 Companion::Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
-                     FavoritesServices favorites)
+                     FavoritesServices favorites, std::function<void()> setUp)
     : texts_(std::move(texts)),
       command_(std::move(command)),
       detailsServices_(std::move(details)),
-      favoritesServices_(std::move(favorites)) {
+      favoritesServices_(std::move(favorites)),
+      setUp_(std::move(setUp)) {
   decoding_.setMaxThreadCount(1);
 }
 
@@ -68,8 +73,14 @@ void Companion::openActivity(const UserActivity& activity, const OpenHandler& do
 
 std::optional<Error> Companion::open(const URL& url) {
   if (command_.isSet()) return command_.open(url);
-  if (!isAboutFavorites(url)) return failure(url.absoluteString, "", "this address cannot be opened here");
-  showFavorites();
+  const Destination destination = destinationOf(url);
+  if (destination == Destination::unknown)
+    return failure(url.absoluteString, "", "this address cannot be opened here");
+  if (destination == Destination::setUp && setUp_) {
+    setUp_();
+  } else {
+    showFavorites();
+  }
   return std::nullopt;
 }
 

@@ -5,6 +5,7 @@
 #include <QThreadPool>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "desktop/window/companion_command.h"
 #include "desktop/window/details_window.h"
@@ -23,11 +24,14 @@ class Companion {
   using URLHandler = std::function<void(bool success)>;
 
   /// `command`: the words of the user's command; empty when there is none.
+  /// `setUp`: called for the row without favourites; empty to show the favourites.
   Companion(SharedWindowTexts texts, QStringList command, DetailsServices details,
-            FavoritesServices favorites);
+            FavoritesServices favorites, std::function<void()> setUp = {});
 
-  /// Opens a URL of the companion application. Both of its URLs open the favourites. Without a command all
-  /// other URLs fail.
+  /// Replaces the user's command.
+  void setCommand(QStringList command) { command_.setWords(std::move(command)); }
+  /// Opens a URL of the companion application: the favourites, or the set-up if there are none. Without a
+  /// command all other URLs fail.
   void openURL(const URL& url, const URLHandler& done);
   /// Decodes the activity on another thread, because a record may be large. Calls `done` on the main thread,
   /// after the content is on screen.
@@ -45,6 +49,7 @@ class Companion {
   CompanionCommand command_;
   DetailsServices detailsServices_;
   FavoritesServices favoritesServices_;
+  std::function<void()> setUp_;
   /// Made on first use. The favourites window is made again after the text size has changed.
   std::unique_ptr<DetailsWindow> details_;
   std::unique_ptr<FavoritesWindow> favorites_;

@@ -29,7 +29,10 @@ std::filesystem::path temporaryFolder() { return QDir::tempPath().toStdString();
 
 }  // namespace
 
-CompanionCommand::CompanionCommand(QStringList words) : words_(std::move(words)) {
+CompanionCommand::CompanionCommand(QStringList words) { setWords(std::move(words)); }
+
+void CompanionCommand::setWords(QStringList words) {
+  words_ = std::move(words);
   if (isSet()) ContentFolder::removeAbandoned(temporaryFolder());
 }
 

@@ -20,6 +20,8 @@ class CompanionCommand {
   /// `words`: the program and its first arguments; empty when the user has no command.
   explicit CompanionCommand(QStringList words);
 
+  /// Replaces the command. Files of the content that is open stay.
+  void setWords(QStringList words);
   /// Whether the user has a command.
   bool isSet() const { return !words_.isEmpty(); }
   /// Starts the command and does not wait for its end. An error when it cannot be started.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "desktop/window/window_style.h"
 #include "desktop/window/window_texts.h"
 #include "ui/artwork_cache.h"
 
@@ -19,11 +20,12 @@ class CompanionWindow : public QWidget {
   ~CompanionWindow() override = default;
 
  protected:
-  enum class Tone { plain, faint, alarming };
+  using Tone = TextTone;
 
   explicit CompanionWindow(SharedWindowTexts texts);
 
   const WindowTexts& texts() const { return *texts_; }
+  const SharedWindowTexts& sharedTexts() const { return texts_; }
   const std::shared_ptr<ArtworkDataSourceCache>& artworkCache() const { return artworkCache_; }
   /// `points`: the size at the default text size.
   QFont font(double points, QFont::Weight weight = QFont::Normal) const;

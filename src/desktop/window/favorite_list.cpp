@@ -1,128 +1,134 @@
 #include "desktop/window/favorite_list.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QFont>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
-#include <QSignalBlocker>
-#include <algorithm>
-#include <string>
 #include <utility>
 
 #include "desktop/window/line_delegate.h"
 
 namespace linewatch::desktop {
 
-namespace {
-
-/// The second line of a row.
-QString detailsOf(const FavoriteList::Entry& entry, const FavoriteList::Mark& mark) {
-  QStringList words{entry.agency, mark.choice};
-  words.removeAll(QString());
-  return words.join(QStringLiteral(" · "));
-}
-
-/// The text for a screen reader: the shield, the name, the agency and the choice.
-QString accessibleText(const FavoriteList::Entry& entry, const FavoriteList::Mark& mark) {
-  const auto& shield = entry.artwork ? entry.artwork->shieldDataSource : std::nullopt;
-  const QString shieldText = shield ? QString::fromStdString(shield->shieldText.value_or("")) : QString();
-  QStringList words{shieldText, entry.name, entry.agency, mark.choice};
-  words.removeAll(QString());
-  return words.join(QStringLiteral(", "));
-}
-
-Qt::CheckState checkState(bool isFavorite) { return isFavorite ? Qt::Checked : Qt::Unchecked; }
-
-}  // namespace
-
-FavoriteList::FavoriteList(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step,
-                           const QFont& nameFont, const QFont& agencyFont, Handlers handlers)
-    : handlers_(std::move(handlers)) {
+FavoriteList::FavoriteList(FavoriteModel::Source source, std::shared_ptr<ArtworkDataSourceCache> cache,
+                           std::int64_t step, const Fonts& fonts, Handlers handlers)
+    : model_(new FavoriteModel(std::move(source), this)), handlers_(std::move(handlers)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
   setSelectionMode(QAbstractItemView::NoSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setUniformItemSizes(true);
-  setItemDelegate(new LineDelegate(std::move(cache), step, nameFont, agencyFont, this));
-  connect(this, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) { itemDidChange(*item); });
+  auto* const delegate =
+      new LineDelegate(std::move(cache), step, {fonts.name, fonts.details, fonts.heading}, this);
+  delegate->setMenuHandler([this](const QModelIndex& index, const QPoint& place) { showMenu(index, place); });
+  setItemDelegate(delegate);
+  setModel(model_);
 }
 
-void FavoriteList::clearEntries() {
-  const QSignalBlocker blocker(this);
-  clear();
-  entries_.clear();
+void FavoriteList::replaceRows(std::vector<FavoriteModel::Row> rows) {
+  const QModelIndex current = currentIndex();
+  const int scrolledTo = verticalScrollBar()->value();
+  if (!current.isValid() || model_->row(current.row()).isHeading()) {
+    model_->setRows(std::move(rows));
+    return verticalScrollBar()->setValue(scrolledTo);
+  }
+  const int offset = visualRect(current).top();
+  const StoredFavorite favorite = model_->row(current.row()).favorite;
+  const bool isOrdered = model_->row(current.row()).isOrdered;
+  model_->setRows(std::move(rows));
+  const auto row = model_->find(favorite, isOrdered);
+  if (!row) return verticalScrollBar()->setValue(scrolledTo);
+  selectionModel()->setCurrentIndex(model_->index(*row), QItemSelectionModel::NoUpdate);
+  doItemsLayout();
+  const int now = visualRect(model_->index(*row)).top();
+  verticalScrollBar()->setValue(verticalScrollBar()->value() + now - offset);
 }
 
-void FavoriteList::add(const Entry& entry, const Mark& mark) {
-  const QSignalBlocker blocker(this);
-  entries_.push_back(entry);
-  auto* const item = new QListWidgetItem(entry.name, this);
-  item->setData(LineDelegate::kArtworkRole, QVariant::fromValue(entry.artwork));
-  item->setFlags(handlers_.change ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable
-                                  : Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-  show(mark, entries_.size() - 1);
-}
-
-void FavoriteList::show(const Mark& mark, std::size_t row) {
-  QListWidgetItem* const item = this->item(static_cast<int>(row));
-  item->setData(LineDelegate::kDetailsRole, detailsOf(entries_[row], mark));
-  item->setData(Qt::AccessibleTextRole, accessibleText(entries_[row], mark));
-  item->setCheckState(checkState(mark.isFavorite));
-}
-
-bool FavoriteList::contains(const StoredFavorite& favorite) const {
-  return std::ranges::any_of(entries_, [&](const Entry& entry) { return entry.favorite.isSameAs(favorite); });
-}
-
-void FavoriteList::setMarks(const MarkOf& markOf) {
-  const QSignalBlocker blocker(this);
-  for (std::size_t row = 0; row < entries_.size(); ++row) show(markOf(entries_[row].favorite), row);
-  viewport()->update();
-}
-
-FavoriteList::Place FavoriteList::place() const {
-  const QListWidgetItem* const current = currentItem();
-  return {current ? std::optional(entryOf(*current).favorite) : std::nullopt, verticalScrollBar()->value()};
-}
-
-void FavoriteList::restore(const Place& place) {
-  const auto isCurrent = [&](const Entry& entry) { return entry.favorite.isSameAs(*place.current); };
-  const auto found = place.current ? std::ranges::find_if(entries_, isCurrent) : entries_.end();
-  if (found != entries_.end()) setCurrentRow(static_cast<int>(found - entries_.begin()));
-  verticalScrollBar()->setValue(place.scrolledTo);
-}
-
-const FavoriteList::Entry& FavoriteList::entryOf(const QListWidgetItem& item) const {
-  return entries_[static_cast<std::size_t>(row(&item))];
-}
-
-void FavoriteList::itemDidChange(QListWidgetItem& item) {
-  const bool isAdded = item.checkState() == Qt::Checked;
-  if (handlers_.change(entryOf(item).favorite, isAdded)) return;
-  const QSignalBlocker blocker(this);
-  item.setCheckState(checkState(!isAdded));
+void FavoriteList::ensureCurrent() {
+  if (currentIndex().isValid()) return;
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    if (!model_->row(row).isHeading()) return setCurrentIndex(model_->index(row));
+  }
 }
 
 void FavoriteList::toggleCurrent() {
-  QListWidgetItem* const item = currentItem();
-  if (!item || !(item->flags() & Qt::ItemIsUserCheckable)) return;
-  item->setCheckState(checkState(item->checkState() != Qt::Checked));
+  const QModelIndex index = currentIndex();
+  if (!(index.flags() & Qt::ItemIsUserCheckable)) return;
+  const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+  model_->setData(index, static_cast<int>(isChecked ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
 }
 
-/// A list view itself toggles the mark on Space only.
+bool FavoriteList::moveCurrent(int step) {
+  const int row = currentIndex().row();
+  if (!handlers_.reorder || row < 0 || !model_->moveRow(row, row + step)) return false;
+  scrollTo(currentIndex());
+  saveOrder();
+  return true;
+}
+
+void FavoriteList::saveOrder() { static_cast<void>(handlers_.reorder(model_->order())); }
+
 void FavoriteList::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
-    return QListWidget::keyPressEvent(event);
-  toggleCurrent();
+  const int key = event->key();
+  const bool isUpOrDown = key == Qt::Key_Up || key == Qt::Key_Down;
+  if (isUpOrDown && event->modifiers() & Qt::AltModifier) {
+    moveCurrent(key == Qt::Key_Up ? -1 : 1);
+    return event->accept();
+  }
+  if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {
+    if (!event->isAutoRepeat()) toggleCurrent();
+    return event->accept();
+  }
+  QListView::keyPressEvent(event);
+}
+
+void FavoriteList::showMenu(const QModelIndex& index, const QPoint& place) {
+  if (handlers_.showMenu && index.isValid()) handlers_.showMenu(model_->row(index.row()).favorite, place);
 }
 
 void FavoriteList::contextMenuEvent(QContextMenuEvent* event) {
   const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-  const QListWidgetItem* const item = isByKey ? currentItem() : itemAt(event->pos());
-  if (!item || !handlers_.showMenu) return event->ignore();
-  const QPoint place = isByKey ? visualItemRect(item).center() : event->pos();
-  handlers_.showMenu(entryOf(*item).favorite, viewport()->mapToGlobal(place));
+  const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+  if (!index.isValid() || !handlers_.showMenu || model_->row(index.row()).isHeading()) return event->ignore();
+  const QPoint place = isByKey ? visualRect(index).center() : event->pos();
+  showMenu(index, viewport()->mapToGlobal(place));
+}
+
+// ---- Dragging ----
+
+void FavoriteList::mousePressEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->pos());
+  isDragging_ = false;
+  pressed_.reset();
+  const bool isOrdered = index.isValid() && model_->row(index.row()).isOrdered;
+  if (event->button() == Qt::LeftButton && handlers_.reorder && isOrdered) pressed_ = event->pos();
+  QListView::mousePressEvent(event);
+}
+
+void FavoriteList::mouseMoveEvent(QMouseEvent* event) {
+  if (!pressed_ || !(event->buttons() & Qt::LeftButton)) return QListView::mouseMoveEvent(event);
+  if ((event->pos() - *pressed_).manhattanLength() >= QApplication::startDragDistance() && !isDragging_) {
+    isDragging_ = true;
+    viewport()->setCursor(Qt::ClosedHandCursor);
+  }
+  if (isDragging_) dragTo(event->pos());
+}
+
+/// The row follows the mouse, and the others make room.
+void FavoriteList::dragTo(const QPoint& place) {
+  const QModelIndex target = indexAt({viewport()->width() / 2, place.y()});
+  if (!target.isValid() || !currentIndex().isValid()) return;
+  model_->moveRow(currentIndex().row(), target.row());
+  scrollTo(currentIndex());
+}
+
+void FavoriteList::mouseReleaseEvent(QMouseEvent* event) {
+  pressed_.reset();
+  if (!std::exchange(isDragging_, false)) return QListView::mouseReleaseEvent(event);
+  viewport()->unsetCursor();
+  saveOrder();
 }
 
 }  // namespace linewatch::desktop

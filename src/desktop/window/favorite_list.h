@@ -1,11 +1,13 @@
 #pragma once
 
-#include <QListWidget>
+#include <QListView>
+#include <QPoint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
+#include "desktop/window/favorite_model.h"
 #include "storage/stored_favorites.h"
 #include "ui/artwork_cache.h"
 
@@ -13,63 +15,52 @@ class QFont;
 
 namespace linewatch::desktop {
 
-/// A list of lines, each with a mark that shows whether it is a favourite. A click, Space or Enter toggles
-/// the mark.
-class FavoriteList final : public QListWidget {
+/// A list of lines under headings, each with a star that shows whether it is a favourite. A click, Space or
+/// Enter toggles the star. The favourites of an ordered section are moved by dragging, or with Alt and the
+/// arrow keys. Main thread.
+class FavoriteList final : public QListView {
  public:
-  struct Entry {
-    StoredFavorite favorite;
-    QString name;
-    QString agency;
-    SharedArtwork artwork;
-  };
-
-  struct Mark {
-    bool isFavorite = false;
-    /// The incidents that the user has chosen, in words; empty for all.
-    QString choice = {};
-  };
-  using MarkOf = std::function<Mark(const StoredFavorite&)>;
-
   struct Handlers {
-    /// Adds or removes a favourite. If it fails it returns false, and the mark goes back. Without this
-    /// handler the marks cannot be changed.
-    std::function<bool(const StoredFavorite& favorite, bool isAdded)> change = {};
-    /// Shows the menu of a line at a place on the screen.
+    /// Saves the order of the ordered rows; false on failure. Without it the rows cannot be moved.
+    std::function<bool(const std::vector<StoredFavorite>& order)> reorder = {};
+    /// Shows the choices of a favourite. `place`: on the screen.
     std::function<void(const StoredFavorite& favorite, const QPoint& place)> showMenu = {};
+  };
+  struct Fonts {
+    const QFont& name;
+    const QFont& details;
+    const QFont& heading;
   };
 
   /// `step`: the size step of shields.
-  FavoriteList(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, const QFont& nameFont,
-               const QFont& agencyFont, Handlers handlers);
+  FavoriteList(FavoriteModel::Source source, std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step,
+               const Fonts& fonts, Handlers handlers);
 
-  void clearEntries();
-  void add(const Entry& entry, const Mark& mark);
-  bool contains(const StoredFavorite& favorite) const;
-  /// Sets the mark of every line.
-  void setMarks(const MarkOf& markOf);
-
-  /// The current line and the scroll position. They are restored after the list has been filled again.
-  struct Place {
-    std::optional<StoredFavorite> current;
-    int scrolledTo = 0;
-  };
-  Place place() const;
-  void restore(const Place& place);
+  FavoriteModel& rows() { return *model_; }
+  /// Replaces the rows. The current line stays current, and stays at its place in the window.
+  void replaceRows(std::vector<FavoriteModel::Row> rows);
+  /// Makes the first line current if there is no current one.
+  void ensureCurrent();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  const Entry& entryOf(const QListWidgetItem& item) const;
-  void show(const Mark& mark, std::size_t row);
-  void itemDidChange(QListWidgetItem& item);
+  void showMenu(const QModelIndex& index, const QPoint& place);
   void toggleCurrent();
+  bool moveCurrent(int step);
+  void saveOrder();
+  void dragTo(const QPoint& place);
 
+  FavoriteModel* model_;
   Handlers handlers_;
-  /// By row.
-  std::vector<Entry> entries_;
+  /// Where the mouse was pressed on an ordered row.
+  std::optional<QPoint> pressed_;
+  bool isDragging_ = false;
 };
 
 }  // namespace linewatch::desktop

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "desktop/drawing/qt_canvas.h"
+#include "desktop/window/favorite_model.h"
 #include "desktop/window/window_colors.h"
 #include "ui/image.h"
 
@@ -22,7 +23,12 @@ namespace {
 constexpr double kRowInset = 16;
 constexpr double kRowGap = 12;
 constexpr double kShieldColumn = 52;
-constexpr double kMarkSize = 22;
+constexpr double kStarSize = 22;
+constexpr double kMenuSize = 28;
+constexpr double kGripStep = 4;
+constexpr double kDotRadius = 1.3;
+constexpr double kRoomAboveHeading = 14;
+constexpr double kRoomBelowHeading = 4;
 constexpr double kRoomAboveText = 9;
 constexpr double kLineGap = 2;
 constexpr double kRowRadius = 8;
@@ -40,9 +46,16 @@ QRectF placeOfShield(const QRectF& row) {
   return {row.left() + kRowInset, row.top(), kShieldColumn, row.height()};
 }
 
-QRectF placeOfMark(const QRectF& row) {
-  return {row.right() - kRowInset - kMarkSize, row.center().y() - kMarkSize / 2, kMarkSize, kMarkSize};
+QRectF placeOfStar(const QRectF& row) {
+  return {row.right() - kRowInset - kStarSize, row.center().y() - kStarSize / 2, kStarSize, kStarSize};
 }
+
+QRectF placeOfMenu(const QRectF& row) {
+  return {placeOfStar(row).left() - kRowGap / 2 - kMenuSize, row.center().y() - kMenuSize / 2, kMenuSize,
+          kMenuSize};
+}
+
+QRectF placeOfGrip(const QRectF& row) { return {row.left(), row.top(), kRowInset, row.height()}; }
 
 void paintState(QPainter& painter, const QStyleOptionViewItem& option) {
   const QRectF row = QRectF(option.rect).adjusted(4, 1, -4, -1);
@@ -59,23 +72,48 @@ void paintState(QPainter& painter, const QStyleOptionViewItem& option) {
   painter.drawRoundedRect(row, kRowRadius, kRowRadius);
 }
 
-/// A tick in a filled circle, or a plus in an empty one.
-void paintMark(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place, bool isChecked) {
+QPainterPath starIn(const QRectF& place) {
+  constexpr int kPoints = 5;
+  constexpr double kInnerRadius = 0.42;
+  QPainterPath star;
+  for (int i = 0; i < 2 * kPoints; ++i) {
+    const double radius = place.width() / 2 * (i % 2 == 0 ? 1 : kInnerRadius);
+    const double angle = (-0.5 + double(i) / kPoints) * M_PI;
+    // Half of a star's height lies above its centre's place, so it looks centred a little lower.
+    const QPointF point(place.center().x() + radius * std::cos(angle),
+                        place.center().y() + 0.04 * place.height() + radius * std::sin(angle));
+    i == 0 ? star.moveTo(point) : star.lineTo(point);
+  }
+  star.closeSubpath();
+  return star;
+}
+
+/// A filled star for a favourite, else its outline.
+void paintStar(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place, bool isChecked) {
   const QColor color = option.palette.color(QPalette::Link);
-  painter.setPen(isChecked ? QPen(Qt::NoPen) : QPen(color, kStroke));
+  painter.setPen(QPen(color, kStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(isChecked ? QBrush(color) : QBrush(Qt::NoBrush));
-  painter.drawEllipse(place.adjusted(1, 1, -1, -1));
-  const auto at = [&](double x, double y) {
-    return QPointF(place.left() + x * place.width(), place.top() + y * place.height());
-  };
-  QPainterPath sign(isChecked ? at(0.28, 0.52) : at(0.5, 0.28));
-  sign.lineTo(isChecked ? at(0.44, 0.67) : at(0.5, 0.72));
-  if (!isChecked) sign.moveTo(at(0.28, 0.5));
-  sign.lineTo(isChecked ? at(0.72, 0.35) : at(0.72, 0.5));
-  painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(isChecked ? option.palette.color(QPalette::Base) : color, kStroke, Qt::SolidLine,
-                      Qt::RoundCap, Qt::RoundJoin));
-  painter.drawPath(sign);
+  painter.drawPath(starIn(place.adjusted(1, 1, -1, -1)));
+}
+
+void paintDots(QPainter& painter, const QColor& color, const QRectF& place, int columns, int rows) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  for (int column = 0; column < columns; ++column) {
+    for (int row = 0; row < rows; ++row) {
+      const double x = place.center().x() + (column - (columns - 1) / 2.0) * kGripStep;
+      const double y = place.center().y() + (row - (rows - 1) / 2.0) * kGripStep;
+      painter.drawEllipse(QPointF(x, y), kDotRadius, kDotRadius);
+    }
+  }
+}
+
+void paintMenu(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place) {
+  QColor color = option.palette.color(QPalette::Text);
+  paintDots(painter, color, place, 3, 1);
+  color.setAlphaF(kHoverAlpha);
+  painter.setBrush(color);
+  painter.drawEllipse(place);
 }
 
 bool asksForChange(const QEvent& event) {
@@ -88,34 +126,51 @@ bool asksForChange(const QEvent& event) {
 
 }  // namespace
 
-LineDelegate::LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step,
-                           const QFont& nameFont, const QFont& detailsFont, QObject* parent)
-    : QStyledItemDelegate(parent),
-      cache_(std::move(cache)),
-      step_(step),
-      nameFont_(nameFont),
-      detailsFont_(detailsFont) {}
+LineDelegate::LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, Fonts fonts,
+                           QObject* parent)
+    : QStyledItemDelegate(parent), cache_(std::move(cache)), step_(step), fonts_(std::move(fonts)) {
+  const double text = QFontMetricsF(fonts_.name).height() + kLineGap + QFontMetricsF(fonts_.details).height();
+  lineHeight_ = static_cast<int>(std::ceil(text + 2 * kRoomAboveText));
+  headingHeight_ = static_cast<int>(
+      std::ceil(kRoomAboveHeading + QFontMetricsF(fonts_.heading).height() + kRoomBelowHeading));
+}
 
-QSize LineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
-  const double text = QFontMetricsF(nameFont_).height() + kLineGap + QFontMetricsF(detailsFont_).height();
-  return {0, static_cast<int>(std::ceil(text + 2 * kRoomAboveText))};
+QSize LineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
+  return {0, index.data(FavoriteModel::kHeadingRole).toBool() ? headingHeight_ : lineHeight_};
 }
 
 void LineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
+  if (index.data(FavoriteModel::kHeadingRole).toBool()) {
+    paintHeading(*painter, option, index);
+    return painter->restore();
+  }
   const QRectF row = option.rect;
   paintState(*painter, option);
-  if (!(index.flags() & Qt::ItemIsEnabled)) painter->setOpacity(0.6);
   const QRectF shield = placeOfShield(row);
-  const QRectF mark = placeOfMark(row);
+  const QRectF star = placeOfStar(row);
   paintShield(*painter, option, index, mirrored(shield, option));
+  const bool hasMenu = index.data(FavoriteModel::kFavoriteRole).toBool();
   const QRectF names(QPointF(shield.right() + kRowGap, row.top()),
-                     QPointF(mark.left() - kRowGap, row.bottom()));
+                     QPointF((hasMenu ? placeOfMenu(row) : star).left() - kRowGap, row.bottom()));
   paintNames(*painter, option, index, mirrored(names, option));
-  paintMark(*painter, option, mirrored(mark, option), index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
+  if (index.data(FavoriteModel::kOrderedRole).toBool())
+    paintDots(*painter, option.palette.color(kFaintRole), mirrored(placeOfGrip(row), option), 2, 3);
+  if (hasMenu) paintMenu(*painter, option, mirrored(placeOfMenu(row), option));
+  paintStar(*painter, option, mirrored(star, option), index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
   painter->restore();
+}
+
+void LineDelegate::paintHeading(QPainter& painter, const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
+  const QRectF place = QRectF(option.rect).adjusted(kRowInset, kRoomAboveHeading, -kRowInset, 0);
+  painter.setFont(fonts_.heading);
+  painter.setPen(option.palette.color(kFaintRole));
+  const QString text =
+      QFontMetricsF(fonts_.heading).elidedText(index.data().toString(), Qt::ElideRight, place.width());
+  painter.drawText(place, static_cast<int>(Qt::AlignLeading | Qt::AlignTop), text);
 }
 
 /// A shield that does not fit its column gets a smaller size.
@@ -150,16 +205,23 @@ void LineDelegate::paintNames(QPainter& painter, const QStyleOptionViewItem& opt
     return top + metrics.height() + kLineGap;
   };
   const bool hasDetails = !index.data(kDetailsRole).toString().isEmpty();
-  const double nameHeight = QFontMetricsF(nameFont_).height();
+  const double nameHeight = QFontMetricsF(fonts_.name).height();
   const double top = hasDetails ? place.top() + kRoomAboveText : place.center().y() - nameHeight / 2;
-  const double next = paintText(Qt::DisplayRole, nameFont_, QPalette::Text, top);
-  if (hasDetails) paintText(kDetailsRole, detailsFont_, kFaintRole, next);
+  const double next = paintText(Qt::DisplayRole, fonts_.name, QPalette::Text, top);
+  if (hasDetails) paintText(kDetailsRole, fonts_.details, kFaintRole, next);
 }
 
-bool LineDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem&,
+bool LineDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                                const QModelIndex& index) {
   constexpr Qt::ItemFlags kNeeded = Qt::ItemIsEnabled | Qt::ItemIsUserCheckable;
   if ((index.flags() & kNeeded) != kNeeded || !asksForChange(*event)) return false;
+  if (event->type() == QEvent::MouseButtonRelease && index.data(FavoriteModel::kFavoriteRole).toBool()) {
+    const auto& click = static_cast<const QMouseEvent&>(*event);
+    if (showMenu_ && mirrored(placeOfMenu(option.rect), option).contains(click.position())) {
+      showMenu_(index, click.globalPosition().toPoint());
+      return true;
+    }
+  }
   const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
   return model->setData(index, static_cast<int>(isChecked ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
 }

@@ -1,14 +1,19 @@
 #pragma once
 
+#include <QFont>
 #include <QStyledItemDelegate>
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "ui/artwork_cache.h"
 
 namespace linewatch::desktop {
 
-/// Draws one transit line of a list: its shield, its name, a text below the name, and a mark that shows
-/// whether the item is checked. A click anywhere on the row, or Space, toggles the mark.
+/// Draws the rows of a list of lines. A line has its shield, its name, a text below the name, and a star that
+/// shows whether the item is checked. A click anywhere on the row, or Space, toggles the star. A favourite
+/// also has a button for its choices, and a row that can be moved has a grip.
 class LineDelegate final : public QStyledItemDelegate {
  public:
   /// The text below the name. The name is the item's own text. The item may be checkable.
@@ -16,8 +21,19 @@ class LineDelegate final : public QStyledItemDelegate {
   /// The line's shield, as a SharedArtwork.
   static constexpr int kArtworkRole = Qt::UserRole + 1;
 
-  LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, const QFont& nameFont,
-               const QFont& detailsFont, QObject* parent);
+  struct Fonts {
+    QFont name;
+    QFont details;
+    QFont heading;
+  };
+  /// Called with the row whose button was clicked, and the place of the button on the screen.
+  using MenuHandler = std::function<void(const QModelIndex& index, const QPoint& place)>;
+
+  /// `step`: the size step of shields.
+  LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, Fonts fonts,
+               QObject* parent);
+
+  void setMenuHandler(MenuHandler handler) { showMenu_ = std::move(handler); }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -27,13 +43,17 @@ class LineDelegate final : public QStyledItemDelegate {
  private:
   void paintShield(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                    const QRectF& place) const;
+  void paintHeading(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
   void paintNames(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                   const QRectF& place) const;
 
   std::shared_ptr<ArtworkDataSourceCache> cache_;
   std::int64_t step_;
-  QFont nameFont_;
-  QFont detailsFont_;
+  Fonts fonts_;
+  /// Points.
+  int lineHeight_;
+  int headingHeight_;
+  MenuHandler showMenu_;
 };
 
 }  // namespace linewatch::desktop

@@ -53,18 +53,22 @@ QString feedSentence(const FeedState& state, const WindowTexts& texts, Date now)
 
 QString withReason(const QString& sentence, const std::optional<Error>& error, const WindowTexts& texts) {
   if (!error) return sentence;
-  return texts("BecauseOf", {sentence.toStdString(), sentenceOf(*error)});
+  return texts("BecauseOf", {sentence.toStdString(), texts.reason(*error)});
 }
 
 /// For example "5, 7 and 12", or "1, 2, 3, 4, 5 and 35 more".
 std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& texts) {
   const std::size_t named = lines.size() > kMostNamedLines ? kMostNamedLines - 1 : lines.size();
-  QStringList names;
-  for (const UnknownLine& line : std::span(lines).first(named)) names << QString::fromStdString(line.name);
-  if (named < lines.size()) names << texts("MoreNames", {std::uint64_t{lines.size() - named}});
-  const QString last = names.takeLast();
-  if (names.isEmpty()) return last.toStdString();
-  return texts("ListEnd", {names.join(QStringLiteral(", ")).toStdString(), last.toStdString()}).toStdString();
+  std::vector<std::string_view> names;
+  for (const UnknownLine& line : std::span(lines).first(named)) names.emplace_back(line.name);
+  std::string last = std::string(names.back());
+  if (named < lines.size()) {
+    last = texts("MoreNames", {std::uint64_t{lines.size() - named}}).toStdString();
+  } else {
+    names.pop_back();
+  }
+  if (names.empty()) return last;
+  return texts("ListEnd", {texts.joined(names), last}).toStdString();
 }
 
 }  // namespace
@@ -78,6 +82,15 @@ QString agoInWords(Date date, const WindowTexts& texts, Date now) {
   if (age >= 2 * kDay) return count("DaysAgo", kDay);
   if (age >= 2 * kHour) return count("HoursAgo", kHour);
   return age >= kMinute ? count("MinutesAgo", kMinute) : texts("JustNow");
+}
+
+QString feedStateInWords(const FeedState& state, const WindowTexts& texts, Date now) {
+  if (state.kind != FeedState::Kind::fresh)
+    return withReason(feedSentence(state, texts, now), state.error, texts);
+  const std::optional<Date>& dated = state.written ? state.written : state.received;
+  if (!dated) return texts("AlertsOfUnknownAge");
+  const std::string ago = agoInWords(*dated, texts, now).toStdString();
+  return texts(state.written ? "FeedFresh" : "FeedFreshUndated", {ago});
 }
 
 PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {

@@ -32,6 +32,9 @@ struct PanelNews {
 
 PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now);
 
+/// A feed's state in a few sentences, with the reason for a failure.
+QString feedStateInWords(const FeedState& state, const WindowTexts& texts, Date now);
+
 /// "12 minutes ago". A date in the future counts as now.
 QString agoInWords(Date date, const WindowTexts& texts, Date now);
 

@@ -13,7 +13,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-constexpr std::string_view kTextSizeKey = "panelTextSize";
 constexpr std::string_view kExpandedKey = "panelExpanded";
 constexpr std::string_view kListDateKey = "panelListDate";
 constexpr std::string_view kWidthKey = "panelWidth";
@@ -38,16 +37,6 @@ int coordinate(double number) {
 }
 
 }  // namespace
-
-std::optional<ui::TextSizeCategory> loadTextSize() {
-  const auto value = programPreferences()->objectForKey(kTextSizeKey);
-  const auto* const name = value ? value->get<std::string>() : nullptr;
-  return name ? ui::textSizeCategoryNamed(*name) : std::nullopt;
-}
-
-void saveTextSize(ui::TextSizeCategory category) {
-  programPreferences()->setObject(std::string(ui::nameOf(category)), kTextSizeKey);
-}
 
 std::optional<bool> loadExpansion() {
   const auto preferences = programPreferences();

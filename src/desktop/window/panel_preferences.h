@@ -3,15 +3,11 @@
 #include <optional>
 
 #include "shared/date.h"
-#include "ui/text_style.h"
 
 namespace linewatch::desktop {
 
 // Values that the panel saves for its next start. A choice is absent until the user makes it. Needs an
 // installed platform. Main thread.
-
-std::optional<ui::TextSizeCategory> loadTextSize();
-void saveTextSize(ui::TextSizeCategory category);
 
 /// Whether the user wants the widget expanded.
 std::optional<bool> loadExpansion();

@@ -93,6 +93,11 @@ void PanelUpdates::setMetered(bool isMetered) {
   if (timer_) scheduleNext();
 }
 
+void PanelUpdates::setRefresh(Seconds refresh) {
+  if (std::exchange(settings_.refresh, refresh) == refresh) return;
+  if (timer_) scheduleNext();
+}
+
 void PanelUpdates::checkClock() {
   const ClockReading reading = settings_.readClocks();
   if (!isVisible_ || !hasJumped(clocksAtStart_, reading)) return;

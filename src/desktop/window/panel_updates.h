@@ -57,6 +57,8 @@ class PanelUpdates {
   void favoritesDidChange();
   void connectionDidReturn();
   void setMetered(bool isMetered);
+  /// Changes the time between two updates, from now on.
+  void setRefresh(Seconds refresh);
   /// To be called when the machine may have slept, or when its clock may have been set. Asks for an update if
   /// one of them has happened since the last fetch began.
   void checkClock();

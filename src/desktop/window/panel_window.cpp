@@ -111,7 +111,6 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
 }
 
 void PanelWindow::loadWidget() {
-  if (const auto textSize = loadTextSize()) services_.setTextSize(*textSize);
   restorePlace();
   setHeaderTextSize(textSizeNow());
   widget_ = std::make_unique<HostedWidget>(
@@ -138,6 +137,16 @@ void PanelWindow::loadWidget() {
   appearOrDisappear();
 }
 
+void PanelWindow::showCard(QWidget* card) {
+  delete std::exchange(placeholder_, card);
+  card_ = card;
+  layout()->addWidget(card);
+  showPalette();
+  card->setCursor(Qt::ArrowCursor);
+  fitCard();
+  card->setFocus();
+}
+
 PanelWindow::~PanelWindow() {
   hide();
   // It draws the widget's view, so it is deleted before the widget.
@@ -162,6 +171,11 @@ void PanelWindow::checkClock() {
 void PanelWindow::setMetered(bool isMetered) {
   isMetered_ = isMetered;
   if (widget_) widget_->updates().setMetered(isMetered);
+}
+
+void PanelWindow::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (widget_) widget_->updates().setRefresh(refresh);
 }
 
 void PanelWindow::favoritesDidChange() {
@@ -196,19 +210,23 @@ QAction* PanelWindow::addMenuAction(std::string_view text, const QList<QKeySeque
 void PanelWindow::makeActions() {
   addMenuAction("Update", {Qt::Key_F5, Qt::CTRL | Qt::Key_R}, [this] { requestUpdate(); });
   addMenuAction("Favorites", {Qt::CTRL | Qt::Key_F}, services_.showFavorites);
+  QAction* const feeds =
+      services_.showFeeds ? addMenuAction("Feeds", {Qt::CTRL | Qt::Key_E}, services_.showFeeds) : nullptr;
   addMenuAction("LargerText", {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
+  if (services_.showSettings)
+    addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
-  // The entries so far need the widget; closing the window does not.
-  for (QAction* const action : actions()) action->setEnabled(false);
+  // Most of these entries need the widget; closing the window does not.
+  for (QAction* const action : actions()) action->setEnabled(action == feeds);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
-  menu->insertSeparator(actions()[2]);
+  menu->insertSeparator(actions()[feeds ? 3 : 2]);
   if (save) menu->insertSeparator(save);
   menu->insertSeparator(actions().back());
   header_->setMenu(menu);
@@ -222,6 +240,7 @@ void PanelWindow::makeRows() {
   rows_->setCursor(Qt::ArrowCursor);
   rows_->setAccessibleName((*texts_)("Rows"));
   delete std::exchange(placeholder_, nullptr);
+  card_ = nullptr;
   layout()->addWidget(rows_);
 }
 
@@ -440,13 +459,17 @@ void PanelWindow::applyRowsHeight(double height) {
   setFixedHeight(body->height() + header_->height() + frame_.margins().top() + frame_.margins().bottom());
 }
 
+void PanelWindow::fitCard() { applyRowsHeight(card_->heightForWidth(cardWidth())); }
+
 void PanelWindow::resizeEvent(QResizeEvent* event) {
   if (width() != fittedWidth_) {
     fittedWidth_ = width();
     designWidth_ = cardWidth() / widthGrowth(textSizeNow());
     saving_->start();
   }
-  if (!widget_ || event->size().width() == event->oldSize().width()) return;
+  if (event->size().width() == event->oldSize().width()) return;
+  if (card_) fitCard();
+  if (!widget_) return;
   widget_->widthDidChange(limitsNow(), rows_->height());
   applyRowsHeight(rows_->height());
 }
@@ -485,7 +508,10 @@ void PanelWindow::changeTextSize(int steps) {
 
 void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
-  saveTextSize(category);
+  if (!widget_) {
+    services_.setTextSize(category);
+    return setHeaderTextSize(category);
+  }
   const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
   widget_->setLimits(limits);
   services_.setTextSize(category);

@@ -30,7 +30,10 @@ class PanelHeader;
 struct PanelServices {
   PanelHost::OpenURL openURL;
   std::function<void()> showFavorites;
-  /// Sets the text size of all views and posts kTextSizeDidChangeNotification.
+  /// Shows the feeds. An empty function: the menu does not offer that.
+  std::function<void()> showFeeds = {};
+  std::function<void()> showSettings = {};
+  /// Sets the text size of all views, saves it and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
   /// A short text about the age of the data; may be empty.
   std::function<QString()> dataNote;
@@ -60,6 +63,8 @@ class PanelWindow final : public QWidget {
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
+  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start.
+  void showCard(QWidget* card);
   /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
   /// saved state can be read.
   void loadWidget();
@@ -78,8 +83,12 @@ class PanelWindow final : public QWidget {
   /// To be called when the machine may have slept, or when its clock may have been set.
   void checkClock();
   void setMetered(bool isMetered);
+  /// The time between two updates.
+  void setRefresh(Seconds refresh);
   /// To be called after the favourites have changed.
   void favoritesDidChange();
+
+  void setTextSize(ui::TextSizeCategory category);
 
   /// The following functions need a loaded widget. The user expands or collapses it: at once, or as soon as
   /// it has more to show. The choice is saved.
@@ -136,8 +145,8 @@ class PanelWindow final : public QWidget {
   void setHeaderTextSize(ui::TextSizeCategory category);
   void fitRows(bool animated);
   void applyRowsHeight(double height);
+  void fitCard();
   void changeTextSize(int steps);
-  void setTextSize(ui::TextSizeCategory category);
 
   SharedWindowTexts texts_;
   PanelServices services_;
@@ -165,6 +174,8 @@ class PanelWindow final : public QWidget {
 
   /// Exists until the widget is loaded; then the widget and its surface replace it.
   QWidget* placeholder_ = nullptr;
+  /// The placeholder if it is a card from `showCard`; else null.
+  QWidget* card_ = nullptr;
   std::unique_ptr<HostedWidget> widget_;
   RowSurface* rows_ = nullptr;
 };

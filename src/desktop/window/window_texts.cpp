@@ -10,6 +10,9 @@
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
 
+#include "localization/failure_words.h"
+#include "shared/failure.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -23,23 +26,26 @@ QDateTime localTime(Date date) {
   return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(std::floor(secondsOf(date) * 1000)));
 }
 
-/// The date in the order and the words of the locale. `skeleton`: ICU's letters for its fields.
-QString shortDate(const QDate& date, const char* skeleton, const QLocale& locale) {
+/// The time in the order and the words of the locale. `skeleton`: ICU's letters for its fields.
+QString shortTime(const QDateTime& time, const char* skeleton, const QLocale& locale) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createInstanceForSkeleton(
       skeleton, icu::Locale::forLanguageTag(locale.bcp47Name().toStdString(), status), status));
-  if (U_FAILURE(status)) return locale.toString(date, QLocale::ShortFormat);
+  if (U_FAILURE(status)) return locale.toString(time, QLocale::ShortFormat);
+  // The local time is given as one of GMT, because ICU may not know the machine's time zone.
   format->setTimeZone(*icu::TimeZone::getGMT());
+  const QDateTime sameInGMT(time.date(), time.time(), Qt::UTC);
   icu::UnicodeString text;
-  format->format(static_cast<UDate>(date.startOfDay(Qt::UTC).toMSecsSinceEpoch()), text);
-  return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
+  format->format(static_cast<UDate>(sameInGMT.toMSecsSinceEpoch()), text);
+  // QLocale writes times with plain spaces, and the two stand side by side in a period.
+  return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length()).replace(u'\u202F', u' ');
 }
 
 }  // namespace
 
 WindowTexts::WindowTexts(const UserLocale& locale)
     : localization_(std::make_unique<IcuLocalization>(locale)),
-      locale_(QString::fromStdString(locale.tag())),
+      locale_(QString::fromStdString(localization_->formatLocale())),
       isRightToLeft_(locale.isRightToLeft()) {}
 
 QString WindowTexts::operator()(std::string_view name,
@@ -55,20 +61,25 @@ QString WindowTexts::operator()(std::string_view name,
   return QString::fromStdString(isolated(localization_->format(text, given)));
 }
 
+std::string WindowTexts::joined(std::span<const std::string_view> names) const {
+  return localization_->joinCommaDelimited(names);
+}
+
+std::string WindowTexts::reason(const Error& error) const {
+  return failureInWords(failureCodeOf(error), sentenceOf(error), *localization_);
+}
+
 QString WindowTexts::dateAndTime(Date date, Date now, QLocale::FormatType format) const {
   const QDateTime time = localTime(date);
-  QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
-  if (time.date() == localTime(now).date()) return timeOfDay;
-  return locale_.toString(time.date(), format) + QStringLiteral(", ") + timeOfDay;
+  if (time.date() == localTime(now).date()) return locale_.toString(time.time(), QLocale::ShortFormat);
+  return locale_.toString(time, format);
 }
 
 QString WindowTexts::shortDateAndTime(Date date, Date now) const {
   const QDateTime time = localTime(date);
   const QDate today = localTime(now).date();
-  QString timeOfDay = locale_.toString(time.time(), QLocale::ShortFormat);
-  if (time.date() == today) return timeOfDay;
-  const char* const skeleton = time.date().year() == today.year() ? "EEEMMMd" : "yMMMd";
-  return shortDate(time.date(), skeleton, locale_) + QStringLiteral(", ") + timeOfDay;
+  if (time.date() == today) return locale_.toString(time.time(), QLocale::ShortFormat);
+  return shortTime(time, time.date().year() == today.year() ? "EEEMMMdjm" : "yMMMdjm", locale_);
 }
 
 QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, Date now) const {
@@ -80,6 +91,10 @@ QString WindowTexts::period(std::optional<Date> start, std::optional<Date> end, 
   // seem to be on that date.
   return texts("Period",
                {shortDateAndTime(*start, now).toStdString(), shortDateAndTime(*end, *start).toStdString()});
+}
+
+QString WindowTexts::dataSize(std::uint64_t bytes) const {
+  return locale_.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
 }
 
 FeedTexts WindowTexts::feedTexts() const {

@@ -48,6 +48,15 @@ bool CsvReader::next() {
   return false;
 }
 
+bool CsvReader::skipFault() {
+  if (!fault_ || rows_ > mostRows_) return false;
+  fault_.reset();
+  position_ = std::min(text_.find_first_of("\r\n", rowStart_), text_.size());
+  line_ = rowLine_;
+  skipLineEnd();
+  return true;
+}
+
 bool CsvReader::readNext() {
   while (!fault_ && !atEnd()) {
     const std::size_t start = position_;
@@ -64,6 +73,7 @@ bool CsvReader::atLineEnd() const { return atEnd() || text_[position_] == '\n' |
 
 void CsvReader::readRow() {
   rowLine_ = line_;
+  rowStart_ = position_;
   values_.clear();
   unescaped_.clear();
   readValue();

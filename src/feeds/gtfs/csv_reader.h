@@ -43,6 +43,9 @@ class CsvReader {
   std::size_t line() const { return rowLine_; }
   /// The fault that stopped the reading; absent when none did.
   const std::optional<Fault>& fault() const { return fault_; }
+  /// Goes on after a fault, with the line below the one on which the row starts; false without a fault, and
+  /// after too many rows.
+  bool skipFault();
 
  private:
   bool atEnd() const { return position_ == text_.size(); }
@@ -62,6 +65,7 @@ class CsvReader {
   std::size_t position_ = 0;
   std::size_t line_ = 1;
   std::size_t rowLine_ = 1;
+  std::size_t rowStart_ = 0;
   std::size_t rows_ = 0;
   std::size_t mostRows_;
   std::vector<std::string_view> values_;

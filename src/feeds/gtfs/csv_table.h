@@ -31,6 +31,7 @@ class CsvTable {
 
   std::size_t line() const { return reader_.line(); }
   const std::optional<CsvReader::Fault>& fault() const { return reader_.fault(); }
+  bool skipFault() { return reader_.skipFault(); }
 
  private:
   CsvReader reader_;

@@ -9,6 +9,7 @@
 #include "feeds/gtfs/shield_text.h"
 #include "feeds/text/folded_words.h"
 #include "shared/failure.h"
+#include "shared/nearest_name.h"
 
 namespace linewatch {
 
@@ -93,21 +94,6 @@ std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> inde
   return lines;
 }
 
-/// The edit distance: the least number of bytes to add, drop or change to turn one text into the other.
-std::size_t differences(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
 /// Suggestions for a misspelt name: the lines that a search finds; if there are none, the lines whose names
 /// are within an edit distance of a quarter of the length, plus one.
 std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::string_view name) {
@@ -115,11 +101,11 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
   if (wanted.empty()) return {};
   std::vector<FoundLine> lines = searchLines(indexes, name);
   if (!lines.empty()) return lines;
-  const std::size_t slips = wanted.size() / 4 + 1;
+  const std::size_t slips = greatestSlip(wanted.size());
   return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
     const std::string like = comparableName(index.nameOfRoute(route));
     return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
-           like.size() > slips && differences(wanted, like) <= slips;
+           like.size() > slips && editDistance(wanted, like) <= slips;
   });
 }
 

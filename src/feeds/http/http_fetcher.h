@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -26,6 +28,10 @@ struct NameAndValue {
 
 /// One GET.
 struct HttpRequest {
+  /// How many bytes of the body have come over the network, and how many there are; the latter is absent when
+  /// the server does not say.
+  using Progress = std::function<void(std::uint64_t bytes, std::optional<std::uint64_t> total)>;
+
   /// May hold a user name and a password, which are sent as basic authentication.
   std::string url;
   /// The validators of the cached document; empty when there are none. With either, the GET is conditional.
@@ -46,6 +52,10 @@ struct HttpRequest {
   std::vector<NameAndValue> query = {};
   /// Other texts that no message may show, e.g. the key in a header "Authorization: apikey KEY".
   std::vector<std::string> secrets = {};
+  /// The fetch ends when no byte comes for this long, also before `timeout`; absent: only `timeout` counts.
+  std::optional<Seconds> idleTimeout = {};
+  /// Called on the fetching thread at the start of the body and with each piece of it; may be empty.
+  Progress progress = {};
 };
 
 struct HttpResponse {

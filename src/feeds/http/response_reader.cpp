@@ -64,6 +64,7 @@ bool ResponseReader::prepareBody() {
     return fail(malformedAnswer("the answer has a transfer encoding that was not asked for"));
   // A vector that grows step by step takes twice the memory of a large body for a moment.
   if (!gzip_) body_.reserve(static_cast<std::size_t>(stated));
+  reportProgress();
   return true;
 }
 
@@ -72,12 +73,17 @@ bool ResponseReader::takeBody(std::string_view bytes) {
   if (!header_) return fail(malformedAnswer("the answer has no header"));
   bodyBytes_ += bytes.size();
   if (bodyBytes_ > request_.maximumBytes) return fail(answerTooLarge(request_.maximumBytes));
+  reportProgress();
   if (!gzip_) {
     body_.insert(body_.end(), bytes.begin(), bytes.end());
     return true;
   }
   const std::optional<Error> error = gzip_->take(bytes, body_);
   return !error || fail(*error);
+}
+
+void ResponseReader::reportProgress() const {
+  if (request_.progress) request_.progress(bodyBytes_, contentLength(*header_));
 }
 
 void ResponseReader::countReceived(std::size_t bytes) {

@@ -44,6 +44,7 @@ class ResponseReader {
   bool fail(const Error& error);
   bool endHeader();
   bool prepareBody();
+  void reportProgress() const;
   Outcome<HttpResponse> notModified() const;
 
   const HttpRequest& request_;

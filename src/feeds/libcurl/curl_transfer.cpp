@@ -1,6 +1,7 @@
 #include "feeds/libcurl/curl_transfer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <stop_token>
 #include <system_error>
@@ -106,6 +107,12 @@ void CurlTransfer::setProtocol() {
   set(CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_2TLS);
   // The headers of a proxy's answer to CONNECT are not the server's.
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  if (const auto idle = order_.request.idleTimeout) {
+    const auto seconds = static_cast<long>(std::ceil(idle->count()));
+    set(CURLOPT_CONNECTTIMEOUT, seconds);
+    set(CURLOPT_LOW_SPEED_TIME, seconds);
+    set(CURLOPT_LOW_SPEED_LIMIT, 1L);  // bytes a second
+  }
   set(CURLOPT_FRESH_CONNECT, 1L);
   set(CURLOPT_FORBID_REUSE, 1L);
   // Signals would reach any thread.

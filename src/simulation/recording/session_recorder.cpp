@@ -193,6 +193,7 @@ std::shared_ptr<const RecordedAnswer> SessionRecorder::recordedList() {
 void SessionRecorder::serviceDidAnswer() {
   if (drawn_ && !drawn_->empty()) addBeforeLast({{"random", jsonText(*drawn_)}});
   drawn_.reset();
+  if (answerHandler_) answerHandler_();
 }
 
 void SessionRecorder::randomSourceDidDraw(std::uint32_t number) {

@@ -59,6 +59,9 @@ class SessionRecorder final : public HostObserver,
   /// The recording as a scenario; absent when there is none.
   std::optional<std::string> scenario();
 
+  /// Calls `handler` after each answer, once the widget shows it.
+  void setAnswerHandler(std::function<void()> handler) { answerHandler_ = std::move(handler); }
+
   // Calls of the host.
   void hostDidLoad(const std::shared_ptr<RVTransitIncidentsViewController>& controller,
                    const Size& bounds) override;
@@ -135,6 +138,7 @@ class SessionRecorder final : public HostObserver,
   std::shared_ptr<const RecordedAnswer> answer_;
   std::weak_ptr<const TransitLineItems> items_;
   std::size_t updates_ = 0;
+  std::function<void()> answerHandler_;
 };
 
 }  // namespace linewatch::simulation

@@ -1,14 +1,22 @@
 #!/usr/bin/env python3
-"""kill_test.py PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and looks for losses.
+"""kill_test.py [--synchronous VALUE] PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and
+looks for losses.
 
-Favourites and feeds are added and removed, and panels save what they show. Half of the kills are at a random moment,
+Favourites and feeds are added and removed, feeds are searched in a catalogue on a server of this machine, and panels
+save what they show. Half of the kills are at a random moment,
 half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
 "loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
 killed has done all or nothing, and the databases are whole.
+
+With --synchronous, e.g. OFF or NORMAL, a copy of the program uses this value of SQLite's PRAGMA synchronous in place of
+EXTRA. It syncs too little, so the test has to find a loss: the exit status is 0 when it does.
 """
 
+import argparse
 import collections
 import contextlib
+import http.server
+import io
 import os
 import pathlib
 import random
@@ -18,19 +26,59 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import threading
 import time
+import zipfile
 
 LINES = [f"r{number}" for number in range(12)]
 FEEDS = ["spare", "other"]
 PATIENCE = 60  # seconds, for a program that hangs
 LONGEST_COMMAND = 0.15  # seconds; a kill is at a random moment of these
+LONGEST_SEARCH = 0.6  # with the answers of a server
 LONGEST_PANEL = 1.5
 SAVED_STATE = "Rova.LineWatch.savedUIData"
+SYNCHRONOUS = ["OFF", "NORMAL", "FULL"]  # SQLite also takes the position for the word
 NEW_START = 25  # kills after which a new machine is taken
+
+
+ALERTS = b"\x0a\x0d\x0a\x032.0\x10\x00\x18\x80\xea\xe0\xaf\x06"
+ROUTES = "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},3\n" for line in LINES)
 
 
 class Loss(Exception):
     pass
+
+
+class Agency(http.server.ThreadingHTTPServer):
+    """A server with a catalogue, and the timetable and the alerts of the one feed in it."""
+
+    def __init__(self):
+        super().__init__(("127.0.0.1", 0), AgencyHandler)
+        url = f"http://127.0.0.1:{self.server_address[1]}"
+        self.catalogue = url + "/feeds.csv"
+        archive = io.BytesIO()
+        with zipfile.ZipFile(archive, "w") as timetable:
+            timetable.writestr("routes.txt", ROUTES)
+        rows = ["id,data_type,entity_type,static_reference,location.municipality,provider,urls.direct_download",
+                f"t,gtfs,,,Hilltown,Hilltown Buses,{url}/t.zip",
+                f"a,gtfs_rt,sa,t,Hilltown,Hilltown Buses,{url}/alerts"]
+        rows += [f"x{number},gtfs,,,Elsewhere,Other Buses,{url}/x" for number in range(2000)]
+        self.documents = {"/feeds.csv": "\n".join(rows).encode(), "/t.zip": archive.getvalue(), "/alerts": ALERTS}
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+
+class AgencyHandler(http.server.BaseHTTPRequestHandler):
+    def do_GET(self):
+        body = self.server.documents[self.path]
+        self.send_response(200)
+        self.send_header("Content-Length", str(len(body)))
+        self.send_header("Cache-Control", "max-age=0")
+        self.end_headers()
+        with contextlib.suppress(OSError):  # the program was killed
+            self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
 
 
 class Disk:
@@ -86,13 +134,13 @@ class Machine:
         (self.disk.root / "home").mkdir()
         self.disk.all_synced()
         self.favorites, self.feeds, self.has_saved_state = [], [], False
+        self.settings, self.next_settings, self.settings_not_synced = None, None, []
         # What a killed program changed without confirming it can be seen before it is synced. A power cut then brings
         # back one of these states.
         self.not_synced_yet = []
         (folder / "gtfs").mkdir()
-        (folder / "alerts.pb").write_bytes(b"\x0a\x0d\x0a\x032.0\x10\x00\x18\x80\xea\xe0\xaf\x06")
-        (folder / "gtfs" / "routes.txt").write_text(
-            "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},3\n" for line in LINES))
+        (folder / "alerts.pb").write_bytes(ALERTS)
+        (folder / "gtfs" / "routes.txt").write_text(ROUTES)
 
     def start(self, words, kill_at=0, torn=False):
         self.disk.calls.write_bytes(b"")
@@ -154,9 +202,26 @@ class Machine:
             saved = database.execute("SELECT length(value) FROM preference WHERE key = ?", [SAVED_STATE]).fetchall()
         return favorites, feeds, bool(saved) and saved[0][0] > 0
 
+    def check_settings(self, confirmed, power):
+        """The settings file is the old or the new one, and a confirmed change stays."""
+        file = self.state / "settings.toml"
+        stored = file.read_text() if file.exists() else None
+        before, after = self.settings, self.next_settings
+        wanted = [after] if confirmed else [before, after]
+        if power and not (confirmed and before != after):
+            wanted = wanted + self.settings_not_synced
+        if stored not in wanted:
+            raise Loss(f"the settings file holds {stored!r}, not {' or '.join(map(repr, wanted))}")
+        if power or confirmed and before != after:
+            self.settings_not_synced = []
+        elif not confirmed:
+            self.settings_not_synced.append(before)
+        self.settings = self.next_settings = stored
+
     def check(self, after, confirmed, power):
         """After a change that should lead to the state `after`, and a kill or a power cut."""
         favorites, feeds, has_saved_state = self.stored()
+        self.check_settings(confirmed, power)
         before = (self.favorites, self.feeds)
         changes = after != before
         wanted = [after] if confirmed else [before, after]
@@ -180,6 +245,7 @@ class KillTest:
         self.counts = collections.Counter()
         self.calls = {}  # the number of calls of each kind of command, and the calls that were met
         self.met = collections.defaultdict(set)
+        self.agency = Agency()
 
     def run(self, kills):
         started = time.monotonic()
@@ -197,26 +263,47 @@ class KillTest:
         if not machine.feeds:
             return "the first feed", self.adding("city", machine), machine.favorites, ["city"]
         others = [feed for feed in machine.feeds if feed != "city"]
-        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed"])
+        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed", "setting", "find"])
         line = "city:" + self.dice.choice(LINES)
         if kind == "remove" and machine.favorites:
             line = self.dice.choice(machine.favorites)
             left = [favorite for favorite in machine.favorites if favorite != line]
             return kind, ["favorites", "remove", line], left, machine.feeds
+        if kind == "setting":
+            return kind, self.setting(machine), machine.favorites, machine.feeds
         if kind == "add feed" and len(others) < len(FEEDS):
             name = next(feed for feed in FEEDS if feed not in others)
-            return kind, self.adding(name, machine), machine.favorites, machine.feeds + [name]
+            words = self.adding(name, machine)
+            if self.dice.random() < 0.5:
+                kind, words = "add city", self.searching("add") + ["--name", name]
+            return kind, words, machine.favorites, machine.feeds + [name]
+        if kind == "find":
+            return kind, self.searching("find"), machine.favorites, machine.feeds
         if kind == "remove feed" and others:
             left = [feed for feed in machine.feeds if feed != others[0]]
             return kind, ["feed", "remove", others[0]], machine.favorites, left
         if kind == "panel" and machine.favorites:
-            return kind, ["panel"], machine.favorites, machine.feeds
+            return kind, ["panel", "--example"], machine.favorites, machine.feeds
         after = machine.favorites + ([] if line in machine.favorites else [line])
         return "add", ["favorites", "add", line], after, machine.feeds
 
     @staticmethod
     def adding(name, machine):
         return ["feed", "add", name, "--gtfs", str(machine.folder / "gtfs"), "--alerts", str(machine.folder / "alerts.pb")]
+
+    def setting(self, machine):
+        """Several settings are written, so that a half of the file would show."""
+        if machine.settings is None:
+            (machine.state / "settings.toml").write_text("# mine\n")
+            machine.settings = "# mine\n"
+            machine.disk.all_synced()
+        size = self.dice.choice(["S", "M", "XL", "AX1"])
+        lines = [line for line in machine.settings.splitlines() if not line.startswith("text-size")]
+        machine.next_settings = "\n".join([*lines, f'text-size = "{size}"']) + "\n"
+        return ["settings", "text-size", size]
+
+    def searching(self, action):
+        return ["feed", action, "hilltown", "--catalogue", self.agency.catalogue]
 
     # ---- Kills ----
 
@@ -234,6 +321,8 @@ class KillTest:
             machine.disk.lose_power()
         try:
             machine.check((favorites, feeds), confirmed, power)
+            if kind == "find" and "linewatch feed add a" not in machine.must(self.searching("find")):
+                raise Loss("the catalogue is lost")
         except Loss as loss:
             raise Loss(f"{kind}: {' '.join(words)}, {'power lost' if power else 'killed'}: {loss}") from None
         self.counts["power cuts"] += power
@@ -241,7 +330,7 @@ class KillTest:
 
     def kill(self, machine, kind, words):
         """The status, and whether the program has confirmed the change before its end."""
-        longest = LONGEST_PANEL if kind == "panel" else LONGEST_COMMAND
+        longest = {"panel": LONGEST_PANEL, "find": LONGEST_SEARCH, "add city": LONGEST_SEARCH}.get(kind, LONGEST_COMMAND)
         kill_at = self.unmet_call(kind) if self.dice.random() < 0.5 else 0
         process = machine.start(words, kill_at=kill_at, torn=self.dice.random() < 0.5)
         patience = PATIENCE if kill_at and kind != "panel" else longest if kill_at else self.dice.uniform(0, longest)
@@ -271,7 +360,7 @@ class KillTest:
 
     def change_beside_panel(self, machine, favorites):
         """A favourite is added while a panel runs, and then the panel is killed."""
-        panel = machine.start(["panel"])
+        panel = machine.start(["panel", "--example"])
         line = "city:" + self.dice.choice(LINES)
         with contextlib.suppress(subprocess.TimeoutExpired):
             panel.wait(timeout=self.dice.uniform(0, LONGEST_PANEL))
@@ -284,16 +373,42 @@ class KillTest:
         return "panel and add", favorites + ([] if line in favorites else [line])
 
 
+def careless_copy(program, folder, synchronous):
+    """Copies the program with its folders, and replaces the value EXTRA in the copy."""
+    build = pathlib.Path(program).resolve().parent.parent
+    for part in ("bin", "lib", "share"):
+        shutil.copytree(build / part, folder / part, symlinks=True)
+    used, wanted = b"\0EXTRA\0", b"\0%-5d\0" % SYNCHRONOUS.index(synchronous)
+    for file in (folder / "bin" / "linewatch", folder / "lib" / "linewatch" / "linewatch-screen"):
+        code = file.read_bytes()
+        if code.count(used) != 1:
+            sys.exit(f"kill_test: {file} does not hold the word EXTRA once")
+        file.write_bytes(code.replace(used, wanted))
+    return str(folder / "bin" / "linewatch")
+
+
 def main():
-    program, faults, kills = sys.argv[1], sys.argv[2], int(sys.argv[3])
-    seed = int(sys.argv[4]) if len(sys.argv) > 4 else 1
-    print(f"seed {seed}", flush=True)
-    test = KillTest(program, faults, seed)
-    try:
-        test.run(kills)
-    except Loss as loss:
-        print(f"after {test.counts['kills']} kills, {loss}")
-        return 1
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--synchronous", choices=SYNCHRONOUS)
+    parser.add_argument("program")
+    parser.add_argument("faults")
+    parser.add_argument("kills", type=int)
+    parser.add_argument("seed", type=int, nargs="?", default=1)
+    given = parser.parse_args()
+    print(f"seed {given.seed}", flush=True)
+    with tempfile.TemporaryDirectory(prefix="linewatch-careless-") as folder:
+        program = given.program
+        if given.synchronous:
+            program = careless_copy(program, pathlib.Path(folder), given.synchronous)
+        test = KillTest(program, given.faults, given.seed)
+        loss = None
+        try:
+            test.run(given.kills)
+        except Loss as found:
+            loss = found
+            print(f"after {test.counts['kills']} kills, {loss}")
+    if loss or given.synchronous:
+        return 0 if loss and given.synchronous else 1
     print(", ".join(f"{count} {name}" for name, count in test.counts.items()))
     for kind, calls in sorted(test.calls.items()):
         print(f"{kind}: killed at {len(test.met[kind])} of {calls} calls that write")

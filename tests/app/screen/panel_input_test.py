@@ -71,7 +71,7 @@ class PanelInputTest(unittest.TestCase):
         """Shows the panel on what is saved, with the keyboard's focus, once its first fetch has ended."""
         with open(self.path("log"), "w", encoding="utf-8") as log:
             self.panel = subprocess.Popen(
-                [PROGRAM, "-v", "--state-dir", self.path("state"), "panel", "--companion", self.path("companion")],
+                [PROGRAM, "-v", "--state-dir", self.path("state"), "panel", "--example", "--companion", self.path("companion")],
                 env=self.environment, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         self.addCleanup(self.panel.wait)
         self.addCleanup(self.panel.kill)

@@ -1,13 +1,22 @@
 #include "app/screen/panel.h"
 
 #include <QApplication>
-#include <QListWidget>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/run_settings.h"
+#include "desktop/window/window_colors.h"
 #include "desktop/window/window_events.h"
+#include "shared/file_contents.h"
+#include "storage/program_preferences.h"
 #include "storage/stored_analytics.h"
 #include "temporary_folder.h"
 
@@ -19,6 +28,7 @@ using desktop::waitUntil;
 using desktop::window;
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::Field;
 
 /// The whole program except for its process: the sample city, a state folder, threads and windows.
@@ -31,6 +41,7 @@ class PanelRunTest : public testing::Test {
     start();
   }
   void start() {
+    options_.settings = settingsOfRun({.common = options_, .command = PanelCommand()});
     auto session = Session::open(options_, [this](desktop::DesktopSettings& settings) {
       settings.screen = screen_;
       settings.isInteractive = true;
@@ -41,7 +52,7 @@ class PanelRunTest : public testing::Test {
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
     panel_ = std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"),
-                                     std::vector<std::string>(), desktop::PanelOptions());
+                                     Panel::Options{.showsExample = true});
   }
   void end() {
     panel_ = nullptr;
@@ -50,6 +61,14 @@ class PanelRunTest : public testing::Test {
   ~PanelRunTest() override { end(); }
 
   QToolButton& toggle() { return *panel_->window().findChildren<QToolButton*>().front(); }
+  std::filesystem::path settingsFile() const { return folder_.path() / "state" / "settings.toml"; }
+  void writeSettings(std::string_view text) { ASSERT_FALSE(writeWhole(settingsFile(), text)); }
+  ui::TextSizeCategory textSize() const { return screen_->settings().category; }
+  static bool showsText(const QWidget& shown, const char* text) {
+    const auto labels = shown.findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [text](const QLabel* label) { return label->text().contains(text); });
+  }
+
   desktop::RowSurface& rows() { return panel_->window().rows(); }
   std::string nameOf(std::size_t row) { return rows().wordsOf(row).name.toStdString(); }
   void clickRow(std::size_t row) { click(rows(), QRectF(rows().rectOf(row)).center()); }
@@ -75,9 +94,9 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
 
   clickRow(5);
   ASSERT_NE(window<desktop::FavoritesWindow>(), nullptr);
-  auto* const list = window<desktop::FavoritesWindow>()->findChild<QListWidget*>();
-  waitUntil([list] { return list->count() == 7; });
-  list->item(0)->setCheckState(Qt::Unchecked);
+  auto* const list = window<desktop::FavoritesWindow>()->findChild<desktop::FavoriteList*>();
+  waitUntil([list] { return list->rows().rowCount() > 1; });
+  list->rows().setData(list->rows().index(1), Qt::Unchecked, Qt::CheckStateRole);
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
   EXPECT_EQ(rows().rowCount(), 5U);
 
@@ -127,6 +146,70 @@ TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
   waitUntil([this] { return !toggle().isHidden(); });
   EXPECT_EQ(toggle().text(), "Show Less");
   EXPECT_EQ(rows().rowCount(), 6U) << "the list saved before both starts";
+}
+
+TEST_F(PanelRunTest, FollowsTheSettingsFile) {
+  end();
+  std::filesystem::remove_all(settingsFile().parent_path());
+  start();
+  panel_->window().show();
+  EXPECT_EQ(textSize(), ui::TextSizeCategory::L);
+  // The folder is made after the start.
+  std::filesystem::create_directories(settingsFile().parent_path());
+  writeSettings("text-size = \"XL\"\nappearance = \"dark\"\non-top = true\nframeless = true\n");
+  waitUntil([this] { return textSize() == ui::TextSizeCategory::XL; });
+  EXPECT_EQ(desktop::appearanceOf(QApplication::palette()), ui::Appearance::dark);
+  EXPECT_TRUE(panel_->window().windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  EXPECT_TRUE(panel_->window().windowFlags().testFlag(Qt::FramelessWindowHint));
+  // A file that is being edited changes nothing; the next contents do.
+  writeSettings("text-size = \n");
+  waitUntil([this] { return !session_->platform().settings().isReadable(); });
+  EXPECT_EQ(textSize(), ui::TextSizeCategory::XL);
+  bool isReplaced = false;
+  panel_->languageDidChange = [&isReplaced] { isReplaced = true; };
+  writeSettings("appearance = \"light\"\nlanguage = \"de\"\n");
+  waitUntil([&isReplaced] { return isReplaced; });
+  EXPECT_EQ(textSize(), ui::TextSizeCategory::L);
+  EXPECT_EQ(desktop::appearanceOf(QApplication::palette()), ui::Appearance::light);
+  EXPECT_FALSE(panel_->window().windowFlags().testFlag(Qt::FramelessWindowHint));
+}
+
+TEST_F(PanelRunTest, ChangesSettingsInTheWindow) {
+  panel_->window().show();
+  panel_->showSettings();
+  auto& settings = *window<desktop::SettingsWindow>();
+  const auto control = [&settings](const char* key) { return settings.findChild<QWidget*>(key); };
+  desktop::press(*control("on-top"), Qt::Key_Space);
+  EXPECT_THAT(*contentsOf(settingsFile()), EndsWith("on-top = true\n"));
+  EXPECT_TRUE(panel_->window().windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  const int before = control("text-size")->fontInfo().pixelSize();
+  control("text-size")->setFocus();
+  for (int i = 0; i < 6; ++i) desktop::press(*control("text-size"), Qt::Key_Down);
+  EXPECT_EQ(textSize(), ui::TextSizeCategory::AX3);
+  EXPECT_THAT(*contentsOf(settingsFile()), EndsWith("text-size = \"AX3\"\n"));
+  EXPECT_GT(control("text-size")->fontInfo().pixelSize(), before) << "the window itself grows";
+  auto& companion = dynamic_cast<QLineEdit&>(*control("companion"));
+  companion.setText("viewer 'x");
+  companion.setModified(true);
+  desktop::press(companion, Qt::Key_Return);
+  EXPECT_TRUE(showsText(settings, "a quote is not closed"));
+  writeSettings("on-top = \n");
+  waitUntil([&settings] { return showsText(settings, "settings.toml:1:10: this is not TOML"); });
+  desktop::press(*control("frameless"), Qt::Key_Space);
+  EXPECT_EQ(*contentsOf(settingsFile()), "on-top = \n") << "such a file is not written to";
+  EXPECT_FALSE(dynamic_cast<QCheckBox&>(*control("frameless")).isChecked());
+}
+
+TEST_F(PanelRunTest, KeepsTheTextSizeThatWasChosenBeforeThereWasAFile) {
+  const auto preferences = session_->platform().saved()->preferences(kProgramSuite);
+  EXPECT_TRUE(preferences->setObject("AX1", "panelTextSize"));
+  EXPECT_TRUE(session_->platform().saved()->database()->waitUntilSaved());
+  end();
+  start();
+  EXPECT_EQ(textSize(), ui::TextSizeCategory::AX1);
+  panel_->window().setTextSize(ui::TextSizeCategory::M);
+  EXPECT_THAT(*contentsOf(settingsFile()), EndsWith("text-size = \"M\"\n"));
+  EXPECT_FALSE(session_->platform().saved()->preferences(kProgramSuite)->objectForKey("panelTextSize"));
 }
 
 }  // namespace

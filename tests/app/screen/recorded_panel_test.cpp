@@ -1,4 +1,7 @@
 #include <QApplication>
+#include <QFileDialog>
+#include <QTimer>
+#include <filesystem>
 #include <set>
 #include <string>
 
@@ -11,6 +14,7 @@
 #include "feeds/alerts/alerts_sketch.h"
 #include "feeds/http/local_http_server.h"
 #include "platform/platform.h"
+#include "shared/file_contents.h"
 #include "shared/mutex.h"
 #include "simulation/recording/recording_platform.h"
 #include "simulation/scenario/scenario_json.h"
@@ -94,10 +98,12 @@ class RecordedPanelTest : public testing::Test {
     platform_ = std::make_unique<NotingPlatform>(session_->platform(), [this] { look(); });
     installPlatform(std::make_shared<simulation::RecordingPlatform>(*platform_, recording_.recorder()));
     ASSERT_FALSE(session_->platform().feeds().follow());
-    panel_ =
-        std::make_unique<Panel>(*session_, *screen_, *options_.locale, std::vector<std::string>(),
-                                desktop::PanelOptions{.maxRows = 4, .refresh = Seconds(60)}, &recording_);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *options_.locale,
+                                     Panel::Options{.window = {.maxRows = 4, .refresh = Seconds(60)}},
+                                     &recording_);
     panel_->window().show();
+    // The first rows, before the event loop may bring the answer.
+    look();
     awaitFetch();
   }
   void end() {
@@ -242,6 +248,30 @@ TEST_F(RecordedPanelTest, AnHourOfTroubleReplaysWithTheCallsRowsAndOpenablesOfTh
   ASSERT_TRUE(transcript) << transcript.error().description() << "\n" << *scenario;
   EXPECT_EQ(shownIn(*transcript), shown_) << *scenario;
   EXPECT_EQ(callsIn(*transcript), calls) << *scenario;
+}
+
+/// Accepts the file dialog with the name of a file as soon as the dialog is open.
+void answerFileDialog(const std::filesystem::path& file) {
+  QTimer::singleShot(0, [file] {
+    auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (!dialog) return answerFileDialog(file);
+    dialog->selectFile(QString::fromStdString(file.string()));
+    QMetaObject::invokeMethod(dialog, "accept");
+  });
+}
+
+TEST_F(RecordedPanelTest, TheMenuSavesWhatHappened) {
+  serve({alert("strike", "A", "Strike")});
+  start();
+  const auto file = folder_.path() / "saved.json";
+  answerFileDialog(file);
+  desktop::press(panel_->window(), Qt::Key_S, Qt::ControlModifier);
+  end();
+  const auto saved = contentsOf(file);
+  ASSERT_TRUE(saved) << sentenceOf(saved.error());
+  const auto transcript = simulation::runScenario(*saved);
+  ASSERT_TRUE(transcript) << transcript.error().description();
+  EXPECT_EQ(shownIn(*transcript).back(), shown_.back());
 }
 
 }  // namespace

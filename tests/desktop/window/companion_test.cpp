@@ -91,10 +91,10 @@ TEST_F(CompanionTest, OpenWindowsFollowTheTextSize) {
 TEST_F(CompanionTest, WindowsAreAccessible) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}};
-  const QListWidget& list = openFavorites();
-  QAccessibleInterface* const lines = QAccessible::queryAccessibleInterface(const_cast<QListWidget*>(&list));
+  FavoriteList& list = openFavorites();
+  QAccessibleInterface* const lines = QAccessible::queryAccessibleInterface(&list);
   EXPECT_EQ(lines->text(QAccessible::Name), "Favorites");
-  QAccessibleInterface* const line = lines->child(0);
+  QAccessibleInterface* const line = lines->child(1);
   EXPECT_EQ(line->role(), QAccessible::ListItem);
   EXPECT_EQ(line->text(QAccessible::Name), "2, Zoo – Central, Trams");
   EXPECT_TRUE(line->state().checkable);

@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -17,6 +16,7 @@
 #include "activity/user_activity_data.h"
 #include "desktop/window/artwork_strip.h"
 #include "desktop/window/companion.h"
+#include "desktop/window/favorite_list.h"
 #include "desktop/window/panel_test.h"
 #include "shared/failure.h"
 
@@ -147,24 +147,34 @@ class CompanionTest : public PanelTest {
                   stored_, [&](const StoredFavorite& other) { return other.isSameAs(favorite); });
               return std::exchange(*stored, favorite) != favorite;
             },
+            .reorder = [this](const std::vector<StoredFavorite>& order) -> Outcome<bool> {
+              if (isReadOnly_) return failure("state database", "", "it may only be read");
+              return std::exchange(stored_, order) != order;
+            },
             .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
             .didChange = [this] { ++changes_; }};
   }
-  QListWidget& openFavorites() {
+  FavoriteList& openFavorites() {
     companion_->showFavorites();
     linesLoaded_({.indexes = {cityLines()}, .error = linesError_});
     settle();
-    return *window<FavoritesWindow>()->findChild<QListWidget*>();
+    return *window<FavoritesWindow>()->findChild<FavoriteList*>();
   }
   static void type(const QString& text) {
     window<FavoritesWindow>()->findChild<QLineEdit*>()->setText(text);
     settle();
   }
-  static QStringList namesIn(const QListWidget& list) {
-    QStringList names;
-    for (int row = 0; row < list.count(); ++row) names.append(list.item(row)->text());
-    return names;
+  /// The rows' texts, a star after those of favourites; headings without the star.
+  static QStringList rowsOf(const FavoriteList& list) {
+    QStringList rows;
+    for (int row = 0; row < list.model()->rowCount(); ++row) {
+      const QModelIndex index = list.model()->index(row, 0);
+      const bool isFavorite = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+      rows.append(index.data().toString() + (isFavorite ? QStringLiteral(" *") : QString()));
+    }
+    return rows;
   }
+  static void makeCurrent(FavoriteList& list, int row) { list.setCurrentIndex(list.model()->index(row, 0)); }
 
   std::unique_ptr<Companion> companion_;
   std::vector<std::uint64_t> askedIncidents_;

@@ -13,37 +13,77 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-TEST_F(CompanionTest, RemovesAFavouriteAndAddsItBack) {
+constexpr const char* kOwn = "Your lines, in the order of the rows";
+
+TEST_F(CompanionTest, ListsEveryLineByAgencyAndModeBelowTheUsersLines) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "town", "x"}};
   ASSERT_TRUE(openURL("rova://favorites?type=2&map=3&session=abc"));
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("Loading the lines…"));
-  QListWidget& list = openFavorites();
+  FavoriteList& list = openFavorites();
   EXPECT_EQ(window<FavoritesWindow>()->windowTitle(), "Favorites");
-  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central", "Unknown line x"));
-  list.setCurrentRow(0);
+  EXPECT_THAT(rowsOf(list), ElementsAre(kOwn, "Zoo – Central *", "Unknown line x *", "Trams",
+                                        "Harbour – Hills", "Zoo – Central *", "city · Ferry", "Ferry"));
+}
+
+TEST_F(CompanionTest, RemovesAFavouriteAndAddsItBack) {
+  startCompanion();
+  stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "town", "x"}};
+  FavoriteList& list = openFavorites();
+  const QStringList before = rowsOf(list);
+  makeCurrent(list, 1);
   press(list, Qt::Key_Space);
   EXPECT_EQ(stored_.size(), 1U);
-  EXPECT_EQ(list.count(), 2) << "it can be added back";
+  EXPECT_EQ(rowsOf(list)[1], "Zoo – Central") << "it can be added back";
   press(list, Qt::Key_Return);
   EXPECT_EQ(stored_.back().subject, "r2");
+  EXPECT_EQ(rowsOf(list), before);
   EXPECT_EQ(changes_, 2);
   isReadOnly_ = true;
   press(list, Qt::Key_Space);
-  EXPECT_EQ(list.item(0)->checkState(), Qt::Checked);
+  EXPECT_EQ(rowsOf(list), before);
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
   EXPECT_EQ(changes_, 2);
+}
+
+TEST_F(CompanionTest, OrdersTheFavouritesByKeysAndByDragging) {
+  startCompanion();
+  for (const char* id : {"r1", "r2", "r3"}) stored_.push_back({FavoriteKind::line, "city", id});
+  FavoriteList& list = openFavorites();
+  const auto order = [this] {
+    std::string ids;
+    for (const StoredFavorite& favorite : stored_) ids += favorite.subject;
+    return ids;
+  };
+  makeCurrent(list, 1);
+  press(list, Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(changes_, 0) << "it is the first one";
+  press(list, Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(order(), "r2r1r3");
+  EXPECT_EQ(list.currentIndex().row(), 2) << "the moved line stays current";
+  const auto middleOf = [&](int row) { return list.visualRect(list.rows().index(row)).center(); };
+  drag(*list.viewport(), middleOf(3), middleOf(1));
+  EXPECT_EQ(order(), "r3r2r1");
+  EXPECT_EQ(changes_, 2);
+  drag(*list.viewport(), middleOf(1), middleOf(5));
+  EXPECT_EQ(order(), "r2r1r3") << "it stays among the user's lines";
+  EXPECT_EQ(stored_.size(), 3U) << "a drag is no click";
+  isReadOnly_ = true;
+  press(list, Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(rowsOf(list)[3].toStdString(), "Ferry *") << "what cannot be saved is not shown";
 }
 
 TEST_F(CompanionTest, ChoosesTheStopsAndTheDirectionOfAFavourite) {
   startCompanion();
   const LineChoice stops{.stops = LineChoice::Stops::chosen, .stopIds = {"s&1", "s2"}};
   stored_ = {{FavoriteKind::line, "city", "r2", stops}};
-  QListWidget& list = openFavorites();
-  const auto spoken = [&] { return list.item(0)->data(Qt::AccessibleTextRole).toString().toStdString(); };
+  FavoriteList& list = openFavorites();
+  const auto spoken = [&] {
+    return list.rows().index(1).data(Qt::AccessibleTextRole).toString().toStdString();
+  };
   EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, Notices of stops s&1, s2");
   const auto openMenu = [&] {
-    list.setCurrentRow(0);
+    makeCurrent(list, 1);
     QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
     QApplication::sendEvent(list.viewport(), &event);
     return window<LineChoiceMenu>();
@@ -84,46 +124,45 @@ TEST_F(CompanionTest, FollowsChangesByOthersAndKeepsThePlace) {
   startCompanion();
   stored_ = {{FavoriteKind::line, "city", "r2"}, {FavoriteKind::line, "city", "r1"}};
   companion_->favoritesDidChange();
-  QListWidget& list = openFavorites();
-  list.setCurrentRow(1);
+  FavoriteList& list = openFavorites();
+  makeCurrent(list, 2);
   stored_ = {{FavoriteKind::line, "city", "r3"}, {FavoriteKind::line, "city", "r1"}};
   companion_->favoritesDidChange();
-  ASSERT_THAT(namesIn(list), ElementsAre("Zoo – Central", "Harbour – Hills", "Ferry"));
-  EXPECT_EQ(list.item(0)->checkState(), Qt::Unchecked)
-      << "it can be added back, as if the user had removed it";
-  EXPECT_EQ(list.item(2)->checkState(), Qt::Checked);
-  EXPECT_EQ(list.currentRow(), 1);
+  EXPECT_THAT(rowsOf(list).first(4), ElementsAre(kOwn, "Zoo – Central", "Harbour – Hills *", "Ferry *"))
+      << "the removed line can be added back, as if the user had removed it";
+  EXPECT_EQ(list.currentIndex().row(), 2);
   type("trams");
-  const QStringList found = namesIn(list);
-  list.setCurrentRow(static_cast<int>(found.indexOf("Harbour – Hills")));
+  makeCurrent(list, 0);
+  const QString current = list.currentIndex().data().toString();
   stored_ = {};
   companion_->favoritesDidChange();
-  EXPECT_EQ(namesIn(list), found) << "the search is kept";
-  for (int row = 0; row < list.count(); ++row) EXPECT_EQ(list.item(row)->checkState(), Qt::Unchecked) << row;
+  EXPECT_THAT(rowsOf(list), testing::UnorderedElementsAre("Harbour – Hills", "Zoo – Central"));
   whyUnreadable_ = "another program is using it";
   companion_->favoritesDidChange();
-  EXPECT_EQ(namesIn(list), found) << "favourites that cannot be read keep their marks";
+  EXPECT_EQ(rowsOf(list).size(), 2) << "favourites that cannot be read keep their marks";
   linesLoaded_({.indexes = {cityLines(), cityLines()}});
-  EXPECT_EQ(list.count(), 2 * found.size()) << "a feed was added";
-  EXPECT_EQ(list.currentItem()->text(), "Harbour – Hills");
+  EXPECT_EQ(rowsOf(list).size(), 4) << "a feed was added";
+  EXPECT_EQ(list.currentIndex().data().toString(), current);
   EXPECT_EQ(changes_, 0);
 }
 
 TEST_F(CompanionTest, FindsAndAddsLines) {
   startCompanion();
   ASSERT_TRUE(openURL("rova://?t=r"));
-  QListWidget& list = openFavorites();
+  FavoriteList& list = openFavorites();
   EXPECT_EQ(window<FavoritesWindow>()->windowTitle(), "Add Favorite Lines");
-  EXPECT_EQ(list.count(), 3) << "all lines can be chosen";
+  EXPECT_THAT(rowsOf(list),
+              ElementsAre("Trams", "Harbour – Hills", "Zoo – Central", "city · Ferry", "Ferry"));
   type("trams zoo");
-  ASSERT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
-  click(*list.viewport(), list.visualItemRect(list.item(0)).center());
+  ASSERT_THAT(rowsOf(list), ElementsAre("Zoo – Central"));
+  click(*list.viewport(), list.visualRect(list.rows().index(0)).center());
   EXPECT_THAT(stored_, ElementsAre(StoredFavorite{FavoriteKind::line, "city", "r2"}));
+  EXPECT_EQ(window<FavoritesWindow>()->windowTitle(), "Favorites");
   type("nowhere");
-  EXPECT_EQ(list.count(), 0);
+  EXPECT_TRUE(rowsOf(list).isEmpty());
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("No line fits “nowhere”"));
   press(*window<FavoritesWindow>(), Qt::Key_Escape);
-  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central")) << "Esc clears the search first";
+  EXPECT_THAT(rowsOf(list).first(2), ElementsAre(kOwn, "Zoo – Central *")) << "Esc clears the search first";
   press(*window<FavoritesWindow>(), Qt::Key_Escape);
   EXPECT_EQ(window<FavoritesWindow>(), nullptr);
 }
@@ -133,16 +172,15 @@ TEST_F(CompanionTest, ListsNothingWithoutReadableFavourites) {
   stored_ = {{FavoriteKind::line, "city", "r2"}};
   linesError_ = failure("feed town", "/town", "no such file or folder");
   const auto hints = [] { return labelsOf(*window<FavoritesWindow>()); };
-  QListWidget& list = openFavorites();
-  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
+  FavoriteList& list = openFavorites();
   for (const auto& [searched, found] : {std::pair("trams", 2), std::pair("nowhere", 0)}) {
     type(searched);
-    EXPECT_EQ(list.count(), found);
+    EXPECT_EQ(rowsOf(list).size(), found);
     EXPECT_THAT(hints(), Contains("feed town: /town: no such file or folder")) << searched;
   }
   whyUnreadable_ = "another program is using it";
   EXPECT_EQ(&openFavorites(), &list);
-  EXPECT_EQ(list.count(), 0) << "nothing is listed without marks";
+  EXPECT_TRUE(rowsOf(list).isEmpty()) << "nothing is listed without marks";
   EXPECT_THAT(hints(), Contains("state database: another program is using it"));
   EXPECT_FALSE(window<FavoritesWindow>()->findChild<QLineEdit*>()->isEnabled());
   whyUnreadable_ = "it is damaged";
@@ -153,7 +191,7 @@ TEST_F(CompanionTest, ListsNothingWithoutReadableFavourites) {
   const auto* const search = window<FavoritesWindow>()->findChild<QLineEdit*>();
   // The window tries again by itself.
   waitUntil([search] { return search->isEnabled(); });
-  EXPECT_THAT(namesIn(list), ElementsAre("Zoo – Central"));
+  EXPECT_THAT(rowsOf(list), Contains("Zoo – Central *"));
   EXPECT_THAT(hints(), Not(Contains("state database: it is damaged")));
 }
 

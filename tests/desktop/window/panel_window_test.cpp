@@ -251,10 +251,6 @@ TEST_F(PanelTest, HandlesShortcuts) {
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
   EXPECT_GT(rows().height(), 200) << "rows grow with the text";
   EXPECT_EQ(panel_->height(), rows().height() + 88) << "the header grows less";
-  change([](auto& world) { world.textSize = ui::TextSizeCategory::L; });
-  makePanel();
-  show();
-  EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5) << "it is saved";
   trigger(Qt::CTRL | Qt::Key_0);
   EXPECT_EQ(rows().height(), 110);
   trigger(Qt::CTRL | Qt::Key_Minus);

@@ -76,4 +76,12 @@ inline void click(QWidget& widget, const QPointF& point) {
   settle();
 }
 
+/// Moves the mouse from one point to another with the left button down.
+inline void drag(QWidget& widget, const QPointF& from, const QPointF& to) {
+  mouse(widget, QEvent::MouseButtonPress, from);
+  for (int step = 1; step <= 4; ++step) mouse(widget, QEvent::MouseMove, from + (to - from) * step / 4);
+  mouse(widget, QEvent::MouseButtonRelease, to);
+  settle();
+}
+
 }  // namespace linewatch::desktop

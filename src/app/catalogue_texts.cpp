@@ -1,0 +1,105 @@
+#include "app/catalogue_texts.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "feeds/text/ascii.h"
+#include "machine/terminal_line.h"
+#include "shared/failure.h"
+
+namespace linewatch::app {
+
+namespace {
+
+/// The word as a shell takes it, in quotes where it needs them.
+std::string shellQuoted(const std::string& word) {
+  constexpr std::string_view kPlain = "-._:/@%+=,";
+  const bool isPlain = !word.empty() && std::ranges::all_of(word, [kPlain](char byte) {
+    return isAsciiAlphanumeric(byte) || kPlain.find(byte) != std::string_view::npos;
+  });
+  if (isPlain) return word;
+  std::string quoted = "'";
+  for (const char byte : word) quoted += byte == '\'' ? std::string("'\\''") : std::string(1, byte);
+  return quoted + "'";
+}
+
+std::string keyLine(const RiderTexts& texts, const CatalogueKey& key) {
+  if (key.kind == CatalogueKey::Kind::none) return texts("FindNoKey");
+  return key.page.empty() ? texts("FindKey") : texts("FindKeyFrom", {key.page});
+}
+
+constexpr std::string_view kKeyKinds[] = {"none", "queryParameter", "header", "other"};
+constexpr std::string_view kStatuses[] = {"active", "inactive", "deprecated"};
+
+Value textValue(const std::string& text) { return text.empty() ? noValue() : Value(text); }
+
+Dictionary catalogueFeedForm(const CatalogueFeed& feed) {
+  const Dictionary key = {{"kind", kKeyKinds[static_cast<std::size_t>(feed.key.kind)]},
+                          {"name", textValue(feed.key.name)},
+                          {"page", textValue(feed.key.page)}};
+  return {{"id", feed.id},
+          {"provider", textValue(feed.provider)},
+          {"name", textValue(feed.name)},
+          {"municipality", textValue(feed.municipality)},
+          {"subdivision", textValue(feed.subdivision)},
+          {"country", textValue(feed.country)},
+          {"status", kStatuses[static_cast<std::size_t>(feed.status)]},
+          {"url", feed.url},
+          {"copyUrl", textValue(feed.copyUrl)},
+          {"license", textValue(feed.license)},
+          {"key", key}};
+}
+
+Array catalogueFeedForms(const std::vector<SharedCatalogueFeed>& feeds) {
+  Array forms;
+  for (const SharedCatalogueFeed& feed : feeds) forms.push_back(catalogueFeedForm(*feed));
+  return forms;
+}
+
+}  // namespace
+
+std::string addingCommand(const CatalogueHit& hit) {
+  return "linewatch feed add " + terminalLine(shellQuoted(hit.alerts->id));
+}
+
+std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& hit,
+                                  const std::string& language) {
+  std::vector<std::string> lines = {hit.provider(), hit.place(language), hit.coverage()};
+  if (!hit.holds.empty()) lines.push_back(texts("FindHolds", {hit.holds}));
+  if (!hit.isActive()) lines.push_back(texts("FindInactive"));
+  if (hit.timetables.empty()) lines.push_back(texts("FindNoTimetable"));
+  lines.push_back(keyLine(texts, hit.key()));
+  if (const std::string license = hit.license(); !license.empty())
+    lines.push_back(texts("FindLicense", {license}));
+  std::erase(lines, "");
+  return lines;
+}
+
+std::string noHitText(const RiderTexts& texts, const std::string& query, const CatalogueMatches& matches) {
+  constexpr const char* kCommand = "linewatch feed add NAME --gtfs G --alerts A";
+  return matches.timetables.empty() ? texts("FindNothing", {query, std::string(kCommand)})
+                                    : texts("FindOnlyTimetables", {query, std::string(kCommand)});
+}
+
+std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& reading, Date now) {
+  if (!reading.failure || !reading.fetched) return {};
+  return texts("CatalogueKept", {texts.ago(now - *reading.fetched), sentenceOf(*reading.failure)});
+}
+
+Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches,
+                       const KeptCatalogue::Reading& reading) {
+  Array hits;
+  for (const CatalogueHit& hit : matches.hits) {
+    Dictionary form = catalogueFeedForm(*hit.alerts);
+    form.insert_or_assign("holds", textValue(hit.holds));
+    form.insert_or_assign("timetables", catalogueFeedForms(hit.timetables));
+    hits.push_back(form);
+  }
+  return {{"query", query},
+          {"hits", hits},
+          {"timetables", catalogueFeedForms(matches.timetables)},
+          {"fetched", reading.fetched ? Value(description(*reading.fetched)) : noValue()},
+          {"error", reading.failure ? Value(sentenceOf(*reading.failure)) : noValue()}};
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/rider_texts.h"
+#include "feeds/catalogue/catalogue_hit.h"
+#include "feeds/catalogue/kept_catalogue.h"
+#include "shared/date.h"
+#include "shared/value.h"
+
+namespace linewatch::app {
+
+/// The command that adds the hit.
+std::string addingCommand(const CatalogueHit& hit);
+
+/// What a rider should know of a hit, a line each, the provider first. `language`: for the country's name.
+std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& hit,
+                                  const std::string& language);
+
+/// Why a search has no hits, and what to do.
+std::string noHitText(const RiderTexts& texts, const std::string& query, const CatalogueMatches& matches);
+
+/// How old a catalogue is that could not be renewed, and why; empty when it is up to date.
+std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& reading, Date now);
+
+/// The search and what it found, for JSON.
+Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches,
+                       const KeptCatalogue::Reading& reading);
+
+}  // namespace linewatch::app

@@ -1,0 +1,39 @@
+#include "app/feed_texts.h"
+
+#include "app/commands.h"
+
+namespace linewatch::app {
+
+std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date now) {
+  using Kind = FeedState::Kind;
+  const std::string since = state.since ? texts.ago(now - *state.since) : "";
+  switch (state.kind) {
+    case Kind::fresh:
+      return texts("StateFresh");
+    case Kind::stale:
+      return texts("StateStale", {since});
+    case Kind::kept:
+      return hasOldHeader(state, now)
+                 ? texts("StateKeptOld", {since, texts.ago(now - *state.written), reasonOf(state, texts)})
+                 : texts("StateKept", {since, reasonOf(state, texts)});
+    case Kind::unreachable:
+      if (!since.empty()) return texts("StateUnknownSince", {since, reasonOf(state, texts)});
+      break;
+    case Kind::outdated:
+    case Kind::notMatching:
+    case Kind::incomplete:
+      break;
+  }
+  return texts("StateUnknown", {reasonOf(state, texts)});
+}
+
+std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,
+                         Date now) {
+  using Phrase = RiderTexts::Phrase;
+  const Phrase lines{texts("Lines", {findings.lineCount})};
+  const Phrase alerts{texts("AlertsNow", {findings.alertCount})};
+  const Phrase state{stateInWords(texts, findings.state, now)};
+  return texts("FeedFound", {Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) + "\n";
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "app/rider_texts.h"
+#include "feeds/catalogue/feed_findings.h"
+#include "feeds/feed_state.h"
+#include "shared/date.h"
+
+namespace linewatch::app {
+
+/// A feed's state in one line.
+std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date now);
+
+/// What was done with the feed, with the numbers of its lines and alerts; then its state. Two lines.
+std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,
+                         Date now);
+
+}  // namespace linewatch::app

@@ -1,0 +1,112 @@
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "app/commands.h"
+#include "app/text_table.h"
+#include "machine/terminal_line.h"
+#include "settings/user_settings.h"
+#include "shared/failure.h"
+#include "shared/value.h"
+#include "wire/json_text.h"
+
+namespace linewatch::app {
+
+namespace {
+
+/// The source of a value in the JSON object.
+std::string_view sourceName(SettingSource source) {
+  constexpr std::array<std::string_view, 4> kNames = {"default", "remembered", "file", "commandLine"};
+  return kNames.at(static_cast<std::size_t>(source));
+}
+
+std::string_view sourceInWords(SettingSource source) {
+  constexpr std::array<std::string_view, 4> kWords = {"default", "chosen earlier", "settings file",
+                                                      "command line"};
+  return kWords.at(static_cast<std::size_t>(source));
+}
+
+Value valueForm(const Setting& setting, std::string_view text) {
+  return setting.kind == Setting::Kind::toggle ? Value(text == "true") : Value(text);
+}
+
+Dictionary settingForm(const Setting& setting, const SettingValue& value) {
+  Array choices;
+  for (const std::string_view choice : setting.choices) choices.push_back(valueForm(setting, choice));
+  return {{"key", setting.key},
+          {"value", valueForm(setting, value.text)},
+          {"source", sourceName(value.source)},
+          {"default", valueForm(setting, setting.defaultText)},
+          {"choices", std::move(choices)},
+          {"about", setting.about}};
+}
+
+Dictionary settingsForm(const UserSettings& settings) {
+  Array forms;
+  for (const Setting& setting : settingTable()) forms.push_back(settingForm(setting, settings.find(setting)));
+  Array faults;
+  for (const std::string& fault : settings.faults()) faults.push_back(fault);
+  return {{"version", 1},
+          {"file", settings.file().empty() ? noValue() : Value(settings.file().string())},
+          {"settings", std::move(forms)},
+          {"faults", std::move(faults)}};
+}
+
+std::string settingsText(const UserSettings& settings, const TerminalStyle& style) {
+  std::vector<std::vector<TableCell>> rows;
+  for (const Setting& setting : settingTable()) {
+    const SettingValue value = settings.find(setting);
+    const std::string shown = value.text.empty() ? "\"\"" : terminalLine(value.text);
+    rows.push_back({{.text = std::string(setting.key)},
+                    {.text = shown},
+                    {.text = std::string(sourceInWords(value.source)), .isFaint = true}});
+  }
+  const std::string file = terminalLine(settings.file().string());
+  return textTable(rows, style) + (file.empty() ? "" : paragraph("The file: " + file, 2, style));
+}
+
+Report printSettings(const UserSettings& settings, const Setting* setting, bool isJson,
+                     const TerminalStyle& style) {
+  Report report;
+  // The log names the mistakes.
+  report.status = settings.isReadable() ? 0 : 2;
+  if (isJson) {
+    report.output =
+        jsonText(setting ? settingForm(*setting, settings.find(*setting)) : settingsForm(settings)) + "\n";
+  } else {
+    report.output =
+        setting ? terminalLine(settings.find(*setting).text) + "\n" : settingsText(settings, style);
+  }
+  return report;
+}
+
+Report unknownSetting(const std::string& key) {
+  const auto nearest = nearestSettingKey(key);
+  return refused(failure(FailureCode::notFound, "setting \"" + key + "\"", "",
+                         nearest ? "there is no such setting; did you mean " + std::string(*nearest) + "?"
+                                 : "there is no such setting; linewatch settings lists them all"));
+}
+
+}  // namespace
+
+Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style) {
+  UserSettings& settings = session.platform().settings();
+  const Setting* const setting = settingWithKey(command.key);
+  if (!setting && !command.key.empty()) return unknownSetting(command.key);
+  if (!setting || (!command.unsets && !command.value))
+    return printSettings(settings, setting, command.json, style);
+  if (command.unsets && command.value)
+    return refused(failure(FailureCode::invalid, command.key, "", "--unset takes no value"));
+  const auto error =
+      command.unsets ? settings.unset(*setting) : settings.set(*setting, usualText(*setting, *command.value));
+  if (error) return refused(*error);
+  if (command.json) return printSettings(settings, setting, true, style);
+  const std::string text = settings.find(*setting).text;
+  return Report::of(command.key + " is " + (text.empty() ? "empty" : terminalLine(text)) +
+                    (command.unsets ? ", the default\n" : "\n"));
+}
+
+}  // namespace linewatch::app

@@ -1,0 +1,222 @@
+#include "desktop/setup/add_page.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QMetaObject>
+#include <QScrollArea>
+#include <utility>
+
+#include "desktop/setup/feed_form.h"
+#include "desktop/setup/progress_line.h"
+#include "desktop/window/action_button.h"
+#include "desktop/window/link_button.h"
+#include "desktop/window/outlined_field.h"
+#include "desktop/window/window_colors.h"
+#include "desktop/window/window_style.h"
+#include "shared/failure.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Points.
+constexpr int kAddMargin = 16;
+constexpr int kAddGap = 6;
+constexpr double kAddNameSize = 17;
+constexpr double kAddTextSize = 13;
+constexpr double kAddFieldSize = 14;
+
+}  // namespace
+
+AddPage::AddPage(SharedWindowTexts texts, SetupServices services, const Wanted& wanted,
+                 std::function<void(const FeedFindings&)> added)
+    : texts_(std::move(texts)),
+      services_(std::move(services)),
+      added_(std::move(added)),
+      entries_(new QWidget),
+      note_(plainLabel({}, windowFont(kAddTextSize))),
+      line_(new ProgressLine),
+      cancel_(new ActionButton((*texts_)("Cancel"))),
+      add_(new ActionButton((*texts_)("AddFeed"), ActionButton::Emphasis::primary)) {
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, kAddMargin);
+  auto* const fields = new QVBoxLayout(entries_);
+  fields->setContentsMargins(kAddMargin, 0, kAddMargin, 0);
+  fields->setSpacing(kAddGap);
+  if (const auto* const hit = std::get_if<CatalogueHit>(&wanted)) hit_ = *hit;
+  if (hit_) showHit(*fields);
+  if (!hit_ || hit_->timetables.empty()) {
+    form_ = new FeedForm(texts_);
+    const auto* const addresses = std::get_if<Addresses>(&wanted);
+    form_->setAddresses(addresses ? addresses->timetable : "",
+                        addresses ? addresses->alerts : hit_->alerts->url);
+    fields->addWidget(form_);
+  } else if (hit_->needsKey()) {
+    showKey(*fields, hit_->key());
+  }
+  fields->addStretch();
+  auto* const scroller = new QScrollArea;
+  scroller->setFrameShape(QFrame::NoFrame);
+  scroller->setWidgetResizable(true);
+  scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroller->setFocusPolicy(Qt::NoFocus);
+  scroller->setWidget(entries_);
+  layout->addWidget(scroller, 1);
+  makeBottom(*layout);
+  showRunning(false);
+}
+
+AddPage::~AddPage() { cancel(); }
+
+void AddPage::present() {
+  if (form_) return form_->focusFirstEmpty();
+  (key_ ? static_cast<QWidget*>(key_) : add_)->setFocus(Qt::OtherFocusReason);
+}
+
+// ---- The entries ----
+
+void AddPage::showHit(QVBoxLayout& layout) {
+  layout.addWidget(
+      plainLabel(QString::fromStdString(hit_->provider()), windowFont(kAddNameSize, QFont::DemiBold)));
+  const QFont font = windowFont(kAddTextSize);
+  for (const std::string& text : {hit_->place(services_.language), hit_->coverage()}) {
+    if (!text.empty()) layout.addWidget(plainLabel(QString::fromStdString(text), font, TextTone::faint));
+  }
+  if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));
+  if (!hit_->needsKey()) layout.addWidget(plainLabel((*texts_)("CityNeedsNoKey"), font, TextTone::faint));
+  addLink(layout, "License", hit_->license());
+  if (hit_->timetables.empty()) layout.addWidget(plainLabel((*texts_)("CityWithoutTimetable"), font));
+}
+
+void AddPage::showKey(QVBoxLayout& layout, const CatalogueKey& key) {
+  layout.addSpacing(kAddMargin);
+  const bool isKnown = key.kind != CatalogueKey::Kind::other;
+  layout.addWidget(
+      plainLabel((*texts_)(isKnown ? "KeyWanted" : "KeyOfUnknownKind"), windowFont(kAddTextSize)));
+  addLink(layout, "GetKey", key.page);
+  key_ = new OutlinedField;
+  key_->setFont(windowFont(kAddFieldSize));
+  key_->setAccessibleName((*texts_)("FeedKey"));
+  key_->setPlaceholderText((*texts_)("FeedKey"));
+  connect(key_, &QLineEdit::returnPressed, this, [this] { start(); });
+  layout.addWidget(key_);
+}
+
+void AddPage::addLink(QVBoxLayout& layout, const char* text, const std::string& url) {
+  if (url.empty()) return;
+  auto* const link = new LinkButton((*texts_)(text));
+  link->setFont(windowFont(kAddTextSize));
+  link->setAccessibleDescription(QString::fromStdString(url));
+  connect(link, &QAbstractButton::clicked, this, [this, url] {
+    const QUrl address(QString::fromStdString(url));
+    if (!services_.openLink(address)) showFailure((*texts_)("LinkFailed", {url}));
+  });
+  layout.addWidget(link);
+}
+
+void AddPage::makeBottom(QVBoxLayout& layout) {
+  auto* const bottom = new QVBoxLayout;
+  bottom->setContentsMargins(kAddMargin, 0, kAddMargin, 0);
+  bottom->setSpacing(kAddGap);
+  bottom->addWidget(note_);
+  bottom->addWidget(line_);
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(cancel_);
+  buttons->addWidget(add_);
+  bottom->addSpacing(kAddGap);
+  bottom->addLayout(buttons);
+  layout.addLayout(bottom);
+  note_->setObjectName(QStringLiteral("note"));
+  connect(add_, &QAbstractButton::clicked, this, [this] { start(); });
+  connect(cancel_, &QAbstractButton::clicked, this, [this] {
+    cancel();
+    showRunning(false);
+    note_->hide();
+    add_->setFocus(Qt::OtherFocusReason);
+  });
+}
+
+// ---- Adding ----
+
+Outcome<FeedProposal> AddPage::proposal() const {
+  if (form_) return form_->proposal();
+  const auto known = services_.feeds();
+  if (!known) return known.error();
+  return proposalOf(*hit_, key_ ? key_->text().trimmed().toStdString() : std::string(), *known);
+}
+
+void AddPage::start() {
+  if (adding_) return;
+  if (key_ && key_->text().trimmed().isEmpty()) {
+    key_->setFocus(Qt::OtherFocusReason);
+    return showFailure((*texts_)("KeyMissing"));
+  }
+  auto wanted = proposal();
+  if (!wanted) return showFailure(QString::fromStdString(sentenceOf(wanted.error())));
+  showRunning(true);
+  cancel_->setFocus(Qt::OtherFocusReason);
+  // The adding calls this on its own threads, and no more once it has been cancelled.
+  adding_ = services_.startAdding(*std::move(wanted), [this] {
+    QMetaObject::invokeMethod(
+        this, [this] { progressDidChange(); }, Qt::QueuedConnection);
+  });
+  progressDidChange();
+}
+
+void AddPage::cancel() {
+  if (!adding_) return;
+  adding_->cancel();
+  services_.discard(std::exchange(adding_, nullptr));
+}
+
+void AddPage::progressDidChange() {
+  if (!adding_) return;
+  const AddingProgress progress = adding_->progress();
+  if (progress.result) return end(*progress.result);
+  note_->setText(inWords(progress));
+  const bool isShareKnown = progress.totalBytes && *progress.totalBytes > 0;
+  line_->setShare(isShareKnown ? std::optional(double(progress.bytes) / double(*progress.totalBytes))
+                               : std::nullopt);
+}
+
+void AddPage::end(const Outcome<FeedFindings>& result) {
+  services_.discard(std::exchange(adding_, nullptr));
+  showRunning(false);
+  if (result) return added_(*result);
+  showFailure(QString::fromStdString(sentenceOf(result.error())));
+  add_->setText((*texts_)("TryAgain"));
+  add_->updateGeometry();
+  add_->setFocus(Qt::OtherFocusReason);
+}
+
+QString AddPage::inWords(const AddingProgress& progress) const {
+  using Step = AddingProgress::Step;
+  if (progress.lineCount) return (*texts_)("LinesFound", {std::uint64_t{*progress.lineCount}});
+  if (progress.step == Step::readingTimetable || progress.step == Step::saving)
+    return (*texts_)("ReadingTimetable");
+  const QString step =
+      (*texts_)(progress.step == Step::fetchingAlerts ? "FetchingAlerts" : "FetchingTimetable");
+  if (progress.bytes == 0) return step;
+  const std::string come = texts_->dataSize(progress.bytes).toStdString();
+  if (!progress.totalBytes) return (*texts_)("BytesCome", {step.toStdString(), come});
+  return (*texts_)("BytesComeOf",
+                   {step.toStdString(), come, texts_->dataSize(*progress.totalBytes).toStdString()});
+}
+
+void AddPage::showRunning(bool isRunning) {
+  entries_->setEnabled(!isRunning);
+  add_->setVisible(!isRunning);
+  cancel_->setVisible(isRunning);
+  line_->setVisible(isRunning);
+  note_->setVisible(isRunning);
+  if (isRunning) note_->setForegroundRole(kFaintRole);
+}
+
+void AddPage::showFailure(const QString& text) {
+  note_->setForegroundRole(kAlarmRole);
+  note_->setText(text);
+  note_->show();
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <cstdint>
+
+namespace linewatch::desktop {
+
+/// A button with rounded corners. A dialog has one primary button, for its next step.
+class ActionButton final : public QAbstractButton {
+ public:
+  enum class Emphasis : std::uint8_t { primary, plain };
+
+  explicit ActionButton(const QString& text, Emphasis emphasis = Emphasis::plain);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QColor fill() const;
+
+  Emphasis emphasis_;
+};
+
+}  // namespace linewatch::desktop

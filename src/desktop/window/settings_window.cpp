@@ -1,0 +1,236 @@
+#include "desktop/window/settings_window.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QTimer>
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+#include "desktop/window/window_colors.h"
+#include "localization/string_tables.h"
+#include "platform/platform.h"
+#include "shared/failure.h"
+#include "ui/interface_settings.h"
+
+namespace linewatch::desktop {
+
+namespace {
+
+// Points.
+constexpr int kSettingsWidth = 420;
+constexpr int kSettingsHeight = 520;
+constexpr int kSettingsMargin = 20;
+constexpr int kRowGap = 14;
+constexpr int kLabelGap = 4;
+constexpr double kSettingSize = 14;
+constexpr double kSettingNoteSize = 12;
+
+constexpr std::array kRefreshChoices = {"30s", "1m", "2m", "5m", "10m", "30m"};
+
+ui::TextSizeCategory presentTextSize() { return platform().interfaceSettings().textSizeCategory(); }
+
+/// "SettingOnTop" of "on-top".
+std::string textKeyOf(std::string_view part) {
+  std::string key = "Setting";
+  bool startsWord = true;
+  for (const char c : part) {
+    if (c != '-') key += startsWord ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
+    startsWord = c == '-';
+  }
+  return key;
+}
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(SharedWindowTexts texts, SettingsServices services)
+    : CompanionWindow(std::move(texts)), services_(std::move(services)), textSize_(presentTextSize()) {
+  setWindowTitle(this->texts()("SettingsTitle"));
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  scroll_ = new QScrollArea;
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  layout->addWidget(scroll_);
+  makeContents();
+  resize(kSettingsWidth, kSettingsHeight);
+}
+
+void SettingsWindow::present() {
+  error_.reset();
+  followChanges();
+  showInFront();
+  if (!focusWidget() && !rows_.empty()) rows_.front().control->setFocus(Qt::OtherFocusReason);
+}
+
+/// The fonts of the controls depend on the text size, so that a new size needs new controls.
+void SettingsWindow::followChanges() {
+  if (std::exchange(textSize_, presentTextSize()) != textSize_) {
+    const auto focused = std::ranges::find_if(rows_, [](const Row& row) { return row.control->hasFocus(); });
+    const auto place = static_cast<std::size_t>(focused - rows_.begin());
+    const bool hadFocus = focused != rows_.end();
+    // A control may still be handling the event that has changed the size.
+    if (QWidget* const old = scroll_->takeWidget()) old->deleteLater();
+    makeContents();
+    if (hadFocus) rows_[place].control->setFocus(Qt::OtherFocusReason);
+  }
+  showValues();
+  showFaults();
+}
+
+// ---- The controls ----
+
+void SettingsWindow::makeContents() {
+  rows_.clear();
+  auto* const contents = new QWidget;
+  contents->setAutoFillBackground(true);
+  auto* const layout = new QVBoxLayout(contents);
+  layout->setContentsMargins(kSettingsMargin, kSettingsMargin, kSettingsMargin, kSettingsMargin);
+  layout->setSpacing(kRowGap);
+  faults_ = makeLabel({}, font(kSettingNoteSize), Tone::alarming);
+  layout->addWidget(faults_);
+  for (const Setting& setting : settingTable()) addRow(setting, *layout);
+  layout->addStretch(1);
+  const QString place = services_.set ? texts()("SettingsFile", {services_.file}) : texts()("SettingsGiven");
+  layout->addWidget(makeLabel(place, font(kSettingNoteSize), Tone::faint));
+  scroll_->setWidget(contents);
+}
+
+void SettingsWindow::addRow(const Setting& setting, QBoxLayout& layout) {
+  const bool isToggle = setting.kind == Setting::Kind::toggle;
+  const Row row = isToggle                     ? makeToggle(setting)
+                  : choicesOf(setting).empty() ? makeField(setting)
+                                               : makeChoice(setting);
+  row.control->setFont(font(kSettingSize));
+  row.control->setAccessibleName(nameOf(setting));
+  row.control->setObjectName(QString::fromUtf8(setting.key.data(), static_cast<int>(setting.key.size())));
+  row.control->setEnabled(static_cast<bool>(services_.set));
+  rows_.push_back(row);
+  if (isToggle) return layout.addWidget(row.control);
+  auto* const pair = new QVBoxLayout;
+  pair->setSpacing(kLabelGap);
+  QLabel* const label = makeLabel(nameOf(setting), font(kSettingNoteSize), Tone::faint);
+  label->setBuddy(row.control);
+  pair->addWidget(label);
+  pair->addWidget(row.control);
+  layout.addLayout(pair);
+}
+
+SettingsWindow::Row SettingsWindow::makeToggle(const Setting& setting) {
+  auto* const box = new QCheckBox(nameOf(setting));
+  connect(box, &QCheckBox::toggled, this,
+          [this, &setting](bool isOn) { set(setting, isOn ? "true" : "false"); });
+  return {&setting, box, [box](const std::string& text) { box->setChecked(text == "true"); }};
+}
+
+SettingsWindow::Row SettingsWindow::makeChoice(const Setting& setting) {
+  auto* const box = new QComboBox;
+  // The wheel scrolls the window, and must not change a setting on its way.
+  box->setFocusPolicy(Qt::StrongFocus);
+  box->installEventFilter(this);
+  const auto add = [this, box, &setting](const std::string& text) {
+    box->addItem(nameOfChoice(setting, text), QString::fromStdString(text));
+  };
+  std::ranges::for_each(choicesOf(setting), add);
+  connect(box, &QComboBox::activated, this,
+          [this, box, &setting] { set(setting, box->currentData().toString().toStdString()); });
+  return {&setting, box, [box, add](const std::string& text) {
+            // A value that is written by hand may be none of the usual ones.
+            if (box->findData(QString::fromStdString(text)) < 0) add(text);
+            box->setCurrentIndex(box->findData(QString::fromStdString(text)));
+          }};
+}
+
+SettingsWindow::Row SettingsWindow::makeField(const Setting& setting) {
+  auto* const field = new QLineEdit;
+  connect(field, &QLineEdit::editingFinished, this, [this, field, &setting] {
+    if (!field->isModified()) return;
+    field->setModified(false);
+    set(setting, field->text().trimmed().toStdString());
+  });
+  return {&setting, field, [field](const std::string& text) {
+            // What the user is writing stays.
+            if (!field->isModified() && field->text().toStdString() != text)
+              field->setText(QString::fromStdString(text));
+          }};
+}
+
+std::vector<std::string> SettingsWindow::choicesOf(const Setting& setting) const {
+  std::vector<std::string> choices(setting.choices.begin(), setting.choices.end());
+  if (&setting == &kRefreshSetting) choices.assign(kRefreshChoices.begin(), kRefreshChoices.end());
+  if (&setting == &kLanguageSetting) {
+    choices = {"auto"};
+    for (const EmbeddedLanguage& language : embeddedLanguages()) choices.emplace_back(language.language);
+  }
+  return choices;
+}
+
+QString SettingsWindow::nameOf(const Setting& setting) const { return texts()(textKeyOf(setting.key)); }
+
+QString SettingsWindow::nameOfChoice(const Setting& setting, const std::string& text) const {
+  if (text == "auto" || setting.key == "appearance") return texts()(textKeyOf(text));
+  if (&setting == &kRefreshSetting) {
+    const double seconds = parseRefresh(text).value_or(Seconds(0)).count();
+    const bool isMinutes = std::fmod(seconds, 60) == 0;
+    return texts()(isMinutes ? "Minutes" : "Seconds",
+                   {static_cast<std::uint64_t>(isMinutes ? seconds / 60 : seconds)});
+  }
+  const QString tag = QString::fromStdString(text);
+  if (&setting != &kLanguageSetting) return tag;
+  const QString name = QLocale(tag).nativeLanguageName();
+  return name.isEmpty() ? tag : name;
+}
+
+/// The wheel does nothing to a control that it would change.
+bool SettingsWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return CompanionWindow::eventFilter(watched, event);
+  event->ignore();
+  return true;
+}
+
+// ---- Values ----
+
+void SettingsWindow::showValues() {
+  for (const Row& row : rows_) {
+    const SettingValue value = services_.find(*row.setting);
+    const QSignalBlocker blocker(row.control);
+    row.show(value.text);
+    row.control->setToolTip(value.source == SettingSource::commandLine ? texts()("SettingFromCommandLine")
+                                                                       : QString());
+  }
+}
+
+void SettingsWindow::showFaults() {
+  const std::vector<std::string> faults = services_.faults();
+  QString text;
+  if (!faults.empty()) text = texts()("SettingsFaults", {std::uint64_t{faults.size()}});
+  for (const std::string& fault : faults) text += QLatin1Char('\n') + QString::fromStdString(fault);
+  const QString error = error_ ? QString::fromStdString(sentenceOf(*error_)) : QString();
+  // The error of a change is about a fault of the file that is named already.
+  if (error_ && !text.contains(error.section(QLatin1Char('\n'), 0, 0))) {
+    if (!text.isEmpty()) text += QLatin1Char('\n');
+    text += error;
+  }
+  faults_->setText(text);
+  faults_->setVisible(!text.isEmpty());
+}
+
+void SettingsWindow::set(const Setting& setting, const std::string& text) {
+  error_ = services_.set(setting, text);
+  followChanges();
+}
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,80 @@
+#include "feeds/catalogue/catalogue_hit.h"
+
+#include <algorithm>
+
+#include "feeds/catalogue/country_names.h"
+
+namespace linewatch {
+
+namespace {
+
+/// Bytes. A provider may be a list of a hundred agencies.
+constexpr std::size_t kLongestProvider = 80;
+
+/// The start of a long list, up to one of its commas.
+std::string shortened(const std::string& list) {
+  if (list.size() <= kLongestProvider) return list;
+  std::size_t end = list.rfind(", ", kLongestProvider);
+  if (end == std::string::npos || end == 0) end = list.rfind(' ', kLongestProvider);
+  if (end == std::string::npos || end == 0) end = list.find(' ', kLongestProvider);
+  return end == std::string::npos ? list : list.substr(0, end) + " …";
+}
+
+void append(std::string& list, const std::string& text) {
+  if (!text.empty()) list.append(list.empty() ? "" : ", ").append(text);
+}
+
+}  // namespace
+
+std::string CatalogueHit::provider() const {
+  if (!alerts->provider.empty()) return shortened(alerts->provider);
+  const auto named =
+      std::ranges::find_if(timetables, [](const auto& feed) { return !feed->provider.empty(); });
+  return named == timetables.end() ? alerts->id : shortened((*named)->provider);
+}
+
+std::string CatalogueHit::place(std::string_view language) const {
+  const auto field = [this](std::string CatalogueFeed::*text) {
+    if (!((*alerts).*text).empty()) return (*alerts).*text;
+    const auto named =
+        std::ranges::find_if(timetables, [text](const auto& feed) { return !((*feed).*text).empty(); });
+    return named == timetables.end() ? std::string() : (**named).*text;
+  };
+  const std::string municipality = field(&CatalogueFeed::municipality);
+  const std::string subdivision = field(&CatalogueFeed::subdivision);
+  std::string place;
+  append(place, municipality);
+  if (subdivision != municipality) append(place, subdivision);
+  append(place, countryName(field(&CatalogueFeed::country), language));
+  return place;
+}
+
+std::string CatalogueHit::coverage() const {
+  if (!alerts->name.empty()) return shortened(alerts->name);
+  std::vector<std::string> names;
+  for (const SharedCatalogueFeed& feed : timetables) {
+    const std::string& name = feed->name.empty() ? feed->provider : feed->name;
+    const bool isNews = name != alerts->provider && std::ranges::find(names, name) == names.end();
+    if (!name.empty() && isNews) names.push_back(name);
+  }
+  std::string list;
+  for (const std::string& name : names) append(list, name);
+  return shortened(list);
+}
+
+const CatalogueKey& CatalogueHit::key() const {
+  if (alerts->key.kind != CatalogueKey::Kind::none) return alerts->key;
+  const auto locked = std::ranges::find_if(timetables, [](const auto& feed) {
+    return feed->key.kind != CatalogueKey::Kind::none && feed->copyUrl.empty();
+  });
+  return locked == timetables.end() ? alerts->key : (*locked)->key;
+}
+
+std::string CatalogueHit::license() const {
+  if (!alerts->license.empty()) return alerts->license;
+  const auto licensed =
+      std::ranges::find_if(timetables, [](const auto& feed) { return !feed->license.empty(); });
+  return licensed == timetables.end() ? std::string() : (*licensed)->license;
+}
+
+}  // namespace linewatch

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "feeds/catalogue/catalogue_feed.h"
+
+namespace linewatch {
+
+/// An alerts feed of the catalogue with its timetables: what a rider can add. The texts are plain lines, safe
+/// to show.
+struct CatalogueHit {
+  /// Never null.
+  SharedCatalogueFeed alerts;
+  /// The alerts' timetables, after redirects. Empty when the catalogue has none of them: then the rider has
+  /// to give a timetable.
+  std::vector<SharedCatalogueFeed> timetables;
+  /// The place that was searched for, when this feed does not name it but covers it on the map, e.g. "Lowell"
+  /// for a feed of Boston. Else empty.
+  std::string holds;
+
+  bool operator==(const CatalogueHit&) const = default;
+
+  /// The agency; of a long list of agencies the first ones, with "…".
+  std::string provider() const;
+  /// E.g. "Boston, Massachusetts, United States". `language`: for the country's name, e.g. "de".
+  std::string place(std::string_view language) const;
+  /// The feed's name, or the names of its timetables that are not the provider's; empty when the catalogue
+  /// names none.
+  std::string coverage() const;
+  /// False when the catalogue says that the feed was given up or replaced.
+  bool isActive() const { return alerts->status == CatalogueFeed::Status::active; }
+  /// The key that the alerts need, or else the timetable if it has no copy without a key.
+  const CatalogueKey& key() const;
+  bool needsKey() const { return key().kind != CatalogueKey::Kind::none; }
+  /// The licence of the alerts, or else of a timetable; empty when the catalogue names none.
+  std::string license() const;
+};
+
+/// What a search of the catalogue found.
+struct CatalogueMatches {
+  /// The best first; inactive and deprecated ones last.
+  std::vector<CatalogueHit> hits;
+  /// The timetables that match, when there are no hits: the place is known but has no alerts feed.
+  std::vector<SharedCatalogueFeed> timetables;
+
+  bool operator==(const CatalogueMatches&) const = default;
+};
+
+}  // namespace linewatch

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "feeds/catalogue/catalogue_feed.h"
+#include "feeds/catalogue/catalogue_hit.h"
+#include "feeds/catalogue/feed_links.h"
+#include "feeds/catalogue/search_words.h"
+#include "feeds/catalogue/searched_texts.h"
+
+namespace linewatch {
+
+/// The hits of a catalogue with the words that find them. Immutable after construction.
+class CatalogueIndex {
+ public:
+  struct Entry {
+    CatalogueHit hit;
+    SearchedTexts texts;
+    /// The area of its largest timetable on the map, in square degrees; 0 when unknown.
+    double area = 0;
+  };
+
+  explicit CatalogueIndex(const std::vector<SharedCatalogueFeed>& feeds);
+
+  CatalogueMatches search(const SearchQuery& query) const;
+  const std::vector<Entry>& entries() const { return entries_; }
+
+ private:
+  struct Place {
+    SharedCatalogueFeed timetable;
+    SearchedTexts texts;
+  };
+  struct Ranked;
+  using Places = std::vector<const Place*>;
+
+  void addEntries(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
+  void addPlaces(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
+  Entry entryOf(const SharedCatalogueFeed& alerts, const FeedLinks& links);
+  void addTexts(const CatalogueFeed& feed, SearchedTexts& texts);
+  /// Adds the entries that cover a place on the map and are not ranked yet.
+  void addCovering(const Places& places, std::vector<Ranked>& ranked) const;
+
+  std::vector<Entry> entries_;
+  std::vector<Place> places_;
+  /// The search forms of the names, by country.
+  std::map<std::string, std::string> countryWords_;
+};
+
+}  // namespace linewatch

@@ -1,0 +1,137 @@
+#include "settings/toml_text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+
+// The library is compiled here only; nothing else includes it. It is not linked, because a shared library
+// more would make every start slower.
+#define TOML_HEADER_ONLY 1
+#define TOML_EXCEPTIONS 0
+#define TOML_ENABLE_FORMATTERS 0
+#include <toml++/toml.h>
+
+namespace linewatch {
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Turns the library's places into offsets.
+class Offsets {
+ public:
+  explicit Offsets(std::string_view text) : text_(text) {
+    starts_.push_back(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (text[i] == '\n') starts_.push_back(i + 1);
+    }
+  }
+
+  std::size_t operator()(const toml::source_position& place) const {
+    if (place.line == 0 || place.line > starts_.size()) return text_.size();
+    std::size_t offset = starts_[place.line - 1];
+    for (auto column = place.column; column > 1 && offset < text_.size(); --column) {
+      ++offset;
+      while (offset < text_.size() && isContinuation(text_[offset])) ++offset;
+    }
+    return offset;
+  }
+
+ private:
+  /// True for the second and later bytes of a character in UTF-8.
+  static bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+  std::string_view text_;
+  std::vector<std::size_t> starts_;
+};
+
+TextPlace placeAt(const toml::source_position& place) {
+  return {std::max<std::size_t>(place.line, 1), std::max<std::size_t>(place.column, 1)};
+}
+
+/// The first line that may have a key of very many parts, "a.a.a.…". The library takes a table apart by
+/// recursion, and would run out of stack.
+std::optional<std::size_t> lineOfDeepKey(std::string_view text) {
+  constexpr std::ptrdiff_t kMostDots = 64;
+  for (std::size_t line = 1; !text.empty(); ++line) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1);
+    if (std::ranges::count(text.substr(0, end), '.') > kMostDots) return line;
+    text.remove_prefix(end + 1);
+  }
+  return std::nullopt;
+}
+
+/// The library's sentence without its beginning, "Error while parsing …: ".
+std::string reasonOf(const toml::parse_error& error) {
+  const std::string_view sentence = error.description();
+  const std::size_t colon = sentence.find(": ");
+  const bool hasBeginning = sentence.starts_with("Error while") && colon != std::string_view::npos;
+  return std::string(hasBeginning ? sentence.substr(colon + 2) : sentence);
+}
+
+std::size_t endOf(const toml::node& node, const Offsets& offsets) {
+  std::size_t end = offsets(node.source().end);
+  if (const toml::table* const table = node.as_table()) {
+    for (const auto& [key, value] : *table) end = std::max(end, endOf(value, offsets));
+  }
+  return end;
+}
+
+decltype(TomlEntry::value) valueOf(const toml::node& node) {
+  if (const auto* const value = node.as_boolean()) return value->get();
+  if (const auto* const value = node.as_integer()) return value->get();
+  if (const auto* const value = node.as_string()) return value->get();
+  return TomlEntry::Other();
+}
+
+TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& offsets) {
+  TomlEntry entry{.key = std::string(key.str()),
+                  .value = valueOf(node),
+                  .keyPlace = placeAt(key.source().begin),
+                  .valuePlace = placeAt(node.source().begin),
+                  .keyBegin = offsets(key.source().begin),
+                  .valueRange = {offsets(node.source().begin), offsets(node.source().end)}};
+  // The bracket of a section comes before its name.
+  entry.isSection = entry.valueRange.begin < entry.keyBegin;
+  entry.end = endOf(node, offsets);
+  return entry;
+}
+
+}  // namespace
+
+std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
+  if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
+  const toml::parse_result parsed = toml::parse(text);
+  if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
+  const Offsets offsets(text);
+  std::vector<TomlEntry> entries;
+  for (const auto& [key, node] : parsed.table()) entries.push_back(entryOf(key, node, offsets));
+  std::ranges::sort(entries, {}, &TomlEntry::keyBegin);
+  return entries;
+}
+
+bool differOnlyIn(std::string_view key, std::string_view before, std::string_view after) {
+  toml::parse_result one = toml::parse(before);
+  toml::parse_result other = toml::parse(after);
+  if (!one || !other) return false;
+  one.table().erase(key);
+  other.table().erase(key);
+  return one.table() == other.table();
+}
+
+std::string tomlString(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string quoted = "\"";
+  for (const char c : text) {
+    const auto code = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') quoted += '\\';
+    if (code >= 0x20 && code != 0x7F) {
+      quoted += c;
+    } else {
+      quoted.append("\\u00").append({kDigits[code >> 4U], kDigits[code & 0xFU]});
+    }
+  }
+  return quoted + '"';
+}
+
+}  // namespace linewatch
