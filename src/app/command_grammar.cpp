@@ -84,7 +84,7 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("TIME");
   sub->add_option(
          "--record", panel_.record,
-         "Write the last hour to a file that simulate runs, at the end; without keys and addresses of feeds")
+         "Keep the last hour in a file that simulate runs; without keys and addresses of feeds")
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
