@@ -82,9 +82,8 @@ void CommandGrammar::addPanel(CLI::App& app) {
   addChecked(*sub, "--refresh", takeRefresh, "How often it asks for news, 30s to 30m; usually 2m",
              "not a time from 30s to 30m, such as 90, 90s or 2m")
       ->type_name("TIME");
-  sub->add_option(
-         "--record", panel_.record,
-         "Keep the last hour in a file that simulate runs; without keys and addresses of feeds")
+  sub->add_option("--record", panel_.record,
+                  "Keep the last hour in a file that simulate runs; without keys and addresses of feeds")
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
