@@ -6,6 +6,7 @@
 
 #include "app/commands.h"
 #include "app/local_time.h"
+#include "app/rider_texts.h"
 #include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "settings/user_settings.h"
@@ -127,19 +128,17 @@ Outcome<Records> recordsIn(StoredDatabase& state) {
   return Records{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool isOn, bool json,
-                      const TerminalStyle& style) {
+Report printAnalytics(const RiderTexts& texts, const SavedState& saved, TransitFeeds& feeds, bool isOn,
+                      bool json, const TerminalStyle& style) {
   const auto recorded = recordsIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
   // The feeds are needed only for the names of the lines.
   std::string text = textOf(
       *recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes, style);
-  if (text.empty()) text = "Nothing has been recorded.\n";
-  text +=
-      paragraph(isOn ? "Recording is on; records stay on this machine. Turn it off: linewatch analytics off"
-                     : "Recording is off.",
-                0, style);
+  if (text.empty()) text = texts("NothingRecorded") + "\n";
+  text += paragraph(isOn ? texts("RecordingOnHint", {"linewatch analytics off"}) : texts("RecordingOff"), 0,
+                    style);
   return Report::of(std::move(text));
 }
 
@@ -152,15 +151,15 @@ Report analytics(Session& session, const AnalyticsCommand& command, const Termin
   UserSettings& settings = session.platform().settings();
   if (command.action == list) {
     const bool isOn = settings.find(kAnalyticsSetting).text == "true";
-    return printAnalytics(*saved, session.platform().feeds(), isOn, command.json, style);
+    return printAnalytics(session.texts(), *saved, session.platform().feeds(), isOn, command.json, style);
   }
   if (command.action == clear) {
     const auto error = clearAnalytics(*saved->database());
-    return error ? refused(*error) : Report::of("All records are deleted.\n");
+    return error ? refused(*error) : Report::of(session.texts()("RecordsDeleted") + "\n");
   }
   const bool isOn = command.action == on;
   if (const auto error = settings.set(kAnalyticsSetting, isOn ? "true" : "false")) return refused(*error);
-  return Report::of(isOn ? "Recording is on; records stay on this machine.\n" : "Recording is off.\n");
+  return Report::of(session.texts()(isOn ? "RecordingOn" : "RecordingOff") + "\n");
 }
 
 }  // namespace linewatch::app

@@ -94,9 +94,8 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->envname("LINEWATCH_COMPANION");
   addSettingOption(*sub, "refresh", panel_.refresh, "How often it asks for news, 30s to 30m; usually 2m")
       ->type_name("TIME");
-  sub->add_option(
-         "--record", panel_.record,
-         "Write the last hour to a file that simulate runs, at the end; without keys and addresses of feeds")
+  sub->add_option("--record", panel_.record,
+                  "Keep the last hour in a file that simulate runs; without keys and addresses of feeds")
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
@@ -124,7 +123,7 @@ void CommandGrammar::addLineChoice(CLI::App& adding) {
 
 void CommandGrammar::addFavorites(CLI::App& app) {
   using enum FavoritesCommand::Action;
-  CLI::App* const sub = app.add_subcommand("favorites", "List, add or remove favourite lines");
+  CLI::App* const sub = app.add_subcommand("favorites", "List, add, remove or move favourite lines");
   sub->require_subcommand(0, 1)->fallthrough();
   // A subcommand's callback runs after this one, and replaces this command.
   sub->preparse_callback([this](std::size_t) { command_ = favorites_; });
@@ -142,6 +141,21 @@ void CommandGrammar::addFavorites(CLI::App& app) {
         ->required()
         ->type_name("");
   }
+  addMove(*sub);
+}
+
+void CommandGrammar::addMove(CLI::App& favorites) {
+  using enum FavoritesCommand::Action;
+  CLI::App* const moving =
+      addAction(favorites, "move", "Move a line, as the rows have this order", favorites_, move);
+  moving->add_option("LINE", favorites_.lines, "A favourite, by name or route id")
+      ->required()
+      ->expected(1)
+      ->type_name("");
+  moving->add_option("PLACE", favorites_.place, "Its new place; 1 is the first")
+      ->required()
+      ->check(CLI::Range(std::size_t{1}, std::size_t{1'000'000}))
+      ->type_name("");
 }
 
 void CommandGrammar::addLines(CLI::App& app) {

@@ -31,6 +31,7 @@ class CommandGrammar {
   void addShow(CLI::App& app);
   void addFavorites(CLI::App& app);
   void addLineChoice(CLI::App& adding);
+  void addMove(CLI::App& favorites);
   void addLines(CLI::App& app);
   CLI::App* addFeedSearch(CLI::App& app);
   void addFeed(CLI::App& app);

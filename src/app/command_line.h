@@ -68,11 +68,13 @@ struct ShowCommand {
 };
 
 struct FavoritesCommand {
-  enum class Action { list, add, remove };
+  enum class Action { list, add, remove, move };
   Action action = Action::list;
   /// For `list`: print a JSON object.
   bool json = false;
   std::vector<std::string> lines = {};
+  /// For `move`: the place among the favourites, counted from 1.
+  std::size_t place = 1;
   /// For `add`: "all", "none" or stop ids with commas between them; "0", "1" or "both". Absent if the choice
   /// stays.
   std::optional<std::string> stops = {}, direction = {};

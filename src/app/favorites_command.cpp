@@ -152,21 +152,51 @@ Report add(Session& session, const FavoritesCommand& command) {
   return report;
 }
 
+struct NamedFavorite {
+  StoredFavorite favorite;
+  /// The line's name, or what the user called it.
+  std::string name;
+};
+
+Outcome<NamedFavorite> favoriteNamed(Session& session, const std::vector<StoredFavorite>& stored,
+                                     const std::string& name) {
+  if (const auto favorite = storedAs(stored, name)) return NamedFavorite{*favorite, name};
+  const auto found = linesNamed(session, {name});
+  if (!found) return found.error();
+  return NamedFavorite{favoriteOf(found->front()), found->front().name()};
+}
+
+Report move(Session& session, const std::string& name, std::size_t place) {
+  auto stored = session.platform().favorites().lines();
+  if (!stored) return refused(stored.error());
+  const auto named = favoriteNamed(session, *stored, name);
+  if (!named) return refused(named.error());
+  const auto isNamed = [&](const StoredFavorite& other) { return other.isSameAs(named->favorite); };
+  const auto from = std::ranges::find_if(*stored, isNamed);
+  if (from == stored->end())
+    return refused(failure(FailureCode::notFound, "line \"" + named->name + "\"", "", "it is no favourite"));
+  const auto to = stored->begin() + static_cast<std::ptrdiff_t>(std::min(place, stored->size()) - 1);
+  if (from < to) {
+    std::rotate(from, from + 1, to + 1);
+  } else {
+    std::rotate(to, from, from + 1);
+  }
+  const auto moved = session.platform().favorites().reorder(*stored);
+  if (!moved) return refused(moved.error());
+  const std::uint64_t reached = static_cast<std::uint64_t>(to - stored->begin()) + 1;
+  return Report::of(session.texts()("Moved", {named->name, std::to_string(reached)}) + "\n");
+}
+
 Report remove(Session& session, const std::vector<std::string>& names) {
   const auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
   std::vector<StoredFavorite> chosen;
   std::vector<std::string> chosenNames;
   for (const std::string& name : names) {
-    if (const auto favorite = storedAs(*stored, name)) {
-      chosen.push_back(*favorite);
-      chosenNames.push_back(name);
-      continue;
-    }
-    const auto found = linesNamed(session, {name});
-    if (!found) return refused(found.error());
-    chosen.push_back(favoriteOf(found->front()));
-    chosenNames.push_back(found->front().name());
+    auto named = favoriteNamed(session, *stored, name);
+    if (!named) return refused(named.error());
+    chosen.push_back(named->favorite);
+    chosenNames.push_back(std::move(named->name));
   }
   const auto removed = session.platform().favorites().change(chosen, false);
   if (!removed) return refused(removed.error());
@@ -185,6 +215,8 @@ Report favorites(Session& session, const FavoritesCommand& command, const Termin
       return add(session, command);
     case FavoritesCommand::Action::remove:
       return remove(session, command.lines);
+    case FavoritesCommand::Action::move:
+      return move(session, command.lines.front(), command.place);
     case FavoritesCommand::Action::list:
       break;
   }

@@ -402,6 +402,26 @@ std::vector<StopPage> FeedDocuments::searchStops(const Place& place, const StopI
   return found ? *found : std::vector<StopPage>();
 }
 
+Outcome<LineStops> FeedDocuments::lineStopsOf(const StoredFeed& feed, std::string_view routeId) {
+  LineStops found;
+  for (std::size_t index = 0; index < feed.gtfs.locations.size() && found.stops.empty(); ++index) {
+    const Place place{feed, Kind::kTimetable, index};
+    Bytes fetched;
+    const bool isRemote = isHttpURL(place.location());
+    if (isRemote) {
+      auto response = get(place, "", "");
+      if (!response) return response.error();
+      fetched = std::move(response->body);
+    }
+    const auto source = isRemote ? openZip(std::move(fetched)) : openTimetable(place.location());
+    if (!source) return place.located(source.error());
+    auto stops = readLineStops(**source, routeId);
+    if (!stops) return place.located(stops.error());
+    found = *std::move(stops);
+  }
+  return found;
+}
+
 void FeedDocuments::keepIndex(const Place& place, const LineIndex& index, CachedDocument document) {
   if (!keepsTimetable(place)) return;
   document.bytes = encodeLineIndex(index.contents());

@@ -15,6 +15,7 @@
 #include "feeds/command_keys.h"
 #include "feeds/gtfs/gtfs_source.h"
 #include "feeds/gtfs/line_index.h"
+#include "feeds/gtfs/line_stops.h"
 #include "feeds/gtfs/stop_names.h"
 #include "feeds/gtfs/stop_search.h"
 #include "feeds/http/http_fetcher.h"
@@ -72,6 +73,8 @@ class FeedDocuments {
   /// The names of the feed's stops. They are in the cache beside the line index. Without a cache the
   /// timetable is searched when a stop is first asked for, once for all stops that `alerts` name.
   std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, const SharedAlertsMessage& alerts = nullptr);
+  /// Where a line goes. Reads the whole timetable, and fetches a remote one again.
+  Outcome<LineStops> lineStopsOf(const StoredFeed& feed, std::string_view routeId);
   /// From now on local timetables are read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// Tries to get the feed's alerts. `held` is the result of the last call, or the default. After a failure

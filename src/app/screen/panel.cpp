@@ -130,10 +130,26 @@ void Panel::loadWindow() {
   if (isFirstStart()) {
     showWelcome();
   } else {
-    isWindowLoaded_ = true;
-    window_.loadWidget();
+    loadWidget();
   }
   followChoice();
+}
+
+void Panel::loadWidget() {
+  isWindowLoaded_ = true;
+  window_.loadWidget();
+  showTitle();
+}
+
+bool Panel::showsMadeUpCity() {
+  if (!platform().saved()) return false;
+  return knownChoice_ ? knownChoice_->feeds.empty() : platform().showsSampleCity();
+}
+
+void Panel::showTitle() {
+  const QString title = (*texts_)("Title");
+  window_.setWindowTitle(isWindowLoaded_ && showsMadeUpCity() ? (*texts_)("ExampleOf", {title.toStdString()})
+                                                              : title);
 }
 
 void Panel::showWelcome() {
@@ -143,8 +159,7 @@ void Panel::showWelcome() {
 
 void Panel::showExample() {
   programPreferences(platform())->setObject(true, kExampleChosenKey);
-  isWindowLoaded_ = true;
-  window_.loadWidget();
+  loadWidget();
 }
 
 /// Waits on the queue. A widget that cannot read its last list would start with an empty one, and save that.
@@ -183,7 +198,20 @@ desktop::FavoritesServices Panel::favoritesServices() {
             if (platform().saved()) rememberChoice(choiceIn(platform()));
             window_.favoritesDidChange();
           }};
+  services.loadStops = [this](const StoredFavorite& favorite,
+                              std::function<void(const Outcome<LineStops>&)> done) {
+    inBackground(
+        [this, favorite]() -> Outcome<LineStops> {
+          for (const StoredFeed& feed : platform().feeds().feeds()) {
+            if (feed.name == favorite.feed) return platform().documents().lineStopsOf(feed, favorite.subject);
+          }
+          return LineStops();
+        },
+        std::move(done), &serverQueue_);
+  };
   if (platform().saved()) {
+    services.isExample = [this] { return showsMadeUpCity(); };
+    services.chooseCity = [this] { setupWindow().findCity(); };
     services.change = [this](const StoredFavorite& favorite, bool isAdded) {
       return platform().favorites().change(favorite, isAdded);
     };
@@ -313,9 +341,9 @@ void Panel::feedsDidChange() {
 /// The first feed takes the place of the first start's card.
 void Panel::choiceDidChange() {
   if (!isWindowLoaded_ && knownChoice_ && !knownChoice_->feeds.empty()) {
-    isWindowLoaded_ = true;
-    window_.loadWidget();
+    loadWidget();
   }
+  showTitle();
   window_.favoritesDidChange();
   companion_.favoritesDidChange();
   if (setup_ && setup_->isVisible()) setup_->followChanges();

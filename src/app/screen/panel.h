@@ -77,6 +77,7 @@ class Panel {
   void showWelcome();
   void showExample();
   void loadWindow();
+  void loadWidget();
   void loadWindowOnceStateIsFree();
   void followChoice();
   bool rememberChoice(std::optional<Choice> now);
@@ -86,6 +87,8 @@ class Panel {
   void showFeeds();
   void feedsDidChange();
   void choiceDidChange();
+  bool showsMadeUpCity();
+  void showTitle();
   QString dataNote();
 
   template <class Work, class Done>

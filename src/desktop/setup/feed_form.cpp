@@ -71,7 +71,7 @@ QLineEdit* FeedForm::addAddressField(const char* name, const char* filter) {
 }
 
 void FeedForm::addKeyFields() {
-  key_ = addField("FeedKey");
+  key_ = addField("FeedKeyIfWanted");
   key_->setEchoMode(QLineEdit::PasswordEchoOnEdit);
   keyPlace_ = new QComboBox;
   keyPlace_->addItem((*texts_)("KeyInHeader"));
@@ -79,10 +79,16 @@ void FeedForm::addKeyFields() {
   keyPlace_->setAccessibleName((*texts_)("FeedKey"));
   keyName_ = formField((*texts_)("KeyName"));
   keyName_->setPlaceholderText((*texts_)("KeyName"));
-  auto* const row = new QHBoxLayout;
+  keyPlace_->setFont(windowFont(kFormFieldSize));
+  keyRow_ = new QWidget;
+  auto* const row = new QHBoxLayout(keyRow_);
+  row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(keyPlace_);
   row->addWidget(keyName_, 1);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  layout()->addWidget(keyRow_);
+  keyRow_->hide();
+  connect(key_, &QLineEdit::textChanged, keyRow_,
+          [this](const QString& key) { keyRow_->setVisible(!key.isEmpty()); });
 }
 
 void FeedForm::setAddresses(const std::string& timetable, const std::string& alerts) {

@@ -34,6 +34,8 @@ class FeedForm final : public QWidget {
   QLineEdit* name_;
   QLineEdit* timetable_;
   QLineEdit* alerts_;
+  /// Visible once a key has been entered.
+  QWidget* keyRow_ = nullptr;
   QComboBox* keyPlace_ = nullptr;
   QLineEdit* keyName_ = nullptr;
   QLineEdit* key_ = nullptr;

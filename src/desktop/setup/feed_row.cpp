@@ -20,8 +20,6 @@ namespace {
 constexpr int kFeedInset = 16;
 constexpr int kFeedPadding = 12;
 constexpr int kFeedGap = 4;
-/// A button draws its body this much inside of its bounds.
-constexpr int kFeedButtonRing = 3;
 constexpr double kFeedNameSize = 14;
 constexpr double kFeedTextSize = 12;
 
@@ -57,7 +55,7 @@ QWidget* FeedRow::makePresent(const StoredFeed& feed) {
   layout->addWidget(plainLabel(name_, windowFont(kFeedNameSize, QFont::Medium)));
   layout->addWidget(state_ = plainLabel({}, windowFont(kFeedTextSize), TextTone::faint));
   auto* const buttons = new QHBoxLayout;
-  buttons->setContentsMargins(-kFeedButtonRing, 0, -kFeedButtonRing, 0);
+  buttons->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
   buttons->addWidget(makeButton("TryAgain", [this] { actions_.tryAgain(); }));
   if (usesKey(feed)) buttons->addWidget(changeKey_ = makeButton("ChangeKey", [this] { showKeyEntry(true); }));
   buttons->addWidget(makeButton("RemoveFeed", [this] { actions_.remove(); }));
@@ -71,7 +69,7 @@ QWidget* FeedRow::makePresent(const StoredFeed& feed) {
 QWidget* FeedRow::makeKeyEntry() {
   auto* const part = new QWidget;
   auto* const layout = new QHBoxLayout(part);
-  layout->setContentsMargins(0, 0, -kFeedButtonRing, 0);
+  layout->setContentsMargins(0, 0, -kButtonRing, 0);
   key_ = new OutlinedField;
   key_->setFont(windowFont(kFeedNameSize));
   key_->setPlaceholderText((*texts_)("NewKey"));
@@ -98,7 +96,7 @@ void FeedRow::showKeyEntry(bool isShown) {
 QWidget* FeedRow::makeRemoved(const std::string& name) {
   auto* const part = new QWidget;
   auto* const layout = new QHBoxLayout(part);
-  layout->setContentsMargins(0, 0, -kFeedButtonRing, 0);
+  layout->setContentsMargins(0, 0, -kButtonRing, 0);
   layout->addWidget(plainLabel((*texts_)("FeedRemoved", {name}), windowFont(kFeedTextSize), TextTone::faint),
                     1);
   layout->addWidget(undo_ = makeButton("Undo", [this] { actions_.undo(); }));

@@ -33,7 +33,7 @@ FeedsWindow::FeedsWindow(SharedWindowTexts texts, SetupServices services, std::f
   auto* const add = new ActionButton(this->texts()("AddCity"), ActionButton::Emphasis::primary);
   connect(add, &QAbstractButton::clicked, this, std::move(addCity));
   auto* const top = new QHBoxLayout;
-  top->setContentsMargins(kFeedsMargin, kFeedsMargin, kFeedsMargin - 3, 0);
+  top->setContentsMargins(kFeedsMargin, kFeedsMargin, kFeedsMargin - kButtonRing, 0);
   top->addWidget(makeLabel(this->texts()("FeedsTitle"), font(kFeedsTitleSize, QFont::DemiBold)), 1);
   top->addWidget(add);
   note_->setContentsMargins(kFeedsMargin, 0, kFeedsMargin, 0);
@@ -165,8 +165,9 @@ void FeedsWindow::carryOut(const std::string& name) {
   }
   const auto error = services_.removeFeed(name);
   followChanges();
-  if (error) return showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
-  services_.feedsDidChange();
+  if (!error) return services_.feedsDidChange();
+  if (const auto row = rows_.find(name); row != rows_.end()) row->second->showRemoved(false);
+  showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
 }
 
 void FeedsWindow::carryOutAll() {

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
-#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -15,6 +15,7 @@
 #include "feeds/catalogue/country_names.h"
 #include "feeds/http/http_fetcher.h"
 #include "feeds/text/folded_words.h"
+#include "platform/log.h"
 #include "shared/failure.h"
 
 namespace linewatch::desktop {
@@ -90,7 +91,9 @@ void SearchPage::catalogueDidCome(const Outcome<KeptCatalogue::Reading>& reading
   isReading_ = false;
   if (reading) catalogue_ = reading->catalogue;
   showMatches();
-  if (reading) return;
+  if (reading)
+    return logDebug("The set-up lists a catalogue of %lu feeds",
+                    {static_cast<std::int64_t>(catalogue_->feeds().size())});
   const std::string reason = sentenceOf(reading.error());
   showHint((*texts_)("CatalogueFailed", {reason}), true);
   tryAgain_->show();

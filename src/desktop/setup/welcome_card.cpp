@@ -18,8 +18,6 @@ constexpr int kCardGap = 6;
 constexpr int kButtonsGap = 14;
 constexpr double kCardTitleSize = 17;
 constexpr double kCardTextSize = 13;
-/// A button draws its body this much inside of its bounds.
-constexpr int kButtonRing = 3;
 
 }  // namespace
 

@@ -10,8 +10,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points. The focus ring lies outside of the button's body.
-constexpr int kRing = 3;
+// Points.
 constexpr int kSidePadding = 16;
 constexpr int kTopPadding = 8;
 constexpr double kBodyRadius = 8;
@@ -33,8 +32,8 @@ ActionButton::ActionButton(const QString& text, Emphasis emphasis) : emphasis_(e
 
 QSize ActionButton::sizeHint() const {
   const QFontMetrics metrics(font());
-  return {metrics.horizontalAdvance(text()) + 2 * (kSidePadding + kRing),
-          metrics.height() + 2 * (kTopPadding + kRing)};
+  return {metrics.horizontalAdvance(text()) + 2 * (kSidePadding + kButtonRing),
+          metrics.height() + 2 * (kTopPadding + kButtonRing)};
 }
 
 QColor ActionButton::fill() const {
@@ -53,7 +52,7 @@ void ActionButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
-  const QRectF body = QRectF(rect()).adjusted(kRing, kRing, -kRing, -kRing);
+  const QRectF body = QRectF(rect()).adjusted(kButtonRing, kButtonRing, -kButtonRing, -kButtonRing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(fill());
   painter.drawRoundedRect(body, kBodyRadius, kBodyRadius);

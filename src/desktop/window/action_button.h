@@ -5,6 +5,9 @@
 
 namespace linewatch::desktop {
 
+/// A button draws its body this much inside of its bounds, in points, to have room for the focus.
+inline constexpr int kButtonRing = 3;
+
 /// A button with rounded corners. A dialog has one primary button, for its next step.
 class ActionButton final : public QAbstractButton {
  public:

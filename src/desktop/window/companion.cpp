@@ -87,6 +87,8 @@ std::optional<Error> Companion::open(const URL& url) {
 void Companion::show(const OpenedContent& content) {
   if (!details_) details_ = std::make_unique<DetailsWindow>(texts_, detailsServices_);
   details_->present(content);
+  if (favoritesServices_.isExample && favoritesServices_.isExample())
+    details_->setWindowTitle((*texts_)("ExampleOf", {details_->windowTitle().toStdString()}));
 }
 
 void Companion::showFavorites() {

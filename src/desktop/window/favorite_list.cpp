@@ -22,7 +22,7 @@ FavoriteList::FavoriteList(FavoriteModel::Source source, std::shared_ptr<Artwork
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* const delegate =
       new LineDelegate(std::move(cache), step, {fonts.name, fonts.details, fonts.heading}, this);
-  delegate->setMenuHandler([this](const QModelIndex& index, const QPoint& place) { showMenu(index, place); });
+  delegate->setMenuHandler([this](const QModelIndex& index) { showMenu(index); });
   setItemDelegate(delegate);
   setModel(model_);
 }
@@ -84,16 +84,16 @@ void FavoriteList::keyPressEvent(QKeyEvent* event) {
   QListView::keyPressEvent(event);
 }
 
-void FavoriteList::showMenu(const QModelIndex& index, const QPoint& place) {
-  if (handlers_.showMenu && index.isValid()) handlers_.showMenu(model_->row(index.row()).favorite, place);
+void FavoriteList::showMenu(const QModelIndex& index) {
+  if (!handlers_.showMenu || !index.isValid() || model_->row(index.row()).isHeading()) return;
+  // A copy, because the rows may be replaced.
+  const StoredFavorite favorite = model_->row(index.row()).favorite;
+  handlers_.showMenu(favorite);
 }
 
 void FavoriteList::contextMenuEvent(QContextMenuEvent* event) {
   const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-  const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
-  if (!index.isValid() || !handlers_.showMenu || model_->row(index.row()).isHeading()) return event->ignore();
-  const QPoint place = isByKey ? visualRect(index).center() : event->pos();
-  showMenu(index, viewport()->mapToGlobal(place));
+  showMenu(isByKey ? currentIndex() : indexAt(event->pos()));
 }
 
 // ---- Dragging ----

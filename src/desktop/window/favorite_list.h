@@ -23,8 +23,8 @@ class FavoriteList final : public QListView {
   struct Handlers {
     /// Saves the order of the ordered rows; false on failure. Without it the rows cannot be moved.
     std::function<bool(const std::vector<StoredFavorite>& order)> reorder = {};
-    /// Shows the choices of a favourite. `place`: on the screen.
-    std::function<void(const StoredFavorite& favorite, const QPoint& place)> showMenu = {};
+    /// Shows the choices of a favourite.
+    std::function<void(const StoredFavorite& favorite)> showMenu = {};
   };
   struct Fonts {
     const QFont& name;
@@ -50,7 +50,7 @@ class FavoriteList final : public QListView {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  void showMenu(const QModelIndex& index, const QPoint& place);
+  void showMenu(const QModelIndex& index);
   void toggleCurrent();
   bool moveCurrent(int step);
   void saveOrder();

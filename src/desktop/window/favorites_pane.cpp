@@ -11,10 +11,11 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/window/line_choice_menu.h"
+#include "desktop/window/line_choice_window.h"
 #include "desktop/window/outlined_field.h"
 #include "desktop/window/window_style.h"
 #include "feeds/user_favorites.h"
+#include "platform/log.h"
 #include "shared/failure.h"
 
 namespace linewatch::desktop {
@@ -92,7 +93,7 @@ void FavoritesPane::makeList(std::shared_ptr<ArtworkDataSourceCache> cache) {
   if (services_.change) {
     source.change = [this](const StoredFavorite& line, bool isAdded) { return change(line, isAdded); };
     handlers.reorder = [this](const std::vector<StoredFavorite>& order) { return reorder(order); };
-    handlers.showMenu = [this](const StoredFavorite& line, const QPoint& place) { showMenu(line, place); };
+    handlers.showMenu = [this](const StoredFavorite& line) { showChoice(line); };
   }
   const QFont name = windowFont(kLineNameSize, QFont::Medium), details = windowFont(kAgencySize),
               heading = windowFont(kGroupHeadingSize, QFont::DemiBold);
@@ -179,6 +180,7 @@ void FavoritesPane::linesDidLoad(const FeedLines& lines) {
   lines_ = std::move(listed);
   groups_ = groupedLines(lines_.indexes);
   showLines();
+  logDebug("The lines of %lu feeds are listed", {static_cast<std::int64_t>(lines_.indexes.size())});
 }
 
 // ---- The list ----
@@ -281,8 +283,9 @@ const StoredFavorite* FavoritesPane::favoriteFor(const StoredFavorite& line) con
 
 FavoriteModel::Mark FavoritesPane::markOf(const StoredFavorite& line) const {
   const StoredFavorite* const favorite = favoriteFor(line);
-  return favorite ? FavoriteModel::Mark{true, choiceInWords(favorite->choice, *texts_)}
-                  : FavoriteModel::Mark{};
+  if (!favorite) return {};
+  const auto stops = stops_.find({line.feed, line.subject});
+  return {true, choiceInWords(favorite->choice, stops == stops_.end() ? nullptr : &stops->second, *texts_)};
 }
 
 void FavoritesPane::favoritesDidChange() {
@@ -327,13 +330,25 @@ bool FavoritesPane::reorder(const std::vector<StoredFavorite>& order) {
   return static_cast<bool>(changed);
 }
 
-void FavoritesPane::showMenu(const StoredFavorite& line, const QPoint& place) {
+void FavoritesPane::showChoice(const StoredFavorite& line) {
   const StoredFavorite* const favorite = favoriteFor(line);
   if (!favorite) return;
-  auto* const menu = new LineChoiceMenu(
-      favorite->choice, *texts_,
-      [this, favorite = *favorite](const LineChoice& choice) { choose(favorite, choice); }, this);
-  menu->popup(place);
+  const auto row = list_->rows().find(*favorite, false);
+  const QString name = row ? list_->rows().index(*row).data().toString() : QString();
+  delete choice_;
+  choice_ = new LineChoiceWindow(texts_, name, favorite->choice,
+                                 [pane = QPointer(this), favorite = *favorite](const LineChoice& choice) {
+                                   if (pane) pane->choose(favorite, choice);
+                                 });
+  choice_->present();
+  if (!services_.loadStops) return choice_->showStops(LineStops());
+  services_.loadStops(*favorite, [pane = QPointer(this), window = choice_,
+                                  favorite = *favorite](const Outcome<LineStops>& stops) {
+    if (window) window->showStops(stops);
+    if (!pane || !stops) return;
+    pane->stops_[{favorite.feed, favorite.subject}] = *stops;
+    pane->list_->rows().marksDidChange();
+  });
 }
 
 void FavoritesPane::choose(StoredFavorite favorite, const LineChoice& choice) {

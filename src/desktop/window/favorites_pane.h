@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <cstdint>
 #include <functional>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/window/favorite_list.h"
@@ -15,6 +17,7 @@
 #include "feeds/gtfs/grouped_lines.h"
 #include "feeds/gtfs/line_records.h"
 #include "feeds/gtfs/line_search.h"
+#include "feeds/gtfs/line_stops.h"
 #include "feeds/transit_feeds.h"
 #include "shared/outcome.h"
 #include "storage/stored_favorites.h"
@@ -26,6 +29,8 @@ class QTimer;
 
 namespace linewatch::desktop {
 
+class LineChoiceWindow;
+
 /// Functions of the program with which a window shows and changes the favourites.
 struct FavoritesServices {
   std::function<Outcome<std::vector<StoredFavorite>>()> favorites;
@@ -36,11 +41,18 @@ struct FavoritesServices {
   std::function<Outcome<bool>(const StoredFavorite&)> choose;
   /// Puts favourites into this order; false when that changes nothing. Used only with `change`.
   std::function<Outcome<bool>(const std::vector<StoredFavorite>&)> reorder;
+  /// Reads where the line of a favourite goes. Calls the argument once, later, on the main thread. An empty
+  /// function when that is not known.
+  std::function<void(const StoredFavorite&, std::function<void(const Outcome<LineStops>&)>)> loadStops = {};
   /// Loads the lines of every feed that can be read. Calls the argument once, at once or later, on the main
   /// thread.
   std::function<void(std::function<void(const FeedLines&)>)> loadLines;
   /// Called after each change.
   std::function<void()> didChange;
+  /// Whether the lines are those of the made-up city; without it they never are.
+  std::function<bool()> isExample = {};
+  /// Leads from the made-up city to the choice of a real one. Used only with `isExample`.
+  std::function<void()> chooseCity = {};
 };
 
 /// The lines that can be favourites, with a search field. Without a search the user's own lines come first,
@@ -93,7 +105,7 @@ class FavoritesPane final : public QWidget {
   void favoritesDidChange();
   bool change(const StoredFavorite& line, bool isAdded);
   bool reorder(const std::vector<StoredFavorite>& order);
-  void showMenu(const StoredFavorite& line, const QPoint& place);
+  void showChoice(const StoredFavorite& line);
   void choose(StoredFavorite favorite, const LineChoice& choice);
 
   SharedWindowTexts texts_;
@@ -115,6 +127,9 @@ class FavoritesPane final : public QWidget {
   std::vector<LineGroup> groups_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
+  /// Where lines go, by feed and route id; of lines whose choices have been shown.
+  std::map<std::pair<std::string, std::string>, LineStops> stops_;
+  QPointer<LineChoiceWindow> choice_;
 };
 
 }  // namespace linewatch::desktop

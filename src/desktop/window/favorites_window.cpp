@@ -2,7 +2,10 @@
 
 #include <QBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <utility>
+
+#include "desktop/window/action_button.h"
 
 namespace linewatch::desktop {
 
@@ -12,20 +15,37 @@ namespace {
 constexpr int kFavoritesWidth = 440;
 constexpr int kFavoritesHeight = 600;
 constexpr int kFavoritesMargin = 16;
+constexpr double kExampleNoteSize = 13;
 
 }  // namespace
 
 FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices services)
     : CompanionWindow(texts),
+      services_(services),
+      exampleNote_(makeExampleNote()),
       pane_(new FavoritesPane(std::move(texts), std::move(services), artworkCache())) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, kFavoritesMargin, 0, 0);
+  layout->addWidget(exampleNote_);
   layout->addWidget(pane_);
   pane_->setChangeHandler([this] { showTitle(); });
   resize(kFavoritesWidth, kFavoritesHeight);
 }
 
+QWidget* FavoritesWindow::makeExampleNote() {
+  auto* const note = new QWidget;
+  auto* const layout = new QHBoxLayout(note);
+  layout->setContentsMargins(kFavoritesMargin, 0, kFavoritesMargin - kButtonRing, 0);
+  layout->addWidget(makeLabel(texts()("ExampleLines"), font(kExampleNoteSize)), 1);
+  auto* const choose = new ActionButton(texts()("ChooseYourCity"), ActionButton::Emphasis::primary);
+  connect(choose, &QAbstractButton::clicked, this, [this] { services_.chooseCity(); });
+  layout->addWidget(choose);
+  note->hide();
+  return note;
+}
+
 void FavoritesWindow::showTitle() {
+  exampleNote_->setVisible(services_.isExample && services_.isExample());
   setWindowTitle(texts()(pane_->hasNoFavorites() ? "AddFavoritesTitle" : "FavoritesTitle"));
 }
 

@@ -23,7 +23,11 @@ class FavoritesWindow final : public CompanionWindow {
 
  private:
   void showTitle();
+  QWidget* makeExampleNote();
 
+  FavoritesServices services_;
+  /// Visible while the lines are those of the made-up city.
+  QWidget* exampleNote_;
   FavoritesPane* pane_;
 };
 

@@ -218,7 +218,7 @@ bool LineDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const Q
   if (event->type() == QEvent::MouseButtonRelease && index.data(FavoriteModel::kFavoriteRole).toBool()) {
     const auto& click = static_cast<const QMouseEvent&>(*event);
     if (showMenu_ && mirrored(placeOfMenu(option.rect), option).contains(click.position())) {
-      showMenu_(index, click.globalPosition().toPoint());
+      showMenu_(index);
       return true;
     }
   }

@@ -26,8 +26,8 @@ class LineDelegate final : public QStyledItemDelegate {
     QFont details;
     QFont heading;
   };
-  /// Called with the row whose button was clicked, and the place of the button on the screen.
-  using MenuHandler = std::function<void(const QModelIndex& index, const QPoint& place)>;
+  /// Called with the row whose button was clicked.
+  using MenuHandler = std::function<void(const QModelIndex& index)>;
 
   /// `step`: the size step of shields.
   LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, Fonts fonts,

@@ -17,13 +17,17 @@ enum class Fit { name, startOfName, startsOfWords, partsOfWords, none };
 /// too many words, and digits would match inside other numbers.
 constexpr std::size_t kShortestPart = 3;
 
-bool isWorthFindingWithin(std::string_view word) {
-  return word.size() >= kShortestPart && std::none_of(word.begin(), word.end(), isAsciiDigit);
+/// For a query that finds nothing otherwise.
+constexpr std::size_t kShortestRarePart = 2;
+
+bool isWorthFindingWithin(std::string_view word, std::size_t shortest) {
+  return word.size() >= shortest && std::none_of(word.begin(), word.end(), isAsciiDigit);
 }
 
 class Query {
  public:
-  explicit Query(std::string_view text) : text_(comparableName(text)), words_(wordsOf(text_)) {}
+  Query(std::string_view text, std::size_t shortestPart)
+      : shortestPart_(shortestPart), text_(comparableName(text)), words_(wordsOf(text_)) {}
   Query(const Query&) = delete;
   Query& operator=(const Query&) = delete;
 
@@ -49,16 +53,17 @@ class Query {
     return worst;
   }
 
-  static Fit fitOfWord(std::string_view wanted, const std::vector<std::string_view>& words) {
+  Fit fitOfWord(std::string_view wanted, const std::vector<std::string_view>& words) const {
     const auto isStart = [wanted](std::string_view word) { return word.starts_with(wanted); };
     const auto isPart = [wanted](std::string_view word) {
       return word.find(wanted) != std::string_view::npos;
     };
     if (std::any_of(words.begin(), words.end(), isStart)) return Fit::startsOfWords;
-    const bool mayBePart = isWorthFindingWithin(wanted);
+    const bool mayBePart = isWorthFindingWithin(wanted, shortestPart_);
     return mayBePart && std::any_of(words.begin(), words.end(), isPart) ? Fit::partsOfWords : Fit::none;
   }
 
+  std::size_t shortestPart_;
   std::string text_;
   std::vector<std::string_view> words_;
 };
@@ -74,10 +79,7 @@ bool comesBefore(const Candidate& a, const Candidate& b) {
   return a.fit < Fit::startsOfWords && naturallyBefore(a.comparableName, b.comparableName);
 }
 
-}  // namespace
-
-std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query) {
-  const Query wanted(query);
+std::vector<Candidate> candidatesFor(const Query& wanted, std::span<const SharedLineIndex> indexes) {
   std::vector<Candidate> candidates;
   for (const SharedLineIndex& index : indexes) {
     for (std::size_t route = 0; route < index->routes().size(); ++route) {
@@ -86,6 +88,14 @@ std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std
       if (fit != Fit::none) candidates.push_back({fit, std::move(name), {index, route}});
     }
   }
+  return candidates;
+}
+
+}  // namespace
+
+std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query) {
+  std::vector<Candidate> candidates = candidatesFor({query, kShortestPart}, indexes);
+  if (candidates.empty()) candidates = candidatesFor({query, kShortestRarePart}, indexes);
   std::stable_sort(candidates.begin(), candidates.end(), comesBefore);
   std::vector<FoundLine> lines;
   lines.reserve(candidates.size());

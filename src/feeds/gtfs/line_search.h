@@ -28,9 +28,9 @@ struct FoundLine {
 
 /// The lines that match the query. Each word of the query must start a word of the line's or its agency's
 /// name, or be part of one; order, case and accents do not matter. Parts must have three letters and no
-/// digit. First come lines with exactly that name, then lines whose name starts with it, both in natural
-/// order; then the rest in the order of the feeds, with matches of parts last. An empty query matches every
-/// line.
+/// digit; two are enough when nothing else matches. First come lines with exactly that name, then lines whose
+/// name starts with it, both in natural order; then the rest in the order of the feeds, with matches of parts
+/// last. An empty query matches every line.
 std::vector<FoundLine> searchLines(std::span<const SharedLineIndex> indexes, std::string_view query);
 
 }  // namespace linewatch

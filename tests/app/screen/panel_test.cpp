@@ -90,7 +90,7 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   EXPECT_EQ(nameOf(0), "M1, Signal failure at Zentralbahnhof");
   clickRow(0);
   waitUntil([] { return window<desktop::DetailsWindow>() != nullptr; });
-  EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1");
+  EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1 – a made-up city");
 
   clickRow(5);
   ASSERT_NE(window<desktop::FavoritesWindow>(), nullptr);

@@ -151,6 +151,10 @@ class CompanionTest : public PanelTest {
               if (isReadOnly_) return failure("state database", "", "it may only be read");
               return std::exchange(stored_, order) != order;
             },
+            .loadStops =
+                [this](const StoredFavorite&, const std::function<void(const Outcome<LineStops>&)>& done) {
+                  stopsRead_ = done;
+                },
             .loadLines = [this](const std::function<void(const FeedLines&)>& done) { linesLoaded_ = done; },
             .didChange = [this] { ++changes_; }};
   }
@@ -183,6 +187,7 @@ class CompanionTest : public PanelTest {
   QStringList openedLinks_;
   std::vector<StoredFavorite> stored_;
   std::function<void(const FeedLines&)> linesLoaded_;
+  std::function<void(const Outcome<LineStops>&)> stopsRead_;
   std::optional<Error> linesError_;
   bool isReadOnly_ = false;
   /// Why the favourites cannot be read; empty if they can.

@@ -1,10 +1,12 @@
 #include "desktop/window/favorites_window.h"
 
 #include <QContextMenuEvent>
+#include <QListWidget>
+#include <QRadioButton>
 #include <utility>
 
 #include "desktop/window/companion_test.h"
-#include "desktop/window/line_choice_menu.h"
+#include "desktop/window/line_choice_window.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -75,49 +77,52 @@ TEST_F(CompanionTest, OrdersTheFavouritesByKeysAndByDragging) {
 
 TEST_F(CompanionTest, ChoosesTheStopsAndTheDirectionOfAFavourite) {
   startCompanion();
-  const LineChoice stops{.stops = LineChoice::Stops::chosen, .stopIds = {"s&1", "s2"}};
-  stored_ = {{FavoriteKind::line, "city", "r2", stops}};
+  stored_ = {
+      {FavoriteKind::line, "city", "r2", {.stops = LineChoice::Stops::chosen, .stopIds = {"s&1", "s2"}}}};
   FavoriteList& list = openFavorites();
   const auto spoken = [&] {
     return list.rows().index(1).data(Qt::AccessibleTextRole).toString().toStdString();
   };
-  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, Notices of stops s&1, s2");
-  const auto openMenu = [&] {
+  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, Notices of 2 stops");
+  const auto open = [&] {
     makeCurrent(list, 1);
     QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
     QApplication::sendEvent(list.viewport(), &event);
-    return window<LineChoiceMenu>();
+    return window<LineChoiceWindow>();
   };
-  const auto choose = [&](const QString& text) {
-    LineChoiceMenu* const menu = openMenu();
-    for (QAction* const action : menu->actions()) {
-      if (action->text() == text) action->trigger();
+  ASSERT_NE(open(), nullptr);
+  stopsRead_(LineStops{.destinations = {std::vector<std::string>{"Zoo"}, {"Harbour & <b>", "Depot"}},
+                       .stops = {{{"s&1", "s9"}, "Main Street"}, {{"s2"}, "Zoo"}, {{"s3"}, "Lake"}}});
+  const auto press = [](const QString& text) {
+    for (auto* const button : window<LineChoiceWindow>()->findChildren<QRadioButton*>()) {
+      if (button->text() == text) button->click();
     }
-    menu->close();
-    settle();
   };
-  QStringList checked;
-  for (const QAction* const action : openMenu()->actions()) {
-    if (action->isChecked()) checked << action->text();
-  }
-  EXPECT_THAT(checked, ElementsAre("Notices of stops s&&1, s2", "Both directions"));
-  window<LineChoiceMenu>()->close();
-
-  choose("Direction 1 only");
-  choose("No notices of stops");
+  auto* const stops = window<LineChoiceWindow>()->findChild<QListWidget*>();
+  ASSERT_EQ(stops->count(), 3);
+  EXPECT_EQ(stops->item(0)->checkState(), Qt::Checked);
+  EXPECT_EQ(stops->item(2)->checkState(), Qt::Unchecked);
+  stops->item(1)->setCheckState(Qt::Unchecked);
+  EXPECT_THAT(stored_.front().choice.stopIds, ElementsAre("s&1", "s9")) << "both sides of the street";
+  press("To Harbour && <b>, Depot");
+  EXPECT_EQ(stored_.front().choice.direction, 1);
+  press("No notices of stops");
   const LineChoice chosen{.stops = LineChoice::Stops::none, .direction = 1};
   EXPECT_EQ(stored_.front().choice, chosen);
-  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, No notices of stops · Direction 1 only");
-  EXPECT_EQ(changes_, 2);
-  press(list, Qt::Key_Space);
+  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, No notices of stops · To Harbour & <b>, Depot");
+  EXPECT_EQ(changes_, 3);
+  window<LineChoiceWindow>()->close();
+  desktop::press(list, Qt::Key_Space);
   EXPECT_TRUE(stored_.empty());
-  EXPECT_EQ(openMenu(), nullptr) << "it is no favourite";
-  press(list, Qt::Key_Space);
+  EXPECT_EQ(open(), nullptr) << "it is no favourite";
+  desktop::press(list, Qt::Key_Space);
   EXPECT_EQ(stored_.front().choice, chosen) << "it is added back as it was";
   isReadOnly_ = true;
-  choose("Notices of all stops");
+  ASSERT_NE(open(), nullptr);
+  press("Both directions");
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
-  EXPECT_EQ(spoken(), "2, Zoo – Central, Trams, No notices of stops · Direction 1 only");
+  EXPECT_EQ(stored_.front().choice, chosen);
+  window<LineChoiceWindow>()->close();
 }
 
 TEST_F(CompanionTest, FollowsChangesByOthersAndKeepsThePlace) {
