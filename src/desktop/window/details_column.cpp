@@ -201,7 +201,9 @@ void DetailsColumn::placeWidgets() {
     const Slot& slot = slots_[index];
     const bool isFixed = widget->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
     const int width = isFixed ? std::min(widget->sizeHint().width(), contentWidth()) : contentWidth();
-    const int x = isRightToLeft() ? left + contentWidth() - width : left;
+    // A widget's own margin is outside of the column, so that its content is in line with the texts.
+    const int hang = isFixed ? widget->contentsMargins().left() : 0;
+    const int x = isRightToLeft() ? left + contentWidth() - width + hang : left - hang;
     widget->setGeometry(x, slot.top + slot.part.gap - scrolled, width, slot.height);
     widget->show();
   }
