@@ -165,8 +165,9 @@ void FeedsWindow::carryOut(const std::string& name) {
   }
   const auto error = services_.removeFeed(name);
   followChanges();
-  if (error) return showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
-  services_.feedsDidChange();
+  if (!error) return services_.feedsDidChange();
+  if (const auto row = rows_.find(name); row != rows_.end()) row->second->showRemoved(false);
+  showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
 }
 
 void FeedsWindow::carryOutAll() {

@@ -23,6 +23,9 @@ def contents(path):
 
 
 class PanelDesk(unittest.TestCase):
+    # More options of the display's server.
+    display_options = []
+
     def setUp(self):
         self.folder = self.enterContext(tempfile.TemporaryDirectory(prefix="linewatch-test-"))
         self.environment = dict(os.environ, HOME=self.folder, XDG_RUNTIME_DIR=self.folder, LANG="en_US.UTF-8",
@@ -46,7 +49,8 @@ class PanelDesk(unittest.TestCase):
         """Starts a server on the first display that is free, and names it."""
         reading, writing = os.pipe()
         # By itself a server begins anew, and lets go of who is just coming, whenever its last client has left.
-        command = ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"]
+        command = ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset",
+                   *self.display_options]
         server = subprocess.Popen(command, pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(server.wait)
         self.addCleanup(server.terminate)
