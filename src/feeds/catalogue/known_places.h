@@ -9,19 +9,18 @@
 
 namespace linewatch {
 
-/// A large city, which riders search for by name though a catalogue may know only its agency or another of
-/// its names.
+/// A large city. Riders search for it by name, but a catalogue may have only its agency, or a name in another
+/// language.
 struct KnownPlace {
-  /// As its inhabitants and other languages call it, e.g. "München" and "Munich"; the first one is to be
-  /// shown.
+  /// Its own name first, then names in other languages, e.g. "München" and "Munich".
   std::vector<std::string> names;
   std::string country;
   /// Its middle, to a tenth of a degree.
   GeoBox position;
 };
 
-/// The city with a name that has this search form, or that starts with it if it has three letters at least;
-/// absent when it is none of those known.
+/// The city with this name, given in its search form. Three letters or more also find a name that starts with
+/// them. Absent when no known city has such a name.
 std::optional<KnownPlace> knownPlace(std::string_view searchForm);
 
 }  // namespace linewatch
