@@ -13,6 +13,9 @@ constexpr std::size_t kGap = 2;
 /// The columns that the cells beside the first one have at least. A wider first cell has lines of its own.
 constexpr std::size_t kNarrowestCell = 16;
 
+/// With fewer columns nothing is indented.
+constexpr std::size_t kNarrowestIndented = 8;
+
 using TableRow = std::vector<TableCell>;
 
 std::string paintedCell(const TableCell& cell, const TerminalStyle& style) {
@@ -57,7 +60,7 @@ std::vector<std::string> linesOf(const TableCell& cell, std::size_t columns, con
 
 std::string stackedRow(const TableRow& row, std::size_t firstColumn, const TerminalStyle& style) {
   const bool isBeside = firstColumn == 0 || firstColumn + kGap + kNarrowestCell <= style.columns;
-  const std::size_t below = style.columns < kNarrowestCell ? 0 : kGap;
+  const std::size_t below = style.columns < kNarrowestIndented ? 0 : kGap;
   const std::size_t indent = firstColumn == 0 ? 0 : isBeside ? firstColumn + kGap : below;
   std::string text;
   // What is in the line already, in columns.
