@@ -1,10 +1,13 @@
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 
 #include <nlohmann/json.hpp>
 
 #include "app/commands.h"
 #include "app/local_time.h"
+#include "app/rider_texts.h"
+#include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "settings/user_settings.h"
 #include "shared/failure.h"
@@ -16,6 +19,8 @@ namespace linewatch::app {
 namespace {
 
 using nlohmann::ordered_json;
+
+constexpr std::size_t kIncidentIndent = 4;
 
 struct Records {
   std::vector<StoredWidgetSession> sessions;
@@ -46,7 +51,8 @@ std::string nameOfLine(const std::string& muid, const std::vector<SharedLineInde
   return muid;
 }
 
-std::string textOf(const StoredWidgetSession& session, const std::vector<SharedLineIndex>& indexes) {
+std::string textOf(const StoredWidgetSession& session, const std::vector<SharedLineIndex>& indexes,
+                   const TerminalStyle& style) {
   const WidgetInteractionEvent& event = session.event;
   const WidgetAnalyticsRecord& record = *event.record;
   std::string text = localTime(event.startDate) + "  shown for " +
@@ -55,19 +61,23 @@ std::string textOf(const StoredWidgetSession& session, const std::vector<SharedL
   if (record.everExpanded.value_or(false)) text += ", expanded";
   if (event.endState == static_cast<std::int64_t>(WidgetSessionEnd::itemOpened))
     text += ", row " + std::to_string(record.tappedItemIndex.value_or(0)) + " opened";
-  text += "\n";
+  std::string lines = paragraph(text, kIncidentIndent, style);
   for (const IncidentAnalyticsItem& item : record.transitIncidents)
-    text += "    line " + nameOfLine(item.transitLineMuid, indexes) + ": " +
-            terminalLine(item.transitIncidentTitle.value_or("(no title)")) + "\n";
-  return text;
+    lines +=
+        paragraph(std::string(kIncidentIndent, ' ') + "line " + nameOfLine(item.transitLineMuid, indexes) +
+                      ": " + terminalLine(item.transitIncidentTitle.value_or("(no title)")),
+                  kIncidentIndent, style);
+  return lines;
 }
 
-std::string textOf(const Records& recorded, const std::vector<SharedLineIndex>& indexes) {
+std::string textOf(const Records& recorded, const std::vector<SharedLineIndex>& indexes,
+                   const TerminalStyle& style) {
   std::string text;
-  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes);
+  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes, style);
   for (const StoredUserAction& action : recorded.actions)
-    text += localTime(action.time) + "  " + action.action +
-            (action.value ? " " + terminalLine(*action.value) : "") + "\n";
+    text += paragraph(localTime(action.time) + "  " + action.action +
+                          (action.value ? " " + terminalLine(*action.value) : ""),
+                      kIncidentIndent, style);
   return text;
 }
 
@@ -118,37 +128,38 @@ Outcome<Records> recordsIn(StoredDatabase& state) {
   return Records{std::move(*sessions), std::move(*actions)};
 }
 
-Report printAnalytics(const SavedState& saved, TransitFeeds& feeds, bool isOn, bool json) {
+Report printAnalytics(const RiderTexts& texts, const SavedState& saved, TransitFeeds& feeds, bool isOn,
+                      bool json, const TerminalStyle& style) {
   const auto recorded = recordsIn(*saved.database());
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
   // The feeds are needed only for the names of the lines.
-  std::string text =
-      textOf(*recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes);
-  if (text.empty()) text = "Nothing has been recorded.\n";
-  text += isOn ? "Recording is on; records stay on this machine. Turn it off: linewatch analytics off\n"
-               : "Recording is off.\n";
+  std::string text = textOf(
+      *recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes, style);
+  if (text.empty()) text = texts("NothingRecorded") + "\n";
+  text += paragraph(isOn ? texts("RecordingOnHint", {"linewatch analytics off"}) : texts("RecordingOff"), 0,
+                    style);
   return Report::of(std::move(text));
 }
 
 }  // namespace
 
-Report analytics(Session& session, const AnalyticsCommand& command) {
+Report analytics(Session& session, const AnalyticsCommand& command, const TerminalStyle& style) {
   using enum AnalyticsCommand::Action;
   SavedState* const saved = session.platform().saved();
   if (!saved) return refused(failure("analytics", "", "a run without saved state records nothing"));
   UserSettings& settings = session.platform().settings();
   if (command.action == list) {
     const bool isOn = settings.find(kAnalyticsSetting).text == "true";
-    return printAnalytics(*saved, session.platform().feeds(), isOn, command.json);
+    return printAnalytics(session.texts(), *saved, session.platform().feeds(), isOn, command.json, style);
   }
   if (command.action == clear) {
     const auto error = clearAnalytics(*saved->database());
-    return error ? refused(*error) : Report::of("All records are deleted.\n");
+    return error ? refused(*error) : Report::of(session.texts()("RecordsDeleted") + "\n");
   }
   const bool isOn = command.action == on;
   if (const auto error = settings.set(kAnalyticsSetting, isOn ? "true" : "false")) return refused(*error);
-  return Report::of(isOn ? "Recording is on; records stay on this machine.\n" : "Recording is off.\n");
+  return Report::of(session.texts()(isOn ? "RecordingOn" : "RecordingOff") + "\n");
 }
 
 }  // namespace linewatch::app

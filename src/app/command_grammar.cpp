@@ -94,9 +94,8 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->envname("LINEWATCH_COMPANION");
   addSettingOption(*sub, "refresh", panel_.refresh, "How often it asks for news, 30s to 30m; usually 2m")
       ->type_name("TIME");
-  sub->add_option(
-         "--record", panel_.record,
-         "Write the last hour to a file that simulate runs, at the end; without keys and addresses of feeds")
+  sub->add_option("--record", panel_.record,
+                  "Keep the last hour in a file that simulate runs; without keys and addresses of feeds")
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");

@@ -30,6 +30,19 @@ constexpr const char* kFooter =
 constexpr const char* kFooterOfCommands =
     "The common options, such as --state-dir, --now and --locale, work too: see linewatch --help.";
 
+/// A hidden flag without effect.
+constexpr const char* kSeparator = "--separator";
+
+/// The arguments with the separator before "--". Directly behind an option that may be repeated, the library
+/// would take "--" for the end of the option's values, and the next word for an option.
+std::vector<const char*> withSeparator(int argc, const char* const* argv) {
+  std::vector<const char*> words(argv, argv + argc);
+  const auto mark =
+      std::ranges::find_if(words, [](const char* word) { return std::string_view(word) == "--"; });
+  if (mark != words.end()) words.insert(mark, kSeparator);
+  return words;
+}
+
 bool hasOption(const CLI::App& app, const std::string& option) {
   if (app.get_option_no_throw(option) != nullptr) return true;
   return std::ranges::any_of(app.get_subcommands([](const CLI::App*) { return true; }),
@@ -74,6 +87,7 @@ std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* command = &usedCommand(app); command != nullptr; command = command->get_parent()) {
     for (const CLI::Option* option : command->get_options()) {
+      if (option->get_group().empty()) continue;
       for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
     }
   }
@@ -129,8 +143,10 @@ std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* 
   app.footer(kFooterOfCommands);
   CommandGrammar grammar(app);
   app.footer(kFooter);
+  app.add_flag(kSeparator)->group("");
+  const std::vector<const char*> words = withSeparator(argc, argv);
   try {
-    app.parse(argc, argv);
+    app.parse(static_cast<int>(words.size()), words.data());
   } catch (const CLI::ParseError& error) {
     return reportOf(app, error, possibleKeys(app, argc, argv));
   }

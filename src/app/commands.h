@@ -23,7 +23,7 @@ Report show(Session& session, const ShowCommand& command, const CommonOptions& o
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style);
-Report analytics(Session& session, const AnalyticsCommand& command);
+Report analytics(Session& session, const AnalyticsCommand& command, const TerminalStyle& style);
 Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style);
 Report open(Session& session, const OpenCommand& command);
 /// Needs no session, because a scenario makes its own platform.

@@ -4,6 +4,7 @@
 
 #include "app/commands.h"
 #include "app/rider_texts.h"
+#include "app/terminal_width.h"
 #include "platform/localization.h"
 #include "shared/failure.h"
 
@@ -65,7 +66,11 @@ std::string reasonOf(const FeedState& state, const RiderTexts& texts) {
 
 std::string dataNote(Session& session, const TerminalStyle& style) {
   const RiderTexts& texts = session.texts();
-  const auto line = [&style](const std::string& text) { return terminalFaint(text, style) + "\n"; };
+  const auto line = [&style](const std::string& text) {
+    std::string lines;
+    for (const std::string& part : wrapped(text, style.columns)) lines += terminalFaint(part, style) + "\n";
+    return lines;
+  };
   const Date now = session.platform().mainLoop().now();
   const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
   std::string note;

@@ -59,7 +59,7 @@ class Dispatch {
     return inSession([&](Session& session) { return feed(session, command, style_); });
   }
   Report operator()(const AnalyticsCommand& command) const {
-    return inSession([&](Session& session) { return analytics(session, command); });
+    return inSession([&](Session& session) { return analytics(session, command, style_); });
   }
   Report operator()(const SettingsCommand& command) const {
     return inSession([&](Session& session) { return settings(session, command, style_); });

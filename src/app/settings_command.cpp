@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/commands.h"
+#include "app/rider_texts.h"
 #include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "settings/user_settings.h"
@@ -23,10 +24,10 @@ std::string_view sourceName(SettingSource source) {
   return kNames.at(static_cast<std::size_t>(source));
 }
 
-std::string_view sourceInWords(SettingSource source) {
-  constexpr std::array<std::string_view, 4> kWords = {"default", "chosen earlier", "settings file",
-                                                      "command line"};
-  return kWords.at(static_cast<std::size_t>(source));
+std::string sourceInWords(SettingSource source, const RiderTexts& texts) {
+  constexpr std::array<std::string_view, 4> kNames = {"SettingDefault", "SettingRemembered", "SettingInFile",
+                                                      "SettingOnCommandLine"};
+  return texts(kNames.at(static_cast<std::size_t>(source)));
 }
 
 Value valueForm(const Setting& setting, std::string_view text) {
@@ -55,21 +56,21 @@ Dictionary settingsForm(const UserSettings& settings) {
           {"faults", std::move(faults)}};
 }
 
-std::string settingsText(const UserSettings& settings, const TerminalStyle& style) {
+std::string settingsText(const UserSettings& settings, const RiderTexts& texts, const TerminalStyle& style) {
   std::vector<std::vector<TableCell>> rows;
   for (const Setting& setting : settingTable()) {
     const SettingValue value = settings.find(setting);
     const std::string shown = value.text.empty() ? "\"\"" : terminalLine(value.text);
     rows.push_back({{.text = std::string(setting.key)},
                     {.text = shown},
-                    {.text = std::string(sourceInWords(value.source)), .isFaint = true}});
+                    {.text = sourceInWords(value.source, texts), .isFaint = true}});
   }
-  const std::string file = terminalLine(settings.file().string());
-  return textTable(rows, style) + (file.empty() ? "" : paragraph("The file: " + file, 2, style));
+  const std::string file = settings.file().string();
+  return textTable(rows, style) + (file.empty() ? "" : paragraph(texts("SettingsFile", {file}), 2, style));
 }
 
 Report printSettings(const UserSettings& settings, const Setting* setting, bool isJson,
-                     const TerminalStyle& style) {
+                     const RiderTexts& texts, const TerminalStyle& style) {
   Report report;
   // The log names the mistakes.
   report.status = settings.isReadable() ? 0 : 2;
@@ -78,7 +79,7 @@ Report printSettings(const UserSettings& settings, const Setting* setting, bool 
         jsonText(setting ? settingForm(*setting, settings.find(*setting)) : settingsForm(settings)) + "\n";
   } else {
     report.output =
-        setting ? terminalLine(settings.find(*setting).text) + "\n" : settingsText(settings, style);
+        setting ? terminalLine(settings.find(*setting).text) + "\n" : settingsText(settings, texts, style);
   }
   return report;
 }
@@ -94,19 +95,21 @@ Report unknownSetting(const std::string& key) {
 
 Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style) {
   UserSettings& settings = session.platform().settings();
+  const RiderTexts& texts = session.texts();
   const Setting* const setting = settingWithKey(command.key);
   if (!setting && !command.key.empty()) return unknownSetting(command.key);
   if (!setting || (!command.unsets && !command.value))
-    return printSettings(settings, setting, command.json, style);
+    return printSettings(settings, setting, command.json, texts, style);
   if (command.unsets && command.value)
     return refused(failure(FailureCode::invalid, command.key, "", "--unset takes no value"));
   const auto error =
       command.unsets ? settings.unset(*setting) : settings.set(*setting, usualText(*setting, *command.value));
   if (error) return refused(*error);
-  if (command.json) return printSettings(settings, setting, true, style);
+  if (command.json) return printSettings(settings, setting, true, texts, style);
   const std::string text = settings.find(*setting).text;
-  return Report::of(command.key + " is " + (text.empty() ? "empty" : terminalLine(text)) +
-                    (command.unsets ? ", the default\n" : "\n"));
+  return Report::of(texts(command.unsets ? "SettingIsDefault" : "SettingIs",
+                          {command.key, text.empty() ? texts("SettingEmpty") : text}) +
+                    "\n");
 }
 
 }  // namespace linewatch::app

@@ -24,15 +24,16 @@ std::size_t firstCharacter(std::string_view text) {
   return length;
 }
 
-/// C0 and C1 controls, DEL, U+2028 to U+202E and U+2066 to U+2069. A lone byte from 80 to 9F is not UTF-8,
-/// but a terminal of another encoding takes it for a C1 control.
+/// C0 and C1 controls, DEL, U+2028 to U+202E, U+2066 and U+2067. The isolates U+2068 and U+2069 are harmless:
+/// they leave the direction to the text, and end with the line. A lone byte from 80 to 9F is not UTF-8, but a
+/// terminal of another encoding takes it for a C1 control.
 bool actsOnTerminal(std::string_view character) {
   const auto last = static_cast<unsigned char>(character.back());
   if (character.size() == 1) return last < 0x20 || (last >= 0x7F && last < 0xA0);
   const std::string_view lead = character.substr(0, character.size() - 1);
   if (lead == "\xC2") return last < 0xA0;
   if (lead == "\xE2\x80") return last >= 0xA8 && last <= 0xAE;
-  return lead == "\xE2\x81" && last >= 0xA6 && last <= 0xA9;
+  return lead == "\xE2\x81" && last >= 0xA6 && last <= 0xA7;
 }
 
 }  // namespace

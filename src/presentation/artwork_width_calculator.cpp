@@ -9,6 +9,7 @@
 #include "ui/artwork_cache.h"
 #include "ui/image.h"
 #include "ui/interface_settings.h"
+#include "ui/text_style.h"
 
 namespace linewatch {
 
@@ -28,17 +29,20 @@ ArtworkWidthCalculatorSizeParameter sanitized(ArtworkWidthCalculatorSizeParamete
 }
 
 /// The cache draws each artwork once at each size.
-double drawnWidth(const SizedTransitArtwork& artwork, std::int64_t size, double displayScale) {
+double drawnWidth(const SizedTransitArtwork& artwork, const ArtworkSize& size) {
   if (!artwork.artworkDataSource() || !artwork.artworkCache()) return 0;
-  const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), {size, displayScale});
+  const auto image = artwork.artworkCache()->image(*artwork.artworkDataSource(), size);
   return image ? image->size().width : 0;
 }
 
 /// Fits artworks one by one.
 class Fitting {
  public:
-  Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, double displayScale, std::size_t count)
-      : parameter_(parameter), displayScale_(displayScale) {
+  Fitting(const ArtworkWidthCalculatorSizeParameter& parameter, const ui::InterfaceSettings& settings,
+          std::size_t count)
+      : parameter_(parameter),
+        displayScale_(settings.displayScale()),
+        growth_(ui::artworkGrowth(settings.textSizeCategory())) {
     smallerArtworks_.reserve(count);
   }
 
@@ -57,11 +61,11 @@ class Fitting {
  private:
   std::int64_t fittingSize(const SizedTransitArtwork& artwork) {
     std::int64_t size = artwork.shieldSize();
-    double width = widthInColumn(drawnWidth(artwork, size, displayScale_));
+    double width = widthInColumn(drawnWidth(artwork, {size, displayScale_, growth_}));
     while (!fits(width)) {
       if (size < kSmallestShrinkableSize) return size;
       --size;
-      width = widthInColumn(drawnWidth(artwork, size, displayScale_));
+      width = widthInColumn(drawnWidth(artwork, {size, displayScale_, growth_}));
     }
     if (!widest_ || width > *widest_) widest_ = width;
     return size;
@@ -76,6 +80,7 @@ class Fitting {
 
   const ArtworkWidthCalculatorSizeParameter& parameter_;
   double displayScale_;
+  double growth_;
   SmallerArtworks smallerArtworks_;
   std::optional<double> widest_;
 };
@@ -91,7 +96,7 @@ TransitDirectionsListArtworkWidthCalculator::TransitDirectionsListArtworkWidthCa
 // artwork that fits is never shrunk.
 SmallerArtworks TransitDirectionsListArtworkWidthCalculator::calculateArtworkViewWidthAndArtworkSizes(
     double* artworkViewWidth) const {
-  Fitting fitting(sizeParameter_, platform().interfaceSettings().displayScale(), artworks_.size());
+  Fitting fitting(sizeParameter_, platform().interfaceSettings(), artworks_.size());
   for (const SharedSizedArtwork& artwork : artworks_) fitting.fit(artwork);
 
   if (artworkViewWidth != nullptr) {

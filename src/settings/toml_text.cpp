@@ -61,6 +61,74 @@ std::optional<std::size_t> lineOfDeepKey(std::string_view text) {
   return std::nullopt;
 }
 
+bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
+/// Looks for a character beyond ASCII where TOML has none: outside strings and comments. The library must not
+/// see it, because what it does then is undefined; so is what it does after a backslash that joins lines.
+class StrayCharacter {
+ public:
+  explicit StrayCharacter(std::string_view text) : text_(text) {
+    if (text.starts_with(kByteOrderMark)) place_ = kByteOrderMark.size();
+    while (place_ < text_.size() && !isFound_) step();
+  }
+
+  std::optional<TextPlace> found() const {
+    if (!isFound_) return std::nullopt;
+    const std::string_view before = text_.substr(0, place_);
+    const std::string_view line = before.substr(before.rfind('\n') + 1);
+    const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+    return TextPlace{static_cast<std::size_t>(std::ranges::count(before, '\n')) + 1,
+                     static_cast<std::size_t>(std::ranges::count_if(line, isFirstByte)) + 1};
+  }
+
+ private:
+  void step() {
+    const char c = text_[place_];
+    if (c == '#') {
+      place_ = std::min(text_.find('\n', place_), text_.size());
+    } else if (c == '"' || c == '\'') {
+      skipString(std::string(text_.substr(place_, 3) == std::string(3, c) ? 3 : 1, c));
+    } else if (isAscii(c)) {
+      ++place_;
+    } else {
+      isFound_ = true;
+    }
+  }
+  void skipString(const std::string& quotes) {
+    constexpr int kMostQuotesBeforeEnd = 2;
+    const bool isLong = quotes.size() > 1;
+    place_ += quotes.size();
+    while (place_ < text_.size() && !isFound_ && !text_.substr(place_).starts_with(quotes)) {
+      // The end of the line ends a short string, which is wrong.
+      if (!isLong && text_[place_] == '\n') return;
+      if (quotes.front() == '"' && text_[place_] == '\\')
+        skipEscape();
+      else
+        ++place_;
+    }
+    if (isFound_) return;
+    place_ = std::min(place_ + quotes.size(), text_.size());
+    // The last quotes of a long string may be part of it.
+    for (int i = 0; isLong && i < kMostQuotesBeforeEnd && text_.substr(place_).starts_with(quotes.front());
+         ++i)
+      ++place_;
+  }
+  void skipEscape() {
+    const std::size_t end = text_.find_first_not_of(" \t\r\n", place_ + 1);
+    const std::string_view blanks = text_.substr(place_ + 1, end - std::min(end, place_ + 1));
+    if (blanks.find('\n') == std::string_view::npos) {
+      place_ = std::min(place_ + 2, text_.size());
+      return;
+    }
+    place_ = std::min(end, text_.size());
+    isFound_ = place_ < text_.size() && !isAscii(text_[place_]);
+  }
+
+  std::string_view text_;
+  std::size_t place_ = 0;
+  bool isFound_ = false;
+};
+
 /// The library's sentence without its beginning, "Error while parsing …: ".
 std::string reasonOf(const toml::parse_error& error) {
   const std::string_view sentence = error.description();
@@ -101,6 +169,8 @@ TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& o
 
 std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
   if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
+  if (const auto stray = StrayCharacter(text).found())
+    return TomlFault{*stray, "such a character may only be in quotes or in a comment"};
   const toml::parse_result parsed = toml::parse(text);
   if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
   const Offsets offsets(text);

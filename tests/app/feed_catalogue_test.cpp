@@ -105,7 +105,7 @@ TEST_F(FeedCatalogueTest, FindsFeedsAndSaysWhatThereIsElse) {
 TEST_F(FeedCatalogueTest, AddsTheOnlyHitWithTheCataloguesCopy) {
   const auto added = run({"add", "hilltown"});
   EXPECT_THAT(added.output, StartsWith("Added HTT: 1 line, "));
-  EXPECT_THAT(added.errors, HasSubstr("the catalogue's copy of the timetable is used"));
+  EXPECT_THAT(added.errors, HasSubstr("the catalogue’s copy of the timetable is used"));
   EXPECT_EQ(added.status, 0);
   EXPECT_THAT(feeds(), AllOf(HasSubstr("HTT: 1 line"), HasSubstr("/t.zip")));
   const auto several = run({"add", "seaport"});

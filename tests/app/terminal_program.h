@@ -13,15 +13,14 @@ namespace linewatch::app {
 class TerminalProgram {
  public:
   explicit TerminalProgram(std::vector<std::string> words) {
-    winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
-    process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
-    if (process_ != 0) return;
+    // Made before the fork, because another thread of the test may hold the allocator's lock.
     words.insert(words.begin(), LINEWATCH_PROGRAM);
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    ::execv(LINEWATCH_PROGRAM, arguments.data());
-    ::_exit(127);
+    winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+    process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
+    if (process_ == 0) execute(arguments);
   }
   TerminalProgram(const TerminalProgram&) = delete;
   TerminalProgram& operator=(const TerminalProgram&) = delete;
@@ -46,6 +45,10 @@ class TerminalProgram {
   const std::string& shown() const { return shown_; }
 
  private:
+  [[noreturn]] static void execute(const std::vector<char*>& arguments) {
+    ::execv(LINEWATCH_PROGRAM, arguments.data());
+    ::_exit(127);
+  }
   bool readByte() {
     char byte = 0;
     if (::read(terminal_, &byte, 1) != 1) return false;

@@ -63,7 +63,7 @@ TEST(IcuLocalization, FormatsCountsForTheLocale) {
       {"ar-EG", "LineWatch_Summary_advisory_count", 12, "١٢ تنبيهًا"},
       {"pt-BR", "LineWatch_Summary_advisory_count", 2, "2 ocorrências"},
       {"iw", "LineWatch_Summary_advisory_count", 2, "שני שיבושים"},
-      {"zh-CN", "LineWatch_Summary_advisory_count", 2, "2 条提示"},
+      {"zh-CN", "LineWatch_Summary_advisory_count", 2, "2 条公告"},
       // No tables of their own. 0 is singular in Bengali, but not in an English text.
       {"bn", "LineWatch_Summary_advisory_count", 0, "0 Advisories"},
       {"no", "LineWatch_Summary_advisory_count", 2, "2 Advisories"},

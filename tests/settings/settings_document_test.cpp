@@ -78,7 +78,10 @@ TEST(SettingsDocument, ReadsValuesAndNamesMistakesWithTheirPlaces) {
 TEST(SettingsDocument, AMistakeOfTheFormatIsNamedWithItsPlace) {
   for (const auto& [text, line, column] : {std::tuple{"on-top = true\nrefresh = \n", 2U, 11U},
                                            {"refresh = 30\nrefresh = 31\n", 2U, 11U},
-                                           {"x = \"\xFF\"", 1U, 5U}}) {
+                                           {"x = \"\xFF\"", 1U, 5U},
+                                           {"# é\nx = 'é'\né = 1\n", 3U, 1U},
+                                           {"x = \"\"\"é\\\"\"\"\"\"\" é\n", 1U, 17U},
+                                           {"x = \"\"\"\\ \n é\"\"\"\n", 2U, 2U}}) {
     const SettingsDocument document(text);
     EXPECT_FALSE(document.isWellFormed());
     ASSERT_EQ(document.faults().size(), 1U);

@@ -17,6 +17,12 @@ class AccessibleParts final : public QAccessibleWidget {
   explicit AccessibleParts(DetailsColumn& column)
       : QAccessibleWidget(column.viewport(), QAccessible::Grouping), column_(column) {}
 
+  /// The column itself has the focus.
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.focused = false;
+    return state;
+  }
   int childCount() const override { return static_cast<int>(column_.shownWidgets().size()); }
   QAccessibleInterface* child(int index) const override {
     const std::vector<QWidget*> widgets = column_.shownWidgets();

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/window/column_accessibility.h"
+#include "desktop/window/widget_role.h"
 
 namespace linewatch::desktop {
 
@@ -25,6 +26,7 @@ DetailsColumn::DetailsColumn(int margin) : margin_(margin) {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::StrongFocus);
   verticalScrollBar()->setSingleStep(kScrollStep);
+  setAccessibleRole(*this, QAccessible::Grouping);
   installColumnAccessibility();
   later_.setSingleShot(true);
   connect(&later_, &QTimer::timeout, this, [this] { layOut(); });
@@ -199,7 +201,9 @@ void DetailsColumn::placeWidgets() {
     const Slot& slot = slots_[index];
     const bool isFixed = widget->sizePolicy().horizontalPolicy() == QSizePolicy::Fixed;
     const int width = isFixed ? std::min(widget->sizeHint().width(), contentWidth()) : contentWidth();
-    const int x = isRightToLeft() ? left + contentWidth() - width : left;
+    // A widget's own margin is outside of the column, so that its content is in line with the texts.
+    const int hang = isFixed ? widget->contentsMargins().left() : 0;
+    const int x = isRightToLeft() ? left + contentWidth() - width + hang : left - hang;
     widget->setGeometry(x, slot.top + slot.part.gap - scrolled, width, slot.height);
     widget->show();
   }

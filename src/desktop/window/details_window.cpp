@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "companion/details_text.h"
@@ -28,7 +29,7 @@ namespace {
 // Points.
 constexpr int kDetailsWidth = 440;
 constexpr int kDetailsMargin = 24;
-constexpr int kTextWidth = kDetailsWidth - 2 * kDetailsMargin;
+constexpr int kBesideDetails = 16;
 constexpr int kGapWithinIncident = 8;
 constexpr int kSmallGap = 4;
 constexpr int kGapBetweenIncidents = 20;
@@ -145,7 +146,7 @@ void DetailsWindow::present(const OpenedContent& content) {
   column_->setAccessibleName(windowTitle());
   addSomeEntries();
   lookUp();
-  resize(kDetailsWidth, kLeastDetailsHeight);
+  resize(usualWidth(), kLeastDetailsHeight);
   layout()->activate();
   column_->layOut();
   fitHeight();
@@ -187,6 +188,15 @@ void DetailsWindow::fitHeight() {
       std::clamp(column_->contentHeight(), kLeastDetailsHeight, std::max(kLeastDetailsHeight, room));
   resize(width(), fittedHeight_);
 }
+
+/// The window widens with its text, so that as many words fit into a line.
+int DetailsWindow::usualWidth() const {
+  const double growth = std::max(1.0, font(kBodySize).pixelSize() / kBodySize);
+  const int room = screen()->availableGeometry().width() - kBesideDetails;
+  return std::min(static_cast<int>(std::lround(kDetailsWidth * growth)), std::max(kDetailsWidth, room));
+}
+
+int DetailsWindow::textWidth() const { return usualWidth() - 2 * kDetailsMargin; }
 
 // ---- The content ----
 
@@ -340,7 +350,7 @@ void DetailsWindow::addLongText(const std::shared_ptr<const void>& owner, std::s
 
 void DetailsWindow::addBlock(const std::shared_ptr<const void>& owner, std::string_view block,
                              const TextStyle& style, int gap) {
-  const int perLine = std::max(1, kTextWidth / std::max(1, style.metrics.averageCharWidth()));
+  const int perLine = std::max(1, textWidth() / std::max(1, style.metrics.averageCharWidth()));
   const auto lines = std::ranges::count(block, '\n') + 1 + std::ssize(block) / perLine;
   column_->add({.make = [this, owner, block, &style] { return makeText(block, style); },
                 .gap = gap,
@@ -349,7 +359,7 @@ void DetailsWindow::addBlock(const std::shared_ptr<const void>& owner, std::stri
 
 QLabel* DetailsWindow::makeText(std::string_view text, const TextStyle& style) const {
   const int longest =
-      std::max(1, kTextWidth / std::max(1, style.metrics.horizontalAdvance(QLatin1Char('W'))));
+      std::max(1, textWidth() / std::max(1, style.metrics.horizontalAdvance(QLatin1Char('W'))));
   QLabel* const label = makeLabel(withBreaks(text, longest), style.font, style.tone);
   if (style.isHeading) setAccessibleRole(*label, QAccessible::Heading);
   if (&style == &styles_->body)

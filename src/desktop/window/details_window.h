@@ -101,6 +101,8 @@ class DetailsWindow final : public CompanionWindow {
   void startOver();
   void setTitle(const std::string& title);
   void fitHeight();
+  int usualWidth() const;
+  int textWidth() const;
 
   DetailsServices services_;
   DetailsColumn* column_ = nullptr;

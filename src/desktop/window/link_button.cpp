@@ -22,6 +22,7 @@ LinkButton::LinkButton(const QString& text) {
   setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setContentsMargins(kRoomForRing, 0, kRoomForRing, 0);
   clickOnEnter(*this);
   setAccessibleRole(*this, QAccessible::Link);
 }
@@ -44,8 +45,7 @@ void LinkButton::paintEvent(QPaintEvent*) {
   QColor color = palette().color(QPalette::Link);
   if (isDown()) color.setAlphaF(0.6F);
   painter.setPen(color);
-  const QRect inside = rect().adjusted(kRoomForRing, 0, -kRoomForRing, 0);
-  painter.drawText(inside, static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), shownText());
+  painter.drawText(contentsRect(), static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), shownText());
   if (hasFocus()) paintFocusRing(painter, QRectF(rect()), palette());
 }
 

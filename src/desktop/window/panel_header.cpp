@@ -86,6 +86,8 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
   menuButton_->setPopupMode(QToolButton::InstantPopup);
   menuButton_->setAccessibleName(texts("Menu"));
   setPlainToolTip(*menuButton_, texts("Menu"));
+  menuButton_->setAccessibleDescription({});
+  setAccessibleRole(*menuButton_, QAccessible::ButtonMenu);
   for (QAbstractButton* const button :
        {static_cast<QAbstractButton*>(toggle_), static_cast<QAbstractButton*>(menuButton_),
         static_cast<QAbstractButton*>(tryAgain_)}) {
@@ -101,6 +103,7 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
 
 QWidget* PanelHeader::makeTopRow() {
   note_->setObjectName(QStringLiteral("note"));
+  setAccessibleRole(*note_, QAccessible::StaticText);
   note_->setForegroundRole(kFaintRole);
   note_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   toggle_->hide();

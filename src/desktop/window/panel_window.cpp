@@ -346,8 +346,16 @@ void PanelWindow::showNews() {
     aging_->stop();
 }
 
-/// Announces the state of the list as its compact form says it, and what is wrong with the feeds.
+/// Announces the state of the list as its compact form says it, and what is wrong with the feeds. Waits until
+/// both are known, so that it does not announce twice.
 void PanelWindow::announceNews() {
+  if (std::exchange(isAnnouncing_, true)) return;
+  QMetaObject::invokeMethod(
+      this, [this] { announceNow(); }, Qt::QueuedConnection);
+}
+
+void PanelWindow::announceNow() {
+  isAnnouncing_ = false;
   const auto& list = controller().dataSource()->listItem();
   QStringList sentences;
   if (list) sentences << wordsOfItem(list->summaryItem()).name;

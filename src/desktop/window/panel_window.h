@@ -140,6 +140,7 @@ class PanelWindow final : public QWidget {
   void showNews();
   FeedNews feedNews() const;
   void announceNews();
+  void announceNow();
   void fitHeader();
   void setHeaderTextSize(ui::TextSizeCategory category);
   void fitRows(bool animated);
@@ -167,6 +168,7 @@ class PanelWindow final : public QWidget {
   bool isUserWaiting_ = false;
   bool isMetered_ = false;
   bool isMotionReduced_ = false;
+  bool isAnnouncing_ = false;
   /// The signal connection to the window's screen.
   QMetaObject::Connection screenRoom_;
 

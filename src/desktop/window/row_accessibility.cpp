@@ -86,6 +86,10 @@ class AccessibleRows final : public QAccessibleWidget {
     for (const QAccessible::Id id : rows_) QAccessible::deleteAccessibleInterface(id);
   }
 
+  /// Without the tooltip, which has a text of the header.
+  QString text(QAccessible::Text text) const override {
+    return text == QAccessible::Description ? QString() : QAccessibleWidget::text(text);
+  }
   int childCount() const override { return static_cast<int>(surface().rowCount()); }
   QAccessibleInterface* child(int index) const override {
     if (index < 0 || index >= childCount()) return nullptr;

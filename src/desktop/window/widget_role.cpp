@@ -2,7 +2,11 @@
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QLabel>
+#include <QToolButton>
 #include <QVariant>
 
 namespace linewatch::desktop {
@@ -21,7 +25,9 @@ class AccessibleWidget final : public QAccessibleWidget {
       if (const auto* const label = qobject_cast<QLabel*>(widget())) return label->text();
       if (button() != nullptr) return button()->text();
     }
-    return QAccessibleWidget::text(text);
+    // Qt would describe the widget with the HTML of its tooltip.
+    return text == QAccessible::Description ? widget()->accessibleDescription()
+                                            : QAccessibleWidget::text(text);
   }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
@@ -30,6 +36,10 @@ class AccessibleWidget final : public QAccessibleWidget {
       state.checked = button()->isChecked();
       state.pressed = button()->isDown();
     }
+    if (const auto* const label = qobject_cast<QLabel*>(widget()); label && label->text().isEmpty())
+      state.invisible = true;
+    const auto* const menuButton = qobject_cast<QToolButton*>(widget());
+    state.hasPopup = menuButton != nullptr && menuButton->menu() != nullptr;
     const QVariant expanded = widget()->property(kExpanded);
     state.expandable = expanded.isValid();
     state.expanded = expanded.toBool();
@@ -60,11 +70,27 @@ QAccessibleInterface* makeAccessibleWidget(const QString&, QObject* object) {
                         : nullptr;
 }
 
+/// Qt 6.4 does not send this change to the bus of assistive technology, so it is sent on Qt's connection.
+void sendExpanded(QAbstractButton& button, bool isExpanded) {
+  const QDBusConnection bus(QStringLiteral("a11y"));
+  if (!QAccessible::isActive() || !bus.isConnected()) return;
+  const QAccessible::Id id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&button));
+  QDBusMessage change = QDBusMessage::createSignal(
+      QStringLiteral("/org/a11y/atspi/accessible/") + QString::number(id),
+      QStringLiteral("org.a11y.atspi.Event.Object"), QStringLiteral("StateChanged"));
+  change << QStringLiteral("expanded") << (isExpanded ? 1 : 0) << 0 << QVariant::fromValue(QDBusVariant(0))
+         << QVariantMap();
+  bus.send(change);
+}
+
 }  // namespace
 
 void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
   QAccessible::installFactory(makeAccessibleWidget);
   widget.setProperty(kRole, static_cast<int>(role));
+  // A widget that has announced a change already is known by Qt's role.
+  QAccessible::deleteAccessibleInterface(
+      QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&widget)));
 }
 
 void setAccessibleExpanded(QAbstractButton& button, bool isExpanded) {
@@ -75,6 +101,7 @@ void setAccessibleExpanded(QAbstractButton& button, bool isExpanded) {
   changed.expanded = true;
   QAccessibleStateChangeEvent event(&button, changed);
   QAccessible::updateAccessibility(&event);
+  sendExpanded(button, isExpanded);
 }
 
 // A hidden widget would be invisible to assistive technology too, so it has the size of a pixel.

@@ -27,9 +27,9 @@ class Catalogue {
   /// The alerts feeds that match. Each word of the query must be a word of a feed's provider, name,
   /// municipality, region or country, the last one at least the beginning of a word. Order, case and accents
   /// do not matter, and "ue" equals "ü". A country matches by its code and by its name in several languages.
-  /// Without such a feed: the alerts feeds whose timetables cover a place that matches. An empty query
-  /// matches every alerts feed. Quick enough to be called at each key on the main thread (a few
-  /// milliseconds).
+  /// A large city matches by its other names too, e.g. "Munich" by "München". Without such a feed: the alerts
+  /// feeds whose timetables cover a place that matches. An empty query matches every alerts feed. Takes a few
+  /// milliseconds, so that it can be called at each key on the main thread.
   CatalogueMatches search(std::string_view query) const;
   /// The alerts feed with that id, e.g. "mdb-1603", with its timetables; absent when there is none.
   std::optional<CatalogueHit> hitOf(std::string_view id) const;

@@ -17,8 +17,8 @@ struct CatalogueHit {
   /// The alerts' timetables, after redirects. Empty when the catalogue has none of them: then the rider has
   /// to give a timetable.
   std::vector<SharedCatalogueFeed> timetables;
-  /// The place that was searched for, when this feed does not name it but covers it on the map, e.g. "Lowell"
-  /// for a feed of Boston. Else empty.
+  /// A place that this feed does not name but covers on the map, and by which it was found, e.g. "Lowell" for
+  /// a feed of Boston. Else empty.
   std::string holds;
 
   bool operator==(const CatalogueHit&) const = default;

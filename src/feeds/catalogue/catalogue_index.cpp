@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <functional>
-#include <set>
+#include <optional>
+#include <string>
 #include <tuple>
 #include <utility>
 
@@ -25,11 +26,21 @@ GeoBox centerOf(const GeoBox& box) {
 }
 
 /// True if a rider of the place may use the network: it is larger, and has the place's middle in its box.
-bool covers(const CatalogueFeed& network, const CatalogueFeed& place) {
-  if (!network.box || !place.box || network.country != place.country) return false;
+bool covers(const CatalogueFeed& network, const MappedPlace& place) {
+  if (!network.box || network.country != place.country) return false;
   const GeoBox& box = *network.box;
   return box.north - box.south <= kTallestBox && box.east - box.west <= kWidestBox &&
-         box.holds(centerOf(*place.box)) && areaOf(box) > areaOf(*place.box);
+         box.holds(centerOf(place.box)) && areaOf(box) > areaOf(place.box);
+}
+
+bool coversOneOf(const std::vector<SharedCatalogueFeed>& networks, const MappedPlace& place) {
+  return std::ranges::any_of(networks, [&place](const auto& network) { return covers(*network, place); });
+}
+
+/// The place of a timetable with a box.
+MappedPlace placeOf(const CatalogueFeed& timetable) {
+  return {timetable.municipality.empty() ? timetable.provider : timetable.municipality, timetable.country,
+          *timetable.box};
 }
 
 void addNames(const CatalogueFeed& feed, SearchedTexts& texts) {
@@ -112,42 +123,49 @@ void CatalogueIndex::addPlaces(const std::vector<SharedCatalogueFeed>& feeds, co
   }
 }
 
-void CatalogueIndex::addCovering(const Places& places, std::vector<Ranked>& ranked) const {
-  std::set<const Entry*> known;
-  for (const Ranked& found : ranked) known.insert(found.entry);
-  for (const Place* const place : places) {
-    const CatalogueFeed& timetable = *place->timetable;
-    for (const Entry& entry : entries_) {
-      const bool isCovering = std::ranges::any_of(
-          entry.hit.timetables, [&](const auto& network) { return covers(*network, timetable); });
-      if (!isCovering || !known.insert(&entry).second) continue;
-      ranked.push_back(
-          {.entry = &entry,
-           .fit = CatalogueFit::onMap,
-           .holds = timetable.municipality.empty() ? timetable.provider : timetable.municipality});
-    }
-  }
-}
-
-CatalogueMatches CatalogueIndex::search(const SearchQuery& query) const {
+std::vector<CatalogueIndex::Ranked> CatalogueIndex::namedBy(const WantedPlace& wanted) const {
   std::vector<Ranked> ranked;
   for (const Entry& entry : entries_) {
-    const CatalogueFit fit = entry.texts.fit(query);
+    const CatalogueFit fit = wanted.fitOf(entry.texts);
     if (fit != CatalogueFit::none) ranked.push_back({.entry = &entry, .fit = fit});
   }
-  Places places;
-  for (const Place& place : places_) {
-    if (ranked.empty() && place.texts.fit(query) != CatalogueFit::none) places.push_back(&place);
+  return ranked;
+}
+
+std::vector<CatalogueIndex::Ranked> CatalogueIndex::covering(const std::vector<MappedPlace>& places) const {
+  std::vector<Ranked> ranked;
+  for (const Entry& entry : entries_) {
+    const auto place = std::ranges::find_if(
+        places, [&entry](const auto& found) { return coversOneOf(entry.hit.timetables, found); });
+    if (place != places.end())
+      ranked.push_back({.entry = &entry, .fit = CatalogueFit::onMap, .holds = place->name});
   }
-  addCovering(places, ranked);
+  return ranked;
+}
+
+CatalogueMatches CatalogueIndex::matchesOf(std::vector<Ranked> ranked) {
   std::ranges::stable_sort(ranked, std::less<>());
   CatalogueMatches matches;
   for (Ranked& found : ranked) {
     matches.hits.push_back(found.entry->hit);
     matches.hits.back().holds = std::move(found.holds);
   }
-  if (!ranked.empty()) return matches;
-  for (const Place* const place : places) matches.timetables.push_back(place->timetable);
+  return matches;
+}
+
+CatalogueMatches CatalogueIndex::search(const SearchQuery& query) const {
+  const WantedPlace wanted(query);
+  if (auto named = namedBy(wanted); !named.empty()) return matchesOf(std::move(named));
+  std::vector<SharedCatalogueFeed> timetables;
+  std::vector<MappedPlace> places;
+  for (const auto& [timetable, texts] : places_) {
+    const bool isNamed = wanted.fitOf(texts) != CatalogueFit::none;
+    if (isNamed && timetable->box) places.push_back(placeOf(*timetable));
+    if (isNamed || (wanted.city() && covers(*timetable, *wanted.city()))) timetables.push_back(timetable);
+  }
+  if (wanted.city()) places.push_back(*wanted.city());
+  CatalogueMatches matches = matchesOf(covering(places));
+  if (matches.hits.empty()) matches.timetables = std::move(timetables);
   return matches;
 }
 

@@ -11,6 +11,7 @@
 #include "feeds/catalogue/feed_links.h"
 #include "feeds/catalogue/search_words.h"
 #include "feeds/catalogue/searched_texts.h"
+#include "feeds/catalogue/wanted_place.h"
 
 namespace linewatch {
 
@@ -35,14 +36,15 @@ class CatalogueIndex {
     SearchedTexts texts;
   };
   struct Ranked;
-  using Places = std::vector<const Place*>;
 
   void addEntries(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
   void addPlaces(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
   Entry entryOf(const SharedCatalogueFeed& alerts, const FeedLinks& links);
   void addTexts(const CatalogueFeed& feed, SearchedTexts& texts);
-  /// Adds the entries that cover a place on the map and are not ranked yet.
-  void addCovering(const Places& places, std::vector<Ranked>& ranked) const;
+  std::vector<Ranked> namedBy(const WantedPlace& wanted) const;
+  std::vector<Ranked> covering(const std::vector<MappedPlace>& places) const;
+  /// The entries, the best first.
+  static CatalogueMatches matchesOf(std::vector<Ranked> ranked);
 
   std::vector<Entry> entries_;
   std::vector<Place> places_;

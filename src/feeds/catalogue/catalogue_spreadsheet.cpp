@@ -25,7 +25,7 @@ namespace {
 
 /// Far more than the feeds of the world.
 constexpr std::size_t kMostFeeds = 100'000;
-/// A text with more damaged rows is something else.
+/// A text with more rows that are no CSV is no spreadsheet.
 constexpr std::size_t kMostDamagedRows = 100;
 
 std::vector<std::string> listIn(std::string_view value) {
@@ -79,8 +79,10 @@ class Spreadsheet {
   }
   CsvTable& table() { return table_; }
 
-  /// Null for a kind of feed that the catalogue leaves out. Only then or when `isBroken` is false.
+  // About the row that the table is at.
+  /// True for neither a timetable nor alerts, e.g. for vehicle positions.
   bool isOther() const { return !isTimetable() && !isAlerts(); }
+  /// True if it lacks what every feed needs.
   bool isBroken() const { return text(Column::id).empty() || httpAddress(value(Column::url)).empty(); }
   CatalogueFeed feed() const;
 

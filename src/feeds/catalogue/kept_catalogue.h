@@ -39,11 +39,10 @@ class KeptCatalogue {
                 FeedDocuments::FetcherSource fetcherSource = loadHttpFetcher);
 
   const std::string& location() const { return location_; }
-  /// The catalogue. Blocks for the fetch if it is needed, which ends when no byte comes for 10 s; else about
-  /// 50 ms at the first call, and no time at later ones. `stop` ends a fetch at once; the code is then
-  /// `cancelled`. After a failed
-  /// fetch the server is not asked again for 15 minutes, unless nothing is kept. `progress` is called on
-  /// this thread; may be empty.
+  /// The catalogue. Blocks while it is fetched, if that is needed; a fetch ends when no byte comes for 10 s.
+  /// Without a fetch the first call takes about 50 ms, and later ones no time. `stop` ends a fetch at once;
+  /// the code is then `cancelled`. After a failed fetch the server is not asked again for 15 minutes, unless
+  /// nothing is kept. `progress` is called on this thread; may be empty.
   Outcome<Reading> read(const std::stop_token& stop = {}, HttpRequest::Progress progress = {})
       LINEWATCH_EXCLUDES(mutex_);
 

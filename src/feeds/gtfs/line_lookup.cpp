@@ -77,19 +77,15 @@ std::vector<FoundLine> linesNamed(std::span<const SharedLineIndex> indexes, std:
   return {};
 }
 
-std::vector<FoundLine> linesCalled(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesWithId(indexes, name);
-  return lines.empty() ? linesNamed(indexes, name) : lines;
-}
-
-/// The lines of "feed:line". Feed names and route ids may both hold colons.
-std::vector<FoundLine> linesCalledWithFeed(std::span<const SharedLineIndex> indexes, std::string_view name) {
+/// The lines that `find` finds by "feed:line". Feed names and route ids may both hold colons.
+template <class Find>
+std::vector<FoundLine> linesBehindFeed(std::span<const SharedLineIndex> indexes, std::string_view name,
+                                       Find find) {
   std::vector<FoundLine> lines;
   for (const SharedLineIndex& index : indexes) {
     const std::string prefix = index->feedName() + ":";
     if (!name.starts_with(prefix)) continue;
-    std::ranges::move(linesCalled(std::span(&index, 1), name.substr(prefix.size())),
-                      std::back_inserter(lines));
+    std::ranges::move(find(std::span(&index, 1), name.substr(prefix.size())), std::back_inserter(lines));
   }
   return lines;
 }
@@ -102,10 +98,13 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
   std::vector<FoundLine> lines = searchLines(indexes, name);
   if (!lines.empty()) return lines;
   const std::size_t slips = greatestSlip(wanted.size());
-  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
-    const std::string like = comparableName(index.nameOfRoute(route));
+  const auto isNear = [&](const std::string& known) {
+    const std::string like = comparableName(known);
     return like.size() <= wanted.size() + slips && wanted.size() <= like.size() + slips &&
            like.size() > slips && editDistance(wanted, like) <= slips;
+  };
+  return linesWhere(indexes, [&](const LineIndex& index, std::size_t route) {
+    return isNear(index.nameOfRoute(route)) || isNear(index.routes()[route].longName);
   });
 }
 
@@ -123,8 +122,11 @@ Error noLine(const std::string& what, std::span<const FoundLine> lines) {
 }  // namespace
 
 Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::string_view name) {
-  std::vector<FoundLine> lines = linesCalled(indexes, name);
-  if (lines.empty()) lines = linesCalledWithFeed(indexes, name);
+  // Names come last: comparing them reads every line.
+  std::vector<FoundLine> lines = linesWithId(indexes, name);
+  if (lines.empty()) lines = linesBehindFeed(indexes, name, linesWithId);
+  if (lines.empty()) lines = linesNamed(indexes, name);
+  if (lines.empty()) lines = linesBehindFeed(indexes, name, linesNamed);
   if (lines.size() == 1) return lines.front();
   const std::string what = "line \"" + std::string(name) + "\"";
   return lines.empty() ? noLine(what, linesLike(indexes, name)) : severalLines(what, lines);

@@ -113,14 +113,19 @@ class SyncedCopy {
   std::FILE* file_;
 };
 
-/// Reads through the program's own descriptor: closing another one would drop its locks on the file.
-void keepFile(int descriptor, const struct stat& status) {
+/// Reads through the program's own descriptor: closing another one would drop its locks on the file. A
+/// descriptor that can only write has no locks.
+void keepFile(int descriptor, const std::string& path, const struct stat& status) {
   SyncedCopy copy(syncedName("file-", status.st_ino));
+  const bool canRead = (fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_WRONLY;
+  const int own = canRead ? -1 : next<int(const char*, int, ...)>("open")(path.c_str(), O_RDONLY);
+  if (!canRead) descriptor = own;
   char buffer[65536];
   off_t place = 0;
   for (ssize_t size; (size = pread(descriptor, buffer, sizeof buffer, place)) > 0; place += size) {
     copy.add(buffer, static_cast<std::size_t>(size));
   }
+  if (own >= 0) close(own);
 }
 
 void keepFolder(const std::string& path, const struct stat& status) {
@@ -140,7 +145,7 @@ void keepSynced(int descriptor) {
   const std::string path = pathOf(descriptor);
   struct stat status {};
   if (settings().synced.empty() || !isOnDisk(path) || fstat(descriptor, &status) != 0) return;
-  S_ISDIR(status.st_mode) ? keepFolder(path, status) : keepFile(descriptor, status);
+  S_ISDIR(status.st_mode) ? keepFolder(path, status) : keepFile(descriptor, path, status);
 }
 
 /// A power cut may bring back a removed file, so no new file may get its number.
@@ -232,7 +237,10 @@ int ftruncate(int descriptor, off_t size) noexcept { return truncateTo("ftruncat
 int ftruncate64(int descriptor, off64_t size) noexcept { return truncateTo("ftruncate64", descriptor, size); }
 int fsync(int descriptor) { return sync("fsync", descriptor); }
 int fdatasync(int descriptor) { return sync("fdatasync", descriptor); }
-int rename(const char* from, const char* to) noexcept { return changeNames("rename", from, to); }
+int rename(const char* from, const char* to) noexcept {
+  keepInode(to);
+  return changeNames("rename", from, to);
+}
 int link(const char* from, const char* to) noexcept { return changeNames("link", from, to); }
 int unlink(const char* path) noexcept {
   countChange(path);

@@ -151,6 +151,8 @@ TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {
 TEST_F(PanelRunTest, FollowsTheSettingsFile) {
   end();
   std::filesystem::remove_all(settingsFile().parent_path());
+  // An option would win over the file's language.
+  options_.locale.reset();
   start();
   panel_->window().show();
   EXPECT_EQ(textSize(), ui::TextSizeCategory::L);

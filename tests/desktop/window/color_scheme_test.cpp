@@ -102,6 +102,14 @@ TEST(ColorSchemeTest, AppliesAndRestoresThePalette) {
   applyColorScheme(ColorScheme::dark);
   applyColorScheme(ColorScheme::any);
   EXPECT_EQ(QApplication::palette(), usual);
+  applyHighContrast(true);
+  EXPECT_EQ(appearanceOf(QApplication::palette()), ui::Appearance::lightHighContrast);
+  applyColorScheme(ColorScheme::dark);
+  EXPECT_EQ(appearanceOf(QApplication::palette()), ui::Appearance::darkHighContrast);
+  applyHighContrast(false);
+  EXPECT_EQ(appearanceOf(QApplication::palette()), ui::Appearance::dark);
+  applyColorScheme(ColorScheme::any);
+  EXPECT_EQ(QApplication::palette(), usual);
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ TEST_F(CompanionTest, WindowsAreAccessible) {
   openRow(activityOfRow(0));
   auto* const details = window<DetailsWindow>();
   QAccessibleInterface* const link = QAccessible::queryAccessibleInterface(details->findChild<LinkButton*>());
-  EXPECT_EQ(link->role(), QAccessible::Button);
+  EXPECT_EQ(link->role(), QAccessible::Link);
   EXPECT_EQ(link->text(QAccessible::Name), "More information");
   EXPECT_EQ(link->text(QAccessible::Description), "example.org");
   EXPECT_TRUE(link->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));

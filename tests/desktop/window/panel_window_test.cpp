@@ -268,16 +268,23 @@ TEST_F(PanelTest, HandlesShortcuts) {
 }
 
 TEST_F(PanelTest, WidensWithItsText) {
-  startShown();
+  auto world = cityWithAStrike();
+  world.lines["A"].alternateArtwork = {.artworkSourceType = kArtworkSourceShield,
+                                       .shieldDataSource = ShieldDataSource{.shieldText = "Ring Line"}};
+  startShown(world);
+  const auto& data = *panel_->controller().dataSource();
   for (const char* const width : {"narrow", "wide"}) {
     if (width == std::string("wide")) panel_->resize(400, panel_->height());
     const int before = panel_->width();
+    const double columnBefore = data.artworkColumnWidth();
     for (int i = 0; i < 3; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
     EXPECT_EQ(panel_->width(),
               std::lround(before * ui::scaleFactor(ui::TextStyle::body, ui::TextSizeCategory::XXXL)));
-    EXPECT_EQ(panel_->controller().dataSource()->availableWidth(), panel_->width());
+    EXPECT_EQ(data.availableWidth(), panel_->width());
+    EXPECT_GT(data.artworkColumnWidth(), columnBefore) << "shields grow with the text";
     trigger(Qt::CTRL | Qt::Key_0);
     EXPECT_EQ(panel_->width(), before);
+    EXPECT_EQ(data.artworkColumnWidth(), columnBefore);
   }
   for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
   EXPECT_LE(panel_->width(), panel_->screen()->availableGeometry().width());
@@ -357,6 +364,9 @@ TEST_F(PanelTest, ALongListScrollsWithinTheScreen) {
   press(rows(), Qt::Key_End);
   EXPECT_EQ(rows().currentRow(), 39U);
   EXPECT_EQ(rows().rowAt({10, rows().height() - 10}), 39U);
+  maxRows_ = 0;
+  makePanel();
+  EXPECT_EQ(rows().rowCount(), kMostRows);
 }
 
 }  // namespace

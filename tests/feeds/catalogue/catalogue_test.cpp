@@ -140,6 +140,23 @@ TEST(CatalogueSearchTest, FindsAPlaceByTheMap) {
   EXPECT_EQ(idsOf(catalogue->search("Farville")), "(f) ");
 }
 
+TEST(CatalogueSearchTest, KnowsLargeCitiesByTheirOtherNamesAndOnTheMap) {
+  const auto catalogue = catalogueOf({
+      {.id = "at", .country = "AT", .box = "46,49,9,17"},
+      {.id = "rail", .entities = "sa", .timetables = "at", .country = "AT", .provider = "Landesbahn"},
+      {.id = "de", .country = "DE", .city = "Munich", .box = "48,48.3,11.3,11.8"},
+      {.id = "tram", .entities = "sa", .timetables = "de", .country = "DE", .city = "Munich"},
+      {.id = "ch", .country = "CH", .box = "45,48,5,11"},
+  });
+  for (const char* const query : {"München", "muenchen", "MUNICH"})
+    EXPECT_EQ(idsOf(catalogue->search(query)), "tram ") << query;
+  for (const char* const query : {"wien", "Vienna", "vien"})
+    EXPECT_EQ(idsOf(catalogue->search(query)), "rail~ ") << query;
+  EXPECT_EQ(catalogue->search("vienna").hits.front().holds, "Wien");
+  EXPECT_EQ(idsOf(catalogue->search("Zurich")), "(ch) ");
+  EXPECT_EQ(idsOf(catalogue->search("tokyo")), "");
+}
+
 TEST(CatalogueTest, SkipsBrokenRowsAndCountsThem) {
   std::string csv = spreadsheetOf({{.id = "a", .entities = "sa"},
                                    {.id = ""},
