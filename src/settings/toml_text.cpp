@@ -63,8 +63,9 @@ std::optional<std::size_t> lineOfDeepKey(std::string_view text) {
 
 bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
-/// Looks for a character beyond ASCII where TOML has none: outside strings and comments. The library must not
-/// see it, because what it does then is undefined; so is what it does after a backslash that joins lines.
+/// Looks for a character beyond ASCII or a quote where TOML has none: outside strings and comments. The
+/// library must not see it, because what it does then is undefined; so is what it does after a backslash that
+/// joins lines.
 class StrayCharacter {
  public:
   explicit StrayCharacter(std::string_view text) : text_(text) {
@@ -86,13 +87,18 @@ class StrayCharacter {
     const char c = text_[place_];
     if (c == '#') {
       place_ = std::min(text_.find('\n', place_), text_.size());
-    } else if (c == '"' || c == '\'') {
+    } else if ((c == '"' || c == '\'') && mayBeginString()) {
       skipString(std::string(text_.substr(place_, 3) == std::string(3, c) ? 3 : 1, c));
-    } else if (isAscii(c)) {
+    } else if (isAscii(c) && c != '"' && c != '\'') {
       ++place_;
     } else {
       isFound_ = true;
     }
+  }
+  /// A quote that follows other characters begins no string: the library reads on as if it were a number.
+  bool mayBeginString() const {
+    constexpr std::string_view kBefore = " \t\r\n=,[{.";
+    return place_ == 0 || !isAscii(text_[place_ - 1]) || kBefore.find(text_[place_ - 1]) != kBefore.npos;
   }
   void skipString(const std::string& quotes) {
     constexpr int kMostQuotesBeforeEnd = 2;
@@ -170,7 +176,7 @@ TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& o
 std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
   if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
   if (const auto stray = StrayCharacter(text).found())
-    return TomlFault{*stray, "such a character may only be in quotes or in a comment"};
+    return TomlFault{*stray, "this character cannot be here"};
   const toml::parse_result parsed = toml::parse(text);
   if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
   const Offsets offsets(text);
