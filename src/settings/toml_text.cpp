@@ -135,12 +135,15 @@ class StrayCharacter {
   bool isFound_ = false;
 };
 
-/// The library's sentence without its beginning, "Error while parsing …: ".
+/// The library's sentence on one line, without its beginning, "Error while parsing …: ".
 std::string reasonOf(const toml::parse_error& error) {
   const std::string_view sentence = error.description();
   const std::size_t colon = sentence.find(": ");
   const bool hasBeginning = sentence.starts_with("Error while") && colon != std::string_view::npos;
-  return std::string(hasBeginning ? sentence.substr(colon + 2) : sentence);
+  std::string reason(hasBeginning ? sentence.substr(colon + 2) : sentence);
+  std::ranges::replace_if(
+      reason, [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+  return reason;
 }
 
 std::size_t endOf(const toml::node& node, const Offsets& offsets) {
