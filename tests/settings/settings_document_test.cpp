@@ -82,7 +82,8 @@ TEST(SettingsDocument, AMistakeOfTheFormatIsNamedWithItsPlace) {
                                            {"# é\nx = 'é'\né = 1\n", 3U, 1U},
                                            {"x = \"\"\"é\\\"\"\"\"\"\" é\n", 1U, 17U},
                                            {"x = \"\"\"\\ \n é\"\"\"\n", 2U, 2U},
-                                           {"x = -'é'\n", 1U, 6U}}) {
+                                           {"x = -'é'\n", 1U, 6U},
+                                           {"[@", 1U, 2U}}) {
     const SettingsDocument document(text);
     EXPECT_FALSE(document.isWellFormed());
     ASSERT_EQ(document.faults().size(), 1U);
