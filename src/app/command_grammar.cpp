@@ -148,9 +148,9 @@ void CommandGrammar::addMove(CLI::App& favorites) {
   using enum FavoritesCommand::Action;
   CLI::App* const moving =
       addAction(favorites, "move", "Move a line, as the rows have this order", favorites_, move);
-  moving->add_option("LINE", favorites_.lines, "A favourite, by name or route id")
+  const auto takeLine = [this](const std::string& line) { favorites_.lines = {line}; };
+  moving->add_option_function<std::string>("LINE", takeLine, "A favourite, by name or route id")
       ->required()
-      ->expected(1)
       ->type_name("");
   moving->add_option("PLACE", favorites_.place, "Its new place; 1 is the first")
       ->required()

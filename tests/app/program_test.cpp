@@ -223,6 +223,11 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
               AllOf(HasSubstr("  --stops none\n"), Not(HasSubstr("--direction"))));
   EXPECT_THAT(runProgram(saved({"favorites", "add", "2", "--stops", "nowhere"})).errors,
               HasSubstr("stop \"nowhere\""));
+  EXPECT_EQ(runProgram(saved({"favorites", "move", "2", "1"})).output, "Moved 2 to place 1\n");
+  EXPECT_THAT(runProgram(saved({"favorites"})).output, StartsWith("[2]"));
+  EXPECT_EQ(runProgram(saved({"favorites", "move", "2", "9"})).output, "Moved 2 to place 2\n");
+  EXPECT_THAT(runProgram(saved({"favorites"})).output, StartsWith("[1]"));
+  EXPECT_THAT(runProgram(saved({"favorites", "move", "nowhere", "1"})).errors, HasSubstr("nowhere"));
   EXPECT_EQ(runProgram(saved({"favorites", "remove", "r1"})).output, "Removed r1\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Good Service"));
 

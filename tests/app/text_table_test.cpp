@@ -49,7 +49,7 @@ TEST(TextTable, AlignsColumnsAndLeavesNoBlanksAtTheEnds) {
                                                  {{.text = "x"}, {}, {.text = "long"}, {.text = "end"}}};
   EXPECT_EQ(textTable(rows, {}), "銀座  b\nx     long  end\n");
   EXPECT_EQ(textTable(rows, {.columns = 15}), textTable(rows, {}));
-  EXPECT_EQ(textTable(rows, {.columns = 14}), "銀座\nb\nx\nlong\nend\n");
+  EXPECT_EQ(textTable(rows, {.columns = 14}), "銀座\n  b\nx\n  long\n  end\n");
 }
 
 TEST(TextTable, FitsAnyWidth) {

@@ -46,6 +46,9 @@ def timetable():
     with zipfile.ZipFile(packed, "w") as archive:
         archive.writestr("agency.txt", "agency_id,agency_name\nA,Harbour Buses\n")
         archive.writestr("routes.txt", "route_id,agency_id,route_short_name,route_long_name,route_type\n" + routes)
+        archive.writestr("trips.txt", "route_id,trip_id,direction_id,trip_headsign\n11,o,0,Lighthouse\n11,b,1,Harbour\n")
+        archive.writestr("stop_times.txt", "trip_id,stop_sequence,stop_id\no,1,h\no,2,m\no,3,l\nb,1,l\nb,2,h\n")
+        archive.writestr("stops.txt", "stop_id,stop_name\nh,Harbour\nm,Main Street\nl,Lighthouse\n")
     return packed.getvalue()
 
 
