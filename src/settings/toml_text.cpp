@@ -6,10 +6,19 @@
 
 // The library is compiled here only; nothing else includes it. It is not linked, because a shared library
 // more would make every start slower.
+// Its assertions hold for fewer texts than its error messages: "[@" would end the program.
 #define TOML_HEADER_ONLY 1
 #define TOML_EXCEPTIONS 0
 #define TOML_ENABLE_FORMATTERS 0
+#define TOML_ASSERT(condition) static_cast<void>(0)
+#ifdef NDEBUG
+#undef NDEBUG
+#define LINEWATCH_HAD_NDEBUG
+#endif
 #include <toml++/toml.h>
+#ifdef LINEWATCH_HAD_NDEBUG
+#define NDEBUG
+#endif
 
 namespace linewatch {
 
@@ -61,14 +70,26 @@ std::optional<std::size_t> lineOfDeepKey(std::string_view text) {
   return std::nullopt;
 }
 
+bool isForbiddenControl(char byte) {
+  const auto code = static_cast<unsigned char>(byte);
+  return code == 0x7F || (code < 0x20 && byte != '\t' && byte != '\r' && byte != '\n');
+}
+
 bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
-/// Looks for a character beyond ASCII where TOML has none: outside strings and comments. The library must not
-/// see it, because what it does then is undefined; so is what it does after a backslash that joins lines.
+/// Looks for a character beyond ASCII or a quote where TOML has none: outside strings and comments. The
+/// library must not see it, because what it does then is undefined; so is what it does after a backslash that
+/// joins lines.
 class StrayCharacter {
  public:
   explicit StrayCharacter(std::string_view text) : text_(text) {
-    if (text.starts_with(kByteOrderMark)) place_ = kByteOrderMark.size();
+    // TOML has these nowhere, not even in strings.
+    const auto* const control = std::ranges::find_if(text, isForbiddenControl);
+    isFound_ = control != text.end();
+    if (isFound_)
+      place_ = static_cast<std::size_t>(control - text.begin());
+    else if (text.starts_with(kByteOrderMark))
+      place_ = kByteOrderMark.size();
     while (place_ < text_.size() && !isFound_) step();
   }
 
@@ -86,13 +107,18 @@ class StrayCharacter {
     const char c = text_[place_];
     if (c == '#') {
       place_ = std::min(text_.find('\n', place_), text_.size());
-    } else if (c == '"' || c == '\'') {
+    } else if ((c == '"' || c == '\'') && mayBeginString()) {
       skipString(std::string(text_.substr(place_, 3) == std::string(3, c) ? 3 : 1, c));
-    } else if (isAscii(c)) {
+    } else if (isAscii(c) && c != '"' && c != '\'') {
       ++place_;
     } else {
       isFound_ = true;
     }
+  }
+  /// A quote that follows other characters begins no string: the library reads on as if it were a number.
+  bool mayBeginString() const {
+    constexpr std::string_view kBefore = " \t\r\n=,[{.";
+    return place_ == 0 || !isAscii(text_[place_ - 1]) || kBefore.find(text_[place_ - 1]) != kBefore.npos;
   }
   void skipString(const std::string& quotes) {
     constexpr int kMostQuotesBeforeEnd = 2;
@@ -129,12 +155,15 @@ class StrayCharacter {
   bool isFound_ = false;
 };
 
-/// The library's sentence without its beginning, "Error while parsing …: ".
+/// The library's sentence on one line, without its beginning, "Error while parsing …: ".
 std::string reasonOf(const toml::parse_error& error) {
   const std::string_view sentence = error.description();
   const std::size_t colon = sentence.find(": ");
   const bool hasBeginning = sentence.starts_with("Error while") && colon != std::string_view::npos;
-  return std::string(hasBeginning ? sentence.substr(colon + 2) : sentence);
+  std::string reason(hasBeginning ? sentence.substr(colon + 2) : sentence);
+  std::ranges::replace_if(
+      reason, [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+  return reason;
 }
 
 std::size_t endOf(const toml::node& node, const Offsets& offsets) {
@@ -170,7 +199,7 @@ TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& o
 std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
   if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
   if (const auto stray = StrayCharacter(text).found())
-    return TomlFault{*stray, "such a character may only be in quotes or in a comment"};
+    return TomlFault{*stray, "this character cannot be here"};
   const toml::parse_result parsed = toml::parse(text);
   if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
   const Offsets offsets(text);

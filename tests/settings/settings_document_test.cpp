@@ -81,7 +81,9 @@ TEST(SettingsDocument, AMistakeOfTheFormatIsNamedWithItsPlace) {
                                            {"x = \"\xFF\"", 1U, 5U},
                                            {"# é\nx = 'é'\né = 1\n", 3U, 1U},
                                            {"x = \"\"\"é\\\"\"\"\"\"\" é\n", 1U, 17U},
-                                           {"x = \"\"\"\\ \n é\"\"\"\n", 2U, 2U}}) {
+                                           {"x = \"\"\"\\ \n é\"\"\"\n", 2U, 2U},
+                                           {"x = -'é'\n", 1U, 6U},
+                                           {"[@", 1U, 2U}}) {
     const SettingsDocument document(text);
     EXPECT_FALSE(document.isWellFormed());
     ASSERT_EQ(document.faults().size(), 1U);
