@@ -29,11 +29,10 @@ std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date n
 
 std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,
                          Date now) {
-  using Phrase = RiderTexts::Phrase;
-  const Phrase lines{texts("Lines", {findings.lineCount})};
-  const Phrase alerts{texts("AlertsNow", {findings.alertCount})};
-  const Phrase state{stateInWords(texts, findings.state, now)};
-  return texts("FeedFound", {Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) + "\n";
+  const RiderTexts::Phrase lines{texts("Lines", {findings.lineCount})};
+  const RiderTexts::Phrase alerts{texts("AlertsNow", {findings.alertCount})};
+  const RiderTexts::Phrase state{stateInWords(texts, findings.state, now)};
+  return texts("FeedFound", {RiderTexts::Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) + "\n";
 }
 
 }  // namespace linewatch::app
