@@ -18,6 +18,12 @@ set(LINEWATCH_RELEASE_DATE 2026-11-26)
 configure_file(${desktop}/${LINEWATCH_ID}.metainfo.xml.in ${PROJECT_BINARY_DIR}/${LINEWATCH_ID}.metainfo.xml @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/${LINEWATCH_ID}.metainfo.xml DESTINATION share/metainfo COMPONENT program)
 
+set(completions ${PROJECT_SOURCE_DIR}/resources/completions)
+install(FILES ${completions}/linewatch.bash DESTINATION share/bash-completion/completions RENAME linewatch
+  COMPONENT program)
+install(FILES ${completions}/_linewatch DESTINATION share/zsh/vendor-completions COMPONENT program)
+install(FILES ${completions}/linewatch.fish DESTINATION share/fish/vendor_completions.d COMPONENT program)
+
 # The changes, and beside them the short list that Debian wants of each package.
 set(LINEWATCH_RELEASE_TIME "Thu, 26 Nov 2026 12:00:00 +0000")
 set(documents ${PROJECT_BINARY_DIR}/share/doc/linewatch)

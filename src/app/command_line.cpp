@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <optional>
 #include <span>
 #include <sstream>
 #include <string>
@@ -13,6 +15,7 @@
 
 #include "app/command_grammar.h"
 #include "app/common_options.h"
+#include "app/completion.h"
 #include "feeds/http/redacted.h"
 #include "shared/nearest_name.h"
 
@@ -41,6 +44,16 @@ std::vector<const char*> withSeparator(int argc, const char* const* argv) {
       std::ranges::find_if(words, [](const char* word) { return std::string_view(word) == "--"; });
   if (mark != words.end()) words.insert(mark, kSeparator);
   return words;
+}
+
+/// Stands before the words of a command line that a shell completes.
+constexpr std::string_view kCompletion = "complete";
+
+/// The folder in the words, because what is saved there completes them.
+std::optional<std::string> stateDirIn(const std::vector<std::string>& words) {
+  const auto option = std::ranges::find(words, "--state-dir");
+  const bool hasFolder = option != words.end() && std::next(option) != words.end();
+  return hasFolder ? std::optional(*std::next(option)) : std::nullopt;
 }
 
 bool hasOption(const CLI::App& app, const std::string& option) {
@@ -144,6 +157,11 @@ std::variant<CommandLine, Report> parseCommandLine(int argc, const char* const* 
   CommandGrammar grammar(app);
   app.footer(kFooter);
   app.add_flag(kSeparator)->group("");
+  if (argc > 1 && argv[1] == kCompletion) {
+    const std::vector<std::string> typed(argv + 2, argv + argc);
+    options.stateDir = stateDirIn(typed);
+    return CommandLine{std::move(options), completionOf(app, typed)};
+  }
   const std::vector<const char*> words = withSeparator(argc, argv);
   try {
     app.parse(static_cast<int>(words.size()), words.data());

@@ -166,8 +166,25 @@ struct PanelCommand {
   std::string catalogue = {};
 };
 
-using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,
-                             AnalyticsCommand, SettingsCommand, OpenCommand, SimulateCommand, RenderCommand>;
+/// A word that can be put on a command line, and what it means.
+struct CompletedWord {
+  std::string word;
+  std::string about;
+};
+
+/// Prints what can stand for the last word of a command line that is being typed. Shells call it.
+struct CompleteCommand {
+  enum class Names { none, lines, favorites, feeds };
+  /// What is typed of the word.
+  std::string start;
+  std::vector<CompletedWord> words = {};
+  /// The names that can stand there too.
+  Names names = Names::none;
+};
+
+using Command =
+    std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, AnalyticsCommand,
+                 SettingsCommand, OpenCommand, SimulateCommand, RenderCommand, CompleteCommand>;
 
 struct CommandLine {
   CommonOptions common;

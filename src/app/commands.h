@@ -26,6 +26,7 @@ Report feed(Session& session, const FeedCommand& command, const TerminalStyle& s
 Report analytics(Session& session, const AnalyticsCommand& command, const TerminalStyle& style);
 Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style);
 Report open(Session& session, const OpenCommand& command);
+Report complete(Session& session, const CompleteCommand& command);
 /// Needs no session, because a scenario makes its own platform.
 Report simulate(const SimulateCommand& command, const TerminalStyle& style);
 /// Where the command ends its run.

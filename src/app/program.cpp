@@ -64,6 +64,9 @@ class Dispatch {
   Report operator()(const SettingsCommand& command) const {
     return inSession([&](Session& session) { return settings(session, command, style_); });
   }
+  Report operator()(const CompleteCommand& command) const {
+    return inSession([&](Session& session) { return complete(session, command); });
+  }
   Report operator()(const OpenCommand& command) const {
     return inSession([&](Session& session) { return open(session, command); });
   }
