@@ -33,9 +33,13 @@ std::shared_ptr<PreferencesStore> SavedState::preferences(std::string_view suite
 
 bool SavedState::recordsAnalytics() const {
   const auto isKnown = stored(kCompanionAppGroupSuite).read(kAnalyticsKey);
-  if (!isKnown) database_->report(isKnown.error());
+  if (!isKnown) {
+    database_->report(isKnown.error());
+    return isBusy(isKnown.error()) && recordsAnalytics_;
+  }
   const auto store = preferences(kCompanionAppGroupSuite);
-  return store->objectForKey(kAnalyticsKey) ? store->boolForKey(kAnalyticsKey) : isKnown.succeeded();
+  recordsAnalytics_ = !store->objectForKey(kAnalyticsKey) || store->boolForKey(kAnalyticsKey);
+  return recordsAnalytics_;
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): it changes the object's state, if on a disk.

@@ -32,7 +32,8 @@ class SavedState {
   /// Main thread, because of the given preferences.
   std::shared_ptr<PreferencesStore> preferences(std::string_view suite) const;
 
-  /// True until the user switches recording off; false while it cannot be read. Main thread.
+  /// True until the user switches recording off; false while it cannot be read. While another program uses
+  /// the file, the last value that was read holds. Main thread.
   bool recordsAnalytics() const;
   /// Forgets the switch, so that recording is on, unless a setting switches it off. Main thread.
   void forgetAnalyticsSwitch();
@@ -43,6 +44,7 @@ class SavedState {
   SharedDatabase database_;
   std::shared_ptr<FeedCache> feedCache_;
   std::shared_ptr<GivenPreferences> given_;
+  mutable bool recordsAnalytics_ = false;
   std::shared_ptr<PendingPreferences> pending_ = std::make_shared<PendingPreferences>();
 };
 

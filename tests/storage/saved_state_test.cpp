@@ -58,5 +58,20 @@ TEST_F(SavedStateTest, NothingIsRecordedWhileTheSwitchCannotBeRead) {
   EXPECT_FALSE(plain.recordsAnalytics());
 }
 
+TEST_F(SavedStateTest, RecordingGoesOnWhileAnotherProgramUsesTheFile) {
+  SavedState plain(*StateDirectories::under(folder_.path()), log_,
+                   std::make_shared<GivenPreferences>(Dictionary{}), {.busyTimeout = {}});
+  ASSERT_TRUE(plain.preferences("suite")->setObject(1, "key"));
+  auto other =
+      SqliteDatabase::open("state database", plain.database()->file(), SqliteDatabase::Mode::readWrite, {});
+  ASSERT_TRUE(other);
+  ASSERT_FALSE(other->run("BEGIN EXCLUSIVE"));
+  EXPECT_FALSE(plain.recordsAnalytics()) << "nothing is known yet";
+  ASSERT_FALSE(other->run("ROLLBACK"));
+  EXPECT_TRUE(plain.recordsAnalytics());
+  ASSERT_FALSE(other->run("BEGIN EXCLUSIVE"));
+  EXPECT_TRUE(plain.recordsAnalytics());
+}
+
 }  // namespace
 }  // namespace linewatch
