@@ -75,7 +75,7 @@ std::string dataNote(Session& session, const TerminalStyle& style) {
   const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
   std::string note;
   if (session.platform().showsSampleCity()) {
-    note = line(texts("SampleCity", {"linewatch feed add NAME --gtfs G --alerts A"}));
+    note = line(texts("SampleCity", {"linewatch feed add CITY"}));
   } else {
     for (const FeedState& state : session.platform().feeds().states()) {
       const std::string text = stateNote(texts, state, now);

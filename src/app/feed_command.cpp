@@ -113,7 +113,7 @@ Report listFeeds(Session& session, const SavedState& saved, bool isJson, const T
   if (feeds->empty()) {
     if (const auto lost = shown.follow()) return refused(*lost);
     if (isJson) return Report::of(jsonText(feedsDocument({}, now)) + "\n");
-    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add NAME --gtfs G --alerts A"});
+    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add CITY"});
     return Report::of(paragraph(hint, 0, style));
   }
   const auto listed = listedFeeds(*feeds, shown, now);

@@ -89,14 +89,12 @@ void SearchPage::read() {
 
 void SearchPage::catalogueDidCome(const Outcome<KeptCatalogue::Reading>& reading) {
   isReading_ = false;
+  failure_ = reading ? std::string() : sentenceOf(reading.error());
   if (reading) catalogue_ = reading->catalogue;
   showMatches();
   if (reading)
-    return logDebug("The set-up lists a catalogue of %lu feeds",
-                    {static_cast<std::int64_t>(catalogue_->feeds().size())});
-  const std::string reason = sentenceOf(reading.error());
-  showHint((*texts_)("CatalogueFailed", {reason}), true);
-  tryAgain_->show();
+    logDebug("The set-up lists a catalogue of %lu feeds",
+             {static_cast<std::int64_t>(catalogue_->feeds().size())});
 }
 
 // ---- The list ----
@@ -111,7 +109,7 @@ void SearchPage::showMatches() {
     alerts_ = query.toStdString();
     return showHint((*texts_)("AddressTyped"));
   }
-  if (!catalogue_) return showHint(isReading_ ? (*texts_)("LoadingCatalogue") : QString());
+  if (!catalogue_) return showNoCatalogue();
   const CatalogueMatches matches = catalogue_->search(query.toStdString());
   showHint({});
   if (query.isEmpty()) return list_->setRows(rowsByCountry(matches.hits));
@@ -146,6 +144,12 @@ std::vector<CityModel::Row> SearchPage::rowsByCountry(const std::vector<Catalogu
     for (const CatalogueHit* const hit : country.hits) rows.push_back({.hit = *hit});
   }
   return rows;
+}
+
+void SearchPage::showNoCatalogue() {
+  if (isReading_ || failure_.empty()) return showHint((*texts_)("LoadingCatalogue"));
+  showHint((*texts_)("CatalogueFailed", {failure_}), true);
+  tryAgain_->show();
 }
 
 void SearchPage::showNoHit(const CatalogueMatches& matches) {

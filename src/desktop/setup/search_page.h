@@ -45,6 +45,7 @@ class SearchPage final : public QWidget {
   void catalogueDidCome(const Outcome<KeptCatalogue::Reading>& reading);
   void showMatches();
   std::vector<CityModel::Row> rowsByCountry(const std::vector<CatalogueHit>& hits) const;
+  void showNoCatalogue();
   void showNoHit(const CatalogueMatches& matches);
   void showHint(const QString& hint, bool isError = false);
 
@@ -59,6 +60,8 @@ class SearchPage final : public QWidget {
   /// Null until it has been read.
   SharedCatalogue catalogue_;
   bool isReading_ = false;
+  /// Why the last reading failed; empty if it did not.
+  std::string failure_;
   /// What the user would enter for the present search.
   std::string timetable_, alerts_;
 };

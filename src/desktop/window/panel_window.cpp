@@ -52,6 +52,8 @@ constexpr int kVisibleHeader = 40;
 constexpr int kResizeMilliseconds = 220;
 constexpr int kAgingMilliseconds = 60'000;
 constexpr int kSavingMilliseconds = 1000;
+// A window manager may report a width late that the program has asked for.
+constexpr int kSettlingMilliseconds = 1000;
 
 ui::TextSizeCategory textSizeNow() { return platform().interfaceSettings().textSizeCategory(); }
 
@@ -104,6 +106,10 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
   saving_->setSingleShot(true);
   saving_->setInterval(kSavingMilliseconds);
   connect(saving_, &QTimer::timeout, this, [this] { savePlace(); });
+  settling_ = new QTimer(this);
+  settling_->setSingleShot(true);
+  settling_->setInterval(kSettlingMilliseconds);
+  connect(settling_, &QTimer::timeout, this, [this] { fittedWidths_ = {width()}; });
   placeholder_->setFixedHeight(static_cast<int>(compactHeightAt(textSizeNow())));
   setHeaderTextSize(textSizeNow());
   fitFrame();
@@ -421,10 +427,24 @@ PanelHost::Limits PanelWindow::limitsNow() const { return limitsFor(textSizeNow(
 
 void PanelWindow::fitWidth(ui::TextSizeCategory textSize) {
   const int edges = width() - cardWidth();
+  const int fitted = cardWidthAt(textSize) + edges;
+  const int most = mostCardWidthAt(textSize) + edges;
+  // A wider window shrinks to the most width at first.
+  fittedWidths_.insert({width(), fitted, most});
   setMinimumWidth(kLeastWidth + edges);
-  setMaximumWidth(mostCardWidthAt(textSize) + edges);
-  fittedWidth_ = cardWidthAt(textSize) + edges;
-  resize(fittedWidth_, height());
+  setMaximumWidth(most);
+  resize(fitted, height());
+  settling_->start();
+}
+
+/// Moves the window as little as is needed for all of it to be on its screen.
+void PanelWindow::keepOnScreen() {
+  if (!placesWindows() || !isVisible()) return;
+  const QRect room = screen()->availableGeometry();
+  const QRect frame(frameGeometry().topLeft(), size() + frameGeometry().size() - geometry().size());
+  const QPoint corner(std::max(room.left(), std::min(frame.left(), room.right() - frame.width() + 1)),
+                      std::max(room.top(), std::min(frame.top(), room.bottom() - frame.height() + 1)));
+  if (corner != frame.topLeft()) move(corner);
 }
 
 void PanelWindow::screenDidChange() {
@@ -462,8 +482,8 @@ void PanelWindow::applyRowsHeight(double height) {
 void PanelWindow::fitCard() { applyRowsHeight(card_->heightForWidth(cardWidth())); }
 
 void PanelWindow::resizeEvent(QResizeEvent* event) {
-  if (width() != fittedWidth_) {
-    fittedWidth_ = width();
+  if (!fittedWidths_.contains(width())) {
+    fittedWidths_ = {width()};
     designWidth_ = cardWidth() / widthGrowth(textSizeNow());
     saving_->start();
   }
@@ -519,6 +539,7 @@ void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   fitWidth(category);
   setHeaderTextSize(category);
   fitRows(/*animated=*/widget_->isShown());
+  keepOnScreen();
 }
 
 // ---- Input ----

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 
 #include "desktop/window/hosted_widget.h"
 #include "desktop/window/panel_frame.h"
@@ -130,6 +131,7 @@ class PanelWindow final : public QWidget {
   void savePlace();
   void fitFrame();
   void fitWidth(ui::TextSizeCategory textSize);
+  void keepOnScreen();
 
   void appearOrDisappear();
   void screenDidChange();
@@ -162,8 +164,9 @@ class PanelWindow final : public QWidget {
   QTimer* saving_ = nullptr;
   /// The card's width at the default text size, as the user has chosen it.
   double designWidth_;
-  /// The window's width that the program has set. Another width is the user's choice.
-  int fittedWidth_ = 0;
+  /// The widths that the program has set lately. Another width is the user's choice.
+  std::set<int> fittedWidths_;
+  QTimer* settling_ = nullptr;
   /// Whether the running update was started by the user.
   bool isUserWaiting_ = false;
   bool isMetered_ = false;

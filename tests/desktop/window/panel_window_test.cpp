@@ -247,12 +247,14 @@ TEST_F(PanelTest, HandlesShortcuts) {
   EXPECT_EQ(note(), "A note");
   trigger(Qt::CTRL | Qt::Key_F);
   EXPECT_EQ(favoritesShown_, 1);
+  const int width = panel_->width();
   for (int i = 0; i < 20; ++i) trigger(Qt::CTRL | Qt::Key_Plus);
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::AX5);
   EXPECT_GT(rows().height(), 200) << "rows grow with the text";
   EXPECT_EQ(panel_->height(), rows().height() + 88) << "the header grows less";
   trigger(Qt::CTRL | Qt::Key_0);
   EXPECT_EQ(rows().height(), 110);
+  EXPECT_EQ(panel_->width(), width) << "it shrinks with the text";
   trigger(Qt::CTRL | Qt::Key_Minus);
   EXPECT_EQ(platform_->interfaceSettings().textSizeCategory(), ui::TextSizeCategory::M);
   EXPECT_EQ(rows().height(), 110) << "but do not shrink";
