@@ -32,7 +32,8 @@ std::string findingsText(const RiderTexts& texts, const std::string& done, const
   const RiderTexts::Phrase lines{texts("Lines", {findings.lineCount})};
   const RiderTexts::Phrase alerts{texts("AlertsNow", {findings.alertCount})};
   const RiderTexts::Phrase state{stateInWords(texts, findings.state, now)};
-  return texts("FeedFound", {RiderTexts::Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) + "\n";
+  return texts("FeedFound", {RiderTexts::Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) +
+         "\n";
 }
 
 }  // namespace linewatch::app
