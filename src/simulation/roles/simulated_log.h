@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/log.h"
+#include "shared/mutex.h"
 #include "simulation/world/backstage.h"
 
 namespace linewatch::simulation {
@@ -15,12 +16,13 @@ namespace linewatch::simulation {
 std::string withoutAddresses(std::string_view text);
 
 /// Records every line as "log", with its level ("debug" or "error") and its text. Private arguments are
-/// shown, addresses of objects are not.
+/// shown, addresses of objects are not. Lines may come from any thread, all else happens on the main thread.
 class SimulatedLog final : public Log {
  public:
   explicit SimulatedLog(SharedBackstage backstage) : backstage_(std::move(backstage)) {}
 
-  void write(const LogMessage& message) override {
+  void write(const LogMessage& message) override LINEWATCH_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
     if (!isEnabled(message.level)) return;
     if (listener_) listener_(message);
     backstage_->transcript->record("log", {{"level", message.level == LogLevel::error ? "error" : "debug"},
@@ -43,6 +45,8 @@ class SimulatedLog final : public Log {
   }
 
  private:
+  /// Held while a line is recorded.
+  Mutex mutex_;
   SharedBackstage backstage_;
   std::function<void(const LogMessage&)> listener_;
   std::set<LogLevel> disabled_;
