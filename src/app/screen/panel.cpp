@@ -444,7 +444,7 @@ desktop::SettingsServices Panel::settingsServices() {
       .file = settings.file().string()};
   if (settings.file().empty()) return services;
   services.set = [this, &settings](const Setting& setting, const std::string& text) {
-    const auto error = settings.set(setting, text);
+    auto error = settings.set(setting, text);
     if (!error) applySettings();
     return error;
   };

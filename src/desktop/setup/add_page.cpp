@@ -195,8 +195,7 @@ QString AddPage::inWords(const AddingProgress& progress) const {
   if (progress.lineCount) return (*texts_)("LinesFound", {std::uint64_t{*progress.lineCount}});
   if (progress.step == Step::readingTimetable || progress.step == Step::saving)
     return (*texts_)("ReadingTimetable");
-  const QString step =
-      (*texts_)(progress.step == Step::fetchingAlerts ? "FetchingAlerts" : "FetchingTimetable");
+  QString step = (*texts_)(progress.step == Step::fetchingAlerts ? "FetchingAlerts" : "FetchingTimetable");
   if (progress.bytes == 0) return step;
   const std::string come = texts_->dataSize(progress.bytes).toStdString();
   if (!progress.totalBytes) return (*texts_)("BytesCome", {step.toStdString(), come});

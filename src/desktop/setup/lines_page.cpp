@@ -45,7 +45,7 @@ LinesPage::LinesPage(SharedWindowTexts texts, const SetupServices& services,
 }
 
 QString LinesPage::findings(const FeedFindings& added) const {
-  const QString found =
+  QString found =
       (*texts_)("LinesAndAlerts", {std::uint64_t{added.lineCount}, std::uint64_t{added.alertCount}});
   if (!added.agencyFailure) return found;
   return found + QLatin1Char(' ') + (*texts_)("CopyServes", {sentenceOf(*added.agencyFailure)});

@@ -154,7 +154,7 @@ void LineChoiceWindow::showStops(const Outcome<LineStops>& stops) {
 void LineChoiceWindow::chooseDirection(std::optional<std::uint8_t> direction) {
   LineChoice choice = choice_;
   choice.direction = direction;
-  choose(std::move(choice));
+  choose(choice);
 }
 
 /// Nothing changes before the first stop has been chosen.
@@ -164,7 +164,7 @@ void LineChoiceWindow::chooseStops(Stops stops) {
   LineChoice choice = choice_;
   choice.stops = stops;
   choice.stopIds.clear();
-  choose(std::move(choice));
+  choose(choice);
 }
 
 void LineChoiceWindow::stopsDidChange() {
@@ -177,10 +177,10 @@ void LineChoiceWindow::stopsDidChange() {
   }
   choice.stops = choice.stopIds.empty() ? Stops::none : Stops::chosen;
   if (choice.stopIds.empty() && choice_.stops == Stops::all) return;
-  choose(std::move(choice));
+  choose(choice);
 }
 
-void LineChoiceWindow::choose(LineChoice choice) {
+void LineChoiceWindow::choose(const LineChoice& choice) {
   if (choice == choice_) return;
   choice_ = choice;
   chosen_(choice_);

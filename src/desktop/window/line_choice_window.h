@@ -37,7 +37,7 @@ class LineChoiceWindow final : public CompanionWindow {
   void chooseDirection(std::optional<std::uint8_t> direction);
   void chooseStops(LineChoice::Stops stops);
   void stopsDidChange();
-  void choose(LineChoice choice);
+  void choose(const LineChoice& choice);
 
   LineChoice choice_;
   Chosen chosen_;

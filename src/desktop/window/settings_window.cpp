@@ -188,7 +188,7 @@ QString SettingsWindow::nameOfChoice(const Setting& setting, const std::string& 
     return texts()(isMinutes ? "Minutes" : "Seconds",
                    {static_cast<std::uint64_t>(isMinutes ? seconds / 60 : seconds)});
   }
-  const QString tag = QString::fromStdString(text);
+  QString tag = QString::fromStdString(text);
   if (&setting != &kLanguageSetting) return tag;
   const QString name = QLocale(tag).nativeLanguageName();
   return name.isEmpty() ? tag : name;
