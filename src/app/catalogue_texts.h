@@ -14,7 +14,8 @@ namespace linewatch::app {
 /// The command that adds the hit.
 std::string addingCommand(const CatalogueHit& hit);
 
-/// What a rider should know of a hit, a line each, the provider first. `language`: for the country's name.
+/// The description of a hit for a rider, a line each, the provider first. The country's name is in
+/// `language`.
 std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& hit,
                                   const std::string& language);
 

@@ -175,7 +175,7 @@ struct CompletedWord {
 /// Prints what can stand for the last word of a command line that is being typed. Shells call it.
 struct CompleteCommand {
   enum class Names { none, lines, favorites, feeds };
-  /// What is typed of the word.
+  /// The typed beginning of the word.
   std::string start;
   std::vector<CompletedWord> words = {};
   /// The names that can stand there too.

@@ -12,7 +12,7 @@ namespace linewatch::app {
 /// A feed's state in one line.
 std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date now);
 
-/// What was done with the feed, with the numbers of its lines and alerts; then its state. Two lines.
+/// Two lines: the result, such as "Added metro", with the numbers of lines and alerts; and the state.
 std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,
                          Date now);
 

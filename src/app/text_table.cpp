@@ -63,7 +63,7 @@ std::string stackedRow(const TableRow& row, std::size_t firstColumn, const Termi
   const std::size_t below = style.columns < kNarrowestIndented ? 0 : kGap;
   const std::size_t indent = firstColumn == 0 ? 0 : isBeside ? firstColumn + kGap : below;
   std::string text;
-  // What is in the line already, in columns.
+  // The columns of the line that are used.
   std::size_t used = 0;
   for (const std::string& line : linesOf(row.front(), style.columns, style)) {
     if (row.front().text.empty()) break;

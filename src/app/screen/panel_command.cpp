@@ -86,7 +86,7 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
   return settings;
 }
 
-/// What a panel in another language takes over from the one before.
+/// The state that a panel in a new language takes over from the panel before.
 struct OpenWindows {
   /// Whether the panel ended because the user has chosen another language.
   bool areReplaced = false;

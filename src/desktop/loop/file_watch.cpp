@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 constexpr int kQuietMilliseconds = 100;
 constexpr int kMostFollowedLinks = 40;
 
-/// What tells a file from the one that was there before.
+/// The identity of a file: it differs after the file is replaced or written.
 using FileStamp = std::tuple<dev_t, ino_t, off_t, time_t, long, time_t, long>;
 
 /// Absent without a file.
