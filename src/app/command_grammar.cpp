@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -15,14 +16,18 @@ namespace linewatch::app {
 
 namespace {
 
-std::string textSizeNames() {
+/// "XS, S, M".
+std::string listed(std::span<const std::string_view> all) {
   std::string names;
-  for (const std::string_view name : ui::kTextSizeCategoryNames) {
+  for (const std::string_view name : all) {
     if (!names.empty()) names += ", ";
     names += name;
   }
   return names;
 }
+
+std::string textSizeNames() { return listed(ui::kTextSizeCategoryNames); }
+std::string statusFormatNames() { return listed(kStatusFormatNames); }
 
 /// The settings, for the help: a line for each, and its values.
 std::string settingsHelp() {
@@ -40,6 +45,7 @@ std::string settingsHelp() {
 CommandGrammar::CommandGrammar(CLI::App& app) {
   addPanel(app);
   addShow(app);
+  addStatus(app);
   addFavorites(app);
   addLines(app);
   addFeed(app);
@@ -111,6 +117,28 @@ void CommandGrammar::addShow(CLI::App& app) {
   sub->add_flag("--upcoming", show_.upcoming, "Print what begins within 7 days instead of the list");
   sub->add_flag("--json", show_.json, "Print feeds, lines, incidents and rows as a JSON object");
   sub->callback([this] { command_ = show_; });
+}
+
+void CommandGrammar::addStatus(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("status", "Print one line that says whether the lines run");
+  const std::string names = statusFormatNames();
+  const auto takeFormat = [this](const std::string& name) {
+    const auto* const found = std::ranges::find(kStatusFormatNames, name);
+    if (found == kStatusFormatNames.end()) return false;
+    status_.format = static_cast<StatusFormat>(found - kStatusFormatNames.begin());
+    return true;
+  };
+  addChecked(*sub, "--format", takeFormat, "What reads it: " + names + "; usually plain", "none of " + names)
+      ->type_name("FORMAT");
+  sub->add_flag("--watch", status_.watches,
+                "Go on, and print the line again when it changes; SIGUSR1 makes it ask at once");
+  sub->callback([this] {
+    if (status_.watches && !isStream(status_.format))
+      throw CLI::ValidationError("--watch",
+                                 std::string(kStatusFormatNames[static_cast<std::size_t>(status_.format)]) +
+                                     " runs the command again at an interval of its own");
+    command_ = status_;
+  });
 }
 
 void CommandGrammar::addLineChoice(CLI::App& adding) {

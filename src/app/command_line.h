@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/report.h"
+#include "app/status_formats.h"
 #include "localization/user_locale.h"
 #include "shared/date.h"
 #include "shared/value.h"
@@ -65,6 +66,13 @@ struct ShowCommand {
   bool json = false;
   /// Print the incidents of the next days instead of the list.
   bool upcoming = false;
+};
+
+/// Prints a line for a status bar.
+struct StatusCommand {
+  StatusFormat format = StatusFormat::plain;
+  /// Go on, and print it again whenever it changes.
+  bool watches = false;
 };
 
 struct FavoritesCommand {
@@ -182,9 +190,9 @@ struct CompleteCommand {
   Names names = Names::none;
 };
 
-using Command =
-    std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand, AnalyticsCommand,
-                 SettingsCommand, OpenCommand, SimulateCommand, RenderCommand, CompleteCommand>;
+using Command = std::variant<PanelCommand, ShowCommand, StatusCommand, FavoritesCommand, LinesCommand,
+                             FeedCommand, AnalyticsCommand, SettingsCommand, OpenCommand, SimulateCommand,
+                             RenderCommand, CompleteCommand>;
 
 struct CommandLine {
   CommonOptions common;

@@ -47,6 +47,10 @@ class Dispatch {
     return inSession<Session::openWithFeeds>(
         [&](Session& session) { return show(session, command, options_, style_); });
   }
+  Report operator()(const StatusCommand& command) const {
+    const auto adjust = [&](desktop::DesktopSettings& settings) { settings.isTimeFrozen = !command.watches; };
+    return inSession([&](Session& session) { return status(session, command, options_); }, adjust);
+  }
   Report operator()(const FavoritesCommand& command) const {
     return inSession<Session::openWithFeeds>(
         [&](Session& session) { return favorites(session, command, style_); });
@@ -77,12 +81,12 @@ class Dispatch {
 
  private:
   template <auto open = Session::open, class Work>
-  Report inSession(Work work) const {
+  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
     // The application gets only the program's name, because Qt would remove its own options from the
     // arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = open(options_, {});
+    const auto session = open(options_, adjust);
     return session ? work(**session) : refused(session.error());
   }
 

@@ -187,7 +187,7 @@ bool DesktopPlatform::showsSampleCity() const { return isSampleCity(roles_->feed
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
 const UserFavorites& DesktopPlatform::favorites() const { return roles_->favorites; }
 RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
-Localization& DesktopPlatform::localization() { return roles_->localization; }
+IcuLocalization& DesktopPlatform::localization() { return roles_->localization; }
 IncidentStringProvider& DesktopPlatform::incidentStringProvider() { return roles_->incidentStringProvider; }
 KeyedArchiver& DesktopPlatform::keyedArchiver() { return roles_->keyedArchiver; }
 Compressor& DesktopPlatform::compressor() { return roles_->compressor; }

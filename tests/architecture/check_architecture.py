@@ -18,7 +18,9 @@ import sys
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
     "app/screen": ["app", "desktop/setup", "simulation/recording"],
-    "app": ["desktop", "simulation/scenario"],
+    "app": ["app/link", "desktop", "simulation/scenario"],
+    "app/link": ["shared"],
+    "app/sdbus": ["app/link"],
     "desktop/setup": ["desktop/window"],
     "desktop/window": ["desktop/drawing", "widget"],
     "desktop/drawing": ["desktop"],
@@ -66,6 +68,7 @@ POSIX = r"dlfcn\.h|fcntl\.h|poll\.h|spawn\.h|unistd\.h|sys/.*"
 # What a folder may use beyond the standard library; a folder that is not named: nothing. None: anything.
 LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "app": None,
+    "app/sdbus": r"systemd/sd-bus\.h",
     "app/screen": None,
     **{folder: None for folder in ARROWS if folder.startswith("desktop")},
     "companion": r"bzlib\.h",
