@@ -17,10 +17,11 @@ import sys
 
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
-    "app/screen": ["app", "desktop/setup", "simulation/recording"],
+    "app/screen": ["app", "desktop/presence", "desktop/setup", "simulation/recording"],
     "app": ["app/link", "desktop", "simulation/scenario"],
     "app/link": ["shared"],
     "app/sdbus": ["app/link"],
+    "desktop/presence": ["desktop/window"],
     "desktop/setup": ["desktop/window"],
     "desktop/window": ["desktop/drawing", "widget"],
     "desktop/drawing": ["desktop"],
