@@ -19,6 +19,7 @@ namespace {
 
 constexpr std::string_view kFailureTable = "failure";
 constexpr std::string_view kFeedTable = "feed";
+constexpr std::string_view kStatusTable = "status";
 constexpr std::string_view kTerminalTable = "terminal";
 constexpr std::string_view kWindowTable = "window";
 /// The list delimiter for locales without one in ICU.
@@ -124,6 +125,10 @@ std::string IcuLocalization::failureString(std::string_view key, std::string_vie
 
 std::string IcuLocalization::feedString(std::string_view key, std::string_view fallback) const {
   return lookUp(kFeedTable, key, fallback);
+}
+
+std::string IcuLocalization::statusString(std::string_view key, std::string_view fallback) const {
+  return lookUp(kStatusTable, key, fallback);
 }
 
 std::string IcuLocalization::terminalString(std::string_view key, std::string_view fallback) const {

@@ -32,6 +32,8 @@ class IcuLocalization final : public Localization {
   std::string failureString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "feed". Any thread.
   std::string feedString(std::string_view key, std::string_view fallback) const;
+  /// A text of the table "status". Any thread.
+  std::string statusString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "terminal". Any thread.
   std::string terminalString(std::string_view key, std::string_view fallback) const;
   /// A text of the table "window". Any thread.

@@ -10,7 +10,7 @@ namespace linewatch {
 struct TableText {
   /// For example "en" or "pt-PT".
   std::string_view language;
-  /// "failure", "feed", "kestrow", "terminal", "widget" or "window".
+  /// "failure", "feed", "kestrow", "status", "terminal", "widget" or "window".
   std::string_view table;
   std::string_view key;
   /// An ICU MessageFormat pattern, or plain text if it has no arguments.
