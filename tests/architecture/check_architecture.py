@@ -17,8 +17,9 @@ import sys
 
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
-    "app/screen": ["app", "desktop/setup", "simulation/recording"],
+    "app/screen": ["app", "desktop/presence", "desktop/setup", "simulation/recording"],
     "app": ["desktop", "simulation/scenario"],
+    "desktop/presence": ["desktop/window"],
     "desktop/setup": ["desktop/window"],
     "desktop/window": ["desktop/drawing", "widget"],
     "desktop/drawing": ["desktop"],

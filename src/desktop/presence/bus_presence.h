@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace linewatch::desktop {
+
+/// The news as the properties of the bus object; docs/bus.md describes them.
+struct BusNews {
+  std::string status = "unknown";
+  /// A few words for the rider.
+  std::string summary;
+  /// JSON.
+  std::string incidents = "[]";
+  std::string feeds = "[]";
+  std::string document = "{}";
+
+  bool operator==(const BusNews&) const = default;
+};
+
+/// What other programs can ask the panel for.
+struct BusRequests {
+  /// Shows the panel's window in front. With the token of the desktop it may take the focus; may be empty.
+  std::function<void(const std::string& activationToken)> show = {};
+  /// Fetches the news now.
+  std::function<void()> refresh = {};
+};
+
+/// The panel on the session bus: its name, which makes it the only panel of its saved state, and the object
+/// that other programs read and call. Without a bus nothing happens. Needs a QCoreApplication; main thread.
+class BusPresence {
+ public:
+  /// `name`: see busNameFor.
+  explicit BusPresence(std::string name);
+  /// Gives the name back.
+  ~BusPresence();
+  BusPresence(const BusPresence&) = delete;
+  BusPresence& operator=(const BusPresence&) = delete;
+
+  enum class Standing {
+    first,   // this process has the name
+    second,  // another panel has it
+    alone,   // there is no bus
+  };
+  /// Tries to get the name. Waits for the bus, but not for other programs.
+  Standing takeName();
+  /// Lets the panel that has the name show its window, and waits until it has. False if no panel answers in a
+  /// few seconds.
+  bool raiseOther(const std::string& activationToken);
+
+  /// Requests before the first call of this function show and refresh nothing.
+  void setRequests(BusRequests requests);
+  /// Emits PropertiesChanged for the properties that differ.
+  void setNews(BusNews news);
+
+ private:
+  class Object;
+
+  std::string name_;
+  std::unique_ptr<Object> object_;
+};
+
+/// The token with which the desktop lets a window of the program that it starts take the focus; empty without
+/// one. To be called before Qt reads the environment.
+std::string activationTokenOfStart();
+
+}  // namespace linewatch::desktop

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+class QDBusConnection;
+
+namespace linewatch::desktop {
+
+/// Calls `changed` with whether the user's session is locked, as logind says it: soon, and after each change
+/// of the session's lock. Does not wait for logind; without it, `changed` is never called. Ends with `owner`.
+/// Needs a QCoreApplication; main thread.
+void watchLock(const QDBusConnection& bus, QObject& owner, std::function<void(bool isLocked)> changed);
+
+/// The same on the system bus. Connecting takes a moment, so call this when the window is on screen.
+void watchLock(QObject& owner, std::function<void(bool isLocked)> changed);
+
+}  // namespace linewatch::desktop
