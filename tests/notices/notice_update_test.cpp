@@ -217,7 +217,9 @@ class RandomHistory {
     const bool mayTell = subscription.hours.contains(now_) && !rules_.quietHours->contains(now_);
     const bool mustTell = !isFirst && mayTell && (hasNews || known.ended);
     EXPECT_EQ(told != nullptr, mustTell) << "line " << line.name << " at " << secondsOf(now_.date);
-    if (told) EXPECT_EQ(told->incidents.empty(), !hasNews);
+    if (told) {
+      EXPECT_EQ(told->incidents.empty(), !hasNews);
+    }
     if (!isFirst && !mustTell) return;
     known.ended.reset();
     for (const IncidentNews& news : line.incidents) {

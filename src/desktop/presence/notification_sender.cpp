@@ -51,7 +51,7 @@ class NotificationSender::Server final : public QObject {
   void askCapabilities();
   void notify(const Notification& notification);
   void close(const std::string& tag);
-  template <class Answer, class Done>
+  template <class Reply, class Done>
   void call(const QDBusMessage& message, Done done);
   void logMissingServer(const QString& why);
 
@@ -135,13 +135,13 @@ void NotificationSender::Server::sendNext() {
 }
 
 /// Calls `done` with the answer, also if it is an error, and then goes on with what is waiting.
-template <class Answer, class Done>
+template <class Reply, class Done>
 void NotificationSender::Server::call(const QDBusMessage& message, Done done) {
   isCalling_ = true;
   auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
   connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, done = std::move(done)] {
     answer->deleteLater();
-    const QDBusPendingReply<Answer> reply = *answer;
+    const Reply reply = *answer;
     isCalling_ = false;
     done(reply);
     sendNext();
@@ -150,15 +150,15 @@ void NotificationSender::Server::call(const QDBusMessage& message, Done done) {
 
 void NotificationSender::Server::askCapabilities() {
   listenToSignals();
-  call<QStringList>(notificationCall(QStringLiteral("GetCapabilities")),
-                    [this](const QDBusPendingReply<QStringList>& reply) {
-                      if (!reply.isError()) {
-                        capabilities_ = reply.value();
-                        return;
-                      }
-                      logMissingServer(reply.error().message());
-                      waiting_.clear();
-                    });
+  call<QDBusPendingReply<QStringList>>(notificationCall(QStringLiteral("GetCapabilities")),
+                                       [this](const QDBusPendingReply<QStringList>& reply) {
+                                         if (!reply.isError()) {
+                                           capabilities_ = reply.value();
+                                           return;
+                                         }
+                                         logMissingServer(reply.error().message());
+                                         waiting_.clear();
+                                       });
 }
 
 void NotificationSender::Server::notify(const Notification& notification) {
@@ -169,10 +169,11 @@ void NotificationSender::Server::notify(const Notification& notification) {
           << QStringLiteral("org.linewatch.LineWatch") << QString::fromStdString(notification.title)
           << bodyOf(notification) << actionsOf(notification) << hintsOf(notification)
           << (staysShown ? kNoTimeout : kUsualTimeout);
-  call<uint>(message, [this, tag = notification.tag](const QDBusPendingReply<uint>& reply) {
-    if (reply.isError()) return logMissingServer(reply.error().message());
-    ids_[tag] = reply.value();
-  });
+  call<QDBusPendingReply<uint>>(message,
+                                [this, tag = notification.tag](const QDBusPendingReply<uint>& reply) {
+                                  if (reply.isError()) return logMissingServer(reply.error().message());
+                                  ids_[tag] = reply.value();
+                                });
 }
 
 void NotificationSender::Server::close(const std::string& tag) {
@@ -182,7 +183,7 @@ void NotificationSender::Server::close(const std::string& tag) {
   message << shown->second;
   ids_.erase(shown);
   // The server answers with an error if the user has closed it in the meantime.
-  call<>(message, [](const QDBusPendingReply<>&) {});
+  call<QDBusPendingReply<>>(message, [](const QDBusPendingReply<>&) {});
 }
 
 void NotificationSender::Server::logMissingServer(const QString& why) {

@@ -26,7 +26,7 @@ notices::Severity severityIn(StatusSeverity severity) {
   return notices::Severity::unknown;
 }
 
-notices::IncidentNews newsOf(const StatusIncident& incident) {
+notices::IncidentNews incidentIn(const StatusIncident& incident) {
   return {.muid = incident.muid,
           .title = incident.title.empty() ? incident.summary : incident.title,
           .summary = incident.title.empty() ? std::string() : incident.summary,
@@ -45,7 +45,7 @@ std::vector<notices::LineNews> newsOf(std::span<const notices::Subscription> sub
     if (line == status.lines.end()) continue;
     notices::LineNews known{.line = subscription.line, .name = line->name, .isKnown = true, .incidents = {}};
     for (const std::size_t index : line->incidents)
-      known.incidents.push_back(newsOf(status.incidents.at(index)));
+      known.incidents.push_back(incidentIn(status.incidents.at(index)));
     news.push_back(std::move(known));
   }
   return news;
