@@ -51,6 +51,8 @@ CommandGrammar::CommandGrammar(CLI::App& app) {
   addFeed(app);
   addAnalytics(app);
   addSettings(app);
+  addNotify(app);
+  addMute(app);
   addOpen(app);
   addRender(app);
   addSimulate(app);
@@ -271,6 +273,30 @@ void CommandGrammar::addSettings(CLI::App& app) {
   sub->add_flag("--json", settings_.json, "Print them as a JSON object");
   sub->footer(settingsHelp() + "\n" + sub->get_footer());
   sub->callback([this] { command_ = settings_; });
+}
+
+void CommandGrammar::addNotify(CLI::App& app) {
+  CLI::App* const sub =
+      app.add_subcommand("notify", "Choose which lines the panel notifies you of, and when");
+  CLI::Option* const line =
+      sub->add_option("LINE", notify_.line, "A favourite; without it all are listed")->type_name("");
+  sub->add_option("WHEN", notify_.when, "on, off, or hours such as \"weekdays 7 to 9, 17 to 19\"")
+      ->type_name("");
+  sub->add_option("--from", notify_.from, "The least severity; incidents without one are always told")
+      ->check(CLI::IsMember({"info", "warning", "severe"}))
+      ->type_name("info|warning|severe")
+      ->needs(line);
+  sub->callback([this] { command_ = notify_; });
+}
+
+void CommandGrammar::addMute(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("mute", "Silence the notifications of a line or an incident");
+  sub->add_option("LINE|INCIDENT", mute_.subject, "A favourite, or words from the title of an incident")
+      ->required()
+      ->type_name("");
+  sub->add_option("FOR", mute_.duration, "A time from 1m to 30d such as 90m, 2h or 1d, or off; usually 24h")
+      ->type_name("");
+  sub->callback([this] { command_ = mute_; });
 }
 
 void CommandGrammar::addOpen(CLI::App& app) {

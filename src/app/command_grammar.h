@@ -38,6 +38,8 @@ class CommandGrammar {
   void addFeed(CLI::App& app);
   void addAnalytics(CLI::App& app);
   void addSettings(CLI::App& app);
+  void addNotify(CLI::App& app);
+  void addMute(CLI::App& app);
   void addOpen(CLI::App& app);
   void addRender(CLI::App& app);
   void addSimulate(CLI::App& app);
@@ -51,6 +53,8 @@ class CommandGrammar {
   FeedCommand feed_;
   AnalyticsCommand analytics_;
   SettingsCommand settings_;
+  NotifyCommand notify_;
+  MuteCommand mute_;
   OpenCommand open_;
   RenderCommand render_;
   SimulateCommand simulate_;

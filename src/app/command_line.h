@@ -128,6 +128,24 @@ struct SettingsCommand {
   bool json = false;
 };
 
+/// Lists the lines with notifications, or changes those of one.
+struct NotifyCommand {
+  /// Empty: list all.
+  std::string line;
+  /// "on", "off" or the words of hours; empty: as they are, or always for a line without notifications.
+  std::vector<std::string> when = {};
+  /// The least severity: "info", "warning" or "severe"; absent: as it is.
+  std::optional<std::string> from = {};
+};
+
+/// Silences the notifications of a line or an incident for a while.
+struct MuteCommand {
+  /// A line, or words from the title of an incident that was notified.
+  std::string subject;
+  /// "off", or a time such as "2h".
+  std::string duration = "24h";
+};
+
 struct OpenCommand {
   std::string file;
 };
@@ -193,8 +211,8 @@ struct CompleteCommand {
 };
 
 using Command = std::variant<PanelCommand, ShowCommand, StatusCommand, FavoritesCommand, LinesCommand,
-                             FeedCommand, AnalyticsCommand, SettingsCommand, OpenCommand, SimulateCommand,
-                             RenderCommand, CompleteCommand>;
+                             FeedCommand, AnalyticsCommand, SettingsCommand, NotifyCommand, MuteCommand,
+                             OpenCommand, SimulateCommand, RenderCommand, CompleteCommand>;
 
 struct CommandLine {
   CommonOptions common;

@@ -25,7 +25,10 @@ Report favorites(Session& session, const FavoritesCommand& command, const Termin
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style);
 Report analytics(Session& session, const AnalyticsCommand& command, const TerminalStyle& style);
-Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style);
+Report settings(Session& session, const SettingsCommand& command, const CommonOptions& options,
+                const TerminalStyle& style);
+Report notify(Session& session, const NotifyCommand& command, const TerminalStyle& style);
+Report mute(Session& session, const MuteCommand& command);
 Report open(Session& session, const OpenCommand& command);
 Report complete(Session& session, const CompleteCommand& command);
 /// Needs no session, because a scenario makes its own platform.

@@ -22,7 +22,7 @@ struct NamedWord {
 constexpr NamedWord kNamedWords[] = {
     {"favorites add", Names::lines},      {"favorites remove", Names::favorites},
     {"favorites move", Names::favorites}, {"feed key", Names::feeds},
-    {"feed remove", Names::feeds},
+    {"feed remove", Names::feeds},        {"mute", Names::favorites},
 };
 
 /// A command line up to the word that is completed.
@@ -95,6 +95,12 @@ void addSettingWords(const Typed& typed, std::vector<CompletedWord>& words) {
   }
 }
 
+void addNotifyWords(const Typed& typed, CompleteCommand& completion) {
+  if (typed.values.empty()) completion.names = Names::favorites;
+  if (typed.values.size() == 1)
+    completion.words.insert(completion.words.end(), {{"on", "always"}, {"off", ""}, {"weekdays", ""}});
+}
+
 void addOptionValues(const CLI::Option& option, std::vector<CompletedWord>& words) {
   if (option.check_lname("text-size")) {
     for (const std::string_view name : ui::kTextSizeCategoryNames) words.push_back({std::string(name), ""});
@@ -102,6 +108,8 @@ void addOptionValues(const CLI::Option& option, std::vector<CompletedWord>& word
     for (const std::string_view name : kStatusFormatNames) words.push_back({std::string(name), ""});
   } else if (option.check_lname("direction")) {
     words.insert(words.end(), {{"0", ""}, {"1", ""}, {"both", ""}});
+  } else if (option.check_lname("from")) {
+    words.insert(words.end(), {{"info", ""}, {"warning", ""}, {"severe", ""}});
   }
 }
 
@@ -119,6 +127,7 @@ CompleteCommand completionOf(const CLI::App& app, const std::vector<std::string>
   } else {
     addCommands(*typed.command, found);
     if (typed.name == "settings") addSettingWords(typed, found);
+    if (typed.name == "notify") addNotifyWords(typed, completion);
     const auto* const named = std::ranges::find(kNamedWords, typed.name, &NamedWord::command);
     if (named != std::end(kNamedWords)) completion.names = named->names;
   }

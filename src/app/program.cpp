@@ -66,7 +66,14 @@ class Dispatch {
     return inSession([&](Session& session) { return analytics(session, command, style_); });
   }
   Report operator()(const SettingsCommand& command) const {
-    return inSession([&](Session& session) { return settings(session, command, style_); });
+    return inSession([&](Session& session) { return settings(session, command, options_, style_); });
+  }
+  Report operator()(const NotifyCommand& command) const {
+    return inSession<Session::openWithFeeds>(
+        [&](Session& session) { return notify(session, command, style_); });
+  }
+  Report operator()(const MuteCommand& command) const {
+    return inSession<Session::openWithFeeds>([&](Session& session) { return mute(session, command); });
   }
   Report operator()(const CompleteCommand& command) const {
     return inSession([&](Session& session) { return complete(session, command); });

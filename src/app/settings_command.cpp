@@ -5,11 +5,13 @@
 #include <utility>
 #include <vector>
 
+#include "app/autostart.h"
 #include "app/commands.h"
 #include "app/rider_texts.h"
 #include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "settings/user_settings.h"
+#include "shared/environment.h"
 #include "shared/failure.h"
 #include "shared/value.h"
 #include "wire/json_text.h"
@@ -93,7 +95,8 @@ Report unknownSetting(const std::string& key) {
 
 }  // namespace
 
-Report settings(Session& session, const SettingsCommand& command, const TerminalStyle& style) {
+Report settings(Session& session, const SettingsCommand& command, const CommonOptions& options,
+                const TerminalStyle& style) {
   UserSettings& settings = session.platform().settings();
   const RiderTexts& texts = session.texts();
   const Setting* const setting = settingWithKey(command.key);
@@ -105,6 +108,10 @@ Report settings(Session& session, const SettingsCommand& command, const Terminal
   const auto error =
       command.unsets ? settings.unset(*setting) : settings.set(*setting, usualText(*setting, *command.value));
   if (error) return refused(*error);
+  if (setting == &kAutostartSetting) {
+    const Autostart autostart(processEnvironment, options.stateDir);
+    if (const auto failed = autostart.apply(settings.values().startsAtLogin)) return refused(*failed);
+  }
   if (command.json) return printSettings(settings, setting, true, texts, style);
   const std::string text = settings.find(*setting).text;
   return Report::of(texts(command.unsets ? "SettingIsDefault" : "SettingIs",

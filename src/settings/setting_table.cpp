@@ -5,9 +5,11 @@
 #include <charconv>
 #include <cstdint>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "notices/weekly_hours.h"
 #include "shared/failure.h"
 #include "shared/nearest_name.h"
 #include "shared/shell_words.h"
@@ -17,6 +19,7 @@ namespace linewatch {
 namespace {
 
 constexpr std::array<std::string_view, 3> kAppearances = {"auto", "light", "dark"};
+constexpr std::array<std::string_view, 4> kTrayChoices = {"ask", "keep", "quit", "off"};
 constexpr std::array<std::string_view, 2> kToggles = {"true", "false"};
 
 /// Puts the value into its member unless it is absent.
@@ -42,10 +45,13 @@ bool takeTextSize(const std::string& text, Settings& settings) {
   return put(ui::textSizeCategoryNamed(text), settings.textSize);
 }
 
-bool takeAppearance(const std::string& text, Settings& settings) {
-  const auto* const found = std::ranges::find(kAppearances, text);
-  if (found == kAppearances.end()) return false;
-  settings.appearance = static_cast<AppearanceChoice>(found - kAppearances.begin());
+/// `choices` are the names of the enumeration's values, in their order.
+template <auto& choices, auto member>
+bool takeChoice(const std::string& text, Settings& settings) {
+  const auto* const found = std::ranges::find(choices, text);
+  if (found == choices.end()) return false;
+  using Choice = std::remove_reference_t<decltype(settings.*member)>;
+  settings.*member = static_cast<Choice>(found - choices.begin());
   return true;
 }
 
@@ -60,6 +66,15 @@ bool takeCompanion(const std::string& text, Settings& settings) {
   return true;
 }
 
+bool takeQuietHours(const std::string& text, Settings& settings) {
+  settings.quietHours.reset();
+  if (text.empty()) return true;
+  auto hours = notices::WeeklyHours::parse(text);
+  if (!hours) return false;
+  settings.quietHours = *std::move(hours);
+  return true;
+}
+
 bool takeCatalogue(const std::string& text, Settings& settings) {
   settings.catalogue = text;
   return !text.empty();
@@ -67,7 +82,7 @@ bool takeCatalogue(const std::string& text, Settings& settings) {
 
 using Kind = Setting::Kind;
 
-constexpr std::array<Setting, 9> kTable{{
+constexpr std::array<Setting, 12> kTable{{
     {"language",
      Kind::text,
      {},
@@ -79,7 +94,7 @@ constexpr std::array<Setting, 9> kTable{{
      "one of XS, S, M, L, XL, XXL, XXXL, AX1, AX2, AX3, AX4, AX5", "L", "Text size of the panel",
      takeTextSize},
     {"appearance", Kind::choice, kAppearances, "one of auto, light, dark", "auto",
-     "Light or dark; auto: the same as the desktop", takeAppearance},
+     "Light or dark; auto: the same as the desktop", takeChoice<kAppearances, &Settings::appearance>},
     {"refresh",
      Kind::text,
      {},
@@ -108,6 +123,18 @@ constexpr std::array<Setting, 9> kTable{{
      kPublicCatalogue,
      "The catalogue in which feeds are searched, a CSV file",
      takeCatalogue},
+    {"tray", Kind::choice, kTrayChoices, "one of ask, keep, quit, off", "ask",
+     "Whether a closed panel stays in the tray; off: no icon there",
+     takeChoice<kTrayChoices, &Settings::tray>},
+    {"quiet-hours",
+     Kind::text,
+     {},
+     "hours such as \"22 to 7\" or \"weekdays 22 to 7\", or nothing",
+     "",
+     "Hours without notifications; one summary ends them",
+     takeQuietHours},
+    {"autostart", Kind::toggle, kToggles, "true or false", "false",
+     "Whether the desktop starts the panel at login, in the tray", takeToggle<&Settings::startsAtLogin>},
 }};
 
 }  // namespace
@@ -116,6 +143,8 @@ const Setting& kLanguageSetting = kTable[0];
 const Setting& kTextSizeSetting = kTable[1];
 const Setting& kRefreshSetting = kTable[3];
 const Setting& kAnalyticsSetting = kTable[7];
+const Setting& kTraySetting = kTable[9];
+const Setting& kAutostartSetting = kTable[11];
 
 bool Setting::isAllowed(const std::string& text) const {
   Settings ignored;
@@ -125,6 +154,8 @@ bool Setting::isAllowed(const std::string& text) const {
 std::string Setting::refusal(const std::string& text) const {
   const auto words = shellWords(text);
   if (take == takeCompanion && !words) return sentenceOf(words.error());
+  const auto hours = notices::WeeklyHours::parse(text);
+  if (take == takeQuietHours && !hours) return sentenceOf(hours.error());
   return "\"" + text + "\" is not " + std::string(allowed);
 }
 
@@ -160,5 +191,7 @@ std::optional<Seconds> parseRefresh(std::string_view text) {
 }
 
 std::string_view nameOf(AppearanceChoice choice) { return kAppearances.at(static_cast<std::size_t>(choice)); }
+
+std::string_view nameOf(TrayChoice choice) { return kTrayChoices.at(static_cast<std::size_t>(choice)); }
 
 }  // namespace linewatch

@@ -40,6 +40,8 @@ extern const Setting& kLanguageSetting;
 extern const Setting& kTextSizeSetting;
 extern const Setting& kRefreshSetting;
 extern const Setting& kAnalyticsSetting;
+extern const Setting& kTraySetting;
+extern const Setting& kAutostartSetting;
 
 /// Null for an unknown key.
 const Setting* settingWithKey(std::string_view key);
@@ -54,5 +56,6 @@ std::string usualText(const Setting& setting, const std::string& text);
 std::optional<Seconds> parseRefresh(std::string_view text);
 
 std::string_view nameOf(AppearanceChoice choice);
+std::string_view nameOf(TrayChoice choice);
 
 }  // namespace linewatch

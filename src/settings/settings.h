@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "localization/user_locale.h"
+#include "notices/weekly_hours.h"
 #include "shared/date.h"
 #include "ui/text_style.h"
 
@@ -16,6 +17,14 @@ namespace linewatch {
 inline constexpr std::string_view kPublicCatalogue = "https://files.mobilitydatabase.org/feeds_v2.csv";
 
 enum class AppearanceChoice : std::uint8_t { automatic, light, dark };
+
+/// What the icon in the desktop's tray is for: whether the closed panel stays in it.
+enum class TrayChoice : std::uint8_t {
+  ask,   // the first time the panel is closed, the user is asked
+  keep,  // the panel stays in the tray
+  quit,  // the program ends
+  off,   // no icon
+};
 
 /// The user's settings. Without any choice of the user they are these.
 struct Settings {
@@ -33,6 +42,12 @@ struct Settings {
   bool recordsAnalytics = true;
   /// The catalogue of feeds: a file or a URL.
   std::string catalogue = std::string(kPublicCatalogue);
+
+  TrayChoice tray = TrayChoice::ask;
+  /// The hours without notifications; absent: none.
+  std::optional<notices::WeeklyHours> quietHours = {};
+  /// Whether the desktop starts the panel at login.
+  bool startsAtLogin = false;
 
   bool operator==(const Settings&) const = default;
 };

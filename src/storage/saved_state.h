@@ -10,6 +10,7 @@
 #include "storage/state_database.h"
 #include "storage/state_directories.h"
 #include "storage/stored_feeds.h"
+#include "storage/stored_notices.h"
 #include "storage/stored_preferences.h"
 
 namespace linewatch {
@@ -26,6 +27,7 @@ class SavedState {
   const std::shared_ptr<FeedCache>& feedCache() const { return feedCache_; }
   /// The user's own feeds.
   StoredFeeds feeds() const { return StoredFeeds(database_); }
+  StoredNotices notices() const { return StoredNotices(database_); }
   /// Whether the state cannot be read because another program holds it. Unlike other errors this one passes.
   /// Waits for the busy timeout. Any thread.
   bool isHeld() const;

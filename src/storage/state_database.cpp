@@ -8,7 +8,7 @@ namespace linewatch {
 namespace {
 
 // Released steps never change: a change of the tables is a new step after them.
-constexpr std::array<std::string_view, 3> kStateMigrations = {R"sql(
+constexpr std::array<std::string_view, 4> kStateMigrations = {R"sql(
   CREATE TABLE favorite (
     position INTEGER PRIMARY KEY,
     kind TEXT NOT NULL,
@@ -76,6 +76,45 @@ constexpr std::array<std::string_view, 3> kStateMigrations = {R"sql(
   INSERT INTO feed_part SELECT name, 'alerts', 0, 'location', '', alerts FROM feed WHERE alerts <> '';
   ALTER TABLE feed DROP COLUMN gtfs;
   ALTER TABLE feed DROP COLUMN alerts;
+)sql",
+                                                              R"sql(
+  CREATE TABLE subscription (
+    feed TEXT NOT NULL,
+    route TEXT NOT NULL,
+    hours TEXT NOT NULL,     -- e.g. always or weekdays 7 to 9
+    severity TEXT NOT NULL,  -- the least one
+    PRIMARY KEY (feed, route)
+  ) STRICT;
+  -- Of a line (feed and route) or of an incident (the other columns).
+  CREATE TABLE mute (
+    feed TEXT NOT NULL,
+    route TEXT NOT NULL,
+    muid INTEGER NOT NULL,
+    content INTEGER NOT NULL,
+    title TEXT NOT NULL,
+    until REAL NOT NULL,     -- seconds since 1970, as all times here
+    PRIMARY KEY (feed, route, muid)
+  ) STRICT;
+  -- What the user knows of a line with a subscription.
+  CREATE TABLE told_line (
+    feed TEXT NOT NULL,
+    route TEXT NOT NULL,
+    seen REAL NOT NULL,
+    clear REAL,
+    ended REAL,
+    withheld INTEGER NOT NULL,
+    PRIMARY KEY (feed, route)
+  ) STRICT;
+  CREATE TABLE told_news (
+    feed TEXT NOT NULL,
+    route TEXT NOT NULL,
+    position INTEGER NOT NULL,
+    content INTEGER NOT NULL,
+    muid INTEGER NOT NULL,
+    title TEXT NOT NULL,
+    gone REAL,
+    PRIMARY KEY (feed, route, position)
+  ) STRICT;
 )sql"};
 
 constexpr std::array<std::string_view, 4> kCacheMigrations = {R"sql(

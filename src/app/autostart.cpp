@@ -1,0 +1,70 @@
+#include "app/autostart.h"
+
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "shared/failure.h"
+#include "shared/file_contents.h"
+#include "shared/installation.h"
+
+namespace linewatch::app {
+
+namespace {
+
+/// Marks the entries that this program may change.
+constexpr std::string_view kMark = "X-LineWatch-Setting=autostart";
+
+std::filesystem::path autostartFolder(const Environment& environment) {
+  const std::filesystem::path configuration = valueOf(environment, "XDG_CONFIG_HOME");
+  if (configuration.is_absolute()) return configuration / "autostart";
+  const std::filesystem::path home = valueOf(environment, "HOME");
+  return home.is_absolute() ? home / ".config" / "autostart" : std::filesystem::path();
+}
+
+/// An argument of an entry's Exec key. The string rules of entries and the quoting rules of Exec both apply.
+std::string execArgument(const std::string& argument) {
+  std::string quoted = "\"";
+  for (const char c : argument) {
+    if (c == '\\') quoted += "\\\\\\";
+    if (c == '"' || c == '`' || c == '$') quoted += "\\\\";
+    if (c == '%') quoted += '%';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+}  // namespace
+
+Autostart::Autostart(const Environment& environment, std::optional<std::string> stateFolder)
+    : stateFolder_(std::move(stateFolder)) {
+  const std::filesystem::path folder = autostartFolder(environment);
+  if (!folder.empty()) file_ = folder / "org.linewatch.LineWatch.desktop";
+}
+
+std::string Autostart::entry() const {
+  std::string command = execArgument((installationRoot() / "bin" / "linewatch").string()) + " panel --hidden";
+  if (stateFolder_)
+    command += " --state-dir " + execArgument(std::filesystem::absolute(*stateFolder_).string());
+  return "[Desktop Entry]\nType=Application\nName=LineWatch\nIcon=org.linewatch.LineWatch\nExec=" + command +
+         "\nTerminal=false\nX-GNOME-Autostart-enabled=true\n" + std::string(kMark) + "\n";
+}
+
+std::optional<Error> Autostart::apply(bool isOn) const {
+  if (file_.empty())
+    return isOn ? std::optional(failure("autostart", "", "neither XDG_CONFIG_HOME nor HOME names a folder"))
+                : std::nullopt;
+  const auto present = contentsOf(file_);
+  const bool isOwn = present && present->find(kMark) != std::string::npos;
+  if (!isOn) {
+    std::error_code error;
+    if (isOwn && !std::filesystem::remove(file_, error) && error)
+      return failure(failureCodeOf(error), file_.string(), "", error.message());
+    return std::nullopt;
+  }
+  if (present && (!isOwn || *present == entry())) return std::nullopt;
+  if (auto error = makeFolders(file_.parent_path())) return error;
+  return writeWhole(file_, entry());
+}
+
+}  // namespace linewatch::app

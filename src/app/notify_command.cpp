@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "app/commands.h"
+#include "app/favorite_lines.h"
+#include "app/text_table.h"
+#include "machine/terminal_line.h"
+#include "notices/notice_rules.h"
+#include "shared/failure.h"
+
+namespace linewatch::app {
+
+namespace {
+
+using notices::LineKey;
+using notices::Mute;
+using notices::MutedIncident;
+using notices::Subscription;
+
+constexpr std::array<std::string_view, 3> kSeverityWords = {"info", "warning", "severe"};
+
+LineKey keyOf(const StoredFavorite& favorite) { return {favorite.feed, favorite.subject}; }
+
+std::string nameOf(const FavoriteLine& favorite) {
+  return favorite.line ? favorite.line->name() : favorite.favorite.subject;
+}
+
+/// A favourite by its line's name, its route id, or FEED:ROUTE_ID.
+Outcome<FavoriteLine> favoriteCalled(Session& session, const std::string& name) {
+  const auto favorites = favoriteLines(session);
+  if (!favorites) return favorites.error();
+  const auto isCalled = [&name](const FavoriteLine& line) {
+    const StoredFavorite& favorite = line.favorite;
+    return favorite.subject == name || favorite.feed + ":" + favorite.subject == name;
+  };
+  auto found = std::ranges::find_if(*favorites, isCalled);
+  if (found == favorites->end()) {
+    std::vector<FavoriteLine> named;
+    std::ranges::copy_if(*favorites, std::back_inserter(named),
+                         [&name](const FavoriteLine& line) { return nameOf(line) == name; });
+    if (named.size() == 1) return named.front();
+    return failure(named.empty() ? FailureCode::notFound : FailureCode::invalid, "line \"" + name + "\"", "",
+                   named.empty() ? "it is no favourite; linewatch favorites lists them"
+                                 : "several favourites have this name; say FEED:ROUTE_ID");
+  }
+  return *found;
+}
+
+/// Null when the line has no notifications.
+const Subscription* subscriptionOf(const LineKey& line, const notices::NoticeRules& rules) {
+  const auto found = std::ranges::find(rules.subscriptions, line, &Subscription::line);
+  return found == rules.subscriptions.end() ? nullptr : &*found;
+}
+
+/// As the command line takes it: "weekdays 7 to 9 --from severe".
+std::string inWords(const Subscription& subscription) {
+  std::string words = subscription.hours.text();
+  if (subscription.from != notices::Severity::info)
+    words += " --from " + std::string(kSeverityWords.at(static_cast<std::size_t>(subscription.from)));
+  return words;
+}
+
+Outcome<StoredNotices> storedNotices(Session& session) {
+  SavedState* const saved = session.platform().saved();
+  if (saved) return saved->notices();
+  return failure(FailureCode::invalid, "notifications", "", "a run without saved state has none");
+}
+
+// ---- The list ----
+
+/// The end of a mute that is in force; absent when nothing is muted.
+std::string muteInWords(const LineKey& line, const notices::NoticeRules& rules, Date now,
+                        const RiderTexts& texts) {
+  for (const Mute& mute : rules.mutes) {
+    const auto* const muted = std::get_if<LineKey>(&mute.subject);
+    if (muted && *muted == line && now < mute.until)
+      return texts("MutedUntil", {texts.dateAndTime(mute.until, now)});
+  }
+  return {};
+}
+
+void addMutedIncidents(const notices::NoticeRules& rules, Date now, const RiderTexts& texts,
+                       std::vector<std::vector<TableCell>>& rows) {
+  std::set<std::uint64_t> listed;
+  for (const Mute& mute : rules.mutes) {
+    const auto* const incident = std::get_if<MutedIncident>(&mute.subject);
+    if (!incident || mute.until <= now || !listed.insert(incident->content).second) continue;
+    rows.push_back({{.text = terminalLine(incident->title)},
+                    {.text = texts("MutedUntil", {texts.dateAndTime(mute.until, now)}), .isFaint = true},
+                    {}});
+  }
+}
+
+Report listNotifications(Session& session, const notices::NoticeRules& rules, const TerminalStyle& style) {
+  const auto favorites = favoriteLines(session);
+  if (!favorites) return refused(favorites.error());
+  const Date now = session.platform().mainLoop().now();
+  const RiderTexts& texts = session.texts();
+  std::vector<std::vector<TableCell>> rows;
+  for (const Subscription& subscription : rules.subscriptions) {
+    const auto favorite = std::ranges::find_if(
+        *favorites, [&](const FavoriteLine& line) { return keyOf(line.favorite) == subscription.line; });
+    // The subscription of a line that is no favourite waits until the line is one again.
+    if (favorite == favorites->end()) continue;
+    rows.push_back({{.text = terminalLine(nameOf(*favorite))},
+                    {.text = inWords(subscription)},
+                    {.text = muteInWords(subscription.line, rules, now, texts), .isFaint = true}});
+  }
+  if (rows.empty()) return Report::of(texts("NoNotifications", {"linewatch notify LINE on"}) + "\n");
+  addMutedIncidents(rules, now, texts, rows);
+  return Report::of(textTable(rows, style));
+}
+
+// ---- Changes ----
+
+/// The subscription that the words ask for. Without words the hours stay as they are.
+Outcome<Subscription> subscriptionIn(const NotifyCommand& command, const LineKey& line,
+                                     const Subscription* before) {
+  Subscription wanted = before ? *before : Subscription{.line = line, .hours = {}};
+  std::string words;
+  for (const std::string& word : command.when) words += (words.empty() ? "" : " ") + word;
+  if (!words.empty()) {
+    auto hours = notices::WeeklyHours::parse(words == "on" ? "always" : words);
+    if (!hours) return hours.error();
+    wanted.hours = *std::move(hours);
+  }
+  if (command.from)
+    wanted.from = static_cast<notices::Severity>(std::ranges::find(kSeverityWords, *command.from) -
+                                                 kSeverityWords.begin());
+  return wanted;
+}
+
+Report changeNotifications(Session& session, StoredNotices stored, const notices::NoticeRules& rules,
+                           const NotifyCommand& command) {
+  const auto favorite = favoriteCalled(session, command.line);
+  if (!favorite) return refused(favorite.error());
+  const LineKey line = keyOf(favorite->favorite);
+  const std::string name = nameOf(*favorite);
+  const Subscription* const before = subscriptionOf(line, rules);
+  const RiderTexts& texts = session.texts();
+  const bool isOff = command.when == std::vector<std::string>{"off"};
+  const bool isQuestion = command.when.empty() && !command.from;
+  if (isOff) {
+    const auto removed = stored.unsubscribe(line);
+    if (!removed) return refused(removed.error());
+  }
+  if (isOff || (isQuestion && !before)) return Report::of(texts("NotificationsOff", {name}) + "\n");
+  const auto wanted = subscriptionIn(command, line, before);
+  if (!wanted) return refused(wanted.error());
+  if (!isQuestion) {
+    const auto changed = stored.subscribe(*wanted);
+    if (!changed) return refused(changed.error());
+  }
+  return Report::of(texts("NotificationsOn", {name, inWords(*wanted)}) + "\n");
+}
+
+/// Seconds of "90m", "2h" or "1d", from a minute to 30 days; absent for anything else.
+std::optional<Seconds> parseMuteTime(std::string_view text) {
+  constexpr std::pair<char, double> kUnits[] = {{'m', 60}, {'h', 3600}, {'d', 86400}};
+  const auto* const unit =
+      std::ranges::find(kUnits, text.empty() ? ' ' : text.back(), &std::pair<char, double>::first);
+  if (unit == std::end(kUnits)) return std::nullopt;
+  std::uint32_t count = 0;
+  const char* const end = text.data() + text.size() - 1;
+  const auto [stop, trouble] = std::from_chars(text.data(), end, count);
+  const Seconds time{static_cast<double>(count) * unit->second};
+  const bool isAllowed = time >= Seconds(60) && time <= Seconds(30.0 * 86400);
+  return trouble == std::errc() && stop == end && isAllowed ? std::optional(time) : std::nullopt;
+}
+
+std::string lowercase(std::string text) {
+  for (char& c : text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return text;
+}
+
+/// The incidents that were told and have the words in their title.
+std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state, const std::string& words) {
+  std::vector<MutedIncident> found;
+  for (const auto& [line, known] : state) {
+    for (const notices::ToldNews& told : known.told) {
+      const bool isNew = std::ranges::find(found, told.content, &MutedIncident::content) == found.end();
+      if (isNew && lowercase(told.title).find(lowercase(words)) != std::string::npos)
+        found.push_back({told.muid, told.content, told.title});
+    }
+  }
+  return found;
+}
+
+/// What to mute, and what to call it.
+struct Muted {
+  std::variant<LineKey, MutedIncident> subject;
+  std::string name;
+};
+
+Outcome<Muted> subjectCalled(Session& session, const StoredNotices& stored, const std::string& words) {
+  const auto favorite = favoriteCalled(session, words);
+  if (favorite) return Muted{keyOf(favorite->favorite), nameOf(*favorite)};
+  const auto state = stored.state();
+  if (!state) return state.error();
+  const auto incidents = incidentsCalled(*state, words);
+  if (incidents.size() == 1) return Muted{incidents.front(), incidents.front().title};
+  return failure(incidents.empty() ? FailureCode::notFound : FailureCode::invalid, "\"" + words + "\"", "",
+                 incidents.empty() ? "neither a favourite nor an incident with notifications has this name"
+                                   : "several incidents have these words in their titles; say more of them");
+}
+
+}  // namespace
+
+Report notify(Session& session, const NotifyCommand& command, const TerminalStyle& style) {
+  auto stored = storedNotices(session);
+  if (!stored) return refused(stored.error());
+  const auto rules = stored->rules();
+  if (!rules) return refused(rules.error());
+  return command.line.empty() ? listNotifications(session, *rules, style)
+                              : changeNotifications(session, *stored, *rules, command);
+}
+
+Report mute(Session& session, const MuteCommand& command) {
+  auto stored = storedNotices(session);
+  if (!stored) return refused(stored.error());
+  const auto time = parseMuteTime(command.duration);
+  const bool isOff = command.duration == "off";
+  if (!time && !isOff)
+    return refused(
+        failure(FailureCode::invalid, "mute", "",
+                "\"" + command.duration + "\" is neither off nor a time from 1m to 30d such as 2h"));
+  const auto muted = subjectCalled(session, *stored, command.subject);
+  if (!muted) return refused(muted.error());
+  const Date now = session.platform().mainLoop().now();
+  const Mute change{.subject = muted->subject, .until = now + time.value_or(Seconds(0))};
+  const RiderTexts& texts = session.texts();
+  if (isOff) {
+    const auto removed = stored->unmute(change);
+    return removed ? Report::of(texts("NotMuted", {muted->name}) + "\n") : refused(removed.error());
+  }
+  if (const auto error = stored->mute(change, now)) return refused(*error);
+  return Report::of(texts("IsMutedUntil", {muted->name, texts.dateAndTime(change.until, now)}) + "\n");
+}
+
+}  // namespace linewatch::app

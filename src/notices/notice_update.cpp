@@ -1,0 +1,262 @@
+#include "notices/notice_update.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+namespace linewatch::notices {
+
+namespace {
+
+constexpr std::string_view kSummaryTag = "summary";
+/// How exact `LineState::seen` is, so that an answer without news seldom changes the state.
+constexpr Seconds kSeenStep{3600};
+
+bool isMuted(const NoticeRules& rules, const LineKey& line, Date now) {
+  return std::ranges::any_of(rules.mutes, [&](const Mute& mute) {
+    const auto* const muted = std::get_if<LineKey>(&mute.subject);
+    return muted && *muted == line && now < mute.until;
+  });
+}
+
+bool isMuted(const NoticeRules& rules, std::uint64_t muid, std::uint64_t content, Date now) {
+  return std::ranges::any_of(rules.mutes, [&](const Mute& mute) {
+    const auto* const muted = std::get_if<MutedIncident>(&mute.subject);
+    return muted && (muted->muid == muid || muted->content == content) && now < mute.until;
+  });
+}
+
+bool isMuted(const NoticeRules& rules, const IncidentNews& incident, Date now) {
+  return isMuted(rules, incident.muid, contentOf(incident), now);
+}
+
+/// An incident of the answer, and whether the user knows it.
+struct WantedIncident {
+  const IncidentNews* incident = nullptr;
+  std::uint64_t content = 0;
+  bool isTold = false;
+};
+
+/// Follows one line through one answer.
+class LineFollower {
+ public:
+  LineFollower(const Subscription& subscription, const NoticeRules& rules, const LineNews& news,
+               const Moment& now, LineState state)
+      : subscription_(subscription), rules_(rules), news_(news), now_(now), state_(std::move(state)) {}
+
+  /// Takes the incidents as known to the user.
+  void begin() {
+    state_.seen = now_.date;
+    for (const WantedIncident& wanted : wantedIncidents()) takeAsTold(wanted);
+  }
+
+  /// The line's notice; absent when there is nothing to tell now.
+  std::optional<Notice> follow() {
+    forgetOldEnd();
+    if (now_.date - state_.seen >= kSeenStep) state_.seen = now_.date;
+    noteWhatIsGone();
+    noteEnd();
+    const std::vector<WantedIncident> wanted = wantedIncidents();
+    const bool hasNews = !std::ranges::all_of(wanted, &WantedIncident::isTold);
+    if (hasNews) state_.ended.reset();
+    const bool isQuiet = rules_.quietHours && rules_.quietHours->contains(now_);
+    if (isQuiet || !(hasNews || state_.ended) || !mayTell()) {
+      state_.isWithheld = (hasNews || state_.ended) && (isQuiet || state_.isWithheld);
+      return std::nullopt;
+    }
+    return tell(wanted, hasNews);
+  }
+
+  const LineState& state() const { return state_; }
+  /// Whether the last notice of the line no longer holds.
+  bool mustWithdraw() const { return mustWithdraw_; }
+
+ private:
+  bool mayTell() const {
+    return subscription_.hours.contains(now_) && !isMuted(rules_, subscription_.line, now_.date);
+  }
+
+  bool isTold(std::uint64_t content) const {
+    return std::ranges::find(state_.told, content, &ToldNews::content) != state_.told.end();
+  }
+
+  std::vector<WantedIncident> wantedIncidents() const {
+    std::vector<WantedIncident> wanted;
+    for (const IncidentNews& incident : news_.incidents) {
+      const std::uint64_t content = contentOf(incident);
+      const bool isWanted = incident.severity >= subscription_.from || incident.isBlocking;
+      const bool isRepeated = std::ranges::find(wanted, content, &WantedIncident::content) != wanted.end();
+      if (isWanted && !isRepeated && !isMuted(rules_, incident, now_.date))
+        wanted.push_back({&incident, content, isTold(content)});
+    }
+    return wanted;
+  }
+
+  void takeAsTold(const WantedIncident& wanted) {
+    state_.told.push_back({wanted.content, wanted.incident->muid, wanted.incident->title, std::nullopt});
+  }
+
+  /// The incident of the answer that the user knows by its id or, if the agency has given it another id, by
+  /// its content; null if there is none.
+  const IncidentNews* currentOf(const ToldNews& told) const {
+    const auto& incidents = news_.incidents;
+    auto found = std::ranges::find(incidents, told.muid, &IncidentNews::muid);
+    if (found == incidents.end()) found = std::ranges::find(incidents, told.content, contentOf);
+    return found == incidents.end() ? nullptr : &*found;
+  }
+
+  void noteWhatIsGone() {
+    for (ToldNews& told : state_.told) {
+      if (const IncidentNews* const current = currentOf(told)) {
+        told.muid = current->muid;
+        told.gone.reset();
+      } else if (!told.gone) {
+        told.gone = now_.date;
+      }
+    }
+    // The last one stays, because the end of the incidents must still be told.
+    std::erase_if(state_.told, [&](const ToldNews& told) {
+      return told.gone && now_.date - *told.gone > kSameNews && !news_.incidents.empty();
+    });
+  }
+
+  /// Incidents that ended at an unknown time long after the line was last seen, e.g. while the program did
+  /// not run.
+  void forgetOldEnd() {
+    if (!news_.incidents.empty() || now_.date - state_.seen <= kEndIsNews || state_.told.empty()) return;
+    state_.told.clear();
+    mustWithdraw_ = true;
+  }
+
+  void noteEnd() {
+    if (!news_.incidents.empty())
+      state_.clear.reset();
+    else if (!state_.clear)
+      state_.clear = now_.date;
+    if (state_.clear && now_.date - *state_.clear >= kSettled && !state_.told.empty()) {
+      const bool wasMuted = std::ranges::all_of(state_.told, [&](const ToldNews& told) {
+        return isMuted(rules_, told.muid, told.content, now_.date);
+      });
+      if (!wasMuted) state_.ended = state_.clear;
+      state_.told.clear();
+      mustWithdraw_ = true;
+    }
+    if (state_.ended && now_.date - *state_.ended > kEndIsNews) state_.ended.reset();
+  }
+
+  /// Whether the news is a new text of an incident that was told before.
+  bool isChange(const WantedIncident& wanted) const {
+    return std::ranges::find(state_.told, wanted.incident->muid, &ToldNews::muid) != state_.told.end();
+  }
+
+  Notice tell(const std::vector<WantedIncident>& wanted, bool hasNews) {
+    Notice notice{.kind = Notice::Kind::runningAgain,
+                  .tag = tagOf(subscription_.line),
+                  .entries = {{subscription_.line, news_.name, {}}}};
+    if (hasNews) {
+      const bool isAllChange = std::ranges::all_of(
+          wanted, [this](const WantedIncident& incident) { return incident.isTold || isChange(incident); });
+      notice.kind = isAllChange ? Notice::Kind::changed : Notice::Kind::newIncident;
+    }
+    for (const bool told : {false, true}) {
+      for (const WantedIncident& incident : wanted) {
+        if (incident.isTold == told) notice.entries.front().incidents.push_back(*incident.incident);
+      }
+    }
+    for (const WantedIncident& incident : wanted) {
+      if (!incident.isTold) takeAsTold(incident);
+    }
+    state_.ended.reset();
+    state_.isWithheld = false;
+    mustWithdraw_ = false;
+    return notice;
+  }
+
+  const Subscription& subscription_;
+  const NoticeRules& rules_;
+  const LineNews& news_;
+  const Moment& now_;
+  LineState state_;
+  bool mustWithdraw_ = false;
+};
+
+bool isTextOf(const Notice& notice, const Notice& other) {
+  return notice.kind == other.kind && notice.entries.front().incidents == other.entries.front().incidents;
+}
+
+/// Adds a notice, or its line to an equal notice. Then the line's own earlier notice no longer holds.
+void addNotice(Notice notice, NoticeUpdate& result) {
+  const auto equal =
+      std::ranges::find_if(result.notices, [&](const Notice& other) { return isTextOf(notice, other); });
+  if (equal == result.notices.end()) return result.notices.push_back(std::move(notice));
+  result.withdrawn.push_back(std::move(notice.tag));
+  equal->entries.push_back(std::move(notice.entries.front()));
+}
+
+/// Adds the notices that quiet hours held back as one.
+void addSummary(std::vector<Notice> withheld, NoticeUpdate& result) {
+  if (withheld.size() == 1) return addNotice(std::move(withheld.front()), result);
+  if (withheld.empty()) return;
+  Notice summary{.kind = Notice::Kind::summary, .tag = std::string(kSummaryTag), .entries = {}};
+  for (Notice& notice : withheld) {
+    result.withdrawn.push_back(std::move(notice.tag));
+    summary.entries.push_back(std::move(notice.entries.front()));
+  }
+  result.notices.push_back(std::move(summary));
+}
+
+const Subscription* subscriptionOf(const LineKey& line, const NoticeRules& rules) {
+  const auto found = std::ranges::find(rules.subscriptions, line, &Subscription::line);
+  return found == rules.subscriptions.end() ? nullptr : &*found;
+}
+
+Severity severityOfIncident(const IncidentNews& incident) {
+  if (incident.isBlocking) return Severity::severe;
+  return incident.severity == Severity::unknown ? Severity::warning : incident.severity;
+}
+
+}  // namespace
+
+std::string tagOf(const LineKey& line) { return line.feed + ":" + line.route; }
+
+Severity severityOf(const Notice& notice) {
+  Severity worst = Severity::info;
+  for (const Notice::Entry& entry : notice.entries) {
+    for (const IncidentNews& incident : entry.incidents)
+      worst = std::max(worst, severityOfIncident(incident));
+  }
+  return worst;
+}
+
+NoticeUpdate update(const NoticeState& state, const NoticeRules& rules, std::span<const LineNews> news,
+                    const Moment& now) {
+  NoticeUpdate result{.state = state, .notices = {}, .withdrawn = {}};
+  std::erase_if(result.state, [&](const auto& known) {
+    const bool isWanted = subscriptionOf(known.first, rules) != nullptr;
+    if (!isWanted) result.withdrawn.push_back(tagOf(known.first));
+    return !isWanted;
+  });
+  std::vector<Notice> withheld;
+  for (const LineNews& line : news) {
+    const Subscription* const subscription = subscriptionOf(line.line, rules);
+    if (!subscription || !line.isKnown) continue;
+    const auto [known, isFirst] = result.state.try_emplace(line.line);
+    LineFollower follower(*subscription, rules, line, now, known->second);
+    if (isFirst) {
+      follower.begin();
+    } else if (auto notice = follower.follow()) {
+      if (known->second.isWithheld)
+        withheld.push_back(*std::move(notice));
+      else
+        addNotice(*std::move(notice), result);
+    }
+    if (follower.mustWithdraw()) result.withdrawn.push_back(tagOf(line.line));
+    known->second = follower.state();
+  }
+  addSummary(std::move(withheld), result);
+  return result;
+}
+
+}  // namespace linewatch::notices

@@ -1,0 +1,228 @@
+#include "storage/stored_notices.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace linewatch {
+
+namespace {
+
+using notices::LineKey;
+using notices::LineState;
+using notices::MutedIncident;
+
+constexpr std::array<std::string_view, 4> kSeverities = {"info", "warning", "severe", "unknown"};
+
+notices::Severity severityNamed(std::string_view name) {
+  const auto* const found = std::ranges::find(kSeverities, name);
+  return found == kSeverities.end() ? notices::Severity::info
+                                    : static_cast<notices::Severity>(found - kSeverities.begin());
+}
+
+std::string_view severityColumn(notices::Severity severity) {
+  return kSeverities.at(static_cast<std::size_t>(severity));
+}
+
+/// Numbers of 64 bits without a sign, as SQLite has only numbers with one.
+std::int64_t column(std::uint64_t number) { return static_cast<std::int64_t>(number); }
+std::uint64_t numberIn(const SqliteRow& row, int index) {
+  return static_cast<std::uint64_t>(row.integer(index));
+}
+
+SqliteParameter column(const std::optional<Date>& date) {
+  return date ? SqliteParameter(secondsOf(*date)) : SqliteParameter();
+}
+std::optional<Date> dateIn(const SqliteRow& row, int index) {
+  return row.isNull(index) ? std::nullopt : std::optional(Date(Seconds(row.real(index))));
+}
+
+std::optional<Error> readRules(SqliteDatabase& database, notices::NoticeRules& rules) {
+  rules = {};
+  auto error = database.run("SELECT feed, route, hours, severity FROM subscription ORDER BY feed, route", {},
+                            [&rules](const SqliteRow& row) {
+                              // Hours of a later version count as always, so that nothing is kept back.
+                              auto hours = notices::WeeklyHours::parse(row.text(2));
+                              rules.subscriptions.push_back({{row.text(0), row.text(1)},
+                                                             hours ? *hours : notices::WeeklyHours(),
+                                                             severityNamed(row.text(3))});
+                            });
+  if (error) return error;
+  return database.run(
+      "SELECT feed, route, muid, content, title, until FROM mute ORDER BY until, feed, route", {},
+      [&rules](const SqliteRow& row) {
+        notices::Mute mute{.subject = LineKey{row.text(0), row.text(1)}, .until = Date(Seconds(row.real(5)))};
+        if (row.text(1).empty())
+          mute.subject = MutedIncident{numberIn(row, 2), numberIn(row, 3), row.text(4)};
+        rules.mutes.push_back(std::move(mute));
+      });
+}
+
+std::optional<Error> readState(SqliteDatabase& database, notices::NoticeState& state) {
+  state = {};
+  auto error = database.run("SELECT feed, route, seen, clear, ended, withheld FROM told_line", {},
+                            [&state](const SqliteRow& row) {
+                              state[{row.text(0), row.text(1)}] = {.told = {},
+                                                                   .seen = Date(Seconds(row.real(2))),
+                                                                   .clear = dateIn(row, 3),
+                                                                   .ended = dateIn(row, 4),
+                                                                   .isWithheld = row.integer(5) != 0};
+                            });
+  if (error) return error;
+  return database.run(
+      "SELECT feed, route, content, muid, title, gone FROM told_news ORDER BY feed, route, position", {},
+      [&state](const SqliteRow& row) {
+        const auto line = state.find({row.text(0), row.text(1)});
+        if (line == state.end()) return;
+        line->second.told.push_back({numberIn(row, 2), numberIn(row, 3), row.text(4), dateIn(row, 5)});
+      });
+}
+
+std::optional<Error> forgetLine(SqliteDatabase& database, const LineKey& line) {
+  auto error = database.run("DELETE FROM told_news WHERE feed = ? AND route = ?", {line.feed, line.route});
+  if (error) return error;
+  return database.run("DELETE FROM told_line WHERE feed = ? AND route = ?", {line.feed, line.route});
+}
+
+std::optional<Error> saveLine(SqliteDatabase& database, const LineKey& line, const LineState& state) {
+  if (auto error = forgetLine(database, line)) return error;
+  auto error = database.run(
+      "INSERT INTO told_line (feed, route, seen, clear, ended, withheld) VALUES (?, ?, ?, ?, ?, ?)",
+      {line.feed, line.route, secondsOf(state.seen), column(state.clear), column(state.ended),
+       std::int64_t{state.isWithheld}});
+  std::int64_t position = 0;
+  for (const notices::ToldNews& told : state.told) {
+    if (error) return error;
+    error = database.run(
+        "INSERT INTO told_news (feed, route, position, content, muid, title, gone) VALUES (?, ?, ?, ?, ?, ?, "
+        "?)",
+        {line.feed, line.route, position++, column(told.content), column(told.muid), told.title,
+         column(told.gone)});
+  }
+  return error;
+}
+
+/// Writes the lines whose state has changed.
+std::optional<Error> saveState(SqliteDatabase& database, const notices::NoticeState& before,
+                               const notices::NoticeState& now) {
+  for (const auto& [line, state] : before) {
+    if (now.contains(line)) continue;
+    if (auto error = forgetLine(database, line)) return error;
+  }
+  for (const auto& [line, state] : now) {
+    const auto known = before.find(line);
+    if (known != before.end() && known->second == state) continue;
+    if (auto error = saveLine(database, line, state)) return error;
+  }
+  return std::nullopt;
+}
+
+/// The key columns of a mute: feed and route of a line, or the id of an incident.
+struct MuteKey {
+  std::string_view feed;
+  std::string_view route;
+  std::int64_t muid = 0;
+};
+
+MuteKey keyOf(const notices::Mute& mute) {
+  if (const auto* const line = std::get_if<LineKey>(&mute.subject)) return {line->feed, line->route, 0};
+  return {"", "", column(std::get<MutedIncident>(mute.subject).muid)};
+}
+
+}  // namespace
+
+Outcome<notices::NoticeRules> StoredNotices::rules() const {
+  notices::NoticeRules rules;
+  const auto error = database_->read([&](SqliteDatabase& database) { return readRules(database, rules); });
+  return error ? Outcome<notices::NoticeRules>(*error) : std::move(rules);
+}
+
+Outcome<notices::NoticeState> StoredNotices::state() const {
+  notices::NoticeState state;
+  const auto error = database_->read([&](SqliteDatabase& database) { return readState(database, state); });
+  return error ? Outcome<notices::NoticeState>(*error) : std::move(state);
+}
+
+Outcome<bool> StoredNotices::subscribe(const notices::Subscription& subscription) {
+  const LineKey& line = subscription.line;
+  const std::string hours = subscription.hours.text();
+  bool isChanged = false;
+  const auto error = database_->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    auto failed = database.run(
+        "INSERT INTO subscription (feed, route, hours, severity) VALUES (?, ?, ?, ?) ON CONFLICT DO UPDATE "
+        "SET "
+        "hours = excluded.hours, severity = excluded.severity WHERE hours <> excluded.hours OR severity <> "
+        "excluded.severity",
+        {line.feed, line.route, hours, severityColumn(subscription.from)});
+    isChanged = database.changedRowCount() > 0;
+    return failed || !isChanged ? failed : forgetLine(database, line);
+  });
+  return error ? Outcome<bool>(*error) : isChanged;
+}
+
+Outcome<bool> StoredNotices::unsubscribe(const LineKey& line) {
+  bool isChanged = false;
+  const auto error = database_->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    auto failed =
+        database.run("DELETE FROM subscription WHERE feed = ? AND route = ?", {line.feed, line.route});
+    isChanged = database.changedRowCount() > 0;
+    return failed ? failed : forgetLine(database, line);
+  });
+  return error ? Outcome<bool>(*error) : isChanged;
+}
+
+std::optional<Error> StoredNotices::mute(const notices::Mute& mute, Date now) {
+  const MuteKey key = keyOf(mute);
+  const auto* const incident = std::get_if<MutedIncident>(&mute.subject);
+  return database_->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    auto error = database.run("DELETE FROM mute WHERE until <= ?", {secondsOf(now)});
+    if (error) return error;
+    return database.run(
+        "INSERT OR REPLACE INTO mute (feed, route, muid, content, title, until) VALUES (?, ?, ?, ?, ?, ?)",
+        {key.feed, key.route, key.muid, incident ? column(incident->content) : 0,
+         incident ? std::string_view(incident->title) : "", secondsOf(mute.until)});
+  });
+}
+
+Outcome<bool> StoredNotices::unmute(const notices::Mute& mute) {
+  const MuteKey key = keyOf(mute);
+  bool isChanged = false;
+  const auto error = database_->write([&](SqliteDatabase& database) {
+    auto failed = database.run("DELETE FROM mute WHERE feed = ? AND route = ? AND muid = ?",
+                               {key.feed, key.route, key.muid});
+    isChanged = database.changedRowCount() > 0;
+    return failed;
+  });
+  return error ? Outcome<bool>(*error) : isChanged;
+}
+
+Outcome<notices::NoticeUpdate> StoredNotices::update(const std::optional<notices::WeeklyHours>& quietHours,
+                                                     std::span<const notices::LineNews> news,
+                                                     const notices::Moment& now) {
+  notices::NoticeUpdate update;
+  notices::NoticeState before;
+  const auto compute = [&](SqliteDatabase& database) -> std::optional<Error> {
+    notices::NoticeRules rules;
+    if (auto error = readRules(database, rules)) return error;
+    if (auto error = readState(database, before)) return error;
+    rules.quietHours = quietHours;
+    update = notices::update(before, rules, news, now);
+    return std::nullopt;
+  };
+  auto error = database_->read(compute);
+  if (error) return *std::move(error);
+  if (update.state == before && update.notices.empty()) return update;
+  // Another program may have told the news meanwhile, so it all counts only within the transaction.
+  error = database_->write([&](SqliteDatabase& database) -> std::optional<Error> {
+    auto failed = compute(database);
+    return failed ? failed : saveState(database, before, update.state);
+  });
+  if (error) return *std::move(error);
+  return update;
+}
+
+}  // namespace linewatch

@@ -1,0 +1,80 @@
+#include "storage/stored_notices.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/recording_log.h"
+#include "temporary_folder.h"
+
+namespace linewatch {
+namespace {
+
+using notices::LineKey;
+using notices::LineNews;
+using notices::Mute;
+using notices::MutedIncident;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class StoredNoticesTest : public testing::Test {
+ protected:
+  StoredNotices open() {
+    return StoredNotices(makeStateDatabase({.data = folder_.path(), .cache = folder_.path()}, log_));
+  }
+  static notices::Moment at(double hours) { return {.date = Date(Seconds(hours * 3600)), .utcOffset = {}}; }
+  static std::vector<LineNews> newsOf(std::vector<notices::IncidentNews> incidents) {
+    return {{.line = kLine, .name = "U4", .isKnown = true, .incidents = std::move(incidents)}};
+  }
+
+  static inline const LineKey kLine{"city", "u4"};
+  static inline const notices::IncidentNews kFire{
+      .muid = 0xFFFFFFFFFFFFFFF0U, .title = "Fire", .summary = {}};
+  TemporaryFolder folder_;
+  RecordingLog log_;
+};
+
+TEST_F(StoredNoticesTest, KeepsWhatTheUserHasChosen) {
+  const notices::Subscription wish{kLine, *notices::WeeklyHours::parse("weekdays 7 to 9"),
+                                   notices::Severity::severe};
+  const Mute ofLine{.subject = kLine, .until = at(3).date};
+  const Mute ofIncident{.subject = MutedIncident{kFire.muid, 7, "Fire"}, .until = at(2).date};
+  EXPECT_TRUE(*open().subscribe({kLine, {}, {}}));
+  EXPECT_TRUE(*open().subscribe(wish));
+  EXPECT_FALSE(*open().subscribe(wish));
+  EXPECT_EQ(open().mute(ofLine, at(0).date), std::nullopt);
+  EXPECT_EQ(open().mute(ofIncident, at(0).date), std::nullopt);
+  EXPECT_THAT(open().rules()->subscriptions, ElementsAre(wish));
+  EXPECT_THAT(open().rules()->mutes, ElementsAre(ofIncident, ofLine));
+  const Mute longer{.subject = kLine, .until = at(9).date};
+  EXPECT_EQ(open().mute(longer, at(2).date), std::nullopt);
+  EXPECT_THAT(open().rules()->mutes, ElementsAre(longer)) << "the other one has ended";
+  EXPECT_TRUE(*open().unmute(longer));
+  EXPECT_FALSE(*open().unmute(longer));
+  EXPECT_TRUE(*open().unsubscribe(kLine));
+  EXPECT_FALSE(*open().unsubscribe(kLine));
+  EXPECT_EQ(*open().rules(), notices::NoticeRules());
+}
+
+TEST_F(StoredNoticesTest, TellsNewsOnceAcrossRestartsAndInstances) {
+  ASSERT_TRUE(*open().subscribe({kLine, {}, {}}));
+  ASSERT_THAT(open().update({}, newsOf({}), at(12))->notices, IsEmpty());
+  std::atomic<std::size_t> count{0};
+  std::vector<std::thread> instances;
+  for (int i = 0; i < 4; ++i)
+    instances.emplace_back([&] { count += open().update({}, newsOf({kFire}), at(12.1))->notices.size(); });
+  for (std::thread& instance : instances) instance.join();
+  EXPECT_EQ(count, 1U);
+  EXPECT_THAT(open().update({}, newsOf({kFire}), at(12.2))->notices, IsEmpty());
+  EXPECT_EQ(open().state()->at(kLine).told.front().title, "Fire");
+  open().update({}, newsOf({}), at(12.3))->notices.clear();
+  const auto running = open().update({}, newsOf({}), at(12.5));
+  EXPECT_EQ(running->notices.at(0).kind, notices::Notice::Kind::runningAgain);
+  EXPECT_EQ(*open().state(), running->state);
+}
+
+}  // namespace
+}  // namespace linewatch
