@@ -1,7 +1,6 @@
 #include "app/screen/panel_command.h"
 
 #include <QApplication>
-#include <QRect>
 #include <QSocketNotifier>
 #include <array>
 #include <cerrno>
@@ -86,27 +85,17 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
   return settings;
 }
 
-/// The state that a panel in a new language takes over from the panel before.
-struct OpenWindows {
+/// What a panel in a new language takes over from the panel before.
+struct Inheritance {
   /// Whether the panel ended because the user has chosen another language.
-  bool areReplaced = false;
-  std::optional<QRect> panel = {};
-  bool showsSettings = false;
+  bool isReplaced = false;
+  Panel::OpenWindows windows = {};
 };
-
-void restore(const OpenWindows& windows, Panel& panel) {
-  if (windows.panel) {
-    panel.window().resize(windows.panel->width(), panel.window().height());
-    panel.window().move(windows.panel->topLeft());
-  }
-  panel.window().show();
-  if (windows.showsSettings) panel.showSettings();
-}
 
 /// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
 /// in one language, so that another one needs another session.
 Report runPanel(const CommonOptions& options, const PanelCommand& command, QApplication& application,
-                OpenWindows& windows) {
+                Inheritance& inheritance) {
   const auto locale = localeOf(options);
   QApplication::setLayoutDirection(locale.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, locale));
@@ -131,17 +120,16 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
                                                  .showsExample = command.showsExample},
                                   &recording);
-  shown->languageDidChange = [&windows] {
-    windows.areReplaced = true;
+  shown->languageDidChange = [&inheritance] {
+    inheritance.isReplaced = true;
     QApplication::quit();
   };
-  restore(windows, *shown);
-  windows.areReplaced = false;
+  shown->open(inheritance.windows);
+  inheritance.isReplaced = false;
   QApplication::exec();
-  windows.panel = shown->window().geometry();
-  windows.showsSettings = shown->showsSettings();
+  inheritance.windows = shown->openWindows();
   shown = nullptr;
-  const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
+  const auto error = inheritance.isReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
 }
 
@@ -158,11 +146,11 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   int count = 1;
   QApplication application(count, arguments);
   endOnSignals.watch(application);
-  OpenWindows windows;
-  Report report = runPanel(options, command, application, windows);
-  while (windows.areReplaced) {
+  Inheritance inheritance;
+  Report report = runPanel(options, command, application, inheritance);
+  while (inheritance.isReplaced) {
     endOnSignals.handle();
-    report = runPanel(options, command, application, windows);
+    report = runPanel(options, command, application, inheritance);
   }
   return report;
 }
