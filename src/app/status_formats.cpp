@@ -165,16 +165,16 @@ constexpr std::array<FormatRow, kStatusFormatNames.size()> kFormats{
      {.text = genmonText, .isStream = false},
      {.text = argosText, .isStream = false}}};
 
-const FormatRow& rowOf(StatusFormat format) { return kFormats.at(static_cast<std::size_t>(format)); }
+const FormatRow& formatRow(StatusFormat format) { return kFormats.at(static_cast<std::size_t>(format)); }
 
 }  // namespace
 
-bool isStream(StatusFormat format) { return rowOf(format).isStream; }
+bool isStream(StatusFormat format) { return formatRow(format).isStream; }
 
-bool alwaysSucceeds(StatusFormat format) { return rowOf(format).alwaysSucceeds; }
+bool alwaysSucceeds(StatusFormat format) { return formatRow(format).alwaysSucceeds; }
 
 std::string statusText(StatusFormat format, const TransitStatus& status, Date now, IcuLocalization& texts) {
-  return rowOf(format).text(wordsOf(status, now, texts));
+  return formatRow(format).text(wordsOf(status, now, texts));
 }
 
 }  // namespace linewatch::app
