@@ -107,11 +107,14 @@ std::string waybarText(const StatusWords& words) {
          "\n";
 }
 
+/// i3blocks reads strings only, also for a boolean, and takes no escape in them.
 std::string i3blocksText(const StatusWords& words) {
-  Dictionary block{{"full_text", shortened(words.headline)},
-                   {"short_text", words.summary},
+  const auto unescaped = [](std::string_view text) { return replaced(text, {{"\"", "”"}, {"\\", "∖"}}); };
+  const bool isUrgent = words.status.worstSeverity() == StatusSeverity::severe;
+  Dictionary block{{"full_text", unescaped(shortened(words.headline))},
+                   {"short_text", unescaped(words.summary)},
                    {"markup", "none"},
-                   {"urgent", words.status.worstSeverity() == StatusSeverity::severe}};
+                   {"urgent", isUrgent ? "true" : "false"}};
   const std::string_view color = colorOf(words.status);
   if (!color.empty()) block.emplace("color", color);
   return jsonText(block) + "\n";
