@@ -40,6 +40,12 @@ std::string settingsHelp() {
   return text;
 }
 
+/// Adds --watch. `does`: what the command does once without it.
+void addWatch(CLI::App& app, bool& watches, const std::string& does) {
+  app.add_flag("--watch", watches,
+               "Go on, and " + does + " again when something has changed; SIGUSR1 makes it ask at once");
+}
+
 }  // namespace
 
 CommandGrammar::CommandGrammar(CLI::App& app) {
@@ -119,6 +125,7 @@ void CommandGrammar::addShow(CLI::App& app) {
   sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
   sub->add_flag("--upcoming", show_.upcoming, "Print what begins within 7 days instead of the list");
   sub->add_flag("--json", show_.json, "Print feeds, lines, incidents and rows as a JSON object");
+  addWatch(*sub, show_.watches, "print it");
   sub->callback([this] { command_ = show_; });
 }
 
@@ -133,8 +140,7 @@ void CommandGrammar::addStatus(CLI::App& app) {
   };
   addChecked(*sub, "--format", takeFormat, "What reads it: " + names + "; usually plain", "none of " + names)
       ->type_name("FORMAT");
-  sub->add_flag("--watch", status_.watches,
-                "Go on, and print the line again when it changes; SIGUSR1 makes it ask at once");
+  addWatch(*sub, status_.watches, "print the line");
   sub->callback([this] {
     if (status_.watches && !isStream(status_.format))
       throw CLI::ValidationError("--watch",
@@ -325,6 +331,7 @@ void CommandGrammar::addRender(CLI::App& app) {
   sub->add_flag("--dark", render_.dark, "On a dark background");
   // Insets and the artwork column take 105 points; below the lower limit no word would fit.
   addNumber<double>(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
+  addWatch(*sub, render_.watches, "write the file");
   sub->callback([this] { command_ = render_; });
 }
 

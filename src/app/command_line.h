@@ -66,6 +66,8 @@ struct ShowCommand {
   bool json = false;
   /// Print the incidents of the next days instead of the list.
   bool upcoming = false;
+  /// Go on, and print it again whenever it changes.
+  bool watches = false;
 };
 
 /// Prints a line for a status bar.
@@ -175,6 +177,8 @@ struct RenderCommand {
   bool dark = false;
   /// Points.
   double width = 359;
+  /// Go on, and write the file again whenever the list changes.
+  bool watches = false;
 };
 
 /// Shows the panel.

@@ -29,6 +29,11 @@ Report replaceWithScreenProgram(char** argv) {
   return refused(failure(path, "", std::generic_category().message(errno)));
 }
 
+/// A command that prints once takes its time from one moment; one that goes on needs a running clock.
+Session::Adjustment runningClock(bool isRunning) {
+  return [isRunning](desktop::DesktopSettings& settings) { settings.isTimeFrozen = !isRunning; };
+}
+
 /// Runs a command: with a session, in linewatch-screen, or alone.
 class Dispatch {
  public:
@@ -45,11 +50,12 @@ class Dispatch {
   }
   Report operator()(const ShowCommand& command) const {
     return inSession<Session::openWithFeeds>(
-        [&](Session& session) { return show(session, command, options_, style_); });
+        [&](Session& session) { return show(session, command, options_, style_); },
+        runningClock(command.watches));
   }
   Report operator()(const StatusCommand& command) const {
-    const auto adjust = [&](desktop::DesktopSettings& settings) { settings.isTimeFrozen = !command.watches; };
-    return inSession([&](Session& session) { return status(session, command, options_); }, adjust);
+    return inSession([&](Session& session) { return status(session, command, options_); },
+                     runningClock(command.watches));
   }
   Report operator()(const FavoritesCommand& command) const {
     return inSession<Session::openWithFeeds>(

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "app/commands.h"
@@ -13,13 +12,13 @@
 #include "app/refresh_loop.h"
 #include "app/status_formats.h"
 #include "app/status_reading.h"
+#include "app/watch_run.h"
 #include "app/watched_output.h"
 #include "desktop/bus_name.h"
 #include "desktop/feed_news.h"
 #include "incidents/transit_incident_fetcher.h"
 #include "settings/user_settings.h"
 #include "shared/environment.h"
-#include "shared/failure.h"
 
 namespace linewatch::app {
 
@@ -35,12 +34,12 @@ std::unique_ptr<PanelLink> panelOf(Session& session, const CommonOptions& option
 }
 
 /// Absent when no panel runs, or when it has no news yet.
-std::optional<TransitStatus> statusOf(PanelLink* panel) {
+std::optional<TransitStatus> panelStatus(PanelLink* panel) {
   const auto document = panel ? panel->document() : std::nullopt;
   return document ? parseStatus(*document) : std::nullopt;
 }
 
-TransitStatus statusOf(Session& session, const RVResult& result) {
+TransitStatus fetchedStatus(Session& session, const RVResult& result) {
   const auto favorites = session.platform().favorites().lines();
   return transitStatus(desktop::feedNews(session.platform(), favorites ? favorites->size() : 0,
                                          result.successObject().get(), result.error()),
@@ -97,7 +96,7 @@ class StatusWatch {
   }
 
   void look(const std::function<void()>& done) {
-    const auto status = statusOf(panel_.get());
+    const auto status = panelStatus(panel_.get());
     hasAskedPanel_ = status.has_value();
     if (!status) return fetch(done);
     lines_.clear();
@@ -110,7 +109,7 @@ class StatusWatch {
         [this, done](const std::shared_ptr<RVResult>& result) {
           const bool isKnown = !result->error() && result->successObject();
           lines_ = isKnown ? *result->successObject() : TransitLineItems();
-          print(statusOf(session_, *result));
+          print(fetchedStatus(session_, *result));
           done();
         });
   }
@@ -142,8 +141,7 @@ class StatusWatch {
 Report watchStatus(Session& session, StatusFormat format, std::unique_ptr<PanelLink> panel) {
   const int error = StatusWatch(session, format, std::move(panel)).run();
   session.platform().stopFetching();
-  return error == 0 ? Report()
-                    : refused(failure("standard output", "", std::generic_category().message(error)));
+  return reportOfWatch(error);
 }
 
 }  // namespace
@@ -152,8 +150,8 @@ Report status(Session& session, const StatusCommand& command, const CommonOption
   session.platform().documents().keepNoLocalTimetables();
   auto panel = panelOf(session, options);
   if (command.watches) return watchStatus(session, command.format, std::move(panel));
-  auto status = statusOf(panel.get());
-  if (!status) status = statusOf(session, *session.fetch());
+  auto status = panelStatus(panel.get());
+  if (!status) status = fetchedStatus(session, *session.fetch());
   Report report;
   if (!status->error.empty() && !alwaysSucceeds(command.format))
     report = {.output = {}, .complaint = status->error, .status = 1};

@@ -107,11 +107,14 @@ std::string waybarText(const StatusWords& words) {
          "\n";
 }
 
+/// i3blocks reads strings only, also for a boolean, and takes no escape in them.
 std::string i3blocksText(const StatusWords& words) {
-  Dictionary block{{"full_text", shortened(words.headline)},
-                   {"short_text", words.summary},
+  const auto unescaped = [](std::string_view text) { return replaced(text, {{"\"", "”"}, {"\\", "∖"}}); };
+  const bool isUrgent = words.status.worstSeverity() == StatusSeverity::severe;
+  Dictionary block{{"full_text", unescaped(shortened(words.headline))},
+                   {"short_text", unescaped(words.summary)},
                    {"markup", "none"},
-                   {"urgent", words.status.worstSeverity() == StatusSeverity::severe}};
+                   {"urgent", isUrgent ? "true" : "false"}};
   const std::string_view color = colorOf(words.status);
   if (!color.empty()) block.emplace("color", color);
   return jsonText(block) + "\n";
@@ -165,16 +168,16 @@ constexpr std::array<FormatRow, kStatusFormatNames.size()> kFormats{
      {.text = genmonText, .isStream = false},
      {.text = argosText, .isStream = false}}};
 
-const FormatRow& rowOf(StatusFormat format) { return kFormats.at(static_cast<std::size_t>(format)); }
+const FormatRow& formatRow(StatusFormat format) { return kFormats.at(static_cast<std::size_t>(format)); }
 
 }  // namespace
 
-bool isStream(StatusFormat format) { return rowOf(format).isStream; }
+bool isStream(StatusFormat format) { return formatRow(format).isStream; }
 
-bool alwaysSucceeds(StatusFormat format) { return rowOf(format).alwaysSucceeds; }
+bool alwaysSucceeds(StatusFormat format) { return formatRow(format).alwaysSucceeds; }
 
 std::string statusText(StatusFormat format, const TransitStatus& status, Date now, IcuLocalization& texts) {
-  return rowOf(format).text(wordsOf(status, now, texts));
+  return formatRow(format).text(wordsOf(status, now, texts));
 }
 
 }  // namespace linewatch::app

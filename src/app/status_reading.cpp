@@ -62,7 +62,7 @@ StatusLine lineOf(const Json& form, const IncidentIndexes& indexes) {
   return line;
 }
 
-TransitStatus statusOf(const Json& form) {
+TransitStatus readStatus(const Json& form) {
   TransitStatus status{.state = named<TransitStatus::State>(form.at("state")),
                        .unknownCount = form.at("unknownCount").get<std::size_t>(),
                        .unknownLines = form.at("unknownLines").get<std::vector<std::string>>(),
@@ -84,7 +84,7 @@ std::optional<TransitStatus> parseStatus(const std::string& json) {
   try {
     const Json form = Json::parse(json);
     if (form.at("version").get<int>() > kStatusDocumentVersion) return std::nullopt;
-    return statusOf(form);
+    return readStatus(form);
   } catch (const std::exception&) {
     // The library reports a wrong text or a missing member this way, and std::map a wrong reference.
     return std::nullopt;
