@@ -13,6 +13,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "app/rider_texts.h"
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
 #include "app/screen/panel_recording.h"
@@ -22,6 +23,7 @@
 #include "desktop/presence/lock_watch.h"
 #include "platform/platform.h"
 #include "settings/user_settings.h"
+#include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "simulation/recording/recording_platform.h"
 
@@ -114,17 +116,15 @@ struct WidgetPlatform {
 };
 
 /// Connects the panel with what the rest of the desktop asks and says.
-void bePresent(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
-               desktop::BusPresence& bus) {
+void bePresent(Panel& panel, desktop::DesktopPlatform& platform, desktop::BusPresence& bus) {
   bus.setRequests({.show = [&panel](const std::string& token) { panel.present(token); },
                    .refresh = [&panel] { panel.refreshNews(); }});
-  const bool isShown = panel.window().isVisible();
   desktop::afterFirstDraw(panel.window(), [&panel, &platform] {
     // To draw the icon takes longer than to connect to the system bus.
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/presence/icon.svg")));
     desktop::watchLock(panel.window(), [&platform](bool isLocked) { platform.device().setLocked(isLocked); });
   });
-  if (!isShown) presence.news().setPanelShown(false);
+  panel.followNews();
 }
 
 /// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
@@ -162,7 +162,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
     QApplication::quit();
   };
   shown->open(inheritance.windows);
-  bePresent(*shown, platform, presence, bus);
+  bePresent(*shown, platform, bus);
   inheritance.isReplaced = false;
   QApplication::exec();
   inheritance.windows = shown->openWindows();
