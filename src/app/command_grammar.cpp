@@ -104,6 +104,7 @@ void CommandGrammar::addPanel(CLI::App& app) {
   sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
       ->type_name("FILE|URL");
   sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
+  sub->add_flag("--hidden", panel_.isHidden, "Start without the window; starting it again shows it");
   sub->callback([this] { command_ = panel_; });
 }
 

@@ -180,6 +180,8 @@ struct PanelCommand {
   bool isAnonymous = false;
   /// Show the made-up city until there is a feed, also at the first start.
   bool showsExample = false;
+  /// Start without the window, which another start or the bus shows.
+  bool isHidden = false;
   /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
   std::string catalogue = {};
 };

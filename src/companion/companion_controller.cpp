@@ -23,8 +23,11 @@ std::optional<BundleRecord> CompanionController::bundleRecordOfCurrentProcess() 
 }
 
 void CompanionController::openUserActivity(const UserActivity& activity,
-                                           const std::optional<ApplicationRecord>&, bool,
+                                           const std::optional<ApplicationRecord>&, bool promptToUnlock,
                                            OpenHandler handler) {
+  if (opener_ && promptToUnlock && whenUnlocked_)
+    return whenUnlocked_(
+        [opener = opener_, activity, handler = std::move(handler)] { opener(activity, handler); });
   if (opener_) return opener_(activity, std::move(handler));
   if (handler)
     handler(false, failure("cannot open " + activity.activityType, "", "there is no companion application"));

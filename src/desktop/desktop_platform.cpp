@@ -113,7 +113,8 @@ DesktopPlatform::DesktopPlatform(DesktopSettings settings)
       settings_(std::move(settings)),
       mainLoop_(settings_.now,
                 settings_.isTimeFrozen ? QtMainLoop::Clock::frozen : QtMainLoop::Clock::running),
-      systemController_(settings_.openActivity),
+      systemController_(settings_.openActivity,
+                        [this](std::function<void()> action) { device_.whenUnlocked(std::move(action)); }),
       device_([this] { return diagnose(); }),
       givenPreferences_(std::make_shared<GivenPreferences>(settings_.preferences)) {
   if (!settings_.user) settings_.user = std::make_shared<UserSettings>(std::filesystem::path());

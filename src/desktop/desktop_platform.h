@@ -75,7 +75,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   UserSession& userSession() override;
   MapURLBuilder& mapURLBuilder() override;
   SystemController& systemController() override { return systemController_; }
-  Device& device() override { return device_; }
+  DesktopDevice& device() override { return device_; }
   UsageRecorder& usageRecorder() override;
   AnalyticsEventFactory& analyticsEventFactory() override;
   AnalyticsLogger& analyticsLogger() override;

@@ -70,14 +70,13 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
       screen_(screen),
       locale_(locale),
       showsExample_(options.showsExample),
+      news_(options.news),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       shown_(session.platform().settings().withoutRemembered()),
       companion_(texts_, qtWords(shown_.companion), detailsServices(), favoritesServices(),
                  platform().saved() ? [this] { setUp(); } : std::function<void()>()),
       window_(texts_, panelServices(recording), options.window) {
-  desktop::watchNetwork(window_, [this] { window_.connectionDidReturn(); });
-  desktop::watchClock(window_, [this] { window_.checkClock(); });
-  desktop::watchMetering(window_, [this](bool isMetered) { window_.setMetered(isMetered); });
+  followMachine();
   desktop::followDesktopColorScheme(window_, [this](desktop::ColorScheme colors) {
     desktopColors_ = colors;
     applyColors();
@@ -98,11 +97,44 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
 // Work that is still running ends here. Its results are dispatched to the main thread but never handled.
 Panel::~Panel() {
   ending_.request_stop();
+  // The window is hidden when it is deleted, which is no reason to ask.
+  news_ = nullptr;
   platform().stopFetching();
   setup_ = nullptr;
   feeds_ = nullptr;
   serverQueue_.finish();
   queue_.finish();
+}
+
+void Panel::followMachine() {
+  desktop::watchNetwork(window_, [this] {
+    window_.connectionDidReturn();
+    if (news_) news_->connectionDidReturn();
+  });
+  desktop::watchClock(window_, [this] {
+    window_.checkClock();
+    if (news_) news_->checkClock();
+  });
+  desktop::watchMetering(window_, [this](bool isMetered) {
+    window_.setMetered(isMetered);
+    if (news_) news_->setMetered(isMetered);
+  });
+}
+
+void Panel::present(const std::string& activationToken) {
+  // Qt reads the token when it activates the window.
+  if (!activationToken.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+  window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
+  window_.show();
+  window_.raise();
+  window_.activateWindow();
+}
+
+void Panel::refreshNews() {
+  if (window_.isVisible() && !window_.isMinimized())
+    window_.requestUpdate();
+  else if (news_)
+    news_->refresh();
 }
 
 /// Runs `work` on the queue, and `done` with its result on the main thread.
@@ -197,6 +229,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
           [this] {
             if (platform().saved()) rememberChoice(choiceIn(platform()));
             window_.favoritesDidChange();
+            if (news_) news_->favoritesDidChange();
           }};
   services.loadStops = [this](const StoredFavorite& favorite,
                               std::function<void(const Outcome<LineStops>&)> done) {
@@ -240,6 +273,10 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
           [this] {
             TransitFeeds& feeds = platform().feeds();
             return desktop::FeedNews{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
+          },
+      .visibilityDidChange =
+          [this](bool isShown) {
+            if (news_) news_->setPanelShown(isShown);
           }};
   if (recording) {
     services.observer = recording->recorder();
@@ -309,11 +346,7 @@ desktop::SetupServices Panel::setupServices() {
 /// A window that is not visible is made again, because the text size may have changed.
 desktop::SetupWindow& Panel::setupWindow() {
   if (!setup_ || !setup_->isVisible())
-    setup_ = std::make_unique<desktop::SetupWindow>(texts_, setupServices(), [this] {
-      window_.show();
-      window_.raise();
-      window_.activateWindow();
-    });
+    setup_ = std::make_unique<desktop::SetupWindow>(texts_, setupServices(), [this] { present(); });
   return *setup_;
 }
 
@@ -345,6 +378,7 @@ void Panel::choiceDidChange() {
   }
   showTitle();
   window_.favoritesDidChange();
+  if (news_) news_->favoritesDidChange();
   companion_.favoritesDidChange();
   if (setup_ && setup_->isVisible()) setup_->followChanges();
   if (feeds_ && feeds_->isVisible()) feeds_->followChanges();
@@ -420,7 +454,10 @@ void Panel::applySettings() {
   if (shown_.appearance != before.appearance) applyColors();
   if (shown_.staysOnTop != before.staysOnTop) window_.setStaysOnTop(shown_.staysOnTop);
   if (shown_.isFrameless != before.isFrameless) window_.setFrameless(shown_.isFrameless);
-  if (shown_.refresh != before.refresh) window_.setRefresh(shown_.refresh);
+  if (shown_.refresh != before.refresh) {
+    window_.setRefresh(shown_.refresh);
+    if (news_) news_->setRefresh(shown_.refresh);
+  }
   if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
   if (shown_.language != before.language) languageDidChange();
 }

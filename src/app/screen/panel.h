@@ -10,6 +10,7 @@
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
 #include "desktop/drawing/drawing_screen.h"
+#include "desktop/presence/news_watch.h"
 #include "desktop/setup/feeds_window.h"
 #include "desktop/setup/setup_window.h"
 #include "desktop/window/color_scheme.h"
@@ -29,6 +30,8 @@ class Panel {
     desktop::PanelOptions window;
     /// Whether the made-up city is shown until the user adds a feed, also at the first start.
     bool showsExample = false;
+    /// Asks for the news while the window is hidden. May be null.
+    desktop::NewsWatch* news = nullptr;
   };
 
   /// `recording` may be null.
@@ -39,6 +42,10 @@ class Panel {
   Panel& operator=(const Panel&) = delete;
 
   desktop::PanelWindow& window() { return window_; }
+  /// Shows the window in front. With the token of the desktop it may take the focus; may be empty.
+  void present(const std::string& activationToken = {});
+  /// Fetches the news now, also while the window is hidden.
+  void refreshNews();
   /// Shows the settings window.
   void showSettings();
   /// Whether the settings window is open.
@@ -55,6 +62,8 @@ class Panel {
   desktop::SettingsServices settingsServices();
   /// Follows the settings file, which the user or another program may change.
   void followSettings();
+  /// Follows the network and the clocks, which are reasons to ask for the news.
+  void followMachine();
   void settingsFileDidChange();
   /// Makes everything as the settings in force say.
   void applySettings();
@@ -98,6 +107,8 @@ class Panel {
   desktop::DrawingScreen& screen_;
   UserLocale locale_;
   bool showsExample_;
+  /// Null when nobody follows the news.
+  desktop::NewsWatch* news_;
   bool isWindowLoaded_ = false;
   BackgroundQueue queue_;
   /// For work that waits for servers, so that other work need not wait for it.

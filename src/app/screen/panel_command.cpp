@@ -1,6 +1,7 @@
 #include "app/screen/panel_command.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QRect>
 #include <QSocketNotifier>
 #include <array>
@@ -14,7 +15,12 @@
 #include <unistd.h>
 
 #include "app/screen/panel.h"
+#include "app/screen/panel_presence.h"
 #include "app/screen/panel_recording.h"
+#include "desktop/bus_name.h"
+#include "desktop/presence/bus_presence.h"
+#include "desktop/presence/first_draw.h"
+#include "desktop/presence/lock_watch.h"
 #include "platform/platform.h"
 #include "settings/user_settings.h"
 #include "shared/file_contents.h"
@@ -91,6 +97,7 @@ struct OpenWindows {
   /// Whether the panel ended because the user has chosen another language.
   bool areReplaced = false;
   std::optional<QRect> panel = {};
+  bool showsPanel = true;
   bool showsSettings = false;
 };
 
@@ -99,14 +106,43 @@ void restore(const OpenWindows& windows, Panel& panel) {
     panel.window().resize(windows.panel->width(), panel.window().height());
     panel.window().move(windows.panel->topLeft());
   }
-  panel.window().show();
+  if (windows.showsPanel) panel.window().show();
   if (windows.showsSettings) panel.showSettings();
+}
+
+/// The platform that the widget uses: the recorder hears what it asks, and so does the presence.
+struct WidgetPlatform {
+  WidgetPlatform(std::shared_ptr<Platform> platform, std::shared_ptr<simulation::SessionRecorder> recorder)
+      : heard(std::move(platform)), recording(*heard, std::move(recorder)) {}
+
+  static std::shared_ptr<Platform> make(std::shared_ptr<Platform> heard,
+                                        std::shared_ptr<simulation::SessionRecorder> recorder) {
+    const auto all = std::make_shared<WidgetPlatform>(std::move(heard), std::move(recorder));
+    return {all, &all->recording};
+  }
+
+  std::shared_ptr<Platform> heard;
+  simulation::RecordingPlatform recording;
+};
+
+/// Connects the panel with what the rest of the desktop asks and says.
+void bePresent(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
+               desktop::BusPresence& bus) {
+  bus.setRequests({.show = [&panel](const std::string& token) { panel.present(token); },
+                   .refresh = [&panel] { panel.refreshNews(); }});
+  const bool isShown = panel.window().isVisible();
+  desktop::afterFirstDraw(panel.window(), [&panel, &platform] {
+    // To draw the icon takes longer than to connect to the system bus.
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/presence/icon.svg")));
+    desktop::watchLock(panel.window(), [&platform](bool isLocked) { platform.device().setLocked(isLocked); });
+  });
+  if (!isShown) presence.news().setPanelShown(false);
 }
 
 /// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
 /// in one language, so that another one needs another session.
 Report runPanel(const CommonOptions& options, const PanelCommand& command, QApplication& application,
-                OpenWindows& windows) {
+                OpenWindows& windows, desktop::BusPresence& bus) {
   const auto locale = localeOf(options);
   QApplication::setLayoutDirection(locale.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, locale));
@@ -124,25 +160,46 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   PanelRecording recording(command.isAnonymous);
   recording.recorder()->setLocale(locale.tag());
   if (!command.record.empty()) recording.keepIn(command.record);
-  installPlatform(
-      std::make_shared<simulation::RecordingPlatform>((*session)->platform(), recording.recorder()));
-  const Seconds refresh = (*session)->platform().settings().withoutRemembered().refresh;
+  desktop::DesktopPlatform& platform = (*session)->platform();
+  const Seconds refresh = platform.settings().withoutRemembered().refresh;
+  PanelPresence presence(platform, locale, refresh, bus);
+  installPlatform(WidgetPlatform::make(presence.news().platform(), recording.recorder()));
   shown = std::make_unique<Panel>(**session, *screen, locale,
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
-                                                 .showsExample = command.showsExample},
+                                                 .showsExample = command.showsExample,
+                                                 .news = &presence.news()},
                                   &recording);
   shown->languageDidChange = [&windows] {
     windows.areReplaced = true;
     QApplication::quit();
   };
   restore(windows, *shown);
+  bePresent(*shown, platform, presence, bus);
   windows.areReplaced = false;
   QApplication::exec();
   windows.panel = shown->window().geometry();
+  windows.showsPanel = shown->window().isVisible();
   windows.showsSettings = shown->showsSettings();
+  bus.setRequests({});
   shown = nullptr;
   const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
+}
+
+/// A panel that is just ending may still have the name.
+constexpr int kAttemptsToRaise = 3;
+
+/// Lets the panel that is already open show its window. Absent if this process has to show one.
+std::optional<Report> raiseOpenPanel(desktop::BusPresence& bus, const CommonOptions& options,
+                                     const PanelCommand& command, const std::string& activationToken) {
+  using Standing = desktop::BusPresence::Standing;
+  for (int attempt = 0; attempt < kAttemptsToRaise && bus.takeName() == Standing::second; ++attempt) {
+    if (!command.record.empty())
+      return refused(failure(command.record, "", "nothing is recorded, because a panel is already open"));
+    if (bus.raiseOther(activationToken))
+      return Report{.output = {}, .complaint = RiderTexts(localeOf(options))("AlreadyOpen")};
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -156,13 +213,18 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   static char name[] = "linewatch";
   static char* arguments[] = {name, nullptr};
   int count = 1;
+  const std::string activationToken = desktop::activationTokenOfStart();
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(desktop::kApplicationId));
   QApplication application(count, arguments);
   endOnSignals.watch(application);
-  OpenWindows windows;
-  Report report = runPanel(options, command, application, windows);
+  desktop::BusPresence bus(isWithoutSavedState(options) ? std::string()
+                                                        : desktop::busNameFor(options.stateDir));
+  if (auto report = raiseOpenPanel(bus, options, command, activationToken)) return *std::move(report);
+  OpenWindows windows{.showsPanel = !command.isHidden || !bus.hasName()};
+  Report report = runPanel(options, command, application, windows, bus);
   while (windows.areReplaced) {
     endOnSignals.handle();
-    report = runPanel(options, command, application, windows);
+    report = runPanel(options, command, application, windows, bus);
   }
   return report;
 }

@@ -223,7 +223,7 @@ QDBusMessage BusPresence::Object::showPanel(const QDBusMessage& call) {
 // ---- The presence ----
 
 BusPresence::BusPresence(std::string name) : name_(std::move(name)) {
-  const auto bus = sessionBus();
+  const auto bus = name_.empty() ? std::nullopt : sessionBus();
   if (bus && bus->isConnected()) object_ = std::make_unique<Object>(*bus);
 }
 
@@ -239,7 +239,8 @@ BusPresence::Standing BusPresence::takeName() {
   const QDBusMessage reply = object_->bus().call(request, QDBus::Block, kBusMilliseconds);
   if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return Standing::alone;
   const uint answer = reply.arguments().front().toUInt();
-  return answer == kIsOwner || answer == kWasOwner ? Standing::first : Standing::second;
+  hasName_ = answer == kIsOwner || answer == kWasOwner;
+  return hasName_ ? Standing::first : Standing::second;
 }
 
 bool BusPresence::raiseOther(const std::string& activationToken) {

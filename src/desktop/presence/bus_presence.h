@@ -31,7 +31,7 @@ struct BusRequests {
 /// that other programs read and call. Without a bus nothing happens. Needs a QCoreApplication; main thread.
 class BusPresence {
  public:
-  /// `name`: see busNameFor.
+  /// `name`: see busNameFor. Empty: the panel has no saved state, and stays off the bus.
   explicit BusPresence(std::string name);
   /// Gives the name back.
   ~BusPresence();
@@ -45,6 +45,8 @@ class BusPresence {
   };
   /// Tries to get the name. Waits for the bus, but not for other programs.
   Standing takeName();
+  /// Whether this process has the name.
+  bool hasName() const { return hasName_; }
   /// Lets the panel that has the name show its window, and waits until it has. False if no panel answers in a
   /// few seconds.
   bool raiseOther(const std::string& activationToken);
@@ -58,6 +60,7 @@ class BusPresence {
   class Object;
 
   std::string name_;
+  bool hasName_ = false;
   std::unique_ptr<Object> object_;
 };
 

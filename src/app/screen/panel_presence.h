@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "desktop/desktop_platform.h"
+#include "desktop/presence/bus_presence.h"
+#include "desktop/presence/news_watch.h"
+#include "feeds/background_queue.h"
+#include "feeds/feed_state.h"
+#include "localization/icu_localization.h"
+#include "shared/date.h"
+
+namespace linewatch::app {
+
+/// Follows the news for everything beside the window, and tells the bus. Main thread. Platform and bus must
+/// outlive it.
+class PanelPresence {
+ public:
+  /// `refresh`: the time between two questions while the panel is hidden.
+  PanelPresence(desktop::DesktopPlatform& platform, const UserLocale& locale, Seconds refresh,
+                desktop::BusPresence& bus);
+
+  desktop::NewsWatch& news() { return news_; }
+
+ private:
+  void describe(const desktop::HeardAnswer& answer, std::function<void(const TransitNews&)> done);
+  void tellBus(const TransitStatus& status);
+
+  desktop::DesktopPlatform& platform_;
+  IcuLocalization texts_;
+  desktop::BusPresence& bus_;
+  desktop::NewsWatch news_;
+  std::shared_ptr<void> listening_;
+  /// The last member, because its actions use the others.
+  BackgroundQueue queue_;
+};
+
+/// The properties of the bus object for a status and the states of the feeds.
+desktop::BusNews busNews(const TransitStatus& status, const std::vector<FeedState>& feeds,
+                         IcuLocalization& texts);
+
+}  // namespace linewatch::app
