@@ -459,6 +459,7 @@ void Panel::applySettings() {
     if (news_) news_->setRefresh(shown_.refresh);
   }
   if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
+  settingsDidChange();
   if (shown_.language != before.language) languageDidChange();
 }
 

@@ -52,6 +52,8 @@ class Panel {
   bool showsSettings() const { return settingsWindow_ && settingsWindow_->isVisible(); }
   /// Called after the user has chosen another language, which needs another panel.
   std::function<void()> languageDidChange = [] {};
+  /// Called after any other setting has changed.
+  std::function<void()> settingsDidChange = [] {};
   desktop::Companion& companion() { return companion_; }
 
  private:

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -17,6 +18,7 @@
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
 #include "app/screen/panel_recording.h"
+#include "app/screen/panel_tray.h"
 #include "desktop/bus_name.h"
 #include "desktop/presence/bus_presence.h"
 #include "desktop/presence/first_draw.h"
@@ -76,7 +78,8 @@ class EndOnSignals {
     auto* const notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
       notifier->setEnabled(false);
-      QApplication::quit();
+      // Unlike quit(), this asks no window for its consent: a panel that stays in the tray would refuse.
+      QApplication::exit();
     });
     QObject::connect(&application, &QApplication::aboutToQuit, endAtOnceAtInterrupt);
   }
@@ -125,16 +128,18 @@ struct WidgetPlatform {
   simulation::RecordingPlatform recording;
 };
 
-/// Connects the panel with what the rest of the desktop asks and says.
+/// Connects the panel with what the rest of the desktop asks and says. `makeTray` makes the icon in the tray,
+/// which takes a moment.
 void bePresent(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
-               desktop::BusPresence& bus) {
+               desktop::BusPresence& bus, const std::function<void()>& makeTray) {
   bus.setRequests({.show = [&panel](const std::string& token) { panel.present(token); },
                    .refresh = [&panel] { panel.refreshNews(); }});
   const bool isShown = panel.window().isVisible();
-  desktop::afterFirstDraw(panel.window(), [&panel, &platform] {
+  desktop::afterFirstDraw(panel.window(), [&panel, &platform, makeTray] {
     // To draw the icon takes longer than to connect to the system bus.
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/presence/icon.svg")));
     desktop::watchLock(panel.window(), [&platform](bool isLocked) { platform.device().setLocked(isLocked); });
+    makeTray();
   });
   if (!isShown) presence.news().setPanelShown(false);
 }
@@ -171,16 +176,19 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
                                   &recording);
   shown->languageDidChange = [&windows] {
     windows.areReplaced = true;
-    QApplication::quit();
+    QApplication::exit();
   };
   restore(windows, *shown);
-  bePresent(*shown, platform, presence, bus);
+  std::unique_ptr<PanelTray> tray;
+  bePresent(*shown, platform, presence, bus,
+            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence.news(), locale, options); });
   windows.areReplaced = false;
   QApplication::exec();
   windows.panel = shown->window().geometry();
   windows.showsPanel = shown->window().isVisible();
   windows.showsSettings = shown->showsSettings();
   bus.setRequests({});
+  tray = nullptr;
   shown = nullptr;
   const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
