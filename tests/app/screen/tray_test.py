@@ -195,13 +195,13 @@ class TrayTest(unittest.TestCase):
         clear = desktop.item("IconPixmap")
         window = self.wait_for("the window", self.windows)[0]
 
-        # The window is closed, as a window manager does it, and the panel goes on watching.
-        subprocess.run(["xdotool", "windowquit", window], check=True)
+        # The window is closed, and the panel goes on watching.
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "ctrl+w"], check=True)
         self.wait_for("the end of the window", lambda: not self.windows())
-        self.write_alerts("Fire <b>here</b>")
+        self.write_alerts("Fire & smoke")
         desktop.choose("Update Now")
         self.wait_for("a notification", lambda: desktop.notifications)
-        self.assertEqual(desktop.notifications[0][3], "M1: Fire <b>here</b>")
+        self.assertEqual(desktop.notifications[0][3], "M1: Fire & smoke")
         self.assertEqual(desktop.notifications[0][1], 0)
         self.assertIn("M1: Fire", self.tooltip())
         self.assertNotEqual(desktop.item("IconPixmap"), clear)
@@ -209,7 +209,7 @@ class TrayTest(unittest.TestCase):
         # A muted incident is silent, but its row stays.
         desktop.invoke(1, "mute")
         self.wait_for("the mute", lambda: "Fire" in self.run_command("notify"))
-        self.write_alerts("Fire <b>here</b>", "Strike")
+        self.write_alerts("Fire & smoke", "Strike")
         desktop.choose("Update Now")
         self.wait_for("another notification", lambda: len(desktop.notifications) == 2)
         self.assertEqual(desktop.notifications[1][3:5], ("M1: Strike", ""))
