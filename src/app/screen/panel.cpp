@@ -178,11 +178,7 @@ bool Panel::showsMadeUpCity() {
   return knownChoice_ ? knownChoice_->feeds.empty() : platform().showsSampleCity();
 }
 
-void Panel::showTitle() {
-  const QString title = (*texts_)("Title");
-  window_.setWindowTitle(isWindowLoaded_ && showsMadeUpCity() ? (*texts_)("ExampleOf", {title.toStdString()})
-                                                              : title);
-}
+void Panel::showTitle() { window_.setShowsExample(isWindowLoaded_ && showsMadeUpCity()); }
 
 void Panel::showWelcome() {
   window_.showCard(new desktop::WelcomeCard(*texts_, {.chooseCity = [this] { setupWindow().findCity(); },
@@ -269,20 +265,24 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
       .showSettings = [this] { showSettings(); },
       .setTextSize = [this](ui::TextSizeCategory category) { setTextSize(category); },
       .dataNote = [this] { return dataNote(); },
-      .feedNews =
-          [this] {
-            TransitFeeds& feeds = platform().feeds();
-            return desktop::FeedNews{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
-          },
+      .feedNews = [this] { return feedNews(); },
       .visibilityDidChange =
           [this](bool isShown) {
             if (news_) news_->setPanelShown(isShown);
           }};
+  if (platform().saved()) services.addCity = [this] { setupWindow().findCity(); };
   if (recording) {
     services.observer = recording->recorder();
     services.saveRecording = [this, recording] { saveRecording(*recording); };
   }
   return services;
+}
+
+desktop::FeedNews Panel::feedNews() {
+  TransitFeeds& feeds = platform().feeds();
+  desktop::FeedNews news{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
+  news.removedFeeds = desktop::removedFeedsOf(news.unknownLines, feeds.feeds());
+  return news;
 }
 
 void Panel::saveRecording(PanelRecording& recording) {
@@ -350,10 +350,14 @@ desktop::SetupWindow& Panel::setupWindow() {
   return *setup_;
 }
 
-void Panel::showFeeds() {
+void Panel::makeFeeds() {
   if (!feeds_ || !feeds_->isVisible())
     feeds_ =
         std::make_unique<desktop::FeedsWindow>(texts_, setupServices(), [this] { setupWindow().findCity(); });
+}
+
+void Panel::showFeeds() {
+  makeFeeds();
   feeds_->present();
 }
 
@@ -414,6 +418,37 @@ bool Panel::rememberChoice(std::optional<Choice> now) {
   if (!now || knownChoice_ == now) return false;
   knownChoice_ = std::move(now);
   return true;
+}
+
+// ---- Another language ----
+
+Panel::OpenWindows Panel::openWindows() const {
+  OpenWindows windows{.showsPanel = window_.isVisible(),
+                      .panel = desktop::WindowPlace{window_.pos(), window_.size()},
+                      .companion = companion_.openWindows()};
+  if (feeds_ && feeds_->isVisible()) windows.feeds = feeds_->place();
+  if (setup_ && setup_->isVisible()) windows.setup = setup_->state();
+  if (showsSettings()) windows.settings = settingsWindow_->state();
+  return windows;
+}
+
+/// The settings come last, and so in front, because the language is chosen there.
+void Panel::open(const OpenWindows& windows) {
+  if (windows.panel) {
+    window_.resize(windows.panel->size.width(), window_.height());
+    window_.move(windows.panel->corner);
+  }
+  if (windows.showsPanel) window_.show();
+  companion_.reopen(windows.companion);
+  if (windows.feeds) {
+    makeFeeds();
+    feeds_->setPlace(*windows.feeds);
+    feeds_->present();
+  }
+  if (windows.setup) setupWindow().restore(*windows.setup);
+  if (!windows.settings) return;
+  makeSettings();
+  settingsWindow_->restore(*windows.settings);
 }
 
 // ---- Settings ----
@@ -489,22 +524,28 @@ desktop::SettingsServices Panel::settingsServices() {
   return services;
 }
 
-void Panel::showSettings() {
+void Panel::makeSettings() {
   if (!settingsWindow_)
     settingsWindow_ = std::make_unique<desktop::SettingsWindow>(texts_, settingsServices());
+}
+
+void Panel::showSettings() {
+  makeSettings();
   settingsWindow_->present();
 }
 
 /// The age of the list, which is the age of the oldest feed.
-QString Panel::dataNote() {
-  if (platform().showsSampleCity()) return (*texts_)("SampleCity");
+desktop::PanelHeader::Note Panel::dataNote() {
+  if (platform().showsSampleCity()) return {(*texts_)("SampleCity")};
   const auto states = platform().feeds().states();
   if (states.empty()) return {};
   const auto& oldest = std::ranges::min(states, {}, &FeedState::written);
   const std::optional<Date>& dated = oldest.written ? oldest.written : oldest.received;
-  if (!dated) return (*texts_)("AlertsOfUnknownAge");
-  const QString when = texts_->dateAndTime(*dated, platform().mainLoop().now(), QLocale::ShortFormat);
-  return (*texts_)(oldest.written ? "AlertsWritten" : "AlertsReceived", {when.toStdString()});
+  if (!dated) return {(*texts_)("AlertsOfUnknownAge")};
+  const std::string when =
+      texts_->dateAndTime(*dated, platform().mainLoop().now(), QLocale::ShortFormat).toStdString();
+  if (oldest.written) return {(*texts_)("AlertsWritten", {when})};
+  return {(*texts_)("AlertsReceived", {when}), (*texts_)("AlertsReceivedDetails", {when})};
 }
 
 }  // namespace linewatch::app

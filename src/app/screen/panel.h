@@ -48,6 +48,19 @@ class Panel {
   void refreshNews();
   /// Shows the settings window.
   void showSettings();
+  /// The open windows and what they show, for a panel in another language.
+  struct OpenWindows {
+    /// Whether the panel is not hidden, e.g. in the tray.
+    bool showsPanel = true;
+    std::optional<desktop::WindowPlace> panel = {};
+    desktop::Companion::OpenWindows companion = {};
+    std::optional<desktop::WindowPlace> feeds = {};
+    std::optional<desktop::SetupWindow::State> setup = {};
+    std::optional<desktop::SettingsWindow::State> settings = {};
+  };
+  OpenWindows openWindows() const;
+  /// Shows these windows.
+  void open(const OpenWindows& windows);
   /// Whether the settings window is open.
   bool showsSettings() const { return settingsWindow_ && settingsWindow_->isVisible(); }
   /// Called after the user has chosen another language, which needs another panel.
@@ -95,12 +108,15 @@ class Panel {
   /// The set-up, or its page with the lines if there are feeds.
   void setUp();
   desktop::SetupWindow& setupWindow();
+  void makeFeeds();
   void showFeeds();
+  void makeSettings();
   void feedsDidChange();
   void choiceDidChange();
   bool showsMadeUpCity();
   void showTitle();
-  QString dataNote();
+  desktop::PanelHeader::Note dataNote();
+  desktop::FeedNews feedNews();
 
   template <class Work, class Done>
   void inBackground(Work work, Done done, BackgroundQueue* queue = nullptr);

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QRect>
 #include <QSocketNotifier>
 #include <array>
 #include <cerrno>
@@ -95,23 +94,12 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
   return settings;
 }
 
-/// The state that a panel in a new language takes over from the panel before.
-struct OpenWindows {
+/// What a panel in a new language takes over from the panel before.
+struct Inheritance {
   /// Whether the panel ended because the user has chosen another language.
-  bool areReplaced = false;
-  std::optional<QRect> panel = {};
-  bool showsPanel = true;
-  bool showsSettings = false;
+  bool isReplaced = false;
+  Panel::OpenWindows windows = {};
 };
-
-void restore(const OpenWindows& windows, Panel& panel) {
-  if (windows.panel) {
-    panel.window().resize(windows.panel->width(), panel.window().height());
-    panel.window().move(windows.panel->topLeft());
-  }
-  if (windows.showsPanel) panel.window().show();
-  if (windows.showsSettings) panel.showSettings();
-}
 
 /// The platform that the widget uses: the recorder hears what it asks, and so does the presence.
 struct WidgetPlatform {
@@ -147,7 +135,7 @@ void bePresent(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& 
 /// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
 /// in one language, so that another one needs another session.
 Report runPanel(const CommonOptions& options, const PanelCommand& command, QApplication& application,
-                OpenWindows& windows, desktop::BusPresence& bus) {
+                Inheritance& inheritance, desktop::BusPresence& bus) {
   const auto locale = localeOf(options);
   QApplication::setLayoutDirection(locale.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
   const auto screen = std::make_shared<desktop::DrawingScreen>(settingsOfDisplay(application, locale));
@@ -174,23 +162,21 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
                                                  .showsExample = command.showsExample,
                                                  .news = &presence.news()},
                                   &recording);
-  shown->languageDidChange = [&windows] {
-    windows.areReplaced = true;
+  shown->languageDidChange = [&inheritance, &shown] {
+    inheritance = {.isReplaced = true, .windows = shown->openWindows()};
+    // Unlike quit(), this leaves the windows open until the panel ends.
     QApplication::exit();
   };
-  restore(windows, *shown);
+  shown->open(inheritance.windows);
   std::unique_ptr<PanelTray> tray;
   bePresent(*shown, platform, presence, bus,
             [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence.news(), locale, options); });
-  windows.areReplaced = false;
+  inheritance.isReplaced = false;
   QApplication::exec();
-  windows.panel = shown->window().geometry();
-  windows.showsPanel = shown->window().isVisible();
-  windows.showsSettings = shown->showsSettings();
   bus.setRequests({});
   tray = nullptr;
   shown = nullptr;
-  const auto error = windows.areReplaced ? std::optional<Error>() : recording.finish();
+  const auto error = inheritance.isReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();
 }
 
@@ -228,11 +214,11 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   desktop::BusPresence bus(isWithoutSavedState(options) ? std::string()
                                                         : desktop::busNameFor(options.stateDir));
   if (auto report = raiseOpenPanel(bus, options, command, activationToken)) return *std::move(report);
-  OpenWindows windows{.showsPanel = !command.isHidden || !bus.hasName()};
-  Report report = runPanel(options, command, application, windows, bus);
-  while (windows.areReplaced) {
+  Inheritance inheritance{.windows = {.showsPanel = !command.isHidden || !bus.hasName()}};
+  Report report = runPanel(options, command, application, inheritance, bus);
+  while (inheritance.isReplaced) {
     endOnSignals.handle();
-    report = runPanel(options, command, application, windows, bus);
+    report = runPanel(options, command, application, inheritance, bus);
   }
   return report;
 }

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QMetaObject>
 #include <QScrollArea>
+#include <algorithm>
 #include <utility>
 
 #include "desktop/setup/feed_form.h"
@@ -17,32 +18,21 @@
 
 namespace linewatch::desktop {
 
-namespace {
-
-// Points.
-constexpr int kAddMargin = 16;
-constexpr int kAddGap = 6;
-constexpr double kAddNameSize = 17;
-constexpr double kAddTextSize = 13;
-constexpr double kAddFieldSize = 14;
-
-}  // namespace
-
 AddPage::AddPage(SharedWindowTexts texts, SetupServices services, const Wanted& wanted,
                  std::function<void(const FeedFindings&)> added)
     : texts_(std::move(texts)),
       services_(std::move(services)),
       added_(std::move(added)),
       entries_(new QWidget),
-      note_(plainLabel({}, windowFont(kAddTextSize))),
+      note_(plainLabel({}, windowFont(kWindowTextSize))),
       line_(new ProgressLine),
       cancel_(new ActionButton((*texts_)("Cancel"))),
       add_(new ActionButton((*texts_)("AddFeed"), ActionButton::Emphasis::primary)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, kAddMargin);
+  layout->setContentsMargins(0, 0, 0, kWindowMargin);
   auto* const fields = new QVBoxLayout(entries_);
-  fields->setContentsMargins(kAddMargin, 0, kAddMargin, 0);
-  fields->setSpacing(kAddGap);
+  fields->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  fields->setSpacing(kWindowGap);
   if (const auto* const hit = std::get_if<CatalogueHit>(&wanted)) hit_ = *hit;
   if (hit_) showHit(*fields);
   if (!hit_ || hit_->timetables.empty()) {
@@ -64,6 +54,9 @@ AddPage::AddPage(SharedWindowTexts texts, SetupServices services, const Wanted& 
   layout->addWidget(scroller, 1);
   makeBottom(*layout);
   showRunning(false);
+  // A failure is about what was entered before.
+  for (const auto* const field : entries_->findChildren<OutlinedField*>())
+    connect(field, &QLineEdit::textChanged, note_, &QWidget::hide);
 }
 
 AddPage::~AddPage() { cancel(); }
@@ -73,14 +66,27 @@ void AddPage::present() {
   (key_ ? static_cast<QWidget*>(key_) : add_)->setFocus(Qt::OtherFocusReason);
 }
 
+QStringList AddPage::entries() const {
+  QStringList texts;
+  for (const auto* const field : entries_->findChildren<OutlinedField*>()) texts << field->text();
+  return texts;
+}
+
+void AddPage::setEntries(const QStringList& entries) {
+  const auto fields = entries_->findChildren<OutlinedField*>();
+  for (qsizetype place = 0; place < std::min(fields.size(), entries.size()); ++place)
+    fields[place]->setText(entries[place]);
+}
+
 // ---- The entries ----
 
 void AddPage::showHit(QVBoxLayout& layout) {
   layout.addWidget(
-      plainLabel(QString::fromStdString(hit_->provider()), windowFont(kAddNameSize, QFont::DemiBold)));
-  const QFont font = windowFont(kAddTextSize);
-  for (const std::string& text : {hit_->place(services_.language), hit_->coverage()}) {
-    if (!text.empty()) layout.addWidget(plainLabel(QString::fromStdString(text), font, TextTone::faint));
+      plainLabel(QString::fromStdString(hit_->provider()), windowFont(kWindowTitleSize, QFont::DemiBold)));
+  const QFont font = windowFont(kWindowTextSize);
+  for (const QString& text :
+       {texts_->joined(hit_->placeNames(services_.language)), QString::fromStdString(hit_->coverage())}) {
+    if (!text.isEmpty()) layout.addWidget(plainLabel(text, font, TextTone::faint));
   }
   if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));
   if (!hit_->needsKey()) layout.addWidget(plainLabel((*texts_)("CityNeedsNoKey"), font, TextTone::faint));
@@ -89,13 +95,13 @@ void AddPage::showHit(QVBoxLayout& layout) {
 }
 
 void AddPage::showKey(QVBoxLayout& layout, const CatalogueKey& key) {
-  layout.addSpacing(kAddMargin);
+  layout.addSpacing(kWindowMargin);
   const bool isKnown = key.kind != CatalogueKey::Kind::other;
   layout.addWidget(
-      plainLabel((*texts_)(isKnown ? "KeyWanted" : "KeyOfUnknownKind"), windowFont(kAddTextSize)));
+      plainLabel((*texts_)(isKnown ? "KeyWanted" : "KeyOfUnknownKind"), windowFont(kWindowTextSize)));
   addLink(layout, "GetKey", key.page);
   key_ = new OutlinedField;
-  key_->setFont(windowFont(kAddFieldSize));
+  key_->setFont(windowFont(kWindowNameSize));
   key_->setAccessibleName((*texts_)("FeedKey"));
   key_->setPlaceholderText((*texts_)("FeedKey"));
   connect(key_, &QLineEdit::returnPressed, this, [this] { start(); });
@@ -105,7 +111,7 @@ void AddPage::showKey(QVBoxLayout& layout, const CatalogueKey& key) {
 void AddPage::addLink(QVBoxLayout& layout, const char* text, const std::string& url) {
   if (url.empty()) return;
   auto* const link = new LinkButton((*texts_)(text));
-  link->setFont(windowFont(kAddTextSize));
+  link->setFont(windowFont(kWindowTextSize));
   link->setAccessibleDescription(QString::fromStdString(url));
   connect(link, &QAbstractButton::clicked, this, [this, url] {
     const QUrl address(QString::fromStdString(url));
@@ -116,15 +122,15 @@ void AddPage::addLink(QVBoxLayout& layout, const char* text, const std::string& 
 
 void AddPage::makeBottom(QVBoxLayout& layout) {
   auto* const bottom = new QVBoxLayout;
-  bottom->setContentsMargins(kAddMargin, 0, kAddMargin, 0);
-  bottom->setSpacing(kAddGap);
+  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  bottom->setSpacing(kWindowGap);
   bottom->addWidget(note_);
   bottom->addWidget(line_);
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch();
   buttons->addWidget(cancel_);
   buttons->addWidget(add_);
-  bottom->addSpacing(kAddGap);
+  bottom->addSpacing(kWindowGap);
   bottom->addLayout(buttons);
   layout.addLayout(bottom);
   note_->setObjectName(QStringLiteral("note"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -38,6 +39,9 @@ class AddPage final : public QWidget {
   /// Cancels the adding.
   ~AddPage() override;
 
+  /// The texts of the fields, e.g. the key; see `setEntries`.
+  QStringList entries() const;
+  void setEntries(const QStringList& entries);
   /// Gives the focus to the first entry, or to the button that adds.
   void present();
 

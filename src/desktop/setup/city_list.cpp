@@ -7,6 +7,7 @@
 #include <cmath>
 #include <utility>
 
+#include "desktop/window/list_row.h"
 #include "desktop/window/window_colors.h"
 #include "desktop/window/window_style.h"
 
@@ -15,32 +16,11 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr double kCityInset = 16;
 constexpr double kCityPadding = 9;
 constexpr double kCityLineGap = 2;
-constexpr double kCityRadius = 8;
-constexpr double kCityNameSize = 14;
-constexpr double kCityDetailsSize = 12;
-constexpr double kCountrySize = 12;
 constexpr double kRoomAboveCountry = 14;
 constexpr double kRoomBelowCountry = 4;
 constexpr double kRemarkGap = 12;
-constexpr float kCityHoverAlpha = 0.06F;
-
-void paintCityState(QPainter& painter, const QStyleOptionViewItem& option) {
-  const QRectF row = QRectF(option.rect).adjusted(4, 1, -4, -1);
-  if (option.state & QStyle::State_MouseOver) {
-    QColor color = option.palette.color(QPalette::Text);
-    color.setAlphaF(kCityHoverAlpha);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawRoundedRect(row, kCityRadius, kCityRadius);
-  }
-  if (!(option.state & QStyle::State_HasFocus)) return;
-  painter.setPen(QPen(option.palette.color(QPalette::Highlight), 2));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(row, kCityRadius, kCityRadius);
-}
 
 }  // namespace
 
@@ -58,7 +38,7 @@ int CityModel::rowCount(const QModelIndex& parent) const {
 }
 
 QString CityModel::details(const CatalogueHit& hit) const {
-  QStringList words{QString::fromStdString(hit.place(language_)), QString::fromStdString(hit.coverage())};
+  QStringList words{texts_->joined(hit.placeNames(language_)), QString::fromStdString(hit.coverage())};
   words.removeAll(QString());
   return words.join(QStringLiteral(" · "));
 }
@@ -90,9 +70,9 @@ Qt::ItemFlags CityModel::flags(const QModelIndex& index) const {
 
 CityDelegate::CityDelegate(QObject* parent)
     : QStyledItemDelegate(parent),
-      nameFont_(windowFont(kCityNameSize, QFont::Medium)),
-      detailsFont_(windowFont(kCityDetailsSize)),
-      headingFont_(windowFont(kCountrySize, QFont::DemiBold)) {}
+      nameFont_(windowFont(kWindowNameSize, QFont::Medium)),
+      detailsFont_(windowFont(kWindowNoteSize)),
+      headingFont_(windowFont(kWindowNoteSize, QFont::DemiBold)) {}
 
 QSize CityDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
   const double height = index.data(CityModel::kHeadingRole).toBool()
@@ -118,11 +98,11 @@ void CityDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   };
   if (index.data(CityModel::kHeadingRole).toBool()) {
     paintText(Qt::DisplayRole, headingFont_, kFaintRole,
-              row.adjusted(kCityInset, kRoomAboveCountry, -kCityInset, 0), Qt::AlignLeading);
+              row.adjusted(kRowInset, kRoomAboveCountry, -kRowInset, 0), Qt::AlignLeading);
     return painter->restore();
   }
-  paintCityState(*painter, option);
-  QRectF text = row.adjusted(kCityInset, kCityPadding, -kCityInset, -kCityPadding);
+  paintRowState(*painter, option);
+  QRectF text = row.adjusted(kRowInset, kCityPadding, -kRowInset, -kCityPadding);
   const double lineHeight = QFontMetricsF(nameFont_).height();
   const QString remark = index.data(CityModel::kRemarkRole).toString();
   QRectF name = text;

@@ -16,16 +16,13 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kFormGap = 4;
 constexpr int kFormGroupGap = 10;
-constexpr double kFormLabelSize = 12;
-constexpr double kFormFieldSize = 14;
 
 enum KeyPlace { inHeader, inAddress };
 
 QLineEdit* formField(const QString& name) {
   auto* const field = new OutlinedField;
-  field->setFont(windowFont(kFormFieldSize));
+  field->setFont(windowFont(kWindowNameSize));
   field->setAccessibleName(name);
   return field;
 }
@@ -35,7 +32,7 @@ QLineEdit* formField(const QString& name) {
 FeedForm::FeedForm(SharedWindowTexts texts) : texts_(std::move(texts)) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kFormGap);
+  layout->setSpacing(kWindowSmallGap);
   timetable_ = addAddressField("TimetableAddress", "*.zip");
   alerts_ = addAddressField("AlertsAddress", "*");
   name_ = addField("FeedName");
@@ -44,7 +41,7 @@ FeedForm::FeedForm(SharedWindowTexts texts) : texts_(std::move(texts)) {
 
 QLineEdit* FeedForm::addField(const char* name) {
   const QString text = (*texts_)(name);
-  auto* const label = plainLabel(text, windowFont(kFormLabelSize), TextTone::faint);
+  auto* const label = plainLabel(text, windowFont(kWindowNoteSize), TextTone::faint);
   label->setContentsMargins(0, kFormGroupGap, 0, 0);
   layout()->addWidget(label);
   QLineEdit* const field = formField(text);
@@ -79,7 +76,7 @@ void FeedForm::addKeyFields() {
   keyPlace_->setAccessibleName((*texts_)("FeedKey"));
   keyName_ = formField((*texts_)("KeyName"));
   keyName_->setPlaceholderText((*texts_)("KeyName"));
-  keyPlace_->setFont(windowFont(kFormFieldSize));
+  keyPlace_->setFont(windowFont(kWindowNameSize));
   keyRow_ = new QWidget;
   auto* const row = new QHBoxLayout(keyRow_);
   row->setContentsMargins(0, 0, 0, 0);

@@ -17,11 +17,7 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kFeedInset = 16;
 constexpr int kFeedPadding = 12;
-constexpr int kFeedGap = 4;
-constexpr double kFeedNameSize = 14;
-constexpr double kFeedTextSize = 12;
 
 bool usesKey(const StoredFeed& feed) { return !feed.gtfs.keys.isEmpty() || !feed.alerts.keys.isEmpty(); }
 
@@ -34,7 +30,7 @@ FeedRow::FeedRow(SharedWindowTexts texts, const StoredFeed& feed, Actions action
       present_(makePresent(feed)),
       removed_(makeRemoved(feed.name)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kFeedInset, kFeedPadding, kFeedInset, kFeedPadding);
+  layout->setContentsMargins(kWindowMargin, kFeedPadding, kWindowMargin, kFeedPadding);
   layout->addWidget(present_);
   layout->addWidget(removed_);
   removed_->hide();
@@ -51,9 +47,9 @@ QWidget* FeedRow::makePresent(const StoredFeed& feed) {
   auto* const part = new QWidget;
   auto* const layout = new QVBoxLayout(part);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kFeedGap);
-  layout->addWidget(plainLabel(name_, windowFont(kFeedNameSize, QFont::Medium)));
-  layout->addWidget(state_ = plainLabel({}, windowFont(kFeedTextSize), TextTone::faint));
+  layout->setSpacing(kWindowSmallGap);
+  layout->addWidget(plainLabel(name_, windowFont(kWindowNameSize, QFont::Medium)));
+  layout->addWidget(state_ = plainLabel({}, windowFont(kWindowNoteSize), TextTone::faint));
   auto* const buttons = new QHBoxLayout;
   buttons->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
   buttons->addWidget(makeButton("TryAgain", [this] { actions_.tryAgain(); }));
@@ -71,7 +67,7 @@ QWidget* FeedRow::makeKeyEntry() {
   auto* const layout = new QHBoxLayout(part);
   layout->setContentsMargins(0, 0, -kButtonRing, 0);
   key_ = new OutlinedField;
-  key_->setFont(windowFont(kFeedNameSize));
+  key_->setFont(windowFont(kWindowNameSize));
   key_->setPlaceholderText((*texts_)("NewKey"));
   key_->setAccessibleName((*texts_)("NewKey"));
   auto* const save = makeButton("SaveKey", [this] {
@@ -97,8 +93,8 @@ QWidget* FeedRow::makeRemoved(const std::string& name) {
   auto* const part = new QWidget;
   auto* const layout = new QHBoxLayout(part);
   layout->setContentsMargins(0, 0, -kButtonRing, 0);
-  layout->addWidget(plainLabel((*texts_)("FeedRemoved", {name}), windowFont(kFeedTextSize), TextTone::faint),
-                    1);
+  layout->addWidget(
+      plainLabel((*texts_)("FeedRemoved", {name}), windowFont(kWindowNoteSize), TextTone::faint), 1);
   layout->addWidget(undo_ = makeButton("Undo", [this] { actions_.undo(); }));
   return part;
 }
@@ -121,7 +117,7 @@ void FeedRow::showRemoved(bool isRemoved) {
 /// A thin line above the feed.
 void FeedRow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(QRect(kFeedInset, 0, width() - 2 * kFeedInset, 1), palette().color(kOutlineRole));
+  painter.fillRect(QRect(kWindowMargin, 0, width() - 2 * kWindowMargin, 1), palette().color(kOutlineRole));
 }
 
 }  // namespace linewatch::desktop

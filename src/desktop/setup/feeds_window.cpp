@@ -17,26 +17,22 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kFeedsWidth = 460;
-constexpr int kFeedsHeight = 420;
-constexpr int kFeedsMargin = 16;
-constexpr double kFeedsTitleSize = 17;
-constexpr double kFeedsTextSize = 13;
+constexpr QSize kFeedsSize(460, 420);
 
 }  // namespace
 
 FeedsWindow::FeedsWindow(SharedWindowTexts texts, SetupServices services, std::function<void()> addCity)
     : CompanionWindow(std::move(texts)),
       services_(std::move(services)),
-      note_(makeLabel({}, font(kFeedsTextSize), Tone::faint)) {
+      note_(makeLabel({}, font(kWindowTextSize), Tone::faint)) {
   setWindowTitle(this->texts()("FeedsTitle"));
   auto* const add = new ActionButton(this->texts()("AddCity"), ActionButton::Emphasis::primary);
   connect(add, &QAbstractButton::clicked, this, std::move(addCity));
   auto* const top = new QHBoxLayout;
-  top->setContentsMargins(kFeedsMargin, kFeedsMargin, kFeedsMargin - kButtonRing, 0);
-  top->addWidget(makeLabel(this->texts()("FeedsTitle"), font(kFeedsTitleSize, QFont::DemiBold)), 1);
+  top->setContentsMargins(kWindowMargin, kWindowMargin, kWindowMargin - kButtonRing, 0);
+  top->addWidget(makeLabel(this->texts()("FeedsTitle"), font(kWindowTitleSize, QFont::DemiBold)), 1);
   top->addWidget(add);
-  note_->setContentsMargins(kFeedsMargin, 0, kFeedsMargin, 0);
+  note_->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
   auto* const content = new QWidget;
   auto* const column = new QVBoxLayout(content);
   column->setContentsMargins(0, 0, 0, 0);
@@ -51,11 +47,11 @@ FeedsWindow::FeedsWindow(SharedWindowTexts texts, SetupServices services, std::f
   scroller->setWidget(content);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kFeedsMargin / 2);
+  layout->setSpacing(kWindowMargin / 2);
   layout->addLayout(top);
   layout->addWidget(note_);
   layout->addWidget(scroller, 1);
-  resize(kFeedsWidth, kFeedsHeight);
+  resizeWithText(*this, kFeedsSize);
 }
 
 FeedsWindow::~FeedsWindow() { carryOutAll(); }

@@ -11,32 +11,24 @@
 
 namespace linewatch::desktop {
 
-namespace {
-
-// Points.
-constexpr int kLinesMargin = 16;
-constexpr double kLinesTextSize = 13;
-
-}  // namespace
-
 LinesPage::LinesPage(SharedWindowTexts texts, const SetupServices& services,
                      std::shared_ptr<ArtworkDataSourceCache> cache, const std::optional<FeedFindings>& added,
                      std::function<void()> done)
     : texts_(std::move(texts)),
       pane_(new FavoritesPane(texts_, services.favorites, std::move(cache), added ? added->feed.name : "")),
-      count_(plainLabel({}, windowFont(kLinesTextSize), TextTone::faint)),
+      count_(plainLabel({}, windowFont(kWindowTextSize), TextTone::faint)),
       done_(new ActionButton((*texts_)("Done"), ActionButton::Emphasis::primary)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, kLinesMargin);
-  layout->setSpacing(kLinesMargin / 2);
+  layout->setContentsMargins(0, 0, 0, kWindowMargin);
+  layout->setSpacing(kWindowMargin / 2);
   auto* const top = new QVBoxLayout;
-  top->setContentsMargins(kLinesMargin, 0, kLinesMargin, 0);
+  top->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
   const QString intro = added ? findings(*added) : (*texts_)("ChooseLinesHint");
-  top->addWidget(plainLabel(intro, windowFont(kLinesTextSize)));
+  top->addWidget(plainLabel(intro, windowFont(kWindowTextSize)));
   layout->addLayout(top);
   layout->addWidget(pane_, 1);
   auto* const bottom = new QHBoxLayout;
-  bottom->setContentsMargins(kLinesMargin, 0, kLinesMargin, 0);
+  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
   bottom->addWidget(count_, 1);
   bottom->addWidget(done_);
   layout->addLayout(bottom);
@@ -61,7 +53,9 @@ void LinesPage::followChanges() { pane_->followChanges(); }
 bool LinesPage::clearSearch() { return pane_->clearSearch(); }
 
 void LinesPage::showCount() {
-  count_->setText((*texts_)("LinesChosen", {std::uint64_t{pane_->favoriteCount()}}));
+  const std::uint64_t count = pane_->favoriteCount();
+  const bool isFirstOfCity = count == 0 && pane_->hasOtherFavorites();
+  count_->setText(isFirstOfCity ? (*texts_)("NoLineOfFeedChosen") : (*texts_)("LinesChosen", {count}));
 }
 
 }  // namespace linewatch::desktop

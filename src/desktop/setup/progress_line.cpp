@@ -39,7 +39,7 @@ void ProgressLine::paintEvent(QPaintEvent*) {
   filled.setWidth(
       std::max(whole.height(), whole.width() * std::clamp(share_.value_or(kUnknownShare), 0.0, 1.0)));
   if (layoutDirection() == Qt::RightToLeft) filled.moveRight(whole.right());
-  painter.setBrush(palette().color(QPalette::Highlight));
+  painter.setBrush(palette().color(QPalette::Link));
   painter.drawRoundedRect(filled, radius, radius);
 }
 

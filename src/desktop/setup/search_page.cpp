@@ -22,10 +22,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points.
-constexpr int kSearchMargin = 16;
-constexpr double kCitySearchSize = 14;
-constexpr double kSearchHintSize = 13;
 constexpr std::size_t kMostShownHits = 300;
 
 }  // namespace
@@ -35,12 +31,12 @@ SearchPage::SearchPage(SharedWindowTexts texts, SetupServices services, Actions 
       services_(std::move(services)),
       actions_(std::move(actions)),
       search_(new OutlinedField),
-      hint_(plainLabel({}, windowFont(kSearchHintSize), TextTone::faint)),
+      hint_(plainLabel({}, windowFont(kWindowTextSize), TextTone::faint)),
       tryAgain_(new ActionButton((*texts_)("TryAgain"))),
       list_(new CityList(texts_, services_.language,
                          [this](const CatalogueHit& hit) { actions_.choose(hit); })),
       addresses_(new ActionButton((*texts_)("EnterAddresses"))) {
-  search_->setFont(windowFont(kCitySearchSize));
+  search_->setFont(windowFont(kWindowNameSize));
   search_->setPlaceholderText((*texts_)("SearchCity"));
   search_->setAccessibleName((*texts_)("SearchCity"));
   search_->setClearButtonEnabled(true);
@@ -51,11 +47,11 @@ SearchPage::SearchPage(SharedWindowTexts texts, SetupServices services, Actions 
   connect(addresses_, &QAbstractButton::clicked, this,
           [this] { actions_.enterAddresses(timetable_, alerts_); });
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, kSearchMargin);
-  layout->setSpacing(kSearchMargin / 2);
+  layout->setContentsMargins(0, 0, 0, kWindowMargin);
+  layout->setSpacing(kWindowMargin / 2);
   const auto add = [layout](QWidget* part, bool isWide) {
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(kSearchMargin, 0, kSearchMargin, 0);
+    row->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
     row->addWidget(part);
     if (!isWide) row->addStretch();
     layout->addLayout(row);
@@ -70,6 +66,10 @@ SearchPage::SearchPage(SharedWindowTexts texts, SetupServices services, Actions 
 void SearchPage::present() {
   if (!catalogue_ && !isReading_) read();
 }
+
+QString SearchPage::search() const { return search_->text(); }
+
+void SearchPage::setSearch(const QString& search) { search_->setText(search); }
 
 bool SearchPage::clearSearch() {
   if (search_->text().isEmpty()) return false;

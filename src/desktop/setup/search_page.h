@@ -34,6 +34,8 @@ class SearchPage final : public QWidget {
 
   /// Reads the catalogue if that has not been done.
   void present();
+  QString search() const;
+  void setSearch(const QString& search);
   /// False when there was no search.
   bool clearSearch();
 

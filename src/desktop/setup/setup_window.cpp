@@ -16,10 +16,9 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kSetupWidth = 480;
-constexpr int kSetupHeight = 620;
-constexpr int kSetupMargin = 13;
-constexpr double kSetupTitleSize = 17;
+constexpr QSize kSetupSize(480, 620);
+// The ring of the Back button is part of its own room.
+constexpr int kSetupMargin = kWindowMargin - kButtonRing;
 
 }  // namespace
 
@@ -27,7 +26,7 @@ SetupWindow::SetupWindow(SharedWindowTexts texts, SetupServices services, std::f
     : CompanionWindow(std::move(texts)),
       services_(std::move(services)),
       finished_(std::move(finished)),
-      title_(makeLabel({}, font(kSetupTitleSize, QFont::DemiBold))),
+      title_(makeLabel({}, font(kWindowTitleSize, QFont::DemiBold))),
       back_(new ActionButton(QStringLiteral("‹ ") + this->texts()("Back"))),
       pages_(new QStackedWidget) {
   auto* const top = new QHBoxLayout;
@@ -42,7 +41,7 @@ SetupWindow::SetupWindow(SharedWindowTexts texts, SetupServices services, std::f
   layout->addWidget(pages_, 1);
   back_->setAccessibleName(this->texts()("Back"));
   connect(back_, &QAbstractButton::clicked, this, [this] { goBack(); });
-  resize(kSetupWidth, kSetupHeight);
+  resizeWithText(*this, kSetupSize);
 }
 
 void SetupWindow::findCity() {
@@ -58,6 +57,29 @@ void SetupWindow::chooseLines() {
 
 void SetupWindow::followChanges() {
   if (lines_) lines_->followChanges();
+}
+
+SetupWindow::State SetupWindow::state() const {
+  State state{.place = place(), .search = search_ ? search_->search() : QString()};
+  if (add_) {
+    state.wanted = wanted_;
+    state.entries = add_->entries();
+  }
+  state.showsLines = lines_ != nullptr;
+  if (lines_) state.added = added_;
+  return state;
+}
+
+void SetupWindow::restore(const State& state) {
+  setPlace(state.place);
+  showSearch();
+  search_->setSearch(state.search);
+  if (state.showsLines) showLines(state.added);
+  if (state.wanted) {
+    showAdd(*state.wanted);
+    add_->setEntries(state.entries);
+  }
+  showInFront();
 }
 
 // ---- The pages ----
@@ -95,6 +117,7 @@ void SetupWindow::showAdd(const AddPage::Wanted& wanted) {
     showLines(added);
   });
   delete std::exchange(add_, page);
+  wanted_ = wanted;
   show(page, texts()(std::holds_alternative<CatalogueHit>(wanted) ? "AddCityTitle" : "AddressesTitle"));
   page->present();
 }
@@ -102,6 +125,7 @@ void SetupWindow::showAdd(const AddPage::Wanted& wanted) {
 void SetupWindow::showLines(const std::optional<FeedFindings>& added) {
   auto* const page = new LinesPage(sharedTexts(), services_, artworkCache(), added, [this] { finish(); });
   delete std::exchange(lines_, page);
+  added_ = added;
   show(page, texts()("ChooseLinesTitle"));
   page->present();
 }

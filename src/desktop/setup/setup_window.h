@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,6 +30,21 @@ class SetupWindow final : public CompanionWindow {
   void findCity();
   /// Shows the lines of all feeds.
   void chooseLines();
+  /// What the set-up shows and where, for a set-up in another language. A running adding is not part of it.
+  struct State {
+    WindowPlace place;
+    /// The search for a city.
+    QString search;
+    /// The feed of the page that adds one; absent on other pages.
+    std::optional<AddPage::Wanted> wanted = {};
+    /// The texts of that page's fields.
+    QStringList entries = {};
+    bool showsLines = false;
+    /// The feed whose lines are shown; absent for all feeds.
+    std::optional<FeedFindings> added = {};
+  };
+  State state() const;
+  void restore(const State& state);
   /// To be called after another program or window has changed favourites or feeds.
   void followChanges();
 
@@ -52,6 +69,9 @@ class SetupWindow final : public CompanionWindow {
   /// Null unless it is shown, as the next one.
   AddPage* add_ = nullptr;
   LinesPage* lines_ = nullptr;
+  /// What `add_` adds, and the new feed of `lines_`.
+  std::optional<AddPage::Wanted> wanted_;
+  std::optional<FeedFindings> added_;
 };
 
 }  // namespace linewatch::desktop

@@ -12,22 +12,18 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kCardInset = 16;
 constexpr int kCardBottomInset = 13;
-constexpr int kCardGap = 6;
 constexpr int kButtonsGap = 14;
-constexpr double kCardTitleSize = 17;
-constexpr double kCardTextSize = 13;
 
 }  // namespace
 
 WelcomeCard::WelcomeCard(const WindowTexts& texts, Actions actions) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kCardInset, kCardGap, kCardInset, kCardBottomInset);
-  layout->setSpacing(kCardGap);
-  layout->addWidget(plainLabel(texts("WelcomeTitle"), windowFont(kCardTitleSize, QFont::DemiBold)));
-  layout->addWidget(plainLabel(texts("WelcomeText"), windowFont(kCardTextSize)));
-  layout->addWidget(plainLabel(texts("ExampleNote"), windowFont(kCardTextSize), TextTone::faint));
+  layout->setContentsMargins(kWindowMargin, kWindowGap, kWindowMargin, kCardBottomInset);
+  layout->setSpacing(kWindowGap);
+  layout->addWidget(plainLabel(texts("WelcomeTitle"), windowFont(kWindowTitleSize, QFont::DemiBold)));
+  layout->addWidget(plainLabel(texts("WelcomeText"), windowFont(kWindowTextSize)));
+  layout->addWidget(plainLabel(texts("ExampleNote"), windowFont(kWindowTextSize), TextTone::faint));
   layout->addSpacing(kButtonsGap);
   auto* const choose = new ActionButton(texts("ChooseYourCity"), ActionButton::Emphasis::primary);
   auto* const example = new ActionButton(texts("LookAtExample"));

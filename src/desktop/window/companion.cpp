@@ -84,9 +84,18 @@ std::optional<Error> Companion::open(const URL& url) {
   return std::nullopt;
 }
 
-void Companion::show(const OpenedContent& content) {
+DetailsWindow& Companion::details() {
   if (!details_) details_ = std::make_unique<DetailsWindow>(texts_, detailsServices_);
-  details_->present(content);
+  return *details_;
+}
+
+void Companion::show(const OpenedContent& content) {
+  details().present(content);
+  markExample();
+}
+
+/// Says in the title of the details that the city is made up.
+void Companion::markExample() {
   if (favoritesServices_.isExample && favoritesServices_.isExample())
     details_->setWindowTitle((*texts_)("ExampleOf", {details_->windowTitle().toStdString()}));
 }
@@ -101,6 +110,23 @@ void Companion::showFavorites() {
     if (isOpen) favorites_->setGeometry(place);
   }
   favorites_->present();
+}
+
+Companion::OpenWindows Companion::openWindows() const {
+  OpenWindows windows;
+  if (details_ && details_->isVisible()) windows.details = details_->state();
+  if (favorites_ && favorites_->isVisible()) windows.favorites = favorites_->state();
+  return windows;
+}
+
+void Companion::reopen(const OpenWindows& windows) {
+  if (windows.details) {
+    details().restore(*windows.details);
+    markExample();
+  }
+  if (!windows.favorites) return;
+  showFavorites();
+  favorites_->restore(*windows.favorites);
 }
 
 void Companion::favoritesDidChange() {

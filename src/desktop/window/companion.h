@@ -5,6 +5,7 @@
 #include <QThreadPool>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "desktop/window/companion_command.h"
@@ -38,11 +39,20 @@ class Companion {
   void openActivity(const UserActivity& activity, const OpenHandler& done);
   /// Shows the favourites window, even if the user has a command.
   void showFavorites();
+  /// The open windows and what they show, for a companion in another language.
+  struct OpenWindows {
+    std::optional<DetailsWindow::State> details;
+    std::optional<FavoritesWindow::State> favorites;
+  };
+  OpenWindows openWindows() const;
+  void reopen(const OpenWindows& windows);
   /// To be called after another program or window has changed favourites or feeds.
   void favoritesDidChange();
 
  private:
+  DetailsWindow& details();
   void show(const OpenedContent& content);
+  void markExample();
   std::optional<Error> open(const URL& url);
 
   SharedWindowTexts texts_;

@@ -37,6 +37,11 @@ void CompanionWindow::showInFront() {
   activateWindow();
 }
 
+void CompanionWindow::setPlace(const WindowPlace& place) {
+  resize(place.size);
+  move(place.corner);
+}
+
 void CompanionWindow::showPalette() { setPalette(cardPalette(QApplication::palette())); }
 
 bool CompanionWindow::event(QEvent* event) {

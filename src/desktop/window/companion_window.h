@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QFont>
+#include <QPoint>
+#include <QSize>
 #include <QWidget>
 #include <cstdint>
 #include <memory>
@@ -13,11 +15,22 @@ class QLabel;
 
 namespace linewatch::desktop {
 
+/// Where a window is on the screen, and how large it is.
+struct WindowPlace {
+  /// Of the frame, if the window has one.
+  QPoint corner;
+  /// Without the frame.
+  QSize size;
+};
+
 /// Base class of the details and favourites windows: the card's colours, the panel's text size, and Esc or
 /// Ctrl+W to close. Needs an installed platform while it lives. Main thread.
 class CompanionWindow : public QWidget {
  public:
   ~CompanionWindow() override = default;
+
+  WindowPlace place() const { return {pos(), size()}; }
+  void setPlace(const WindowPlace& place);
 
  protected:
   using Tone = TextTone;

@@ -138,6 +138,7 @@ DetailsWindow::~DetailsWindow() = default;
 
 void DetailsWindow::present(const OpenedContent& content) {
   startOver();
+  content_ = content;
   if (const auto* const incidents = std::get_if<StoredIncidents>(&content)) {
     present(*incidents);
   } else if (const auto& line = std::get<std::shared_ptr<const RovaActivity>>(content)->lineItem()) {
@@ -152,6 +153,12 @@ void DetailsWindow::present(const OpenedContent& content) {
   fitHeight();
   showInFront();
   column_->setFocus(Qt::OtherFocusReason);
+}
+
+void DetailsWindow::restore(const State& state) {
+  setPlace(state.place);
+  present(state.content);
+  resize(state.place.size);
 }
 
 bool DetailsWindow::isComplete() const { return !hasMoreToAdd() && column_->isComplete(); }

@@ -45,6 +45,14 @@ class DetailsWindow final : public CompanionWindow {
 
   /// Replaces the former content.
   void present(const OpenedContent& content);
+  /// What the window shows and where, for a window in another language.
+  struct State {
+    WindowPlace place;
+    OpenedContent content;
+  };
+  /// Only after `present`.
+  State state() const { return {place(), *content_}; }
+  void restore(const State& state);
   /// Whether every incident has been added and everything near the visible range has been drawn.
   bool isComplete() const;
 
@@ -105,6 +113,8 @@ class DetailsWindow final : public CompanionWindow {
   int textWidth() const;
 
   DetailsServices services_;
+  /// Absent before `present`.
+  std::optional<OpenedContent> content_;
   DetailsColumn* column_ = nullptr;
   FeedTexts words_;
   std::unique_ptr<const TextStyles> styles_;

@@ -1,5 +1,6 @@
 #include "desktop/window/favorite_list.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFont>
@@ -9,25 +10,28 @@
 #include <utility>
 
 #include "desktop/window/line_delegate.h"
+#include "desktop/window/row_menu_button.h"
 
 namespace linewatch::desktop {
 
 FavoriteList::FavoriteList(FavoriteModel::Source source, std::shared_ptr<ArtworkDataSourceCache> cache,
-                           std::int64_t step, const Fonts& fonts, Handlers handlers)
-    : model_(new FavoriteModel(std::move(source), this)), handlers_(std::move(handlers)) {
+                           std::int64_t step, double textScale, const Fonts& fonts, Handlers handlers)
+    : model_(new FavoriteModel(std::move(source), this)),
+      delegate_(new LineDelegate(std::move(cache), step, textScale,
+                                 {fonts.name, fonts.details, fonts.heading}, this)),
+      handlers_(std::move(handlers)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
   setSelectionMode(QAbstractItemView::NoSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  auto* const delegate =
-      new LineDelegate(std::move(cache), step, {fonts.name, fonts.details, fonts.heading}, this);
-  delegate->setMenuHandler([this](const QModelIndex& index) { showMenu(index); });
-  setItemDelegate(delegate);
+  delegate_->setMenuHandler([this](const QModelIndex& index) { showMenu(index); });
+  setItemDelegate(delegate_);
   setModel(model_);
 }
 
 void FavoriteList::replaceRows(std::vector<FavoriteModel::Row> rows) {
+  if (rows == model_->rows()) return model_->marksDidChange();
   const QModelIndex current = currentIndex();
   const int scrolledTo = verticalScrollBar()->value();
   if (!current.isValid() || model_->row(current.row()).isHeading()) {
@@ -44,6 +48,17 @@ void FavoriteList::replaceRows(std::vector<FavoriteModel::Row> rows) {
   doItemsLayout();
   const int now = visualRect(model_->index(*row)).top();
   verticalScrollBar()->setValue(verticalScrollBar()->value() + now - offset);
+}
+
+void FavoriteList::announceStar(const StoredFavorite& line) {
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    if (model_->row(row).isHeading() || !model_->row(row).favorite.isSameAs(line)) continue;
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    event.setChild(row);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 void FavoriteList::ensureCurrent() {
@@ -81,8 +96,58 @@ void FavoriteList::keyPressEvent(QKeyEvent* event) {
     if (!event->isAutoRepeat()) toggleCurrent();
     return event->accept();
   }
+  // Some platforms send only a key event for the keys that open a menu.
+  if (key == Qt::Key_Menu || (key == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)) {
+    showMenu(currentIndex());
+    return event->accept();
+  }
   QListView::keyPressEvent(event);
 }
+
+// ---- The button of the current row ----
+
+void FavoriteList::setMenuButton(RowMenuButton* button, const QString& name) {
+  menuButton_ = button;
+  menuName_ = name;
+  connect(button, &QAbstractButton::clicked, this, [this] { showMenu(currentIndex()); });
+  placeMenuButton();
+}
+
+void FavoriteList::placeMenuButton() {
+  if (menuButton_ == nullptr) return;
+  const QModelIndex index = currentIndex();
+  const QRect place = delegate_->menuRect(visualRect(index), layoutDirection());
+  const bool isShown =
+      index.data(FavoriteModel::kFavoriteRole).toBool() && viewport()->rect().contains(place);
+  menuButton_->setVisible(isShown);
+  if (!isShown) return;
+  menuButton_->setGeometry({viewport()->mapTo(parentWidget(), place.topLeft()), place.size()});
+  menuButton_->raise();
+  menuButton_->setAccessibleName(menuName_ + QStringLiteral(" – ") + index.data().toString());
+}
+
+void FavoriteList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QListView::currentChanged(current, previous);
+  placeMenuButton();
+}
+
+void FavoriteList::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                               const QList<int>& roles) {
+  QListView::dataChanged(topLeft, bottomRight, roles);
+  placeMenuButton();
+}
+
+void FavoriteList::scrollContentsBy(int dx, int dy) {
+  QListView::scrollContentsBy(dx, dy);
+  placeMenuButton();
+}
+
+void FavoriteList::updateGeometries() {
+  QListView::updateGeometries();
+  placeMenuButton();
+}
+
+// ---- Menu ----
 
 void FavoriteList::showMenu(const QModelIndex& index) {
   if (!handlers_.showMenu || !index.isValid() || model_->row(index.row()).isHeading()) return;

@@ -33,6 +33,7 @@ class FavoriteModel final : public QAbstractListModel {
     bool isInGroup = false;
 
     bool isHeading() const { return !heading.isNull(); }
+    bool operator==(const Row&) const = default;
   };
   struct Description {
     QString name;
@@ -55,6 +56,7 @@ class FavoriteModel final : public QAbstractListModel {
   FavoriteModel(Source source, QObject* parent);
 
   void setRows(std::vector<Row> rows);
+  const std::vector<Row>& rows() const { return rows_; }
   const Row& row(int index) const { return rows_[static_cast<std::size_t>(index)]; }
   /// The row of the line. Prefers an ordered one if `isOrdered`.
   std::optional<int> find(const StoredFavorite& favorite, bool isOrdered) const;

@@ -4,15 +4,19 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <algorithm>
 #include <array>
+#include <set>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "desktop/window/line_choice_window.h"
 #include "desktop/window/outlined_field.h"
+#include "desktop/window/row_menu_button.h"
 #include "desktop/window/window_style.h"
 #include "feeds/user_favorites.h"
 #include "platform/log.h"
@@ -22,13 +26,6 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points.
-constexpr int kPaneMargin = 16;
-constexpr double kSearchSize = 14;
-constexpr double kLineNameSize = 14;
-constexpr double kAgencySize = 12;
-constexpr double kGroupHeadingSize = 12;
-constexpr double kHintSize = 12;
 constexpr std::int64_t kListedShieldStep = 3;
 constexpr int kRetryMilliseconds = 1000;
 
@@ -51,6 +48,19 @@ std::string_view keyOf(TransitMode mode) {
   return number < kKeys.size() ? kKeys[number] : "";
 }
 
+/// The names that agencies of more than one feed have.
+std::set<std::string> agencyNamesOfSeveral(const std::vector<SharedLineIndex>& feeds) {
+  std::set<std::string> seen, shared;
+  for (const SharedLineIndex& feed : feeds) {
+    std::set<std::string> names;
+    for (const FeedAgency& agency : feed->agencies()) names.insert(agency.name);
+    for (const std::string& name : names) {
+      if (!seen.insert(name).second) shared.insert(name);
+    }
+  }
+  return shared;
+}
+
 }  // namespace
 
 FavoritesPane::FavoritesPane(SharedWindowTexts texts, FavoritesServices services,
@@ -58,9 +68,9 @@ FavoritesPane::FavoritesPane(SharedWindowTexts texts, FavoritesServices services
     : texts_(std::move(texts)), services_(std::move(services)), feed_(std::move(feed)) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(kPaneMargin / 2);
+  layout->setSpacing(kWindowMargin / 2);
   search_ = new OutlinedField;
-  search_->setFont(windowFont(kSearchSize));
+  search_->setFont(windowFont(kWindowNameSize));
   search_->setPlaceholderText((*texts_)("Search"));
   search_->setAccessibleName((*texts_)("Search"));
   search_->setClearButtonEnabled(true);
@@ -69,15 +79,16 @@ FavoritesPane::FavoritesPane(SharedWindowTexts texts, FavoritesServices services
     list_->scrollToTop();
     showLines();
   });
-  hint_ = plainLabel({}, windowFont(kHintSize), TextTone::faint);
+  hint_ = plainLabel({}, windowFont(kWindowNoteSize), TextTone::faint);
   makeList(std::move(cache));
   for (QWidget* const part : {static_cast<QWidget*>(search_), static_cast<QWidget*>(hint_)}) {
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(kPaneMargin, 0, kPaneMargin, 0);
+    row->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
     row->addWidget(part);
     layout->addLayout(row);
   }
   layout->addWidget(list_, 1);
+  if (services_.change) list_->setMenuButton(new RowMenuButton(this), (*texts_)("LineOptions"));
   setFocusProxy(search_);
   retry_ = new QTimer(this);
   retry_->setInterval(kRetryMilliseconds);
@@ -95,10 +106,10 @@ void FavoritesPane::makeList(std::shared_ptr<ArtworkDataSourceCache> cache) {
     handlers.reorder = [this](const std::vector<StoredFavorite>& order) { return reorder(order); };
     handlers.showMenu = [this](const StoredFavorite& line) { showChoice(line); };
   }
-  const QFont name = windowFont(kLineNameSize, QFont::Medium), details = windowFont(kAgencySize),
-              heading = windowFont(kGroupHeadingSize, QFont::DemiBold);
+  const QFont name = windowFont(kWindowNameSize, QFont::Medium), details = windowFont(kWindowNoteSize),
+              heading = windowFont(kWindowNoteSize, QFont::DemiBold);
   list_ = new FavoriteList(std::move(source), std::move(cache), windowArtworkStep(kListedShieldStep),
-                           {name, details, heading}, std::move(handlers));
+                           windowTextScale(), {name, details, heading}, std::move(handlers));
   list_->setAccessibleName((*texts_)("FavoritesTitle"));
 }
 
@@ -114,6 +125,26 @@ bool FavoritesPane::clearSearch() {
   search_->clear();
   search_->setFocus(Qt::OtherFocusReason);
   return true;
+}
+
+FavoritesPane::View FavoritesPane::view() const {
+  View view{.search = search_->text(), .scrolledTo = list_->verticalScrollBar()->value()};
+  if (choice_ && choice_->isVisible()) view.choice = {chosenLine_, choice_->place()};
+  return view;
+}
+
+void FavoritesPane::restore(const View& view) {
+  search_->setText(view.search);
+  wantedView_ = view;
+  showWantedView();
+}
+
+void FavoritesPane::showWantedView() {
+  if (!areLinesLoaded_ || !wantedView_) return;
+  const View wanted = *std::exchange(wantedView_, std::nullopt);
+  list_->doItemsLayout();
+  list_->verticalScrollBar()->setValue(wanted.scrolledTo);
+  if (wanted.choice) showChoice(wanted.choice->first, &wanted.choice->second);
 }
 
 // ---- Reading ----
@@ -179,7 +210,9 @@ void FavoritesPane::linesDidLoad(const FeedLines& lines) {
   records_.clear();
   lines_ = std::move(listed);
   groups_ = groupedLines(lines_.indexes);
+  sharedAgencyNames_ = agencyNamesOfSeveral(lines_.indexes);
   showLines();
+  showWantedView();
   logDebug("The lines of %lu feeds are listed", {static_cast<std::int64_t>(lines_.indexes.size())});
 }
 
@@ -230,10 +263,17 @@ std::vector<FavoritesPane::Row> FavoritesPane::foundRows() const {
   return rows;
 }
 
+/// The agency's name. If two feeds have agencies of this name, the feed's name tells them apart.
+QString FavoritesPane::agencyIn(const LineIndex& index, const std::string& agency) const {
+  const std::string& feed = index.feedName();
+  if (agency.empty() || !sharedAgencyNames_.contains(agency)) return QString::fromStdString(agency);
+  return QString::fromStdString(feed.starts_with(agency) ? feed : agency + " (" + feed + ")");
+}
+
 QString FavoritesPane::headingOf(const LineGroup& group) const {
-  const std::string& agency =
-      group.agency ? group.index->agencies()[*group.agency].name : group.index->feedName();
-  const QString name = QString::fromStdString(agency.empty() ? group.index->feedName() : agency);
+  const std::string& feed = group.index->feedName();
+  const std::string agency = group.agency ? group.index->agencies()[*group.agency].name : feed;
+  const QString name = agency.empty() ? QString::fromStdString(feed) : agencyIn(*group.index, agency);
   const std::string_view mode = keyOf(group.mode);
   return mode.empty() ? name : name + QStringLiteral(" · ") + (*texts_)(mode);
 }
@@ -259,7 +299,7 @@ FavoriteModel::Description FavoritesPane::describe(const Row& row) {
     return {(*texts_)("UnknownLine", {row.favorite.subject}), QString::fromStdString(row.favorite.feed)};
   const FoundLine& line = *row.line;
   LineRecords& records = records_.try_emplace(line.index.get(), line.index).first->second;
-  return {QString::fromStdString(line.longName()), QString::fromStdString(line.agencyName()),
+  return {QString::fromStdString(line.longName()), agencyIn(*line.index, line.agencyName()),
           records.lineFieldsOfRoute(line.route)->artwork};
 }
 
@@ -309,6 +349,7 @@ bool FavoritesPane::change(const StoredFavorite& line, bool isAdded) {
   if (isAdded) favorites.push_back(favorite);
   setFavorites(std::move(favorites));
   favoritesDidChange();
+  list_->announceStar(line);
   services_.didChange();
   return true;
 }
@@ -330,16 +371,18 @@ bool FavoritesPane::reorder(const std::vector<StoredFavorite>& order) {
   return static_cast<bool>(changed);
 }
 
-void FavoritesPane::showChoice(const StoredFavorite& line) {
+void FavoritesPane::showChoice(const StoredFavorite& line, const WindowPlace* place) {
   const StoredFavorite* const favorite = favoriteFor(line);
   if (!favorite) return;
   const auto row = list_->rows().find(*favorite, false);
   const QString name = row ? list_->rows().index(*row).data().toString() : QString();
   delete choice_;
+  chosenLine_ = *favorite;
   choice_ = new LineChoiceWindow(texts_, name, favorite->choice,
                                  [pane = QPointer(this), favorite = *favorite](const LineChoice& choice) {
                                    if (pane) pane->choose(favorite, choice);
                                  });
+  if (place) choice_->setPlace(*place);
   choice_->present();
   if (!services_.loadStops) return choice_->showStops(LineStops());
   services_.loadStops(*favorite, [pane = QPointer(this), window = choice_,

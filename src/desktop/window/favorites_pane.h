@@ -7,11 +7,13 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "desktop/window/companion_window.h"
 #include "desktop/window/favorite_list.h"
 #include "desktop/window/window_texts.h"
 #include "feeds/gtfs/grouped_lines.h"
@@ -73,6 +75,19 @@ class FavoritesPane final : public QWidget {
   bool hasNoFavorites() const { return !favoritesError_ && favorites_.empty(); }
   /// The number of favourites among the listed feeds.
   std::size_t favoriteCount() const;
+  /// Whether there are favourites that are not among the listed feeds.
+  bool hasOtherFavorites() const { return favoriteCount() < favorites_.size(); }
+  /// What the pane shows, for a pane in another language.
+  struct View {
+    QString search;
+    /// Points from the start of the list.
+    int scrolledTo = 0;
+    /// The line whose choice is open, and the place of that window.
+    std::optional<std::pair<StoredFavorite, WindowPlace>> choice = {};
+  };
+  View view() const;
+  /// To be called after `present`. The list scrolls once the lines are loaded.
+  void restore(const View& view);
   /// False when there was no search.
   bool clearSearch();
   /// Called after the favourites have changed, here or elsewhere, or can be read again.
@@ -93,6 +108,7 @@ class FavoritesPane final : public QWidget {
   std::vector<Row> ownRows() const;
   std::vector<Row> allRows() const;
   std::vector<Row> foundRows() const;
+  QString agencyIn(const LineIndex& index, const std::string& agency) const;
   QString headingOf(const LineGroup& group) const;
   void showUsualHint(std::size_t lineCount);
   void showHint(const QString& hint);
@@ -105,7 +121,8 @@ class FavoritesPane final : public QWidget {
   void favoritesDidChange();
   bool change(const StoredFavorite& line, bool isAdded);
   bool reorder(const std::vector<StoredFavorite>& order);
-  void showChoice(const StoredFavorite& line);
+  void showWantedView();
+  void showChoice(const StoredFavorite& line, const WindowPlace* place = nullptr);
   void choose(StoredFavorite favorite, const LineChoice& choice);
 
   SharedWindowTexts texts_;
@@ -125,11 +142,17 @@ class FavoritesPane final : public QWidget {
   std::optional<Error> favoritesError_;
   FeedLines lines_;
   std::vector<LineGroup> groups_;
+  /// Agencies of different feeds have these names.
+  std::set<std::string> sharedAgencyNames_;
   bool areLinesLoaded_ = false;
   std::map<const LineIndex*, LineRecords> records_;
   /// Where lines go, by feed and route id; of lines whose choices have been shown.
   std::map<std::pair<std::string, std::string>, LineStops> stops_;
   QPointer<LineChoiceWindow> choice_;
+  /// The line of `choice_`.
+  StoredFavorite chosenLine_;
+  /// To be shown once the lines are loaded.
+  std::optional<View> wantedView_;
 };
 
 }  // namespace linewatch::desktop

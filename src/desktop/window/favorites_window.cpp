@@ -12,10 +12,7 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kFavoritesWidth = 440;
-constexpr int kFavoritesHeight = 600;
-constexpr int kFavoritesMargin = 16;
-constexpr double kExampleNoteSize = 13;
+constexpr QSize kFavoritesSize(440, 600);
 
 }  // namespace
 
@@ -25,18 +22,18 @@ FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices serv
       exampleNote_(makeExampleNote()),
       pane_(new FavoritesPane(std::move(texts), std::move(services), artworkCache())) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, kFavoritesMargin, 0, 0);
+  layout->setContentsMargins(0, kWindowMargin, 0, 0);
   layout->addWidget(exampleNote_);
   layout->addWidget(pane_);
   pane_->setChangeHandler([this] { showTitle(); });
-  resize(kFavoritesWidth, kFavoritesHeight);
+  resizeWithText(*this, kFavoritesSize);
 }
 
 QWidget* FavoritesWindow::makeExampleNote() {
   auto* const note = new QWidget;
   auto* const layout = new QHBoxLayout(note);
-  layout->setContentsMargins(kFavoritesMargin, 0, kFavoritesMargin - kButtonRing, 0);
-  layout->addWidget(makeLabel(texts()("ExampleLines"), font(kExampleNoteSize)), 1);
+  layout->setContentsMargins(kWindowMargin, 0, kWindowMargin - kButtonRing, 0);
+  layout->addWidget(makeLabel(texts()("ExampleLines"), font(kWindowTextSize)), 1);
   auto* const choose = new ActionButton(texts()("ChooseYourCity"), ActionButton::Emphasis::primary);
   connect(choose, &QAbstractButton::clicked, this, [this] { services_.chooseCity(); });
   layout->addWidget(choose);
@@ -53,6 +50,12 @@ void FavoritesWindow::present() {
   pane_->present();
   showInFront();
   pane_->setFocus(Qt::OtherFocusReason);
+}
+
+void FavoritesWindow::restore(const State& state) {
+  setPlace(state.place);
+  present();
+  pane_->restore(state.view);
 }
 
 /// Esc clears a search before it closes the window.

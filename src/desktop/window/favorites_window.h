@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "desktop/window/companion_window.h"
 #include "desktop/window/favorites_pane.h"
 
@@ -15,6 +13,13 @@ class FavoritesWindow final : public CompanionWindow {
 
   /// Shows the favourites, with the search field cleared.
   void present();
+  /// What the window shows and where, for a window in another language.
+  struct State {
+    WindowPlace place;
+    FavoritesPane::View view;
+  };
+  State state() const { return {place(), pane_->view()}; }
+  void restore(const State& state);
   /// Shows changes that another program or window has made. The current line and the scroll position stay.
   void followChanges() { pane_->followChanges(); }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "desktop/window/action_button.h"
+#include "desktop/window/control_style.h"
 #include "desktop/window/window_colors.h"
 #include "shared/failure.h"
 
@@ -24,13 +25,7 @@ namespace {
 using Stops = LineChoice::Stops;
 
 // Points.
-constexpr int kChoiceWidth = 400;
-constexpr int kChoiceHeight = 520;
-constexpr int kChoiceMargin = 16;
-constexpr int kChoiceGap = 6;
-constexpr double kChoiceTitleSize = 17;
-constexpr double kChoiceHeadingSize = 12;
-constexpr double kChoiceTextSize = 14;
+constexpr QSize kChoiceSize(400, 560);
 constexpr std::size_t kMostDestinations = 3;
 /// The ids of a stop in the list.
 constexpr int kStopIdsRole = Qt::UserRole;
@@ -39,11 +34,9 @@ constexpr int kStopIdsRole = Qt::UserRole;
 QString directionInWords(std::uint8_t direction, const LineStops* stops, const WindowTexts& texts) {
   if (!stops || stops->destinations.at(direction).empty())
     return texts("OnlyDirection", {std::to_string(direction)});
-  QStringList names;
-  for (const std::string& name : stops->destinations.at(direction)) {
-    if (static_cast<std::size_t>(names.size()) < kMostDestinations) names << QString::fromStdString(name);
-  }
-  return texts("TowardsDestination", {names.join(QStringLiteral(", ")).toStdString()});
+  std::vector<std::string> names = stops->destinations.at(direction);
+  if (names.size() > kMostDestinations) names.resize(kMostDestinations);
+  return texts("TowardsDestination", {texts.joined(names).toStdString()});
 }
 
 /// An "&" in a name would otherwise be taken for a shortcut.
@@ -66,26 +59,26 @@ LineChoiceWindow::LineChoiceWindow(SharedWindowTexts texts, const QString& line,
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(line);
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kChoiceMargin, kChoiceMargin, kChoiceMargin, kChoiceMargin);
-  layout->setSpacing(kChoiceGap);
-  layout->addWidget(makeLabel(line, font(kChoiceTitleSize, QFont::DemiBold)));
+  layout->setContentsMargins(kWindowMargin, kWindowMargin, kWindowMargin, kWindowMargin);
+  layout->setSpacing(kWindowGap);
+  layout->addWidget(makeLabel(line, font(kWindowTitleSize, QFont::DemiBold)));
   addDirections(*layout);
   addStops(*layout);
   auto* const done = new ActionButton(this->texts()("Done"), ActionButton::Emphasis::primary);
   connect(done, &QAbstractButton::clicked, this, [this] { close(); });
   layout->addWidget(done, 0, Qt::AlignTrailing);
-  resize(kChoiceWidth, kChoiceHeight);
+  resizeWithText(*this, kChoiceSize);
 }
 
 void LineChoiceWindow::addDirections(QVBoxLayout& layout) {
-  auto* const heading =
-      makeLabel(texts()("Direction"), font(kChoiceHeadingSize, QFont::DemiBold), Tone::faint);
-  heading->setContentsMargins(0, kChoiceMargin, 0, 0);
+  auto* const heading = makeLabel(texts()("Direction"), font(kWindowNoteSize, QFont::DemiBold), Tone::faint);
+  heading->setContentsMargins(0, kWindowMargin, 0, 0);
   layout.addWidget(heading);
   auto* const group = new QButtonGroup(this);
   const auto add = [&](const QString& text, std::optional<std::uint8_t> direction) {
     auto* const radio = new QRadioButton(text);
-    radio->setFont(font(kChoiceTextSize));
+    setControlStyle(*radio);
+    radio->setFont(font(kWindowNameSize));
     radio->setChecked(choice_.direction == direction);
     connect(radio, &QRadioButton::clicked, this, [this, direction] { chooseDirection(direction); });
     group->addButton(radio);
@@ -99,25 +92,27 @@ void LineChoiceWindow::addDirections(QVBoxLayout& layout) {
 
 void LineChoiceWindow::addStops(QVBoxLayout& layout) {
   auto* const heading =
-      makeLabel(texts()("NoticesOfStops"), font(kChoiceHeadingSize, QFont::DemiBold), Tone::faint);
-  heading->setContentsMargins(0, kChoiceMargin, 0, 0);
+      makeLabel(texts()("NoticesOfStops"), font(kWindowNoteSize, QFont::DemiBold), Tone::faint);
+  heading->setContentsMargins(0, kWindowMargin, 0, 0);
   layout.addWidget(heading);
   auto* const group = new QButtonGroup(this);
   for (const auto& [name, stops] : {std::pair("AllStops", Stops::all), std::pair("NoStops", Stops::none),
                                     std::pair("OnlyTheseStops", Stops::chosen)}) {
     auto* const radio = new QRadioButton(texts()(name));
-    radio->setFont(font(kChoiceTextSize));
+    setControlStyle(*radio);
+    radio->setFont(font(kWindowNameSize));
     radio->setChecked(choice_.stops == stops);
     connect(radio, &QRadioButton::clicked, this, [this, wanted = stops] { chooseStops(wanted); });
     group->addButton(radio);
     layout.addWidget(radio);
     someStops_ = radio;
   }
-  note_ = makeLabel(texts()("LoadingStops"), font(kChoiceHeadingSize), Tone::faint);
+  note_ = makeLabel(texts()("LoadingStops"), font(kWindowNoteSize), Tone::faint);
   layout.addWidget(note_);
   list_ = new QListWidget;
   list_->setFrameShape(QFrame::NoFrame);
-  list_->setFont(font(kChoiceTextSize));
+  setControlStyle(*list_);
+  list_->setFont(font(kWindowNameSize));
   list_->setAccessibleName(texts()("NoticesOfStops"));
   list_->setSelectionMode(QAbstractItemView::NoSelection);
   list_->setEnabled(choice_.stops == Stops::chosen);

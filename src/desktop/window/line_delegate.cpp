@@ -12,6 +12,7 @@
 
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/window/favorite_model.h"
+#include "desktop/window/list_row.h"
 #include "desktop/window/window_colors.h"
 #include "ui/image.h"
 
@@ -19,8 +20,7 @@ namespace linewatch::desktop {
 
 namespace {
 
-// Points.
-constexpr double kRowInset = 16;
+// Points at the default text size.
 constexpr double kRowGap = 12;
 constexpr double kShieldColumn = 52;
 constexpr double kStarSize = 22;
@@ -31,9 +31,10 @@ constexpr double kRoomAboveHeading = 14;
 constexpr double kRoomBelowHeading = 4;
 constexpr double kRoomAboveText = 9;
 constexpr double kLineGap = 2;
-constexpr double kRowRadius = 8;
 constexpr double kStroke = 1.6;
-constexpr float kHoverAlpha = 0.06F;
+constexpr float kMenuAlpha = 0.06F;
+/// How much the star and the buttons grow with the text, whose letters are less high than they are.
+constexpr double kSignGrowth = 0.6;
 
 /// Mirrors a rectangle of a left-to-right row if the interface is right-to-left.
 QRectF mirrored(const QRectF& place, const QStyleOptionViewItem& option) {
@@ -42,34 +43,8 @@ QRectF mirrored(const QRectF& place, const QStyleOptionViewItem& option) {
   return {row.left() + row.right() - place.right(), place.top(), place.width(), place.height()};
 }
 
-QRectF placeOfShield(const QRectF& row) {
-  return {row.left() + kRowInset, row.top(), kShieldColumn, row.height()};
-}
-
-QRectF placeOfStar(const QRectF& row) {
-  return {row.right() - kRowInset - kStarSize, row.center().y() - kStarSize / 2, kStarSize, kStarSize};
-}
-
-QRectF placeOfMenu(const QRectF& row) {
-  return {placeOfStar(row).left() - kRowGap / 2 - kMenuSize, row.center().y() - kMenuSize / 2, kMenuSize,
-          kMenuSize};
-}
-
-QRectF placeOfGrip(const QRectF& row) { return {row.left(), row.top(), kRowInset, row.height()}; }
-
-void paintState(QPainter& painter, const QStyleOptionViewItem& option) {
-  const QRectF row = QRectF(option.rect).adjusted(4, 1, -4, -1);
-  if (option.state & QStyle::State_MouseOver) {
-    QColor color = option.palette.color(QPalette::Text);
-    color.setAlphaF(kHoverAlpha);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawRoundedRect(row, kRowRadius, kRowRadius);
-  }
-  if (!(option.state & QStyle::State_HasFocus)) return;
-  painter.setPen(QPen(option.palette.color(QPalette::Highlight), 2));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(row, kRowRadius, kRowRadius);
+QRectF centered(const QRectF& row, double left, double size) {
+  return {left, row.center().y() - size / 2, size, size};
 }
 
 QPainterPath starIn(const QRectF& place) {
@@ -91,27 +66,29 @@ QPainterPath starIn(const QRectF& place) {
 /// A filled star for a favourite, else its outline.
 void paintStar(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place, bool isChecked) {
   const QColor color = option.palette.color(QPalette::Link);
-  painter.setPen(QPen(color, kStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(
+      QPen(color, kStroke * place.width() / kStarSize, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(isChecked ? QBrush(color) : QBrush(Qt::NoBrush));
   painter.drawPath(starIn(place.adjusted(1, 1, -1, -1)));
 }
 
-void paintDots(QPainter& painter, const QColor& color, const QRectF& place, int columns, int rows) {
+void paintDots(QPainter& painter, const QColor& color, const QRectF& place, double growth, int columns,
+               int rows) {
   painter.setPen(Qt::NoPen);
   painter.setBrush(color);
   for (int column = 0; column < columns; ++column) {
     for (int row = 0; row < rows; ++row) {
-      const double x = place.center().x() + (column - (columns - 1) / 2.0) * kGripStep;
-      const double y = place.center().y() + (row - (rows - 1) / 2.0) * kGripStep;
-      painter.drawEllipse(QPointF(x, y), kDotRadius, kDotRadius);
+      const double x = place.center().x() + (column - (columns - 1) / 2.0) * kGripStep * growth;
+      const double y = place.center().y() + (row - (rows - 1) / 2.0) * kGripStep * growth;
+      painter.drawEllipse(QPointF(x, y), kDotRadius * growth, kDotRadius * growth);
     }
   }
 }
 
-void paintMenu(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place) {
+void paintMenu(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& place, double growth) {
   QColor color = option.palette.color(QPalette::Text);
-  paintDots(painter, color, place, 3, 1);
-  color.setAlphaF(kHoverAlpha);
+  paintDots(painter, color, place, growth, 3, 1);
+  color.setAlphaF(kMenuAlpha);
   painter.setBrush(color);
   painter.drawEllipse(place);
 }
@@ -126,13 +103,38 @@ bool asksForChange(const QEvent& event) {
 
 }  // namespace
 
-LineDelegate::LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, Fonts fonts,
-                           QObject* parent)
-    : QStyledItemDelegate(parent), cache_(std::move(cache)), step_(step), fonts_(std::move(fonts)) {
+LineDelegate::LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, double textScale,
+                           Fonts fonts, QObject* parent)
+    : QStyledItemDelegate(parent),
+      cache_(std::move(cache)),
+      step_(step),
+      fonts_(std::move(fonts)),
+      textGrowth_(std::max(1.0, textScale)),
+      signGrowth_(1 + kSignGrowth * (textGrowth_ - 1)) {
   const double text = QFontMetricsF(fonts_.name).height() + kLineGap + QFontMetricsF(fonts_.details).height();
   lineHeight_ = static_cast<int>(std::ceil(text + 2 * kRoomAboveText));
   headingHeight_ = static_cast<int>(
       std::ceil(kRoomAboveHeading + QFontMetricsF(fonts_.heading).height() + kRoomBelowHeading));
+}
+
+LineDelegate::Places LineDelegate::placesIn(const QStyleOptionViewItem& option, bool hasMenu) const {
+  const QRectF row = option.rect;
+  const double starSize = kStarSize * signGrowth_, menuSize = kMenuSize * signGrowth_;
+  const QRectF star = centered(row, row.right() - kRowInset - starSize, starSize);
+  const QRectF menu = centered(row, star.left() - kRowGap / 2 - menuSize, menuSize);
+  const QRectF shield(row.left() + kRowInset, row.top(), kShieldColumn * textGrowth_, row.height());
+  const QRectF names(QPointF(shield.right() + kRowGap, row.top()),
+                     QPointF((hasMenu ? menu : star).left() - kRowGap, row.bottom()));
+  const QRectF grip(row.left(), row.top(), kRowInset, row.height());
+  return {mirrored(grip, option), mirrored(shield, option), mirrored(names, option), mirrored(menu, option),
+          mirrored(star, option)};
+}
+
+QRect LineDelegate::menuRect(const QRect& row, Qt::LayoutDirection direction) const {
+  QStyleOptionViewItem option;
+  option.rect = row;
+  option.direction = direction;
+  return placesIn(option, true).menu.toAlignedRect();
 }
 
 QSize LineDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
@@ -147,19 +149,16 @@ void LineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     paintHeading(*painter, option, index);
     return painter->restore();
   }
-  const QRectF row = option.rect;
-  paintState(*painter, option);
-  const QRectF shield = placeOfShield(row);
-  const QRectF star = placeOfStar(row);
-  paintShield(*painter, option, index, mirrored(shield, option));
   const bool hasMenu = index.data(FavoriteModel::kFavoriteRole).toBool();
-  const QRectF names(QPointF(shield.right() + kRowGap, row.top()),
-                     QPointF((hasMenu ? placeOfMenu(row) : star).left() - kRowGap, row.bottom()));
-  paintNames(*painter, option, index, mirrored(names, option));
+  const Places places = placesIn(option, hasMenu);
+  paintRowState(*painter, option);
+  paintShield(*painter, option, index, places.shield);
+  paintNames(*painter, option, index, places.names);
+  // The grip has the row's inset for itself, which does not grow.
   if (index.data(FavoriteModel::kOrderedRole).toBool())
-    paintDots(*painter, option.palette.color(kFaintRole), mirrored(placeOfGrip(row), option), 2, 3);
-  if (hasMenu) paintMenu(*painter, option, mirrored(placeOfMenu(row), option));
-  paintStar(*painter, option, mirrored(star, option), index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
+    paintDots(*painter, option.palette.color(kFaintRole), places.grip, 1, 2, 3);
+  if (hasMenu) paintMenu(*painter, option, places.menu, signGrowth_);
+  paintStar(*painter, option, places.star, index.data(Qt::CheckStateRole).toInt() == Qt::Checked);
   painter->restore();
 }
 
@@ -217,7 +216,7 @@ bool LineDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const Q
   if ((index.flags() & kNeeded) != kNeeded || !asksForChange(*event)) return false;
   if (event->type() == QEvent::MouseButtonRelease && index.data(FavoriteModel::kFavoriteRole).toBool()) {
     const auto& click = static_cast<const QMouseEvent&>(*event);
-    if (showMenu_ && mirrored(placeOfMenu(option.rect), option).contains(click.position())) {
+    if (showMenu_ && placesIn(option, true).menu.contains(click.position())) {
       showMenu_(index);
       return true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QRect>
 #include <QStyledItemDelegate>
 #include <cstdint>
 #include <functional>
@@ -29,11 +30,14 @@ class LineDelegate final : public QStyledItemDelegate {
   /// Called with the row whose button was clicked.
   using MenuHandler = std::function<void(const QModelIndex& index)>;
 
-  /// `step`: the size step of shields.
-  LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, Fonts fonts,
-               QObject* parent);
+  /// `step`: the size step of shields. `textScale`: how much larger the fonts are than at the default text
+  /// size.
+  LineDelegate(std::shared_ptr<ArtworkDataSourceCache> cache, std::int64_t step, double textScale,
+               Fonts fonts, QObject* parent);
 
   void setMenuHandler(MenuHandler handler) { showMenu_ = std::move(handler); }
+  /// Where a favourite's row has its button.
+  QRect menuRect(const QRect& row, Qt::LayoutDirection direction) const;
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -41,6 +45,11 @@ class LineDelegate final : public QStyledItemDelegate {
                    const QModelIndex& index) override;
 
  private:
+  struct Places {
+    QRectF grip, shield, names, menu, star;
+  };
+
+  Places placesIn(const QStyleOptionViewItem& option, bool hasMenu) const;
   void paintShield(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                    const QRectF& place) const;
   void paintHeading(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
@@ -50,6 +59,8 @@ class LineDelegate final : public QStyledItemDelegate {
   std::shared_ptr<ArtworkDataSourceCache> cache_;
   std::int64_t step_;
   Fonts fonts_;
+  double textGrowth_;
+  double signGrowth_;
   /// Points.
   int lineHeight_;
   int headingHeight_;

@@ -1,7 +1,5 @@
 #include "desktop/window/outlined_field.h"
 
-#include <QPainter>
-
 #include "desktop/window/window_colors.h"
 
 namespace linewatch::desktop {
@@ -9,10 +7,19 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kFieldInset = 7;
 constexpr double kFieldRadius = 8;
 
 }  // namespace
+
+void paintFieldOutline(QPainter& painter, const QRect& rect, const QPalette& palette, bool hasFocus) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  const double width = hasFocus ? 2 : 1;
+  // Unlike the highlight, links are legible on the card with every palette.
+  painter.setPen(QPen(palette.color(hasFocus ? QPalette::Link : kFaintRole), width));
+  painter.setBrush(Qt::NoBrush);
+  const double inset = width / 2;
+  painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), kFieldRadius, kFieldRadius);
+}
 
 OutlinedField::OutlinedField() {
   setFrame(false);
@@ -22,11 +29,7 @@ OutlinedField::OutlinedField() {
 void OutlinedField::paintEvent(QPaintEvent* event) {
   QLineEdit::paintEvent(event);
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const double width = hasFocus() ? 2 : 1;
-  painter.setPen(QPen(palette().color(hasFocus() ? QPalette::Highlight : kFaintRole), width));
-  const double inset = width / 2;
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kFieldRadius, kFieldRadius);
+  paintFieldOutline(painter, rect(), palette(), hasFocus());
 }
 
 }  // namespace linewatch::desktop

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionToolButton>
+#include <QTextLayout>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
@@ -33,6 +34,7 @@ constexpr double kNoteSize = 11;
 constexpr double kMostHeaderScale = 2.2;
 // If a label has no room for this many letters, it shows nothing.
 constexpr int kFewLetters = 6;
+constexpr int kMostNoteLines = 2;
 constexpr int kNewsSpacing = 8;
 constexpr int kNewsBottomInset = 8;
 // The largest width of the button as a part of the header. A wider button is placed below the news.
@@ -42,22 +44,43 @@ double headerScale(ui::TextSizeCategory textSize) {
   return std::clamp(ui::scaleFactor(ui::TextStyle::body, textSize), 1.0, kMostHeaderScale);
 }
 
-/// A label of plain text that may be narrower than its text. The text then ends in an ellipsis, or disappears
-/// if there is room for a few letters only.
+/// A label of plain text that may be narrower than its text. The text then wraps, ends in an ellipsis, or
+/// disappears if there is room for a few letters only.
 class ElidingLabel final : public QLabel {
  public:
-  ElidingLabel() { setTextFormat(Qt::PlainText); }
+  explicit ElidingLabel(int mostLines = 1) : mostLines_(mostLines) { setTextFormat(Qt::PlainText); }
 
   QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 
  protected:
   void paintEvent(QPaintEvent*) override {
+    const bool fits = fontMetrics().horizontalAdvance(text()) <= width();
+    if (!fits && width() < kFewLetters * fontMetrics().averageCharWidth()) return;
     QPainter painter(this);
-    QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-    if (shown != text() && width() < kFewLetters * fontMetrics().averageCharWidth()) shown.clear();
     style()->drawItemText(&painter, rect(), static_cast<int>(Qt::AlignLeading | Qt::AlignVCenter), palette(),
-                          isEnabled(), shown, foregroundRole());
+                          isEnabled(), linesIn(width()).join(QLatin1Char('\n')), foregroundRole());
   }
+
+ private:
+  /// The lines of the text at this width. The last one is elided.
+  QStringList linesIn(int width) const {
+    QTextLayout layout(text(), font());
+    QStringList lines;
+    int start = 0;
+    layout.beginLayout();
+    while (lines.size() + 1 < mostLines_) {
+      QTextLine line = layout.createLine();
+      if (!line.isValid()) break;
+      line.setLineWidth(width);
+      lines << text().mid(start, line.textLength()).trimmed();
+      start += line.textLength();
+    }
+    layout.endLayout();
+    if (start < text().size()) lines << fontMetrics().elidedText(text().mid(start), Qt::ElideRight, width);
+    return lines;
+  }
+
+  int mostLines_;
 };
 
 /// A menu button without the arrow: the three dots of its text already mean a menu.
@@ -73,14 +96,18 @@ class ArrowlessMenuButton final : public RingedButton<QToolButton> {
 
 PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
     : title_(new ElidingLabel),
-      note_(new ElidingLabel),
+      note_(new ElidingLabel(kMostNoteLines)),
       toggle_(new RingedButton<QToolButton>),
       menuButton_(new ArrowlessMenuButton),
       news_(new QLabel),
-      tryAgain_(new RingedButton<QPushButton>(texts("TryAgain"))) {
+      remedyTexts_{texts("TryAgain"), texts("AddCity")},
+      remedyButton_(new RingedButton<QPushButton>(remedyTexts_[0])) {
   title_->setText(texts("Title"));
   connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
-  connect(tryAgain_, &QPushButton::clicked, this, std::move(actions.tryAgain));
+  connect(remedyButton_, &QPushButton::clicked, this,
+          [this, tryAgain = std::move(actions.tryAgain), addCity = std::move(actions.addCity)] {
+            remedy_ == Remedy::addCity ? addCity() : tryAgain();
+          });
   setAccessibleRole(*toggle_, QAccessible::Button);
   menuButton_->setText(QStringLiteral("⋯"));
   menuButton_->setPopupMode(QToolButton::InstantPopup);
@@ -90,7 +117,7 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
   setAccessibleRole(*menuButton_, QAccessible::ButtonMenu);
   for (QAbstractButton* const button :
        {static_cast<QAbstractButton*>(toggle_), static_cast<QAbstractButton*>(menuButton_),
-        static_cast<QAbstractButton*>(tryAgain_)}) {
+        static_cast<QAbstractButton*>(remedyButton_)}) {
     button->setFocusPolicy(Qt::StrongFocus);
     clickOnEnter(*button);
   }
@@ -122,14 +149,14 @@ QWidget* PanelHeader::makeNewsRow() {
   news_->setObjectName(QStringLiteral("news"));
   news_->setTextFormat(Qt::PlainText);
   news_->setWordWrap(true);
-  tryAgain_->setObjectName(QStringLiteral("tryAgain"));
-  tryAgain_->setAutoDefault(false);
+  remedyButton_->setObjectName(QStringLiteral("tryAgain"));
+  remedyButton_->setAutoDefault(false);
   auto* const row = new QWidget;
   newsLayout_ = new QBoxLayout(QBoxLayout::LeftToRight, row);
   newsLayout_->setContentsMargins(0, 0, 0, kNewsBottomInset);
   newsLayout_->setSpacing(kNewsSpacing);
   newsLayout_->addWidget(news_, 1);
-  newsLayout_->addWidget(tryAgain_);
+  newsLayout_->addWidget(remedyButton_);
   row->hide();
   return row;
 }
@@ -141,16 +168,16 @@ void PanelHeader::setTextSize(ui::TextSizeCategory textSize) {
   toggle_->setFont(qtFont(kTitleSize * scale, QFont::Medium));
   menuButton_->setFont(qtFont(kTitleSize * scale, QFont::DemiBold));
   news_->setFont(qtFont(kNoteSize * scale, QFont::Normal));
-  tryAgain_->setFont(qtFont(kNoteSize * scale, QFont::Medium));
+  remedyButton_->setFont(qtFont(kNoteSize * scale, QFont::Medium));
   topRow_->setFixedHeight(static_cast<int>(std::lround(kHeaderHeight * scale)));
 }
 
 void PanelHeader::fitTo(int width) {
   const int room = width - kHeaderLeftInset - kHeaderRightInset;
-  const QSize button = tryAgain_->sizeHint();
+  const QSize button = remedyButton_->sizeHint();
   const bool isBeside = button.width() <= kMostButtonWidth * room;
   newsLayout_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  newsLayout_->setAlignment(tryAgain_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
+  newsLayout_->setAlignment(remedyButton_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
   const int textHeight = news_->heightForWidth(isBeside ? room - button.width() - kNewsSpacing : room);
   const int newsHeight =
       isBeside ? std::max(textHeight, button.height()) : textHeight + kNewsSpacing + button.height();
@@ -170,13 +197,17 @@ void PanelHeader::popUpMenu() {
   menu()->popup(menuButton_->mapToGlobal(QPoint(x, menuButton_->height())));
 }
 
-void PanelHeader::setNote(const QString& note) {
-  note_->setText(note);
-  setPlainToolTip(*note_, note);
+void PanelHeader::setNote(const Note& note) {
+  const QString& whole = note.details.isEmpty() ? note.text : note.details;
+  note_->setText(note.text);
+  note_->setAccessibleName(whole);
+  setPlainToolTip(*note_, whole);
   note_->setAccessibleDescription({});
 }
 
-void PanelHeader::setNews(const QString& text, const QString& details) {
+void PanelHeader::setNews(const QString& text, const QString& details, Remedy remedy) {
+  remedy_ = remedy;
+  remedyButton_->setText(remedyTexts_[static_cast<int>(remedy)]);
   if (news_->text() != text) news_->setText(text);
   if (news_->accessibleDescription() != details) setPlainToolTip(*news_, details);
   newsRow_->setVisible(!text.isEmpty());
@@ -193,6 +224,6 @@ void PanelHeader::setToggle(const QString& text, bool isExpanded, bool isVisible
 }
 
 bool PanelHeader::toggleHasFocus() const { return toggle_->hasFocus(); }
-bool PanelHeader::tryAgainHasFocus() const { return tryAgain_->hasFocus(); }
+bool PanelHeader::remedyHasFocus() const { return remedyButton_->hasFocus(); }
 
 }  // namespace linewatch::desktop

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
+#include <cstdint>
 #include <functional>
 
 #include "desktop/window/window_texts.h"
@@ -15,7 +17,7 @@ class QToolButton;
 namespace linewatch::desktop {
 
 /// The panel's header: a title, a note about the data, a button for more or fewer rows, and a menu button.
-/// When something is wrong, a second row has the news and a button to try again. Main thread.
+/// When something is wrong, a second row has the news and a button that may help. Main thread.
 class PanelHeader final : public QWidget {
  public:
   struct Actions {
@@ -23,7 +25,19 @@ class PanelHeader final : public QWidget {
     std::function<void()> toggle;
     /// The user asks for another update.
     std::function<void()> tryAgain;
+    /// The user asks to add a city; see `setNews`.
+    std::function<void()> addCity;
   };
+
+  /// A note about the data, and a longer text that also says what the note leaves out.
+  struct Note {
+    QString text;
+    /// Empty when the note says everything.
+    QString details = {};
+  };
+
+  /// What the button beside the news does.
+  enum class Remedy : std::uint8_t { tryAgain, addCity };
 
   PanelHeader(const WindowTexts& texts, Actions actions);
 
@@ -40,17 +54,18 @@ class PanelHeader final : public QWidget {
   /// Opens the menu at its button, unless it is open.
   void popUpMenu();
 
-  /// The note may be cut short, so its tooltip has the whole text.
-  void setNote(const QString& note);
+  /// The note may be cut short, so its tooltip has the details or the whole text, as does its accessible
+  /// name.
+  void setNote(const Note& note);
 
   /// `details`: plain text for the tooltip and for assistive technology. An empty text removes the news.
-  void setNews(const QString& text, const QString& details);
+  void setNews(const QString& text, const QString& details, Remedy remedy = Remedy::tryAgain);
   bool hasNews() const;
   QString news() const;
 
   void setToggle(const QString& text, bool isExpanded, bool isVisible);
   bool toggleHasFocus() const;
-  bool tryAgainHasFocus() const;
+  bool remedyHasFocus() const;
 
  private:
   QWidget* makeTopRow();
@@ -64,7 +79,10 @@ class PanelHeader final : public QWidget {
   QToolButton* toggle_;
   QToolButton* menuButton_;
   QLabel* news_;
-  QPushButton* tryAgain_;
+  Remedy remedy_ = Remedy::tryAgain;
+  /// The texts of the button, by remedy.
+  QString remedyTexts_[2];
+  QPushButton* remedyButton_;
 };
 
 }  // namespace linewatch::desktop

@@ -15,7 +15,7 @@ namespace linewatch::desktop {
 namespace {
 
 /// Longer lists of names would fill the header.
-constexpr std::size_t kMostNamedLines = 6;
+constexpr std::size_t kMostNamed = 6;
 
 /// The keys of the texts for one state: with and without an age.
 struct FeedSentence {
@@ -57,13 +57,12 @@ QString withReason(const QString& sentence, const std::optional<Error>& error, c
 }
 
 /// For example "5, 7 and 12", or "1, 2, 3, 4, 5 and 35 more".
-std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& texts) {
-  const std::size_t named = lines.size() > kMostNamedLines ? kMostNamedLines - 1 : lines.size();
-  std::vector<std::string_view> names;
-  for (const UnknownLine& line : std::span(lines).first(named)) names.emplace_back(line.name);
+std::string listOf(const std::vector<std::string>& all, const WindowTexts& texts) {
+  const std::size_t named = all.size() > kMostNamed ? kMostNamed - 1 : all.size();
+  std::vector<std::string_view> names(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(named));
   std::string last = std::string(names.back());
-  if (named < lines.size()) {
-    last = texts("MoreNames", {std::uint64_t{lines.size() - named}}).toStdString();
+  if (named < all.size()) {
+    last = texts("MoreNames", {std::uint64_t{all.size() - named}}).toStdString();
   } else {
     names.pop_back();
   }
@@ -71,7 +70,32 @@ std::string listOf(const std::vector<UnknownLine>& lines, const WindowTexts& tex
   return texts("ListEnd", {texts.joined(names), last}).toStdString();
 }
 
+/// The names of the unknown lines. Leaves out lines of removed feeds: their names are not known.
+std::vector<std::string> namesOfUnknownLines(const FeedNews& news) {
+  std::vector<std::string> names;
+  for (const UnknownLine& line : news.unknownLines) {
+    if (std::ranges::find(news.removedFeeds, line.feed) == news.removedFeeds.end())
+      names.push_back(line.name);
+  }
+  return names;
+}
+
+QString countedList(std::string_view name, const std::vector<std::string>& names, const WindowTexts& texts) {
+  return texts(name, {std::uint64_t{names.size()}, listOf(names, texts)});
+}
+
 }  // namespace
+
+std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
+                                        const std::vector<StoredFeed>& feeds) {
+  std::vector<std::string> removed;
+  for (const UnknownLine& line : lines) {
+    const bool isListed = std::ranges::find(feeds, line.feed, &StoredFeed::name) != feeds.end();
+    const bool isKnown = std::ranges::find(removed, line.feed) != removed.end();
+    if (line.isMissing && !isListed && !isKnown) removed.push_back(line.feed);
+  }
+  return removed;
+}
 
 QString agoInWords(Date date, const WindowTexts& texts, Date now) {
   constexpr double kMinute = 60, kHour = 3600, kDay = 86400;
@@ -103,13 +127,17 @@ PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now) {
   }
   if (!feeds.empty()) sentences << feedSentence(feeds.front(), texts, now);
   if (feeds.size() > 1) sentences << texts("MoreFeeds", {std::uint64_t{feeds.size() - 1}});
-  if (feeds.empty() && news.error) {
+  const std::vector<std::string> unknown = namesOfUnknownLines(news);
+  result.needsCity = !news.removedFeeds.empty() && feeds.empty() && unknown.empty();
+  if (!news.removedFeeds.empty()) {
+    sentences << countedList("FeedsRemoved", news.removedFeeds, texts);
+    details << sentences.back();
+  } else if (feeds.empty() && news.error) {
     sentences << texts("ListNotLoaded");
     details << withReason(sentences.back(), news.error, texts);
   }
-  if (!news.unknownLines.empty()) {
-    sentences << texts("NoNewsOfLines",
-                       {std::uint64_t{news.unknownLines.size()}, listOf(news.unknownLines, texts)});
+  if (!unknown.empty()) {
+    sentences << countedList("NoNewsOfLines", unknown, texts);
     details << sentences.back();
   }
   result.text = sentences.join(QLatin1Char(' '));

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "desktop/window/window_texts.h"
@@ -9,6 +10,7 @@
 #include "feeds/transit_feeds.h"
 #include "shared/date.h"
 #include "shared/error.h"
+#include "storage/stored_feeds.h"
 
 namespace linewatch::desktop {
 
@@ -16,9 +18,15 @@ namespace linewatch::desktop {
 struct FeedNews {
   std::vector<FeedState> states;
   std::vector<UnknownLine> unknownLines;
+  /// The feeds of favourites that the user has removed. See `removedFeedsOf`.
+  std::vector<std::string> removedFeeds = {};
   /// Why the list could not be loaded; absent after a success.
-  std::optional<Error> error;
+  std::optional<Error> error = {};
 };
+
+/// The names of the feeds of missing lines that are not among `feeds`, each once.
+std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
+                                        const std::vector<StoredFeed>& feeds);
 
 /// The text in the panel's header when the list is incomplete or not up to date.
 struct PanelNews {
@@ -28,6 +36,8 @@ struct PanelNews {
   QString details;
   /// Whether the text contains an age, which changes as time passes.
   bool hasAge = false;
+  /// Whether only a feed that is added again helps, and another update does not.
+  bool needsCity = false;
 };
 
 PanelNews panelNews(const FeedNews& news, const WindowTexts& texts, Date now);

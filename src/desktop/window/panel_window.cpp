@@ -20,7 +20,6 @@
 #include "desktop/drawing/compact_size.h"
 #include "desktop/drawing/qt_canvas.h"
 #include "desktop/drawing/typefaces.h"
-#include "desktop/window/panel_header.h"
 #include "desktop/window/panel_preferences.h"
 #include "desktop/window/plain_tool_tip.h"
 #include "desktop/window/row_words.h"
@@ -82,8 +81,9 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
       designWidth_(kCompactSize.width) {
   setWindowTitle((*texts_)("Title"));
   setAccessibleRole(*this, QAccessible::Window);
-  header_ = new PanelHeader(
-      *texts_, {.toggle = [this] { setExpanded(!isExpanded()); }, .tryAgain = [this] { requestUpdate(); }});
+  header_ = new PanelHeader(*texts_, {.toggle = [this] { setExpanded(!isExpanded()); },
+                                      .tryAgain = [this] { requestUpdate(); },
+                                      .addCity = services_.addCity});
   placeholder_ = makePlaceholder();
   // Otherwise the parts would have the cursor of the sides.
   header_->setCursor(Qt::ArrowCursor);
@@ -218,6 +218,8 @@ void PanelWindow::makeActions() {
   addMenuAction("Favorites", {Qt::CTRL | Qt::Key_F}, services_.showFavorites);
   QAction* const feeds =
       services_.showFeeds ? addMenuAction("Feeds", {Qt::CTRL | Qt::Key_E}, services_.showFeeds) : nullptr;
+  if (services_.addCity) addCity_ = addMenuAction("AddCity", {Qt::CTRL | Qt::Key_N}, services_.addCity);
+  const auto lists = actions().size();
   addMenuAction("LargerText", {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
                 [this] { changeTextSize(1); });
   addMenuAction("SmallerText", {Qt::CTRL | Qt::Key_Minus}, [this] { changeTextSize(-1); });
@@ -228,14 +230,21 @@ void PanelWindow::makeActions() {
                                                                 services_.saveRecording)
                                                 : nullptr;
   // Most of these entries need the widget; closing the window does not.
-  for (QAction* const action : actions()) action->setEnabled(action == feeds);
+  for (QAction* const action : actions()) action->setEnabled(action == feeds || action == addCity_);
   addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
-  menu->insertSeparator(actions()[feeds ? 3 : 2]);
+  menu->insertSeparator(actions()[lists]);
   if (save) menu->insertSeparator(save);
   menu->insertSeparator(actions().back());
   header_->setMenu(menu);
+}
+
+void PanelWindow::setShowsExample(bool isExample) {
+  const QString title = (*texts_)("Title");
+  setWindowTitle(isExample ? (*texts_)("ExampleOf", {title.toStdString()}) : title);
+  if (addCity_)
+    addCity_->setText(menuText((*texts_)(isExample ? "ChooseYourCity" : "AddCity"), addCity_->shortcut()));
 }
 
 void PanelWindow::makeRows() {
@@ -312,13 +321,13 @@ void PanelWindow::appearOrDisappear() {
 
 // ---- The header ----
 
-QString PanelWindow::noteText() const {
-  if (widget_->isFetching() && isUserWaiting_) return (*texts_)("Updating");
-  if (!widget_->showsSavedList()) return header_->hasNews() ? QString() : services_.dataNote();
-  if (!controller().dataSource()->listItem()) return (*texts_)("Updating");
+PanelHeader::Note PanelWindow::note() const {
+  if (widget_->isFetching() && isUserWaiting_) return {(*texts_)("Updating")};
+  if (!widget_->showsSavedList()) return header_->hasNews() ? PanelHeader::Note() : services_.dataNote();
+  if (!controller().dataSource()->listItem()) return {(*texts_)("Updating")};
   const auto date = widget_->savedListDate();
-  if (!date) return (*texts_)("ListOfUnknownAge");
-  return (*texts_)("ListUpdated", {agoInWords(*date, *texts_, platform().mainLoop().now()).toStdString()});
+  if (!date) return {(*texts_)("ListOfUnknownAge")};
+  return {(*texts_)("ListUpdated", {agoInWords(*date, *texts_, platform().mainLoop().now()).toStdString()})};
 }
 
 FeedNews PanelWindow::feedNews() const { return services_.feedNews ? services_.feedNews() : FeedNews(); }
@@ -327,7 +336,7 @@ FeedNews PanelWindow::feedNews() const { return services_.feedNews ? services_.f
 /// is empty, because the news has the ages.
 void PanelWindow::showNote() {
   showNews();
-  header_->setNote(noteText());
+  header_->setNote(note());
 }
 
 /// The details are long, with names of servers and files, so they are in the tooltip.
@@ -341,8 +350,10 @@ void PanelWindow::showNews() {
     news = panelNews(facts, *texts_, platform().mainLoop().now());
   }
   // A button that disappears must not keep the focus.
-  if (news.text.isEmpty() && header_->tryAgainHasFocus()) rows_->setFocus(Qt::TabFocusReason);
-  header_->setNews(news.text, news.details);
+  if (news.text.isEmpty() && header_->remedyHasFocus()) rows_->setFocus(Qt::TabFocusReason);
+  const bool addsCity = news.needsCity && services_.addCity;
+  header_->setNews(news.text, news.details,
+                   addsCity ? PanelHeader::Remedy::addCity : PanelHeader::Remedy::tryAgain);
   setPlainToolTip(*rows_, isError ? news.details : QString());
   fitHeader();
   announceNews();

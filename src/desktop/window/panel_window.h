@@ -8,6 +8,7 @@
 
 #include "desktop/window/hosted_widget.h"
 #include "desktop/window/panel_frame.h"
+#include "desktop/window/panel_header.h"
 #include "desktop/window/panel_host.h"
 #include "desktop/window/panel_news.h"
 #include "desktop/window/row_surface.h"
@@ -25,8 +26,6 @@ class HostObserver;
 
 namespace linewatch::desktop {
 
-class PanelHeader;
-
 /// Functions of the program that the panel calls.
 struct PanelServices {
   PanelHost::OpenURL openURL;
@@ -34,10 +33,12 @@ struct PanelServices {
   /// Shows the feeds. An empty function: the menu does not offer that.
   std::function<void()> showFeeds = {};
   std::function<void()> showSettings = {};
+  /// Leads to the choice of a city. An empty function: the panel does not offer that.
+  std::function<void()> addCity = {};
   /// Sets the text size of all views, saves it and posts kTextSizeDidChangeNotification.
   std::function<void(ui::TextSizeCategory)> setTextSize;
-  /// A short text about the age of the data; may be empty.
-  std::function<QString()> dataNote;
+  /// A short note about the age of the data; may be empty.
+  std::function<PanelHeader::Note()> dataNote;
   /// Gives the states of the feeds and the unknown lines after the last fetch, without `error`. Without this
   /// function the header never reports a feed.
   std::function<FeedNews()> feedNews = {};
@@ -74,6 +75,8 @@ class PanelWindow final : public QWidget {
 
   /// Shows the panel with or without a title bar. Without one its header moves it. The window may be visible.
   void setFrameless(bool isFrameless);
+  /// Whether the lines are those of the made-up city, which the title says, and the menu leads out of.
+  void setShowsExample(bool isExample);
   /// Whether other windows never cover the panel. On Wayland the desktop decides that, not the program.
   void setStaysOnTop(bool staysOnTop);
   /// Whether the panel takes its new height at once instead of growing to it.
@@ -140,7 +143,7 @@ class PanelWindow final : public QWidget {
   void roomDidChange();
   void showMode();
   void showNote();
-  QString noteText() const;
+  PanelHeader::Note note() const;
   void showNews();
   FeedNews feedNews() const;
   void announceNews();
@@ -156,6 +159,8 @@ class PanelWindow final : public QWidget {
   PanelServices services_;
   PanelOptions options_;
 
+  /// The menu's entry that leads to the choice of a city; null if there is none.
+  QAction* addCity_ = nullptr;
   PanelFrame frame_{*this};
   PanelHeader* header_ = nullptr;
   QWidget* announcer_ = nullptr;

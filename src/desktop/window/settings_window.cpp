@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <algorithm>
@@ -18,6 +19,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "desktop/window/control_style.h"
+#include "desktop/window/outlined_field.h"
 #include "desktop/window/window_colors.h"
 #include "localization/string_tables.h"
 #include "platform/platform.h"
@@ -29,13 +32,9 @@ namespace linewatch::desktop {
 namespace {
 
 // Points.
-constexpr int kSettingsWidth = 420;
-constexpr int kSettingsHeight = 520;
+constexpr QSize kSettingsSize(420, 520);
 constexpr int kSettingsMargin = 20;
-constexpr int kRowGap = 14;
-constexpr int kLabelGap = 4;
-constexpr double kSettingSize = 14;
-constexpr double kSettingNoteSize = 12;
+constexpr int kSettingsGap = 14;
 
 constexpr std::array kRefreshChoices = {"30s", "1m", "2m", "5m", "10m", "30m"};
 
@@ -66,7 +65,7 @@ SettingsWindow::SettingsWindow(SharedWindowTexts texts, SettingsServices service
   scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   layout->addWidget(scroll_);
   makeContents();
-  resize(kSettingsWidth, kSettingsHeight);
+  resizeWithText(*this, kSettingsSize);
 }
 
 void SettingsWindow::present() {
@@ -74,6 +73,18 @@ void SettingsWindow::present() {
   followChanges();
   showInFront();
   if (!focusWidget() && !rows_.empty()) rows_.front().control->setFocus(Qt::OtherFocusReason);
+}
+
+SettingsWindow::State SettingsWindow::state() const {
+  const QWidget* const focused = focusWidget();
+  return {place(), scroll_->verticalScrollBar()->value(), focused ? focused->objectName() : QString()};
+}
+
+void SettingsWindow::restore(const State& state) {
+  setPlace(state.place);
+  if (auto* const focused = findChild<QWidget*>(state.focused)) focused->setFocus(Qt::OtherFocusReason);
+  present();
+  scroll_->verticalScrollBar()->setValue(state.scrolledTo);
 }
 
 /// The fonts of the controls depend on the text size, so that a new size needs new controls.
@@ -99,13 +110,13 @@ void SettingsWindow::makeContents() {
   contents->setAutoFillBackground(true);
   auto* const layout = new QVBoxLayout(contents);
   layout->setContentsMargins(kSettingsMargin, kSettingsMargin, kSettingsMargin, kSettingsMargin);
-  layout->setSpacing(kRowGap);
-  faults_ = makeLabel({}, font(kSettingNoteSize), Tone::alarming);
+  layout->setSpacing(kSettingsGap);
+  faults_ = makeLabel({}, font(kWindowNoteSize), Tone::alarming);
   layout->addWidget(faults_);
   for (const Setting& setting : settingTable()) addRow(setting, *layout);
   layout->addStretch(1);
   const QString place = services_.set ? texts()("SettingsFile", {services_.file}) : texts()("SettingsGiven");
-  layout->addWidget(makeLabel(place, font(kSettingNoteSize), Tone::faint));
+  layout->addWidget(makeLabel(place, font(kWindowNoteSize), Tone::faint));
   scroll_->setWidget(contents);
 }
 
@@ -114,15 +125,15 @@ void SettingsWindow::addRow(const Setting& setting, QBoxLayout& layout) {
   const Row row = isToggle                     ? makeToggle(setting)
                   : choicesOf(setting).empty() ? makeField(setting)
                                                : makeChoice(setting);
-  row.control->setFont(font(kSettingSize));
+  row.control->setFont(font(kWindowNameSize));
   row.control->setAccessibleName(nameOf(setting));
   row.control->setObjectName(QString::fromUtf8(setting.key.data(), static_cast<int>(setting.key.size())));
   row.control->setEnabled(static_cast<bool>(services_.set));
   rows_.push_back(row);
   if (isToggle) return layout.addWidget(row.control);
   auto* const pair = new QVBoxLayout;
-  pair->setSpacing(kLabelGap);
-  QLabel* const label = makeLabel(nameOf(setting), font(kSettingNoteSize), Tone::faint);
+  pair->setSpacing(kWindowSmallGap);
+  QLabel* const label = makeLabel(nameOf(setting), font(kWindowNoteSize), Tone::faint);
   label->setBuddy(row.control);
   pair->addWidget(label);
   pair->addWidget(row.control);
@@ -131,6 +142,7 @@ void SettingsWindow::addRow(const Setting& setting, QBoxLayout& layout) {
 
 SettingsWindow::Row SettingsWindow::makeToggle(const Setting& setting) {
   auto* const box = new QCheckBox(nameOf(setting));
+  setControlStyle(*box);
   connect(box, &QCheckBox::toggled, this,
           [this, &setting](bool isOn) { set(setting, isOn ? "true" : "false"); });
   return {&setting, box, [box](const std::string& text) { box->setChecked(text == "true"); }};
@@ -138,6 +150,7 @@ SettingsWindow::Row SettingsWindow::makeToggle(const Setting& setting) {
 
 SettingsWindow::Row SettingsWindow::makeChoice(const Setting& setting) {
   auto* const box = new QComboBox;
+  setControlStyle(*box);
   // The wheel scrolls the window, and must not change a setting on its way.
   box->setFocusPolicy(Qt::StrongFocus);
   box->installEventFilter(this);
@@ -155,7 +168,7 @@ SettingsWindow::Row SettingsWindow::makeChoice(const Setting& setting) {
 }
 
 SettingsWindow::Row SettingsWindow::makeField(const Setting& setting) {
-  auto* const field = new QLineEdit;
+  auto* const field = new OutlinedField;
   connect(field, &QLineEdit::editingFinished, this, [this, field, &setting] {
     if (!field->isModified()) return;
     field->setModified(false);

@@ -35,6 +35,16 @@ class SettingsWindow final : public CompanionWindow {
 
   /// Shows the window in front, with the present values.
   void present();
+  /// Where the window is and what it shows, for a window in another language.
+  struct State {
+    WindowPlace place;
+    /// Points from the start of the window's content.
+    int scrolledTo = 0;
+    /// The key of the setting with the keyboard's focus; empty for none.
+    QString focused = {};
+  };
+  State state() const;
+  void restore(const State& state);
   /// To be called after a setting, the file or the text size has changed.
   void followChanges();
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QScreen>
 #include <algorithm>
 #include <cmath>
 
@@ -15,13 +16,22 @@ namespace linewatch::desktop {
 
 namespace {
 
-double textScale() {
-  return ui::scaleFactor(ui::TextStyle::body, platform().interfaceSettings().textSizeCategory());
-}
+// Room for a title bar and the edges of a window, in points.
+constexpr QSize kRoomAroundWindow(16, 48);
 
 }  // namespace
 
-QFont windowFont(double points, QFont::Weight weight) { return qtFont(points * textScale(), weight); }
+double windowTextScale() {
+  return ui::scaleFactor(ui::TextStyle::body, platform().interfaceSettings().textSizeCategory());
+}
+
+void resizeWithText(QWidget& window, QSize usual) {
+  const QSize room = window.screen()->availableGeometry().size() - kRoomAroundWindow;
+  const double growth = std::max(1.0, windowTextScale());
+  window.resize((QSizeF(usual) * growth).toSize().boundedTo(room));
+}
+
+QFont windowFont(double points, QFont::Weight weight) { return qtFont(points * windowTextScale(), weight); }
 
 QLabel* plainLabel(const QString& text, const QFont& font, TextTone tone) {
   auto* const label = new QLabel;
@@ -41,7 +51,8 @@ QLabel* plainLabel(const QString& text, const QFont& font, TextTone tone) {
 
 std::int64_t windowArtworkStep(std::int64_t usual) {
   // A step is an eighth of the size at step 3.
-  return std::max<std::int64_t>(usual, std::lround((1 + (double(usual) - 3) / 8) * textScale() * 8 - 5));
+  return std::max<std::int64_t>(usual,
+                                std::lround((1 + (double(usual) - 3) / 8) * windowTextScale() * 8 - 5));
 }
 
 }  // namespace linewatch::desktop

@@ -2,7 +2,9 @@
 
 #include <QDateTime>
 #include <cmath>
+#include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -63,6 +65,11 @@ QString WindowTexts::operator()(std::string_view name,
 
 std::string WindowTexts::joined(std::span<const std::string_view> names) const {
   return localization_->joinCommaDelimited(names);
+}
+
+QString WindowTexts::joined(const std::vector<std::string>& names) const {
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  return QString::fromStdString(joined(std::span(views)));
 }
 
 std::string WindowTexts::reason(const Error& error) const {

@@ -20,8 +20,10 @@ std::string shortened(const std::string& list) {
   return end == std::string::npos ? list : list.substr(0, end) + " …";
 }
 
-void append(std::string& list, const std::string& text) {
-  if (!text.empty()) list.append(list.empty() ? "" : ", ").append(text);
+std::string listOf(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list.append(list.empty() ? "" : ", ").append(name);
+  return list;
 }
 
 }  // namespace
@@ -33,7 +35,7 @@ std::string CatalogueHit::provider() const {
   return named == timetables.end() ? alerts->id : shortened((*named)->provider);
 }
 
-std::string CatalogueHit::place(std::string_view language) const {
+std::vector<std::string> CatalogueHit::placeNames(std::string_view language) const {
   const auto field = [this](std::string CatalogueFeed::*text) {
     if (!((*alerts).*text).empty()) return (*alerts).*text;
     const auto named =
@@ -42,12 +44,14 @@ std::string CatalogueHit::place(std::string_view language) const {
   };
   const std::string municipality = field(&CatalogueFeed::municipality);
   const std::string subdivision = field(&CatalogueFeed::subdivision);
-  std::string place;
-  append(place, municipality);
-  if (subdivision != municipality) append(place, subdivision);
-  append(place, countryName(field(&CatalogueFeed::country), language));
-  return place;
+  std::vector<std::string> names = {municipality};
+  if (subdivision != municipality) names.push_back(subdivision);
+  names.push_back(countryName(field(&CatalogueFeed::country), language));
+  std::erase(names, "");
+  return names;
 }
+
+std::string CatalogueHit::place(std::string_view language) const { return listOf(placeNames(language)); }
 
 std::string CatalogueHit::coverage() const {
   if (!alerts->name.empty()) return shortened(alerts->name);
@@ -57,9 +61,7 @@ std::string CatalogueHit::coverage() const {
     const bool isNews = name != alerts->provider && std::ranges::find(names, name) == names.end();
     if (!name.empty() && isNews) names.push_back(name);
   }
-  std::string list;
-  for (const std::string& name : names) append(list, name);
-  return shortened(list);
+  return shortened(listOf(names));
 }
 
 const CatalogueKey& CatalogueHit::key() const {

@@ -54,6 +54,27 @@ TEST(PanelNewsTest, NamesTheFeedThatIsNotUpToDate) {
   }
 }
 
+TEST(PanelNewsTest, OffersACityWhenTheFeedOfTheFavouritesWasRemoved) {
+  const std::vector<UnknownLine> gone = {{.feed = "Bus", .name = "r1", .isMissing = true},
+                                         {.feed = "Bus", .name = "r2", .isMissing = true}};
+  EXPECT_TRUE(removedFeedsOf(gone, {{"Bus", "/gtfs", "/alerts"}}).empty()) << "only the lines are gone";
+  FeedNews news{.unknownLines = gone,
+                .removedFeeds = removedFeedsOf(gone, {}),
+                .error = failure("feed Bus", "", "it has been removed")};
+  const WindowTexts texts(*UserLocale::parse("en"));
+  const PanelNews told = panelNews(news, texts, kNow);
+  EXPECT_EQ(told.text, "The feed Bus was removed, so there is no news of its lines.");
+  EXPECT_EQ(told.details, told.text);
+  EXPECT_TRUE(told.needsCity);
+  news.unknownLines.push_back({.feed = "Tram", .name = "7"});
+  news.states = {feed("Tram", Kind::unreachable)};
+  const PanelNews both = panelNews(news, texts, kNow);
+  EXPECT_EQ(both.text,
+            "Tram could not be loaded. The feed Bus was removed, so there is no news of its lines. "
+            "No news of line 7.");
+  EXPECT_FALSE(both.needsCity) << "another update may help";
+}
+
 TEST(PanelNewsTest, SaysHowOldKeptAlertsAre) {
   FeedState kept = feed("Bus", Kind::kept, 180);
   kept.written = kNow - Seconds(3600);

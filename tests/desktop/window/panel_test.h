@@ -113,7 +113,7 @@ class PanelTest : public testing::Test {
     services.setTextSize = [this](ui::TextSizeCategory category) {
       change([&](simulation::World& world) { world.textSize = category; });
     };
-    services.dataNote = [] { return QStringLiteral("A note"); };
+    services.dataNote = [] { return PanelHeader::Note{QStringLiteral("A note")}; };
     services.feedNews = [this] { return feedNews_; };
     return services;
   }
