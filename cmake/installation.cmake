@@ -1,5 +1,6 @@
 # What cmake --install puts where, and how cpack makes packages of it. The program finds its parts from its own place, so
-# that an installation can be moved (shared/installation.h); only systemd and D-Bus files name the prefix.
+# that an installation can be moved (shared/installation.h). The desktop entry and the files for D-Bus and systemd find
+# it in PATH.
 
 include(GNUInstallDirs)
 
@@ -14,6 +15,10 @@ set(desktop ${PROJECT_SOURCE_DIR}/resources/desktop)
 install(FILES ${desktop}/${LINEWATCH_ID}.desktop DESTINATION share/applications COMPONENT program)
 install(FILES ${desktop}/${LINEWATCH_ID}.svg DESTINATION share/icons/hicolor/scalable/apps COMPONENT program)
 install(FILES ${desktop}/${LINEWATCH_ID}-symbolic.svg DESTINATION share/icons/hicolor/symbolic/apps COMPONENT program)
+set(presence ${PROJECT_SOURCE_DIR}/resources/presence)
+install(FILES ${presence}/${LINEWATCH_ID}.service DESTINATION share/dbus-1/services COMPONENT program)
+install(FILES ${presence}/${LINEWATCH_ID}.xml DESTINATION share/dbus-1/interfaces COMPONENT program)
+install(FILES ${presence}/linewatch.service DESTINATION lib/systemd/user COMPONENT program)
 set(LINEWATCH_RELEASE_DATE 2026-11-26)
 configure_file(${desktop}/${LINEWATCH_ID}.metainfo.xml.in ${PROJECT_BINARY_DIR}/${LINEWATCH_ID}.metainfo.xml @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/${LINEWATCH_ID}.metainfo.xml DESTINATION share/metainfo COMPONENT program)
