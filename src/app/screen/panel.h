@@ -9,6 +9,7 @@
 
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
+#include "companion/opened_content.h"
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/presence/news_watch.h"
 #include "desktop/setup/feeds_window.h"
@@ -44,6 +45,8 @@ class Panel {
   desktop::PanelWindow& window() { return window_; }
   /// Shows the window in front. With the token of the desktop it may take the focus; may be empty.
   void present(const std::string& activationToken = {});
+  /// Shows the incidents in the details window; false if the user has a command for rows instead.
+  bool showIncidents(const StoredIncidents& incidents, const std::string& activationToken);
   /// Fetches the news now, also while the window is hidden.
   void refreshNews();
   /// Shows the settings window.
@@ -73,6 +76,8 @@ class Panel {
   desktop::DesktopPlatform& platform() { return session_.platform(); }
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
+  /// The notifications that the user wants of the line; absent if there are none. Needs saved state.
+  Outcome<std::optional<notices::Subscription>> subscriptionOf(const StoredFavorite& line);
   desktop::PanelServices panelServices(PanelRecording* recording);
   desktop::SettingsServices settingsServices();
   /// Follows the settings file, which the user or another program may change.

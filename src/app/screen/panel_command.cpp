@@ -170,7 +170,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   shown->open(inheritance.windows);
   std::unique_ptr<PanelTray> tray;
   bePresent(*shown, platform, presence, bus,
-            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence.news(), locale, options); });
+            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale, options); });
   inheritance.isReplaced = false;
   QApplication::exec();
   bus.setRequests({});

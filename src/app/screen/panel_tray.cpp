@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QMessageBox>
 #include <QPushButton>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -19,11 +20,11 @@
 
 namespace linewatch::app {
 
-PanelTray::PanelTray(Panel& panel, desktop::DesktopPlatform& platform, desktop::NewsWatch& news,
+PanelTray::PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
                      const UserLocale& locale, const CommonOptions& options)
     : panel_(panel),
       platform_(platform),
-      news_(news),
+      presence_(presence),
       locale_(locale),
       stateFolder_(options.stateDir),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
@@ -31,8 +32,8 @@ PanelTray::PanelTray(Panel& panel, desktop::DesktopPlatform& platform, desktop::
   panel_.settingsDidChange = [this] { applySettings(); };
   panel_.window().installEventFilter(this);
   applySettings();
-  listening_ = news_.listen([this](const TransitStatus& status) { statusDidChange(status); });
-  if (news_.status()) statusDidChange(*news_.status());
+  listening_ = presence_.news().listen([this](const TransitStatus& status) { statusDidChange(status); });
+  if (presence_.news().status()) statusDidChange(*presence_.news().status());
 }
 
 PanelTray::~PanelTray() {
@@ -48,8 +49,7 @@ std::unique_ptr<desktop::RiderNotices> PanelTray::makeNotices() {
       *bus, texts_, platform_.saved()->notices(), platform_.mainLoop(),
       desktop::RiderNotices::Services{
           .inBackground = [this](std::function<void()> work) { queue_.post(std::move(work)); },
-          .open = [this](const std::vector<notices::LineKey>&,
-                         const std::string& token) { panel_.present(token); }});
+          .open = [this](const notices::Notice& notice, const std::string& token) { open(notice, token); }});
 }
 
 void PanelTray::statusDidChange(const TransitStatus& status) {
@@ -80,7 +80,7 @@ void PanelTray::showIcon() {
     panel_.window().show();
   } else if (!icon_ && desktop::sessionBus()) {
     icon_ = std::make_unique<desktop::TrayIcon>(texts_, locale_, trayActions());
-    if (news_.status()) icon_->setStatus(*news_.status(), platform_.mainLoop().now());
+    if (presence_.news().status()) icon_->setStatus(*presence_.news().status(), platform_.mainLoop().now());
   }
   panelVisibilityDidChange();
 }
@@ -114,6 +114,16 @@ void PanelTray::muteAll(Seconds time) {
     }
     if (error) logError("not muted: %@", {sentenceOf(*error)});
   });
+}
+
+/// Shows the details of the incidents that are still there, or else the panel.
+void PanelTray::open(const notices::Notice& notice, const std::string& activationToken) {
+  std::vector<std::uint64_t> muids;
+  for (const notices::Notice::Entry& entry : notice.entries) {
+    for (const notices::IncidentNews& incident : entry.incidents) muids.push_back(incident.muid);
+  }
+  const StoredIncidents incidents = presence_.incidents(muids);
+  if (incidents.empty() || !panel_.showIncidents(incidents, activationToken)) panel_.present(activationToken);
 }
 
 // ---- Closing ----

@@ -7,21 +7,23 @@
 
 #include "app/command_line.h"
 #include "app/screen/panel.h"
+#include "app/screen/panel_presence.h"
 #include "desktop/desktop_platform.h"
-#include "desktop/presence/news_watch.h"
 #include "desktop/presence/rider_notices.h"
 #include "desktop/presence/tray_icon.h"
 #include "feeds/background_queue.h"
 #include "localization/user_locale.h"
+#include "notices/notice.h"
 #include "settings/settings.h"
 
 namespace linewatch::app {
 
 /// The panel's icon in the desktop's tray, and the notifications. With the icon a closed panel can go on in
-/// the tray. Without a session bus there is neither. Main thread; panel, platform and news must outlive it.
+/// the tray. Without a session bus there is neither. Main thread; panel, platform and presence must
+/// outlive it.
 class PanelTray final : public QObject {
  public:
-  PanelTray(Panel& panel, desktop::DesktopPlatform& platform, desktop::NewsWatch& news,
+  PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
             const UserLocale& locale, const CommonOptions& options);
   ~PanelTray() override;
 
@@ -39,6 +41,7 @@ class PanelTray final : public QObject {
   void panelVisibilityDidChange();
   void togglePanel();
   void muteAll(Seconds time);
+  void open(const notices::Notice& notice, const std::string& activationToken);
 
   /// Whether the panel goes on in the tray instead of closing.
   bool takeOverClose();
@@ -47,7 +50,7 @@ class PanelTray final : public QObject {
 
   Panel& panel_;
   desktop::DesktopPlatform& platform_;
-  desktop::NewsWatch& news_;
+  PanelPresence& presence_;
   UserLocale locale_;
   std::optional<std::string> stateFolder_;
   desktop::SharedWindowTexts texts_;

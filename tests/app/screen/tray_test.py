@@ -183,8 +183,8 @@ class TrayTest(unittest.TestCase):
     def tooltip(self):
         return self.desktop.item("ToolTip")[2]
 
-    def windows(self):
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "LineWatch"], check=False, text=True,
+    def windows(self, name="LineWatch"):
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name], check=False, text=True,
                                stdout=subprocess.PIPE)
         return found.stdout.split()
 
@@ -216,7 +216,9 @@ class TrayTest(unittest.TestCase):
         self.assertIn("Fire", json.dumps(json.loads(self.run_command("show", "--json", "--expanded"))))
 
         desktop.invoke(2, "details")
-        self.wait_for("the window of the details", self.windows)
+        self.wait_for("the details", lambda: self.windows("Advisor"))
+        desktop.click_item()
+        self.wait_for("the window again", self.windows)
         desktop.click_item()
         self.wait_for("the hidden window", lambda: not self.windows())
         desktop.choose("Quit")
