@@ -289,7 +289,7 @@ void CommandGrammar::addNotify(CLI::App& app) {
   sub->add_option("WHEN", notify_.when, "on, off, or hours such as \"weekdays 7 to 9, 17 to 19\"")
       ->type_name("");
   sub->add_option("--from", notify_.from, "The least severity; incidents without one are always told")
-      ->check(CLI::IsMember({"info", "warning", "severe"}))
+      ->check(CLI::IsMember({"info", "warning", "severe"}).description(""))
       ->type_name("info|warning|severe")
       ->needs(line);
   sub->callback([this] { command_ = notify_; });

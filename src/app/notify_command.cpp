@@ -32,7 +32,7 @@ constexpr std::array<std::string_view, 3> kSeverityWords = {"info", "warning", "
 
 LineKey keyOf(const StoredFavorite& favorite) { return {favorite.feed, favorite.subject}; }
 
-std::string nameOf(const FavoriteLine& favorite) {
+std::string favoriteName(const FavoriteLine& favorite) {
   return favorite.line ? favorite.line->name() : favorite.favorite.subject;
 }
 
@@ -48,7 +48,7 @@ Outcome<FavoriteLine> favoriteCalled(Session& session, const std::string& name) 
   if (found == favorites->end()) {
     std::vector<FavoriteLine> named;
     std::ranges::copy_if(*favorites, std::back_inserter(named),
-                         [&name](const FavoriteLine& line) { return nameOf(line) == name; });
+                         [&name](const FavoriteLine& line) { return favoriteName(line) == name; });
     if (named.size() == 1) return named.front();
     return failure(named.empty() ? FailureCode::notFound : FailureCode::invalid, "line \"" + name + "\"", "",
                    named.empty() ? "it is no favourite; linewatch favorites lists them"
@@ -64,7 +64,7 @@ const Subscription* subscriptionOf(const LineKey& line, const notices::NoticeRul
 }
 
 /// As the command line takes it: "weekdays 7 to 9 --from severe".
-std::string inWords(const Subscription& subscription) {
+std::string subscriptionInWords(const Subscription& subscription) {
   std::string words = subscription.hours.text();
   if (subscription.from != notices::Severity::info)
     words += " --from " + std::string(kSeverityWords.at(static_cast<std::size_t>(subscription.from)));
@@ -113,8 +113,8 @@ Report listNotifications(Session& session, const notices::NoticeRules& rules, co
         *favorites, [&](const FavoriteLine& line) { return keyOf(line.favorite) == subscription.line; });
     // The subscription of a line that is no favourite waits until the line is one again.
     if (favorite == favorites->end()) continue;
-    rows.push_back({{.text = terminalLine(nameOf(*favorite))},
-                    {.text = inWords(subscription)},
+    rows.push_back({{.text = terminalLine(favoriteName(*favorite))},
+                    {.text = subscriptionInWords(subscription)},
                     {.text = muteInWords(subscription.line, rules, now, texts), .isFaint = true}});
   }
   if (rows.empty()) return Report::of(texts("NoNotifications", {"linewatch notify LINE on"}) + "\n");
@@ -146,7 +146,7 @@ Report changeNotifications(Session& session, StoredNotices stored, const notices
   const auto favorite = favoriteCalled(session, command.line);
   if (!favorite) return refused(favorite.error());
   const LineKey line = keyOf(favorite->favorite);
-  const std::string name = nameOf(*favorite);
+  const std::string name = favoriteName(*favorite);
   const Subscription* const before = subscriptionOf(line, rules);
   const RiderTexts& texts = session.texts();
   const bool isOff = command.when == std::vector<std::string>{"off"};
@@ -162,7 +162,7 @@ Report changeNotifications(Session& session, StoredNotices stored, const notices
     const auto changed = stored.subscribe(*wanted);
     if (!changed) return refused(changed.error());
   }
-  return Report::of(texts("NotificationsOn", {name, inWords(*wanted)}) + "\n");
+  return Report::of(texts("NotificationsOn", {name, subscriptionInWords(*wanted)}) + "\n");
 }
 
 /// Seconds of "90m", "2h" or "1d", from a minute to 30 days; absent for anything else.
@@ -207,7 +207,7 @@ struct Muted {
 
 Outcome<Muted> subjectCalled(Session& session, const StoredNotices& stored, const std::string& words) {
   const auto favorite = favoriteCalled(session, words);
-  if (favorite) return Muted{keyOf(favorite->favorite), nameOf(*favorite)};
+  if (favorite) return Muted{keyOf(favorite->favorite), favoriteName(*favorite)};
   const auto state = stored.state();
   if (!state) return state.error();
   const auto incidents = incidentsCalled(*state, words);

@@ -103,7 +103,7 @@ class HoursReader {
   }
 
  private:
-  static Error wrong(const std::string& why) { return failure(FailureCode::invalid, "hours", "", why); }
+  static Error wrong(const std::string& why) { return failure(FailureCode::invalid, "", "", why); }
   bool isNext(std::string_view word) const { return next_ < words_.size() && words_[next_] == word; }
 
   std::optional<Error> readItem() {

@@ -16,7 +16,8 @@ using notices::LineKey;
 using notices::LineState;
 using notices::MutedIncident;
 
-constexpr std::array<std::string_view, 4> kSeverities = {"info", "warning", "severe", "unknown"};
+/// The least severities that a subscription can have.
+constexpr std::array<std::string_view, 3> kSeverities = {"info", "warning", "severe"};
 
 notices::Severity severityNamed(std::string_view name) {
   const auto* const found = std::ranges::find(kSeverities, name);

@@ -17,6 +17,7 @@
 #include "desktop/setup/welcome_card.h"
 #include "desktop/window/color_scheme.h"
 #include "desktop/window/panel_network.h"
+#include "notices/notice_rules.h"
 #include "platform/log.h"
 #include "platform/preferences_store.h"
 #include "settings/user_settings.h"
@@ -43,6 +44,11 @@ constexpr std::string_view kExampleChosenKey = "exampleChosen";
 
 std::shared_ptr<PreferencesStore> programPreferences(desktop::DesktopPlatform& platform) {
   return platform.makePreferencesStore(kProgramSuite);
+}
+
+/// For the next window that is activated. Qt reads the token from the environment.
+void useActivationToken(const std::string& token) {
+  if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
 }
 
 /// Collects the facts from the last fetch. Reads no files and asks no server.
@@ -122,12 +128,16 @@ void Panel::followMachine() {
 }
 
 void Panel::present(const std::string& activationToken) {
-  // Qt reads the token when it activates the window.
-  if (!activationToken.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+  useActivationToken(activationToken);
   window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
   window_.show();
   window_.raise();
   window_.activateWindow();
+}
+
+bool Panel::showIncidents(const StoredIncidents& incidents, const std::string& activationToken) {
+  useActivationToken(activationToken);
+  return companion_.showIncidents(incidents);
 }
 
 void Panel::refreshNews() {
@@ -259,11 +269,26 @@ desktop::FavoritesServices Panel::favoritesServices() {
       if (!changed) return changed.error();
       return changed->front();
     };
+    services.subscription = [this](const StoredFavorite& line) { return subscriptionOf(line); };
+    services.subscribe = [this](const StoredFavorite& line,
+                                const std::optional<notices::Subscription>& wanted) -> std::optional<Error> {
+      StoredNotices stored = platform().saved()->notices();
+      const auto changed = wanted ? stored.subscribe(*wanted) : stored.unsubscribe({line.feed, line.subject});
+      return changed ? std::nullopt : std::optional(changed.error());
+    };
     services.reorder = [this](const std::vector<StoredFavorite>& order) {
       return platform().favorites().reorder(order);
     };
   }
   return services;
+}
+
+Outcome<std::optional<notices::Subscription>> Panel::subscriptionOf(const StoredFavorite& line) {
+  const auto rules = platform().saved()->notices().rules();
+  if (!rules) return rules.error();
+  const notices::LineKey key{line.feed, line.subject};
+  const auto found = std::ranges::find(rules->subscriptions, key, &notices::Subscription::line);
+  return found == rules->subscriptions.end() ? std::nullopt : std::optional(*found);
 }
 
 desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
@@ -501,6 +526,7 @@ void Panel::applySettings() {
     if (news_) news_->setRefresh(shown_.refresh);
   }
   if (shown_.companion != before.companion) companion_.setCommand(qtWords(shown_.companion));
+  settingsDidChange();
   if (shown_.language != before.language) languageDidChange();
 }
 

@@ -9,6 +9,7 @@
 
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
+#include "companion/opened_content.h"
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/presence/news_watch.h"
 #include "desktop/setup/feeds_window.h"
@@ -44,6 +45,8 @@ class Panel {
   desktop::PanelWindow& window() { return window_; }
   /// Shows the window in front. With the token of the desktop it may take the focus; may be empty.
   void present(const std::string& activationToken = {});
+  /// Shows the incidents in the details window; false if the user has a command for rows instead.
+  bool showIncidents(const StoredIncidents& incidents, const std::string& activationToken);
   /// Fetches the news now, also while the window is hidden.
   void refreshNews();
   /// Begins to tell the news watch whether the window is shown. To be called after the window is shown, or
@@ -53,12 +56,13 @@ class Panel {
   void showSettings();
   /// The open windows and what they show, for a panel in another language.
   struct OpenWindows {
+    /// Whether the panel is not hidden, e.g. in the tray.
     bool showsPanel = true;
-    std::optional<desktop::WindowPlace> panel;
-    desktop::Companion::OpenWindows companion;
-    std::optional<desktop::WindowPlace> feeds;
-    std::optional<desktop::SetupWindow::State> setup;
-    std::optional<desktop::SettingsWindow::State> settings;
+    std::optional<desktop::WindowPlace> panel = {};
+    desktop::Companion::OpenWindows companion = {};
+    std::optional<desktop::WindowPlace> feeds = {};
+    std::optional<desktop::SetupWindow::State> setup = {};
+    std::optional<desktop::SettingsWindow::State> settings = {};
   };
   OpenWindows openWindows() const;
   /// Shows these windows.
@@ -67,12 +71,16 @@ class Panel {
   bool showsSettings() const { return settingsWindow_ && settingsWindow_->isVisible(); }
   /// Called after the user has chosen another language, which needs another panel.
   std::function<void()> languageDidChange = [] {};
+  /// Called after any other setting has changed.
+  std::function<void()> settingsDidChange = [] {};
   desktop::Companion& companion() { return companion_; }
 
  private:
   desktop::DesktopPlatform& platform() { return session_.platform(); }
   desktop::DetailsServices detailsServices();
   desktop::FavoritesServices favoritesServices();
+  /// The notifications that the user wants of the line; absent if there are none. Needs saved state.
+  Outcome<std::optional<notices::Subscription>> subscriptionOf(const StoredFavorite& line);
   desktop::PanelServices panelServices(PanelRecording* recording);
   desktop::SettingsServices settingsServices();
   /// Follows the settings file, which the user or another program may change.

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -17,6 +18,7 @@
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
 #include "app/screen/panel_recording.h"
+#include "app/screen/panel_tray.h"
 #include "desktop/bus_name.h"
 #include "desktop/presence/bus_presence.h"
 #include "desktop/presence/first_draw.h"
@@ -77,7 +79,8 @@ class EndOnSignals {
     auto* const notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, &application);
     QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier] {
       notifier->setEnabled(false);
-      QApplication::quit();
+      // Unlike quit(), this asks no window for its consent: a panel that stays in the tray would refuse.
+      QApplication::exit();
     });
     QObject::connect(&application, &QApplication::aboutToQuit, endAtOnceAtInterrupt);
   }
@@ -115,14 +118,17 @@ struct WidgetPlatform {
   simulation::RecordingPlatform recording;
 };
 
-/// Connects the panel with what the rest of the desktop asks and says.
-void bePresent(Panel& panel, desktop::DesktopPlatform& platform, desktop::BusPresence& bus) {
+/// Connects the panel with what the rest of the desktop asks and says. `makeTray` makes the icon in the tray,
+/// which takes a moment.
+void bePresent(Panel& panel, desktop::DesktopPlatform& platform, desktop::BusPresence& bus,
+               const std::function<void()>& makeTray) {
   bus.setRequests({.show = [&panel](const std::string& token) { panel.present(token); },
                    .refresh = [&panel] { panel.refreshNews(); }});
-  desktop::afterFirstDraw(panel.window(), [&panel, &platform] {
+  desktop::afterFirstDraw(panel.window(), [&panel, &platform, makeTray] {
     // To draw the icon takes longer than to connect to the system bus.
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/presence/icon.svg")));
     desktop::watchLock(panel.window(), [&platform](bool isLocked) { platform.device().setLocked(isLocked); });
+    makeTray();
   });
   panel.followNews();
 }
@@ -157,16 +163,19 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
                                                  .showsExample = command.showsExample,
                                                  .news = &presence.news()},
                                   &recording);
-  shown->languageDidChange = [&inheritance] {
-    inheritance.isReplaced = true;
-    QApplication::quit();
+  shown->languageDidChange = [&inheritance, &shown] {
+    inheritance = {.isReplaced = true, .windows = shown->openWindows()};
+    // Unlike quit(), this leaves the windows open until the panel ends.
+    QApplication::exit();
   };
   shown->open(inheritance.windows);
-  bePresent(*shown, platform, bus);
+  std::unique_ptr<PanelTray> tray;
+  bePresent(*shown, platform, bus,
+            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale, options); });
   inheritance.isReplaced = false;
   QApplication::exec();
-  inheritance.windows = shown->openWindows();
   bus.setRequests({});
+  tray = nullptr;
   shown = nullptr;
   const auto error = inheritance.isReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();

@@ -1,10 +1,12 @@
 #include "app/screen/panel_presence.h"
 
+#include <map>
 #include <string>
 #include <utility>
 
 #include "app/show_document.h"
 #include "desktop/feed_news.h"
+#include "platform/transit_storage_incident.h"
 #include "status/status_document.h"
 #include "status/status_texts.h"
 #include "wire/json_text.h"
@@ -37,12 +39,26 @@ PanelPresence::PanelPresence(desktop::DesktopPlatform& platform, const UserLocal
 
 void PanelPresence::describe(const desktop::HeardAnswer& answer,
                              std::function<void(const TransitNews&)> done) {
+  lines_ = answer.lines;
   queue_.post([&platform = platform_, answer, done = std::move(done)] {
     platform.mainLoop().dispatchAsync(
         [done, news = desktop::feedNews(platform, answer.favorites, answer.lines.get(), answer.error)] {
           done(news);
         });
   });
+}
+
+StoredIncidents PanelPresence::incidents(std::span<const std::uint64_t> muids) const {
+  std::map<std::uint64_t, SharedIncident> known;
+  if (lines_) {
+    for (const SharedLineItem& line : *lines_)
+      for (const SharedIncident& incident : line->incidents()) known.emplace(incident->muid(), incident);
+  }
+  StoredIncidents found;
+  for (const std::uint64_t muid : muids) {
+    if (auto incident = known.extract(muid)) found.push_back(TransitStorageIncident::of(incident.mapped()));
+  }
+  return found;
 }
 
 void PanelPresence::tellBus(const TransitStatus& status) {

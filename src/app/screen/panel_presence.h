@@ -1,14 +1,19 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "companion/opened_content.h"
 #include "desktop/desktop_platform.h"
 #include "desktop/presence/bus_presence.h"
 #include "desktop/presence/news_watch.h"
 #include "feeds/background_queue.h"
 #include "feeds/feed_state.h"
 #include "localization/icu_localization.h"
+#include "platform/transit_line.h"
 #include "shared/date.h"
 
 namespace linewatch::app {
@@ -22,6 +27,9 @@ class PanelPresence {
                 desktop::BusPresence& bus);
 
   desktop::NewsWatch& news() { return news_; }
+  /// The incidents with these ids in the last answer, in the order of the ids. Leaves out those that have
+  /// gone.
+  StoredIncidents incidents(std::span<const std::uint64_t> muids) const;
 
  private:
   void describe(const desktop::HeardAnswer& answer, std::function<void(const TransitNews&)> done);
@@ -30,6 +38,8 @@ class PanelPresence {
   desktop::DesktopPlatform& platform_;
   IcuLocalization texts_;
   desktop::BusPresence& bus_;
+  /// Of the last answer; null before the first one and after a failure.
+  std::shared_ptr<const TransitLineItems> lines_;
   desktop::NewsWatch news_;
   std::shared_ptr<void> listening_;
   /// The last member, because its actions use the others.

@@ -73,11 +73,8 @@ void RiderNotices::send(const notices::NoticeUpdate& update) {
 }
 
 void RiderNotices::open(const std::string& tag, const std::string& activationToken) {
-  std::vector<notices::LineKey> lines;
-  if (const auto sent = sent_.find(tag); sent != sent_.end()) {
-    for (const notices::Notice::Entry& entry : sent->second.entries) lines.push_back(entry.line);
-  }
-  services_.open(lines, activationToken);
+  const auto sent = sent_.find(tag);
+  if (sent != sent_.end()) services_.open(sent->second, activationToken);
 }
 
 void RiderNotices::mute(const std::string& tag) {

@@ -34,8 +34,8 @@ class RiderNotices {
     /// Runs the work, which waits for the disk, on another thread, one at a time. Work that is left when this
     /// object is destroyed may still run.
     std::function<void(std::function<void()> work)> inBackground;
-    /// Shows the lines of a notification. The token may be empty.
-    std::function<void(const std::vector<notices::LineKey>& lines, const std::string& activationToken)> open;
+    /// Shows what a notification is about. The token may be empty.
+    std::function<void(const notices::Notice& notice, const std::string& activationToken)> open;
   };
 
   /// `mainLoop` must outlive this object and the work.

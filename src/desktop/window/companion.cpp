@@ -94,6 +94,12 @@ void Companion::show(const OpenedContent& content) {
   markExample();
 }
 
+bool Companion::showIncidents(const StoredIncidents& incidents) {
+  if (command_.isSet()) return false;
+  show(incidents);
+  return true;
+}
+
 /// Says in the title of the details that the city is made up.
 void Companion::markExample() {
   if (favoritesServices_.isExample && favoritesServices_.isExample())

@@ -37,6 +37,8 @@ class Companion {
   /// Decodes the activity on another thread, because a record may be large. Calls `done` on the main thread,
   /// after the content is on screen.
   void openActivity(const UserActivity& activity, const OpenHandler& done);
+  /// Shows the incidents in the details window, like a row's; false if the user has a command instead.
+  bool showIncidents(const StoredIncidents& incidents);
   /// Shows the favourites window, even if the user has a command.
   void showFavorites();
   /// The open windows and what they show, for a companion in another language.

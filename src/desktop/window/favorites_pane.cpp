@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "desktop/window/line_choice_window.h"
+#include "desktop/window/notify_choice.h"
 #include "desktop/window/outlined_field.h"
 #include "desktop/window/row_menu_button.h"
 #include "desktop/window/window_style.h"
@@ -382,6 +383,7 @@ void FavoritesPane::showChoice(const StoredFavorite& line, const WindowPlace* pl
                                  [pane = QPointer(this), favorite = *favorite](const LineChoice& choice) {
                                    if (pane) pane->choose(favorite, choice);
                                  });
+  addNotifications(*favorite);
   if (place) choice_->setPlace(*place);
   choice_->present();
   if (!services_.loadStops) return choice_->showStops(LineStops());
@@ -392,6 +394,17 @@ void FavoritesPane::showChoice(const StoredFavorite& line, const WindowPlace* pl
     pane->stops_[{favorite.feed, favorite.subject}] = *stops;
     pane->list_->rows().marksDidChange();
   });
+}
+
+void FavoritesPane::addNotifications(const StoredFavorite& favorite) {
+  if (!services_.subscription) return;
+  const auto present = services_.subscription(favorite);
+  if (!present) return showError(present.error());
+  const auto save = [subscribe = services_.subscribe,
+                     favorite](const std::optional<notices::Subscription>& wanted) {
+    return subscribe(favorite, wanted);
+  };
+  choice_->addNotifications(new NotifyChoice(texts_, {favorite.feed, favorite.subject}, *present, save));
 }
 
 void FavoritesPane::choose(StoredFavorite favorite, const LineChoice& choice) {

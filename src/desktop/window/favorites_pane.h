@@ -21,6 +21,7 @@
 #include "feeds/gtfs/line_search.h"
 #include "feeds/gtfs/line_stops.h"
 #include "feeds/transit_feeds.h"
+#include "notices/notice_rules.h"
 #include "shared/outcome.h"
 #include "storage/stored_favorites.h"
 #include "ui/artwork_cache.h"
@@ -41,6 +42,11 @@ struct FavoritesServices {
   std::function<Outcome<bool>(const StoredFavorite&, bool isAdded)> change;
   /// Gives a favourite the choice in it; false when that changes nothing. Used only with `change`.
   std::function<Outcome<bool>(const StoredFavorite&)> choose;
+  /// The notifications that the user wants of a favourite; absent if there are none. Empty functions when
+  /// there can be no notifications.
+  std::function<Outcome<std::optional<notices::Subscription>>(const StoredFavorite&)> subscription = {};
+  std::function<std::optional<Error>(const StoredFavorite&, const std::optional<notices::Subscription>&)>
+      subscribe = {};
   /// Puts favourites into this order; false when that changes nothing. Used only with `change`.
   std::function<Outcome<bool>(const std::vector<StoredFavorite>&)> reorder;
   /// Reads where the line of a favourite goes. Calls the argument once, later, on the main thread. An empty
@@ -123,6 +129,7 @@ class FavoritesPane final : public QWidget {
   bool reorder(const std::vector<StoredFavorite>& order);
   void showWantedView();
   void showChoice(const StoredFavorite& line, const WindowPlace* place = nullptr);
+  void addNotifications(const StoredFavorite& favorite);
   void choose(StoredFavorite favorite, const LineChoice& choice);
 
   SharedWindowTexts texts_;

@@ -15,6 +15,7 @@
 
 #include "desktop/window/action_button.h"
 #include "desktop/window/control_style.h"
+#include "desktop/window/notify_choice.h"
 #include "desktop/window/window_colors.h"
 #include "shared/failure.h"
 
@@ -68,6 +69,13 @@ LineChoiceWindow::LineChoiceWindow(SharedWindowTexts texts, const QString& line,
   connect(done, &QAbstractButton::clicked, this, [this] { close(); });
   layout->addWidget(done, 0, Qt::AlignTrailing);
   resizeWithText(*this, kChoiceSize);
+}
+
+void LineChoiceWindow::addNotifications(NotifyChoice* choice) {
+  auto* const all = static_cast<QVBoxLayout*>(layout());
+  // Above the button.
+  all->insertWidget(all->count() - 1, choice);
+  resizeWithText(*this, kChoiceSize + QSize(0, choice->sizeHint().height()));
 }
 
 void LineChoiceWindow::addDirections(QVBoxLayout& layout) {

@@ -14,6 +14,8 @@ class QVBoxLayout;
 
 namespace linewatch::desktop {
 
+class NotifyChoice;
+
 /// The choice in a few words, e.g. "No notices of stops · One direction". Empty for the default choice, which
 /// is everything. `stops`: names the direction; may be null.
 QString choiceInWords(const LineChoice& choice, const LineStops* stops, const WindowTexts& texts);
@@ -28,6 +30,8 @@ class LineChoiceWindow final : public CompanionWindow {
   LineChoiceWindow(SharedWindowTexts texts, const QString& line, LineChoice choice, Chosen chosen);
 
   void present() { showInFront(); }
+  /// Adds the choice of notifications. To be called before the window is shown.
+  void addNotifications(NotifyChoice* choice);
   /// Names the directions and lists the stops, or says why that is not possible.
   void showStops(const Outcome<LineStops>& stops);
 

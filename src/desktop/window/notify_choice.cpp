@@ -9,7 +9,9 @@
 #include <string>
 #include <utility>
 
+#include "desktop/window/control_style.h"
 #include "desktop/window/outlined_field.h"
+#include "desktop/window/window_style.h"
 #include "notices/weekly_hours.h"
 #include "shared/failure.h"
 #include "shared/outcome.h"
@@ -19,10 +21,6 @@ namespace linewatch::desktop {
 namespace {
 
 enum Time { kNever, kAlways, kAtHours };
-
-// Points.
-constexpr int kNotifyGap = 6;
-constexpr int kNotifyMargin = 16;
 
 /// The hours to begin with.
 const QString kUsualHours = QStringLiteral("weekdays 7 to 9, 17 to 19");
@@ -35,40 +33,40 @@ Time timeOf(const std::optional<notices::Subscription>& subscription) {
 }  // namespace
 
 NotifyChoice::NotifyChoice(SharedWindowTexts texts, const notices::LineKey& line,
-                           const std::optional<notices::Subscription>& present, Save save, const Fonts& fonts)
+                           const std::optional<notices::Subscription>& present, Save save)
     : texts_(std::move(texts)),
       line_(line),
       save_(std::move(save)),
       times_(new QButtonGroup(this)),
-      error_(new QLabel) {
+      error_(plainLabel({}, windowFont(kWindowNoteSize), TextTone::alarming)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, kNotifyMargin, 0, 0);
-  layout->setSpacing(kNotifyGap);
-  auto* const heading = new QLabel((*texts_)("Notify"));
-  heading->setFont(fonts.heading);
-  layout->addWidget(heading);
-  makeTimes(present, fonts);
-  makeSeverities(present, fonts);
-  error_->setTextFormat(Qt::PlainText);
-  error_->setWordWrap(true);
-  error_->setFont(fonts.heading);
+  layout->setContentsMargins(0, kWindowMargin, 0, 0);
+  layout->setSpacing(kWindowGap);
+  layout->addWidget(
+      plainLabel((*texts_)("Notify"), windowFont(kWindowNoteSize, QFont::DemiBold), TextTone::faint));
+  makeTimes(present);
+  makeSeverities(present);
   error_->hide();
   layout->addWidget(error_);
   didChange();
 }
 
-void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present, const Fonts& fonts) {
+void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present) {
+  auto* const row = new QHBoxLayout;
   for (const auto& [name, time] : {std::pair("NotifyOff", kNever), std::pair("NotifyAlways", kAlways),
                                    std::pair("NotifyHours", kAtHours)}) {
     auto* const radio = new QRadioButton((*texts_)(name));
-    radio->setFont(fonts.text);
+    setControlStyle(*radio);
+    radio->setFont(windowFont(kWindowNameSize));
     radio->setChecked(time == timeOf(present));
     connect(radio, &QRadioButton::clicked, this, [this] { save(); });
     times_->addButton(radio, time);
-    layout()->addWidget(radio);
+    row->addWidget(radio);
   }
+  row->addStretch(1);
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
   hours_ = new OutlinedField;
-  hours_->setFont(fonts.text);
+  hours_->setFont(windowFont(kWindowNameSize));
   hours_->setAccessibleName((*texts_)("NotifyHours"));
   hours_->setText(timeOf(present) == kAtHours ? QString::fromStdString(present->hours.text()) : kUsualHours);
   connect(hours_, &QLineEdit::editingFinished, this, [this] {
@@ -77,19 +75,21 @@ void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present
   layout()->addWidget(hours_);
 }
 
-void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& present, const Fonts& fonts) {
-  auto* const label = new QLabel((*texts_)("NotifyFrom"));
-  label->setFont(fonts.heading);
+void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& present) {
+  QLabel* const label = plainLabel((*texts_)("NotifyFrom"), windowFont(kWindowNameSize));
   severities_ = new QComboBox;
-  severities_->setFont(fonts.text);
+  setControlStyle(*severities_);
+  severities_->setFont(windowFont(kWindowNameSize));
   // The index is the severity.
   for (const char* const name : {"SeverityInfo", "SeverityWarning", "SeveritySevere"})
     severities_->addItem((*texts_)(name));
   severities_->setCurrentIndex(present ? static_cast<int>(present->from) : 0);
   label->setBuddy(severities_);
   connect(severities_, &QComboBox::activated, this, [this] { save(); });
-  layout()->addWidget(label);
-  layout()->addWidget(severities_);
+  auto* const row = new QHBoxLayout;
+  row->addWidget(label);
+  row->addWidget(severities_, 1);
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }
 
 void NotifyChoice::didChange() {

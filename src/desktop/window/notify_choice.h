@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFont>
 #include <QWidget>
 #include <functional>
 #include <optional>
@@ -17,24 +16,19 @@ class QLineEdit;
 namespace linewatch::desktop {
 
 /// Chooses when the user is notified of a line: never, always or at some hours, and from which severity on. A
-/// change takes effect at once. Main thread.
+/// change takes effect at once. Needs an installed platform. Main thread.
 class NotifyChoice final : public QWidget {
  public:
   /// Saves the subscription; absent for no notifications. Gives the error if it cannot be saved.
   using Save = std::function<std::optional<Error>(const std::optional<notices::Subscription>&)>;
 
-  struct Fonts {
-    QFont heading;
-    QFont text;
-  };
-
   /// `present`: the subscription of the line; absent if there is none.
   NotifyChoice(SharedWindowTexts texts, const notices::LineKey& line,
-               const std::optional<notices::Subscription>& present, Save save, const Fonts& fonts);
+               const std::optional<notices::Subscription>& present, Save save);
 
  private:
-  void makeTimes(const std::optional<notices::Subscription>& present, const Fonts& fonts);
-  void makeSeverities(const std::optional<notices::Subscription>& present, const Fonts& fonts);
+  void makeTimes(const std::optional<notices::Subscription>& present);
+  void makeSeverities(const std::optional<notices::Subscription>& present);
   void didChange();
   void save();
 

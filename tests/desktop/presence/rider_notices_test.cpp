@@ -54,13 +54,13 @@ class RiderNoticesTest : public PlatformTest {
   StoredNotices stored_{makeStateDatabase({.data = folder_.path(), .cache = folder_.path()}, log_)};
   PrivateBus bus_;
   NotificationServer server_{bus_.connection("server"), {"body", "actions"}};
-  std::vector<LineKey> opened_;
+  std::vector<std::string> opened_;
   std::unique_ptr<RiderNotices> notices_ = std::make_unique<RiderNotices>(
       bus_.connection("panel"), std::make_shared<const WindowTexts>(*UserLocale::parse("en")), stored_,
       platform_->mainLoop(),
-      RiderNotices::Services{
-          .inBackground = [](const std::function<void()>& work) { work(); },
-          .open = [this](const std::vector<LineKey>& lines, const std::string&) { opened_ = lines; }});
+      RiderNotices::Services{.inBackground = [](const std::function<void()>& work) { work(); },
+                             .open = [this](const notices::Notice& notice,
+                                            const std::string&) { opened_.push_back(notice.tag); }});
 };
 
 TEST_F(RiderNoticesTest, TellsMutesAndOpensTheNewsOfALine) {
@@ -74,7 +74,7 @@ TEST_F(RiderNoticesTest, TellsMutesAndOpensTheNewsOfALine) {
   EXPECT_EQ(fire.urgency, 2);
   server_.invoke(fire.id, "details");
   waitUntil([&] { return !opened_.empty(); });
-  EXPECT_THAT(opened_, ElementsAre(kLine));
+  EXPECT_THAT(opened_, ElementsAre("city:u4"));
   server_.invoke(fire.id, "mute");
   waitUntil([&] { return !server_.closed().empty(); });
   EXPECT_EQ(stored_.rules()->mutes.size(), 1U);

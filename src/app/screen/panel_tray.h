@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/command_line.h"
+#include "app/screen/panel.h"
+#include "app/screen/panel_presence.h"
+#include "desktop/desktop_platform.h"
+#include "desktop/presence/rider_notices.h"
+#include "desktop/presence/tray_icon.h"
+#include "feeds/background_queue.h"
+#include "localization/user_locale.h"
+#include "notices/notice.h"
+#include "settings/settings.h"
+
+namespace linewatch::app {
+
+/// The panel's icon in the desktop's tray, and the notifications. With the icon a closed panel can go on in
+/// the tray. Without a session bus there is neither. Main thread; panel, platform and presence must
+/// outlive it.
+class PanelTray final : public QObject {
+ public:
+  PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
+            const UserLocale& locale, const CommonOptions& options);
+  ~PanelTray() override;
+
+ protected:
+  /// Sees the events of the panel's window.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  desktop::TrayIcon::Actions trayActions();
+  std::unique_ptr<desktop::RiderNotices> makeNotices();
+  void applySettings();
+  void applyAutostart();
+  void showIcon();
+  void statusDidChange(const TransitStatus& status);
+  void panelVisibilityDidChange();
+  void togglePanel();
+  void muteAll(Seconds time);
+  void open(const notices::Notice& notice, const std::string& activationToken);
+
+  /// Whether the panel goes on in the tray instead of closing.
+  bool takeOverClose();
+  void askAboutClosing();
+  void chooseClosing(TrayChoice choice);
+
+  Panel& panel_;
+  desktop::DesktopPlatform& platform_;
+  PanelPresence& presence_;
+  UserLocale locale_;
+  std::optional<std::string> stateFolder_;
+  desktop::SharedWindowTexts texts_;
+  Settings settings_;
+  BackgroundQueue queue_;
+  /// Null without a session bus or saved state.
+  std::unique_ptr<desktop::RiderNotices> notices_;
+  /// Null without a session bus, or when the user wants no icon.
+  std::unique_ptr<desktop::TrayIcon> icon_;
+  bool isAsking_ = false;
+  std::shared_ptr<void> listening_;
+};
+
+}  // namespace linewatch::app
