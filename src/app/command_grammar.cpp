@@ -99,8 +99,6 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
-  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
-      ->type_name("FILE|URL");
   sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->callback([this] { command_ = panel_; });
 }
@@ -167,7 +165,7 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->callback([this] { command_ = lines_; });
 }
 
-/// Adds the words to search for, and the catalogue.
+/// Adds the words to search for.
 CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
   const auto take = [this](const std::vector<std::string>& words) {
     feed_.name.clear();
@@ -177,9 +175,6 @@ CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
          "WORDS", take, "A city, agency, region or country; with --gtfs and --alerts the feed's name")
       ->required()
       ->type_name("");
-  app.add_option("--catalogue", feed_.catalogue,
-                 "The catalogue, a CSV file or URL; usually the public one of the Mobility Database")
-      ->type_name("PLACE");
   return &app;
 }
 

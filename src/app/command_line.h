@@ -50,6 +50,8 @@ struct CommonOptions {
   std::uint64_t maxRows = 0;
   std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
+  /// The catalogue of feeds, a CSV file or URL; empty for that of the settings.
+  std::string catalogue = {};
   bool verbose = false;
   /// Preferences of this run; they replace the saved ones.
   Dictionary preferences;
@@ -94,8 +96,6 @@ struct FeedCommand {
   FeedOptions options;
   /// For `add` by a search: the feed's name; empty: one made from the agency's.
   std::string newName = {};
-  /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
-  std::string catalogue = {};
   /// For `list` and `find`: print a JSON object.
   bool json = false;
   /// For `key`: remove the feed's keys.
@@ -162,8 +162,6 @@ struct PanelCommand {
   bool isAnonymous = false;
   /// Show the made-up city until there is a feed, also at the first start.
   bool showsExample = false;
-  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
-  std::string catalogue = {};
 };
 
 /// A word that can be put on a command line, and what it means.

@@ -50,6 +50,9 @@ void addSurroundings(CLI::App& app, CommonOptions& options) {
       ->type_name("TAG");
   app.add_option("--state-dir", options.stateDir, "Folder for all saved state, instead of the XDG folders")
       ->type_name("DIR");
+  app.add_option("--catalogue", options.catalogue,
+                 "The catalogue of feeds, a CSV file or URL; usually that of the Mobility Database")
+      ->type_name("FILE|URL");
 }
 
 void addPreferences(CLI::App& app, CommonOptions& options) {

@@ -129,7 +129,7 @@ TEST_F(FeedCatalogueTest, OnATerminalAsksWhichAndControlCCancelsAtOnce) {
   EXPECT_THAT(feeds(), StartsWith("No feeds yet"));
 
   TerminalProgram asking(words({"add", "ferries"}));
-  ASSERT_TRUE(asking.shows("Key for feed Seaport Ferries: ")) << asking.shown();
+  ASSERT_TRUE(asking.shows("Key for Seaport Ferries: ")) << asking.shown();
   asking.type("s3cret\x03");
   EXPECT_EQ(asking.end(), 130);
 }

@@ -20,8 +20,15 @@ std::string shortened(const std::string& list) {
   return end == std::string::npos ? list : list.substr(0, end) + " …";
 }
 
-void append(std::string& list, const std::string& text) {
-  if (!text.empty()) list.append(list.empty() ? "" : ", ").append(text);
+void append(std::string& list, const std::string& text, std::string_view comma = ", ") {
+  if (!text.empty()) list.append(list.empty() ? "" : comma).append(text);
+}
+
+/// The comma between the parts of a place.
+std::string_view commaIn(std::string_view language) {
+  if (language == "ar") return "، ";
+  if (language == "ja") return "、";
+  return language.starts_with("zh") ? "，" : ", ";
 }
 
 }  // namespace
@@ -42,10 +49,10 @@ std::string CatalogueHit::place(std::string_view language) const {
   };
   const std::string municipality = field(&CatalogueFeed::municipality);
   const std::string subdivision = field(&CatalogueFeed::subdivision);
-  std::string place;
-  append(place, municipality);
-  if (subdivision != municipality) append(place, subdivision);
-  append(place, countryName(field(&CatalogueFeed::country), language));
+  const std::string_view comma = commaIn(language);
+  std::string place = municipality;
+  if (subdivision != municipality) append(place, subdivision, comma);
+  append(place, countryName(field(&CatalogueFeed::country), language), comma);
   return place;
 }
 
