@@ -45,7 +45,9 @@ void addSurroundings(CLI::App& app, CommonOptions& options) {
   const auto takeLocale = [&options](const std::string& text) {
     return (options.locale = UserLocale::parse(text)).has_value();
   };
-  addChecked(app, "--locale", takeLocale, "Language and region, e.g. de-CH",
+  addChecked(app, "--locale", takeLocale,
+             "Language and region, e.g. de-CH; else those of LC_ALL, LC_MESSAGES or LANG, and LANGUAGE "
+             "unless that is C",
              "not a language such as en or de-CH")
       ->type_name("TAG");
   app.add_option("--state-dir", options.stateDir, "Folder for all saved state, instead of the XDG folders")

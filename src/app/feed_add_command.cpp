@@ -50,8 +50,8 @@ Report added(Session& session, FeedProposal proposal, const TerminalStyle& style
   Report report =
       Report::of(findingsText(texts, texts("Added", {findings->feed.name}), *findings,
                               session.platform().mainLoop().now(), style) +
-                 paragraph(texts("FeedAddedHint", {"linewatch lines", "linewatch favorites add LINE"}),
-                           kMessageIndent, style));
+                 paragraph(texts("FindItsLines", {"linewatch lines"}), kMessageIndent, style) +
+                 paragraph(texts("ThenAddOne", {"linewatch favorites add LINE"}), kMessageIndent, style));
   if (findings->agencyFailure)
     report.complaint = texts("AddedWithCopy", {sentenceOf(*findings->agencyFailure)});
   return report;

@@ -106,7 +106,10 @@ TEST_F(KeysTest, SecretsAreInTheStateDatabaseOnly) {
   };
   EXPECT_THAT(print(adding({})).errors, HasSubstr("the server does not accept the key"));
   const auto added = print(adding(kKeyOptions));
-  EXPECT_EQ(added.output, "Added town: 1 line, 1 alert now\nIts state: fresh\n") << added.errors;
+  EXPECT_EQ(added.output,
+            "Added town: 1 line, 1 alert now\nIts state: fresh\nFind its lines: linewatch lines\nThen add "
+            "one: linewatch favorites add LINE\n")
+      << added.errors;
   EXPECT_EQ(print({"favorites", "add", "M1"}).status, 0);
   // The runs are days apart, so that the timetable is requested again too.
   int day = 1;
