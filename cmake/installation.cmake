@@ -48,13 +48,18 @@ find_program(SCDOC scdoc)
 find_package(Python3 COMPONENTS Interpreter)
 if(SCDOC AND Python3_FOUND)
   set(maker ${PROJECT_SOURCE_DIR}/scripts/make_man_page)
-  set(template ${PROJECT_SOURCE_DIR}/docs/man/linewatch.1.scd.in)
-  set(page ${PROJECT_BINARY_DIR}/share/man/man1/linewatch.1.gz)
-  add_custom_command(OUTPUT ${page} DEPENDS ${maker} ${template} linewatch
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/share/man/man1
-    COMMAND sh -c "${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:linewatch> ${template} | ${SCDOC} | gzip -9n > ${page}" VERBATIM)
-  add_custom_target(man DEPENDS ${page})
-  install(FILES ${page} DESTINATION share/man/man1 COMPONENT program OPTIONAL)
+  foreach(name linewatch.1 linewatch-settings.5)
+    string(REGEX REPLACE ".*\\." man section ${name})
+    set(template ${PROJECT_SOURCE_DIR}/docs/man/${name}.scd.in)
+    set(folder ${PROJECT_BINARY_DIR}/share/man/${section})
+    set(page ${folder}/${name}.gz)
+    add_custom_command(OUTPUT ${page} DEPENDS ${maker} ${template} linewatch
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+      COMMAND sh -c "${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:linewatch> ${template} | ${SCDOC} | gzip -9n > ${page}" VERBATIM)
+    install(FILES ${page} DESTINATION share/man/${section} COMPONENT program OPTIONAL)
+    list(APPEND pages ${page})
+  endforeach()
+  add_custom_target(man DEPENDS ${pages})
 endif()
 
 set(CPACK_PACKAGE_NAME linewatch)

@@ -113,8 +113,6 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
-  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
-      ->type_name("FILE|URL");
   sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->add_flag("--hidden", panel_.isHidden, "Start without the window; starting it again shows it");
   sub->callback([this] { command_ = panel_; });
@@ -204,7 +202,7 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->callback([this] { command_ = lines_; });
 }
 
-/// Adds the words to search for, and the catalogue.
+/// Adds the words to search for.
 CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
   const auto take = [this](const std::vector<std::string>& words) {
     feed_.name.clear();
@@ -214,9 +212,6 @@ CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
          "WORDS", take, "A city, agency, region or country; with --gtfs and --alerts the feed's name")
       ->required()
       ->type_name("");
-  app.add_option("--catalogue", feed_.catalogue,
-                 "The catalogue, a CSV file or URL; usually the public one of the Mobility Database")
-      ->type_name("PLACE");
   return &app;
 }
 

@@ -51,6 +51,8 @@ struct CommonOptions {
   std::uint64_t maxRows = 0;
   std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
+  /// The catalogue of feeds, a CSV file or URL; empty for that of the settings.
+  std::string catalogue = {};
   bool verbose = false;
   /// Preferences of this run; they replace the saved ones.
   Dictionary preferences;
@@ -104,8 +106,6 @@ struct FeedCommand {
   FeedOptions options;
   /// For `add` by a search: the feed's name; empty: one made from the agency's.
   std::string newName = {};
-  /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
-  std::string catalogue = {};
   /// For `list` and `find`: print a JSON object.
   bool json = false;
   /// For `key`: remove the feed's keys.
@@ -194,8 +194,6 @@ struct PanelCommand {
   bool showsExample = false;
   /// Start without the window, which another start or the bus shows.
   bool isHidden = false;
-  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
-  std::string catalogue = {};
 };
 
 /// A word that can be put on a command line, and what it means.

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <system_error>
 
@@ -11,6 +12,8 @@
 #include "app/commands.h"
 #include "app/rider_texts.h"
 #include "app/run_settings.h"
+#include "app/terminal_text.h"
+#include "app/text_table.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
@@ -117,8 +120,15 @@ void surviveFileSizeLimit() {
 }
 
 int complain(const std::string& sentence, int status) {
-  write("linewatch: " + terminalLine(sentence) + "\n", stderr);
+  write(paragraph("linewatch: " + terminalLine(sentence), kMessageIndent, TerminalStyle::ofStandardError()),
+        stderr);
   return status;
+}
+
+/// The complaint in the rider's language, as far as it is known.
+std::string complaintOf(const Report& report, const CommandLine* line) {
+  if (report.complaint.empty() || !report.failure || !line) return report.complaint;
+  return RiderTexts(localeOf(line->common)).failure(*report.failure, report.complaint);
 }
 
 }  // namespace
@@ -132,7 +142,7 @@ int runCommandLine(int argc, char** argv, const std::function<Report(const Comma
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
     return complain(sentenceOf(failure("standard output", "", std::generic_category().message(errno))), 2);
-  return report.complaint.empty() ? report.status : complain(report.complaint, report.status);
+  return report.complaint.empty() ? report.status : complain(complaintOf(report, line), report.status);
 }
 
 int run(int argc, char** argv) {

@@ -132,6 +132,7 @@ std::optional<Error> DesktopPlatform::open() {
   documents_ = std::make_shared<FeedDocuments>(
       saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
       runKeyCommand);
+  if (settings_.isInteractive) documents_->renewInBackground();
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
 }

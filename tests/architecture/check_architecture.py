@@ -6,6 +6,7 @@
  - A folder may be compiled as one unit: a function of an unnamed namespace shares its name with no other of its folder,
    for the compiler would choose between them in silence.
  - Comments and texts explain themselves: none leans on a document outside the tree.
+ - CHANGELOG.md, CMake and the Debian changelog have the same newest version.
 
 usage: check_architecture.py ROOT
 """
@@ -200,6 +201,23 @@ def wording_faults(lines):
             yield number, f'"{match[0]}" leans on a document that the reader does not have'
 
 
+def version_faults(root):
+    """Compares the versions of those of the three files that there are."""
+    def found(path, pattern):
+        lines = read_lines(root, path) if os.path.isfile(os.path.join(root, path)) else []
+        return next(((path, number, match[1]) for number, line in enumerate(lines, 1) if (match := re.match(pattern, line))),
+                    None)
+    project = found("CMakeLists.txt", r"project\(\w+ VERSION (\S+)")
+    if not project:
+        return
+    changes = found("CHANGELOG.md", r"## (\d\S*?),? ")
+    if changes and changes[2] != project[2]:
+        yield changes[0], changes[1], f"the newest version is {changes[2]}, but CMake's is {project[2]}"
+    package = found("resources/desktop/changelog.Debian.in", r"linewatch \((.*)-\d+\)")
+    if package and package[2] not in (project[2], "@PROJECT_VERSION@"):
+        yield package[0], package[1], f"the newest version is {package[2]}, but CMake's is {project[2]}"
+
+
 def read_lines(root, path):
     """The lines of a text file; none of a binary one."""
     with open(os.path.join(root, path), "rb") as file:
@@ -219,6 +237,7 @@ def faults(root):
         yield from ((path, number, what) for number, what in wording_faults(lines))
     for files in folders.values():
         yield from name_faults(files)
+    yield from version_faults(root)
 
 
 def main():
