@@ -55,8 +55,9 @@ endif()
 set(CPACK_PACKAGE_NAME linewatch)
 set(CPACK_PACKAGE_VENDOR "The LineWatch authors")
 set(CPACK_PACKAGE_CONTACT "The LineWatch authors <authors@linewatch.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tells whether your transit lines run normally")
-set(CPACK_PACKAGE_DESCRIPTION "A small panel shows the incidents of the bus, train and metro lines
+# The first line is the summary.
+set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "tells whether your transit lines run normally
+A small panel shows the incidents of the bus, train and metro lines
 that you save as favourites. It reads the open feeds (GTFS and
 GTFS-Realtime) of transit agencies. The same list is printed on a
 terminal, drawn into a picture, and written as JSON.")

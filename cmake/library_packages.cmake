@@ -1,6 +1,7 @@
 # Two more packages, for engineers: the shared libraries, which programs of others need, and the rest.
 
-set(runtime liblinewatch${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+set(LINEWATCH_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+set(runtime liblinewatch${LINEWATCH_SOVERSION})
 list(APPEND CPACK_COMPONENTS_ALL library development)
 set(version "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 
@@ -11,6 +12,12 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "linewatch (= ${version})")
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "libraries of LineWatch, for programs that embed it
 The widget, the platform of the desktop, open transit feeds and the saved
 state, each as a shared library.")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${desktop}/library/triggers)
+configure_file(${desktop}/library/lintian-overrides ${PROJECT_BINARY_DIR}/library-overrides @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/library-overrides DESTINATION share/lintian/overrides RENAME ${runtime}
+  COMPONENT library)
 set(CPACK_ARCHIVE_LIBRARY_FILE_NAME lib${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liblinewatch-dev)
