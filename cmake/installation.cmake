@@ -65,8 +65,9 @@ endif()
 set(CPACK_PACKAGE_NAME linewatch)
 set(CPACK_PACKAGE_VENDOR "The LineWatch authors")
 set(CPACK_PACKAGE_CONTACT "The LineWatch authors <authors@linewatch.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tells whether your transit lines run normally")
-set(CPACK_PACKAGE_DESCRIPTION "A small panel shows the incidents of the bus, train and metro lines
+# The first line is the summary.
+set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "tells whether your transit lines run normally
+A small panel shows the incidents of the bus, train and metro lines
 that you save as favourites. It reads the open feeds (GTFS and
 GTFS-Realtime) of transit agencies. The same list is printed on a
 terminal, drawn into a picture, and written as JSON.")
@@ -77,7 +78,9 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_COMPONENTS_ALL program)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME linewatch)
+set(CPACK_ARCHIVE_PROGRAM_FILE_NAME ${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
@@ -86,4 +89,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "libqt6svg6, qt6-qpa-plugins, fonts-inter, ca-certificates")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, fonts-noto-ui-core, fonts-wqy-microhei, fonts-noto-color-emoji")
+if(LINEWATCH_LIBRARY)
+  include(${PROJECT_SOURCE_DIR}/cmake/library_packages.cmake)
+endif()
 include(CPack)

@@ -1,32 +1,24 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
-#include "feeds/background_queue.h"
+#include "feeds/queued_transit_service.h"
 #include "feeds/transit_feeds.h"
 #include "platform/main_loop.h"
-#include "platform/transit_service.h"
 
 namespace linewatch {
 
-/// The transit service over `TransitFeeds`. Look-ups run one after the other on a thread of the service, and
-/// their answers arrive on the main thread. The destructor waits for the submitted look-ups; a ticket that is
-/// submitted later is answered with an error. The main loop must outlive the service and its tickets.
-class FeedTransitService final : public TransitService {
+/// The transit service over `TransitFeeds`.
+class FeedTransitService final : public QueuedTransitService {
  public:
   FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop)
-      : feeds_(std::move(feeds)), mainLoop_(mainLoop), queue_(std::make_shared<BackgroundQueue>()) {}
-
-  std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
-      std::vector<MapItemIdentifier> identifiers) override;
-  /// Waits for the submitted look-ups and takes no more.
-  void finish() { queue_->finish(); }
-
- private:
-  std::shared_ptr<TransitFeeds> feeds_;
-  MainLoop& mainLoop_;
-  std::shared_ptr<BackgroundQueue> queue_;
+      : QueuedTransitService(
+            [feeds = std::move(feeds), &mainLoop](const std::vector<MapItemIdentifier>& identifiers) {
+              return feeds->lineItems(identifiers, mainLoop.now());
+            },
+            mainLoop) {}
 };
 
 }  // namespace linewatch

@@ -91,7 +91,7 @@ LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "wire": r"bzlib\.h",
     "list": r"tsl/.*",
     "analytics": r"tsl/.*",
-    "shared": r"cxxabi\.h|" + POSIX,  # cxxabi.h for the names of classes
+    "shared": r"cxxabi\.h|link\.h|" + POSIX,  # the names of classes, and of shared libraries
 }.items()}
 # Folders that have threads of their own or guard what theirs share.
 THREADED = re.compile(r"(app|desktop|feeds|storage)\b.*")
