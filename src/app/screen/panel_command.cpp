@@ -81,6 +81,7 @@ class EndOnSignals {
 desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.scale = application.devicePixelRatio();
+  settings.language = locale.language();
   if (locale.isRightToLeft()) settings.direction = ui::LayoutDirection::rightToLeft;
   return settings;
 }
@@ -120,14 +121,14 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
                                                  .showsExample = command.showsExample},
                                   &recording);
-  shown->languageDidChange = [&inheritance] {
-    inheritance.isReplaced = true;
-    QApplication::quit();
+  shown->languageDidChange = [&inheritance, &shown] {
+    inheritance = {.isReplaced = true, .windows = shown->openWindows()};
+    // Unlike quit(), this leaves the windows open until the panel ends.
+    QApplication::exit();
   };
   shown->open(inheritance.windows);
   inheritance.isReplaced = false;
   QApplication::exec();
-  inheritance.windows = shown->openWindows();
   shown = nullptr;
   const auto error = inheritance.isReplaced ? std::optional<Error>() : recording.finish();
   return error ? refused(*error) : Report();

@@ -51,6 +51,7 @@ class Companion {
 
  private:
   DetailsWindow& details();
+  void makeFavorites();
   void show(const OpenedContent& content);
   void markExample();
   std::optional<Error> open(const URL& url);
