@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "feeds/background_queue.h"
@@ -15,8 +17,16 @@ namespace linewatch {
 /// submitted later is answered with an error. The main loop must outlive the service and its tickets.
 class FeedTransitService final : public TransitService {
  public:
-  FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop)
-      : feeds_(std::move(feeds)), mainLoop_(mainLoop), queue_(std::make_shared<BackgroundQueue>()) {}
+  /// Makes ready what the main thread will need of an answer. Called on the service's thread, before the
+  /// answer is delivered.
+  using Preparation = std::function<void(const TransitLineItems&)>;
+
+  /// `prepare` may be empty.
+  FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop, Preparation prepare = {})
+      : feeds_(std::move(feeds)),
+        mainLoop_(mainLoop),
+        prepare_(std::move(prepare)),
+        queue_(std::make_shared<BackgroundQueue>()) {}
 
   std::shared_ptr<TransitLinesTicket> ticketForTransitLines(
       std::vector<MapItemIdentifier> identifiers) override;
@@ -26,6 +36,7 @@ class FeedTransitService final : public TransitService {
  private:
   std::shared_ptr<TransitFeeds> feeds_;
   MainLoop& mainLoop_;
+  Preparation prepare_;
   std::shared_ptr<BackgroundQueue> queue_;
 };
 
