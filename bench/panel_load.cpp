@@ -101,8 +101,7 @@ class LoadedPanel {
     static_cast<void>(session_->platform().feeds().follow());
     installPlatform(
         std::make_shared<simulation::RecordingPlatform>(session_->platform(), recording_.recorder()));
-    panel_ = std::make_unique<Panel>(*session_, *screen_, *options.locale, std::vector<std::string>(),
-                                     desktop::PanelOptions{}, &recording_);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *options.locale, Panel::Options{}, &recording_);
     panel_->window().show();
     awaitFetch();
   }

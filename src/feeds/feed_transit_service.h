@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -13,10 +14,18 @@ namespace linewatch {
 /// The transit service over `TransitFeeds`.
 class FeedTransitService final : public QueuedTransitService {
  public:
-  FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop)
+  /// Makes ready what the main thread will need of an answer. Called on the service's thread, before the
+  /// answer is delivered.
+  using Preparation = std::function<void(const TransitLineItems&)>;
+
+  /// `prepare` may be empty.
+  FeedTransitService(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop, Preparation prepare = {})
       : QueuedTransitService(
-            [feeds = std::move(feeds), &mainLoop](const std::vector<MapItemIdentifier>& identifiers) {
-              return feeds->lineItems(identifiers, mainLoop.now());
+            [feeds = std::move(feeds), &mainLoop,
+             prepare = std::move(prepare)](const std::vector<MapItemIdentifier>& identifiers) {
+              auto items = feeds->lineItems(identifiers, mainLoop.now());
+              if (items && prepare) prepare(*items);
+              return items;
             },
             mainLoop) {}
 };

@@ -40,12 +40,17 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
         },
         std::make_shared<FeedDocuments>(nullptr, [&loop] { return loop.now(); }), IncidentLanguage{});
   };
+  std::size_t prepared = 0;
   {
-    FeedTransitService service(feeds(), loop);
+    FeedTransitService service(feeds(), loop, [&](const TransitLineItems& items) {
+      EXPECT_FALSE(loop.isMainThread());
+      prepared += items.size();
+    });
     submit(service);
   }
   // The service has waited for its look-up; the answer still waits for the main thread.
   EXPECT_TRUE(answers.empty());
+  EXPECT_EQ(prepared, 2U);
   world->runUntilIdle();
   EXPECT_EQ(answers, std::vector<std::string>{"21"});
 
