@@ -7,7 +7,7 @@ include(GNUInstallDirs)
 # The program looks for its parts in ../lib/linewatch, on every distribution.
 install(TARGETS linewatch RUNTIME DESTINATION bin COMPONENT program)
 install(TARGETS linewatch-screen RUNTIME DESTINATION lib/linewatch COMPONENT program)
-install(TARGETS desktop_network feeds_libcurl feeds_libzip LIBRARY DESTINATION lib/linewatch COMPONENT program)
+install(TARGETS app_sdbus desktop_network feeds_libcurl feeds_libzip LIBRARY DESTINATION lib/linewatch COMPONENT program)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/city DESTINATION share/linewatch COMPONENT program)
 
 set(LINEWATCH_ID org.linewatch.LineWatch)

@@ -1,22 +1,26 @@
 #!/usr/bin/env python3
-"""status_bus_test.py PROGRAM: status asks a panel on the session bus instead of fetching, follows its changes, and
-fetches by itself when the panel ends. The bus and the panel are the test's own."""
+"""status_bus_test.py PROGRAM SCHEMA: status asks a panel on the session bus instead of fetching, follows its changes, and
+fetches by itself when the panel ends. The bus and the panel are the test's own. Its document fits the schema."""
 
 import json
 import os
+import pathlib
 import subprocess
 import sys
 import tempfile
 import threading
 import unittest
 
+import jsonschema
 from gi.repository import Gio, GLib
 
 PROGRAM = sys.argv[1]
+SCHEMA = json.loads(pathlib.Path(sys.argv[2]).read_text(encoding="utf-8"))
 INTERFACE = "org.linewatch.LineWatch1"
 PATH = "/org/linewatch/LineWatch"
 INTROSPECTION = f"""<node><interface name="{INTERFACE}">
 <property name="Document" type="s" access="read"/><method name="Refresh"/></interface></node>"""
+NOW = "2026-11-24T08:00:00Z"
 SAMPLE_CITY = "6 lines with advisories\n"
 
 
@@ -83,6 +87,8 @@ class StatusBusTest(unittest.TestCase):
         self.assertEqual(self.status(), SAMPLE_CITY, "before the first answer the panel knows nothing")
         panel.document = document("Strike")
         self.assertEqual(self.status(), "U6: Strike\n")
+        for text in (panel.document, self.status("--format", "json"), self.status("--format", "json", "--now", NOW)):
+            jsonschema.validate(json.loads(text), SCHEMA)
         panel.document = "not JSON"
         self.assertEqual(self.status(), SAMPLE_CITY)
         panel.end()
