@@ -21,8 +21,8 @@ class PanelLink {
   /// Announces changes from now on. The result is a file descriptor, which can be read when
   /// `takeMessages` has something to take; negative when that is not possible.
   virtual int follow() = 0;
-  /// Takes the messages that have come. True if the panel has other news, or has started or ended. Absent when
-  /// the bus has ended; this object is then of no use any more.
+  /// Takes the messages that have come. True if the panel has other news, or has started or ended. Absent
+  /// when the bus has ended; this object is then of no use any more.
   virtual std::optional<bool> takeMessages() = 0;
 };
 
