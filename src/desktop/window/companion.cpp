@@ -110,10 +110,11 @@ void Companion::makeFavorites() {
   const ui::TextSizeCategory textSize = platform().interfaceSettings().textSizeCategory();
   const bool isOpen = favorites_ && favorites_->isVisible();
   if (!isOpen || textSize != favoritesTextSize_) {
-    const QRect place = isOpen ? favorites_->geometry() : QRect();
+    const WindowPlace before = isOpen ? favorites_->place() : WindowPlace();
     favorites_ = std::make_unique<FavoritesWindow>(texts_, favoritesServices_);
     favoritesTextSize_ = textSize;
-    if (isOpen) favorites_->setGeometry(place);
+    // It widens with larger text.
+    if (isOpen) favorites_->setPlace({before.corner, favorites_->size().expandedTo(before.size)});
   }
 }
 
