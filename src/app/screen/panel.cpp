@@ -141,10 +141,20 @@ bool Panel::showIncidents(const StoredIncidents& incidents, const std::string& a
 }
 
 void Panel::refreshNews() {
-  if (window_.isVisible() && !window_.isMinimized())
+  if (isWindowShown())
     window_.requestUpdate();
   else if (news_)
     news_->refresh();
+}
+
+void Panel::followNews() {
+  isFollowingNews_ = true;
+  visibilityDidChange();
+}
+
+/// At the first start there is no news: the card asks for a city, and the made-up one is not the user's.
+void Panel::visibilityDidChange() {
+  if (news_ && isFollowingNews_ && isWindowLoaded_) news_->setPanelShown(isWindowShown());
 }
 
 /// Runs `work` on the queue, and `done` with its result on the main thread.
@@ -291,10 +301,7 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
       .setTextSize = [this](ui::TextSizeCategory category) { setTextSize(category); },
       .dataNote = [this] { return dataNote(); },
       .feedNews = [this] { return feedNews(); },
-      .visibilityDidChange =
-          [this](bool isShown) {
-            if (news_) news_->setPanelShown(isShown);
-          }};
+      .visibilityDidChange = [this] { visibilityDidChange(); }};
   if (platform().saved()) services.addCity = [this] { setupWindow().findCity(); };
   if (recording) {
     services.observer = recording->recorder();

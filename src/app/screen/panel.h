@@ -49,6 +49,9 @@ class Panel {
   bool showIncidents(const StoredIncidents& incidents, const std::string& activationToken);
   /// Fetches the news now, also while the window is hidden.
   void refreshNews();
+  /// Begins to tell the news watch whether the window is shown. To be called after the window is shown, or
+  /// stays hidden, at the start.
+  void followNews();
   /// Shows the settings window.
   void showSettings();
   /// The open windows and what they show, for a panel in another language.
@@ -84,6 +87,8 @@ class Panel {
   void followSettings();
   /// Follows the network and the clocks, which are reasons to ask for the news.
   void followMachine();
+  void visibilityDidChange();
+  bool isWindowShown() const { return window_.isVisible() && !window_.isMinimized(); }
   void settingsFileDidChange();
   /// Makes everything as the settings in force say.
   void applySettings();
@@ -132,6 +137,7 @@ class Panel {
   bool showsExample_;
   /// Null when nobody follows the news.
   desktop::NewsWatch* news_;
+  bool isFollowingNews_ = false;
   bool isWindowLoaded_ = false;
   BackgroundQueue queue_;
   /// For work that waits for servers, so that other work need not wait for it.

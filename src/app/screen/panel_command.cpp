@@ -14,6 +14,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "app/rider_texts.h"
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
 #include "app/screen/panel_recording.h"
@@ -24,6 +25,7 @@
 #include "desktop/presence/lock_watch.h"
 #include "platform/platform.h"
 #include "settings/user_settings.h"
+#include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "simulation/recording/recording_platform.h"
 
@@ -118,18 +120,17 @@ struct WidgetPlatform {
 
 /// Connects the panel with what the rest of the desktop asks and says. `makeTray` makes the icon in the tray,
 /// which takes a moment.
-void bePresent(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
-               desktop::BusPresence& bus, const std::function<void()>& makeTray) {
+void bePresent(Panel& panel, desktop::DesktopPlatform& platform, desktop::BusPresence& bus,
+               const std::function<void()>& makeTray) {
   bus.setRequests({.show = [&panel](const std::string& token) { panel.present(token); },
                    .refresh = [&panel] { panel.refreshNews(); }});
-  const bool isShown = panel.window().isVisible();
   desktop::afterFirstDraw(panel.window(), [&panel, &platform, makeTray] {
     // To draw the icon takes longer than to connect to the system bus.
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/presence/icon.svg")));
     desktop::watchLock(panel.window(), [&platform](bool isLocked) { platform.device().setLocked(isLocked); });
     makeTray();
   });
-  if (!isShown) presence.news().setPanelShown(false);
+  panel.followNews();
 }
 
 /// Shows the panel until it is closed or another language is chosen. The texts of all windows and feeds are
@@ -169,7 +170,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   };
   shown->open(inheritance.windows);
   std::unique_ptr<PanelTray> tray;
-  bePresent(*shown, platform, presence, bus,
+  bePresent(*shown, platform, bus,
             [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale, options); });
   inheritance.isReplaced = false;
   QApplication::exec();

@@ -312,7 +312,7 @@ void PanelWindow::changeEvent(QEvent* event) {
 }
 
 void PanelWindow::appearOrDisappear() {
-  if (services_.visibilityDidChange) services_.visibilityDidChange(isVisible() && !isMinimized());
+  if (services_.visibilityDidChange) services_.visibilityDidChange();
   if (!widget_) return;
   const bool wasShown = widget_->isShown();
   widget_->setShown(isVisible() && !isMinimized(), limitsNow());

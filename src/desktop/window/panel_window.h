@@ -44,8 +44,8 @@ struct PanelServices {
   std::function<FeedNews()> feedNews = {};
   /// Hears what the panel does with the widget; may be null.
   std::shared_ptr<HostObserver> observer = nullptr;
-  /// Called when the window is shown, hidden, minimized or restored: whether it can be seen.
-  std::function<void(bool isShown)> visibilityDidChange = {};
+  /// Called when the window has been shown, hidden, minimized or restored, and when the widget is loaded.
+  std::function<void()> visibilityDidChange = {};
   /// Lets the user save what has happened. An empty function: the menu does not offer that.
   std::function<void()> saveRecording = {};
 };
