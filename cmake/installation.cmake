@@ -80,5 +80,5 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What no library link names: the plug-ins for SVG and Wayland, fonts, and certificates for HTTPS.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "libqt6svg6, qt6-qpa-plugins, fonts-inter, ca-certificates")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, fonts-noto-ui-core, fonts-wqy-microhei, fonts-noto-color-emoji")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, fonts-noto-ui-core, fonts-wqy-microhei, fonts-ipaexfont-gothic, fonts-noto-color-emoji")
 include(CPack)

@@ -92,6 +92,7 @@ class EndOnSignals {
 desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const UserLocale& locale) {
   desktop::ScreenSettings settings;
   settings.scale = application.devicePixelRatio();
+  settings.language = locale.language();
   if (locale.isRightToLeft()) settings.direction = ui::LayoutDirection::rightToLeft;
   return settings;
 }

@@ -21,6 +21,7 @@ desktop::ScreenSettings settingsOfPicture(const RenderCommand& command, const Us
   settings.direction =
       locale.isRightToLeft() ? ui::LayoutDirection::rightToLeft : ui::LayoutDirection::leftToRight;
   settings.scale = command.scale;
+  settings.language = locale.language();
   return settings;
 }
 

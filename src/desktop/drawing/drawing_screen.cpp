@@ -4,6 +4,7 @@
 
 #include "desktop/drawing/line_shield.h"
 #include "desktop/drawing/mode_icon.h"
+#include "desktop/drawing/typefaces.h"
 #include "platform/log.h"
 #include "platform/platform.h"
 #include "ui/image.h"
@@ -39,7 +40,9 @@ class GrownImage final : public ui::Image {
 
 DrawingScreen::DrawingScreen(ScreenSettings settings)
     : settings_(std::move(settings)),
-      drawings_(std::make_shared<DrawingSource>(std::make_shared<InstalledLog>())) {}
+      drawings_(std::make_shared<DrawingSource>(std::make_shared<InstalledLog>())) {
+  setFontLanguage(settings_.language);
+}
 
 std::shared_ptr<const ui::Image> DrawingScreen::GrowingImages::imageNamed(std::string_view name) {
   auto image = screen_.drawings_->imageNamed(name);

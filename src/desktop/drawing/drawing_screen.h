@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "desktop/desktop_screen.h"
@@ -24,6 +25,8 @@ class ScreenSettings final : public ui::InterfaceSettings {
   ui::LayoutDirection direction = ui::LayoutDirection::leftToRight;
   /// Pixels per point.
   double scale = 1;
+  /// The language of the texts, e.g. "ja"; see `setFontLanguage`.
+  std::string language = {};
 };
 
 /// Draws views with Qt. Needs a QGuiApplication.

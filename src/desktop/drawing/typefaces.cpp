@@ -3,14 +3,26 @@
 #include <QFontMetricsF>
 #include <QStringList>
 #include <cmath>
+#include <string_view>
 
 namespace linewatch::desktop {
 
 namespace {
 
 // Qt uses the first family that is installed, and other fonts if none is, or for missing characters.
-const QStringList& families() {
-  static const QStringList names = {"Inter", "Noto Sans", "Noto Color Emoji", "DejaVu Sans"};
+QStringList familiesFor(std::string_view language) {
+  QStringList names = {"Inter", "Noto Sans"};
+  if (language == "ja")
+    names << "Noto Sans CJK JP"
+          << "IPAexGothic";
+  if (language == "ko") names << "Noto Sans CJK KR";
+  if (language == "zh") names << "Noto Sans CJK SC";
+  return names << "Noto Color Emoji"
+               << "DejaVu Sans";
+}
+
+QStringList& families() {
+  static QStringList names = familiesFor("");
   return names;
 }
 
@@ -21,6 +33,8 @@ QFont::Weight weightOf(const ui::Font& font) {
 }
 
 }  // namespace
+
+void setFontLanguage(std::string_view language) { families() = familiesFor(language); }
 
 QFont qtFont(double pointSize, QFont::Weight weight, bool italic) {
   QFont font(families());

@@ -1,11 +1,16 @@
 #pragma once
 
 #include <QFont>
+#include <string_view>
 
 #include "ui/font.h"
 #include "ui/text_engine.h"
 
 namespace linewatch::desktop {
+
+/// Chooses the shapes of the characters that Chinese, Japanese and Korean share. `language`: e.g. "ja". For
+/// fonts that are made later. Main thread.
+void setFontLanguage(std::string_view language);
 
 /// The program's font. `points`: its size. It has no hinting, so that a text has the same width at every
 /// scale.

@@ -55,7 +55,7 @@ AddPage::AddPage(SharedWindowTexts texts, SetupServices services, const Wanted& 
   makeBottom(*layout);
   showRunning(false);
   // A failure is about what was entered before.
-  for (const auto* const field : entries_->findChildren<OutlinedField*>())
+  for (const auto* const field : entries_->findChildren<QLineEdit*>())
     connect(field, &QLineEdit::textChanged, note_, &QWidget::hide);
 }
 
@@ -68,12 +68,12 @@ void AddPage::present() {
 
 QStringList AddPage::entries() const {
   QStringList texts;
-  for (const auto* const field : entries_->findChildren<OutlinedField*>()) texts << field->text();
+  for (const auto* const field : entries_->findChildren<QLineEdit*>()) texts << field->text();
   return texts;
 }
 
 void AddPage::setEntries(const QStringList& entries) {
-  const auto fields = entries_->findChildren<OutlinedField*>();
+  const auto fields = entries_->findChildren<QLineEdit*>();
   for (qsizetype place = 0; place < std::min(fields.size(), entries.size()); ++place)
     fields[place]->setText(entries[place]);
 }
@@ -85,7 +85,7 @@ void AddPage::showHit(QVBoxLayout& layout) {
       plainLabel(QString::fromStdString(hit_->provider()), windowFont(kWindowTitleSize, QFont::DemiBold)));
   const QFont font = windowFont(kWindowTextSize);
   for (const QString& text :
-       {texts_->joined(hit_->placeNames(services_.language)), QString::fromStdString(hit_->coverage())}) {
+       {texts_->withCommas(hit_->placeNames(services_.language)), QString::fromStdString(hit_->coverage())}) {
     if (!text.isEmpty()) layout.addWidget(plainLabel(text, font, TextTone::faint));
   }
   if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));

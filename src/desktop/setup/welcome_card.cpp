@@ -29,13 +29,29 @@ WelcomeCard::WelcomeCard(const WindowTexts& texts, Actions actions) {
   auto* const example = new ActionButton(texts("LookAtExample"));
   connect(choose, &QAbstractButton::clicked, this, std::move(actions.chooseCity));
   connect(example, &QAbstractButton::clicked, this, std::move(actions.showExample));
-  auto* const buttons = new QHBoxLayout;
-  buttons->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
-  buttons->addWidget(choose);
-  buttons->addWidget(example);
-  buttons->addStretch();
-  layout->addLayout(buttons);
+  buttons_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  buttons_->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
+  buttons_->addWidget(choose, 0, Qt::AlignLeading);
+  buttons_->addWidget(example, 0, Qt::AlignLeading);
+  buttons_->addStretch();
+  layout->addLayout(buttons_);
   setFocusProxy(choose);
+}
+
+void WelcomeCard::arrangeButtons(int width) const {
+  int needed = 2 * kWindowMargin + buttons_->spacing();
+  for (const auto* const button : findChildren<QAbstractButton*>()) needed += button->sizeHint().width();
+  buttons_->setDirection(needed <= width ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+int WelcomeCard::heightForWidth(int width) const {
+  arrangeButtons(width);
+  return QWidget::heightForWidth(width);
+}
+
+void WelcomeCard::resizeEvent(QResizeEvent* event) {
+  arrangeButtons(width());
+  QWidget::resizeEvent(event);
 }
 
 }  // namespace linewatch::desktop

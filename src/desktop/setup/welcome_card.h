@@ -5,6 +5,8 @@
 
 #include "desktop/window/window_texts.h"
 
+class QBoxLayout;
+
 namespace linewatch::desktop {
 
 /// What the panel shows at its first start: what LineWatch is, and the two ways to begin. Main thread.
@@ -16,6 +18,17 @@ class WelcomeCard final : public QWidget {
   };
 
   WelcomeCard(const WindowTexts& texts, Actions actions);
+
+  int heightForWidth(int width) const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  /// The buttons are one above the other if they are too wide to stand side by side.
+  void arrangeButtons(int width) const;
+
+  QBoxLayout* buttons_;
 };
 
 }  // namespace linewatch::desktop

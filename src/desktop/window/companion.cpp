@@ -106,7 +106,7 @@ void Companion::markExample() {
     details_->setWindowTitle((*texts_)("ExampleOf", {details_->windowTitle().toStdString()}));
 }
 
-void Companion::showFavorites() {
+void Companion::makeFavorites() {
   const ui::TextSizeCategory textSize = platform().interfaceSettings().textSizeCategory();
   const bool isOpen = favorites_ && favorites_->isVisible();
   if (!isOpen || textSize != favoritesTextSize_) {
@@ -115,6 +115,10 @@ void Companion::showFavorites() {
     favoritesTextSize_ = textSize;
     if (isOpen) favorites_->setGeometry(place);
   }
+}
+
+void Companion::showFavorites() {
+  makeFavorites();
   favorites_->present();
 }
 
@@ -131,7 +135,7 @@ void Companion::reopen(const OpenWindows& windows) {
     markExample();
   }
   if (!windows.favorites) return;
-  showFavorites();
+  makeFavorites();
   favorites_->restore(*windows.favorites);
 }
 

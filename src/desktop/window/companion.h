@@ -53,6 +53,7 @@ class Companion {
 
  private:
   DetailsWindow& details();
+  void makeFavorites();
   void show(const OpenedContent& content);
   void markExample();
   std::optional<Error> open(const URL& url);

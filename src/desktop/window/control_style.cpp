@@ -19,7 +19,6 @@ namespace {
 
 // Points.
 constexpr int kLeastMark = 16;
-constexpr int kMarkGap = 8;
 constexpr int kStopPadding = 7;
 // Shares of a text's or a mark's height.
 constexpr double kMarkHeight = 0.9;
@@ -147,7 +146,7 @@ class ControlStyle final : public QProxyStyle {
         return QProxyStyle::pixelMetric(metric, option, widget);
       case PM_CheckBoxLabelSpacing:
       case PM_RadioButtonLabelSpacing:
-        return kMarkGap;
+        return widget != nullptr ? markSize(widget->fontMetrics()) / 2 : kLeastMark / 2;
       default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }

@@ -128,6 +128,8 @@ void FavoriteList::placeMenuButton() {
 
 void FavoriteList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
+  // Above the first line there is its heading.
+  if (current.row() == 1 && model_->row(0).isHeading()) scrollToTop();
   placeMenuButton();
 }
 

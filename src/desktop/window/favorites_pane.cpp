@@ -96,6 +96,8 @@ FavoritesPane::FavoritesPane(SharedWindowTexts texts, FavoritesServices services
   connect(retry_, &QTimer::timeout, this, [this] { readAgain(); });
 }
 
+FavoritesPane::~FavoritesPane() { delete choice_; }
+
 void FavoritesPane::makeList(std::shared_ptr<ArtworkDataSourceCache> cache) {
   FavoriteModel::Source source{
       .describe = [this](const Row& row) { return describe(row); },

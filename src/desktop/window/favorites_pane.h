@@ -73,6 +73,8 @@ class FavoritesPane final : public QWidget {
   FavoritesPane(SharedWindowTexts texts, FavoritesServices services,
                 std::shared_ptr<ArtworkDataSourceCache> cache, std::string feed = {});
 
+  ~FavoritesPane() override;
+
   /// Reads everything again. If the favourites cannot be read, the pane tries again every second.
   void present();
   /// Shows changes that another program or window has made. The current line and the scroll position stay.

@@ -27,6 +27,7 @@ using Stops = LineChoice::Stops;
 
 // Points.
 constexpr QSize kChoiceSize(400, 560);
+constexpr int kStopsIndent = 20;
 constexpr std::size_t kMostDestinations = 3;
 /// The ids of a stop in the list.
 constexpr int kStopIdsRole = Qt::UserRole;
@@ -37,7 +38,7 @@ QString directionInWords(std::uint8_t direction, const LineStops* stops, const W
     return texts("OnlyDirection", {std::to_string(direction)});
   std::vector<std::string> names = stops->destinations.at(direction);
   if (names.size() > kMostDestinations) names.resize(kMostDestinations);
-  return texts("TowardsDestination", {texts.joined(names).toStdString()});
+  return texts("TowardsDestination", {texts.withCommas(names).toStdString()});
 }
 
 /// An "&" in a name would otherwise be taken for a shortcut.
@@ -125,7 +126,11 @@ void LineChoiceWindow::addStops(QVBoxLayout& layout) {
   list_->setSelectionMode(QAbstractItemView::NoSelection);
   list_->setEnabled(choice_.stops == Stops::chosen);
   connect(list_, &QListWidget::itemChanged, this, [this] { stopsDidChange(); });
-  layout.addWidget(list_, 1);
+  // The stops belong to the last of the buttons above.
+  auto* const indented = new QHBoxLayout;
+  indented->addSpacing(kStopsIndent);
+  indented->addWidget(list_);
+  layout.addLayout(indented, 1);
 }
 
 /// Stops that the timetable no longer has are left out, and lost with the next change of the stops.

@@ -149,6 +149,8 @@ void PanelWindow::showCard(QWidget* card) {
   layout()->addWidget(card);
   showPalette();
   card->setCursor(Qt::ArrowCursor);
+  setHeaderTextSize(textSizeNow());
+  fitWidth(textSizeNow());
   fitCard();
   card->setFocus();
 }

@@ -1,6 +1,7 @@
 #include "desktop/window/row_menu_button.h"
 
 #include <QPainter>
+#include <QString>
 
 #include "desktop/window/enter_key.h"
 #include "desktop/window/focus_ring.h"
@@ -9,6 +10,7 @@
 namespace linewatch::desktop {
 
 RowMenuButton::RowMenuButton(QWidget* parent) : QAbstractButton(parent) {
+  setObjectName(QStringLiteral("rowMenu"));
   setFocusPolicy(Qt::TabFocus);
   setAccessibleRole(*this, QAccessible::Button);
   clickOnEnter(*this);

@@ -67,9 +67,12 @@ std::string WindowTexts::joined(std::span<const std::string_view> names) const {
   return localization_->joinCommaDelimited(names);
 }
 
-QString WindowTexts::joined(const std::vector<std::string>& names) const {
-  const std::vector<std::string_view> views(names.begin(), names.end());
-  return QString::fromStdString(joined(std::span(views)));
+QString WindowTexts::withCommas(const std::vector<std::string>& names) const {
+  QString all;
+  for (const std::string& name : names)
+    all = all.isEmpty() ? QString::fromStdString(name) : (*this)("WithComma", {all.toStdString(), name});
+  // Otherwise the direction would be that of the first name.
+  return isRightToLeft_ && !all.isEmpty() ? QStringLiteral("\u200F") + all : all;
 }
 
 std::string WindowTexts::reason(const Error& error) const {

@@ -31,7 +31,8 @@ class WindowTexts {
   QString operator()(std::string_view name, std::initializer_list<FormatArgument> arguments = {}) const;
   /// "A, B" with the language's own comma.
   std::string joined(std::span<const std::string_view> names) const;
-  QString joined(const std::vector<std::string>& names) const;
+  /// Names with a comma between them, e.g. of a place. In some languages, `joined` has "and" for the comma.
+  QString withCommas(const std::vector<std::string>& names) const;
   /// An error in words: its sentence, after a short reason in the user's language if that is not English.
   std::string reason(const Error& error) const;
   /// Date and time in the machine's time zone; a date of today has the time only.

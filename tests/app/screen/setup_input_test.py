@@ -156,7 +156,7 @@ class SetupInputTest(PanelDesk):
         self.keys("Return")
         self.wait_for_next_page(setup, page)
         self.says("The lines of 1 feeds are listed")
-        self.keys("Down", "space", "Down", "Down", "space", "Down", "space", "Tab", "Return")
+        self.keys("Down", "space", "Down", "Down", "space", "Down", "space", "Tab", "Tab", "Return")
         self.expect_three_lines([LINES[0], LINES[2], LINES[3]])
 
 

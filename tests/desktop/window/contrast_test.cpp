@@ -1,5 +1,11 @@
 #include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QRadioButton>
+#include <QStyleOptionButton>
 #include <algorithm>
 #include <cstdint>
 #include <map>
@@ -8,6 +14,8 @@
 #include <vector>
 
 #include "desktop/window/companion_test.h"
+#include "desktop/window/line_choice_window.h"
+#include "desktop/window/settings_window.h"
 #include "desktop/window/window_colors.h"
 #include "ui/artwork_image_view.h"
 #include "ui/label.h"
@@ -42,6 +50,36 @@ double contrastIn(const QImage& image, const QRect& region) {
   for (const auto& [color, count] : counts)
     most = std::max(most, contrastOf(QColor(background), QColor(color)));
   return most;
+}
+
+/// The mark of a check box or radio button, or a piece of a field's outline; null for other widgets.
+QRect outlineOf(const QWidget& widget) {
+  QStyleOptionButton option;
+  option.initFrom(&widget);
+  const auto indicator = [&](QStyle::SubElement mark) {
+    return widget.style()->subElementRect(mark, &option, &widget);
+  };
+  if (qobject_cast<const QRadioButton*>(&widget)) return indicator(QStyle::SE_RadioButtonIndicator);
+  if (qobject_cast<const QCheckBox*>(&widget)) return indicator(QStyle::SE_CheckBoxIndicator);
+  const bool isField = qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QComboBox*>(&widget);
+  return isField ? QRect(0, widget.height() / 2, 6, 6) : QRect();
+}
+
+void addOutlines(const QWidget& window, std::vector<Part>& parts) {
+  const auto add = [&](const QWidget& widget, const QRect& rect) {
+    parts.push_back({"outline of " + widget.accessibleName().toStdString(),
+                     {widget.mapTo(&window, rect.topLeft()), rect.size()},
+                     kSignContrast});
+  };
+  for (const QWidget* const widget : window.findChildren<QWidget*>()) {
+    const QRect outline = outlineOf(*widget);
+    if (widget->isVisible() && !outline.isEmpty()) add(*widget, outline);
+    const auto* const list = qobject_cast<const QListWidget*>(widget);
+    for (int row = 0; list && row < list->count(); ++row) {
+      const QRect item = list->visualItemRect(list->item(row));
+      add(*list->viewport(), {item.left(), item.top(), item.height(), item.height()});
+    }
+  }
 }
 
 void addWidgets(const QWidget& window, std::vector<Part>& parts) {
@@ -133,6 +171,31 @@ TEST_F(ContrastTest, EveryTextAndSignIsLegibleInEveryAppearance) {
     expectPanelLegible(where + ", pressed");
     mouse(rows(), QEvent::MouseButtonRelease, {-1, -1});
     expectDetailsLegible(where);
+  }
+}
+
+TEST_F(ContrastTest, EveryMarkAndOutlineOfAControlIsLegible) {
+  start();
+  const auto texts = std::make_shared<const WindowTexts>(*UserLocale::parse("en"));
+  SettingsWindow settings(texts, {.find = [](const Setting&) { return SettingValue{"false"}; },
+                                  .set = [](const Setting&, const std::string&) { return std::nullopt; },
+                                  .faults = [] { return std::vector<std::string>(); }});
+  settings.present();
+  settings.resize(400, 2000);
+  LineChoiceWindow choice(texts, "Harbour", {.stops = LineChoice::Stops::chosen, .stopIds = {"a"}},
+                          [](const LineChoice&) {});
+  choice.showStops(LineStops{.stops = {{{"a"}, "Pier"}, {{"b"}, "Zoo"}}});
+  choice.present();
+  for (const auto appearance : {ui::Appearance::light, ui::Appearance::dark,
+                                ui::Appearance::lightHighContrast, ui::Appearance::darkHighContrast}) {
+    QApplication::setPalette(windowPalette(appearance));
+    settle();
+    for (QWidget* const window : {static_cast<QWidget*>(&settings), static_cast<QWidget*>(&choice)}) {
+      std::vector<Part> parts;
+      addWidgets(*window, parts);
+      addOutlines(*window, parts);
+      expectLegible(*window, parts, "appearance " + std::to_string(static_cast<int>(appearance)));
+    }
   }
 }
 

@@ -1,5 +1,6 @@
 #include "desktop/window/favorites_window.h"
 
+#include <QAbstractButton>
 #include <QContextMenuEvent>
 #include <QListWidget>
 #include <QRadioButton>
@@ -11,6 +12,7 @@
 namespace linewatch::desktop {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
@@ -123,6 +125,64 @@ TEST_F(CompanionTest, ChoosesTheStopsAndTheDirectionOfAFavourite) {
   EXPECT_THAT(labelsOf(*window<FavoritesWindow>()), Contains("state database: it may only be read"));
   EXPECT_EQ(stored_.front().choice, chosen);
   window<LineChoiceWindow>()->close();
+}
+
+TEST_F(CompanionTest, ReachesTheOptionsOfAFavouriteByKeys) {
+  startCompanion();
+  stored_ = {{FavoriteKind::line, "city", "r2"}};
+  FavoriteList& list = openFavorites();
+  auto& button = *window<FavoritesWindow>()->findChild<QAbstractButton*>("rowMenu");
+  EXPECT_FALSE(button.isVisible()) << "no row is current";
+  makeCurrent(list, 1);
+  EXPECT_TRUE(button.isVisible());
+  EXPECT_EQ(button.accessibleName(), "Options – Zoo – Central");
+  press(button, Qt::Key_Return);
+  ASSERT_NE(window<LineChoiceWindow>(), nullptr);
+  window<LineChoiceWindow>()->close();
+  settle();
+  press(list, Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_NE(window<LineChoiceWindow>(), nullptr);
+  makeCurrent(list, 3);
+  EXPECT_FALSE(button.isVisible()) << "it is no favourite";
+}
+
+TEST_F(CompanionTest, TellsAgenciesOfOneNameApart) {
+  startCompanion();
+  companion_->showFavorites();
+  LineIndex::Contents contents{.feedName = "Trams East"};
+  contents.agencies = {{.id = "t", .name = "Trams"}};
+  contents.routes = {{.id = "r1", .shortName = "1", .agency = 0}};
+  linesLoaded_({.indexes = {cityLines(), std::make_shared<const LineIndex>(std::move(contents))}});
+  settle();
+  EXPECT_THAT(rowsOf(*window<FavoritesWindow>()->findChild<FavoriteList*>()),
+              AllOf(Contains("Trams (city)"), Contains("Trams East"), Not(Contains("Trams"))));
+}
+
+TEST_F(CompanionTest, ReopensTheWindowsInAnotherLanguage) {
+  startCompanion();
+  stored_ = {{FavoriteKind::line, "city", "r2"}};
+  FavoriteList& list = openFavorites();
+  type("zoo");
+  makeCurrent(list, 0);
+  press(list, Qt::Key_Menu);
+  openRow(activityOfRow(0));
+  window<FavoritesWindow>()->setPlace({{40, 50}, {500, 400}});
+  const Companion::OpenWindows open = companion_->openWindows();
+  companion_ = nullptr;
+  EXPECT_EQ(window<LineChoiceWindow>(), nullptr);
+  companion_ = std::make_unique<Companion>(std::make_shared<const WindowTexts>(*UserLocale::parse("de")),
+                                           QStringList(), detailsServices(), favoritesServices());
+  companion_->reopen(open);
+  linesLoaded_({.indexes = {cityLines()}});
+  settle();
+  EXPECT_EQ(window<FavoritesWindow>()->windowTitle(), "Favoriten");
+  EXPECT_EQ(window<FavoritesWindow>()->pos(), QPoint(40, 50));
+  EXPECT_EQ(window<FavoritesWindow>()->size(), QSize(500, 400));
+  EXPECT_EQ(window<FavoritesWindow>()->findChild<QLineEdit*>()->text(), "zoo");
+  ASSERT_NE(window<LineChoiceWindow>(), nullptr);
+  EXPECT_EQ(window<LineChoiceWindow>()->windowTitle(), "Zoo – Central");
+  ASSERT_NE(window<DetailsWindow>(), nullptr);
+  EXPECT_TRUE(window<DetailsWindow>()->isVisible());
 }
 
 TEST_F(CompanionTest, FollowsChangesByOthersAndKeepsThePlace) {
