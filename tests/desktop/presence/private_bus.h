@@ -4,15 +4,20 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <string>
+
+#include "temporary_folder.h"
 
 namespace linewatch::desktop {
 
-/// A message bus of the test's own. Its connections have names, so that a program and a service can be two
-/// clients of it.
+/// A message bus of the test's own, which starts no services. Its connections have names, so that a program
+/// and a service can be two clients of it.
 class PrivateBus {
  public:
   PrivateBus() {
-    daemon_.start("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address"});
+    const std::string configuration = folder_.write("bus.conf", kConfiguration);
+    daemon_.start("dbus-daemon", {"--config-file=" + QString::fromStdString(configuration), "--nofork",
+                                  "--nopidfile", "--print-address"});
     if (daemon_.waitForReadyRead()) address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
   }
   ~PrivateBus() {
@@ -29,6 +34,11 @@ class PrivateBus {
   }
 
  private:
+  static constexpr const char* kConfiguration =
+      "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context=\"default\">"
+      "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>";
+
+  TemporaryFolder folder_;
   QProcess daemon_;
   QString address_;
   QStringList names_;
