@@ -16,12 +16,21 @@ import time
 import unittest
 
 PATIENCE = 60  # seconds
+# A bus that starts no services, so that the machine's own ones stay out of the test.
+BUS_CONFIGURATION = """
+<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><policy context="default">
+<allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/></policy></busconfig>
+"""
 
 if "LINEWATCH_TEST_FOLDER" not in os.environ:
     with tempfile.TemporaryDirectory(prefix="linewatch-test-") as folder:
+        bus = os.path.join(folder, "bus.conf")
+        with open(bus, "w", encoding="utf-8") as configuration:
+            configuration.write(BUS_CONFIGURATION)
         inherited = {name: value for name, value in os.environ.items()
                      if name not in ("DISPLAY", "WAYLAND_DISPLAY", "LINEWATCH_COMPANION", "XDG_SESSION_ID")}
-        sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable, "-B", os.path.abspath(__file__), *sys.argv[1:]],
+        sys.exit(subprocess.run(["dbus-run-session", "--config-file=" + bus, "--", sys.executable, "-B",
+                                 os.path.abspath(__file__), *sys.argv[1:]],
                                 env=dict(inherited, HOME=folder, XDG_RUNTIME_DIR=folder, QT_QPA_PLATFORM="offscreen",
                                          LC_ALL="C.UTF-8", LANGUAGE="en", LINEWATCH_TEST_FOLDER=folder),
                                 check=False).returncode)
