@@ -20,20 +20,20 @@ struct WantedColors {
   bool isHighContrast = false;
 };
 // Like the palette itself, there is one for the application.
-WantedColors wanted;
+WantedColors wantedColors;
 
 void applyWantedColors() {
   const ui::Appearance now = appearanceOf(QApplication::palette());
-  const bool isAsAsked = wanted.scheme == (ui::isDark(now) ? ColorScheme::dark : ColorScheme::light) &&
-                         wanted.isHighContrast == ui::isHighContrast(now);
+  const bool isAsAsked = wantedColors.scheme == (ui::isDark(now) ? ColorScheme::dark : ColorScheme::light) &&
+                         wantedColors.isHighContrast == ui::isHighContrast(now);
   if (isAsAsked) return;
   // Restores the desktop's own palette.
   QApplication::setPalette(QPalette());
   const ui::Appearance own = appearanceOf(QApplication::palette());
   const bool isDark =
-      wanted.scheme == ColorScheme::any ? ui::isDark(own) : wanted.scheme == ColorScheme::dark;
-  const bool serves = isDark == ui::isDark(own) && (!wanted.isHighContrast || ui::isHighContrast(own));
-  if (!serves) QApplication::setPalette(windowPalette(ui::appearanceFor(isDark, wanted.isHighContrast)));
+      wantedColors.scheme == ColorScheme::any ? ui::isDark(own) : wantedColors.scheme == ColorScheme::dark;
+  const bool serves = isDark == ui::isDark(own) && (!wantedColors.isHighContrast || ui::isHighContrast(own));
+  if (!serves) QApplication::setPalette(windowPalette(ui::appearanceFor(isDark, wantedColors.isHighContrast)));
 }
 
 }  // namespace
@@ -70,12 +70,12 @@ void followDesktopMotion(QObject& owner, std::function<void(bool isReduced)> cha
 }
 
 void applyColorScheme(ColorScheme scheme) {
-  wanted.scheme = scheme;
+  wantedColors.scheme = scheme;
   applyWantedColors();
 }
 
 void applyHighContrast(bool isHigh) {
-  wanted.isHighContrast = isHigh;
+  wantedColors.isHighContrast = isHigh;
   applyWantedColors();
 }
 
