@@ -111,8 +111,8 @@ int main(int argc, char** argv) {
   add("Status", {LINEWATCH_PROGRAM, "status"});
   for (const auto& [name, copies] : {std::pair("Small", 1), std::pair("Large", 1000)}) {
     const std::string feed = linewatch::repeatedFeed(copies);
-    add((std::string("StatusOf") + name).c_str(), {LINEWATCH_PROGRAM, "--gtfs", CITY, "--alerts", feed,
-                                                   "--favorite", "M1", "--favorite", "T3", "status"});
+    add((std::string("StatusOf") + name).c_str(), {LINEWATCH_PROGRAM, "--gtfs", CITY "/gtfs", "--alerts",
+                                                   feed, "--favorite", "M1", "--favorite", "T3", "status"});
     add((std::string("PythonOf") + name).c_str(),
         {"/usr/bin/python3", PYTHON_PROGRAM, PYTHON_MODULES, feed, "M1", "T3"});
   }

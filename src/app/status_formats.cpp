@@ -25,20 +25,23 @@ struct StatusWords {
   std::string summary;
   /// The summary; if all lines are known and one of them has incidents, the first of its incidents.
   std::string headline;
+  /// Empty if neither the format nor the headline needs them.
   std::vector<std::string> details;
   std::string open, update;
 };
 
-StatusWords wordsOf(const TransitStatus& status, Date now, IcuLocalization& texts) {
+StatusWords wordsOf(const TransitStatus& status, Date now, IcuLocalization& texts, bool needsDetails) {
   StatusWords words{.status = status,
                     .summary = terminalLine(statusSummary(status, texts)),
                     .headline = {},
                     .details = {},
                     .open = texts.windowString("LineWatch_Window_Open", ""),
                     .update = texts.windowString("LineWatch_Window_Update", "")};
-  for (const std::string& detail : statusDetails(status, now, texts))
-    words.details.push_back(terminalLine(detail));
   const bool isOneLine = status.affectedCount() == 1 && status.unknownCount == 0;
+  if (isOneLine || needsDetails) {
+    for (const std::string& detail : statusDetails(status, now, texts))
+      words.details.push_back(terminalLine(detail));
+  }
   words.headline = isOneLine ? words.details.front() : words.summary;
   return words;
 }
@@ -154,6 +157,7 @@ std::string argosText(const StatusWords& words) {
 
 struct FormatRow {
   std::string (*text)(const StatusWords&);
+  bool needsDetails = false;
   bool isStream = true;
   bool alwaysSucceeds = true;
 };
@@ -162,11 +166,11 @@ struct FormatRow {
 constexpr std::array<FormatRow, kStatusFormatNames.size()> kFormats{
     {{.text = plainText, .alwaysSucceeds = false},
      {.text = jsonDocument, .alwaysSucceeds = false},
-     {.text = waybarText},
+     {.text = waybarText, .needsDetails = true},
      {.text = i3blocksText},
      {.text = polybarText},
-     {.text = genmonText, .isStream = false},
-     {.text = argosText, .isStream = false}}};
+     {.text = genmonText, .needsDetails = true, .isStream = false},
+     {.text = argosText, .needsDetails = true, .isStream = false}}};
 
 const FormatRow& formatRow(StatusFormat format) { return kFormats.at(static_cast<std::size_t>(format)); }
 
@@ -177,7 +181,8 @@ bool isStream(StatusFormat format) { return formatRow(format).isStream; }
 bool alwaysSucceeds(StatusFormat format) { return formatRow(format).alwaysSucceeds; }
 
 std::string statusText(StatusFormat format, const TransitStatus& status, Date now, IcuLocalization& texts) {
-  return formatRow(format).text(wordsOf(status, now, texts));
+  const FormatRow& row = formatRow(format);
+  return row.text(wordsOf(status, now, texts, row.needsDetails));
 }
 
 }  // namespace linewatch::app

@@ -1,6 +1,5 @@
 #include "app/watched_output.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QSocketNotifier>
 #include <cerrno>
@@ -73,7 +72,7 @@ void WatchedOutput::write(std::string_view text) {
   }
 }
 
-int WatchedOutput::run() {
+int WatchedOutput::run() const {
   QEventLoop loop;
   while (!hasEnded_ && mustEnd == 0) loop.processEvents(QEventLoop::WaitForMoreEvents);
   return error_;

@@ -24,7 +24,7 @@ class WatchedOutput {
   void write(std::string_view text);
   /// Runs the main loop until the command must end. Returns 0 after a signal or the end of the reader, or the
   /// error number of the write that failed, e.g. ENOSPC.
-  int run();
+  int run() const;
 
  private:
   static constexpr std::array<int, 4> kSignals = {SIGUSR1, SIGINT, SIGTERM, SIGPIPE};
