@@ -34,6 +34,7 @@ function(linewatch_component name)
     endif()
     linewatch_install_headers(${folder})
   endforeach()
+  set(LINEWATCH_COMPONENT_FOLDERS ${LINEWATCH_COMPONENT_FOLDERS} ${arg_FOLDERS} PARENT_SCOPE)
   foreach(kind shared static)
     string(TOUPPER ${kind} type)
     set(target library_${name}_${kind})
@@ -105,7 +106,7 @@ linewatch_component(simulation
 
 linewatch_component(storage
   SUMMARY "the saved state, with SQLite"
-  FOLDERS storage
+  FOLDERS notices storage
   NEEDS system
   PRIVATE SQLite::SQLite3
   PACKAGES "SQLite3"
@@ -121,7 +122,8 @@ linewatch_component(feeds
 
 linewatch_component(desktop
   SUMMARY "the platform of the desktop, with Qt"
-  FOLDERS localization settings companion machine desktop/loop desktop desktop/drawing desktop/window desktop/setup
+  FOLDERS localization status settings companion machine desktop/loop desktop desktop/drawing desktop/window
+    desktop/setup desktop/presence
   NEEDS feeds storage system
   PUBLIC Qt6::Core Qt6::Gui Qt6::Widgets
   PRIVATE Qt6::DBus Qt6::Svg ICU::i18n ICU::uc BZip2::BZip2 xcb
@@ -129,6 +131,16 @@ linewatch_component(desktop
   PKGCONFIG Qt6Core Qt6Gui Qt6Widgets
   PKGCONFIG_PRIVATE Qt6DBus Qt6Svg icu-i18n icu-uc xcb
   LIBS_PRIVATE -lbz2)
+
+# Every folder belongs to a component, except the program and the modules.
+file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/src/*.h)
+list(TRANSFORM headers REPLACE "/[^/]*$" "" OUTPUT_VARIABLE folders)
+list(REMOVE_DUPLICATES folders)
+list(FILTER folders EXCLUDE REGEX "^(app|app/.*|feeds/libcurl|feeds/libzip|desktop/network)$")
+list(REMOVE_ITEM folders ${LINEWATCH_COMPONENT_FOLDERS})
+if(folders)
+  message(FATAL_ERROR "cmake/library.cmake: no component has the folders: ${folders}")
+endif()
 
 set(package ${PROJECT_BINARY_DIR}/lib/cmake/LineWatch)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/LineWatchConfig.cmake.in
