@@ -1,13 +1,11 @@
 // Runs the real panel without a display, on a clock that is moved from update to update. scripts/memory_test
 // and scripts/load_test run it.
 //
-//   panel_load memory UPDATES   the made-up feed of 20 lines changes with each update. Fails unless the
-//   memory is
-//                               flat after the first 100.
-//   panel_load window FOLDER    shows what is saved in the state folder, and updates it. Fails when the
-//   window
-//                               does not answer within 50 ms, or the time that a list of so many favourites
-//                               may take.
+// panel_load memory UPDATES: the made-up feed of 20 lines changes with each update. Fails unless the memory
+// is flat after the first 100.
+//
+// panel_load window FOLDER: shows what is saved in the state folder, and updates it. Fails when the window
+// does not answer within 50 ms, or within the time that a list of so many favourites may take.
 
 #include <QApplication>
 #include <QTimer>
@@ -39,6 +37,8 @@ using Stopwatch = std::chrono::steady_clock;
 constexpr int kLines = 20;
 constexpr int kSettled = 100;
 constexpr int kUpdatesOfSession = 50;
+/// A refresh is 120 seconds and a random tenth at most.
+constexpr Seconds kLongestRefresh{133};
 constexpr double kMostGrowth = 4;          // MiB
 constexpr double kLongestAnswer = 50;      // ms
 constexpr double kBuildPerFavorite = 0.3;  // ms
@@ -101,26 +101,28 @@ class LoadedPanel {
     static_cast<void>(session_->platform().feeds().follow());
     installPlatform(
         std::make_shared<simulation::RecordingPlatform>(session_->platform(), recording_.recorder()));
-    panel_ = std::make_unique<Panel>(*session_, *screen_, *options.locale, std::vector<std::string>(),
-                                     desktop::PanelOptions{}, &recording_);
+    panel_ = std::make_unique<Panel>(*session_, *screen_, *options.locale, Panel::Options{}, &recording_);
     panel_->window().show();
-    awaitFetch();
   }
   ~LoadedPanel() { panel_ = nullptr; }
   LoadedPanel(const LoadedPanel&) = delete;
   LoadedPanel& operator=(const LoadedPanel&) = delete;
 
+  /// Waits for the answer of the fetch that the panel starts when it appears.
+  void awaitFirstList() {
+    if (!panel_->window().controller().transitLineItemResult()) awaitAnswer();
+  }
   /// Moves the clock to the next update, and waits for it.
   void update() {
-    session_->platform().mainLoop().skip(Seconds(130));
-    awaitFetch();
+    session_->platform().mainLoop().skip(kLongestRefresh);
+    awaitAnswer();
   }
   /// Ends the widget's session and starts the next: a session keeps what it has shown until its end.
   void startSession() {
     panel_->window().hide();
     settle();
     panel_->window().show();
-    awaitFetch();
+    awaitAnswer();
   }
   void expand() {
     panel_->window().setExpanded(true);
@@ -138,9 +140,10 @@ class LoadedPanel {
   static void settle() {
     for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
   }
-  void awaitFetch() {
-    settle();
-    while (panel_->window().controller().request())
+  void awaitAnswer() {
+    const auto& controller = panel_->window().controller();
+    const auto last = controller.transitLineItemResult();
+    while (controller.transitLineItemResult() == last || controller.request())
       QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     settle();
   }
@@ -181,6 +184,7 @@ int checkMemory(int updates) {
   options.feed.gtfs = {folder.path().string()};
   options.feed.alerts = {alerts.string()};
   LoadedPanel panel(options);
+  panel.awaitFirstList();
   panel.expand();
   double settled = 0;
   std::string shown;
@@ -207,34 +211,36 @@ int checkMemory(int updates) {
 }
 
 int checkWindow(const std::string& stateFolder) {
-  AnswerTimes times;
   CommonOptions options;
   options.locale = UserLocale::parse("en");
   options.stateDir = stateFolder;
-  bool isQuick = true;
   auto start = Stopwatch::now();
+  const double busyAtStart = busyMilliseconds();
+  LoadedPanel panel(options);
+  std::printf("%-16s%8.0f ms, %.0f ms of processor time until there is a window\n", "start",
+              millisecondsSince(start), busyMilliseconds() - busyAtStart);
+  AnswerTimes times;
+  start = Stopwatch::now();
+  bool isQuick = true;
   double longestBuild = 0;
   const auto note = [&](const char* what) {
     const auto [longest, second] = times.take();
     std::printf("%-16s%8.0f ms, of which the window did not answer for %.0f ms, then %.0f ms at most\n", what,
                 millisecondsSince(start), longest, second);
-    longestBuild = std::max(longestBuild, longest);
     start = Stopwatch::now();
     isQuick = isQuick && second <= kLongestAnswer;
     return longest;
   };
-  LoadedPanel panel(options);
-  const double allowed =
-      std::max(kLongestAnswer, kBuildPerFavorite * static_cast<double>(panel.favoriteCount()));
-  isQuick = note("first list") <= allowed && isQuick;
+  const double favorites = static_cast<double>(panel.favoriteCount());
+  panel.awaitFirstList();
+  longestBuild = note("first list");
   panel.update();
-  isQuick = note("update") <= allowed && isQuick;
+  longestBuild = std::max(longestBuild, note("update"));
   panel.expand();
   isQuick = note("expansion") <= kLongestAnswer && isQuick;
-  std::printf("%zu favourites, %zu rows: at most %.2f ms a favourite; %.0f MiB\n", panel.favoriteCount(),
-              panel.rows().rowCount(), longestBuild / static_cast<double>(panel.favoriteCount()),
-              residentMebibytes());
-  return isQuick ? 0 : 1;
+  std::printf("%.0f favourites, %zu rows: at most %.2f ms a favourite; %.0f MiB\n", favorites,
+              panel.rows().rowCount(), longestBuild / favorites, residentMebibytes());
+  return isQuick && longestBuild <= std::max(kLongestAnswer, kBuildPerFavorite * favorites) ? 0 : 1;
 }
 
 }  // namespace

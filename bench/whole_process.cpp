@@ -1,13 +1,17 @@
 // Compares the whole program with minimal Qt programs: `show` of the sample city with a program that does
 // nothing, and `render` of its expanded widget with one that draws as many lines of text into a picture of
-// that size and saves it. The time is the processor time of the whole process, which
+// that size and saves it; and `status` of a small and a large feed with a Python script that decodes the same
+// bytes. The time is the processor time of the whole process, which
 // other work on the machine changes little.
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -71,6 +75,16 @@ void measure(benchmark::State& state, const std::vector<std::string>& words) {
   }
 }
 
+/// A file with the sample city's alerts, so many times. Messages one after the other are one message.
+std::string repeatedFeed(int copies) {
+  std::ifstream city(CITY "/alerts.pb", std::ios::binary);
+  const std::string alerts{std::istreambuf_iterator<char>(city), {}};
+  const std::string file = scratch() + "/alerts-" + std::to_string(copies) + ".pb";
+  std::ofstream repeated(file, std::ios::binary);
+  for (int i = 0; i < copies; ++i) repeated << alerts;
+  return file;
+}
+
 double least(const std::vector<double>& values) { return *std::min_element(values.begin(), values.end()); }
 
 void add(const char* name, const std::vector<std::string>& words) {
@@ -94,6 +108,14 @@ int main(int argc, char** argv) {
   add("EmptyQtCore", {EMPTY_CORE_PROGRAM});
   add("RenderExpanded", {LINEWATCH_PROGRAM, "render", "--expanded", "--scale", "2", "-o", own});
   add("QtTextPicture", {TEXT_PICTURE_PROGRAM, other, "718", "1100", "19"});
+  add("Status", {LINEWATCH_PROGRAM, "status"});
+  for (const auto& [name, copies] : {std::pair("Small", 1), std::pair("Large", 1000)}) {
+    const std::string feed = linewatch::repeatedFeed(copies);
+    add((std::string("StatusOf") + name).c_str(), {LINEWATCH_PROGRAM, "--gtfs", CITY, "--alerts", feed,
+                                                   "--favorite", "M1", "--favorite", "T3", "status"});
+    add((std::string("PythonOf") + name).c_str(),
+        {"/usr/bin/python3", PYTHON_PROGRAM, PYTHON_MODULES, feed, "M1", "T3"});
+  }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -7,7 +7,7 @@ include(GNUInstallDirs)
 # The program looks for its parts in ../lib/linewatch, on every distribution.
 install(TARGETS linewatch RUNTIME DESTINATION bin COMPONENT program)
 install(TARGETS linewatch-screen RUNTIME DESTINATION lib/linewatch COMPONENT program)
-install(TARGETS desktop_network feeds_libcurl feeds_libzip LIBRARY DESTINATION lib/linewatch COMPONENT program)
+install(TARGETS app_sdbus desktop_network feeds_libcurl feeds_libzip LIBRARY DESTINATION lib/linewatch COMPONENT program)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/samples/city DESTINATION share/linewatch COMPONENT program)
 
 set(LINEWATCH_ID org.linewatch.LineWatch)
@@ -48,20 +48,26 @@ find_program(SCDOC scdoc)
 find_package(Python3 COMPONENTS Interpreter)
 if(SCDOC AND Python3_FOUND)
   set(maker ${PROJECT_SOURCE_DIR}/scripts/make_man_page)
-  set(template ${PROJECT_SOURCE_DIR}/docs/man/linewatch.1.scd.in)
-  set(page ${PROJECT_BINARY_DIR}/share/man/man1/linewatch.1.gz)
-  add_custom_command(OUTPUT ${page} DEPENDS ${maker} ${template} linewatch
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/share/man/man1
-    COMMAND sh -c "${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:linewatch> ${template} | ${SCDOC} | gzip -9n > ${page}" VERBATIM)
-  add_custom_target(man DEPENDS ${page})
-  install(FILES ${page} DESTINATION share/man/man1 COMPONENT program OPTIONAL)
+  foreach(name linewatch.1 linewatch-settings.5)
+    string(REGEX REPLACE ".*\\." man section ${name})
+    set(template ${PROJECT_SOURCE_DIR}/docs/man/${name}.scd.in)
+    set(folder ${PROJECT_BINARY_DIR}/share/man/${section})
+    set(page ${folder}/${name}.gz)
+    add_custom_command(OUTPUT ${page} DEPENDS ${maker} ${template} linewatch
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+      COMMAND sh -c "${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:linewatch> ${template} | ${SCDOC} | gzip -9n > ${page}" VERBATIM)
+    install(FILES ${page} DESTINATION share/man/${section} COMPONENT program OPTIONAL)
+    list(APPEND pages ${page})
+  endforeach()
+  add_custom_target(man DEPENDS ${pages})
 endif()
 
 set(CPACK_PACKAGE_NAME linewatch)
 set(CPACK_PACKAGE_VENDOR "The LineWatch authors")
 set(CPACK_PACKAGE_CONTACT "The LineWatch authors <authors@linewatch.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "tells whether your transit lines run normally")
-set(CPACK_PACKAGE_DESCRIPTION "A small panel shows the incidents of the bus, train and metro lines
+# The first line is the summary.
+set(CPACK_DEBIAN_PROGRAM_DESCRIPTION "tells whether your transit lines run normally
+A small panel shows the incidents of the bus, train and metro lines
 that you save as favourites. It reads the open feeds (GTFS and
 GTFS-Realtime) of transit agencies. The same list is printed on a
 terminal, drawn into a picture, and written as JSON.")
@@ -72,7 +78,9 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_COMPONENTS_ALL program)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME linewatch)
+set(CPACK_ARCHIVE_PROGRAM_FILE_NAME ${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
@@ -81,4 +89,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "libqt6svg6, qt6-qpa-plugins, fonts-inter, ca-certificates")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, fonts-noto-ui-core, fonts-wqy-microhei, fonts-ipaexfont-gothic, fonts-noto-color-emoji")
+if(LINEWATCH_LIBRARY)
+  include(${PROJECT_SOURCE_DIR}/cmake/library_packages.cmake)
+endif()
 include(CPack)

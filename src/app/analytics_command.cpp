@@ -1,6 +1,12 @@
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -27,18 +33,18 @@ struct Records {
   std::vector<StoredUserAction> actions;
 };
 
-std::string messageInWords(const std::optional<std::int64_t>& type) {
+std::string messageInWords(const RiderTexts& texts, const std::optional<std::int64_t>& type) {
   switch (static_cast<TransitMessageType>(type.value_or(0))) {
     case TransitMessageType::noFavorites:
-      return "no favourites";
+      return texts("SeenNoFavorites");
     case TransitMessageType::noIncident:
-      return "no incident";
+      return texts("SeenNoIncident");
     case TransitMessageType::oneIncident:
-      return "one incident";
+      return texts("SeenOneIncident");
     case TransitMessageType::severalIncidents:
-      return "several incidents";
+      return texts("SeenSeveralIncidents");
   }
-  return "an error, or closed before the first update";
+  return texts("SeenNothing");
 }
 
 /// The line's name in the feeds, or its number if no feed has it.
@@ -51,35 +57,51 @@ std::string nameOfLine(const std::string& muid, const std::vector<SharedLineInde
   return muid;
 }
 
-std::string textOf(const StoredWidgetSession& session, const std::vector<SharedLineIndex>& indexes,
-                   const TerminalStyle& style) {
-  const WidgetInteractionEvent& event = session.event;
-  const WidgetAnalyticsRecord& record = *event.record;
-  std::string text = localTime(event.startDate) + "  shown for " +
-                     std::to_string(std::llround(event.duration.count())) +
-                     " s: " + messageInWords(record.transitMessageType);
-  if (record.everExpanded.value_or(false)) text += ", expanded";
-  if (event.endState == static_cast<std::int64_t>(WidgetSessionEnd::itemOpened))
-    text += ", row " + std::to_string(record.tappedItemIndex.value_or(0)) + " opened";
-  std::string lines = paragraph(text, kIncidentIndent, style);
-  for (const IncidentAnalyticsItem& item : record.transitIncidents)
-    lines +=
-        paragraph(std::string(kIncidentIndent, ' ') + "line " + nameOfLine(item.transitLineMuid, indexes) +
-                      ": " + terminalLine(item.transitIncidentTitle.value_or("(no title)")),
-                  kIncidentIndent, style);
-  return lines;
-}
+/// Prints records as text, with the names that the feeds have for lines.
+class RecordWriter {
+ public:
+  RecordWriter(const RiderTexts& texts, const std::vector<SharedLineIndex>& indexes,
+               const TerminalStyle& style)
+      : texts_(texts), indexes_(indexes), style_(style) {}
 
-std::string textOf(const Records& recorded, const std::vector<SharedLineIndex>& indexes,
-                   const TerminalStyle& style) {
-  std::string text;
-  for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session, indexes, style);
-  for (const StoredUserAction& action : recorded.actions)
-    text += paragraph(localTime(action.time) + "  " + action.action +
-                          (action.value ? " " + terminalLine(*action.value) : ""),
-                      kIncidentIndent, style);
-  return text;
-}
+  std::string textOf(const Records& recorded) const {
+    std::string text;
+    for (const StoredWidgetSession& session : recorded.sessions) text += textOf(session);
+    for (const StoredUserAction& action : recorded.actions)
+      text += paragraph(localTime(action.time) + "  " + action.action +
+                            (action.value ? " " + terminalLine(*action.value) : ""),
+                        kIncidentIndent, style_);
+    return text;
+  }
+
+ private:
+  std::string textOf(const StoredWidgetSession& session) const {
+    std::string lines = paragraph(localTime(session.event.startDate) + "  " + summaryOf(session.event),
+                                  kIncidentIndent, style_);
+    for (const IncidentAnalyticsItem& item : session.event.record->transitIncidents)
+      lines += paragraph(std::string(kIncidentIndent, ' ') + incidentText(item), kIncidentIndent, style_);
+    return lines;
+  }
+  std::string summaryOf(const WidgetInteractionEvent& event) const {
+    const WidgetAnalyticsRecord& record = *event.record;
+    const auto duration = static_cast<std::uint64_t>(std::max(0LL, std::llround(event.duration.count())));
+    std::vector<std::string> parts = {messageInWords(texts_, record.transitMessageType)};
+    if (record.everExpanded.value_or(false)) parts.push_back(texts_("SeenExpanded"));
+    if (event.endState == static_cast<std::int64_t>(WidgetSessionEnd::itemOpened))
+      parts.push_back(
+          texts_("SeenRowOpened", {static_cast<std::uint64_t>(record.tappedItemIndex.value_or(0))}));
+    const RiderTexts::Phrase shown{texts_("SeenFor", {duration})};
+    return texts_("OfFeed", {shown, RiderTexts::Phrase{texts_.list(parts)}});
+  }
+  std::string incidentText(const IncidentAnalyticsItem& item) const {
+    return texts_("SeenLine", {nameOfLine(item.transitLineMuid, indexes_),
+                               item.transitIncidentTitle.value_or(texts_("SeenNoTitle"))});
+  }
+
+  const RiderTexts& texts_;
+  const std::vector<SharedLineIndex>& indexes_;
+  const TerminalStyle& style_;
+};
 
 template <class T>
 ordered_json orNull(const std::optional<T>& value) {
@@ -134,9 +156,10 @@ Report printAnalytics(const RiderTexts& texts, const SavedState& saved, TransitF
   if (!recorded) return refused(recorded.error());
   if (json) return Report::of(jsonTextOf(*recorded));
   // The feeds are needed only for the names of the lines.
-  std::string text = textOf(
-      *recorded, recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes, style);
-  if (text.empty()) text = texts("NothingRecorded") + "\n";
+  const std::vector<SharedLineIndex> indexes =
+      recorded->sessions.empty() ? std::vector<SharedLineIndex>() : feeds.lines().indexes;
+  std::string text = RecordWriter(texts, indexes, style).textOf(*recorded);
+  if (text.empty()) text = paragraph(texts("NothingRecorded"), 0, style);
   text += paragraph(isOn ? texts("RecordingOnHint", {"linewatch analytics off"}) : texts("RecordingOff"), 0,
                     style);
   return Report::of(std::move(text));
@@ -155,11 +178,13 @@ Report analytics(Session& session, const AnalyticsCommand& command, const Termin
   }
   if (command.action == clear) {
     const auto error = clearAnalytics(*saved->database());
-    return error ? refused(*error) : Report::of(session.texts()("RecordsDeleted") + "\n");
+    return error ? refused(*error) : Report::of(paragraph(session.texts()("RecordsDeleted"), 0, style));
   }
   const bool isOn = command.action == on;
+  // The log has named the mistake.
+  if (!settings.isReadable()) return {.output = {}, .complaint = {}, .status = 2};
   if (const auto error = settings.set(kAnalyticsSetting, isOn ? "true" : "false")) return refused(*error);
-  return Report::of(session.texts()(isOn ? "RecordingOn" : "RecordingOff") + "\n");
+  return Report::of(paragraph(session.texts()(isOn ? "RecordingOn" : "RecordingOff"), 0, style));
 }
 
 }  // namespace linewatch::app

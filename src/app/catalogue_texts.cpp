@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "app/forms_of.h"
 #include "feeds/text/ascii.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
@@ -51,9 +52,25 @@ Dictionary catalogueFeedForm(const CatalogueFeed& feed) {
 }
 
 Array catalogueFeedForms(const std::vector<SharedCatalogueFeed>& feeds) {
-  Array forms;
-  for (const SharedCatalogueFeed& feed : feeds) forms.push_back(catalogueFeedForm(*feed));
-  return forms;
+  return formsOf(feeds, [](const SharedCatalogueFeed& feed) { return catalogueFeedForm(*feed); });
+}
+
+/// The command that adds a feed at addresses, with the known one of the two, so that only the other one is
+/// to be pasted.
+std::string commandWithAddresses(const std::string& name, const std::string& timetable,
+                                 const std::string& alerts) {
+  const auto address = [](const std::string& url) { return url.empty() ? "ADDRESS" : shellQuoted(url); };
+  return "linewatch feed add " + shellQuoted(name) + " --gtfs " + address(timetable) + " --alerts " +
+         address(alerts);
+}
+
+/// The first address among the timetables that were found, or that of the catalogue's copy.
+std::string timetableAddress(const std::vector<SharedCatalogueFeed>& timetables) {
+  for (const SharedCatalogueFeed& timetable : timetables) {
+    if (!timetable->url.empty()) return timetable->url;
+    if (!timetable->copyUrl.empty()) return timetable->copyUrl;
+  }
+  return {};
 }
 
 }  // namespace
@@ -76,9 +93,16 @@ std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& h
 }
 
 std::string noHitText(const RiderTexts& texts, const std::string& query, const CatalogueMatches& matches) {
-  constexpr const char* kCommand = "linewatch feed add NAME --gtfs G --alerts A";
-  return matches.timetables.empty() ? texts("FindNothing", {query, std::string(kCommand)})
-                                    : texts("FindOnlyTimetables", {query, std::string(kCommand)});
+  const std::string command = commandWithAddresses(query, timetableAddress(matches.timetables), {});
+  return texts(matches.timetables.empty() ? "FindNothing" : "FindOnlyTimetables", {query, command});
+}
+
+std::string noTimetableText(const RiderTexts& texts, const CatalogueHit& hit) {
+  const RiderTexts::Phrase reason{texts("FindNoTimetable")};
+  return texts("OfFeed",
+               {hit.provider(), RiderTexts::Phrase{texts(
+                                    "FindPasteTimetable",
+                                    {reason, commandWithAddresses(hit.provider(), {}, hit.alerts->url)})}});
 }
 
 std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& reading, Date now) {
@@ -88,15 +112,14 @@ std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& read
 
 Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches,
                        const KeptCatalogue::Reading& reading) {
-  Array hits;
-  for (const CatalogueHit& hit : matches.hits) {
+  const auto hitForm = [](const CatalogueHit& hit) {
     Dictionary form = catalogueFeedForm(*hit.alerts);
     form.insert_or_assign("holds", textValue(hit.holds));
     form.insert_or_assign("timetables", catalogueFeedForms(hit.timetables));
-    hits.push_back(form);
-  }
+    return form;
+  };
   return {{"query", query},
-          {"hits", hits},
+          {"hits", formsOf(matches.hits, hitForm)},
           {"timetables", catalogueFeedForms(matches.timetables)},
           {"fetched", reading.fetched ? Value(description(*reading.fetched)) : noValue()},
           {"error", reading.failure ? Value(sentenceOf(*reading.failure)) : noValue()}};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -15,14 +16,18 @@ namespace linewatch::app {
 
 namespace {
 
-std::string textSizeNames() {
+/// "XS, S, M".
+std::string listed(std::span<const std::string_view> all) {
   std::string names;
-  for (const std::string_view name : ui::kTextSizeCategoryNames) {
+  for (const std::string_view name : all) {
     if (!names.empty()) names += ", ";
     names += name;
   }
   return names;
 }
+
+std::string textSizeNames() { return listed(ui::kTextSizeCategoryNames); }
+std::string statusFormatNames() { return listed(kStatusFormatNames); }
 
 /// The settings, for the help: a line for each, and its values.
 std::string settingsHelp() {
@@ -35,11 +40,18 @@ std::string settingsHelp() {
   return text;
 }
 
+/// Adds --watch. `does`: what the command does once without it.
+void addWatch(CLI::App& app, bool& watches, const std::string& does) {
+  app.add_flag("--watch", watches,
+               "Go on, and " + does + " again when something has changed; SIGUSR1 makes it ask at once");
+}
+
 }  // namespace
 
 CommandGrammar::CommandGrammar(CLI::App& app) {
   addPanel(app);
   addShow(app);
+  addStatus(app);
   addFavorites(app);
   addLines(app);
   addFeed(app);
@@ -101,8 +113,6 @@ void CommandGrammar::addPanel(CLI::App& app) {
       ->type_name("FILE");
   sub->add_flag("--anonymous", panel_.isAnonymous,
                 "Replace names and texts in what is recorded; equal ones stay equal");
-  sub->add_option("--catalogue", panel_.catalogue, "The catalogue of cities, a CSV file or URL")
-      ->type_name("FILE|URL");
   sub->add_flag("--example", panel_.showsExample, "Show the made-up city until there is a feed");
   sub->add_flag("--hidden", panel_.isHidden, "Start without the window; starting it again shows it");
   sub->callback([this] { command_ = panel_; });
@@ -113,7 +123,29 @@ void CommandGrammar::addShow(CLI::App& app) {
   sub->add_flag("--expanded", show_.expanded, "Every row, not just the one of the compact widget");
   sub->add_flag("--upcoming", show_.upcoming, "Print what begins within 7 days instead of the list");
   sub->add_flag("--json", show_.json, "Print feeds, lines, incidents and rows as a JSON object");
+  addWatch(*sub, show_.watches, "print it");
   sub->callback([this] { command_ = show_; });
+}
+
+void CommandGrammar::addStatus(CLI::App& app) {
+  CLI::App* const sub = app.add_subcommand("status", "Print one line that says whether the lines run");
+  const std::string names = statusFormatNames();
+  const auto takeFormat = [this](const std::string& name) {
+    const auto* const found = std::ranges::find(kStatusFormatNames, name);
+    if (found == kStatusFormatNames.end()) return false;
+    status_.format = static_cast<StatusFormat>(found - kStatusFormatNames.begin());
+    return true;
+  };
+  addChecked(*sub, "--format", takeFormat, "What reads it: " + names + "; usually plain", "none of " + names)
+      ->type_name("FORMAT");
+  addWatch(*sub, status_.watches, "print the line");
+  sub->callback([this] {
+    if (status_.watches && !isStream(status_.format))
+      throw CLI::ValidationError("--watch",
+                                 std::string(kStatusFormatNames[static_cast<std::size_t>(status_.format)]) +
+                                     " runs the command again at an interval of its own");
+    command_ = status_;
+  });
 }
 
 void CommandGrammar::addLineChoice(CLI::App& adding) {
@@ -170,7 +202,7 @@ void CommandGrammar::addLines(CLI::App& app) {
   sub->callback([this] { command_ = lines_; });
 }
 
-/// Adds the words to search for, and the catalogue.
+/// Adds the words to search for.
 CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
   const auto take = [this](const std::vector<std::string>& words) {
     feed_.name.clear();
@@ -180,9 +212,6 @@ CLI::App* CommandGrammar::addFeedSearch(CLI::App& app) {
          "WORDS", take, "A city, agency, region or country; with --gtfs and --alerts the feed's name")
       ->required()
       ->type_name("");
-  app.add_option("--catalogue", feed_.catalogue,
-                 "The catalogue, a CSV file or URL; usually the public one of the Mobility Database")
-      ->type_name("PLACE");
   return &app;
 }
 
@@ -297,6 +326,7 @@ void CommandGrammar::addRender(CLI::App& app) {
   sub->add_flag("--dark", render_.dark, "On a dark background");
   // Insets and the artwork column take 105 points; below the lower limit no word would fit.
   addNumber<double>(*sub, "--width", render_.width, {200, 2000, "200 to 2000"}, "Points");
+  addWatch(*sub, render_.watches, "write the file");
   sub->callback([this] { command_ = render_; });
 }
 

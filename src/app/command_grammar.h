@@ -29,6 +29,7 @@ class CommandGrammar {
                                 const std::string& about);
   void addPanel(CLI::App& app);
   void addShow(CLI::App& app);
+  void addStatus(CLI::App& app);
   void addFavorites(CLI::App& app);
   void addLineChoice(CLI::App& adding);
   void addMove(CLI::App& favorites);
@@ -46,6 +47,7 @@ class CommandGrammar {
   Command command_ = PanelCommand{};
   PanelCommand panel_;
   ShowCommand show_;
+  StatusCommand status_;
   FavoritesCommand favorites_;
   LinesCommand lines_;
   FeedCommand feed_;

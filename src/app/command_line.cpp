@@ -95,13 +95,13 @@ const CLI::App& usedCommand(const CLI::App& app) {
   return *used;
 }
 
-/// The names of the options that a command takes, with those of the commands above it.
+/// The names of the options that a command takes, without "--", and of those of the commands above it.
 std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* command = &usedCommand(app); command != nullptr; command = command->get_parent()) {
     for (const CLI::Option* option : command->get_options()) {
       if (option->get_group().empty()) continue;
-      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      for (const std::string& name : option->get_lnames()) names.push_back(name);
     }
   }
   return names;
@@ -114,14 +114,19 @@ std::vector<std::string> commandNames(const CLI::App& app) {
   return names;
 }
 
-/// "; did you mean show?" for the first word that no command or option takes; empty if none is near.
-std::string suggestion(const CLI::App& app) {
+/// Names the first word that no command or option takes: "fede is no command; did you mean feed?". The words
+/// after it may be right.
+std::string unknownWordSentence(const CLI::App& app) {
   const std::vector<std::string> remaining = app.remaining(true);
-  if (remaining.empty()) return {};
-  const std::string word = remaining.front().substr(0, remaining.front().find('='));
-  const auto names = word.starts_with("--") ? optionNames(app) : commandNames(app);
-  const auto nearest = nearestName(word, std::vector<std::string_view>(names.begin(), names.end()));
-  return nearest ? "; did you mean " + std::string(*nearest) + "?" : "";
+  const std::string first = remaining.empty() ? "" : remaining.front();
+  const std::string word = first.substr(0, first.find('='));
+  const std::string dashes = word.starts_with("--") ? "--" : "";
+  const auto names = dashes.empty() ? commandNames(app) : optionNames(app);
+  const auto nearest =
+      nearestName(word.substr(dashes.size()), std::vector<std::string_view>(names.begin(), names.end()));
+  const bool isCommand = !word.starts_with("-") && !names.empty();
+  return (isCommand ? "there is no command " : "this was not expected: ") + word +
+         (nearest ? "; did you mean " + dashes + std::string(*nearest) + "?" : "");
 }
 
 Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& secrets) {
@@ -135,7 +140,7 @@ Report reportOf(const CLI::App& app, const CLI::ParseError& error, const std::ve
     command += " " + used.front()->get_name();
   const bool isUnknownWord = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   return {.output = {},
-          .complaint = redacted(error.what(), secrets) + (isUnknownWord ? suggestion(app) : "") + " (" +
+          .complaint = redacted(isUnknownWord ? unknownWordSentence(app) : error.what(), secrets) + " (" +
                        command + " --help says more)",
           .status = 2};
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/report.h"
+#include "app/status_formats.h"
 #include "localization/user_locale.h"
 #include "shared/date.h"
 #include "shared/value.h"
@@ -50,6 +51,8 @@ struct CommonOptions {
   std::uint64_t maxRows = 0;
   std::optional<UserLocale> locale;
   std::optional<std::string> stateDir;
+  /// The catalogue of feeds, a CSV file or URL; empty for that of the settings.
+  std::string catalogue = {};
   bool verbose = false;
   /// Preferences of this run; they replace the saved ones.
   Dictionary preferences;
@@ -65,6 +68,15 @@ struct ShowCommand {
   bool json = false;
   /// Print the incidents of the next days instead of the list.
   bool upcoming = false;
+  /// Go on, and print it again whenever it changes.
+  bool watches = false;
+};
+
+/// Prints a line for a status bar.
+struct StatusCommand {
+  StatusFormat format = StatusFormat::plain;
+  /// Go on, and print it again whenever it changes.
+  bool watches = false;
 };
 
 struct FavoritesCommand {
@@ -94,8 +106,6 @@ struct FeedCommand {
   FeedOptions options;
   /// For `add` by a search: the feed's name; empty: one made from the agency's.
   std::string newName = {};
-  /// For `find` and `add`: the catalogue, a URL or a file; empty: the usual one.
-  std::string catalogue = {};
   /// For `list` and `find`: print a JSON object.
   bool json = false;
   /// For `key`: remove the feed's keys.
@@ -167,6 +177,8 @@ struct RenderCommand {
   bool dark = false;
   /// Points.
   double width = 359;
+  /// Go on, and write the file again whenever the list changes.
+  bool watches = false;
 };
 
 /// Shows the panel.
@@ -182,8 +194,6 @@ struct PanelCommand {
   bool showsExample = false;
   /// Start without the window, which another start or the bus shows.
   bool isHidden = false;
-  /// The catalogue of feeds, a CSV file or URL; empty for the usual one.
-  std::string catalogue = {};
 };
 
 /// A word that can be put on a command line, and what it means.
@@ -202,9 +212,9 @@ struct CompleteCommand {
   Names names = Names::none;
 };
 
-using Command = std::variant<PanelCommand, ShowCommand, FavoritesCommand, LinesCommand, FeedCommand,
-                             AnalyticsCommand, SettingsCommand, NotifyCommand, MuteCommand, OpenCommand,
-                             SimulateCommand, RenderCommand, CompleteCommand>;
+using Command = std::variant<PanelCommand, ShowCommand, StatusCommand, FavoritesCommand, LinesCommand,
+                             FeedCommand, AnalyticsCommand, SettingsCommand, NotifyCommand, MuteCommand,
+                             OpenCommand, SimulateCommand, RenderCommand, CompleteCommand>;
 
 struct CommandLine {
   CommonOptions common;

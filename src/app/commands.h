@@ -20,6 +20,7 @@ std::string reasonOf(const FeedState& state, const RiderTexts& texts);
 
 Report show(Session& session, const ShowCommand& command, const CommonOptions& options,
             const TerminalStyle& style);
+Report status(Session& session, const StatusCommand& command, const CommonOptions& options);
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style);
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style);
 Report feed(Session& session, const FeedCommand& command, const TerminalStyle& style);

@@ -45,11 +45,16 @@ void addSurroundings(CLI::App& app, CommonOptions& options) {
   const auto takeLocale = [&options](const std::string& text) {
     return (options.locale = UserLocale::parse(text)).has_value();
   };
-  addChecked(app, "--locale", takeLocale, "Language and region, e.g. de-CH",
+  addChecked(app, "--locale", takeLocale,
+             "Language and region, e.g. de-CH; else those of LC_ALL, LC_MESSAGES or LANG, and LANGUAGE "
+             "unless that is C",
              "not a language such as en or de-CH")
       ->type_name("TAG");
   app.add_option("--state-dir", options.stateDir, "Folder for all saved state, instead of the XDG folders")
       ->type_name("DIR");
+  app.add_option("--catalogue", options.catalogue,
+                 "The catalogue of feeds, a CSV file or URL; usually that of the Mobility Database")
+      ->type_name("FILE|URL");
 }
 
 void addPreferences(CLI::App& app, CommonOptions& options) {

@@ -104,6 +104,8 @@ void addNotifyWords(const Typed& typed, CompleteCommand& completion) {
 void addOptionValues(const CLI::Option& option, std::vector<CompletedWord>& words) {
   if (option.check_lname("text-size")) {
     for (const std::string_view name : ui::kTextSizeCategoryNames) words.push_back({std::string(name), ""});
+  } else if (option.check_lname("format")) {
+    for (const std::string_view name : kStatusFormatNames) words.push_back({std::string(name), ""});
   } else if (option.check_lname("direction")) {
     words.insert(words.end(), {{"0", ""}, {"1", ""}, {"both", ""}});
   } else if (option.check_lname("from")) {

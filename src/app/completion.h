@@ -9,8 +9,9 @@
 
 namespace linewatch::app {
 
-/// What can stand for the last of these words, which follow "linewatch" on a command line that is being
-/// typed: the subcommands or options that begin with it, and the kind of names that can stand there.
+/// Completes a command line that is being typed. `words` are the words after "linewatch"; the last one is
+/// completed, and may be empty. The result has the subcommands, options and values that begin with it, and
+/// the kind of names (lines, feeds) that can stand there.
 CompleteCommand completionOf(const CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace linewatch::app

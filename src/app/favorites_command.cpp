@@ -16,13 +16,22 @@ namespace linewatch::app {
 
 namespace {
 
+/// The error in the rider's language: no line has the name, or several have it.
+Error unknownLine(const RiderTexts& texts, const std::string& name, const Error& error) {
+  const std::string likely = likelyLinesOf(error);
+  const bool areSeveral = failureCodeOf(error) == FailureCode::invalid;
+  std::string sentence = areSeveral ? texts("SeveralLines", {name, likely}) : texts("NoSuchLine", {name});
+  if (!areSeveral && !likely.empty()) sentence = texts("DidYouMean", {RiderTexts::Phrase{sentence}, likely});
+  return failure(FailureCode::invalid, "", "", sentence);
+}
+
 Outcome<std::vector<FoundLine>> linesNamed(Session& session, const std::vector<std::string>& names) {
   const FeedLines all = session.platform().feeds().lines();
   std::vector<FoundLine> found;
   for (const std::string& name : names) {
     auto line = findLine(all.indexes, name);
     // The line may belong to a feed that cannot be read.
-    if (!line) return all.error ? *all.error : line.error();
+    if (!line) return all.error ? *all.error : unknownLine(session.texts(), name, line.error());
     found.push_back(std::move(*line));
   }
   return found;
@@ -54,7 +63,8 @@ Report list(Session& session, bool isJson, const TerminalStyle& style) {
   if (!favorites) return refused(favorites.error());
   if (isJson) return Report::of(jsonText(favoritesDocument(*favorites)) + "\n");
   const RiderTexts& texts = session.texts();
-  if (favorites->empty()) return Report::of(texts("NoFavorites", {"linewatch favorites add LINE"}) + "\n");
+  if (favorites->empty())
+    return Report::of(paragraph(texts("NoFavorites", {"linewatch favorites add LINE"}), 0, style));
   std::vector<FoundLine> known;
   std::vector<std::string> choices;
   std::vector<std::vector<TableCell>> unknown;
@@ -103,8 +113,7 @@ std::optional<Error> unknownStop(Session& session, const StoredFavorite& favorit
   if (!stops) return stops.error();
   for (const std::string& id : favorite.choice.stopIds) {
     if (!(*stops)->find(id))
-      return failure(FailureCode::notFound, "stop \"" + id + "\"", "",
-                     "feed " + favorite.feed + " has no stop with this id");
+      return failure(FailureCode::invalid, "", "", session.texts()("NoSuchStop", {favorite.feed, id}));
   }
   return std::nullopt;
 }
@@ -123,7 +132,7 @@ Outcome<std::vector<StoredFavorite>> withChoice(Session& session, std::vector<St
   return favorites;
 }
 
-Report add(Session& session, const FavoritesCommand& command) {
+Report add(Session& session, const FavoritesCommand& command, const TerminalStyle& style) {
   // All lines are looked up before any is added, so that a mistake adds none.
   const auto found = linesNamed(session, command.lines);
   if (!found) return refused(found.error());
@@ -147,7 +156,7 @@ Report add(Session& session, const FavoritesCommand& command) {
     const bool wasThere =
         std::ranges::any_of(*before, [&](const StoredFavorite& other) { return other.isSameAs(chosen[i]); });
     const char* const done = !(*added)[i] ? "AlreadyFavorite" : wasThere ? "Changed" : "Added";
-    report.output += session.texts()(done, {(*found)[i].name()}) + "\n";
+    report.output += paragraph(session.texts()(done, {(*found)[i].name()}), kMessageIndent, style);
   }
   return report;
 }
@@ -166,15 +175,14 @@ Outcome<NamedFavorite> favoriteNamed(Session& session, const std::vector<StoredF
   return NamedFavorite{favoriteOf(found->front()), found->front().name()};
 }
 
-Report move(Session& session, const std::string& name, std::size_t place) {
+Report move(Session& session, const std::string& name, std::size_t place, const TerminalStyle& style) {
   auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
   const auto named = favoriteNamed(session, *stored, name);
   if (!named) return refused(named.error());
   const auto isNamed = [&](const StoredFavorite& other) { return other.isSameAs(named->favorite); };
   const auto from = std::ranges::find_if(*stored, isNamed);
-  if (from == stored->end())
-    return refused(failure(FailureCode::notFound, "line \"" + named->name + "\"", "", "it is no favourite"));
+  if (from == stored->end()) return refusedWith(session.texts()("NotFavorite", {named->name}));
   const auto to = stored->begin() + static_cast<std::ptrdiff_t>(std::min(place, stored->size()) - 1);
   if (from < to) {
     std::rotate(from, from + 1, to + 1);
@@ -184,10 +192,11 @@ Report move(Session& session, const std::string& name, std::size_t place) {
   const auto moved = session.platform().favorites().reorder(*stored);
   if (!moved) return refused(moved.error());
   const std::uint64_t reached = static_cast<std::uint64_t>(to - stored->begin()) + 1;
-  return Report::of(session.texts()("Moved", {named->name, std::to_string(reached)}) + "\n");
+  return Report::of(
+      paragraph(session.texts()("Moved", {named->name, std::to_string(reached)}), kMessageIndent, style));
 }
 
-Report remove(Session& session, const std::vector<std::string>& names) {
+Report remove(Session& session, const std::vector<std::string>& names, const TerminalStyle& style) {
   const auto stored = session.platform().favorites().lines();
   if (!stored) return refused(stored.error());
   std::vector<StoredFavorite> chosen;
@@ -202,7 +211,8 @@ Report remove(Session& session, const std::vector<std::string>& names) {
   if (!removed) return refused(removed.error());
   Report report;
   for (std::size_t i = 0; i < chosen.size(); ++i) {
-    report.output += session.texts()((*removed)[i] ? "Removed" : "NotFavorite", {chosenNames[i]}) + "\n";
+    const char* const done = (*removed)[i] ? "Removed" : "NotFavorite";
+    report.output += paragraph(session.texts()(done, {chosenNames[i]}), kMessageIndent, style);
   }
   return report;
 }
@@ -212,11 +222,11 @@ Report remove(Session& session, const std::vector<std::string>& names) {
 Report favorites(Session& session, const FavoritesCommand& command, const TerminalStyle& style) {
   switch (command.action) {
     case FavoritesCommand::Action::add:
-      return add(session, command);
+      return add(session, command, style);
     case FavoritesCommand::Action::remove:
-      return remove(session, command.lines);
+      return remove(session, command.lines, style);
     case FavoritesCommand::Action::move:
-      return move(session, command.lines.front(), command.place);
+      return move(session, command.lines.front(), command.place, style);
     case FavoritesCommand::Action::list:
       break;
   }

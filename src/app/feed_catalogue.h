@@ -21,6 +21,6 @@ Report noHits(Session& session, const std::string& query, const CatalogueMatches
 Report findFeeds(Session& session, const FeedCommand& command, const TerminalStyle& style);
 
 /// `feed add`, by addresses or by a search.
-Report addFeed(Session& session, const FeedCommand& command);
+Report addFeed(Session& session, const FeedCommand& command, const TerminalStyle& style);
 
 }  // namespace linewatch::app

@@ -4,12 +4,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "app/adding_progress.h"
 #include "app/commands.h"
 #include "app/feed_catalogue.h"
 #include "app/feed_sources.h"
 #include "app/feed_texts.h"
+#include "app/interruption.h"
 #include "app/list_documents.h"
 #include "app/rider_texts.h"
 #include "app/terminal_text.h"
@@ -122,55 +125,61 @@ Report listFeeds(Session& session, const SavedState& saved, bool isJson, const T
                            : feedsText(session.texts(), *listed, now, style));
 }
 
-Report refusedUnknownName(const SavedState& saved, const std::string& name) {
+Report refusedUnknownName(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
   std::vector<std::string_view> names;
   const auto known = saved.feeds().list();
   if (known) std::ranges::transform(*known, std::back_inserter(names), &StoredFeed::name);
   const auto nearest = nearestName(name, names);
-  return refused(failure(
-      FailureCode::notFound, "feed \"" + name + "\"", "",
-      "there is no feed of that name" + (nearest ? "; did you mean " + std::string(*nearest) + "?" : "")));
+  const std::string refusal = texts("NoSuchFeed", {name});
+  return refusedWith(nearest ? texts("DidYouMean", {Phrase{refusal}, std::string(*nearest)}) : refusal);
 }
 
-/// Saves the keys even if the feed cannot be read with them, and prints the error.
-Report changeKeys(const RiderTexts& texts, FeedDocuments& documents, const SavedState& saved,
-                  const FeedCommand& command) {
+/// The feed with the keys that the command says or asks for.
+Outcome<StoredFeed> withChangedKeys(const RiderTexts& texts, StoredFeed feed, const FeedCommand& command) {
+  if (!command.removesKeys) return withNewKeys(texts, std::move(feed), command.options);
+  feed.gtfs.keys = {};
+  feed.alerts.keys = {};
+  return feed;
+}
+
+/// Reads the feed with its new keys. Prints the error if they do not fit, but they stay saved.
+Report triedKeys(Session& session, const StoredFeed& feed, const std::string& done,
+                 const TerminalStyle& style) {
+  const auto findings = addWithProgress(session, {.feed = feed, .timetableCopies = {}, .isSaved = true});
+  const Date now = session.platform().mainLoop().now();
+  if (findings) return Report::of(findingsText(session.texts(), done, *findings, now, style));
+  Report report = notLoaded(findings.error());
+  report.output = paragraph(done, kMessageIndent, style);
+  if (report.failure == FailureCode::cancelled) report.status = kInterruptedStatus;
+  return report;
+}
+
+Report changeKeys(Session& session, const SavedState& saved, const FeedCommand& command,
+                  const TerminalStyle& style) {
+  const RiderTexts& texts = session.texts();
   const auto known = saved.feeds().list();
   if (!known) return refused(known.error());
   const auto before = std::ranges::find(*known, command.name, &StoredFeed::name);
-  if (before == known->end()) return refusedUnknownName(saved, command.name);
-  StoredFeed feed = *before;
-  if (command.removesKeys) {
-    feed.gtfs.keys = {};
-    feed.alerts.keys = {};
-  } else {
-    auto changed = withNewKeys(feed, command.options);
-    if (!changed) return refused(changed.error());
-    feed = *std::move(changed);
-  }
-  const auto changed = saved.feeds().change(feed);
+  if (before == known->end()) return refusedUnknownName(texts, saved, command.name);
+  const auto feed = withChangedKeys(texts, *before, command);
+  if (!feed) return refusedOrInterrupted(texts, feed.error());
+  const auto changed = saved.feeds().change(*feed);
   if (!changed) return refused(changed.error());
-  if (!*changed) return refusedUnknownName(saved, feed.name);
-  const std::string done = texts(command.removesKeys ? "KeysRemoved" : "KeysChanged", {feed.name});
+  if (!*changed) return refusedUnknownName(texts, saved, feed->name);
   // Cached documents came with the old keys, so the new ones are tried now, and again at the next look-up if
   // the server refuses them.
-  saved.feedCache()->expire(feed.name);
-  saved.feedCache()->holdBack();
-  const auto lines = documents.lineIndexOf(feed);
-  const auto alerts = documents.alertsOf(feed, {});
-  saved.feedCache()->writeHeldBack();
-  const std::optional<Error> error = lines ? alerts.failure : lines.error();
-  if (error) return {.output = done + "\n", .complaint = sentenceOf(*error), .status = 1};
-  return Report::of(
-      findingsText(texts, done, findingsIn(feed, *lines, alerts, documents.now()), documents.now()));
+  saved.feedCache()->expire(feed->name);
+  return triedKeys(session, *feed, texts(command.removesKeys ? "KeysRemoved" : "KeysChanged", {feed->name}),
+                   style);
 }
 
-Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name) {
+Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name,
+                  const TerminalStyle& style) {
   const auto removed = saved.feeds().remove(name);
   if (!removed) return refused(removed.error());
-  if (!*removed) return refusedUnknownName(saved, name);
+  if (!*removed) return refusedUnknownName(texts, saved, name);
   saved.feedCache()->remove(name);
-  return Report::of(texts("FeedRemoved", {name}) + "\n");
+  return Report::of(paragraph(texts("FeedRemoved", {name}), kMessageIndent, style));
 }
 
 }  // namespace
@@ -181,11 +190,11 @@ Report feed(Session& session, const FeedCommand& command, const TerminalStyle& s
   if (!saved) return refused(failure("feed", "", "a run without saved state has no feeds to list or change"));
   switch (command.action) {
     case FeedCommand::Action::add:
-      return addFeed(session, command);
+      return addFeed(session, command, style);
     case FeedCommand::Action::key:
-      return changeKeys(session.texts(), session.platform().documents(), *saved, command);
+      return changeKeys(session, *saved, command, style);
     case FeedCommand::Action::remove:
-      return removeFeed(session.texts(), *saved, command.name);
+      return removeFeed(session.texts(), *saved, command.name, style);
     case FeedCommand::Action::find:
     case FeedCommand::Action::list:
       break;

@@ -37,26 +37,37 @@ void change(FeedSource& source, const FeedOptions::Keys& common, const FeedOptio
 
 bool isToBeAsked(const FeedKeys& keys) { return wantsKey(keys) && keys.key.empty() && keys.command.empty(); }
 
-std::optional<Error> ask(const std::string& whose, FeedKeys& keys) {
-  if (!isToBeAsked(keys)) return std::nullopt;
-  auto key = askForKey(whose);
-  if (!key) return key.error();
-  keys.key = *std::move(key);
-  return std::nullopt;
-}
+/// Asks for the keys that a feed still needs.
+class KeyQuestions {
+ public:
+  KeyQuestions(const RiderTexts& texts, StoredFeed& feed) : texts_(texts), feed_(feed) {}
 
-/// `isShared`: both documents have the same key.
-std::optional<Error> ask(StoredFeed& feed, bool isShared) {
-  const std::string name = "feed " + feed.name;
-  const bool wantsBoth = isToBeAsked(feed.gtfs.keys) && isToBeAsked(feed.alerts.keys);
-  if (!wantsBoth || !isShared) {
-    if (auto error = ask(wantsBoth ? "the timetable of " + name : name, feed.gtfs.keys)) return error;
-    return ask(wantsBoth ? "the alerts of " + name : name, feed.alerts.keys);
+  /// `isShared`: both documents have the same key. An error if the rider gives none.
+  std::optional<Error> ask(bool isShared) {
+    FeedKeys& timetable = feed_.gtfs.keys;
+    FeedKeys& alerts = feed_.alerts.keys;
+    const bool wantsBoth = isToBeAsked(timetable) && isToBeAsked(alerts);
+    if (!wantsBoth || !isShared) {
+      if (auto error = ask(wantsBoth ? KeyUse::timetable : KeyUse::feed, timetable)) return error;
+      return ask(wantsBoth ? KeyUse::alerts : KeyUse::feed, alerts);
+    }
+    auto error = ask(KeyUse::feed, timetable);
+    alerts.key = timetable.key;
+    return error;
   }
-  auto error = ask(name, feed.gtfs.keys);
-  feed.alerts.keys.key = feed.gtfs.keys.key;
-  return error;
-}
+
+ private:
+  std::optional<Error> ask(KeyUse use, FeedKeys& keys) {
+    if (!isToBeAsked(keys)) return std::nullopt;
+    auto key = askForKey(texts_, use, feed_.name);
+    if (!key) return key.error();
+    keys.key = *std::move(key);
+    return std::nullopt;
+  }
+
+  const RiderTexts& texts_;
+  StoredFeed& feed_;
+};
 
 bool haveFields(const FeedOptions::Keys& keys) { return !keys.headers.empty() || !keys.query.empty(); }
 
@@ -77,34 +88,35 @@ FeedSource sourceAt(const std::vector<std::string>& locations) {
 
 }  // namespace
 
-Outcome<StoredFeed> withGivenKeys(StoredFeed feed, const FeedOptions& options) {
+Outcome<StoredFeed> withGivenKeys(const RiderTexts& texts, StoredFeed feed, const FeedOptions& options) {
   change(feed.gtfs, options.keys, options.gtfsKeys);
   change(feed.alerts, options.keys, options.alertsKeys);
   if (auto error = uselessCommand(feed)) return *std::move(error);
-  if (auto error = ask(feed, !haveFields(options.gtfsKeys) && !haveFields(options.alertsKeys)))
+  if (auto error =
+          KeyQuestions(texts, feed).ask(!haveFields(options.gtfsKeys) && !haveFields(options.alertsKeys)))
     return *std::move(error);
   return feed;
 }
 
-Outcome<StoredFeed> feedFrom(const FeedOptions& options, const std::string& name) {
-  return withGivenKeys({.name = name, .gtfs = sourceAt(options.gtfs), .alerts = sourceAt(options.alerts)},
-                       options);
+Outcome<StoredFeed> feedFrom(const RiderTexts& texts, const FeedOptions& options, const std::string& name) {
+  return withGivenKeys(
+      texts, {.name = name, .gtfs = sourceAt(options.gtfs), .alerts = sourceAt(options.alerts)}, options);
 }
 
-Outcome<StoredFeed> withNewKeys(StoredFeed feed, const FeedOptions& options) {
+Outcome<StoredFeed> withNewKeys(const RiderTexts& texts, StoredFeed feed, const FeedOptions& options) {
   const bool areGiven =
       options.keys.areGiven() || options.gtfsKeys.areGiven() || options.alertsKeys.areGiven();
   const bool isShared = feed.gtfs.keys == feed.alerts.keys;
   if (!hasUrl(feed.gtfs) && !hasUrl(feed.alerts))
     return failure("feed " + feed.name, "", "none of its locations is a URL, so no key is sent");
-  if (areGiven) return withGivenKeys(std::move(feed), options);
+  if (areGiven) return withGivenKeys(texts, std::move(feed), options);
   for (FeedSource* source : {&feed.gtfs, &feed.alerts}) {
     if (source->keys.command.empty()) source->keys.key.clear();
   }
   if (!isToBeAsked(feed.gtfs.keys) && !isToBeAsked(feed.alerts.keys))
     return failure("feed " + feed.name, "",
                    "say where its key goes, with --header 'NAME: KEY' or --query-key NAME");
-  if (auto error = ask(feed, isShared)) return *std::move(error);
+  if (auto error = KeyQuestions(texts, feed).ask(isShared)) return *std::move(error);
   return feed;
 }
 

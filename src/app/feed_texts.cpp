@@ -1,6 +1,9 @@
 #include "app/feed_texts.h"
 
+#include <cstddef>
+
 #include "app/commands.h"
+#include "app/text_table.h"
 
 namespace linewatch::app {
 
@@ -28,12 +31,12 @@ std::string stateInWords(const RiderTexts& texts, const FeedState& state, Date n
 }
 
 std::string findingsText(const RiderTexts& texts, const std::string& done, const FeedFindings& findings,
-                         Date now) {
+                         Date now, const TerminalStyle& style) {
   const RiderTexts::Phrase lines{texts("Lines", {findings.lineCount})};
   const RiderTexts::Phrase alerts{texts("AlertsNow", {findings.alertCount})};
   const RiderTexts::Phrase state{stateInWords(texts, findings.state, now)};
-  return texts("FeedFound", {RiderTexts::Phrase{done}, lines, alerts}) + "\n" + texts("FeedState", {state}) +
-         "\n";
+  return paragraph(texts("FeedFound", {RiderTexts::Phrase{done}, lines, alerts}), kMessageIndent, style) +
+         paragraph(texts("FeedState", {state}), kMessageIndent, style);
 }
 
 }  // namespace linewatch::app

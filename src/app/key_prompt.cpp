@@ -6,10 +6,13 @@
 #include <cstddef>
 #include <cstdio>
 #include <optional>
+#include <string_view>
 
 #include <termios.h>
 #include <unistd.h>
 
+#include "app/terminal_text.h"
+#include "app/text_table.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
 
@@ -117,20 +120,28 @@ std::optional<std::string> readLine(bool isTerminal) {
   return isTerminal ? std::string() : line;
 }
 
+std::string promptText(const RiderTexts& texts, KeyUse use, const std::string& feed) {
+  constexpr std::array<std::string_view, 3> kTexts = {"KeyFor", "KeyForTimetable", "KeyForAlerts"};
+  std::string prompt =
+      paragraph(texts(kTexts.at(static_cast<std::size_t>(use)), {feed}), 0, TerminalStyle::ofStandardError());
+  prompt.back() = ' ';
+  return prompt;
+}
+
 }  // namespace
 
-Outcome<std::string> askForKey(const std::string& whose) {
+Outcome<std::string> askForKey(const RiderTexts& texts, KeyUse use, const std::string& feed) {
   const QuietTerminal terminal;
-  if (terminal.isQuiet()) std::fputs(("Key for " + terminalLine(whose) + ": ").c_str(), stderr);
+  if (terminal.isQuiet()) std::fputs(promptText(texts, use, feed).c_str(), stderr);
   const std::optional<std::string> typed = readLine(terminal.isQuiet());
   if (terminal.isQuiet()) std::fputs("\n", stderr);
-  if (!typed) return failure(FailureCode::cancelled, "the key for " + whose, "", "cancelled");
+  if (!typed) return failure(FailureCode::cancelled, feed, "", "cancelled");
   const std::string& key = *typed;
-  if (key.size() > kLongestKey) return failure("the key for " + whose, "", "it is too long");
-  if (terminalLine(key) != key) return failure("the key for " + whose, "", "it holds a control character");
-  if (!key.empty()) return key;
-  return failure("the key for " + whose, "",
-                 "none was given; type it, write it as one line to standard input, or use --key-command");
+  if (key.empty())
+    return failure(FailureCode::invalid, "", "", texts("KeyMissing", {feed, std::string("--key-command")}));
+  if (key.size() > kLongestKey || terminalLine(key) != key)
+    return failure(FailureCode::invalid, "", "", texts("KeyUnusable", {feed}));
+  return key;
 }
 
 }  // namespace linewatch::app

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "app/forms_of.h"
 #include "app/show_document.h"
 #include "feeds/http/redacted.h"
 #include "shared/failure.h"
@@ -12,14 +13,6 @@ namespace linewatch::app {
 namespace {
 
 Value textOrNone(const std::string& text) { return text.empty() ? noValue() : Value(text); }
-
-template <class Things, class Form>
-Array arrayOf(const Things& things, Form form) {
-  Array forms;
-  forms.reserve(things.size());
-  for (const auto& thing : things) forms.push_back(form(thing));
-  return forms;
-}
 
 Dictionary lineForm(const FoundLine& line) {
   return {{"id", std::to_string(line.index->muidOfRoute(line.route))},
@@ -39,7 +32,7 @@ Value stopsForm(const LineChoice& choice) {
     case LineChoice::Stops::chosen:
       break;
   }
-  return arrayOf(choice.stopIds, [](const std::string& id) { return Value(id); });
+  return formsOf(choice.stopIds, [](const std::string& id) { return Value(id); });
 }
 
 Dictionary favoriteForm(const FavoriteLine& favorite) {
@@ -53,7 +46,7 @@ Dictionary favoriteForm(const FavoriteLine& favorite) {
 
 Dictionary sourceForm(const FeedSource& source) {
   return {{"locations",
-           arrayOf(source.locations, [](const std::string& location) { return Value(redacted(location)); })},
+           formsOf(source.locations, [](const std::string& location) { return Value(redacted(location)); })},
           {"hasKey", !source.keys.isEmpty()}};
 }
 
@@ -70,17 +63,17 @@ Dictionary listedFeedForm(const ListedFeed& listed, Date now) {
 
 Dictionary linesDocument(const std::vector<FoundLine>& lines, const std::optional<Error>& error) {
   return {{"version", 1},
-          {"lines", arrayOf(lines, lineForm)},
+          {"lines", formsOf(lines, lineForm)},
           {"error", error ? Value(sentenceOf(*error)) : noValue()}};
 }
 
 Dictionary favoritesDocument(const std::vector<FavoriteLine>& favorites) {
-  return {{"version", 1}, {"favorites", arrayOf(favorites, favoriteForm)}};
+  return {{"version", 1}, {"favorites", formsOf(favorites, favoriteForm)}};
 }
 
 Dictionary feedsDocument(const std::vector<ListedFeed>& feeds, Date now) {
   return {{"version", 1},
-          {"feeds", arrayOf(feeds, [now](const ListedFeed& feed) { return listedFeedForm(feed, now); })}};
+          {"feeds", formsOf(feeds, [now](const ListedFeed& feed) { return listedFeedForm(feed, now); })}};
 }
 
 }  // namespace linewatch::app

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <system_error>
 
@@ -11,6 +12,8 @@
 #include "app/commands.h"
 #include "app/rider_texts.h"
 #include "app/run_settings.h"
+#include "app/terminal_text.h"
+#include "app/text_table.h"
 #include "machine/display.h"
 #include "machine/terminal_line.h"
 #include "shared/environment.h"
@@ -29,6 +32,11 @@ Report replaceWithScreenProgram(char** argv) {
   return refused(failure(path, "", std::generic_category().message(errno)));
 }
 
+/// A command that prints once takes its time from one moment; one that goes on needs a running clock.
+Session::Adjustment runningClock(bool isRunning) {
+  return [isRunning](desktop::DesktopSettings& settings) { settings.isTimeFrozen = !isRunning; };
+}
+
 /// Runs a command: with a session, in linewatch-screen, or alone.
 class Dispatch {
  public:
@@ -45,7 +53,12 @@ class Dispatch {
   }
   Report operator()(const ShowCommand& command) const {
     return inSession<Session::openWithFeeds>(
-        [&](Session& session) { return show(session, command, options_, style_); });
+        [&](Session& session) { return show(session, command, options_, style_); },
+        runningClock(command.watches));
+  }
+  Report operator()(const StatusCommand& command) const {
+    return inSession([&](Session& session) { return status(session, command, options_); },
+                     runningClock(command.watches));
   }
   Report operator()(const FavoritesCommand& command) const {
     return inSession<Session::openWithFeeds>(
@@ -84,12 +97,12 @@ class Dispatch {
 
  private:
   template <auto open = Session::open, class Work>
-  Report inSession(Work work) const {
+  Report inSession(Work work, const Session::Adjustment& adjust = {}) const {
     // The application gets only the program's name, because Qt would remove its own options from the
     // arguments.
     int qtArgc = 1;
     const QCoreApplication application(qtArgc, argv_);
-    const auto session = open(options_, {});
+    const auto session = open(options_, adjust);
     return session ? work(**session) : refused(session.error());
   }
 
@@ -107,8 +120,15 @@ void surviveFileSizeLimit() {
 }
 
 int complain(const std::string& sentence, int status) {
-  write("linewatch: " + terminalLine(sentence) + "\n", stderr);
+  write(paragraph("linewatch: " + terminalLine(sentence), kMessageIndent, TerminalStyle::ofStandardError()),
+        stderr);
   return status;
+}
+
+/// The complaint in the rider's language, as far as it is known.
+std::string complaintOf(const Report& report, const CommandLine* line) {
+  if (report.complaint.empty() || !report.failure || !line) return report.complaint;
+  return RiderTexts(localeOf(line->common)).failure(*report.failure, report.complaint);
 }
 
 }  // namespace
@@ -122,7 +142,7 @@ int runCommandLine(int argc, char** argv, const std::function<Report(const Comma
   write(report.output, stdout);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
     return complain(sentenceOf(failure("standard output", "", std::generic_category().message(errno))), 2);
-  return report.complaint.empty() ? report.status : complain(report.complaint, report.status);
+  return report.complaint.empty() ? report.status : complain(complaintOf(report, line), report.status);
 }
 
 int run(int argc, char** argv) {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "app/terminal_text.h"
 #include "app/terminal_width.h"
 
 namespace linewatch::app {
@@ -16,12 +16,6 @@ constexpr std::chrono::milliseconds kShortestPause{100};
 constexpr std::size_t kShortestBar = 6;
 constexpr std::size_t kLongestBar = 40;
 constexpr std::size_t kUsualColumns = 80;
-
-std::size_t columnsOfStandardError() {
-  winsize size{};
-  const bool isKnown = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return isKnown ? size.ws_col : kUsualColumns;
-}
 
 /// "3 of 12 MB", "830 kB"; in kB while the whole is small.
 std::string amountText(std::uint64_t bytes, std::optional<std::uint64_t> total) {
@@ -61,8 +55,10 @@ void ProgressLine::show(const std::string& label, std::uint64_t bytes, std::opti
   if (!isTerminal_ || (shown_ && label == label_ && now - *shown_ < kShortestPause)) return;
   shown_ = now;
   label_ = label;
+  const std::size_t known = TerminalStyle::ofStandardError().columns;
   // One column stays free, because a full line may move the cursor to the next one.
-  std::fputs(("\r\x1B[K" + progressText(label, bytes, total, columnsOfStandardError() - 1)).c_str(), stderr);
+  const std::size_t columns = (known > 0 ? known : kUsualColumns) - 1;
+  std::fputs(("\r\x1B[K" + progressText(label, bytes, total, columns)).c_str(), stderr);
 }
 
 }  // namespace linewatch::app

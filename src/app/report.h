@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "shared/error.h"
+#include "shared/failure.h"
 
 namespace linewatch::app {
 
@@ -13,6 +15,9 @@ struct Report {
   std::string output;
   std::string complaint;
   int status = 0;
+  /// The code of the error whose English sentence the complaint is. The program then puts a reason in the
+  /// rider's language in front of it. Absent if the complaint is in the rider's language, or about usage.
+  std::optional<FailureCode> failure = {};
 
   static Report of(std::string text) { return {.output = std::move(text), .complaint = {}}; }
 };
@@ -21,5 +26,7 @@ struct Report {
 Report notLoaded(const Error& error);
 /// A report with status 2: wrong usage or unreadable input.
 Report refused(const Error& error);
+/// The same for a text in the rider's language.
+Report refusedWith(std::string complaint);
 
 }  // namespace linewatch::app

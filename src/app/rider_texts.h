@@ -18,7 +18,7 @@ namespace linewatch::app {
 /// The texts for a rider at a terminal, in the user's language. Main thread.
 ///
 /// Text arguments lose their control characters, so a text is safe to print. In right-to-left languages each
-/// of them is isolated, because names in a feed may have either direction.
+/// argument is isolated, because names in a feed may have either direction.
 class RiderTexts {
  public:
   /// A text of this class as an argument of another one. It keeps its isolates.

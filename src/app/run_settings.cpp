@@ -23,13 +23,6 @@ std::filesystem::path settingsFile(const CommonOptions& options) {
   return folders && !folders->settings.empty() ? folders->settings / kFileName : std::filesystem::path();
 }
 
-/// Empty if the command does not name one.
-std::string catalogueOf(const Command& command) {
-  if (const auto* const feed = std::get_if<FeedCommand>(&command)) return feed->catalogue;
-  if (const auto* const panel = std::get_if<PanelCommand>(&command)) return panel->catalogue;
-  return {};
-}
-
 UserSettings::Given givenTexts(const CommandLine& line) {
   UserSettings::Given given;
   if (line.common.locale) given.emplace("language", line.common.locale->tag());
@@ -37,7 +30,7 @@ UserSettings::Given givenTexts(const CommandLine& line) {
   const bool* const isOn =
       analytics == line.common.preferences.end() ? nullptr : analytics->second.get<bool>();
   if (isOn) given.emplace("analytics", *isOn ? "true" : "false");
-  if (!catalogueOf(line.command).empty()) given.emplace("catalogue", catalogueOf(line.command));
+  if (!line.common.catalogue.empty()) given.emplace("catalogue", line.common.catalogue);
   if (const auto* const panel = std::get_if<PanelCommand>(&line.command)) {
     if (panel->companion) given.emplace("companion", *panel->companion);
     if (panel->refresh) given.emplace("refresh", *panel->refresh);

@@ -32,7 +32,7 @@ Outcome<DesktopSettings> settingsFrom(const CommonOptions& options) {
     return failure("--gtfs is missing", "", "a run without saved state needs a timetable");
   if (feed.alerts.empty())
     return failure("--alerts is missing", "", "a run without saved state needs service alerts");
-  auto given = feedFrom(feed, std::string(kGivenFeedName));
+  auto given = feedFrom(RiderTexts(settings.locale), feed, std::string(kGivenFeedName));
   if (!given) return given.error();
   settings.given = {std::move(given->gtfs), std::move(given->alerts), options.favorites};
   return settings;

@@ -58,6 +58,12 @@ Dictionary settingsForm(const UserSettings& settings) {
           {"faults", std::move(faults)}};
 }
 
+/// Where a value comes from. A file that cannot be read turns the recording off, which has to be said.
+std::string originInWords(const UserSettings& settings, const SettingValue& value, const RiderTexts& texts) {
+  const bool isLost = value.source == SettingSource::file && !settings.isReadable();
+  return isLost ? texts("SettingUnreadable") : sourceInWords(value.source, texts);
+}
+
 std::string settingsText(const UserSettings& settings, const RiderTexts& texts, const TerminalStyle& style) {
   std::vector<std::vector<TableCell>> rows;
   for (const Setting& setting : settingTable()) {
@@ -65,7 +71,7 @@ std::string settingsText(const UserSettings& settings, const RiderTexts& texts, 
     const std::string shown = value.text.empty() ? "\"\"" : terminalLine(value.text);
     rows.push_back({{.text = std::string(setting.key)},
                     {.text = shown},
-                    {.text = sourceInWords(value.source, texts), .isFaint = true}});
+                    {.text = originInWords(settings, value, texts), .isFaint = true}});
   }
   const std::string file = settings.file().string();
   return textTable(rows, style) + (file.empty() ? "" : paragraph(texts("SettingsFile", {file}), 2, style));
@@ -86,11 +92,44 @@ Report printSettings(const UserSettings& settings, const Setting* setting, bool 
   return report;
 }
 
-Report unknownSetting(const std::string& key) {
+Report unknownSetting(const RiderTexts& texts, const std::string& key) {
   const auto nearest = nearestSettingKey(key);
-  return refused(failure(FailureCode::notFound, "setting \"" + key + "\"", "",
-                         nearest ? "there is no such setting; did you mean " + std::string(*nearest) + "?"
-                                 : "there is no such setting; linewatch settings lists them all"));
+  const std::string refusal = texts("NoSuchSetting", {key});
+  return refusedWith(nearest ? texts("DidYouMean", {RiderTexts::Phrase{refusal}, std::string(*nearest)})
+                             : refusal);
+}
+
+/// The allowed values, e.g. "true, false". They are words of the settings file, so they are not translated.
+std::string allowedValues(const RiderTexts& texts, const Setting& setting) {
+  if (&setting == &kRefreshSetting) return "30s – 30m";
+  if (&setting == &kLanguageSetting) return texts.list(std::vector<std::string>{"auto", "de", "pt-BR", "…"});
+  const std::vector<std::string> choices(setting.choices.begin(), setting.choices.end());
+  return texts.list(choices);
+}
+
+Report refusedValue(const RiderTexts& texts, const Setting& setting, const std::string& text) {
+  const std::string allowed = allowedValues(texts, setting);
+  if (allowed.empty()) return refused(failure(FailureCode::invalid, setting.key, "", setting.refusal(text)));
+  return refusedWith(texts("SettingRefused", {std::string(setting.key), text, RiderTexts::Phrase{allowed}}));
+}
+
+Report changeSetting(UserSettings& settings, const Setting& setting, const SettingsCommand& command,
+                     const CommonOptions& options, const RiderTexts& texts, const TerminalStyle& style) {
+  const std::string text = command.unsets ? std::string() : usualText(setting, *command.value);
+  if (!command.unsets && !setting.isAllowed(text)) return refusedValue(texts, setting, text);
+  // The log has named the mistake.
+  if (!settings.isReadable()) return {.output = {}, .complaint = {}, .status = 2};
+  const auto error = command.unsets ? settings.unset(setting) : settings.set(setting, text);
+  if (error) return refused(*error);
+  if (&setting == &kAutostartSetting) {
+    const Autostart autostart(processEnvironment, options.stateDir);
+    if (const auto failed = autostart.apply(settings.values().startsAtLogin)) return refused(*failed);
+  }
+  if (command.json) return printSettings(settings, &setting, true, texts, style);
+  const std::string now = settings.find(setting).text;
+  return Report::of(paragraph(texts(command.unsets ? "SettingIsDefault" : "SettingIs",
+                                    {command.key, now.empty() ? texts("SettingEmpty") : now}),
+                              kMessageIndent, style));
 }
 
 }  // namespace
@@ -100,23 +139,12 @@ Report settings(Session& session, const SettingsCommand& command, const CommonOp
   UserSettings& settings = session.platform().settings();
   const RiderTexts& texts = session.texts();
   const Setting* const setting = settingWithKey(command.key);
-  if (!setting && !command.key.empty()) return unknownSetting(command.key);
+  if (!setting && !command.key.empty()) return unknownSetting(texts, command.key);
   if (!setting || (!command.unsets && !command.value))
     return printSettings(settings, setting, command.json, texts, style);
   if (command.unsets && command.value)
     return refused(failure(FailureCode::invalid, command.key, "", "--unset takes no value"));
-  const auto error =
-      command.unsets ? settings.unset(*setting) : settings.set(*setting, usualText(*setting, *command.value));
-  if (error) return refused(*error);
-  if (setting == &kAutostartSetting) {
-    const Autostart autostart(processEnvironment, options.stateDir);
-    if (const auto failed = autostart.apply(settings.values().startsAtLogin)) return refused(*failed);
-  }
-  if (command.json) return printSettings(settings, setting, true, texts, style);
-  const std::string text = settings.find(*setting).text;
-  return Report::of(texts(command.unsets ? "SettingIsDefault" : "SettingIs",
-                          {command.key, text.empty() ? texts("SettingEmpty") : text}) +
-                    "\n");
+  return changeSetting(settings, *setting, command, options, texts, style);
 }
 
 }  // namespace linewatch::app

@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/forms_of.h"
 #include "list/list_dictionary_form.h"
 #include "list/transit_incident_filter.h"
 #include "shared/failure.h"
@@ -55,14 +56,6 @@ Dictionary periodForm(const AlertPeriod& period) {
 std::vector<AlertPeriod> shownPeriods(std::vector<AlertPeriod> periods) {
   std::erase_if(periods, [](const AlertPeriod& period) { return period.use != AlertPeriod::Use::show; });
   return periods;
-}
-
-template <class Parts, class Form>
-Array formsOf(const Parts& parts, Form form) {
-  Array forms;
-  forms.reserve(parts.size());
-  for (const auto& part : parts) forms.push_back(form(part));
-  return forms;
 }
 
 Dictionary incidentForm(const TransitIncident& incident, const IncidentDetails& details) {

@@ -214,6 +214,13 @@ std::optional<std::size_t> columnsOf(const std::string& text) {
   return isNumber && columns > 0 && columns <= kMostColumns ? std::optional(columns) : std::nullopt;
 }
 
+/// COLUMNS, or else the width of the terminal; 0 if there is neither.
+std::size_t columnsOfStream(int stream) {
+  if (const auto columns = columnsOf(valueOf(processEnvironment, "COLUMNS"))) return *columns;
+  winsize size{};
+  return isatty(stream) == 1 && ioctl(stream, TIOCGWINSZ, &size) == 0 ? size.ws_col : std::size_t{0};
+}
+
 TerminalStyle::Colors colorsOfTerminal() {
   const auto value = [](const char* name) { return valueOf(processEnvironment, name); };
   if (!value("NO_COLOR").empty()) return TerminalStyle::Colors::none;
@@ -227,12 +234,11 @@ TerminalStyle::Colors colorsOfTerminal() {
 }  // namespace
 
 TerminalStyle TerminalStyle::ofStandardOutput() {
-  const auto columns = columnsOf(valueOf(processEnvironment, "COLUMNS"));
-  if (isatty(STDOUT_FILENO) == 0) return {.columns = columns.value_or(0)};
-  winsize size{};
-  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
-  return {.colors = colorsOfTerminal(), .columns = columns.value_or(known ? size.ws_col : std::size_t{0})};
+  return {.colors = isatty(STDOUT_FILENO) == 0 ? Colors::none : colorsOfTerminal(),
+          .columns = columnsOfStream(STDOUT_FILENO)};
 }
+
+TerminalStyle TerminalStyle::ofStandardError() { return {.columns = columnsOfStream(STDERR_FILENO)}; }
 
 std::string terminalText(const RVTransitListItem& list, bool expanded, const TerminalStyle& style) {
   // A list without expanded items has the same row in both modes.

@@ -21,6 +21,8 @@ struct TerminalStyle {
   /// The style for standard output. It has no colours if standard output is not a terminal, if NO_COLOR is
   /// set, or if TERM is "dumb" or empty. The width is COLUMNS, or that of the terminal.
   static TerminalStyle ofStandardOutput();
+  /// The style for messages on standard error: without colours, and as wide as COLUMNS or the terminal.
+  static TerminalStyle ofStandardError();
 };
 
 /// The list as text: the compact row, or all rows if `expanded`. Each row begins with the line's shield, in

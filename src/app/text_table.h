@@ -21,6 +21,9 @@ struct TableCell {
 /// each row has its first cell at the left, and beside it the other cells one under another.
 std::string textTable(const std::vector<std::vector<TableCell>>& rows, const TerminalStyle& style);
 
+/// The columns by which the lines of a message are indented after the first one.
+inline constexpr std::size_t kMessageIndent = 2;
+
 /// A paragraph that wraps; all lines but the first are indented by so many blanks. Ends with a line end.
 std::string paragraph(const std::string& text, std::size_t indent, const TerminalStyle& style);
 

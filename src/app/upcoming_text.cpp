@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/rider_texts.h"
+#include "app/text_table.h"
 #include "feeds/upcoming_incidents.h"
 
 namespace linewatch::app {
@@ -37,7 +38,8 @@ std::string upcomingText(Session& session, const RVResult& result, const Termina
   std::vector<TerminalRow> rows;
   for (const UpcomingIncident& upcoming : upcomingIncidents(*result.successObject(), now))
     rows.push_back(rowOf(upcoming, now, session.texts()));
-  return rows.empty() ? session.texts()("NothingBegins", {kDays}) + "\n" : terminalRows(rows, style);
+  return rows.empty() ? paragraph(session.texts()("NothingBegins", {kDays}), 0, style)
+                      : terminalRows(rows, style);
 }
 
 }  // namespace linewatch::app

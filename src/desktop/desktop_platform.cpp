@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "activity/line_activity.h"
 #include "companion/companion_session.h"
 #include "desktop/remembered_in_state.h"
 #include "feeds/alerts/desktop_incident_string_provider.h"
@@ -22,6 +23,7 @@
 #include "settings/user_settings.h"
 #include "storage/stored_analytics.h"
 #include "wire/archive/cbor_keyed_archiver.h"
+#include "wire/compression_memo.h"
 #include "wire/compressor.h"
 
 namespace linewatch::desktop {
@@ -70,7 +72,7 @@ struct DesktopPlatform::Roles {
         feeds(std::make_shared<TransitFeeds>([shown = platform.shownFeeds()] { return shown.read(); },
                                              platform.documents_,
                                              IncidentLanguage{locale.fallbacks(), feedTexts()})),
-        transitService(feeds, platform.mainLoop_),
+        transitService(feeds, platform.mainLoop_, recordPreparation(platform.settings_.isInteractive)),
         favorites(platform.chosenFavorites()),
         favoritesQueue(std::make_shared<BackgroundQueue>()),
         usageRecorder(makeUsageRecorder(
@@ -86,11 +88,20 @@ struct DesktopPlatform::Roles {
     });
   }
 
+  /// Compresses the records that the rows of an answer will need, so that building the list does not hold up
+  /// the windows. Without windows nobody is held up.
+  FeedTransitService::Preparation recordPreparation(bool isInteractive) {
+    if (!isInteractive) return {};
+    return [this](const TransitLineItems& lines) { preparedRecords.remember(activityRecordsOfRows(lines)); };
+  }
+
   SystemRandomSource randomSource;
   IcuLocalization localization;
   DesktopIncidentStringProvider incidentStringProvider;
   CborKeyedArchiver keyedArchiver;
   LibraryCompressor compressor;
+  /// Used in a run with windows.
+  CompressionMemo preparedRecords{compressor};
   std::shared_ptr<TransitFeeds> feeds;
   FeedTransitService transitService;
   UserFavorites favorites;
@@ -132,6 +143,7 @@ std::optional<Error> DesktopPlatform::open() {
   documents_ = std::make_shared<FeedDocuments>(
       saved_ ? saved_->feedCache() : nullptr, [this] { return mainLoop_.now(); }, loadHttpFetcher,
       runKeyCommand);
+  if (settings_.isInteractive) documents_->renewInBackground();
   roles_ = std::make_unique<Roles>(*this, settings_.locale);
   return std::nullopt;
 }
@@ -188,10 +200,13 @@ bool DesktopPlatform::showsSampleCity() const { return isSampleCity(roles_->feed
 TransitFeeds& DesktopPlatform::feeds() { return *roles_->feeds; }
 const UserFavorites& DesktopPlatform::favorites() const { return roles_->favorites; }
 RandomSource& DesktopPlatform::randomSource() { return roles_->randomSource; }
-Localization& DesktopPlatform::localization() { return roles_->localization; }
+IcuLocalization& DesktopPlatform::localization() { return roles_->localization; }
 IncidentStringProvider& DesktopPlatform::incidentStringProvider() { return roles_->incidentStringProvider; }
 KeyedArchiver& DesktopPlatform::keyedArchiver() { return roles_->keyedArchiver; }
-Compressor& DesktopPlatform::compressor() { return roles_->compressor; }
+Compressor& DesktopPlatform::compressor() {
+  if (settings_.isInteractive) return roles_->preparedRecords;
+  return roles_->compressor;
+}
 TransitService& DesktopPlatform::transitService() { return roles_->transitService; }
 UserSession& DesktopPlatform::userSession() { return roles_->userSession; }
 MapURLBuilder& DesktopPlatform::mapURLBuilder() { return roles_->mapURLBuilder; }

@@ -15,6 +15,7 @@
 #include "feeds/shown_feeds.h"
 #include "feeds/transit_feeds.h"
 #include "feeds/user_favorites.h"
+#include "localization/icu_localization.h"
 #include "localization/user_locale.h"
 #include "machine/desktop_device.h"
 #include "machine/stderr_log.h"
@@ -67,7 +68,7 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   Log& log() override { return log_; }
   QtMainLoop& mainLoop() override { return mainLoop_; }
   RandomSource& randomSource() override;
-  Localization& localization() override;
+  IcuLocalization& localization() override;
   IncidentStringProvider& incidentStringProvider() override;
   KeyedArchiver& keyedArchiver() override;
   Compressor& compressor() override;

@@ -38,6 +38,8 @@ struct FeedDocuments::Place {
   const StoredFeed& feed;
   const Kind& kind;
   std::size_t index = 0;
+  /// Whether the fetch may take as long as bytes come, because nobody waits for it.
+  bool isInBackground = false;
 
   const FeedSource& source() const { return feed.*kind.source; }
   const std::string& location() const { return source().locations[index]; }
@@ -50,6 +52,8 @@ struct FeedDocuments::Place {
   }
   /// The name of the location's stops in the cache.
   std::string stopsKey() const { return cacheKind() + " " + safeLocation(); }
+  /// The name of the timetable among the renewals.
+  std::string renewalKey() const { return feed.name + ": " + stopsKey(); }
   /// The error with the feed and the location in front: "feed Metro: https://example.org/alerts: timed out".
   Error located(const Error& error) const {
     return within("feed " + feed.name, within(safeLocation(), error));
@@ -65,6 +69,8 @@ namespace fs = std::filesystem;
 
 // A cached timetable is not asked for again before this.
 constexpr Seconds kTimetableFresh{86400};
+// A renewal in the background that failed is tried again after this.
+constexpr Seconds kRenewalRetry{15.0 * 60};
 constexpr Seconds kAlertsFresh{15};
 constexpr Seconds kLongestMaxAge{5.0 * 60};
 
@@ -172,6 +178,12 @@ FeedDocuments::FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Dat
       fetcherSource_(std::move(fetcherSource)),
       commandKeys_(std::move(runKeyCommand)) {}
 
+FeedDocuments::~FeedDocuments() {
+  if (!renewals_) return;
+  stopFetching();
+  renewals_->finish();
+}
+
 FeedAlerts afterFailure(FeedAlerts held, const Error& error, Date now) {
   const std::optional<Seconds> wait = retryAfterOf(error);
   held.retryAfter = wait ? std::optional(now + *wait) : std::nullopt;
@@ -198,6 +210,10 @@ Outcome<HttpRequest> FeedDocuments::requestOf(const Place& place) {
     key = *std::move(printed);
   }
   addKeys(keys, key, request);
+  if (place.isInBackground) {
+    request.timeout = kLongestFetch;
+    request.idleTimeout = kFetchTimeout;
+  }
   return request;
 }
 
@@ -278,27 +294,71 @@ Outcome<SharedLineIndex> FeedDocuments::localTimetable(const Place& place) {
                        {.location = place.safeLocation(), .fetched = now_(), .etag = print});
 }
 
-Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
+FeedDocuments::KeptTimetable FeedDocuments::keptTimetable(const Place& place) const {
   std::optional<CachedDocument> kept = find(place);
-  SharedLineIndex cached;
-  if (kept) {
-    // An earlier version of the program may have cached it in another form.
-    if (auto contents = decodeLineIndex(kept->bytes)) cached = indexOf(std::move(*contents));
-  }
-  if (!cached) kept.reset();
-  if (cached && isYoungerThan(kept->freshFor.value_or(kTimetableFresh), kept->fetched, now_())) return cached;
+  if (!kept) return {};
+  // An earlier version of the program may have cached it in another form.
+  auto contents = decodeLineIndex(kept->bytes);
+  if (!contents) return {};
+  return {std::move(kept), indexOf(std::move(*contents))};
+}
 
-  Outcome<Fetched> fetched = fetchTimetable(place, kept);
-  if (fetched && !fetched->isNew) return cached;
-  if (fetched) {
-    auto source = openZip(std::move(fetched->document.bytes));
-    auto index = readTimetable(place, std::move(source), std::move(fetched->document));
-    if (index) return index;
-    fetched = index.error();
+Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
+  const KeptTimetable kept = keptTimetable(place);
+  if (kept.lines) {
+    const Seconds fresh = kept.document->freshFor.value_or(kTimetableFresh);
+    const bool isFresh = isYoungerThan(fresh, kept.document->fetched, now_());
+    if (renewals_) renewals_->setDue(place.renewalKey(), isFresh ? kept.document->fetched + fresh : now_());
+    if (renewals_ && !isFresh) beginRenewal(place);
+    if (renewals_ || isFresh) return kept.lines;
   }
-  if (!cached || stop_.stop_requested()) return fetched.error();
-  logError("%@; going on with the lines known before", {sentenceOf(fetched.error())});
-  return cached;
+  if (renewals_ && renewals_->isRunning(place.renewalKey()))
+    return place.located(failure(FailureCode::unknown, "", "", "it is still being fetched"));
+  auto lines = freshTimetable(place, kept);
+  if (lines) {
+    if (renewals_) renewals_->setDue(place.renewalKey(), now_() + kTimetableFresh);
+    return lines;
+  }
+  if (renewals_ && failureCodeOf(lines.error()) == FailureCode::timedOut) {
+    renewals_->setDue(place.renewalKey(), now_());
+    beginRenewal(place);
+  }
+  if (!kept.lines || stop_.stop_requested()) return lines;
+  logError("%@; going on with the lines known before", {sentenceOf(lines.error())});
+  return kept.lines;
+}
+
+Outcome<SharedLineIndex> FeedDocuments::freshTimetable(const Place& place, const KeptTimetable& kept) {
+  Outcome<Fetched> fetched = fetchTimetable(place, kept.document);
+  if (!fetched) return fetched.error();
+  if (!fetched->isNew) return kept.lines;
+  auto source = openZip(std::move(fetched->document.bytes));
+  return readTimetable(place, std::move(source), std::move(fetched->document));
+}
+
+bool FeedDocuments::hasNewerLines(const StoredFeed& feed) {
+  bool isAny = false;
+  for (std::size_t index = 0; renewals_ && index < feed.gtfs.locations.size(); ++index) {
+    const Place place{feed, Kind::kTimetable, index};
+    beginRenewal(place);
+    isAny = renewals_->takeNews(place.renewalKey()) || isAny;
+  }
+  return isAny;
+}
+
+void FeedDocuments::beginRenewal(const Place& place) {
+  renewals_->beginIfDue(place.renewalKey(), now_(), [this, feed = place.feed, index = place.index] {
+    return renew({feed, Kind::kTimetable, index, true});
+  });
+}
+
+TimetableRenewals::Result FeedDocuments::renew(const Place& place) {
+  const KeptTimetable kept = keptTimetable(place);
+  const auto lines = freshTimetable(place, kept);
+  if (lines) return {.isNew = *lines != kept.lines, .due = now_() + kTimetableFresh};
+  if (!stop_.stop_requested())
+    logError("%@; going on with the lines known before", {sentenceOf(lines.error())});
+  return {.isNew = false, .due = now_() + kRenewalRetry};
 }
 
 Outcome<FeedDocuments::Fetched> FeedDocuments::fetchTimetable(const Place& place,

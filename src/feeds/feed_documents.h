@@ -19,6 +19,7 @@
 #include "feeds/gtfs/stop_names.h"
 #include "feeds/gtfs/stop_search.h"
 #include "feeds/http/http_fetcher.h"
+#include "feeds/timetable_renewals.h"
 #include "shared/date.h"
 #include "shared/mutex.h"
 #include "shared/outcome.h"
@@ -68,6 +69,8 @@ class FeedDocuments {
   /// each fetch, and `runKeyCommand` for a feed whose key a command prints.
   FeedDocuments(std::shared_ptr<FeedCache> cache, std::function<Date()> now,
                 FetcherSource fetcherSource = loadHttpFetcher, CommandKeys::Runner runKeyCommand = {});
+  /// Ends renewals in the background.
+  ~FeedDocuments();
 
   Outcome<SharedLineIndex> lineIndexOf(const StoredFeed& feed);
   /// The names of the feed's stops. They are in the cache beside the line index. Without a cache the
@@ -75,6 +78,13 @@ class FeedDocuments {
   std::shared_ptr<StopNames> stopNamesOf(const StoredFeed& feed, const SharedAlertsMessage& alerts = nullptr);
   /// Where a line goes. Reads the whole timetable, and fetches a remote one again.
   Outcome<LineStops> lineStopsOf(const StoredFeed& feed, std::string_view routeId);
+  /// For a program that goes on running. From now on a cached timetable that is due is renewed in the
+  /// background, which may take as long as bytes come, and is used meanwhile. A timetable that is not cached
+  /// and does not come in time is fetched in the background, too. To be called before any read.
+  void renewInBackground() { renewals_ = std::make_unique<TimetableRenewals>(); }
+  /// Whether `lineIndexOf` would give newer lines than the last time. Begins renewals that are due, and does
+  /// not wait for them. False without `renewInBackground`.
+  bool hasNewerLines(const StoredFeed& feed);
   /// From now on local timetables are read from the cache but not written to it.
   void keepNoLocalTimetables() { keepsLocalTimetables_ = false; }
   /// Tries to get the feed's alerts. `held` is the result of the last call, or the default. After a failure
@@ -87,6 +97,11 @@ class FeedDocuments {
  private:
   struct Kind;
   struct Place;
+  /// A timetable in the cache; both are absent if it has none that can be read.
+  struct KeptTimetable {
+    std::optional<CachedDocument> document;
+    SharedLineIndex lines;
+  };
   /// The document that the server sent, or the cached one if the server says that it is current.
   struct Fetched {
     CachedDocument document;
@@ -104,6 +119,12 @@ class FeedDocuments {
   Outcome<Fetched> fetchTimetable(const Place& place, const std::optional<CachedDocument>& kept);
   Outcome<SharedLineIndex> localTimetable(const Place& place);
   Outcome<SharedLineIndex> remoteTimetable(const Place& place);
+  KeptTimetable keptTimetable(const Place& place) const;
+  /// Fetches the timetable, and gives the kept one if it is still current.
+  Outcome<SharedLineIndex> freshTimetable(const Place& place, const KeptTimetable& kept);
+  /// Begins the renewal in the background if it is due.
+  void beginRenewal(const Place& place);
+  TimetableRenewals::Result renew(const Place& place);
   Outcome<SharedLineIndex> readTimetable(const Place& place, Outcome<std::unique_ptr<GtfsSource>> source,
                                          CachedDocument document);
   /// Keeps the stops in the cache, or the table in memory where nothing is cached.
@@ -126,6 +147,8 @@ class FeedDocuments {
   CommandKeys commandKeys_;
   std::stop_source stop_;
   std::atomic<bool> keepsLocalTimetables_ = true;
+  /// Null unless timetables are renewed in the background.
+  std::unique_ptr<TimetableRenewals> renewals_;
 
   /// The stops of a timetable that are not in the cache.
   struct UncachedStops {

@@ -155,7 +155,9 @@ void TransitFeeds::loadLines(const std::vector<std::size_t>& feeds) {
   std::vector<std::size_t> wanted;
   std::vector<StoredFeed> asked;
   for (const std::size_t feed : feeds) {
-    if (loaded_[feed].lines || hasJustFailed(loaded_[feed].alerts, documents_->now())) continue;
+    const bool isLoaded = loaded_[feed].lines != nullptr;
+    if (!isLoaded && hasJustFailed(loaded_[feed].alerts, documents_->now())) continue;
+    if (isLoaded && !documents_->hasNewerLines(feeds_[feed])) continue;
     wanted.push_back(feed);
     asked.push_back(feeds_[feed]);
   }
@@ -167,12 +169,16 @@ void TransitFeeds::loadLines(const std::vector<std::size_t>& feeds) {
 
 void TransitFeeds::takeLines(std::size_t feed, const Outcome<SharedLineIndex>& lines) {
   LoadedFeed& loaded = loaded_[feed];
+  if (!lines && loaded.lines) return;
   if (!lines) {
     loaded.alerts = afterFailure(std::move(loaded.alerts), lines.error(), documents_->now());
     return;
   }
   loaded.records = std::make_shared<LineRecords>(*lines);
   loaded.lines = *lines;
+  // They are made anew for these lines.
+  loaded.incidents = nullptr;
+  loaded.stops = nullptr;
 }
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {

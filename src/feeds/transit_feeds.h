@@ -47,8 +47,9 @@ struct UnknownLine {
 FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
                       Date now);
 
-/// The lines of all feeds with their incidents. A feed's timetable is read at the first look-up of its lines;
-/// its alerts are fetched at every look-up. Any thread; of the calls that read feeds one runs at a time.
+/// The lines of all feeds with their incidents. A feed's timetable is read at the first look-up of its lines,
+/// and again after it was renewed in the background; its alerts are fetched at every look-up. Any thread; of
+/// the calls that read feeds one runs at a time.
 class TransitFeeds {
  public:
   /// Gives the current list of feeds. Called on any thread, one call at a time.

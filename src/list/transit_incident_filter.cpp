@@ -5,12 +5,15 @@
 
 namespace linewatch {
 
-bool RVTransitIncidentFilter::shouldDisplayIncident(const TransitIncident& incident) const {
-  const Date now = platform().mainLoop().now();
+bool isInForceAt(const TransitIncident& incident, Date now) {
   const auto start = incident.startDate();
   if (start && *start > now) return false;
   const auto end = incident.endDate();
   return !(end && *end < now);
+}
+
+bool RVTransitIncidentFilter::shouldDisplayIncident(const TransitIncident& incident) const {
+  return isInForceAt(incident, platform().mainLoop().now());
 }
 
 }  // namespace linewatch

@@ -4,22 +4,19 @@
 #include <utility>
 
 #include "activity/bzip2_compression.h"
+#include "activity/line_activity.h"
 #include "activity/openable_url.h"
-#include "activity/rova_activity.h"
 #include "list/localized_text.h"
 #include "list/row_artwork.h"
 #include "platform/companion_application.h"
 #include "platform/incident_string_provider.h"
 #include "platform/platform.h"
-#include "platform/transit_storage_line_item.h"
-#include "platform/url_display_options.h"
 #include "platform/user_session.h"
 
 namespace linewatch {
 
 namespace {
 
-constexpr int kMapType = 3;
 constexpr int kFavoritesType = 2;
 
 bool isEmpty(const SharedText& text) { return !*text || (*text)->empty(); }
@@ -143,12 +140,7 @@ const std::shared_ptr<const RVUserActivityData>& RVTransitIncidentsDataSourceBui
 
 std::shared_ptr<const RVUserActivityData> RVTransitIncidentsDataSourceBuilder::_userActivityDataForLineItem(
     const TransitLineItem& line) {
-  auto options = std::make_shared<UrlDisplayOptions>();
-  options->setMapType(kMapType);
-  RovaActivity activity;
-  activity.setLineItem(std::make_shared<TransitStorageLineItem>(line));
-  activity.setDisplayOptions(std::move(options));
-  auto compressed = bzip2CompressedData(activity.data());
+  auto compressed = bzip2CompressedData(activityRecordOfLine(line));
   if (!compressed) return nullptr;
   return RVUserActivityData::make(std::string(kCompanionReverseDomainPrefix) + "Rova.Transit.Incident",
                                   Dictionary{{kActivityRecordKey, *std::move(compressed)}});
@@ -176,7 +168,7 @@ std::string RVTransitIncidentsDataSourceBuilder::_clearServiceSecondaryTextForLi
 }
 
 std::shared_ptr<const RVOpenable> RVTransitIncidentsDataSourceBuilder::_urlForFavorites() {
-  const URL url = platform().mapURLBuilder().urlForFavorites(kFavoritesType, kMapType);
+  const URL url = platform().mapURLBuilder().urlForFavorites(kFavoritesType, kOpenedMapType);
   UserSession& session = platform().userSession();
   session.shareSession();
   return std::make_shared<const OpenableURL>(session.sharedSessionPunchOutURL(url.absoluteString));

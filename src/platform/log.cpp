@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 
+#include "platform/installed_platform.h"
 #include "platform/platform.h"
 
 namespace linewatch {
@@ -32,8 +33,17 @@ std::string argumentText(const Placeholder& placeholder, const Value& argument) 
   return text;
 }
 
+/// A host that uses only feeds installs no platform, but its errors must not disappear.
+void writeWithoutPlatform(const LogMessage& message) {
+  if (message.level != LogLevel::error) return;
+  const std::string line = "linewatch: " + message.text(/*redacted=*/true) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
 void writeMessage(LogLevel level, std::string_view format, std::initializer_list<Value> arguments) {
-  Log& log = platform().log();
+  Platform* const platform = installedPlatform();
+  if (platform == nullptr) return writeWithoutPlatform({level, kLogCategory, format, arguments});
+  Log& log = platform->log();
   if (log.isEnabled(level)) log.write({level, kLogCategory, format, arguments});
 }
 

@@ -38,7 +38,8 @@ class Log {
   virtual bool isEnabled(LogLevel level) const = 0;
 };
 
-/// Writes to the log of the installed platform in the category `kLogCategory`. Any thread.
+/// Writes to the log of the installed platform in the category `kLogCategory`. Without an installed platform
+/// errors go to standard error, and debug lines are dropped. Any thread.
 void logDebug(std::string_view format, std::initializer_list<Value> arguments = {});
 void logError(std::string_view format, std::initializer_list<Value> arguments = {});
 

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/installed_platform.h"
+
 namespace linewatch {
 
 namespace {
@@ -24,6 +26,8 @@ std::shared_ptr<void> Platform::onceOfType(std::type_index type,
 }
 
 void installPlatform(std::shared_ptr<Platform> platform) { installed() = std::move(platform); }
+
+Platform* installedPlatform() { return installed().get(); }
 
 Platform& platform() {
   if (!installed()) {

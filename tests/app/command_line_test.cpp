@@ -24,12 +24,14 @@ T commandOf(std::vector<const char*> arguments) {
 }
 
 TEST(CommandLineTest, AcceptsCommonOptionsBeforeAndAfterTheCommand) {
-  for (const auto& arguments :
-       {std::vector<const char*>{"--gtfs", "g", "--favorite", "1", "--favorite", "2", "show", "--json"},
-        std::vector<const char*>{"show", "--favorite", "1", "--json", "--gtfs", "g", "--favorite", "2"}}) {
+  for (const auto& arguments : {std::vector<const char*>{"--gtfs", "g", "--favorite", "1", "--favorite", "2",
+                                                         "--catalogue", "c", "show", "--json"},
+                                std::vector<const char*>{"show", "--favorite", "1", "--json", "--gtfs", "g",
+                                                         "--catalogue", "c", "--favorite", "2"}}) {
     const auto line = std::get<CommandLine>(parse(arguments));
     EXPECT_THAT(line.common.feed.gtfs, ElementsAre("g"));
     EXPECT_THAT(line.common.favorites, ElementsAre("1", "2"));
+    EXPECT_EQ(line.common.catalogue, "c");
     EXPECT_TRUE(std::get<ShowCommand>(line.command).json);
   }
 }

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -92,7 +94,8 @@ TEST_F(FeedCatalogueTest, FindsFeedsAndSaysWhatThereIsElse) {
             "linewatch feed add a-2\n");
   const auto none = run({"find", "oldtown"});
   EXPECT_THAT(none.errors,
-              StartsWith("linewatch: oldtown: timetables, no alerts feed in the catalogue; paste"));
+              AllOf(StartsWith("linewatch: oldtown: timetables, no alerts feed in the catalogue; paste"),
+                    HasSubstr("linewatch feed add oldtown --gtfs https://agency.example/ --alerts ADDRESS")));
   EXPECT_EQ(none.status, 1);
   const auto found = nlohmann::json::parse(run({"find", "--json", "switzerland", "htt"}).output);
   EXPECT_EQ(found["hits"].size(), 1U);
@@ -118,6 +121,29 @@ TEST_F(FeedCatalogueTest, AddsTheOnlyHitWithTheCataloguesCopy) {
   EXPECT_EQ(run({"add", "oldtown"}).status, 2);
 }
 
+TEST_F(FeedCatalogueTest, AKeptCatalogueServesWhileTheServerIsUnreachable) {
+  const std::string spreadsheet = textIn(folder_ / "feeds.csv");
+  auto server = std::make_unique<LocalHttpServer>([&](LocalHttpServer::Connection& connection) {
+    connection.write(httpAnswer("200 OK", "", spreadsheet));
+  });
+  const auto find = [&, address = server->url("/feeds.csv")](const char* state, const char* now) {
+    return runProgram(
+        {"--catalogue", address, "--now", now, "--state-dir", folder_ / state, "feed", "find", "ferries"});
+  };
+  EXPECT_THAT(find("kept", "2026-11-01T08:00:00Z").output, StartsWith("Seaport Ferries\n"));
+  server.reset();
+  const auto kept = find("kept", "2026-11-09T09:00:00Z");
+  EXPECT_THAT(kept.output, StartsWith("Seaport Ferries\n"));
+  EXPECT_THAT(kept.errors,
+              StartsWith("linewatch: the catalogue was fetched 8 days ago, and cannot be renewed"));
+  EXPECT_EQ(kept.status, 0);
+  const auto none = find("none", "2026-11-09T09:00:00Z");
+  EXPECT_THAT(none.errors,
+              AllOf(StartsWith("linewatch: catalogue: http"), HasSubstr("Connection refused\n")));
+  EXPECT_EQ(std::ranges::count(none.errors, '\n'), 1);
+  EXPECT_EQ(none.status, 2);
+}
+
 TEST_F(FeedCatalogueTest, OnATerminalAsksWhichAndControlCCancelsAtOnce) {
   TerminalProgram program(words({"add", "seaport"}));
   ASSERT_TRUE(program.shows("1 to 2?")) << program.shown();
@@ -129,7 +155,7 @@ TEST_F(FeedCatalogueTest, OnATerminalAsksWhichAndControlCCancelsAtOnce) {
   EXPECT_THAT(feeds(), StartsWith("No feeds yet"));
 
   TerminalProgram asking(words({"add", "ferries"}));
-  ASSERT_TRUE(asking.shows("Key for feed Seaport Ferries: ")) << asking.shown();
+  ASSERT_TRUE(asking.shows("Key for Seaport Ferries: ")) << asking.shown();
   asking.type("s3cret\x03");
   EXPECT_EQ(asking.end(), 130);
 }

@@ -106,7 +106,10 @@ TEST_F(KeysTest, SecretsAreInTheStateDatabaseOnly) {
   };
   EXPECT_THAT(print(adding({})).errors, HasSubstr("the server does not accept the key"));
   const auto added = print(adding(kKeyOptions));
-  EXPECT_EQ(added.output, "Added town: 1 line, 1 alert now\nIts state: fresh\n") << added.errors;
+  EXPECT_EQ(added.output,
+            "Added town: 1 line, 1 alert now\nIts state: fresh\nFind its lines: linewatch lines\nThen add "
+            "one: linewatch favorites add LINE\n")
+      << added.errors;
   EXPECT_EQ(print({"favorites", "add", "M1"}).status, 0);
   // The runs are days apart, so that the timetable is requested again too.
   int day = 1;
@@ -176,7 +179,7 @@ TEST_F(KeysTest, ReadsAndChangesTheKeyFromACommandOrAPipe) {
               HasSubstr("the key command \"cat\": it ended with status 1; run it yourself to see why"));
   EXPECT_THAT(run({"feed", "key", "town"}).errors, HasSubstr("say where its key goes"));
   EXPECT_THAT(run({"feed", "key", "town", "--header", "X-Key: apikey KEY"}).errors,
-              HasSubstr("the key for feed town: none was given"));
+              HasSubstr("no key was given for town; type it"));
   words = {"feed", "key", "town"};
   words.insert(words.end(), kKeyOptions.begin(), kKeyOptions.end());
   EXPECT_THAT(run(words, "s3cret-key\n").output,
@@ -185,7 +188,7 @@ TEST_F(KeysTest, ReadsAndChangesTheKeyFromACommandOrAPipe) {
   EXPECT_EQ(wrong.status, 1);
   EXPECT_EQ(wrong.output, "Changed the keys of town\n");
   EXPECT_THAT(wrong.errors,
-              HasSubstr("/gtfs?area=***: it cannot be fetched: the server does not accept the key"));
+              HasSubstr("/alerts?area=***: it cannot be fetched: the server does not accept the key"));
   EXPECT_THAT(run({"feed"}).output, AllOf(HasSubstr("town: 1 line; "), Not(HasSubstr("fresh"))))
       << "the alerts of the key before serve, and the new one is refused";
   EXPECT_THAT(run({"feed", "key", "town", "--remove"}).output, StartsWith("Removed the keys of town"));
@@ -234,10 +237,10 @@ class KeyPromptTest : public KeysTest {
       ::execv(LINEWATCH_PROGRAM, arguments.data());
       ::_exit(127);
     }
-    while (!shown_.ends_with("Key for feed town: ") && readByte()) continue;
+    while (!shown_.ends_with("Key for town: ") && readByte()) continue;
     // Stays open, so that the terminal keeps its settings after the program's end.
     otherEnd_ = ::open(::ptsname(terminal_), O_RDWR | O_NOCTTY);
-    ASSERT_THAT(shown_, HasSubstr("Key for feed town: "));
+    ASSERT_THAT(shown_, HasSubstr("Key for town: "));
     ASSERT_FALSE(hasEcho());
   }
   void TearDown() override {

@@ -87,7 +87,8 @@ class ListsTest(unittest.TestCase):
         self.assertEqual(len(document["faults"]), 1)
         (self.folder / "state" / "settings.toml").write_text("on-top\n", encoding="utf-8")
         _, errors = self.program("settings", "refresh", "1m", status=2)
-        self.assertIn("settings.toml:1:", errors)
+        self.assertEqual(errors.count("settings.toml:1:"), 1, errors)
+        self.assertIn("the file cannot be read", self.program("settings", status=2)[0])
 
     def test_everything_fits_32_columns(self):
         self.add_feed("-x 山手線 of the whole world")
@@ -112,7 +113,7 @@ class ListsTest(unittest.TestCase):
 
     def test_suggestions(self):
         self.add_feed("metro")
-        for words, meant in ((["feeds"], "feed"), (["shwo"], "show"), (["feed", "lst"], "list"),
+        for words, meant in ((["feeds"], "feed"), (["shwo"], "show"), (["feed", "lst"], "list"), (["fede", "list"], "feed"),
                              (["show", "--jsno"], "--json"), (["lines", "--statedir=x"], "--state-dir"),
                              (["settings", "txet-size"], "text-size"), (["feed", "remove", "metor"], "metro"),
                              (["favorites", "add", "Habrour Line"], "metro:-r1")):

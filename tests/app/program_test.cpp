@@ -142,15 +142,15 @@ TEST_F(ProgramTest, RefusesWrongUsageInOneLine) {
            {saved({"favorites", "add", "nope"}), "nope"},
            {saved({"feed", "add", "x", "--gtfs", "/nowhere", "--alerts", "/nowhere"}),
             "feed x: /nowhere: No such"},
-           {saved({"feed", "remove", "x"}), "feed \"x\": there is no feed"},
+           {saved({"feed", "remove", "x"}), "there is no feed “x”"},
            {saved({"feed", "add",
                    "a\x7f"
                    "b",
                    "--gtfs", "g", "--alerts", "a"}),
-            "a name is one line of text"},
+            "a name is one line"},
            {saved({"open", "/no\nwhere"}), "/no where: No such"},
            {saved({"feed", "add", "sample", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}),
-            "feed \"sample\": the program uses this name"},
+            "cannot be called “sample”"},
            {given({"feed"}), "feed: a run without saved state"},
            {{"--state-dir", folder_ / "alerts.pb", "show"}, "alerts.pb: it is not a folder"},
            {{"--state-dir", folder_ / "alerts.pb/x", "analytics", "off"}, "Not a directory"},
@@ -208,7 +208,10 @@ TEST_F(ProgramTest, NamesFavouritesThatAreGone) {
 TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   const auto added = runProgram(
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
-  EXPECT_EQ(added.output, "Added town: 2 lines, 1 alert now\nIts state: fresh\n") << added.errors;
+  EXPECT_EQ(added.output,
+            "Added town: 2 lines, 1 alert now\nIts state: fresh\n"
+            "Find its lines: linewatch lines\nThen add one: linewatch favorites add LINE\n")
+      << added.errors;
   EXPECT_THAT(runProgram(saved({"feed"})).output,
               AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("town: 2 lines; fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
@@ -222,7 +225,7 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
   EXPECT_THAT(runProgram(saved({"favorites"})).output,
               AllOf(HasSubstr("  --stops none\n"), Not(HasSubstr("--direction"))));
   EXPECT_THAT(runProgram(saved({"favorites", "add", "2", "--stops", "nowhere"})).errors,
-              HasSubstr("stop \"nowhere\""));
+              HasSubstr("town has no stop “nowhere”"));
   EXPECT_EQ(runProgram(saved({"favorites", "move", "2", "1"})).output, "Moved 2 to place 1\n");
   EXPECT_THAT(runProgram(saved({"favorites"})).output, StartsWith("[2]"));
   EXPECT_EQ(runProgram(saved({"favorites", "move", "2", "9"})).output, "Moved 2 to place 2\n");
@@ -344,7 +347,8 @@ TEST_F(ProgramTest, ReportsAlertsThatDoNotMatchTheTimetable) {
       saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
   EXPECT_EQ(added.output,
             "Added town: 2 lines, 1 alert now\nIts state: its lines are unknown: alerts: 1 of 1 selector "
-            "resolved to nothing: the alerts do not match the timetable\n");
+            "resolved to nothing: the alerts do not match the timetable\nFind its lines: linewatch "
+            "lines\nThen add one: linewatch favorites add LINE\n");
   const auto shown = runProgram(given({"--favorite", "r1", "show"}));
   EXPECT_EQ(shown.status, 1);
   EXPECT_THAT(shown.output, Not(HasSubstr("Good Service")));

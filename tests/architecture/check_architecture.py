@@ -6,6 +6,7 @@
  - A folder may be compiled as one unit: a function of an unnamed namespace shares its name with no other of its folder,
    for the compiler would choose between them in silence.
  - Comments and texts explain themselves: none leans on a document outside the tree.
+ - CHANGELOG.md, CMake and the Debian changelog have the same newest version.
 
 usage: check_architecture.py ROOT
 """
@@ -18,7 +19,9 @@ import sys
 # The arrows: a folder may include itself, the folders named here, and all that those may include.
 ARROWS = {
     "app/screen": ["app", "desktop/presence", "desktop/setup", "simulation/recording"],
-    "app": ["desktop", "simulation/scenario"],
+    "app": ["app/link", "desktop", "simulation/scenario"],
+    "app/link": ["shared"],
+    "app/sdbus": ["app/link"],
     "desktop/presence": ["desktop/window"],
     "desktop/setup": ["desktop/window"],
     "desktop/window": ["desktop/drawing", "widget"],
@@ -68,6 +71,7 @@ POSIX = r"dlfcn\.h|fcntl\.h|poll\.h|spawn\.h|unistd\.h|sys/.*"
 # What a folder may use beyond the standard library; a folder that is not named: nothing. None: anything.
 LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "app": None,
+    "app/sdbus": r"systemd/sd-bus\.h",
     "app/screen": None,
     **{folder: None for folder in ARROWS if folder.startswith("desktop")},
     "companion": r"bzlib\.h",
@@ -87,7 +91,7 @@ LIBRARIES = {folder: pattern and re.compile(pattern) for folder, pattern in {
     "wire": r"bzlib\.h",
     "list": r"tsl/.*",
     "analytics": r"tsl/.*",
-    "shared": r"cxxabi\.h|" + POSIX,  # cxxabi.h for the names of classes
+    "shared": r"cxxabi\.h|link\.h|" + POSIX,  # the names of classes, and of shared libraries
 }.items()}
 # Folders that have threads of their own or guard what theirs share.
 THREADED = re.compile(r"(app|desktop|feeds|storage)\b.*")
@@ -197,6 +201,23 @@ def wording_faults(lines):
             yield number, f'"{match[0]}" leans on a document that the reader does not have'
 
 
+def version_faults(root):
+    """Compares the versions of those of the three files that there are."""
+    def found(path, pattern):
+        lines = read_lines(root, path) if os.path.isfile(os.path.join(root, path)) else []
+        return next(((path, number, match[1]) for number, line in enumerate(lines, 1) if (match := re.match(pattern, line))),
+                    None)
+    project = found("CMakeLists.txt", r"project\(\w+ VERSION (\S+)")
+    if not project:
+        return
+    changes = found("CHANGELOG.md", r"## (\d\S*?),? ")
+    if changes and changes[2] != project[2]:
+        yield changes[0], changes[1], f"the newest version is {changes[2]}, but CMake's is {project[2]}"
+    package = found("resources/desktop/changelog.Debian.in", r"linewatch \((.*)-\d+\)")
+    if package and package[2] not in (project[2], "@PROJECT_VERSION@"):
+        yield package[0], package[1], f"the newest version is {package[2]}, but CMake's is {project[2]}"
+
+
 def read_lines(root, path):
     """The lines of a text file; none of a binary one."""
     with open(os.path.join(root, path), "rb") as file:
@@ -216,6 +237,7 @@ def faults(root):
         yield from ((path, number, what) for number, what in wording_faults(lines))
     for files in folders.values():
         yield from name_faults(files)
+    yield from version_faults(root)
 
 
 def main():

@@ -40,6 +40,9 @@ ROWS = [
     ("docs/b.md", "fine\nas the sp" + "ec says", '2: "the sp' + 'ec" leans on'),
     ("tests/b.cpp", "// see Part" + " 4.2", "leans on a document"),
     ("resources/b.bin", "\0Part" + " 4.2", None),
+    ("CHANGELOG.md", "# Changelog\n\n## 1.2.3, not released\n\n## 1.2.2\n", None),
+    ("CHANGELOG.md", "## 1.3.0, not released\n", "1: the newest version is 1.3.0, but CMake's is 1.2.3"),
+    ("resources/desktop/changelog.Debian.in", "linewatch (1.2.2-1) unstable\n", "the newest version is 1.2.2"),
 ]
 
 
@@ -50,6 +53,8 @@ class CheckArchitecture(unittest.TestCase):
     def test_rows(self):
         for path, content, expected in ROWS:
             with self.subTest(path=path, content=content), tempfile.TemporaryDirectory() as root:
+                with open(os.path.join(root, "CMakeLists.txt"), "w", encoding="utf-8") as file:
+                    file.write("project(LineWatch VERSION 1.2.3 LANGUAGES CXX)\n")
                 for name in ["src/" + header for header in HEADERS] + ["src/list/a.cpp", path]:
                     os.makedirs(os.path.dirname(os.path.join(root, name)), exist_ok=True)
                     with open(os.path.join(root, name), "w", encoding="utf-8") as file:

@@ -1,6 +1,7 @@
 #include "feeds/feed_transit_service.h"
 
 #include <filesystem>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -40,12 +41,18 @@ TEST(FeedTransitService, LooksUpElsewhereAndAnswersOnceOnTheMainThread) {
         },
         std::make_shared<FeedDocuments>(nullptr, [&loop] { return loop.now(); }), IncidentLanguage{});
   };
+  std::size_t prepared = 0;
   {
-    FeedTransitService service(feeds(), loop);
+    FeedTransitService service(feeds(), loop,
+                               [&, main = std::this_thread::get_id()](const TransitLineItems& items) {
+                                 EXPECT_NE(std::this_thread::get_id(), main);
+                                 prepared += items.size();
+                               });
     submit(service);
   }
   // The service has waited for its look-up; the answer still waits for the main thread.
   EXPECT_TRUE(answers.empty());
+  EXPECT_EQ(prepared, 2U);
   world->runUntilIdle();
   EXPECT_EQ(answers, std::vector<std::string>{"21"});
 

@@ -6,12 +6,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "activity/line_activity.h"
 #include "activity/openable_url.h"
 #include "list/quiet_platform.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "list/transit_item_data_source_builder.h"
 #include "platform/transit_records.h"
 #include "simulation/platform_test.h"
+#include "wire/compression_memo.h"
 
 namespace linewatch {
 namespace {
@@ -70,6 +72,15 @@ std::string summaryText(const RVTransitListItem& list) {
 const RVTransitSummaryItem& summaryOf(const RVTransitListItem& list) {
   return *std::get<std::shared_ptr<const RVTransitSummaryItem>>(list.summaryItem());
 }
+
+class MemoPlatform final : public ForwardingPlatform {
+ public:
+  CompressionMemo& compressor() override { return memo_; }
+  CountingCompressor slow;
+
+ private:
+  CompressionMemo memo_{slow};
+};
 
 class ListBuilder : public PlatformTest {
  protected:
@@ -224,6 +235,22 @@ TEST_F(ListBuilder, CompressesALinesRecordOnceABuild) {
     EXPECT_EQ(quiet->compressor().count, 2 * builds) << "C and D have no row of their own";
     EXPECT_TRUE(list->expandedItems()->at(0)->openable()->isEqual(*list->expandedItems()->at(2)->openable()));
   }
+}
+
+TEST_F(ListBuilder, CompressesNothingWhenTheRecordsOfTheRowsAreRemembered) {
+  const auto memo = std::make_shared<MemoPlatform>();
+  installPlatform(memo);
+  const auto shared = incident(1, "I1");
+  const LineSketch unchanged{"B", {shared, incident(4, "I4")}}, withoutRow{"C", {shared}};
+  const auto prepareAndBuild = [&](const LineSketch& first) {
+    memo->compressor().remember(activityRecordsOfRows(*lines({first, unchanged, withoutRow})));
+    const std::size_t prepared = memo->slow.count;
+    build({first, unchanged, withoutRow});
+    EXPECT_EQ(memo->slow.count, prepared);
+    return prepared;
+  };
+  EXPECT_EQ(prepareAndBuild({"A", {shared, incident(2, "I2")}}), 2U) << "C has no row of its own";
+  EXPECT_EQ(prepareAndBuild({"A", {shared, incident(2, "Other")}}), 3U) << "only A has changed";
 }
 
 TEST_F(ListBuilder, EachRowSharesTheSessionAndNeverResetsIt) {

@@ -33,5 +33,12 @@ TEST(StderrLog, WritesOneLineWithoutControlCharacters) {
   EXPECT_EQ(written(false, message), "linewatch: a b [2J\n");
 }
 
+TEST(Log, WritesErrorsToStandardErrorWithoutAPlatform) {
+  testing::internal::CaptureStderr();
+  logDebug("Received %lu.", {3U});
+  logError("Lost %{private}@: %@", {"Ann", "why"});
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "linewatch: Lost <private>: why\n");
+}
+
 }  // namespace
 }  // namespace linewatch

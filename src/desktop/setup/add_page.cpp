@@ -85,7 +85,7 @@ void AddPage::showHit(QVBoxLayout& layout) {
       plainLabel(QString::fromStdString(hit_->provider()), windowFont(kWindowTitleSize, QFont::DemiBold)));
   const QFont font = windowFont(kWindowTextSize);
   for (const QString& text :
-       {texts_->withCommas(hit_->placeNames(services_.language)), QString::fromStdString(hit_->coverage())}) {
+       {QString::fromStdString(hit_->place(services_.language)), QString::fromStdString(hit_->coverage())}) {
     if (!text.isEmpty()) layout.addWidget(plainLabel(text, font, TextTone::faint));
   }
   if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));

@@ -38,7 +38,7 @@ int CityModel::rowCount(const QModelIndex& parent) const {
 }
 
 QString CityModel::details(const CatalogueHit& hit) const {
-  QStringList words{texts_->withCommas(hit.placeNames(language_)), QString::fromStdString(hit.coverage())};
+  QStringList words{QString::fromStdString(hit.place(language_)), QString::fromStdString(hit.coverage())};
   words.removeAll(QString());
   return words.join(QStringLiteral(" · "));
 }

@@ -194,7 +194,8 @@ std::vector<std::string> SettingsWindow::choicesOf(const Setting& setting) const
 QString SettingsWindow::nameOf(const Setting& setting) const { return texts()(textKeyOf(setting.key)); }
 
 QString SettingsWindow::nameOfChoice(const Setting& setting, const std::string& text) const {
-  if (text == "auto" || setting.key == "appearance" || &setting == &kTraySetting) return texts()(textKeyOf(text));
+  if (text == "auto" || setting.key == "appearance" || &setting == &kTraySetting)
+    return texts()(textKeyOf(text));
   if (&setting == &kRefreshSetting) {
     const double seconds = parseRefresh(text).value_or(Seconds(0)).count();
     const bool isMinutes = std::fmod(seconds, 60) == 0;

@@ -20,10 +20,17 @@ std::string shortened(const std::string& list) {
   return end == std::string::npos ? list : list.substr(0, end) + " …";
 }
 
-std::string listOf(const std::vector<std::string>& names) {
+std::string listOf(const std::vector<std::string>& names, std::string_view comma = ", ") {
   std::string list;
-  for (const std::string& name : names) list.append(list.empty() ? "" : ", ").append(name);
+  for (const std::string& name : names) list.append(list.empty() ? "" : comma).append(name);
   return list;
+}
+
+/// The comma between the parts of a place.
+std::string_view commaIn(std::string_view language) {
+  if (language == "ar") return "، ";
+  if (language == "ja") return "、";
+  return language.starts_with("zh") ? "，" : ", ";
 }
 
 }  // namespace
@@ -35,7 +42,7 @@ std::string CatalogueHit::provider() const {
   return named == timetables.end() ? alerts->id : shortened((*named)->provider);
 }
 
-std::vector<std::string> CatalogueHit::placeNames(std::string_view language) const {
+std::string CatalogueHit::place(std::string_view language) const {
   const auto field = [this](std::string CatalogueFeed::*text) {
     if (!((*alerts).*text).empty()) return (*alerts).*text;
     const auto named =
@@ -48,10 +55,8 @@ std::vector<std::string> CatalogueHit::placeNames(std::string_view language) con
   if (subdivision != municipality) names.push_back(subdivision);
   names.push_back(countryName(field(&CatalogueFeed::country), language));
   std::erase(names, "");
-  return names;
+  return listOf(names, commaIn(language));
 }
-
-std::string CatalogueHit::place(std::string_view language) const { return listOf(placeNames(language)); }
 
 std::string CatalogueHit::coverage() const {
   if (!alerts->name.empty()) return shortened(alerts->name);

@@ -25,10 +25,8 @@ struct CatalogueHit {
 
   /// The agency; of a long list of agencies the first ones, with "…".
   std::string provider() const;
-  /// The names of the place, the smallest first, e.g. "Boston", "Massachusetts", "United States". `language`:
-  /// for the country's name, e.g. "de".
-  std::vector<std::string> placeNames(std::string_view language) const;
-  /// The same in one text, with commas.
+  /// E.g. "Boston, Massachusetts, United States". `language`: for the country's name and the commas, e.g.
+  /// "de".
   std::string place(std::string_view language) const;
   /// The feed's name, or the names of its timetables that are not the provider's; empty when the catalogue
   /// names none.

@@ -15,9 +15,6 @@ namespace linewatch {
 
 namespace {
 
-/// A timetable of a country over a slow connection.
-constexpr Seconds kLongestFetch{30.0 * 60};
-
 bool hasCopies(const FeedProposal& proposal) {
   return std::ranges::any_of(proposal.timetableCopies, [](const auto& copy) { return !copy.empty(); });
 }
@@ -124,10 +121,12 @@ Outcome<std::shared_ptr<HttpFetcher>> FeedAdding::Work::observedFetcher() {
 }
 
 Outcome<FeedFindings> FeedAdding::Work::add() {
-  if (const auto error = nameError()) return *error;
   FeedFindings findings{.feed = proposal_.feed};
-  // An earlier feed of this name may have left documents.
-  cache_->remove(findings.feed.name);
+  if (!proposal_.isSaved) {
+    if (const auto error = nameError()) return *error;
+    // An earlier feed of this name may have left documents.
+    cache_->remove(findings.feed.name);
+  }
   // Alerts first, because they are small, and the server refuses a wrong key at once.
   const FeedAlerts alerts = documents_.alertsOf(findings.feed, {});
   if (alerts.failure) return *alerts.failure;
@@ -162,9 +161,11 @@ Outcome<SharedLineIndex> FeedAdding::Work::readLines(FeedFindings& findings) {
 
 std::optional<Error> FeedAdding::Work::save(const StoredFeed& feed) {
   if (!beginSaving()) return failure(FailureCode::cancelled, "feed " + feed.name, "", "cancelled");
-  const auto added = environment_.feeds.add(feed);
-  if (!added) return added.error();
-  if (!*added) return feedNameInUse(feed.name);
+  if (!proposal_.isSaved) {
+    const auto added = environment_.feeds.add(feed);
+    if (!added) return added.error();
+    if (!*added) return feedNameInUse(feed.name);
+  }
   cache_->writeHeldBack();
   return std::nullopt;
 }

@@ -36,8 +36,8 @@ struct AddingProgress {
 };
 
 /// Adds a feed on a thread of its own: fetches its alerts and its timetable, and saves the feed if both can
-/// be read. What was fetched is in the cache then, so that the next look-up need not fetch it again. Make one
-/// for each try. Any thread may call the members.
+/// be read. Tries a feed that is saved already in the same way. What was fetched is in the cache then, so
+/// that the next look-up need not fetch it again. Make one for each try. Any thread may call the members.
 class FeedAdding {
  public:
   /// What an adding needs of the program.

@@ -19,6 +19,8 @@ struct FeedProposal {
   /// The catalogue's copies of the timetable's locations, in their order, empty where it has none. They are
   /// tried, without keys, when the agency's own timetable cannot be read. May be shorter than the locations.
   std::vector<std::string> timetableCopies;
+  /// The feed is saved already, and is only tried, e.g. with a new key.
+  bool isSaved = false;
 
   bool operator==(const FeedProposal&) const = default;
 };

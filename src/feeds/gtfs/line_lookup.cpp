@@ -108,15 +108,25 @@ std::vector<FoundLine> linesLike(std::span<const SharedLineIndex> indexes, std::
   });
 }
 
+constexpr const char* kLikelyLinesKey = "likelyLines";
+
+Error withLikelyLines(Error error, const std::string& likely) {
+  error.info.emplace(kLikelyLinesKey, likely);
+  return error;
+}
+
 Error severalLines(const std::string& what, std::span<const FoundLine> lines) {
-  return failure(FailureCode::invalid, what, "",
-                 "several lines have this name; name one as " + listed(lines, byId));
+  const std::string likely = listed(lines, byId);
+  return withLikelyLines(
+      failure(FailureCode::invalid, what, "", "several lines have this name; name one as " + likely), likely);
 }
 
 Error noLine(const std::string& what, std::span<const FoundLine> lines) {
   if (lines.empty()) return failure(FailureCode::notFound, what, "", "no feed has such a line");
-  return failure(FailureCode::notFound, what, "",
-                 "no feed has such a line; did you mean " + listed(lines, byId) + "?");
+  const std::string likely = listed(lines, byId);
+  return withLikelyLines(
+      failure(FailureCode::notFound, what, "", "no feed has such a line; did you mean " + likely + "?"),
+      likely);
 }
 
 }  // namespace
@@ -130,6 +140,12 @@ Outcome<FoundLine> findLine(std::span<const SharedLineIndex> indexes, std::strin
   if (lines.size() == 1) return lines.front();
   const std::string what = "line \"" + std::string(name) + "\"";
   return lines.empty() ? noLine(what, linesLike(indexes, name)) : severalLines(what, lines);
+}
+
+std::string likelyLinesOf(const Error& error) {
+  const auto likely = error.info.find(kLikelyLinesKey);
+  const std::string* const text = likely == error.info.end() ? nullptr : likely->second.get<std::string>();
+  return text ? *text : std::string();
 }
 
 }  // namespace linewatch

@@ -18,6 +18,9 @@ namespace linewatch {
 
 /// The time limit of one fetch.
 inline constexpr Seconds kFetchTimeout{20};
+/// The limit of a fetch that may go on as long as bytes come: the timetable of a country over a slow
+/// connection.
+inline constexpr Seconds kLongestFetch{30.0 * 60};
 
 struct NameAndValue {
   std::string name;

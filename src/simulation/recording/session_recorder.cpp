@@ -164,7 +164,7 @@ void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineI
                                         const std::optional<Error>& error) {
   noteHost();
   if (segments_.empty()) return;
-  auto answer = recordedAnswer(items.get(), error);
+  auto answer = recordedAnswer(items, error);
   if (!answer) return segments_.clear();
   if (answer_ && *answer_ == *answer) answer = answer_;
   const std::size_t bytes = answer == answer_ ? 0 : bytesOfAnswer(*answer);
@@ -175,9 +175,12 @@ void SessionRecorder::serviceWillAnswer(const std::shared_ptr<const TransitLineI
   if (world_.preferences.contains(kInjectFakeIncidentsKey)) drawn_.emplace();
 }
 
-std::shared_ptr<const RecordedAnswer> SessionRecorder::recordedAnswer(const TransitLineItems* items,
-                                                                      const std::optional<Error>& error) {
-  return records_->answer(items, error, limits_.bytes);
+std::shared_ptr<const RecordedAnswer> SessionRecorder::recordedAnswer(
+    const std::shared_ptr<const TransitLineItems>& items, const std::optional<Error>& error) {
+  if (items && tooLarge_.lock() == items) return nullptr;
+  auto answer = records_->answer(items.get(), error, limits_.bytes);
+  if (!answer) tooLarge_ = items;
+  return answer;
 }
 
 /// The list that the widget shows. It need not be an answer: it may be the saved one.
@@ -187,7 +190,7 @@ std::shared_ptr<const RecordedAnswer> SessionRecorder::recordedList() {
   if (!result) return nullptr;
   const auto items = result->successObject();
   if (answer_ && items && items_.lock() == items) return answer_;
-  return recordedAnswer(items.get(), result->error());
+  return recordedAnswer(items, result->error());
 }
 
 void SessionRecorder::serviceDidAnswer() {

@@ -91,7 +91,7 @@ class SessionRecorder final : public HostObserver,
   Microseconds now() const;
   std::size_t bytes() const;
   RecordedSegment segmentNow();
-  std::shared_ptr<const RecordedAnswer> recordedAnswer(const TransitLineItems* items,
+  std::shared_ptr<const RecordedAnswer> recordedAnswer(const std::shared_ptr<const TransitLineItems>& items,
                                                        const std::optional<Error>& error);
   std::shared_ptr<const RecordedAnswer> recordedList();
 
@@ -137,6 +137,8 @@ class SessionRecorder final : public HostObserver,
   /// The last answer, and its items as the service gave them.
   std::shared_ptr<const RecordedAnswer> answer_;
   std::weak_ptr<const TransitLineItems> items_;
+  /// Items that are larger than all that may be kept, so that they are not written down again.
+  std::weak_ptr<const TransitLineItems> tooLarge_;
   std::size_t updates_ = 0;
   std::function<void()> answerHandler_;
 };

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Reads and presses the panel as a screen reader does: over the accessibility bus.
+"""Reads and presses the panel and its windows as a screen reader does: over the accessibility bus.
 
 usage: screen_reader_test.py LINEWATCH CITY
 
@@ -63,6 +63,51 @@ frame "M1"
     label "Significant delays · Technical problem · In one direction only" focusable
     label "Until further notice" focusable
     label "Trains towards Université *" focusable
+"""
+
+# Of the next windows the parts in their order; others may be between them.
+FIRST_START = """
+frame "LineWatch"
+label "Are your lines running?" focusable
+push button "Choose your city" focusable: Press
+push button "Look at an example" focusable: Press
+"""
+SETUP = """
+frame "Choose your city"
+push button "Back" focusable: Press
+label "Choose your city" focusable
+text "City, region or agency" * focusable
+list "Cities" focusable
+list item "United States"*
+list item "Harbour Buses, Harbourton, United States" focusable: *
+push button "Enter addresses or choose files…" focusable: Press
+"""
+SETTINGS = """
+frame "Settings"
+label "Language" focusable
+combo box "American English" * expandable focusable: *
+label "Text size" focusable
+combo box "L" expandable focusable: *
+label "Appearance" focusable
+combo box "Automatic" expandable focusable: *
+check box "Stay in front of other windows" focusable: *
+check box "Without a title bar" focusable: *
+check box "Record the use of the widget on this computer" checked focusable: *
+text "Catalogue of feeds, a file or an address" focusable
+"""
+FAVORITES = """
+frame "Favorites"
+text "Search by line, name or agency" * focusable
+list "Favorites" focusable
+list item "M1, Zentralbahnhof*" checked focusable: *
+list item "3, Sternplatz*" checked focusable: *
+list item "L1, Vieux-Port*" checked focusable: *
+list item "Falkenrive Verkehr · Transports · Subway"*
+"""
+CATALOGUE = """\
+id,data_type,entity_type,location.country_code,location.municipality,provider,static_reference,urls.direct_download,status
+t-1,gtfs,,US,Harbourton,Harbour Buses,,https://agency.example/gtfs.zip,active
+a-1,gtfs_rt,sa,US,Harbourton,Harbour Buses,t-1,https://agency.example/alerts.pb,active
 """
 
 
@@ -157,13 +202,22 @@ class ScreenReaderTest(unittest.TestCase):
         shutil.copy(os.path.join(CITY, "alerts.pb"), self.alerts)
         self.events = []
         self.listener = Atspi.EventListener.new(self.note)
-        for kind in ("property-change:accessible-name", "state-changed:expanded"):
+        for kind in ("property-change:accessible-name", "state-changed:expanded", "state-changed:checked"):
             self.listener.register("object:" + kind)
+
+    def launch(self, *words):
+        panel = subprocess.Popen([PROGRAM, "--locale", "en", *words], stdin=subprocess.DEVNULL)
+        self.addCleanup(panel.wait)
+        self.addCleanup(panel.kill)
+
+    def launch_with_city(self):
         favorites = [word for line in ("M1", "T3", "T7", "B12", "B34", "S1", "L1") for word in ("--favorite", line)]
-        self.panel = subprocess.Popen([PROGRAM, "--gtfs", os.path.join(CITY, "gtfs"), "--alerts", self.alerts,
-                                       *favorites, "--locale", "en", "panel"], stdin=subprocess.DEVNULL)
-        self.addCleanup(self.panel.wait)
-        self.addCleanup(self.panel.kill)
+        self.launch("--gtfs", os.path.join(CITY, "gtfs"), "--alerts", self.alerts, *favorites, "panel")
+
+    def launch_with_state(self, *words):
+        """The panel of a user; the state is gone after the test."""
+        self.state = self.enterContext(tempfile.TemporaryDirectory(prefix="linewatch-test-"))
+        self.launch("--state-dir", self.state, *words)
 
     def note(self, event):
         try:
@@ -203,14 +257,26 @@ class ScreenReaderTest(unittest.TestCase):
             return any(len(each) == len(lines) and all(map(fits, each, lines)) for each in shown)
         self.wait_for("this window:\n" + expected, is_shown)
 
+    def wait_for_parts(self, expected):
+        """Waits for a window that has these parts in this order."""
+        wanted = expected.strip().splitlines()
+
+        def is_shown():
+            for window in self.windows():
+                shown = iter([line.strip() for line in lines_of(window)])
+                if all(any(fits(line, each) for line in shown) for each in wanted):
+                    return True
+            return False
+        self.wait_for("these parts:\n" + expected, is_shown)
+
     def part(self, role, name):
         parts = (part for window in self.windows() for part in parts_in(window))
         return next(part for part in parts if part.get_role_name() == role and fits(part.get_name(), name))
 
-    def press(self, role, name):
+    def press(self, role, name, action="Press"):
         actions = self.part(role, name).get_action_iface()
         names = [actions.get_action_name(index) for index in range(actions.get_n_actions())]
-        actions.do_action(names.index("Press"))
+        actions.do_action(names.index(action))
 
     def xdotool(self, *words):
         return subprocess.run(["xdotool", *words], capture_output=True, text=True, check=False).stdout.strip()
@@ -229,6 +295,7 @@ class ScreenReaderTest(unittest.TestCase):
             for each in self.events))
 
     def test_everything_is_told_and_can_be_pressed(self):
+        self.launch_with_city()
         self.wait_for_window(COMPACT)
         self.activate("LineWatch")
         self.wait_for_focus("list item", "5 Advisories")
@@ -260,6 +327,40 @@ class ScreenReaderTest(unittest.TestCase):
         parts = [part for part in parts_in(self.part("panel", "M1")) if part.get_role_name() in ("heading", "label")]
         tops = [part.get_extents(Atspi.CoordType.SCREEN).y for part in parts]
         self.assertEqual(tops, sorted(tops), "the order is that of the screen")
+
+    def test_first_start_and_set_up(self):
+        catalogue = os.path.join(FOLDER, "feeds.csv")
+        with open(catalogue, "w", encoding="utf-8") as file:
+            file.write(CATALOGUE)
+        self.launch_with_state("--catalogue", catalogue, "panel")
+        self.wait_for_parts(FIRST_START)
+        self.press("push button", "Choose your city")
+        self.wait_for_parts(SETUP)
+        self.wait_for_focus("text", "City, region or agency")
+        self.press("push button", "Back")
+        self.wait_for("the end of the set-up", lambda: "Enter addresses" not in self.shown())
+
+    def test_settings(self):
+        self.launch_with_state("panel", "--example")
+        self.open_window("ctrl+comma", SETTINGS)
+        self.press("check box", "Stay in front*", "Toggle")
+        self.wait_for_event("state-changed:checked", "check box", "Stay in front*", 1)
+        self.assertIn("checked", states_of(self.part("check box", "Stay in front*")))
+
+    def test_favorites(self):
+        self.launch_with_state("panel", "--example")
+        self.open_window("ctrl+f", FAVORITES)
+        self.activate("Favorites")
+        self.xdotool("key", "Down")
+        self.wait_for_focus("list item", "M1, *")
+        self.xdotool("key", "space")
+        self.wait_for("the star's change", lambda: "checked" not in states_of(self.part("list item", "M1, *")))
+
+    def open_window(self, keys, expected):
+        self.wait_for("the panel", self.windows)
+        self.activate("LineWatch.*")
+        self.xdotool("key", keys)
+        self.wait_for_parts(expected)
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "feeds/feed_transit_service.h"
+#include "feeds/queued_transit_service.h"
 
 #include <atomic>
 #include <utility>
@@ -10,11 +10,13 @@ namespace linewatch {
 
 namespace {
 
-class FeedLinesTicket final : public TransitLinesTicket {
+using LookUp = QueuedTransitService::LookUp;
+
+class QueuedTicket final : public TransitLinesTicket {
  public:
-  FeedLinesTicket(std::shared_ptr<TransitFeeds> feeds, MainLoop& mainLoop,
-                  std::weak_ptr<BackgroundQueue> queue, std::vector<MapItemIdentifier> identifiers)
-      : feeds_(std::move(feeds)),
+  QueuedTicket(LookUp lookUp, MainLoop& mainLoop, std::weak_ptr<BackgroundQueue> queue,
+               std::vector<MapItemIdentifier> identifiers)
+      : lookUp_(std::move(lookUp)),
         mainLoop_(mainLoop),
         queue_(std::move(queue)),
         identifiers_(std::move(identifiers)) {}
@@ -23,8 +25,8 @@ class FeedLinesTicket final : public TransitLinesTicket {
     if (isSubmitted_.exchange(true)) return logError("a lines ticket was submitted again");
     const auto queue = queue_.lock();
     const bool isPosted =
-        queue && queue->post([feeds = feeds_, &mainLoop = mainLoop_, identifiers = identifiers_, handler] {
-          answer(mainLoop, handler, feeds->lineItems(identifiers, mainLoop.now()));
+        queue && queue->post([lookUp = lookUp_, &mainLoop = mainLoop_, identifiers = identifiers_, handler] {
+          answer(mainLoop, handler, lookUp(identifiers));
         });
     if (!isPosted)
       answer(mainLoop_, handler,
@@ -42,7 +44,7 @@ class FeedLinesTicket final : public TransitLinesTicket {
     });
   }
 
-  std::shared_ptr<TransitFeeds> feeds_;
+  LookUp lookUp_;
   MainLoop& mainLoop_;
   std::weak_ptr<BackgroundQueue> queue_;
   std::vector<MapItemIdentifier> identifiers_;
@@ -51,9 +53,9 @@ class FeedLinesTicket final : public TransitLinesTicket {
 
 }  // namespace
 
-std::shared_ptr<TransitLinesTicket> FeedTransitService::ticketForTransitLines(
+std::shared_ptr<TransitLinesTicket> QueuedTransitService::ticketForTransitLines(
     std::vector<MapItemIdentifier> identifiers) {
-  return std::make_shared<FeedLinesTicket>(feeds_, mainLoop_, queue_, std::move(identifiers));
+  return std::make_shared<QueuedTicket>(lookUp_, mainLoop_, queue_, std::move(identifiers));
 }
 
 }  // namespace linewatch

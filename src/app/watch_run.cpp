@@ -1,0 +1,31 @@
+#include "app/watch_run.h"
+
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "app/refresh_loop.h"
+#include "settings/user_settings.h"
+#include "shared/failure.h"
+
+namespace linewatch::app {
+
+Report runWatch(Session& session, const WatchLook& look, std::function<std::optional<Date>()> nextChange) {
+  std::unique_ptr<RefreshLoop> loop;
+  WatchedOutput output([&loop] { loop->refreshNow(); });
+  loop = std::make_unique<RefreshLoop>(
+      session.platform().mainLoop(), [&](std::function<void()> done) { look(output, std::move(done)); },
+      RefreshLoop::Options{.refresh = session.platform().settings().values().refresh,
+                           .nextChange = std::move(nextChange)});
+  loop->refreshNow();
+  const int error = output.run();
+  session.platform().stopFetching();
+  return reportOfWatch(error);
+}
+
+Report reportOfWatch(int error) {
+  if (error == 0) return {};
+  return refused(failure("standard output", "", std::generic_category().message(error)));
+}
+
+}  // namespace linewatch::app
