@@ -26,8 +26,8 @@ std::filesystem::path autostartFolder(const Environment& environment) {
 std::string execArgument(const std::string& argument) {
   std::string quoted = "\"";
   for (const char c : argument) {
-    if (c == '\\') quoted += "\\\\\\";
-    if (c == '"' || c == '`' || c == '$') quoted += "\\\\";
+    if (c == '\\') quoted += R"(\\\)";
+    if (c == '"' || c == '`' || c == '$') quoted += R"(\\)";
     if (c == '%') quoted += '%';
     quoted += c;
   }

@@ -53,7 +53,7 @@ class StatusWatch {
       : session_(session),
         format_(format),
         panel_(std::move(panel)),
-        loop_(session.platform().mainLoop(), [this](std::function<void()> done) { look(std::move(done)); },
+        loop_(session.platform().mainLoop(), [this](const std::function<void()>& done) { look(done); },
               {.refresh = session.platform().settings().values().refresh,
                .nextChange = [this] { return nextChange(lines_, feedStates(), now()); }}) {
     if (panel_) followPanel();

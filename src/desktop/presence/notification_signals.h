@@ -16,10 +16,10 @@ class NotificationSignals final : public QObject {
   /// With the token, a window that an action opens may take the focus.
   std::function<void(uint id, const QString& token)> tokenGiven;
 
- public Q_SLOTS:
-  void takeAction(uint id, const QString& action) { actionInvoked(id, action); }
-  void takeEnd(uint id, uint /*reason*/) { closed(id); }
-  void takeToken(uint id, const QString& token) { tokenGiven(id, token); }
+ public Q_SLOTS:  // NOLINT(readability-redundant-access-specifiers): the moc needs this section
+  void takeAction(uint id, const QString& action) const { actionInvoked(id, action); }
+  void takeEnd(uint id, uint /*reason*/) const { closed(id); }
+  void takeToken(uint id, const QString& token) const { tokenGiven(id, token); }
 };
 
 }  // namespace linewatch::desktop
