@@ -118,7 +118,8 @@ Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches
     form.insert_or_assign("timetables", catalogueFeedForms(hit.timetables));
     return form;
   };
-  return {{"query", query},
+  return {{"version", std::int64_t{1}},
+          {"query", query},
           {"hits", formsOf(matches.hits, hitForm)},
           {"timetables", catalogueFeedForms(matches.timetables)},
           {"fetched", reading.fetched ? Value(description(*reading.fetched)) : noValue()},

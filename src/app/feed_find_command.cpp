@@ -34,7 +34,10 @@ Report findFeeds(Session& session, const FeedCommand& command, const TerminalSty
   const auto reading = readCatalogueWithProgress(session);
   if (!reading) return refused(reading.error());
   const CatalogueMatches matches = reading->catalogue->search(command.name);
-  if (command.json) return Report::of(jsonText(matchesForm(command.name, matches, *reading)) + "\n");
+  if (command.json)
+    return {.output = jsonText(matchesForm(command.name, matches, *reading)) + "\n",
+            .complaint = {},
+            .status = matches.hits.empty() ? 1 : 0};
   if (matches.hits.empty()) return noHits(session, command.name, matches, 1);
   Report report;
   for (const CatalogueHit& hit : matches.hits)

@@ -100,6 +100,7 @@ TEST_F(FeedCatalogueTest, FindsFeedsAndSaysWhatThereIsElse) {
   const auto found = nlohmann::json::parse(run({"find", "--json", "switzerland", "htt"}).output);
   EXPECT_EQ(found["hits"].size(), 1U);
   EXPECT_EQ(found["hits"][0]["timetables"][0]["id"], "t-1");
+  EXPECT_EQ(run({"find", "--json", "oldtown"}).status, 1);
   EXPECT_THAT(
       runProgram({"feed", "find", "x", "--catalogue", "/nowhere", "--state-dir", folder_ / "state"}).errors,
       HasSubstr("catalogue: /nowhere: No such file"));

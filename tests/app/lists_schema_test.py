@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""lists_schema_test.py PROGRAM SCHEMA: validates what lines, favorites, feed and settings print with --json, and checks
-that the lists fit 32 columns, that words that begin with a hyphen or hold blanks work, and that misspelt ones get a
+"""lists_schema_test.py PROGRAM SCHEMA: validates what lines, favorites, feed, feed find and settings print with --json, and
+checks that the lists fit 32 columns, that words that begin with a hyphen or hold blanks work, and that misspelt ones get a
 suggestion."""
 
 import json
@@ -78,8 +78,18 @@ class ListsTest(unittest.TestCase):
         self.assertIsNone(self.document("feed")["feeds"][0]["lines"])
         self.program("feed", "remove", "My Town", "--json", status=2)
 
+    def test_catalogue(self):
+        catalogue = self.folder / "feeds.csv"
+        catalogue.write_text("id,data_type,entity_type,provider,static_reference,urls.direct_download\n"
+                             "t,gtfs,,Harbour Ferries,,https://ferries.example/t.zip\n"
+                             "a,gtfs_rt,sa,Harbour Ferries,t,https://ferries.example/a.pb\n", encoding="utf-8")
+        found = self.document("feed", "find", "ferries", "--catalogue", str(catalogue))
+        self.assertEqual(found["hits"][0]["timetables"][0]["id"], "t")
+        self.assertEqual(self.document("feed", "find", "x", "--catalogue", str(catalogue), status=1)["hits"], [])
+
     def test_settings(self):
         self.program("settings", "on-top", "on")
+        self.assertEqual(self.document("settings", "on-top")["key"], "on-top")
         settings = {setting["key"]: setting for setting in self.document("settings")["settings"]}
         self.assertEqual((settings["on-top"]["value"], settings["on-top"]["source"]), (True, "file"))
         (self.folder / "state" / "settings.toml").write_text("on-top = 1\n", encoding="utf-8")

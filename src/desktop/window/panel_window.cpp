@@ -521,7 +521,12 @@ void PanelWindow::restorePlace() {
     const QRect visible = screen->availableGeometry() & header;
     return visible.width() >= kVisibleHeader && visible.height() == kVisibleHeader;
   });
-  if (isOnScreen) move(corner);
+  if (!isOnScreen) return;
+  // The text may have grown while the panel was closed: the right end of the header must be on a screen, too.
+  const QRect room = screen()->availableGeometry();
+  const bool isCut = !QGuiApplication::screenAt(header.topRight());
+  move(isCut ? std::min(corner.x(), std::max(room.left(), room.right() - width() + 1)) : corner.x(),
+       corner.y());
 }
 
 void PanelWindow::savePlace() {
