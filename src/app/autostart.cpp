@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "desktop/bus_name.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "shared/installation.h"
@@ -39,7 +40,8 @@ std::string execArgument(const std::string& argument) {
 Autostart::Autostart(const Environment& environment, std::optional<std::string> stateFolder)
     : stateFolder_(std::move(stateFolder)) {
   const std::filesystem::path folder = autostartFolder(environment);
-  if (!folder.empty()) file_ = folder / "org.linewatch.LineWatch.desktop";
+  const auto state = stateFolder_ ? std::optional<std::filesystem::path>(*stateFolder_) : std::nullopt;
+  if (!folder.empty()) file_ = folder / (desktop::busNameFor(state) + ".desktop");
 }
 
 std::string Autostart::entry() const {

@@ -12,7 +12,8 @@ namespace linewatch::app {
 /// The desktop entry by which the user's desktop starts the panel at login. Any thread.
 class Autostart {
  public:
-  /// `stateFolder`: the folder that the started panel uses; absent for the user's usual one.
+  /// `stateFolder`: the folder that the started panel uses; absent for the user's usual one. Each folder has
+  /// an entry of its own, because it has settings of its own.
   Autostart(const Environment& environment, std::optional<std::string> stateFolder);
 
   /// The entry's file; empty when the user's folders are not known.

@@ -186,15 +186,27 @@ std::string lowercase(std::string text) {
   return text;
 }
 
-/// The incidents that were told and have the words in their title.
-std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state, const std::string& words) {
+/// The incidents that were told and go on, or are muted, and have the words in their title.
+std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state,
+                                           const notices::NoticeRules& rules, Date now,
+                                           const std::string& words) {
   std::vector<MutedIncident> found;
+  const auto add = [&](const MutedIncident& incident) {
+    const bool isNew = std::ranges::none_of(found, [&incident](const MutedIncident& other) {
+      return other.muid == incident.muid || other.content == incident.content;
+    });
+    if (isNew && lowercase(incident.title).find(lowercase(words)) != std::string::npos)
+      found.push_back(incident);
+  };
   for (const auto& [line, known] : state) {
-    for (const notices::ToldNews& told : known.told) {
-      const bool isNew = std::ranges::find(found, told.content, &MutedIncident::content) == found.end();
-      if (isNew && lowercase(told.title).find(lowercase(words)) != std::string::npos)
-        found.push_back({told.muid, told.content, told.title});
+    // The newest text of an incident is the last one.
+    for (auto told = known.told.rbegin(); told != known.told.rend(); ++told) {
+      if (!told->gone) add({told->muid, told->content, told->title});
     }
+  }
+  for (const Mute& mute : rules.mutes) {
+    const auto* const incident = std::get_if<MutedIncident>(&mute.subject);
+    if (incident && now < mute.until) add(*incident);
   }
   return found;
 }
@@ -210,7 +222,9 @@ Outcome<Muted> subjectCalled(Session& session, const StoredNotices& stored, cons
   if (favorite) return Muted{keyOf(favorite->favorite), favoriteName(*favorite)};
   const auto state = stored.state();
   if (!state) return state.error();
-  const auto incidents = incidentsCalled(*state, words);
+  const auto rules = stored.rules();
+  if (!rules) return rules.error();
+  const auto incidents = incidentsCalled(*state, *rules, session.platform().mainLoop().now(), words);
   if (incidents.size() == 1) return Muted{incidents.front(), incidents.front().title};
   return failure(incidents.empty() ? FailureCode::notFound : FailureCode::invalid, "\"" + words + "\"", "",
                  incidents.empty() ? "neither a favourite nor an incident with notifications has this name"

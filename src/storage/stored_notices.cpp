@@ -191,10 +191,13 @@ std::optional<Error> StoredNotices::mute(const notices::Mute& mute, Date now) {
 
 Outcome<bool> StoredNotices::unmute(const notices::Mute& mute) {
   const MuteKey key = keyOf(mute);
+  const auto* const incident = std::get_if<MutedIncident>(&mute.subject);
   bool isChanged = false;
   const auto error = database_->write([&](SqliteDatabase& database) {
-    auto failed = database.run("DELETE FROM mute WHERE feed = ? AND route = ? AND muid = ?",
-                               {key.feed, key.route, key.muid});
+    // The agency may have given the incident another id since.
+    auto failed = database.run(
+        "DELETE FROM mute WHERE feed = ? AND route = ? AND (muid = ? OR (route = '' AND content = ?))",
+        {key.feed, key.route, key.muid, incident ? column(incident->content) : 0});
     isChanged = database.changedRowCount() > 0;
     return failed;
   });

@@ -32,7 +32,7 @@ class StoredNotices {
   Outcome<bool> unsubscribe(const notices::LineKey& line);
   /// Adds the mute, or changes its end. Mutes that end before `now` are removed.
   std::optional<Error> mute(const notices::Mute& mute, Date now);
-  /// Removes all mutes of the line or incident; false if there is none.
+  /// Removes all mutes of the line, or of the incident by its id or its content; false if there is none.
   Outcome<bool> unmute(const notices::Mute& mute);
 
   /// Updates what the user was told by an answer. The notices of the result may be sent: no other program has

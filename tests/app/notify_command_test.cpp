@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "app/program_run.h"
+#include "desktop/bus_name.h"
 #include "shared/file_contents.h"
 #include "temporary_folder.h"
 
@@ -72,16 +73,19 @@ TEST_F(NotifyCommandTest, RefusesWhatItDoesNotUnderstandInOneLine) {
 }
 
 TEST_F(NotifyCommandTest, AutostartWritesAndRemovesItsOwnEntryOnly) {
-  const std::filesystem::path entry = folder_ / "config/autostart/org.linewatch.LineWatch.desktop";
+  const std::filesystem::path entries = folder_ / "config/autostart";
+  folder_.write("config/autostart/org.linewatch.LineWatch.desktop", "X-LineWatch-Setting=autostart");
   output({"settings", "autostart", "on"});
-  EXPECT_THAT(*contentsOf(entry),
+  const std::string name = desktop::busNameFor(folder_ / "state") + ".desktop";
+  EXPECT_THAT(*contentsOf(entries / name),
               AllOf(HasSubstr("Exec=\""), HasSubstr("linewatch\" panel --hidden --state-dir \"")));
   output({"settings", "autostart", "off"});
-  EXPECT_FALSE(std::filesystem::exists(entry));
-  folder_.write("config/autostart/org.linewatch.LineWatch.desktop", "the user's own");
+  EXPECT_FALSE(std::filesystem::exists(entries / name));
+  EXPECT_TRUE(std::filesystem::exists(entries / "org.linewatch.LineWatch.desktop")) << "of other saved state";
+  folder_.write("config/autostart/" + name, "the user's own");
   output({"settings", "autostart", "on"});
   output({"settings", "autostart", "off"});
-  EXPECT_EQ(*contentsOf(entry), "the user's own");
+  EXPECT_EQ(*contentsOf(entries / name), "the user's own");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ PATH = "/org/linewatch/LineWatch"
 INTROSPECTION = f"""<node><interface name="{INTERFACE}">
 <property name="Document" type="s" access="read"/><method name="Refresh"/></interface></node>"""
 NOW = "2026-11-24T08:00:00Z"
-SAMPLE_CITY = "6 lines with advisories\n"
+SAMPLE_CITY = "A made-up city: 6 lines with advisories\n"
 
 
 def bus_name(folder):

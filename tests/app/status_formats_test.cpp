@@ -111,6 +111,12 @@ TEST(StatusFormats, NeverTakeTextsOfFeedsForMarkup) {
   EXPECT_THAT(printed(plain, incidentStatus(longTitle)), HasSubstr(longTitle));
 }
 
+TEST(StatusFormats, MadeUpCityIsNamed) {
+  TransitStatus status = clearStatus();
+  status.isSampleCity = true;
+  EXPECT_EQ(printed(plain, status), "A made-up city: Good Service\n");
+}
+
 TEST(StatusFormats, DocumentIsReadBackWhole) {
   TransitStatus status = incidentStatus("Strike");
   status.lines.front().agency = "Metro";

@@ -47,6 +47,8 @@ TEST_F(StoredNoticesTest, KeepsWhatTheUserHasChosen) {
   EXPECT_FALSE(*open().subscribe(wish));
   EXPECT_EQ(open().mute(ofLine, at(0).date), std::nullopt);
   EXPECT_EQ(open().mute(ofIncident, at(0).date), std::nullopt);
+  EXPECT_TRUE(*open().unmute({.subject = MutedIncident{1, 7, "Fire"}, .until = {}})) << "has another id now";
+  EXPECT_EQ(open().mute(ofIncident, at(0).date), std::nullopt);
   EXPECT_THAT(open().rules()->subscriptions, ElementsAre(wish));
   EXPECT_THAT(open().rules()->mutes, ElementsAre(ofIncident, ofLine));
   const Mute longer{.subject = kLine, .until = at(9).date};

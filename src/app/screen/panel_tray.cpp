@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -19,6 +20,16 @@
 #include "shared/failure.h"
 
 namespace linewatch::app {
+
+namespace {
+
+bool isMutedLonger(const notices::NoticeRules& rules, const notices::Mute& mute) {
+  return std::ranges::any_of(rules.mutes, [&mute](const notices::Mute& other) {
+    return other.subject == mute.subject && other.until > mute.until;
+  });
+}
+
+}  // namespace
 
 PanelTray::PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
                      const UserLocale& locale, const CommonOptions& options)
@@ -109,8 +120,10 @@ void PanelTray::muteAll(Seconds time) {
     const auto rules = stored.rules();
     std::optional<Error> error = rules ? std::nullopt : std::optional(rules.error());
     if (rules) {
-      for (const notices::Subscription& subscription : rules->subscriptions)
-        if (!error) error = stored.mute({.subject = subscription.line, .until = now + time}, now);
+      for (const notices::Subscription& subscription : rules->subscriptions) {
+        const notices::Mute mute{.subject = subscription.line, .until = now + time};
+        if (!error && !isMutedLonger(*rules, mute)) error = stored.mute(mute, now);
+      }
     }
     if (error) logError("not muted: %@", {sentenceOf(*error)});
   });
@@ -129,16 +142,20 @@ void PanelTray::open(const notices::Notice& notice, const std::string& activatio
 // ---- Closing ----
 
 bool PanelTray::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Show) isClosed_ = false;
   if (event->type() == QEvent::Show || event->type() == QEvent::Hide) panelVisibilityDidChange();
-  if (event->type() != QEvent::Close || !takeOverClose()) return QObject::eventFilter(watched, event);
+  if (event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
+  isClosed_ = !takeOverClose();
+  if (isClosed_) return QObject::eventFilter(watched, event);
   event->ignore();
   return true;
 }
 
-/// A hidden panel with an icon does not end when another window, such as the settings, is closed.
+/// A panel that is hidden in the tray does not end when another window, such as the settings, is closed. One
+/// that was closed ends with the last window.
 void PanelTray::panelVisibilityDidChange() {
   const bool isShown = panel_.window().isVisible();
-  QApplication::setQuitOnLastWindowClosed(isShown || !icon_);
+  QApplication::setQuitOnLastWindowClosed(isShown || isClosed_ || !icon_);
   if (icon_) icon_->setPanelShown(isShown);
 }
 

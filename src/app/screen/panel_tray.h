@@ -61,6 +61,8 @@ class PanelTray final : public QObject {
   /// Null without a session bus, or when the user wants no icon.
   std::unique_ptr<desktop::TrayIcon> icon_;
   bool isAsking_ = false;
+  /// Whether the user has closed the window and did not want the panel to stay in the tray.
+  bool isClosed_ = false;
   std::shared_ptr<void> listening_;
 };
 

@@ -152,6 +152,9 @@ class TrayTest(unittest.TestCase):
         self.run_command("favorites", "add", "M1", "L1")
         self.run_command("notify", "M1", "on")
         self.run_command("settings", "tray", "keep")
+        self.start_panel()
+
+    def start_panel(self):
         self.panel = subprocess.Popen([PROGRAM, "--state-dir", STATE, "--locale", "en", "panel"],
                                       stdin=subprocess.DEVNULL)
         self.addCleanup(self.panel.wait)
@@ -223,6 +226,15 @@ class TrayTest(unittest.TestCase):
         self.wait_for("the hidden window", lambda: not self.windows())
         desktop.choose("Quit")
         self.assertEqual(self.panel.wait(PATIENCE), 0)
+
+        # A panel that must not stay in the tray ends with its window, although it has an icon.
+        self.run_command("settings", "tray", "quit")
+        self.start_panel()
+        self.wait_for("the icon of the second panel", lambda: len(desktop.items) == 2)
+        window = self.wait_for("the window of the second panel", self.windows)[0]
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "ctrl+w"], check=True)
+        self.wait_for("the end of the panel", lambda: self.panel.poll() is not None)
+        self.assertEqual(self.panel.returncode, 0)
 
 
 if __name__ == "__main__":
