@@ -33,7 +33,8 @@ void applyWantedColors() {
   const bool isDark =
       wantedColors.scheme == ColorScheme::any ? ui::isDark(own) : wantedColors.scheme == ColorScheme::dark;
   const bool serves = isDark == ui::isDark(own) && (!wantedColors.isHighContrast || ui::isHighContrast(own));
-  if (!serves) QApplication::setPalette(windowPalette(ui::appearanceFor(isDark, wantedColors.isHighContrast)));
+  if (!serves)
+    QApplication::setPalette(windowPalette(ui::appearanceFor(isDark, wantedColors.isHighContrast)));
 }
 
 }  // namespace
