@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -108,18 +109,22 @@ Report listNotifications(Session& session, const notices::NoticeRules& rules, co
   const Date now = session.platform().mainLoop().now();
   const RiderTexts& texts = session.texts();
   std::vector<std::vector<TableCell>> rows;
-  for (const Subscription& subscription : rules.subscriptions) {
-    const auto favorite = std::ranges::find_if(
-        *favorites, [&](const FavoriteLine& line) { return keyOf(line.favorite) == subscription.line; });
-    // The subscription of a line that is no favourite waits until the line is one again.
-    if (favorite == favorites->end()) continue;
-    rows.push_back({{.text = terminalLine(favoriteName(*favorite))},
-                    {.text = subscriptionInWords(subscription)},
-                    {.text = muteInWords(subscription.line, rules, now, texts), .isFaint = true}});
+  bool hasNotifications = false;
+  // The choice for a line that is no favourite waits until the line is one again.
+  for (const FavoriteLine& favorite : *favorites) {
+    const LineKey line = keyOf(favorite.favorite);
+    const Subscription* const subscription = subscriptionOf(line, rules);
+    const std::string mute = muteInWords(line, rules, now, texts);
+    if (!subscription && mute.empty()) continue;
+    if (subscription) hasNotifications = true;
+    rows.push_back({{.text = terminalLine(favoriteName(favorite))},
+                    {.text = subscription ? subscriptionInWords(*subscription) : "off"},
+                    {.text = mute, .isFaint = true}});
   }
-  if (rows.empty()) return Report::of(texts("NoNotifications", {"linewatch notify LINE on"}) + "\n");
   addMutedIncidents(rules, now, texts, rows);
-  return Report::of(textTable(rows, style));
+  std::string none;
+  if (!hasNotifications) none = texts("NoNotifications", {"linewatch notify LINE on"}) + "\n";
+  return Report::of(none + (rows.empty() ? std::string() : textTable(rows, style)));
 }
 
 // ---- Changes ----
@@ -200,8 +205,8 @@ std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state,
   };
   for (const auto& [line, known] : state) {
     // The newest text of an incident is the last one.
-    for (auto told = known.told.rbegin(); told != known.told.rend(); ++told) {
-      if (!told->gone) add({told->muid, told->content, told->title});
+    for (const notices::ToldNews& told : std::ranges::reverse_view(known.told)) {
+      if (!told.gone) add({told.muid, told.content, told.title});
     }
   }
   for (const Mute& mute : rules.mutes) {

@@ -49,6 +49,10 @@ TEST_F(NotifyCommandTest, ListsAndChangesNotifications) {
   EXPECT_THAT(output({"notify"}), Not(HasSubstr("muted")));
   EXPECT_EQ(output({"notify", "M1", "off"}), "No notifications for M1\n");
   EXPECT_THAT(output({"notify"}), Not(HasSubstr("M1")));
+  output({"mute", "M1", "2h"});
+  EXPECT_THAT(output({"notify"}), HasSubstr("M1  off"));
+  output({"notify", "T3", "off"});
+  EXPECT_THAT(output({"notify"}), AllOf(HasSubstr("No notifications"), HasSubstr("muted until")));
 }
 
 TEST_F(NotifyCommandTest, RefusesWhatItDoesNotUnderstandInOneLine) {
