@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <iterator>
 #include <optional>
-#include <ranges>
 #include <set>
 #include <string>
 #include <string_view>
@@ -205,8 +204,9 @@ std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state,
   };
   for (const auto& [line, known] : state) {
     // The newest text of an incident is the last one.
-    for (const notices::ToldNews& told : std::ranges::reverse_view(known.told)) {
-      if (!told.gone) add({told.muid, told.content, told.title});
+    // NOLINTNEXTLINE(modernize-loop-convert): Clang 14 cannot compile the reversed view of the C++ library
+    for (auto told = known.told.rbegin(); told != known.told.rend(); ++told) {
+      if (!told->gone) add({told->muid, told->content, told->title});
     }
   }
   for (const Mute& mute : rules.mutes) {
