@@ -10,7 +10,7 @@
 
 #include "feeds/alerts/feed_texts.h"
 #include "feeds/transit_feeds.h"
-#include "list/transit_incident_filter.h"
+#include "platform/in_force.h"
 #include "shared/failure.h"
 #include "shared/installation.h"
 

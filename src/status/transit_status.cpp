@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "platform/in_force.h"
 #include "shared/failure.h"
 #include "shared/hash_mixing.h"
 
 namespace linewatch {
 
 namespace {
-
-bool isInForce(const TransitIncident& incident, Date now) {
-  const auto start = incident.startDate();
-  const auto end = incident.endDate();
-  return !(start && *start > now) && !(end && *end < now);
-}
 
 /// Collects the lines with their incidents in force.
 class StatusLines {
@@ -26,7 +21,7 @@ class StatusLines {
     StatusLine line{.muid = item.muid(), .name = item.name(), .agency = {}, .incidents = {}};
     if (item.system()) line.agency = item.system()->name;
     for (const SharedIncident& incident : item.incidents()) {
-      if (isInForce(*incident, now_)) line.incidents.push_back(indexOf(*incident));
+      if (isInForceAt(*incident, now_)) line.incidents.push_back(indexOf(*incident));
     }
     status_.lines.push_back(std::move(line));
   }
