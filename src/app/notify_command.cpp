@@ -216,7 +216,7 @@ std::vector<MutedIncident> incidentsCalled(const notices::NoticeState& state,
   return found;
 }
 
-/// What to mute, and what to call it.
+/// A line or an incident to mute, and its name for messages.
 struct Muted {
   std::variant<LineKey, MutedIncident> subject;
   std::string name;

@@ -58,7 +58,7 @@ void addDocument(const ShownContent& content, Report& report) {
                      " records are null, because all of them would exceed 64 MiB; choose fewer lines";
 }
 
-/// What is printed after a fetch with this result.
+/// The list, as the command prints it, from the result of a fetch.
 Report shownReport(Session& session, const RVResult& result, const ShowCommand& command,
                    const CommonOptions& options, const TerminalStyle& style) {
   const auto list = listOf(result, options.maxRows);

@@ -97,7 +97,7 @@ desktop::ScreenSettings settingsOfDisplay(const QApplication& application, const
   return settings;
 }
 
-/// What a panel in a new language takes over from the panel before.
+/// The state that a panel in a new language inherits from the panel before.
 struct Inheritance {
   /// Whether the panel ended because the user has chosen another language.
   bool isReplaced = false;

@@ -38,7 +38,7 @@ class PanelPresence {
   desktop::DesktopPlatform& platform_;
   IcuLocalization texts_;
   desktop::BusPresence& bus_;
-  /// Of the last answer; null before the first one and after a failure.
+  /// The lines of the last answer; null before the first answer and after a failure.
   std::shared_ptr<const TransitLineItems> lines_;
   desktop::NewsWatch news_;
   std::shared_ptr<void> listening_;

@@ -19,7 +19,7 @@ struct BusNews {
   bool operator==(const BusNews&) const = default;
 };
 
-/// What other programs can ask the panel for.
+/// The actions of the panel that other programs can call.
 struct BusRequests {
   /// Shows the panel's window in front. With the token of the desktop it may take the focus; may be empty.
   std::function<void(const std::string& activationToken)> show = {};

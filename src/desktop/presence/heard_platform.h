@@ -22,7 +22,7 @@ struct HeardAnswer {
   std::size_t favorites = 0;
   /// Null when the look-up failed; empty when no favourite is a line.
   std::shared_ptr<const TransitLineItems> lines;
-  /// Of the service, or of reading the favourites; absent after a success.
+  /// The error of the service, or of the reading of the favourites; absent after a success.
   std::optional<Error> error;
 };
 

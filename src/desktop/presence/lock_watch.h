@@ -7,8 +7,8 @@ class QDBusConnection;
 
 namespace linewatch::desktop {
 
-/// Calls `changed` with whether the user's session is locked, as logind says it: soon, and after each change
-/// of the session's lock. Does not wait for logind; without it, `changed` is never called. Ends with `owner`.
+/// Calls `changed` with logind's first answer whether the user's session is locked, and again after each
+/// change. Does not wait for the answer. Without logind `changed` is never called. Ends with `owner`.
 /// Needs a QCoreApplication; main thread.
 void watchLock(const QDBusConnection& bus, QObject& owner, std::function<void(bool isLocked)> changed);
 
