@@ -26,10 +26,10 @@ constexpr double kEstimatedRowHeight = 5;
 
 constexpr const char* kPlainCellIdentifier = "TableViewCell";
 
-// On one line, so that a text search for a logged line finds it. clang-format off
+// The text is on one line, so that a search for a logged line finds it.
+// clang-format off
 constexpr std::string_view kExpandingRefused =
-    "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to "
-    "expand datasource state.\nListItem: %@";
+    "Trying to set expanded state on widget datasource without expanded items to show, ignoring request to expand datasource state.\nListItem: %@";
 // clang-format on
 
 SharedTransitItem withArtwork(const SharedTransitItem& item, const SharedSizedArtwork& artwork) {

@@ -13,10 +13,10 @@ namespace {
 
 using SharedState = std::shared_ptr<const RVTransitIncidentViewControllerState>;
 
-// On one line, so that a text search for a logged line finds it. clang-format off
+// The text is on one line, so that a search for a logged line finds it.
+// clang-format off
 constexpr std::string_view kParsingFailed =
-    "Error parsing ViewModel data loaded from GroupSettings, removing it (key: %{private}@): %{private}@ - "
-    "error: %{private}@";
+    "Error parsing ViewModel data loaded from GroupSettings, removing it (key: %{private}@): %{private}@ - error: %{private}@";
 // clang-format on
 
 Value logged(const SharedState& state) { return std::shared_ptr<const Object>(state); }
