@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "feeds/gtfs/csv_table.h"
-#include "feeds/text/single_line.h"
 #include "feeds/text/utf8.h"
 
 namespace linewatch {
@@ -154,14 +153,6 @@ TEST(Utf8, ReplacesInvalidBytes) {
   EXPECT_EQ(withValidUtf8("Z\xFCrich"), "Z\uFFFDrich");
   EXPECT_EQ(withValidUtf8("\xE6\x9D"), "\uFFFD");
   EXPECT_EQ(withValidUtf8("\xC0\x80|\xED\xA0\x80"), "\uFFFD\uFFFD|\uFFFD\uFFFD\uFFFD");
-}
-
-TEST(FeedText, MakesOneLineToShow) {
-  EXPECT_EQ(singleLine("Old Town"), "Old Town");
-  EXPECT_EQ(singleLine(" \tOld \n\u00A0 Town\u2003"), "Old Town");
-  EXPECT_EQ(singleLine(std::string("a\0b\x7F\u009F\u202Ec\u2066d", 15)), "abcd");
-  EXPECT_EQ(singleLine("\u05E7\u05D5 \u200F12"), "\u05E7\u05D5 \u200F12");
-  EXPECT_EQ(singleLine(" \n "), "");
 }
 
 }  // namespace

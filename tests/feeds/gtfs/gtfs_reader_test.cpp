@@ -17,14 +17,14 @@ namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 
-LineIndex::Contents filesRead(std::map<std::string, std::string, std::less<>> files) {
+LineIndex::Contents filesRead(MemorySource::Files files) {
   MemorySource source(std::move(files));
   Outcome<LineIndex::Contents> contents = readGtfs(source, "city");
   EXPECT_TRUE(contents) << sentenceOf(contents.error());
   return *contents;
 }
 
-std::string faultOf(std::map<std::string, std::string, std::less<>> files) {
+std::string faultOf(MemorySource::Files files) {
   MemorySource source(std::move(files));
   const Outcome<LineIndex::Contents> contents = readGtfs(source, "city");
   return contents ? "none" : sentenceOf(contents.error());

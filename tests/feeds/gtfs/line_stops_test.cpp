@@ -1,49 +1,29 @@
 #include "feeds/gtfs/line_stops.h"
 
-#include <algorithm>
-#include <map>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "feeds/gtfs/memory_source.h"
 
 namespace linewatch {
 namespace {
 
 using testing::ElementsAre;
 
-/// Tables that come in small pieces.
-class PieceSource final : public GtfsSource {
- public:
-  explicit PieceSource(std::map<std::string, std::string, std::less<>> tables) : tables_(std::move(tables)) {}
-
-  Outcome<std::optional<std::string>> file(std::string_view name) override {
-    const auto table = tables_.find(name);
-    return table == tables_.end() ? std::nullopt : std::optional(table->second);
-  }
-  Outcome<bool> read(std::string_view name, const PieceTaker& take) override {
-    const auto table = tables_.find(name);
-    if (table == tables_.end()) return false;
-    for (std::size_t at = 0; at < table->second.size(); at += 7)
-      take(std::string_view(table->second).substr(at, 7));
-    return true;
-  }
-
- private:
-  std::map<std::string, std::string, std::less<>> tables_;
-};
-
 TEST(LineStops, NamesTheDestinationsAndTheStopsInTheOrderOfTravel) {
-  PieceSource source({
-      {"trips.txt",
-       "route_id,trip_id,direction_id,trip_headsign\n"
-       "r1,t1,0,Zoo\nr1,t2,0,Depot\nr1,t3,0,Zoo\nr1,t4,1,\nr2,t5,1,Elsewhere\n"},
-      {"stop_times.txt",
-       "trip_id,stop_sequence,stop_id\n"
-       "t1,1,a\nt1,20,c\nt1,3,b1\nt4,1,c\nt4,2,b2\nt4,3,a\nt2,1,d\nt5,1,x"},
-      {"stops.txt",
-       "stop_id,stop_name,parent_station\n"
-       "a,\"Harbour, old\",\nb1,Main Street,\nb2,Main Street,\nc,Zoo,zoo\nd,Depot,\nx,Lake,\n"},
-  });
+  MemorySource source(
+      {
+          {"trips.txt",
+           "route_id,trip_id,direction_id,trip_headsign\n"
+           "r1,t1,0,Zoo\nr1,t2,0,Depot\nr1,t3,0,Zoo\nr1,t4,1,\nr2,t5,1,Elsewhere\n"},
+          {"stop_times.txt",
+           "trip_id,stop_sequence,stop_id\n"
+           "t1,1,a\nt1,20,c\nt1,3,b1\nt4,1,c\nt4,2,b2\nt4,3,a\nt2,1,d\nt5,1,x"},
+          {"stops.txt",
+           "stop_id,stop_name,parent_station\n"
+           "a,\"Harbour, old\",\nb1,Main Street,\nb2,Main Street,\nc,Zoo,zoo\nd,Depot,\nx,Lake,\n"},
+      },
+      7);
   const auto line = readLineStops(source, "r1");
   ASSERT_TRUE(line);
   EXPECT_THAT(line->destinations[0], ElementsAre("Zoo", "Depot")) << "the most frequent first";
@@ -57,7 +37,7 @@ TEST(LineStops, NamesTheDestinationsAndTheStopsInTheOrderOfTravel) {
 }
 
 TEST(LineStops, NeedsNoTables) {
-  PieceSource source({});
+  MemorySource source(MemorySource::Files{});
   const auto line = readLineStops(source, "r1");
   ASSERT_TRUE(line);
   EXPECT_EQ(*line, LineStops());

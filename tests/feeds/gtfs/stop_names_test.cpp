@@ -61,7 +61,7 @@ TEST(StopNames, AreFoundInEachOfManyPages) {
 }
 
 TEST(StopNames, MayBeMissingButNotDamaged) {
-  MemorySource none(std::map<std::string, std::string, std::less<>>{});
+  MemorySource none(MemorySource::Files{});
   EXPECT_THAT(*readStopPages(none), IsEmpty());
   EXPECT_EQ(pageWithStop({}, "a"), nullptr);
   MemorySource damaged({{"stops.txt", std::string("stop_id\n\"a")}});

@@ -13,31 +13,9 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Hands out its table in pieces of a few bytes.
-class PiecewiseSource final : public GtfsSource {
- public:
-  PiecewiseSource(std::string table, std::size_t pieceSize)
-      : table_(std::move(table)), pieceSize_(pieceSize) {}
-
-  Outcome<std::optional<std::string>> file(std::string_view /*name*/) override {
-    return std::optional(table_);
-  }
-  Outcome<bool> read(std::string_view /*name*/, const PieceTaker& take) override {
-    const std::string_view rest = table_;
-    for (taken = 0; taken < table_.size();) {
-      const std::string_view piece = rest.substr(taken, pieceSize_);
-      taken += piece.size();
-      if (!take(piece)) break;
-    }
-    return true;
-  }
-
-  std::size_t taken = 0;
-
- private:
-  std::string table_;
-  std::size_t pieceSize_;
-};
+MemorySource stopsInPieces(std::string table, std::size_t pieceSize) {
+  return MemorySource({{"stops.txt", std::move(table)}}, pieceSize);
+}
 
 std::string foundStops(GtfsSource& source, const StopIds& ids) {
   const auto pages = findStops(source, ids);
@@ -71,7 +49,7 @@ TEST(StopSearch, FindsWhatReadingTheWholeTableFinds) {
       }
     }
     for (const std::size_t pieceSize : {1, 2, 3, 7, 1000}) {
-      PiecewiseSource source(table, pieceSize);
+      MemorySource source = stopsInPieces(table, pieceSize);
       // A table with CR alone is read as a whole, other stops included.
       const std::string actual = foundStops(source, ids);
       if (table.find("\ra") != std::string::npos) {
@@ -86,7 +64,7 @@ TEST(StopSearch, FindsWhatReadingTheWholeTableFinds) {
 TEST(StopSearch, StopsReadingWhenAllAreFound) {
   std::string table = "stop_id,stop_name\n";
   for (int stop = 0; stop < 10000; ++stop) table += std::to_string(stop) + ",Stop\n";
-  PiecewiseSource source(table, 100);
+  MemorySource source = stopsInPieces(table, 100);
   EXPECT_EQ(foundStops(source, {"1000", "7"}), "1000\tStop\t\n7\tStop\t\n");
   EXPECT_LT(source.taken, table.size() / 5);
 
@@ -97,7 +75,8 @@ TEST(StopSearch, StopsReadingWhenAllAreFound) {
 }
 
 TEST(StopSearch, SaysWhatIsWrongWithATable) {
-  PiecewiseSource open("stop_id,stop_name\na,\"Harbour\n" + std::string(std::size_t{2} << 20U, 'x'), 4096);
+  MemorySource open =
+      stopsInPieces("stop_id,stop_name\na,\"Harbour\n" + std::string(std::size_t{2} << 20U, 'x'), 4096);
   EXPECT_THAT(foundStops(open, {"a"}), HasSubstr("a quote is not closed"));
   EXPECT_LT(open.taken, (std::size_t{1} << 20U) + 10000) << "the rest is not read";
   const TemporaryFolder folder;

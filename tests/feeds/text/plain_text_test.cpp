@@ -44,7 +44,7 @@ TEST(PlainText, DropsHiddenCharacters) {
     EXPECT_EQ(plainText(row.written), row.text) << row.name;
     EXPECT_EQ(singleLine(row.written), row.text) << row.name;
   }
-  EXPECT_EQ(singleLine(" Line\t5\n north "), "Line 5 north");
+  EXPECT_EQ(singleLine(" Line\t5 \n\u00A0 north\u2003"), "Line 5 north");
 }
 
 TEST(WebAddress, IsOnlyWhatMayBeOpened) {
