@@ -22,10 +22,13 @@ void add(std::string& all, const char* name, std::uint64_t value) { add(all, nam
 
 std::string described(const AlertsMessage& message) {
   std::string all;
+  add(all, "version ", std::string(message.version()));
+  add(all, "difference ", message.isDifference() ? 1 : 0);
   add(all, "time ", message.timestamp());
   for (const AlertsMessage::Entity& entity : message.entities()) {
     add(all, "\nentity ", std::string(entity.id));
     add(all, "deleted ", entity.isDeleted ? 1 : 0);
+    add(all, "cause ", static_cast<std::uint64_t>(entity.cause));
     add(all, "effect ", static_cast<std::uint64_t>(entity.effect));
     add(all, "severity ", static_cast<std::uint64_t>(entity.severity));
     for (const AlertPeriod& period : message.periods(entity)) {
@@ -37,6 +40,7 @@ std::string described(const AlertsMessage& message) {
       add(all, "route ", std::string(selector.routeId));
       if (selector.routeType) add(all, "type ", std::to_string(*selector.routeType));
       add(all, "trip's route ", std::string(selector.tripRouteId));
+      add(all, "names trip ", selector.namesTrip ? 1 : 0);
       add(all, "stop ", std::string(selector.stopId));
       if (selector.direction) add(all, "direction ", *selector.direction);
     }
@@ -53,11 +57,21 @@ void addRandomPeriods(std::string& all, const char* name,
   }
 }
 
+/// Whether the selector is about a single trip: it names the trip, or says of the trip neither name nor
+/// route.
+bool namesTrip(const peer::EntitySelector& selector) {
+  const peer::TripDescriptor& trip = selector.trip();
+  const bool tellsRoute = !selector.route_id().empty() || !trip.route_id().empty();
+  return !trip.trip_id().empty() || !trip.modified_trip().empty() || (trip.ByteSizeLong() > 0 && !tellsRoute);
+}
+
 void describe(std::string& all, const peer::Alert& alert) {
-  add(all, "effect ",
-      static_cast<std::uint64_t>(alert.effect() >= 1 && alert.effect() <= 11 ? alert.effect() : 8));
-  const std::int32_t severity = alert.severity_level();
-  add(all, "severity ", static_cast<std::uint64_t>(severity >= 1 && severity <= 4 ? severity : 1));
+  const auto addKnown = [&all](const char* name, std::int32_t value, std::int32_t last, std::uint64_t other) {
+    add(all, name, value >= 1 && value <= last ? static_cast<std::uint64_t>(value) : other);
+  };
+  addKnown("cause ", alert.cause(), 12, 1);
+  addKnown("effect ", alert.effect(), 11, 8);
+  addKnown("severity ", alert.severity_level(), 4, 1);
   const bool hasNewer = !alert.communication_period().empty() || !alert.impact_period().empty();
   if (!hasNewer) addRandomPeriods(all, "show ", alert.active_period());
   addRandomPeriods(all, "show ", alert.communication_period());
@@ -67,6 +81,7 @@ void describe(std::string& all, const peer::Alert& alert) {
     add(all, "route ", selector.route_id());
     if (selector.has_route_type()) add(all, "type ", std::to_string(selector.route_type()));
     add(all, "trip's route ", selector.trip().route_id());
+    add(all, "names trip ", namesTrip(selector) ? 1 : 0);
     add(all, "stop ", selector.stop_id());
     const bool isOwnDirection = selector.has_direction_id() && selector.direction_id() <= 1;
     const std::uint64_t direction = isOwnDirection ? selector.direction_id() : selector.trip().direction_id();
@@ -81,6 +96,8 @@ void describe(std::string& all, const peer::Alert& alert) {
 
 std::string described(const peer::FeedMessage& message) {
   std::string all;
+  add(all, "version ", message.header().gtfs_realtime_version());
+  add(all, "difference ", message.header().incrementality() == 1 ? 1 : 0);
   add(all, "time ", message.header().timestamp());
   for (const peer::FeedEntity& entity : message.entity()) {
     if (!entity.has_alert() && !entity.is_deleted()) continue;
@@ -96,7 +113,10 @@ FeedSketch feed() {
       .id = "works",
       .selectors = {{.agency = "A", .route = "R", .type = 3, .stop = "S", .direction = 1},
                     {.trip =
-                         TripSketch{.tripId = "T", .routeId = "R", .startTime = "08:00:00", .direction = 0}}},
+                         TripSketch{.tripId = "T", .routeId = "R", .startTime = "08:00:00", .direction = 0}},
+                    {.route = "R", .trip = TripSketch{}},
+                    {.trip = TripSketch{.startTime = "08:00:00"}},
+                    {.trip = TripSketch{.routeId = "R"}}},
       .header = {{"Works", "en"}, {"Bauarbeiten", "de"}},
       .description = {{"Buses run instead.", "en"}},
       .url = {{"https://example.org/", ""}},
@@ -104,8 +124,13 @@ FeedSketch feed() {
       .effect = 4,
       .severity = 3,
       .active = {{10, 20}, {0, 30}}};
-  AlertSketch later{.id = "later", .header = {{"Later", ""}}, .communication = {{1, 2}, {5, 0}}};
-  return {.alerts = {works, later, {.id = "gone", .isDeleted = true}}, .timestamp = 1'700'000'000};
+  const PeriodsSketch two = {{1, 2}, {5, 0}};
+  const AlertSketch later{.id = "later", .header = {{"Later", ""}}, .active = {{7, 8}}, .communication = two};
+  const AlertSketch affecting{
+      .id = "affecting", .cause = 99, .effect = -1, .active = {{7, 8}}, .impact = two};
+  const AlertSketch both{.id = "both", .active = {{7, 8}}, .communication = {{3, 4}}, .impact = {{5, 6}}};
+  return {.alerts = {works, later, affecting, both, {.id = "gone", .isDeleted = true}},
+          .timestamp = 1'700'000'000};
 }
 
 TEST(AlertsPeer, AgreesOnEveryDamagedFeedThatIsStillRead) {
