@@ -130,7 +130,7 @@ const std::vector<Answer>& answers() {
       status("418 I'm a teapot"),
       status("429 Too Many Requests"),
       status("500 Internal Server Error"),
-      status("503 Service Unavailable", "Retry-After: 30\r\n"),
+      status("503 Service Unavailable", "Retry-After: 300\r\n"),
       status("503 Service Unavailable", "Retry-After: Thu, 01 Jan 1970 00:00:00 GMT\r\n"),
       status("503 Service Unavailable", "Retry-After: soon\r\n"),
       status("999 Far Out"),
@@ -253,8 +253,8 @@ class World {
     const bool isRestart = random_() % 20 == 0;
     if (isRestart) start();
     now_ += Seconds(static_cast<double>(16 + random_() % 400));
-    if (const auto state = states(); !state.empty() && state.front().retryAfter > now_)
-      now_ = *state.front().retryAfter;
+    const auto before = states();
+    const bool mustWait = !before.empty() && before.front().retryAfter > now_;
     answer_ = &answers()[random_() % answers().size()];
     // Half of the answers are good, so that there is something to lose.
     if (random_() % 2 == 0) answer_ = &answers().front();
@@ -264,6 +264,7 @@ class World {
     const MapItemIdentifier line{stableMuid("bus", "1"), "bus", "1"};
     const auto items = feeds_->lineItems({&line, 1}, now_);
     last_ = received();
+    EXPECT_FALSE(mustWait && last_.isRequest) << "Retry-After wins over every retry";
     expect(news);
     check(items);
     return std::to_string(static_cast<int>(secondsOf(now_) - 1.7e9)) +
@@ -361,6 +362,10 @@ class World {
     ASSERT_EQ(incidents.size(), 1U);
     EXPECT_EQ(incidents.front()->title(), shown_);
     EXPECT_LT(now_ - confirmed_, kAlertsGrace);
+    EXPECT_EQ(state.kind == FeedState::Kind::kept, confirmed_ < now_);
+    if (state.kind != FeedState::Kind::kept) return;
+    EXPECT_EQ(state.since, confirmed_);
+    EXPECT_LE(nextUpdate(all, now_), confirmed_ + kAlertsGrace) << "the rows must go when the grace ends";
   }
 
   std::mt19937 random_;
