@@ -273,17 +273,6 @@ TEST_F(TransitIncidentDataSource, RecordsOnlyResultsAndRebuildsInAnalytics) {
   EXPECT_EQ(listener_->updates, 1) << "of the limit only";
 }
 
-TEST_F(TransitIncidentDataSource, ARebuiltListFollowsTheTime) {
-  World world = city();
-  world.incidents["A"].end = Seconds(60);
-  make(resultOf(world));
-  const auto rebuild = [&] { dataSource_->recalculateDataSourceItemsWithAnalytics(nullptr); };
-  EXPECT_EQ(updatesBy(rebuild), 0);
-  platform_->advance(61);
-  EXPECT_EQ(updatesBy(rebuild), 1);
-  EXPECT_EQ(dataSource_->shieldAdjustedExpandedItems().size(), 3U) << "B, C and good service";
-}
-
 TEST_F(TransitIncidentDataSource, AResizedItemKeepsEverythingButItsArtworksSize) {
   make(resultOf(quietCity(300)));
   const auto row = [&](double alpha, bool displayArtwork) {

@@ -16,7 +16,6 @@ namespace linewatch::ui {
 namespace {
 
 using testing::IsEmpty;
-using testing::SizeIs;
 
 using TableViewCellTest = UiTest;
 
@@ -56,79 +55,6 @@ TEST_F(TableViewCellTest, ARowOfTextAndImage) {
   row.height->setConstant(64.1);
   row.layOutAtWidth(359);
   EXPECT_EQ(row.frame().height, 64.5) << "rounded up to whole pixels";
-}
-
-TEST_F(TableViewCellTest, TextIsWholeAsLongAsTheBlockFitsIntoTheRow) {
-  SampleRow row;
-  row.primary->setText("Replacement buses");
-  // Six lines of 33 characters; the block is 12 + 21 + 5 * 15 high.
-  row.secondary->setText(std::string(6 * 33, 'x'));
-  row.layOutAtWidth(359);
-  EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 1, 327, 108}));
-  EXPECT_THAT(row.secondary->displayedLayout()->lines, SizeIs(6));
-  EXPECT_FALSE(row.secondary->displayedLayout()->lines.back().truncated);
-}
-
-TEST_F(TableViewCellTest, TextThatIsTooTallLosesWholeLinesFromItsEnd) {
-  SampleRow row;
-  row.primary->setText("Replacement buses");
-  row.secondary->setText(std::string(1000, 'x'));
-  row.layOutAtWidth(359);
-  EXPECT_EQ(inCell(*row.primary, row).height, 17.5) << "the first text is shown whole";
-  const auto layout = row.secondary->displayedLayout();
-  ASSERT_THAT(layout->lines, SizeIs(5));
-  EXPECT_TRUE(layout->lines.back().truncated);
-  EXPECT_EQ(inCell(*row.secondary, row).height, layout->size.height);
-  EXPECT_EQ(row.guide->layoutFrame(), (Rect{16, 8.5, 327, 93})) << "as high as the lines that are left";
-  EXPECT_LE(inCell(*row.secondary, row).maxY(), 110) << "no line crosses the row's edge";
-
-  row.height->setConstant(200);
-  row.layOutAtWidth(359);
-  EXPECT_GT(row.secondary->displayedLayout()->lines.size(), 5U) << "lines come back in a higher row";
-  EXPECT_THAT(errors(), IsEmpty());
-}
-
-TEST_F(TableViewCellTest, WhereBothTextsAreTooTallTheSecondKeepsOneLine) {
-  SampleRow row;
-  row.primary->setText(std::string(1000, 'x'));
-  row.secondary->setText(std::string(1000, 'y'));
-  row.layOutAtWidth(359);
-  EXPECT_THAT(row.secondary->displayedLayout()->lines, SizeIs(1));
-  EXPECT_EQ(row.primary->displayedLayout()->lines.size(), 5U);
-  EXPECT_GE(row.guide->layoutFrame().y, 0);
-  EXPECT_LE(row.guide->layoutFrame().maxY(), 110);
-}
-
-TEST_F(TableViewCellTest, TheFirstLineStaysInARowTooLowForIt) {
-  for (const double offset : {38.0, 60.0, 130.0}) {
-    SCOPED_TRACE(offset);
-    SampleRow row;
-    row.primary->setFont(Font(TextStyle::headline, {true}, TextSizeCategory::AX5));
-    row.secondary->setFont(Font(TextStyle::subheadline, {}, TextSizeCategory::AX5));
-    row.primary->setText("Replacement buses between Central Station and Harbour");
-    row.secondary->setText("Expect to wait");
-    row.firstBaseline->setConstant(offset);
-    row.height->setConstant(offset == 38.0 ? 40 : 110);
-    row.layOutAtWidth(359);
-    const auto layout = row.primary->displayedLayout();
-    ASSERT_THAT(layout->lines, SizeIs(1));
-    EXPECT_TRUE(layout->lines.back().truncated);
-    const Rect primary = inCell(*row.primary, row);
-    EXPECT_EQ(primary.height, layout->size.height);
-    const double baseline = primary.y + layout->firstBaseline();
-    EXPECT_TRUE(primary.y == 0 || baseline <= row.frame().height) << baseline;
-    // At 60 points there is room for a line of each.
-    EXPECT_THAT(row.secondary->displayedLayout()->lines, SizeIs(offset == 60.0 ? 1 : 0));
-
-    row.primary->setText("");
-    row.layOutAtWidth(359);
-    row.primary->setText("Buses");
-    row.height->setConstant(500);
-    row.layOutAtWidth(359);
-    EXPECT_NEAR(row.guide->layoutFrame().y + row.guide->layoutFrame().height / 2, 250, 0.5)
-        << "a higher row follows its constraints again";
-    EXPECT_THAT(row.secondary->displayedLayout()->lines, SizeIs(2));
-  }
 }
 
 TEST_F(TableViewCellTest, RightToLeftIsTheMirrorImage) {
@@ -261,21 +187,6 @@ TEST_F(TableViewCellTest, SuccessiveChangesGiveTheLayoutOfANewCell) {
       ASSERT_EQ(rects(changed), rects(fresh));
     }
   }
-  EXPECT_THAT(errors(), IsEmpty());
-}
-
-TEST_F(TableViewCellTest, RowsOfAnySizeAreLaidOut) {
-  SampleRow row;
-  row.primary->setText("Central Station");
-  row.secondary->setText("Delays");
-  for (const double width : {0.0, 10.0, 1e9, 359.0}) {
-    for (const double height : {0.0, 1.0, 1e9, 110.0}) {
-      row.height->setConstant(height);
-      row.layOutAtWidth(width);
-      for (const Rect& rect : rects(row)) EXPECT_GE(std::min(rect.width, rect.height), 0);
-    }
-  }
-  EXPECT_EQ(inCell(*row.primary, row), (Rect{16, 36.5, 254, 17.5})) << "no size leaves a trace";
   EXPECT_THAT(errors(), IsEmpty());
 }
 

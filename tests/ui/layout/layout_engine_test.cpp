@@ -135,6 +135,8 @@ TEST_F(LayoutEngineTest, ABoxWithAGivenFrameStaysWhereItIs) {
   placed->leadingAnchor().constraintEqualTo(fixed->trailingAnchor(), 3)->setActive(true);
   EXPECT_EQ(laidOut(*placed).x, 53);
   EXPECT_EQ(fixed->frame(), (Rect{0, 0, 50, 20}));
+  root_.direction = LayoutDirection::rightToLeft;
+  EXPECT_EQ(laidOut(*placed).maxX(), -3) << "its trailing edge is now the left one";
 }
 
 TEST_F(LayoutEngineTest, BoxesThatNameEachOtherForTheirBaselinesAreLaidOut) {
@@ -157,6 +159,11 @@ TEST_F(LayoutEngineTest, AConstraintEndsWhenAnItemLeavesOrIsDestroyed) {
   const auto edge = box->leadingAnchor().constraintEqualTo(root_.leadingAnchor());
   LayoutConstraint::activate({size, edge});
   EXPECT_EQ(laidOut(*box).width, 30);
+  const auto inner = box->add();
+  const auto across = inner->leadingAnchor().constraintEqualTo(root_.leadingAnchor());
+  across->setActive(true);
+  inner->leave();
+  EXPECT_FALSE(across->isActive());
   box->leave();
   EXPECT_FALSE(edge->isActive());
   EXPECT_TRUE(size->isActive()) << "it has no item outside the box";
