@@ -13,7 +13,6 @@
 #include "platform/companion_application.h"
 #include "platform/log.h"
 #include "simulation/scenario/scenario_host.h"
-#include "widget/saved_ui_data.h"
 
 namespace linewatch {
 namespace {
@@ -105,18 +104,6 @@ TEST_F(ViewController, FillsItsViewWithATable) {
   EXPECT_EQ(controller().dataSource()->availableWidth(), 300) << "the compact widget's, not the view's";
 }
 
-TEST_F(ViewController, OneFetchAnswersAllHandlersAlsoAfterTheControllerIsGone) {
-  start();
-  perform(step::Update{"asked first"});
-  perform(step::Update{"joined"});
-  perform(step::Appear{});
-  perform(step::Release{});
-  advance(1);
-  EXPECT_EQ(count("lookup"), 1U);
-  EXPECT_THAT(updateResults(), ElementsAre("asked first 0", "joined 0"));
-  EXPECT_EQ(count("reload"), 0U);
-}
-
 TEST_F(ViewController, ReportsTheUpdateResultToTheHost) {
   struct Row {
     const char* name;
@@ -173,17 +160,6 @@ TEST_F(ViewController, AResultWithItemsAndAnErrorIsAFailureToTheHostOnly) {
   EXPECT_NE(controller().updater(), nullptr) << "the line items still have dates";
 }
 
-TEST_F(ViewController, MakesTheUpdaterBeforeItSetsTheRowHeight) {
-  startVisible();
-  perform(step::Disappear{});
-  set([](World& world) { world.host.compact.height = 105; });
-  clear();
-  perform(step::Appear{.did = false});
-  EXPECT_EQ(controller().dataSource()->rowHeight(), 105) << "the limit of rows stays";
-  EXPECT_THAT(events(), ElementsAre("timer", "timer", "largestAvailableDisplayMode", "reload",
-                                    "preferredContentSize", "largestAvailableDisplayMode"));
-}
-
 TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   startVisible();
   EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U);
@@ -207,57 +183,6 @@ TEST_F(ViewController, KeepsTheListCurrentWhileItIsVisible) {
   EXPECT_THAT(events(), IsEmpty()) << "late answers are ignored";
   perform(step::Appear{});
   EXPECT_NE(controller().updater(), nullptr) << "from the last result, before the fetch has ended";
-}
-
-TEST_F(ViewController, AnEmptyListOfFavouritesIsRefreshedToo) {
-  World world = cityWithAStrike();
-  world.favorites = {};
-  startVisible(std::move(world));
-  perform(step::Update{"u"});
-  advance(1);
-  EXPECT_THAT(updateResults(), ElementsAre("u 0"));
-  EXPECT_NE(controller().updater(), nullptr);
-  set([](World& changed) { changed.favorites = {{.line = "A"}}; });
-  advance(1801);
-  EXPECT_EQ(count("lookup"), 1U);
-}
-
-TEST_F(ViewController, AResultThatArrivesWhileHiddenIsShownTheNextTime) {
-  start();
-  perform(step::Appear{});
-  perform(step::Disappear{});
-  advance(1);
-  EXPECT_NE(controller().transitLineItemResult(), nullptr);
-  EXPECT_EQ(controller().updater(), nullptr);
-  EXPECT_EQ(count("reload"), 1U);
-}
-
-TEST_F(ViewController, NothingKeepsItAlive) {
-  struct Row {
-    const char* name;
-    std::vector<simulation::Step> steps;
-  };
-  for (const Row& row : {
-           Row{"loaded", {}},
-           Row{"in mid-fetch", {step::Appear{}, step::Update{"u"}, step::Advance{Seconds(0.1)}}},
-           Row{"visible", {step::Appear{}, step::Advance{Seconds(1)}}},
-           Row{"tapped", {step::Appear{}, step::Advance{Seconds(1)}, step::Tap{0}}},
-           Row{"gone", {step::Appear{}, step::Advance{Seconds(1)}, step::Disappear{}}},
-       }) {
-    start();
-    for (const auto& each : row.steps) perform(each);
-    const std::weak_ptr<RVTransitIncidentsViewController> controller = host_->controller();
-    const std::weak_ptr<RVTransitIncidentUpdater> updater = host_->controller()->updater();
-    const std::weak_ptr<RVTransitIncidentDataSource> dataSource = host_->controller()->dataSource();
-    perform(step::Release{});
-    EXPECT_TRUE(controller.expired()) << row.name;
-    EXPECT_TRUE(updater.expired()) << row.name;
-    EXPECT_TRUE(dataSource.expired()) << row.name;
-    clear();
-    advance(7200);
-    EXPECT_EQ(count("timerFired"), 0U) << row.name;
-    EXPECT_EQ(count("updateResult"), row.name == std::string("in mid-fetch") ? 1U : 0U) << row.name;
-  }
 }
 
 TEST_F(ViewController, TheRowLimitFollowsTheSizesOfTheHost) {
@@ -326,23 +251,6 @@ TEST_F(ViewController, FollowsTheModeOfTheHostNotTheArgument) {
   EXPECT_TRUE(controller().dataSource()->isExpanded());
 }
 
-TEST_F(ViewController, TellsTheHostTheLargestDisplayMode) {
-  const auto modeOf = [this] {
-    return host_->transcript().eventsNamed("largestAvailableDisplayMode").back().field("mode");
-  };
-  startVisible();
-  EXPECT_EQ(modeOf(), Value("expanded"));
-  set([](World& world) { world.service.answer = Answer::error; });
-  perform(step::Update{"u"});
-  advance(1);
-  EXPECT_EQ(modeOf(), Value("compact"));
-  set([](World& world) { world.service.answer = Answer::nothing; });
-  perform(step::Update{"u"});
-  advance(1);
-  EXPECT_EQ(modeOf(), Value("compact"));
-  EXPECT_EQ(controller().preferredContentSize(), (Size{359, 0}));
-}
-
 TEST_F(ViewController, ANewWidthReloadsTheRowsOnlyWhenTheirArtworkChanges) {
   World world = cityWithAStrike();
   world.lines["B"].incidents = {};
@@ -356,22 +264,6 @@ TEST_F(ViewController, ANewWidthReloadsTheRowsOnlyWhenTheirArtworkChanges) {
   EXPECT_EQ(controller().tableView()->frame().width, 400);
   perform(step::Resize{300, 110});
   EXPECT_THAT(events(), ElementsAre("largestAvailableDisplayMode", "reload", "preferredContentSize"));
-}
-
-TEST_F(ViewController, FollowsTheTextSizeWhileItIsVisible) {
-  startVisible();
-  const auto grow = [this](ui::TextSizeCategory category) {
-    perform(step::Set{[](World& world) { world.host.compact.height += 10; }});
-    perform(step::TextSize{category});
-  };
-  grow(ui::TextSizeCategory::XL);
-  EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
-  EXPECT_EQ(controller().dataSource()->maxNumberOfRows(), 3U);
-  perform(step::Disappear{});
-  grow(ui::TextSizeCategory::AX1);
-  EXPECT_EQ(controller().dataSource()->rowHeight(), 120);
-  perform(step::Appear{});
-  EXPECT_EQ(controller().dataSource()->rowHeight(), 130) << "caught up on";
 }
 
 TEST_F(ViewController, OpensTheTappedRowAndRecordsOnlyASuccess) {
@@ -398,52 +290,6 @@ TEST_F(ViewController, PurgesTheArtworkWhenMemoryIsShort) {
   clear();
   perform(step::MemoryWarning{});
   EXPECT_THAT(events(), ElementsAre("cachePurged"));
-}
-
-TEST_F(ViewController, AfterAKillTheStateOfTheLastDisappearanceIsRestored) {
-  startVisible();
-  perform(step::Disappear{});
-  perform(step::Appear{});
-  set([](World& world) { world.lines["B"].incidents = {}; });
-  advance(1);
-  perform(step::Restart{});
-  perform(step::Load{});
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U);
-  perform(step::Appear{});
-  advance(1);
-  EXPECT_EQ(controller().dataSource()->listItem()->expandedItems()->size(), 2U)
-      << "the strike and good service";
-}
-
-TEST_F(ViewController, SavesTheRestoredListWhenItIsHiddenBeforeTheFetchEnds) {
-  startVisible();
-  perform(step::Disappear{});
-  perform(step::Restart{});
-  perform(step::Load{});
-  perform(step::Appear{});
-  perform(step::Disappear{});
-  EXPECT_EQ(controller().transitLineItemResult(), nullptr);
-  const auto saved = loadSavedUIData();
-  ASSERT_NE(saved, nullptr);
-  EXPECT_EQ(saved->lineItemsResult()->successObject()->size(), 2U);
-}
-
-TEST_F(ViewController, SavesWhetherTheListIsExpanded) {
-  startVisible();
-  perform(step::DisplayMode{WidgetDisplayMode::expanded});
-  perform(step::Disappear{});
-  EXPECT_TRUE(loadSavedUIData()->expanded());
-  perform(step::Appear{});
-  perform(step::DisplayMode{WidgetDisplayMode::compact});
-  perform(step::Disappear{});
-  EXPECT_FALSE(loadSavedUIData()->expanded());
-
-  World withoutFavorites = cityWithAStrike();
-  withoutFavorites.favorites = {};
-  startVisible(std::move(withoutFavorites));
-  perform(step::DisplayMode{WidgetDisplayMode::expanded});
-  perform(step::Disappear{});
-  EXPECT_FALSE(loadSavedUIData()->expanded()) << "the list refuses to expand";
 }
 
 TEST_F(ViewController, LeavesUserDataOutOfCollectedLogs) {
