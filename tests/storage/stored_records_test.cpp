@@ -119,19 +119,6 @@ TEST_F(StoredRecordsTest, PersisterResolvesLinesAndLeavesOutUnknownKinds) {
   EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("favorites: boat: ")));
 }
 
-TEST_F(StoredRecordsTest, FeedsAreKeptByName) {
-  const StoredFeed metro{"metro", "https://example.org/gtfs.zip", "https://example.org/alerts.pb"};
-  const StoredFeed bus{"bus", "/home/ann/bus", ""};
-  StoredFeeds feeds(openState());
-  EXPECT_TRUE(*feeds.add(metro));
-  EXPECT_TRUE(*feeds.add(bus));
-  EXPECT_FALSE(*feeds.add({"metro", "elsewhere", ""}));
-  EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(metro, bus));
-  EXPECT_TRUE(*feeds.remove("metro"));
-  EXPECT_FALSE(*feeds.remove("metro"));
-  EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(bus));
-}
-
 TEST_F(StoredRecordsTest, AFeedKeepsAllLocationsAndKeysUntilTheyChange) {
   StoredFeed metro{.name = "metro"};
   metro.gtfs.locations = {"/metro", "https://example.org/gtfs.zip"};
@@ -142,6 +129,7 @@ TEST_F(StoredRecordsTest, AFeedKeepsAllLocationsAndKeysUntilTheyChange) {
   StoredFeeds feeds(openState());
   ASSERT_TRUE(*feeds.add(metro));
   ASSERT_TRUE(*feeds.add(bus));
+  EXPECT_FALSE(*feeds.add({"metro", "elsewhere", ""})) << "a name stands for one feed";
   EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(metro, bus));
   EXPECT_THAT(textIn(openState()->file()), HasSubstr("old-marker"));
   metro.alerts.keys = {.headers = {{"X-Key", "KEY"}}, .key = "new-marker"};
@@ -150,6 +138,7 @@ TEST_F(StoredRecordsTest, AFeedKeepsAllLocationsAndKeysUntilTheyChange) {
   EXPECT_THAT(*StoredFeeds(openState()).list(), ElementsAre(metro, bus));
   EXPECT_THAT(textIn(openState()->file()), Not(HasSubstr("old-marker")));
   EXPECT_TRUE(*feeds.remove("metro"));
+  EXPECT_FALSE(*feeds.remove("metro"));
   EXPECT_THAT(textIn(openState()->file()), Not(HasSubstr("new-marker")));
   ASSERT_TRUE(*feeds.add({"metro", "/m", ""}));
   EXPECT_THAT(*feeds.list(), ElementsAre(bus, StoredFeed{"metro", "/m", ""}));
