@@ -128,7 +128,7 @@ const std::vector<Answer>& answers() {
       status("404 Not Found"),
       status("410 Gone"),
       status("418 I'm a teapot"),
-      status("429 Too Many Requests"),
+      status("429 Too Many Requests", "Retry-After: 300\r\n"),
       status("500 Internal Server Error"),
       status("503 Service Unavailable", "Retry-After: 300\r\n"),
       status("503 Service Unavailable", "Retry-After: Thu, 01 Jan 1970 00:00:00 GMT\r\n"),

@@ -20,7 +20,7 @@ std::vector<std::string> ids(const AlertsMessage& message) {
 
 TEST(AlertsMessage, FieldsOfARepeatedMessageAreMerged) {
   AlertSketch one{.id = "a", .header = {{"Works", "en"}}};
-  AlertSketch two{.header = {{"Bauarbeiten", "de"}}, .description = {{"More.", "en"}}};
+  AlertSketch two{.header = {{"Bauarbeiten", "de"}}, .url = {{"https://example.org/", ""}}};
   std::string entity = bytesOf(one);
   const std::string rest = bytesOf(two);
   entity += rest.substr(2);  // all but the second empty id
@@ -29,7 +29,11 @@ TEST(AlertsMessage, FieldsOfARepeatedMessageAreMerged) {
   const auto message = readAlertsMessage(payloadOf(bytes));
   ASSERT_TRUE(message) << sentenceOf(message);
   ASSERT_THAT(ids(**message), ElementsAre("a"));
-  EXPECT_EQ((*message)->translations((*message)->entities()[0]).size(), 3U);
+  using Text = AlertTranslation;
+  EXPECT_THAT(
+      (*message)->translations((*message)->entities()[0]),
+      ElementsAre(Text{AlertText::url, "https://example.org/", ""}, Text{AlertText::header, "Works", "en"},
+                  Text{AlertText::header, "Bauarbeiten", "de"}));
 }
 
 TEST(AlertsMessage, TheErrorOfADamagedFeedNamesPlaceAndReason) {
