@@ -257,12 +257,5 @@ TEST_F(Opening, CompressedRecordsDecompressToTheSameBytes) {
   }
 }
 
-TEST_F(Opening, AFailedCompressionGivesNoBytes) {
-  World world;
-  world.compresses = false;
-  install(world);
-  EXPECT_FALSE(bzip2CompressedData({1, 2, 3}));
-}
-
 }  // namespace
 }  // namespace linewatch

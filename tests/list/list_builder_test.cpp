@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "activity/line_activity.h"
-#include "activity/openable_url.h"
 #include "list/quiet_platform.h"
 #include "list/transit_incidents_data_source_builder.h"
 #include "list/transit_item_data_source_builder.h"
@@ -96,21 +95,6 @@ class ListBuilder : public PlatformTest {
   std::shared_ptr<RVTransitIncidentsAnalyticsDelegate> analytics_;
 };
 
-TEST_F(ListBuilder, ListsWithoutIncidentRowsShowOnlyTheirSummary) {
-  const auto none = build({});
-  EXPECT_EQ(summaryText(*none), "LineWatch_NoFavorite_Title / LineWatch_NoFavorite_SecondaryText");
-  const auto& row = std::get<SharedTransitItem>(none->summaryItem());
-  EXPECT_TRUE(row->openable()->isEqual(OpenableURL(URL{"rova://?t=r"})));
-  EXPECT_FALSE(row->displayArtwork());
-  EXPECT_THAT(*none->expandedItems(), IsEmpty());
-
-  EXPECT_EQ(summaryText(*build({{"A", {}}})),
-            "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Singular");
-  const auto two = build({{"A", {}}, {"B", {incident(1, std::nullopt, "")}}});
-  EXPECT_EQ(summaryText(*two), "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Plural(2)");
-  EXPECT_THAT(*two->expandedItems(), IsEmpty());
-}
-
 TEST_F(ListBuilder, ShowsIncidentsInForceBothEndsIncluded) {
   const Date now = platform_->mainLoop().now();
   const auto dated = [](std::uint64_t muid, std::optional<Date> start, std::optional<Date> end) {
@@ -136,26 +120,6 @@ TEST_F(ListBuilder, BuildsOnceWithItsFilterAtTheFirstCall) {
   EXPECT_EQ(summaryText(*list), "LineWatch_GoodService_Title / LineWatch_GoodService_SecondaryText_Singular");
   builder.setIncidentFilter(nullptr);
   EXPECT_EQ(builder.listItem(), list);
-}
-
-TEST_F(ListBuilder, RebuildingFromTheSameInputGivesAnEqualList) {
-  const std::vector<LineSketch> sketches = {{"A", {incident(1, "I1"), incident(2, "I2")}, shield("A")},
-                                            {"B", {incident(1, "I1")}, shield("B")},
-                                            {"C", {}}};
-  const auto list = build(sketches, 2), again = build(sketches, 2);
-  EXPECT_NE(list, again);
-  EXPECT_TRUE(list->isEqual(*again));
-  EXPECT_EQ(list->hash(), again->hash());
-  EXPECT_FALSE(list->isEqual(*build(sketches)));
-}
-
-TEST_F(ListBuilder, SummaryAndOverflowOpenNothingWithoutAnArchive) {
-  World world;
-  world.archives = false;
-  install(world);
-  const std::vector<LineSketch> two = {{"A", {incident(1, "I1"), incident(2, "I2")}}};
-  EXPECT_EQ(summaryOf(*build(two)).userActivityData(), nullptr);
-  EXPECT_EQ(build(two, 1)->expandedItems()->at(0)->openable(), nullptr);
 }
 
 TEST_F(ListBuilder, SummaryAndOverflowArchiveTheirIncidentsInPlainMode) {

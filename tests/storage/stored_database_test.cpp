@@ -91,15 +91,6 @@ TEST_F(StoredDatabaseTest, KeepsWhatWasWrittenAndUndoesWhatFailed) {
   EXPECT_THAT(textsIn(database), ElementsAre("one", "two"));
 }
 
-TEST_F(StoredDatabaseTest, TwoProgramsShareAFile) {
-  auto first = open();
-  auto second = open();
-  EXPECT_FALSE(first.write(adding("from the first")));
-  EXPECT_FALSE(second.write(adding("from the second")));
-  EXPECT_THAT(textsIn(first), ElementsAre("from the first", "from the second"));
-  EXPECT_THAT(textsIn(second), ElementsAre("from the first", "from the second"));
-}
-
 TEST_F(StoredDatabaseTest, ThreadsShareADatabaseAndProgramsWaitForEachOther) {
   auto shared = open(kFirstSchema, std::chrono::seconds(60));
   auto other = open(kFirstSchema, std::chrono::seconds(60));
