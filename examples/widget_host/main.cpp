@@ -98,7 +98,8 @@ std::optional<Error> drawWidget(const char* file) {
   desktop::HostedWidget widget(kRoom, openURL, /*wantsExpanded=*/true);
   QEventLoop loop;
   widget.start({.fetchDidChange = [&] {
-    if (!widget.isFetching()) loop.quit();
+    // After the widget has expanded, which waits for its turn in the same queue.
+    if (!widget.isFetching()) QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
   }});
   widget.setShown(true, kRoom);
   loop.exec();
