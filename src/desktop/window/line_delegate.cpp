@@ -172,7 +172,7 @@ void LineDelegate::paintHeading(QPainter& painter, const QStyleOptionViewItem& o
   painter.drawText(place, static_cast<int>(Qt::AlignLeading | Qt::AlignTop), text);
 }
 
-/// A shield that does not fit its column gets a smaller size. If the smallest is too wide, it is drawn smaller.
+/// A shield that does not fit its column gets a smaller size, and is drawn smaller if none fits.
 void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index, const QRectF& place) const {
   const auto artwork = index.data(kArtworkRole).value<SharedArtwork>();
