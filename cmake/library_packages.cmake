@@ -15,9 +15,13 @@ state, each as a shared library.")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${desktop}/library/triggers)
-configure_file(${desktop}/library/lintian-overrides ${PROJECT_BINARY_DIR}/library-overrides @ONLY)
+foreach(name library development)
+  configure_file(${desktop}/${name}/lintian-overrides ${PROJECT_BINARY_DIR}/${name}-overrides @ONLY)
+endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/library-overrides DESTINATION share/lintian/overrides RENAME ${runtime}
   COMPONENT library)
+install(FILES ${PROJECT_BINARY_DIR}/development-overrides DESTINATION share/lintian/overrides RENAME liblinewatch-dev
+  COMPONENT development)
 set(CPACK_ARCHIVE_LIBRARY_FILE_NAME lib${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME})
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liblinewatch-dev)

@@ -1,7 +1,9 @@
 """Pictures of windows on an X server that keeps its pixels in a file (Xvfb -fbdir)."""
 
+import os
 import re
 import struct
+import subprocess
 import time
 import zlib
 
@@ -19,6 +21,41 @@ def wait_for(what, condition):
     raise SystemExit(f"waited in vain for {what}")
 
 
+class Screen:
+    """An X server that keeps its pixels in a file."""
+
+    def __init__(self, folder, size, *options):
+        reading, writing = os.pipe()
+        self.size = size
+        self.pixels = os.path.join(folder, "Xvfb_screen0")
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-fbdir", folder, "-screen", "0",
+                                        "%dx%dx24" % size, "-nolisten", "tcp", "-noreset", *options],
+                                       pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as answer:
+            self.name = ":" + answer.readline().strip()
+
+    def __enter__(self):
+        """Makes it the display of this process and its children, with the pointer in the corner."""
+        os.environ["DISPLAY"] = self.name
+        xdotool("mousemove", str(self.size[0] - 1), str(self.size[1] - 1))
+        return self
+
+    def __exit__(self, *_):
+        self.server.terminate()
+        self.server.wait()
+
+
+def xdotool(*words):
+    return subprocess.run(["xdotool", *words], capture_output=True, text=True, check=False).stdout.strip()
+
+
+def place_of(window):
+    """Its left and upper edge, width and height in pixels."""
+    place = dict(re.findall(r"(\w+)=(\d+)", xdotool("getwindowgeometry", "--shell", window)))
+    return tuple(int(place[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+
 def rows_of(file, left, top, width, height):
     """The rectangle's rows with four bytes a pixel, from the X window dump that the server maps into memory."""
     with open(file, "rb") as dump:
@@ -29,12 +66,16 @@ def rows_of(file, left, top, width, height):
             yield dump.read(4 * width)
 
 
-def resting_rows(xdotool, file, window, rest=REST):
-    """The window's rows once they have stayed the same for `rest` seconds. `xdotool`: runs that program."""
+def resting_rows(file, window, rest=REST):
+    """The window's rows once they have stayed the same for `rest` seconds."""
+    return resting_area(file, lambda: place_of(window), rest)
+
+
+def resting_area(file, place, rest=REST):
+    """The same for what `place` returns: left and upper edge, width and height."""
     before, since = None, time.monotonic()
     while before is None or time.monotonic() - since < rest:
-        place = dict(re.findall(r"(\w+)=(\d+)", xdotool("getwindowgeometry", "--shell", window)))
-        rows = list(rows_of(file, *(int(place[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))))
+        rows = list(rows_of(file, *place()))
         if rows != before:
             before, since = rows, time.monotonic()
         time.sleep(0.1)

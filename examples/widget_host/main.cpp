@@ -1,9 +1,9 @@
-// widget_host FILE: shows LineWatch's widget with news of the program's own, and draws it into FILE, a PNG,
-// SVG or PDF. The platform of the desktop draws it and gives it a main loop and texts; this program gives it
-// lines and favourites.
+// widget_host [FILE]: shows LineWatch's widget with news of the program's own, in a window or drawn into
+// FILE, a PNG, SVG or PDF. The platform of the desktop draws it and gives it a main loop and texts; this
+// program gives it lines and favourites.
 
+#include <QApplication>
 #include <QEventLoop>
-#include <QGuiApplication>
 #include <cstdio>
 #include <memory>
 #include <utility>
@@ -13,6 +13,8 @@
 #include "desktop/drawing/drawing_screen.h"
 #include "desktop/drawing/offscreen_application.h"
 #include "desktop/drawing/picture.h"
+#include "desktop/window/hosted_widget.h"
+#include "desktop/window/row_surface.h"
 #include "feeds/queued_transit_service.h"
 #include "platform/platform_wrapper.h"
 #include "platform/transit_records.h"
@@ -26,6 +28,7 @@ using namespace linewatch;
 
 constexpr Size kCompact = desktop::kCompactSize;
 constexpr double kMostRows = 8;
+constexpr desktop::PanelHost::Limits kRoom{kCompact.width, kCompact.height, kCompact.height* kMostRows};
 
 SharedLineItem line(std::uint64_t muid, const std::string& name, const std::string& color,
                     TransitIncidents incidents) {
@@ -86,49 +89,58 @@ class OwnPlatform final : public PlatformWrapper {
   QueuedTransitService service_;
 };
 
-/// Tells the widget how much room it has. A window would also follow the widget's display modes and open
-/// URLs.
-class OwnHost final : public ExtensionContext {
- public:
-  Size maximumSizeForDisplayMode(WidgetDisplayMode mode) const override {
-    return {kCompact.width, kCompact.height * (mode == WidgetDisplayMode::compact ? 1 : kMostRows)};
-  }
-  WidgetDisplayMode activeDisplayMode() const override { return WidgetDisplayMode::expanded; }
-  void setLargestAvailableDisplayMode(WidgetDisplayMode) override {}
-  void openURL(const URL&, std::function<void(bool)> completion) override {
-    if (completion) completion(false);
-  }
-};
+/// A tap asks for this. This host opens nothing.
+void openURL(const URL&, const std::function<void(bool)>& completion) {
+  if (completion) completion(false);
+}
 
 std::optional<Error> drawWidget(const char* file) {
-  const auto host = std::make_shared<OwnHost>();
-  const auto widget = RVTransitIncidentsViewController::make(host, kCompact);
+  desktop::HostedWidget widget(kRoom, openURL, /*wantsExpanded=*/true);
   QEventLoop loop;
-  widget->viewWillAppear(false);
-  widget->widgetPerformUpdateWithCompletionHandler([&](WidgetUpdateResult) { loop.quit(); });
+  widget.start({.fetchDidChange = [&] {
+    // After the widget has expanded, which waits for its turn in the same queue.
+    if (!widget.isFetching()) QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+  }});
+  widget.setShown(true, kRoom);
   loop.exec();
-  const Size room = host->maximumSizeForDisplayMode(WidgetDisplayMode::expanded);
-  widget->widgetActiveDisplayModeDidChange(WidgetDisplayMode::expanded, room);
-  const Size size = widget->dataSource()->preferredContentSizeForExpanded(true, room);
-  return desktop::savePicture(widget->view(), {.size = size}, file);
+  const Size size{kRoom.width, widget.preferredHeight(kRoom.expandedHeight)};
+  return desktop::savePicture(widget.controller().view(), {.size = size}, file);
+}
+
+/// Until the user closes the window.
+std::optional<Error> showWidget() {
+  desktop::HostedWidget widget(kRoom, openURL, /*wantsExpanded=*/true);
+  auto& controller = widget.controller();
+  desktop::RowSurface rows(controller.sharedView(), controller.tableView(), [&](std::size_t row) {
+    return desktop::wordsOfItem(controller.dataSource()->_itemAtIndexPath({0, row}));
+  });
+  rows.setWindowTitle("News of my own");
+  const auto fit = [&] {
+    rows.setFixedSize(QSizeF(kRoom.width, widget.preferredHeight(kRoom.expandedHeight)).toSize());
+  };
+  fit();
+  widget.start({.contentDidChange = fit, .modeDidChange = fit});
+  rows.show();
+  widget.setShown(true, kRoom);
+  QApplication::exec();
+  return std::nullopt;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("usage: widget_host FILE\n", stderr);
-    return 2;
-  }
   useInstallation(LINEWATCH_INSTALLATION);
-  const auto application = desktop::makeOffscreenApplication();
+  const char* const file = argc > 1 ? argv[1] : nullptr;
+  // A picture needs no display.
+  const auto application =
+      file != nullptr ? desktop::makeOffscreenApplication() : std::make_unique<QApplication>(argc, argv);
   desktop::DesktopSettings settings{.locale = UserLocale::fromEnvironment(processEnvironment)};
   settings.given = desktop::DesktopSettings::GivenFeed{};  // no feeds and no saved state
   settings.screen = std::make_shared<desktop::DrawingScreen>(desktop::ScreenSettings{});
   const auto desktop = desktop::DesktopPlatform::make(std::move(settings));
   if (!desktop) return std::fprintf(stderr, "%s\n", sentenceOf(desktop.error()).c_str()), 1;
   installPlatform(std::make_shared<OwnPlatform>(**desktop));
-  const auto error = drawWidget(argv[1]);
+  const auto error = file != nullptr ? drawWidget(file) : showWidget();
   (*desktop)->finishBackgroundWork();
   installPlatform(nullptr);
   if (error) std::fprintf(stderr, "widget_host: %s\n", sentenceOf(*error).c_str());

@@ -25,14 +25,14 @@ namespace linewatch::desktop {
 /// the list is on screen. Needs an installed platform. Main thread.
 class HostedWidget final : public QObject {
  public:
-  /// Handlers of the panel. Each is called after the state has changed.
+  /// Handlers of the panel, all optional. Each is called after the state has changed.
   struct Handlers {
     /// The rows, or their number, have changed.
-    std::function<void()> contentDidChange;
+    std::function<void()> contentDidChange = [] {};
     /// The display mode has changed, or whether the widget has more to show.
-    std::function<void()> modeDidChange;
+    std::function<void()> modeDidChange = [] {};
     /// A fetch has begun or ended.
-    std::function<void()> fetchDidChange;
+    std::function<void()> fetchDidChange = [] {};
   };
 
   /// `wantsExpanded`: the user's choice. When absent, the widget has the mode in which it was saved. No

@@ -172,7 +172,7 @@ void LineDelegate::paintHeading(QPainter& painter, const QStyleOptionViewItem& o
   painter.drawText(place, static_cast<int>(Qt::AlignLeading | Qt::AlignTop), text);
 }
 
-/// A shield that does not fit its column gets a smaller size.
+/// A shield that does not fit its column gets a smaller size, and is drawn smaller if none fits.
 void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index, const QRectF& place) const {
   const auto artwork = index.data(kArtworkRole).value<SharedArtwork>();
@@ -183,13 +183,10 @@ void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& op
     if (!image || image->size().width <= place.width()) break;
   }
   if (!image) return;
-  painter.save();
-  painter.setClipRect(place);
+  const double fit = std::min(1.0, place.width() / image->size().width);
+  const double width = image->size().width * fit, height = image->size().height * fit;
   QtCanvas canvas(painter, appearanceOf(option.palette), scale);
-  const double x = place.center().x() - image->size().width / 2;
-  const double y = place.center().y() - image->size().height / 2;
-  image->draw(canvas, {std::max(x, place.left()), y, image->size().width, image->size().height});
-  painter.restore();
+  image->draw(canvas, {place.center().x() - width / 2, place.center().y() - height / 2, width, height});
 }
 
 void LineDelegate::paintNames(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,

@@ -56,7 +56,7 @@ class SetupInputTest(PanelDesk):
     def setUp(self):
         super().setUp()
         self.clicks = 0
-        documents = {"/alerts.pb": alerts(), "/gtfs.zip": timetable()}
+        self.documents = documents = {"/alerts.pb": alerts(), "/gtfs.zip": timetable()}
 
         class Handler(http.server.BaseHTTPRequestHandler):
             def do_GET(self):
