@@ -74,7 +74,7 @@ class StatusWatch {
 
   void followPanel() {
     const int descriptor = panel_->follow();
-    if (descriptor < 0) return;
+    if (descriptor < 0) return forgetPanel();
     panelNews_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
     QObject::connect(panelNews_.get(), &QSocketNotifier::activated, [this] { takePanelMessages(); });
   }
