@@ -1,5 +1,4 @@
 #include <QSocketNotifier>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,9 +27,7 @@ namespace {
 /// or another time.
 std::unique_ptr<PanelLink> panelOf(Session& session, const CommonOptions& options) {
   if (!session.platform().saved() || options.now) return nullptr;
-  const auto folder =
-      options.stateDir ? std::optional<std::filesystem::path>(*options.stateDir) : std::nullopt;
-  return connectToPanel(desktop::busNameFor(folder), processEnvironment);
+  return connectToPanel(desktop::busNameFor(options.stateDir, processEnvironment), processEnvironment);
 }
 
 /// Absent when no panel runs, or when it has no news yet.

@@ -111,10 +111,15 @@ TEST(StatusFormats, NeverTakeTextsOfFeedsForMarkup) {
   EXPECT_THAT(printed(plain, incidentStatus(longTitle)), HasSubstr(longTitle));
 }
 
-TEST(StatusFormats, MadeUpCityIsNamed) {
-  TransitStatus status = clearStatus();
+TEST(StatusFormats, EveryTextMarksTheMadeUpCity) {
+  TransitStatus status = incidentStatus("Strike");
   status.isSampleCity = true;
-  EXPECT_EQ(printed(plain, status), "A made-up city: Good Service\n");
+  EXPECT_EQ(printed(plain, status), "A made-up city: U6: Strike\n");
+  for (const char* key : {"\"full_text\"", "\"short_text\""})
+    EXPECT_THAT(printed(i3blocks, status), HasSubstr(key + std::string(": \"A made-up city: ")));
+  EXPECT_THAT(printed(json, status), HasSubstr("\"summary\": \"A made-up city: 1 line with advisories\""));
+  EXPECT_THAT(printed(waybar, status), AllOf(HasSubstr("\"text\": \"A made-up city: U6"),
+                                             HasSubstr("\"tooltip\": \"A made-up city: 1 line")));
 }
 
 TEST(StatusFormats, DocumentIsReadBackWhole) {

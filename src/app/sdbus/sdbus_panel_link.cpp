@@ -91,15 +91,18 @@ class SdBusPanelLink final : public PanelLink {
   /// Waits until the bus has accepted this program. A call would wait for that without a limit. Closes the
   /// bus on failure, so that nothing waits for it again.
   bool signIn(const Deadline& deadline) {
-    int state = bus_ ? 0 : -1;
-    while (state == 0) {
-      state = sd_bus_process(bus_.get(), nullptr);
-      const std::uint64_t left = deadline.microsecondsLeft();
-      if (state == 0) state = left > 0 ? sd_bus_wait(bus_.get(), left) : -ETIMEDOUT;
-      if (state >= 0 || state == -EINTR) state = sd_bus_is_ready(bus_.get());
+    while (bus_) {
+      const int isReady = sd_bus_is_ready(bus_.get());
+      if (isReady > 0) return true;
+      if (isReady < 0 || !continueSignIn(deadline)) bus_ = nullptr;
     }
-    if (state < 0) bus_ = nullptr;
-    return state > 0;
+    return false;
+  }
+  bool continueSignIn(const Deadline& deadline) {
+    const std::uint64_t left = deadline.microsecondsLeft();
+    int result = left > 0 ? sd_bus_process(bus_.get(), nullptr) : -ETIMEDOUT;
+    if (result == 0) result = sd_bus_wait(bus_.get(), left);
+    return result >= 0 || result == -EINTR;
   }
   Message newCall(const char* interface, const char* method) {
     sd_bus_message* request = nullptr;
