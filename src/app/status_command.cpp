@@ -1,3 +1,4 @@
+#include <QObject>
 #include <QSocketNotifier>
 #include <functional>
 #include <memory>
@@ -54,6 +55,7 @@ class StatusWatch {
               {.refresh = session.platform().settings().values().refresh,
                .nextChange = [this] { return nextChange(lines_, feedStates(), now()); }}) {
     if (panel_) followPanel();
+    followRefresh(following_, session.platform().settings(), loop_);
   }
 
   /// The error number of the write that failed; 0 after any other end.
@@ -132,6 +134,7 @@ class StatusWatch {
   std::optional<TransitStatus> printed_;
   std::string printedText_;
   RefreshLoop loop_;
+  QObject following_;
   WatchedOutput output_{[this] { userDidAsk(); }};
 };
 
