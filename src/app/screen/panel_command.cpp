@@ -197,13 +197,15 @@ desktop::BusPresence presenceOnBus(const CommonOptions& options) {
 /// A panel that is just ending may still have the name.
 constexpr int kAttemptsToRaise = 3;
 
-/// Lets the panel that is already open show its window. Absent if this process has to show one.
+/// Lets the panel that is already open show its window, unless this one was to be hidden. Absent if this
+/// process has to show one.
 std::optional<Report> raiseOpenPanel(desktop::BusPresence& bus, const CommonOptions& options,
                                      const PanelCommand& command, const std::string& activationToken) {
   using Standing = desktop::BusPresence::Standing;
   for (int attempt = 0; attempt < kAttemptsToRaise && bus.takeName() == Standing::second; ++attempt) {
     if (!command.record.empty())
       return refused(failure(command.record, "", "nothing is recorded, because a panel is already open"));
+    if (command.isHidden) return Report();
     if (bus.raiseOther(activationToken))
       return Report{.output = {}, .complaint = RiderTexts(localeOf(options))("AlreadyOpen")};
   }

@@ -236,6 +236,7 @@ class PresenceTest(unittest.TestCase):
 
     def check_second_start(self):
         """Leaves the window open."""
+        self.assertEqual(self.end(self.start("panel", "--hidden")), ("", "", 0))
         output, errors, status = self.end(self.start("panel"))
         self.assertEqual((output, errors, status),
                          ("", "linewatch: the panel is already open, so its window is shown\n", 0))
