@@ -2,7 +2,7 @@
 #include "app/screen/screen_program.h"
 
 // The earliest moment: the initializers of the libraries run later.
-__attribute__((section(".preinit_array"), used)) static void (*const atStart)() =
-    linewatch::app::surviveRefreshSignal;
+static void (*const atStart)()
+    __attribute__((section(".preinit_array"), used)) = linewatch::app::surviveRefreshSignal;
 
 int main(int argc, char** argv) { return linewatch::app::runOnScreen(argc, argv); }
