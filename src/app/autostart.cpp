@@ -40,8 +40,9 @@ std::string execArgument(const std::string& argument) {
 Autostart::Autostart(const Environment& environment, std::optional<std::string> stateFolder)
     : stateFolder_(std::move(stateFolder)) {
   const std::filesystem::path folder = autostartFolder(environment);
-  const auto state = stateFolder_ ? std::optional<std::filesystem::path>(*stateFolder_) : std::nullopt;
-  if (!folder.empty()) file_ = folder / (desktop::busNameFor(state) + ".desktop");
+  const std::string name =
+      stateFolder_ ? desktop::busNameFor(*stateFolder_, environment) : desktop::kApplicationId;
+  if (!folder.empty() && !name.empty()) file_ = folder / (name + ".desktop");
 }
 
 std::string Autostart::entry() const {

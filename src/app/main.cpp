@@ -1,3 +1,8 @@
 #include "app/program.h"
+#include "app/refresh_signal.h"
+
+// The earliest moment: the initializers of the libraries run later.
+static void (*const atStart)()
+    __attribute__((section(".preinit_array"), used)) = linewatch::app::surviveRefreshSignal;
 
 int main(int argc, char** argv) { return linewatch::app::run(argc, argv); }

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "app/commands.h"
+#include "app/refresh_signal.h"
 #include "app/rider_texts.h"
 #include "app/run_settings.h"
 #include "app/terminal_text.h"
@@ -28,6 +29,8 @@ namespace {
 /// libraries takes longer than most commands run. Returns only if it cannot be started, with the error.
 Report replaceWithScreenProgram(char** argv) {
   const std::string path = installedParts() / "linewatch-screen";
+  // Until the other program has its own handler, the signal must not end it.
+  std::signal(kRefreshSignal, SIG_IGN);
   execv(path.c_str(), argv);
   return refused(failure(path, "", std::generic_category().message(errno)));
 }

@@ -17,8 +17,14 @@ RefreshLoop::RefreshLoop(MainLoop& mainLoop, Look look, Options options)
 
 RefreshLoop::~RefreshLoop() { cancelTimer(); }
 
+void RefreshLoop::setRefresh(Seconds refresh) {
+  options_.refresh = refresh;
+  if (ended_) scheduleLook();
+}
+
 void RefreshLoop::refreshNow() {
   cancelTimer();
+  ended_ = std::nullopt;
   mustLookAgain_ = isLooking_;
   if (isLooking_) return;
   isLooking_ = true;
@@ -35,9 +41,16 @@ void RefreshLoop::didLook() {
     timer_ = mainLoop_.scheduleTimer(Seconds(0), false, [this] { refreshNow(); });
     return;
   }
-  Seconds pause = options_.refresh;
+  ended_ = mainLoop_.now();
+  scheduleLook();
+}
+
+void RefreshLoop::scheduleLook() {
+  cancelTimer();
+  const Date now = mainLoop_.now();
+  Seconds pause = std::clamp(Seconds(*ended_ + options_.refresh - now), Seconds(0), options_.refresh);
   if (const auto change = options_.nextChange())
-    pause = std::min(pause, std::max(kLeastPause, Seconds(*change - mainLoop_.now())));
+    pause = std::min(pause, std::max(kLeastPause, Seconds(*change - now)));
   timer_ = mainLoop_.scheduleTimer(pause, false, [this] { refreshNow(); });
 }
 

@@ -28,11 +28,14 @@ class RefreshLoop {
   RefreshLoop(const RefreshLoop&) = delete;
   RefreshLoop& operator=(const RefreshLoop&) = delete;
 
+  /// The time between the end of a look and the next one from now on, also of the look that comes next.
+  void setRefresh(Seconds refresh);
   /// Looks at once. During a look it looks again at its end, because the running one may be too early.
   void refreshNow();
 
  private:
   void didLook();
+  void scheduleLook();
   void cancelTimer();
 
   MainLoop& mainLoop_;
@@ -40,6 +43,8 @@ class RefreshLoop {
   Options options_;
   bool isLooking_ = false;
   bool mustLookAgain_ = false;
+  /// The end of the last look, after which the next one waits. Absent before the first end and during a look.
+  std::optional<Date> ended_;
   std::shared_ptr<Timer> timer_;
   /// Expires with this object. A look may end later.
   std::shared_ptr<RefreshLoop*> self_ = std::make_shared<RefreshLoop*>(this);

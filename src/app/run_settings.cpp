@@ -1,9 +1,12 @@
 #include "app/run_settings.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <variant>
+#include <vector>
 
+#include "platform/log.h"
 #include "shared/environment.h"
 #include "storage/state_directories.h"
 
@@ -42,6 +45,15 @@ UserSettings::Given givenTexts(const CommandLine& line) {
 
 std::shared_ptr<UserSettings> settingsOfRun(const CommandLine& line) {
   return std::make_shared<UserSettings>(settingsFile(line.common), givenTexts(line));
+}
+
+bool rereadSettings(UserSettings& settings) {
+  const std::vector<std::string> before = settings.faults();
+  if (!settings.reread()) return false;
+  for (const std::string& fault : settings.faults()) {
+    if (std::ranges::find(before, fault) == before.end()) logError("%@", {fault});
+  }
+  return true;
 }
 
 }  // namespace linewatch::app

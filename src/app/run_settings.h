@@ -11,4 +11,7 @@ namespace linewatch::app {
 /// line says. A run without saved state has no file. Reads nothing yet.
 std::shared_ptr<UserSettings> settingsOfRun(const CommandLine& line);
 
+/// Reads the settings file again, and logs the mistakes that are new. True if the file has changed.
+bool rereadSettings(UserSettings& settings);
+
 }  // namespace linewatch::app

@@ -1,5 +1,5 @@
+#include <QObject>
 #include <QSocketNotifier>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,9 +28,7 @@ namespace {
 /// or another time.
 std::unique_ptr<PanelLink> panelOf(Session& session, const CommonOptions& options) {
   if (!session.platform().saved() || options.now) return nullptr;
-  const auto folder =
-      options.stateDir ? std::optional<std::filesystem::path>(*options.stateDir) : std::nullopt;
-  return connectToPanel(desktop::busNameFor(folder), processEnvironment);
+  return connectToPanel(desktop::busNameFor(options.stateDir, processEnvironment), processEnvironment);
 }
 
 /// Absent when no panel runs, or when it has no news yet.
@@ -57,6 +55,7 @@ class StatusWatch {
               {.refresh = session.platform().settings().values().refresh,
                .nextChange = [this] { return nextChange(lines_, feedStates(), now()); }}) {
     if (panel_) followPanel();
+    followRefresh(following_, session.platform().settings(), loop_);
   }
 
   /// The error number of the write that failed; 0 after any other end.
@@ -74,7 +73,7 @@ class StatusWatch {
 
   void followPanel() {
     const int descriptor = panel_->follow();
-    if (descriptor < 0) return;
+    if (descriptor < 0) return forgetPanel();
     panelNews_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
     QObject::connect(panelNews_.get(), &QSocketNotifier::activated, [this] { takePanelMessages(); });
   }
@@ -135,6 +134,7 @@ class StatusWatch {
   std::optional<TransitStatus> printed_;
   std::string printedText_;
   RefreshLoop loop_;
+  QObject following_;
   WatchedOutput output_{[this] { userDidAsk(); }};
 };
 

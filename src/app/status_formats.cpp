@@ -42,14 +42,8 @@ StatusWords wordsOf(const TransitStatus& status, Date now, IcuLocalization& text
     for (const std::string& detail : statusDetails(status, now, texts))
       words.details.push_back(terminalLine(detail));
   }
-  words.headline = isOneLine ? words.details.front() : words.summary;
-  if (status.isSampleCity) {
-    // Nobody may take a made-up line for a real one.
-    const std::string sample = texts.windowString("LineWatch_Window_SampleCity", "");
-    words.headline = terminalLine(texts.format(
-        texts.localizedString("LineWatch_Single_Line_Prepended_Incident_Text", "", StringTable::widget),
-        std::vector<FormatArgument>{sample, words.headline}));
-  }
+  words.headline =
+      isOneLine ? terminalLine(markedIfSample(status, words.details.front(), texts)) : words.summary;
   return words;
 }
 

@@ -4,8 +4,8 @@
 #include <system_error>
 #include <utility>
 
-#include "app/refresh_loop.h"
-#include "settings/user_settings.h"
+#include "app/run_settings.h"
+#include "desktop/loop/file_watch.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
@@ -17,10 +17,19 @@ Report runWatch(Session& session, const WatchLook& look, std::function<std::opti
       session.platform().mainLoop(), [&](std::function<void()> done) { look(output, std::move(done)); },
       RefreshLoop::Options{.refresh = session.platform().settings().values().refresh,
                            .nextChange = std::move(nextChange)});
+  QObject following;
+  followRefresh(following, session.platform().settings(), *loop);
   loop->refreshNow();
   const int error = output.run();
   session.platform().stopFetching();
   return reportOfWatch(error);
+}
+
+void followRefresh(QObject& owner, UserSettings& settings, RefreshLoop& loop) {
+  if (settings.file().empty()) return;
+  desktop::watchFile(owner, settings.file(), [&settings, &loop] {
+    if (rereadSettings(settings)) loop.setRefresh(settings.values().refresh);
+  });
 }
 
 Report reportOfWatch(int error) {

@@ -6,7 +6,10 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <unistd.h>
+
+#include "app/refresh_signal.h"
 
 namespace linewatch::app {
 
@@ -18,7 +21,7 @@ volatile std::sig_atomic_t mustEnd = 0;
 
 void noteSignal(int signal) {
   const int error = errno;
-  const char byte = signal == SIGUSR1 ? 'r' : 'e';
+  const char byte = signal == kRefreshSignal ? 'r' : 'e';
   if (signal == SIGINT || signal == SIGTERM) mustEnd = 1;
   if (signal != SIGPIPE) [[maybe_unused]]
     const auto size = ::write(noticingEnd, &byte, 1);
@@ -42,12 +45,14 @@ WatchedOutput::WatchedOutput(std::function<void()> refresh) : refresh_(std::move
     struct sigaction noting {};
     noting.sa_handler = noteSignal;
     // A write to a reader that does not read must end with the command.
-    noting.sa_flags = kSignals[i] == SIGUSR1 ? SA_RESTART : 0;
+    noting.sa_flags = kSignals[i] == kRefreshSignal ? SA_RESTART : 0;
     ::sigaction(kSignals[i], nullptr, &before_[i]);
     // In the background of a script SIGINT is ignored, and stays so.
     const bool isIgnored = before_[i].sa_handler == SIG_IGN && kSignals[i] != SIGPIPE;
     if (!isIgnored) ::sigaction(kSignals[i], &noting, nullptr);
   }
+  // Only now can a signal do no harm.
+  ::prctl(PR_SET_NAME, kWatchingProcessName);
   signals_ = std::make_unique<QSocketNotifier>(noticedEnd, QSocketNotifier::Read);
   QObject::connect(signals_.get(), &QSocketNotifier::activated, [this] { takeSignals(); });
   // Is woken by errors too, and a pipe without a reader has one.

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string_view>
 
+#include "app/refresh_signal.h"
+
 class QSocketNotifier;
 
 namespace linewatch::app {
@@ -27,7 +29,7 @@ class WatchedOutput {
   int run() const;
 
  private:
-  static constexpr std::array<int, 4> kSignals = {SIGUSR1, SIGINT, SIGTERM, SIGPIPE};
+  static constexpr std::array<int, 4> kSignals = {kRefreshSignal, SIGINT, SIGTERM, SIGPIPE};
 
   void takeSignals();
   void end(int error);

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "storage/state_directories.h"
+
 namespace linewatch::desktop {
 
 namespace {
@@ -28,11 +30,14 @@ std::string canonicalPath(const std::filesystem::path& folder) {
 
 }  // namespace
 
-std::string busNameFor(const std::optional<std::filesystem::path>& stateFolder) {
-  if (!stateFolder) return kApplicationId;
+std::string busNameFor(const std::optional<std::filesystem::path>& stateFolder,
+                       const Environment& environment) {
+  const auto folders =
+      stateFolder ? StateDirectories::under(*stateFolder) : StateDirectories::fromEnvironment(environment);
+  if (!folders) return {};
   std::array<char, 17> digits{};
   std::snprintf(digits.data(), digits.size(), "%016llx",
-                static_cast<unsigned long long>(hashOf(canonicalPath(*stateFolder))));
+                static_cast<unsigned long long>(hashOf(canonicalPath(folders->data))));
   // A part of a bus name must not begin with a digit.
   return std::string(kApplicationId) + ".state_" + digits.data();
 }

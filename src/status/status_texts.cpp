@@ -45,6 +45,21 @@ std::string summaryOfIncidents(const TransitStatus& status, IcuLocalization& tex
       FormatArguments{std::move(lines), counted("LineWatch_Status_NoNews", status.unknownCount, texts)});
 }
 
+/// Without the mark of the made-up city.
+std::string summaryOf(const TransitStatus& status, IcuLocalization& texts) {
+  switch (status.state) {
+    case TransitStatus::State::allClear:
+      return kestrowText("LineWatch_GoodService_Title", texts);
+    case TransitStatus::State::incidents:
+      return summaryOfIncidents(status, texts);
+    case TransitStatus::State::unknown:
+      return summaryOfUnknown(status, texts);
+    case TransitStatus::State::noFavorites:
+      break;
+  }
+  return kestrowText("LineWatch_NoFavorite_Title", texts);
+}
+
 /// "U6: Delays +2", where two more incidents have no room.
 std::string lineDetail(const StatusLine& line, const TransitStatus& status, IcuLocalization& texts) {
   const StatusIncident& first = status.incidents.at(line.incidents.front());
@@ -89,17 +104,14 @@ void addUnknownLines(const TransitStatus& status, std::size_t limit, IcuLocaliza
 }  // namespace
 
 std::string statusSummary(const TransitStatus& status, IcuLocalization& texts) {
-  switch (status.state) {
-    case TransitStatus::State::allClear:
-      return kestrowText("LineWatch_GoodService_Title", texts);
-    case TransitStatus::State::incidents:
-      return summaryOfIncidents(status, texts);
-    case TransitStatus::State::unknown:
-      return summaryOfUnknown(status, texts);
-    case TransitStatus::State::noFavorites:
-      break;
-  }
-  return kestrowText("LineWatch_NoFavorite_Title", texts);
+  return markedIfSample(status, summaryOf(status, texts), texts);
+}
+
+std::string markedIfSample(const TransitStatus& status, std::string text, IcuLocalization& texts) {
+  if (!status.isSampleCity) return text;
+  return widgetText("LineWatch_Single_Line_Prepended_Incident_Text",
+                    FormatArguments{windowText("LineWatch_Window_SampleCity", {}, texts), std::move(text)},
+                    texts);
 }
 
 std::vector<std::string> statusDetails(const TransitStatus& status, Date now, IcuLocalization& texts,
@@ -108,7 +120,6 @@ std::vector<std::string> statusDetails(const TransitStatus& status, Date now, Ic
   addAffectedLines(status, limit, texts, details);
   addUnknownLines(status, limit, texts, details);
   if (!status.error.empty()) details.push_back(status.error);
-  if (status.isSampleCity) details.push_back(windowText("LineWatch_Window_SampleCity", {}, texts));
   const auto age = status.ageAt(now);
   if (age && *age >= kShownAge) {
     details.push_back(

@@ -80,7 +80,7 @@ TEST_F(NotifyCommandTest, AutostartWritesAndRemovesItsOwnEntryOnly) {
   const std::filesystem::path entries = folder_ / "config/autostart";
   folder_.write("config/autostart/org.linewatch.LineWatch.desktop", "X-LineWatch-Setting=autostart");
   output({"settings", "autostart", "on"});
-  const std::string name = desktop::busNameFor(folder_ / "state") + ".desktop";
+  const std::string name = desktop::busNameFor(folder_ / "state", processEnvironment) + ".desktop";
   EXPECT_THAT(*contentsOf(entries / name),
               AllOf(HasSubstr("Exec=\""), HasSubstr("linewatch\" panel --hidden --state-dir \"")));
   output({"settings", "autostart", "off"});

@@ -48,6 +48,25 @@ TEST_F(RefreshLoopTest, LooksAtIntervalsAndWhenSomethingChanges) {
   EXPECT_THAT(looks_, ElementsAre(10, 70, 85, 86, 87, 88));
 }
 
+TEST_F(RefreshLoopTest, FollowsAnotherIntervalAtOnce) {
+  RefreshLoop refresh(loop(), look(Seconds(5)), {.refresh = Seconds(60)});
+  refresh.setRefresh(Seconds(50));
+  loop().advance(Seconds(100));
+  EXPECT_THAT(looks_, IsEmpty()) << "nothing has started it";
+  refresh.refreshNow();
+  loop().advance(Seconds(1));
+  refresh.setRefresh(Seconds(600));
+  loop().advance(Seconds(104));
+  EXPECT_THAT(looks_, ElementsAre(100));
+  refresh.setRefresh(Seconds(120));
+  loop().advance(Seconds(20));
+  EXPECT_THAT(looks_, ElementsAre(100, 225));
+  loop().advance(Seconds(105));
+  refresh.setRefresh(Seconds(60));
+  loop().advance(Seconds(1));
+  EXPECT_THAT(looks_, ElementsAre(100, 225, 330)) << "it is due already";
+}
+
 TEST_F(RefreshLoopTest, LooksAgainAfterALookThatWasTooEarly) {
   {
     RefreshLoop refresh(loop(), look(Seconds(5)), {.refresh = Seconds(60)});

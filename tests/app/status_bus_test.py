@@ -5,6 +5,7 @@ fetches by itself when the panel ends. The bus and the panel are the test's own.
 import json
 import os
 import pathlib
+import socket
 import subprocess
 import sys
 import tempfile
@@ -92,6 +93,14 @@ class StatusBusTest(unittest.TestCase):
         panel.document = "not JSON"
         self.assertEqual(self.status(), SAMPLE_CITY)
         panel.end()
+
+    def test_does_not_wait_for_a_bus_that_hangs(self):
+        """Without a limit it would outlast this test's patience."""
+        with socket.socket(socket.AF_UNIX) as bus:
+            bus.bind(self.state + ".bus")
+            bus.listen()
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + self.state + ".bus"
+            self.assertEqual(self.status(), SAMPLE_CITY)
 
     def test_follows_the_panel(self):
         panel = Panel(self.address, bus_name(self.state))

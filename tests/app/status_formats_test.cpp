@@ -1,12 +1,19 @@
 #include "app/status_formats.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "app/status_reading.h"
+#include "machine/terminal_line.h"
 #include "status/status_document.h"
 #include "wire/json_text.h"
 
@@ -111,10 +118,94 @@ TEST(StatusFormats, NeverTakeTextsOfFeedsForMarkup) {
   EXPECT_THAT(printed(plain, incidentStatus(longTitle)), HasSubstr(longTitle));
 }
 
-TEST(StatusFormats, MadeUpCityIsNamed) {
-  TransitStatus status = clearStatus();
+/// The text without these parts.
+std::string without(std::string text, std::initializer_list<const char*> parts) {
+  for (const std::string part : parts) {
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at))
+      text.erase(at, part.size());
+  }
+  return text;
+}
+
+/// Whether Pango takes it for plain text: no tags, and no "&" but that of an entity.
+bool isPlainMarkup(const std::string& text) {
+  return without(text, {"&amp;", "&lt;", "&gt;", "&quot;", "&#39;", "&#10;"}).find_first_of("<>&") ==
+         std::string::npos;
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+/// What the reader of the format relies on; `text` has an incident that is severe.
+bool isWellFormed(StatusFormat format, const std::string& text) {
+  if (format == argos) {
+    return std::ranges::all_of(linesOf(text), [](const std::string& line) {
+      return line == "---" || (std::ranges::count(line, '|') == 1 && !line.starts_with("-"));
+    });
+  }
+  if (linesOf(text).size() != 1) return false;
+  if (format == polybar) return without(text, {"%{F#ff6b60}", "%{F-}\n"}).find("%{") == std::string::npos;
+  if (format == genmon)
+    return isPlainMarkup(without(text, {"<txt><span foreground=\"#ff6b60\">", "</span></txt>", "<txtclick>",
+                                        "</txtclick>", "<tool>", "</tool>"}));
+  if (format == plain) return true;
+  const auto object = nlohmann::json::parse(text);
+  if (format == waybar) return isPlainMarkup(object.at("text")) && isPlainMarkup(object.at("tooltip"));
+  return format == json || (text.find('\\') == std::string::npos && object.size() == 5);
+}
+
+TEST(StatusFormats, StayWellFormedWhateverAFeedSays) {
+  const std::string hostile[] = {"",
+                                 "a\nb\r\n---\nc",
+                                 "\x1b[2J\a\t\x7f",
+                                 "\xe2\x80\xae \xe2\x80\xa8 \xc2\x85",
+                                 "\xff\xc3",
+                                 "\"\\\"}, {\"text\": \"",
+                                 "<b>&amp;</b>&",
+                                 "</txt><txt>\"'</tool>",
+                                 "%{F-}%%{A1:reboot:}%{",
+                                 "%",
+                                 "---",
+                                 "| bash=reboot refresh=true",
+                                 "||",
+                                 "-- x",
+                                 "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d \xe2\x81\xa7x\xe2\x81\xa9",
+                                 "${x} {} {0} %s %n",
+                                 std::string(600, '%') + "{",
+                                 std::string(600, '&')};
+  for (std::size_t i = 0; i < kStatusFormatNames.size(); ++i) {
+    for (const std::string& text : hostile) {
+      TransitStatus status = incidentStatus(text);
+      status.lines.back().name = text;
+      status.incidents.front().summary = text;
+      for (const std::size_t unknown : {0U, 1U}) {
+        status.unknownCount = unknown;
+        status.unknownLines.assign(unknown, text);
+        status.error = text;
+        const auto format = static_cast<StatusFormat>(i);
+        const std::string output = printed(format, status);
+        EXPECT_TRUE(isWellFormed(format, output)) << output;
+        // Scripts read the texts of feeds unchanged.
+        if (format == json) continue;
+        for (const std::string& line : linesOf(output)) EXPECT_EQ(terminalLine(line), line);
+      }
+    }
+  }
+}
+
+TEST(StatusFormats, EveryTextMarksTheMadeUpCity) {
+  TransitStatus status = incidentStatus("Strike");
   status.isSampleCity = true;
-  EXPECT_EQ(printed(plain, status), "A made-up city: Good Service\n");
+  EXPECT_EQ(printed(plain, status), "A made-up city: U6: Strike\n");
+  for (const char* key : {"\"full_text\"", "\"short_text\""})
+    EXPECT_THAT(printed(i3blocks, status), HasSubstr(key + std::string(": \"A made-up city: ")));
+  EXPECT_THAT(printed(json, status), HasSubstr("\"summary\": \"A made-up city: 1 line with advisories\""));
+  EXPECT_THAT(printed(waybar, status), AllOf(HasSubstr("\"text\": \"A made-up city: U6"),
+                                             HasSubstr("\"tooltip\": \"A made-up city: 1 line")));
 }
 
 TEST(StatusFormats, DocumentIsReadBackWhole) {

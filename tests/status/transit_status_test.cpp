@@ -107,10 +107,9 @@ TEST(TransitStatus, DetailsListLinesReasonAndAge) {
                    .received = kNow,
                    .isSampleCity = true};
   const TransitStatus status = transitStatus(news, kNow);
-  EXPECT_THAT(details(status),
-              ElementsAre("A: Strike +1", "C: Strike", "No news of lines D, E.", "A made-up city"));
-  EXPECT_THAT(details(status, 1),
-              ElementsAre("A: Strike +1", "1 more", "No news of lines D, 1 more.", "A made-up city"));
+  EXPECT_THAT(details(status), ElementsAre("A: Strike +1", "C: Strike", "No news of lines D, E."));
+  EXPECT_THAT(details(status, 1), ElementsAre("A: Strike +1", "1 more", "No news of lines D, 1 more."));
+  EXPECT_THAT(summary(status), testing::StartsWith("A made-up city: 2 lines with advisories"));
   EXPECT_EQ(details(status, 10, kNow + Seconds(600)).back(), "Updated 10 minutes ago");
   news.received = kNow + Seconds(60);
   EXPECT_EQ(transitStatus(news, kNow).ageAt(kNow), Seconds(0)) << "a feed's clock may be ahead";

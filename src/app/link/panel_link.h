@@ -8,13 +8,13 @@
 
 namespace linewatch::app {
 
-/// The panel that runs with the same saved state, over the session bus. It is never started. One thread.
+/// The panel that runs with the same saved state, over the session bus. It is never started. Each function
+/// waits at most two seconds; after a bus that does not answer, all of them fail at once. One thread.
 class PanelLink {
  public:
   virtual ~PanelLink() = default;
 
-  /// The panel's status, the JSON text of `statusForm`. Absent when no panel answers. Waits at most two
-  /// seconds.
+  /// The panel's status, the JSON text of `statusForm`. Absent when no panel answers.
   virtual std::optional<std::string> document() = 0;
   /// Lets the panel fetch the news now. False when there is none.
   virtual bool refresh() = 0;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "app/run_settings.h"
 #include "desktop/loop/clock_watch.h"
 #include "desktop/loop/file_watch.h"
 #include "desktop/loop/folder_watch.h"
@@ -504,13 +505,7 @@ void Panel::followSettings() {
 }
 
 void Panel::settingsFileDidChange() {
-  UserSettings& settings = platform().settings();
-  const std::vector<std::string> before = settings.faults();
-  if (!settings.reread()) return;
-  const std::vector<std::string> faults = settings.faults();
-  for (const std::string& fault : faults) {
-    if (std::ranges::find(before, fault) == before.end()) logError("%@", {fault});
-  }
+  if (!rereadSettings(platform().settings())) return;
   applySettings();
   if (showsSettings()) settingsWindow_->followChanges();
 }

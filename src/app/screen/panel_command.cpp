@@ -25,6 +25,7 @@
 #include "desktop/presence/lock_watch.h"
 #include "platform/platform.h"
 #include "settings/user_settings.h"
+#include "shared/environment.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "simulation/recording/recording_platform.h"
@@ -102,6 +103,7 @@ struct Inheritance {
   /// Whether the panel ended because the user has chosen another language.
   bool isReplaced = false;
   Panel::OpenWindows windows = {};
+  std::optional<PanelPresence::Told> told = {};
 };
 
 /// The platform that the widget uses: the recorder hears what it asks, and so does the presence.
@@ -158,14 +160,16 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   desktop::DesktopPlatform& platform = (*session)->platform();
   const Seconds refresh = platform.settings().withoutRemembered().refresh;
   PanelPresence presence(platform, locale, refresh, bus);
+  // The next answer may take a while.
+  if (inheritance.told) presence.tell(*inheritance.told);
   installPlatform(WidgetPlatform::make(presence.news().platform(), recording.recorder()));
   shown = std::make_unique<Panel>(**session, *screen, locale,
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
                                                  .showsExample = command.showsExample,
                                                  .news = &presence.news()},
                                   &recording);
-  shown->languageDidChange = [&inheritance, &shown] {
-    inheritance = {.isReplaced = true, .windows = shown->openWindows()};
+  shown->languageDidChange = [&inheritance, &shown, &presence] {
+    inheritance = {.isReplaced = true, .windows = shown->openWindows(), .told = presence.told()};
     // Unlike quit(), this leaves the windows open until the panel ends.
     QApplication::exit();
   };
@@ -182,16 +186,26 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   return error ? refused(*error) : Report();
 }
 
+desktop::BusPresence presenceOnBus(const CommonOptions& options) {
+  const auto nameFor = [](const std::optional<std::string>& stateFolder) {
+    return desktop::busNameFor(stateFolder, processEnvironment);
+  };
+  const std::string name = isWithoutSavedState(options) ? std::string() : nameFor(options.stateDir);
+  return {name, name == nameFor(std::nullopt)};
+}
+
 /// A panel that is just ending may still have the name.
 constexpr int kAttemptsToRaise = 3;
 
-/// Lets the panel that is already open show its window. Absent if this process has to show one.
+/// Lets the panel that is already open show its window, unless this one was to be hidden. Absent if this
+/// process has to show one.
 std::optional<Report> raiseOpenPanel(desktop::BusPresence& bus, const CommonOptions& options,
                                      const PanelCommand& command, const std::string& activationToken) {
   using Standing = desktop::BusPresence::Standing;
   for (int attempt = 0; attempt < kAttemptsToRaise && bus.takeName() == Standing::second; ++attempt) {
     if (!command.record.empty())
       return refused(failure(command.record, "", "nothing is recorded, because a panel is already open"));
+    if (command.isHidden) return Report();
     if (bus.raiseOther(activationToken))
       return Report{.output = {}, .complaint = RiderTexts(localeOf(options))("AlreadyOpen")};
   }
@@ -213,8 +227,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   QGuiApplication::setDesktopFileName(QString::fromLatin1(desktop::kApplicationId));
   QApplication application(count, arguments);
   endOnSignals.watch(application);
-  desktop::BusPresence bus(isWithoutSavedState(options) ? std::string()
-                                                        : desktop::busNameFor(options.stateDir));
+  desktop::BusPresence bus = presenceOnBus(options);
   if (auto report = raiseOpenPanel(bus, options, command, activationToken)) return *std::move(report);
   Inheritance inheritance{.windows = {.showsPanel = !command.isHidden || !bus.hasName()}};
   Report report = runPanel(options, command, application, inheritance, bus);

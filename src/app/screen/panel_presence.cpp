@@ -35,7 +35,9 @@ PanelPresence::PanelPresence(desktop::DesktopPlatform& platform, const UserLocal
               describe(answer, std::move(done));
             },
             {.refresh = refresh, .feedStates = [this] { return platform_.feeds().states(); }}),
-      listening_(news_.listen([this](const TransitStatus& status) { tellBus(status); })) {}
+      listening_(news_.listen([this](const TransitStatus& status) {
+        tell({status, platform_.feeds().states()});
+      })) {}
 
 void PanelPresence::describe(const desktop::HeardAnswer& answer,
                              std::function<void(const TransitNews&)> done) {
@@ -61,8 +63,9 @@ StoredIncidents PanelPresence::incidents(std::span<const std::uint64_t> muids) c
   return found;
 }
 
-void PanelPresence::tellBus(const TransitStatus& status) {
-  bus_.setNews(busNews(status, platform_.feeds().states(), texts_));
+void PanelPresence::tell(Told news) {
+  told_ = std::move(news);
+  bus_.setNews(busNews(told_->status, told_->feeds, texts_));
 }
 
 desktop::BusNews busNews(const TransitStatus& status, const std::vector<FeedState>& feeds,

@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "desktop/bus_name.h"
 #include "desktop/window/portal_setting.h"
 #include "shared/environment.h"
 
@@ -35,7 +36,8 @@ const QString kStartupId = QStringLiteral("desktop-startup-id");
 constexpr int kBusMilliseconds = 2000;
 // A panel that is just starting answers when its window is on screen.
 constexpr int kRaiseMilliseconds = 10'000;
-// RequestName's flag and answer.
+// RequestName's flags and answers.
+constexpr uint kQueue = 0;
 constexpr uint kDoNotQueue = 4;
 constexpr uint kIsOwner = 1;
 constexpr uint kWasOwner = 4;
@@ -46,6 +48,12 @@ QDBusMessage callToBus(const QString& method, const QString& name) {
                                                      QStringLiteral("org.freedesktop.DBus"), method);
   call << name;
   return call;
+}
+
+QDBusMessage requestForName(const std::string& name, uint flags) {
+  QDBusMessage request = callToBus(QStringLiteral("RequestName"), QString::fromStdString(name));
+  request << flags;
+  return request;
 }
 
 QString introspectionText() {
@@ -222,24 +230,26 @@ QDBusMessage BusPresence::Object::showPanel(const QDBusMessage& call) {
 
 // ---- The presence ----
 
-BusPresence::BusPresence(std::string name) : name_(std::move(name)) {
+BusPresence::BusPresence(std::string name, bool hasId) : name_(std::move(name)), hasId_(hasId) {
   const auto bus = name_.empty() ? std::nullopt : sessionBus();
   if (bus && bus->isConnected()) object_ = std::make_unique<Object>(*bus);
 }
 
 BusPresence::~BusPresence() {
-  if (object_) object_->bus().send(callToBus(QStringLiteral("ReleaseName"), QString::fromStdString(name_)));
+  if (!object_) return;
+  for (const std::string& name : {std::string(kApplicationId), name_})
+    object_->bus().send(callToBus(QStringLiteral("ReleaseName"), QString::fromStdString(name)));
 }
 
 // Qt's own registration would also make the bus report every change of any name.
 BusPresence::Standing BusPresence::takeName() {
   if (!object_) return Standing::alone;
-  QDBusMessage request = callToBus(QStringLiteral("RequestName"), QString::fromStdString(name_));
-  request << kDoNotQueue;
-  const QDBusMessage reply = object_->bus().call(request, QDBus::Block, kBusMilliseconds);
+  const QDBusMessage reply =
+      object_->bus().call(requestForName(name_, kDoNotQueue), QDBus::Block, kBusMilliseconds);
   if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return Standing::alone;
   const uint answer = reply.arguments().front().toUInt();
   hasName_ = answer == kIsOwner || answer == kWasOwner;
+  if (hasName_ && hasId_) object_->bus().send(requestForName(kApplicationId, kQueue));
   return hasName_ ? Standing::first : Standing::second;
 }
 

@@ -28,12 +28,14 @@ struct BusRequests {
 };
 
 /// The panel on the session bus: its name, which makes it the only panel of its saved state, and the object
-/// that other programs read and call. Without a bus nothing happens. Needs a QCoreApplication; main thread.
+/// that other programs read and call. A panel of the user's own folders also has the application's id as a
+/// name, which other programs know. Without a bus nothing happens. Needs a QCoreApplication; main thread.
 class BusPresence {
  public:
-  /// `name`: see busNameFor. Empty: the panel has no saved state, and stays off the bus.
-  explicit BusPresence(std::string name);
-  /// Gives the name back.
+  /// `name`: see busNameFor. Empty: the panel has no saved state, and stays off the bus. `hasId`: whether it
+  /// is a panel of the user's own folders.
+  BusPresence(std::string name, bool hasId);
+  /// Gives the names back.
   ~BusPresence();
   BusPresence(const BusPresence&) = delete;
   BusPresence& operator=(const BusPresence&) = delete;
@@ -43,7 +45,8 @@ class BusPresence {
     second,  // another panel has it
     alone,   // there is no bus
   };
-  /// Tries to get the name. Waits for the bus, but not for other programs.
+  /// Tries to get the name. Waits for the bus, but not for other programs. While another panel has the id,
+  /// e.g. that of an environment with other folders, this one waits in the bus's queue for it.
   Standing takeName();
   /// Whether this process has the name.
   bool hasName() const { return hasName_; }
@@ -60,6 +63,7 @@ class BusPresence {
   class Object;
 
   std::string name_;
+  bool hasId_;
   bool hasName_ = false;
   std::unique_ptr<Object> object_;
 };

@@ -231,14 +231,16 @@ void PanelWindow::makeActions() {
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
-  // Most of these entries need the widget; closing the window does not.
+  // Most of these entries need the widget; closing and quitting do not.
   for (QAction* const action : actions()) action->setEnabled(action == feeds || action == addCity_);
-  addMenuAction("Close", {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_Q}, [this] { close(); });
+  QAction* const closing = addMenuAction("Close", {Qt::CTRL | Qt::Key_W}, [this] { close(); });
+  // A closed window may go on in the tray. Unlike quit(), this asks no window for its consent.
+  addMenuAction("Quit", {Qt::CTRL | Qt::Key_Q}, [] { QApplication::exit(); });
   auto* const menu = new QMenu(this);
   menu->addActions(actions());
   menu->insertSeparator(actions()[lists]);
   if (save) menu->insertSeparator(save);
-  menu->insertSeparator(actions().back());
+  menu->insertSeparator(closing);
   header_->setMenu(menu);
 }
 

@@ -41,7 +41,7 @@ INTROSPECTION = sys.argv.pop()
 PROGRAM = sys.argv.pop()
 FOLDER = os.environ["LINEWATCH_TEST_FOLDER"]
 BUS = Gio.bus_get_sync(Gio.BusType.SESSION)
-NAME_PREFIX = "org.linewatch.LineWatch.state_"
+ID = "org.linewatch.LineWatch"
 PATH = "/org/linewatch/LineWatch"
 OWN = "org.linewatch.LineWatch1"
 APPLICATION = "org.freedesktop.Application"
@@ -113,6 +113,21 @@ def run_loop_until(condition, what):
     GLib.source_remove(tick)
 
 
+def panel_names():
+    """The names of all panels, without the id that one of them may have too."""
+    names = BUS.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "ListNames", None, None,
+                          Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+    return [name for name in names if name.startswith(ID + ".state_")]
+
+
+def owner_of(name):
+    try:
+        return BUS.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetNameOwner",
+                             GLib.Variant("(s)", (name,)), None, Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+    except GLib.Error:
+        return None
+
+
 class Logind:
     """The part of logind that says whether the session is locked."""
 
@@ -138,17 +153,21 @@ class Logind:
 
 
 class PresenceTest(unittest.TestCase):
-    def setUp(self):
-        self.logind = Logind()
+    @classmethod
+    def setUpClass(cls):
+        cls.logind = Logind()
+
+    def add_feed(self):
         self.alerts = write("alerts.pb", alerts())
         for name, content in GTFS.items():
             write("gtfs/" + name, content.encode())
         self.linewatch("feed", "add", "lines", "--gtfs", os.path.join(FOLDER, "gtfs"), "--alerts", self.alerts)
         self.linewatch("favorites", "add", "U6")
 
-    def start(self, *words):
-        environment = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=os.environ["DBUS_SESSION_BUS_ADDRESS"])
-        return subprocess.Popen([PROGRAM, "--state-dir", os.path.join(FOLDER, "state"), *words], env=environment,
+    def start(self, *words, **variables):
+        environment = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=os.environ["DBUS_SESSION_BUS_ADDRESS"], **variables)
+        state = [] if variables else ["--state-dir", os.path.join(FOLDER, "state")]
+        return subprocess.Popen([PROGRAM, *state, *words], env=environment,
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
 
     def end(self, process):
@@ -180,9 +199,7 @@ class PresenceTest(unittest.TestCase):
         self.addCleanup(self.panel.communicate)
         self.addCleanup(self.panel.kill)
         run_loop_until(lambda: "Document" in self.known, "the first answer")
-        names = BUS.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "ListNames", None, None,
-                              Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
-        [self.name] = [name for name in names if name.startswith(NAME_PREFIX)]
+        [self.name] = panel_names()
 
     def check_object(self):
         with open(INTROSPECTION, encoding="utf-8") as file:
@@ -219,6 +236,7 @@ class PresenceTest(unittest.TestCase):
 
     def check_second_start(self):
         """Leaves the window open."""
+        self.assertEqual(self.end(self.start("panel", "--hidden")), ("", "", 0))
         output, errors, status = self.end(self.start("panel"))
         self.assertEqual((output, errors, status),
                          ("", "linewatch: the panel is already open, so its window is shown\n", 0))
@@ -231,6 +249,15 @@ class PresenceTest(unittest.TestCase):
         self.call(APPLICATION, "Activate", GLib.Variant("(a{sv})", ({"activation-token": GLib.Variant("s", "t")},)))
         self.call(APPLICATION, "Open", GLib.Variant("(asa{sv})", ([], {})))
 
+    def check_language(self):
+        """The words follow at once, although the next answer takes a while."""
+        os.remove(self.alerts)
+        os.mkfifo(self.alerts)
+        self.linewatch("settings", "language", "de")
+        run_loop_until(lambda: self.known["Summary"] == "Normaler Betrieb", "the other language")
+        self.assertEqual(json.loads(self.known["Document"])["summary"], "Normaler Betrieb")
+        write("alerts.pb", alerts())
+
     def check_lock(self):
         """Ends the panel."""
         # The panel asks the second time when it has handled the first answer.
@@ -241,16 +268,33 @@ class PresenceTest(unittest.TestCase):
         self.panel.terminate()
         _, log, status = self.end(self.panel)
         self.assertEqual(status, 0, log)
-        [session] = json.loads(self.linewatch("analytics", "--json"))["sessions"]
-        self.assertTrue(session["wasLocked"])
+        # The panel of each language has a session.
+        sessions = json.loads(self.linewatch("analytics", "--json"))["sessions"]
+        self.assertEqual([session["wasLocked"] for session in sessions], [False, True])
 
     def test_one_panel_that_others_read_and_call(self):
+        self.add_feed()
         self.start_panel()
         run_loop_until(lambda: self.logind.reads, "the first question for the lock")
         self.check_object()
         self.check_news()
         self.check_second_start()
+        self.check_language()
         self.check_lock()
+
+    def test_panels_of_two_environments(self):
+        owners = []
+        for home in ("one", "two"):
+            panel = self.start("panel", "--hidden", XDG_DATA_HOME=os.path.join(FOLDER, home))
+            self.addCleanup(panel.communicate)
+            self.addCleanup(panel.kill)
+            run_loop_until(lambda: len(panel_names()) > len(owners), "the name of the panel")
+            [owner] = {owner_of(name) for name in panel_names()} - {owner for owner, _ in owners}
+            owners.append((owner, panel))
+        run_loop_until(lambda: owner_of(ID), "the id")
+        self.assertEqual(owner_of(ID), owners[0][0])
+        owners[0][1].terminate()
+        run_loop_until(lambda: owner_of(ID) == owners[1][0], "the panel that waits for the id")
 
 
 if __name__ == "__main__":

@@ -158,14 +158,23 @@ TEST(BusName, IsTheSameForTheSameFolder) {
   const std::string path = folder.path().string();
   std::filesystem::create_directory(path + "/real");
   std::filesystem::create_directory_symlink(path + "/real", path + "/link");
-  const std::string name = busNameFor(path + "/real");
+  const auto busName = [](const std::string& state) { return busNameFor(state, processEnvironment); };
+  const std::string name = busName(path + "/real");
   EXPECT_THAT(name, testing::MatchesRegex("org\\.linewatch\\.LineWatch\\.state_[0-9a-f]+"));
   for (const char* same : {"/real/", "/./real", "/link", "/link/../real//"})
-    EXPECT_EQ(busNameFor(path + same), name) << same;
-  EXPECT_NE(busNameFor(path + "/none"), name);
-  EXPECT_EQ(busNameFor("/srv/state"), "org.linewatch.LineWatch.state_b4609a885934df11")
+    EXPECT_EQ(busName(path + same), name) << same;
+  EXPECT_NE(busName(path + "/none"), name);
+  EXPECT_EQ(busName("/srv/state"), "org.linewatch.LineWatch.state_b4609a885934df11")
       << "other programs may rely on it";
-  EXPECT_EQ(busNameFor(std::nullopt), "org.linewatch.LineWatch");
+  const auto home = [&path](const char* variable) {
+    return variable == std::string_view("HOME") ? path.c_str() : nullptr;
+  };
+  const auto elsewhere = [&path](const char* variable) {
+    return variable == std::string_view("XDG_DATA_HOME") ? path.c_str() : "/home";
+  };
+  EXPECT_EQ(busNameFor(std::nullopt, home), busName(path + "/.local/share/linewatch"));
+  EXPECT_EQ(busNameFor(std::nullopt, elsewhere), busName(path + "/linewatch"));
+  EXPECT_EQ(busNameFor(std::nullopt, [](const char*) { return nullptr; }), "");
 }
 
 }  // namespace
