@@ -116,7 +116,9 @@ Report listFeeds(Session& session, const SavedState& saved, bool isJson, const T
   if (feeds->empty()) {
     if (const auto lost = shown.follow()) return refused(*lost);
     if (isJson) return Report::of(jsonText(feedsDocument({}, now)) + "\n");
-    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add CITY"});
+    const bool showsSampleCity = session.platform().showsSampleCity();
+    const std::string hint = showsSampleCity ? session.texts()("NoFeeds", {"linewatch feed add CITY"})
+                                             : noFeedLeft(session.texts());
     return Report::of(paragraph(hint, 0, style));
   }
   const auto listed = listedFeeds(*feeds, shown, now);

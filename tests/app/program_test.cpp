@@ -254,7 +254,32 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
 
   EXPECT_THAT(runProgram(saved({"feed"})).output,
               HasSubstr("lost: its lines are unknown: " + (folder_ / "lost")));
-  for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
+}
+
+TEST_F(ProgramTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {
+  runProgram(saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
+  runProgram(saved({"favorites", "add", "r1", "r2"}));
+  EXPECT_EQ(runProgram(saved({"feed", "remove", "town"})).status, 0);
+
+  const std::string hint = "No feeds. Add one: linewatch feed add CITY\n";
+  const std::string reason = "feed town: it has been removed, so nothing is known of its line r1\n";
+  const auto shown = runProgram(saved({"show"}));
+  EXPECT_EQ(shown.status, 1);
+  EXPECT_THAT(shown.output, AllOf(HasSubstr("Can’t Load"), HasSubstr("The feed town was removed"),
+                                  HasSubstr(hint), HasSubstr("Unknown lines: r1, r2")));
+  EXPECT_EQ(shown.errors, "linewatch: " + reason);
+  EXPECT_EQ(runProgram(saved({"favorites"})).output, "Unknown line: town:r1\nUnknown line: town:r2\n" + hint);
+  EXPECT_EQ(runProgram(saved({"feed"})).output, hint);
+  EXPECT_EQ(runProgram(saved({"lines"})).errors, "linewatch: " + hint);
+  for (const char* format : {"text", "json", "waybar", "i3blocks", "polybar", "genmon", "argos"}) {
+    const auto run = runProgram(saved({"status", "--format", format}));
+    EXPECT_THAT(run.output + run.errors, AllOf(Not(HasSubstr("made-up")), Not(HasSubstr("Good Service")),
+                                               Not(HasSubstr("\"sampleCity\": true"))))
+        << format;
+  }
+  EXPECT_EQ(runProgram(saved({"status"})).errors, "linewatch: " + reason);
+
+  runProgram(saved({"favorites", "remove", "r1", "town:r2"}));
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
 
