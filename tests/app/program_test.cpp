@@ -216,6 +216,8 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
               AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("town: 2 lines; fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
+  EXPECT_EQ(runProgram(saved({"feed", "update"})).output,
+            "Updated town: 2 lines, 1 alert now\nIts state: fresh\n");
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2"})).output, "Already a favourite: 2\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Strike"));
@@ -254,6 +256,11 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
 
   EXPECT_THAT(runProgram(saved({"feed"})).output,
               HasSubstr("lost: its lines are unknown: " + (folder_ / "lost")));
+  const auto updated = runProgram(saved({"feed", "update"}));
+  EXPECT_EQ(updated.status, 1);
+  EXPECT_THAT(updated.output, AllOf(HasSubstr("Updated town"), Not(HasSubstr("lost"))));
+  EXPECT_THAT(updated.errors, HasSubstr("feed lost"));
+  EXPECT_THAT(runProgram(saved({"feed", "update", "tow"})).errors, HasSubstr("did you mean town?"));
 }
 
 TEST_F(ProgramTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {

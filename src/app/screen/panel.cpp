@@ -471,8 +471,12 @@ void Panel::readChoice() {
 /// Whether the choice has changed. A choice that cannot be read counts as unchanged, and is read again if
 /// another program holds the file: no later event may tell of its change.
 bool Panel::rememberChoice(Outcome<Choice> now) {
-  if (!now && isBusy(now.error()))
-    QTimer::singleShot(kChoiceRetryMilliseconds, &window_, [this] { readChoice(); });
+  if (!now && isBusy(now.error()) && !std::exchange(isChoiceRetryPending_, true)) {
+    QTimer::singleShot(kChoiceRetryMilliseconds, &window_, [this] {
+      isChoiceRetryPending_ = false;
+      readChoice();
+    });
+  }
   if (!now || knownChoice_ == *now) return false;
   knownChoice_ = *std::move(now);
   return true;

@@ -159,6 +159,7 @@ class Panel {
   std::unique_ptr<desktop::FeedsWindow> feeds_;
   /// The choice at the last update of the widget; absent until it can be read.
   std::optional<Choice> knownChoice_;
+  bool isChoiceRetryPending_ = false;
 };
 
 }  // namespace linewatch::app

@@ -41,7 +41,9 @@ class FeedAdding::Work {
         observer_(std::move(observer)),
         cache_(environment_.cache->heldBackCopy()),
         documents_(
-            cache_, environment_.now, [this] { return observedFetcher(); }, environment_.runKeyCommand) {}
+            cache_, environment_.now, [this] { return observedFetcher(); }, environment_.runKeyCommand) {
+    documents_.requireCurrentTimetables();
+  }
 
   void run() { finish(add()); }
   AddingProgress progress() LINEWATCH_EXCLUDES(mutex_);
