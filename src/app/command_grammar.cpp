@@ -241,6 +241,9 @@ void CommandGrammar::addFeed(CLI::App& app) {
   changing->add_option("NAME", feed_.name, "Its name")->required()->type_name("");
   addKeyOptions(*changing, feed_.options);
   changing->add_flag("--remove", feed_.removesKeys, "Remove its keys");
+  addAction(*sub, "update", "Fetch a feed again, however long it takes to come", feed_, update)
+      ->add_option("NAME", feed_.name, "Its name; without it every feed")
+      ->type_name("");
   addAction(*sub, "remove", "Remove a feed and its cached files", feed_, remove)
       ->add_option("NAME", feed_.name, "Its name")
       ->required()

@@ -99,9 +99,10 @@ struct LinesCommand {
 };
 
 struct FeedCommand {
-  enum class Action { list, find, add, key, remove };
+  enum class Action { list, find, add, key, update, remove };
   Action action = Action::list;
-  /// The feed's name; for `find`, and for `add` without locations, the words to search for.
+  /// The feed's name, empty for `update` of every feed; for `find`, and for `add` without locations, the
+  /// words to search for.
   std::string name;
   FeedOptions options;
   /// For `add` by a search: the feed's name; empty: one made from the agency's.

@@ -12,9 +12,11 @@
 
 namespace linewatch::app {
 
-/// One line for the state of each feed that was read, and one with the names of unknown lines. Empty if no
-/// feed was read.
+/// One line for the state of each feed that was read, for the removed feeds of favourites, and for the names
+/// of unknown lines.
 std::string dataNote(Session& session, const TerminalStyle& style);
+/// Tells a user whose favourites are of removed feeds how to add a feed.
+std::string noFeedLeft(const RiderTexts& texts);
 /// The state's error in words, without the name of the feed; empty without an error.
 std::string reasonOf(const FeedState& state, const RiderTexts& texts);
 

@@ -22,7 +22,8 @@ struct NamedWord {
 constexpr NamedWord kNamedWords[] = {
     {"favorites add", Names::lines},      {"favorites remove", Names::favorites},
     {"favorites move", Names::favorites}, {"feed key", Names::feeds},
-    {"feed remove", Names::feeds},        {"mute", Names::favorites},
+    {"feed update", Names::feeds},        {"feed remove", Names::feeds},
+    {"mute", Names::favorites},
 };
 
 /// A command line up to the word that is completed.

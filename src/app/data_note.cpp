@@ -1,3 +1,5 @@
+#include <cstdint>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -54,7 +56,21 @@ std::string unknownLines(Session& session) {
   return session.platform().localization().joinCommaDelimited(names);
 }
 
+/// Says which feeds of favourites were removed and, if none is left, how to add one.
+std::vector<std::string> removedFeedNotes(Session& session) {
+  TransitFeeds& feeds = session.platform().feeds();
+  const auto removed = removedFeedsOf(feeds.unknownLines(), feeds.feeds());
+  if (removed.empty()) return {};
+  const RiderTexts& texts = session.texts();
+  std::vector<std::string> notes{
+      texts.ofWindows("FeedsRemoved", {std::uint64_t{removed.size()}, texts.list(removed)})};
+  if (feeds.feeds().empty()) notes.push_back(noFeedLeft(texts));
+  return notes;
+}
+
 }  // namespace
+
+std::string noFeedLeft(const RiderTexts& texts) { return texts("NoFeedLeft", {"linewatch feed add CITY"}); }
 
 std::string reasonOf(const FeedState& state, const RiderTexts& texts) {
   if (!state.error) return {};
@@ -82,6 +98,7 @@ std::string dataNote(Session& session, const TerminalStyle& style) {
       note += line(isOnlyFeed ? text : texts("OfFeed", {state.feed, Phrase{text}}));
     }
   }
+  for (const std::string& text : removedFeedNotes(session)) note += line(text);
   const std::string unknown = unknownLines(session);
   return unknown.empty() ? note : note + line(texts("UnknownLines", {unknown}));
 }

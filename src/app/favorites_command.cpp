@@ -77,7 +77,9 @@ Report list(Session& session, bool isJson, const TerminalStyle& style) {
                          {.text = inWords(favorite.choice)}});
     }
   }
-  return Report::of(lineTable(known, style, choices) + textTable(unknown, style));
+  const bool isNoFeedLeft = session.platform().feeds().feeds().empty();
+  return Report::of(lineTable(known, style, choices) + textTable(unknown, style) +
+                    (isNoFeedLeft ? paragraph(noFeedLeft(texts), 0, style) : std::string()));
 }
 
 std::vector<std::string> idsIn(const std::string& list) {

@@ -116,7 +116,9 @@ Report listFeeds(Session& session, const SavedState& saved, bool isJson, const T
   if (feeds->empty()) {
     if (const auto lost = shown.follow()) return refused(*lost);
     if (isJson) return Report::of(jsonText(feedsDocument({}, now)) + "\n");
-    const std::string hint = session.texts()("NoFeeds", {"linewatch feed add CITY"});
+    const bool showsSampleCity = session.platform().showsSampleCity();
+    const std::string hint = showsSampleCity ? session.texts()("NoFeeds", {"linewatch feed add CITY"})
+                                             : noFeedLeft(session.texts());
     return Report::of(paragraph(hint, 0, style));
   }
   const auto listed = listedFeeds(*feeds, shown, now);
@@ -173,6 +175,42 @@ Report changeKeys(Session& session, const SavedState& saved, const FeedCommand& 
                    style);
 }
 
+/// Adds the result for one feed to the report, which keeps the first error.
+void update(Session& session, const SavedState& saved, const StoredFeed& feed, const TerminalStyle& style,
+            Report& report) {
+  const RiderTexts& texts = session.texts();
+  saved.feedCache()->expire(feed.name);
+  const auto findings = addWithProgress(session, {.feed = feed, .timetableCopies = {}, .isSaved = true});
+  if (findings) {
+    report.output += findingsText(texts, texts("FeedUpdated", {feed.name}), *findings,
+                                  session.platform().mainLoop().now(), style);
+    return;
+  }
+  if (!report.complaint.empty()) return;
+  Report failed = notLoaded(findings.error());
+  failed.output = std::move(report.output);
+  if (failed.failure == FailureCode::cancelled) failed.status = kInterruptedStatus;
+  report = std::move(failed);
+}
+
+/// Fetches the feed of that name, or every feed if there is none. Unlike other commands it waits for a
+/// timetable as long as bytes come.
+Report updateFeeds(Session& session, const SavedState& saved, const std::string& name,
+                   const TerminalStyle& style) {
+  const auto known = saved.feeds().list();
+  if (!known) return refused(known.error());
+  const bool isKnown = std::ranges::find(*known, name, &StoredFeed::name) != known->end();
+  if (!name.empty() && !isKnown) return refusedUnknownName(session.texts(), saved, name);
+  if (known->empty()) return listFeeds(session, saved, false, style);
+  Report report;
+  for (const StoredFeed& feed : *known) {
+    if (!name.empty() && feed.name != name) continue;
+    update(session, saved, feed, style, report);
+    if (report.status == kInterruptedStatus) break;
+  }
+  return report;
+}
+
 Report removeFeed(const RiderTexts& texts, const SavedState& saved, const std::string& name,
                   const TerminalStyle& style) {
   const auto removed = saved.feeds().remove(name);
@@ -193,6 +231,8 @@ Report feed(Session& session, const FeedCommand& command, const TerminalStyle& s
       return addFeed(session, command, style);
     case FeedCommand::Action::key:
       return changeKeys(session, *saved, command, style);
+    case FeedCommand::Action::update:
+      return updateFeeds(session, *saved, command.name, style);
     case FeedCommand::Action::remove:
       return removeFeed(session.texts(), *saved, command.name, style);
     case FeedCommand::Action::find:

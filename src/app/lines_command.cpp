@@ -16,6 +16,12 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
+std::string whyNone(Session& session, const LinesCommand& command) {
+  const RiderTexts& texts = session.texts();
+  if (session.platform().feeds().feeds().empty()) return noFeedLeft(texts);
+  return command.query.empty() ? texts("NoLines") : texts("NoLineFits", {joined(command.query)});
+}
+
 }  // namespace
 
 Report lines(Session& session, const LinesCommand& command, const TerminalStyle& style) {
@@ -28,9 +34,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
     return report;
   }
   report.output = lineTable(found, style);
-  if (found.empty() && !all.error)
-    report.complaint = command.query.empty() ? session.texts()("NoLines")
-                                             : session.texts()("NoLineFits", {joined(command.query)});
+  if (found.empty() && !all.error) report.complaint = whyNone(session, command);
   return report;
 }
 

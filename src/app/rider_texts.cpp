@@ -14,6 +14,7 @@ namespace linewatch::app {
 namespace {
 
 constexpr std::string_view kPrefix = "LineWatch_Terminal_";
+constexpr std::string_view kWindowPrefix = "LineWatch_Window_";
 
 /// Isolates the text, so that its direction does not affect the text around it.
 std::string isolated(const std::string& text) { return "\u2068" + text + "\u2069"; }
@@ -38,18 +39,22 @@ std::string RiderTexts::operator()(std::string_view name, std::initializer_list<
   return filledIn(localization_->terminalString(key, kLocalizedStringNotFound), arguments);
 }
 
+std::string RiderTexts::ofWindows(std::string_view name, std::initializer_list<Argument> arguments) const {
+  const std::string key = std::string(kWindowPrefix).append(name);
+  return filledIn(localization_->windowString(key, kLocalizedStringNotFound), arguments);
+}
+
 std::string RiderTexts::ago(Seconds age) const {
   struct Unit {
     double seconds;
     const char* key;
   };
   // The windows count in the same words.
-  for (const Unit& unit : {Unit{86400, "LineWatch_Window_DaysAgo"}, Unit{3600, "LineWatch_Window_HoursAgo"},
-                           Unit{60, "LineWatch_Window_MinutesAgo"}}) {
+  for (const Unit& unit : {Unit{86400, "DaysAgo"}, Unit{3600, "HoursAgo"}, Unit{60, "MinutesAgo"}}) {
     const auto count = static_cast<std::uint64_t>(std::max(0.0, age.count()) / unit.seconds);
-    if (count > 0) return filledIn(localization_->windowString(unit.key, kLocalizedStringNotFound), {count});
+    if (count > 0) return ofWindows(unit.key, {count});
   }
-  return localization_->windowString("LineWatch_Window_JustNow", kLocalizedStringNotFound);
+  return ofWindows("JustNow");
 }
 
 std::string RiderTexts::dateAndTime(Date date, Date now) const {

@@ -31,6 +31,8 @@ class RiderTexts {
 
   /// The text with the key "LineWatch_Terminal_" + `name`, with its arguments.
   std::string operator()(std::string_view name, std::initializer_list<Argument> arguments = {}) const;
+  /// The text that the windows have under the key "LineWatch_Window_" + `name`.
+  std::string ofWindows(std::string_view name, std::initializer_list<Argument> arguments = {}) const;
   /// How long ago something was, e.g. "5 minutes ago". Negative ages count as 0.
   std::string ago(Seconds age) const;
   /// Date and time in the machine's time zone; a date of today has the time only.

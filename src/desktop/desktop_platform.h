@@ -52,6 +52,8 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
 
   TransitFeeds& feeds();
   const UserFavorites& favorites() const;
+  /// Reads which feeds are shown.
+  ShownFeeds shownFeeds() const;
   /// Null in a run without saved state.
   SavedState* saved() { return saved_.get(); }
   /// The user's settings, also those that the state database remembers.
@@ -96,7 +98,6 @@ class DesktopPlatform final : private detail::PlatformLog, public Platform {
   struct Roles;
   explicit DesktopPlatform(DesktopSettings settings);
   std::optional<Error> open();
-  ShownFeeds shownFeeds() const;
   UserFavorites chosenFavorites() const;
   DesktopScreen& screen();
   ConnectionFailureDiagnosis diagnose() const;

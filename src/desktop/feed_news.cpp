@@ -48,6 +48,8 @@ void addSeverities(TransitFeeds& feeds, TransitNews& news) {
 TransitNews feedNews(DesktopPlatform& platform, std::size_t favorites, const TransitLineItems* lines,
                      const std::optional<Error>& error) {
   TransitFeeds& feeds = platform.feeds();
+  // If the favourites cannot be read, no look-up has read which feeds are shown.
+  if (error) static_cast<void>(feeds.follow());
   TransitNews news{.favorites = favorites,
                    .error = error,
                    .received = whenReceived(feeds.states()),

@@ -323,7 +323,7 @@ Outcome<SharedLineIndex> FeedDocuments::remoteTimetable(const Place& place) {
     renewals_->setDue(place.renewalKey(), now_());
     beginRenewal(place);
   }
-  if (!kept.lines || stop_.stop_requested()) return lines;
+  if (!kept.lines || stop_.stop_requested() || requiresCurrentTimetables_) return lines;
   logError("%@; going on with the lines known before", {sentenceOf(lines.error())});
   return kept.lines;
 }

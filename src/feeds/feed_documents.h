@@ -82,6 +82,8 @@ class FeedDocuments {
   /// background, which may take as long as bytes come, and is used meanwhile. A timetable that is not cached
   /// and does not come in time is fetched in the background, too. To be called before any read.
   void renewInBackground() { renewals_ = std::make_unique<TimetableRenewals>(); }
+  /// From now on a cached timetable that is due, but cannot be renewed, is an error.
+  void requireCurrentTimetables() { requiresCurrentTimetables_ = true; }
   /// Whether `lineIndexOf` would give newer lines than the last time. Begins renewals that are due, and does
   /// not wait for them. False without `renewInBackground`.
   bool hasNewerLines(const StoredFeed& feed);
@@ -147,6 +149,7 @@ class FeedDocuments {
   CommandKeys commandKeys_;
   std::stop_source stop_;
   std::atomic<bool> keepsLocalTimetables_ = true;
+  std::atomic<bool> requiresCurrentTimetables_ = false;
   /// Null unless timetables are renewed in the background.
   std::unique_ptr<TimetableRenewals> renewals_;
 

@@ -1,5 +1,6 @@
 #include "feeds/shown_feeds.h"
 
+#include <algorithm>
 #include <string>
 
 #include "shared/failure.h"
@@ -20,6 +21,10 @@ Outcome<std::vector<StoredFeed>> ShownFeeds::read() const {
   auto stored = StoredFeeds(saved.state).list();
   if (!stored || !stored->empty()) return stored;
   if (auto lost = saved.state->loss()) return *std::move(lost);
+  const auto favorites = StoredFavorites(saved.state).list();
+  if (!favorites) return favorites.error();
+  // Read again: another program may have added a feed and its favourites meanwhile.
+  if (std::ranges::any_of(*favorites, isOfAddedFeed)) return StoredFeeds(saved.state).list();
   return std::vector<StoredFeed>{sampleFeed(saved.sampleCity)};
 }
 

@@ -28,6 +28,9 @@ void logCounts(const std::string& feedName, const IncidentTable& table) {
 /// the same server several times.
 constexpr Seconds kTimetableRetry{15};
 
+/// How often one look-up follows feeds that change meanwhile.
+constexpr int kMostRepeats = 3;
+
 bool hasJustFailed(const FeedAlerts& alerts, Date now) {
   if (!alerts.failed || *alerts.failed > now) return false;
   return now - *alerts.failed < kTimetableRetry || (alerts.retryAfter && now < *alerts.retryAfter);
@@ -62,6 +65,17 @@ bool hasAllNotices(const IncidentTable& incidents, std::size_t route,
 }
 
 }  // namespace
+
+std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
+                                        const std::vector<StoredFeed>& feeds) {
+  std::vector<std::string> removed;
+  for (const UnknownLine& line : lines) {
+    const bool isListed = std::ranges::find(feeds, line.feed, &StoredFeed::name) != feeds.end();
+    const bool isKnown = std::ranges::find(removed, line.feed) != removed.end();
+    if (line.isMissing && !isListed && !isKnown) removed.push_back(line.feed);
+  }
+  return removed;
+}
 
 FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
                       Date now) {
@@ -183,6 +197,19 @@ void TransitFeeds::takeLines(std::size_t feed, const Outcome<SharedLineIndex>& l
 
 Outcome<TransitLineItems> TransitFeeds::lineItems(std::span<const MapItemIdentifier> identifiers, Date now) {
   const MutexLock loading(loadingMutex_);
+  auto items = lookUp(identifiers, now);
+  // The user may have changed the feeds while a server was asked.
+  for (int repeats = 0; repeats < kMostRepeats && haveFeedsChanged(); ++repeats)
+    items = lookUp(identifiers, now);
+  return items;
+}
+
+bool TransitFeeds::haveFeedsChanged() const {
+  const Outcome<std::vector<StoredFeed>> now = source_();
+  return now && *now != feeds_;
+}
+
+Outcome<TransitLineItems> TransitFeeds::lookUp(std::span<const MapItemIdentifier> identifiers, Date now) {
   const std::optional<Error> error = followLocked();
   const std::vector<Place> places = error ? std::vector<Place>() : find(identifiers);
   std::set<std::size_t> feeds;

@@ -43,6 +43,10 @@ struct UnknownLine {
   bool operator==(const UnknownLine&) const = default;
 };
 
+/// The names of the feeds of missing lines that are not among `feeds`, each once.
+std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
+                                        const std::vector<StoredFeed>& feeds);
+
 /// The state of a feed whose lines and alerts have been read.
 FeedState stateOfFeed(const StoredFeed& feed, const SharedLineIndex& lines, const FeedAlerts& alerts,
                       Date now);
@@ -70,7 +74,7 @@ class TransitFeeds {
   /// The lines in the order asked, with their incidents at `now`. Leaves out unknown lines; `unknownLines`
   /// names them. If no line is known at all, the result is the error of the first unknown line. An identifier
   /// that names no feed and fits no line is left out without being named. Also fails when the list of feeds
-  /// cannot be read.
+  /// cannot be read. Lines of a feed that is removed meanwhile are unknown.
   Outcome<TransitLineItems> lineItems(std::span<const MapItemIdentifier> identifiers, Date now)
       LINEWATCH_EXCLUDES(loadingMutex_);
   /// The states of the feeds that the last look-up asked, in the order of the feeds. Does not wait.
@@ -120,6 +124,10 @@ class TransitFeeds {
   using States = std::map<std::size_t, FeedState>;
 
   std::optional<Error> followLocked() LINEWATCH_REQUIRES(loadingMutex_);
+  bool haveFeedsChanged() const LINEWATCH_REQUIRES(loadingMutex_);
+  /// `lineItems` for the feeds as they are at its start.
+  Outcome<TransitLineItems> lookUp(std::span<const MapItemIdentifier> identifiers, Date now)
+      LINEWATCH_REQUIRES(loadingMutex_);
   Outcome<SharedLineIndex> loadLines(std::size_t feed) LINEWATCH_REQUIRES(loadingMutex_);
   /// Loads the lines of the feeds in parallel, so that the waits for their servers overlap. Leaves out a feed
   /// that has just failed.

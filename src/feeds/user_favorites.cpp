@@ -101,10 +101,7 @@ Outcome<bool> UserFavorites::reorder(const std::vector<StoredFavorite>& order) c
 
 Outcome<Favorites> UserFavorites::read() const {
   if (const auto* const given = std::get_if<Given>(&source_)) return toLookUp(given->lines);
-  const Saved& saved = std::get<Saved>(source_);
-  auto favorites = saved.favorites();
-  if (!favorites) saved.state->report(favorites.error());
-  return favorites;
+  return std::get<Saved>(source_).favorites();
 }
 
 Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
@@ -116,8 +113,7 @@ Outcome<UserFavorites::Saved::Owner> UserFavorites::Saved::owner() const {
   return *isChanged == Value(true) ? Owner::userInSampleCity : Owner::sampleCity;
 }
 
-/// Leaves out stored favourites of the sample city while the user has feeds, and those of feeds while the
-/// sample city is shown.
+/// Either the favourites of the sample city, while it is shown, or those of the user's feeds.
 Outcome<Favorites> UserFavorites::Saved::favorites() const {
   const auto whose = owner();
   if (!whose) return whose.error();
@@ -141,7 +137,7 @@ Outcome<std::vector<StoredFavorite>> UserFavorites::Saved::lines() const {
   auto stored = StoredFavorites(state).list();
   if (!stored) return stored;
   std::erase_if(*stored, [isSample = *whose == Owner::userInSampleCity](const StoredFavorite& favorite) {
-    return favorite.kind != FavoriteKind::line || (favorite.feed == kSampleFeedName) != isSample;
+    return favorite.kind != FavoriteKind::line || isOfAddedFeed(favorite) == isSample;
   });
   return stored;
 }

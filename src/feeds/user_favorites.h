@@ -18,7 +18,7 @@ namespace linewatch {
 StoredFavorite favoriteOf(const FoundLine& line);
 
 /// The user's favourites, either saved or given for one run. While the sample city is shown, they are the
-/// lines in its favorites.txt until the user changes them. Any thread.
+/// lines in its favorites.txt until the user changes them. Favourites of removed feeds stay. Any thread.
 class UserFavorites {
  public:
   /// Favourites of a run without saved state, by route id in the given feed.
@@ -26,8 +26,8 @@ class UserFavorites {
   /// `sampleCity`: the folder of the sample city.
   UserFavorites(SharedDatabase state, std::filesystem::path sampleCity);
 
-  /// The favourite lines of the shown feeds, in the user's order. Includes lines that their feed no longer
-  /// has.
+  /// The favourite lines, in the user's order: those of the sample city while it is shown, else all others.
+  /// Includes lines of removed feeds, and lines that their feed no longer has.
   Outcome<std::vector<StoredFavorite>> lines() const;
   /// Adds or removes all of the favourites, or none after an error. The result has one value for each: false
   /// if it was there already, or was not there to remove. Favourites given for one run cannot be changed.
@@ -39,7 +39,7 @@ class UserFavorites {
   Outcome<bool> reorder(const std::vector<StoredFavorite>& order) const;
   /// Adds or removes one favourite.
   Outcome<bool> change(const StoredFavorite& favorite, bool isAdded) const;
-  /// The favourites of every kind, for the widget. An error also goes to the log.
+  /// The favourites of every kind, for the widget.
   Outcome<Favorites> read() const;
 
  private:

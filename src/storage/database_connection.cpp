@@ -38,7 +38,9 @@ std::optional<Error> DatabaseConnection::read(const Operation& operation) {
 std::optional<Error> DatabaseConnection::write(const Operation& operation) {
   auto error = commitIn(operation);
   // Another program may have moved the file away meanwhile. A commit to it is not in the new file.
-  return !error && isReplaced() ? commitIn(operation) : error;
+  if (!error && isReplaced()) error = commitIn(operation);
+  if (!error) file_.touchLog();
+  return error;
 }
 
 std::optional<Error> DatabaseConnection::commitIn(const Operation& operation) {

@@ -114,6 +114,10 @@ std::string DatabaseFile::logName() const { return path_.filename().string() + k
 
 bool DatabaseFile::hasLog() const { return ::access(beside(kLogSuffix).c_str(), F_OK) == 0; }
 
+void DatabaseFile::touchLog() const {
+  static_cast<void>(::utimensat(AT_FDCWD, beside(kLogSuffix).c_str(), nullptr, 0));
+}
+
 // ---- Modes ----
 
 std::error_code DatabaseFile::makeFolder() const {

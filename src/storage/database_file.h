@@ -34,6 +34,9 @@ class DatabaseFile {
   /// The name of the write-ahead log beside the file, and whether there is one.
   std::string logName() const;
   bool hasLog() const;
+  /// Gives the log, if there is one, the present time, which whoever watches the file notices. SQLite writes
+  /// a commit to the log well before it can be read.
+  void touchLog() const;
 
   /// Makes the folder and its missing parents, all with mode 0700. An existing folder loses the rights of
   /// group and others, unless another user owns it or its sticky bit says that it is shared, as /tmp is.

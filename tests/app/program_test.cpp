@@ -216,6 +216,8 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
               AllOf(HasSubstr(folder_ / "alerts.pb"), HasSubstr("town: 2 lines; fresh\n")));
   EXPECT_THAT(runProgram(saved({"lines", "central"})).output,
               AllOf(HasSubstr("Zoo – Central"), Not(HasSubstr("Hills"))));
+  EXPECT_EQ(runProgram(saved({"feed", "update"})).output,
+            "Updated town: 2 lines, 1 alert now\nIts state: fresh\n");
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2", "town:r1"})).output, "Added 2\nAdded 1\n");
   EXPECT_EQ(runProgram(saved({"favorites", "add", "2"})).output, "Already a favourite: 2\n");
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("Strike"));
@@ -254,7 +256,37 @@ TEST_F(ProgramTest, SavesFeedsAndFavourites) {
 
   EXPECT_THAT(runProgram(saved({"feed"})).output,
               HasSubstr("lost: its lines are unknown: " + (folder_ / "lost")));
-  for (const char* feed : {"lost", "town"}) EXPECT_EQ(runProgram(saved({"feed", "remove", feed})).status, 0);
+  const auto updated = runProgram(saved({"feed", "update"}));
+  EXPECT_EQ(updated.status, 1);
+  EXPECT_THAT(updated.output, AllOf(HasSubstr("Updated town"), Not(HasSubstr("lost"))));
+  EXPECT_THAT(updated.errors, HasSubstr("feed lost"));
+  EXPECT_THAT(runProgram(saved({"feed", "update", "tow"})).errors, HasSubstr("did you mean town?"));
+}
+
+TEST_F(ProgramTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {
+  runProgram(saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"}));
+  runProgram(saved({"favorites", "add", "r1", "r2"}));
+  EXPECT_EQ(runProgram(saved({"feed", "remove", "town"})).status, 0);
+
+  const std::string hint = "No feeds. Add one: linewatch feed add CITY\n";
+  const std::string reason = "feed town: it has been removed, so nothing is known of its line r1\n";
+  const auto shown = runProgram(saved({"show"}));
+  EXPECT_EQ(shown.status, 1);
+  EXPECT_THAT(shown.output, AllOf(HasSubstr("Can’t Load"), HasSubstr("The feed town was removed"),
+                                  HasSubstr(hint), HasSubstr("Unknown lines: r1, r2")));
+  EXPECT_EQ(shown.errors, "linewatch: " + reason);
+  EXPECT_EQ(runProgram(saved({"favorites"})).output, "Unknown line: town:r1\nUnknown line: town:r2\n" + hint);
+  EXPECT_EQ(runProgram(saved({"feed"})).output, hint);
+  EXPECT_EQ(runProgram(saved({"lines"})).errors, "linewatch: " + hint);
+  for (const char* format : {"text", "json", "waybar", "i3blocks", "polybar", "genmon", "argos"}) {
+    const auto run = runProgram(saved({"status", "--format", format}));
+    EXPECT_THAT(run.output + run.errors, AllOf(Not(HasSubstr("made-up")), Not(HasSubstr("Good Service")),
+                                               Not(HasSubstr("\"sampleCity\": true"))))
+        << format;
+  }
+  EXPECT_EQ(runProgram(saved({"status"})).errors, "linewatch: " + reason);
+
+  runProgram(saved({"favorites", "remove", "r1", "town:r2"}));
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
 }
 

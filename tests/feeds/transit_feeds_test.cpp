@@ -80,6 +80,17 @@ TEST_F(TransitFeedsTest, ReadsTheListOfFeedsAtEachLookUp) {
   EXPECT_THAT(lines(feeds, both), ElementsAre("bus one: Works"));
 }
 
+TEST_F(TransitFeedsTest, SaysNothingOfAFeedThatIsRemovedDuringTheLookUp) {
+  const StoredFeed bus = feed("bus", {.alerts = {alertOf("1", "Works")}});
+  int reads = 0;
+  TransitFeeds feeds([&] { return ++reads == 1 ? std::vector{bus} : std::vector<StoredFeed>(); }, documents(),
+                     {});
+  EXPECT_THAT(lines(feeds, {line("bus", "1")}),
+              ElementsAre("feed bus: it has been removed, so nothing is known of its line 1"));
+  EXPECT_THAT(feeds.states(), IsEmpty());
+  EXPECT_EQ(removedFeedsOf(feeds.unknownLines(), feeds.feeds()), std::vector<std::string>{"bus"});
+}
+
 TEST_F(TransitFeedsTest, GivesTheLinesOfAnIncident) {
   const AlertSketch works{
       .id = "works", .selectors = {{.route = "2"}, {.route = "1"}}, .header = {{"Works", ""}}};

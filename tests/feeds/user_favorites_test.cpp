@@ -6,8 +6,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "feeds/shown_feeds.h"
 #include "platform/recording_log.h"
 #include "platform/transit_records.h"
+#include "shared/failure.h"
 #include "storage/stored_feeds.h"
 #include "temporary_folder.h"
 
@@ -16,6 +18,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 class UserFavoritesTest : public testing::Test {
  protected:
@@ -46,14 +49,20 @@ TEST_F(UserFavoritesTest, AreTheSampleCitysUntilTheUserChangesThem) {
   EXPECT_THAT(*favorites_.lines(), ElementsAre(sampleLine("2")));
 }
 
-TEST_F(UserFavoritesTest, AreEitherTheSampleCitysOrThoseOfOtherFeeds) {
+TEST_F(UserFavoritesTest, OfAFeedKeepTheSampleCityAwayAlsoAfterItsRemoval) {
   const StoredFavorite bus{FavoriteKind::line, "bus", "7"};
-  ASSERT_TRUE(favorites_.change(std::vector{sampleLine("3"), bus}, true));
-  EXPECT_THAT(muids(),
-              ElementsAre(stableMuid("sample", "1"), stableMuid("sample", "2"), stableMuid("sample", "3")));
+  ASSERT_TRUE(favorites_.change(sampleLine("1"), false));
   ASSERT_TRUE(*StoredFeeds(state_).add({"bus", "/gtfs", "/alerts"}));
-  EXPECT_THAT(muids(), ElementsAre(stableMuid("bus", "7")));
-  EXPECT_THAT(*favorites_.lines(), ElementsAre(bus));
+  ASSERT_TRUE(*favorites_.change(bus, true));
+  for (const bool isRemoved : {false, true}) {
+    EXPECT_THAT(muids(), ElementsAre(stableMuid("bus", "7")));
+    EXPECT_THAT(*favorites_.lines(), ElementsAre(bus));
+    EXPECT_EQ(ShownFeeds(state_, city_).read()->empty(), isRemoved);
+    ASSERT_EQ(*StoredFeeds(state_).remove("bus"), !isRemoved);
+  }
+  ASSERT_TRUE(*favorites_.change(bus, false));
+  EXPECT_THAT(*favorites_.lines(), ElementsAre(sampleLine("2")));
+  EXPECT_TRUE(isSampleCity(*ShownFeeds(state_, city_).read()));
 }
 
 TEST_F(UserFavoritesTest, NameTheirFeedAndRouteToTheTransitService) {
@@ -63,11 +72,11 @@ TEST_F(UserFavoritesTest, NameTheirFeedAndRouteToTheTransitService) {
   EXPECT_EQ(line->identifier(), (MapItemIdentifier{stableMuid("given", "7"), "given", "7"}));
 }
 
-TEST_F(UserFavoritesTest, ThatCannotBeReadAreAnErrorAndTheLogSaysWhy) {
+TEST_F(UserFavoritesTest, ThatCannotBeReadAreAnError) {
   std::filesystem::create_directories(state_->file());
-  EXPECT_FALSE(favorites_.read());
+  EXPECT_THAT(sentenceOf(favorites_.read().error()), HasSubstr("it cannot be opened"));
   EXPECT_FALSE(favorites_.lines());
-  EXPECT_THAT(log_.lines(), ElementsAre(HasSubstr("it cannot be opened")));
+  EXPECT_THAT(log_.lines(), IsEmpty()) << "the caller reports it";
 }
 
 TEST_F(UserFavoritesTest, WhoseChangeCannotBeReadAreNotTheSampleCitys) {

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,6 +18,7 @@
 namespace linewatch {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -436,6 +438,22 @@ TEST_F(StoredDatabaseTest, AProgramKilledWhileItWritesLeavesWholeTransactions) {
   auto database = open();
   EXPECT_THAT(textsIn(database), ElementsAre("kept", "confirmed", "after", "confirmed", "after"));
   EXPECT_THAT(log_.lines(), IsEmpty());
+}
+
+/// Programs that follow the log look at the file after each of its changes.
+TEST_F(StoredDatabaseTest, ChangesItsLogOnceMoreWhenACommitCanBeRead) {
+  auto database = openDeferred();
+  ASSERT_FALSE(database.write(adding("first")));
+  const int changes = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(::inotify_add_watch(changes, (file().string() + "-wal").c_str(), IN_MODIFY | IN_ATTRIB), 0);
+  auto other = open();
+  ASSERT_FALSE(other.write(adding("second")));
+  std::vector<std::uint32_t> masks;
+  for (inotify_event event{}; ::read(changes, &event, sizeof event) == sizeof event;)
+    masks.push_back(event.mask);
+  ::close(changes);
+  ASSERT_THAT(masks, Contains(std::uint32_t{IN_MODIFY}));
+  EXPECT_EQ(masks.back(), std::uint32_t{IN_ATTRIB});
 }
 
 TEST_F(StoredDatabaseTest, ReportsEachSentenceOnce) {

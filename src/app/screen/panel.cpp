@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPointer>
+#include <QTimer>
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -23,6 +24,7 @@
 #include "platform/preferences_store.h"
 #include "settings/user_settings.h"
 #include "storage/program_preferences.h"
+#include "storage/sqlite_database.h"
 #include "ui/notification_center.h"
 
 namespace linewatch::app {
@@ -39,6 +41,8 @@ QStringList qtWords(const std::vector<std::string>& words) {
 std::string regionOf(const UserLocale& locale) {
   return QLocale::territoryToCode(QLocale(QString::fromStdString(locale.tag())).territory()).toStdString();
 }
+
+constexpr int kChoiceRetryMilliseconds = 500;
 
 /// Set once the user has chosen the example at the first start.
 constexpr std::string_view kExampleChosenKey = "exampleChosen";
@@ -171,21 +175,21 @@ bool Panel::isStateHeld() { return platform().saved() && platform().saved()->isH
 
 bool Panel::isFirstStart() {
   if (!platform().saved() || showsExample_) return false;
-  const auto own = platform().saved()->feeds().list();
-  const bool showsSample = platform().showsSampleCity() && own && own->empty();
-  return showsSample && !programPreferences(platform())->boolForKey(kExampleChosenKey);
+  const auto feeds = platform().shownFeeds().read();
+  return feeds && isSampleCity(*feeds) && !programPreferences(platform())->boolForKey(kExampleChosenKey);
 }
 
 void Panel::loadWindow() {
   // Only now can the saved state be read, which may remember a text size.
   shown_ = platform().settings().values();
   screen_.settings().category = shown_.textSize;
+  // Before the widget asks: a change after its question is noticed then.
+  followChoice();
   if (isFirstStart()) {
     showWelcome();
   } else {
     loadWidget();
   }
-  followChoice();
 }
 
 void Panel::loadWidget() {
@@ -196,7 +200,20 @@ void Panel::loadWidget() {
 
 bool Panel::showsMadeUpCity() {
   if (!platform().saved()) return false;
-  return knownChoice_ ? knownChoice_->feeds.empty() : platform().showsSampleCity();
+  return knownChoice_ ? isSampleCity(knownChoice_->feeds) : platform().showsSampleCity();
+}
+
+/// The removed feeds of the user's favourites, each once.
+std::vector<std::string> Panel::removedFeeds() const {
+  std::vector<std::string> removed;
+  if (!knownChoice_) return removed;
+  for (const StoredFavorite& favorite : knownChoice_->favorites) {
+    const auto& feeds = knownChoice_->feeds;
+    const bool isListed = std::ranges::find(feeds, favorite.feed, &StoredFeed::name) != feeds.end();
+    if (!isListed && std::ranges::find(removed, favorite.feed) == removed.end())
+      removed.push_back(favorite.feed);
+  }
+  return removed;
 }
 
 void Panel::showTitle() { window_.setShowsExample(isWindowLoaded_ && showsMadeUpCity()); }
@@ -242,12 +259,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
           [this](std::function<void(const FeedLines&)> done) {
             inBackground([&feeds = platform().feeds()] { return feeds.lines(); }, std::move(done));
           },
-      .didChange =
-          [this] {
-            if (platform().saved()) rememberChoice(choiceIn(platform()));
-            window_.favoritesDidChange();
-            if (news_) news_->favoritesDidChange();
-          }};
+      .didChange = [this] { favoritesDidChange(); }};
   services.loadStops = [this](const StoredFavorite& favorite,
                               std::function<void(const Outcome<LineStops>&)> done) {
     inBackground(
@@ -261,6 +273,7 @@ desktop::FavoritesServices Panel::favoritesServices() {
   };
   if (platform().saved()) {
     services.isExample = [this] { return showsMadeUpCity(); };
+    services.removedFeeds = [this] { return removedFeeds(); };
     services.chooseCity = [this] { setupWindow().findCity(); };
     services.change = [this](const StoredFavorite& favorite, bool isAdded) {
       return platform().favorites().change(favorite, isAdded);
@@ -314,7 +327,7 @@ desktop::PanelServices Panel::panelServices(PanelRecording* recording) {
 desktop::FeedNews Panel::feedNews() {
   TransitFeeds& feeds = platform().feeds();
   desktop::FeedNews news{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
-  news.removedFeeds = desktop::removedFeedsOf(news.unknownLines, feeds.feeds());
+  news.removedFeeds = removedFeedsOf(news.unknownLines, feeds.feeds());
   return news;
 }
 
@@ -408,9 +421,18 @@ void Panel::feedsDidChange() {
   choiceDidChange();
 }
 
-/// The first feed takes the place of the first start's card.
+void Panel::favoritesDidChange() {
+  const auto feeds = knownChoice_ ? knownChoice_->feeds : std::vector<StoredFeed>();
+  if (platform().saved()) rememberChoice(choiceIn(platform()));
+  // Without feeds, the sample city is shown after the last favourite of a removed feed is gone.
+  if (knownChoice_ && knownChoice_->feeds != feeds) return choiceDidChange();
+  window_.favoritesDidChange();
+  if (news_) news_->favoritesDidChange();
+}
+
+/// The user's first feed takes the place of the first start's card.
 void Panel::choiceDidChange() {
-  if (!isWindowLoaded_ && knownChoice_ && !knownChoice_->feeds.empty()) {
+  if (!isWindowLoaded_ && knownChoice_ && !isSampleCity(knownChoice_->feeds)) {
     loadWidget();
   }
   showTitle();
@@ -421,11 +443,11 @@ void Panel::choiceDidChange() {
   if (feeds_ && feeds_->isVisible()) feeds_->followChanges();
 }
 
-std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {
-  auto feeds = platform.saved()->feeds().list();
-  if (!feeds) return std::nullopt;
+Outcome<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform) {
+  auto feeds = platform.shownFeeds().read();
+  if (!feeds) return feeds.error();
   auto favorites = platform.favorites().lines();
-  if (!favorites) return std::nullopt;
+  if (!favorites) return favorites.error();
   return Choice{std::move(*feeds), std::move(*favorites)};
 }
 
@@ -433,23 +455,31 @@ std::optional<Panel::Choice> Panel::choiceIn(desktop::DesktopPlatform& platform)
 /// changes its log file, or creates and deletes a journal file beside it.
 void Panel::followChoice() {
   if (!platform().saved()) return;
-  rememberChoice(choiceIn(platform()));
   const DatabaseFile file(platform().saved()->database()->file());
   // Without the folder there are no changes to follow.
   static_cast<void>(file.makeFolder());
-  desktop::watchFolder(window_, file.path().parent_path(), {file.logName()}, [this] {
-    inBackground([&platform = platform()] { return choiceIn(platform); },
-                 [this, window = QPointer(&window_)](const std::optional<Choice>& now) {
-                   if (!window || !rememberChoice(now)) return;
-                   choiceDidChange();
-                 });
-  });
+  desktop::watchFolder(window_, file.path().parent_path(), {file.logName()}, [this] { readChoice(); });
+  rememberChoice(choiceIn(platform()));
 }
 
-/// Whether the choice has changed. A choice that cannot be read counts as unchanged.
-bool Panel::rememberChoice(std::optional<Choice> now) {
-  if (!now || knownChoice_ == now) return false;
-  knownChoice_ = std::move(now);
+void Panel::readChoice() {
+  inBackground([&platform = platform()] { return choiceIn(platform); },
+               [this, window = QPointer(&window_)](const Outcome<Choice>& now) {
+                 if (window && rememberChoice(now)) choiceDidChange();
+               });
+}
+
+/// Whether the choice has changed. A choice that cannot be read counts as unchanged, and is read again if
+/// another program holds the file: no later event may tell of its change.
+bool Panel::rememberChoice(Outcome<Choice> now) {
+  if (!now && isBusy(now.error()) && !std::exchange(isChoiceRetryPending_, true)) {
+    QTimer::singleShot(kChoiceRetryMilliseconds, &window_, [this] {
+      isChoiceRetryPending_ = false;
+      readChoice();
+    });
+  }
+  if (!now || knownChoice_ == *now) return false;
+  knownChoice_ = *std::move(now);
   return true;
 }
 

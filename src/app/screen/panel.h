@@ -96,17 +96,17 @@ class Panel {
   void setTextSize(ui::TextSizeCategory category);
   desktop::SetupServices setupServices();
   void saveRecording(PanelRecording& recording);
-  /// The feeds and favourites of the user.
+  /// The shown feeds and the favourites in them.
   struct Choice {
     std::vector<StoredFeed> feeds;
     std::vector<StoredFavorite> favorites;
     bool operator==(const Choice&) const = default;
   };
-  /// Absent when it cannot be read. Needs saved state. Any thread.
-  static std::optional<Choice> choiceIn(desktop::DesktopPlatform& platform);
+  /// Needs saved state. Any thread.
+  static Outcome<Choice> choiceIn(desktop::DesktopPlatform& platform);
   /// Whether another program locks the saved state.
   bool isStateHeld();
-  /// Whether the user has neither added a feed nor asked for the example.
+  /// Whether the user has no feed, no favourite of a removed feed, and has not asked for the example.
   bool isFirstStart();
   void showWelcome();
   void showExample();
@@ -114,7 +114,8 @@ class Panel {
   void loadWidget();
   void loadWindowOnceStateIsFree();
   void followChoice();
-  bool rememberChoice(std::optional<Choice> now);
+  void readChoice();
+  bool rememberChoice(Outcome<Choice> now);
   /// The set-up, or its page with the lines if there are feeds.
   void setUp();
   desktop::SetupWindow& setupWindow();
@@ -122,8 +123,10 @@ class Panel {
   void showFeeds();
   void makeSettings();
   void feedsDidChange();
+  void favoritesDidChange();
   void choiceDidChange();
   bool showsMadeUpCity();
+  std::vector<std::string> removedFeeds() const;
   void showTitle();
   desktop::PanelHeader::Note dataNote();
   desktop::FeedNews feedNews();
@@ -156,6 +159,7 @@ class Panel {
   std::unique_ptr<desktop::FeedsWindow> feeds_;
   /// The choice at the last update of the widget; absent until it can be read.
   std::optional<Choice> knownChoice_;
+  bool isChoiceRetryPending_ = false;
 };
 
 }  // namespace linewatch::app

@@ -44,6 +44,9 @@ class AddPage final : public QWidget {
   void setEntries(const QStringList& entries);
   /// Gives the focus to the first entry, or to the button that adds.
   void present();
+  /// Begins the adding unless it is running, as the button does.
+  void start();
+  bool isAdding() const { return adding_ != nullptr; }
 
  private:
   void showHit(QVBoxLayout& layout);
@@ -51,7 +54,6 @@ class AddPage final : public QWidget {
   void addLink(QVBoxLayout& layout, const char* text, const std::string& url);
   void makeBottom(QVBoxLayout& layout);
   Outcome<FeedProposal> proposal() const;
-  void start();
   void cancel();
   void progressDidChange();
   void end(const Outcome<FeedFindings>& result);

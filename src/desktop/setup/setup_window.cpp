@@ -64,6 +64,7 @@ SetupWindow::State SetupWindow::state() const {
   if (add_) {
     state.wanted = wanted_;
     state.entries = add_->entries();
+    state.isAdding = add_->isAdding();
   }
   state.showsLines = lines_ != nullptr;
   if (lines_) state.added = added_;
@@ -80,6 +81,7 @@ void SetupWindow::restore(const State& state) {
     add_->setEntries(state.entries);
   }
   showInFront();
+  if (add_ && state.isAdding) add_->start();
 }
 
 // ---- The pages ----

@@ -30,7 +30,7 @@ class SetupWindow final : public CompanionWindow {
   void findCity();
   /// Shows the lines of all feeds.
   void chooseLines();
-  /// What the set-up shows and where, for a set-up in another language. A running adding is not part of it.
+  /// What the set-up shows and where, for a set-up in another language. A running adding begins again there.
   struct State {
     WindowPlace place;
     /// The search for a city.
@@ -39,6 +39,7 @@ class SetupWindow final : public CompanionWindow {
     std::optional<AddPage::Wanted> wanted = {};
     /// The texts of that page's fields.
     QStringList entries = {};
+    bool isAdding = false;
     bool showsLines = false;
     /// The feed whose lines are shown; absent for all feeds.
     std::optional<FeedFindings> added = {};

@@ -351,9 +351,10 @@ bool FavoritesPane::change(const StoredFavorite& line, bool isAdded) {
   std::erase_if(favorites, [&](const StoredFavorite& other) { return other.isSameAs(line); });
   if (isAdded) favorites.push_back(favorite);
   setFavorites(std::move(favorites));
+  // First, because which feeds are shown may depend on the favourites.
+  services_.didChange();
   favoritesDidChange();
   list_->announceStar(line);
-  services_.didChange();
   return true;
 }
 

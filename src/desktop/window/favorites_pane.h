@@ -59,7 +59,9 @@ struct FavoritesServices {
   std::function<void()> didChange;
   /// Whether the lines are those of the made-up city; without it they never are.
   std::function<bool()> isExample = {};
-  /// Leads from the made-up city to the choice of a real one. Used only with `isExample`.
+  /// The feeds of favourites that the user has removed; without it there are none.
+  std::function<std::vector<std::string>()> removedFeeds = {};
+  /// Leads to the choice of a city. Used only with `isExample` and `removedFeeds`.
   std::function<void()> chooseCity = {};
 };
 

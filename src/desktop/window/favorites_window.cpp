@@ -3,7 +3,11 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <cstdint>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "desktop/window/action_button.h"
 
@@ -19,30 +23,45 @@ constexpr QSize kFavoritesSize(440, 600);
 FavoritesWindow::FavoritesWindow(SharedWindowTexts texts, FavoritesServices services)
     : CompanionWindow(texts),
       services_(services),
-      exampleNote_(makeExampleNote()),
+      cityNoteText_(makeLabel({}, font(kWindowTextSize))),
+      chooseCity_(new ActionButton({}, ActionButton::Emphasis::primary)),
+      cityNote_(makeCityNote()),
       pane_(new FavoritesPane(std::move(texts), std::move(services), artworkCache())) {
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, kWindowMargin, 0, 0);
-  layout->addWidget(exampleNote_);
+  layout->addWidget(cityNote_);
   layout->addWidget(pane_);
   pane_->setChangeHandler([this] { showTitle(); });
   resizeWithText(*this, kFavoritesSize);
 }
 
-QWidget* FavoritesWindow::makeExampleNote() {
+QWidget* FavoritesWindow::makeCityNote() {
   auto* const note = new QWidget;
   auto* const layout = new QHBoxLayout(note);
   layout->setContentsMargins(kWindowMargin, 0, kWindowMargin - kButtonRing, 0);
-  layout->addWidget(makeLabel(texts()("ExampleLines"), font(kWindowTextSize)), 1);
-  auto* const choose = new ActionButton(texts()("ChooseYourCity"), ActionButton::Emphasis::primary);
-  connect(choose, &QAbstractButton::clicked, this, [this] { services_.chooseCity(); });
-  layout->addWidget(choose);
+  layout->addWidget(cityNoteText_, 1);
+  connect(chooseCity_, &QAbstractButton::clicked, this, [this] { services_.chooseCity(); });
+  layout->addWidget(chooseCity_);
   note->hide();
   return note;
 }
 
+void FavoritesWindow::showCityNote() {
+  const bool isExample = services_.isExample && services_.isExample();
+  const auto removed = services_.removedFeeds ? services_.removedFeeds() : std::vector<std::string>();
+  cityNote_->setVisible(isExample || !removed.empty());
+  if (isExample) {
+    cityNoteText_->setText(texts()("ExampleLines"));
+    chooseCity_->setText(texts()("ChooseYourCity"));
+  } else if (!removed.empty()) {
+    const std::vector<std::string_view> names(removed.begin(), removed.end());
+    cityNoteText_->setText(texts()("FeedsRemoved", {std::uint64_t{names.size()}, texts().joined(names)}));
+    chooseCity_->setText(texts()("AddCity"));
+  }
+}
+
 void FavoritesWindow::showTitle() {
-  exampleNote_->setVisible(services_.isExample && services_.isExample());
+  showCityNote();
   setWindowTitle(texts()(pane_->hasNoFavorites() ? "AddFavoritesTitle" : "FavoritesTitle"));
 }
 

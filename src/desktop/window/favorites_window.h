@@ -3,12 +3,16 @@
 #include "desktop/window/companion_window.h"
 #include "desktop/window/favorites_pane.h"
 
+class QLabel;
+
 namespace linewatch::desktop {
+
+class ActionButton;
 
 /// The window of the favourites.
 class FavoritesWindow final : public CompanionWindow {
  public:
-  /// `chooseCity` leads to the set-up when the lines are those of the made-up city.
+  /// `chooseCity` leads to the set-up when the lines are those of the made-up city or of a removed feed.
   FavoritesWindow(SharedWindowTexts texts, FavoritesServices services);
 
   /// Shows the favourites, with the search field cleared.
@@ -28,11 +32,14 @@ class FavoritesWindow final : public CompanionWindow {
 
  private:
   void showTitle();
-  QWidget* makeExampleNote();
+  QWidget* makeCityNote();
+  void showCityNote();
 
   FavoritesServices services_;
-  /// Visible while the lines are those of the made-up city.
-  QWidget* exampleNote_;
+  QLabel* cityNoteText_;
+  ActionButton* chooseCity_;
+  /// Visible while the lines are those of the made-up city, or some are of a removed feed.
+  QWidget* cityNote_;
   FavoritesPane* pane_;
 };
 

@@ -86,17 +86,6 @@ QString countedList(std::string_view name, const std::vector<std::string>& names
 
 }  // namespace
 
-std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
-                                        const std::vector<StoredFeed>& feeds) {
-  std::vector<std::string> removed;
-  for (const UnknownLine& line : lines) {
-    const bool isListed = std::ranges::find(feeds, line.feed, &StoredFeed::name) != feeds.end();
-    const bool isKnown = std::ranges::find(removed, line.feed) != removed.end();
-    if (line.isMissing && !isListed && !isKnown) removed.push_back(line.feed);
-  }
-  return removed;
-}
-
 QString agoInWords(Date date, const WindowTexts& texts, Date now) {
   constexpr double kMinute = 60, kHour = 3600, kDay = 86400;
   const double age = (now - date).count();

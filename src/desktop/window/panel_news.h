@@ -10,7 +10,6 @@
 #include "feeds/transit_feeds.h"
 #include "shared/date.h"
 #include "shared/error.h"
-#include "storage/stored_feeds.h"
 
 namespace linewatch::desktop {
 
@@ -23,10 +22,6 @@ struct FeedNews {
   /// Why the list could not be loaded; absent after a success.
   std::optional<Error> error = {};
 };
-
-/// The names of the feeds of missing lines that are not among `feeds`, each once.
-std::vector<std::string> removedFeedsOf(const std::vector<UnknownLine>& lines,
-                                        const std::vector<StoredFeed>& feeds);
 
 /// The text in the panel's header when the list is incomplete or not up to date.
 struct PanelNews {

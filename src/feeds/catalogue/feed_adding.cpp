@@ -41,7 +41,9 @@ class FeedAdding::Work {
         observer_(std::move(observer)),
         cache_(environment_.cache->heldBackCopy()),
         documents_(
-            cache_, environment_.now, [this] { return observedFetcher(); }, environment_.runKeyCommand) {}
+            cache_, environment_.now, [this] { return observedFetcher(); }, environment_.runKeyCommand) {
+    documents_.requireCurrentTimetables();
+  }
 
   void run() { finish(add()); }
   AddingProgress progress() LINEWATCH_EXCLUDES(mutex_);
@@ -87,6 +89,8 @@ class FeedAdding::Work {
   std::size_t runningFetches_ LINEWATCH_GUARDED_BY(mutex_) = 0;
   /// True when `observer_` was called after the last call of `progress`.
   bool isTold_ LINEWATCH_GUARDED_BY(mutex_) = false;
+  /// Nobody may observe any more, also if the feed is saved all the same.
+  bool isCancelled_ LINEWATCH_GUARDED_BY(mutex_) = false;
 };
 
 /// Reports how far each fetch is. Fetches may take as long as bytes come, because the rider sees them coming
@@ -171,7 +175,7 @@ std::optional<Error> FeedAdding::Work::save(const StoredFeed& feed) {
 }
 
 void FeedAdding::Work::tell() {
-  if (observer_ && !std::exchange(isTold_, true)) observer_();
+  if (observer_ && !isCancelled_ && !std::exchange(isTold_, true)) observer_();
 }
 
 void FeedAdding::Work::beginStep(AddingProgress::Step step) {
@@ -243,6 +247,7 @@ AddingProgress FeedAdding::Work::progress() {
 void FeedAdding::Work::cancel() {
   {
     const MutexLock lock(mutex_);
+    isCancelled_ = true;
     if (progress_.result || progress_.step == AddingProgress::Step::saving) return;
     progress_.result = failure(FailureCode::cancelled, "feed " + proposal_.feed.name, "", "cancelled");
     ended_.notify_all();

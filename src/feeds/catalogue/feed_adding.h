@@ -63,8 +63,8 @@ class FeedAdding {
   FeedAdding& operator=(const FeedAdding&) = delete;
 
   AddingProgress progress() const;
-  /// Ends the adding at once, also in a fetch that hangs: the result is there when this returns. Does nothing
-  /// when the feed has been saved, or is just being saved.
+  /// Ends the adding at once, also in a fetch that hangs: the result is there when this returns. A feed that
+  /// has been saved, or is just being saved, stays.
   void cancel();
   /// Waits for the result, but not longer than this; true when it is there.
   bool waitFor(Seconds longest) const;

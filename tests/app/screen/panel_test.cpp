@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QToolButton>
 #include <algorithm>
 #include <filesystem>
@@ -13,9 +14,11 @@
 #include <gtest/gtest.h>
 
 #include "app/run_settings.h"
+#include "desktop/feed_news.h"
 #include "desktop/window/window_colors.h"
 #include "desktop/window/window_events.h"
 #include "shared/file_contents.h"
+#include "shared/installation.h"
 #include "storage/program_preferences.h"
 #include "storage/stored_analytics.h"
 #include "temporary_folder.h"
@@ -30,6 +33,7 @@ using desktop::window;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::Field;
+using testing::HasSubstr;
 
 /// The whole program except for its process: the sample city, a state folder, threads and windows.
 class PanelRunTest : public testing::Test {
@@ -52,7 +56,7 @@ class PanelRunTest : public testing::Test {
     ASSERT_TRUE(session) << sentenceOf(session.error());
     session_ = std::move(*session);
     panel_ = std::make_unique<Panel>(*session_, *screen_, *UserLocale::parse("en"),
-                                     Panel::Options{.showsExample = true});
+                                     Panel::Options{.showsExample = showsExample_});
   }
   void end() {
     panel_ = nullptr;
@@ -74,6 +78,7 @@ class PanelRunTest : public testing::Test {
   void clickRow(std::size_t row) { click(rows(), QRectF(rows().rectOf(row)).center()); }
 
   TemporaryFolder folder_;
+  bool showsExample_ = true;
   CommonOptions options_;
   std::shared_ptr<desktop::DrawingScreen> screen_ =
       std::make_shared<desktop::DrawingScreen>(desktop::ScreenSettings());
@@ -119,6 +124,61 @@ TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
   ASSERT_TRUE(lines);
   for (const StoredFavorite& line : *lines) ASSERT_TRUE(favorites.change(line, false));
   waitUntil([this] { return nameOf(0).starts_with("No Favorite Lines"); });
+}
+
+TEST_F(PanelRunTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {
+  const auto city = installedSampleCity();
+  auto feeds = session_->platform().saved()->feeds();
+  ASSERT_TRUE(*feeds.add({"Rhine", (city / "gtfs").string(), (city / "alerts.pb").string()}));
+  ASSERT_TRUE(*session_->platform().favorites().change({FavoriteKind::line, "Rhine", "M1"}, true));
+  panel_->window().show();
+  waitUntil([this] { return nameOf(0).starts_with("M1, Signal failure"); });
+  ASSERT_TRUE(*feeds.remove("Rhine"));
+  const auto saysSo = [this] {
+    const auto labels = panel_->window().findChildren<QLabel*>("news");
+    return labels.size() == 1 && labels.front()->text().startsWith("The feed Rhine was removed");
+  };
+  for (const bool isRestarted : {false, true}) {
+    if (isRestarted) {
+      end();
+      showsExample_ = false;
+      start();
+      panel_->window().show();
+    }
+    waitUntil(saysSo);
+    EXPECT_THAT(nameOf(0), HasSubstr("Can’t Load"));
+    EXPECT_EQ(panel_->window().findChild<QPushButton*>("tryAgain")->text(), "Add a City…");
+    EXPECT_EQ(panel_->window().windowTitle(), "LineWatch");
+  }
+  panel_->companion().showFavorites();
+  EXPECT_TRUE(showsText(*window<desktop::FavoritesWindow>(), "The feed Rhine was removed"));
+}
+
+TEST_F(PanelRunTest, KnowsThatTheSampleCityIsMeantIfItCannotBeRead) {
+  end();
+  const auto session = Session::open(options_, [this](desktop::DesktopSettings& settings) {
+    settings.sampleCity = folder_.path() / "none";
+  });
+  const auto fetched = (*session)->fetch();
+  ASSERT_TRUE(fetched->error());
+  EXPECT_TRUE(desktop::feedNews((*session)->platform(), 0, nullptr, fetched->error()).isSampleCity);
+}
+
+TEST_F(PanelRunTest, BeginsAnAddingAgainInAnotherLanguage) {
+  const auto city = installedSampleCity();
+  const desktop::AddPage::Addresses addresses{(city / "gtfs").string(), (city / "alerts.pb").string()};
+  panel_->open({.setup = desktop::SetupWindow::State{.wanted = addresses}});
+  for (auto* const field : window<desktop::SetupWindow>()->findChildren<QLineEdit*>()) {
+    if (field->accessibleName() == "Name") field->setText("Rhine");
+  }
+  auto windows = panel_->openWindows();
+  ASSERT_FALSE(windows.setup->isAdding);
+  windows.setup->isAdding = true;
+  end();
+  start();
+  panel_->open(windows);
+  EXPECT_TRUE(panel_->openWindows().setup->isAdding);
+  waitUntil([this] { return session_->platform().saved()->feeds().list()->size() == 1; });
 }
 
 TEST_F(PanelRunTest, WaitsWithAnEmptyCardWhileTheStateIsLocked) {

@@ -1,10 +1,12 @@
 #include "feeds/catalogue/feed_adding.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <map>
 #include <stop_token>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -133,6 +135,22 @@ TEST_F(FeedAddingTest, CancelEndsAFetchThatHangsAndSavesNothing) {
   EXPECT_EQ(failureCodeOf(result->error()), FailureCode::cancelled);
   EXPECT_EQ(savedFeedCount(), 0U);
   EXPECT_FALSE(cache()->find("town", "alerts", kAlerts));
+}
+
+TEST_F(FeedAddingTest, TellsNothingMoreAfterCancelEvenIfItIsSaving) {
+  ASSERT_TRUE(*feeds().add({"other", "/gtfs", "/alerts"}));
+  auto state = SqliteDatabase::open("state database", folder_.path() / "linewatch.sqlite",
+                                    SqliteDatabase::Mode::readWrite, {});
+  ASSERT_FALSE(state->run("BEGIN IMMEDIATE"));
+  std::atomic<int> told = 0;
+  FeedAdding adding(kProposal, environment(), [&told] { ++told; });
+  while (adding.progress().step != AddingProgress::Step::saving) std::this_thread::yield();
+  adding.cancel();
+  const int toldBefore = told;
+  ASSERT_FALSE(state->run("ROLLBACK"));
+  ASSERT_TRUE(adding.waitFor(Seconds(60)));
+  EXPECT_EQ(told, toldBefore);
+  EXPECT_EQ(savedFeedCount(), 2U);
 }
 
 TEST_F(FeedAddingTest, TellsOfProgressOnceUntilItIsRead) {
