@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/setup/city_list.h"
 #include "desktop/setup/feed_form.h"
 #include "desktop/setup/progress_line.h"
 #include "desktop/window/action_button.h"
@@ -85,7 +86,7 @@ void AddPage::showHit(QVBoxLayout& layout) {
       plainLabel(QString::fromStdString(hit_->provider()), windowFont(kWindowTitleSize, QFont::DemiBold)));
   const QFont font = windowFont(kWindowTextSize);
   for (const QString& text :
-       {QString::fromStdString(hit_->place(services_.language)), QString::fromStdString(hit_->coverage())}) {
+       {QString::fromStdString(hit_->place(services_.language)), coverageInWords(*texts_, *hit_)}) {
     if (!text.isEmpty()) layout.addWidget(plainLabel(text, font, TextTone::faint));
   }
   if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));

@@ -154,9 +154,14 @@ void SearchPage::showNoCatalogue() {
 
 void SearchPage::showNoHit(const CatalogueMatches& matches) {
   const std::string query = search_->text().trimmed().toStdString();
-  if (matches.timetables.empty()) return showHint((*texts_)("NoCityFits", {query}));
-  timetable_ = matches.timetables.front()->url;
-  showHint((*texts_)("CityWithoutAlerts", {query}));
+  if (!matches.timetables.empty()) {
+    timetable_ = matches.timetables.front()->url;
+    showHint((*texts_)("CityWithoutAlerts", {query, namesOf(matches.timetables)}));
+  } else if (!matches.timetablesOnMap.empty()) {
+    showHint((*texts_)("CityOnMapOnly", {query, namesOf(matches.timetablesOnMap)}));
+  } else {
+    showHint((*texts_)("NoCityFits", {query}));
+  }
 }
 
 void SearchPage::showHint(const QString& hint, bool isError) {
