@@ -120,7 +120,10 @@ std::string noTimetableText(const RiderTexts& texts, const CatalogueHit& hit) {
 
 std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& reading, Date now) {
   if (!reading.failure || !reading.fetched) return {};
-  return texts("CatalogueKept", {texts.ago(now - *reading.fetched), sentenceOf(*reading.failure)});
+  return texts(
+      "CatalogueKept",
+      {texts.ago(now - *reading.fetched),
+       RiderTexts::Phrase{texts.failure(failureCodeOf(*reading.failure), sentenceOf(*reading.failure))}});
 }
 
 Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches,

@@ -160,7 +160,9 @@ void AddPage::start() {
     return showFailure((*texts_)("KeyMissing"));
   }
   auto wanted = proposal();
-  if (!wanted) return showFailure(QString::fromStdString(sentenceOf(wanted.error())));
+  if (!wanted)
+    return showFailure(form_ ? form_->inWords(wanted.error())
+                             : QString::fromStdString(texts_->reason(wanted.error())));
   showRunning(true);
   cancel_->setFocus(Qt::OtherFocusReason);
   // The adding calls this on its own threads, and no more once it has been cancelled.
@@ -191,7 +193,9 @@ void AddPage::end(const Outcome<FeedFindings>& result) {
   services_.discard(std::exchange(adding_, nullptr));
   showRunning(false);
   if (result) return added_(*result);
-  showFailure(QString::fromStdString(sentenceOf(result.error())));
+  const bool isTaken = form_ && failureCodeOf(result.error()) == FailureCode::alreadyExists;
+  showFailure(isTaken ? (*texts_)("FeedNameTaken", {form_->name()})
+                      : QString::fromStdString(texts_->reason(result.error())));
   add_->setText((*texts_)("TryAgain"));
   add_->updateGeometry();
   add_->setFocus(Qt::OtherFocusReason);

@@ -44,6 +44,7 @@ class AddPage final : public QWidget {
   void setEntries(const QStringList& entries);
   /// Gives the focus to the first entry, or to the button that adds.
   void present();
+  bool isAdding() const { return adding_ != nullptr; }
 
  private:
   void showHit(QVBoxLayout& layout);

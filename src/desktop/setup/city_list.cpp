@@ -133,11 +133,11 @@ CityList::CityList(const SharedWindowTexts& texts, const std::string& language, 
     : model_(new CityModel(texts, language, this)), chosen_(std::move(chosen)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
-  setSelectionMode(QAbstractItemView::NoSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setItemDelegate(new CityDelegate(this));
   setModel(model_);
+  setRowAction([this](const QModelIndex& index) { choose(index); });
   setAccessibleName((*texts)("Cities"));
   connect(this, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }

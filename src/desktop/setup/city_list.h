@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "desktop/window/row_action.h"
 #include "desktop/window/window_texts.h"
 #include "feeds/catalogue/catalogue_hit.h"
 
@@ -62,7 +63,7 @@ class CityDelegate final : public QStyledItemDelegate {
 };
 
 /// A list of hits. A click, Space or Enter chooses one. Main thread.
-class CityList final : public QListView {
+class CityList final : public ActionList<QListView> {
  public:
   using Chosen = std::function<void(const CatalogueHit&)>;
 

@@ -40,7 +40,7 @@ QString LinesPage::findings(const FeedFindings& added) const {
   QString found =
       (*texts_)("LinesAndAlerts", {std::uint64_t{added.lineCount}, std::uint64_t{added.alertCount}});
   if (!added.agencyFailure) return found;
-  return found + QLatin1Char(' ') + (*texts_)("CopyServes", {sentenceOf(*added.agencyFailure)});
+  return found + QLatin1Char(' ') + (*texts_)("CopyServes", {texts_->reason(*added.agencyFailure)});
 }
 
 void LinesPage::present() {

@@ -89,7 +89,7 @@ void SearchPage::read() {
 
 void SearchPage::catalogueDidCome(const Outcome<KeptCatalogue::Reading>& reading) {
   isReading_ = false;
-  failure_ = reading ? std::string() : sentenceOf(reading.error());
+  failure_ = reading ? std::string() : texts_->reason(reading.error());
   if (reading) catalogue_ = reading->catalogue;
   showMatches();
   if (reading)

@@ -16,6 +16,7 @@
 #include "desktop/window/action_button.h"
 #include "desktop/window/control_style.h"
 #include "desktop/window/notify_choice.h"
+#include "desktop/window/row_action.h"
 #include "desktop/window/window_colors.h"
 #include "shared/failure.h"
 
@@ -118,12 +119,16 @@ void LineChoiceWindow::addStops(QVBoxLayout& layout) {
   }
   note_ = makeLabel(texts()("LoadingStops"), font(kWindowNoteSize), Tone::faint);
   layout.addWidget(note_);
-  list_ = new QListWidget;
+  auto* const list = new ActionList<QListWidget>;
+  list_ = list;
   list_->setFrameShape(QFrame::NoFrame);
   setControlStyle(*list_);
   list_->setFont(font(kWindowNameSize));
   list_->setAccessibleName(texts()("NoticesOfStops"));
-  list_->setSelectionMode(QAbstractItemView::NoSelection);
+  list->setRowAction([this](const QModelIndex& index) {
+    const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    list_->item(index.row())->setCheckState(isChecked ? Qt::Unchecked : Qt::Checked);
+  });
   list_->setEnabled(choice_.stops == Stops::chosen);
   connect(list_, &QListWidget::itemChanged, this, [this] { stopsDidChange(); });
   // The stops belong to the last of the buttons above.
@@ -137,7 +142,7 @@ void LineChoiceWindow::addStops(QVBoxLayout& layout) {
 void LineChoiceWindow::showStops(const Outcome<LineStops>& stops) {
   const bool hasStops = stops && !stops->stops.empty();
   note_->setVisible(!hasStops);
-  if (!stops) note_->setText(QString::fromStdString(sentenceOf(stops.error())));
+  if (!stops) note_->setText(QString::fromStdString(texts().reason(stops.error())));
   if (!hasStops) {
     if (stops) note_->setText(texts()("NoStopsKnown"));
     return;

@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
-#include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionToolButton>
 #include <QTextLayout>
@@ -14,6 +13,7 @@
 #include <utility>
 
 #include "desktop/drawing/typefaces.h"
+#include "desktop/window/action_button.h"
 #include "desktop/window/enter_key.h"
 #include "desktop/window/focus_ring.h"
 #include "desktop/window/plain_tool_tip.h"
@@ -101,10 +101,11 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
       menuButton_(new ArrowlessMenuButton),
       news_(new QLabel),
       remedyTexts_{texts("TryAgain"), texts("AddCity")},
-      remedyButton_(new RingedButton<QPushButton>(remedyTexts_[0])) {
+      remedyButton_(new ActionButton(remedyTexts_[0], qtFont(kNoteSize, QFont::Medium))),
+      remedyRow_(new QHBoxLayout) {
   title_->setText(texts("Title"));
   connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
-  connect(remedyButton_, &QPushButton::clicked, this,
+  connect(remedyButton_, &QAbstractButton::clicked, this,
           [this, tryAgain = std::move(actions.tryAgain), addCity = std::move(actions.addCity)] {
             remedy_ == Remedy::addCity ? addCity() : tryAgain();
           });
@@ -115,9 +116,7 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
   setPlainToolTip(*menuButton_, texts("Menu"));
   menuButton_->setAccessibleDescription({});
   setAccessibleRole(*menuButton_, QAccessible::ButtonMenu);
-  for (QAbstractButton* const button :
-       {static_cast<QAbstractButton*>(toggle_), static_cast<QAbstractButton*>(menuButton_),
-        static_cast<QAbstractButton*>(remedyButton_)}) {
+  for (QToolButton* const button : {toggle_, menuButton_}) {
     button->setFocusPolicy(Qt::StrongFocus);
     clickOnEnter(*button);
   }
@@ -150,13 +149,15 @@ QWidget* PanelHeader::makeNewsRow() {
   news_->setTextFormat(Qt::PlainText);
   news_->setWordWrap(true);
   remedyButton_->setObjectName(QStringLiteral("tryAgain"));
-  remedyButton_->setAutoDefault(false);
+  // The body of the button is in line with the text and with the other buttons.
+  remedyRow_->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
+  remedyRow_->addWidget(remedyButton_);
   auto* const row = new QWidget;
   newsLayout_ = new QBoxLayout(QBoxLayout::LeftToRight, row);
   newsLayout_->setContentsMargins(0, 0, 0, kNewsBottomInset);
   newsLayout_->setSpacing(kNewsSpacing);
   newsLayout_->addWidget(news_, 1);
-  newsLayout_->addWidget(remedyButton_);
+  newsLayout_->addLayout(remedyRow_);
   row->hide();
   return row;
 }
@@ -177,7 +178,7 @@ void PanelHeader::fitTo(int width) {
   const QSize button = remedyButton_->sizeHint();
   const bool isBeside = button.width() <= kMostButtonWidth * room;
   newsLayout_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  newsLayout_->setAlignment(remedyButton_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
+  newsLayout_->setAlignment(remedyRow_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
   const int textHeight = news_->heightForWidth(isBeside ? room - button.width() - kNewsSpacing : room);
   const int newsHeight =
       isBeside ? std::max(textHeight, button.height()) : textHeight + kNewsSpacing + button.height();
@@ -208,6 +209,9 @@ void PanelHeader::setNote(const Note& note) {
 void PanelHeader::setNews(const QString& text, const QString& details, Remedy remedy) {
   remedy_ = remedy;
   remedyButton_->setText(remedyTexts_[static_cast<int>(remedy)]);
+  remedyButton_->updateGeometry();
+  using enum ActionButton::Emphasis;
+  remedyButton_->setEmphasis(remedy == Remedy::addCity ? primary : plain);
   if (news_->text() != text) news_->setText(text);
   if (news_->accessibleDescription() != details) setPlainToolTip(*news_, details);
   newsRow_->setVisible(!text.isEmpty());
