@@ -123,8 +123,12 @@ void AddPage::addLink(QVBoxLayout& layout, const char* text, const std::string& 
 
 void AddPage::makeBottom(QVBoxLayout& layout) {
   auto* const bottom = new QVBoxLayout;
-  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  // The buttons' bodies are in line with the other parts.
+  constexpr int kSide = kWindowMargin - kButtonRing;
+  bottom->setContentsMargins(kSide, 0, kSide, 0);
   bottom->setSpacing(kWindowGap);
+  for (QWidget* const part : {static_cast<QWidget*>(note_), static_cast<QWidget*>(line_)})
+    part->setContentsMargins(kButtonRing, 0, kButtonRing, 0);
   bottom->addWidget(note_);
   bottom->addWidget(line_);
   auto* const buttons = new QHBoxLayout;

@@ -28,7 +28,7 @@ LinesPage::LinesPage(SharedWindowTexts texts, const SetupServices& services,
   layout->addLayout(top);
   layout->addWidget(pane_, 1);
   auto* const bottom = new QHBoxLayout;
-  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin - kButtonRing, 0);
   bottom->addWidget(count_, 1);
   bottom->addWidget(done_);
   layout->addLayout(bottom);

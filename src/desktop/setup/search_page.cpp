@@ -51,7 +51,9 @@ SearchPage::SearchPage(SharedWindowTexts texts, SetupServices services, Actions 
   layout->setSpacing(kWindowMargin / 2);
   const auto add = [layout](QWidget* part, bool isWide) {
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+    // A button's body is in line with the texts.
+    const int side = isWide ? kWindowMargin : kWindowMargin - kButtonRing;
+    row->setContentsMargins(side, 0, side, 0);
     row->addWidget(part);
     if (!isWide) row->addStretch();
     layout->addLayout(row);

@@ -48,7 +48,6 @@ NotifyChoice::NotifyChoice(SharedWindowTexts texts, const notices::LineKey& line
 }
 
 void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present) {
-  auto* const row = new QHBoxLayout;
   for (const auto& [name, time] : {std::pair("NotifyOff", kNever), std::pair("NotifyAlways", kAlways),
                                    std::pair("NotifyHours", kAtHours)}) {
     auto* const radio = new QRadioButton((*texts_)(name));
@@ -57,10 +56,8 @@ void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present
     radio->setChecked(time == timeOf(present));
     connect(radio, &QRadioButton::clicked, this, [this] { save(); });
     times_->addButton(radio, time);
-    row->addWidget(radio);
+    layout()->addWidget(radio);
   }
-  row->addStretch(1);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
   hours_ = new OutlinedField;
   hours_->setFont(windowFont(kWindowNameSize));
   hours_->setAccessibleName((*texts_)("NotifyHours"));
@@ -73,7 +70,7 @@ void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present
 }
 
 void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& present) {
-  QLabel* const label = plainLabel((*texts_)("NotifyFrom"), windowFont(kWindowNameSize));
+  QLabel* const label = plainLabel((*texts_)("NotifyFrom"), windowFont(kWindowNoteSize), TextTone::faint);
   severities_ = new QComboBox;
   setControlStyle(*severities_);
   severities_->setFont(windowFont(kWindowNameSize));
@@ -83,10 +80,8 @@ void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& pr
   severities_->setCurrentIndex(present ? static_cast<int>(present->from) : 0);
   label->setBuddy(severities_);
   connect(severities_, &QComboBox::activated, this, [this] { save(); });
-  auto* const row = new QHBoxLayout;
-  row->addWidget(label);
-  row->addWidget(severities_, 1);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  layout()->addWidget(label);
+  layout()->addWidget(severities_);
 }
 
 void NotifyChoice::didChange() {

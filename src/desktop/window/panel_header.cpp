@@ -101,8 +101,7 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
       menuButton_(new ArrowlessMenuButton),
       news_(new QLabel),
       remedyTexts_{texts("TryAgain"), texts("AddCity")},
-      remedyButton_(new ActionButton(remedyTexts_[0], qtFont(kNoteSize, QFont::Medium))),
-      remedyRow_(new QHBoxLayout) {
+      remedyButton_(new ActionButton(remedyTexts_[0], qtFont(kNoteSize, QFont::Medium))) {
   title_->setText(texts("Title"));
   connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
   connect(remedyButton_, &QAbstractButton::clicked, this,
@@ -149,15 +148,12 @@ QWidget* PanelHeader::makeNewsRow() {
   news_->setTextFormat(Qt::PlainText);
   news_->setWordWrap(true);
   remedyButton_->setObjectName(QStringLiteral("tryAgain"));
-  // The body of the button is in line with the text and with the other buttons.
-  remedyRow_->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
-  remedyRow_->addWidget(remedyButton_);
   auto* const row = new QWidget;
   newsLayout_ = new QBoxLayout(QBoxLayout::LeftToRight, row);
   newsLayout_->setContentsMargins(0, 0, 0, kNewsBottomInset);
   newsLayout_->setSpacing(kNewsSpacing);
   newsLayout_->addWidget(news_, 1);
-  newsLayout_->addLayout(remedyRow_);
+  newsLayout_->addWidget(remedyButton_);
   row->hide();
   return row;
 }
@@ -178,7 +174,7 @@ void PanelHeader::fitTo(int width) {
   const QSize button = remedyButton_->sizeHint();
   const bool isBeside = button.width() <= kMostButtonWidth * room;
   newsLayout_->setDirection(isBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  newsLayout_->setAlignment(remedyRow_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
+  newsLayout_->setAlignment(remedyButton_, isBeside ? Qt::AlignVCenter : Qt::AlignLeading);
   const int textHeight = news_->heightForWidth(isBeside ? room - button.width() - kNewsSpacing : room);
   const int newsHeight =
       isBeside ? std::max(textHeight, button.height()) : textHeight + kNewsSpacing + button.height();

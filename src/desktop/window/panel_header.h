@@ -84,7 +84,6 @@ class PanelHeader final : public QWidget {
   /// The texts of the button, by remedy.
   QString remedyTexts_[2];
   ActionButton* remedyButton_;
-  QBoxLayout* remedyRow_;
 };
 
 }  // namespace linewatch::desktop
