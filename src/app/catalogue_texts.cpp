@@ -1,6 +1,7 @@
 #include "app/catalogue_texts.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 #include "app/forms_of.h"
@@ -64,6 +65,14 @@ std::string commandWithAddresses(const std::string& name, const std::string& tim
          address(alerts);
 }
 
+/// What the alerts are about.
+std::string coverageLine(const RiderTexts& texts, const CatalogueHit& hit) {
+  const std::uint64_t count = hit.timetables.size();
+  if (count == 0) return hit.coverage();
+  const std::string names = hit.coverage();
+  return names.empty() ? texts("FindCovers", {count}) : texts("FindCoversNamed", {count, names});
+}
+
 /// The first address among the timetables that were found, or that of the catalogue's copy.
 std::string timetableAddress(const std::vector<SharedCatalogueFeed>& timetables) {
   for (const SharedCatalogueFeed& timetable : timetables) {
@@ -81,7 +90,7 @@ std::string addingCommand(const CatalogueHit& hit) {
 
 std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& hit,
                                   const std::string& language) {
-  std::vector<std::string> lines = {hit.provider(), hit.place(language), hit.coverage()};
+  std::vector<std::string> lines = {hit.provider(), hit.place(language), coverageLine(texts, hit)};
   if (!hit.holds.empty()) lines.push_back(texts("FindHolds", {hit.holds}));
   if (!hit.isActive()) lines.push_back(texts("FindInactive"));
   if (hit.timetables.empty()) lines.push_back(texts("FindNoTimetable"));
@@ -94,7 +103,11 @@ std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& h
 
 std::string noHitText(const RiderTexts& texts, const std::string& query, const CatalogueMatches& matches) {
   const std::string command = commandWithAddresses(query, timetableAddress(matches.timetables), {});
-  return texts(matches.timetables.empty() ? "FindNothing" : "FindOnlyTimetables", {query, command});
+  if (!matches.timetables.empty())
+    return texts("FindOnlyTimetables", {query, command, namesOf(matches.timetables)});
+  if (!matches.timetablesOnMap.empty())
+    return texts("FindTimetablesOnMap", {query, namesOf(matches.timetablesOnMap), command});
+  return texts("FindNothing", {query, command});
 }
 
 std::string noTimetableText(const RiderTexts& texts, const CatalogueHit& hit) {
@@ -107,7 +120,10 @@ std::string noTimetableText(const RiderTexts& texts, const CatalogueHit& hit) {
 
 std::string keptNote(const RiderTexts& texts, const KeptCatalogue::Reading& reading, Date now) {
   if (!reading.failure || !reading.fetched) return {};
-  return texts("CatalogueKept", {texts.ago(now - *reading.fetched), sentenceOf(*reading.failure)});
+  return texts(
+      "CatalogueKept",
+      {texts.ago(now - *reading.fetched),
+       RiderTexts::Phrase{texts.failure(failureCodeOf(*reading.failure), sentenceOf(*reading.failure))}});
 }
 
 Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches,
@@ -115,6 +131,7 @@ Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches
   const auto hitForm = [](const CatalogueHit& hit) {
     Dictionary form = catalogueFeedForm(*hit.alerts);
     form.insert_or_assign("holds", textValue(hit.holds));
+    form.insert_or_assign("coverage", textValue(hit.coverage()));
     form.insert_or_assign("timetables", catalogueFeedForms(hit.timetables));
     return form;
   };
@@ -122,6 +139,7 @@ Dictionary matchesForm(const std::string& query, const CatalogueMatches& matches
           {"query", query},
           {"hits", formsOf(matches.hits, hitForm)},
           {"timetables", catalogueFeedForms(matches.timetables)},
+          {"timetablesOnMap", catalogueFeedForms(matches.timetablesOnMap)},
           {"fetched", reading.fetched ? Value(description(*reading.fetched)) : noValue()},
           {"error", reading.failure ? Value(sentenceOf(*reading.failure)) : noValue()}};
 }

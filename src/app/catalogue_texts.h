@@ -22,8 +22,8 @@ std::vector<std::string> hitLines(const RiderTexts& texts, const CatalogueHit& h
 /// Says that the catalogue has no timetable for the hit, with the command that adds it and another one.
 std::string noTimetableText(const RiderTexts& texts, const CatalogueHit& hit);
 
-/// Why a search has no hits, and the command that adds a feed at pasted addresses. It has the address of a
-/// timetable that was found.
+/// Why a search has no hits, and the command that adds a feed at pasted addresses. It has the address of the
+/// first timetable that has the place in its texts.
 std::string noHitText(const RiderTexts& texts, const std::string& query, const CatalogueMatches& matches);
 
 /// How old a catalogue is that could not be renewed, and why; empty when it is up to date.

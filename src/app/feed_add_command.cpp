@@ -53,7 +53,9 @@ Report added(Session& session, FeedProposal proposal, const TerminalStyle& style
                  paragraph(texts("FindItsLines", {"linewatch lines"}), kMessageIndent, style) +
                  paragraph(texts("ThenAddOne", {"linewatch favorites add LINE"}), kMessageIndent, style));
   if (findings->agencyFailure)
-    report.complaint = texts("AddedWithCopy", {sentenceOf(*findings->agencyFailure)});
+    report.complaint =
+        texts("AddedWithCopy", {RiderTexts::Phrase{texts.failure(failureCodeOf(*findings->agencyFailure),
+                                                                 sentenceOf(*findings->agencyFailure))}});
   return report;
 }
 

@@ -62,7 +62,9 @@ std::string RiderTexts::dateAndTime(Date date, Date now) const {
 }
 
 std::string RiderTexts::failure(FailureCode code, const std::string& sentence) const {
-  return failureInWords(code, sentence, *localization_);
+  const std::string words = failureInWords(code, sentence, *localization_);
+  if (code != FailureCode::keyWanted) return words;
+  return (*this)("KeyAdvice", {Phrase{words}, "linewatch feed key FEED --header 'NAME: KEY'"});
 }
 
 std::string RiderTexts::list(std::span<const std::string> names) const {

@@ -37,8 +37,10 @@ class RiderTexts {
   std::string ago(Seconds age) const;
   /// Date and time in the machine's time zone; a date of today has the time only.
   std::string dateAndTime(Date date, Date now) const;
-  /// A failure in words: its sentence, after a short reason in the user's language if that is not English.
+  /// A failure in words: its sentence, after a short reason in the user's language if that is not English. If
+  /// a server wants a key, also the command that gives one.
   std::string failure(FailureCode code, const std::string& sentence) const;
+  IcuLocalization& localization() const { return *localization_; }
   /// "A, B" with the language's own comma.
   std::string list(std::span<const std::string> names) const;
 

@@ -48,7 +48,8 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, co
   auto platform = DesktopPlatform::make(std::move(*settings));
   if (!platform) return platform.error();
   std::unique_ptr<Session> session(new Session(std::move(*platform), locale));
-  for (const std::string& fault : session->platform().settings().faults()) logError("%@", {fault});
+  for (const std::string& fault : session->platform().settings().faults(session->texts().localization()))
+    logError("%@", {fault});
   return session;
 }
 

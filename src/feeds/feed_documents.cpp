@@ -111,23 +111,6 @@ std::optional<std::string> nonEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
 
-/// True when the server wants a key or another one.
-bool wantsOtherKey(const Error& error) {
-  const int status = httpStatusOf(error).value_or(0);
-  return status == 401 || status == 403;
-}
-
-/// The error with advice on how to give the key that the server wants.
-Error withKeyAdvice(const Error& error) {
-  Error whole =
-      failure(failureCodeOf(error), "", "",
-              sentenceOf(error) +
-                  "; give a key with --header or --query-key, which \"linewatch feed key\" takes for a "
-                  "feed that was added");
-  whole.info.insert(error.info.begin(), error.info.end());
-  return whole;
-}
-
 bool haveMessages(const std::vector<FeedAlerts>& parts) {
   return std::ranges::find(parts, nullptr, &FeedAlerts::message) == parts.end();
 }
@@ -227,10 +210,8 @@ Outcome<HttpResponse> FeedDocuments::get(const Place& place, const std::string& 
   request->etag = etag;
   request->lastModified = lastModified;
   auto response = (*fetcher)->fetch(*request);
-  if (!response && wantsOtherKey(response.error())) {
+  if (!response && failureCodeOf(response.error()) == FailureCode::keyWanted)
     commandKeys_.forget(place.source().keys.command);
-    response = withKeyAdvice(response.error());
-  }
   if (!response) {
     const Error error = redacted(response.error(), request->secrets);
     keepPostponement(place, error);

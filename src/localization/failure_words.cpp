@@ -26,6 +26,7 @@ constexpr Reason kReasons[] = {
     {FailureCode::refused, "LineWatch_Failure_Refused"},
     {FailureCode::timedOut, "LineWatch_Failure_TimedOut"},
     {FailureCode::cancelled, "LineWatch_Failure_Cancelled"},
+    {FailureCode::keyWanted, "LineWatch_Failure_KeyWanted"},
 };
 
 }  // namespace

@@ -144,6 +144,7 @@ const Setting& kTextSizeSetting = kTable[1];
 const Setting& kRefreshSetting = kTable[3];
 const Setting& kAnalyticsSetting = kTable[7];
 const Setting& kTraySetting = kTable[9];
+const Setting& kQuietHoursSetting = kTable[10];
 const Setting& kAutostartSetting = kTable[11];
 
 bool Setting::isAllowed(const std::string& text) const {

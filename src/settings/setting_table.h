@@ -41,6 +41,7 @@ extern const Setting& kTextSizeSetting;
 extern const Setting& kRefreshSetting;
 extern const Setting& kAnalyticsSetting;
 extern const Setting& kTraySetting;
+extern const Setting& kQuietHoursSetting;
 extern const Setting& kAutostartSetting;
 
 /// Null for an unknown key.

@@ -39,17 +39,41 @@ std::optional<std::string> textOfValue(const Setting& setting, const TomlEntry& 
 /// `shown`: the value as it stands in the file.
 SettingsFault wrongValue(const Setting& setting, const std::string& shown, TextPlace place) {
   const bool isAnalytics = &setting == &kAnalyticsSetting;
-  return {place,
-          std::string(setting.key) + " = " + shown + " is not allowed; write " +
-              std::string(setting.allowed) +
-              (isAnalytics ? "; for now nothing is recorded" : "; for now the default holds"),
-          setting.key};
+  const std::string entry = std::string(setting.key) + " = " + shown;
+  return {.place = place,
+          .reason = entry + " is not allowed; write " + std::string(setting.allowed) +
+                    (isAnalytics ? "; for now nothing is recorded" : "; for now the default holds"),
+          .key = setting.key,
+          .textKey = isAnalytics ? "LineWatch_Failure_SettingWrongOff" : "LineWatch_Failure_SettingWrong",
+          .arguments = {entry}};
 }
 
 SettingsFault unknownKey(const std::string& key, TextPlace place) {
-  const auto nearest = nearestSettingKey(key);
-  return {place, "there is no setting \"" + key + "\"" +
-                     (nearest ? "; did you mean " + std::string(*nearest) + "?" : "")};
+  SettingsFault fault{.place = place,
+                      .reason = "there is no setting \"" + key + "\"",
+                      .textKey = "LineWatch_Failure_SettingUnknown",
+                      .arguments = {key}};
+  if (const auto nearest = nearestSettingKey(key)) {
+    fault.reason += "; did you mean " + std::string(*nearest) + "?";
+    fault.textKey = "LineWatch_Failure_SettingUnknownNearest";
+    fault.arguments.emplace_back(*nearest);
+  }
+  return fault;
+}
+
+SettingsFault notToml(const TomlFault& fault) {
+  struct Words {
+    std::string_view english, textKey;
+  };
+  // In the order of the kinds.
+  constexpr Words kWords[] = {
+      {"the line has too many dots", "LineWatch_Failure_SettingsUnreadable"},
+      {"this character cannot be here", "LineWatch_Failure_SettingsCharacter"},
+      {"the quote that begins here is not closed", "LineWatch_Failure_SettingsQuote"},
+      {"this key stands in the file already", "LineWatch_Failure_SettingsRepeated"},
+      {"this is not of the form: key = value", "LineWatch_Failure_SettingsUnreadable"}};
+  const Words& words = kWords[static_cast<std::size_t>(fault.kind)];
+  return {.place = fault.place, .reason = std::string(words.english), .textKey = words.textKey};
 }
 
 std::size_t endOfLine(std::string_view text, std::size_t place) {
@@ -75,7 +99,7 @@ SettingsDocument::SettingsDocument(std::string text) : text_(std::move(text)) {
   auto parsed = parseToml(text_);
   if (const auto* const fault = std::get_if<TomlFault>(&parsed)) {
     isWellFormed_ = false;
-    faults_.push_back({fault->place, "this is not TOML: " + fault->reason});
+    faults_.push_back(notToml(*fault));
     return;
   }
   entries_ = std::get<std::vector<TomlEntry>>(std::move(parsed));

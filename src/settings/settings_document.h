@@ -19,6 +19,9 @@ struct SettingsFault {
   std::string reason;
   /// Where the mistake is a setting's value: its key.
   std::string_view key = {};
+  /// The text of the table "failure" that says the same in other languages, and its arguments.
+  std::string_view textKey = {};
+  std::vector<std::string> arguments = {};
 
   bool operator==(const SettingsFault&) const = default;
 };

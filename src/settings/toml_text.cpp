@@ -79,10 +79,10 @@ bool isAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 /// Looks for a character beyond ASCII or a quote where TOML has none: outside strings and comments. The
 /// library must not see it, because what it does then is undefined; so is what it does after a backslash that
-/// joins lines.
-class StrayCharacter {
+/// joins lines. Also finds a quote that is not closed.
+class CharacterScan {
  public:
-  explicit StrayCharacter(std::string_view text) : text_(text) {
+  explicit CharacterScan(std::string_view text) : text_(text) {
     // TOML has these nowhere, not even in strings.
     const auto* const control = std::ranges::find_if(text, isForbiddenControl);
     isFound_ = control != text.end();
@@ -93,13 +93,14 @@ class StrayCharacter {
     while (place_ < text_.size() && !isFound_) step();
   }
 
-  std::optional<TextPlace> found() const {
+  std::optional<TomlFault> fault() const {
     if (!isFound_) return std::nullopt;
     const std::string_view before = text_.substr(0, place_);
     const std::string_view line = before.substr(before.rfind('\n') + 1);
     const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
-    return TextPlace{static_cast<std::size_t>(std::ranges::count(before, '\n')) + 1,
-                     static_cast<std::size_t>(std::ranges::count_if(line, isFirstByte)) + 1};
+    return TomlFault{{static_cast<std::size_t>(std::ranges::count(before, '\n')) + 1,
+                      static_cast<std::size_t>(std::ranges::count_if(line, isFirstByte)) + 1},
+                     kind_};
   }
 
  private:
@@ -123,21 +124,27 @@ class StrayCharacter {
   void skipString(const std::string& quotes) {
     constexpr int kMostQuotesBeforeEnd = 2;
     const bool isLong = quotes.size() > 1;
+    const std::size_t begin = place_;
     place_ += quotes.size();
     while (place_ < text_.size() && !isFound_ && !text_.substr(place_).starts_with(quotes)) {
-      // The end of the line ends a short string, which is wrong.
-      if (!isLong && text_[place_] == '\n') return;
+      if (!isLong && text_[place_] == '\n') return foundOpenQuote(begin);
       if (quotes.front() == '"' && text_[place_] == '\\')
         skipEscape();
       else
         ++place_;
     }
     if (isFound_) return;
-    place_ = std::min(place_ + quotes.size(), text_.size());
+    if (place_ == text_.size()) return foundOpenQuote(begin);
+    place_ += quotes.size();
     // The last quotes of a long string may be part of it.
     for (int i = 0; isLong && i < kMostQuotesBeforeEnd && text_.substr(place_).starts_with(quotes.front());
          ++i)
       ++place_;
+  }
+  void foundOpenQuote(std::size_t place) {
+    isFound_ = true;
+    place_ = place;
+    kind_ = TomlFault::Kind::openQuote;
   }
   void skipEscape() {
     const std::size_t end = text_.find_first_not_of(" \t\r\n", place_ + 1);
@@ -153,17 +160,14 @@ class StrayCharacter {
   std::string_view text_;
   std::size_t place_ = 0;
   bool isFound_ = false;
+  TomlFault::Kind kind_ = TomlFault::Kind::strayCharacter;
 };
 
-/// The library's sentence on one line, without its beginning, "Error while parsing …: ".
-std::string reasonOf(const toml::parse_error& error) {
-  const std::string_view sentence = error.description();
-  const std::size_t colon = sentence.find(": ");
-  const bool hasBeginning = sentence.starts_with("Error while") && colon != std::string_view::npos;
-  std::string reason(hasBeginning ? sentence.substr(colon + 2) : sentence);
-  std::ranges::replace_if(
-      reason, [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
-  return reason;
+/// The library's sentences are not shown: they are about its parser, and take several lines.
+TomlFault faultOf(const toml::parse_error& error) {
+  const bool isRepeated = error.description().find("redefine") != std::string_view::npos;
+  return {placeAt(error.source().begin),
+          isRepeated ? TomlFault::Kind::repeatedKey : TomlFault::Kind::unreadable};
 }
 
 std::size_t endOf(const toml::node& node, const Offsets& offsets) {
@@ -197,11 +201,10 @@ TomlEntry entryOf(const toml::key& key, const toml::node& node, const Offsets& o
 }  // namespace
 
 std::variant<std::vector<TomlEntry>, TomlFault> parseToml(std::string_view text) {
-  if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, "the line has too many dots"};
-  if (const auto stray = StrayCharacter(text).found())
-    return TomlFault{*stray, "this character cannot be here"};
+  if (const auto line = lineOfDeepKey(text)) return TomlFault{{*line, 1}, TomlFault::Kind::tooManyDots};
+  if (const auto fault = CharacterScan(text).fault()) return *fault;
   const toml::parse_result parsed = toml::parse(text);
-  if (!parsed) return TomlFault{placeAt(parsed.error().source().begin), reasonOf(parsed.error())};
+  if (!parsed) return faultOf(parsed.error());
   const Offsets offsets(text);
   std::vector<TomlEntry> entries;
   for (const auto& [key, node] : parsed.table()) entries.push_back(entryOf(key, node, offsets));

@@ -41,10 +41,12 @@ struct TomlEntry {
   bool isSection = false;
 };
 
-/// What is wrong with a text that is not TOML.
+/// The first mistake in a text that is not TOML.
 struct TomlFault {
+  enum class Kind : std::uint8_t { tooManyDots, strayCharacter, openQuote, repeatedKey, unreadable };
+
   TextPlace place;
-  std::string reason;
+  Kind kind = Kind::unreadable;
 };
 
 /// Parses a TOML file. The entries are in the order of the file.

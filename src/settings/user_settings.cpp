@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include "localization/failure_words.h"
+#include "localization/icu_localization.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 
@@ -13,9 +15,17 @@ namespace {
 constexpr std::string_view kNewFile =
     "# The settings of LineWatch. `linewatch settings` lists them all, and docs/settings.md explains them.\n";
 
-std::string faultLine(const std::filesystem::path& file, const SettingsFault& fault) {
+/// `reason`: what is wrong at that place.
+std::string faultLine(const std::filesystem::path& file, const SettingsFault& fault,
+                      const std::string& reason) {
   return file.string() + ":" + std::to_string(fault.place.line) + ":" + std::to_string(fault.place.column) +
-         ": " + fault.reason;
+         ": " + reason;
+}
+
+std::string inWords(const SettingsFault& fault, IcuLocalization& texts) {
+  if (texts.isInFallbackLanguage()) return fault.reason;
+  const std::vector<FormatArgument> arguments(fault.arguments.begin(), fault.arguments.end());
+  return texts.format(texts.failureString(fault.textKey, fault.reason), arguments);
 }
 
 }  // namespace
@@ -82,7 +92,17 @@ Settings UserSettings::withoutRemembered() const {
 std::vector<std::string> UserSettings::faults() const {
   std::vector<std::string> lines;
   if (contents().error) lines.push_back(sentenceOf(*contents().error));
-  for (const SettingsFault& fault : contents().document.faults()) lines.push_back(faultLine(file_, fault));
+  for (const SettingsFault& fault : contents().document.faults())
+    lines.push_back(faultLine(file_, fault, fault.reason));
+  return lines;
+}
+
+std::vector<std::string> UserSettings::faults(IcuLocalization& texts) const {
+  std::vector<std::string> lines;
+  if (const auto& error = contents().error)
+    lines.push_back(failureInWords(failureCodeOf(*error), sentenceOf(*error), texts));
+  for (const SettingsFault& fault : contents().document.faults())
+    lines.push_back(faultLine(file_, fault, inWords(fault, texts)));
   return lines;
 }
 

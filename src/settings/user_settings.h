@@ -17,6 +17,8 @@
 
 namespace linewatch {
 
+class IcuLocalization;
+
 /// Bytes. A larger settings file is refused.
 inline constexpr std::size_t kLargestSettingsFile = std::size_t{64} << 10;
 
@@ -52,6 +54,8 @@ class UserSettings {
 
   /// The mistakes in the file, one line each: "FILE:LINE:COLUMN: what is wrong". Also an error of reading it.
   std::vector<std::string> faults() const;
+  /// The same in the language of the texts.
+  std::vector<std::string> faults(IcuLocalization& texts) const;
   /// Whether the file can be read and is TOML, or does not exist. If not, the values of its last readable
   /// contents in this run hold; at the start the defaults, and nothing is recorded.
   bool isReadable() const;

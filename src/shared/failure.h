@@ -46,6 +46,8 @@ enum class FailureCode : std::int64_t {
   invalid = 17,
   /// Nothing is known about it yet, e.g. the lines of a feed without alerts.
   unknown = 18,
+  /// A server wants a key, or another one than it was sent.
+  keyWanted = 19,
 };
 
 /// An error of LineWatch's own. Its sentence reads "what: where: why", e.g. "feed Metro: routes.txt line 3: a

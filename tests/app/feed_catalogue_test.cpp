@@ -90,12 +90,14 @@ class FeedCatalogueTest : public testing::Test {
 
 TEST_F(FeedCatalogueTest, FindsFeedsAndSaysWhatThereIsElse) {
   EXPECT_EQ(run({"find", "ferries"}).output,
-            "Seaport Ferries\nSeaport, Switzerland\na key is needed, from https://keys.example\n"
+            "Seaport Ferries\nSeaport, Switzerland\nalerts for 1 timetable\n"
+            "a key is needed, from https://keys.example\n"
             "linewatch feed add a-2\n");
   const auto none = run({"find", "oldtown"});
-  EXPECT_THAT(none.errors,
-              AllOf(StartsWith("linewatch: oldtown: timetables, no alerts feed in the catalogue; paste"),
-                    HasSubstr("linewatch feed add oldtown --gtfs https://agency.example/ --alerts ADDRESS")));
+  EXPECT_THAT(
+      none.errors,
+      AllOf(StartsWith("linewatch: oldtown: timetables (t-4), no alerts feed in the catalogue; paste"),
+            HasSubstr("linewatch feed add oldtown --gtfs https://agency.example/ --alerts ADDRESS")));
   EXPECT_EQ(none.status, 1);
   const auto found = nlohmann::json::parse(run({"find", "--json", "switzerland", "htt"}).output);
   EXPECT_EQ(found["hits"].size(), 1U);

@@ -38,7 +38,7 @@ class ServerOfMany final : public HttpFetcher {
 };
 
 Error statusError(std::int64_t status) {
-  Error error = failure(FailureCode::refused, "the server wants a key", "", "");
+  Error error = failure(FailureCode::keyWanted, "the server wants a key", "", "");
   error.info.emplace(kHttpStatusKey, status);
   return error;
 }
@@ -151,8 +151,7 @@ TEST_F(FeedSourcesTest, RunsAKeyCommandOnceAndAgainAfterTheServerRefusesTheKey) 
   EXPECT_EQ(sentKey(), "key 1");
   EXPECT_EQ(sentKey(), "key 1");
   servers_->answers.emplace("http://a/1", statusError(403));
-  EXPECT_THAT(sentenceOf(*source->alertsOf(metro_, {}).failure),
-              HasSubstr("the server wants a key; give a key with --header or --query-key"));
+  EXPECT_THAT(sentenceOf(*source->alertsOf(metro_, {}).failure), HasSubstr("the server wants a key"));
   EXPECT_EQ(sentKey(), "key 2");
   metro_.alerts.keys.command = "broken";
   const std::size_t requests = servers_->requests.size();

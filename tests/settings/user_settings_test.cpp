@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "localization/icu_localization.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "temporary_folder.h"
@@ -104,7 +105,10 @@ TEST_F(UserSettingsTest, MakesTheFolderButNoFileForNothing) {
 TEST_F(UserSettingsTest, AFileThatIsNotTomlServesNothingAndStays) {
   write("on-top = \n");
   UserSettings user = settings();
-  EXPECT_THAT(user.faults(), ElementsAre(testing::StartsWith(file_.string() + ":1:10: this is not TOML: ")));
+  EXPECT_THAT(user.faults(), ElementsAre(file_.string() + ":1:10: this is not of the form: key = value"));
+  IcuLocalization german(*UserLocale::parse("de"));
+  EXPECT_THAT(user.faults(german),
+              ElementsAre(file_.string() + ":1:10: das hat nicht die Form: Name = Wert"));
   EXPECT_FALSE(user.isReadable());
   EXPECT_EQ(value(user, "analytics").text, "false") << "nobody knows whether the user wants it";
   EXPECT_EQ(value(user, "on-top").text, "false");

@@ -337,7 +337,7 @@ void Panel::saveRecording(PanelRecording& recording) {
   if (file.isEmpty()) return;
   const auto error = recording.save(QFile::encodeName(file).toStdString());
   if (!error) return;
-  QMessageBox box(QMessageBox::Warning, (*texts_)("Title"), QString::fromStdString(sentenceOf(*error)),
+  QMessageBox box(QMessageBox::Warning, (*texts_)("Title"), QString::fromStdString(texts_->reason(*error)),
                   QMessageBox::Ok, &window_);
   box.setTextFormat(Qt::PlainText);
   box.exec();
@@ -391,15 +391,21 @@ desktop::SetupServices Panel::setupServices() {
 
 /// A window that is not visible is made again, because the text size may have changed.
 desktop::SetupWindow& Panel::setupWindow() {
-  if (!setup_ || !setup_->isVisible())
-    setup_ = std::make_unique<desktop::SetupWindow>(texts_, setupServices(), [this] { present(); });
+  if (!setup_ || !setup_->isVisible()) setup_ = makeSetup();
   return *setup_;
 }
 
+std::unique_ptr<desktop::SetupWindow> Panel::makeSetup() {
+  return std::make_unique<desktop::SetupWindow>(texts_, setupServices(), [this] { present(); });
+}
+
+std::unique_ptr<desktop::FeedsWindow> Panel::makeFeedsWindow() {
+  return std::make_unique<desktop::FeedsWindow>(texts_, setupServices(),
+                                                [this] { setupWindow().findCity(); });
+}
+
 void Panel::makeFeeds() {
-  if (!feeds_ || !feeds_->isVisible())
-    feeds_ =
-        std::make_unique<desktop::FeedsWindow>(texts_, setupServices(), [this] { setupWindow().findCity(); });
+  if (!feeds_ || !feeds_->isVisible()) feeds_ = makeFeedsWindow();
 }
 
 void Panel::showFeeds() {
@@ -525,7 +531,26 @@ void Panel::setTextSize(ui::TextSizeCategory category) {
     const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));
     if (error) logError("the text size is not saved: %@", {sentenceOf(*error)});
   }
+  if (isChosen) textSizeDidChange();
   if (showsSettings()) settingsWindow_->followChanges();
+}
+
+/// A set-up that is adding a feed stays as it is, and so do feeds whose removal can still be undone.
+void Panel::textSizeDidChange() {
+  companion_.textSizeDidChange();
+  if (setup_ && setup_->isVisible() && !setup_->isAdding()) {
+    desktop::SetupWindow::State state = setup_->state();
+    auto window = makeSetup();
+    window->takeOverFrom(*setup_);
+    state.place = window->place();
+    setup_ = std::move(window);
+    setup_->restore(state);
+  }
+  if (!feeds_ || !feeds_->isVisible() || feeds_->canUndo()) return;
+  auto window = makeFeedsWindow();
+  window->takeOverFrom(*feeds_);
+  feeds_ = std::move(window);
+  feeds_->present();
 }
 
 void Panel::followSettings() {
@@ -570,7 +595,7 @@ desktop::SettingsServices Panel::settingsServices() {
   UserSettings& settings = platform().settings();
   desktop::SettingsServices services{
       .find = [&settings](const Setting& setting) { return settings.find(setting); },
-      .faults = [&settings] { return settings.faults(); },
+      .faults = [&settings, texts = texts_] { return settings.faults(texts->localization()); },
       .file = settings.file().string()};
   if (settings.file().empty()) return services;
   services.set = [this, &settings](const Setting& setting, const std::string& text) {

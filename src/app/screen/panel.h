@@ -120,6 +120,9 @@ class Panel {
   void setUp();
   desktop::SetupWindow& setupWindow();
   void makeFeeds();
+  std::unique_ptr<desktop::SetupWindow> makeSetup();
+  std::unique_ptr<desktop::FeedsWindow> makeFeedsWindow();
+  void textSizeDidChange();
   void showFeeds();
   void makeSettings();
   void feedsDidChange();

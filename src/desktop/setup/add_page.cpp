@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/setup/city_list.h"
 #include "desktop/setup/feed_form.h"
 #include "desktop/setup/progress_line.h"
 #include "desktop/window/action_button.h"
@@ -85,7 +86,7 @@ void AddPage::showHit(QVBoxLayout& layout) {
       plainLabel(QString::fromStdString(hit_->provider()), windowFont(kWindowTitleSize, QFont::DemiBold)));
   const QFont font = windowFont(kWindowTextSize);
   for (const QString& text :
-       {QString::fromStdString(hit_->place(services_.language)), QString::fromStdString(hit_->coverage())}) {
+       {QString::fromStdString(hit_->place(services_.language)), coverageInWords(*texts_, *hit_)}) {
     if (!text.isEmpty()) layout.addWidget(plainLabel(text, font, TextTone::faint));
   }
   if (!hit_->isActive()) layout.addWidget(plainLabel((*texts_)("CityGivenUpLong"), font, TextTone::alarming));
@@ -122,8 +123,12 @@ void AddPage::addLink(QVBoxLayout& layout, const char* text, const std::string& 
 
 void AddPage::makeBottom(QVBoxLayout& layout) {
   auto* const bottom = new QVBoxLayout;
-  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  // The buttons' bodies are in line with the other parts.
+  constexpr int kSide = kWindowMargin - kButtonRing;
+  bottom->setContentsMargins(kSide, 0, kSide, 0);
   bottom->setSpacing(kWindowGap);
+  for (QWidget* const part : {static_cast<QWidget*>(note_), static_cast<QWidget*>(line_)})
+    part->setContentsMargins(kButtonRing, 0, kButtonRing, 0);
   bottom->addWidget(note_);
   bottom->addWidget(line_);
   auto* const buttons = new QHBoxLayout;
@@ -159,7 +164,9 @@ void AddPage::start() {
     return showFailure((*texts_)("KeyMissing"));
   }
   auto wanted = proposal();
-  if (!wanted) return showFailure(QString::fromStdString(sentenceOf(wanted.error())));
+  if (!wanted)
+    return showFailure(form_ ? form_->inWords(wanted.error())
+                             : QString::fromStdString(texts_->reason(wanted.error())));
   showRunning(true);
   cancel_->setFocus(Qt::OtherFocusReason);
   // The adding calls this on its own threads, and no more once it has been cancelled.
@@ -190,7 +197,9 @@ void AddPage::end(const Outcome<FeedFindings>& result) {
   services_.discard(std::exchange(adding_, nullptr));
   showRunning(false);
   if (result) return added_(*result);
-  showFailure(QString::fromStdString(sentenceOf(result.error())));
+  const bool isTaken = form_ && failureCodeOf(result.error()) == FailureCode::alreadyExists;
+  showFailure(isTaken ? (*texts_)("FeedNameTaken", {form_->name()})
+                      : QString::fromStdString(texts_->reason(result.error())));
   add_->setText((*texts_)("TryAgain"));
   add_->updateGeometry();
   add_->setFocus(Qt::OtherFocusReason);

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include "desktop/window/list_row.h"
@@ -37,8 +38,18 @@ int CityModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
+QString coverageInWords(const WindowTexts& texts, const CatalogueHit& hit) {
+  const std::uint64_t count = hit.timetables.size();
+  const std::string names = hit.coverage();
+  if (count == 0) return QString::fromStdString(names);
+  return names.empty() ? texts("CityCovers", {count}) : texts("CityCoversNamed", {count, names});
+}
+
+/// Here a name says more than the number of timetables.
 QString CityModel::details(const CatalogueHit& hit) const {
-  QStringList words{QString::fromStdString(hit.place(language_)), QString::fromStdString(hit.coverage())};
+  const QString names = QString::fromStdString(hit.coverage());
+  QStringList words{QString::fromStdString(hit.place(language_)),
+                    names.isEmpty() ? coverageInWords(*texts_, hit) : names};
   words.removeAll(QString());
   return words.join(QStringLiteral(" · "));
 }
@@ -122,11 +133,11 @@ CityList::CityList(const SharedWindowTexts& texts, const std::string& language, 
     : model_(new CityModel(texts, language, this)), chosen_(std::move(chosen)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
-  setSelectionMode(QAbstractItemView::NoSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setItemDelegate(new CityDelegate(this));
   setModel(model_);
+  setRowAction([this](const QModelIndex& index) { choose(index); });
   setAccessibleName((*texts)("Cities"));
   connect(this, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
 }

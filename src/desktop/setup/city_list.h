@@ -9,10 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "desktop/window/row_action.h"
 #include "desktop/window/window_texts.h"
 #include "feeds/catalogue/catalogue_hit.h"
 
 namespace linewatch::desktop {
+
+/// What the alerts of a hit are about: the number of timetables, and their names if the catalogue has any.
+QString coverageInWords(const WindowTexts& texts, const CatalogueHit& hit);
 
 /// The rows of a search in the catalogue: headings with countries, and hits.
 class CityModel final : public QAbstractListModel {
@@ -59,7 +63,7 @@ class CityDelegate final : public QStyledItemDelegate {
 };
 
 /// A list of hits. A click, Space or Enter chooses one. Main thread.
-class CityList final : public QListView {
+class CityList final : public ActionList<QListView> {
  public:
   using Chosen = std::function<void(const CatalogueHit&)>;
 

@@ -10,6 +10,7 @@
 #include "desktop/window/action_button.h"
 #include "desktop/window/outlined_field.h"
 #include "desktop/window/window_style.h"
+#include "shared/failure.h"
 
 namespace linewatch::desktop {
 
@@ -102,14 +103,26 @@ FeedKeys FeedForm::keys() const {
   return keys;
 }
 
-Outcome<FeedProposal> FeedForm::proposal() const {
+StoredFeed FeedForm::entries() const {
   const auto sourceIn = [this](const QLineEdit& field) {
     FeedSource source(field.text().trimmed().toStdString());
     if (!source.locations.empty()) source.keys = keys();
     return source;
   };
-  StoredFeed feed{name_->text().trimmed().toStdString(), sourceIn(*timetable_), sourceIn(*alerts_)};
-  return proposalOf(std::move(feed));
+  return {name_->text().trimmed().toStdString(), sourceIn(*timetable_), sourceIn(*alerts_)};
+}
+
+Outcome<FeedProposal> FeedForm::proposal() const { return proposalOf(entries()); }
+
+/// The proposal checks the entries in this order.
+QString FeedForm::inWords(const Error& error) const {
+  const StoredFeed feed = entries();
+  if (feedNameError(feed.name)) return (*texts_)("FeedNameWrong", {feed.name});
+  if (feed.gtfs.locations.empty()) return (*texts_)("TimetableMissing");
+  if (feed.alerts.locations.empty()) return (*texts_)("AlertsMissing");
+  // The error hides the passwords of an address.
+  const std::string sentence = sentenceOf(error);
+  return (*texts_)("AddressWrong", {sentence.substr(0, sentence.rfind(": "))});
 }
 
 void FeedForm::focusFirstEmpty() {

@@ -20,14 +20,18 @@ class FeedForm final : public QWidget {
   explicit FeedForm(SharedWindowTexts texts);
 
   void setAddresses(const std::string& timetable, const std::string& alerts);
-  /// The feed, or what is wrong with an entry.
+  /// The feed, or the mistake in an entry.
   Outcome<FeedProposal> proposal() const;
+  /// An error of `proposal` in the user's language.
+  QString inWords(const Error& error) const;
+  std::string name() const { return entries().name; }
   void focusFirstEmpty();
 
  private:
   QLineEdit* addField(const char* name);
   QLineEdit* addAddressField(const char* name, const char* filter);
   void addKeyFields();
+  StoredFeed entries() const;
   FeedKeys keys() const;
 
   SharedWindowTexts texts_;

@@ -30,7 +30,8 @@ FeedRow::FeedRow(SharedWindowTexts texts, const StoredFeed& feed, Actions action
       present_(makePresent(feed)),
       removed_(makeRemoved(feed.name)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kWindowMargin, kFeedPadding, kWindowMargin, kFeedPadding);
+  constexpr int kSide = kWindowMargin - kButtonRing;
+  layout->setContentsMargins(kSide, kFeedPadding, kSide, kFeedPadding);
   layout->addWidget(present_);
   layout->addWidget(removed_);
   removed_->hide();
@@ -50,8 +51,10 @@ QWidget* FeedRow::makePresent(const StoredFeed& feed) {
   layout->setSpacing(kWindowSmallGap);
   layout->addWidget(plainLabel(name_, windowFont(kWindowNameSize, QFont::Medium)));
   layout->addWidget(state_ = plainLabel({}, windowFont(kWindowNoteSize), TextTone::faint));
+  // The buttons' bodies are in line with the texts.
+  for (auto* const label : part->findChildren<QLabel*>())
+    label->setContentsMargins(kButtonRing, 0, kButtonRing, 0);
   auto* const buttons = new QHBoxLayout;
-  buttons->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
   buttons->addWidget(makeButton("TryAgain", [this] { actions_.tryAgain(); }));
   if (usesKey(feed)) buttons->addWidget(changeKey_ = makeButton("ChangeKey", [this] { showKeyEntry(true); }));
   buttons->addWidget(makeButton("RemoveFeed", [this] { actions_.remove(); }));
@@ -65,7 +68,7 @@ QWidget* FeedRow::makePresent(const StoredFeed& feed) {
 QWidget* FeedRow::makeKeyEntry() {
   auto* const part = new QWidget;
   auto* const layout = new QHBoxLayout(part);
-  layout->setContentsMargins(0, 0, -kButtonRing, 0);
+  layout->setContentsMargins(kButtonRing, 0, 0, 0);
   key_ = new OutlinedField;
   key_->setFont(windowFont(kWindowNameSize));
   key_->setPlaceholderText((*texts_)("NewKey"));

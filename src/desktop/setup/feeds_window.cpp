@@ -65,7 +65,7 @@ void FeedsWindow::present() {
 
 void FeedsWindow::followChanges() {
   auto feeds = services_.feeds();
-  if (!feeds) return showNote(QString::fromStdString(sentenceOf(feeds.error())), Tone::alarming);
+  if (!feeds) return showNote(QString::fromStdString(texts().reason(feeds.error())), Tone::alarming);
   if (*feeds == feeds_ && !feeds_.empty()) return showStates();
   feeds_ = std::move(*feeds);
   showFeeds();
@@ -132,7 +132,7 @@ void FeedsWindow::changeKey(StoredFeed feed, const std::string& key) {
     source->keys.command.clear();
   }
   if (const auto error = services_.changeFeed(feed))
-    return showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
+    return showNote(QString::fromStdString(texts().reason(*error)), Tone::alarming);
   std::erase_if(states_, [&](const FeedState& state) { return state.feed == feed.name; });
   services_.feedsDidChange();
   followChanges();
@@ -163,7 +163,7 @@ void FeedsWindow::carryOut(const std::string& name) {
   followChanges();
   if (!error) return services_.feedsDidChange();
   if (const auto row = rows_.find(name); row != rows_.end()) row->second->showRemoved(false);
-  showNote(QString::fromStdString(sentenceOf(*error)), Tone::alarming);
+  showNote(QString::fromStdString(texts().reason(*error)), Tone::alarming);
 }
 
 void FeedsWindow::carryOutAll() {

@@ -31,6 +31,8 @@ class FeedsWindow final : public CompanionWindow {
   void present();
   /// To be called after feeds have been changed elsewhere.
   void followChanges();
+  /// Whether a removal can be undone.
+  bool canUndo() const { return !removals_.empty(); }
   /// For how long a removal can be undone.
   void setUndoTime(std::chrono::milliseconds time) { undoTime_ = time; }
 

@@ -28,7 +28,7 @@ LinesPage::LinesPage(SharedWindowTexts texts, const SetupServices& services,
   layout->addLayout(top);
   layout->addWidget(pane_, 1);
   auto* const bottom = new QHBoxLayout;
-  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+  bottom->setContentsMargins(kWindowMargin, 0, kWindowMargin - kButtonRing, 0);
   bottom->addWidget(count_, 1);
   bottom->addWidget(done_);
   layout->addLayout(bottom);
@@ -40,7 +40,7 @@ QString LinesPage::findings(const FeedFindings& added) const {
   QString found =
       (*texts_)("LinesAndAlerts", {std::uint64_t{added.lineCount}, std::uint64_t{added.alertCount}});
   if (!added.agencyFailure) return found;
-  return found + QLatin1Char(' ') + (*texts_)("CopyServes", {sentenceOf(*added.agencyFailure)});
+  return found + QLatin1Char(' ') + (*texts_)("CopyServes", {texts_->reason(*added.agencyFailure)});
 }
 
 void LinesPage::present() {

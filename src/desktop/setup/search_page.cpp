@@ -51,7 +51,9 @@ SearchPage::SearchPage(SharedWindowTexts texts, SetupServices services, Actions 
   layout->setSpacing(kWindowMargin / 2);
   const auto add = [layout](QWidget* part, bool isWide) {
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(kWindowMargin, 0, kWindowMargin, 0);
+    // A button's body is in line with the texts.
+    const int side = isWide ? kWindowMargin : kWindowMargin - kButtonRing;
+    row->setContentsMargins(side, 0, side, 0);
     row->addWidget(part);
     if (!isWide) row->addStretch();
     layout->addLayout(row);
@@ -89,7 +91,7 @@ void SearchPage::read() {
 
 void SearchPage::catalogueDidCome(const Outcome<KeptCatalogue::Reading>& reading) {
   isReading_ = false;
-  failure_ = reading ? std::string() : sentenceOf(reading.error());
+  failure_ = reading ? std::string() : texts_->reason(reading.error());
   if (reading) catalogue_ = reading->catalogue;
   showMatches();
   if (reading)
@@ -154,9 +156,14 @@ void SearchPage::showNoCatalogue() {
 
 void SearchPage::showNoHit(const CatalogueMatches& matches) {
   const std::string query = search_->text().trimmed().toStdString();
-  if (matches.timetables.empty()) return showHint((*texts_)("NoCityFits", {query}));
-  timetable_ = matches.timetables.front()->url;
-  showHint((*texts_)("CityWithoutAlerts", {query}));
+  if (!matches.timetables.empty()) {
+    timetable_ = matches.timetables.front()->url;
+    showHint((*texts_)("CityWithoutAlerts", {query, namesOf(matches.timetables)}));
+  } else if (!matches.timetablesOnMap.empty()) {
+    showHint((*texts_)("CityOnMapOnly", {query, namesOf(matches.timetablesOnMap)}));
+  } else {
+    showHint((*texts_)("NoCityFits", {query}));
+  }
 }
 
 void SearchPage::showHint(const QString& hint, bool isError) {

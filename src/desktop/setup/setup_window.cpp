@@ -9,6 +9,7 @@
 #include "desktop/setup/lines_page.h"
 #include "desktop/setup/search_page.h"
 #include "desktop/window/action_button.h"
+#include "desktop/window/widget_role.h"
 #include "desktop/window/window_style.h"
 
 namespace linewatch::desktop {
@@ -40,6 +41,7 @@ SetupWindow::SetupWindow(SharedWindowTexts texts, SetupServices services, std::f
   layout->addLayout(top);
   layout->addWidget(pages_, 1);
   back_->setAccessibleName(this->texts()("Back"));
+  setAccessibleRole(*pages_, QAccessible::Grouping);
   connect(back_, &QAbstractButton::clicked, this, [this] { goBack(); });
   resizeWithText(*this, kSetupSize);
 }
@@ -71,6 +73,8 @@ SetupWindow::State SetupWindow::state() const {
   return state;
 }
 
+bool SetupWindow::isAdding() const { return add_ && add_->isAdding(); }
+
 void SetupWindow::restore(const State& state) {
   setPlace(state.place);
   showSearch();
@@ -88,6 +92,7 @@ void SetupWindow::restore(const State& state) {
 
 void SetupWindow::show(QWidget* page, const QString& title) {
   title_->setText(title);
+  pages_->setAccessibleName(title);
   setWindowTitle(title);
   if (pages_->indexOf(page) < 0) pages_->addWidget(page);
   pages_->setCurrentWidget(page);

@@ -45,6 +45,7 @@ class SetupWindow final : public CompanionWindow {
     std::optional<FeedFindings> added = {};
   };
   State state() const;
+  bool isAdding() const;
   void restore(const State& state);
   /// To be called after another program or window has changed favourites or feeds.
   void followChanges();

@@ -19,18 +19,20 @@ constexpr int kButtonsGap = 14;
 
 WelcomeCard::WelcomeCard(const WindowTexts& texts, Actions actions) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kWindowMargin, kWindowGap, kWindowMargin, kCardBottomInset);
+  // The buttons' bodies are in line with the texts.
+  constexpr int kSide = kWindowMargin - kButtonRing;
+  layout->setContentsMargins(kSide, kWindowGap, kSide, kCardBottomInset);
   layout->setSpacing(kWindowGap);
   layout->addWidget(plainLabel(texts("WelcomeTitle"), windowFont(kWindowTitleSize, QFont::DemiBold)));
   layout->addWidget(plainLabel(texts("WelcomeText"), windowFont(kWindowTextSize)));
   layout->addWidget(plainLabel(texts("ExampleNote"), windowFont(kWindowTextSize), TextTone::faint));
+  for (auto* const label : findChildren<QLabel*>()) label->setContentsMargins(kButtonRing, 0, kButtonRing, 0);
   layout->addSpacing(kButtonsGap);
   auto* const choose = new ActionButton(texts("ChooseYourCity"), ActionButton::Emphasis::primary);
   auto* const example = new ActionButton(texts("LookAtExample"));
   connect(choose, &QAbstractButton::clicked, this, std::move(actions.chooseCity));
   connect(example, &QAbstractButton::clicked, this, std::move(actions.showExample));
   buttons_ = new QBoxLayout(QBoxLayout::LeftToRight);
-  buttons_->setContentsMargins(-kButtonRing, 0, -kButtonRing, 0);
   buttons_->addWidget(choose, 0, Qt::AlignLeading);
   buttons_->addWidget(example, 0, Qt::AlignLeading);
   buttons_->addStretch();

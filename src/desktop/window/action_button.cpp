@@ -21,13 +21,21 @@ constexpr double kDisabledOpacity = 0.45;
 
 }  // namespace
 
-ActionButton::ActionButton(const QString& text, Emphasis emphasis) : emphasis_(emphasis) {
+ActionButton::ActionButton(const QString& text, Emphasis emphasis)
+    : ActionButton(text, windowFont(kButtonTextSize, QFont::Medium), emphasis) {}
+
+ActionButton::ActionButton(const QString& text, const QFont& font, Emphasis emphasis) : emphasis_(emphasis) {
   setText(text);
-  setFont(windowFont(kButtonTextSize, QFont::Medium));
+  setFont(font);
   setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
   clickOnEnter(*this);
+}
+
+void ActionButton::setEmphasis(Emphasis emphasis) {
+  emphasis_ = emphasis;
+  update();
 }
 
 QSize ActionButton::sizeHint() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QFont>
 #include <cstdint>
 
 namespace linewatch::desktop {
@@ -13,7 +14,11 @@ class ActionButton final : public QAbstractButton {
  public:
   enum class Emphasis : std::uint8_t { primary, plain };
 
+  /// In the windows' font, which needs an installed platform.
   explicit ActionButton(const QString& text, Emphasis emphasis = Emphasis::plain);
+  ActionButton(const QString& text, const QFont& font, Emphasis emphasis = Emphasis::plain);
+
+  void setEmphasis(Emphasis emphasis);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

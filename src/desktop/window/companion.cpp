@@ -109,13 +109,11 @@ void Companion::markExample() {
 void Companion::makeFavorites() {
   const ui::TextSizeCategory textSize = platform().interfaceSettings().textSizeCategory();
   const bool isOpen = favorites_ && favorites_->isVisible();
-  if (!isOpen || textSize != favoritesTextSize_) {
-    const WindowPlace before = isOpen ? favorites_->place() : WindowPlace();
-    favorites_ = std::make_unique<FavoritesWindow>(texts_, favoritesServices_);
-    favoritesTextSize_ = textSize;
-    // It widens with larger text.
-    if (isOpen) favorites_->setPlace({before.corner, favorites_->size().expandedTo(before.size)});
-  }
+  if (isOpen && textSize == favoritesTextSize_) return;
+  auto window = std::make_unique<FavoritesWindow>(texts_, favoritesServices_);
+  if (isOpen) window->takeOverFrom(*favorites_);
+  favorites_ = std::move(window);
+  favoritesTextSize_ = textSize;
 }
 
 void Companion::showFavorites() {
@@ -138,6 +136,21 @@ void Companion::reopen(const OpenWindows& windows) {
   if (!windows.favorites) return;
   makeFavorites();
   favorites_->restore(*windows.favorites);
+}
+
+void Companion::textSizeDidChange() {
+  OpenWindows windows = openWindows();
+  if (windows.details) {
+    auto window = std::make_unique<DetailsWindow>(texts_, detailsServices_);
+    window->takeOverFrom(*details_);
+    windows.details->place = window->place();
+    details_ = std::move(window);
+  }
+  if (windows.favorites) {
+    makeFavorites();
+    windows.favorites->place = favorites_->place();
+  }
+  reopen(windows);
 }
 
 void Companion::favoritesDidChange() {

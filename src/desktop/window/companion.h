@@ -50,6 +50,8 @@ class Companion {
   void reopen(const OpenWindows& windows);
   /// To be called after another program or window has changed favourites or feeds.
   void favoritesDidChange();
+  /// Makes the open windows again for another text size.
+  void textSizeDidChange();
 
  private:
   DetailsWindow& details();

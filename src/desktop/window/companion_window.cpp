@@ -31,8 +31,15 @@ QLabel* CompanionWindow::makeLabel(const QString& text, const QFont& font, Tone 
 
 std::int64_t CompanionWindow::artworkStep(std::int64_t usual) const { return windowArtworkStep(usual); }
 
+void CompanionWindow::takeOverFrom(const CompanionWindow& open) {
+  // It widens with larger text.
+  setPlace({open.pos(), size().expandedTo(open.size())});
+  setAttribute(Qt::WA_ShowWithoutActivating, !open.isActiveWindow());
+}
+
 void CompanionWindow::showInFront() {
   show();
+  if (testAttribute(Qt::WA_ShowWithoutActivating)) return setAttribute(Qt::WA_ShowWithoutActivating, false);
   raise();
   activateWindow();
 }

@@ -31,6 +31,9 @@ class CompanionWindow : public QWidget {
 
   WindowPlace place() const { return {pos(), size()}; }
   void setPlace(const WindowPlace& place);
+  /// To be called before a window takes the place of an open one: unless that was the active window, this one
+  /// does not take the keyboard's focus when it is shown.
+  void takeOverFrom(const CompanionWindow& open);
 
  protected:
   using Tone = TextTone;

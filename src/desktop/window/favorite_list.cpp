@@ -22,12 +22,12 @@ FavoriteList::FavoriteList(FavoriteModel::Source source, std::shared_ptr<Artwork
       handlers_(std::move(handlers)) {
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
-  setSelectionMode(QAbstractItemView::NoSelection);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   delegate_->setMenuHandler([this](const QModelIndex& index) { showMenu(index); });
   setItemDelegate(delegate_);
   setModel(model_);
+  setRowAction([this](const QModelIndex& index) { toggle(index); });
 }
 
 void FavoriteList::replaceRows(std::vector<FavoriteModel::Row> rows) {
@@ -68,8 +68,7 @@ void FavoriteList::ensureCurrent() {
   }
 }
 
-void FavoriteList::toggleCurrent() {
-  const QModelIndex index = currentIndex();
+void FavoriteList::toggle(const QModelIndex& index) {
   if (!(index.flags() & Qt::ItemIsUserCheckable)) return;
   const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
   model_->setData(index, static_cast<int>(isChecked ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
@@ -93,7 +92,7 @@ void FavoriteList::keyPressEvent(QKeyEvent* event) {
     return event->accept();
   }
   if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {
-    if (!event->isAutoRepeat()) toggleCurrent();
+    if (!event->isAutoRepeat()) toggle(currentIndex());
     return event->accept();
   }
   // Some platforms send only a key event for the keys that open a menu.

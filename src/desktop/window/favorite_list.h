@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "desktop/window/favorite_model.h"
+#include "desktop/window/row_action.h"
 #include "storage/stored_favorites.h"
 #include "ui/artwork_cache.h"
 
@@ -21,7 +22,7 @@ class RowMenuButton;
 /// A list of lines under headings, each with a star that shows whether it is a favourite. A click, Space or
 /// Enter toggles the star. The favourites of an ordered section are moved by dragging, or with Alt and the
 /// arrow keys. Main thread.
-class FavoriteList final : public QListView {
+class FavoriteList final : public ActionList<QListView> {
  public:
   struct Handlers {
     /// Saves the order of the ordered rows; false on failure. Without it the rows cannot be moved.
@@ -66,7 +67,7 @@ class FavoriteList final : public QListView {
  private:
   void showMenu(const QModelIndex& index);
   void placeMenuButton();
-  void toggleCurrent();
+  void toggle(const QModelIndex& index);
   bool moveCurrent(int step);
   void saveOrder();
   void dragTo(const QPoint& place);

@@ -199,8 +199,8 @@ void FavoritesPane::loadLines() {
 }
 
 void FavoritesPane::linesDidLoad(const FeedLines& lines) {
-  const auto reasonOf = [](const FeedLines& loaded) {
-    return loaded.error ? sentenceOf(*loaded.error) : std::string();
+  const auto reasonOf = [this](const FeedLines& loaded) {
+    return loaded.error ? texts_->reason(*loaded.error) : std::string();
   };
   FeedLines listed = lines;
   if (!feed_.empty()) {
@@ -295,7 +295,7 @@ void FavoritesPane::showHint(const QString& hint) {
   hint_->setVisible(!hint.isEmpty());
 }
 
-void FavoritesPane::showError(const Error& error) { showHint(QString::fromStdString(sentenceOf(error))); }
+void FavoritesPane::showError(const Error& error) { showHint(QString::fromStdString(texts_->reason(error))); }
 
 FavoriteModel::Description FavoritesPane::describe(const Row& row) {
   if (!row.line)

@@ -4,6 +4,7 @@
 #include <QButtonGroup>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStringList>
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include "desktop/window/action_button.h"
 #include "desktop/window/control_style.h"
 #include "desktop/window/notify_choice.h"
+#include "desktop/window/row_action.h"
 #include "desktop/window/window_colors.h"
 #include "shared/failure.h"
 
@@ -28,6 +30,8 @@ using Stops = LineChoice::Stops;
 // Points.
 constexpr QSize kChoiceSize(400, 560);
 constexpr int kStopsIndent = 20;
+/// More stops scroll.
+constexpr int kMostShownStops = 8;
 constexpr std::size_t kMostDestinations = 3;
 /// The ids of a stop in the list.
 constexpr int kStopIdsRole = Qt::UserRole;
@@ -61,21 +65,46 @@ LineChoiceWindow::LineChoiceWindow(SharedWindowTexts texts, const QString& line,
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(line);
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(kWindowMargin, kWindowMargin, kWindowMargin, kWindowMargin);
-  layout->setSpacing(kWindowGap);
-  layout->addWidget(makeLabel(line, font(kWindowTitleSize, QFont::DemiBold)));
-  addDirections(*layout);
-  addStops(*layout);
-  auto* const done = new ActionButton(this->texts()("Done"), ActionButton::Emphasis::primary);
-  connect(done, &QAbstractButton::clicked, this, [this] { close(); });
-  layout->addWidget(done, 0, Qt::AlignTrailing);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(makeScroller(), 1);
+  layout->addLayout(makeBottom());
+  column_->addWidget(makeLabel(line, font(kWindowTitleSize, QFont::DemiBold)));
+  addDirections(*column_);
+  addStops(*column_);
+  column_->addStretch(1);
   resizeWithText(*this, kChoiceSize);
 }
 
+QWidget* LineChoiceWindow::makeScroller() {
+  auto* const content = new QWidget;
+  content->setAutoFillBackground(true);
+  column_ = new QVBoxLayout(content);
+  column_->setContentsMargins(kWindowMargin, kWindowMargin, kWindowMargin, kWindowMargin);
+  column_->setSpacing(kWindowGap);
+  auto* const scroller = new QScrollArea;
+  scroller->setFrameShape(QFrame::NoFrame);
+  scroller->setWidgetResizable(true);
+  scroller->setFocusPolicy(Qt::NoFocus);
+  scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroller->setWidget(content);
+  return scroller;
+}
+
+QLayout* LineChoiceWindow::makeBottom() {
+  auto* const done = new ActionButton(texts()("Done"), ActionButton::Emphasis::primary);
+  connect(done, &QAbstractButton::clicked, this, [this] { close(); });
+  auto* const bottom = new QHBoxLayout;
+  constexpr int kSide = kWindowMargin - kButtonRing;
+  bottom->setContentsMargins(kSide, kWindowGap, kSide, kSide);
+  bottom->addStretch();
+  bottom->addWidget(done);
+  return bottom;
+}
+
 void LineChoiceWindow::addNotifications(NotifyChoice* choice) {
-  auto* const all = static_cast<QVBoxLayout*>(layout());
-  // Above the button.
-  all->insertWidget(all->count() - 1, choice);
+  // Above the stretch.
+  column_->insertWidget(column_->count() - 1, choice);
   resizeWithText(*this, kChoiceSize + QSize(0, choice->sizeHint().height()));
 }
 
@@ -118,26 +147,31 @@ void LineChoiceWindow::addStops(QVBoxLayout& layout) {
   }
   note_ = makeLabel(texts()("LoadingStops"), font(kWindowNoteSize), Tone::faint);
   layout.addWidget(note_);
-  list_ = new QListWidget;
+  auto* const list = new ActionList<QListWidget>;
+  list_ = list;
   list_->setFrameShape(QFrame::NoFrame);
+  list_->hide();
   setControlStyle(*list_);
   list_->setFont(font(kWindowNameSize));
   list_->setAccessibleName(texts()("NoticesOfStops"));
-  list_->setSelectionMode(QAbstractItemView::NoSelection);
+  list->setRowAction([this](const QModelIndex& index) {
+    const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    list_->item(index.row())->setCheckState(isChecked ? Qt::Unchecked : Qt::Checked);
+  });
   list_->setEnabled(choice_.stops == Stops::chosen);
   connect(list_, &QListWidget::itemChanged, this, [this] { stopsDidChange(); });
   // The stops belong to the last of the buttons above.
   auto* const indented = new QHBoxLayout;
   indented->addSpacing(kStopsIndent);
   indented->addWidget(list_);
-  layout.addLayout(indented, 1);
+  layout.addLayout(indented);
 }
 
 /// Stops that the timetable no longer has are left out, and lost with the next change of the stops.
 void LineChoiceWindow::showStops(const Outcome<LineStops>& stops) {
   const bool hasStops = stops && !stops->stops.empty();
   note_->setVisible(!hasStops);
-  if (!stops) note_->setText(QString::fromStdString(sentenceOf(stops.error())));
+  if (!stops) note_->setText(QString::fromStdString(texts().reason(stops.error())));
   if (!hasStops) {
     if (stops) note_->setText(texts()("NoStopsKnown"));
     return;
@@ -157,6 +191,9 @@ void LineChoiceWindow::showStops(const Outcome<LineStops>& stops) {
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(isChosen ? Qt::Checked : Qt::Unchecked);
   }
+  const int shown = std::min(list_->count(), kMostShownStops);
+  list_->setFixedHeight(shown * list_->sizeHintForRow(0));
+  list_->show();
 }
 
 void LineChoiceWindow::chooseDirection(std::optional<std::uint8_t> direction) {

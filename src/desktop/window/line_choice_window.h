@@ -9,6 +9,7 @@
 #include "platform/line_choice.h"
 #include "shared/outcome.h"
 
+class QLayout;
 class QRadioButton;
 class QVBoxLayout;
 
@@ -36,6 +37,8 @@ class LineChoiceWindow final : public CompanionWindow {
   void showStops(const Outcome<LineStops>& stops);
 
  private:
+  QWidget* makeScroller();
+  QLayout* makeBottom();
   void addDirections(QVBoxLayout& layout);
   void addStops(QVBoxLayout& layout);
   void chooseDirection(std::optional<std::uint8_t> direction);
@@ -43,6 +46,8 @@ class LineChoiceWindow final : public CompanionWindow {
   void stopsDidChange();
   void choose(const LineChoice& choice);
 
+  /// All parts but the bottom. They scroll if the screen is too low.
+  QVBoxLayout* column_ = nullptr;
   LineChoice choice_;
   Chosen chosen_;
   QRadioButton* directions_[2] = {};

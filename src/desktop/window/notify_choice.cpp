@@ -10,20 +10,16 @@
 #include <utility>
 
 #include "desktop/window/control_style.h"
+#include "desktop/window/local_hours.h"
 #include "desktop/window/outlined_field.h"
 #include "desktop/window/window_style.h"
 #include "notices/weekly_hours.h"
-#include "shared/failure.h"
-#include "shared/outcome.h"
 
 namespace linewatch::desktop {
 
 namespace {
 
 enum Time { kNever, kAlways, kAtHours };
-
-/// The hours to begin with.
-const QString kUsualHours = QStringLiteral("weekdays 7 to 9, 17 to 19");
 
 Time timeOf(const std::optional<notices::Subscription>& subscription) {
   if (!subscription) return kNever;
@@ -52,7 +48,6 @@ NotifyChoice::NotifyChoice(SharedWindowTexts texts, const notices::LineKey& line
 }
 
 void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present) {
-  auto* const row = new QHBoxLayout;
   for (const auto& [name, time] : {std::pair("NotifyOff", kNever), std::pair("NotifyAlways", kAlways),
                                    std::pair("NotifyHours", kAtHours)}) {
     auto* const radio = new QRadioButton((*texts_)(name));
@@ -61,14 +56,13 @@ void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present
     radio->setChecked(time == timeOf(present));
     connect(radio, &QRadioButton::clicked, this, [this] { save(); });
     times_->addButton(radio, time);
-    row->addWidget(radio);
+    layout()->addWidget(radio);
   }
-  row->addStretch(1);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
   hours_ = new OutlinedField;
   hours_->setFont(windowFont(kWindowNameSize));
   hours_->setAccessibleName((*texts_)("NotifyHours"));
-  hours_->setText(timeOf(present) == kAtHours ? QString::fromStdString(present->hours.text()) : kUsualHours);
+  hours_->setText(timeOf(present) == kAtHours ? localHours(present->hours, texts_->locale())
+                                              : usualLocalHours(texts_->locale()));
   connect(hours_, &QLineEdit::editingFinished, this, [this] {
     if (hours_->isModified()) save();
   });
@@ -76,7 +70,7 @@ void NotifyChoice::makeTimes(const std::optional<notices::Subscription>& present
 }
 
 void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& present) {
-  QLabel* const label = plainLabel((*texts_)("NotifyFrom"), windowFont(kWindowNameSize));
+  QLabel* const label = plainLabel((*texts_)("NotifyFrom"), windowFont(kWindowNoteSize), TextTone::faint);
   severities_ = new QComboBox;
   setControlStyle(*severities_);
   severities_->setFont(windowFont(kWindowNameSize));
@@ -86,10 +80,8 @@ void NotifyChoice::makeSeverities(const std::optional<notices::Subscription>& pr
   severities_->setCurrentIndex(present ? static_cast<int>(present->from) : 0);
   label->setBuddy(severities_);
   connect(severities_, &QComboBox::activated, this, [this] { save(); });
-  auto* const row = new QHBoxLayout;
-  row->addWidget(label);
-  row->addWidget(severities_, 1);
-  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+  layout()->addWidget(label);
+  layout()->addWidget(severities_);
 }
 
 void NotifyChoice::didChange() {
@@ -97,22 +89,28 @@ void NotifyChoice::didChange() {
   severities_->setEnabled(times_->checkedId() != kNever);
 }
 
+Outcome<notices::WeeklyHours> NotifyChoice::chosenHours() const {
+  return times_->checkedId() == kAlways ? notices::WeeklyHours()
+                                        : parsedLocalHours(hours_->text(), texts_->locale());
+}
+
 void NotifyChoice::save() {
   didChange();
   hours_->setModified(false);
-  std::optional<Error> error;
-  if (times_->checkedId() == kNever) {
-    error = save_(std::nullopt);
-  } else {
-    const Outcome<notices::WeeklyHours> hours =
-        times_->checkedId() == kAlways ? notices::WeeklyHours()
-                                       : notices::WeeklyHours::parse(hours_->text().toStdString());
-    error = hours ? save_(notices::Subscription{line_, *hours,
-                                                static_cast<notices::Severity>(severities_->currentIndex())})
-                  : std::optional(hours.error());
-  }
-  error_->setText(error ? QString::fromStdString(sentenceOf(*error)) : QString());
-  error_->setVisible(error.has_value());
+  if (times_->checkedId() == kNever) return showError(save_(std::nullopt));
+  const auto hours = chosenHours();
+  if (!hours) return showMistake(wrongHoursText(hours.error(), *texts_));
+  showError(save_(
+      notices::Subscription{line_, *hours, static_cast<notices::Severity>(severities_->currentIndex())}));
+}
+
+void NotifyChoice::showError(const std::optional<Error>& error) {
+  showMistake(error ? QString::fromStdString(texts_->reason(*error)) : QString());
+}
+
+void NotifyChoice::showMistake(const QString& text) {
+  error_->setText(text);
+  error_->setVisible(!text.isEmpty());
 }
 
 }  // namespace linewatch::desktop

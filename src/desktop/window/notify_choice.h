@@ -6,7 +6,9 @@
 
 #include "desktop/window/window_texts.h"
 #include "notices/notice_rules.h"
+#include "notices/weekly_hours.h"
 #include "shared/error.h"
+#include "shared/outcome.h"
 
 class QButtonGroup;
 class QComboBox;
@@ -30,7 +32,11 @@ class NotifyChoice final : public QWidget {
   void makeTimes(const std::optional<notices::Subscription>& present);
   void makeSeverities(const std::optional<notices::Subscription>& present);
   void didChange();
+  Outcome<notices::WeeklyHours> chosenHours() const;
   void save();
+  void showError(const std::optional<Error>& error);
+  /// Empty for none.
+  void showMistake(const QString& text);
 
   SharedWindowTexts texts_;
   notices::LineKey line_;

@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
-#include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionToolButton>
 #include <QTextLayout>
@@ -14,6 +13,7 @@
 #include <utility>
 
 #include "desktop/drawing/typefaces.h"
+#include "desktop/window/action_button.h"
 #include "desktop/window/enter_key.h"
 #include "desktop/window/focus_ring.h"
 #include "desktop/window/plain_tool_tip.h"
@@ -101,10 +101,10 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
       menuButton_(new ArrowlessMenuButton),
       news_(new QLabel),
       remedyTexts_{texts("TryAgain"), texts("AddCity")},
-      remedyButton_(new RingedButton<QPushButton>(remedyTexts_[0])) {
+      remedyButton_(new ActionButton(remedyTexts_[0], qtFont(kNoteSize, QFont::Medium))) {
   title_->setText(texts("Title"));
   connect(toggle_, &QToolButton::clicked, this, std::move(actions.toggle));
-  connect(remedyButton_, &QPushButton::clicked, this,
+  connect(remedyButton_, &QAbstractButton::clicked, this,
           [this, tryAgain = std::move(actions.tryAgain), addCity = std::move(actions.addCity)] {
             remedy_ == Remedy::addCity ? addCity() : tryAgain();
           });
@@ -115,9 +115,7 @@ PanelHeader::PanelHeader(const WindowTexts& texts, Actions actions)
   setPlainToolTip(*menuButton_, texts("Menu"));
   menuButton_->setAccessibleDescription({});
   setAccessibleRole(*menuButton_, QAccessible::ButtonMenu);
-  for (QAbstractButton* const button :
-       {static_cast<QAbstractButton*>(toggle_), static_cast<QAbstractButton*>(menuButton_),
-        static_cast<QAbstractButton*>(remedyButton_)}) {
+  for (QToolButton* const button : {toggle_, menuButton_}) {
     button->setFocusPolicy(Qt::StrongFocus);
     clickOnEnter(*button);
   }
@@ -150,7 +148,6 @@ QWidget* PanelHeader::makeNewsRow() {
   news_->setTextFormat(Qt::PlainText);
   news_->setWordWrap(true);
   remedyButton_->setObjectName(QStringLiteral("tryAgain"));
-  remedyButton_->setAutoDefault(false);
   auto* const row = new QWidget;
   newsLayout_ = new QBoxLayout(QBoxLayout::LeftToRight, row);
   newsLayout_->setContentsMargins(0, 0, 0, kNewsBottomInset);
@@ -208,6 +205,9 @@ void PanelHeader::setNote(const Note& note) {
 void PanelHeader::setNews(const QString& text, const QString& details, Remedy remedy) {
   remedy_ = remedy;
   remedyButton_->setText(remedyTexts_[static_cast<int>(remedy)]);
+  remedyButton_->updateGeometry();
+  using enum ActionButton::Emphasis;
+  remedyButton_->setEmphasis(remedy == Remedy::addCity ? primary : plain);
   if (news_->text() != text) news_->setText(text);
   if (news_->accessibleDescription() != details) setPlainToolTip(*news_, details);
   newsRow_->setVisible(!text.isEmpty());

@@ -11,10 +11,11 @@
 class QBoxLayout;
 class QLabel;
 class QMenu;
-class QPushButton;
 class QToolButton;
 
 namespace linewatch::desktop {
+
+class ActionButton;
 
 /// The panel's header: a title, a note about the data, a button for more or fewer rows, and a menu button.
 /// When something is wrong, a second row has the news and a button that may help. Main thread.
@@ -82,7 +83,7 @@ class PanelHeader final : public QWidget {
   Remedy remedy_ = Remedy::tryAgain;
   /// The texts of the button, by remedy.
   QString remedyTexts_[2];
-  QPushButton* remedyButton_;
+  ActionButton* remedyButton_;
 };
 
 }  // namespace linewatch::desktop

@@ -20,9 +20,11 @@
 #include <utility>
 
 #include "desktop/window/control_style.h"
+#include "desktop/window/local_hours.h"
 #include "desktop/window/outlined_field.h"
 #include "desktop/window/window_colors.h"
 #include "localization/string_tables.h"
+#include "notices/weekly_hours.h"
 #include "platform/platform.h"
 #include "shared/failure.h"
 #include "ui/interface_settings.h"
@@ -172,13 +174,26 @@ SettingsWindow::Row SettingsWindow::makeField(const Setting& setting) {
   connect(field, &QLineEdit::editingFinished, this, [this, field, &setting] {
     if (!field->isModified()) return;
     field->setModified(false);
-    set(setting, field->text().trimmed().toStdString());
+    set(setting, storedText(setting, field->text().trimmed()));
   });
-  return {&setting, field, [field](const std::string& text) {
+  return {&setting, field, [this, field, &setting](const std::string& text) {
+            const QString shown = shownText(setting, text);
             // What the user is writing stays.
-            if (!field->isModified() && field->text().toStdString() != text)
-              field->setText(QString::fromStdString(text));
+            if (!field->isModified() && field->text() != shown) field->setText(shown);
           }};
+}
+
+QString SettingsWindow::shownText(const Setting& setting, const std::string& stored) const {
+  const auto hours = notices::WeeklyHours::parse(stored);
+  const bool isHours = &setting == &kQuietHoursSetting && !stored.empty() && hours;
+  return isHours ? localHours(*hours, texts().locale()) : QString::fromStdString(stored);
+}
+
+/// The typed text itself if it is wrong.
+std::string SettingsWindow::storedText(const Setting& setting, const QString& typed) const {
+  const auto hours = parsedLocalHours(typed, texts().locale());
+  const bool isHours = &setting == &kQuietHoursSetting && !typed.isEmpty() && hours;
+  return isHours ? hours->text() : typed.toStdString();
 }
 
 std::vector<std::string> SettingsWindow::choicesOf(const Setting& setting) const {
@@ -232,18 +247,25 @@ void SettingsWindow::showFaults() {
   QString text;
   if (!faults.empty()) text = texts()("SettingsFaults", {std::uint64_t{faults.size()}});
   for (const std::string& fault : faults) text += QLatin1Char('\n') + QString::fromStdString(fault);
-  const QString error = error_ ? QString::fromStdString(sentenceOf(*error_)) : QString();
-  // The error of a change is about a fault of the file that is named already.
-  if (error_ && !text.contains(error.section(QLatin1Char('\n'), 0, 0))) {
+  // The error of a file that is not TOML is about a mistake that is named already.
+  const bool isNamed = error_ && failureCodeOf(*error_) == FailureCode::malformed && !faults.empty();
+  if (error_ && !isNamed) {
     if (!text.isEmpty()) text += QLatin1Char('\n');
-    text += error;
+    text += mistake_.isEmpty() ? QString::fromStdString(texts().reason(*error_)) : mistake_;
   }
   faults_->setText(text);
   faults_->setVisible(!text.isEmpty());
 }
 
+QString SettingsWindow::mistakeIn(const Setting& setting, const std::string& text) const {
+  if (&setting != &kQuietHoursSetting) return texts()("ValueNotAllowed", {text});
+  return wrongHoursText(*error_, texts());
+}
+
 void SettingsWindow::set(const Setting& setting, const std::string& text) {
   error_ = services_.set(setting, text);
+  const bool isWrong = error_ && failureCodeOf(*error_) == FailureCode::invalid;
+  mistake_ = isWrong && !texts().localization().isInFallbackLanguage() ? mistakeIn(setting, text) : QString();
   followChanges();
 }
 

@@ -71,6 +71,10 @@ class SettingsWindow final : public CompanionWindow {
   void showValues();
   void showFaults();
   void set(const Setting& setting, const std::string& text);
+  /// Hours are shown and typed in the user's language.
+  QString shownText(const Setting& setting, const std::string& stored) const;
+  std::string storedText(const Setting& setting, const QString& typed) const;
+  QString mistakeIn(const Setting& setting, const std::string& text) const;
 
   SettingsServices services_;
   QScrollArea* scroll_ = nullptr;
@@ -78,6 +82,8 @@ class SettingsWindow final : public CompanionWindow {
   std::vector<Row> rows_;
   /// The error of the last change; absent after a success.
   std::optional<Error> error_;
+  /// `error_` in the user's language, if it is about a value that is not allowed.
+  QString mistake_;
   ui::TextSizeCategory textSize_;
 };
 

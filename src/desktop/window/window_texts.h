@@ -35,6 +35,8 @@ class WindowTexts {
   QString withCommas(const std::vector<std::string>& names) const;
   /// An error in words: its sentence, after a short reason in the user's language if that is not English.
   std::string reason(const Error& error) const;
+  IcuLocalization& localization() const { return *localization_; }
+  const QLocale& locale() const { return locale_; }
   /// Date and time in the machine's time zone; a date of today has the time only.
   QString dateAndTime(Date date, Date now, QLocale::FormatType format = QLocale::LongFormat) const;
   /// The same with a short date ("Thu, Nov 26, 10:50"), without the year if it is the present one.

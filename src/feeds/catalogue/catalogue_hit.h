@@ -28,8 +28,8 @@ struct CatalogueHit {
   /// E.g. "Boston, Massachusetts, United States". `language`: for the country's name and the commas, e.g.
   /// "de".
   std::string place(std::string_view language) const;
-  /// The feed's name, or the names of its timetables that are not the provider's; empty when the catalogue
-  /// names none.
+  /// The names of the alerts and of their timetables, with semicolons between them, e.g. "Bus; Tram". A name
+  /// that says no more than the provider is left out. Empty when there is no other name.
   std::string coverage() const;
   /// False when the catalogue says that the feed was given up or replaced.
   bool isActive() const { return alerts->status == CatalogueFeed::Status::active; }
@@ -40,12 +40,19 @@ struct CatalogueHit {
   std::string license() const;
 };
 
+/// The names of the first few timetables, with semicolons between them, for a rider to judge them by.
+std::string namesOf(const std::vector<SharedCatalogueFeed>& timetables);
+
 /// What a search of the catalogue found.
 struct CatalogueMatches {
   /// The best first; inactive and deprecated ones last.
   std::vector<CatalogueHit> hits;
-  /// The timetables that match, when there are no hits: the place is known but has no alerts feed.
+  /// The timetables whose texts match, when there are no hits: the place is known but has no alerts feed. The
+  /// best first.
   std::vector<SharedCatalogueFeed> timetables;
+  /// The other timetables whose area on the map holds the city that was searched for, when there are no hits.
+  /// They may be of a network that only touches the city. The smallest area first.
+  std::vector<SharedCatalogueFeed> timetablesOnMap;
 
   bool operator==(const CatalogueMatches&) const = default;
 };

@@ -72,6 +72,19 @@ struct CatalogueIndex::Ranked {
   }
 };
 
+/// A timetable that fits a query.
+struct CatalogueIndex::RankedTimetable {
+  SharedCatalogueFeed timetable;
+  CatalogueFit fit;
+
+  friend bool operator<(const RankedTimetable& a, const RankedTimetable& b) {
+    const auto isGivenUp = [](const CatalogueFeed& feed) {
+      return feed.status != CatalogueFeed::Status::active;
+    };
+    return std::pair(isGivenUp(*a.timetable), a.fit) < std::pair(isGivenUp(*b.timetable), b.fit);
+  }
+};
+
 CatalogueIndex::CatalogueIndex(const std::vector<SharedCatalogueFeed>& feeds) {
   const FeedLinks links(feeds);
   addEntries(feeds, links);
@@ -126,7 +139,7 @@ void CatalogueIndex::addPlaces(const std::vector<SharedCatalogueFeed>& feeds, co
 std::vector<CatalogueIndex::Ranked> CatalogueIndex::namedBy(const WantedPlace& wanted) const {
   std::vector<Ranked> ranked;
   for (const Entry& entry : entries_) {
-    const CatalogueFit fit = wanted.fitOf(entry.texts);
+    const CatalogueFit fit = wanted.fitOf(entry.texts, entry.hit.alerts->country);
     if (fit != CatalogueFit::none) ranked.push_back({.entry = &entry, .fit = fit});
   }
   return ranked;
@@ -156,17 +169,38 @@ CatalogueMatches CatalogueIndex::matchesOf(std::vector<Ranked> ranked) {
 CatalogueMatches CatalogueIndex::search(const SearchQuery& query) const {
   const WantedPlace wanted(query);
   if (auto named = namedBy(wanted); !named.empty()) return matchesOf(std::move(named));
-  std::vector<SharedCatalogueFeed> timetables;
+  const auto timetables = timetablesNamedBy(wanted);
   std::vector<MappedPlace> places;
-  for (const auto& [timetable, texts] : places_) {
-    const bool isNamed = wanted.fitOf(texts) != CatalogueFit::none;
-    if (isNamed && timetable->box) places.push_back(placeOf(*timetable));
-    if (isNamed || (wanted.city() && covers(*timetable, *wanted.city()))) timetables.push_back(timetable);
-  }
   if (wanted.city()) places.push_back(*wanted.city());
+  for (const RankedTimetable& found : timetables) {
+    if (found.timetable->box) places.push_back(placeOf(*found.timetable));
+  }
   CatalogueMatches matches = matchesOf(covering(places));
-  if (matches.hits.empty()) matches.timetables = std::move(timetables);
+  if (!matches.hits.empty()) return matches;
+  for (const RankedTimetable& found : timetables) matches.timetables.push_back(found.timetable);
+  matches.timetablesOnMap = timetablesCovering(wanted);
   return matches;
+}
+
+std::vector<CatalogueIndex::RankedTimetable> CatalogueIndex::timetablesNamedBy(
+    const WantedPlace& wanted) const {
+  std::vector<RankedTimetable> named;
+  for (const auto& [timetable, texts] : places_) {
+    const CatalogueFit fit = wanted.fitOf(texts, timetable->country);
+    if (fit != CatalogueFit::none) named.push_back({timetable, fit});
+  }
+  std::ranges::stable_sort(named, std::less<>());
+  return named;
+}
+
+std::vector<SharedCatalogueFeed> CatalogueIndex::timetablesCovering(const WantedPlace& wanted) const {
+  std::vector<SharedCatalogueFeed> found;
+  for (const auto& [timetable, texts] : places_) {
+    if (!wanted.city() || !covers(*timetable, *wanted.city())) continue;
+    if (wanted.fitOf(texts, timetable->country) == CatalogueFit::none) found.push_back(timetable);
+  }
+  std::ranges::stable_sort(found, {}, [](const auto& feed) { return areaOf(*feed->box); });
+  return found;
 }
 
 }  // namespace linewatch

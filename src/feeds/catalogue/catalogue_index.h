@@ -36,6 +36,7 @@ class CatalogueIndex {
     SearchedTexts texts;
   };
   struct Ranked;
+  struct RankedTimetable;
 
   void addEntries(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
   void addPlaces(const std::vector<SharedCatalogueFeed>& feeds, const FeedLinks& links);
@@ -43,6 +44,10 @@ class CatalogueIndex {
   void addTexts(const CatalogueFeed& feed, SearchedTexts& texts);
   std::vector<Ranked> namedBy(const WantedPlace& wanted) const;
   std::vector<Ranked> covering(const std::vector<MappedPlace>& places) const;
+  /// The timetables whose texts fit, the best first.
+  std::vector<RankedTimetable> timetablesNamedBy(const WantedPlace& wanted) const;
+  /// The timetables whose texts do not fit and that cover the city, the smallest first.
+  std::vector<SharedCatalogueFeed> timetablesCovering(const WantedPlace& wanted) const;
   /// The entries, the best first.
   static CatalogueMatches matchesOf(std::vector<Ranked> ranked);
 

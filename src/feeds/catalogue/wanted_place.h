@@ -24,12 +24,15 @@ class WantedPlace {
 
   /// Absent when the query names no large city, nor the start of one.
   const std::optional<MappedPlace>& city() const { return city_; }
-  /// The best fit of the names.
-  CatalogueFit fitOf(const SearchedTexts& texts) const;
+  /// The best fit of the names. `country`: of the feed with these texts; may be empty. Abroad only a name of
+  /// the city fits: "Mexico City" is no "City Transit" in New Mexico.
+  CatalogueFit fitOf(const SearchedTexts& texts, const std::string& country) const;
 
  private:
   std::vector<SearchQuery> queries_;
   std::optional<MappedPlace> city_;
+  /// Whether the query is the whole name of the city.
+  bool isCityWhole_ = false;
 };
 
 }  // namespace linewatch

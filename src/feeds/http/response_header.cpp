@@ -151,7 +151,7 @@ StatusMeaning meaningOf(int status, bool keySent) {
   switch (status) {
     case 401:
     case 403:
-      return {FailureCode::refused,
+      return {FailureCode::keyWanted,
               keySent ? "the server does not accept the key" : "the server wants a key"};
     case 404:
     case 410:

@@ -256,7 +256,7 @@ TEST_F(PanelRunTest, ChangesSettingsInTheWindow) {
   desktop::press(companion, Qt::Key_Return);
   EXPECT_TRUE(showsText(settings, "a quote is not closed"));
   writeSettings("on-top = \n");
-  waitUntil([&settings] { return showsText(settings, "settings.toml:1:10: this is not TOML"); });
+  waitUntil([&settings] { return showsText(settings, "settings.toml:1:10: this is not of the form"); });
   desktop::press(*control("frameless"), Qt::Key_Space);
   EXPECT_EQ(*contentsOf(settingsFile()), "on-top = \n") << "such a file is not written to";
   EXPECT_FALSE(dynamic_cast<QCheckBox&>(*control("frameless")).isChecked());

@@ -76,11 +76,19 @@ SETUP = """
 frame "Choose your city"
 push button "Back" focusable: Press
 label "Choose your city" focusable
+panel "Choose your city"
 text "City, region or agency" * focusable
 list "Cities" focusable
 list item "United States"*
-list item "Harbour Buses, Harbourton, United States" focusable: *
+list item "Harbour Buses, Harbourton, United States*" focusable: *
 push button "Enter addresses or choose files…" focusable: Press
+"""
+ADD_CITY = """
+frame "Add this city"
+panel "Add this city"
+label "Harbour Buses" focusable
+label "Alerts for 1 timetable" focusable
+push button "Add" focusable: Press
 """
 SETTINGS = """
 frame "Settings"
@@ -337,8 +345,11 @@ class ScreenReaderTest(unittest.TestCase):
         self.press("push button", "Choose your city")
         self.wait_for_parts(SETUP)
         self.wait_for_focus("text", "City, region or agency")
-        self.press("push button", "Back")
-        self.wait_for("the end of the set-up", lambda: "Enter addresses" not in self.shown())
+        self.press("list item", "Harbour Buses, *", "Toggle")
+        self.wait_for_parts(ADD_CITY)
+        for _ in range(2):
+            self.press("push button", "Back")
+        self.wait_for("the end of the set-up", lambda: "Back" not in self.shown())
 
     def test_settings(self):
         self.launch_with_state("panel", "--example")
@@ -354,7 +365,11 @@ class ScreenReaderTest(unittest.TestCase):
         self.xdotool("key", "Down")
         self.wait_for_focus("list item", "M1, *")
         self.xdotool("key", "space")
-        self.wait_for("the star's change", lambda: "checked" not in states_of(self.part("list item", "M1, *")))
+        self.wait_for_event("state-changed:checked", "list item", "M1, *", 0)
+        self.assertNotIn("checked", states_of(self.part("list item", "M1, *")))
+        self.press("list item", "M1, *", "Toggle")
+        self.wait_for_event("state-changed:checked", "list item", "M1, *", 1)
+        self.assertIn("checked", states_of(self.part("list item", "M1, *")))
 
     def open_window(self, keys, expected):
         self.wait_for("the panel", self.windows)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QLabel>
-#include <QPushButton>
 #include <QToolButton>
 #include <string>
 #include <vector>
@@ -82,7 +82,7 @@ class PanelTest : public testing::Test {
     const auto* const label = panel_->findChild<QLabel*>("news");
     return label->isVisible() ? label->text().toStdString() : "";
   }
-  QPushButton& tryAgain() { return *panel_->findChild<QPushButton*>("tryAgain"); }
+  QAbstractButton& tryAgain() { return *panel_->findChild<QAbstractButton*>("tryAgain"); }
   QToolButton& toggle() { return *panel_->findChildren<QToolButton*>().front(); }
   void trigger(const QKeySequence& keys) {
     for (QAction* action : panel_->actions()) {

@@ -25,6 +25,7 @@ std::string idsOf(const CatalogueMatches& matches) {
   std::string ids;
   for (const CatalogueHit& hit : matches.hits) ids += hit.alerts->id + (hit.holds.empty() ? " " : "~ ");
   for (const SharedCatalogueFeed& timetable : matches.timetables) ids += "(" + timetable->id + ") ";
+  for (const SharedCatalogueFeed& timetable : matches.timetablesOnMap) ids += "(" + timetable->id + "~) ";
   return ids;
 }
 
@@ -147,14 +148,37 @@ TEST(CatalogueSearchTest, KnowsLargeCitiesByTheirOtherNamesAndOnTheMap) {
       {.id = "de", .country = "DE", .city = "Munich", .box = "48,48.3,11.3,11.8"},
       {.id = "tram", .entities = "sa", .timetables = "de", .country = "DE", .city = "Munich"},
       {.id = "ch", .country = "CH", .box = "45,48,5,11"},
+      {.id = "shuttle", .country = "CH", .provider = "Shuttle", .box = "47.3,47.5,8.4,8.6"},
+      {.id = "atomic", .country = "US", .region = "New Mexico", .provider = "Atomic City Transit"},
   });
   for (const char* const query : {"München", "muenchen", "MUNICH"})
     EXPECT_EQ(idsOf(catalogue->search(query)), "tram ") << query;
   for (const char* const query : {"wien", "Vienna", "vien"})
     EXPECT_EQ(idsOf(catalogue->search(query)), "rail~ ") << query;
   EXPECT_EQ(catalogue->search("vienna").hits.front().holds, "Wien");
-  EXPECT_EQ(idsOf(catalogue->search("Zurich")), "(ch) ");
+  EXPECT_EQ(idsOf(catalogue->search("Zurich")), "(shuttle~) (ch~) ");
   EXPECT_EQ(idsOf(catalogue->search("tokyo")), "");
+  EXPECT_EQ(idsOf(catalogue->search("new")), "(atomic) ");
+  EXPECT_EQ(idsOf(catalogue->search("mexico city")), "") << "a city of another country has these words";
+}
+
+TEST(CatalogueSearchTest, SaysWhatAHitCovers) {
+  const auto catalogue = catalogueOf({
+      {.id = "t", .provider = "Metro Transit (MT)"},
+      {.id = "bus", .provider = "Metro Transit", .name = "Bus"},
+      {.id = "tram", .provider = "Metro Transit", .name = "Tram"},
+      {.id = "rail", .provider = "Land", .name = "All of it"},
+      {.id = "sea", .provider = "Seaways", .name = "All of it"},
+      {.id = "1", .entities = "sa", .timetables = "t", .provider = "Metro Transit"},
+      {.id = "2", .entities = "sa", .timetables = "bus|tram", .provider = "Metro Transit"},
+      {.id = "3", .entities = "sa", .timetables = "bus", .provider = "Metro Transit", .name = "City Bus"},
+      {.id = "4", .entities = "sa", .timetables = "rail|sea", .provider = "Realtime"},
+      {.id = "5", .entities = "sa", .timetables = "rail", .provider = "Oldtown"},
+  });
+  for (const auto& [id, coverage] :
+       {std::pair("1", ""), std::pair("2", "Bus; Tram"), std::pair("3", "City Bus"),
+        std::pair("4", "Land; Seaways"), std::pair("5", "Land, All of it")})
+    EXPECT_EQ(catalogue->hitOf(id)->coverage(), coverage) << id;
 }
 
 TEST(CatalogueTest, SkipsBrokenRowsAndCountsThem) {

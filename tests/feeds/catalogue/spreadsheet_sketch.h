@@ -23,6 +23,7 @@ struct RowSketch {
   /// The kind, the page and the name of the key.
   std::string key = ",,";
   std::string copy = "";
+  std::string name = "";
 };
 
 inline std::string spreadsheetOf(const std::vector<RowSketch>& rows) {
@@ -31,13 +32,13 @@ inline std::string spreadsheetOf(const std::vector<RowSketch>& rows) {
       "location.municipality,provider,urls.direct_download,status,redirect.id,"
       "location.bounding_box.minimum_latitude,location.bounding_box.maximum_latitude,"
       "location.bounding_box.minimum_longitude,location.bounding_box.maximum_longitude,"
-      "urls.authentication_type,urls.authentication_info,urls.api_key_parameter_name,urls.latest\n";
+      "urls.authentication_type,urls.authentication_info,urls.api_key_parameter_name,urls.latest,name\n";
   for (const RowSketch& row : rows) {
     csv += row.id + (row.entities.empty() ? ",gtfs," : ",gtfs_rt,") + row.entities + "," + row.timetables;
     for (const std::string* const text :
          {&row.country, &row.region, &row.city, &row.provider, &row.url, &row.status, &row.replacements})
       csv += ",\"" + *text + "\"";
-    csv += "," + row.box + "," + row.key + "," + row.copy + "\n";
+    csv += "," + row.box + "," + row.key + "," + row.copy + ",\"" + row.name + "\"\n";
   }
   return csv;
 }

@@ -116,8 +116,8 @@ std::vector<Misbehaviour> statuses() {
   const auto add = [&rows](const char* status, FailureCode code, const char* why) {
     rows.push_back({"status " + std::string(status), always(httpAnswer(status, "", "sorry")), code, why});
   };
-  add("401 Unauthorized", FailureCode::refused, "does not accept the key (status 401)");
-  add("403 Forbidden", FailureCode::refused, "does not accept the key (status 403)");
+  add("401 Unauthorized", FailureCode::keyWanted, "does not accept the key (status 401)");
+  add("403 Forbidden", FailureCode::keyWanted, "does not accept the key (status 403)");
   add("404 Not Found", FailureCode::notFound, "no such document (status 404)");
   add("410 Gone", FailureCode::notFound, "no such document (status 410)");
   add("429 Too Many Requests", FailureCode::unreachable, "asked too often (status 429)");
