@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop/window/row_action.h"
+#include "desktop/window/action_list.h"
 #include "desktop/window/window_texts.h"
 #include "feeds/catalogue/catalogue_hit.h"
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "desktop/window/action_list.h"
 #include "desktop/window/favorite_model.h"
-#include "desktop/window/row_action.h"
 #include "storage/stored_favorites.h"
 #include "ui/artwork_cache.h"
 

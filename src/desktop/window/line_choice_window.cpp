@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "desktop/window/action_button.h"
+#include "desktop/window/action_list.h"
 #include "desktop/window/control_style.h"
 #include "desktop/window/notify_choice.h"
-#include "desktop/window/row_action.h"
 #include "desktop/window/window_colors.h"
 #include "shared/failure.h"
 
