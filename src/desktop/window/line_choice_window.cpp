@@ -68,11 +68,12 @@ LineChoiceWindow::LineChoiceWindow(SharedWindowTexts texts, const QString& line,
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(makeScroller(), 1);
-  layout->addLayout(makeBottom());
   column_->addWidget(makeLabel(line, font(kWindowTitleSize, QFont::DemiBold)));
   addDirections(*column_);
   addStops(*column_);
   column_->addStretch(1);
+  // Made last, so that it comes last by the Tab key.
+  layout->addLayout(makeBottom());
   resizeWithText(*this, kChoiceSize);
 }
 
@@ -105,6 +106,12 @@ QLayout* LineChoiceWindow::makeBottom() {
 void LineChoiceWindow::addNotifications(NotifyChoice* choice) {
   // Above the stretch.
   column_->insertWidget(column_->count() - 1, choice);
+  QWidget* before = list_;
+  for (auto* const part : choice->findChildren<QWidget*>()) {
+    if (part->focusPolicy() == Qt::NoFocus) continue;
+    setTabOrder(before, part);
+    before = part;
+  }
   resizeWithText(*this, kChoiceSize + QSize(0, choice->sizeHint().height()));
 }
 

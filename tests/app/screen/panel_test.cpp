@@ -105,6 +105,14 @@ TEST_F(PanelRunTest, OpensDetailsAndChangesFavourites) {
   waitUntil([this] { return nameOf(0).ends_with("Works on Pont-Neuf"); });
   EXPECT_EQ(rows().rowCount(), 5U);
 
+  const auto textHeight = [] {
+    return window<desktop::FavoritesWindow>()->findChild<QLineEdit*>()->fontInfo().pixelSize();
+  };
+  const int before = textHeight();
+  panel_->window().setTextSize(ui::TextSizeCategory::AX3);
+  EXPECT_GT(textHeight(), before) << "an open window follows the text size";
+  EXPECT_EQ(window<desktop::DetailsWindow>()->windowTitle(), "M1 – a made-up city");
+
   EXPECT_TRUE(session_->platform().saved()->database()->waitUntilSaved());
   const auto actions = storedUserActions(*session_->platform().saved()->database());
   ASSERT_TRUE(actions);

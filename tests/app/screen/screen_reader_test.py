@@ -347,9 +347,10 @@ class ScreenReaderTest(unittest.TestCase):
         self.wait_for_focus("text", "City, region or agency")
         self.press("list item", "Harbour Buses, *", "Toggle")
         self.wait_for_parts(ADD_CITY)
-        for _ in range(2):
-            self.press("push button", "Back")
-        self.wait_for("the end of the set-up", lambda: "Back" not in self.shown())
+        self.press("push button", "Back")
+        self.wait_for_parts(SETUP)
+        self.press("push button", "Back")
+        self.wait_for("the end of the set-up", lambda: "Enter addresses" not in self.shown())
 
     def test_settings(self):
         self.launch_with_state("panel", "--example")
