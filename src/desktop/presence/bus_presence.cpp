@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "desktop/presence/bus_call.h"
 #include "desktop/window/portal_setting.h"
 #include "shared/environment.h"
 
@@ -39,14 +40,6 @@ constexpr int kRaiseMilliseconds = 10'000;
 constexpr uint kDoNotQueue = 4;
 constexpr uint kIsOwner = 1;
 constexpr uint kWasOwner = 4;
-
-QDBusMessage callToBus(const QString& method, const QString& name) {
-  QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                     QStringLiteral("/org/freedesktop/DBus"),
-                                                     QStringLiteral("org.freedesktop.DBus"), method);
-  call << name;
-  return call;
-}
 
 QString introspectionText() {
   keepIntrospection();
@@ -228,14 +221,15 @@ BusPresence::BusPresence(std::string name) : name_(std::move(name)) {
 }
 
 BusPresence::~BusPresence() {
-  if (object_) object_->bus().send(callToBus(QStringLiteral("ReleaseName"), QString::fromStdString(name_)));
+  if (object_)
+    object_->bus().send(busDaemonCall(QStringLiteral("ReleaseName"), {QString::fromStdString(name_)}));
 }
 
 // Qt's own registration would also make the bus report every change of any name.
 BusPresence::Standing BusPresence::takeName() {
   if (!object_) return Standing::alone;
-  QDBusMessage request = callToBus(QStringLiteral("RequestName"), QString::fromStdString(name_));
-  request << kDoNotQueue;
+  const QDBusMessage request =
+      busDaemonCall(QStringLiteral("RequestName"), {QString::fromStdString(name_), kDoNotQueue});
   const QDBusMessage reply = object_->bus().call(request, QDBus::Block, kBusMilliseconds);
   if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return Standing::alone;
   const uint answer = reply.arguments().front().toUInt();
