@@ -162,6 +162,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   shown = std::make_unique<Panel>(**session, *screen, locale,
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
                                                  .showsExample = command.showsExample,
+                                                 .stateFolder = options.stateDir,
                                                  .news = &presence.news()},
                                   &recording);
   shown->languageDidChange = [&inheritance, &shown] {
@@ -172,7 +173,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   shown->open(inheritance.windows);
   std::unique_ptr<PanelTray> tray;
   bePresent(*shown, platform, bus,
-            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale, options); });
+            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale); });
   inheritance.isReplaced = false;
   QApplication::exec();
   bus.setRequests({});
