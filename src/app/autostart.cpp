@@ -1,5 +1,6 @@
 #include "app/autostart.h"
 
+#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -35,6 +36,16 @@ std::string execArgument(const std::string& argument) {
   return quoted + "\"";
 }
 
+/// Whether the desktop starts what the entry describes. Desktops switch an entry off by one of two keys.
+bool isOnIn(const std::string& entry) {
+  std::istringstream lines(entry);
+  for (std::string line; std::getline(lines, line);) {
+    std::erase_if(line, [](char c) { return c == ' ' || c == '\t' || c == '\r'; });
+    if (line == "Hidden=true" || line == "X-GNOME-Autostart-enabled=false") return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 Autostart::Autostart(const Environment& environment, std::optional<std::string> stateFolder)
@@ -53,19 +64,33 @@ std::string Autostart::entry() const {
          "\nTerminal=false\nX-GNOME-Autostart-enabled=true\n" + std::string(kMark) + "\n";
 }
 
+bool Autostart::isOn() const {
+  if (file_.empty()) return false;
+  const auto present = contentsOf(file_);
+  return present && isOnIn(*present);
+}
+
+SettingValue Autostart::inForce(SettingValue chosen) const {
+  const std::string now = isOn() ? "true" : "false";
+  return chosen.text == now ? std::move(chosen) : SettingValue{now, SettingSource::desktop};
+}
+
 std::optional<Error> Autostart::apply(bool isOn) const {
   if (file_.empty())
     return isOn ? std::optional(failure("autostart", "", "neither XDG_CONFIG_HOME nor HOME names a folder"))
                 : std::nullopt;
   const auto present = contentsOf(file_);
-  const bool isOwn = present && present->find(kMark) != std::string::npos;
+  if (present && present->find(kMark) == std::string::npos) {
+    if (isOnIn(*present) == isOn) return std::nullopt;
+    return failure(file_.string(), "", "LineWatch has not written this file; change or remove it yourself");
+  }
   if (!isOn) {
     std::error_code error;
-    if (isOwn && !std::filesystem::remove(file_, error) && error)
+    if (present && !std::filesystem::remove(file_, error) && error)
       return failure(failureCodeOf(error), file_.string(), "", error.message());
     return std::nullopt;
   }
-  if (present && (!isOwn || *present == entry())) return std::nullopt;
+  if (present && *present == entry()) return std::nullopt;
   if (auto error = makeFolders(file_.parent_path())) return error;
   return writeWhole(file_, entry());
 }

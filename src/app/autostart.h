@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "settings/user_settings.h"
 #include "shared/environment.h"
 #include "shared/error.h"
 
@@ -18,8 +19,14 @@ class Autostart {
 
   /// The entry's file; empty when the user's folders are not known.
   const std::filesystem::path& file() const { return file_; }
-  /// Writes the entry, or removes it if this program has written it. An entry that is as wanted, or that the
-  /// user or a package has written, stays untouched.
+  /// Whether the desktop starts the panel at login: there is an entry, and the desktop has not switched it
+  /// off.
+  bool isOn() const;
+  /// The setting as it is in force: the desktop has the last word.
+  SettingValue inForce(SettingValue chosen) const;
+  /// Writes the entry, or removes it if this program has written it. To be called only when the user has just
+  /// chosen this, because it undoes what the user has chosen in the desktop. An entry that the user or a
+  /// package has written stays untouched; it is an error if it is not as wanted.
   std::optional<Error> apply(bool isOn) const;
 
  private:

@@ -79,15 +79,13 @@ Outcome<StoredNotices> storedNotices(Session& session) {
 
 // ---- The list ----
 
-/// The end of a mute that is in force; absent when nothing is muted.
-std::string muteInWords(const LineKey& line, const notices::NoticeRules& rules, Date now,
-                        const RiderTexts& texts) {
-  for (const Mute& mute : rules.mutes) {
+/// The line's mute that is in force; null if there is none.
+const Mute* muteOf(const LineKey& line, const notices::NoticeRules& rules, Date now) {
+  const auto found = std::ranges::find_if(rules.mutes, [&line, now](const Mute& mute) {
     const auto* const muted = std::get_if<LineKey>(&mute.subject);
-    if (muted && *muted == line && now < mute.until)
-      return texts("MutedUntil", {texts.dateAndTime(mute.until, now)});
-  }
-  return {};
+    return muted && *muted == line && now < mute.until;
+  });
+  return found == rules.mutes.end() ? nullptr : &*found;
 }
 
 void addMutedIncidents(const notices::NoticeRules& rules, Date now, const RiderTexts& texts,
@@ -113,12 +111,14 @@ Report listNotifications(Session& session, const notices::NoticeRules& rules, co
   for (const FavoriteLine& favorite : *favorites) {
     const LineKey line = keyOf(favorite.favorite);
     const Subscription* const subscription = subscriptionOf(line, rules);
-    const std::string mute = muteInWords(line, rules, now, texts);
-    if (!subscription && mute.empty()) continue;
+    const Mute* const mute = muteOf(line, rules, now);
+    if (!subscription && !mute) continue;
     if (subscription) hasNotifications = true;
-    rows.push_back({{.text = terminalLine(favoriteName(favorite))},
-                    {.text = subscription ? subscriptionInWords(*subscription) : "off"},
-                    {.text = mute, .isFaint = true}});
+    rows.push_back(
+        {{.text = terminalLine(favoriteName(favorite))},
+         {.text = subscription ? subscriptionInWords(*subscription) : "off"},
+         {.text = mute ? texts("MutedUntil", {texts.dateAndTime(mute->until, now)}) : std::string(),
+          .isFaint = true}});
   }
   addMutedIncidents(rules, now, texts, rows);
   std::string none;
@@ -145,6 +145,25 @@ Outcome<Subscription> subscriptionIn(const NotifyCommand& command, const LineKey
   return wanted;
 }
 
+std::string shellWord(const std::string& word) {
+  const bool isPlain = std::ranges::all_of(word, [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ':' || c == '_';
+  });
+  return isPlain ? word : "\"" + word + "\"";
+}
+
+/// Says that the line is muted, and how to end that; empty if it is not. `called`: the line as the user names
+/// it.
+std::string muteNote(const LineKey& line, const std::string& name, const std::string& called,
+                     const notices::NoticeRules& rules, Session& session) {
+  const Date now = session.platform().mainLoop().now();
+  const RiderTexts& texts = session.texts();
+  const Mute* const mute = muteOf(line, rules, now);
+  if (!mute) return {};
+  return texts("IsMutedUntil", {name, texts.dateAndTime(mute->until, now)}) + "\n" +
+         texts("ToUnmute", {"linewatch mute " + shellWord(called) + " off"}) + "\n";
+}
+
 Report changeNotifications(Session& session, StoredNotices stored, const notices::NoticeRules& rules,
                            const NotifyCommand& command) {
   const auto favorite = favoriteCalled(session, command.line);
@@ -166,7 +185,8 @@ Report changeNotifications(Session& session, StoredNotices stored, const notices
     const auto changed = stored.subscribe(*wanted);
     if (!changed) return refused(changed.error());
   }
-  return Report::of(texts("NotificationsOn", {name, subscriptionInWords(*wanted)}) + "\n");
+  return Report::of(texts("NotificationsOn", {name, subscriptionInWords(*wanted)}) + "\n" +
+                    muteNote(line, name, command.line, rules, session));
 }
 
 /// Seconds of "90m", "2h" or "1d", from a minute to 30 days; absent for anything else.

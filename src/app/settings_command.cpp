@@ -20,15 +20,27 @@ namespace linewatch::app {
 
 namespace {
 
+/// The settings of a run, with the entry by which the desktop starts the panel.
+struct SettingsOfRun {
+  UserSettings& user;
+  Autostart autostart;
+
+  SettingValue find(const Setting& setting) const {
+    SettingValue value = user.find(setting);
+    return &setting == &kAutostartSetting ? autostart.inForce(std::move(value)) : value;
+  }
+};
+
 /// The source of a value in the JSON object.
 std::string_view sourceName(SettingSource source) {
-  constexpr std::array<std::string_view, 4> kNames = {"default", "remembered", "file", "commandLine"};
+  constexpr std::array<std::string_view, 5> kNames = {"default", "remembered", "file", "commandLine",
+                                                      "desktop"};
   return kNames.at(static_cast<std::size_t>(source));
 }
 
 std::string sourceInWords(SettingSource source, const RiderTexts& texts) {
-  constexpr std::array<std::string_view, 4> kNames = {"SettingDefault", "SettingRemembered", "SettingInFile",
-                                                      "SettingOnCommandLine"};
+  constexpr std::array<std::string_view, 5> kNames = {"SettingDefault", "SettingRemembered", "SettingInFile",
+                                                      "SettingOnCommandLine", "SettingByDesktop"};
   return texts(kNames.at(static_cast<std::size_t>(source)));
 }
 
@@ -47,13 +59,13 @@ Dictionary settingForm(const Setting& setting, const SettingValue& value) {
           {"about", setting.about}};
 }
 
-Dictionary settingsForm(const UserSettings& settings) {
+Dictionary settingsForm(const SettingsOfRun& settings) {
   Array forms;
   for (const Setting& setting : settingTable()) forms.push_back(settingForm(setting, settings.find(setting)));
   Array faults;
-  for (const std::string& fault : settings.faults()) faults.push_back(fault);
+  for (const std::string& fault : settings.user.faults()) faults.push_back(fault);
   return {{"version", 1},
-          {"file", settings.file().empty() ? noValue() : Value(settings.file().string())},
+          {"file", settings.user.file().empty() ? noValue() : Value(settings.user.file().string())},
           {"settings", std::move(forms)},
           {"faults", std::move(faults)}};
 }
@@ -64,24 +76,24 @@ std::string originInWords(const UserSettings& settings, const SettingValue& valu
   return isLost ? texts("SettingUnreadable") : sourceInWords(value.source, texts);
 }
 
-std::string settingsText(const UserSettings& settings, const RiderTexts& texts, const TerminalStyle& style) {
+std::string settingsText(const SettingsOfRun& settings, const RiderTexts& texts, const TerminalStyle& style) {
   std::vector<std::vector<TableCell>> rows;
   for (const Setting& setting : settingTable()) {
     const SettingValue value = settings.find(setting);
     const std::string shown = value.text.empty() ? "\"\"" : terminalLine(value.text);
     rows.push_back({{.text = std::string(setting.key)},
                     {.text = shown},
-                    {.text = originInWords(settings, value, texts), .isFaint = true}});
+                    {.text = originInWords(settings.user, value, texts), .isFaint = true}});
   }
-  const std::string file = settings.file().string();
+  const std::string file = settings.user.file().string();
   return textTable(rows, style) + (file.empty() ? "" : paragraph(texts("SettingsFile", {file}), 2, style));
 }
 
-Report printSettings(const UserSettings& settings, const Setting* setting, bool isJson,
+Report printSettings(const SettingsOfRun& settings, const Setting* setting, bool isJson,
                      const RiderTexts& texts, const TerminalStyle& style) {
   Report report;
   // The log names the mistakes.
-  report.status = settings.isReadable() ? 0 : 2;
+  report.status = settings.user.isReadable() ? 0 : 2;
   if (isJson) {
     report.output =
         jsonText(setting ? settingForm(*setting, settings.find(*setting)) : settingsForm(settings)) + "\n";
@@ -113,18 +125,17 @@ Report refusedValue(const RiderTexts& texts, const Setting& setting, const std::
   return refusedWith(texts("SettingRefused", {std::string(setting.key), text, RiderTexts::Phrase{allowed}}));
 }
 
-Report changeSetting(UserSettings& settings, const Setting& setting, const SettingsCommand& command,
-                     const CommonOptions& options, const RiderTexts& texts, const TerminalStyle& style) {
+Report changeSetting(const SettingsOfRun& settings, const Setting& setting, const SettingsCommand& command,
+                     const RiderTexts& texts, const TerminalStyle& style) {
   const std::string text = command.unsets ? std::string() : usualText(setting, *command.value);
   if (!command.unsets && !setting.isAllowed(text)) return refusedValue(texts, setting, text);
   // The log has named the mistake.
-  if (!settings.isReadable()) return {.output = {}, .complaint = {}, .status = 2};
-  const auto error = command.unsets ? settings.unset(setting) : settings.set(setting, text);
-  if (error) return refused(*error);
+  if (!settings.user.isReadable()) return {.output = {}, .complaint = {}, .status = 2};
   if (&setting == &kAutostartSetting) {
-    const Autostart autostart(processEnvironment, options.stateDir);
-    if (const auto failed = autostart.apply(settings.values().startsAtLogin)) return refused(*failed);
+    if (const auto failed = settings.autostart.apply(text == "true")) return refused(*failed);
   }
+  const auto error = command.unsets ? settings.user.unset(setting) : settings.user.set(setting, text);
+  if (error) return refused(*error);
   if (command.json) return printSettings(settings, &setting, true, texts, style);
   const std::string now = settings.find(setting).text;
   return Report::of(paragraph(texts(command.unsets ? "SettingIsDefault" : "SettingIs",
@@ -136,7 +147,8 @@ Report changeSetting(UserSettings& settings, const Setting& setting, const Setti
 
 Report settings(Session& session, const SettingsCommand& command, const CommonOptions& options,
                 const TerminalStyle& style) {
-  UserSettings& settings = session.platform().settings();
+  const SettingsOfRun settings{session.platform().settings(),
+                               Autostart(processEnvironment, options.stateDir)};
   const RiderTexts& texts = session.texts();
   const Setting* const setting = settingWithKey(command.key);
   if (!setting && !command.key.empty()) return unknownSetting(texts, command.key);
@@ -144,7 +156,7 @@ Report settings(Session& session, const SettingsCommand& command, const CommonOp
     return printSettings(settings, setting, command.json, texts, style);
   if (command.unsets && command.value)
     return refused(failure(FailureCode::invalid, command.key, "", "--unset takes no value"));
-  return changeSetting(settings, *setting, command, options, texts, style);
+  return changeSetting(settings, *setting, command, texts, style);
 }
 
 }  // namespace linewatch::app

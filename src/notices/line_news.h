@@ -48,5 +48,7 @@ struct LineNews {
 /// agency gives the incident another id. Letter case, white space and punctuation at the ends do not count.
 /// The number is the same in every version of the program, because it is saved.
 std::uint64_t contentOf(const IncidentNews& incident);
+/// As `contentOf`, but numbers do not count: "10 minutes delay" and "9 minutes delay" have the same gist.
+std::uint64_t gistOf(const IncidentNews& incident);
 
 }  // namespace linewatch::notices

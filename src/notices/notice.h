@@ -12,17 +12,19 @@ namespace linewatch::notices {
 struct Notice {
   enum class Kind : std::uint8_t {
     newIncident,
-    changed,       // the text or the severity of an incident that was told before
-    runningAgain,  // no incident is left
-    summary,       // what happened during the quiet hours
+    changed,  // the text or the severity of an incident that was told before
+    over,     // no incident is left, or only milder ones than the user wants to be told of
+    summary,  // what happened during the quiet hours
   };
 
   /// The news of one line.
   struct Entry {
     LineKey line;
     std::string name;
-    /// The news first, then the incidents that were told before and go on. Empty when the line runs again.
+    /// The news first, then the incidents that were told before and go on. If it is over, those that are
+    /// left; empty when the line runs again.
     std::vector<IncidentNews> incidents;
+    bool isOver = false;
 
     bool operator==(const Entry&) const = default;
   };
@@ -35,7 +37,7 @@ struct Notice {
   bool operator==(const Notice&) const = default;
 };
 
-/// The worst of the entries: severe when nothing runs, info when every line runs again.
+/// The worst of the entries: severe when nothing runs, info when it is over for every line.
 Severity severityOf(const Notice& notice);
 
 }  // namespace linewatch::notices

@@ -11,14 +11,19 @@
 
 namespace linewatch::notices {
 
-/// An incident that the user knows of.
+/// A text of an incident that the user was told.
 struct ToldNews {
   std::uint64_t content = 0;
-  /// The id that the incident had when it was told.
+  std::uint64_t gist = 0;
+  /// The id that the incident had at the last answer that has it.
   std::uint64_t muid = 0;
   std::string title;
-  /// Since when the answers do not have it; absent while they do.
+  /// When the user was told.
+  Date told;
+  /// Since when the answers do not have the incident; absent while they do.
   std::optional<Date> gone;
+  /// Since when the incident has another text; absent while it has this one.
+  std::optional<Date> replaced;
 
   bool operator==(const ToldNews&) const = default;
 };
@@ -29,7 +34,7 @@ struct LineState {
   std::vector<ToldNews> told;
   /// When the line's incidents were last known, to the hour.
   Date seen;
-  /// Since when the line has no incident; absent while it has one.
+  /// Since when the line has no incident that the user wants to be told of; absent while it has one.
   std::optional<Date> clear;
   /// When the incidents that were told ended, if the user must still be told that.
   std::optional<Date> ended;

@@ -1,6 +1,7 @@
 #include "notices/notice_update.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -49,53 +50,88 @@ class LineFollower {
   /// Takes the incidents as known to the user.
   void begin() {
     state_.seen = now_.date;
-    for (const WantedIncident& wanted : wantedIncidents()) takeAsTold(wanted);
+    for (const WantedIncident& wanted : wantedIncidents()) takeAsTold(*wanted.incident);
   }
 
   /// The line's notice; absent when there is nothing to tell now.
-  std::optional<Notice> follow() {
+  std::optional<Notice> follow(bool canTell) {
     forgetOldEnd();
     if (now_.date - state_.seen >= kSeenStep) state_.seen = now_.date;
-    noteWhatIsGone();
+    followTold();
     noteEnd();
     const std::vector<WantedIncident> wanted = wantedIncidents();
     const bool hasNews = !std::ranges::all_of(wanted, &WantedIncident::isTold);
     if (hasNews) state_.ended.reset();
     const bool isQuiet = rules_.quietHours && rules_.quietHours->contains(now_);
-    if (isQuiet || !(hasNews || state_.ended) || !mayTell()) {
+    isHeldBack_ = !canTell && !isQuiet && (hasNews || state_.ended) && mayTell();
+    if (isQuiet || !(hasNews || state_.ended) || !canTell || !mayTell()) {
       state_.isWithheld = (hasNews || state_.ended) && (isQuiet || state_.isWithheld);
       return std::nullopt;
     }
-    return tell(wanted, hasNews);
+    return hasNews ? tellNews(wanted) : tellEnd();
   }
 
   const LineState& state() const { return state_; }
   /// Whether the last notice of the line no longer holds.
   bool mustWithdraw() const { return mustWithdraw_; }
+  /// Whether there is a notice that only `canTell` holds back.
+  bool isHeldBack() const { return isHeldBack_; }
 
  private:
   bool mayTell() const {
     return subscription_.hours.contains(now_) && !isMuted(rules_, subscription_.line, now_.date);
   }
 
-  bool isTold(std::uint64_t content) const {
-    return std::ranges::find(state_.told, content, &ToldNews::content) != state_.told.end();
+  /// Whether the incident is as severe as the user wants it.
+  bool isRelevant(const IncidentNews& incident) const {
+    return incident.severity >= subscription_.from || incident.isBlocking;
+  }
+  bool isClear() const {
+    return std::ranges::none_of(news_.incidents,
+                                [this](const IncidentNews& incident) { return isRelevant(incident); });
+  }
+
+  bool isLongAgo(const std::optional<Date>& date, Seconds time) const {
+    return date && now_.date - *date >= time;
+  }
+
+  /// The text of the incident that was told last; null if there is none.
+  const ToldNews* lastTold(std::uint64_t muid) const {
+    // NOLINTNEXTLINE(modernize-loop-convert): Clang 14 cannot compile the reversed view of the C++ library
+    for (auto told = state_.told.rbegin(); told != state_.told.rend(); ++told) {
+      if (told->muid == muid) return &*told;
+    }
+    return nullptr;
+  }
+
+  bool isTold(const IncidentNews& incident, std::uint64_t content) const {
+    const auto same = std::ranges::find(state_.told, content, &ToldNews::content);
+    const ToldNews* const last = lastTold(incident.muid);
+    // An earlier text is back, which is news once it lasts.
+    if (same != state_.told.end())
+      return !last || last->content == content || !isLongAgo(last->replaced, kSameText);
+    return last && last->gist == gistOf(incident) && !isLongAgo(last->told, kSameText);
   }
 
   std::vector<WantedIncident> wantedIncidents() const {
     std::vector<WantedIncident> wanted;
     for (const IncidentNews& incident : news_.incidents) {
       const std::uint64_t content = contentOf(incident);
-      const bool isWanted = incident.severity >= subscription_.from || incident.isBlocking;
       const bool isRepeated = std::ranges::find(wanted, content, &WantedIncident::content) != wanted.end();
-      if (isWanted && !isRepeated && !isMuted(rules_, incident, now_.date))
-        wanted.push_back({&incident, content, isTold(content)});
+      if (isRelevant(incident) && !isRepeated && !isMuted(rules_, incident, now_.date))
+        wanted.push_back({&incident, content, isTold(incident, content)});
     }
     return wanted;
   }
 
-  void takeAsTold(const WantedIncident& wanted) {
-    state_.told.push_back({wanted.content, wanted.incident->muid, wanted.incident->title, std::nullopt});
+  void takeAsTold(const IncidentNews& incident) {
+    const std::uint64_t content = contentOf(incident);
+    std::erase_if(state_.told, [content](const ToldNews& told) { return told.content == content; });
+    state_.told.push_back({.content = content,
+                           .gist = gistOf(incident),
+                           .muid = incident.muid,
+                           .title = incident.title,
+                           .told = now_.date});
   }
 
   /// The incident of the answer that the user knows by its id or, if the agency has given it another id, by
@@ -107,35 +143,52 @@ class LineFollower {
     return found == incidents.end() ? nullptr : &*found;
   }
 
-  void noteWhatIsGone() {
+  void followTold() {
+    // Decided on the state before this answer: a text that is back now was away until now.
+    std::vector<ToldNews> known;
+    std::ranges::copy_if(state_.told, std::back_inserter(known),
+                         [&](const ToldNews& told) { return !isForgotten(told); });
+    state_.told = std::move(known);
     for (ToldNews& told : state_.told) {
-      if (const IncidentNews* const current = currentOf(told)) {
+      const IncidentNews* const current = currentOf(told);
+      if (current) {
         told.muid = current->muid;
         told.gone.reset();
       } else if (!told.gone) {
         told.gone = now_.date;
       }
+      if (std::ranges::find(news_.incidents, told.content, contentOf) != news_.incidents.end())
+        told.replaced.reset();
+      else if (current && !told.replaced)
+        told.replaced = now_.date;
     }
     // The last one stays, because the end of the incidents must still be told.
-    std::erase_if(state_.told, [&](const ToldNews& told) {
-      return told.gone && now_.date - *told.gone > kSameNews && !news_.incidents.empty();
-    });
+    const auto isPresent = [](const ToldNews& told) { return !told.gone; };
+    if (std::ranges::any_of(state_.told, isPresent))
+      std::erase_if(state_.told, [&](const ToldNews& told) { return isLongAgo(told.gone, kSameNews); });
+  }
+
+  /// Whether the text is news again when it returns.
+  bool isForgotten(const ToldNews& told) const {
+    const bool isBack = currentOf(told) != nullptr;
+    return (isBack && isLongAgo(told.gone, kSameNews)) ||
+           (lastTold(told.muid) != &told && isLongAgo(told.replaced, kSameText));
   }
 
   /// Incidents that ended at an unknown time long after the line was last seen, e.g. while the program did
   /// not run.
   void forgetOldEnd() {
-    if (!news_.incidents.empty() || now_.date - state_.seen <= kEndIsNews || state_.told.empty()) return;
+    if (!isClear() || now_.date - state_.seen <= kEndIsNews || state_.told.empty()) return;
     state_.told.clear();
     mustWithdraw_ = true;
   }
 
   void noteEnd() {
-    if (!news_.incidents.empty())
+    if (!isClear())
       state_.clear.reset();
     else if (!state_.clear)
       state_.clear = now_.date;
-    if (state_.clear && now_.date - *state_.clear >= kSettled && !state_.told.empty()) {
+    if (isLongAgo(state_.clear, kSettled) && !state_.told.empty()) {
       const bool wasMuted = std::ranges::all_of(state_.told, [&](const ToldNews& told) {
         return isMuted(rules_, told.muid, told.content, now_.date);
       });
@@ -146,31 +199,38 @@ class LineFollower {
     if (state_.ended && now_.date - *state_.ended > kEndIsNews) state_.ended.reset();
   }
 
-  /// Whether the news is a new text of an incident that was told before.
-  bool isChange(const WantedIncident& wanted) const {
-    return std::ranges::find(state_.told, wanted.incident->muid, &ToldNews::muid) != state_.told.end();
+  Notice begunNotice(Notice::Kind kind) {
+    state_.ended.reset();
+    state_.isWithheld = false;
+    mustWithdraw_ = false;
+    return {
+        .kind = kind, .tag = tagOf(subscription_.line), .entries = {{subscription_.line, news_.name, {}}}};
   }
 
-  Notice tell(const std::vector<WantedIncident>& wanted, bool hasNews) {
-    Notice notice{.kind = Notice::Kind::runningAgain,
-                  .tag = tagOf(subscription_.line),
-                  .entries = {{subscription_.line, news_.name, {}}}};
-    if (hasNews) {
-      const bool isAllChange = std::ranges::all_of(
-          wanted, [this](const WantedIncident& incident) { return incident.isTold || isChange(incident); });
-      notice.kind = isAllChange ? Notice::Kind::changed : Notice::Kind::newIncident;
-    }
+  Notice tellNews(const std::vector<WantedIncident>& wanted) {
+    // A new text of an incident that was told before is a change.
+    const bool isAllChange = std::ranges::all_of(wanted, [this](const WantedIncident& incident) {
+      return incident.isTold || lastTold(incident.incident->muid);
+    });
+    Notice notice = begunNotice(isAllChange ? Notice::Kind::changed : Notice::Kind::newIncident);
     for (const bool told : {false, true}) {
       for (const WantedIncident& incident : wanted) {
         if (incident.isTold == told) notice.entries.front().incidents.push_back(*incident.incident);
       }
     }
     for (const WantedIncident& incident : wanted) {
-      if (!incident.isTold) takeAsTold(incident);
+      if (!incident.isTold) takeAsTold(*incident.incident);
     }
-    state_.ended.reset();
-    state_.isWithheld = false;
-    mustWithdraw_ = false;
+    return notice;
+  }
+
+  Notice tellEnd() {
+    Notice notice = begunNotice(Notice::Kind::over);
+    Notice::Entry& entry = notice.entries.front();
+    entry.isOver = true;
+    std::ranges::copy_if(
+        news_.incidents, std::back_inserter(entry.incidents),
+        [this](const IncidentNews& incident) { return !isMuted(rules_, incident, now_.date); });
     return notice;
   }
 
@@ -180,6 +240,7 @@ class LineFollower {
   const Moment& now_;
   LineState state_;
   bool mustWithdraw_ = false;
+  bool isHeldBack_ = false;
 };
 
 bool isTextOf(const Notice& notice, const Notice& other) {
@@ -224,6 +285,7 @@ std::string tagOf(const LineKey& line) { return line.feed + ":" + line.route; }
 Severity severityOf(const Notice& notice) {
   Severity worst = Severity::info;
   for (const Notice::Entry& entry : notice.entries) {
+    if (entry.isOver) continue;
     for (const IncidentNews& incident : entry.incidents)
       worst = std::max(worst, severityOfIncident(incident));
   }
@@ -231,7 +293,7 @@ Severity severityOf(const Notice& notice) {
 }
 
 NoticeUpdate update(const NoticeState& state, const NoticeRules& rules, std::span<const LineNews> news,
-                    const Moment& now) {
+                    const Moment& now, bool canTell) {
   NoticeUpdate result{.state = state, .notices = {}, .withdrawn = {}};
   std::erase_if(result.state, [&](const auto& known) {
     const bool isWanted = subscriptionOf(known.first, rules) != nullptr;
@@ -246,12 +308,13 @@ NoticeUpdate update(const NoticeState& state, const NoticeRules& rules, std::spa
     LineFollower follower(*subscription, rules, line, now, known->second);
     if (isFirst) {
       follower.begin();
-    } else if (auto notice = follower.follow()) {
+    } else if (auto notice = follower.follow(canTell)) {
       if (known->second.isWithheld)
         withheld.push_back(*std::move(notice));
       else
         addNotice(*std::move(notice), result);
     }
+    result.isHeldBack = result.isHeldBack || follower.isHeldBack();
     if (follower.mustWithdraw()) result.withdrawn.push_back(tagOf(line.line));
     known->second = follower.state();
   }

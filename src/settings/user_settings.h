@@ -22,8 +22,9 @@ class IcuLocalization;
 /// Bytes. A larger settings file is refused.
 inline constexpr std::size_t kLargestSettingsFile = std::size_t{64} << 10;
 
-/// Where the value of a setting comes from; a later source wins over an earlier one.
-enum class SettingSource : std::uint8_t { usual, remembered, file, commandLine };
+/// Where the value of a setting comes from; a later source wins over an earlier one. The desktop can switch
+/// the start at login on and off by itself; UserSettings knows nothing of that.
+enum class SettingSource : std::uint8_t { usual, remembered, file, commandLine, desktop };
 
 struct SettingValue {
   std::string text;

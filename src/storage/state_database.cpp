@@ -8,7 +8,7 @@ namespace linewatch {
 namespace {
 
 // Released steps never change: a change of the tables is a new step after them.
-constexpr std::array<std::string_view, 4> kStateMigrations = {R"sql(
+constexpr std::array<std::string_view, 5> kStateMigrations = {R"sql(
   CREATE TABLE favorite (
     position INTEGER PRIMARY KEY,
     kind TEXT NOT NULL,
@@ -114,6 +114,31 @@ constexpr std::array<std::string_view, 4> kStateMigrations = {R"sql(
     title TEXT NOT NULL,
     gone REAL,
     PRIMARY KEY (feed, route, position)
+  ) STRICT;
+)sql",
+                                                              R"sql(
+  ALTER TABLE told_news ADD COLUMN gist INTEGER NOT NULL DEFAULT 0;
+  ALTER TABLE told_news ADD COLUMN told REAL NOT NULL DEFAULT 0;
+  ALTER TABLE told_news ADD COLUMN replaced REAL;
+  -- The notices on the screen, a row for each incident of each line. A line that runs again has one row, without
+  -- an incident.
+  CREATE TABLE shown_news (
+    server TEXT NOT NULL,    -- the run of the notification server
+    tag TEXT NOT NULL,
+    position INTEGER NOT NULL,
+    id INTEGER NOT NULL,     -- the server's
+    kind INTEGER NOT NULL,
+    saved REAL NOT NULL,
+    feed TEXT NOT NULL,
+    route TEXT NOT NULL,
+    name TEXT NOT NULL,
+    over INTEGER NOT NULL,
+    muid INTEGER,
+    title TEXT NOT NULL,
+    summary TEXT NOT NULL,
+    severity INTEGER NOT NULL,
+    blocking INTEGER NOT NULL,
+    PRIMARY KEY (server, tag, position)
   ) STRICT;
 )sql"};
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace linewatch {
@@ -75,11 +76,19 @@ std::optional<Error> readState(SqliteDatabase& database, notices::NoticeState& s
                             });
   if (error) return error;
   return database.run(
-      "SELECT feed, route, content, muid, title, gone FROM told_news ORDER BY feed, route, position", {},
-      [&state](const SqliteRow& row) {
+      "SELECT feed, route, content, gist, muid, title, told, gone, replaced FROM told_news ORDER BY feed, "
+      "route, "
+      "position",
+      {}, [&state](const SqliteRow& row) {
         const auto line = state.find({row.text(0), row.text(1)});
         if (line == state.end()) return;
-        line->second.told.push_back({numberIn(row, 2), numberIn(row, 3), row.text(4), dateIn(row, 5)});
+        line->second.told.push_back({.content = numberIn(row, 2),
+                                     .gist = numberIn(row, 3),
+                                     .muid = numberIn(row, 4),
+                                     .title = row.text(5),
+                                     .told = Date(Seconds(row.real(6))),
+                                     .gone = dateIn(row, 7),
+                                     .replaced = dateIn(row, 8)});
       });
 }
 
@@ -99,10 +108,10 @@ std::optional<Error> saveLine(SqliteDatabase& database, const LineKey& line, con
   for (const notices::ToldNews& told : state.told) {
     if (error) return error;
     error = database.run(
-        "INSERT INTO told_news (feed, route, position, content, muid, title, gone) VALUES (?, ?, ?, ?, ?, ?, "
-        "?)",
-        {line.feed, line.route, position++, column(told.content), column(told.muid), told.title,
-         column(told.gone)});
+        "INSERT INTO told_news (feed, route, position, content, gist, muid, title, told, gone, replaced) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        {line.feed, line.route, position++, column(told.content), column(told.gist), column(told.muid),
+         told.title, secondsOf(told.told), column(told.gone), column(told.replaced)});
   }
   return error;
 }
@@ -120,6 +129,58 @@ std::optional<Error> saveState(SqliteDatabase& database, const notices::NoticeSt
     if (auto error = saveLine(database, line, state)) return error;
   }
   return std::nullopt;
+}
+
+/// How long the notices of another notification server are kept: it may be the one of another session that
+/// still runs.
+constexpr Seconds kOtherServersKept{7.0 * 86400};
+
+/// One row of shown_news. `incident` is null when the line runs again.
+std::optional<Error> saveShownRow(SqliteDatabase& database, std::string_view server,
+                                  const notices::ShownNotice& shown, const notices::Notice::Entry& entry,
+                                  const notices::IncidentNews* incident, std::int64_t position, Date now) {
+  const notices::IncidentNews none;
+  const notices::IncidentNews& news = incident ? *incident : none;
+  return database.run(
+      "INSERT INTO shown_news (server, tag, position, id, kind, saved, feed, route, name, over, muid, title, "
+      "summary, severity, blocking) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {server, shown.notice.tag, position, std::int64_t{shown.id.value_or(0)},
+       static_cast<std::int64_t>(shown.notice.kind), secondsOf(now), entry.line.feed, entry.line.route,
+       entry.name, std::int64_t{entry.isOver},
+       incident ? SqliteParameter(column(news.muid)) : SqliteParameter(), news.title, news.summary,
+       static_cast<std::int64_t>(news.severity), std::int64_t{news.isBlocking}});
+}
+
+std::optional<Error> saveShownNotice(SqliteDatabase& database, std::string_view server,
+                                     const notices::ShownNotice& shown, Date now) {
+  std::int64_t position = 0;
+  std::optional<Error> error;
+  for (const notices::Notice::Entry& entry : shown.notice.entries) {
+    if (!error && entry.incidents.empty())
+      error = saveShownRow(database, server, shown, entry, nullptr, position++, now);
+    for (const notices::IncidentNews& incident : entry.incidents) {
+      if (!error) error = saveShownRow(database, server, shown, entry, &incident, position++, now);
+    }
+  }
+  return error;
+}
+
+/// Adds a row of shown_news to the last notice, or to a new one.
+void addShownRow(const SqliteRow& row, std::vector<notices::ShownNotice>& all) {
+  const std::string tag = row.text(0);
+  if (all.empty() || all.back().notice.tag != tag)
+    all.push_back({.notice = {.kind = static_cast<notices::Notice::Kind>(row.integer(2)), .tag = tag},
+                   .id = static_cast<std::uint32_t>(row.integer(1))});
+  auto& entries = all.back().notice.entries;
+  LineKey line{row.text(3), row.text(4)};
+  if (entries.empty() || entries.back().line != line)
+    entries.push_back({.line = std::move(line), .name = row.text(5), .isOver = row.integer(6) != 0});
+  if (row.isNull(7)) return;
+  entries.back().incidents.push_back({.muid = numberIn(row, 7),
+                                      .title = row.text(8),
+                                      .summary = row.text(9),
+                                      .severity = static_cast<notices::Severity>(row.integer(10)),
+                                      .isBlocking = row.integer(11) != 0});
 }
 
 /// The key columns of a mute: feed and route of a line, or the id of an incident.
@@ -206,7 +267,7 @@ Outcome<bool> StoredNotices::unmute(const notices::Mute& mute) {
 
 Outcome<notices::NoticeUpdate> StoredNotices::update(const std::optional<notices::WeeklyHours>& quietHours,
                                                      std::span<const notices::LineNews> news,
-                                                     const notices::Moment& now) {
+                                                     const notices::Moment& now, bool canTell) {
   notices::NoticeUpdate update;
   notices::NoticeState before;
   const auto compute = [&](SqliteDatabase& database) -> std::optional<Error> {
@@ -214,7 +275,7 @@ Outcome<notices::NoticeUpdate> StoredNotices::update(const std::optional<notices
     if (auto error = readRules(database, rules)) return error;
     if (auto error = readState(database, before)) return error;
     rules.quietHours = quietHours;
-    update = notices::update(before, rules, news, now);
+    update = notices::update(before, rules, news, now, canTell);
     return std::nullopt;
   };
   auto error = database_->read(compute);
@@ -227,6 +288,31 @@ Outcome<notices::NoticeUpdate> StoredNotices::update(const std::optional<notices
   });
   if (error) return *std::move(error);
   return update;
+}
+
+Outcome<std::vector<notices::ShownNotice>> StoredNotices::shown(const std::string& server) const {
+  std::vector<notices::ShownNotice> all;
+  const auto error = database_->read([&](SqliteDatabase& database) {
+    all.clear();
+    return database.run(
+        "SELECT tag, id, kind, feed, route, name, over, muid, title, summary, severity, blocking FROM "
+        "shown_news "
+        "WHERE server = ? ORDER BY tag, position",
+        {server}, [&all](const SqliteRow& row) { addShownRow(row, all); });
+  });
+  return error ? Outcome<std::vector<notices::ShownNotice>>(*error) : std::move(all);
+}
+
+std::optional<Error> StoredNotices::setShown(const std::string& server,
+                                             std::span<const notices::ShownNotice> shown, Date now) {
+  return database_->write([&](SqliteDatabase& database) {
+    auto error = database.run("DELETE FROM shown_news WHERE server = ? OR saved < ?",
+                              {server, secondsOf(now - kOtherServersKept)});
+    for (const notices::ShownNotice& one : shown) {
+      if (!error) error = saveShownNotice(database, server, one, now);
+    }
+    return error;
+  });
 }
 
 }  // namespace linewatch

@@ -2,12 +2,15 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "notices/line_news.h"
 #include "notices/notice_rules.h"
 #include "notices/notice_state.h"
 #include "notices/notice_update.h"
+#include "notices/shown_notices.h"
 #include "notices/weekly_hours.h"
 #include "shared/outcome.h"
 #include "storage/state_database.h"
@@ -37,9 +40,16 @@ class StoredNotices {
 
   /// Updates what the user was told by an answer. The notices of the result may be sent: no other program has
   /// sent them or will. After an error nothing has changed, and the next answer leads to the same notices.
-  /// Writes nothing if nothing changes.
+  /// Writes nothing if nothing changes. `canTell`: see notices::update.
   Outcome<notices::NoticeUpdate> update(const std::optional<notices::WeeklyHours>& quietHours,
-                                        std::span<const notices::LineNews> news, const notices::Moment& now);
+                                        std::span<const notices::LineNews> news, const notices::Moment& now,
+                                        bool canTell = true);
+
+  /// The notices on the screen, in the order of their tags. `server`: the run of the notification server.
+  Outcome<std::vector<notices::ShownNotice>> shown(const std::string& server) const;
+  /// Replaces the notices on the screen of this server; they need ids.
+  std::optional<Error> setShown(const std::string& server, std::span<const notices::ShownNotice> shown,
+                                Date now);
 
  private:
   SharedDatabase database_;

@@ -45,6 +45,8 @@ TEST_F(NotifyCommandTest, ListsAndChangesNotifications) {
   EXPECT_EQ(output({"notify", "T3", "--from", "warning"}), "Notifications for 3: always --from warning\n");
   EXPECT_THAT(output({"mute", "M1", "2h"}), AllOf(HasSubstr("M1 is muted until"), HasSubstr("12:00")));
   EXPECT_THAT(output({"notify"}), AllOf(HasSubstr("muted until"), HasSubstr("3   always --from warning")));
+  EXPECT_THAT(output({"notify", "M1", "on"}), AllOf(HasSubstr("--from severe\nM1 is muted until"),
+                                                    HasSubstr("To unmute: linewatch mute M1 off\n")));
   EXPECT_EQ(output({"mute", "M1", "off"}), "M1 is not muted\n");
   EXPECT_THAT(output({"notify"}), Not(HasSubstr("muted")));
   EXPECT_EQ(output({"notify", "M1", "off"}), "No notifications for M1\n");
@@ -88,8 +90,27 @@ TEST_F(NotifyCommandTest, AutostartWritesAndRemovesItsOwnEntryOnly) {
   EXPECT_TRUE(std::filesystem::exists(entries / "org.linewatch.LineWatch.desktop")) << "of other saved state";
   folder_.write("config/autostart/" + name, "the user's own");
   output({"settings", "autostart", "on"});
-  output({"settings", "autostart", "off"});
+  EXPECT_THAT(run({"settings", "autostart", "off"}).errors, HasSubstr("LineWatch has not written this file"));
   EXPECT_EQ(*contentsOf(entries / name), "the user's own");
+}
+
+TEST_F(NotifyCommandTest, AutostartTellsWhatTheDesktopHasChosen) {
+  const std::string entry = "config/autostart/" + desktop::busNameFor(folder_ / "state") + ".desktop";
+  output({"settings", "autostart", "on"});
+  const std::string written = *contentsOf(folder_ / entry);
+  EXPECT_EQ(output({"settings", "autostart"}), "true\n");
+  std::string disabled = written;
+  disabled.replace(disabled.find("enabled=true"), 12, "enabled=false");
+  for (const std::string& contents : {written + "Hidden=true\n", disabled}) {
+    folder_.write(entry, contents);
+    EXPECT_EQ(output({"settings", "autostart"}), "false\n");
+    EXPECT_THAT(output({"settings"}), HasSubstr("the desktop’s choice"));
+    EXPECT_EQ(*contentsOf(folder_ / entry), contents);
+    output({"settings", "autostart", "on"});
+    EXPECT_EQ(*contentsOf(folder_ / entry), written);
+  }
+  std::filesystem::remove(folder_ / entry);
+  EXPECT_EQ(output({"settings", "autostart"}), "false\n");
 }
 
 }  // namespace

@@ -74,8 +74,35 @@ TEST_F(StoredNoticesTest, TellsNewsOnceAcrossRestartsAndInstances) {
   EXPECT_EQ(open().state()->at(kLine).told.front().title, "Fire");
   open().update({}, newsOf({}), at(12.3))->notices.clear();
   const auto running = open().update({}, newsOf({}), at(12.5));
-  EXPECT_EQ(running->notices.at(0).kind, notices::Notice::Kind::runningAgain);
+  EXPECT_EQ(running->notices.at(0).kind, notices::Notice::Kind::over);
   EXPECT_EQ(*open().state(), running->state);
+}
+
+TEST_F(StoredNoticesTest, KeepsTheNoticesOnTheScreenByServer) {
+  using notices::Notice;
+  const notices::IncidentNews strike{.muid = 2,
+                                     .title = "Strike",
+                                     .summary = "All day",
+                                     .severity = notices::Severity::severe,
+                                     .isBlocking = true};
+  const notices::ShownNotice one{.notice = {.kind = Notice::Kind::over,
+                                            .tag = "city:u4",
+                                            .entries = {{.line = kLine, .name = "U4", .isOver = true}}},
+                                 .id = 7};
+  const notices::ShownNotice two{
+      .notice = {.kind = Notice::Kind::summary,
+                 .tag = "summary",
+                 .entries = {{.line = kLine, .name = "U4", .incidents = {kFire, strike}},
+                             {.line = {"city", "u6"}, .name = "U6", .incidents = {strike}}}},
+      .id = 0xFFFFFFFFU};
+  EXPECT_EQ(open().setShown("a", std::vector{one, two}, at(0).date), std::nullopt);
+  EXPECT_EQ(open().setShown("b", std::vector{two}, at(1).date), std::nullopt);
+  EXPECT_THAT(*open().shown("a"), ElementsAre(one, two));
+  EXPECT_EQ(open().setShown("a", std::vector{one}, at(2).date), std::nullopt);
+  EXPECT_THAT(*open().shown("a"), ElementsAre(one));
+  EXPECT_THAT(*open().shown("b"), ElementsAre(two));
+  EXPECT_EQ(open().setShown("c", {}, at(24 * 8).date), std::nullopt);
+  EXPECT_THAT(*open().shown("b"), IsEmpty());
 }
 
 }  // namespace

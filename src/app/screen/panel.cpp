@@ -23,6 +23,7 @@
 #include "platform/log.h"
 #include "platform/preferences_store.h"
 #include "settings/user_settings.h"
+#include "shared/environment.h"
 #include "storage/program_preferences.h"
 #include "storage/sqlite_database.h"
 #include "ui/notification_center.h"
@@ -81,6 +82,7 @@ Panel::Panel(Session& session, desktop::DrawingScreen& screen, const UserLocale&
       screen_(screen),
       locale_(locale),
       showsExample_(options.showsExample),
+      autostart_(processEnvironment, options.stateFolder),
       news_(options.news),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       shown_(session.platform().settings().withoutRemembered()),
@@ -561,7 +563,12 @@ void Panel::followSettings() {
 
 void Panel::settingsFileDidChange() {
   if (!rereadSettings(platform().settings())) return;
+  const bool startedAtLogin = shown_.startsAtLogin;
   applySettings();
+  // Only a change is the user's choice. At the start, what was chosen in the desktop holds.
+  if (shown_.startsAtLogin != startedAtLogin) {
+    if (const auto error = autostart_.apply(shown_.startsAtLogin)) logError("%@", {sentenceOf(*error)});
+  }
   if (showsSettings()) settingsWindow_->followChanges();
 }
 
@@ -594,16 +601,27 @@ void Panel::applyColors() {
 desktop::SettingsServices Panel::settingsServices() {
   UserSettings& settings = platform().settings();
   desktop::SettingsServices services{
-      .find = [&settings](const Setting& setting) { return settings.find(setting); },
+      .find =
+          [this, &settings](const Setting& setting) {
+            SettingValue value = settings.find(setting);
+            return &setting == &kAutostartSetting ? autostart_.inForce(std::move(value)) : value;
+          },
       .faults = [&settings, texts = texts_] { return settings.faults(texts->localization()); },
       .file = settings.file().string()};
   if (settings.file().empty()) return services;
-  services.set = [this, &settings](const Setting& setting, const std::string& text) {
-    auto error = settings.set(setting, text);
-    if (!error) applySettings();
-    return error;
+  services.set = [this](const Setting& setting, const std::string& text) {
+    return setBySettingsWindow(setting, text);
   };
   return services;
+}
+
+std::optional<Error> Panel::setBySettingsWindow(const Setting& setting, const std::string& text) {
+  if (&setting == &kAutostartSetting) {
+    if (auto error = autostart_.apply(text == "true")) return error;
+  }
+  auto error = platform().settings().set(setting, text);
+  if (!error) applySettings();
+  return error;
 }
 
 void Panel::makeSettings() {

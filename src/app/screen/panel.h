@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/autostart.h"
 #include "app/screen/panel_recording.h"
 #include "app/session.h"
 #include "companion/opened_content.h"
@@ -31,6 +32,8 @@ class Panel {
     desktop::PanelOptions window;
     /// Whether the made-up city is shown until the user adds a feed, also at the first start.
     bool showsExample = false;
+    /// The folder of the saved state; absent for the user's usual one.
+    std::optional<std::string> stateFolder = {};
     /// Asks for the news while the window is hidden. May be null.
     desktop::NewsWatch* news = nullptr;
   };
@@ -83,6 +86,7 @@ class Panel {
   Outcome<std::optional<notices::Subscription>> subscriptionOf(const StoredFavorite& line);
   desktop::PanelServices panelServices(PanelRecording* recording);
   desktop::SettingsServices settingsServices();
+  std::optional<Error> setBySettingsWindow(const Setting& setting, const std::string& text);
   /// Follows the settings file, which the user or another program may change.
   void followSettings();
   /// Follows the network and the clocks, which are reasons to ask for the news.
@@ -141,6 +145,7 @@ class Panel {
   desktop::DrawingScreen& screen_;
   UserLocale locale_;
   bool showsExample_;
+  Autostart autostart_;
   /// Null when nobody follows the news.
   desktop::NewsWatch* news_;
   bool isFollowingNews_ = false;

@@ -166,6 +166,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   shown = std::make_unique<Panel>(**session, *screen, locale,
                                   Panel::Options{.window = {.maxRows = options.maxRows, .refresh = refresh},
                                                  .showsExample = command.showsExample,
+                                                 .stateFolder = options.stateDir,
                                                  .news = &presence.news()},
                                   &recording);
   shown->languageDidChange = [&inheritance, &shown, &presence] {
@@ -176,7 +177,7 @@ Report runPanel(const CommonOptions& options, const PanelCommand& command, QAppl
   shown->open(inheritance.windows);
   std::unique_ptr<PanelTray> tray;
   bePresent(*shown, platform, bus,
-            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale, options); });
+            [&] { tray = std::make_unique<PanelTray>(*shown, platform, presence, locale); });
   inheritance.isReplaced = false;
   QApplication::exec();
   bus.setRequests({});

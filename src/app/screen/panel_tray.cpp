@@ -7,21 +7,24 @@
 #include <QPushButton>
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
-#include "app/autostart.h"
 #include "desktop/window/portal_setting.h"
 #include "notices/notice_rules.h"
 #include "platform/log.h"
+#include "platform/main_loop.h"
 #include "settings/setting_table.h"
 #include "settings/user_settings.h"
-#include "shared/environment.h"
 #include "shared/failure.h"
 
 namespace linewatch::app {
 
 namespace {
+
+/// How long a panel that was started in the tray waits for one.
+constexpr Seconds kTrayPatience{60};
 
 bool isMutedLonger(const notices::NoticeRules& rules, const notices::Mute& mute) {
   return std::ranges::any_of(rules.mutes, [&mute](const notices::Mute& other) {
@@ -32,17 +35,22 @@ bool isMutedLonger(const notices::NoticeRules& rules, const notices::Mute& mute)
 }  // namespace
 
 PanelTray::PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
-                     const UserLocale& locale, const CommonOptions& options)
+                     const UserLocale& locale)
     : panel_(panel),
       platform_(platform),
       presence_(presence),
       locale_(locale),
-      stateFolder_(options.stateDir),
       texts_(std::make_shared<const desktop::WindowTexts>(locale)),
       notices_(makeNotices()) {
   panel_.settingsDidChange = [this] { applySettings(); };
   panel_.window().installEventFilter(this);
+  // Without the check for a bus Qt would try to start one, which blocks.
+  if (const auto bus = desktop::sessionBus())
+    trayWatch_ = std::make_unique<desktop::TrayWatch>(*bus, [this] { showIcon(); });
   applySettings();
+  trayPatience_ = platform_.mainLoop().scheduleTimer(kTrayPatience, false, [this] {
+    if (!icon_ && !isClosed_) panel_.window().show();
+  });
   listening_ = presence_.news().listen([this](const TransitStatus& status) { statusDidChange(status); });
   if (presence_.news().status()) statusDidChange(*presence_.news().status());
 }
@@ -51,6 +59,7 @@ PanelTray::~PanelTray() {
   panel_.settingsDidChange = [] {};
   QApplication::setQuitOnLastWindowClosed(true);
   queue_.finish();
+  if (notices_) notices_->finish();
 }
 
 std::unique_ptr<desktop::RiderNotices> PanelTray::makeNotices() {
@@ -74,22 +83,15 @@ void PanelTray::applySettings() {
   const Settings before = std::exchange(settings_, platform_.settings().values());
   if (notices_) notices_->setQuietHours(settings_.quietHours);
   if (!icon_ || settings_.tray != before.tray) showIcon();
-  applyAutostart();
 }
 
-void PanelTray::applyAutostart() {
-  if (platform_.settings().file().empty()) return;
-  queue_.post([autostart = Autostart(processEnvironment, stateFolder_), isOn = settings_.startsAtLogin] {
-    if (const auto error = autostart.apply(isOn)) logError("%@", {sentenceOf(*error)});
-  });
-}
-
-/// Without the check for a bus Qt would try to start one, which blocks.
+/// Shows the icon, if there is a tray. A panel that is hidden in the tray would be out of reach without it.
 void PanelTray::showIcon() {
-  if (settings_.tray == TrayChoice::off) {
-    icon_ = nullptr;
-    panel_.window().show();
-  } else if (!icon_ && desktop::sessionBus()) {
+  const bool isWanted = settings_.tray != TrayChoice::off;
+  if (!isWanted || !trayWatch_ || !trayWatch_->hasTray()) {
+    const bool wasShown = std::exchange(icon_, nullptr) != nullptr;
+    if ((wasShown || !isWanted) && !isClosed_) panel_.window().show();
+  } else if (!icon_) {
     icon_ = std::make_unique<desktop::TrayIcon>(texts_, locale_, trayActions());
     if (presence_.news().status()) icon_->setStatus(*presence_.news().status(), platform_.mainLoop().now());
   }
@@ -151,11 +153,11 @@ bool PanelTray::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-/// A panel that is hidden in the tray does not end when another window, such as the settings, is closed. One
-/// that was closed ends with the last window.
+/// A panel that is hidden in the tray, or waits for one, does not end when another window, such as the
+/// settings, is closed. One that was closed ends with the last window.
 void PanelTray::panelVisibilityDidChange() {
   const bool isShown = panel_.window().isVisible();
-  QApplication::setQuitOnLastWindowClosed(isShown || isClosed_ || !icon_);
+  QApplication::setQuitOnLastWindowClosed(isShown || isClosed_);
   if (icon_) icon_->setPanelShown(isShown);
 }
 

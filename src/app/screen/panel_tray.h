@@ -2,15 +2,14 @@
 
 #include <QObject>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "app/command_line.h"
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
 #include "desktop/desktop_platform.h"
 #include "desktop/presence/rider_notices.h"
 #include "desktop/presence/tray_icon.h"
+#include "desktop/presence/tray_watch.h"
 #include "feeds/background_queue.h"
 #include "localization/user_locale.h"
 #include "notices/notice.h"
@@ -24,7 +23,7 @@ namespace linewatch::app {
 class PanelTray final : public QObject {
  public:
   PanelTray(Panel& panel, desktop::DesktopPlatform& platform, PanelPresence& presence,
-            const UserLocale& locale, const CommonOptions& options);
+            const UserLocale& locale);
   ~PanelTray() override;
 
  protected:
@@ -35,7 +34,6 @@ class PanelTray final : public QObject {
   desktop::TrayIcon::Actions trayActions();
   std::unique_ptr<desktop::RiderNotices> makeNotices();
   void applySettings();
-  void applyAutostart();
   void showIcon();
   void statusDidChange(const TransitStatus& status);
   void panelVisibilityDidChange();
@@ -52,17 +50,19 @@ class PanelTray final : public QObject {
   desktop::DesktopPlatform& platform_;
   PanelPresence& presence_;
   UserLocale locale_;
-  std::optional<std::string> stateFolder_;
   desktop::SharedWindowTexts texts_;
   Settings settings_;
   BackgroundQueue queue_;
   /// Null without a session bus or saved state.
   std::unique_ptr<desktop::RiderNotices> notices_;
-  /// Null without a session bus, or when the user wants no icon.
+  /// Null without a session bus.
+  std::unique_ptr<desktop::TrayWatch> trayWatch_;
+  /// Null without a tray, or when the user wants no icon.
   std::unique_ptr<desktop::TrayIcon> icon_;
   bool isAsking_ = false;
   /// Whether the user has closed the window and did not want the panel to stay in the tray.
   bool isClosed_ = false;
+  std::shared_ptr<void> trayPatience_;
   std::shared_ptr<void> listening_;
 };
 

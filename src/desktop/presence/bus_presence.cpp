@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "desktop/bus_name.h"
+#include "desktop/presence/bus_call.h"
 #include "desktop/window/portal_setting.h"
 #include "shared/environment.h"
 
@@ -42,18 +43,8 @@ constexpr uint kDoNotQueue = 4;
 constexpr uint kIsOwner = 1;
 constexpr uint kWasOwner = 4;
 
-QDBusMessage callToBus(const QString& method, const QString& name) {
-  QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                     QStringLiteral("/org/freedesktop/DBus"),
-                                                     QStringLiteral("org.freedesktop.DBus"), method);
-  call << name;
-  return call;
-}
-
 QDBusMessage requestForName(const std::string& name, uint flags) {
-  QDBusMessage request = callToBus(QStringLiteral("RequestName"), QString::fromStdString(name));
-  request << flags;
-  return request;
+  return busDaemonCall(QStringLiteral("RequestName"), {QString::fromStdString(name), flags});
 }
 
 QString introspectionText() {
@@ -238,7 +229,7 @@ BusPresence::BusPresence(std::string name, bool hasId) : name_(std::move(name)),
 BusPresence::~BusPresence() {
   if (!object_) return;
   for (const std::string& name : {std::string(kApplicationId), name_})
-    object_->bus().send(callToBus(QStringLiteral("ReleaseName"), QString::fromStdString(name)));
+    object_->bus().send(busDaemonCall(QStringLiteral("ReleaseName"), {QString::fromStdString(name)}));
 }
 
 // Qt's own registration would also make the bus report every change of any name.

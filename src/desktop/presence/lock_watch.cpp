@@ -3,12 +3,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <QTimer>
+#include <QVariant>
 #include <utility>
 
+#include "desktop/presence/bus_call.h"
 #include "shared/environment.h"
 
 namespace linewatch::desktop {
@@ -19,24 +18,14 @@ const QString kLogind = QStringLiteral("org.freedesktop.login1");
 const QString kSession = QStringLiteral("org.freedesktop.login1.Session");
 const QString kPropertiesOfObject = QStringLiteral("org.freedesktop.DBus.Properties");
 
-/// Calls `done` with the answer, unless it is an error.
-template <class Answer, class Done>
-void callLogind(const QDBusConnection& bus, QObject& owner, const QDBusMessage& call, Done done) {
-  auto* const answer = new QDBusPendingCallWatcher(bus.asyncCall(call), &owner);
-  QObject::connect(answer, &QDBusPendingCallWatcher::finished, &owner, [answer, done = std::move(done)] {
-    answer->deleteLater();
-    const QDBusPendingReply<Answer> reply = *answer;
-    if (!reply.isError()) done(reply.value());
-  });
-}
-
 void askForLock(const QDBusConnection& bus, QObject& owner, const QString& session,
                 const std::function<void(bool)>& changed) {
   QDBusMessage question =
       QDBusMessage::createMethodCall(kLogind, session, kPropertiesOfObject, QStringLiteral("Get"));
   question << kSession << QStringLiteral("LockedHint");
-  callLogind<QDBusVariant>(bus, owner, question,
-                           [changed](const QDBusVariant& value) { changed(value.variant().toBool()); });
+  callBus(bus, owner, question, [changed](const QDBusMessage& answer) {
+    if (const QVariant value = valueIn(answer); value.isValid()) changed(value.toBool());
+  });
 }
 
 /// The value is not taken from the signal, because any program may send it; it causes a question.
@@ -66,10 +55,10 @@ void watchLock(const QDBusConnection& bus, QObject& owner, std::function<void(bo
                                                          QStringLiteral("org.freedesktop.login1.Manager"),
                                                          QStringLiteral("GetSession"));
   question << sessionName();
-  callLogind<QDBusObjectPath>(bus, owner, question,
-                              [bus, &owner, changed = std::move(changed)](const QDBusObjectPath& session) {
-                                followSession(bus, owner, session.path(), changed);
-                              });
+  callBus(bus, owner, question, [bus, &owner, changed = std::move(changed)](const QDBusMessage& answer) {
+    const QVariant session = valueIn(answer);
+    if (session.isValid()) followSession(bus, owner, session.value<QDBusObjectPath>().path(), changed);
+  });
 }
 
 void watchLock(QObject& owner, std::function<void(bool)> changed) {

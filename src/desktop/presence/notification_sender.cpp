@@ -1,9 +1,8 @@
 #include "desktop/presence/notification_sender.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QStringList>
 #include <QVariantMap>
@@ -12,7 +11,9 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
+#include "desktop/presence/bus_call.h"
 #include "desktop/presence/notification_signals.h"
 #include "platform/log.h"
 
@@ -41,21 +42,42 @@ class NotificationSender::Server final : public QObject {
  public:
   Server(const QDBusConnection& bus, Handlers handlers);
 
+  bool hasServer() const { return capabilities_.has_value(); }
+  void findServer(std::function<void(bool)> done);
   void send(Notification notification);
+  void rewrite(const std::string& from, Notification notification);
   void withdraw(const std::string& tag);
+  void adopt(const std::string& tag, uint id);
+  void flush();
 
  private:
+  struct Shown {
+    uint id = 0;
+    /// Whether an earlier run sent it.
+    bool isAdopted = false;
+  };
+  /// A notification to send, or a tag to close.
+  struct Waiting {
+    std::string tag;
+    std::optional<Notification> notification;
+  };
+
+  void askForServer();
+  void ownerDidChange(const QString& owner);
   void listenToSignals();
-  void forget();
+  void put(Waiting waiting);
   void sendNext();
   void askCapabilities();
-  void notify(const Notification& notification);
+  void answerQuestions();
+  void notify(Notification notification);
   void close(const std::string& tag);
-  template <class Reply, class Done>
-  void call(const QDBusMessage& message, Done done);
+  void call(const QDBusMessage& message, std::function<bool(const QDBusMessage& answer)> done);
   void logMissingServer(const QString& why);
 
-  bool can(const char* capability) const { return capabilities_->contains(QLatin1String(capability)); }
+  bool can(const char* capability) const {
+    return capabilities_ && capabilities_->contains(QLatin1String(capability));
+  }
+  QDBusMessage messageOf(const Notification& notification) const;
   QStringList actionsOf(const Notification& notification) const;
   QVariantMap hintsOf(const Notification& notification) const;
   QString bodyOf(const Notification& notification) const;
@@ -66,14 +88,19 @@ class NotificationSender::Server final : public QObject {
   Handlers handlers_;
   NotificationSignals signals_;
   QDBusServiceWatcher watcher_;
+  /// Names this run of the bus; absent until the bus has answered.
+  std::optional<std::string> busId_;
+  bool isListening_ = false;
+  /// The server's connection to the bus; empty without a server, absent until the bus has answered.
+  std::optional<QString> owner_;
   /// Absent until the server has answered.
   std::optional<QStringList> capabilities_;
-  /// What to send; an absent notification withdraws the one with the tag.
-  std::deque<std::pair<std::string, std::optional<Notification>>> waiting_;
+  std::deque<Waiting> waiting_;
+  /// Those that want to know whether a server answers.
+  std::vector<std::function<void(bool)>> questions_;
   bool isCalling_ = false;
   bool hasLogged_ = false;
-  /// The server's ids of the notifications that are shown.
-  std::map<std::string, uint> ids_;
+  std::map<std::string, Shown> shown_;
   std::map<uint, std::string> tokens_;
 };
 
@@ -83,18 +110,41 @@ NotificationSender::Server::Server(const QDBusConnection& bus, Handlers handlers
       watcher_(kNotifications, bus, QDBusServiceWatcher::WatchForOwnerChange) {
   signals_.actionInvoked = [this](uint id, const QString& action) { invoke(id, action); };
   signals_.closed = [this](uint id) {
-    std::erase_if(ids_, [id](const auto& shown) { return shown.second == id; });
     tokens_.erase(id);
+    const std::string tag = tagOf(id);
+    if (shown_.erase(tag) > 0) handlers_.closed(tag);
   };
   signals_.tokenGiven = [this](uint id, const QString& token) {
     if (!tagOf(id).empty()) tokens_[id] = token.toStdString();
   };
-  // A new server knows none of the ids, and may be able to show other things.
-  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this, [this] { forget(); });
+  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString&, const QString&, const QString& owner) { ownerDidChange(owner); });
+  askForServer();
+}
+
+/// The names of the connections begin anew with every run of the bus, so its own name is needed too.
+void NotificationSender::Server::askForServer() {
+  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetId")),
+          [this](const QDBusMessage& answer) { busId_ = valueIn(answer).toString().toStdString(); });
+  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetNameOwner"), {kNotifications}),
+          [this](const QDBusMessage& answer) { ownerDidChange(valueIn(answer).toString()); });
+}
+
+/// A new server knows none of the ids, and may be able to show other things.
+void NotificationSender::Server::ownerDidChange(const QString& owner) {
+  if (!busId_ || owner_ == owner) return;
+  owner_ = owner;
+  capabilities_.reset();
+  shown_.clear();
+  tokens_.clear();
+  hasLogged_ = false;
+  handlers_.serverDidChange(owner.isEmpty() ? std::string() : *busId_ + " " + owner.toStdString());
+  if (!owner.isEmpty()) sendNext();
 }
 
 /// The signals of the server alone, as the ids of another program would be mistaken for its own.
 void NotificationSender::Server::listenToSignals() {
+  if (std::exchange(isListening_, true)) return;
   const std::pair<const char*, const char*> kSignals[] = {
       {"ActionInvoked", SLOT(takeAction(uint, QString))},
       {"NotificationClosed", SLOT(takeEnd(uint, uint))},
@@ -103,87 +153,122 @@ void NotificationSender::Server::listenToSignals() {
     bus_.connect(kNotifications, kNotificationsPath, kNotifications, QLatin1String(name), &signals_, slot);
 }
 
-void NotificationSender::Server::forget() {
-  capabilities_.reset();
-  ids_.clear();
-  tokens_.clear();
-  hasLogged_ = false;
+void NotificationSender::Server::findServer(std::function<void(bool)> done) {
+  questions_.push_back(std::move(done));
+  sendNext();
 }
 
 void NotificationSender::Server::send(Notification notification) {
   std::string tag = notification.tag;
-  waiting_.emplace_back(std::move(tag), std::move(notification));
-  sendNext();
+  put({std::move(tag), std::move(notification)});
 }
 
-void NotificationSender::Server::withdraw(const std::string& tag) {
-  waiting_.emplace_back(tag, std::nullopt);
+void NotificationSender::Server::withdraw(const std::string& tag) { put({tag, std::nullopt}); }
+
+void NotificationSender::Server::rewrite(const std::string& from, Notification notification) {
+  const auto unsent = std::ranges::find(waiting_, from, &Waiting::tag);
+  const bool isUnsent = unsent != waiting_.end() && unsent->notification;
+  if (isUnsent) waiting_.erase(unsent);
+  auto shown = shown_.extract(from);
+  if (!shown && !isUnsent) return;
+  const bool isAdopted = shown && shown.mapped().isAdopted;
+  if (shown) {
+    shown.key() = notification.tag;
+    shown_.insert(std::move(shown));
+  }
+  if (!isAdopted) send(std::move(notification));
+}
+
+void NotificationSender::Server::adopt(const std::string& tag, uint id) {
+  listenToSignals();
+  shown_.emplace(tag, Shown{id, true});
+}
+
+/// What waits for the same notification is out of date.
+void NotificationSender::Server::put(Waiting waiting) {
+  std::erase_if(waiting_, [&waiting](const Waiting& other) { return other.tag == waiting.tag; });
+  waiting_.push_back(std::move(waiting));
   sendNext();
 }
 
 void NotificationSender::Server::sendNext() {
-  while (!isCalling_ && !waiting_.empty()) {
-    const bool isNotification = waiting_.front().second.has_value();
+  while (!isCalling_ && !(waiting_.empty() && questions_.empty())) {
+    if (!questions_.empty() && capabilities_) answerQuestions();
+    if (waiting_.empty() && questions_.empty()) return;
+    const bool isNotification = waiting_.empty() || waiting_.front().notification;
     if (isNotification && !capabilities_) return askCapabilities();
-    const auto [tag, notification] = std::move(waiting_.front());
+    Waiting next = std::move(waiting_.front());
     waiting_.pop_front();
-    if (notification)
-      notify(*notification);
+    if (next.notification)
+      notify(*std::move(next.notification));
     else
-      close(tag);
+      close(next.tag);
   }
 }
 
-/// Calls `done` with the answer, also if it is an error, and then goes on with what is waiting.
-template <class Reply, class Done>
-void NotificationSender::Server::call(const QDBusMessage& message, Done done) {
+void NotificationSender::Server::answerQuestions() {
+  for (const auto& answer : std::exchange(questions_, {})) answer(capabilities_.has_value());
+}
+
+/// Calls `done` with the answer, also if it is an error, and goes on with what is waiting if it returns true.
+void NotificationSender::Server::call(const QDBusMessage& message,
+                                      std::function<bool(const QDBusMessage& answer)> done) {
   isCalling_ = true;
-  auto* const answer = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, done = std::move(done)] {
-    answer->deleteLater();
-    const Reply reply = *answer;
+  callBus(bus_, *this, message, [this, done = std::move(done)](const QDBusMessage& answer) {
     isCalling_ = false;
-    done(reply);
-    sendNext();
+    if (done(answer)) sendNext();
   });
 }
 
 void NotificationSender::Server::askCapabilities() {
   listenToSignals();
-  call<QDBusPendingReply<QStringList>>(notificationCall(QStringLiteral("GetCapabilities")),
-                                       [this](const QDBusPendingReply<QStringList>& reply) {
-                                         if (!reply.isError()) {
-                                           capabilities_ = reply.value();
-                                           return;
-                                         }
-                                         logMissingServer(reply.error().message());
-                                         waiting_.clear();
-                                       });
+  call(notificationCall(QStringLiteral("GetCapabilities")), [this](const QDBusMessage& answer) {
+    if (answer.type() == QDBusMessage::ReplyMessage)
+      capabilities_ = valueIn(answer).toStringList();
+    else
+      logMissingServer(answer.errorMessage());
+    answerQuestions();
+    return capabilities_.has_value();
+  });
 }
 
-void NotificationSender::Server::notify(const Notification& notification) {
-  const auto shown = ids_.find(notification.tag);
-  const bool staysShown = notification.urgency == Notification::Urgency::critical && !can("persistence");
-  QDBusMessage message = notificationCall(QStringLiteral("Notify"));
-  message << QStringLiteral("LineWatch") << (shown == ids_.end() ? 0U : shown->second)
-          << QStringLiteral("org.linewatch.LineWatch") << QString::fromStdString(notification.title)
-          << bodyOf(notification) << actionsOf(notification) << hintsOf(notification)
-          << (staysShown ? kNoTimeout : kUsualTimeout);
-  call<QDBusPendingReply<uint>>(message,
-                                [this, tag = notification.tag](const QDBusPendingReply<uint>& reply) {
-                                  if (reply.isError()) return logMissingServer(reply.error().message());
-                                  ids_[tag] = reply.value();
-                                });
+/// A notification that no server has taken waits for the next one. One that the server may have taken is not
+/// sent again.
+void NotificationSender::Server::notify(Notification notification) {
+  const QDBusMessage message = messageOf(notification);
+  call(message, [this, owner = owner_,
+                 notification = std::move(notification)](const QDBusMessage& answer) mutable {
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+      const uint id = valueIn(answer).toUInt();
+      shown_[notification.tag] = {id, false};
+      handlers_.shown(notification.tag, id);
+      return true;
+    }
+    logMissingServer(answer.errorMessage());
+    const bool isGone = QDBusError(answer).type() == QDBusError::ServiceUnknown || owner_ != owner;
+    if (!isGone) return true;
+    capabilities_.reset();
+    const bool isOutdated = std::ranges::find(waiting_, notification.tag, &Waiting::tag) != waiting_.end();
+    std::string tag = notification.tag;
+    if (!isOutdated) waiting_.push_front({std::move(tag), std::move(notification)});
+    return owner_ && !owner_->isEmpty();
+  });
 }
 
 void NotificationSender::Server::close(const std::string& tag) {
-  const auto shown = ids_.find(tag);
-  if (shown == ids_.end()) return;
+  const auto shown = shown_.find(tag);
+  if (shown == shown_.end()) return;
   QDBusMessage message = notificationCall(QStringLiteral("CloseNotification"));
-  message << shown->second;
-  ids_.erase(shown);
+  message << shown->second.id;
+  shown_.erase(shown);
   // The server answers with an error if the user has closed it in the meantime.
-  call<QDBusPendingReply<>>(message, [](const QDBusPendingReply<>&) {});
+  call(message, [](const QDBusMessage&) { return true; });
+}
+
+void NotificationSender::Server::flush() {
+  for (const Waiting& waiting : std::exchange(waiting_, {})) {
+    if (waiting.notification && capabilities_) bus_.send(messageOf(*waiting.notification));
+  }
 }
 
 void NotificationSender::Server::logMissingServer(const QString& why) {
@@ -191,6 +276,17 @@ void NotificationSender::Server::logMissingServer(const QString& why) {
 }
 
 // ---- What the server can show ----
+
+QDBusMessage NotificationSender::Server::messageOf(const Notification& notification) const {
+  const auto shown = shown_.find(notification.tag);
+  const bool staysShown = notification.urgency == Notification::Urgency::critical && !can("persistence");
+  QDBusMessage message = notificationCall(QStringLiteral("Notify"));
+  message << QStringLiteral("LineWatch") << (shown == shown_.end() ? 0U : shown->second.id)
+          << QStringLiteral("org.linewatch.LineWatch") << QString::fromStdString(notification.title)
+          << bodyOf(notification) << actionsOf(notification) << hintsOf(notification)
+          << (staysShown ? kNoTimeout : kUsualTimeout);
+  return message;
+}
 
 QStringList NotificationSender::Server::actionsOf(const Notification& notification) const {
   QStringList actions;
@@ -218,8 +314,8 @@ QString NotificationSender::Server::bodyOf(const Notification& notification) con
 // ---- What the user does ----
 
 std::string NotificationSender::Server::tagOf(uint id) const {
-  const auto shown = std::ranges::find_if(ids_, [id](const auto& other) { return other.second == id; });
-  return shown == ids_.end() ? std::string() : shown->first;
+  const auto shown = std::ranges::find_if(shown_, [id](const auto& other) { return other.second.id == id; });
+  return shown == shown_.end() ? std::string() : shown->first;
 }
 
 void NotificationSender::Server::invoke(uint id, const QString& action) {
@@ -235,8 +331,22 @@ NotificationSender::NotificationSender(const QDBusConnection& bus, Handlers hand
 
 NotificationSender::~NotificationSender() = default;
 
+bool NotificationSender::hasServer() const { return server_->hasServer(); }
+
+void NotificationSender::findServer(std::function<void(bool isThere)> done) {
+  server_->findServer(std::move(done));
+}
+
 void NotificationSender::send(Notification notification) { server_->send(std::move(notification)); }
 
+void NotificationSender::rewrite(const std::string& from, Notification notification) {
+  server_->rewrite(from, std::move(notification));
+}
+
 void NotificationSender::withdraw(const std::string& tag) { server_->withdraw(tag); }
+
+void NotificationSender::adopt(const std::string& tag, std::uint32_t id) { server_->adopt(tag, id); }
+
+void NotificationSender::flush() { server_->flush(); }
 
 }  // namespace linewatch::desktop

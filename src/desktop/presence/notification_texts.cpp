@@ -31,8 +31,9 @@ std::string withLineNames(const std::vector<Entry>& entries, const std::string& 
                     {texts.joined(others), last, text});
 }
 
-std::string firstText(const Entry& entry) {
-  return entry.incidents.empty() ? kestrowText("LineWatch_GoodService_Title") : entry.incidents.front().title;
+std::string firstText(const Entry& entry, const WindowTexts& texts) {
+  if (entry.incidents.empty()) return kestrowText("LineWatch_GoodService_Title");
+  return entry.isOver ? texts("NoticeEased").toStdString() : entry.incidents.front().title;
 }
 
 void addLine(const std::string& line, std::size_t& count, std::string& body) {
@@ -45,12 +46,14 @@ std::string andMore(std::size_t count, const WindowTexts& texts) {
                              : "\n" + texts("MoreNames", {std::uint64_t{count - kMostLines}}).toStdString();
 }
 
-/// The summary of the first incident, and the titles of the others.
+/// The summary of the first incident, which is in the title, and the titles of the others. The titles of all
+/// if it is over.
 std::string bodyOfIncidents(const Entry& entry, const WindowTexts& texts) {
   std::string body;
   std::size_t count = 0;
-  if (!entry.incidents.empty()) addLine(entry.incidents.front().summary, count, body);
-  for (std::size_t i = 1; i < entry.incidents.size(); ++i) addLine(entry.incidents[i].title, count, body);
+  if (!entry.incidents.empty() && !entry.isOver) addLine(entry.incidents.front().summary, count, body);
+  for (std::size_t i = entry.isOver ? 0 : 1; i < entry.incidents.size(); ++i)
+    addLine(entry.incidents[i].title, count, body);
   return body + andMore(count, texts);
 }
 
@@ -58,7 +61,7 @@ std::string bodyOfSummary(const Notice& notice, const WindowTexts& texts) {
   std::string body;
   std::size_t count = 0;
   for (const Entry& entry : notice.entries)
-    addLine(withLineNames({entry}, firstText(entry), texts), count, body);
+    addLine(withLineNames({entry}, firstText(entry, texts), texts), count, body);
   return body + andMore(count, texts);
 }
 
@@ -80,10 +83,10 @@ Notification notificationOf(const Notice& notice, const WindowTexts& texts) {
   const Entry& first = notice.entries.front();
   Notification notification{.tag = notice.tag, .urgency = urgencyOf(notice)};
   notification.title = isSummary ? texts("NoticesAfterQuietHours").toStdString()
-                                 : withLineNames(notice.entries, firstText(first), texts);
+                                 : withLineNames(notice.entries, firstText(first, texts), texts);
   notification.body = isSummary ? bodyOfSummary(notice, texts) : bodyOfIncidents(first, texts);
   notification.details = texts("NoticeDetails").toStdString();
-  if (notice.kind != Notice::Kind::runningAgain) notification.mute = texts("NoticeMute").toStdString();
+  if (notice.kind != Notice::Kind::over) notification.mute = texts("NoticeMute").toStdString();
   return notification;
 }
 

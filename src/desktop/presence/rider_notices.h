@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +10,8 @@
 #include "desktop/window/window_texts.h"
 #include "notices/line_news.h"
 #include "notices/notice.h"
+#include "notices/notice_update.h"
+#include "notices/shown_notices.h"
 #include "notices/weekly_hours.h"
 #include "shared/date.h"
 #include "status/transit_status.h"
@@ -27,7 +28,9 @@ namespace linewatch::desktop {
 /// How long the action Mute silences the incidents of a notification.
 inline constexpr Seconds kMuteByAction{24.0 * 3600};
 
-/// Tells the user of news by notifications, as the saved subscriptions want it. Main thread.
+/// Tells the user of news by notifications, as the saved subscriptions want it. News is claimed in the saved
+/// state before it is sent, and only while a notification server answers. What is on the screen is saved too,
+/// so that its actions work after a restart. Main thread.
 class RiderNotices {
  public:
   struct Services {
@@ -48,9 +51,19 @@ class RiderNotices {
   void setQuietHours(std::optional<notices::WeeklyHours> quietHours);
   /// To be called after each answer about the lines, also if it says the same as the one before.
   void take(const TransitStatus& status);
+  /// Sends what was claimed meanwhile. To be called at the end, when no work runs any more.
+  void finish();
 
  private:
+  /// The results of the work in the background, which wait for the main thread.
+  class Inbox;
+
+  void serverDidChange(const std::string& server);
+  void adopt(const std::vector<notices::ShownNotice>& shown);
+  void claim(bool canTell);
+  void post(std::function<std::function<void()>()> work);
   void send(const notices::NoticeUpdate& update);
+  void saveShown();
   void open(const std::string& tag, const std::string& activationToken);
   void mute(const std::string& tag);
 
@@ -59,11 +72,13 @@ class RiderNotices {
   MainLoop& mainLoop_;
   Services services_;
   std::optional<notices::WeeklyHours> quietHours_;
-  /// The last notice of each tag.
-  std::map<std::string, notices::Notice> sent_;
+  /// The run of the notification server; empty without one, absent until that is known.
+  std::optional<std::string> server_;
+  /// The last answer; null before the first one and at the end.
+  std::shared_ptr<const TransitStatus> status_;
+  notices::ShownNotices shown_;
   NotificationSender sender_;
-  /// Expires with this object, for work that ends later.
-  std::shared_ptr<RiderNotices*> self_ = std::make_shared<RiderNotices*>(this);
+  std::shared_ptr<Inbox> inbox_;
 };
 
 /// The moment in the machine's time zone.

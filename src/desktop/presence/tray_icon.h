@@ -16,8 +16,8 @@ class QSystemTrayIcon;
 namespace linewatch::desktop {
 
 /// The icon in the desktop's tray: whether the lines run normally, in shape, colour and a tooltip, with a
-/// menu. A click shows or hides the panel. It appears as soon as there is a tray. Needs a QApplication and a
-/// session bus; main thread.
+/// menu. A click shows or hides the panel. To be made when there is a tray (see TrayWatch). Needs a
+/// QApplication and a session bus; main thread.
 class TrayIcon {
  public:
   struct Actions {

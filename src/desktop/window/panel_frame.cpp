@@ -1,20 +1,14 @@
 #include "desktop/window/panel_frame.h"
 
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <memory>
-#include <string_view>
-
-#include <xcb/xcb.h>
 
 #include "desktop/window/window_colors.h"
+#include "desktop/window/x11_selection.h"
 
 namespace linewatch::desktop {
 
@@ -30,31 +24,11 @@ constexpr int kBareSide = 4;
 constexpr double kShadowStrength = 0.26;
 constexpr int kWidestGrip = kShadowReach;
 
-struct FreeLater {
-  void operator()(void* answer) const { std::free(answer); }
-};
-template <class Answer>
-using XcbAnswer = std::unique_ptr<Answer, FreeLater>;
-
-xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name) {
-  const auto question =
-      xcb_intern_atom(connection, /*only_if_exists=*/1, static_cast<std::uint16_t>(name.size()), name.data());
-  const XcbAnswer<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(connection, question, nullptr));
-  if (!answer) return XCB_ATOM_NONE;
-  return answer->atom;
-}
-
 /// Whether windows may be translucent. On X11 that needs a compositing manager.
 bool isComposited() {
-  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  xcb_connection_t* const connection = x11 == nullptr ? nullptr : x11->connection();
-  if (connection == nullptr) return true;
+  xcb_connection_t* const connection = x11Connection();
   // The manager of the first screen owns this selection; Qt's windows are on that screen.
-  const xcb_atom_t manager = atomNamed(connection, "_NET_WM_CM_S0");
-  if (manager == XCB_ATOM_NONE) return false;
-  const XcbAnswer<xcb_get_selection_owner_reply_t> answer(
-      xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, manager), nullptr));
-  return answer && answer->owner != XCB_WINDOW_NONE;
+  return !connection || x11SelectionOwner(connection, x11Atom(connection, "_NET_WM_CM_S0"));
 }
 
 /// Layers of growing size add up to a shadow that fades outwards.

@@ -2,11 +2,11 @@
 """kill_test.py [--synchronous VALUE] PROGRAM DISK_FAULTS KILLS [SEED]: kills linewatch while it changes its state, and
 looks for losses.
 
-Favourites and feeds are added and removed, feeds are searched in a catalogue on a server of this machine, and panels
-save what they show. Half of the kills are at a random moment,
-half at a random call that writes, so that in a long run every such call is met. After every second kill the machine
-"loses power" too: only what had been synced is left. What a command has confirmed must be there, a command that was
-killed has done all or nothing, and the databases are whole.
+Favourites, feeds, notifications and mutes are added and removed, feeds are searched in a catalogue on a server of this
+machine, and panels save what they show. Half of the kills are at a random moment, half at a random call that writes, so
+that in a long run every such call is met. After every second kill the machine "loses power" too: only what had been
+synced is left. What a command has confirmed must be there, a command that was killed has done all or nothing, and the
+databases are whole.
 
 With --synchronous, e.g. OFF or NORMAL, a copy of the program uses this value of SQLite's PRAGMA synchronous in place of
 EXTRA. It syncs too little, so the test has to find a loss: the exit status is 0 when it does.
@@ -47,6 +47,10 @@ ROUTES = "route_id,route_short_name,route_type\n" + "".join(f"{line},{line[1:]},
 
 class Loss(Exception):
     pass
+
+
+# Favourites and feeds in their order, and the notifications and mutes of lines, sorted.
+Stored = collections.namedtuple("Stored", "favorites feeds notices")
 
 
 class Agency(http.server.ThreadingHTTPServer):
@@ -133,7 +137,7 @@ class Machine:
         self.state = self.disk.root / "home" / "state"
         (self.disk.root / "home").mkdir()
         self.disk.all_synced()
-        self.favorites, self.feeds, self.has_saved_state = [], [], False
+        self.known, self.has_saved_state = Stored([], [], []), False
         self.settings, self.next_settings, self.settings_not_synced = None, None, []
         # What a killed program changed without confirming it can be seen before it is synced. A power cut then brings
         # back one of these states.
@@ -190,7 +194,7 @@ class Machine:
     @staticmethod
     def contents_of(file):
         if not file.exists():
-            return [], [], False
+            return Stored([], [], []), False
         with contextlib.closing(sqlite3.connect(file)) as database:
             favorites = [f"{feed}:{subject}" for feed, subject in
                          database.execute("SELECT feed, subject FROM favorite ORDER BY position")]
@@ -199,8 +203,10 @@ class Machine:
                 parts = database.execute("SELECT count(*) FROM feed_part WHERE feed = ?", [feed]).fetchone()[0]
                 if parts != 2:
                     raise Loss(f"feed {feed} has {parts} of its 2 locations")
+            notices = sorted(f"{word} {route}" for word, table in (("notify", "subscription"), ("mute", "mute"))
+                             for (route,) in database.execute(f"SELECT route FROM {table}"))
             saved = database.execute("SELECT length(value) FROM preference WHERE key = ?", [SAVED_STATE]).fetchall()
-        return favorites, feeds, bool(saved) and saved[0][0] > 0
+        return Stored(favorites, feeds, notices), bool(saved) and saved[0][0] > 0
 
     def check_settings(self, confirmed, power):
         """The settings file is the old or the new one, and a confirmed change stays."""
@@ -220,22 +226,22 @@ class Machine:
 
     def check(self, after, confirmed, power):
         """After a change that should lead to the state `after`, and a kill or a power cut."""
-        favorites, feeds, has_saved_state = self.stored()
+        stored, has_saved_state = self.stored()
         self.check_settings(confirmed, power)
-        before = (self.favorites, self.feeds)
+        before = self.known
         changes = after != before
         wanted = [after] if confirmed else [before, after]
         if power and not (confirmed and changes):
             wanted = wanted + self.not_synced_yet
-        if (favorites, feeds) not in wanted:
-            raise Loss(f"stored are {favorites} and {feeds}, not {' or '.join(map(str, wanted))}")
+        if stored not in wanted:
+            raise Loss(f"there is {stored}, not {' or '.join(map(str, wanted))}")
         if self.has_saved_state and not has_saved_state and not power:
             raise Loss("the saved state is gone")
         if power or confirmed and changes:
             self.not_synced_yet = []
         elif not confirmed:
             self.not_synced_yet.append(before)
-        self.favorites, self.feeds, self.has_saved_state = favorites, feeds, has_saved_state
+        self.known, self.has_saved_state = stored, has_saved_state
 
 
 class KillTest:
@@ -257,35 +263,49 @@ class KillTest:
                     self.kill_once(machine)
         self.counts["seconds"] = round(time.monotonic() - started)
 
-    # ---- Commands: the words and what they make of the favourites and the feeds ----
+    # ---- Commands: the words and the state that they lead to ----
 
     def command(self, machine):
-        if not machine.feeds:
-            return "the first feed", self.adding("city", machine), machine.favorites, ["city"]
-        others = [feed for feed in machine.feeds if feed != "city"]
-        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed", "setting", "find"])
+        known = machine.known
+        if not known.feeds:
+            return "the first feed", self.adding("city", machine), known._replace(feeds=["city"])
+        others = [feed for feed in known.feeds if feed != "city"]
+        kind = self.dice.choice(["panel", "add", "add", "remove", "add feed", "remove feed", "setting", "find",
+                                 "notify", "mute"])
         line = "city:" + self.dice.choice(LINES)
-        if kind == "remove" and machine.favorites:
-            line = self.dice.choice(machine.favorites)
-            left = [favorite for favorite in machine.favorites if favorite != line]
-            return kind, ["favorites", "remove", line], left, machine.feeds
+        if kind == "remove" and known.favorites:
+            line = self.dice.choice(known.favorites)
+            left = [favorite for favorite in known.favorites if favorite != line]
+            return kind, ["favorites", "remove", line], known._replace(favorites=left)
         if kind == "setting":
-            return kind, self.setting(machine), machine.favorites, machine.feeds
+            return kind, self.setting(machine), known
+        if kind in ("notify", "mute") and known.favorites:
+            return self.notices(kind, self.dice.choice(known.favorites), known)
         if kind == "add feed" and len(others) < len(FEEDS):
             name = next(feed for feed in FEEDS if feed not in others)
             words = self.adding(name, machine)
             if self.dice.random() < 0.5:
                 kind, words = "add city", self.searching("add") + ["--name", name]
-            return kind, words, machine.favorites, machine.feeds + [name]
+            return kind, words, known._replace(feeds=known.feeds + [name])
         if kind == "find":
-            return kind, self.searching("find"), machine.favorites, machine.feeds
+            return kind, self.searching("find"), known
         if kind == "remove feed" and others:
-            left = [feed for feed in machine.feeds if feed != others[0]]
-            return kind, ["feed", "remove", others[0]], machine.favorites, left
-        if kind == "panel" and machine.favorites:
-            return kind, ["panel", "--example"], machine.favorites, machine.feeds
-        after = machine.favorites + ([] if line in machine.favorites else [line])
-        return "add", ["favorites", "add", line], after, machine.feeds
+            left = [feed for feed in known.feeds if feed != others[0]]
+            return kind, ["feed", "remove", others[0]], known._replace(feeds=left)
+        if kind == "panel" and known.favorites:
+            return kind, ["panel", "--example"], known
+        return "add", ["favorites", "add", line], self.with_favorite(line, known)
+
+    @staticmethod
+    def with_favorite(line, known):
+        return known if line in known.favorites else known._replace(favorites=known.favorites + [line])
+
+    @staticmethod
+    def notices(kind, line, known):
+        notice = f"{kind} {line.removeprefix('city:')}"
+        after = set(known.notices) ^ {notice}
+        word = "off" if notice in known.notices else {"notify": "on", "mute": "2h"}[kind]
+        return kind, [kind, line, word], known._replace(notices=sorted(after))
 
     @staticmethod
     def adding(name, machine):
@@ -308,9 +328,9 @@ class KillTest:
     # ---- Kills ----
 
     def kill_once(self, machine):
-        kind, words, favorites, feeds = self.command(machine)
+        kind, words, after = self.command(machine)
         if kind == "panel" and self.dice.random() < 0.5:
-            kind, favorites = self.change_beside_panel(machine, favorites)
+            kind, after = self.change_beside_panel(machine, after)
             confirmed = True
         else:
             status, confirmed = self.kill(machine, kind, words)
@@ -320,7 +340,7 @@ class KillTest:
         if power:
             machine.disk.lose_power()
         try:
-            machine.check((favorites, feeds), confirmed, power)
+            machine.check(after, confirmed, power)
             if kind == "find" and "linewatch feed add a" not in machine.must(self.searching("find")):
                 raise Loss("the catalogue is lost")
         except Loss as loss:
@@ -358,7 +378,7 @@ class KillTest:
         self.counts["kills"] += 1
         self.counts[f"kills {where}"] += 1
 
-    def change_beside_panel(self, machine, favorites):
+    def change_beside_panel(self, machine, known):
         """A favourite is added while a panel runs, and then the panel is killed."""
         panel = machine.start(["panel", "--example"])
         line = "city:" + self.dice.choice(LINES)
@@ -370,7 +390,7 @@ class KillTest:
         panel.kill()
         panel.communicate()
         self.count_kill("at a moment")
-        return "panel and add", favorites + ([] if line in favorites else [line])
+        return "panel and add", self.with_favorite(line, known)
 
 
 def careless_copy(program, folder, synchronous):

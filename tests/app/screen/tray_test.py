@@ -86,19 +86,27 @@ def load_alert_maker():
 
 
 class Desktop:
-    """The tray and the notification server of the test."""
+    """The tray and the notification server of the test. The tray comes later."""
 
     def __init__(self):
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.items = []
         self.notifications = []
+        self.tray = None
         properties = {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
                       "ProtocolVersion": GLib.Variant("i", 0),
                       "RegisteredStatusNotifierItems": GLib.Variant("as", [])}
         for path, interface, answer in (("/StatusNotifierWatcher", DOUBLES.interfaces[0], self.watch),
                                         ("/org/freedesktop/Notifications", DOUBLES.interfaces[1], self.show)):
             self.bus.register_object(path, interface, answer, lambda *names: properties[names[4]], None)
-            Gio.bus_own_name_on_connection(self.bus, interface.name, 0, None, None)
+            if answer == self.show:
+                Gio.bus_own_name_on_connection(self.bus, interface.name, 0, None, None)
+
+    def start_tray(self):
+        self.tray = Gio.bus_own_name_on_connection(self.bus, DOUBLES.interfaces[0].name, 0, None, None)
+
+    def end_tray(self):
+        Gio.bus_unown_name(self.tray)
 
     def watch(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
@@ -154,8 +162,8 @@ class TrayTest(unittest.TestCase):
         self.run_command("settings", "tray", "keep")
         self.start_panel()
 
-    def start_panel(self):
-        self.panel = subprocess.Popen([PROGRAM, "--state-dir", STATE, "--locale", "en", "panel"],
+    def start_panel(self, *options):
+        self.panel = subprocess.Popen([PROGRAM, "--state-dir", STATE, "--locale", "en", "panel", *options],
                                       stdin=subprocess.DEVNULL)
         self.addCleanup(self.panel.wait)
         self.addCleanup(self.panel.kill)
@@ -193,10 +201,11 @@ class TrayTest(unittest.TestCase):
 
     def test_lives_in_the_tray_and_notifies(self):
         desktop = self.desktop
+        window = self.wait_for("the window", self.windows)[0]
+        desktop.start_tray()
         self.wait_for("the icon", lambda: desktop.items)
         self.wait_for("good news", lambda: "Good Service" in self.tooltip())
         clear = desktop.item("IconPixmap")
-        window = self.wait_for("the window", self.windows)[0]
 
         # The window is closed, and the panel goes on watching.
         subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "ctrl+w"], check=True)
@@ -224,14 +233,26 @@ class TrayTest(unittest.TestCase):
         self.wait_for("the window again", self.windows)
         desktop.click_item()
         self.wait_for("the hidden window", lambda: not self.windows())
+
+        # The next panel knows the notification of the first one, and appears when the tray ends.
+        desktop.choose("Quit")
+        self.assertEqual(self.panel.wait(PATIENCE), 0)
+        self.start_panel("--hidden")
+        self.wait_for("the icon of the hidden panel", lambda: len(desktop.items) == 2)
+        desktop.invoke(2, "mute")
+        self.wait_for("the mute of the strike", lambda: "Strike" in self.run_command("notify"))
+        desktop.end_tray()
+        self.wait_for("the window without a tray", self.windows)
+        desktop.start_tray()
+        self.wait_for("the icon again", lambda: len(desktop.items) == 3)
         desktop.choose("Quit")
         self.assertEqual(self.panel.wait(PATIENCE), 0)
 
         # A panel that must not stay in the tray ends with its window, although it has an icon.
         self.run_command("settings", "tray", "quit")
         self.start_panel()
-        self.wait_for("the icon of the second panel", lambda: len(desktop.items) == 2)
-        window = self.wait_for("the window of the second panel", self.windows)[0]
+        self.wait_for("the icon of the last panel", lambda: len(desktop.items) == 4)
+        window = self.wait_for("the window of the last panel", self.windows)[0]
         subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "ctrl+w"], check=True)
         self.wait_for("the end of the panel", lambda: self.panel.poll() is not None)
         self.assertEqual(self.panel.returncode, 0)

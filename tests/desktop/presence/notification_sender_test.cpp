@@ -1,6 +1,8 @@
 #include "desktop/presence/notification_sender.h"
 
 #include <QDBusServiceWatcher>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,10 +32,14 @@ class NotificationSenderTest : public PlatformTest {
     const QDBusConnection bus = bus_.connection("panel");
     watcher_ = std::make_unique<QDBusServiceWatcher>("org.freedesktop.Notifications", bus);
     QObject::connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, [this] { ++startedServers_; });
-    sender_.emplace(bus, NotificationSender::Handlers{
-                             .open = [this](const std::string& tag,
-                                            const std::string& token) { opened_.emplace_back(tag, token); },
-                             .mute = [this](const std::string& tag) { muted_.push_back(tag); }});
+    sender_.emplace(bus,
+                    NotificationSender::Handlers{
+                        .serverDidChange = [this](const std::string& server) { servers_.push_back(server); },
+                        .shown = [this](const std::string& tag, std::uint32_t id) { ids_[tag] = id; },
+                        .closed = [this](const std::string& tag) { ids_.erase(tag); },
+                        .open = [this](const std::string& tag,
+                                       const std::string& token) { opened_.emplace_back(tag, token); },
+                        .mute = [this](const std::string& tag) { muted_.push_back(tag); }});
   }
 
   void startServer(const QStringList& capabilities) {
@@ -51,6 +57,8 @@ class NotificationSenderTest : public PlatformTest {
   int startedServers_ = 0;
   std::unique_ptr<NotificationServer> server_;
   std::vector<std::string> log_;
+  std::vector<std::string> servers_;
+  std::map<std::string, std::uint32_t> ids_;
   std::vector<std::pair<std::string, std::string>> opened_;
   std::vector<std::string> muted_;
   std::optional<NotificationSender> sender_;
@@ -88,6 +96,7 @@ TEST_F(NotificationSenderTest, ReplacesWithdrawsAndTakesActions) {
   Notification changed = kFire;
   changed.title = "U4: Fire is out";
   sender_->send(kFire);
+  waitForShown(1);
   sender_->send(changed);
   sender_->send({.tag = "city:u6", .title = "U6: Good Service"});
   waitForShown(3);
@@ -109,17 +118,44 @@ TEST_F(NotificationSenderTest, ReplacesWithdrawsAndTakesActions) {
   EXPECT_THAT(server_->closed(), ElementsAre(shown[0].id));
 }
 
-TEST_F(NotificationSenderTest, IsSilentWithoutAServerUntilThereIsOne) {
+TEST_F(NotificationSenderTest, KeepsWhatNoServerHasTakenForTheNextOne) {
   sender_->send(kFire);
   sender_->send(kFire);
-  waitUntil([&] { return !log_.empty(); });
-  settle();
-  sender_->send(kFire);
-  settle();
+  bool isThere = true;
+  sender_->findServer([&isThere](bool is) { isThere = is; });
+  waitUntil([&] { return !isThere; });
   EXPECT_EQ(log_.size(), 1U);
+  EXPECT_FALSE(sender_->hasServer());
   startServer({"body"});
-  sender_->send(kFire);
   waitForShown(1);
+  sender_->send({.tag = "city:u6", .title = "U6: Good Service"});
+  waitForShown(2);
+  EXPECT_EQ(server_->shown()[0].title, "U4: Fire");
+  EXPECT_TRUE(sender_->hasServer());
+}
+
+TEST_F(NotificationSenderTest, RewritesUnlessClosedOrOfAnEarlierRun) {
+  startServer({"body", "actions"});
+  waitUntil([&] { return !servers_.back().empty(); });
+  sender_->adopt("city:u1", 7);
+  sender_->send(kFire);
+  waitUntil([&] { return ids_.contains("city:u4"); });
+  const std::uint32_t id = ids_["city:u4"];
+  sender_->rewrite("city:u1", {.tag = "city:u2", .title = "U2: Works"});
+  sender_->rewrite("city:u4", {.tag = "city:u6", .title = "U6: Fire"});
+  waitForShown(2);
+  EXPECT_EQ(server_->shown()[1].title, "U6: Fire");
+  EXPECT_EQ(server_->shown()[1].replaces, id);
+  server_->invoke(7, "mute");
+  server_->close(id);
+  waitUntil([&] { return !muted_.empty() && ids_.contains("city:u4"); });
+  waitUntil([&] { return !ids_.contains("city:u6"); });
+  EXPECT_THAT(muted_, ElementsAre("city:u2"));
+  sender_->rewrite("city:u6", kFire);
+  sender_->withdraw("city:u2");
+  waitUntil([&] { return !server_->closed().empty(); });
+  EXPECT_THAT(server_->closed(), ElementsAre(7U));
+  EXPECT_EQ(server_->shown().size(), 2U);
 }
 
 }  // namespace

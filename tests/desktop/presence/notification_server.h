@@ -45,6 +45,9 @@ class NotificationServer final : public QDBusVirtualObject {
     emitSignal("ActionInvoked", {id, action});
   }
 
+  /// The user closes the notification.
+  void close(uint id) { emitSignal("NotificationClosed", {id, 2U}); }
+
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
     if (message.member() == "GetCapabilities")
