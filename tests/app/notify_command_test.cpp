@@ -95,7 +95,8 @@ TEST_F(NotifyCommandTest, AutostartWritesAndRemovesItsOwnEntryOnly) {
 }
 
 TEST_F(NotifyCommandTest, AutostartTellsWhatTheDesktopHasChosen) {
-  const std::string entry = "config/autostart/" + desktop::busNameFor(folder_ / "state") + ".desktop";
+  const std::string entry =
+      "config/autostart/" + desktop::busNameFor(folder_ / "state", processEnvironment) + ".desktop";
   output({"settings", "autostart", "on"});
   const std::string written = *contentsOf(folder_ / entry);
   EXPECT_EQ(output({"settings", "autostart"}), "true\n");
