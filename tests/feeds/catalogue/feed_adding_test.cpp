@@ -137,6 +137,16 @@ TEST_F(FeedAddingTest, CancelEndsAFetchThatHangsAndSavesNothing) {
   EXPECT_FALSE(cache()->find("town", "alerts", kAlerts));
 }
 
+TEST_F(FeedAddingTest, FailsForASavedFeedWhoseTimetableCannotBeRenewed) {
+  ASSERT_TRUE(add(kProposal));
+  agency_->give(kTimetable, failure(FailureCode::timedOut, "", "", "no answer"));
+  cache()->expire("town");
+  const auto findings = add({.feed = kProposal.feed, .timetableCopies = {}, .isSaved = true});
+  ASSERT_FALSE(findings);
+  EXPECT_THAT(sentenceOf(findings.error()), HasSubstr("no answer"));
+  EXPECT_TRUE(documentsFrom(agency_, cache())->lineIndexOf(kProposal.feed)) << "the old one serves on";
+}
+
 TEST_F(FeedAddingTest, TellsNothingMoreAfterCancelEvenIfItIsSaving) {
   ASSERT_TRUE(*feeds().add({"other", "/gtfs", "/alerts"}));
   auto state = SqliteDatabase::open("state database", folder_.path() / "linewatch.sqlite",
