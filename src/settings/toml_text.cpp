@@ -119,7 +119,8 @@ class CharacterScan {
   /// A quote that follows other characters begins no string: the library reads on as if it were a number.
   bool mayBeginString() const {
     constexpr std::string_view kBefore = " \t\r\n=,[{.";
-    return place_ == 0 || !isAscii(text_[place_ - 1]) || kBefore.find(text_[place_ - 1]) != kBefore.npos;
+    return place_ == 0 || !isAscii(text_[place_ - 1]) ||
+           kBefore.find(text_[place_ - 1]) != std::string_view::npos;
   }
   void skipString(const std::string& quotes) {
     constexpr int kMostQuotesBeforeEnd = 2;
