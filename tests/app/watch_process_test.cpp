@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,17 +23,17 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// A command with --watch in a process of its own, whose output the test reads line by line.
+/// A command, usually with --watch, in a process of its own, whose output the test reads line by line.
 class WatchProcess {
  public:
-  explicit WatchProcess(std::vector<std::string> words) {
+  explicit WatchProcess(std::vector<std::string> words, bool watches = true) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) std::abort();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
     words.insert(words.begin(), LINEWATCH_PROGRAM);
-    words.emplace_back("--watch");
+    if (watches) words.emplace_back("--watch");
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -58,6 +59,7 @@ class WatchProcess {
     char text[4096] = "";
     return std::fgets(text, sizeof text, output_) ? text : "";
   }
+  std::string name() const { return textIn("/proc/" + std::to_string(process_) + "/comm"); }
   void send(int signal) const { kill(process_, signal); }
   void closeReader() {
     if (output_) std::fclose(std::exchange(output_, nullptr));
@@ -110,6 +112,25 @@ TEST_F(WatchProcessTest, StatusPrintsALineForEachChange) {
   status.send(SIGUSR1);
   EXPECT_EQ(status.line(), "2 lines with advisories\n");
   EXPECT_EQ(status.end(SIGTERM), 0);
+}
+
+TEST_F(WatchProcessTest, TheSignalForThemEndsNoOtherCommand) {
+  WatchProcess status(given({"status"}));
+  EXPECT_EQ(status.line(), "Good Service\n");
+  EXPECT_EQ(status.name(), "linewatch-watch\n");
+  // A command that reads its feed from a pipe is known to run.
+  const std::string alerts = folder_ / "alerts.pb";
+  std::remove(alerts.c_str());
+  mkfifo(alerts.c_str(), 0600);
+  WatchProcess show(given({"show"}), /*watches=*/false);
+  const int writer = open(alerts.c_str(), O_WRONLY | O_CLOEXEC);
+  EXPECT_EQ(show.name(), "linewatch\n");
+  show.send(SIGUSR1);
+  const std::string feed = alertsFeed("");
+  EXPECT_EQ(write(writer, feed.data(), feed.size()), static_cast<ssize_t>(feed.size()));
+  close(writer);
+  EXPECT_THAT(show.line(), HasSubstr("Good Service"));
+  EXPECT_EQ(show.end(), 0);
 }
 
 TEST_F(WatchProcessTest, EndsWithItsReaderAlthoughItHasNothingToPrint) {

@@ -14,6 +14,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "app/link/panel_link.h"
 #include "app/rider_texts.h"
 #include "app/screen/panel.h"
 #include "app/screen/panel_presence.h"
@@ -23,6 +24,7 @@
 #include "desktop/presence/bus_presence.h"
 #include "desktop/presence/first_draw.h"
 #include "desktop/presence/lock_watch.h"
+#include "platform/log.h"
 #include "platform/platform.h"
 #include "settings/user_settings.h"
 #include "shared/environment.h"
@@ -195,6 +197,14 @@ desktop::BusPresence presenceOnBus(const CommonOptions& options) {
   return {name, name == nameFor(std::nullopt)};
 }
 
+/// Qt waits without a limit for a session bus that does not answer, so the panel does without such a bus.
+void leaveHangingBus() {
+  const auto link = connectToPanel(desktop::kApplicationId, processEnvironment);
+  if (!link || link->follow() >= 0) return;
+  logError("the session bus does not answer; tray icon and notifications are off");
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
 /// A panel that is just ending may still have the name.
 constexpr int kAttemptsToRaise = 3;
 
@@ -226,6 +236,7 @@ Report panel(const CommonOptions& options, const PanelCommand& command) {
   int count = 1;
   const std::string activationToken = desktop::activationTokenOfStart();
   QGuiApplication::setDesktopFileName(QString::fromLatin1(desktop::kApplicationId));
+  leaveHangingBus();
   QApplication application(count, arguments);
   endOnSignals.watch(application);
   desktop::BusPresence bus = presenceOnBus(options);
