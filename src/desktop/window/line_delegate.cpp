@@ -183,10 +183,15 @@ void LineDelegate::paintShield(QPainter& painter, const QStyleOptionViewItem& op
     if (!image || image->size().width <= place.width()) break;
   }
   if (!image) return;
-  const double fit = std::min(1.0, place.width() / image->size().width);
-  const double width = image->size().width * fit, height = image->size().height * fit;
+  const auto [width, height] = image->size();
+  const double fit = std::min(1.0, place.width() / width);
+  painter.save();
+  painter.translate(place.center());
+  painter.scale(fit, fit);
+  painter.translate(-place.center());
   QtCanvas canvas(painter, appearanceOf(option.palette), scale);
   image->draw(canvas, {place.center().x() - width / 2, place.center().y() - height / 2, width, height});
+  painter.restore();
 }
 
 void LineDelegate::paintNames(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,

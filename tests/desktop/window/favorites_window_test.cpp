@@ -4,10 +4,14 @@
 #include <QContextMenuEvent>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QStandardItemModel>
 #include <utility>
 
 #include "desktop/window/companion_test.h"
 #include "desktop/window/line_choice_window.h"
+#include "desktop/window/line_delegate.h"
+#include "desktop/window/list_row.h"
+#include "presentation/memory_constrained_artwork_cache.h"
 
 namespace linewatch::desktop {
 namespace {
@@ -18,6 +22,42 @@ using testing::ElementsAre;
 using testing::Not;
 
 constexpr const char* kOwn = "Your lines, in the order of the rows";
+
+/// How many pixels of each column a row's shield covers.
+std::vector<int> columnsOfShield(const TransitArtworkDataSource& artwork) {
+  const LineDelegate delegate(memoryConstrainedImageViewCache(), 3, 1, {}, nullptr);
+  QStandardItemModel model(2, 1);
+  model.setData(model.index(0, 0),
+                QVariant::fromValue(std::make_shared<const TransitArtworkDataSource>(artwork)),
+                LineDelegate::kArtworkRole);
+  std::vector<QImage> rows(2, QImage(300, 60, QImage::Format_RGB32));
+  for (int row = 0; row < 2; ++row) {
+    rows[row].fill(Qt::white);
+    QPainter painter(&rows[row]);
+    QStyleOptionViewItem option;
+    option.rect = rows[row].rect();
+    delegate.paint(&painter, option, model.index(row, 0));
+  }
+  std::vector<int> columns(300);
+  for (int x = 0; x < 300; ++x) {
+    for (int y = 0; y < 60; ++y) columns[x] += rows[0].pixel(x, y) != rows[1].pixel(x, y);
+  }
+  return columns;
+}
+
+TEST_F(CompanionTest, DrawsEveryShieldWholeWithinItsColumn) {
+  startCompanion();
+  const int begin = static_cast<int>(kRowInset), end = begin + 52;
+  for (const std::string text : {"1", "Orange", "Waterfront Shuttle"}) {
+    const std::vector<int> columns = columnsOfShield(artwork(text));
+    const auto isCovered = [](int pixels) { return pixels > 0; };
+    const auto first = std::ranges::find_if(columns, isCovered) - columns.begin();
+    const auto last = columns.rend() - std::find_if(columns.rbegin(), columns.rend(), isCovered) - 1;
+    EXPECT_GE(first, begin) << text;
+    EXPECT_LT(last, end) << text;
+    EXPECT_LE(std::abs(columns[first] - columns[last]), 2) << text << ": one of its round ends is cut off";
+  }
+}
 
 TEST_F(CompanionTest, ListsEveryLineByAgencyAndModeBelowTheUsersLines) {
   startCompanion();
