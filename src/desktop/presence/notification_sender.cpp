@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <map>
 #include <optional>
@@ -31,8 +32,9 @@ const QString kMuteAction = QStringLiteral("mute");
 constexpr int kUsualTimeout = -1;
 constexpr int kNoTimeout = 0;
 
-QDBusMessage notificationCall(const QString& method) {
-  return QDBusMessage::createMethodCall(kNotifications, kNotificationsPath, kNotifications, method);
+/// A call to the server with this name or connection.
+QDBusMessage notificationCall(const QString& server, const QString& method) {
+  return QDBusMessage::createMethodCall(server, kNotificationsPath, kNotifications, method);
 }
 
 }  // namespace
@@ -63,7 +65,10 @@ class NotificationSender::Server final : public QObject {
   };
 
   void askForServer();
+  void followServer();
   void ownerDidChange(const QString& owner);
+  void abandonCall();
+  void sendLater(Notification notification);
   void listenToSignals();
   void put(Waiting waiting);
   void sendNext();
@@ -99,6 +104,10 @@ class NotificationSender::Server final : public QObject {
   /// Those that want to know whether a server answers.
   std::vector<std::function<void(bool)>> questions_;
   bool isCalling_ = false;
+  /// The number of calls. An answer to another call than the last one comes from a server that has ended.
+  std::uint64_t calls_ = 0;
+  /// The notification of the call that waits for its answer.
+  std::optional<Notification> sending_;
   bool hasLogged_ = false;
   std::map<std::string, Shown> shown_;
   std::map<uint, std::string> tokens_;
@@ -117,29 +126,56 @@ NotificationSender::Server::Server(const QDBusConnection& bus, Handlers handlers
   signals_.tokenGiven = [this](uint id, const QString& token) {
     if (!tagOf(id).empty()) tokens_[id] = token.toStdString();
   };
-  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-          [this](const QString&, const QString&, const QString& owner) { ownerDidChange(owner); });
   askForServer();
 }
 
 /// The names of the connections begin anew with every run of the bus, so its own name is needed too.
 void NotificationSender::Server::askForServer() {
-  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetId")),
-          [this](const QDBusMessage& answer) { busId_ = valueIn(answer).toString().toStdString(); });
-  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetNameOwner"), {kNotifications}),
-          [this](const QDBusMessage& answer) { ownerDidChange(valueIn(answer).toString()); });
+  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetId")), [this](const QDBusMessage& answer) {
+    busId_ = valueIn(answer).toString().toStdString();
+    followServer();
+  });
 }
 
-/// A new server knows none of the ids, and may be able to show other things.
+void NotificationSender::Server::followServer() {
+  connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString&, const QString&, const QString& owner) { ownerDidChange(owner); });
+  callBus(bus_, *this, busDaemonCall(QStringLiteral("GetNameOwner"), {kNotifications}),
+          [this](const QDBusMessage& answer) {
+            // A change that was announced meanwhile is newer.
+            if (!owner_) ownerDidChange(valueIn(answer).toString());
+          });
+}
+
+/// A new server knows none of the ids, and may be able to show other things. Nothing waits for an answer of
+/// the one before: it may never come.
 void NotificationSender::Server::ownerDidChange(const QString& owner) {
-  if (!busId_ || owner_ == owner) return;
+  if (owner_ == owner) return;
+  const bool isFirst = !owner_;
   owner_ = owner;
   capabilities_.reset();
   shown_.clear();
   tokens_.clear();
   hasLogged_ = false;
+  abandonCall();
   handlers_.serverDidChange(owner.isEmpty() ? std::string() : *busId_ + " " + owner.toStdString());
-  if (!owner.isEmpty()) sendNext();
+  if (owner.isEmpty() && !isFirst)
+    answerQuestions();
+  else
+    sendNext();
+}
+
+void NotificationSender::Server::abandonCall() {
+  ++calls_;
+  isCalling_ = false;
+  if (sending_) sendLater(*std::exchange(sending_, std::nullopt));
+}
+
+/// Puts the notification first, unless what waits for its tag has replaced it.
+void NotificationSender::Server::sendLater(Notification notification) {
+  if (std::ranges::find(waiting_, notification.tag, &Waiting::tag) != waiting_.end()) return;
+  std::string tag = notification.tag;
+  waiting_.push_front({std::move(tag), std::move(notification)});
 }
 
 /// The signals of the server alone, as the ids of another program would be mistaken for its own.
@@ -192,7 +228,7 @@ void NotificationSender::Server::put(Waiting waiting) {
 }
 
 void NotificationSender::Server::sendNext() {
-  while (!isCalling_ && !(waiting_.empty() && questions_.empty())) {
+  while (owner_ && !isCalling_ && !(waiting_.empty() && questions_.empty())) {
     if (!questions_.empty() && capabilities_) answerQuestions();
     if (waiting_.empty() && questions_.empty()) return;
     const bool isNotification = waiting_.empty() || waiting_.front().notification;
@@ -214,51 +250,52 @@ void NotificationSender::Server::answerQuestions() {
 void NotificationSender::Server::call(const QDBusMessage& message,
                                       std::function<bool(const QDBusMessage& answer)> done) {
   isCalling_ = true;
-  callBus(bus_, *this, message, [this, done = std::move(done)](const QDBusMessage& answer) {
-    isCalling_ = false;
-    if (done(answer)) sendNext();
-  });
+  callBus(bus_, *this, message,
+          [this, number = ++calls_, done = std::move(done)](const QDBusMessage& answer) {
+            if (number != calls_) return;
+            isCalling_ = false;
+            if (done(answer)) sendNext();
+          });
 }
 
 void NotificationSender::Server::askCapabilities() {
   listenToSignals();
-  call(notificationCall(QStringLiteral("GetCapabilities")), [this](const QDBusMessage& answer) {
-    if (answer.type() == QDBusMessage::ReplyMessage)
-      capabilities_ = valueIn(answer).toStringList();
-    else
-      logMissingServer(answer.errorMessage());
-    answerQuestions();
-    return capabilities_.has_value();
-  });
+  call(notificationCall(kNotifications, QStringLiteral("GetCapabilities")),
+       [this](const QDBusMessage& answer) {
+         if (answer.type() == QDBusMessage::ReplyMessage)
+           capabilities_ = valueIn(answer).toStringList();
+         else
+           logMissingServer(answer.errorMessage());
+         answerQuestions();
+         return capabilities_.has_value();
+       });
 }
 
 /// A notification that no server has taken waits for the next one. One that the server may have taken is not
 /// sent again.
 void NotificationSender::Server::notify(Notification notification) {
   const QDBusMessage message = messageOf(notification);
-  call(message, [this, owner = owner_,
-                 notification = std::move(notification)](const QDBusMessage& answer) mutable {
+  sending_ = std::move(notification);
+  call(message, [this](const QDBusMessage& answer) {
+    Notification sent = *std::exchange(sending_, std::nullopt);
     if (answer.type() == QDBusMessage::ReplyMessage) {
       const uint id = valueIn(answer).toUInt();
-      shown_[notification.tag] = {id, false};
-      handlers_.shown(notification.tag, id);
+      shown_[sent.tag] = {id, false};
+      handlers_.shown(sent.tag, id);
       return true;
     }
     logMissingServer(answer.errorMessage());
-    const bool isGone = QDBusError(answer).type() == QDBusError::ServiceUnknown || owner_ != owner;
-    if (!isGone) return true;
+    if (QDBusError(answer).type() != QDBusError::ServiceUnknown) return true;
     capabilities_.reset();
-    const bool isOutdated = std::ranges::find(waiting_, notification.tag, &Waiting::tag) != waiting_.end();
-    std::string tag = notification.tag;
-    if (!isOutdated) waiting_.push_front({std::move(tag), std::move(notification)});
-    return owner_ && !owner_->isEmpty();
+    sendLater(std::move(sent));
+    return false;
   });
 }
 
 void NotificationSender::Server::close(const std::string& tag) {
   const auto shown = shown_.find(tag);
   if (shown == shown_.end()) return;
-  QDBusMessage message = notificationCall(QStringLiteral("CloseNotification"));
+  QDBusMessage message = notificationCall(*owner_, QStringLiteral("CloseNotification"));
   message << shown->second.id;
   shown_.erase(shown);
   // The server answers with an error if the user has closed it in the meantime.
@@ -280,7 +317,8 @@ void NotificationSender::Server::logMissingServer(const QString& why) {
 QDBusMessage NotificationSender::Server::messageOf(const Notification& notification) const {
   const auto shown = shown_.find(notification.tag);
   const bool staysShown = notification.urgency == Notification::Urgency::critical && !can("persistence");
-  QDBusMessage message = notificationCall(QStringLiteral("Notify"));
+  // The ids mean nothing to another server, which may have the name by now.
+  QDBusMessage message = notificationCall(*owner_, QStringLiteral("Notify"));
   message << QStringLiteral("LineWatch") << (shown == shown_.end() ? 0U : shown->second.id)
           << QStringLiteral("org.linewatch.LineWatch") << QString::fromStdString(notification.title)
           << bodyOf(notification) << actionsOf(notification) << hintsOf(notification)

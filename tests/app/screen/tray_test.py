@@ -239,8 +239,9 @@ class TrayTest(unittest.TestCase):
         self.assertEqual(self.panel.wait(PATIENCE), 0)
         self.start_panel("--hidden")
         self.wait_for("the icon of the hidden panel", lambda: len(desktop.items) == 2)
-        desktop.invoke(2, "mute")
-        self.wait_for("the mute of the strike", lambda: "Strike" in self.run_command("notify"))
+        # Until the panel has read what the first one has shown.
+        self.wait_for("the mute of the strike",
+                      lambda: desktop.invoke(2, "mute") or "Strike" in self.run_command("notify"))
         desktop.end_tray()
         self.wait_for("the window without a tray", self.windows)
         desktop.start_tray()
