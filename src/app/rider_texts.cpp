@@ -62,7 +62,7 @@ std::string RiderTexts::dateAndTime(Date date, Date now) const {
 }
 
 std::string RiderTexts::failure(FailureCode code, const std::string& sentence) const {
-  const std::string words = failureInWords(code, sentence, *localization_);
+  std::string words = failureInWords(code, sentence, *localization_);
   if (code != FailureCode::keyWanted) return words;
   return (*this)("KeyAdvice", {Phrase{words}, "linewatch feed key FEED --header 'NAME: KEY'"});
 }
