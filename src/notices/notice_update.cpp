@@ -149,6 +149,7 @@ class LineFollower {
     std::ranges::copy_if(state_.told, std::back_inserter(known),
                          [&](const ToldNews& told) { return !isForgotten(told); });
     state_.told = std::move(known);
+    followNewIds();
     for (ToldNews& told : state_.told) {
       const IncidentNews* const current = currentOf(told);
       if (current) {
@@ -166,6 +167,30 @@ class LineFollower {
     const auto isPresent = [](const ToldNews& told) { return !told.gone; };
     if (std::ranges::any_of(state_.told, isPresent))
       std::erase_if(state_.told, [&](const ToldNews& told) { return isLongAgo(told.gone, kSameNews); });
+  }
+
+  /// Some agencies give an incident another id with each change of its numbers: "10 minutes delay" goes, and
+  /// "9 minutes delay" of another id comes in the same answer.
+  void followNewIds() {
+    for (const ToldNews& told : state_.told) {
+      if (told.gone || currentOf(told)) continue;
+      const auto renamed = std::ranges::find_if(news_.incidents, [&](const IncidentNews& incident) {
+        return gistOf(incident) == told.gist && !isKnown(incident);
+      });
+      if (renamed == news_.incidents.end()) continue;
+      const std::uint64_t before = told.muid;
+      for (ToldNews& text : state_.told) {
+        if (text.muid == before) text.muid = renamed->muid;
+      }
+    }
+  }
+
+  /// Whether the user was told of an incident with this id or this text.
+  bool isKnown(const IncidentNews& incident) const {
+    const std::uint64_t content = contentOf(incident);
+    return std::ranges::any_of(state_.told, [&](const ToldNews& told) {
+      return told.muid == incident.muid || told.content == content;
+    });
   }
 
   /// Whether the text is news again when it returns.
