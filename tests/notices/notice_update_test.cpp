@@ -212,6 +212,13 @@ TEST_F(NoticeUpdateTest, OneNoticeIsForAllLinesOfAnIncident) {
   const NoticeUpdate result = update(state_, rules_, news_, {.date = monday(13)});
   EXPECT_THAT(inWords(result.notices), ElementsAre("new A:Strike B:Strike"));
   EXPECT_EQ(severityOf(result.notices.front()), Severity::severe);
+  lineA().incidents = {incident(2, "Lift")};
+  lineB().incidents.clear();
+  EXPECT_THAT(answerAt(13), ElementsAre("new A:Lift"));
+  lineA().incidents.push_back(incident(1, "Strike"));
+  lineB().incidents.push_back(incident(1, "Strike"));
+  EXPECT_THAT(answerAt(14), ElementsAre("new A:Strike B:Strike")) << "although line A has another one";
+  EXPECT_THAT(withdrawn_, ElementsAre("city:B"));
 }
 
 // ---- Random histories against a model that remembers everything ----
