@@ -1,6 +1,7 @@
 #include "notices/notice_update.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <string_view>
@@ -76,6 +77,8 @@ class LineFollower {
   bool mustWithdraw() const { return mustWithdraw_; }
   /// Whether there is a notice that only `canTell` holds back.
   bool isHeldBack() const { return isHeldBack_; }
+  /// How many incidents of the line's notice are news; they are its first ones.
+  std::size_t newsCount() const { return newsCount_; }
 
  private:
   bool mayTell() const {
@@ -149,6 +152,7 @@ class LineFollower {
     std::ranges::copy_if(state_.told, std::back_inserter(known),
                          [&](const ToldNews& told) { return !isForgotten(told); });
     state_.told = std::move(known);
+    followNewIds();
     for (ToldNews& told : state_.told) {
       const IncidentNews* const current = currentOf(told);
       if (current) {
@@ -166,6 +170,30 @@ class LineFollower {
     const auto isPresent = [](const ToldNews& told) { return !told.gone; };
     if (std::ranges::any_of(state_.told, isPresent))
       std::erase_if(state_.told, [&](const ToldNews& told) { return isLongAgo(told.gone, kSameNews); });
+  }
+
+  /// Some agencies give an incident another id with each change of its numbers: "10 minutes delay" goes, and
+  /// "9 minutes delay" of another id comes in the same answer.
+  void followNewIds() {
+    for (const ToldNews& told : state_.told) {
+      if (told.gone || currentOf(told)) continue;
+      const auto renamed = std::ranges::find_if(news_.incidents, [&](const IncidentNews& incident) {
+        return gistOf(incident) == told.gist && !isKnown(incident);
+      });
+      if (renamed == news_.incidents.end()) continue;
+      const std::uint64_t before = told.muid;
+      for (ToldNews& text : state_.told) {
+        if (text.muid == before) text.muid = renamed->muid;
+      }
+    }
+  }
+
+  /// Whether the user was told of an incident with this id or this text.
+  bool isKnown(const IncidentNews& incident) const {
+    const std::uint64_t content = contentOf(incident);
+    return std::ranges::any_of(state_.told, [&](const ToldNews& told) {
+      return told.muid == incident.muid || told.content == content;
+    });
   }
 
   /// Whether the text is news again when it returns.
@@ -219,7 +247,9 @@ class LineFollower {
       }
     }
     for (const WantedIncident& incident : wanted) {
-      if (!incident.isTold) takeAsTold(*incident.incident);
+      if (incident.isTold) continue;
+      takeAsTold(*incident.incident);
+      ++newsCount_;
     }
     return notice;
   }
@@ -231,6 +261,7 @@ class LineFollower {
     std::ranges::copy_if(
         news_.incidents, std::back_inserter(entry.incidents),
         [this](const IncidentNews& incident) { return !isMuted(rules_, incident, now_.date); });
+    newsCount_ = entry.incidents.size();
     return notice;
   }
 
@@ -241,31 +272,47 @@ class LineFollower {
   LineState state_;
   bool mustWithdraw_ = false;
   bool isHeldBack_ = false;
+  std::size_t newsCount_ = 0;
 };
 
-bool isTextOf(const Notice& notice, const Notice& other) {
-  return notice.kind == other.kind && notice.entries.front().incidents == other.entries.front().incidents;
+/// A notice that other lines can still join.
+struct Draft {
+  Notice notice;
+  /// How many incidents are news; the others were told before.
+  std::size_t newsCount = 0;
+
+  std::span<const IncidentNews> news() const {
+    return std::span(notice.entries.front().incidents).first(newsCount);
+  }
+};
+
+bool isSameNews(const Draft& draft, const Draft& other) {
+  return draft.notice.kind == other.notice.kind && std::ranges::equal(draft.news(), other.news());
 }
 
-/// Adds a notice, or its line to an equal notice. Then the line's own earlier notice no longer holds.
-void addNotice(Notice notice, NoticeUpdate& result) {
-  const auto equal =
-      std::ranges::find_if(result.notices, [&](const Notice& other) { return isTextOf(notice, other); });
-  if (equal == result.notices.end()) return result.notices.push_back(std::move(notice));
-  result.withdrawn.push_back(std::move(notice.tag));
-  equal->entries.push_back(std::move(notice.entries.front()));
+/// Adds a notice, or its line to one with the same news. Then the line's own earlier notice no longer holds.
+/// Incidents that were told before are left out if the lines do not share them.
+void addNotice(Draft draft, std::vector<Draft>& drafts, NoticeUpdate& result) {
+  const auto same =
+      std::ranges::find_if(drafts, [&](const Draft& other) { return isSameNews(draft, other); });
+  if (same == drafts.end()) return drafts.push_back(std::move(draft));
+  result.withdrawn.push_back(std::move(draft.notice.tag));
+  std::vector<Notice::Entry>& entries = same->notice.entries;
+  entries.push_back(std::move(draft.notice.entries.front()));
+  if (entries.back().incidents == entries.front().incidents) return;
+  for (Notice::Entry& entry : entries) entry.incidents.resize(same->newsCount);
 }
 
 /// Adds the notices that quiet hours held back as one.
-void addSummary(std::vector<Notice> withheld, NoticeUpdate& result) {
-  if (withheld.size() == 1) return addNotice(std::move(withheld.front()), result);
+void addSummary(std::vector<Draft> withheld, std::vector<Draft>& drafts, NoticeUpdate& result) {
+  if (withheld.size() == 1) return addNotice(std::move(withheld.front()), drafts, result);
   if (withheld.empty()) return;
   Notice summary{.kind = Notice::Kind::summary, .tag = std::string(kSummaryTag), .entries = {}};
-  for (Notice& notice : withheld) {
+  for (auto& [notice, newsCount] : withheld) {
     result.withdrawn.push_back(std::move(notice.tag));
     summary.entries.push_back(std::move(notice.entries.front()));
   }
-  result.notices.push_back(std::move(summary));
+  drafts.push_back({std::move(summary)});
 }
 
 const Subscription* subscriptionOf(const LineKey& line, const NoticeRules& rules) {
@@ -300,7 +347,8 @@ NoticeUpdate update(const NoticeState& state, const NoticeRules& rules, std::spa
     if (!isWanted) result.withdrawn.push_back(tagOf(known.first));
     return !isWanted;
   });
-  std::vector<Notice> withheld;
+  std::vector<Draft> drafts;
+  std::vector<Draft> withheld;
   for (const LineNews& line : news) {
     const Subscription* const subscription = subscriptionOf(line.line, rules);
     if (!subscription || !line.isKnown) continue;
@@ -309,16 +357,18 @@ NoticeUpdate update(const NoticeState& state, const NoticeRules& rules, std::spa
     if (isFirst) {
       follower.begin();
     } else if (auto notice = follower.follow(canTell)) {
+      Draft draft{*std::move(notice), follower.newsCount()};
       if (known->second.isWithheld)
-        withheld.push_back(*std::move(notice));
+        withheld.push_back(std::move(draft));
       else
-        addNotice(*std::move(notice), result);
+        addNotice(std::move(draft), drafts, result);
     }
     result.isHeldBack = result.isHeldBack || follower.isHeldBack();
     if (follower.mustWithdraw()) result.withdrawn.push_back(tagOf(line.line));
     known->second = follower.state();
   }
-  addSummary(std::move(withheld), result);
+  addSummary(std::move(withheld), drafts, result);
+  for (Draft& draft : drafts) result.notices.push_back(std::move(draft.notice));
   return result;
 }
 

@@ -156,6 +156,15 @@ TEST_F(NoticeUpdateTest, TellsNeitherCountdownsNorFlippingTexts) {
   EXPECT_THAT(answerAt(16), ElementsAre("new A:61 minutes delay:60 minutes delay")) << "of another incident";
 }
 
+TEST_F(NoticeUpdateTest, RecognizesCountdownsWhoseIdChangesWithTheNumber) {
+  answerAt(12);
+  for (std::uint64_t minute = 0; minute <= 70; minute += 2) {
+    lineA().incidents = {incident(minute, std::to_string(100 - minute) + " minutes delay")};
+    const auto told = answerAt(13 + static_cast<double>(minute) / 60);
+    EXPECT_EQ(told.size(), minute % 30 == 0 ? 1U : 0U) << minute;
+  }
+}
+
 TEST_F(NoticeUpdateTest, TellsTheEndOfSevereIncidentsWhenMilderOnesStay) {
   rules_.subscriptions[0].from = Severity::severe;
   answerAt(2);
@@ -203,6 +212,13 @@ TEST_F(NoticeUpdateTest, OneNoticeIsForAllLinesOfAnIncident) {
   const NoticeUpdate result = update(state_, rules_, news_, {.date = monday(13)});
   EXPECT_THAT(inWords(result.notices), ElementsAre("new A:Strike B:Strike"));
   EXPECT_EQ(severityOf(result.notices.front()), Severity::severe);
+  lineA().incidents = {incident(2, "Lift")};
+  lineB().incidents.clear();
+  EXPECT_THAT(answerAt(13), ElementsAre("new A:Lift"));
+  lineA().incidents.push_back(incident(1, "Strike"));
+  lineB().incidents.push_back(incident(1, "Strike"));
+  EXPECT_THAT(answerAt(14), ElementsAre("new A:Strike B:Strike")) << "although line A has another one";
+  EXPECT_THAT(withdrawn_, ElementsAre("city:B"));
 }
 
 // ---- Random histories against a model that remembers everything ----
@@ -315,6 +331,9 @@ class RandomHistory {
     std::uint64_t gist;
     std::uint64_t muid;
     Date told;
+    /// When the incident got this id together with other numbers, and since when it had another text then.
+    Date renamed = {};
+    std::optional<Date> replaced = {};
   };
 
   /// What the user knows of a line, and all its answers.
@@ -342,12 +361,18 @@ class RandomHistory {
       return !answer.hasId(one.muid) && !answer.hasText(one.content);
     });
   }
-  /// How long the incident of the text has had other texts.
-  bool isReplaced(const Knowledge& known, const Known& one) const {
+  /// Since when the incident of the text has had other texts.
+  static std::optional<Date> replacedSince(std::span<const Answer> answers, const Known& one) {
     std::optional<Date> date;
-    for (auto answer = known.answers.rbegin();
-         answer != known.answers.rend() && !answer->hasText(one.content); ++answer)
-      date = answer->hasId(one.muid) ? answer->date : date;
+    for (auto answer = answers.rbegin(); answer != answers.rend(); ++answer) {
+      if (answer->hasText(one.content)) return date;
+      if (answer->date < one.renamed) return one.replaced ? one.replaced : date;
+      if (answer->hasId(one.muid)) date = answer->date;
+    }
+    return date;
+  }
+  bool isReplaced(const Knowledge& known, const Known& one) const {
+    const auto date = replacedSince(known.answers, one);
     return date && now_.date - *date >= kSameText;
   }
 
@@ -373,6 +398,26 @@ class RandomHistory {
     });
   }
 
+  /// Follows incidents whose id and numbers have changed together in the last answer.
+  void rename(Knowledge& known, std::span<const Answer> before) const {
+    const Answer& answer = known.answers.back();
+    for (const Known& one : known.contents) {
+      if (goneSince(before, one) || !goneSince(known.answers, one)) continue;
+      const auto renamed = std::ranges::find_if(answer.incidents, [&](const IncidentNews& news) {
+        return gistOf(news) == one.gist && !lastOf(known.contents, news.muid) &&
+               std::ranges::find(known.contents, contentOf(news), &Known::content) == known.contents.end();
+      });
+      if (renamed == answer.incidents.end()) continue;
+      const std::uint64_t id = one.muid;
+      for (Known& text : known.contents) {
+        if (text.muid != id) continue;
+        text.replaced = replacedSince(before, text);
+        text.renamed = now_.date;
+        text.muid = renamed->muid;
+      }
+    }
+  }
+
   void forgetGone(Knowledge& known) {
     const Answer& answer = known.answers.back();
     // Those that return after a long time.
@@ -381,6 +426,7 @@ class RandomHistory {
       const auto gone = goneSince(before, one);
       return gone && now_.date - *gone >= kSameNews && !goneSince(known.answers, one);
     });
+    rename(known, before);
     for (Known& one : known.contents) {
       const auto same = std::ranges::find(answer.incidents, one.content, contentOf);
       if (!answer.hasId(one.muid) && same != answer.incidents.end()) one.muid = same->muid;

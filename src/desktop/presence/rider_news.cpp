@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -39,12 +38,13 @@ notices::IncidentNews incidentIn(const StatusIncident& incident) {
 std::vector<notices::LineNews> newsOf(std::span<const notices::Subscription> subscriptions,
                                       const TransitStatus& status) {
   std::vector<notices::LineNews> news;
-  for (const notices::Subscription& subscription : subscriptions) {
-    const std::uint64_t muid = stableMuid(subscription.line.feed, subscription.line.route);
-    const auto line = std::ranges::find(status.lines, muid, &StatusLine::muid);
-    if (line == status.lines.end()) continue;
-    notices::LineNews known{.line = subscription.line, .name = line->name, .isKnown = true, .incidents = {}};
-    for (const std::size_t index : line->incidents)
+  for (const StatusLine& line : status.lines) {
+    const auto subscription = std::ranges::find_if(subscriptions, [&line](const auto& one) {
+      return stableMuid(one.line.feed, one.line.route) == line.muid;
+    });
+    if (subscription == subscriptions.end()) continue;
+    notices::LineNews known{.line = subscription->line, .name = line.name, .isKnown = true, .incidents = {}};
+    for (const std::size_t index : line.incidents)
       known.incidents.push_back(incidentIn(status.incidents.at(index)));
     news.push_back(std::move(known));
   }

@@ -11,6 +11,7 @@
 #include "platform/main_loop.h"
 #include "shared/failure.h"
 #include "shared/mutex.h"
+#include "status/status_texts.h"
 
 namespace linewatch::desktop {
 
@@ -147,8 +148,8 @@ void RiderNotices::claim(bool canTell) {
   if (!status_) return;
   post([this, canTell = canTell || sender_.hasServer(), status = status_, stored = stored_,
         quietHours = quietHours_, now = momentAt(mainLoop_.now())] {
-    return [this, update = claimNotices(stored, *status, quietHours, now, canTell)] {
-      send(update);
+    return [this, status, update = claimNotices(stored, *status, quietHours, now, canTell)] {
+      send(update, *status);
       if (!update.isHeldBack || !status_) return;
       sender_.findServer([this](bool isThere) {
         if (isThere) claim(true);
@@ -157,15 +158,20 @@ void RiderNotices::claim(bool canTell) {
   });
 }
 
-void RiderNotices::send(const notices::NoticeUpdate& update) {
+void RiderNotices::send(const notices::NoticeUpdate& update, const TransitStatus& status) {
+  const auto marked = [this, &status](const notices::Notice& notice) {
+    Notification notification = notificationOf(notice, *texts_);
+    notification.title = markedIfSample(status, std::move(notification.title), texts_->localization());
+    return notification;
+  };
   const auto changes = shown_.take(update);
   for (const notices::ShownNotices::Change& change : changes) {
     if (change.to)
-      sender_.rewrite(change.from, notificationOf(*change.to, *texts_));
+      sender_.rewrite(change.from, marked(*change.to));
     else
       sender_.withdraw(change.from);
   }
-  for (const notices::Notice& notice : update.notices) sender_.send(notificationOf(notice, *texts_));
+  for (const notices::Notice& notice : update.notices) sender_.send(marked(notice));
   if (!changes.empty()) saveShown();
 }
 

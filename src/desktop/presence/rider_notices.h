@@ -62,7 +62,7 @@ class RiderNotices {
   void adopt(const std::vector<notices::ShownNotice>& shown);
   void claim(bool canTell);
   void post(std::function<std::function<void()>()> work);
-  void send(const notices::NoticeUpdate& update);
+  void send(const notices::NoticeUpdate& update, const TransitStatus& status);
   void saveShown();
   void open(const std::string& tag, const std::string& activationToken);
   void mute(const std::string& tag);

@@ -136,12 +136,13 @@ TEST_F(PanelRunTest, FollowsFavouritesChangedByOtherPrograms) {
 
 TEST_F(PanelRunTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {
   const auto city = installedSampleCity();
-  auto feeds = session_->platform().saved()->feeds();
-  ASSERT_TRUE(*feeds.add({"Rhine", (city / "gtfs").string(), (city / "alerts.pb").string()}));
+  // No copy, which would keep the database for longer than the log of the session.
+  const auto feeds = [this] { return session_->platform().saved()->feeds(); };
+  ASSERT_TRUE(*feeds().add({"Rhine", (city / "gtfs").string(), (city / "alerts.pb").string()}));
   ASSERT_TRUE(*session_->platform().favorites().change({FavoriteKind::line, "Rhine", "M1"}, true));
   panel_->window().show();
   waitUntil([this] { return nameOf(0).starts_with("M1, Signal failure"); });
-  ASSERT_TRUE(*feeds.remove("Rhine"));
+  ASSERT_TRUE(*feeds().remove("Rhine"));
   const auto saysSo = [this] {
     const auto labels = panel_->window().findChildren<QLabel*>("news");
     return labels.size() == 1 && labels.front()->text().startsWith("The feed Rhine was removed");

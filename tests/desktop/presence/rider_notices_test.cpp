@@ -72,6 +72,9 @@ class RiderNoticesTest : public PlatformTest {
     TransitStatus status;
     addLine(kLine, "U4", titles, status);
     addLine(kOther, "U6", titlesOfOther, status);
+    take(status, minutes);
+  }
+  void take(const TransitStatus& status, double minutes) {
     platform_->mainLoop().advance(Seconds(minutes * 60));
     notices_->take(status);
     platform_->mainLoop().advance(Seconds(0));
@@ -182,6 +185,14 @@ TEST_F(RiderNoticesTest, RewritesANotificationOfSeveralLines) {
   EXPECT_EQ(strike.replaces, 0U);
   invoke(both.id, "details");
   EXPECT_EQ(opened_.front(), "city:u6");
+}
+
+TEST_F(RiderNoticesTest, MarksTheMadeUpCityAndKeepsTheOrderOfTheLines) {
+  TransitStatus status{.isSampleCity = true};
+  addLine(kOther, "U6", {"Fire"}, status);
+  addLine(kLine, "U4", {"Fire"}, status);
+  take(status, 2);
+  EXPECT_EQ(shown(1).title, "A made-up city: LineWatch_2_Lines_Prepended_Incident_Text(U6|U4|Fire)");
 }
 
 }  // namespace
