@@ -56,12 +56,15 @@ Autostart::Autostart(const Environment& environment, std::optional<std::string> 
   if (!folder.empty() && !name.empty()) file_ = folder / (name + ".desktop");
 }
 
+/// Desktops skip the entry once the program of `TryExec` is gone, e.g. with its package.
 std::string Autostart::entry() const {
-  std::string command = execArgument((installationRoot() / "bin" / "linewatch").string()) + " panel --hidden";
+  const std::string program = (installationRoot() / "bin" / "linewatch").string();
+  std::string command = execArgument(program) + " panel --hidden";
   if (stateFolder_)
     command += " --state-dir " + execArgument(std::filesystem::absolute(*stateFolder_).string());
-  return "[Desktop Entry]\nType=Application\nName=LineWatch\nIcon=org.linewatch.LineWatch\nExec=" + command +
-         "\nTerminal=false\nX-GNOME-Autostart-enabled=true\n" + std::string(kMark) + "\n";
+  return "[Desktop Entry]\nType=Application\nName=LineWatch\nIcon=org.linewatch.LineWatch\nTryExec=" +
+         program + "\nExec=" + command + "\nTerminal=false\nX-GNOME-Autostart-enabled=true\n" +
+         std::string(kMark) + "\n";
 }
 
 bool Autostart::isOn() const {
