@@ -636,6 +636,8 @@ void Panel::showSettings() {
 
 /// The age of the list, which is the age of the oldest feed.
 desktop::PanelHeader::Note Panel::dataNote() {
+  // Without favourites no feed is read, so the platform still has the feeds of before.
+  if (knownChoice_ && knownChoice_->favorites.empty() && !showsMadeUpCity()) return {};
   if (platform().showsSampleCity()) return {(*texts_)("SampleCity")};
   const auto states = platform().feeds().states();
   if (states.empty()) return {};
