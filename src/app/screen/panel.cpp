@@ -507,7 +507,7 @@ Panel::OpenWindows Panel::openWindows() const {
 void Panel::open(const OpenWindows& windows) {
   if (windows.panel) {
     window_.resize(windows.panel->size.width(), window_.height());
-    window_.move(windows.panel->corner);
+    window_.setCorner(windows.panel->corner);
   }
   if (windows.showsPanel) window_.show();
   companion_.reopen(windows.companion);

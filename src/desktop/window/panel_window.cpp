@@ -105,7 +105,10 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
   saving_ = new QTimer(this);
   saving_->setSingleShot(true);
   saving_->setInterval(kSavingMilliseconds);
-  connect(saving_, &QTimer::timeout, this, [this] { savePlace(); });
+  connect(saving_, &QTimer::timeout, this, [this] {
+    correctCorner();
+    savePlace();
+  });
   settling_ = new QTimer(this);
   settling_->setSingleShot(true);
   settling_->setInterval(kSettlingMilliseconds);
@@ -306,7 +309,10 @@ void PanelWindow::hideEvent(QHideEvent*) {
   appearOrDisappear();
 }
 
-void PanelWindow::moveEvent(QMoveEvent*) { saving_->start(); }
+void PanelWindow::moveEvent(QMoveEvent*) {
+  correctCorner();
+  saving_->start();
+}
 
 void PanelWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) appearOrDisappear();
@@ -527,8 +533,20 @@ void PanelWindow::restorePlace() {
   // The text may have grown while the panel was closed: the right end of the header must be on a screen, too.
   const QRect room = screen()->availableGeometry();
   const bool isCut = !QGuiApplication::screenAt(header.topRight());
-  move(isCut ? std::min(corner.x(), std::max(room.left(), room.right() - width() + 1)) : corner.x(),
-       corner.y());
+  setCorner({isCut ? std::min(corner.x(), std::max(room.left(), room.right() - width() + 1)) : corner.x(),
+             corner.y()});
+}
+
+void PanelWindow::setCorner(const QPoint& corner) {
+  wantedCorner_ = corner;
+  move(corner);
+}
+
+/// A window that is resized before Qt knows its title bar gets its content where the title bar should be.
+void PanelWindow::correctCorner() {
+  if (!wantedCorner_ || pos() == geometry().topLeft()) return;
+  const QPoint wanted = *std::exchange(wantedCorner_, std::nullopt);
+  if (geometry().topLeft() == wanted) move(wanted);
 }
 
 void PanelWindow::savePlace() {
