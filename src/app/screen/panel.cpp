@@ -528,6 +528,8 @@ void Panel::open(const OpenWindows& windows) {
 void Panel::setTextSize(ui::TextSizeCategory category) {
   screen_.settings().category = category;
   platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  // A card's fonts are those of the text size at which it was made.
+  if (window_.showsCard()) showWelcome();
   const bool isChosen = std::exchange(shown_.textSize, category) != category;
   if (isChosen) {
     const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));

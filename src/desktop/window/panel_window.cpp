@@ -151,6 +151,7 @@ void PanelWindow::showCard(QWidget* card) {
   card_ = card;
   layout()->addWidget(card);
   showPalette();
+  for (QAction* const action : settingActions_) action->setEnabled(true);
   card->setCursor(Qt::ArrowCursor);
   setHeaderTextSize(textSizeNow());
   fitWidth(textSizeNow());
@@ -231,6 +232,7 @@ void PanelWindow::makeActions() {
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
   if (services_.showSettings)
     addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
+  settingActions_ = actions().sliced(lists);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
@@ -569,7 +571,8 @@ void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
   if (!widget_) {
     services_.setTextSize(category);
-    return setHeaderTextSize(category);
+    setHeaderTextSize(category);
+    return keepOnScreen();
   }
   const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
   widget_->setLimits(limits);

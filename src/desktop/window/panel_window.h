@@ -69,8 +69,10 @@ class PanelWindow final : public QWidget {
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
-  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start.
+  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start, or instead of an earlier
+  /// card.
   void showCard(QWidget* card);
+  bool showsCard() const { return card_ != nullptr; }
   /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
   /// saved state can be read.
   void loadWidget();
@@ -193,6 +195,8 @@ class PanelWindow final : public QWidget {
   QWidget* placeholder_ = nullptr;
   /// The placeholder if it is a card from `showCard`; else null.
   QWidget* card_ = nullptr;
+  /// The menu's entries that a card needs, too: text sizes and settings.
+  QList<QAction*> settingActions_;
   std::unique_ptr<HostedWidget> widget_;
   RowSurface* rows_ = nullptr;
 };
