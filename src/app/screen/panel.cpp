@@ -330,6 +330,8 @@ desktop::FeedNews Panel::feedNews() {
   TransitFeeds& feeds = platform().feeds();
   desktop::FeedNews news{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
   news.removedFeeds = removedFeedsOf(news.unknownLines, feeds.feeds());
+  // Before the first look-up only the saved choice tells.
+  if (news.states.empty() && news.unknownLines.empty()) news.removedFeeds = removedFeeds();
   return news;
 }
 

@@ -353,14 +353,14 @@ void PanelWindow::showNote() {
 
 /// The details are long, with names of servers and files, so they are in the tooltip.
 void PanelWindow::showNews() {
-  PanelNews news;
-  bool isError = false;
-  if (!widget_->showsSavedList()) {
-    FeedNews facts = feedNews();
+  FeedNews facts = feedNews();
+  // Of a saved list it is only known which feeds were removed since.
+  if (widget_->showsSavedList())
+    facts = {.states = {}, .unknownLines = {}, .removedFeeds = std::move(facts.removedFeeds)};
+  else
     facts.error = widget_->fetchError();
-    isError = facts.error.has_value();
-    news = panelNews(facts, *texts_, platform().mainLoop().now());
-  }
+  const bool isError = facts.error.has_value();
+  const PanelNews news = panelNews(facts, *texts_, platform().mainLoop().now());
   // A button that disappears must not keep the focus.
   if (news.text.isEmpty() && header_->remedyHasFocus()) rows_->setFocus(Qt::TabFocusReason);
   const bool addsCity = news.needsCity && services_.addCity;
