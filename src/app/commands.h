@@ -15,6 +15,8 @@ namespace linewatch::app {
 /// One line for the state of each feed that was read, for the removed feeds of favourites, and for the names
 /// of unknown lines.
 std::string dataNote(Session& session, const TerminalStyle& style);
+/// Says that the city is made up, and how to add another; empty if it is the user's.
+std::string sampleCityNote(Session& session, const TerminalStyle& style);
 /// Tells a user whose favourites are of removed feeds how to add a feed.
 std::string noFeedLeft(const RiderTexts& texts);
 /// The state's error in words, without the name of the feed; empty without an error.

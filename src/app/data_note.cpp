@@ -16,6 +16,12 @@ namespace {
 
 using Phrase = RiderTexts::Phrase;
 
+std::string faintLines(const std::string& text, const TerminalStyle& style) {
+  std::string lines;
+  for (const std::string& part : wrapped(text, style.columns)) lines += terminalFaint(part, style) + "\n";
+  return lines;
+}
+
 /// When the alerts were written, or else received.
 std::string alertsAge(const RiderTexts& texts, const FeedState& state, Date now) {
   if (state.written)
@@ -80,19 +86,18 @@ std::string reasonOf(const FeedState& state, const RiderTexts& texts) {
   return texts.failure(failureCodeOf(*state.error), reason);
 }
 
+std::string sampleCityNote(Session& session, const TerminalStyle& style) {
+  if (!session.platform().showsSampleCity()) return {};
+  return faintLines(session.texts()("SampleCity", {"linewatch feed add CITY"}), style);
+}
+
 std::string dataNote(Session& session, const TerminalStyle& style) {
   const RiderTexts& texts = session.texts();
-  const auto line = [&style](const std::string& text) {
-    std::string lines;
-    for (const std::string& part : wrapped(text, style.columns)) lines += terminalFaint(part, style) + "\n";
-    return lines;
-  };
+  const auto line = [&style](const std::string& text) { return faintLines(text, style); };
   const Date now = session.platform().mainLoop().now();
   const bool isOnlyFeed = session.platform().feeds().feeds().size() == 1;
-  std::string note;
-  if (session.platform().showsSampleCity()) {
-    note = line(texts("SampleCity", {"linewatch feed add CITY"}));
-  } else {
+  std::string note = sampleCityNote(session, style);
+  if (note.empty()) {
     for (const FeedState& state : session.platform().feeds().states()) {
       const std::string text = stateNote(texts, state, now);
       note += line(isOnlyFeed ? text : texts("OfFeed", {state.feed, Phrase{text}}));

@@ -79,7 +79,7 @@ Report list(Session& session, bool isJson, const TerminalStyle& style) {
   }
   const bool isNoFeedLeft = session.platform().feeds().feeds().empty();
   return Report::of(lineTable(known, style, choices) + textTable(unknown, style) +
-                    (isNoFeedLeft ? paragraph(noFeedLeft(texts), 0, style) : std::string()));
+                    (isNoFeedLeft ? paragraph(noFeedLeft(texts), 0, style) : sampleCityNote(session, style)));
 }
 
 std::vector<std::string> idsIn(const std::string& list) {

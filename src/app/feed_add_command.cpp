@@ -163,8 +163,10 @@ Report addHit(Session& session, const FeedCommand& command, const CatalogueHit& 
   FeedProposal proposal = proposalOf(hit, {}, *known);
   if (!command.newName.empty()) proposal.feed.name = command.newName;
   if (hit.needsKey() && !hit.key().page.empty()) tell(texts("FindKeyFrom", {hit.key().page}));
-  auto feed = withGivenKeys(texts, std::move(proposal.feed), command.options);
+  auto feed = withGivenKeys(texts, proposal.feed, command.options);
   if (!feed) return refusedOrInterrupted(texts, feed.error());
+  // Another name or other keys make another feed.
+  if (!command.newName.empty() || *feed != proposal.feed) proposal.isSaved = false;
   proposal.feed = *std::move(feed);
   return added(session, std::move(proposal), style);
 }

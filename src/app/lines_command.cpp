@@ -33,7 +33,7 @@ Report lines(Session& session, const LinesCommand& command, const TerminalStyle&
     report.output = jsonText(linesDocument(found, all.error)) + "\n";
     return report;
   }
-  report.output = lineTable(found, style);
+  report.output = lineTable(found, style) + sampleCityNote(session, style);
   if (found.empty() && !all.error) report.complaint = whyNone(session, command);
   return report;
 }

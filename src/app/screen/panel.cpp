@@ -330,6 +330,8 @@ desktop::FeedNews Panel::feedNews() {
   TransitFeeds& feeds = platform().feeds();
   desktop::FeedNews news{.states = feeds.states(), .unknownLines = feeds.unknownLines()};
   news.removedFeeds = removedFeedsOf(news.unknownLines, feeds.feeds());
+  // Before the first look-up only the saved choice tells.
+  if (news.states.empty() && news.unknownLines.empty()) news.removedFeeds = removedFeeds();
   return news;
 }
 
@@ -507,7 +509,7 @@ Panel::OpenWindows Panel::openWindows() const {
 void Panel::open(const OpenWindows& windows) {
   if (windows.panel) {
     window_.resize(windows.panel->size.width(), window_.height());
-    window_.move(windows.panel->corner);
+    window_.setCorner(windows.panel->corner);
   }
   if (windows.showsPanel) window_.show();
   companion_.reopen(windows.companion);
@@ -528,6 +530,8 @@ void Panel::open(const OpenWindows& windows) {
 void Panel::setTextSize(ui::TextSizeCategory category) {
   screen_.settings().category = category;
   platform().notificationCenter().post(ui::kTextSizeDidChangeNotification);
+  // A card's fonts are those of the text size at which it was made.
+  if (window_.showsCard()) showWelcome();
   const bool isChosen = std::exchange(shown_.textSize, category) != category;
   if (isChosen) {
     const auto error = platform().settings().set(kTextSizeSetting, std::string(ui::nameOf(category)));
@@ -636,6 +640,8 @@ void Panel::showSettings() {
 
 /// The age of the list, which is the age of the oldest feed.
 desktop::PanelHeader::Note Panel::dataNote() {
+  // Without favourites no feed is read, so the platform still has the feeds of before.
+  if (knownChoice_ && knownChoice_->favorites.empty() && !showsMadeUpCity()) return {};
   if (platform().showsSampleCity()) return {(*texts_)("SampleCity")};
   const auto states = platform().feeds().states();
   if (states.empty()) return {};

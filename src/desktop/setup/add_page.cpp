@@ -56,8 +56,10 @@ AddPage::AddPage(SharedWindowTexts texts, SetupServices services, const Wanted& 
   makeBottom(*layout);
   showRunning(false);
   // A failure is about what was entered before.
-  for (const auto* const field : entries_->findChildren<QLineEdit*>())
+  for (const auto* const field : entries_->findChildren<QLineEdit*>()) {
     connect(field, &QLineEdit::textChanged, note_, &QWidget::hide);
+    connect(field, &QLineEdit::returnPressed, this, [this] { start(); });
+  }
 }
 
 AddPage::~AddPage() { cancel(); }
@@ -105,7 +107,6 @@ void AddPage::showKey(QVBoxLayout& layout, const CatalogueKey& key) {
   key_->setFont(windowFont(kWindowNameSize));
   key_->setAccessibleName((*texts_)("FeedKey"));
   key_->setPlaceholderText((*texts_)("FeedKey"));
-  connect(key_, &QLineEdit::returnPressed, this, [this] { start(); });
   layout.addWidget(key_);
 }
 
@@ -202,7 +203,7 @@ void AddPage::end(const Outcome<FeedFindings>& result) {
                       : QString::fromStdString(texts_->reason(result.error())));
   add_->setText((*texts_)("TryAgain"));
   add_->updateGeometry();
-  add_->setFocus(Qt::OtherFocusReason);
+  (key_ ? static_cast<QWidget*>(key_) : add_)->setFocus(Qt::OtherFocusReason);
 }
 
 QString AddPage::inWords(const AddingProgress& progress) const {
@@ -219,7 +220,10 @@ QString AddPage::inWords(const AddingProgress& progress) const {
 }
 
 void AddPage::showRunning(bool isRunning) {
-  entries_->setEnabled(!isRunning);
+  // Labels keep their colour.
+  for (auto* const entry : entries_->findChildren<QWidget*>()) {
+    if (!qobject_cast<QLabel*>(entry)) entry->setEnabled(!isRunning);
+  }
   add_->setVisible(!isRunning);
   cancel_->setVisible(isRunning);
   line_->setVisible(isRunning);

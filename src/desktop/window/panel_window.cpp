@@ -105,7 +105,10 @@ PanelWindow::PanelWindow(SharedWindowTexts texts, PanelServices services, PanelO
   saving_ = new QTimer(this);
   saving_->setSingleShot(true);
   saving_->setInterval(kSavingMilliseconds);
-  connect(saving_, &QTimer::timeout, this, [this] { savePlace(); });
+  connect(saving_, &QTimer::timeout, this, [this] {
+    correctCorner();
+    savePlace();
+  });
   settling_ = new QTimer(this);
   settling_->setSingleShot(true);
   settling_->setInterval(kSettlingMilliseconds);
@@ -148,6 +151,7 @@ void PanelWindow::showCard(QWidget* card) {
   card_ = card;
   layout()->addWidget(card);
   showPalette();
+  for (QAction* const action : settingActions_) action->setEnabled(true);
   card->setCursor(Qt::ArrowCursor);
   setHeaderTextSize(textSizeNow());
   fitWidth(textSizeNow());
@@ -228,6 +232,7 @@ void PanelWindow::makeActions() {
   addMenuAction("UsualText", {Qt::CTRL | Qt::Key_0}, [this] { setTextSize(ui::kDefaultTextSizeCategory); });
   if (services_.showSettings)
     addMenuAction("Settings", {QKeySequence(Qt::CTRL | Qt::Key_Comma)}, services_.showSettings);
+  settingActions_ = actions().sliced(lists);
   QAction* const save = services_.saveRecording ? addMenuAction("SaveWhatHappened", {Qt::CTRL | Qt::Key_S},
                                                                 services_.saveRecording)
                                                 : nullptr;
@@ -306,7 +311,10 @@ void PanelWindow::hideEvent(QHideEvent*) {
   appearOrDisappear();
 }
 
-void PanelWindow::moveEvent(QMoveEvent*) { saving_->start(); }
+void PanelWindow::moveEvent(QMoveEvent*) {
+  correctCorner();
+  saving_->start();
+}
 
 void PanelWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) appearOrDisappear();
@@ -345,14 +353,14 @@ void PanelWindow::showNote() {
 
 /// The details are long, with names of servers and files, so they are in the tooltip.
 void PanelWindow::showNews() {
-  PanelNews news;
-  bool isError = false;
-  if (!widget_->showsSavedList()) {
-    FeedNews facts = feedNews();
+  FeedNews facts = feedNews();
+  // Of a saved list it is only known which feeds were removed since.
+  if (widget_->showsSavedList())
+    facts = {.states = {}, .unknownLines = {}, .removedFeeds = std::move(facts.removedFeeds)};
+  else
     facts.error = widget_->fetchError();
-    isError = facts.error.has_value();
-    news = panelNews(facts, *texts_, platform().mainLoop().now());
-  }
+  const bool isError = facts.error.has_value();
+  const PanelNews news = panelNews(facts, *texts_, platform().mainLoop().now());
   // A button that disappears must not keep the focus.
   if (news.text.isEmpty() && header_->remedyHasFocus()) rows_->setFocus(Qt::TabFocusReason);
   const bool addsCity = news.needsCity && services_.addCity;
@@ -527,8 +535,20 @@ void PanelWindow::restorePlace() {
   // The text may have grown while the panel was closed: the right end of the header must be on a screen, too.
   const QRect room = screen()->availableGeometry();
   const bool isCut = !QGuiApplication::screenAt(header.topRight());
-  move(isCut ? std::min(corner.x(), std::max(room.left(), room.right() - width() + 1)) : corner.x(),
-       corner.y());
+  setCorner({isCut ? std::min(corner.x(), std::max(room.left(), room.right() - width() + 1)) : corner.x(),
+             corner.y()});
+}
+
+void PanelWindow::setCorner(const QPoint& corner) {
+  wantedCorner_ = corner;
+  move(corner);
+}
+
+/// A window that is resized before Qt knows its title bar gets its content where the title bar should be.
+void PanelWindow::correctCorner() {
+  if (!wantedCorner_ || pos() == geometry().topLeft()) return;
+  const QPoint wanted = *std::exchange(wantedCorner_, std::nullopt);
+  if (geometry().topLeft() == wanted) move(wanted);
 }
 
 void PanelWindow::savePlace() {
@@ -551,7 +571,8 @@ void PanelWindow::setTextSize(ui::TextSizeCategory category) {
   if (category == textSizeNow()) return;
   if (!widget_) {
     services_.setTextSize(category);
-    return setHeaderTextSize(category);
+    setHeaderTextSize(category);
+    return keepOnScreen();
   }
   const PanelHost::Limits limits = limitsFor(category, cardWidthAt(category));
   widget_->setLimits(limits);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 
 #include "desktop/window/hosted_widget.h"
@@ -67,8 +69,10 @@ class PanelWindow final : public QWidget {
   PanelWindow(SharedWindowTexts texts, PanelServices services, PanelOptions options = {});
   ~PanelWindow() override;
 
-  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start.
+  /// Shows this instead of the rows until `loadWidget`, e.g. at the first start, or instead of an earlier
+  /// card.
   void showCard(QWidget* card);
+  bool showsCard() const { return card_ != nullptr; }
   /// Makes the widget, with its saved list and the user's saved choices. To be called once, as soon as the
   /// saved state can be read.
   void loadWidget();
@@ -79,6 +83,8 @@ class PanelWindow final : public QWidget {
   void setShowsExample(bool isExample);
   /// Whether other windows never cover the panel. On Wayland the desktop decides that, not the program.
   void setStaysOnTop(bool staysOnTop);
+  /// Moves the panel before it is shown. The corner is that of its title bar.
+  void setCorner(const QPoint& corner);
   /// Whether the panel takes its new height at once instead of growing to it.
   void setMotionReduced(bool isReduced) { isMotionReduced_ = isReduced; }
 
@@ -134,6 +140,7 @@ class PanelWindow final : public QWidget {
   double roomForRows() const;
   void restorePlace();
   void savePlace();
+  void correctCorner();
   void fitFrame();
   void fitWidth(ui::TextSizeCategory textSize);
   void keepOnScreen();
@@ -169,6 +176,8 @@ class PanelWindow final : public QWidget {
   QTimer* aging_ = nullptr;
   /// Saves the panel's place and width once the user has stopped moving and resizing it.
   QTimer* saving_ = nullptr;
+  /// Set until it is known whether the window stands there.
+  std::optional<QPoint> wantedCorner_;
   /// The card's width at the default text size, as the user has chosen it.
   double designWidth_;
   /// The widths that the program has set lately. Another width is the user's choice.
@@ -186,6 +195,8 @@ class PanelWindow final : public QWidget {
   QWidget* placeholder_ = nullptr;
   /// The placeholder if it is a card from `showCard`; else null.
   QWidget* card_ = nullptr;
+  /// The menu's entries that a card needs, too: text sizes and settings.
+  QList<QAction*> settingActions_;
   std::unique_ptr<HostedWidget> widget_;
   RowSurface* rows_ = nullptr;
 };

@@ -98,6 +98,7 @@ void SettingsWindow::followChanges() {
     // A control may still be handling the event that has changed the size.
     if (QWidget* const old = scroll_->takeWidget()) old->deleteLater();
     makeContents();
+    resizeWithText(*this, kSettingsSize);
     if (hadFocus) rows_[place].control->setFocus(Qt::OtherFocusReason);
   }
   showValues();

@@ -126,6 +126,10 @@ FeedProposal proposalOf(const CatalogueHit& hit, const std::string& key, std::sp
     proposal.timetableCopies.push_back(timetable->copyUrl);
     if (proposal.feed.gtfs.keys.isEmpty()) proposal.feed.gtfs.keys = keysFor(timetable->key, key);
   }
+  const auto same = std::ranges::find_if(known, [&feed = proposal.feed](const StoredFeed& other) {
+    return other.gtfs == feed.gtfs && other.alerts == feed.alerts;
+  });
+  if (same != known.end()) return {.feed = *same, .timetableCopies = {}, .isSaved = true};
   return proposal;
 }
 

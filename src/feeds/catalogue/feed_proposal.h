@@ -34,7 +34,8 @@ Error feedNameInUse(const std::string& name);
 std::string freeFeedName(std::string_view wanted, std::span<const StoredFeed> known);
 
 /// The feed of a hit, with a name made from its provider or place that none of `known` has. `key`: the key
-/// that the rider typed; empty when none is needed.
+/// that the rider typed; empty when none is needed. A feed of `known` with the same addresses and keys is
+/// read again instead of added twice.
 FeedProposal proposalOf(const CatalogueHit& hit, const std::string& key, std::span<const StoredFeed> known);
 
 /// The feed at pasted addresses or chosen files. Files become absolute. An error that says what is wrong with

@@ -141,6 +141,11 @@ class SetupInputTest(PanelDesk):
 
     def test_with_the_keyboard_alone(self):
         self.start("en")
+        size = self.size(self.window)
+        self.keys("ctrl+plus")
+        self.wait_for("a card of larger texts", lambda: self.size(self.window)[0] > size[0])
+        self.keys("ctrl+0")
+        self.wait_for("a card of the usual texts", lambda: self.size(self.window) == size)
         self.keys("Return")
         setup = self.wait_for("the set-up", self.setup_window)
         self.says("The set-up lists a catalogue of 2 feeds")

@@ -241,6 +241,10 @@ TEST(FeedProposalTest, TakesKeysCopiesAndAFreeNameFromAHit) {
   EXPECT_THAT(proposal.feed.alerts.keys.query, ElementsAre(Field{"token", "KEY"}));
   EXPECT_THAT(proposal.feed.gtfs.keys.headers, ElementsAre(Field{"X-Key", "KEY"}));
   EXPECT_EQ(proposal.feed.alerts.keys.key, "s3cret");
+  const FeedProposal again = proposalOf(*hit, "s3cret", {&proposal.feed, 1});
+  EXPECT_EQ(again.feed, proposal.feed);
+  EXPECT_TRUE(again.isSaved && !proposal.isSaved);
+  EXPECT_EQ(proposalOf(*hit, "new key", {&proposal.feed, 1}).feed.name, "HTT");
   EXPECT_EQ(catalogue->hitOf("odd")->key().kind, CatalogueKey::Kind::other);
   EXPECT_EQ(feedNameError(proposalOf(*catalogue->hitOf("odd"), "", {}).feed.name), std::nullopt);
 }
