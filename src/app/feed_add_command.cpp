@@ -19,6 +19,8 @@
 #include "app/feed_texts.h"
 #include "app/text_table.h"
 #include "feeds/catalogue/feed_adding.h"
+#include "feeds/transit_feeds.h"
+#include "feeds/user_favorites.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
 
@@ -40,6 +42,24 @@ void tell(const std::string& message) {
 
 bool isOnTerminal() { return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1; }
 
+/// A text for each line of the feed that is a favourite since an earlier feed of the same name. The lines may
+/// be others now, so the rider sees which they are.
+std::string favoritesAgain(Session& session, const std::string& feed, const TerminalStyle& style) {
+  TransitFeeds& feeds = session.platform().feeds();
+  const auto favorites = session.platform().favorites().lines();
+  if (!favorites || feeds.follow()) return {};
+  const auto lines = feeds.linesOf(feed);
+  std::string text;
+  for (const StoredFavorite& favorite : *favorites) {
+    const auto route =
+        favorite.feed == feed && lines ? (*lines)->routeWithId(favorite.subject) : std::nullopt;
+    if (!route) continue;
+    text +=
+        paragraph(session.texts()("AlreadyFavorite", {(*lines)->nameOfRoute(*route)}), kMessageIndent, style);
+  }
+  return text;
+}
+
 Report added(Session& session, FeedProposal proposal, const TerminalStyle& style) {
   const RiderTexts& texts = session.texts();
   const std::string name = proposal.feed.name;
@@ -50,6 +70,7 @@ Report added(Session& session, FeedProposal proposal, const TerminalStyle& style
   Report report =
       Report::of(findingsText(texts, texts("Added", {findings->feed.name}), *findings,
                               session.platform().mainLoop().now(), style) +
+                 favoritesAgain(session, findings->feed.name, style) +
                  paragraph(texts("FindItsLines", {"linewatch lines"}), kMessageIndent, style) +
                  paragraph(texts("ThenAddOne", {"linewatch favorites add LINE"}), kMessageIndent, style));
   if (findings->agencyFailure)

@@ -288,6 +288,14 @@ TEST_F(ProgramTest, KeepsTheFavouritesOfTheOnlyFeedAfterItsRemoval) {
 
   runProgram(saved({"favorites", "remove", "r1", "town:r2"}));
   EXPECT_THAT(runProgram(saved({"show"})).output, HasSubstr("made-up city"));
+
+  // Lines of the same ids may be others, so the rider is told which are watched again.
+  const std::vector<std::string> add =
+      saved({"feed", "add", "town", "--gtfs", folder_ / "gtfs", "--alerts", folder_ / "alerts.pb"});
+  EXPECT_THAT(runProgram(add).output, Not(HasSubstr("favourite: ")));
+  runProgram(saved({"favorites", "add", "r2"}));
+  runProgram(saved({"feed", "remove", "town"}));
+  EXPECT_THAT(runProgram(add).output, HasSubstr("Already a favourite: 2\n"));
 }
 
 TEST_F(ProgramTest, RemovesControlCharactersFromTextsOfAFeed) {
