@@ -19,17 +19,6 @@ bool hasCopies(const FeedProposal& proposal) {
   return std::ranges::any_of(proposal.timetableCopies, [](const auto& copy) { return !copy.empty(); });
 }
 
-/// The feed with the catalogue's copies of its timetable, which need no key.
-StoredFeed withCopies(const FeedProposal& proposal) {
-  StoredFeed feed = proposal.feed;
-  feed.gtfs.keys = {};
-  for (std::size_t i = 0; i < feed.gtfs.locations.size() && i < proposal.timetableCopies.size(); ++i) {
-    const std::string& copy = proposal.timetableCopies[i];
-    if (!copy.empty()) feed.gtfs.locations[i] = copy;
-  }
-  return feed;
-}
-
 }  // namespace
 
 /// The state that the adding's threads share.

@@ -117,6 +117,16 @@ std::string freeFeedName(std::string_view wanted, std::span<const StoredFeed> kn
   return free;
 }
 
+StoredFeed withCopies(const FeedProposal& proposal) {
+  StoredFeed feed = proposal.feed;
+  feed.gtfs.keys = {};
+  for (std::size_t i = 0; i < feed.gtfs.locations.size() && i < proposal.timetableCopies.size(); ++i) {
+    const std::string& copy = proposal.timetableCopies[i];
+    if (!copy.empty()) feed.gtfs.locations[i] = copy;
+  }
+  return feed;
+}
+
 FeedProposal proposalOf(const CatalogueHit& hit, const std::string& key, std::span<const StoredFeed> known) {
   FeedProposal proposal{.feed = {.name = freeFeedName(nameFor(hit), known)}, .timetableCopies = {}};
   proposal.feed.alerts = hit.alerts->url;
@@ -126,8 +136,8 @@ FeedProposal proposalOf(const CatalogueHit& hit, const std::string& key, std::sp
     proposal.timetableCopies.push_back(timetable->copyUrl);
     if (proposal.feed.gtfs.keys.isEmpty()) proposal.feed.gtfs.keys = keysFor(timetable->key, key);
   }
-  const auto same = std::ranges::find_if(known, [&feed = proposal.feed](const StoredFeed& other) {
-    return other.gtfs == feed.gtfs && other.alerts == feed.alerts;
+  const auto same = std::ranges::find_if(known, [&, copy = withCopies(proposal)](const StoredFeed& other) {
+    return other.alerts == copy.alerts && (other.gtfs == proposal.feed.gtfs || other.gtfs == copy.gtfs);
   });
   if (same != known.end()) return {.feed = *same, .timetableCopies = {}, .isSaved = true};
   return proposal;

@@ -33,9 +33,12 @@ Error feedNameInUse(const std::string& name);
 /// The name, or "NAME 2", "NAME 3" … when a feed has it. Makes a possible name of any text.
 std::string freeFeedName(std::string_view wanted, std::span<const StoredFeed> known);
 
+/// The feed with the catalogue's copies of its timetable, which need no key.
+StoredFeed withCopies(const FeedProposal& proposal);
+
 /// The feed of a hit, with a name made from its provider or place that none of `known` has. `key`: the key
-/// that the rider typed; empty when none is needed. A feed of `known` with the same addresses and keys is
-/// read again instead of added twice.
+/// that the rider typed; empty when none is needed. A feed of `known` with the same addresses and keys, or
+/// with the copies of the timetable, is read again instead of added twice.
 FeedProposal proposalOf(const CatalogueHit& hit, const std::string& key, std::span<const StoredFeed> known);
 
 /// The feed at pasted addresses or chosen files. Files become absolute. An error that says what is wrong with

@@ -244,6 +244,9 @@ TEST(FeedProposalTest, TakesKeysCopiesAndAFreeNameFromAHit) {
   const FeedProposal again = proposalOf(*hit, "s3cret", {&proposal.feed, 1});
   EXPECT_EQ(again.feed, proposal.feed);
   EXPECT_TRUE(again.isSaved && !proposal.isSaved);
+  const StoredFeed copied = withCopies(proposal);
+  EXPECT_NE(copied, proposal.feed);
+  EXPECT_EQ(proposalOf(*hit, "s3cret", {&copied, 1}).feed, copied);
   EXPECT_EQ(proposalOf(*hit, "new key", {&proposal.feed, 1}).feed.name, "HTT");
   EXPECT_EQ(catalogue->hitOf("odd")->key().kind, CatalogueKey::Kind::other);
   EXPECT_EQ(feedNameError(proposalOf(*catalogue->hitOf("odd"), "", {}).feed.name), std::nullopt);
