@@ -147,9 +147,13 @@ Report render(const CommonOptions& options, const RenderCommand& command) {
   const Size maximum = host->maximumSizeForDisplayMode(mode);
   controller->widgetActiveDisplayModeDidChange(mode, maximum);
   if (command.watches) return RenderWatch(**session, *controller, maximum, options, command).run();
-  const Report drawn = draw(*controller, sizeOf(*controller, maximum), command);
+  Report drawn = draw(*controller, sizeOf(*controller, maximum), command);
   const auto failure = failureOf(**session, *controller);
-  return drawn.status == 0 && failure ? notLoaded(*failure) : drawn;
+  if (drawn.status == 0 && failure) return notLoaded(*failure);
+  // On standard error, because the picture may go to standard output.
+  if (drawn.status == 0 && (*session)->platform().showsSampleCity())
+    drawn.complaint = (*session)->texts()("SampleCity", {"linewatch feed add CITY"});
+  return drawn;
 }
 
 }  // namespace linewatch::app
