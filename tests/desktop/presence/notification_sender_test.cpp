@@ -136,7 +136,7 @@ TEST_F(NotificationSenderTest, KeepsWhatNoServerHasTakenForTheNextOne) {
 
 TEST_F(NotificationSenderTest, RewritesUnlessClosedOrOfAnEarlierRun) {
   startServer({"body", "actions"});
-  waitUntil([&] { return !servers_.back().empty(); });
+  waitUntil([&] { return !servers_.empty() && !servers_.back().empty(); });
   sender_->adopt("city:u1", 7);
   sender_->send(kFire);
   waitUntil([&] { return ids_.contains("city:u4"); });
