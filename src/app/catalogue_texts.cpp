@@ -1,29 +1,16 @@
 #include "app/catalogue_texts.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
 #include "app/forms_of.h"
-#include "feeds/text/ascii.h"
 #include "machine/terminal_line.h"
 #include "shared/failure.h"
+#include "shared/shell_words.h"
 
 namespace linewatch::app {
 
 namespace {
-
-/// The word as a shell takes it, in quotes where it needs them.
-std::string shellQuoted(const std::string& word) {
-  constexpr std::string_view kPlain = "-._:/@%+=,";
-  const bool isPlain = !word.empty() && std::ranges::all_of(word, [kPlain](char byte) {
-    return isAsciiAlphanumeric(byte) || kPlain.find(byte) != std::string_view::npos;
-  });
-  if (isPlain) return word;
-  std::string quoted = "'";
-  for (const char byte : word) quoted += byte == '\'' ? std::string("'\\''") : std::string(1, byte);
-  return quoted + "'";
-}
 
 std::string keyLine(const RiderTexts& texts, const CatalogueKey& key) {
   if (key.kind == CatalogueKey::Kind::none) return texts("FindNoKey");
@@ -65,7 +52,7 @@ std::string commandWithAddresses(const std::string& name, const std::string& tim
          address(alerts);
 }
 
-/// What the alerts are about.
+/// The number of timetables that the alerts cover, and their names if the catalogue has any.
 std::string coverageLine(const RiderTexts& texts, const CatalogueHit& hit) {
   const std::uint64_t count = hit.timetables.size();
   if (count == 0) return hit.coverage();

@@ -18,6 +18,7 @@
 #include "machine/terminal_line.h"
 #include "notices/notice_rules.h"
 #include "shared/failure.h"
+#include "shared/shell_words.h"
 
 namespace linewatch::app {
 
@@ -145,13 +146,6 @@ Outcome<Subscription> subscriptionIn(const NotifyCommand& command, const LineKey
   return wanted;
 }
 
-std::string shellWord(const std::string& word) {
-  const bool isPlain = std::ranges::all_of(word, [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ':' || c == '_';
-  });
-  return isPlain ? word : "\"" + word + "\"";
-}
-
 /// Says that the line is muted, and how to end that; empty if it is not. `called`: the line as the user names
 /// it.
 std::string muteNote(const LineKey& line, const std::string& name, const std::string& called,
@@ -161,7 +155,7 @@ std::string muteNote(const LineKey& line, const std::string& name, const std::st
   const Mute* const mute = muteOf(line, rules, now);
   if (!mute) return {};
   return texts("IsMutedUntil", {name, texts.dateAndTime(mute->until, now)}) + "\n" +
-         texts("ToUnmute", {"linewatch mute " + shellWord(called) + " off"}) + "\n";
+         texts("ToUnmute", {"linewatch mute " + shellQuoted(called) + " off"}) + "\n";
 }
 
 Report changeNotifications(Session& session, StoredNotices stored, const notices::NoticeRules& rules,

@@ -74,4 +74,13 @@ Outcome<std::vector<std::string>> shellWords(std::string_view command) {
   return std::move(words).words();
 }
 
+std::string shellQuoted(std::string_view word) {
+  constexpr std::string_view kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._:/@%+=,";
+  if (!word.empty() && word.find_first_not_of(kPlain) == std::string_view::npos) return std::string(word);
+  std::string quoted = "'";
+  for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
+}
+
 }  // namespace linewatch

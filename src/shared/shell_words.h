@@ -13,4 +13,7 @@ namespace linewatch {
 /// a quote is not closed or nothing follows a backslash.
 Outcome<std::vector<std::string>> shellWords(std::string_view command);
 
+/// The word for a command that the user can copy: in single quotes unless a shell takes it as it is.
+std::string shellQuoted(std::string_view word);
+
 }  // namespace linewatch
