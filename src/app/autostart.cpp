@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/bus_name.h"
+#include "settings/setting_table.h"
 #include "shared/failure.h"
 #include "shared/file_contents.h"
 #include "shared/installation.h"
@@ -73,9 +74,11 @@ bool Autostart::isOn() const {
   return present && isOnIn(*present);
 }
 
-SettingValue Autostart::inForce(SettingValue chosen) const {
+SettingValue Autostart::find(const UserSettings& settings, const Setting& setting) const {
+  SettingValue chosen = settings.find(setting);
+  if (&setting != &kAutostartSetting) return chosen;
   const std::string now = isOn() ? "true" : "false";
-  return chosen.text == now ? std::move(chosen) : SettingValue{now, SettingSource::desktop};
+  return chosen.text == now ? chosen : SettingValue{now, SettingSource::desktop};
 }
 
 std::optional<Error> Autostart::apply(bool isOn) const {

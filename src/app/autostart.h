@@ -22,8 +22,8 @@ class Autostart {
   /// Whether the desktop starts the panel at login: there is an entry, and the desktop has not switched it
   /// off.
   bool isOn() const;
-  /// The setting as it is in force: the desktop has the last word.
-  SettingValue inForce(SettingValue chosen) const;
+  /// The setting's value. About autostart, the desktop has the last word.
+  SettingValue find(const UserSettings& settings, const Setting& setting) const;
   /// Writes the entry, or removes it if this program has written it. To be called only when the user has just
   /// chosen this, because it undoes what the user has chosen in the desktop. An entry that the user or a
   /// package has written stays untouched; it is an error if it is not as wanted.

@@ -25,10 +25,7 @@ struct SettingsOfRun {
   UserSettings& user;
   Autostart autostart;
 
-  SettingValue find(const Setting& setting) const {
-    SettingValue value = user.find(setting);
-    return &setting == &kAutostartSetting ? autostart.inForce(std::move(value)) : value;
-  }
+  SettingValue find(const Setting& setting) const { return autostart.find(user, setting); }
 };
 
 /// The source of a value in the JSON object.

@@ -605,11 +605,7 @@ void Panel::applyColors() {
 desktop::SettingsServices Panel::settingsServices() {
   UserSettings& settings = platform().settings();
   desktop::SettingsServices services{
-      .find =
-          [this, &settings](const Setting& setting) {
-            SettingValue value = settings.find(setting);
-            return &setting == &kAutostartSetting ? autostart_.inForce(std::move(value)) : value;
-          },
+      .find = [this, &settings](const Setting& setting) { return autostart_.find(settings, setting); },
       .faults = [&settings, texts = texts_] { return settings.faults(texts->localization()); },
       .file = settings.file().string()};
   if (settings.file().empty()) return services;
