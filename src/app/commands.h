@@ -12,8 +12,8 @@
 
 namespace linewatch::app {
 
-/// One line for the state of each feed that was read, for the removed feeds of favourites, and for the names
-/// of unknown lines.
+/// The state of each feed that was read, the removed feeds of favourites, and the names of unknown lines, on
+/// a line each.
 std::string dataNote(Session& session, const TerminalStyle& style);
 /// Says that the city is made up, and how to add another; empty if it is the user's.
 std::string sampleCityNote(Session& session, const TerminalStyle& style);

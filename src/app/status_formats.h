@@ -26,7 +26,7 @@ bool isStream(StatusFormat format);
 bool alwaysSucceeds(StatusFormat format);
 
 /// The status as a status bar reads it, with the line end: one line, but for Argos a menu of several. Texts
-/// of feeds are escaped: the bar takes none of them for markup or a command.
+/// of feeds are escaped, so that the bar does not read them as markup or commands.
 std::string statusText(StatusFormat format, const TransitStatus& status, Date now, IcuLocalization& texts);
 
 }  // namespace linewatch::app

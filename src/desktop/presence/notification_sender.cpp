@@ -101,7 +101,7 @@ class NotificationSender::Server final : public QObject {
   /// Absent until the server has answered.
   std::optional<QStringList> capabilities_;
   std::deque<Waiting> waiting_;
-  /// Those that want to know whether a server answers.
+  /// Callers that wait to hear whether a server answers.
   std::vector<std::function<void(bool)>> questions_;
   bool isCalling_ = false;
   /// The number of calls. An answer to another call than the last one comes from a server that has ended.
@@ -220,7 +220,7 @@ void NotificationSender::Server::adopt(const std::string& tag, uint id) {
   shown_.emplace(tag, Shown{id, true});
 }
 
-/// What waits for the same notification is out of date.
+/// The new entry replaces one with the same tag that was not sent yet.
 void NotificationSender::Server::put(Waiting waiting) {
   std::erase_if(waiting_, [&waiting](const Waiting& other) { return other.tag == waiting.tag; });
   waiting_.push_back(std::move(waiting));
@@ -228,8 +228,8 @@ void NotificationSender::Server::put(Waiting waiting) {
 }
 
 void NotificationSender::Server::sendNext() {
-  while (owner_ && !isCalling_ && !(waiting_.empty() && questions_.empty())) {
-    if (!questions_.empty() && capabilities_) answerQuestions();
+  while (owner_ && !isCalling_) {
+    if (capabilities_) answerQuestions();
     if (waiting_.empty() && questions_.empty()) return;
     const bool isNotification = waiting_.empty() || waiting_.front().notification;
     if (isNotification && !capabilities_) return askCapabilities();

@@ -15,7 +15,7 @@
 
 namespace linewatch::desktop {
 
-/// What the alerts of a hit are about: the number of timetables, and their names if the catalogue has any.
+/// The number of timetables that the alerts of a hit cover, and their names if the catalogue has any.
 QString coverageInWords(const WindowTexts& texts, const CatalogueHit& hit);
 
 /// The rows of a search in the catalogue: headings with countries, and hits.

@@ -30,7 +30,8 @@ class SetupWindow final : public CompanionWindow {
   void findCity();
   /// Shows the lines of all feeds.
   void chooseLines();
-  /// What the set-up shows and where, for a set-up in another language. A running adding begins again there.
+  /// The page, its entries and the window's place, from which a set-up in another language is made. It starts
+  /// a running adding again.
   struct State {
     WindowPlace place;
     /// The search for a city.

@@ -354,7 +354,7 @@ void PanelWindow::showNote() {
 /// The details are long, with names of servers and files, so they are in the tooltip.
 void PanelWindow::showNews() {
   FeedNews facts = feedNews();
-  // Of a saved list it is only known which feeds were removed since.
+  // While the saved list is shown, no feed has been read yet. Only the removed feeds are known.
   if (widget_->showsSavedList())
     facts = {.states = {}, .unknownLines = {}, .removedFeeds = std::move(facts.removedFeeds)};
   else
